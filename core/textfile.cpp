@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The token reader and the buffered writer of text files.
+#include "core/textfile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "core/numtext.h"
+#include "core/runtime.h"
+
+namespace fs = std::filesystem;
+
+static const double mostcount = 2e9;  // larger counts can only come from a damaged file
+static const std::size_t writeblock = 1 << 20;  // bytes gathered before they go to the file
+
+struct closefile {
+    void operator()(std::FILE* f) const { std::fclose(f); }
+};
+
+std::string readwhole(const std::string& path) {
+    std::error_code ec;
+    const fs::file_status status = fs::status(path, ec);
+    if (!fs::exists(status)) throw runtimeerror{errfilenotfound, "File not found: " + path};
+    if (!fs::is_regular_file(status))
+        throw runtimeerror{errpathaccess, "Not a file that can be read: " + path};
+    const std::unique_ptr<std::FILE, closefile> file(std::fopen(path.c_str(), "rb"));
+    if (!file) throw runtimeerror{errpathaccess, "File can not be opened for reading: " + path};
+    const auto size = fs::file_size(path, ec);
+    std::string content;
+    if (!ec) content.resize(size);
+    const std::size_t got = std::fread(content.data(), 1, content.size(), file.get());
+    if (got != content.size() && std::ferror(file.get()))
+        throw runtimeerror{errpathaccess, "File can not be read: " + path};
+    content.resize(got);
+    return content;
+}
+
+// Length of the UTF-8 sequence at p, 0 where it is none (RFC 3629, table 3-7 of Unicode).
+static int utf8length(const unsigned char* p, const unsigned char* last) {
+    const unsigned char lead = *p;
+    if (lead < 0x80) return 1;
+    const int n = lead >= 0xC2 && lead <= 0xDF   ? 2
+                  : lead >= 0xE0 && lead <= 0xEF ? 3
+                  : lead >= 0xF0 && lead <= 0xF4 ? 4
+                                                 : 0;
+    if (n == 0 || last - p < n) return 0;
+    for (int i = 1; i < n; ++i)
+        if ((p[i] & 0xC0) != 0x80) return 0;
+    const bool wrong = (lead == 0xE0 && p[1] < 0xA0) || (lead == 0xED && p[1] > 0x9F) ||
+                       (lead == 0xF0 && p[1] < 0x90) || (lead == 0xF4 && p[1] > 0x8F);
+    return wrong ? 0 : n;
+}
+
+static bool isutf8(std::string_view bytes) {
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const auto* const last = p + bytes.size();
+    while (p != last) {
+        const int n = utf8length(p, last);
+        if (n == 0) return false;
+        p += n;
+    }
+    return true;
+}
+
+static void appendutf8(std::string& text, unsigned code) {
+    if (code < 0x80) {
+        text += char(code);
+    } else if (code < 0x800) {
+        text += char(0xC0 | (code >> 6));
+        text += char(0x80 | (code & 0x3F));
+    } else {
+        text += char(0xE0 | (code >> 12));
+        text += char(0x80 | ((code >> 6) & 0x3F));
+        text += char(0x80 | (code & 0x3F));
+    }
+}
+
+std::string toutf8(std::string_view bytes) {
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") bytes.remove_prefix(3);
+    if (isutf8(bytes)) return std::string(bytes);
+    // Windows-1252, codes 0x80..0x9F; the five that it leaves open stand for themselves.
+    static const unsigned upper[32] = {
+        0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+        0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+        0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+    std::string text;
+    for (const char c : bytes) {
+        const auto code = static_cast<unsigned char>(c);
+        appendutf8(text, code >= 0x80 && code < 0xA0 ? upper[code - 0x80] : code);
+    }
+    return text;
+}
+
+static std::string lowered(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+    return text;
+}
+
+std::string findnocase(const std::string& path) {
+    std::error_code ec;
+    const fs::path wanted(path);
+    if (fs::exists(wanted, ec)) return path;
+    const fs::path folder = wanted.has_parent_path() ? wanted.parent_path() : fs::path(".");
+    const std::string name = lowered(wanted.filename().string());
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec))
+        if (lowered(it->path().filename().string()) == name)
+            return (wanted.has_parent_path() ? it->path() : it->path().filename()).string();
+    return path;
+}
+
+textin::textin(const std::string& path) : textin(readwhole(path), path) {}
+
+textin::textin(std::string text, std::string name)
+    : content(std::move(text)), filename(std::move(name)) {
+    at = token = content.data();
+    last = at + content.size();
+    if (std::string_view(content).substr(0, 3) == "\xEF\xBB\xBF") at += 3;
+}
+
+static bool isgap(char c) {
+    return c == ' ' || c == '\t';
+}
+
+static bool islineend(char c) {
+    return c == '\r' || c == '\n';
+}
+
+bool textin::atend() {
+    const char* p = at;
+    while (p != last && (isgap(*p) || islineend(*p) || *p == '\x1A')) ++p;
+    return p == last;
+}
+
+void textin::toword() {
+    while (at != last && (isgap(*at) || islineend(*at))) ++at;
+    token = at;
+    // A control-Z closes the text files of old systems.
+    if (at == last || *at == '\x1A')
+        fail(errpastend, "the file ends where a value was expected");
+}
+
+// Leaves the token's delimiter: blanks, and one comma or line end.
+void textin::pasttoken() {
+    while (at != last && isgap(*at)) ++at;
+    if (at != last && *at == ',') ++at;
+}
+
+template <typename Real>
+Real textin::real() {
+    toword();
+    Real value = 0;
+    const char* end = at;
+    const numberfault fault = scannumber(at, last, value, end);
+    const bool whole = end == last || *end == ',' || isgap(*end) || islineend(*end);
+    if (fault == numberfault::toolarge && whole)
+        fail(erroverflow, "the number " + std::string(at, end) + " is too large");
+    if (fault != numberfault::none || !whole) {
+        const std::string found(word());
+        fail(errtype, "a number was expected, found \"" + toutf8(found.substr(0, 40)) + "\"");
+    }
+    at = end;
+    pasttoken();
+    return value;
+}
+
+double textin::number() {
+    return real<double>();
+}
+
+float textin::single() {
+    return real<float>();
+}
+
+long textin::whole() {
+    const double value = number();
+    const bool inrange = value < 1e15 && value > -1e15;
+    if (!inrange || value != double(static_cast<long long>(value)))
+        fail(errtype, "a whole number was expected, found " + numbertext(value));
+    return long(value);
+}
+
+int textin::count() {
+    const double value = number();
+    if (value > mostcount)
+        fail(erroverflow, "the count " + numbertext(value) + " is too large");
+    if (!(value >= 0) || value != double(int(value)))
+        fail(errtype, "a count from 0 up was expected, found " + numbertext(value));
+    return int(value);
+}
+
+std::string textin::text() {
+    toword();
+    std::string result;
+    if (*at == '"') {
+        ++at;
+        for (;; ++at) {
+            if (at == last) fail(errpastend, "the file ends within a quoted text");
+            if (*at == '"') {
+                if (at + 1 == last || at[1] != '"') break;
+                ++at;
+            }
+            result += *at;
+        }
+        ++at;
+    } else {
+        const char* const begin = at;
+        while (at != last && *at != ',' && !islineend(*at)) ++at;
+        result.assign(begin, at);
+        while (!result.empty() && isgap(result.back())) result.pop_back();
+    }
+    pasttoken();
+    return toutf8(result);
+}
+
+std::string textin::quoted() {
+    toword();
+    if (*at != '"') {
+        const std::string found(word());
+        fail(errtype, "a text in quotes was expected, found \"" + toutf8(found.substr(0, 40)) + "\"");
+    }
+    return text();
+}
+
+std::string_view textin::word() {
+    toword();
+    const char* const begin = at;
+    while (at != last && *at != ',' && !isgap(*at) && !islineend(*at)) ++at;
+    const std::string_view result(begin, std::size_t(at - begin));
+    pasttoken();
+    return result;
+}
+
+void textin::skip(long n) {
+    for (long i = 0; i < n; ++i) number();
+}
+
+void textin::fail(int errornumber, const std::string& what) const {
+    const auto line = 1 + std::count(content.data(), token, '\n');
+    throw runtimeerror{errornumber, filename + ", line " + std::to_string(line) + ": " + what};
+}
+
+double textin::share() const {
+    return content.empty() ? 1.0 : double(at - content.data()) / double(content.size());
+}
+
+// A link is followed, so that the file it points to is the one replaced.
+static std::string linkedtarget(const std::string& path) {
+    std::error_code ec;
+    if (!fs::is_symlink(path, ec)) return path;
+    const fs::path real = fs::weakly_canonical(path, ec);
+    return ec ? path : real.string();
+}
+
+textout::textout(const std::string& path) : target(linkedtarget(path)), beside(target + ".new~") {
+    std::error_code ec;
+    if (fs::exists(target, ec) && !fs::is_regular_file(target, ec))
+        throw runtimeerror{errpathaccess, "Not a file that can be written: " + target};
+    file = std::fopen(beside.c_str(), "wb");
+    if (!file)
+        throw runtimeerror{errpathaccess, "File can not be written: " + target + " (" +
+                                              std::strerror(errno) + ")"};
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    buffer.resize(writeblock);
+}
+
+textout::~textout() {
+    if (!file && beside.empty()) return;
+    if (file) std::fclose(file);
+    std::error_code ec;
+    fs::remove(beside, ec);
+}
+
+void textout::flush() {
+    if (used != 0 && std::fwrite(buffer.data(), 1, used, file) != used) failed = true;
+    used = 0;
+}
+
+char* textout::room(std::size_t n) {
+    if (used + n > buffer.size()) flush();
+    return buffer.data() + used;
+}
+
+textout& textout::put(float number) {
+    char* const p = room(longestnumber);
+    used += std::size_t(writenumber(p, number) - p);
+    return *this;
+}
+
+textout& textout::put(double number) {
+    char* const p = room(longestnumber);
+    used += std::size_t(writenumber(p, number) - p);
+    return *this;
+}
+
+textout& textout::put(long number) {
+    char* const p = room(longestnumber);
+    used += std::size_t(writenumber(p, number) - p);
+    return *this;
+}
+
+textout& textout::raw(std::string_view text) {
+    while (!text.empty()) {
+        if (used == buffer.size()) flush();
+        const std::size_t n = std::min(text.size(), buffer.size() - used);
+        std::memcpy(buffer.data() + used, text.data(), n);
+        used += n;
+        text.remove_prefix(n);
+    }
+    return *this;
+}
+
+textout& textout::quoted(std::string_view text) {
+    raw("\"");
+    for (std::size_t quote = text.find('"'); quote != text.npos; quote = text.find('"')) {
+        raw(text.substr(0, quote + 1)).raw("\"");
+        text.remove_prefix(quote + 1);
+    }
+    return raw(text).raw("\"");
+}
+
+void textout::close() {
+    if (!file) return;
+    flush();
+    if (std::fflush(file) != 0) failed = true;
+    if (std::fclose(file) != 0) failed = true;
+    file = nullptr;
+    if (failed)
+        throw runtimeerror{errdiskfull, "Disk full or write error: " + target +
+                                            " was not written, its former content stands"};
+}
+
+void textout::commit() {
+    close();
+    std::error_code ec;
+    const fs::file_status old = fs::status(target, ec);
+    if (fs::exists(old)) fs::permissions(beside, old.permissions(), ec);
+    fs::rename(beside, target, ec);
+    if (ec)
+        throw runtimeerror{errpathaccess,
+                           "File can not be replaced: " + target + " (" + ec.message() + ")"};
+    beside.clear();
+}

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Text files of numbers and quoted texts: the token reader and the buffered writer through which
+// every native file goes.
+//
+// Reading is by tokens: a number ends at a comma, a blank or a line end, an unquoted text at a
+// comma or a line end, a quoted text at its quote. How values are spread over lines plays no part.
+// Writing is whole or not at all: the text goes to a file beside the target, which takes the
+// target's place only when it is complete.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Whole content of a file. Throws errfilenotfound or errpathaccess.
+std::string readwhole(const std::string& path);
+
+// The text as UTF-8: taken as it is where it is valid UTF-8, else as Windows-1252. A byte order
+// mark is dropped.
+std::string toutf8(std::string_view bytes);
+
+// The path itself when it exists; else a file of the same folder whose name differs in case alone;
+// else the path.
+std::string findnocase(const std::string& path);
+
+class textin {
+  public:
+    explicit textin(const std::string& path);  // throws as readwhole
+    textin(std::string content, std::string name);  // reads a text that is in memory
+
+    // True when only blanks, commas and line ends are left.
+    bool atend();
+    // The next value. Each throws errpastend at the end of the file, errtype for what is not of
+    // the kind, erroverflow for what does not fit; the text names file, line and what was found.
+    double number();
+    float single();
+    long whole();          // a number without fraction, |n| < 1E+15
+    int count();           // a whole number from 0 up to 2E+09
+    std::string text();    // quoted or not, UTF-8
+    std::string quoted();  // a text in double quotes; anything else is errtype
+    std::string_view word();  // raw characters up to a comma, blank or line end
+    void skip(long n);     // passes over n numbers without storing them
+    // A run-time error that names this place of the file.
+    [[noreturn]] void fail(int errornumber, const std::string& what) const;
+    const std::string& name() const { return filename; }
+    double share() const;  // part of the file that has been read, 0..1
+
+  private:
+    void toword();
+    void pasttoken();
+    template <typename Real>
+    Real real();
+    std::string content, filename;
+    const char *at, *token, *last;  // next character, start of the last value, end
+};
+
+class textout {
+  public:
+    explicit textout(const std::string& target);  // throws errpathaccess
+    ~textout();                                   // without commit the target is untouched
+    textout(const textout&) = delete;
+    textout& operator=(const textout&) = delete;
+
+    textout& put(float number);
+    textout& put(double number);
+    textout& put(long number);
+    textout& put(int number) { return put(long(number)); }
+    textout& quoted(std::string_view text);  // in double quotes, an inner quote doubled
+    textout& raw(std::string_view text);
+    textout& comma() { return raw(","); }
+    void endline() { raw("\r\n"); }
+    // Writes one line of numbers separated by commas.
+    template <typename First, typename... More>
+    void line(First first, More... more) {
+        put(first);
+        (comma().put(more), ...);
+        endline();
+    }
+
+    // Everything is on disk beside the target. Throws errdiskfull.
+    void close();
+    // close, then take the target's place. Throws errdiskfull or errpathaccess.
+    void commit();
+
+  private:
+    char* room(std::size_t n);
+    void flush();
+    std::string target, beside;
+    std::FILE* file = nullptr;
+    std::vector<char> buffer;
+    std::size_t used = 0;
+    bool failed = false;
+};

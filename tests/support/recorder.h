@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What stands in for the window in tests: a platform that answers from a queue and keeps every
+// text, and a surface that keeps the list of drawing operations.
+#pragma once
+
+#include <array>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/platform.h"
+#include "view/surface.h"
+
+// Every operation is a line of text: "line 1.00 4.00 9.00 4.00 #000000".
+class recordsurface : public surface {
+  public:
+    void clear(colour background) override;
+    void toplane(planes p) override { plane = p; }
+    void point(double x, double y, colour c) override;
+    void line(double x1, double y1, double x2, double y2, colour c) override;
+    void box(double x1, double y1, double x2, double y2, colour c) override;
+    void circle(double x, double y, double radius, colour c) override;
+    void polygon(const point2* p, int n, colour edge) override;
+    void text(std::string_view utf8) override;
+    void picture(std::string_view name, double x, double y) override;
+    double textwidth(std::string_view utf8) override { return 0.2 * double(utf8.size()); }
+    double textheight() override { return 0.4; }
+    double width() const override { return 20; }
+    double height() const override { return 10; }
+    double pixpercm() const override { return 40; }
+
+    int count(const std::string& start) const;  // operations that begin with this text
+    std::vector<std::string> operations;
+    planes plane = planes::model;
+};
+
+class recorder : public platform {
+  public:
+    recorder();
+    ~recorder() override;
+    answers show(const messagebox& box) override;
+    filechoice choosefile(const filebox& box) override;
+    void showtitle(const std::string& text) override { title = text; }
+    void showstatus(const std::string& text) override { status = text; }
+    void showdialog(const std::string& name) override { dialogs.push_back(name); }
+    void endprogram() override { ended = true; }
+    surface* viewsurface(int nview) override { return &views[std::size_t(nview - 1)]; }
+    surface* printsurface() override { return &page; }
+    twipbox workarea() override { return {0, 600, 17080, 8002}; }
+    void viewsize(int, double& width, double& height) override;
+    void startprocess(const std::string& program, const std::vector<std::string>& arguments,
+                      const std::string& folder) override;
+    bool processruns() override { return false; }
+    int processcode() override { return exitcode; }
+    bool progress(const std::string&, double) override { return !cancelled; }
+
+    bool told(const std::string& text) const;  // a message held exactly this text
+    bool toldpart(const std::string& part) const;
+
+    std::vector<messagebox> messages;
+    std::deque<answers> answerqueue;
+    std::deque<filechoice> filequeue;
+    std::vector<filebox> fileboxes;
+    std::vector<std::string> dialogs;
+    std::string title, status;
+    std::array<recordsurface, 4> views;
+    recordsurface page;
+    std::function<void()> onprocess;  // what the started program does
+    int exitcode = 0;
+    bool cancelled = false, ended = false;
+};
+
+// A directory of its own for one test, removed at its end; in it a started session with the
+// project's catalogue.
+class sessionroom {
+  public:
+    sessionroom();
+    ~sessionroom();
+    std::string file(const std::string& name) const { return folder + "/" + name; }
+    std::string folder;
+    recorder door;
+};
+
+// Contents of a file, and writing one.
+std::string contentof(const std::string& path);
+void writefile(const std::string& path, const std::string& content);
+// The project's source directory.
+std::string sourcedir();
+// Appends to the model; returns the number.
+int addnode(float x, float y, float z);
+int addelement(int type, std::vector<int> corners, int group = 1);

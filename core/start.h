@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Session start-up, the content of a new model, and the reset that gives an empty model again.
+#pragma once
+
+#include <string>
+
+// Prepares a session in directory: tables, declared sizes, allocation, defaults, catalogue, labels.
+// Returns false when the program must end because a catalogue file is missing; the user was told.
+bool start(const std::string& directory);
+
+// Default values of the settings and the checked states of the menus; ends with newmodeldefaults.
+void initsettings();
+// The parts of a new model, each put into its first row.
+void newloadcase();
+void newcombination();
+void newgroup();  // the steel of a model in millimetres and newtons
+// One load case, one load combination, one element group, in arrays whose counts are 0.
+void newmodeldefaults();
+// Arrays allocated anew, colours, counts 0, new-model content.
+void resetmodel();

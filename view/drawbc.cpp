@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Strokes for constraints, loads and reactions.
+#include "view/drawbc.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "view/localaxes.h"
+#include "view/scaleview.h"
+#include "view/surface.h"
+
+static const int buoyancytype = 9;
+
+static colour shown(colour c) {
+    return drawcolor == backcolor ? backcolor : c;
+}
+
+// A stroke from node n along global axis 0..2, length in scaled units.
+static void nodestroke(surface& s, int n, int axis, double length, int nview, colour c) {
+    setnode(n, nview);
+    projectpoint(nview);
+    const double x = scrx, y = scry;
+    float* const along[] = {&curx, &cury, &curz};
+    *along[axis] = float(*along[axis] + length);
+    projectpoint(nview);
+    s.line(x, y, scrx, scry, c);
+}
+
+static bool isnode(int n) {
+    return n >= 1 && n <= nnodes();
+}
+
+void drawconstraints(int nview) {
+    surface* const s = target(nview);
+    if (ncon == 0 || s == nullptr) return;
+    s->toplane(planes::constraints);
+    prepareview(nview);
+    s->drawwidth = 2;
+    for (const bool rotations : {true, false})
+        for (int i = 1; i <= ncon; ++i) {
+            const int dof = condof(i);
+            if ((dof > 3) != rotations || dof < 1 || dof > 6 || !isnode(connode(i))) continue;
+            nodestroke(*s, connode(i), (dof - 1) % 3, rotations ? 2 * unitveclen : unitveclen,
+                       nview, shown(rotations ? rotcolor : concolor));
+        }
+    s->drawwidth = 1;
+    s->toplane(planes::marks);
+}
+
+// Value of row i of the element loads of a case: in a buoyancy case the pressure at the height of
+// the element's centre, 0 above the water plane and below the depth.
+static double elementvalue(int lc, int i) {
+    if (lctype(lc) != buoyancytype) return elemload(lc, i, 2);
+    const double level = lcpar(lc, 0), depth = lcpar(lc, 1), density = lcpar(lc, 2);
+    localaxes(int(elemload(lc, i, 0)));
+    const double z = axisorigin[2];
+    return z > level || z < level - depth ? 0 : density * (level - z);
+}
+
+static bool iselementrow(int lc, int i) {
+    const float e = elemload(lc, i, 0);
+    return e >= 1 && e <= elems(0, 0) && elemload(lc, i, 1) >= 1 && elemload(lc, i, 1) <= 3;
+}
+
+static double largestload(int lc, double factor) {
+    double most = 0;
+    for (int i = 1; i <= loadnode(lc, 0); ++i)
+        most = std::max(most, std::fabs(factor * loadval(lc, i)));
+    for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i)
+        if (iselementrow(lc, i)) most = std::max(most, std::fabs(factor * elementvalue(lc, i)));
+    return most;
+}
+
+static void drawnodalloads(surface& s, int lc, double factor, double maxload, int nview) {
+    for (int i = 1; i <= loadnode(lc, 0); ++i) {
+        const int dof = loaddof(lc, i);
+        if (dof < 1 || dof > 6 || !isnode(loadnode(lc, i))) continue;
+        const bool moment = dof > 3;
+        const double unit = moment ? 2 * unitveclen : unitveclen;
+        nodestroke(s, loadnode(lc, i), (dof - 1) % 3, factor * (loadval(lc, i) * unit / maxload),
+                   nview, shown(moment ? momcolor : loadcolor));
+    }
+}
+
+static void drawelementrows(surface& s, int lc, double factor, double maxload, int nview) {
+    const float scale = viewscale(nview);
+    for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
+        if (!iselementrow(lc, i)) continue;
+        const double value = factor * elementvalue(lc, i);
+        localaxes(int(elemload(lc, i, 0)));
+        const double* const axes[] = {localx, localy, localz};
+        const double* const axis = axes[int(elemload(lc, i, 1)) - 1];
+        const double length = unitveclen * value / maxload;
+        curx = float(axisorigin[0] * scale);
+        cury = float(axisorigin[1] * scale);
+        curz = float(axisorigin[2] * scale);
+        const float from[3] = {curx, cury, curz};
+        projectpoint(nview);
+        const double x = scrx, y = scry;
+        curx = float(from[0] + length * axis[0]);
+        cury = float(from[1] + length * axis[1]);
+        curz = float(from[2] + length * axis[2]);
+        projectpoint(nview);
+        s.line(x, y, scrx, scry, shown(loadcolor));
+    }
+}
+
+static void drawcase(surface& s, int lc, double factor, double maxload, int nview) {
+    if (maxload == 0) return;
+    drawnodalloads(s, lc, factor, maxload, nview);
+    drawelementrows(s, lc, factor, maxload, nview);
+}
+
+// The combination's nodal forces, row 0 of dispres, where they have been read.
+static void drawreactions(surface& s, int nview) {
+    if (dispres.upper2 < nnodes()) return;
+    double longest = 0;
+    const auto length = [](int n) {
+        return std::sqrt(dispres(0, n, 1) * dispres(0, n, 1) + dispres(0, n, 2) * dispres(0, n, 2) +
+                         dispres(0, n, 3) * dispres(0, n, 3));
+    };
+    for (int n = 1; n <= nnodes(); ++n) longest = std::max(longest, length(n));
+    if (longest == 0) return;
+    const colour red = rgb(255, 0, 0);
+    for (int n = 1; n <= nnodes(); ++n) {
+        if (length(n) == 0) continue;
+        setnode(n, nview);
+        projectpoint(nview);
+        const double x = scrx, y = scry;
+        curx = float(curx + dispres(0, n, 1) * unitveclen / longest);
+        cury = float(cury + dispres(0, n, 2) * unitveclen / longest);
+        curz = float(curz + dispres(0, n, 3) * unitveclen / longest);
+        projectpoint(nview);
+        s.line(x, y, scrx, scry, shown(red));
+    }
+}
+
+void drawloads(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr || viewloads(0).checked) return;
+    s->toplane(planes::loads);
+    prepareview(nview);
+    s->drawwidth = 2;
+    if (viewloads(1).checked) {
+        drawcase(*s, curlc, 1, largestload(curlc, 1), nview);
+    } else {
+        const bool combination = viewloads(3).checked;
+        const auto factor = [&](int lc) { return combination ? lcomb(curlcomb, lc) : 1.0f; };
+        double maxload = 0;
+        for (int lc = 1; lc <= nlc(); ++lc)
+            maxload = std::max(maxload, largestload(lc, factor(lc)));
+        for (int lc = 1; lc <= nlc(); ++lc) drawcase(*s, lc, factor(lc), maxload, nview);
+        drawreactions(*s, nview);
+    }
+    s->drawwidth = 1;
+    s->toplane(planes::marks);
+}
+
+void drawelementloads(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    s->toplane(planes::loads);
+    prepareview(nview);
+    s->drawwidth = 2;
+    const double maxload = largestload(curlc, 1);
+    if (maxload != 0) drawelementrows(*s, curlc, 1, maxload, nview);
+    s->drawwidth = 1;
+    s->toplane(planes::marks);
+}

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Symbols of constraints, loads and reactions in a view. While drawcolor is backcolor they erase.
+#pragma once
+
+void drawconstraints(int nview);
+// As the menu viewloads tells: the active case, all cases, or the cases times their factors in the
+// active combination; the largest load measures unitveclen.
+void drawloads(int nview);
+void drawelementloads(int nview);  // of the current load case

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Drawing of nodes and elements.
+#include "view/drawelems.h"
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/session.h"
+#include "view/scaleview.h"
+#include "view/symbols.h"
+
+double segx1, segy1, segx2, segy2;
+int nodecurrent, nodenext;
+
+static const double smallnode = 0.1;  // centimetres
+double nodesize = smallnode;
+
+void drawsegment(int nview) {
+    if (surface* const s = target(nview)) s->line(segx1, segy1, segx2, segy2, drawcolor);
+}
+
+void plotpoint(int nview, double x, double y, colour c) {
+    if (surface* const s = target(nview)) s->point(x, y, c);
+}
+
+void plotto(int nview, double x, double y, colour c) {
+    if (surface* const s = target(nview)) s->lineto(x, y, c);
+}
+
+void printat(int nview, double x, double y, const std::string& text) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    s->moveto(x, y);
+    s->text(text);
+}
+
+static void labelnode(surface& s) {
+    const int kind = checkedof(Nodelabeltype);
+    if (kind <= 0) return;
+    s.font = nodelabelfont;
+    s.textcolor = drawcolor == backcolor ? backcolor : nodelabelcolor;
+    s.moveto(scrx, scry);
+    s.text(kind == 1 ? numbertext(nodecurrent) : nodename(nodecurrent));
+}
+
+void drawnode(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    nodesize = smallnode;
+    s->fillcolor = drawcolor;
+    s->circle(scrx, scry, nodesize / 4 * 3, drawcolor);
+    if (nview == 1) labelnode(*s);
+}
+
+void drawallnodes(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    prepareview(nview);
+    s->drawwidth = 1;
+    s->fillsolid = true;
+    for (int n = 1; n <= nnodes(); ++n) {
+        setnode(n, nview);
+        projectpoint(nview);
+        if (!isinslab()) continue;
+        nodecurrent = n;
+        drawnode(nview);
+    }
+    s->fillsolid = false;
+}
+
+bool isshown(int e, int nview) {
+    return viewtype(nview) == 0 || viewselnum(nview) == 0 || elemvis(nview, e);
+}
+
+colour colourofelement(int e) {
+    if (elemlabeltype(4).checked) return groupcolor(egroup(e));
+    return nodesoftype(elems(e, 0)) == 2 ? linecolor : meshcolor;
+}
+
+void setcentre(int e, int nview) {
+    const int elnn = nodesoftype(elems(e, 0));
+    double x = 0, y = 0, z = 0;
+    for (int k = 1; k <= elnn; ++k) {
+        setnode(int(elems(e, k)), nview);
+        x += curx;
+        y += cury;
+        z += curz;
+    }
+    curx = float(x / elnn);
+    cury = float(y / elnn);
+    curz = float(z / elnn);
+}
+
+namespace {
+struct screenpoint {
+    double x, y;
+    lineend end;
+    bool inside;
+};
+}  // namespace
+
+static screenpoint projectnode(int n, int nview) {
+    setnode(n, nview);
+    projectpoint(nview);
+    return {scrx, scry, {rotw, rotu, rotv}, isinslab()};
+}
+
+// The part of a line that lies in the depth slab.
+static void drawclipped(surface& s, const screenpoint& a, const screenpoint& b, int nview) {
+    if (a.inside && b.inside) {
+        s.line(a.x, a.y, b.x, b.y, drawcolor);
+        return;
+    }
+    const auto enter = [&](const screenpoint& far, const screenpoint& near) {
+        rotw = far.end.w;
+        rotu = far.end.u;
+        rotv = far.end.v;
+        clipdepth(nview, near.end);
+        return point2{scrx, scry};
+    };
+    const double bound = viewreg.half, a0 = viewreg.aw;
+    if (a.inside || b.inside) {
+        const screenpoint &in = a.inside ? a : b, &out = a.inside ? b : a;
+        const point2 end = enter(out, in);
+        s.line(in.x, in.y, end.x, end.y, drawcolor);
+    } else if ((a.end.w - a0 > bound && b.end.w - a0 < -bound) ||
+               (b.end.w - a0 > bound && a.end.w - a0 < -bound)) {
+        const point2 first = enter(a, b), second = enter(b, a);
+        s.line(first.x, first.y, second.x, second.y, drawcolor);
+    }
+}
+
+static std::string labelof(int e) {
+    switch (checkedof(elemlabeltype)) {
+        case 1:
+            return numbertext(e);
+        case 2:
+            return eltypname(long(elems(e, 0)));
+        case 3:
+            return groupname(egroup(e));
+        case 5:
+            return elemname(e);
+        default:
+            return {};
+    }
+}
+
+void drawelementlabel(int e, int nview) {
+    if (nview != 1 || undeformed != 1 || elemlabeltype(0).checked) return;
+    const std::string label = labelof(e);
+    surface* const s = target(nview);
+    if (label.empty() || s == nullptr) return;
+    setcentre(e, nview);
+    projectpoint(nview);
+    if (!isinslab()) return;
+    s->font = elemlabelfont;
+    s->textcolor = drawcolor == backcolor ? backcolor : elemlabelcolor;
+    const double length = double(label.size());
+    s->moveto(scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0);
+    s->text(label);
+}
+
+static void drawelementnodes(surface& s, int e, int nview) {
+    const colour before = drawcolor;
+    if (drawcolor != backcolor) drawcolor = nodecolor;
+    s.fillsolid = true;
+    for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) {
+        nodecurrent = int(elems(e, k));
+        setnode(nodecurrent, nview);
+        projectpoint(nview);
+        if (isinslab()) drawnode(nview);
+    }
+    s.fillsolid = false;
+    drawcolor = before;
+}
+
+void drawelement(int e, int nview) {
+    surface* const s = target(nview);
+    if (e == 0 || s == nullptr || !isshown(e, nview)) return;
+    const auto row = elems.row(e);
+    const int elnn = nodesoftype(row[0]);
+    if (elnn == 0) return;
+    if (elnn == 2) {
+        s->drawwidth = 2;
+        s->fillcolor = meshcolor;
+    } else {
+        s->drawwidth = 1;
+    }
+    const screenpoint first = projectnode(int(row[1]), nview);
+    screenpoint near = first;
+    nodeinslab = first.inside;
+    if (elnn == 1) {
+        if (first.inside) {
+            s->point(first.x, first.y, drawcolor);
+            drawsymbol(int(row[0]), nview, first.x, first.y);
+        }
+    } else {
+        for (int k = 2; k <= elnn; ++k) {
+            const screenpoint far = projectnode(int(row[std::size_t(k)]), nview);
+            drawclipped(*s, near, far, nview);
+            near = far;
+        }
+        if (elnn > 2) drawclipped(*s, near, first, nview);
+    }
+    s->drawwidth = 1;
+    drawelementlabel(e, nview);
+    if (mnudrawlist(0).checked && (mnudrawlist(10).checked || viewtype(nview) != 0))
+        drawelementnodes(*s, e, nview);
+}
+
+void drawallelements(int nview) {
+    prepareview(nview);
+    const colour before = drawcolor;
+    const bool shape = undeformed == 0;  // a shape keeps its one colour
+    for (int e = 1; e <= nelems(); ++e) {
+        if (elems(e, 0) == 0) continue;
+        if (!shape) drawcolor = colourofelement(e);
+        drawelement(e, nview);
+    }
+    drawcolor = before;
+}
+
+void drawelementpass(int nview) {
+    drawallelements(nview);
+}
+
+void drawselectedelements(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr || elemsel(0) == 0) return;
+    prepareview(nview);
+    const colour before = drawcolor;
+    for (int i = 1; i <= int(elemsel(0)); ++i) {
+        const int e = int(elemsel(i));
+        if (before == selcolor)
+            s->fillcolor = selcolor;
+        else if (before != backcolor && elemlabeltype(4).checked)
+            drawcolor = invertcolor(groupcolor(egroup(e)));
+        drawelement(e, nview);
+        drawcolor = before;
+    }
+}
+
+void drawselectednodes(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr || nodesel(0) == 0) return;
+    prepareview(nview);
+    s->fillsolid = true;
+    for (int i = 1; i <= nodesel(0); ++i) {
+        const int n = nodesel(i);
+        if (n <= 0) continue;
+        curx = viewscale(nview) * nodes(0, n, 0);
+        cury = viewscale(nview) * nodes(0, n, 1);
+        curz = viewscale(nview) * nodes(0, n, 2);
+        projectpoint(nview);
+        nodecurrent = n;
+        drawnode(nview);
+    }
+    s->fillsolid = false;
+}

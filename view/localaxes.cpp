@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Local axes of elements.
+#include "view/localaxes.h"
+
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "view/scaleview.h"
+#include "view/surface.h"
+
+double axisorigin[3], localx[3], localy[3], localz[3];
+
+static const int sectionrotation = 6;  // field of the group, degrees
+
+static void normalise(double* v) {
+    const double length = std::pow(v[0] * v[0] + v[1] * v[1] + v[2] * v[2], 0.5);
+    if (length == 0) return;
+    for (int k = 0; k < 3; ++k) v[k] /= length;
+}
+
+static void cross(const double* a, const double* b, double* c) {
+    c[0] = a[1] * b[2] - a[2] * b[1];
+    c[1] = a[2] * b[0] - a[0] * b[2];
+    c[2] = a[0] * b[1] - a[1] * b[0];
+}
+
+// e1 and a vector in the plane stand; e3 is their normal and e2 completes the triad.
+static void finishplate(const double* inplane) {
+    normalise(localx);
+    cross(localx, inplane, localz);
+    normalise(localz);
+    cross(localz, localx, localy);
+    normalise(localy);
+}
+
+static void finishline(int e) {
+    normalise(localx);
+    if (localx[0] == 0 && localx[1] == 0) {
+        localy[0] = localy[2] = 0;
+        localy[1] = 1;
+    } else {
+        localy[0] = -localx[1];
+        localy[1] = localx[0];
+        localy[2] = 0;
+        normalise(localy);
+    }
+    cross(localx, localy, localz);
+    normalise(localz);
+    const double angle = toradians(groups(egroup(e), sectionrotation));
+    const double c = std::cos(angle), s = std::sin(angle);
+    for (int k = 0; k < 3; ++k) {
+        const double y = localy[k], z = localz[k];
+        localy[k] = c * y + s * z;
+        localz[k] = -s * y + c * z;
+    }
+}
+
+void localaxes(int e) {
+    const int elnn = nodesoftype(elems(e, 0));
+    double at[4][3] = {};
+    for (int k = 0; k < 3; ++k) axisorigin[k] = localx[k] = localy[k] = localz[k] = 0;
+    if (elnn == 0) return;
+    for (int c = 0; c < elnn; ++c)
+        for (int k = 0; k < 3; ++k) {
+            at[c][k] = nodes(0, long(elems(e, c + 1)), k);
+            axisorigin[k] += at[c][k] / elnn;
+        }
+    double inplane[3];
+    for (int k = 0; k < 3; ++k) {
+        if (elnn == 4) {
+            localx[k] = (at[1][k] + at[2][k] - at[0][k] - at[3][k]) / 2;
+            inplane[k] = (at[3][k] - at[0][k]) / 2;
+        } else if (elnn >= 2) {
+            localx[k] = at[1][k] - at[0][k];
+            inplane[k] = at[2][k] - at[0][k];
+        }
+    }
+    if (elnn >= 3)
+        finishplate(inplane);
+    else if (elnn == 2)
+        finishline(e);
+}
+
+// A stroke of this length (cm) from a scaled point along a unit vector.
+static void stroke(const float* from, const double* direction, double length, int nview, colour c) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    curx = from[0];
+    cury = from[1];
+    curz = from[2];
+    projectpoint(nview);
+    const double x = scrx, y = scry;
+    curx = float(from[0] + length * direction[0]);
+    cury = float(from[1] + length * direction[1]);
+    curz = float(from[2] + length * direction[2]);
+    projectpoint(nview);
+    s->line(x, y, scrx, scry, c);
+}
+
+void drawlocalaxes(int e, int nview) {
+    if (nodesoftype(elems(e, 0)) < 2) return;
+    localaxes(e);
+    prepareview(nview);
+    const float scale = viewscale(nview);
+    const float origin[3] = {float(axisorigin[0] * scale), float(axisorigin[1] * scale),
+                             float(axisorigin[2] * scale)};
+    const bool erase = drawcolor == backcolor;
+    stroke(origin, localx, unitveclen, nview, erase ? backcolor : rgb(255, 0, 0));
+    stroke(origin, localy, unitveclen, nview, erase ? backcolor : rgb(0, 255, 0));
+    stroke(origin, localz, unitveclen, nview, erase ? backcolor : rgb(0, 0, 255));
+}
+
+void drawendrelease(int e, int end, int nview) {
+    if (nodesoftype(elems(e, 0)) != 2) return;
+    bool any = false;
+    for (int dof = 1; dof <= 6; ++dof) any = any || endrelease(e, end, dof) == 1;
+    if (!any) return;
+    localaxes(e);
+    prepareview(nview);
+    const double part = end == 1 ? 0.1 : 0.9;  // of the element's length, from its first node
+    const long n1 = long(elems(e, 1)), n2 = long(elems(e, 2));
+    const float scale = viewscale(nview);
+    float at[3];
+    for (int k = 0; k < 3; ++k)
+        at[k] = float(scale * (nodes(0, n1, k) + part * (nodes(0, n2, k) - nodes(0, n1, k))));
+    curx = at[0];
+    cury = at[1];
+    curz = at[2];
+    projectpoint(nview);
+    if (!isinslab()) return;
+    const double* const axes[] = {localx, localy, localz};
+    for (int dof = 1; dof <= 6; ++dof) {
+        if (endrelease(e, end, dof) != 1) continue;
+        const colour c = dof <= 3 ? concolor : rotcolor;
+        stroke(at, axes[(dof - 1) % 3], unitveclen, nview, drawcolor == backcolor ? backcolor : c);
+    }
+}

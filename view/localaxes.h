@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Local axes of an element from its undeformed nodes, their picture, and end releases.
+#pragma once
+
+// Result of the last call of localaxes, model units.
+extern double axisorigin[3];
+extern double localx[3], localy[3], localz[3];  // e1, e2, e3; 0 where the element is degenerate
+
+// Sets origin and unit vectors of element e: plates e1 along the middle line from edge 4-1 to edge
+// 2-3 (a triangle: from node 1 to node 2) and e3 normal; lines e1 from node 1 to node 2, e2 level,
+// both turned about e1 by the section rotation of the group.
+void localaxes(int e);
+
+void drawlocalaxes(int e, int nview);              // red, green, blue
+void drawendrelease(int e, int end, int nview);    // end 1 or 2

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The table of layers and the redraws.
+#include "view/moddraw.h"
+
+#include <array>
+#include <cmath>
+
+#include "core/model.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "view/drawbc.h"
+#include "view/drawelems.h"
+#include "view/localaxes.h"
+#include "view/scaleview.h"
+
+static std::array<layerrow, std::size_t(layers::count)> table;
+
+layerrow& layer(layers which) {
+    return table[std::size_t(which)];
+}
+
+int shownviews() {
+    return singleview ? 1 : nviews;
+}
+
+hourglass::hourglass() {
+    door().hourglass(true);
+}
+
+hourglass::~hourglass() {
+    door().hourglass(false);
+}
+
+static bool contourin(int nview) {
+    return nview == 1 && menupostItem(2).checked;
+}
+
+static bool ishidden() {
+    return mnudrawlist(10).checked;
+}
+
+static void drawdeformed(int nview) {
+    drawcolor = defcolor;
+    undeformed = 0;
+    drawelementpass(nview);
+    undeformed = 1;
+}
+
+static void drawallaxes(int nview) {
+    for (int e = 1; e <= nelems(); ++e) drawlocalaxes(e, nview);
+}
+
+static void drawallreleases(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    s->drawwidth = 3;
+    for (int e = 1; e <= nelems(); ++e)
+        for (int end = 1; end <= 2; ++end) drawendrelease(e, end, nview);
+    s->drawwidth = 1;
+}
+
+static void setlayer(layers which, planes plane, std::function<bool(int)> wanted,
+                     std::function<void(int)> draw) {
+    layerrow& row = layer(which);
+    row.plane = plane;
+    row.wanted = std::move(wanted);
+    row.draw = std::move(draw);
+}
+
+void wirelayers() {
+    const auto always = [](int) { return true; };
+    const auto graphicson = [](int) { return bool(mnudrawlist(4).checked); };
+    setlayer(layers::contour, planes::model, contourin, nullptr);
+    setlayer(layers::graphicsfill, planes::model, graphicson, nullptr);
+    setlayer(
+        layers::nodes, planes::model,
+        [](int v) { return mnudrawlist(0).checked && viewtype(v) == 0 && !ishidden(); },
+        [](int v) {
+            drawcolor = nodecolor;
+            drawallnodes(v);
+        });
+    setlayer(
+        layers::elements, planes::model,
+        [](int v) { return mnudrawlist(1).checked && !contourin(v); },
+        [](int v) {
+            drawcolor = meshcolor;
+            undeformed = 1;
+            drawelementpass(v);
+        });
+    setlayer(layers::triad, planes::model, [](int) { return mnuSettingsItem(3).checked; },
+             drawtriad);
+    setlayer(layers::graphicslines, planes::model, graphicson, nullptr);
+    setlayer(layers::patches, planes::model, [](int) { return mnudrawlist(5).checked; }, nullptr);
+    setlayer(layers::loads, planes::loads, [](int) { return !viewloads(0).checked; }, drawloads);
+    setlayer(layers::constraints, planes::constraints, [](int) { return mnudrawlist(2).checked; },
+             drawconstraints);
+    setlayer(
+        layers::deformed, planes::results,
+        [](int v) {
+            return (menupostItem(1).checked || menupostItem(3).checked) && !contourin(v);
+        },
+        drawdeformed);
+    setlayer(layers::elementstress, planes::results,
+             [](int) { return menupostItem(4).checked; }, nullptr);
+    setlayer(layers::localaxes, planes::results,
+             [](int) { return mnuSettingsItem(4).checked && !ishidden(); }, drawallaxes);
+    setlayer(layers::endreleases, planes::results,
+             [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
+    setlayer(layers::selectedpatches, planes::marks, always, nullptr);
+    setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
+    setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);
+    setlayer(layers::selectedgraphics, planes::marks, always, nullptr);
+    setlayer(layers::selectedothers, planes::marks, always, nullptr);
+}
+
+static void drawlayer(layers which, int nview) {
+    const layerrow& row = layer(which);
+    if (!row.draw || (row.wanted && !row.wanted(nview))) return;
+    if (surface* const s = target(nview)) s->toplane(row.plane);
+    row.draw(nview);
+}
+
+void drawview(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    const hourglass wait;
+    setdispscale(nview);
+    s->clear(backcolor);
+    for (int i = 0; i < int(layers::selectedpatches); ++i) drawlayer(layers(i), nview);
+    drawcolor = selcolor;
+    drawselection(nview);
+    drawcolor = meshcolor;
+    s->show();
+}
+
+void drawselection(int nview) {
+    const colour c = drawcolor;
+    for (int i = int(layers::selectedpatches); i < int(layers::count); ++i) {
+        drawcolor = c;
+        drawlayer(layers(i), nview);
+    }
+    drawcolor = c;
+}
+
+void drawselectionall() {
+    for (int v = 1; v <= shownviews(); ++v) drawselection(v);
+    showviews();
+}
+
+void showviews() {
+    for (int v = 1; v <= shownviews(); ++v)
+        if (surface* const s = target(v)) s->show();
+}
+
+void redrawall() {
+    const hourglass wait;
+    for (int v = 1; v <= shownviews(); ++v) drawview(v);
+}
+
+void drawtriad(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    const double ox = -0.8 * vieww / 2, oy = -0.8 * viewh / 2;
+    const double length = 0.1 * std::sqrt(vieww * vieww + viewh * viewh) / (2 * scalex);
+    static const colour axiscolors[] = {rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
+    static const char* const letters[] = {"X", "Y", "Z"};
+    s->drawwidth = 1;
+    for (int axis = 0; axis < 3; ++axis) {
+        scrx = vieww / 2;
+        scry = viewh / 2;
+        unprojectpoint(nview);
+        float* const along[] = {&curx, &cury, &curz};
+        *along[axis] = float(*along[axis] + length);
+        prepareview(nview);
+        projectaxis(nview);
+        const colour c = drawcolor == backcolor ? backcolor : axiscolors[axis];
+        s->line(vieww / 2 + ox, viewh / 2 - oy, scrx + ox, scry - oy, c);
+        s->moveto(scrx + ox, scry - oy);
+        s->textcolor = c;
+        s->text(letters[axis]);
+    }
+}

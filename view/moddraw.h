@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The picture of a view: its layers in their fixed order, and the redraws that run them.
+//
+// The layers are a table. Each row has the condition under which it is drawn and the routine that
+// draws it; modules above this one hang their routines in their rows when the program starts. The
+// screen, the printer and the recorder of tests run the same table.
+#pragma once
+
+#include <functional>
+
+#include "core/views.h"
+#include "view/surface.h"
+
+enum class layers {
+    contour,            // contour plot, view 1
+    graphicsfill,       // graphic elements, fill pass
+    nodes,
+    elements,
+    triad,
+    graphicslines,      // graphic elements, line pass
+    patches,
+    loads,
+    constraints,
+    deformed,           // deformed or mode shape
+    elementstress,
+    localaxes,
+    endreleases,
+    selectedpatches,
+    selectedelements,
+    selectednodes,
+    selectedgraphics,
+    selectedothers,     // previews of the second lists and whatever else stands above all
+    count
+};
+
+struct layerrow {
+    planes plane = planes::model;
+    std::function<bool(int nview)> wanted;
+    std::function<void(int nview)> draw;  // empty while no module has hung one in
+};
+layerrow& layer(layers which);
+// Fills the rows that this floor draws itself.
+void wirelayers();
+
+void drawview(int nview);
+void redrawall();
+// The selection's layers alone, in drawcolor: backcolor erases, selcolor shows.
+void drawselection(int nview);
+void drawselectionall();
+// Number of views on show: 1 or 4.
+int shownviews();
+void showviews();  // what was drawn becomes visible in all views
+
+void drawtriad(int nview);
+// Wait pointer for as long as the object lives.
+struct hourglass {
+    hourglass();
+    ~hourglass();
+    hourglass(const hourglass&) = delete;
+    hourglass& operator=(const hourglass&) = delete;
+};

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Projection, its inverse, depth clipping and autoscale.
+//
+// What is held as Single is rounded to Single here and nowhere else: the scaled point, the eye, the
+// differences, the sum viewaw + viewdist and perspw. All else is Double.
+#include "view/scaleview.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/session.h"
+
+viewregisters viewreg;
+double rotw, rotu, rotv, persu, persv;
+int nodeinslab;
+int undeformed = 1;
+
+void prepareview(int nview) {
+    const double h = viewhor(nview), v = viewvert(nview);
+    viewregisters& r = viewreg;
+    r.cosh = std::cos(h);
+    r.sinh = std::sin(h);
+    r.cosv = std::cos(v);
+    r.sinv = std::sin(v);
+    r.sinhcosv = r.sinh * r.cosv;
+    r.coshsinv = r.cosh * r.sinv;
+    r.sinhsinv = r.sinh * r.sinv;
+    r.coshcosv = r.cosh * r.cosv;
+    const float scale = viewscale(nview);
+    r.eyex = scale * viewptx(nview);
+    r.eyey = scale * viewpty(nview);
+    r.eyez = scale * viewptz(nview);
+    r.eyesum = viewaw(nview) + viewdist(nview);
+    r.half = scale * viewdepth(nview) / 2;
+    r.aw = viewaw(nview);
+    r.dist = viewdist(nview);
+    r.midx = vieww / 2;
+    r.midy = viewh / 2;
+}
+
+void projectaxis(int nview) {
+    projectpoint(nview);
+}
+
+void unprojectpoint(int nview) {
+    const double aw = viewaw(nview), dist = viewdist(nview);
+    const double f0 = dist / (aw + dist);
+    const double w = f0 == 0 ? 0 : aw / f0;
+    const double u = (scrx - vieww / 2) / scalex;
+    const double p = (viewh / 2 - scry) / scaley;
+    const double h = viewhor(nview), v = viewvert(nview);
+    const double cosh = std::cos(h), sinh = std::sin(h), cosv = std::cos(v), sinv = std::sin(v);
+    const double x = cosh * cosv * w - sinh * u - sinv * cosh * p;
+    const double y = sinh * cosv * w + cosh * u - sinv * sinh * p;
+    const double z = sinv * w + cosv * p;
+    const float scale = viewscale(nview);
+    curx = float(x + double(scale * viewptx(nview)));
+    cury = float(y + double(scale * viewpty(nview)));
+    curz = float(z + double(scale * viewptz(nview)));
+    modelx = curx / double(scale);
+    modely = cury / double(scale);
+    modelz = curz / double(scale);
+}
+
+void clipdepth(int, const lineend& near) {
+    nodeinslab = isinslab();
+    if (nodeinslab || rotw == near.w) return;
+    const double half = viewreg.half, a = viewreg.aw;
+    const auto meeting = [&](double bound) { return (a + bound - near.w) / (rotw - near.w); };
+    const double bound = half < a - near.w ? half : -half;
+    double t = meeting(bound);
+    // A line that leaves the slab towards the eye meets the other bound.
+    if (t < 0 || t > 1) t = meeting(-bound);
+    const double u = near.u + (rotu - near.u) * t, v = near.v + (rotv - near.v) * t;
+    scrx = vieww / 2 + scalex * u;
+    scry = viewh / 2 - scaley * v;
+}
+
+void setnode(int n, int nview) {
+    const float scale = viewscale(nview);
+    if (undeformed == 1) {
+        curx = scale * nodes(0, n, 0);
+        cury = scale * nodes(0, n, 1);
+        curz = scale * nodes(0, n, 2);
+        return;
+    }
+    const float d = float(1 - undeformed) * dispscale(nview);
+    curx = scale * (nodes(0, n, 0) + d * nodes(1, n, 0));
+    cury = scale * (nodes(0, n, 1) + d * nodes(1, n, 1));
+    curz = scale * (nodes(0, n, 2) + d * nodes(1, n, 2));
+}
+
+void setdispscale(int nview) {
+    const double least = 1e-30;
+    dispscale(nview) = viewscale(nview) >= least && maxdisp >= least
+                           ? float(unitveclen / maxdisp / viewscale(nview))
+                           : 1.0f;
+}
+
+// The box around the points of a view, model units.
+namespace {
+struct extent {
+    double low[3] = {1e30, 1e30, 1e30}, high[3] = {-1e30, -1e30, -1e30};
+    bool any = false;
+    void take(double x, double y, double z) {
+        const double at[3] = {x, y, z};
+        for (int k = 0; k < 3; ++k) {
+            low[k] = std::min(low[k], at[k]);
+            high[k] = std::max(high[k], at[k]);
+        }
+        any = true;
+    }
+    double size(int k) const { return high[k] - low[k]; }
+    float middle(int k) const { return float((low[k] + high[k]) / 2); }
+};
+}  // namespace
+
+static void takeelements(extent& box, int nview) {
+    for (int e = 1; e <= nelems(); ++e) {
+        if (elems(e, 0) == 0) continue;
+        if (viewgroup(nview) != 0 && egroup(e) != viewgroup(nview)) continue;
+        const int elnn = nodesoftype(elems(e, 0));
+        for (int k = 1; k <= elnn; ++k) {
+            const long n = long(elems(e, k));
+            box.take(nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
+        }
+    }
+}
+
+static void takegraphics(extent& box, const array3<float>& list) {
+    const int kindcircle = 3, kindcurve = 2;
+    for (int g = 1; g <= int(list(0, 0, 0)); ++g) {
+        const int kind = int(list(g, 0, 0));
+        if (kind == 0) continue;
+        // A line has two points; its third row is 0, 0, 0 and no place on the drawing.
+        const int points = kind == kindcircle || kind == kindcurve ? 3 : 2;
+        for (int j = 1; j <= points; ++j) box.take(list(g, j, 1), list(g, j, 2), list(g, j, 3));
+    }
+}
+
+static void takefreenodes(extent& box) {
+    for (int n = 1; n <= nnodes(); ++n) box.take(nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
+}
+
+void autoscale(int nview) {
+    const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
+    extent box;
+    if (mnudrawlist(1).checked || mnudrawlist(0).checked) takeelements(box, nview);
+    if (mnudrawlist(4).checked) takegraphics(box, graphics);
+    for (int i = 1; i <= int(tmpnodes(0, 0)); ++i)
+        box.take(tmpnodes(i, 1), tmpnodes(i, 2), tmpnodes(i, 3));
+    takegraphics(box, graphics2);
+    // A model of nodes alone, at its very start, is fitted to them.
+    if (!box.any && mnudrawlist(0).checked) takefreenodes(box);
+    viewptx(nview) = box.middle(0);
+    viewpty(nview) = box.middle(1);
+    viewptz(nview) = box.middle(2);
+    const double ex = box.size(0), ey = box.size(1), ez = box.size(2);
+    const double e = ex > ey && ex > ez ? ex : ey > ez ? ey : ez;
+    viewscale(nview) = e == 0 ? 1.0f : float((smaller / 2 - unitveclen) * 2 / e);
+}

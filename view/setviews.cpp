@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Layout of the views and all that changes what a view looks at.
+#include "view/setviews.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/session.h"
+#include "core/views.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+
+const viewpreset viewpresets[4] = {
+    {"ISO", 45, 45}, {"X-Y", 90, -90}, {"X-Z", 0, 90}, {"Y-Z", 0, 0}};
+
+static const double cellshare = 0.995;  // of half the work area; the rest is the gap
+static const double barthickness = 0.45, barclient = 15540;  // cm of bar in a client width, twips
+
+// Position of the scroll bars when they were last read.
+static int lasthorizontal[nviews + 1], lastvertical[nviews + 1];
+
+twipbox viewplace(int nview, const twipbox& work, bool single) {
+    const double width = work.width - sidebarw - sidebargap;
+    twipbox box{work.left + sidebarw, work.top, width, work.height - 2};
+    if (single) return box;
+    const double halfwidth = width / 2, halfheight = work.height / 2;
+    box.width = halfwidth * cellshare;
+    box.height = halfheight * cellshare;
+    if (nview == 2 || nview == 4) box.left += halfwidth;
+    if (nview >= 3) box.top += halfheight;
+    return box;
+}
+
+static void placeviews(bool single) {
+    const twipbox work = door().workarea();
+    for (int v = 1; v <= nviews; ++v) {
+        const twipbox box = viewplace(v, work, single);
+        const bool shown = (v == 1 || !single) && box.width > 0 && box.height > 0;
+        door().placeview(v, box, shown);
+    }
+    double width = 0, height = 0;
+    door().viewsize(1, width, height);
+    if (width > 0 && height > 0) {
+        vieww = width;
+        viewh = height;
+    }
+    scalex = scaley = single ? 1 : 0.5;
+    singleview = single;
+    setscrollbars();
+    door().refresh();
+}
+
+void setoneview() {
+    placeviews(true);
+}
+
+void setfourviews() {
+    placeviews(false);
+}
+
+void arrangeviews() {
+    placeviews(singleview);
+}
+
+scrollrange scrollbarsof(double width, double height, double clientwidth) {
+    const auto wholerange = [](double length, double extent) {
+        return int(Integer(std::nearbyint(std::clamp(length / 2 * (extent / 2), 0.0, 32767.0))));
+    };
+    scrollrange range;
+    range.thickness = clientwidth * barthickness / barclient;
+    range.horizontal = wholerange(width - range.thickness, width);
+    range.vertical = wholerange(height - range.thickness, height);
+    return range;
+}
+
+void setscrollbars() {
+    const twipbox work = door().workarea();
+    const scrollrange range = scrollbarsof(vieww, viewh, work.width);
+    for (int v = 1; v <= nviews; ++v) {
+        door().setscrollbars(v, range, mnuSettingsItem(2).checked);
+        lasthorizontal[v] = lastvertical[v] = 0;
+    }
+}
+
+// Moves the view point by the way from one place of the surface to another (cm).
+static void movepoint(int nview, double fromx, double fromy, double tox, double toy) {
+    scrx = fromx;
+    scry = fromy;
+    unprojectpoint(nview);
+    const float oldx = curx, oldy = cury, oldz = curz;
+    scrx = tox;
+    scry = toy;
+    unprojectpoint(nview);
+    const float scale = viewscale(nview);
+    viewptx(nview) = viewptx(nview) + (curx - oldx) / scale;
+    viewpty(nview) = viewpty(nview) + (cury - oldy) / scale;
+    viewptz(nview) = viewptz(nview) + (curz - oldz) / scale;
+}
+
+void scrollview(int nview, int horizontal, int vertical) {
+    movepoint(nview, lasthorizontal[nview], lastvertical[nview], horizontal, vertical);
+    lasthorizontal[nview] = horizontal;
+    lastvertical[nview] = vertical;
+    drawview(nview);
+}
+
+void panview(int nview, double dx, double dy) {
+    movepoint(nview, dx, dy, 0, 0);
+}
+
+void zoomview(int nview, double x, double y, double factor) {
+    const double least = 1e-30, most = 1e30;
+    const double scale = double(viewscale(nview)) * factor;
+    if (!(std::fabs(scale) > least && std::fabs(scale) < most)) return;
+    scrx = x;
+    scry = y;
+    unprojectpoint(nview);
+    const double before[3] = {modelx, modely, modelz};
+    viewscale(nview) = float(scale);
+    scrx = x;
+    scry = y;
+    unprojectpoint(nview);
+    viewptx(nview) = float(viewptx(nview) + (before[0] - modelx));
+    viewpty(nview) = float(viewpty(nview) + (before[1] - modely));
+    viewptz(nview) = float(viewptz(nview) + (before[2] - modelz));
+}
+
+void setpreset(int nview, int preset) {
+    viewvert(nview) = float(toradians(viewpresets[preset].vertical));
+    viewhor(nview) = float(toradians(viewpresets[preset].horizontal));
+    drawview(nview);
+}
+
+void turnview(int nview, double horizontal, double vertical) {
+    if (horizontal != 0) viewhor(nview) = float(toradians(todegrees(viewhor(nview)) + horizontal));
+    if (vertical != 0) viewvert(nview) = float(toradians(todegrees(viewvert(nview)) + vertical));
+    drawview(nview);
+}
+
+void halveview(int nview) {
+    viewscale(nview) = viewscale(nview) / 2;
+    drawview(nview);
+    setscrollbars();
+}
+
+void doubleview(int nview) {
+    viewscale(nview) = viewscale(nview) * 2;
+    drawview(nview);
+    setscrollbars();
+}
+
+void fitview(int nview) {
+    autoscale(nview);
+    drawview(nview);
+}
+
+static void copyparameters(int from, int to) {
+    for (auto* list : {&viewptx, &viewpty, &viewptz, &viewvert, &viewhor, &viewscale, &viewdist,
+                       &viewaw, &viewdepth})
+        (*list)(to) = (*list)(from);
+    for (auto* list : {&viewgroup, &viewtype, &viewselnum}) (*list)(to) = (*list)(from);
+}
+
+void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2) {
+    if (sourceview != targetview) copyparameters(sourceview, targetview);
+    prepareview(targetview);
+    const double a = std::fabs(x2 - x1), b = std::fabs(y2 - y1);
+    scrx = (x1 + x2) / 2;
+    scry = (y1 + y2) / 2;
+    unprojectpoint(targetview);
+    viewptx(targetview) = float(modelx);
+    viewpty(targetview) = float(modely);
+    viewptz(targetview) = float(modelz);
+    const double r = a < b ? b : a;
+    const double d = vieww < viewh ? vieww : viewh;
+    const double q = r / viewscale(targetview);
+    viewscale(targetview) = q == 0 ? 1.0f : float(d / q);
+}

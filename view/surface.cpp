@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Choice of the drawing target.
+#include "view/surface.h"
+
+#include "core/platform.h"
+
+bool printing;
+int toprinter;
+
+surface* target(int nview) {
+    if (toprinter == 0) return door().viewsurface(nview);
+    if (printing) return door().printsurface();
+    return nview == 1 ? nullptr : door().viewsurface(nview);
+}

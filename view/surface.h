@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// All that a picture may ask for: a drawing surface in centimetres from its top left corner, x
+// right, y down. Screen views, the printer and the recorder of tests implement it.
+//
+// A screen surface keeps its picture in planes that lie on each other: the model below, then
+// loads, constraints, result shapes, and on top selection and work marks. Drawing in the
+// background colour on an upper plane gives back what lies under it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/colours.h"
+
+struct point2 {
+    double x, y;
+};
+
+enum class planes { model, loads, constraints, results, marks };
+
+enum class pens { solid, dotted };
+
+struct surface {
+    virtual ~surface() = default;
+
+    virtual void clear(colour background) = 0;  // all planes
+    virtual void toplane(planes) {}             // where the next operations draw
+    virtual void point(double x, double y, colour c) = 0;  // one pixel; moves the position
+    virtual void line(double x1, double y1, double x2, double y2, colour c) = 0;
+    virtual void box(double x1, double y1, double x2, double y2, colour c) = 0;
+    virtual void circle(double x, double y, double radius, colour c) = 0;  // filled with fillcolor
+    virtual void polygon(const point2* p, int n, colour edge) = 0;  // n >= 3, closed for you
+    virtual void text(std::string_view utf8) = 0;  // top left at the position, in textcolor
+    // The picture stored under a symbol name, its centre at x, y; nothing where none is stored.
+    virtual void picture(std::string_view, double, double) {}
+    virtual double textwidth(std::string_view utf8) = 0;  // centimetres
+    virtual double textheight() = 0;                      // centimetres of one line
+    virtual double width() const = 0;                     // centimetres
+    virtual double height() const = 0;
+    virtual double pixpercm() const = 0;  // device pixels
+    virtual void show() {}                // what was drawn so far becomes visible
+
+    void moveto(double x, double y) {
+        currentx = x;
+        currenty = y;
+    }
+    void lineto(double x, double y, colour c) { line(currentx, currenty, x, y, c); }
+
+    // Settings of the next operations.
+    double currentx = 0, currenty = 0;  // line, line to and point move it to their end
+    int drawwidth = 1;                  // pixels
+    pens drawstyle = pens::solid;
+    bool fillsolid = false;
+    colour fillcolor = 0;
+    colour textcolor = 0;
+    labelfont font;
+};
+
+// Where primitives for a view go: its surface, or the printer while the print flags are up.
+// Null when nothing is to be drawn.
+surface* target(int nview);
+extern bool printing;   // a page is being built
+extern int toprinter;   // 1 while drawing goes to the printer

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Renumbering of the nodes.
+#include "edit/renumber.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+
+// The reference climbs along a chain of dominating nodes, in number order.
+static void findreference(float* reference) {
+    for (int k = 0; k < 3; ++k) reference[k] = 0;
+    for (int n = 1; n <= nnodes(); ++n) {
+        const auto at = nodes.row(0, n);
+        if (at[0] >= reference[0] && at[1] >= reference[1] && at[2] >= reference[2])
+            std::copy_n(at.begin(), 3, reference);
+    }
+}
+
+// Node numbers from the farthest to the nearest; among equals the highest number first.
+static std::vector<int> sweeporder() {
+    float reference[3];
+    findreference(reference);
+    const auto count = std::size_t(nnodes());
+    std::vector<std::pair<double, int>> byway(count);
+    for (int n = 1; n <= int(count); ++n) {
+        const auto at = nodes.row(0, n);
+        double sum = 0;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const double d = double(at[k]) - reference[k];
+            sum += d * d;
+        }
+        byway[std::size_t(n - 1)] = {std::pow(sum, 0.5), n};
+    }
+    std::ranges::sort(byway, std::greater<>());
+    std::vector<int> order(count);
+    std::ranges::transform(byway, order.begin(), [](const auto& entry) { return entry.second; });
+    return order;
+}
+
+static void movenodes(const std::vector<int>& order) {
+    const auto count = int(order.size());
+    std::vector<std::string> names(order.size() + 1);
+    for (int i = 1; i <= count; ++i) {
+        const int old = order[std::size_t(i - 1)];
+        for (int k = 0; k < 3; ++k) nodework(i, k + 1) = nodes(0, old, k);
+        names[std::size_t(i)] = std::move(nodename(old));
+    }
+    for (int i = 1; i <= count; ++i) {
+        for (int k = 0; k < 3; ++k) {
+            nodes(0, i, k) = nodework(i, k + 1);
+            nodes(1, i, k) = 0;  // displacements belong to the old numbers
+        }
+        nodename(i) = std::move(names[std::size_t(i)]);
+    }
+}
+
+void renumbermodel() {
+    const std::vector<int> order = sweeporder();
+    const int count = nnodes();
+    for (int i = 1; i <= count; ++i) nodework(order[std::size_t(i - 1)], 0) = float(i);
+    const auto renumbered = [&](auto n) { return n >= 1 && int(n) <= count ? nodework(long(n), 0) : float(n); };
+    for (int e = 1; e <= nelems(); ++e)
+        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) elems(e, k) = renumbered(elems(e, k));
+    for (int i = 1; i <= ncon; ++i) connode(i) = int(renumbered(connode(i)));
+    for (int lc = 1; lc <= nlc(); ++lc)
+        for (int i = 1; i <= loadnode(lc, 0); ++i)
+            loadnode(lc, i) = int(renumbered(loadnode(lc, i)));
+    movenodes(order);
+    nodesel(0) = 0;
+    maxdisp = 0;
+}

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Hand-over to the solver program.
+#include "files/analyse.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "core/model.h"
+#include "core/modelsize.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "files/filemenu.h"
+#include "files/filop.h"
+#include "view/moddraw.h"
+
+namespace fs = std::filesystem;
+
+std::function<void()> rereadresults;
+
+// --- the options dialog -------------------------------------------------------------------------
+
+static void clearrenumber(analysisoptions& form) {
+    form.renumber = false;
+    form.renumberenabled = false;
+}
+
+analysisoptions showoptions() {
+    analysisoptions form;
+    form.twod = dim2d;
+    form.clear = clearmem == 1;
+    form.stiffness = dostiffness == 1;
+    form.solve = dosolve == 1;
+    form.eigen = doeigen == 1;
+    form.renumber = dorenumber == 1;
+    form.elementmass = elemmassflag == 1;
+    form.linestress = dolinestress == 1;
+    form.festress = dofestress == 1;
+    if (!form.stiffness || !form.solve) clearrenumber(form);
+    if (form.eigen) form.solveenabled = form.stressenabled = false;
+    return form;
+}
+
+static void testsolver(analysisoptions& form) {
+    if (form.solve && !form.stiffness) clearrenumber(form);
+    const bool stress = form.linestress || form.festress;
+    if (stress && (!form.stiffness || !form.solve)) clearrenumber(form);
+}
+
+void clicksolver(analysisoptions& form) {
+    form.renumberenabled = true;
+    testsolver(form);
+}
+
+void clickpostprocessor(analysisoptions& form) {
+    form.renumberenabled = true;
+    testsolver(form);
+}
+
+void clickeigen(analysisoptions& form) {
+    if (form.eigen) form.solve = form.linestress = form.festress = false;
+    form.solveenabled = form.stressenabled = !form.eigen;
+}
+
+void storeoptions(const analysisoptions& form) {
+    dim2d = form.twod;
+    clearmem = form.clear;
+    dostiffness = form.stiffness;
+    dosolve = form.solve;
+    doeigen = form.eigen;
+    dorenumber = form.renumber;
+    elemmassflag = form.elementmass;
+    dolinestress = form.linestress;
+    dofestress = form.festress;
+}
+
+// --- the run ------------------------------------------------------------------------------------
+
+std::string controlfile() {
+    return (fs::path(appdir) / "EEM.CTR").string();
+}
+
+void writecontrolfile() {
+    textout out(controlfile());
+    out.quoted(modelname).endline();
+    out.line(doeigen, elemmassflag, doftype, dorenumber, dostiffness, dosolve, dolinestress,
+             dofestress);
+    out.commit();
+}
+
+std::string findsolver() {
+    std::error_code ec;
+    for (const std::string& folder : {appdir, programdir}) {
+        const fs::path program = fs::path(folder) / "feiflu";
+        if (fs::is_regular_file(program, ec)) return program.string();
+    }
+    return {};
+}
+
+namespace {
+enum class runend { finished, refused, stopped, crashed };
+struct runreport {
+    runend end = runend::finished;
+    std::string words;  // the last line that is no progress
+};
+}  // namespace
+
+// The solver prints "stage percentage"; anything else is kept as its last words.
+static void takewords(const std::string& text, std::string& stage, double& share,
+                      std::string& words) {
+    std::size_t begin = 0;
+    while (begin < text.size()) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        const std::string line = text.substr(begin, end - begin);
+        begin = end + 1;
+        const std::size_t blank = line.rfind(' ');
+        double percent = 0;
+        const bool progress = blank != line.npos && line.find(' ') == blank &&
+                              readnumber(line.substr(blank + 1), percent);
+        if (progress) {
+            stage = line.substr(0, blank);
+            share = percent / 100;
+        } else if (line.find_first_not_of(" \t\r") != line.npos) {
+            words = line;
+        }
+    }
+}
+
+static runreport waitforsolver() {
+    const int steplength = 20;  // milliseconds between two looks
+    runreport report;
+    std::string stage = "start";
+    double share = 0;
+    std::error_code ec;
+    while (fs::exists(controlfile(), ec)) {
+        const bool runs = door().processruns();
+        takewords(door().processwords(), stage, share, report.words);
+        if (!runs && fs::exists(controlfile(), ec)) {
+            report.end = runend::crashed;
+            deletecontrolfile();
+            return report;
+        }
+        if (!door().progress("Analysing: " + stage, share)) {
+            door().killprocess();
+            deletecontrolfile();
+            report.end = runend::stopped;
+            return report;
+        }
+        door().yield(steplength);
+    }
+    while (door().processruns()) door().yield(steplength);
+    takewords(door().processwords(), stage, share, report.words);
+    if (door().processcode() != 0) report.end = runend::refused;
+    return report;
+}
+
+static void tellend(const runreport& report) {
+    switch (report.end) {
+        case runend::finished:
+            return;
+        case runend::stopped:
+            door().message("The analysis was cancelled; there are no new results.");
+            return;
+        case runend::refused:
+            door().message("The analysis ended without results.\n" + report.words,
+                           icons::exclamation);
+            return;
+        case runend::crashed:
+            door().message("The solver stopped without finishing the analysis. Its last words: " +
+                               (report.words.empty() ? "none" : report.words),
+                           icons::critical);
+            return;
+    }
+}
+
+// Gives the model's memory to the solver and takes it back.
+static void dropmemory() {
+    for (int i = 1; i <= 7; ++i) modelsize(i) = 1;
+    allocmodel();
+}
+
+static void regainmodel(int lc, int c) {
+    readmodelsize();
+    allocmodel();
+    openmodel(modelname);
+    if (lc <= nlc()) curlc = lc;
+    if (c <= ncomb()) curlcomb = c;
+}
+
+static void startsolver(const std::string& program) {
+    guarded([&] { door().startprocess(program, {}, appdir); },
+            [&](const runtimeerror& e) {
+                deletecontrolfile();
+                throw runtimeerror{e.number, "The solver could not be started: " + e.what};
+            });
+}
+
+static void runonmodel(const std::string& program) {
+    writecontrolfile();
+    startsolver(program);
+    const bool cleared = clearmem == 1;
+    const int lc = curlc, c = curlcomb;
+    menulock = true;
+    door().refresh();
+    if (cleared) dropmemory();
+    const runreport report = waitforsolver();
+    menulock = false;
+    if (cleared) regainmodel(lc, c);
+    door().endprogress();
+    tellend(report);
+}
+
+void runanalysis() {
+    const hourglass wait;
+    if (!isnamed()) {
+        if (menusave() != reply::done) return;
+        addrecentfile();
+    } else if (!savemodel()) {
+        return;  // the model in memory is the only whole one
+    }
+    const std::string program = findsolver();
+    if (program.empty()) {
+        door().message("The solver program feiflu was not found in " + appdir +
+                           "; place it in the same directory as kalvane",
+                       icons::critical);
+        return;
+    }
+    const bool ran = guarded([&] { runonmodel(program); },
+                             [](const runtimeerror& e) {
+                                 door().endprogress();
+                                 door().message(e.what, icons::critical);
+                             });
+    if (ran) {
+        dorenumber = 0;
+        stressloaded = false;
+        if (rereadresults) rereadresults();
+    }
+    door().refresh();
+    redrawall();
+}

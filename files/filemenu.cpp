@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The commands of the File menu.
+#include "files/filemenu.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "core/model.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/start.h"
+#include "edit/Edit.h"
+#include "files/filop.h"
+#include "view/moddraw.h"
+
+namespace fs = std::filesystem;
+
+static const char* const openfilter =
+    "All Files (*.*)|*.*|Kalvane Model (*.tek)|*.tek|Cosmos6 Model (*.inp)|*.inp|Cosmos/M Model "
+    "(*.mod)|*.mod|MOSES Model (*.dat)|*.dat|Polygon File Format (*.ply)|*.ply";
+static const char* const savefilter =
+    "All Files (*.*)|*.*|Kalvane model (*.tek)|*.tek|Cosmos6 model (*.inp)|*.inp|MOSES model "
+    "(*.ppo)|*.ppo";
+static const char* const importfilter =
+    "All Files (*.*)|*.*|FE Model (*.tek)|*.tek|dxf CAD file (*.dxf)|*.dxf";
+
+std::vector<fileformat>& fileformats() {
+    static std::vector<fileformat> formats;
+    return formats;
+}
+
+// A chosen path as base and three-letter extension in lower case.
+namespace {
+struct splitpath {
+    std::string base, extension;
+};
+}  // namespace
+
+static splitpath split(const std::string& path) {
+    if (path.size() < 5 || path[path.size() - 4] != '.') return {path, ""};
+    splitpath parts{path.substr(0, path.size() - 4), path.substr(path.size() - 3)};
+    for (char& c : parts.extension)
+        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+    return parts;
+}
+
+// The model works on absolute paths: the solver runs in another directory.
+static std::string absolute(const std::string& path) {
+    std::error_code ec;
+    const fs::path whole = fs::absolute(path, ec);
+    return ec ? path : whole.lexically_normal().string();
+}
+
+// The extension of a filter, for a name typed without one.
+static std::string extensionoffilter(int filterindex) {
+    static const char* const extensions[] = {"tek", "tek", "inp", "ppo"};
+    return extensions[filterindex >= 2 && filterindex <= 4 ? filterindex - 1 : 0];
+}
+
+static const fileformat* findformat(const std::string& extension) {
+    const auto& list = fileformats();
+    const auto at = std::ranges::find(list, extension, &fileformat::extension);
+    return at == list.end() ? nullptr : &*at;
+}
+
+static reply refuse(const splitpath& parts) {
+    door().message("Files of type \"" + parts.extension +
+                       "\" can not be used here: " + parts.base + "." + parts.extension,
+                   icons::exclamation);
+    return reply::failed;
+}
+
+static void afteropen() {
+    stressloaded = false;
+    for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
+    nodesel(0) = 0;
+    door().refresh();
+    redrawall();
+}
+
+reply openfile(const std::string& path) {
+    const hourglass wait;
+    splitpath parts = split(absolute(path));
+    if (parts.extension.empty()) parts.extension = "tek";
+    bool good = false;
+    if (parts.extension == "tek") {
+        good = openmodel(parts.base);
+    } else if (const fileformat* format = findformat(parts.extension); format && format->open) {
+        good = format->open(parts.base);
+    } else {
+        return refuse(parts);
+    }
+    if (good) addrecentfile();
+    afteropen();
+    return good ? reply::done : reply::failed;
+}
+
+reply menuopen() {
+    filebox box;
+    box.title = "Retrieve Model";
+    box.filter = openfilter;
+    box.filterindex = 2;
+    const filechoice choice = door().choosefile(box);
+    if (!choice.chosen) return reply::cancelled;
+    return openfile(choice.path);
+}
+
+reply menuimport() {
+    filebox box;
+    box.title = "Import Model";
+    box.filter = importfilter;
+    box.filterindex = 2;
+    const filechoice choice = door().choosefile(box);
+    if (!choice.chosen) return reply::cancelled;
+    splitpath parts = split(absolute(choice.path));
+    if (parts.extension.empty()) parts.extension = "tek";
+    bool good = false;
+    if (parts.extension == "tek") {
+        good = importmodel(parts.base);
+    } else if (const fileformat* format = findformat(parts.extension); format && format->import) {
+        good = format->import(parts.base);
+    } else {
+        return refuse(parts);
+    }
+    if (good) editpaste();
+    redrawall();
+    return good ? reply::done : reply::failed;
+}
+
+reply menusave() {
+    filebox box;
+    box.title = "Save Model";
+    box.filter = savefilter;
+    box.filterindex = 2;
+    box.saving = true;
+    if (isnamed()) box.path = modelname + ".tek";
+    const filechoice choice = door().choosefile(box);
+    if (!choice.chosen) return reply::cancelled;
+    splitpath parts = split(absolute(choice.path));
+    if (parts.extension.empty()) parts.extension = extensionoffilter(choice.filterindex);
+    if (parts.extension == "tek") {
+        if (!askoverwrite(parts.base, ".tek")) return reply::cancelled;
+        modelname = parts.base;
+        showmodelname();
+        return savemodel() ? reply::done : reply::failed;
+    }
+    const fileformat* const format = findformat(parts.extension);
+    if (format == nullptr || !format->save) return refuse(parts);
+    if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
+    modelname = parts.base;
+    showmodelname();
+    return format->save(parts.base) ? reply::done : reply::failed;
+}
+
+reply menunew() {
+    messagebox box;
+    box.text = "Save model ?";
+    box.set = buttons::yesnocancel;
+    box.icon = icons::question;
+    const answers answer = door().show(box);
+    if (answer == answers::cancel) return reply::cancelled;
+    // A model that the user wanted to keep and that was not saved stays.
+    if (answer == answers::yes && menusave() != reply::done) return reply::cancelled;
+    resetmodel();
+    modelname.clear();
+    commenttext = "No Info";
+    showmodelname();
+    afteropen();
+    return reply::done;
+}
+
+static std::vector<std::string> recent;
+
+const std::vector<std::string>& recentfiles() {
+    return recent;
+}
+
+void addrecentfile() {
+    if (!isnamed() || std::ranges::find(recent, modelname) != recent.end()) return;
+    recent.push_back(modelname);
+    door().refresh();
+}
+
+reply openrecent(int i) {
+    if (i < 0 || i >= int(recent.size())) return reply::cancelled;
+    return openfile(recent[std::size_t(i)] + ".tek");
+}
+
+// Saves under the model's name, or asks for one. False when it was not saved.
+static bool savebeforeexit() {
+    if (isnamed()) return savemodel();
+    return menusave() == reply::done;
+}
+
+bool exitprompt(closemodes mode) {
+    if (mode == closemodes::user && door().yes("Save model before Exit?") && !savebeforeexit())
+        return false;
+    door().endprogram();
+    return true;
+}
+
+bool menuexit() {
+    messagebox box;
+    box.text = "Save model before Exit?";
+    box.set = buttons::yesnocancel;
+    box.icon = icons::question;
+    const answers answer = door().show(box);
+    if (answer == answers::cancel) return false;
+    if (answer == answers::yes && !savebeforeexit()) return false;
+    door().endprogram();
+    return true;
+}
+
+void deletecontrolfile() {
+    std::error_code ignored;
+    fs::remove(fs::path(appdir) / "EEM.CTR", ignored);
+}

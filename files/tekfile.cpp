@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reading and writing of .tek and .rot.
+#include "files/tekfile.h"
+
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "core/views.h"
+
+static const int rowsperreport = 20000;  // rows between two looks at the progress window
+
+static void report(const char* what, int row, double share) {
+    if (row % rowsperreport == 0) door().progress(what, share);
+}
+
+static int livecount() {
+    int live = 0;
+    for (int e = 1; e <= nelems(); ++e) live += elems(e, 0) != 0;
+    return live;
+}
+
+int deriveddoftype() {
+    bool rotations = false;
+    for (int e = 1; e <= nelems() && !rotations; ++e) rotations = hasrotations(int(elems(e, 0)));
+    return (dim2d ? 1 : 2) + (rotations ? 1 : 0);
+}
+
+void writetek(const std::string& base) {
+    textout tek(base + ".tek"), rot(base + ".rot");
+    doftype = deriveddoftype();
+    const int count = nnodes(), slots = nelems();
+    tek.line(count, livecount());
+    for (int n = 1; n <= count; ++n) {
+        const auto at = nodes.row(0, n);
+        tek.line(at[0], at[1], at[2]);
+        report("Saving nodes", n, double(n) / count / 2);
+    }
+    for (int e = 1; e <= slots; ++e) {
+        const auto row = elems.row(e);
+        if (row[0] == 0) continue;
+        tek.line(row[0]);
+        const int elnn = nodesoftype(row[0]);
+        for (int k = 1; k <= elnn; ++k) tek.put(row[std::size_t(k)]).comma();
+        tek.line(egroup(e));
+        rot.line(rotpo(e));
+        report("Saving elements", e, 0.5 + double(e) / slots / 2);
+    }
+    for (int v = 1; v <= nviews; ++v)
+        tek.line(viewptx(v), viewpty(v), viewptz(v), viewvert(v), viewhor(v), viewaw(v),
+                 viewdist(v), viewscale(v));
+    tek.close();
+    rot.close();
+    tek.commit();
+    rot.commit();
+}
+
+// Type code, corners and group of one element; row receives type and corners.
+static int readelement(textin& in, std::span<float> row, int nodecount) {
+    const float type = in.single();
+    if (type != std::floor(type) || type < 0 || type >= float(neltypes))
+        in.fail(errtype, "element type " + numbertext(type) + " is not in the catalogue");
+    row[0] = type;
+    const int elnn = nodesoftype(type);
+    for (int k = 1; k <= elnn; ++k) {
+        const float n = in.single();
+        if (n != std::floor(n) || n < 1 || n > float(nodecount))
+            in.fail(errtype, "an element uses node " + numbertext(n) +
+                                 ", which does not exist; the model has nodes 1 to " +
+                                 numbertext(nodecount));
+        row[std::size_t(k)] = n;
+    }
+    return in.count();
+}
+
+static void readviews(textin& in) {
+    const float nodistance = 100000;  // of a file from before the field existed
+    for (int v = 1; v <= nviews && !in.atend(); ++v) {
+        float value[8];
+        for (float& field : value) field = in.single();
+        viewptx(v) = value[0];
+        viewpty(v) = value[1];
+        viewptz(v) = value[2];
+        viewvert(v) = value[3];
+        viewhor(v) = value[4];
+        viewaw(v) = value[5];
+        viewdist(v) = value[6] == 0 ? nodistance : value[6];
+        viewscale(v) = value[7] == 0 ? 1 : value[7];
+    }
+}
+
+void readtek(const std::string& base) {
+    textin in(findnocase(base + ".tek"));
+    const int count = in.count(), slots = in.count();
+    nodes(0, 0, 0) = float(count);
+    elems(0, 0) = float(slots);
+    for (int n = 1; n <= count; ++n) {
+        const auto at = nodes.row(0, n);
+        for (std::size_t k = 0; k < 3; ++k) at[k] = in.single();
+        report("Reading nodes", n, in.share());
+    }
+    hasmass = hasplates = false;
+    for (int e = 1; e <= slots; ++e) {
+        const auto row = elems.row(e);
+        egroup(e) = readelement(in, row, count);
+        const int elnn = nodesoftype(row[0]);
+        if (elnn == 1) hasmass = true;
+        if (elnn > 2) hasplates = true;
+        report("Reading elements", e, in.share());
+    }
+    doftype = deriveddoftype();
+    readviews(in);
+}
+
+void readrot(const std::string& base) {
+    for (int e = 1; e <= nelems(); ++e) rotpo(e) = 0;
+    textin in(findnocase(base + ".rot"));
+    for (int e = 1; e <= nelems(); ++e)
+        if (elems(e, 0) != 0) rotpo(e) = in.number();
+}
+
+void readtekbuffer(const std::string& base, int groupoffset) {
+    textin in(findnocase(base + ".tek"));
+    const int count = in.count(), slots = in.count();
+    for (int n = 1; n <= count; ++n) {
+        const auto row = tmpnodes.row(n);
+        row[0] = float(n);
+        for (std::size_t k = 1; k <= 3; ++k) row[k] = in.single();
+    }
+    for (int e = 1; e <= slots; ++e)
+        tmpelems(e, 5) = float(readelement(in, tmpelems.row(e), count) + groupoffset);
+    tmpnodes(0, 0) = float(count);
+    tmpelems(0, 0) = float(slots);
+}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The files .tek (nodes, elements, views) and .rot (element rotations) of a model.
+//
+// Readers throw runtimeerror with file and line; what they had stored by then stands, and the
+// caller decides what becomes of it.
+#pragma once
+
+#include <string>
+
+// base is the path without extension. Free element slots are left out; both files are complete
+// before either takes the place of an older one.
+void writetek(const std::string& base);
+// Into arrays that hold an empty model. A model that does not fit throws errsubscript.
+void readtek(const std::string& base);
+void readrot(const std::string& base);  // all rotations 0 first
+
+// Degrees of freedom for the solver: 1 in 2-D, 2 in 3-D, one more with an element of type 6..11.
+int deriveddoftype();
+
+// The whole part of a model's nodes and elements, for import: .tek into tmpnodes and tmpelems.
+// groupoffset is added to group numbers.
+void readtekbuffer(const std::string& base, int groupoffset);

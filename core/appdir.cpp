@@ -18,7 +18,8 @@ static bool iswritable(const fs::path& folder) {
 }
 
 static fs::path userdata() {
-    if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg && *xdg) return fs::path(xdg) / "kalvane";
+    if (const char* xdg = std::getenv("XDG_DATA_HOME"); xdg && *xdg)
+        return fs::path(xdg) / "kalvane";
     const char* home = std::getenv("HOME");
     return fs::path(home && *home ? home : ".") / ".local/share/kalvane";
 }

@@ -133,8 +133,7 @@ template <typename T>
 struct array3 {  // (0..upper1, 0..upper2, 0..upper3)
     void alloc(long u1, long u2, long u3) {
         upper1 = upper2 = upper3 = -1;
-        block.alloc(
-            array2<T>::product(array2<T>::product(cellsof(u1), cellsof(u2)), cellsof(u3)));
+        block.alloc(array2<T>::product(array2<T>::product(cellsof(u1), cellsof(u2)), cellsof(u3)));
         upper1 = u1;
         upper2 = u2;
         upper3 = u3;

@@ -21,7 +21,8 @@ static textin opencatalogue(const std::string& name) {
         return textin(findnocase(appdir + "/" + name));
     } catch (runtimeerror& e) {
         if (e.number == errfilenotfound)
-            e.what = " " + name + " not found; Place this file in the same directory as kalvane.exe";
+            e.what =
+                " " + name + " not found; Place this file in the same directory as kalvane.exe";
         throw e;
     }
 }

@@ -17,7 +17,7 @@ extern int neltypes;                   // records read, the placeholder 0 includ
 // Codes that the program itself knows.
 enum elementtype {
     typenone = 0,
-    typebeam = 6,      // 6..11 have rotations and raise doftype
+    typebeam = 6,  // 6..11 have rotations and raise doftype
     typeplate4 = 11,
     typespringt = 14,  // springs are drawn with a symbol
     typespringr = 15,

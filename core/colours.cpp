@@ -20,8 +20,8 @@ colour invertcolor(colour c) {
 
 // Colours of groups 0..12; from group 11 on they repeat with period ten.
 static const colour firstgroups[] = {
-    rgb(0, 0, 255), rgb(0, 255, 0), rgb(255, 0, 0), rgb(0, 0, 200),   rgb(0, 200, 0),
-    rgb(200, 0, 0), rgb(0, 0, 150), rgb(0, 150, 0), rgb(150, 0, 0),   rgb(0, 100, 100),
+    rgb(0, 0, 255),  rgb(0, 255, 0), rgb(255, 0, 0), rgb(0, 0, 200), rgb(0, 200, 0),
+    rgb(200, 0, 0),  rgb(0, 0, 150), rgb(0, 150, 0), rgb(150, 0, 0), rgb(0, 100, 100),
     rgb(0, 200, 50), rgb(100, 0, 0), rgb(150, 0, 0)};
 static const int repeatfrom = 11, period = 10;
 

@@ -123,8 +123,8 @@ static void allocgraphics(long m5, long m6) {
     graphmesh.alloc(4, m5);
     edgedata.alloc(4, m6);
     edgegrid.alloc(m6, m6);
-    for (auto* list : {&edgechordax, &edgechorday, &edgechordaz, &edgechordbx, &edgechordby,
-                       &edgechordbz})
+    for (auto* list :
+         {&edgechordax, &edgechorday, &edgechordaz, &edgechordbx, &edgechordby, &edgechordbz})
         list->alloc(m6);
     patches.alloc(maxpatches, maxpatchedges, maxedgepieces);
     patchsel.alloc(maxpatches);
@@ -149,9 +149,9 @@ static auto modelparts() {
     return std::tie(nodes, nodesel, nodename, tmpnodes, nodework, elems, egroup, rotpo, elemname,
                     elemsel, elemvis, tmpelems, elemdepth, endrelease, elemstress, elemflag, groups,
                     groupname, groupmat, groupcolor, groupshow, ncon, connode, condof, conval,
-                    loadnode, loaddof, loadval, elemload, lcname, lctype, lcpar, curlc, nload, lcomb,
-                    lcombname, lcdesc, curlcomb, dispres, graphics, graphics2, graphsel, graphsel2,
-                    graphmesh, edgedata, edgegrid, edgechordax, edgechorday, edgechordaz,
+                    loadnode, loaddof, loadval, elemload, lcname, lctype, lcpar, curlc, nload,
+                    lcomb, lcombname, lcdesc, curlcomb, dispres, graphics, graphics2, graphsel,
+                    graphsel2, graphmesh, edgedata, edgegrid, edgechordax, edgechorday, edgechordaz,
                     edgechordbx, edgechordby, edgechordbz, patches, patchsel, hasmass, hasplates,
                     doftype, linepressure, commenttext, modeltoolarge, resultflag, stressloaded,
                     maxdisp, undomark);

@@ -19,7 +19,7 @@ extern array1<int> modelsize;  // (0..7)
 // Nodes.
 extern array3<float> nodes;  // (0..1, 0..m1, 0..3): set 0 x y z in 0..2, set 1 the displacements
                              // of the result in view; nodes(0,0,0) is the highest node in use
-extern array1<int> nodesel;           // (0..m1) selection: count, then node numbers
+extern array1<int> nodesel;  // (0..m1) selection: count, then node numbers
 extern array1<std::string> nodename;  // (0..m1) names of an imported model
 extern array2<float> tmpnodes;        // (0..m1, 0..3) buffer: (0,0) count, (i,0) number or 0,
                                       // (i,1..3) x y z; enters the model by the paste alone
@@ -53,11 +53,11 @@ extern array1<int> condof;    // (0..m3) 1..6: DX DY DZ RX RY RZ
 extern array1<float> conval;  // (0..m3) prescribed value as typed, degrees for rotations
 
 // Loads and load cases.
-extern array2<int> loadnode;   // (0..m7, 0..m3): (0,0) load cases, (lc,0) nodal rows, (lc,i) node
-extern array2<int> loaddof;    // (0..m7, 0..m3) 1..6
-extern array2<float> loadval;  // (0..m7, 0..m3)
-extern array3<float> elemload;      // (0..m7, 0..m3, 0..2): (lc,0,0) rows, (lc,i,0) element,
-                                    // (lc,i,1) local direction 1..3, (lc,i,2) value
+extern array2<int> loadnode;    // (0..m7, 0..m3): (0,0) load cases, (lc,0) nodal rows, (lc,i) node
+extern array2<int> loaddof;     // (0..m7, 0..m3) 1..6
+extern array2<float> loadval;   // (0..m7, 0..m3)
+extern array3<float> elemload;  // (0..m7, 0..m3, 0..2): (lc,0,0) rows, (lc,i,0) element,
+                                // (lc,i,1) local direction 1..3, (lc,i,2) value
 extern array1<std::string> lcname;  // (0..m7)
 extern array1<Integer> lctype;      // (0..m7) 0 applied, 1..6 acceleration, 7 wave, 8 wind,
                                     // 9 buoyancy
@@ -67,7 +67,7 @@ extern int nload;                   // rows of the load list last read
 
 // Load combinations. The matrix has room for ten combinations even when fewer load cases are
 // declared.
-extern array2<float> lcomb;  // (0..max(m7,10), 0..m7): (0,0) count, (c,lc) factor
+extern array2<float> lcomb;            // (0..max(m7,10), 0..m7): (0,0) count, (c,lc) factor
 extern array1<std::string> lcombname;  // (0..max(m7,10))
 extern array1<std::string> lcdesc;     // (0..max(m7,10)) equation text
 extern int curlcomb;                   // current combination, also the number of the mode shown
@@ -91,9 +91,9 @@ extern array3<Integer> patches;  // (0..20000, 0..10, 0..20): (0,0,0) count, (p,
 extern array1<float> patchsel;   // (0..20000)
 
 // Flags that follow from the model.
-extern Flag hasmass;      // an element with one node occurs
-extern Flag hasplates;    // an element with more than two nodes occurs
-extern int doftype;       // degrees of freedom for the solver, 1..3
+extern Flag hasmass;    // an element with one node occurs
+extern Flag hasplates;  // an element with more than two nodes occurs
+extern int doftype;     // degrees of freedom for the solver, 1..3
 extern Flag linepressure;
 extern std::string commenttext;  // the user's notes on the model, UTF-8
 extern bool modeltoolarge;       // the model read does not fit the declared sizes

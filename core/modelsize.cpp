@@ -29,7 +29,8 @@ void readmodelsize() {
             std::array<int, nsizes + 1> sizes{};
             for (int i = 1; i <= nsizes; ++i) {
                 sizes[std::size_t(i)] = in.count();
-                if (sizes[std::size_t(i)] < 1) in.fail(errtype, "a size of at least 1 was expected");
+                if (sizes[std::size_t(i)] < 1)
+                    in.fail(errtype, "a size of at least 1 was expected");
             }
             for (int i = 1; i <= nsizes; ++i) modelsize(i) = sizes[std::size_t(i)];
         },

@@ -72,8 +72,12 @@ class platform {
     virtual void setscrollbars(int, const scrollrange&, bool) {}
     virtual void crosspointer(bool) {}
 
-    // Long work. progress returns false once the user has pressed Cancel; share is 0..1.
-    virtual bool progress(const std::string&, double) { return true; }
+    // Long work. share is 0..1; false once the user has pressed Cancel, which is offered where the
+    // work can be given up.
+    virtual bool progress(const std::string&, double, bool cancellable = true) {
+        (void)cancellable;
+        return true;
+    }
     virtual void endprogress() {}
 
     // Processes. One runs at a time.

@@ -16,6 +16,7 @@ enum errornumber {
     erroverflow = 6,       // a number that does not fit its storage
     errmemory = 7,         // an allocation failed
     errsubscript = 9,      // an index outside the bounds of an array
+    errstopped = 18,       // the user gave up the work
     errdivision = 11,      // division by zero
     errtype = 13,          // text where a number was expected
     errfilenotfound = 53,  // the file is not there

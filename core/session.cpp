@@ -14,9 +14,8 @@ static array1<menustate> menulist(int upper) {
 
 array1<menustate> MnuSelectItem = menulist(5), Mnuadditem = menulist(9),
                   mnuSettingsItem = menulist(8), mnudrawlist = menulist(10),
-                  viewloads = menulist(3), Nodelabeltype = menulist(2),
-                  elemlabeltype = menulist(5), menupostItem = menulist(7),
-                  mnuEditItem = menulist(10);
+                  viewloads = menulist(3), Nodelabeltype = menulist(2), elemlabeltype = menulist(5),
+                  menupostItem = menulist(7), mnuEditItem = menulist(10);
 
 void checkonly(array1<menustate>& list, int i) {
     for (menustate& item : list.row()) item.checked = false;

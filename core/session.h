@@ -11,9 +11,9 @@ const bool True = true, False = false;
 const double pi = 3.14159265358979;  // the value with which all angles are converted
 
 // Names.
-extern std::string apptitle;      // program title
-extern std::string appversion;    // version line of reports
-extern std::string modelname;     // full path of the model without extension; "None", or "" after New
+extern std::string apptitle;    // program title
+extern std::string appversion;  // version line of reports
+extern std::string modelname;   // full path of the model without extension; "None", or "" after New
 extern std::string previousname;  // the name before the last Open
 extern std::string appdir;        // directory of catalogue, settings and control files
 extern std::string programdir;    // directory of the programs
@@ -23,19 +23,19 @@ struct menustate {
     bool checked = false;
     bool enabled = true;
 };
-extern array1<menustate> MnuSelectItem;   // (0..5) Nodes Elements Patches Forces Graphics Snap
-extern array1<menustate> Mnuadditem;      // (0..9)
-extern array1<menustate> mnuSettingsItem; // (0..8) 2 Scrollbars, 3 Global Axis, 4 Local Axis,
-                                          // 8 End Releases
-extern array1<menustate> mnudrawlist;     // (0..10) 0 Nodes 1 Elements 2 Constrains 3 Loads
-                                          // 4 Graphic Elements 5 Patches 9 Window 10 Hidden Line
-extern array1<menustate> viewloads;       // (0..3) Off, Active Loadcase, All Loadcases, Active
-                                          // Load combination
-extern array1<menustate> Nodelabeltype;   // (0..2) Off Numbers Names
-extern array1<menustate> elemlabeltype;   // (0..5) Off Number Type Group Color code Name
-extern array1<menustate> menupostItem;    // (0..7) 1 Deformed Shape 2 Contour plot 3 Mode Shape
-                                          // 4 Element Stress
-extern array1<menustate> mnuEditItem;     // (0..10)
+extern array1<menustate> MnuSelectItem;    // (0..5) Nodes Elements Patches Forces Graphics Snap
+extern array1<menustate> Mnuadditem;       // (0..9)
+extern array1<menustate> mnuSettingsItem;  // (0..8) 2 Scrollbars, 3 Global Axis, 4 Local Axis,
+                                           // 8 End Releases
+extern array1<menustate> mnudrawlist;      // (0..10) 0 Nodes 1 Elements 2 Constrains 3 Loads
+                                           // 4 Graphic Elements 5 Patches 9 Window 10 Hidden Line
+extern array1<menustate> viewloads;        // (0..3) Off, Active Loadcase, All Loadcases, Active
+                                           // Load combination
+extern array1<menustate> Nodelabeltype;    // (0..2) Off Numbers Names
+extern array1<menustate> elemlabeltype;    // (0..5) Off Number Type Group Color code Name
+extern array1<menustate> menupostItem;     // (0..7) 1 Deformed Shape 2 Contour plot 3 Mode Shape
+                                           // 4 Element Stress
+extern array1<menustate> mnuEditItem;      // (0..10)
 
 // Checks entry i of a list of which exactly one is checked.
 void checkonly(array1<menustate>& list, int i);
@@ -45,17 +45,17 @@ int checkedof(const array1<menustate>& list);
 // Modes; at most one is on.
 extern Flag addnodemode, addelemmode, drawline, drawcircle, drawcurve;
 extern Flag editconstraint, editnodalload, editelemload;
-extern Flag meshmode;       // the mesh generator picks edges
-extern Flag zoomwinmode;    // the next drag is a zoom window
-extern Flag viewwindow;     // the View Window command runs
-extern Flag viewselpending; // the selection serves the view dialog
-extern Flag postselpending; // the selection serves the post-process options
-extern Flag windowdrag;     // a window corner is placed, the box follows the mouse
-extern Flag movepending;    // the next press is the reference point of a move
-extern Flag editing;        // a move or a dialog's edit is under way
-extern Flag singleel;       // the single element dialog picks nodes
-extern Flag menulock;       // while up, most menus are disabled
-extern int ptcount;         // points entered of the graphic element in work
+extern Flag meshmode;        // the mesh generator picks edges
+extern Flag zoomwinmode;     // the next drag is a zoom window
+extern Flag viewwindow;      // the View Window command runs
+extern Flag viewselpending;  // the selection serves the view dialog
+extern Flag postselpending;  // the selection serves the post-process options
+extern Flag windowdrag;      // a window corner is placed, the box follows the mouse
+extern Flag movepending;     // the next press is the reference point of a move
+extern Flag editing;         // a move or a dialog's edit is under way
+extern Flag singleel;        // the single element dialog picks nodes
+extern Flag menulock;        // while up, most menus are disabled
+extern int ptcount;          // points entered of the graphic element in work
 enum class selecttypes { single, window, group, all };
 extern selecttypes selecttype;  // the selection method box
 
@@ -64,15 +64,15 @@ extern std::string promptaction, promptitem, promptgoal, prompttail;
 void prompt(const std::string& action, const std::string& item, const std::string& goal,
             const std::string& tail);
 std::string statusline();
-void textcaption();  // shows the status line and refreshes the window
-void labelselect();  // item from the check marks of MnuSelectItem, then textcaption
+void textcaption();          // shows the status line and refreshes the window
+void labelselect();          // item from the check marks of MnuSelectItem, then textcaption
 const char* statusofsnap();  // "Snap On" or "Snap Off"
 
 extern bool commentvisible;  // the comment frame of the main window
 
 // Settings.
-extern double nodetol;     // proximity tolerance, model units
-extern double& mergetol;   // the same value
+extern double nodetol;    // proximity tolerance, model units
+extern double& mergetol;  // the same value
 extern Flag automergenodes, automergeelems, renumbersave;
 extern Flag redrawmove, redrawdelete, redrawedit;
 
@@ -82,6 +82,6 @@ extern int clearmem, dorenumber, dostiffness, dosolve, doeigen, dolinestress, do
 extern int elemmassflag;
 
 // Contour choices.
-extern int stresskind;          // start value of the contour selection
-extern int stressglobal;        // 1 global, 0 local stress axes
+extern int stresskind;            // start value of the contour selection
+extern int stressglobal;          // 1 global, 0 local stress axes
 extern array1<Flag> contourflag;  // (0..5)

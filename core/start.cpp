@@ -67,9 +67,9 @@ bool start(const std::string& directory) {
     std::filesystem::current_path(appdir, ignored);
     bool goon = true;
     const auto unexplained = [](const runtimeerror& e) {
-        door().message("Unexplained error in procedure start; " + std::to_string(e.number) + " " +
-                           e.what,
-                       icons::critical);
+        door().message(
+            "Unexplained error in procedure start; " + std::to_string(e.number) + " " + e.what,
+            icons::critical);
     };
     if (!guarded(preparesession, unexplained)) return true;
     guarded(loadcatalogue, [&](const runtimeerror& e) {

@@ -14,7 +14,7 @@
 
 namespace fs = std::filesystem;
 
-static const double mostcount = 2e9;  // larger counts can only come from a damaged file
+static const double mostcount = 2e9;            // larger counts can only come from a damaged file
 static const std::size_t writeblock = 1 << 20;  // bytes gathered before they go to the file
 
 struct closefile {
@@ -140,8 +140,7 @@ void textin::toword() {
     while (at != last && (isgap(*at) || islineend(*at))) ++at;
     token = at;
     // A control-Z closes the text files of old systems.
-    if (at == last || *at == '\x1A')
-        fail(errpastend, "the file ends where a value was expected");
+    if (at == last || *at == '\x1A') fail(errpastend, "the file ends where a value was expected");
 }
 
 // Leaves the token's delimiter: blanks, and one comma or line end.
@@ -186,8 +185,7 @@ long textin::whole() {
 
 int textin::count() {
     const double value = number();
-    if (value > mostcount)
-        fail(erroverflow, "the count " + numbertext(value) + " is too large");
+    if (value > mostcount) fail(erroverflow, "the count " + numbertext(value) + " is too large");
     if (!(value >= 0) || value != double(int(value)))
         fail(errtype, "a count from 0 up was expected, found " + numbertext(value));
     return int(value);
@@ -221,7 +219,8 @@ std::string textin::quoted() {
     toword();
     if (*at != '"') {
         const std::string found(word());
-        fail(errtype, "a text in quotes was expected, found \"" + toutf8(found.substr(0, 40)) + "\"");
+        fail(errtype,
+             "a text in quotes was expected, found \"" + toutf8(found.substr(0, 40)) + "\"");
     }
     return text();
 }

@@ -26,7 +26,7 @@ std::string findnocase(const std::string& path);
 
 class textin {
   public:
-    explicit textin(const std::string& path);  // throws as readwhole
+    explicit textin(const std::string& path);       // throws as readwhole
     textin(std::string content, std::string name);  // reads a text that is in memory
 
     // True when only blanks, commas and line ends are left.
@@ -35,12 +35,12 @@ class textin {
     // the kind, erroverflow for what does not fit; the text names file, line and what was found.
     double number();
     float single();
-    long whole();          // a number without fraction, |n| < 1E+15
-    int count();           // a whole number from 0 up to 2E+09
-    std::string text();    // quoted or not, UTF-8
-    std::string quoted();  // a text in double quotes; anything else is errtype
+    long whole();             // a number without fraction, |n| < 1E+15
+    int count();              // a whole number from 0 up to 2E+09
+    std::string text();       // quoted or not, UTF-8
+    std::string quoted();     // a text in double quotes; anything else is errtype
     std::string_view word();  // raw characters up to a comma, blank or line end
-    void skip(long n);     // passes over n numbers without storing them
+    void skip(long n);        // passes over n numbers without storing them
     // A run-time error that names this place of the file.
     [[noreturn]] void fail(int errornumber, const std::string& what) const;
     const std::string& name() const { return filename; }

@@ -63,7 +63,9 @@ void renumbermodel() {
     const std::vector<int> order = sweeporder();
     const int count = nnodes();
     for (int i = 1; i <= count; ++i) nodework(order[std::size_t(i - 1)], 0) = float(i);
-    const auto renumbered = [&](auto n) { return n >= 1 && int(n) <= count ? nodework(long(n), 0) : float(n); };
+    const auto renumbered = [&](auto n) {
+        return n >= 1 && int(n) <= count ? nodework(long(n), 0) : float(n);
+    };
     for (int e = 1; e <= nelems(); ++e)
         for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) elems(e, k) = renumbered(elems(e, k));
     for (int i = 1; i <= ncon; ++i) connode(i) = int(renumbered(connode(i)));

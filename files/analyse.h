@@ -15,9 +15,9 @@ struct analysisoptions {
     // What is greyed out.
     bool renumberenabled = true, solveenabled = true, stressenabled = true;
 };
-analysisoptions showoptions();                 // from the session's values
-void clicksolver(analysisoptions& form);       // a click in the Solver frame
-void clickeigen(analysisoptions& form);        // a click at Solve Eigen Modes and frequencies
+analysisoptions showoptions();            // from the session's values
+void clicksolver(analysisoptions& form);  // a click in the Solver frame
+void clickeigen(analysisoptions& form);   // a click at Solve Eigen Modes and frequencies
 void clickpostprocessor(analysisoptions& form);
 void storeoptions(const analysisoptions& form);
 

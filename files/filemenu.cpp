@@ -64,8 +64,8 @@ static const fileformat* findformat(const std::string& extension) {
 }
 
 static reply refuse(const splitpath& parts) {
-    door().message("Files of type \"" + parts.extension +
-                       "\" can not be used here: " + parts.base + "." + parts.extension,
+    door().message("Files of type \"" + parts.extension + "\" can not be used here: " + parts.base +
+                       "." + parts.extension,
                    icons::exclamation);
     return reply::failed;
 }

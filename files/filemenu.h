@@ -18,10 +18,10 @@ std::vector<fileformat>& fileformats();
 
 enum class reply { done, cancelled, failed };
 
-reply menunew();     // asks "Save model ?", then an empty model stands
+reply menunew();  // asks "Save model ?", then an empty model stands
 reply menuopen();
-reply menuimport();  // the paste of the buffers takes place at once
-reply menusave();    // the dialog of Save As, and the saving
+reply menuimport();                       // the paste of the buffers takes place at once
+reply menusave();                         // the dialog of Save As, and the saving
 reply openfile(const std::string& path);  // by its extension
 
 // Models opened or saved in this session, oldest first.

@@ -128,17 +128,18 @@ static void dropcomment() {
 }
 
 static const readstep readsteps[] = {
-    {readgra, dropgraphics},  {readvpl, dropconstraints}, {readknk, droploads},
-    {readmlt, newgroup},      {readlcd, newloadcase},     {readlco, newcombination},
-    {readell, dropelementloads}, {readrot, droprotations}, {readpat, droppatches},
+    {readgra, dropgraphics},     {readvpl, dropconstraints}, {readknk, droploads},
+    {readmlt, newgroup},         {readlcd, newloadcase},     {readlco, newcombination},
+    {readell, dropelementloads}, {readrot, droprotations},   {readpat, droppatches},
     {readtxt, dropcomment},
 };
 
 static void telldamage(const runtimeerror& e) {
     std::string text = e.what;
     if (e.number == errsubscript)
-        text += ". The model needs more than the declared sizes; increase them with [File,Model "
-                "size..]";
+        text +=
+            ". The model needs more than the declared sizes; increase them with [File,Model "
+            "size..]";
     door().message(text, icons::exclamation);
 }
 

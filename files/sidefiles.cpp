@@ -204,8 +204,7 @@ void readmlt(const std::string& base) {
 static void makenameunique(int g) {
     for (bool clash = true; clash;) {
         clash = false;
-        for (int other = 1; other < g && !clash; ++other)
-            clash = groupname(other) == groupname(g);
+        for (int other = 1; other < g && !clash; ++other) clash = groupname(other) == groupname(g);
         if (clash) groupname(g) += "*";
     }
 }

@@ -14,8 +14,13 @@
 
 static const int rowsperreport = 20000;  // rows between two looks at the progress window
 
-static void report(const char* what, int row, double share) {
-    if (row % rowsperreport == 0) door().progress(what, share);
+static void reportsaving(const char* what, int row, double share) {
+    if (row % rowsperreport == 0) door().progress(what, share, false);
+}
+
+static void reportreading(const char* what, int row, const textin& in) {
+    if (row % rowsperreport != 0 || door().progress(what, in.share())) return;
+    throw runtimeerror{errstopped, "The reading of the model was cancelled"};
 }
 
 static int livecount() {
@@ -38,7 +43,7 @@ void writetek(const std::string& base) {
     for (int n = 1; n <= count; ++n) {
         const auto at = nodes.row(0, n);
         tek.line(at[0], at[1], at[2]);
-        report("Saving nodes", n, double(n) / count / 2);
+        reportsaving("Saving nodes", n, double(n) / count / 2);
     }
     for (int e = 1; e <= slots; ++e) {
         const auto row = elems.row(e);
@@ -48,7 +53,7 @@ void writetek(const std::string& base) {
         for (int k = 1; k <= elnn; ++k) tek.put(row[std::size_t(k)]).comma();
         tek.line(egroup(e));
         rot.line(rotpo(e));
-        report("Saving elements", e, 0.5 + double(e) / slots / 2);
+        reportsaving("Saving elements", e, 0.5 + double(e) / slots / 2);
     }
     for (int v = 1; v <= nviews; ++v)
         tek.line(viewptx(v), viewpty(v), viewptz(v), viewvert(v), viewhor(v), viewaw(v),
@@ -101,7 +106,7 @@ void readtek(const std::string& base) {
     for (int n = 1; n <= count; ++n) {
         const auto at = nodes.row(0, n);
         for (std::size_t k = 0; k < 3; ++k) at[k] = in.single();
-        report("Reading nodes", n, in.share());
+        reportreading("Reading nodes", n, in);
     }
     hasmass = hasplates = false;
     for (int e = 1; e <= slots; ++e) {
@@ -110,7 +115,7 @@ void readtek(const std::string& base) {
         const int elnn = nodesoftype(row[0]);
         if (elnn == 1) hasmass = true;
         if (elnn > 2) hasplates = true;
-        report("Reading elements", e, in.share());
+        reportreading("Reading elements", e, in);
     }
     doftype = deriveddoftype();
     readviews(in);

@@ -11,5 +11,5 @@ extern double localx[3], localy[3], localz[3];  // e1, e2, e3; 0 where the eleme
 // both turned about e1 by the section rotation of the group.
 void localaxes(int e);
 
-void drawlocalaxes(int e, int nview);              // red, green, blue
-void drawendrelease(int e, int end, int nview);    // end 1 or 2
+void drawlocalaxes(int e, int nview);            // red, green, blue
+void drawendrelease(int e, int end, int nview);  // end 1 or 2

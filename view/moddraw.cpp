@@ -87,25 +87,29 @@ void wirelayers() {
             undeformed = 1;
             drawelementpass(v);
         });
-    setlayer(layers::triad, planes::model, [](int) { return mnuSettingsItem(3).checked; },
-             drawtriad);
+    setlayer(
+        layers::triad, planes::model, [](int) { return mnuSettingsItem(3).checked; }, drawtriad);
     setlayer(layers::graphicslines, planes::model, graphicson, nullptr);
-    setlayer(layers::patches, planes::model, [](int) { return mnudrawlist(5).checked; }, nullptr);
-    setlayer(layers::loads, planes::loads, [](int) { return !viewloads(0).checked; }, drawloads);
-    setlayer(layers::constraints, planes::constraints, [](int) { return mnudrawlist(2).checked; },
-             drawconstraints);
+    setlayer(
+        layers::patches, planes::model, [](int) { return mnudrawlist(5).checked; }, nullptr);
+    setlayer(
+        layers::loads, planes::loads, [](int) { return !viewloads(0).checked; }, drawloads);
+    setlayer(
+        layers::constraints, planes::constraints, [](int) { return mnudrawlist(2).checked; },
+        drawconstraints);
     setlayer(
         layers::deformed, planes::results,
-        [](int v) {
-            return (menupostItem(1).checked || menupostItem(3).checked) && !contourin(v);
-        },
+        [](int v) { return (menupostItem(1).checked || menupostItem(3).checked) && !contourin(v); },
         drawdeformed);
-    setlayer(layers::elementstress, planes::results,
-             [](int) { return menupostItem(4).checked; }, nullptr);
-    setlayer(layers::localaxes, planes::results,
-             [](int) { return mnuSettingsItem(4).checked && !ishidden(); }, drawallaxes);
-    setlayer(layers::endreleases, planes::results,
-             [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
+    setlayer(
+        layers::elementstress, planes::results, [](int) { return menupostItem(4).checked; },
+        nullptr);
+    setlayer(
+        layers::localaxes, planes::results,
+        [](int) { return mnuSettingsItem(4).checked && !ishidden(); }, drawallaxes);
+    setlayer(
+        layers::endreleases, planes::results,
+        [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
     setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);

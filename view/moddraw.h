@@ -12,16 +12,16 @@
 #include "view/surface.h"
 
 enum class layers {
-    contour,            // contour plot, view 1
-    graphicsfill,       // graphic elements, fill pass
+    contour,       // contour plot, view 1
+    graphicsfill,  // graphic elements, fill pass
     nodes,
     elements,
     triad,
-    graphicslines,      // graphic elements, line pass
+    graphicslines,  // graphic elements, line pass
     patches,
     loads,
     constraints,
-    deformed,           // deformed or mode shape
+    deformed,  // deformed or mode shape
     elementstress,
     localaxes,
     endreleases,
@@ -29,7 +29,7 @@ enum class layers {
     selectedelements,
     selectednodes,
     selectedgraphics,
-    selectedothers,     // previews of the second lists and whatever else stands above all
+    selectedothers,  // previews of the second lists and whatever else stands above all
     count
 };
 

@@ -176,3 +176,9 @@ void copyview(int sourceview, int targetview, double x1, double y1, double x2, d
     const double q = r / viewscale(targetview);
     viewscale(targetview) = q == 0 ? 1.0f : float(d / q);
 }
+
+void leastwindow(double& width, double& height) {
+    const double leastwidth = 8000, leastheight = 6000, raisedheight = 8000;
+    if (width < leastwidth) width = leastwidth;
+    if (height < leastheight) height = raisedheight;
+}

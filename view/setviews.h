@@ -4,9 +4,9 @@
 
 #include "core/platform.h"
 
-void setoneview();   // view 1 over the whole work area
-void setfourviews(); // two by two
-void arrangeviews(); // the layout in use, again: after a resize
+void setoneview();    // view 1 over the whole work area
+void setfourviews();  // two by two
+void arrangeviews();  // the layout in use, again: after a resize
 // Rectangle of a view in the layout in use, twips of the main window; left bar beside them.
 twipbox viewplace(int nview, const twipbox& work, bool single);
 
@@ -37,3 +37,6 @@ void panview(int nview, double dx, double dy);
 // Copies every parameter of a view to another and zooms that one on the rectangle with corners
 // (x1,y1), (x2,y2) in centimetres.
 void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2);
+
+// The size that a main window of this size (twips) takes on: too narrow 8000, too low 8000.
+void leastwindow(double& width, double& height);

@@ -23,13 +23,13 @@ enum class pens { solid, dotted };
 struct surface {
     virtual ~surface() = default;
 
-    virtual void clear(colour background) = 0;  // all planes
-    virtual void toplane(planes) {}             // where the next operations draw
+    virtual void clear(colour background) = 0;             // all planes
+    virtual void toplane(planes) {}                        // where the next operations draw
     virtual void point(double x, double y, colour c) = 0;  // one pixel; moves the position
     virtual void line(double x1, double y1, double x2, double y2, colour c) = 0;
     virtual void box(double x1, double y1, double x2, double y2, colour c) = 0;
     virtual void circle(double x, double y, double radius, colour c) = 0;  // filled with fillcolor
-    virtual void polygon(const point2* p, int n, colour edge) = 0;  // n >= 3, closed for you
+    virtual void polygon(const point2* p, int n, colour edge) = 0;         // n >= 3, closed for you
     virtual void text(std::string_view utf8) = 0;  // top left at the position, in textcolor
     // The picture stored under a symbol name, its centre at x, y; nothing where none is stored.
     virtual void picture(std::string_view, double, double) {}
@@ -59,5 +59,5 @@ struct surface {
 // Where primitives for a view go: its surface, or the printer while the print flags are up.
 // Null when nothing is to be drawn.
 surface* target(int nview);
-extern bool printing;   // a page is being built
-extern int toprinter;   // 1 while drawing goes to the printer
+extern bool printing;  // a page is being built
+extern int toprinter;  // 1 while drawing goes to the printer

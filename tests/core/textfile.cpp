@@ -20,10 +20,19 @@ TEST(Numtext, WritesThePlainFormsOfTheFiles) {
         double number;
         const char* text;
     } cases[] = {
-        {0, "0"},           {-0.0, "0"},           {90, "90"},         {-2.5, "-2.5"},
-        {210000, "210000"}, {7.85e-06, "7.85E-06"}, {1e30, "1E+30"},    {0.0001, "0.0001"},
-        {999999999999999.0, "999999999999999"},     {1e15, "1E+15"},    {0.1, "0.1"},
-        {1.5e-7, "1.5E-07"}, {123456.789, "123456.789"},
+        {0, "0"},
+        {-0.0, "0"},
+        {90, "90"},
+        {-2.5, "-2.5"},
+        {210000, "210000"},
+        {7.85e-06, "7.85E-06"},
+        {1e30, "1E+30"},
+        {0.0001, "0.0001"},
+        {999999999999999.0, "999999999999999"},
+        {1e15, "1E+15"},
+        {0.1, "0.1"},
+        {1.5e-7, "1.5E-07"},
+        {123456.789, "123456.789"},
     };
     for (const auto& c : cases) EXPECT_EQ(numbertext(c.number), c.text);
     EXPECT_EQ(numbertext(0.1f), "0.1");  // a Single's own digits, not those of its Double
@@ -64,8 +73,8 @@ TEST(Numtext, KnowsWhatIsNoNumber) {
     const struct {
         const char* text;
         double number;
-    } good[] = {{" 1.5 ", 1.5},   {"+2", 2},         {"-.5", -0.5}, {"1.5D+03", 1500},
-                {"1E-400", 0},    {"-0.0e5", 0},     {"5.", 5}};
+    } good[] = {{" 1.5 ", 1.5}, {"+2", 2},     {"-.5", -0.5}, {"1.5D+03", 1500},
+                {"1E-400", 0},  {"-0.0e5", 0}, {"5.", 5}};
     for (const auto& c : good) {
         double number = 99;
         EXPECT_TRUE(readnumber(c.text, number)) << c.text;
@@ -120,7 +129,9 @@ TEST(Textin, NamesFileLineAndWhatWasFound) {
 }
 
 TEST(Textin, ReadsOldCharacterSetsAsUtf8) {
-    EXPECT_EQ(toutf8("\xEF\xBB\xBF" "plain"), "plain");
+    EXPECT_EQ(toutf8("\xEF\xBB\xBF"
+                     "plain"),
+              "plain");
     EXPECT_EQ(toutf8("d\xC3\xA9j\xC3\xA0"), "d\xC3\xA9j\xC3\xA0");
     EXPECT_EQ(toutf8("caf\xE9 \x80"), "caf\xC3\xA9 \xE2\x82\xAC");  // Windows-1252
 }

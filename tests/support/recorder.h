@@ -53,7 +53,7 @@ class recorder : public platform {
                       const std::string& folder) override;
     bool processruns() override { return false; }
     int processcode() override { return exitcode; }
-    bool progress(const std::string&, double) override { return !cancelled; }
+    bool progress(const std::string&, double, bool) override { return !cancelled; }
 
     bool told(const std::string& text) const;  // a message held exactly this text
     bool toldpart(const std::string& part) const;

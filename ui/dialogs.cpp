@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The table of dialogs.
+#include "ui/dialogs.h"
+
+#include <QApplication>
+#include <map>
+
+#include "ui/mainwindow.h"
+
+static std::map<std::string, std::function<QDialog*()>>& makers() {
+    static std::map<std::string, std::function<QDialog*()>> table;
+    return table;
+}
+
+void adddialog(const std::string& name, std::function<QDialog*()> make) {
+    makers()[name] = std::move(make);
+}
+
+void wiredialogs() {
+    adddialog("setmem", makesetmem);
+    adddialog("Aoptions", makeaoptions);
+    adddialog("frmAbout", makeabout);
+    adddialog("Info", makeinfo);
+    adddialog("modelinfo", makemodelinfo);
+}
+
+void showmodal(QDialog* dialog) {
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::ApplicationModal);
+    dialog->show();
+}
+
+bool opendialog(const std::string& name) {
+    const auto found = makers().find(name);
+    if (found == makers().end()) return false;
+    QDialog* const dialog = found->second();
+    dialog->setObjectName(QString::fromStdString(name));
+    showmodal(dialog);
+    return true;
+}

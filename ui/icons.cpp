@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Outlines of the icons and the engine that draws them.
+#include "ui/icons.h"
+
+#include <QApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+#include <QStringList>
+#include <map>
+
+#include "ui/qtsurface.h"
+#include "view/symbols.h"
+
+// An outline lives on a grid of 24 by 24. Words: M x y moves, L x y draws, C x y r a circle,
+// R x y w h a box, Q cx cy x y a curve, A x y w h start sweep an arc in degrees, Z closes.
+// "+" switches to the accent colour, "=" to a filled shape of the present colour.
+static const std::map<std::string, const char*> outlines = {
+    {"new", "M 6 3 L 15 3 L 19 7 L 19 21 L 6 21 Z M 15 3 L 15 7 L 19 7"},
+    {"open", "M 3 19 L 3 5 L 9 5 L 11 7 L 20 7 L 20 10 + M 3 19 L 6 10 L 22 10 L 19 19 Z"},
+    {"save", "M 4 4 L 17 4 L 20 7 L 20 20 L 4 20 Z M 8 4 L 8 9 L 15 9 L 15 4 + R 7 13 10 7"},
+    {"print", "M 7 9 L 7 3 L 17 3 L 17 9 R 3 9 18 8 + R 7 14 10 7"},
+    {"undo", "M 4 9 L 9 4 M 4 9 L 9 14 + M 4 9 L 14 9 Q 20 9 20 14 Q 20 19 14 19 L 9 19"},
+    {"delete",
+     "M 4 7 L 20 7 M 9 7 L 9 4 L 15 4 L 15 7 M 6 7 L 7 21 L 17 21 L 18 7 + M 10 11 L 10 17 "
+     "M 14 11 L 14 17"},
+    {"cut", "C 6 18 3 C 18 18 3 M 8 16 L 17 3 M 16 16 L 7 3"},
+    {"copy", "R 8 8 12 13 + M 5 16 L 4 16 L 4 3 L 15 3 L 15 5"},
+    {"paste", "R 5 5 14 16 + R 9 3 6 4 M 8 12 L 16 12 M 8 16 L 16 16"},
+    {"node", "M 12 3 L 12 7 M 12 17 L 12 21 M 3 12 L 7 12 M 17 12 L 21 12 + = C 12 12 3"},
+    {"element", "M 4 19 L 7 6 L 19 4 L 20 17 Z + = C 4 19 2 C 7 6 2 C 19 4 2 C 20 17 2"},
+    {"graphic", "M 4 20 L 20 4 + = C 4 20 2 C 20 4 2"},
+    {"circle", "A 3 5 18 18 20 140 + = C 4 11 2 C 20 11 2 C 12 5 2"},
+    {"curve", "M 3 19 Q 8 2 21 8 + = C 3 19 2 C 21 8 2"},
+    {"mesh",
+     "M 4 20 L 4 5 L 20 4 L 20 20 Z + M 4 10 L 20 9 M 4 15 L 20 15 M 9 5 L 9 20 M 15 5 L 15 20"},
+    {"patch", "M 4 20 L 6 5 L 20 4 L 19 19 Z + M 6 15 L 10 6 M 9 19 L 15 5 M 14 19 L 19 9"},
+    {"constraint",
+     "M 12 4 L 5 15 L 19 15 Z + M 3 19 L 21 19 M 6 19 L 3 22 M 12 19 L 9 22 M 18 19 L 15 22"},
+    {"load", "M 4 20 L 20 20 + M 12 3 L 12 17 M 8 12 L 12 17 L 16 12"},
+    {"force", "M 12 3 L 12 18 + M 7 12 L 12 18 L 17 12"},
+    {"group", "R 3 3 8 8 R 13 13 8 8 + R 13 3 8 8 R 3 13 8 8"},
+    {"loadcase",
+     "R 4 4 16 16 + M 8 8 L 8 14 M 6 12 L 8 14 L 10 12 M 16 8 L 16 14 M 14 12 L 16 14 L 18 12"},
+    {"combination", "M 4 7 L 12 7 M 8 3 L 8 11 + M 14 15 L 20 21 M 20 15 L 14 21"},
+    {"analyse", "R 3 4 18 16 + M 6 16 L 10 10 L 13 13 L 18 7"},
+    {"check", "R 4 3 16 18 + M 8 12 L 11 15 L 17 8"},
+    {"deformed", "M 3 18 L 21 18 + M 3 18 Q 12 18 21 6"},
+    {"contour", "A 3 3 18 18 0 360 + A 7 7 10 10 0 360 A 10 10 4 4 0 360"},
+    {"modeshape", "M 3 12 L 21 12 + M 3 12 Q 7 0 12 12 Q 17 24 21 12"},
+    {"stress", "M 3 20 L 21 4 + M 7 12 L 7 20 M 12 8 L 12 15 M 17 4 L 17 10"},
+    {"report", "R 5 3 14 18 + M 8 8 L 16 8 M 8 12 L 16 12 M 8 16 L 13 16"},
+    {"options", "M 3 7 L 21 7 M 3 17 L 21 17 + = C 9 7 3 C 15 17 3"},
+    {"colors", "C 12 12 9 + = C 8 9 2 C 14 7 2 C 17 12 2"},
+    {"font", "M 4 20 L 10 4 L 16 20 M 6 14 L 14 14 + M 18 20 L 22 20"},
+    {"redraw", "A 4 4 16 16 60 280 + M 20 3 L 20 9 L 14 9"},
+    {"fit",
+     "M 3 9 L 3 3 L 9 3 M 15 3 L 21 3 L 21 9 M 21 15 L 21 21 L 15 21 M 9 21 L 3 21 L 3 15 + R 8 8 "
+     "8 8"},
+    {"zoomin", "C 10 10 7 M 15 15 L 21 21 + M 7 10 L 13 10 M 10 7 L 10 13"},
+    {"zoomout", "C 10 10 7 M 15 15 L 21 21 + M 7 10 L 13 10"},
+    {"zoomwindow", "M 3 8 L 3 3 L 8 3 M 16 3 L 21 3 L 21 8 + C 13 13 5 M 17 17 L 22 22"},
+    {"iso", "M 12 3 L 20 7 L 20 16 L 12 21 L 4 16 L 4 7 Z + M 4 7 L 12 11 L 20 7 M 12 11 L 12 21"},
+    {"viewxy", "M 5 19 L 5 4 M 5 19 L 20 19 + M 2 7 L 5 4 L 8 7 M 17 16 L 20 19 L 17 22"},
+    {"viewxz", "M 12 20 L 12 4 M 12 20 L 3 20 + M 9 7 L 12 4 L 15 7 M 6 17 L 3 20 L 6 23"},
+    {"viewyz", "M 5 19 L 5 4 M 5 19 L 20 19 + = C 5 19 3 C 20 19 2"},
+    {"turnleft", "A 4 6 16 12 200 300 + M 3 9 L 6 14 L 11 11"},
+    {"turnright", "A 4 6 16 12 40 300 + M 21 9 L 18 14 L 13 11"},
+    {"turnup", "A 6 4 12 16 300 300 + M 15 3 L 10 5 L 13 10"},
+    {"turndown", "A 6 4 12 16 120 300 + M 15 21 L 10 19 L 13 14"},
+    {"onewindow", "R 3 4 18 16"},
+    {"fourwindows", "R 3 4 18 16 + M 12 4 L 12 20 M 3 12 L 21 12"},
+    {"snap", "A 5 4 14 14 180 180 M 5 11 L 5 4 M 19 11 L 19 4 + M 3 4 L 7 4 M 17 4 L 21 4"},
+    {"size", "R 4 4 16 16 + M 8 8 L 16 16 M 16 12 L 16 16 L 12 16"},
+    {"info", "C 12 12 9 + M 12 11 L 12 17 = C 12 7 1.4"},
+    {"help", "C 12 12 9 + A 9 6 6 6 -30 210 M 12 12 L 12 14 = C 12 17.5 1.2"},
+    {"exit", "M 10 4 L 4 4 L 4 20 L 10 20 + M 9 12 L 21 12 M 16 7 L 21 12 L 16 17"},
+    {"demo", "C 12 12 9 + = M 10 8 L 17 12 L 10 16 Z"},
+    {"hidden", "M 12 3 L 20 7 L 20 16 L 12 21 L 4 16 L 4 7 Z + = M 4 7 L 12 11 L 12 21 L 4 16 Z"},
+    {"symbols", "M 3 12 L 6 12 L 8 6 L 12 18 L 16 6 L 18 12 L 21 12"},
+    {"spring",
+     "M 12 2 L 12 5 L 6 7 L 18 10 L 6 13 L 18 16 L 12 18 L 12 20 + M 5 20 L 19 20 M 7 20 L 5 23 "
+     "M 12 20 L 10 23 M 17 20 L 15 23"},
+    {"rotationspring", "A 4 4 16 16 20 320 A 8 8 8 8 60 300 + M 12 12 L 21 12"},
+    {"numbers", "R 3 4 18 16 + M 3 9 L 21 9 M 9 4 L 9 20 M 15 4 L 15 20 M 3 14 L 21 14"},
+    {"refine", "R 4 4 16 16 + M 12 4 L 12 20 M 4 12 L 20 12"},
+    {"palette", "R 4 3 6 18 + = R 4 15 6 6"},
+};
+
+namespace {
+
+class outlineengine : public QIconEngine {
+  public:
+    explicit outlineengine(const char* o) : outline(o) {}
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override;
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap map(size);
+        map.fill(Qt::transparent);
+        QPainter painter(&map);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return map;
+    }
+    QIconEngine* clone() const override { return new outlineengine(outline); }
+
+  private:
+    const char* outline;
+};
+
+void outlineengine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) {
+    const double grid = 24;
+    const QPalette palette = QApplication::palette();
+    const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+    const QColor plain = palette.color(group, QPalette::WindowText);
+    const QColor accent = mode == QIcon::Disabled ? plain : QColor(0x2a, 0x7d, 0xe1);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate(rect.topLeft());
+    painter->scale(rect.width() / grid, rect.height() / grid);
+    QColor colour = plain;
+    bool filled = false;
+    QPainterPath path;
+    const auto draw = [&] {
+        painter->setPen(QPen(colour, 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter->setBrush(filled ? QBrush(colour) : QBrush(Qt::NoBrush));
+        painter->drawPath(path);
+        path = QPainterPath();
+    };
+    const QStringList words = QString(outline).split(' ', Qt::SkipEmptyParts);
+    for (int i = 0; i < words.size(); ++i) {
+        const QString word = words[i];
+        const auto value = [&] { return words.value(++i).toDouble(); };
+        const auto next = [&] {
+            const double x = value();
+            return QPointF(x, value());
+        };
+        if (word == "M") path.moveTo(next());
+        if (word == "L") path.lineTo(next());
+        if (word == "Z") path.closeSubpath();
+        if (word == "C") {
+            const QPointF centre = next();
+            const double r = value();
+            path.addEllipse(centre, r, r);
+        }
+        if (word == "R" || word == "A") {
+            const QPointF corner = next();
+            const QPointF size = next();
+            const QRectF box(corner, QSizeF(size.x(), size.y()));
+            if (word == "R") {
+                path.addRect(box);
+            } else {
+                const double start = value(), sweep = value();
+                path.arcMoveTo(box, start);
+                path.arcTo(box, start, sweep);
+            }
+        }
+        if (word == "Q") {
+            const QPointF control = next();
+            path.quadTo(control, next());
+        }
+        if (word == "+") {
+            draw();
+            colour = accent;
+        }
+        if (word == "=") {
+            draw();
+            filled = true;
+        }
+    }
+    draw();
+    painter->restore();
+}
+
+}  // namespace
+
+QIcon iconof(const std::string& name) {
+    const auto found = outlines.find(name);
+    return found == outlines.end() ? QIcon() : QIcon(new outlineengine(found->second));
+}
+
+QIcon programicon() {
+    QPixmap map(128, 128);
+    map.fill(Qt::transparent);
+    QPainter p(&map);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0x12, 0x3a, 0x5e));
+    p.drawRoundedRect(4, 4, 120, 120, 20, 20);
+    p.setPen(QPen(QColor(0x8f, 0xd0, 0xff), 6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPointF k[] = {{40, 24}, {40, 104}, {40, 68}, {88, 24}, {40, 68}, {92, 104}};
+    p.drawLine(k[0], k[1]);
+    p.drawLine(k[2], k[3]);
+    p.drawLine(k[4], k[5]);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0xff, 0xb0, 0x3a));
+    for (const QPointF& node : {k[0], k[1], k[2], k[3], k[5]}) p.drawEllipse(node, 9, 9);
+    p.end();
+    return QIcon(map);
+}
+
+static QPixmap springpicture(const char* outline, const QColor& colour) {
+    const int side = 22;
+    QPixmap map =
+        outlineengine(outline).pixmap(QSize(side * 2, side * 2), QIcon::Normal, QIcon::Off);
+    QPainter p(&map);
+    p.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    p.fillRect(map.rect(), colour);
+    p.end();
+    map.setDevicePixelRatio(2);
+    return map;
+}
+
+void loadspringpictures() {
+    const char* const names[] = {"spring", "spring", "rotationspring"};
+    for (int row = 0; row < 3; ++row) {
+        const char* const outline = outlines.at(names[row]);
+        symbolpictures()[pictureof(row, false)] = springpicture(outline, QColor(0, 110, 60));
+        symbolpictures()[pictureof(row, true)] = springpicture(outline, QColor(220, 0, 0));
+    }
+}

@@ -1,0 +1,429 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Building and refreshing of the main window.
+#include "ui/mainwindow.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "core/colours.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "edit/Mouseprocedures.h"
+#include "files/filemenu.h"
+#include "files/filop.h"
+#include "post/postproces.h"
+#include "post/shapes.h"
+#include "ui/icons.h"
+#include "ui/menus.h"
+#include "ui/viewwidget.h"
+#include "view/moddraw.h"
+#include "view/setviews.h"
+
+mainwindow* themainwindow;
+
+static const double twipsperinch = 1440;
+
+mainwindow::mainwindow() {
+    themainwindow = this;
+    setObjectName("main");
+    setWindowIcon(programicon());
+    buildmenus(menuBar());
+    buildtoolbars();
+    buildworkspace();
+    buildleftbar();
+    buildcommandline();
+    // One way round with the Tab key: method, coordinates, lists, command line.
+    setTabOrder(selectmethod, coordinates[0]);
+    setTabOrder(coordinates[0], coordinates[1]);
+    setTabOrder(coordinates[1], coordinates[2]);
+    setTabOrder(coordinates[2], combinations);
+    setTabOrder(combinations, inputfield);
+    refresh();
+}
+
+double mainwindow::pixelspertwip() const {
+    return logicalDpiX() / twipsperinch;
+}
+
+// --- toolbars -----------------------------------------------------------------------------------
+
+namespace {
+struct viewtool {
+    const char *icon, *tip;
+    void (*run)();
+};
+}  // namespace
+
+static const double turnstep = 5;  // degrees
+
+static const viewtool viewtools[] = {
+    {"redraw", "Redraw", [] { redrawall(); }},
+    {"fit", "Fit the model to the view", [] { fitview(activeview); }},
+    {"zoomout", "Half size",
+     [] {
+         viewscale(activeview) = viewscale(activeview) / 2;
+         drawview(activeview);
+     }},
+    {"zoomwindow", "Zoom window",
+     [] {
+         zoomwinmode = true;
+         door().crosspointer(true);
+     }},
+    {"iso", "ISO", [] { setpreset(activeview, 0); }},
+    {"viewxy", "X-Y", [] { setpreset(activeview, 1); }},
+    {"viewxz", "X-Z", [] { setpreset(activeview, 2); }},
+    {"viewyz", "Y-Z", [] { setpreset(activeview, 3); }},
+    {"turnright", "Turn right", [] { turnview(activeview, turnstep, 0); }},
+    {"turnleft", "Turn left", [] { turnview(activeview, -turnstep, 0); }},
+    {"turnup", "Turn up", [] { turnview(activeview, 0, turnstep); }},
+    {"turndown", "Turn down", [] { turnview(activeview, 0, -turnstep); }},
+};
+
+static QToolBar* newbar(QMainWindow* window, const char* name, const QString& title) {
+    QToolBar* const bar = window->addToolBar(title);
+    bar->setObjectName(name);
+    bar->setIconSize(QSize(20, 20));
+    return bar;
+}
+
+// Saves under the model's name, or asks for one.
+static void savenow() {
+    if (isnamed())
+        savemodel();
+    else if (menusave() == reply::done)
+        addrecentfile();
+}
+
+void mainwindow::buildtoolbars() {
+    QToolBar* const file = newbar(this, "filebar", tr("File"));
+    for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
+    QAction* const save = file->addAction(iconof("save"), tr("Save"), [] { savenow(); });
+    save->setObjectName("savebutton");
+    save->setShortcut(QKeySequence::Save);
+    save->setToolTip(tr("Save the model under its name (Ctrl+S)"));
+    file->addAction(menuaction("mnuFileItem", 4));
+
+    QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
+    for (int i : {0, 1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
+
+    QToolBar* const select = newbar(this, "selectbar", tr("Selection"));
+    static const int order[] = {0, 1, 4, 2, 3};  // Nodes, Elements, Graphics, then the others
+    for (std::size_t i = 0; i < modify.size(); ++i) {
+        QAction* const action = menuaction("MnuSelectItem", order[i]);
+        modify[i] = new QToolButton(select);
+        modify[i]->setDefaultAction(action);
+        modify[i]->setObjectName(QString("Modify(%1)").arg(i));
+        select->addWidget(modify[i]);
+    }
+    select->addAction(menuaction("MnuSelectItem", 5));
+    selectmethod = new QComboBox(select);
+    selectmethod->setObjectName("selectmethod");
+    selectmethod->setToolTip(tr("Selection method"));
+    selectmethod->addItems({"Single", "Window", "Group", "All"});
+    select->addWidget(selectmethod);
+    connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
+
+    QToolBar* const view = newbar(this, "viewbar", tr("View"));
+    int number = 0;
+    for (const viewtool& tool : viewtools) {
+        QAction* const action = view->addAction(iconof(tool.icon), tr(tool.tip), tool.run);
+        action->setObjectName(QString("viewtool(%1)").arg(number++));
+    }
+    view->addSeparator();
+    view->addAction(iconof("onewindow"), tr("One view"),
+                    [] {
+                        setoneview();
+                        redrawall();
+                    })
+        ->setObjectName("oneview");
+    view->addAction(iconof("fourwindows"), tr("Four views"),
+                    [] {
+                        setfourviews();
+                        redrawall();
+                    })
+        ->setObjectName("fourviews");
+
+    QToolBar* const job = newbar(this, "jobbar", tr("Job"));
+    for (const auto& [array, i] :
+         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Mnuadditem", 3),
+          std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2), std::pair("menupostItem", 1),
+          std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
+        job->addAction(menuaction(array, i));
+}
+
+// --- workspace ----------------------------------------------------------------------------------
+
+void mainwindow::buildworkspace() {
+    QWidget* const central = new QWidget(this);
+    auto* const rows = new QVBoxLayout(central);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    workspace = new QWidget(central);
+    workspace->setObjectName("workspace");
+    workspace->setMinimumSize(200, 100);
+    workspace->installEventFilter(this);
+    rows->addWidget(workspace, 1);
+    setCentralWidget(central);
+    for (int v = 1; v <= 4; ++v) views[std::size_t(v - 1)] = new viewwidget(v, workspace);
+}
+
+void mainwindow::buildleftbar() {
+    leftbar = new QWidget(workspace);
+    auto* const rows = new QVBoxLayout(leftbar);
+    rows->setContentsMargins(6, 6, 6, 6);
+    rows->setSpacing(4);
+    for (std::size_t k = 0; k < 3; ++k) {
+        auto* const row = new QHBoxLayout;
+        coordinatelabels[k] = new QLabel(leftbar);
+        coordinatelabels[k]->setObjectName(QString("coordinatelabel(%1)").arg(k));
+        coordinates[k] = new QLineEdit(leftbar);
+        coordinates[k]->setObjectName(QString("Text%1").arg(k + 1));
+        coordinates[k]->setMinimumWidth(40);
+        row->addWidget(coordinatelabels[k]);
+        row->addWidget(coordinates[k], 1);
+        rows->addLayout(row);
+    }
+    combinations = new QComboBox(leftbar);
+    combinations->setObjectName("Combo1");
+    combinations->setToolTip(tr("Load combination on show"));
+    combinations->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combinations->setMinimumContentsLength(6);
+    rows->addSpacing(6);
+    rows->addWidget(combinations);
+    connect(combinations, &QComboBox::activated, this, [](int i) { choosecombination(i + 1); });
+
+    modegroup = new QGroupBox(tr("Modeshape"), leftbar);
+    modegroup->setObjectName("Modeshapecontrol");
+    auto* const moderows = new QVBoxLayout(modegroup);
+    moderows->addWidget(new QLabel(tr("Select shape no"), modegroup));
+    modenumber = new QLineEdit(modegroup);
+    modenumber->setObjectName("Text7");
+    moderows->addWidget(modenumber);
+    rows->addWidget(modegroup);
+    connect(modenumber, &QLineEdit::editingFinished, this, [this] {
+        const int number = int(numberof(modenumber->text().toStdString()));
+        if (number != curlcomb) choosemode(number);
+    });
+
+    resultlabel = new QLabel(leftbar);
+    resultlabel->setObjectName("slabel3");
+    resultlabel->setWordWrap(true);
+    rows->addWidget(resultlabel);
+
+    commentframe = new QGroupBox(tr("Comment"), leftbar);
+    commentframe->setObjectName("commentframe");
+    auto* const commentrows = new QVBoxLayout(commentframe);
+    commentrows->setContentsMargins(2, 2, 2, 2);
+    comment = new QPlainTextEdit(commentframe);
+    comment->setObjectName("comment");
+    commentrows->addWidget(comment);
+    rows->addWidget(commentframe, 1);
+    connect(comment, &QPlainTextEdit::textChanged, this, [this] {
+        if (!refreshing) commenttext = comment->toPlainText().toStdString();
+    });
+    rows->addStretch(0);
+
+    auto* const notes = new QToolButton(leftbar);
+    notes->setObjectName("notesbutton");
+    notes->setText(tr("Comment"));
+    notes->setCheckable(true);
+    notes->setAutoRaise(true);
+    notes->setToolTip(tr("Show or hide the comment on the model"));
+    rows->addWidget(notes);
+    connect(notes, &QToolButton::clicked, this, [this](bool on) {
+        commentvisible = on;
+        refresh();
+    });
+}
+
+void mainwindow::buildcommandline() {
+    auto* const strip = new QWidget(centralWidget());
+    auto* const row = new QHBoxLayout(strip);
+    row->setContentsMargins(6, 3, 6, 3);
+    auto* const run = new QToolButton(strip);
+    run->setObjectName("Command1");
+    run->setText(tr("Command"));
+    inputfield = new QComboBox(strip);
+    inputfield->setObjectName("inputfield");
+    inputfield->setEditable(true);
+    inputfield->setInsertPolicy(QComboBox::NoInsert);
+    inputfield->lineEdit()->setPlaceholderText("Enter Command or type help");
+    inputfield->setMinimumWidth(260);
+    inputfield->lineEdit()->installEventFilter(this);
+    statuslabel = new QLabel(strip);
+    statuslabel->setObjectName("Label1");
+    statuslabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    statuslabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    snaplabel = new QLabel(strip);
+    snaplabel->setObjectName("snap");
+    row->addWidget(run);
+    row->addWidget(inputfield);
+    row->addWidget(statuslabel, 1);
+    row->addWidget(snaplabel);
+    centralWidget()->layout()->addWidget(strip);
+    connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
+}
+
+void mainwindow::runtypedcommand() {
+    const QString text = inputfield->currentText();
+    if (text.isEmpty()) return;
+    inputfield->addItem(text);
+    inputfield->setCurrentIndex(-1);
+    inputfield->clearEditText();
+}
+
+// --- geometry -----------------------------------------------------------------------------------
+
+twipbox mainwindow::workarea() const {
+    const double twip = pixelspertwip();
+    return {0, 0, workspace->width() / twip, workspace->height() / twip};
+}
+
+void mainwindow::placeview(int nview, const twipbox& box, bool shown) {
+    const double twip = pixelspertwip();
+    viewwidget* const v = view(nview);
+    if (box.width > 0 && box.height > 0)
+        v->setGeometry(int(box.left * twip), int(box.top * twip), int(box.width * twip),
+                       int(box.height * twip));
+    v->setVisible(shown);
+    if (shown) v->sizesurface();
+    placeleftbar();
+}
+
+void mainwindow::placeleftbar() {
+    leftbar->setGeometry(0, 0, int(sidebarw * pixelspertwip()), workspace->height());
+}
+
+bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == workspace && event->type() == QEvent::Resize) {
+        arrangeviews();
+        redrawall();
+        return false;
+    }
+    if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            runtypedcommand();
+            return true;
+        }
+        if (key == Qt::Key_Escape) {
+            keyhandler(keyescape);
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void mainwindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (isMinimized()) return;
+    const double twip = pixelspertwip();
+    double wide = width() / twip, high = height() / twip;
+    const double before[] = {wide, high};
+    leastwindow(wide, high);
+    if (wide != before[0] || high != before[1]) resize(int(wide * twip) + 1, int(high * twip) + 1);
+}
+
+void mainwindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) menuBar()->update();
+}
+
+// --- keys and closing ---------------------------------------------------------------------------
+
+void mainwindow::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Escape:
+            keyhandler(keyescape);
+            break;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            keyhandler(keyenter);
+            break;
+        case Qt::Key_Space:
+            keyhandler(keyspace);
+            break;
+        default:
+            QMainWindow::keyPressEvent(event);
+    }
+}
+
+void mainwindow::closeEvent(QCloseEvent* event) {
+    if (!ending && (menulock || !exitprompt(closemodes::user))) {
+        event->ignore();
+        return;
+    }
+    deletecontrolfile();
+    event->accept();
+}
+
+// --- state --------------------------------------------------------------------------------------
+
+void mainwindow::showstatus(const QString& text) {
+    statuslabel->setText(text);
+    statuslabel->setToolTip(text);
+}
+
+void mainwindow::crosspointer(bool on) {
+    for (viewwidget* v : views) on ? v->setCursor(Qt::CrossCursor) : v->unsetCursor();
+}
+
+void mainwindow::refreshcombinations() {
+    QStringList names;
+    for (int c = 1; c <= ncomb(); ++c) names << QString::fromStdString(lcombname(c));
+    QStringList shown;
+    for (int i = 0; i < combinations->count(); ++i) shown << combinations->itemText(i);
+    if (names != shown) {
+        combinations->clear();
+        combinations->addItems(names);
+    }
+    combinations->setCurrentIndex(curlcomb <= ncomb() ? curlcomb - 1 : -1);
+    const bool mode = menupostItem(3).checked;
+    modegroup->setVisible(mode);
+    if (mode && !modenumber->hasFocus()) modenumber->setText(QString::number(curlcomb));
+}
+
+void mainwindow::refresh() {
+    if (refreshing || !snaplabel) return;
+    refreshing = true;
+    refreshmenus();
+    snaplabel->setText(statusofsnap());
+    selectmethod->setCurrentIndex(int(selecttype));
+    static const char* const still[] = {"x =", "y =", "z ="};
+    static const char* const moving[] = {"dx=", "dy=", "dz="};
+    const double at[] = {modelx, modely, modelz};
+    for (std::size_t k = 0; k < 3; ++k) {
+        coordinatelabels[k]->setText(editing && movepending ? moving[k] : still[k]);
+        if (!coordinates[k]->hasFocus())
+            coordinates[k]->setText(QString::fromStdString(numbertext(float(at[k]))));
+    }
+    refreshcombinations();
+    commentframe->setVisible(commentvisible);
+    if (auto* const notes = findChild<QToolButton*>("notesbutton"))
+        notes->setChecked(commentvisible);
+    const QString text = QString::fromStdString(commenttext);
+    if (comment->toPlainText() != text) comment->setPlainText(text);
+    refreshing = false;
+}
+
+void showmainwindow(mainwindow& window, bool fixedsize) {
+    window.setWindowTitle(QString::fromStdString(apptitle + ": " + modelname));
+    window.resize(1280, 860);
+    if (fixedsize)
+        window.show();
+    else
+        window.showMaximized();
+    textcaption();
+    setoneview();
+    redrawall();
+}

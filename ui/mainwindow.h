@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The main window: menus, toolbars, left bar, the four views, command line and status line.
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+
+#include "core/platform.h"
+
+class QCloseEvent;
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QToolBar;
+class QToolButton;
+class viewwidget;
+
+class mainwindow : public QMainWindow {
+    Q_OBJECT
+  public:
+    mainwindow();
+
+    viewwidget* view(int nview) const { return views[std::size_t(nview - 1)]; }
+    twipbox workarea() const;  // of the workspace, twips
+    void placeview(int nview, const twipbox& box, bool shown);
+    void showstatus(const QString& text);
+    void refresh();  // everything that mirrors the session's state
+    void crosspointer(bool on);
+
+    bool ending = false;  // the program has decided to end: no more questions
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void buildtoolbars();
+    void buildworkspace();
+    void buildleftbar();
+    void buildcommandline();
+    void runtypedcommand();
+    void refreshcombinations();
+    void placeleftbar();
+    double pixelspertwip() const;
+
+    QWidget* workspace = nullptr;
+    QWidget* leftbar = nullptr;
+    std::array<viewwidget*, 4> views{};
+    std::array<QLineEdit*, 3> coordinates{};
+    std::array<QLabel*, 3> coordinatelabels{};
+    QComboBox *selectmethod = nullptr, *combinations = nullptr, *inputfield = nullptr;
+    QGroupBox *modegroup = nullptr, *commentframe = nullptr;
+    QLineEdit* modenumber = nullptr;
+    QPlainTextEdit* comment = nullptr;
+    QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr;
+    std::array<QToolButton*, 5> modify{};
+    bool refreshing = false;
+};
+
+extern mainwindow* themainwindow;
+
+// Shows the window: maximised, or in a size of its own that does not depend on the screen.
+void showmainwindow(mainwindow& window, bool fixedsize);

@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The table of menu items.
+#include "ui/menus.h"
+
+#include <QMenu>
+#include <cstring>
+#include <map>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "edit/Mouseprocedures.h"
+#include "files/analyse.h"
+#include "files/filemenu.h"
+#include "post/shapes.h"
+#include "ui/dialogs.h"
+#include "ui/icons.h"
+#include "ui/mainwindow.h"
+#include "view/moddraw.h"
+#include "view/setviews.h"
+
+// A command that fails returns to the rest state and tells why.
+static std::function<void()> guardedcommand(std::function<void()> command) {
+    return [command] {
+        guarded(command, [](const runtimeerror& e) {
+            addready();
+            door().message(e.what + " (error " + std::to_string(e.number) + ")", icons::critical);
+        });
+    };
+}
+
+static std::function<bool()> checkof(array1<menustate>& list, int i) {
+    return [&list, i] { return list(i).checked; };
+}
+
+static std::function<bool()> enabledof(array1<menustate>& list, int i) {
+    return [&list, i] { return list(i).enabled; };
+}
+
+static std::function<void()> toggleandredraw(array1<menustate>& list, int i) {
+    return [&list, i] {
+        list(i).checked = !list(i).checked;
+        door().refresh();
+        redrawall();
+    };
+}
+
+static std::function<void()> chooseandredraw(array1<menustate>& list, int i) {
+    return [&list, i] {
+        checkonly(list, i);
+        door().refresh();
+        redrawall();
+    };
+}
+
+static void togglescrollbars() {
+    mnuSettingsItem(2).checked = !mnuSettingsItem(2).checked;
+    setscrollbars();
+    door().refresh();
+}
+
+static void toggleselect(int i) {
+    if (i == 5) {
+        MnuSelectItem(5).checked = !MnuSelectItem(5).checked;
+    } else {
+        nodesel(0) = 0;
+        elemsel(0) = 0;
+        graphsel2(0, 0) = 0;
+        patchsel(0) = 0;
+        const bool snap = MnuSelectItem(5).checked;
+        checkonly(MnuSelectItem, i);
+        MnuSelectItem(5).checked = snap;
+        redrawall();
+    }
+    labelselect();
+}
+
+static menurow check(const char* menu, const char* array, int index, const char* caption,
+                     array1<menustate>& list, int i, const char* icon = "") {
+    return {menu, array, index, caption, icon, "", toggleandredraw(list, i), checkof(list, i)};
+}
+
+static menurow choice(const char* menu, const char* array, int index, const char* caption,
+                      array1<menustate>& list) {
+    return {
+        menu, array, index, caption, "", "", chooseandredraw(list, index), checkof(list, index)};
+}
+
+static menurow separator(const char* menu, const char* array, int index) {
+    return {menu, array, index, ""};
+}
+
+static void addfilemenu(std::vector<menurow>& t) {
+    const char* const m = "&File";
+    const char* const a = "mnuFileItem";
+    t.push_back({m, a, 0, "&New", "new", "Ctrl+N", [] { menunew(); }});
+    t.push_back({m, a, 1, "&Open...", "open", "Ctrl+O", [] { menuopen(); }});
+    t.push_back({m, a, 2, "&Import model...", "", "", [] { menuimport(); }});
+    t.push_back({m, a, 3, "Save &As...", "save", "Ctrl+Shift+S", [] {
+                     if (menusave() == reply::done) addrecentfile();
+                 }});
+    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P"});
+    t.push_back(separator(m, a, 5));
+    t.push_back({m, a, 6, "Save Settings"});
+    t.push_back({m, a, 7, "Get Settings"});
+    t.push_back({m, a, 8, "Model Size...", "size", "", [] { door().showdialog("setmem"); }});
+    t.push_back(separator(m, a, 9));
+    t.push_back({m, a, 10, "E&xit", "exit", "Ctrl+Q", [] { menuexit(); }});
+}
+
+static void addeditmenu(std::vector<menurow>& t) {
+    const char* const m = "&Edit";
+    const char* const a = "mnuEditItem";
+    t.push_back({m, a, 0, "Undo", "undo", "Ctrl+Z"});
+    t.push_back({m, a, 1, "Delete", "delete", "Del"});
+    t.push_back({m, a, 2, "Cu&t", "cut", "Ctrl+X"});
+    t.push_back({m, a, 3, "C&opy", "copy", "Ctrl+C"});
+    t.push_back({m, a, 4, "&Paste", "paste", "Ctrl+V"});
+    t.push_back(separator(m, a, 5));
+    t.push_back({m, a, 6, "Drag/Drop"});
+    t.push_back({m, a, 7, "Modify Selection..."});
+    t.push_back({m, a, 8, "Refine elements", "refine"});
+    t.push_back({m, a, 9, "Numerical Interface", "numbers"});
+    t.push_back({m, a, 10, "Findpatch"});
+}
+
+static void addselectmenu(std::vector<menurow>& t) {
+    static const char* const captions[] = {"Nodes",  "Elements", "Patches",
+                                           "Forces", "Graphics", "Snap"};
+    static const char* const pictures[] = {"node", "element", "patch", "force", "graphic", "snap"};
+    for (int i = 0; i <= 5; ++i)
+        t.push_back({"&Select", "MnuSelectItem", i, captions[i], pictures[i], "",
+                     [i] { toggleselect(i); }, checkof(MnuSelectItem, i)});
+}
+
+static void addaddmenu(std::vector<menurow>& t) {
+    const char* const m = "&Add";
+    const char* const a = "Mnuadditem";
+    const auto add = [&](int i, const char* caption, const char* icon,
+                         std::function<void()> run = nullptr) {
+        t.push_back({m, a, i, caption, icon, "", std::move(run), checkof(Mnuadditem, i),
+                     enabledof(Mnuadditem, i)});
+    };
+    add(0, "Ready", "", [] { addready(); });
+    add(1, "Free Node", "node");
+    add(2, "Element...", "element");
+    add(3, "Mesh...", "mesh");
+    add(4, "Object...", "");
+    t.push_back(separator(m, a, 5));
+    add(6, "Constraints...", "constraint");
+    t.push_back({"&Add|Loads", "mnuloads", 0, "Nodal Loads or Mass", "load"});
+    t.push_back({"&Add|Loads", "mnuloads", 1, "Element Pressure Loads"});
+    t.push_back({"&Add|Loads", "mnuloads", 2, "Line Pressure Loads"});
+    t.push_back(separator(m, a, 8));
+    t.push_back({"&Add|Graphics", "Mnugraphicitem", 0, "Line", "graphic"});
+    t.push_back({"&Add|Graphics", "Mnugraphicitem", 1, "Circle Section", "circle"});
+    t.push_back({"&Add|Graphics", "Mnugraphicitem", 2, "Curve", "curve"});
+    t.push_back(separator("&Add|Graphics", "Mnugraphicitem", 3));
+    t.push_back({"&Add|Graphics", "Mnugraphicitem", 4, "Intersection"});
+    t.push_back({"&Add|Graphics", "Mnugraphicitem", 5, "Extend line"});
+    t.push_back({"&Add|Graphics", "Mnugraphicitem", 6, "Connect 3-D"});
+}
+
+static void adddefinemenu(std::vector<menurow>& t) {
+    const char* const m = "&Define";
+    const char* const a = "definegroup";
+    t.push_back({m, a, 0, "Element Group...", "group"});
+    t.push_back({m, a, 1, "Loadcase", "loadcase"});
+    t.push_back({m, a, 2, "Object..."});
+    t.push_back({m, a, 3, "Group Settings ...."});
+}
+
+static void addsettingsmenu(std::vector<menurow>& t) {
+    const char* const m = "&Settings";
+    const char* const a = "mnuSettingsItem";
+    t.push_back({m, a, 0, "&Colors ...", "colors"});
+    t.push_back({"&Settings|&Font ...", "mnusetfont", 0, "Node Labels...", "font"});
+    t.push_back({"&Settings|&Font ...", "mnusetfont", 1, "Element Lables..."});
+    t.push_back({m, a, 2, "Scrollbars", "", "", togglescrollbars, checkof(mnuSettingsItem, 2)});
+    t.push_back(check(m, a, 3, "Global Axis", mnuSettingsItem, 3));
+    t.push_back(check(m, a, 4, "Local Axis", mnuSettingsItem, 4));
+    t.push_back({m, a, 5, "Options...", "options"});
+    t.push_back({m, a, 6, "Symbols ...", "symbols"});
+    t.push_back({m, a, 7, "Toolbars ..."});
+    t.push_back(check(m, a, 8, "End Releases", mnuSettingsItem, 8));
+}
+
+static void addviewmenu(std::vector<menurow>& t) {
+    const char* const m = "&view";
+    const char* const a = "mnudrawlist";
+    t.push_back({m, "view", 0, "&View Set...", "iso"});
+    t.push_back({m, "redraw", 0, "&Redraw", "redraw", "F5", [] { redrawall(); }});
+    t.push_back(separator(m, "redraw", 1));
+    t.push_back(check(m, a, 0, "&Nodes", mnudrawlist, 0));
+    t.push_back(check(m, a, 1, "&Elements", mnudrawlist, 1));
+    t.push_back(check(m, a, 2, "&Constrains", mnudrawlist, 2));
+    const char* const loads = "&view|&Loads";
+    static const char* const kinds[] = {"Off", "Active Loadcase", "All Loadcases",
+                                        "Active Load combination"};
+    for (int i = 0; i <= 3; ++i) t.push_back(choice(loads, "viewloads", i, kinds[i], viewloads));
+    t.push_back(check(m, a, 4, "Graphic Elements", mnudrawlist, 4));
+    t.push_back(check(m, a, 5, "Patches", mnudrawlist, 5));
+    static const char* const nodelabels[] = {"Off", "Numbers", "Names"};
+    for (int i = 0; i <= 2; ++i)
+        t.push_back(choice("&view|Node labels", "Nodelabeltype", i, nodelabels[i], Nodelabeltype));
+    static const char* const elementlabels[] = {"Off",   "Number",     "Type",
+                                                "Group", "Color code", "Name"};
+    for (int i = 0; i <= 5; ++i)
+        t.push_back(
+            choice("&view|Element Label", "elemlabeltype", i, elementlabels[i], elemlabeltype));
+    t.push_back(separator(m, a, 8));
+    t.push_back({m, a, 9, "Window", "zoomwindow"});
+    t.push_back({m, a, 10, "Hidden Line", "hidden"});
+}
+
+static void addanalysemenu(std::vector<menurow>& t) {
+    const char* const m = "A&nalyse";
+    const char* const a = "menuanalyseitem";
+    t.push_back({m, a, 0, "Check model", "check"});
+    t.push_back({m, a, 1, "Options...", "options", "", [] { door().showdialog("Aoptions"); }});
+    t.push_back({m, a, 2, "Analyse", "analyse", "F9", [] { runanalysis(); }});
+}
+
+static void addpostmenu(std::vector<menurow>& t) {
+    const char* const m = "&Post-Process";
+    const char* const a = "menupostItem";
+    t.push_back({m, "Loadcase", 0, "Load Combinations ...", "combination"});
+    t.push_back(separator(m, a, 0));
+    t.push_back(
+        {m, a, 1, "Deformed Shape", "deformed", "", showdeformed, checkof(menupostItem, 1)});
+    t.push_back({m, a, 2, "Contour plot", "contour"});
+    t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
+    t.push_back({m, a, 4, "Element Stress ", "stress"});
+    t.push_back({m, a, 5, "Report...", "report"});
+    t.push_back(separator(m, a, 6));
+    t.push_back({m, a, 7, "Options...", "options"});
+}
+
+static void addinformationmenu(std::vector<menurow>& t) {
+    const char* const m = "Information";
+    t.push_back({m, "Info", 0, "Info", "info", "", [] { door().showdialog("Info"); }});
+    t.push_back({m, "userhelp", 0, "User Manual...", "help", "F1",
+                 [] { door().openwithbrowser(appdir + "/manual.htm"); }});
+    t.push_back(
+        {m, "mnuAbout", 0, "&About Kalvane...", "", "", [] { door().showdialog("frmAbout"); }});
+    t.push_back({m, "info", 0, "Model info...", "", "", [] { door().showdialog("modelinfo"); }});
+    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", [] { door().showdialog("demo01"); }});
+}
+
+static std::vector<menurow> filltable() {
+    std::vector<menurow> t;
+    for (const auto add :
+         {addfilemenu, addeditmenu, addselectmenu, addaddmenu, adddefinemenu, addsettingsmenu,
+          addviewmenu, addanalysemenu, addpostmenu, addinformationmenu})
+        add(t);
+    return t;
+}
+
+std::vector<menurow>& menus() {
+    static std::vector<menurow> table = filltable();
+    return table;
+}
+
+// --- the menu bar -------------------------------------------------------------------------------
+
+static QMenu* filemenu;
+static std::map<std::string, QMenu*> built;
+static std::vector<QAction*> recentactions;
+
+static QMenu* menuat(QMenuBar* bar, const std::string& path) {
+    if (const auto found = built.find(path); found != built.end()) return found->second;
+    const std::size_t cut = path.rfind('|');
+    QMenu* const made = cut == path.npos
+                            ? bar->addMenu(QString::fromStdString(path))
+                            : menuat(bar, path.substr(0, cut))
+                                  ->addMenu(QString::fromStdString(path.substr(cut + 1)));
+    built[path] = made;
+    return made;
+}
+
+// "&Loads" of the draw list and "Loads", "Graphics" of the Add menu carry a submenu; all other rows
+// are plain actions.
+static void addrow(QMenuBar* bar, menurow& row) {
+    QMenu* const menu = menuat(bar, row.menu);
+    if (*row.caption == 0) {
+        menu->addSeparator();
+        return;
+    }
+    row.action = menu->addAction(QString::fromUtf8(row.caption));
+    row.action->setObjectName(QString("%1(%2)").arg(row.array).arg(row.index));
+    if (*row.icon) row.action->setIcon(iconof(row.icon));
+    if (*row.shortcut) row.action->setShortcut(QKeySequence(row.shortcut));
+    if (row.checked) row.action->setCheckable(true);
+    if (row.run) QObject::connect(row.action, &QAction::triggered, guardedcommand(row.run));
+}
+
+void buildmenus(QMenuBar* bar) {
+    built.clear();
+    recentactions.clear();
+    for (menurow& row : menus()) addrow(bar, row);
+    filemenu = built.at("&File");
+    filemenu->addSeparator();
+    refreshmenus();
+}
+
+static void refreshrecent() {
+    const auto& files = recentfiles();
+    for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
+        QAction* const action = filemenu->addAction(QString::fromStdString(files[i]));
+        action->setObjectName(QString("mnuFileArray(%1)").arg(i));
+        QObject::connect(action, &QAction::triggered, guardedcommand([i] { openrecent(int(i)); }));
+        recentactions.push_back(action);
+    }
+}
+
+void refreshmenus() {
+    for (menurow& row : menus()) {
+        if (row.action == nullptr) continue;
+        if (row.checked) row.action->setChecked(row.checked());
+        row.action->setEnabled(row.run && (!row.enabled || row.enabled()));
+    }
+    for (const char* name : {"&File", "&Edit", "&Add", "&Define", "A&nalyse", "&Post-Process"})
+        if (const auto found = built.find(name); found != built.end()) {
+            found->second->menuAction()->setEnabled(!menulock);
+            if (!menulock) continue;
+            for (QAction* action : found->second->actions()) action->setEnabled(false);
+        }
+    refreshrecent();
+}
+
+QAction* menuaction(const char* array, int index) {
+    for (const menurow& row : menus())
+        if (row.index == index && std::strcmp(row.array, array) == 0) return row.action;
+    return nullptr;
+}
+
+static QString plain(QString caption) {
+    return caption.remove('&').trimmed();
+}
+
+// Captions hold "/" themselves ("Drag/Drop"), so every caption that begins the path is tried.
+static QAction* findin(const QList<QAction*>& actions, const QString& path) {
+    for (QAction* action : actions) {
+        const QString caption = plain(action->text());
+        if (caption.isEmpty()) continue;
+        if (path.trimmed() == caption && !action->menu()) return action;
+        if (action->menu() && path.startsWith(caption + "/"))
+            if (QAction* const found =
+                    findin(action->menu()->actions(), path.mid(caption.size() + 1)))
+                return found;
+    }
+    return nullptr;
+}
+
+QAction* findmenu(QMenuBar* bar, const QString& path) {
+    return findin(bar->actions(), path);
+}

@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The platform on Qt.
+#include "ui/qtplatform.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QTimer>
+#include <QUrl>
+
+#include "core/runtime.h"
+#include "core/session.h"
+#include "ui/dialogs.h"
+#include "ui/mainwindow.h"
+#include "ui/viewwidget.h"
+
+static const int progressafter = 500;  // milliseconds of work before its progress shows
+
+static QString qtext(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+qtplatform& theplatform() {
+    static qtplatform only;
+    return only;
+}
+
+// --- talk ---------------------------------------------------------------------------------------
+
+static QMessageBox::StandardButtons buttonsof(buttons set) {
+    switch (set) {
+        case buttons::ok:
+            return QMessageBox::Ok;
+        case buttons::okcancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case buttons::yesno:
+            return QMessageBox::Yes | QMessageBox::No;
+        case buttons::yesnocancel:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    }
+    return QMessageBox::Ok;
+}
+
+static QMessageBox::StandardButton buttonof(answers answer) {
+    switch (answer) {
+        case answers::ok:
+            return QMessageBox::Ok;
+        case answers::cancel:
+            return QMessageBox::Cancel;
+        case answers::yes:
+            return QMessageBox::Yes;
+        case answers::no:
+            return QMessageBox::No;
+    }
+    return QMessageBox::Ok;
+}
+
+static answers answerof(int button) {
+    switch (button) {
+        case QMessageBox::Yes:
+            return answers::yes;
+        case QMessageBox::No:
+            return answers::no;
+        case QMessageBox::Ok:
+            return answers::ok;
+        default:
+            return answers::cancel;
+    }
+}
+
+static QMessageBox::Icon iconof(icons icon) {
+    switch (icon) {
+        case icons::information:
+            return QMessageBox::Information;
+        case icons::question:
+            return QMessageBox::Question;
+        case icons::exclamation:
+            return QMessageBox::Warning;
+        case icons::critical:
+            return QMessageBox::Critical;
+        case icons::none:
+            return QMessageBox::NoIcon;
+    }
+    return QMessageBox::NoIcon;
+}
+
+answers qtplatform::show(const messagebox& box) {
+    lastmessage = box.text;
+    if (scripted) {
+        if (box.set == buttons::ok) return answers::ok;
+        if (answerqueue.empty()) {
+            unanswered = box.text;
+            return box.set == buttons::yesno ? answers::no : answers::cancel;
+        }
+        const answers answer = answerqueue.front();
+        answerqueue.pop_front();
+        return answer;
+    }
+    QMessageBox window(themainwindow);
+    window.setWindowTitle(qtext(box.title.empty() ? apptitle : box.title));
+    window.setText(qtext(box.text));
+    window.setTextFormat(Qt::PlainText);
+    window.setIcon(iconof(box.icon));
+    window.setStandardButtons(buttonsof(box.set));
+    const QMessageBox::StandardButton preset = buttonof(box.preset);
+    if (window.button(preset)) window.setDefaultButton(preset);
+    while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
+    return answerof(window.exec());
+}
+
+// Pairs "caption|pattern" as the toolkit wants them: "caption (pattern)", captions hold theirs.
+static QStringList filtersof(const std::string& filter) {
+    const QStringList parts = qtext(filter).split('|');
+    QStringList list;
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        QString caption = parts[i];
+        list << caption.replace("(*.*)", "(*)");
+    }
+    return list;
+}
+
+filechoice qtplatform::choosefile(const filebox& box) {
+    filechoice choice;
+    choice.filterindex = box.filterindex;
+    if (scripted) {
+        if (filequeue.empty()) return choice;
+        choice.path = filequeue.front();
+        filequeue.pop_front();
+        choice.chosen = !choice.path.empty();
+        return choice;
+    }
+    QFileDialog dialog(themainwindow, qtext(box.title));
+    const QStringList filters = filtersof(box.filter);
+    dialog.setNameFilters(filters);
+    if (box.filterindex >= 1 && box.filterindex <= filters.size())
+        dialog.selectNameFilter(filters[box.filterindex - 1]);
+    dialog.setAcceptMode(box.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(box.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);  // the program asks in its own words
+    if (!box.path.empty()) dialog.selectFile(qtext(box.path));
+    while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return choice;
+    choice.chosen = true;
+    choice.path = dialog.selectedFiles().first().toStdString();
+    choice.filterindex = int(filters.indexOf(dialog.selectedNameFilter())) + 1;
+    return choice;
+}
+
+// --- main window --------------------------------------------------------------------------------
+
+void qtplatform::hourglass(bool on) {
+    if (on)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+void qtplatform::showtitle(const std::string& text) {
+    title = text;
+    if (themainwindow) themainwindow->setWindowTitle(qtext(text));
+}
+
+void qtplatform::showstatus(const std::string& text) {
+    if (themainwindow) themainwindow->showstatus(qtext(text));
+}
+
+void qtplatform::refresh() {
+    if (themainwindow) themainwindow->refresh();
+}
+
+void qtplatform::showdialog(const std::string& name) {
+    if (!opendialog(name)) message("There is no dialog " + name, icons::exclamation);
+}
+
+void qtplatform::endprogram() {
+    if (themainwindow) {
+        themainwindow->ending = true;
+        themainwindow->close();
+    }
+    if (!scripted) QTimer::singleShot(0, qApp, &QApplication::quit);
+}
+
+surface* qtplatform::viewsurface(int nview) {
+    return themainwindow ? &themainwindow->view(nview)->surface : nullptr;
+}
+
+twipbox qtplatform::workarea() {
+    return themainwindow ? themainwindow->workarea() : twipbox{};
+}
+
+void qtplatform::placeview(int nview, const twipbox& box, bool shown) {
+    if (themainwindow) themainwindow->placeview(nview, box, shown);
+}
+
+void qtplatform::viewsize(int nview, double& width, double& height) {
+    width = themainwindow ? themainwindow->view(nview)->surface.width() : 0;
+    height = themainwindow ? themainwindow->view(nview)->surface.height() : 0;
+}
+
+void qtplatform::setscrollbars(int nview, const scrollrange& range, bool shown) {
+    if (themainwindow) themainwindow->view(nview)->setbars(range, shown);
+}
+
+void qtplatform::crosspointer(bool on) {
+    if (themainwindow) themainwindow->crosspointer(on);
+}
+
+// --- long work ----------------------------------------------------------------------------------
+
+bool qtplatform::progress(const std::string& what, double share, bool cancellable) {
+    if (!busy.isValid()) {
+        busy.start();
+        cancelled = false;
+        return true;
+    }
+    if (scripted || busy.elapsed() < progressafter) return true;
+    if (!bar) {
+        bar = new QProgressDialog(themainwindow);
+        bar->setObjectName("progress");
+        bar->setWindowTitle(qtext(apptitle));
+        bar->setWindowModality(Qt::ApplicationModal);
+        bar->setAutoClose(false);
+        bar->setAutoReset(false);
+        bar->setMinimumDuration(0);
+        bar->setRange(0, 100);
+        if (!cancellable) bar->setCancelButton(nullptr);
+        bar->show();
+    }
+    bar->setLabelText(qtext(what));
+    bar->setValue(int(share * 100));
+    if (bar->wasCanceled()) cancelled = true;
+    return !cancelled;
+}
+
+void qtplatform::endprogress() {
+    busy.invalidate();
+    delete bar.data();
+}
+
+void qtplatform::yield(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// --- processes ----------------------------------------------------------------------------------
+
+void qtplatform::startprocess(const std::string& program, const std::vector<std::string>& arguments,
+                              const std::string& folder) {
+    QStringList list;
+    for (const std::string& a : arguments) list << qtext(a);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setWorkingDirectory(qtext(folder));
+    process.start(qtext(program), list);
+    const int patience = 5000;  // milliseconds
+    if (!process.waitForStarted(patience))
+        throw runtimeerror{errfilenotfound, process.errorString().toStdString()};
+}
+
+bool qtplatform::processruns() {
+    return process.state() != QProcess::NotRunning;
+}
+
+std::string qtplatform::processwords() {
+    return process.readAll().toStdString();
+}
+
+int qtplatform::processcode() {
+    return process.exitStatus() == QProcess::CrashExit ? -1 : process.exitCode();
+}
+
+void qtplatform::killprocess() {
+    process.kill();
+    process.waitForFinished(2000);
+}
+
+void qtplatform::openwithbrowser(const std::string& path) {
+    if (scripted) return;
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(qtext(path))))
+        message("No browser could be started for " + path, icons::exclamation);
+}

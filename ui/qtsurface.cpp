@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Drawing into the images of a view.
+#include "ui/qtsurface.h"
+
+#include <QFontMetricsF>
+#include <cmath>
+
+#include "core/model.h"
+
+static const std::size_t linesatonce = 16384;
+static const int plainfrom = 20000;  // elements from which strokes are drawn without smoothing
+static const double stampmost = 12;  // device pixels of radius up to which discs are stamped
+
+QColor qtcolor(colour c) {
+    return {redof(c), greenof(c), blueof(c)};
+}
+
+QFont qtfont(const labelfont& font) {
+    QFont f(QString::fromStdString(font.name));
+    f.setPointSizeF(font.size > 0 ? font.size : 8);
+    f.setBold(font.bold);
+    f.setItalic(font.italic);
+    return f;
+}
+
+std::map<std::string, QPixmap, std::less<>>& symbolpictures() {
+    static std::map<std::string, QPixmap, std::less<>> pictures;
+    return pictures;
+}
+
+static QString qtext(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
+}
+
+qtsurface::~qtsurface() {
+    close();
+}
+
+void qtsurface::resize(int width, int height, double newratio, double newpixels) {
+    if (width == w && height == h && newratio == ratio && newpixels == pixels) return;
+    close();
+    w = width;
+    h = height;
+    ratio = newratio;
+    pixels = newpixels;
+    for (QImage& i : layersofplanes) i = QImage();
+    used.fill(false);
+    clear(background);
+}
+
+QImage& qtsurface::image(planes p) {
+    QImage& i = layersofplanes[std::size_t(p)];
+    if (i.isNull()) {
+        const QSize size(std::max(1, int(std::lround(w * ratio))),
+                         std::max(1, int(std::lround(h * ratio))));
+        i = QImage(size,
+                   p == planes::model ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+        i.setDevicePixelRatio(ratio);
+        i.fill(p == planes::model ? qtcolor(background) : QColor(Qt::transparent));
+    }
+    return i;
+}
+
+QPainter& qtsurface::painter() {
+    if (!brushwork) {
+        used[std::size_t(plane)] = true;
+        brushwork = std::make_unique<QPainter>(&image(plane));
+        brushwork->setRenderHint(QPainter::Antialiasing, antialias);
+    }
+    return *brushwork;
+}
+
+void qtsurface::close() {
+    flush();
+    brushwork.reset();
+}
+
+void qtsurface::clear(colour c) {
+    lines.clear();
+    brushwork.reset();
+    background = c;
+    antialias = nelems() < plainfrom && nnodes() < plainfrom;
+    used.fill(false);
+    used[0] = true;
+    for (QImage& i : layersofplanes)
+        if (!i.isNull()) i.fill(Qt::transparent);
+    image(planes::model).fill(qtcolor(background));
+    stamped.clear();
+    plane = planes::model;
+    drawwidth = 1;
+    drawstyle = pens::solid;
+    fillsolid = false;
+}
+
+void qtsurface::toplane(planes p) {
+    if (p == plane) return;
+    close();
+    plane = p;
+    stamped.clear();
+}
+
+QPen qtsurface::pen(const stroke& s) const {
+    QPen p(qtcolor(s.c));
+    p.setWidthF(erases(s.c) && antialias ? s.width + 2 : s.width);
+    p.setCosmetic(!antialias && s.width == 1 && ratio == 1);
+    p.setStyle(s.style == pens::dotted && !erases(s.c) ? Qt::DotLine : Qt::SolidLine);
+    p.setCapStyle(s.width > 1 ? Qt::FlatCap : Qt::SquareCap);
+    return p;
+}
+
+QBrush qtsurface::brush() const {
+    return fillsolid ? QBrush(qtcolor(fillcolor)) : QBrush(Qt::NoBrush);
+}
+
+// On an upper plane the background's colour takes away what is there.
+static void setmode(QPainter& p, bool erase, bool antialias) {
+    p.setCompositionMode(erase ? QPainter::CompositionMode_Clear
+                               : QPainter::CompositionMode_SourceOver);
+    p.setRenderHint(QPainter::Antialiasing, antialias && !erase);
+}
+
+void qtsurface::flush() {
+    if (lines.empty()) return;
+    QPainter& p = painter();
+    setmode(p, erases(now.c), antialias);
+    p.setPen(pen(now));
+    p.drawLines(lines.data(), int(lines.size()));
+    lines.clear();
+}
+
+void qtsurface::line(double x1, double y1, double x2, double y2, colour c) {
+    const stroke s{c, drawwidth, drawstyle};
+    if (!(s == now) || lines.size() >= linesatonce) {
+        flush();
+        now = s;
+    }
+    lines.emplace_back(x1 * pixels, y1 * pixels, x2 * pixels, y2 * pixels);
+    moveto(x2, y2);
+}
+
+void qtsurface::point(double x, double y, colour c) {
+    flush();
+    QPainter& p = painter();
+    setmode(p, erases(c), false);
+    p.setPen(QPen(qtcolor(c), erases(c) ? 3 : 1));
+    p.drawPoint(QPointF(x * pixels, y * pixels));
+    moveto(x, y);
+}
+
+void qtsurface::box(double x1, double y1, double x2, double y2, colour c) {
+    flush();
+    QPainter& p = painter();
+    setmode(p, erases(c), false);
+    p.setPen(pen({c, drawwidth, drawstyle}));
+    p.setBrush(brush());
+    p.drawRect(
+        QRectF(QPointF(x1 * pixels, y1 * pixels), QPointF(x2 * pixels, y2 * pixels)).normalized());
+}
+
+// Nodes come by the hundred thousand: each is a copy of one small disc, and a place that holds one
+// is not drawn again.
+void qtsurface::stamp(double x, double y, double radius, colour c) {
+    const stroke key{c, 1, pens::solid};
+    if (!(key == stampkey) || radius != stampradius || stampimage.devicePixelRatio() != ratio ||
+        stampimage.isNull()) {
+        stampkey = key;
+        stampradius = radius;
+        const int side = int(std::ceil(radius * 2 * ratio)) + 3;
+        stampimage = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
+        stampimage.fill(Qt::transparent);
+        QPainter p(&stampimage);
+        p.setRenderHint(QPainter::Antialiasing, true);
+        p.setPen(Qt::NoPen);
+        p.setBrush(qtcolor(c));
+        p.drawEllipse(QPointF(side / 2.0, side / 2.0), radius * ratio, radius * ratio);
+        p.end();
+        stampimage.setDevicePixelRatio(ratio);
+        stamped.clear();
+    }
+    const int columns = int(std::lround(w * ratio)), rows = int(std::lround(h * ratio));
+    const double px = x * ratio, py = y * ratio;
+    if (!(px > -50 && px < columns + 50 && py > -50 && py < rows + 50)) return;
+    if (stamped.empty()) stamped.assign(std::size_t(columns) * std::size_t(rows), 0);
+    const int column = int(std::floor(px)), row = int(std::floor(py));
+    if (column >= 0 && column < columns && row >= 0 && row < rows) {
+        unsigned char& there =
+            stamped[std::size_t(row) * std::size_t(columns) + std::size_t(column)];
+        if (there) return;
+        there = 1;
+    }
+    const double half = stampimage.width() / 2.0 / ratio;
+    painter().drawImage(QPointF(x - half, y - half), stampimage);
+}
+
+void qtsurface::circle(double x, double y, double radius, colour c) {
+    flush();
+    const bool erase = erases(c);
+    QPainter& p = painter();
+    setmode(p, erase, antialias);
+    const double r = radius * pixels;
+    if (!erase && fillsolid && fillcolor == c && r * ratio <= stampmost) {
+        stamp(x * pixels, y * pixels, r, c);
+        return;
+    }
+    if (erase) {
+        p.setPen(QPen(Qt::black, 2));
+        p.setBrush(Qt::black);
+        stamped.clear();
+    } else {
+        p.setPen(pen({c, drawwidth, drawstyle}));
+        p.setBrush(brush());
+    }
+    p.drawEllipse(QPointF(x * pixels, y * pixels), r, r);
+}
+
+void qtsurface::polygon(const point2* points, int n, colour edge) {
+    flush();
+    QPainter& p = painter();
+    const bool erase = erases(edge);
+    setmode(p, erase, antialias && !fillsolid);
+    QPointF corners[8];
+    const int count = std::min(n, 8);
+    for (int i = 0; i < count; ++i)
+        corners[i] = QPointF(points[i].x * pixels, points[i].y * pixels);
+    p.setPen(pen({edge, drawwidth, drawstyle}));
+    p.setBrush(brush());
+    p.drawConvexPolygon(corners, count);
+}
+
+void qtsurface::text(std::string_view utf8) {
+    flush();
+    QPainter& p = painter();
+    const QFont f = qtfont(font);
+    const QFontMetricsF metrics(f);
+    const QPointF at(currentx * pixels, currenty * pixels);
+    if (erases(textcolor)) {
+        setmode(p, true, false);
+        p.fillRect(QRectF(at, QSizeF(metrics.horizontalAdvance(qtext(utf8)) + 2, metrics.height()))
+                       .adjusted(-1, -1, 1, 1),
+                   Qt::black);
+        return;
+    }
+    setmode(p, false, antialias);
+    p.setFont(f);
+    p.setPen(qtcolor(textcolor));
+    p.drawText(QPointF(at.x(), at.y() + metrics.ascent()), qtext(utf8));
+}
+
+void qtsurface::picture(std::string_view name, double x, double y) {
+    const auto found = symbolpictures().find(name);
+    if (found == symbolpictures().end() || found->second.isNull()) return;
+    flush();
+    QPainter& p = painter();
+    setmode(p, false, antialias);
+    const QSizeF size = found->second.deviceIndependentSize();
+    p.drawPixmap(QPointF(x * pixels - size.width() / 2, y * pixels - size.height() / 2),
+                 found->second);
+}
+
+double qtsurface::textwidth(std::string_view utf8) {
+    return pixels > 0 ? QFontMetricsF(qtfont(font)).horizontalAdvance(qtext(utf8)) / pixels : 0;
+}
+
+double qtsurface::textheight() {
+    return pixels > 0 ? QFontMetricsF(qtfont(font)).height() / pixels : 0;
+}
+
+void qtsurface::show() {
+    close();
+    if (onshow) onshow();
+}
+
+void qtsurface::paint(QPainter& p) {
+    close();
+    for (std::size_t i = 0; i < layersofplanes.size(); ++i)
+        if (used[i] && !layersofplanes[i].isNull()) p.drawImage(QPointF(0, 0), layersofplanes[i]);
+}
+
+QImage qtsurface::picture() {
+    QImage all = image(planes::model).copy();
+    QPainter p(&all);
+    paint(p);
+    return all;
+}

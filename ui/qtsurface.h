@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The drawing surface of a screen view: one image a plane, strokes of one pen gathered and drawn
+// in one pass. Nothing here knows of widgets; the view widget shows the images.
+#pragma once
+
+#include <QImage>
+#include <QLineF>
+#include <QPainter>
+#include <QPixmap>
+#include <array>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "view/surface.h"
+
+class qtsurface : public surface {
+  public:
+    ~qtsurface() override;
+
+    // Size in logical pixels, device pixels a logical one, logical pixels a centimetre.
+    void resize(int width, int height, double ratio, double pixels);
+    void paint(QPainter& painter);  // all planes that hold something
+    QImage picture();               // the planes as one image
+
+    void clear(colour background) override;
+    void toplane(planes p) override;
+    void point(double x, double y, colour c) override;
+    void line(double x1, double y1, double x2, double y2, colour c) override;
+    void box(double x1, double y1, double x2, double y2, colour c) override;
+    void circle(double x, double y, double radius, colour c) override;
+    void polygon(const point2* p, int n, colour edge) override;
+    void text(std::string_view utf8) override;
+    void picture(std::string_view name, double x, double y) override;
+    double textwidth(std::string_view utf8) override;
+    double textheight() override;
+    double width() const override { return pixels > 0 ? w / pixels : 0; }
+    double height() const override { return pixels > 0 ? h / pixels : 0; }
+    double pixpercm() const override { return pixels * ratio; }
+    void show() override;
+
+    std::function<void()> onshow;  // the images have changed
+    bool antialias = true;         // off where a picture holds very many strokes
+
+  private:
+    struct stroke {
+        colour c = 0;
+        int width = 0;
+        pens style = pens::solid;
+        bool operator==(const stroke&) const = default;
+    };
+    QImage& image(planes p);
+    QPainter& painter();
+    void close();
+    void flush();
+    bool erases(colour c) const { return plane != planes::model && c == background; }
+    QPen pen(const stroke& s) const;
+    QBrush brush() const;
+    void stamp(double x, double y, double radius, colour c);
+
+    int w = 0, h = 0;
+    double ratio = 1, pixels = 0;
+    std::array<QImage, 5> layersofplanes;
+    std::array<bool, 5> used{};
+    planes plane = planes::model;
+    colour background = 0;
+    std::unique_ptr<QPainter> brushwork;
+    std::vector<QLineF> lines;
+    stroke now;
+    QImage stampimage;  // a small disc, drawn once for many nodes
+    stroke stampkey;
+    double stampradius = 0;
+    std::vector<unsigned char> stamped;  // device pixels that hold such a disc already
+};
+
+// Colour and font of the toolkit for those of the core.
+QColor qtcolor(colour c);
+QFont qtfont(const labelfont& font);
+// Pictures of symbols by name, common to all views.
+std::map<std::string, QPixmap, std::less<>>& symbolpictures();

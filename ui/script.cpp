@@ -1,0 +1,449 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The script player.
+#include "ui/script.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QTableWidget>
+#include <QTextStream>
+#include <QTimer>
+#include <cmath>
+
+#include "core/views.h"
+#include "ui/mainwindow.h"
+#include "ui/menus.h"
+#include "ui/qtplatform.h"
+#include "ui/viewwidget.h"
+#include "view/scaleview.h"
+
+namespace {
+
+// A line that can not be carried out.
+struct scriptfault {
+    QString text;
+};
+
+[[noreturn]] void refuse(const QString& text) {
+    throw scriptfault{text};
+}
+
+void settle() {
+    for (int i = 0; i < 3; ++i) {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+// --- finding windows and controls ---------------------------------------------------------------
+
+QString plain(QString caption) {
+    return caption.remove('&').trimmed();
+}
+
+QWidget* findform(const QString& name) {
+    if (name == "main") return themainwindow;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible() && w->objectName() == name) return w;
+    refuse("no dialog " + name + " is open");
+}
+
+QString captionof(const QObject* o) {
+    if (const auto* b = qobject_cast<const QAbstractButton*>(o)) return plain(b->text());
+    return {};
+}
+
+QWidget* findcontrol(const QString& form, const QString& name) {
+    QWidget* const window = findform(form);
+    if (auto* const w = window->findChild<QWidget*>(name)) return w;
+    for (QWidget* w : window->findChildren<QWidget*>())
+        if (captionof(w) == plain(name)) return w;
+    refuse(form + " has no control " + name);
+}
+
+template <typename T>
+T* findkind(const QString& form, const QString& name, const char* kind) {
+    T* const w = qobject_cast<T*>(findcontrol(form, name));
+    if (w == nullptr) refuse(name + " of " + form + " is no " + kind);
+    return w;
+}
+
+void needenabled(const QWidget* w, const QString& name) {
+    if (!w->isEnabled()) refuse(name + " is disabled");
+    if (!w->isVisible()) refuse(name + " is hidden");
+}
+
+void presskey(QWidget* w, int key, const QString& text = QString()) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(w, &down);
+    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(w, &up);
+}
+
+// Typed key by key, then left as a user leaves a field.
+void type(QLineEdit* edit, const QString& value) {
+    edit->setFocus();
+    edit->selectAll();
+    if (value.isEmpty()) presskey(edit, Qt::Key_Delete);
+    for (const QChar c : value) presskey(edit, 0, QString(c));
+}
+
+void leave(QLineEdit* edit) {
+    if (edit->hasFocus())
+        edit->clearFocus();
+    else
+        QMetaObject::invokeMethod(edit, "editingFinished");
+}
+
+// --- commands -----------------------------------------------------------------------------------
+
+void setcontrol(const QString& form, const QString& name, const QString& value) {
+    QWidget* const w = findcontrol(form, name);
+    needenabled(w, name);
+    if (auto* const edit = qobject_cast<QLineEdit*>(w)) {
+        type(edit, value);
+        leave(edit);
+    } else if (auto* const combo = qobject_cast<QComboBox*>(w); combo && combo->isEditable()) {
+        type(combo->lineEdit(), value);
+        leave(combo->lineEdit());
+    } else if (auto* const spin = qobject_cast<QSpinBox*>(w)) {
+        spin->setValue(value.toInt());
+    } else if (auto* const slider = qobject_cast<QAbstractSlider*>(w)) {
+        slider->setValue(value.toInt());
+    } else if (auto* const text = qobject_cast<QPlainTextEdit*>(w)) {
+        text->setPlainText(value);
+    } else {
+        refuse(name + " of " + form + " takes no text");
+    }
+}
+
+void choose(const QString& form, const QString& name, const QString& text) {
+    QWidget* const w = findcontrol(form, name);
+    needenabled(w, name);
+    if (auto* const combo = qobject_cast<QComboBox*>(w)) {
+        const int i = combo->findText(text);
+        if (i < 0) refuse(name + " holds no entry \"" + text + "\"");
+        combo->setCurrentIndex(i);
+        emit combo->activated(i);
+        emit combo->textActivated(text);
+    } else if (auto* const list = qobject_cast<QListWidget*>(w)) {
+        const auto items = list->findItems(text, Qt::MatchExactly);
+        if (items.isEmpty()) refuse(name + " holds no entry \"" + text + "\"");
+        list->setCurrentItem(items.first());
+        emit list->itemClicked(items.first());
+    } else if (auto* const tabs = qobject_cast<QTabBar*>(w)) {
+        for (int i = 0; i < tabs->count(); ++i)
+            if (plain(tabs->tabText(i)) == plain(text)) return tabs->setCurrentIndex(i);
+        refuse(name + " has no page \"" + text + "\"");
+    } else if (auto* const pages = qobject_cast<QTabWidget*>(w)) {
+        for (int i = 0; i < pages->count(); ++i)
+            if (plain(pages->tabText(i)) == plain(text)) return pages->setCurrentIndex(i);
+        refuse(name + " has no page \"" + text + "\"");
+    } else {
+        refuse(name + " of " + form + " is no list");
+    }
+}
+
+void checkcontrol(const QString& form, const QString& name, bool on) {
+    auto* const b = findkind<QAbstractButton>(form, name, "check box or option");
+    needenabled(b, name);
+    if (b->isChecked() != on) b->click();
+}
+
+void presscontrol(const QString& form, const QString& name) {
+    if (form == "main")
+        if (auto* const action = themainwindow->findChild<QAction*>(name)) {
+            if (!action->isEnabled()) refuse(name + " is disabled");
+            action->trigger();
+            return;
+        }
+    auto* const b = findkind<QAbstractButton>(form, name, "button");
+    needenabled(b, name);
+    b->click();
+}
+
+void runmenu(const QString& path) {
+    themainwindow->refresh();
+    QAction* const action = findmenu(themainwindow->menuBar(), path);
+    if (action == nullptr) refuse("there is no menu item " + path);
+    if (!action->isEnabled()) refuse("the menu item " + path + " is disabled");
+    action->trigger();
+}
+
+void setcell(const QString& form, const QString& name, int row, int column, const QString& value) {
+    auto* const grid = findkind<QTableWidget>(form, name, "grid");
+    if (row < 0 || row >= grid->rowCount() || column < 0 || column >= grid->columnCount())
+        refuse(QString("%1 has no cell %2, %3").arg(name).arg(row).arg(column));
+    grid->setCurrentCell(row, column);
+    if (grid->item(row, column) == nullptr) grid->setItem(row, column, new QTableWidgetItem);
+    grid->item(row, column)->setText(value);
+}
+
+viewwidget* viewof(const QString& word) {
+    bool good = false;
+    const int v = word.toInt(&good);
+    if (!good || v < 1 || v > nviews || !themainwindow->view(v)->isVisible())
+        refuse("there is no view " + word + " on show");
+    return themainwindow->view(v);
+}
+
+double numberin(const QString& word) {
+    bool good = false;
+    const double value = word.toDouble(&good);
+    if (!good) refuse("\"" + word + "\" is no number");
+    return value;
+}
+
+void mouse(viewwidget* w, QEvent::Type kind, const QPointF& cm, Qt::MouseButton button,
+           Qt::MouseButtons held) {
+    const QPointF at = cm * w->pixelspercm();
+    QMouseEvent event(kind, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(w, &event);
+}
+
+void click(viewwidget* w, const QPointF& cm, Qt::MouseButton button) {
+    mouse(w, QEvent::MouseMove, cm, Qt::NoButton, Qt::NoButton);
+    mouse(w, QEvent::MouseButtonPress, cm, button, button);
+    mouse(w, QEvent::MouseButtonRelease, cm, button, Qt::NoButton);
+}
+
+void drag(viewwidget* w, const QPointF& from, const QPointF& to) {
+    const int steps = 4;
+    mouse(w, QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+    for (int i = 1; i <= steps; ++i)
+        mouse(w, QEvent::MouseMove, from + (to - from) * i / steps, Qt::NoButton, Qt::LeftButton);
+    mouse(w, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+}
+
+// Where a model point projects in a view, centimetres.
+QPointF placeof(int nview, double x, double y, double z) {
+    prepareview(nview);
+    curx = float(viewscale(nview) * x);
+    cury = float(viewscale(nview) * y);
+    curz = float(viewscale(nview) * z);
+    projectpoint(nview);
+    return {scrx, scry};
+}
+
+void pressmainkey(const QString& name) {
+    if (name == "ESC") return presskey(themainwindow, Qt::Key_Escape);
+    if (name == "ENTER") return presskey(themainwindow, Qt::Key_Return);
+    if (name == "SPACE") return presskey(themainwindow, Qt::Key_Space, " ");
+    refuse("keys are ESC, ENTER and SPACE, not " + name);
+}
+
+void typecommand(const QString& text) {
+    auto* const field = findkind<QComboBox>("main", "inputfield", "command line");
+    type(field->lineEdit(), text);
+    presskey(field->lineEdit(), Qt::Key_Return);
+}
+
+void savepicture(const QImage& image, const QString& path) {
+    QDir().mkpath(QFileInfo(path).path());
+    if (!image.save(path)) refuse("the picture can not be written: " + path);
+}
+
+// The main window with the dialogs that are open over it.
+QImage windowpicture() {
+    QImage all = themainwindow->grab().toImage();
+    QPainter p(&all);
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w == themainwindow || !w->isVisible() || !qobject_cast<QDialog*>(w)) continue;
+        const QPixmap picture = w->grab();
+        const QSize size = picture.deviceIndependentSize().toSize();
+        const QPoint corner((themainwindow->width() - size.width()) / 2,
+                            (themainwindow->height() - size.height()) / 2);
+        p.fillRect(QRect(corner, size).adjusted(-1, -1, 1, 1), Qt::darkGray);
+        p.drawPixmap(corner, picture);
+    }
+    return all;
+}
+
+bool asnumber(const QString& text, double& value) {
+    bool good = false;
+    value = text.toDouble(&good);
+    return good;
+}
+
+void expect(const QString& name, const QString& wanted, double tolerance) {
+    QString found;
+    if (!scriptvalue(name, found)) refuse("there is no value named " + name);
+    double a = 0, b = 0;
+    const bool equal = asnumber(found, a) && asnumber(wanted, b)
+                           ? std::fabs(a - b) <= tolerance || a == b
+                           : found == wanted;
+    if (!equal) refuse(name + " is \"" + found + "\", expected \"" + wanted + "\"");
+}
+
+void print(const QStringList& names) {
+    QTextStream out(stdout);
+    for (const QString& name : names) {
+        QString value;
+        if (!scriptvalue(name, value)) refuse("there is no value named " + name);
+        out << name << " = " << value << "\n";
+    }
+}
+
+void queueanswer(const QString& word) {
+    static const std::pair<const char*, answers> words[] = {{"yes", answers::yes},
+                                                            {"no", answers::no},
+                                                            {"cancel", answers::cancel},
+                                                            {"ok", answers::ok}};
+    for (const auto& [text, answer] : words)
+        if (word == text) return theplatform().answerqueue.push_back(answer);
+    refuse("answers are yes, no, cancel and ok, not " + word);
+}
+
+}  // namespace
+
+// --- the player ---------------------------------------------------------------------------------
+
+QStringList scriptwords(const QString& line) {
+    QStringList words;
+    for (int i = 0; i < line.size();) {
+        if (line[i].isSpace()) {
+            ++i;
+        } else if (line[i] == '"') {
+            const qsizetype end = line.indexOf('"', i + 1);
+            words << line.mid(i + 1, end < 0 ? -1 : end - i - 1);
+            i = end < 0 ? int(line.size()) : int(end) + 1;
+        } else {
+            int end = i;
+            // Blanks within an index list belong to the name.
+            for (int depth = 0; end < line.size() && (depth > 0 || !line[end].isSpace()); ++end)
+                depth += line[end] == '(' ? 1 : line[end] == ')' ? -1 : 0;
+            words << line.mid(i, end - i);
+            i = end;
+        }
+    }
+    return words;
+}
+
+bool scriptplayer::load(const QString& file) {
+    QFile in(file);
+    if (!in.open(QIODevice::ReadOnly)) {
+        fault = file + ": the script can not be read: " + in.errorString();
+        return false;
+    }
+    path = file;
+    folder = QFileInfo(file).absolutePath();
+    lines = QString::fromUtf8(in.readAll()).split('\n');
+    return true;
+}
+
+QString scriptplayer::inscript(const QString& file) const {
+    return file.isEmpty() ? file : QDir(folder).absoluteFilePath(file);
+}
+
+bool scriptplayer::play() {
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString line = lines[i].trimmed();
+        if (line.isEmpty() || line.startsWith('#')) continue;
+        try {
+            if (!run(line)) refuse("unknown command \"" + line + "\"");
+            settle();
+            if (!theplatform().unanswered.empty()) {
+                const QString question = QString::fromStdString(theplatform().unanswered);
+                theplatform().unanswered.clear();
+                refuse("the question \"" + question + "\" was asked and no answer was queued");
+            }
+        } catch (const scriptfault& f) {
+            fault =
+                QString("%1, line %2: %3").arg(QFileInfo(path).fileName()).arg(i + 1).arg(f.text);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool scriptplayer::run(const QString& line) {
+    const QStringList words = scriptwords(line);
+    const QString verb = words[0];
+    const qsizetype n = words.size() - 1;
+    const auto need = [&](qsizetype count) {
+        if (n < count) refuse(QString("%1 takes %2 words").arg(verb).arg(count));
+    };
+    const auto rest = [&](int from) { return words.mid(from).join(' '); };
+    if (verb == "menu") {
+        need(1);
+        runmenu(rest(1));
+    } else if (verb == "file") {
+        need(1);
+        theplatform().filequeue.push_back(inscript(rest(1)).toStdString());
+    } else if (verb == "answer") {
+        need(1);
+        queueanswer(words[1]);
+    } else if (verb == "command") {
+        typecommand(line.mid(int(verb.size())).trimmed());
+    } else if (verb == "click") {
+        need(3);
+        click(viewof(words[1]), {numberin(words[2]), numberin(words[3])},
+              words.value(4) == "right" ? Qt::RightButton : Qt::LeftButton);
+    } else if (verb == "pick") {
+        need(4);
+        viewwidget* const view = viewof(words[1]);
+        click(view,
+              placeof(words[1].toInt(), numberin(words[2]), numberin(words[3]), numberin(words[4])),
+              words.value(5) == "right" ? Qt::RightButton : Qt::LeftButton);
+    } else if (verb == "drag") {
+        need(5);
+        drag(viewof(words[1]), {numberin(words[2]), numberin(words[3])},
+             {numberin(words[4]), numberin(words[5])});
+    } else if (verb == "key") {
+        need(1);
+        pressmainkey(words[1]);
+    } else if (verb == "set") {
+        need(2);
+        setcontrol(words[1], words[2], rest(3));
+    } else if (verb == "choose") {
+        need(3);
+        choose(words[1], words[2], rest(3));
+    } else if (verb == "check") {
+        need(3);
+        checkcontrol(words[1], words[2], words[3] == "on");
+    } else if (verb == "press") {
+        need(2);
+        presscontrol(words[1], rest(2));
+    } else if (verb == "cell") {
+        need(4);
+        setcell(words[1], words[2], words[3].toInt(), words[4].toInt(), rest(5));
+    } else if (verb == "picture") {
+        need(2);
+        viewwidget* const view = viewof(words[1]);
+        savepicture(view->surface.picture(), inscript(rest(2)));
+    } else if (verb == "window") {
+        need(1);
+        savepicture(windowpicture(), inscript(rest(1)));
+    } else if (verb == "print") {
+        need(1);
+        print(words.mid(1));
+    } else if (verb == "expect") {
+        need(2);
+        expect(words[1], words[2], n >= 3 ? numberin(words[3]) : 0);
+    } else if (verb == "say") {
+        need(1);
+        if (say) say(rest(1));
+    } else if (verb == "wait") {
+        need(1);
+        if (pauses) theplatform().yield(int(numberin(words[1])));
+    } else {
+        return false;
+    }
+    return true;
+}

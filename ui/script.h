@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The script player: drives the real menus, dialogs and mouse events from a text file, one command
+// a line, so that what a script does a user can do. It plays tests, the tour and the demonstration.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+class scriptplayer {
+  public:
+    // Reads the file; relative paths inside it are relative to it. False with fault set when it
+    // can not be read.
+    bool load(const QString& path);
+    // Plays all lines. False at the first line that fails; fault names it.
+    bool play();
+    QString fault;        // "tour.kds, line 12: ..."
+    bool pauses = false;  // of `wait`: kept in the demonstration, skipped otherwise
+    std::function<void(const QString&)> say;  // explaining texts
+
+  private:
+    bool run(const QString& line);
+    QString inscript(const QString& path) const;
+    QString path, folder;
+    QStringList lines;
+};
+
+// Words of a script line; a text in double quotes is one word.
+QStringList scriptwords(const QString& line);
+// Value of the model or the session by name: "nnodes", "nodes(0,3,1)", "lcname(2)". False when
+// there is no such name.
+bool scriptvalue(const QString& name, QString& value);

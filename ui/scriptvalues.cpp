@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Values of the model and the session by the names that scripts use.
+#include <functional>
+#include <map>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "core/catalogue.h"
+#include "core/colours.h"
+#include "core/labels.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "post/postproces.h"
+#include "ui/qtplatform.h"
+#include "ui/script.h"
+#include "view/scaleview.h"
+
+using valuegetter = std::function<std::string(const std::vector<long>&)>;
+
+template <typename T>
+static std::string textof(const T& value) {
+    if constexpr (std::is_same_v<T, std::string>)
+        return value;
+    else if constexpr (std::is_same_v<T, Flag>)
+        return value ? "-1" : "0";
+    else if constexpr (std::is_same_v<T, menustate>)
+        return value.checked ? "-1" : "0";
+    else if constexpr (std::is_same_v<T, Integer> || std::is_same_v<T, int>)
+        return numbertext(long(int(value)));
+    else
+        return numbertext(value);
+}
+
+static void needindices(const std::vector<long>& at, std::size_t count) {
+    if (at.size() != count)
+        throw runtimeerror{errsubscript, std::to_string(count) + " index(es) are needed"};
+}
+
+template <typename T>
+static valuegetter valueof(const array1<T>& list) {
+    return [&list](const std::vector<long>& at) {
+        needindices(at, 1);
+        return textof(list(at[0]));
+    };
+}
+
+template <typename T>
+static valuegetter valueof(const array2<T>& list) {
+    return [&list](const std::vector<long>& at) {
+        needindices(at, 2);
+        return textof(list(at[0], at[1]));
+    };
+}
+
+template <typename T>
+static valuegetter valueof(const array3<T>& list) {
+    return [&list](const std::vector<long>& at) {
+        needindices(at, 3);
+        return textof(list(at[0], at[1], at[2]));
+    };
+}
+
+template <typename T>
+static valuegetter valueof(const T& scalar) {
+    return [&scalar](const std::vector<long>&) { return textof(scalar); };
+}
+
+static valuegetter computed(std::function<std::string()> value) {
+    return [value](const std::vector<long>&) { return value(); };
+}
+
+#define NAMED(name) \
+    { #name, valueof(name) }
+
+static const std::map<std::string, valuegetter>& values() {
+    static const std::map<std::string, valuegetter> table = {
+        // model
+        NAMED(modelsize),
+        NAMED(nodes),
+        NAMED(nodesel),
+        NAMED(nodename),
+        NAMED(tmpnodes),
+        NAMED(elems),
+        NAMED(egroup),
+        NAMED(rotpo),
+        NAMED(elemname),
+        NAMED(elemsel),
+        NAMED(elemvis),
+        NAMED(tmpelems),
+        NAMED(elemdepth),
+        NAMED(endrelease),
+        NAMED(elemstress),
+        NAMED(elemflag),
+        NAMED(groups),
+        NAMED(groupname),
+        NAMED(groupmat),
+        NAMED(groupcolor),
+        NAMED(groupshow),
+        NAMED(ncon),
+        NAMED(connode),
+        NAMED(condof),
+        NAMED(conval),
+        NAMED(loadnode),
+        NAMED(loaddof),
+        NAMED(loadval),
+        NAMED(elemload),
+        NAMED(lcname),
+        NAMED(lctype),
+        NAMED(lcpar),
+        NAMED(curlc),
+        NAMED(lcomb),
+        NAMED(lcombname),
+        NAMED(lcdesc),
+        NAMED(curlcomb),
+        NAMED(dispres),
+        NAMED(graphics),
+        NAMED(graphics2),
+        NAMED(graphsel),
+        NAMED(graphsel2),
+        NAMED(graphmesh),
+        NAMED(edgedata),
+        NAMED(edgegrid),
+        NAMED(patches),
+        NAMED(patchsel),
+        NAMED(hasmass),
+        NAMED(hasplates),
+        NAMED(doftype),
+        NAMED(commenttext),
+        NAMED(resultflag),
+        NAMED(stressloaded),
+        NAMED(maxdisp),
+        NAMED(linepressure),
+        {"nnodes", computed([] { return numbertext(nnodes()); })},
+        {"nelems", computed([] { return numbertext(nelems()); })},
+        {"ngroups", computed([] { return numbertext(ngroups()); })},
+        {"ngraphics", computed([] { return numbertext(ngraphics()); })},
+        {"nlc", computed([] { return numbertext(nlc()); })},
+        {"ncomb", computed([] { return numbertext(ncomb()); })},
+        {"npatches", computed([] { return numbertext(int(patches(0, 0, 0))); })},
+        // catalogue and labels
+        NAMED(eltypname),
+        NAMED(eltypnodes),
+        NAMED(eltypdes),
+        NAMED(lckindname),
+        NAMED(lcsubname),
+        // session
+        NAMED(apptitle),
+        NAMED(modelname),
+        NAMED(previousname),
+        NAMED(appdir),
+        NAMED(promptaction),
+        NAMED(promptitem),
+        NAMED(promptgoal),
+        NAMED(prompttail),
+        NAMED(nodetol),
+        NAMED(mergetol),
+        NAMED(dim2d),
+        NAMED(clearmem),
+        NAMED(dorenumber),
+        NAMED(dostiffness),
+        NAMED(dosolve),
+        NAMED(doeigen),
+        NAMED(dolinestress),
+        NAMED(dofestress),
+        NAMED(elemmassflag),
+        NAMED(addnodemode),
+        NAMED(addelemmode),
+        NAMED(drawline),
+        NAMED(drawcircle),
+        NAMED(drawcurve),
+        NAMED(zoomwinmode),
+        NAMED(viewselpending),
+        NAMED(windowdrag),
+        NAMED(movepending),
+        NAMED(editing),
+        NAMED(singleel),
+        NAMED(ptcount),
+        NAMED(automergenodes),
+        NAMED(automergeelems),
+        NAMED(renumbersave),
+        NAMED(stressglobal),
+        NAMED(MnuSelectItem),
+        NAMED(Mnuadditem),
+        NAMED(mnuSettingsItem),
+        NAMED(mnudrawlist),
+        NAMED(viewloads),
+        NAMED(Nodelabeltype),
+        NAMED(elemlabeltype),
+        NAMED(menupostItem),
+        {"drawlinemode", valueof(drawline)},
+        {"drawcirclemode", valueof(drawcircle)},
+        {"drawcurvemode", valueof(drawcurve)},
+        {"statusline", computed([] { return statusline(); })},
+        {"message", computed([] { return theplatform().lastmessage; })},
+        {"title", computed([] { return theplatform().title; })},
+        // colours
+        NAMED(linecolor),
+        NAMED(backcolor),
+        NAMED(meshcolor),
+        NAMED(nodecolor),
+        NAMED(patchcolor),
+        NAMED(selcolor),
+        NAMED(freecolor),
+        NAMED(graphcolor),
+        NAMED(concolor),
+        NAMED(rotcolor),
+        NAMED(loadcolor),
+        NAMED(momcolor),
+        NAMED(edgecolor),
+        NAMED(defcolor),
+        NAMED(hidcolor),
+        NAMED(nodelabelcolor),
+        NAMED(elemlabelcolor),
+        NAMED(drawcolor),
+        NAMED(labelsize),
+        // views
+        NAMED(viewptx),
+        NAMED(viewpty),
+        NAMED(viewptz),
+        NAMED(viewvert),
+        NAMED(viewhor),
+        NAMED(viewscale),
+        NAMED(viewdist),
+        NAMED(viewaw),
+        NAMED(viewdepth),
+        NAMED(viewgroup),
+        NAMED(viewtype),
+        NAMED(viewselnum),
+        NAMED(dispscale),
+        NAMED(singleview),
+        NAMED(vieww),
+        NAMED(viewh),
+        NAMED(scalex),
+        NAMED(scaley),
+        NAMED(activeview),
+        NAMED(unitveclen),
+        NAMED(sidebarw),
+        NAMED(sidebargap),
+        NAMED(curx),
+        NAMED(cury),
+        NAMED(curz),
+        NAMED(scrx),
+        NAMED(scry),
+        NAMED(perspw),
+        NAMED(modelx),
+        NAMED(modely),
+        NAMED(modelz),
+        // results
+        NAMED(modevalue),
+        NAMED(modecount),
+    };
+    return table;
+}
+
+#undef NAMED
+
+static bool splitname(const QString& name, std::string& head, std::vector<long>& at) {
+    const qsizetype open = name.indexOf('(');
+    head = name.left(open).trimmed().toStdString();
+    if (open < 0) return true;
+    if (!name.endsWith(')')) return false;
+    for (const QString& part : name.mid(open + 1, name.size() - open - 2).split(',')) {
+        bool good = false;
+        at.push_back(part.trimmed().toLong(&good));
+        if (!good) return false;
+    }
+    return true;
+}
+
+bool scriptvalue(const QString& name, QString& value) {
+    std::string head;
+    std::vector<long> at;
+    if (!splitname(name, head, at)) return false;
+    const auto found = values().find(head);
+    if (found == values().end()) return false;
+    guarded([&] { value = QString::fromStdString(found->second(at)); },
+            [&](const runtimeerror& e) { value = QString::fromStdString(e.what); });
+    return true;
+}

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// One view of the main window: shows its surface, and turns mouse and wheel into the calls of the
+// mouse driver. The wheel zooms at the pointer, the middle button pans.
+#pragma once
+
+#include <QPointF>
+#include <QScrollBar>
+#include <QTimer>
+#include <QToolButton>
+#include <QWidget>
+
+#include "core/platform.h"
+#include "ui/qtsurface.h"
+
+class viewwidget : public QWidget {
+    Q_OBJECT
+  public:
+    viewwidget(int number, QWidget* parent);
+    qtsurface surface;
+    // Logical pixels a centimetre and a twip of this screen.
+    double pixelspercm() const;
+    double pixelspertwip() const;
+    void setbars(const scrollrange& range, bool shown);
+    void sizesurface();
+
+  protected:
+    void paintEvent(QPaintEvent*) override;
+    void resizeEvent(QResizeEvent*) override;
+    void mousePressEvent(QMouseEvent*) override;
+    void mouseMoveEvent(QMouseEvent*) override;
+    void mouseReleaseEvent(QMouseEvent*) override;
+    void wheelEvent(QWheelEvent*) override;
+
+  private:
+    QPointF place(const QPointF& pixel) const;  // centimetres
+    void redrawsoon();
+    void layoutbars();
+
+    int nview;
+    QScrollBar *horizontal, *vertical;
+    QToolButton *smaller, *fit, *larger;
+    scrollrange range;
+    bool barsshown = false;
+    QPointF panfrom;
+    bool panning = false;
+    QTimer later;  // gathers the redraws of wheel and pan
+};

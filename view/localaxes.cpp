@@ -37,6 +37,7 @@ static void finishplate(const double* inplane) {
 
 static void finishline(int e) {
     normalise(localx);
+    if (localx[0] == 0 && localx[1] == 0 && localx[2] == 0) return;
     if (localx[0] == 0 && localx[1] == 0) {
         localy[0] = localy[2] = 0;
         localy[1] = 1;

@@ -169,6 +169,7 @@ void drawtriad(int nview) {
     static const colour axiscolors[] = {rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
     static const char* const letters[] = {"X", "Y", "Z"};
     s->drawwidth = 1;
+    const keptpoint kept;
     for (int axis = 0; axis < 3; ++axis) {
         scrx = vieww / 2;
         scry = viewh / 2;

@@ -64,6 +64,17 @@ void unprojectpoint(int nview) {
     modelz = curz / double(scale);
 }
 
+keptpoint::keptpoint() : point{curx, cury, curz}, model{modelx, modely, modelz} {}
+
+keptpoint::~keptpoint() {
+    curx = point[0];
+    cury = point[1];
+    curz = point[2];
+    modelx = model[0];
+    modely = model[1];
+    modelz = model[2];
+}
+
 void clipdepth(int, const lineend& near) {
     nodeinslab = isinslab();
     if (nodeinslab || rotw == near.w) return;

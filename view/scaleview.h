@@ -51,6 +51,20 @@ inline bool isinslab() {
     return double(viewreg.half) > (off < 0 ? -off : off);
 }
 
+// The point in work belongs to the mouse and to commands; what needs the registers for itself
+// holds one of these meanwhile.
+class keptpoint {
+  public:
+    keptpoint();
+    ~keptpoint();
+    keptpoint(const keptpoint&) = delete;
+    keptpoint& operator=(const keptpoint&) = delete;
+
+  private:
+    float point[3];
+    double model[3];
+};
+
 extern int nodeinslab;  // 1 when the end of a line lies inside the slab
 // Rotated values of the near end of a line.
 struct lineend {

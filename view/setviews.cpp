@@ -84,6 +84,7 @@ void setscrollbars() {
 
 // Moves the view point by the way from one place of the surface to another (cm).
 static void movepoint(int nview, double fromx, double fromy, double tox, double toy) {
+    const keptpoint kept;
     scrx = fromx;
     scry = fromy;
     unprojectpoint(nview);
@@ -112,6 +113,7 @@ void zoomview(int nview, double x, double y, double factor) {
     const double least = 1e-30, most = 1e30;
     const double scale = double(viewscale(nview)) * factor;
     if (!(std::fabs(scale) > least && std::fabs(scale) < most)) return;
+    const keptpoint kept;
     scrx = x;
     scry = y;
     unprojectpoint(nview);
@@ -163,6 +165,7 @@ static void copyparameters(int from, int to) {
 
 void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2) {
     if (sourceview != targetview) copyparameters(sourceview, targetview);
+    const keptpoint kept;
     prepareview(targetview);
     const double a = std::fabs(x2 - x1), b = std::fabs(y2 - y1);
     scrx = (x1 + x2) / 2;

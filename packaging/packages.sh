@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Debian and Ubuntu packages that builds, tests and benchmarks need; read by run, test and
+# benchmark. needpackages NAME... installs those that are missing and says so.
+
+buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspectra-dev
+  libsuitesparse-dev libopenblas-dev libgtest-dev fonts-dejavu-core"
+
+needpackages() {
+    missing=""
+    for p in "$@"; do
+        case "$(dpkg-query -W -f '${db:Status-Status}' "$p" 2>/dev/null)" in
+            installed) ;;
+            *) missing="$missing $p" ;;
+        esac
+    done
+    [ -z "$missing" ] && return 0
+    echo "Installing:$missing"
+    asroot=""
+    [ "$(id -u)" = 0 ] || asroot="sudo"
+    $asroot apt-get update -qq
+    # shellcheck disable=SC2086
+    $asroot env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
+        --no-install-recommends $missing >/dev/null
+}
+
+# buildpreset PRESET TARGET...: configures and builds; the log is shown when something fails.
+buildpreset() {
+    preset=$1
+    shift
+    log=$(mktemp)
+    if ! cmake --preset "$preset" >"$log" 2>&1; then
+        cat "$log"
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+    if [ $# = 0 ]; then
+        cmake --build --preset "$preset"
+    else
+        cmake --build --preset "$preset" --target "$@"
+    fi
+}

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Arrays, start of a session, declared sizes, compaction.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/catalogue.h"
+#include "core/colours.h"
+#include "core/labels.h"
+#include "core/model.h"
+#include "core/modelsize.h"
+#include "core/pack.h"
+#include "core/session.h"
+#include "core/start.h"
+#include "core/views.h"
+#include "files/setmem.h"
+#include "tests/support/recorder.h"
+
+template <typename Step>
+static int errorof(Step step) {
+    int number = 0;
+    guarded(step, [&](const runtimeerror& e) { number = e.number; });
+    return number;
+}
+
+TEST(Arrays, BoundsAreIncludedAndChecked) {
+    array3<float> a;
+    a.alloc(1, 4, 3);
+    a(1, 4, 3) = 2.5f;
+    EXPECT_EQ(a(1, 4, 3), 2.5f);
+    EXPECT_EQ(a(0, 0, 0), 0);
+    const long outside[][3] = {{2, 0, 0}, {0, 5, 0}, {0, 0, 4}, {-1, 0, 0}, {0, -1, 0}, {0, 0, -1}};
+    for (const auto& at : outside)
+        EXPECT_EQ(errorof([&] { a(at[0], at[1], at[2]) = 1; }), errsubscript);
+    EXPECT_EQ(errorof([&] { a.alloc(1L << 40, 1L << 40, 3); }), errmemory);
+    array1<int> none;
+    EXPECT_EQ(errorof([&] { none(0) = 1; }), errsubscript) << "nothing is allocated";
+}
+
+TEST(Arrays, AnIntegerNeverWraps) {
+    Integer i(32767);
+    EXPECT_EQ(i, 32767);
+    EXPECT_EQ(errorof([&] { i = 32768; }), erroverflow);
+    EXPECT_EQ(errorof([&] { i = -40000.0; }), erroverflow);
+    EXPECT_EQ(i, 32767);
+    EXPECT_EQ(Flag(true).value, -1);
+}
+
+TEST(Start, GivesANewModelAndItsDefaults) {
+    sessionroom room;
+    EXPECT_EQ(room.door.title, "Kalvane © 4.1: None");
+    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_EQ(nnodes() + nelems() + ngraphics() + ncon, 0);
+    EXPECT_EQ(nlc(), 1);
+    EXPECT_EQ(lcname(1), "LC 1");
+    EXPECT_EQ(lcpar(1, 4), 1);
+    EXPECT_EQ(ncomb(), 1);
+    EXPECT_EQ(lcomb(1, 1), 1);
+    EXPECT_EQ(lcombname(1), "Lcomb1");
+    EXPECT_EQ(ngroups(), 1);
+    EXPECT_EQ(groupname(1), "GR 1");
+    EXPECT_EQ(groups(1, 1), 210000);
+    EXPECT_EQ(groups(1, 3), 7.85e-06);
+    EXPECT_EQ(eltypname(9), "SHELL4");
+    EXPECT_EQ(eltypnodes(9), 4);
+    EXPECT_EQ(axislabel(1), " X");
+    EXPECT_EQ(forcelabel(6), "MZ");
+    EXPECT_EQ(lcsubname(9), "Buoyancy load");
+    EXPECT_FLOAT_EQ(viewhor(2), float(-pi / 2));
+    EXPECT_EQ(statusline(), "Select Nodes; for editing");
+    EXPECT_EQ(hidcolor, backcolor);
+}
+
+TEST(Start, GroupColoursRepeatWithPeriodTen) {
+    sessionroom room;
+    EXPECT_EQ(groupcolor(1), rgb(0, 255, 0));
+    for (int g = 11; g <= 50; ++g) EXPECT_EQ(groupcolor(g), groupcolor(g - 10)) << g;
+    EXPECT_EQ(groupshow(0), rgb(0, 0, 255));
+    EXPECT_EQ(groupshow(9), rgb(255, 0, 0));
+}
+
+TEST(Start, WithoutSizesTheFailurePathDeclaresThem) {
+    sessionroom room;
+    std::filesystem::remove(room.file("decmem.DAT"));
+    EXPECT_TRUE(start(room.folder));
+    EXPECT_TRUE(
+        room.door.told("Error reading Model size. Set your default model size!!  Use [File,Model "
+                       "size..] from the main menu"));
+    EXPECT_EQ(modelsize(1), 5000);
+    EXPECT_EQ(modelsize(5), 2000);
+    EXPECT_EQ(modelsize(6), 200);
+    EXPECT_EQ(modelsize(7), 2);
+    EXPECT_EQ(contentof(room.file("decmem.DAT")),
+              "5000\r\n5000\r\n5000\r\n5000\r\n2000\r\n200\r\n2\r\n");
+    for (const char* damage : {"", "5000\r\n\r\n", "5000\r\n5000\r\nabc", "1\r\n1\r\n1\r\n1\r\n1\r\n0\r\n4",
+                               "5000\r\n-3\r\n5000\r\n5000\r\n2000\r\n200\r\n4\r\n"}) {
+        writefile(room.file("decmem.DAT"), damage);
+        readmodelsize();
+        EXPECT_EQ(modelsize(7), 2) << damage;
+        EXPECT_EQ(modelsize(2), 5000) << damage;
+    }
+}
+
+TEST(Start, AMissingCatalogueEndsTheProgram) {
+    for (const std::string name : {"ELTYP.DAT", "ELDES.DAT"}) {
+        sessionroom room;
+        std::filesystem::remove(room.file(name));
+        EXPECT_FALSE(start(room.folder));
+        EXPECT_TRUE(room.door.told(
+            " " + name + " not found; Place this file in the same directory as kalvane.exe"));
+    }
+}
+
+TEST(Start, ADamagedCatalogueIsToldAndTheProgramGoesOn) {
+    const std::string many = [] {
+        std::string text = "42\r\n";
+        for (int i = 0; i < 42; ++i) text += "\"T\"\r\n2\r\n";
+        return text;
+    }();
+    for (const std::string& damage : {std::string("3\r\n\"NONE\"\r\n0\r\n\"A\"\r\n7\r\n"), many}) {
+        sessionroom room;
+        writefile(room.file("ELTYP.DAT"), damage);
+        EXPECT_TRUE(start(room.folder));
+        EXPECT_TRUE(room.door.toldpart("Unexplained error in procedure start; "));
+    }
+}
+
+TEST(Modelsize, MemoryEstimateFollowsTheBoxes) {
+    const auto cost = calcmem({5000, 5000, 5000, 5000, 2000, 200, 4});
+    const double expected[] = {680, 3360, 120 + 4 * 15004 * 8 / 1000.0, 520, 544,
+                               (200 * 88 + 320000) / 1000.0};
+    double total = 0;
+    for (std::size_t i = 0; i < 6; ++i) {
+        EXPECT_DOUBLE_EQ(cost[i], expected[i]) << i;
+        total += expected[i];
+    }
+    EXPECT_DOUBLE_EQ(cost[6], total / 1000);
+}
+
+TEST(Modelsize, ChangingTheSizesKeepsTheModel) {
+    sessionroom room;
+    for (int n = 1; n <= 5; ++n) addnode(float(n), 0, 0);
+    addelement(1, {1, 5});
+    modelname = "None";
+    sizeform form = showsizes();
+    form.text[0] = "7000";
+    EXPECT_TRUE(applysizes(form));
+    EXPECT_EQ(nodes.upper2, 7000);
+    EXPECT_EQ(nnodes(), 5);
+    EXPECT_EQ(nodes(0, 5, 0), 5);
+    EXPECT_EQ(modelname, "None");
+    EXPECT_EQ(contentof(room.file("decmem.DAT")).substr(0, 6), "7000\r\n");
+
+    form.text[0] = "5";  // exactly the model's size
+    EXPECT_TRUE(applysizes(form));
+    EXPECT_EQ(nnodes(), 5);
+    form.text[0] = "4";
+    EXPECT_FALSE(applysizes(form));
+    EXPECT_TRUE(room.door.told("Error: Model to large, Increase number of nodes to 5 on Model Size "
+                               "declairation form."));
+    EXPECT_EQ(form.text[0], "5") << "the boxes show the old sizes";
+    EXPECT_EQ(nnodes(), 5);
+    EXPECT_EQ(elems(1, 2), 5);
+    form.text[3] = "many";
+    editsize(form, 3);
+    EXPECT_EQ(form.text[3], "0");
+    EXPECT_FALSE(applysizes(form)) << "no size can be 0";
+}
+
+TEST(Pack, ElementLoadsFollowTheirElement) {
+    sessionroom room;
+    for (int n = 1; n <= 9; ++n) addnode(float(n), 0, 0);
+    for (int e = 1; e <= 8; ++e) addelement(1, {e, e + 1}, 1);
+    rotpo(7) = 0.5;
+    const float rows[][2] = {{7, 70}, {3, 30}, {8, 80}};
+    for (int i = 1; i <= 3; ++i) {
+        elemload(1, i, 0) = rows[i - 1][0];
+        elemload(1, i, 1) = 2;
+        elemload(1, i, 2) = rows[i - 1][1];
+    }
+    elemload(1, 0, 0) = 3;
+    elemsel(0) = 2;
+    elemsel(1) = 3;
+    elemsel(2) = 8;
+    elems(3, 0) = 0;
+    packelems();
+    EXPECT_EQ(nelems(), 7);
+    EXPECT_EQ(elems(6, 1), 7) << "the former element 7";
+    EXPECT_EQ(rotpo(6), 0.5);
+    ASSERT_EQ(elemload(1, 0, 0), 2);
+    EXPECT_EQ(elemload(1, 1, 0), 6);
+    EXPECT_EQ(elemload(1, 1, 2), 70);
+    EXPECT_EQ(elemload(1, 2, 0), 7);
+    ASSERT_EQ(elemsel(0), 1);
+    EXPECT_EQ(elemsel(1), 7);
+}
+
+TEST(Pack, PatchMembersTakeNewGraphicNumbers) {
+    sessionroom room;
+    for (int g = 1; g <= 4; ++g) {
+        graphics(g, 0, 0) = g == 2 ? 0.0f : 1.0f;
+        graphics(g, 1, 1) = float(10 * g);
+    }
+    graphics(0, 0, 0) = 4;
+    patches(0, 0, 0) = 1;
+    patches(1, 0, 0) = 1;
+    patches(1, 1, 0) = 2;
+    patches(1, 1, 1) = 4;
+    patches(1, 1, 2) = 1;
+    packgraphics();
+    EXPECT_EQ(ngraphics(), 3);
+    EXPECT_EQ(graphics(3, 1, 1), 40);
+    EXPECT_EQ(patches(1, 1, 1), 3);
+    EXPECT_EQ(patches(1, 1, 2), 1);
+}

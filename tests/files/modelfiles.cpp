@@ -1,0 +1,503 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The file set both ways: round trips, old layouts, dropped rows, damage of every kind.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "edit/Edit.h"
+#include "files/analyse.h"
+#include "files/filemenu.h"
+#include "files/filop.h"
+#include "tests/support/recorder.h"
+
+namespace fs = std::filesystem;
+
+static const char* const extensions[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
+                                         ".lcd", ".lco", ".ell", ".pat", ".txt"};
+
+// A model that has something in every file.
+static void fillmodel() {
+    for (int n = 1; n <= 12; ++n) addnode(float(n) * 0.1f, float(n % 4) / 3, 1e-7f * float(n));
+    addelement(6, {1, 2}, 2);
+    addelement(9, {1, 2, 3, 4});
+    addelement(4, {7});
+    addelement(8, {5, 6, 7}, 2);
+    rotpo(2) = 0.1;
+    groups(0, 0) = 2;
+    groupname(2) = "Box, \"welded\"";
+    groups(2, 11) = 1.5e-7;
+    groupmat(2, 3, 4) = 12.5f;
+    const int dofs[] = {1, 2, 3, 6};
+    for (int i = 1; i <= 4; ++i) {
+        connode(i) = i;
+        condof(i) = dofs[i - 1];
+        conval(i) = 90;
+    }
+    ncon = 4;
+    loadnode(0, 0) = 2;
+    lcname(2) = "Wave";
+    lctype(2) = 7;
+    lcpar(2, 0) = 8.5;
+    lcpar(2, 4) = 1;
+    loadnode(1, 0) = 1;
+    loadnode(1, 1) = 12;
+    loaddof(1, 1) = 2;
+    loadval(1, 1) = -0.3f;
+    elemload(1, 0, 0) = 1;
+    elemload(1, 1, 0) = 2;
+    elemload(1, 1, 1) = 3;
+    elemload(1, 1, 2) = 0.7f;
+    lcomb(0, 0) = 2;
+    lcombname(2) = "Both";
+    lcomb(2, 1) = 1.35f;
+    lcomb(2, 2) = -1;
+    graphics(0, 0, 0) = 1;
+    graphics(1, 0, 0) = 1;
+    graphics(1, 0, 1) = 4;
+    graphics(1, 0, 2) = 0.5f;
+    graphics(1, 2, 1) = 6;
+    patches(0, 0, 0) = 1;
+    patches(1, 0, 0) = 1;
+    patches(1, 0, 1) = 6;
+    patches(1, 0, 2) = 2;
+    patches(1, 1, 0) = 1;
+    patches(1, 1, 1) = 1;
+    commenttext = "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n";
+    viewscale(3) = 0.037f;
+}
+
+static void saveas(const std::string& base) {
+    modelname = base;
+    ASSERT_TRUE(savemodel());
+}
+
+TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    ASSERT_TRUE(openmodel(room.file("a")));
+    EXPECT_EQ(groupname(2), "Box, \"welded\"");
+    EXPECT_EQ(conval(3), 90);
+    EXPECT_EQ(commenttext, "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n");
+    EXPECT_TRUE(commentvisible);
+    saveas(room.file("b"));
+    for (const char* extension : extensions)
+        EXPECT_EQ(contentof(room.file("a") + extension), contentof(room.file("b") + extension))
+            << extension;
+    EXPECT_EQ(room.door.messages.size(), 0u);
+    EXPECT_EQ(elemmassflag, 1);
+}
+
+TEST(Modelfiles, EverySingleOfAPrescribedValueComesBack) {
+    sessionroom room;
+    addnode(0, 0, 0);
+    std::mt19937 random(3);
+    std::uniform_real_distribution<float> value(-400, 400);
+    ncon = 2000;
+    for (int i = 1; i <= ncon; ++i) {
+        connode(i) = 1;
+        condof(i) = 1 + i % 6;
+        conval(i) = value(random);
+    }
+    saveas(room.file("a"));
+    array1<float> before;
+    before.alloc(ncon);
+    for (int i = 1; i <= ncon; ++i) before(i) = conval(i);
+    ASSERT_TRUE(openmodel(room.file("a")));
+    for (int i = 1; i <= ncon; ++i) ASSERT_EQ(conval(i), before(i)) << i;
+}
+
+TEST(Modelfiles, TheTextIsTheOneOfTheFormat) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    const std::string tek = contentof(room.file("a.tek"));
+    EXPECT_EQ(tek.substr(0, 6), "12,4\r\n");
+    EXPECT_NE(tek.find("\r\n6\r\n1,2,2\r\n9\r\n1,2,3,4,1\r\n4\r\n7,1\r\n"), tek.npos);
+    EXPECT_EQ(contentof(room.file("a.gra")), "1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n");
+    EXPECT_EQ(contentof(room.file("a.vpl")).substr(0, 40),
+              "4\r\n1,1,90\r\n2,2,90\r\n3,3,1.570796326794895")
+        << "a DZ is scaled as a rotation is, a DX and a DY are not";
+    EXPECT_EQ(contentof(room.file("a.knk")), "1\r\n12,2,-0.3\r\n0\r\n");
+    EXPECT_EQ(contentof(room.file("a.lco")),
+              "2\r\n2\r\n\"Lcomb1\"\r\n1\r\n0\r\n\"Both\"\r\n1.35\r\n-1\r\n");
+    EXPECT_EQ(contentof(room.file("a.pat")), "1\r\n1,6,2\r\n1,1\r\n");
+}
+
+TEST(Modelfiles, FreeSlotsDoNotReachTheFiles) {
+    sessionroom room;
+    fillmodel();
+    elems(2, 0) = 0;
+    saveas(room.file("a"));
+    EXPECT_EQ(contentof(room.file("a.tek")).substr(0, 6), "12,3\r\n");
+    ASSERT_TRUE(openmodel(room.file("a")));
+    EXPECT_EQ(nelems(), 3);
+    EXPECT_EQ(elems(2, 0), 4);
+    EXPECT_EQ(elemload(1, 0, 0), 0) << "a load on a deleted element disappears at the save";
+}
+
+TEST(Modelfiles, DofTypeFollowsElementsAndDimension) {
+    const struct {
+        int type;
+        bool twod;
+        int expected;
+    } cases[] = {{1, true, 1}, {1, false, 2}, {8, true, 2}, {8, false, 3}, {12, false, 2}};
+    for (const auto& c : cases) {
+        sessionroom room;
+        for (int n = 1; n <= 3; ++n) addnode(float(n), float(n * n), 0);
+        addelement(c.type, c.type == 8 ? std::vector<int>{1, 2, 3} : std::vector<int>{1, 2});
+        dim2d = c.twod;
+        saveas(room.file("a"));
+        EXPECT_EQ(doftype, c.expected) << c.type << c.twod;
+    }
+}
+
+TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    writefile(room.file("a.mlt"),
+              "2\r\n\"Old 1\"\r\n1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n"
+              "\"Old 2\"\r\n11\r\n12\r\n13\r\n14\r\n15\r\n16\r\n17\r\n18\r\n19\r\n20\r\n");
+    writefile(room.file("a.lcd"), "2\r\n\"One\"\r\n0\r\n1\r\n0\r\n0\r\n0\r\n"
+                                  "\"Two\"\r\n3\r\n-9.81\r\n1\r\n2\r\n3\r\n");
+    std::string tek = contentof(room.file("a.tek"));
+    const std::size_t views = tek.find("7,1\r\n8\r\n5,6,7,2\r\n") + 17;
+    writefile(room.file("a.tek"), tek.substr(0, views) + "1,2,3,0.5,0.5,0\r\n");
+    writefile(room.file("b.tek"), tek.substr(0, views));
+    fs::copy_file(room.file("a.mlt"), room.file("b.mlt"));
+    for (const char* extension : {".rot", ".pat", ".txt", ".gra", ".ell"})
+        fs::remove(room.file("a") + extension);
+    ASSERT_TRUE(openmodel(room.file("b"))) << "views are missing altogether";
+    EXPECT_EQ(nelems(), 4);
+    EXPECT_TRUE(room.door.messages.empty());
+    writefile(room.file("a.tek"), tek.substr(0, views) + "1,2,3,0.5,0.5,0,0,0\r\n");
+    ASSERT_TRUE(openmodel(room.file("a")));
+    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_EQ(viewdist(1), 100000);
+    EXPECT_EQ(viewscale(1), 1);
+    EXPECT_EQ(groupname(2), "Old 2");
+    EXPECT_EQ(groups(2, 10), 20);
+    EXPECT_EQ(groups(2, 11), 0);
+    EXPECT_EQ(groupmat(2, 3, 4), 0);
+    EXPECT_EQ(lcpar(2, 0), -9.81);
+    EXPECT_EQ(lcpar(2, 4), 1);
+    EXPECT_EQ(rotpo(2), 0);
+    EXPECT_TRUE(commenttext.empty());
+}
+
+TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    writefile(room.file("a.vpl"), "4\r\n0,1,5\r\n13,1,5\r\n12,2,7\r\n1,4,0\r\n");
+    writefile(room.file("a.knk"), "3\r\n0,1,5\r\n2,1,8\r\n99,1,5\r\n0\r\n");
+    writefile(room.file("a.ell"), "2\r\n5,1,5\r\n4,1,9\r\n0\r\n");
+    ASSERT_TRUE(openmodel(room.file("a")));
+    ASSERT_EQ(ncon, 2);
+    EXPECT_EQ(connode(1), 12);
+    EXPECT_EQ(conval(1), 7);
+    ASSERT_EQ(loadnode(1, 0), 1);
+    EXPECT_EQ(loadval(1, 1), 8);
+    ASSERT_EQ(elemload(1, 0, 0), 1);
+    EXPECT_EQ(elemload(1, 1, 0), 4);
+    EXPECT_TRUE(room.door.messages.empty());
+}
+
+TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    const struct {
+        int size, value;
+        const char* message;
+    } cases[] = {
+        {1, 11, "Error: Model to large, Increase number of nodes to 12 on Model Size declairation form."},
+        {2, 3, "Error: Model to large, Increase number of elements to 4 on Model Size declairation form."},
+        {4, 1, "Error: To much material groups, Increase number of groups to 2 on Model Size "
+               "declairation form."},
+    };
+    for (const auto& c : cases) {
+        const int before = modelsize(c.size);
+        modelsize(c.size) = c.value;
+        EXPECT_FALSE(openmodel(room.file("a"))) << c.message;
+        EXPECT_TRUE(room.door.told(c.message)) << c.message;
+        EXPECT_EQ(modelname, "");
+        EXPECT_EQ(nnodes() + nelems() + ncon, 0);
+        modelsize(c.size) = before;
+    }
+    writefile(room.file("a.gra"), "1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n");
+    modelsize(5) = 1;
+    EXPECT_FALSE(openmodel(room.file("a")));
+    EXPECT_TRUE(room.door.told("Error: To much graphic Elements, Increase number of graphics on "
+                               "Model Size declairation form."));
+    modelsize(5) = 100;
+    modelsize(7) = 1;
+    EXPECT_TRUE(openmodel(room.file("a")));
+    EXPECT_TRUE(room.door.toldpart("[File,Model size..]"));
+    modelsize(7) = 4;
+    EXPECT_TRUE(openmodel(room.file("a")));
+    EXPECT_EQ(nnodes(), 12);
+}
+
+// Whatever stands in the files: a message or a model, never a crash, and the model in hand
+// survives a .tek that can not be read.
+TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("good"));
+    saveas(room.file("bad"));
+    for (int i = 1; i <= 6; ++i) modelsize(i) = 64;
+    std::mt19937 random(11);
+    for (const char* extension : extensions) {
+        const std::string path = room.file("bad") + extension;
+        const std::string good = contentof(path);
+        std::vector<std::string> damages = {"",
+                                            std::string("\0\x01\xff\xfe garbage \x80", 14),
+                                            "-5\r\n-5\r\n",
+                                            "999999999999,999999999999\r\n",
+                                            "1E400\r\n",
+                                            "1E39,1\r\n",
+                                            "nan,nan\r\n",
+                                            "\"unclosed"};
+        for (std::size_t cut = 0; cut < good.size(); ++cut) damages.push_back(good.substr(0, cut));
+        for (int i = 0; i < 200 && !good.empty(); ++i) {
+            std::string text = good;
+            text[random() % text.size()] = char(random() % 256);
+            damages.push_back(text);
+        }
+        for (const std::string& damage : damages) {
+            writefile(path, damage);
+            openmodel(room.file("good"));
+            const bool opened = openmodel(room.file("bad"));
+            if (!opened && modelname != "") {
+                ASSERT_EQ(modelname, room.file("good")) << extension << " " << damage;
+                ASSERT_EQ(nnodes(), 12);
+                ASSERT_EQ(groupname(2), "Box, \"welded\"");
+            }
+            ASSERT_GE(ngroups(), 1);
+            ASSERT_GE(nlc(), 1);
+            ASSERT_GE(ncomb(), 1);
+            for (int e = 1; e <= nelems(); ++e) ASSERT_TRUE(egroup(e) >= 1 && egroup(e) <= ngroups());
+        }
+        writefile(path, good);
+    }
+    room.door.messages.clear();
+    writefile(room.file("bad.vpl"), "1\r\n1,1,abc\r\n");
+    ASSERT_TRUE(openmodel(room.file("bad")));
+    EXPECT_TRUE(room.door.told(room.file("bad.vpl") +
+                               ", line 2: a number was expected, found \"abc\""));
+    EXPECT_EQ(ncon, 0);
+    EXPECT_EQ(nnodes(), 12);
+}
+
+TEST(Modelfiles, AFailedSaveTellsItsFileAndKeepsTheOldOnes) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    const std::string old = contentof(room.file("a.vpl"));
+    fs::create_directory(room.file("b.tek"));  // can not be replaced by a file
+    fs::create_directory(room.file("b.vpl"));
+    modelname = room.file("b");
+    EXPECT_FALSE(savemodel());
+    EXPECT_EQ(room.door.messages.size(), 2u);
+    EXPECT_TRUE(room.door.told(
+        "Error occurred while trying to save model. Model Not saved, please retry."));
+    EXPECT_TRUE(room.door.told(
+        "Error occurred while trying to save Constrains. Constrains Not saved, please retry."));
+    EXPECT_EQ(contentof(room.file("b.mlt")), contentof(room.file("a.mlt"))) << "the others go on";
+    fs::create_directory(room.file("c.txt"));
+    room.door.messages.clear();
+    modelname = room.file("c");
+    EXPECT_TRUE(savemodel());
+    EXPECT_TRUE(room.door.messages.empty()) << "the comment fails silently";
+}
+
+TEST(Filemenu, SaveAsSplitsTheNameAndAsksBeforeReplacing) {
+    sessionroom room;
+    fillmodel();
+    room.door.filequeue.push_back({true, room.file("m.tek"), 2});
+    EXPECT_EQ(menusave(), reply::done);
+    EXPECT_EQ(modelname, room.file("m"));
+    EXPECT_EQ(room.door.title, "Kalvane © 4.1: " + room.file("m"));
+    EXPECT_EQ(room.door.fileboxes[0].title, "Save Model");
+    EXPECT_EQ(room.door.fileboxes[0].filterindex, 2);
+    const std::string old = contentof(room.file("m.tek"));
+    addnode(1, 1, 1);
+    room.door.filequeue.push_back({true, room.file("m.tek"), 2});
+    room.door.answerqueue.push_back(answers::no);
+    EXPECT_EQ(menusave(), reply::cancelled);
+    EXPECT_TRUE(room.door.told("Overwrite existing file?"));
+    EXPECT_EQ(room.door.messages.back().preset, answers::no);
+    EXPECT_EQ(contentof(room.file("m.tek")), old);
+    room.door.filequeue.push_back({true, room.file("n"), 2});
+    EXPECT_EQ(menusave(), reply::done) << "a name without extension gets the filter's";
+    EXPECT_TRUE(fs::exists(room.file("n.tek")));
+    EXPECT_EQ(menusave(), reply::cancelled) << "the dialog was left by Cancel";
+}
+
+TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    fs::rename(room.file("m.vpl"), room.file("m.VPL"));
+    room.door.filequeue.push_back({true, room.file("m.TEK"), 2});
+    EXPECT_EQ(menuopen(), reply::done);
+    EXPECT_EQ(room.door.fileboxes.back().title, "Retrieve Model");
+    EXPECT_EQ(ncon, 4) << "a side file of another case is found";
+    const std::size_t before = recentfiles().size();
+    EXPECT_EQ(recentfiles().back(), room.file("m"));
+    addrecentfile();
+    EXPECT_EQ(recentfiles().size(), before);
+    EXPECT_EQ(openrecent(int(before) - 1), reply::done);
+    EXPECT_EQ(openfile(room.file("m.xyz")), reply::failed);
+    EXPECT_EQ(nnodes(), 12);
+    EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
+    EXPECT_EQ(modelname, room.file("m"));
+}
+
+TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
+    sessionroom room;
+    fillmodel();
+    room.door.answerqueue.push_back(answers::cancel);
+    EXPECT_EQ(menunew(), reply::cancelled);
+    EXPECT_EQ(nnodes(), 12);
+    room.door.answerqueue.push_back(answers::yes);  // and the save dialog is left by Cancel
+    EXPECT_EQ(menunew(), reply::cancelled);
+    EXPECT_EQ(nnodes(), 12);
+    room.door.answerqueue.push_back(answers::no);
+    EXPECT_EQ(menunew(), reply::done);
+    EXPECT_EQ(nnodes(), 0);
+    EXPECT_EQ(commenttext, "No Info");
+    EXPECT_EQ(room.door.title, "Kalvane © 4.1: ");
+    EXPECT_TRUE(room.door.told("Save model ?"));
+}
+
+TEST(Filemenu, ImportPastesBehindTheModel) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    room.door.filequeue.push_back({true, room.file("m.tek"), 2});
+    EXPECT_EQ(menuimport(), reply::done);
+    EXPECT_EQ(room.door.fileboxes.back().title, "Import Model");
+    EXPECT_EQ(nnodes(), 24);
+    EXPECT_EQ(nelems(), 8);
+    EXPECT_EQ(elems(6, 3), 15);
+    EXPECT_EQ(ngroups(), 4);
+    EXPECT_EQ(groupname(4), "Box, \"welded\"*");
+    EXPECT_EQ(egroup(5), 4);
+    EXPECT_EQ(nodesel(0), 12);
+    EXPECT_EQ(ncon, 4) << "conditions do not come along";
+    modelsize(1) = 30;
+    openmodel(room.file("m"));
+    room.door.filequeue.assign(2, {true, room.file("m.tek"), 2});
+    EXPECT_EQ(menuimport(), reply::done);
+    EXPECT_EQ(menuimport(), reply::done);
+    EXPECT_TRUE(room.door.told("Increase number of nodes or elements on Model declaration form. "
+                               "Do: [File,modelsize..]"));
+    EXPECT_EQ(nnodes(), 24) << "a paste that does not fit leaves the model as it was";
+}
+
+TEST(Filemenu, ExitSavesOrStays) {
+    sessionroom room;
+    fillmodel();
+    room.door.answerqueue = {answers::yes};
+    EXPECT_FALSE(exitprompt(closemodes::user)) << "the save was cancelled, nothing is lost";
+    EXPECT_FALSE(room.door.ended);
+    room.door.answerqueue = {answers::cancel};
+    EXPECT_FALSE(menuexit());
+    room.door.answerqueue = {answers::yes};
+    room.door.filequeue.push_back({true, room.file("last.tek"), 2});
+    EXPECT_TRUE(exitprompt(closemodes::user));
+    EXPECT_TRUE(room.door.ended);
+    EXPECT_TRUE(fs::exists(room.file("last.tek")));
+}
+
+// --- hand-over to the solver --------------------------------------------------------------------
+
+static void placesolver(sessionroom& room) {
+    writefile(room.file("feiflu"), "stands for the solver");
+}
+
+TEST(Analyse, HandsOverAndReadsBack) {
+    sessionroom room;
+    placesolver(room);
+    fillmodel();
+    modelname = room.file("m");
+    curlcomb = 2;
+    std::string control;
+    room.door.onprocess = [&] {
+        control = contentof(controlfile());
+        EXPECT_LE(nnodes(), 12);
+        fs::remove(controlfile());
+    };
+    runanalysis();
+    EXPECT_EQ(control, "\"" + room.file("m") + "\"\r\n0,1,3,1,1,1,1,1\r\n");
+    EXPECT_EQ(nnodes(), 12) << "the memory was cleared and the model read back";
+    EXPECT_EQ(modelsize(1), 5000);
+    EXPECT_EQ(curlcomb, 2);
+    EXPECT_EQ(dorenumber, 0);
+    EXPECT_TRUE(room.door.messages.empty());
+}
+
+TEST(Analyse, AnUnnamedModelWhoseDialogIsCancelledStaysUntouched) {
+    sessionroom room;
+    placesolver(room);
+    fillmodel();
+    bool started = false;
+    room.door.onprocess = [&] { started = true; };
+    runanalysis();
+    EXPECT_FALSE(started);
+    EXPECT_FALSE(fs::exists(controlfile()));
+    EXPECT_EQ(nnodes(), 12);
+    EXPECT_EQ(modelname, "None");
+}
+
+TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
+    sessionroom room;
+    fillmodel();
+    modelname = room.file("m");
+    runanalysis();
+    EXPECT_TRUE(room.door.toldpart("feiflu was not found"));
+    EXPECT_FALSE(fs::exists(controlfile()));
+    placesolver(room);
+    room.door.onprocess = [] {};  // ends and leaves the control file
+    runanalysis();
+    EXPECT_TRUE(room.door.toldpart("The solver stopped without finishing the analysis."));
+    EXPECT_FALSE(fs::exists(controlfile()));
+    EXPECT_EQ(nnodes(), 12);
+    room.door.onprocess = [] { fs::remove(controlfile()); };
+    room.door.exitcode = 1;
+    runanalysis();
+    EXPECT_TRUE(room.door.toldpart("The analysis ended without results."));
+    EXPECT_FALSE(menulock);
+    EXPECT_EQ(nnodes(), 12);
+}
+
+TEST(Analyse, OptionsFollowEachOther) {
+    sessionroom room;
+    analysisoptions form = showoptions();
+    EXPECT_TRUE(form.renumber && form.renumberenabled);
+    form.stiffness = false;
+    clicksolver(form);
+    EXPECT_FALSE(form.renumber || form.renumberenabled);
+    form.stiffness = true;
+    clicksolver(form);
+    EXPECT_TRUE(form.renumberenabled);
+    EXPECT_FALSE(form.renumber) << "enabled again, the check stays off";
+    form.eigen = true;
+    clickeigen(form);
+    EXPECT_FALSE(form.solve || form.linestress || form.festress);
+    EXPECT_FALSE(form.solveenabled || form.stressenabled);
+    form.twod = true;
+    storeoptions(form);
+    EXPECT_TRUE(dim2d);
+    EXPECT_EQ(doeigen, 1);
+    EXPECT_EQ(dosolve, 0);
+    form = showoptions();
+    EXPECT_FALSE(form.renumberenabled);
+}

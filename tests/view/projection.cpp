@@ -1,0 +1,349 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Projection, its inverse, depth slab, autoscale, layouts, and what the layers draw.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "tests/support/recorder.h"
+#include "view/drawelems.h"
+#include "view/localaxes.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+#include "view/setviews.h"
+
+static void project(int nview, double x, double y, double z) {
+    curx = float(viewscale(nview) * x);
+    cury = float(viewscale(nview) * y);
+    curz = float(viewscale(nview) * z);
+    prepareview(nview);
+    projectpoint(nview);
+}
+
+TEST(Projection, PresetsLookAlongTheirAxis) {
+    sessionroom room;
+    const struct {
+        int view;
+        double x, y, depth;  // centimetres right of and above the centre of the point 1, 2, 3
+    } cases[] = {{2, 1, 2, 3}, {3, -1, 3, 2}, {4, 2, 3, 1}};
+    for (const auto& c : cases) {
+        project(c.view, 1, 2, 3);
+        EXPECT_NEAR(scrx, 10 + c.x, 1e-4) << c.view;
+        EXPECT_NEAR(scry, 5 - c.y, 1e-4) << c.view;
+        EXPECT_NEAR(perspw, c.depth, 1e-4) << c.view;
+    }
+    scalex = scaley = 0.5;
+    project(2, 1, 2, 3);
+    EXPECT_NEAR(scrx, 10.5, 1e-4);
+    EXPECT_NEAR(scry, 4, 1e-4);
+}
+
+TEST(Projection, FollowsTheFormulaWithItsRounding) {
+    sessionroom room;
+    viewdist(1) = 40;
+    viewaw(1) = 3;
+    viewscale(1) = 0.37f;
+    viewptx(1) = 1.25f;
+    project(1, 4, -2, 7);
+    const double h = viewhor(1), v = viewvert(1);
+    const float dx = 0.37f * 4.0f - 0.37f * 1.25f, dy = 0.37f * -2.0f, dz = 0.37f * 7.0f;
+    // The first term takes cos h alone.
+    const double w = std::cos(h) * dx + std::sin(h) * std::cos(v) * dy + std::sin(v) * dz;
+    const double f = 40 / (43 - w);
+    EXPECT_EQ(perspw, float(f * w));
+    EXPECT_NEAR(scrx, 10 + f * (-std::sin(h) * dx + std::cos(h) * dy), 1e-12);
+    EXPECT_NEAR(scry,
+                5 - f * (-std::cos(h) * std::sin(v) * dx - std::sin(h) * std::sin(v) * dy +
+                         std::cos(v) * dz),
+                1e-12);
+}
+
+TEST(Projection, APointAtTheEyeLiesOnTheCentre) {
+    sessionroom room;
+    viewdist(4) = 5;  // looks along x, angles 0: depth is x
+    project(4, 5, 7, 9);
+    EXPECT_EQ(scrx, 10);
+    EXPECT_EQ(scry, 5);
+    EXPECT_EQ(perspw, 0);
+}
+
+TEST(Projection, TheInverseFindsThePointOnTheImagePlane) {
+    sessionroom room;
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> angle(-3, 3), place(0, 10);
+    for (int i = 0; i < 200; ++i) {
+        viewhor(1) = float(angle(random));
+        viewvert(1) = float(angle(random));
+        viewscale(1) = float(0.1 + place(random));
+        viewptx(1) = float(place(random));
+        viewpty(1) = float(place(random));
+        scalex = scaley = i % 2 ? 0.5 : 1;
+        const double x = 2 * place(random), y = place(random);
+        scrx = x;
+        scry = y;
+        unprojectpoint(1);
+        const float back[] = {float(modelx), float(modely), float(modelz)};
+        project(1, back[0], back[1], back[2]);
+        ASSERT_NEAR(scrx, x, 2e-3);
+        ASSERT_NEAR(scry, y, 2e-3);
+    }
+}
+
+TEST(Projection, ZoomAtThePointerKeepsTheModelPointThere) {
+    sessionroom room;
+    viewscale(1) = 0.3f;
+    viewptx(1) = 4;
+    const auto pointunder = [](double x, double y) {
+        scrx = x;
+        scry = y;
+        unprojectpoint(1);
+        return std::array{modelx, modely, modelz};
+    };
+    const auto before = pointunder(3, 2);
+    zoomview(1, 3, 2, 1.7);
+    const auto after = pointunder(3, 2);
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(after[k], before[k], 1e-4);
+    EXPECT_FLOAT_EQ(viewscale(1), 0.51f);
+    const auto centre = pointunder(12, 6);
+    panview(1, 2, 1);
+    const auto moved = pointunder(14, 7);
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(moved[k], centre[k], 1e-4);
+}
+
+TEST(Autoscale, FitsTheLargestExtentLessTheMargin) {
+    sessionroom room;
+    addnode(1, 1, 1);
+    addnode(5, 3, 2);
+    addelement(1, {1, 2});
+    autoscale(1);
+    EXPECT_EQ(viewptx(1), 3);
+    EXPECT_EQ(viewpty(1), 2);
+    EXPECT_EQ(viewptz(1), 1.5f);
+    EXPECT_FLOAT_EQ(viewscale(1), float((10 / 2.0 - 0.5) * 2 / 4)) << "the smaller side is 10 cm";
+    scalex = scaley = 0.5;
+    autoscale(2);
+    EXPECT_FLOAT_EQ(viewscale(2), float((20 / 2.0 - 0.5) * 2 / 4));
+    scalex = scaley = 1;
+
+    viewgroup(3) = 2;
+    addnode(9, 9, 9);
+    addelement(1, {1, 3}, 2);
+    autoscale(3);
+    EXPECT_EQ(viewptx(3), 5) << "only the group that the view shows counts";
+    tmpnodes(0, 0) = 1;
+    tmpnodes(1, 1) = -11;
+    autoscale(3);
+    EXPECT_EQ(viewptx(3), -1) << "the buffers count as well";
+}
+
+TEST(Autoscale, OnePointAndNoPoint) {
+    sessionroom room;
+    autoscale(1);
+    EXPECT_EQ(viewptx(1), 0);
+    EXPECT_LT(viewscale(1), 0);
+    EXPECT_GT(viewscale(1), -1e-28f);
+    addnode(4, 5, 6);
+    addelement(4, {1});
+    autoscale(1);
+    EXPECT_EQ(viewscale(1), 1);
+    EXPECT_EQ(viewptz(1), 6);
+}
+
+TEST(Layout, FourViewsShareTheAreaBesideTheLeftBar) {
+    const twipbox work{0, 600, 17080, 8000};
+    const twipbox one = viewplace(1, work, true);
+    EXPECT_EQ(one.left, 2000);
+    EXPECT_EQ(one.top, 600);
+    EXPECT_EQ(one.width, 15000);
+    EXPECT_EQ(one.height, 7998);
+    const twipbox four = viewplace(4, work, false);
+    EXPECT_EQ(four.left, 9500);
+    EXPECT_EQ(four.top, 4600);
+    EXPECT_NEAR(four.width, 7462.5, 1e-9);
+    EXPECT_NEAR(four.height, 3980, 1e-9);
+    const scrollrange bars = scrollbarsof(20, 10, 15540);
+    EXPECT_DOUBLE_EQ(bars.thickness, 0.45);
+    EXPECT_EQ(bars.horizontal, 98);  // 19.55 / 2 * 20 / 2
+    EXPECT_EQ(bars.vertical, 24);
+    double w = 7999, h = 5999;
+    leastwindow(w, h);
+    EXPECT_EQ(w, 8000);
+    EXPECT_EQ(h, 8000);
+}
+
+TEST(Layout, ScrollingMovesTheViewPointByCentimetres) {
+    sessionroom room;
+    setoneview();
+    viewscale(2) = 2;
+    scrollview(2, 3, 0);
+    EXPECT_NEAR(viewptx(2), 1.5, 1e-5);
+    scrollview(2, 3, 4);
+    EXPECT_NEAR(viewpty(2), -2, 1e-5);
+    scrollview(2, 0, 0);
+    EXPECT_NEAR(viewptx(2), 0, 1e-5);
+    EXPECT_NEAR(viewpty(2), 0, 1e-5);
+}
+
+TEST(Layout, ZoomWindowFillsTheSmallerSide) {
+    sessionroom room;
+    viewscale(2) = 1;
+    viewgroup(2) = 3;
+    copyview(2, 1, 11, 4, 15, 2);
+    EXPECT_EQ(viewhor(1), viewhor(2));
+    EXPECT_EQ(viewgroup(1), 3);
+    EXPECT_NEAR(viewptx(1), 3, 1e-5);
+    EXPECT_NEAR(viewpty(1), 2, 1e-5);
+    EXPECT_FLOAT_EQ(viewscale(1), 2.5f);
+    copyview(1, 1, 5, 5, 5, 5);
+    EXPECT_EQ(viewscale(1), 1);
+}
+
+// --- layers -------------------------------------------------------------------------------------
+
+static void makesquare() {
+    for (const auto& at : {std::pair(-4, -2), std::pair(4, -2), std::pair(4, 2), std::pair(-4, 2)})
+        addnode(float(at.first), float(at.second), 0);
+}
+
+TEST(Layers, AreDrawnInTheirOrder) {
+    sessionroom room;
+    makesquare();
+    addelement(3, {1, 2, 3, 4});
+    addelement(1, {1, 3});
+    ncon = 2;
+    connode(1) = connode(2) = 1;
+    condof(1) = 1;
+    condof(2) = 5;
+    loadnode(1, 0) = 2;
+    loadnode(1, 1) = 2;
+    loaddof(1, 1) = 2;
+    loadval(1, 1) = -10;
+    loadnode(1, 2) = 3;
+    loaddof(1, 2) = 1;
+    loadval(1, 2) = 5;
+    nodesel(0) = 1;
+    nodesel(1) = 4;
+    drawview(2);
+    const std::vector<std::string> expected = {
+        "clear #ffffff",
+        "circle 6.00 7.00 0.075 #0000ff",
+        "circle 14.00 7.00 0.075 #0000ff",
+        "circle 14.00 3.00 0.075 #0000ff",
+        "circle 6.00 3.00 0.075 #0000ff",
+        "line 6.00 7.00 14.00 7.00 #000000",
+        "line 14.00 7.00 14.00 3.00 #000000",
+        "line 14.00 3.00 6.00 3.00 #000000",
+        "line 6.00 3.00 6.00 7.00 #000000",
+        "line 6.00 7.00 14.00 3.00 #0096ff w2",
+        "line 2.00 9.00 3.12 9.00 #ff0000",
+        "text 3.12 9.00 X",
+        "line 2.00 9.00 2.00 7.88 #00ff00",
+        "text 2.00 7.88 Y",
+        "line 2.00 9.00 2.00 9.00 #0000ff",
+        "text 2.00 9.00 Z",
+        "line 14.00 7.00 14.00 7.50 #ff6400 w2",
+        "line 14.00 3.00 14.25 3.00 #ff6400 w2",
+        "line 6.00 7.00 6.00 6.00 #00ffff w2",
+        "line 6.00 7.00 6.50 7.00 #ff00ff w2",
+        "circle 6.00 3.00 0.075 #ff0000",
+    };
+    EXPECT_EQ(room.door.views[1].operations, expected);
+}
+
+TEST(Layers, LabelsStandInViewOneAlone) {
+    sessionroom room;
+    makesquare();
+    addelement(3, {1, 2, 3, 4});
+    viewvert(1) = viewvert(2);
+    viewhor(1) = viewhor(2);
+    checkonly(elemlabeltype, 2);
+    checkonly(Nodelabeltype, 1);
+    drawview(1);
+    drawview(2);
+    EXPECT_EQ(room.door.views[0].count("text"), 3 + 4 + 1);
+    EXPECT_EQ(room.door.views[0].count("text 9.60 4.68 MEMB4"), 1);
+    EXPECT_EQ(room.door.views[1].count("text"), 3) << "the triad's letters";
+}
+
+TEST(Layers, DeformedShapeMeasuresTheUnitVector) {
+    sessionroom room;
+    makesquare();
+    addelement(1, {1, 2});
+    nodes(1, 2, 1) = 0.002f;
+    maxdisp = 0.002;
+    menupostItem(1).checked = true;
+    viewscale(2) = 0.5;
+    drawview(2);
+    EXPECT_EQ(room.door.views[1].count("line 8.00 6.00 12.00 5.50 #0000ff w2"), 1)
+        << "the largest displacement is 0.5 cm on the screen whatever the scale";
+    EXPECT_EQ(room.door.views[1].count("line 8.00 6.00 12.00 6.00 #0096ff w2"), 1);
+    maxdisp = 0;
+    setdispscale(2);
+    EXPECT_EQ(dispscale(2), 1);
+}
+
+TEST(Layers, TheSlabCutsLines) {
+    sessionroom room;
+    addnode(0, 0, -5);
+    addnode(8, 0, 5);
+    addelement(1, {1, 2});
+    viewdepth(2) = 5;
+    mnudrawlist(0).checked = mnuSettingsItem(3).checked = false;
+    drawview(2);  // looks along z: the line crosses both bounds
+    EXPECT_EQ(room.door.views[1].count("line 12.00 5.00 16.00 5.00"), 1)
+        << room.door.views[1].operations.back();
+    nodes(0, 1, 2) = 0;
+    drawview(2);
+    EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00"), 1);
+    nodes(0, 2, 2) = -5;
+    drawview(2);
+    EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00"), 1);
+    nodes(0, 1, 2) = -4;
+    drawview(2);
+    EXPECT_EQ(room.door.views[1].count("line"), 0);
+}
+
+TEST(Layers, AViewOfASelectionShowsItsElements) {
+    sessionroom room;
+    makesquare();
+    addelement(1, {1, 2});
+    addelement(1, {2, 3});
+    mnudrawlist(0).checked = mnuSettingsItem(3).checked = false;
+    viewtype(1) = 2;
+    elemvis(1, 2) = true;
+    drawview(1);
+    EXPECT_EQ(room.door.views[0].count("line"), 2) << "a selection of none counts as all";
+    viewselnum(1) = 1;
+    drawview(1);
+    EXPECT_EQ(room.door.views[0].count("line"), 1);
+}
+
+TEST(Localaxes, FollowTheNodesOfTheElement) {
+    sessionroom room;
+    addnode(0, 0, 0);
+    addnode(0, 0, 3);
+    addnode(2, 2, 0);
+    addnode(-1, 2, 0);
+    addelement(6, {1, 2});
+    addelement(6, {1, 3});
+    addelement(9, {1, 3, 2, 4});
+    localaxes(1);
+    EXPECT_EQ(localy[1], 1) << "a beam along z has e2 = y";
+    EXPECT_EQ(localz[0], -1);
+    groups(1, 6) = 90;
+    localaxes(2);
+    const double r = std::sqrt(0.5);
+    EXPECT_NEAR(localx[0], r, 1e-12);
+    EXPECT_NEAR(localy[2], 1, 1e-12) << "turned by 90 degrees e2 takes the place of e3";
+    EXPECT_NEAR(localz[0], r, 1e-12);
+    localaxes(3);
+    EXPECT_NEAR(localx[0] * localy[0] + localx[1] * localy[1] + localx[2] * localy[2], 0, 1e-12);
+    EXPECT_NEAR(axisorigin[0], 0.25, 1e-12);
+    addelement(6, {1, 1});
+    localaxes(4);
+    EXPECT_EQ(localx[0], 0) << "a degenerate element has no axes";
+    EXPECT_EQ(localz[1], 0);
+}

@@ -5,10 +5,7 @@
 #include <QFontMetricsF>
 #include <cmath>
 
-#include "core/model.h"
-
 static const std::size_t linesatonce = 16384;
-static const int plainfrom = 20000;  // elements from which strokes are drawn without smoothing
 static const double stampmost = 12;  // device pixels of radius up to which discs are stamped
 
 QColor qtcolor(colour c) {
@@ -65,7 +62,7 @@ QPainter& qtsurface::painter() {
     if (!brushwork) {
         used[std::size_t(plane)] = true;
         brushwork = std::make_unique<QPainter>(&image(plane));
-        brushwork->setRenderHint(QPainter::Antialiasing, antialias);
+        brushwork->setRenderHint(QPainter::Antialiasing, smooth);
     }
     return *brushwork;
 }
@@ -79,7 +76,6 @@ void qtsurface::clear(colour c) {
     lines.clear();
     brushwork.reset();
     background = c;
-    antialias = nelems() < plainfrom && nnodes() < plainfrom;
     used.fill(false);
     used[0] = true;
     for (QImage& i : layersofplanes)
@@ -101,10 +97,10 @@ void qtsurface::toplane(planes p) {
 
 QPen qtsurface::pen(const stroke& s) const {
     QPen p(qtcolor(s.c));
-    p.setWidthF(erases(s.c) && antialias ? s.width + 2 : s.width);
-    p.setCosmetic(!antialias && s.width == 1 && ratio == 1);
+    p.setWidthF(erases(s.c) && smooth ? s.width + 2 : s.width);
+    p.setCosmetic(!smooth && s.width == 1 && ratio == 1);
     p.setStyle(s.style == pens::dotted && !erases(s.c) ? Qt::DotLine : Qt::SolidLine);
-    p.setCapStyle(s.width > 1 ? Qt::FlatCap : Qt::SquareCap);
+    p.setCapStyle(s.width > 1 && !erases(s.c) ? Qt::FlatCap : Qt::SquareCap);
     return p;
 }
 
@@ -113,16 +109,16 @@ QBrush qtsurface::brush() const {
 }
 
 // On an upper plane the background's colour takes away what is there.
-static void setmode(QPainter& p, bool erase, bool antialias) {
+static void setmode(QPainter& p, bool erase, bool smooth) {
     p.setCompositionMode(erase ? QPainter::CompositionMode_Clear
                                : QPainter::CompositionMode_SourceOver);
-    p.setRenderHint(QPainter::Antialiasing, antialias && !erase);
+    p.setRenderHint(QPainter::Antialiasing, smooth && !erase);
 }
 
 void qtsurface::flush() {
     if (lines.empty()) return;
     QPainter& p = painter();
-    setmode(p, erases(now.c), antialias);
+    setmode(p, erases(now.c), smooth);
     p.setPen(pen(now));
     p.drawLines(lines.data(), int(lines.size()));
     lines.clear();
@@ -196,14 +192,14 @@ void qtsurface::circle(double x, double y, double radius, colour c) {
     flush();
     const bool erase = erases(c);
     QPainter& p = painter();
-    setmode(p, erase, antialias);
+    setmode(p, erase, smooth);
     const double r = radius * pixels;
     if (!erase && fillsolid && fillcolor == c && r * ratio <= stampmost) {
         stamp(x * pixels, y * pixels, r, c);
         return;
     }
     if (erase) {
-        p.setPen(QPen(Qt::black, 2));
+        p.setPen(QPen(Qt::black, 4));  // a stamped disc lies up to a pixel beside its place
         p.setBrush(Qt::black);
         stamped.clear();
     } else {
@@ -217,7 +213,7 @@ void qtsurface::polygon(const point2* points, int n, colour edge) {
     flush();
     QPainter& p = painter();
     const bool erase = erases(edge);
-    setmode(p, erase, antialias && !fillsolid);
+    setmode(p, erase, smooth && !fillsolid);
     QPointF corners[8];
     const int count = std::min(n, 8);
     for (int i = 0; i < count; ++i)
@@ -240,7 +236,7 @@ void qtsurface::text(std::string_view utf8) {
                    Qt::black);
         return;
     }
-    setmode(p, false, antialias);
+    setmode(p, false, smooth);
     p.setFont(f);
     p.setPen(qtcolor(textcolor));
     p.drawText(QPointF(at.x(), at.y() + metrics.ascent()), qtext(utf8));
@@ -251,7 +247,7 @@ void qtsurface::picture(std::string_view name, double x, double y) {
     if (found == symbolpictures().end() || found->second.isNull()) return;
     flush();
     QPainter& p = painter();
-    setmode(p, false, antialias);
+    setmode(p, false, smooth);
     const QSizeF size = found->second.deviceIndependentSize();
     p.drawPixmap(QPointF(x * pixels - size.width() / 2, y * pixels - size.height() / 2),
                  found->second);

@@ -40,7 +40,6 @@ class qtsurface : public surface {
     void show() override;
 
     std::function<void()> onshow;  // the images have changed
-    bool antialias = true;         // off where a picture holds very many strokes
 
   private:
     struct stroke {

@@ -13,6 +13,8 @@
 #include "view/localaxes.h"
 #include "view/scaleview.h"
 
+static const int plainfrom = 20000;  // nodes or elements from which edges are not smoothed
+
 static std::array<layerrow, std::size_t(layers::count)> table;
 
 layerrow& layer(layers which) {
@@ -129,6 +131,7 @@ void drawview(int nview) {
     if (s == nullptr) return;
     const hourglass wait;
     setdispscale(nview);
+    s->smooth = nelems() < plainfrom && nnodes() < plainfrom;
     s->clear(backcolor);
     for (int i = 0; i < int(layers::selectedpatches); ++i) drawlayer(layers(i), nview);
     drawcolor = selcolor;

@@ -46,6 +46,7 @@ struct surface {
     }
     void lineto(double x, double y, colour c) { line(currentx, currenty, x, y, c); }
 
+    bool smooth = true;  // edges are smoothed; off for pictures of very many strokes
     // Settings of the next operations.
     double currentx = 0, currenty = 0;  // line, line to and point move it to their end
     int drawwidth = 1;                  // pixels

@@ -92,8 +92,9 @@ TEST(Start, WithoutSizesTheFailurePathDeclaresThem) {
     EXPECT_EQ(modelsize(7), 2);
     EXPECT_EQ(contentof(room.file("decmem.DAT")),
               "5000\r\n5000\r\n5000\r\n5000\r\n2000\r\n200\r\n2\r\n");
-    for (const char* damage : {"", "5000\r\n\r\n", "5000\r\n5000\r\nabc", "1\r\n1\r\n1\r\n1\r\n1\r\n0\r\n4",
-                               "5000\r\n-3\r\n5000\r\n5000\r\n2000\r\n200\r\n4\r\n"}) {
+    for (const char* damage :
+         {"", "5000\r\n\r\n", "5000\r\n5000\r\nabc", "1\r\n1\r\n1\r\n1\r\n1\r\n0\r\n4",
+          "5000\r\n-3\r\n5000\r\n5000\r\n2000\r\n200\r\n4\r\n"}) {
         writefile(room.file("decmem.DAT"), damage);
         readmodelsize();
         EXPECT_EQ(modelsize(7), 2) << damage;
@@ -127,8 +128,8 @@ TEST(Start, ADamagedCatalogueIsToldAndTheProgramGoesOn) {
 
 TEST(Modelsize, MemoryEstimateFollowsTheBoxes) {
     const auto cost = calcmem({5000, 5000, 5000, 5000, 2000, 200, 4});
-    const double expected[] = {680, 3360, 120 + 4 * 15004 * 8 / 1000.0, 520, 544,
-                               (200 * 88 + 320000) / 1000.0};
+    const double expected[] = {680, 3360, 120 + 4 * 15004 * 8 / 1000.0,
+                               520, 544,  (200 * 88 + 320000) / 1000.0};
     double total = 0;
     for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_DOUBLE_EQ(cost[i], expected[i]) << i;
@@ -156,8 +157,9 @@ TEST(Modelsize, ChangingTheSizesKeepsTheModel) {
     EXPECT_EQ(nnodes(), 5);
     form.text[0] = "4";
     EXPECT_FALSE(applysizes(form));
-    EXPECT_TRUE(room.door.told("Error: Model to large, Increase number of nodes to 5 on Model Size "
-                               "declairation form."));
+    EXPECT_TRUE(
+        room.door.told("Error: Model to large, Increase number of nodes to 5 on Model Size "
+                       "declairation form."));
     EXPECT_EQ(form.text[0], "5") << "the boxes show the old sizes";
     EXPECT_EQ(nnodes(), 5);
     EXPECT_EQ(elems(1, 2), 5);

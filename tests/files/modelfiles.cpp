@@ -163,8 +163,9 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
     writefile(room.file("a.mlt"),
               "2\r\n\"Old 1\"\r\n1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n"
               "\"Old 2\"\r\n11\r\n12\r\n13\r\n14\r\n15\r\n16\r\n17\r\n18\r\n19\r\n20\r\n");
-    writefile(room.file("a.lcd"), "2\r\n\"One\"\r\n0\r\n1\r\n0\r\n0\r\n0\r\n"
-                                  "\"Two\"\r\n3\r\n-9.81\r\n1\r\n2\r\n3\r\n");
+    writefile(room.file("a.lcd"),
+              "2\r\n\"One\"\r\n0\r\n1\r\n0\r\n0\r\n0\r\n"
+              "\"Two\"\r\n3\r\n-9.81\r\n1\r\n2\r\n3\r\n");
     std::string tek = contentof(room.file("a.tek"));
     const std::size_t views = tek.find("7,1\r\n8\r\n5,6,7,2\r\n") + 17;
     writefile(room.file("a.tek"), tek.substr(0, views) + "1,2,3,0.5,0.5,0\r\n");
@@ -216,10 +217,14 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
         int size, value;
         const char* message;
     } cases[] = {
-        {1, 11, "Error: Model to large, Increase number of nodes to 12 on Model Size declairation form."},
-        {2, 3, "Error: Model to large, Increase number of elements to 4 on Model Size declairation form."},
-        {4, 1, "Error: To much material groups, Increase number of groups to 2 on Model Size "
-               "declairation form."},
+        {1, 11,
+         "Error: Model to large, Increase number of nodes to 12 on Model Size declairation form."},
+        {2, 3,
+         "Error: Model to large, Increase number of elements to 4 on Model Size declairation "
+         "form."},
+        {4, 1,
+         "Error: To much material groups, Increase number of groups to 2 on Model Size "
+         "declairation form."},
     };
     for (const auto& c : cases) {
         const int before = modelsize(c.size);
@@ -233,8 +238,9 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
     writefile(room.file("a.gra"), "1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n");
     modelsize(5) = 1;
     EXPECT_FALSE(openmodel(room.file("a")));
-    EXPECT_TRUE(room.door.told("Error: To much graphic Elements, Increase number of graphics on "
-                               "Model Size declairation form."));
+    EXPECT_TRUE(
+        room.door.told("Error: To much graphic Elements, Increase number of graphics on "
+                       "Model Size declairation form."));
     modelsize(5) = 100;
     modelsize(7) = 1;
     EXPECT_TRUE(openmodel(room.file("a")));
@@ -282,15 +288,16 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
             ASSERT_GE(ngroups(), 1);
             ASSERT_GE(nlc(), 1);
             ASSERT_GE(ncomb(), 1);
-            for (int e = 1; e <= nelems(); ++e) ASSERT_TRUE(egroup(e) >= 1 && egroup(e) <= ngroups());
+            for (int e = 1; e <= nelems(); ++e)
+                ASSERT_TRUE(egroup(e) >= 1 && egroup(e) <= ngroups());
         }
         writefile(path, good);
     }
     room.door.messages.clear();
     writefile(room.file("bad.vpl"), "1\r\n1,1,abc\r\n");
     ASSERT_TRUE(openmodel(room.file("bad")));
-    EXPECT_TRUE(room.door.told(room.file("bad.vpl") +
-                               ", line 2: a number was expected, found \"abc\""));
+    EXPECT_TRUE(
+        room.door.told(room.file("bad.vpl") + ", line 2: a number was expected, found \"abc\""));
     EXPECT_EQ(ncon, 0);
     EXPECT_EQ(nnodes(), 12);
 }
@@ -397,8 +404,9 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     room.door.filequeue.assign(2, {true, room.file("m.tek"), 2});
     EXPECT_EQ(menuimport(), reply::done);
     EXPECT_EQ(menuimport(), reply::done);
-    EXPECT_TRUE(room.door.told("Increase number of nodes or elements on Model declaration form. "
-                               "Do: [File,modelsize..]"));
+    EXPECT_TRUE(
+        room.door.told("Increase number of nodes or elements on Model declaration form. "
+                       "Do: [File,modelsize..]"));
     EXPECT_EQ(nnodes(), 24) << "a paste that does not fit leaves the model as it was";
 }
 

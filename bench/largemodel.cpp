@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The large model of the benchmarks.
+#include "bench/largemodel.h"
+
+#include <cmath>
+#include <filesystem>
+#include <string>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "core/start.h"
+#include "view/moddraw.h"
+#include "view/symbols.h"
+
+namespace fs = std::filesystem;
+
+const char* startsession() {
+    static std::string folder = (fs::temp_directory_path() / "kalvane-bench").string();
+    fs::create_directories(folder);
+    for (const char* name : {"ELTYP.DAT", "ELDES.DAT"})
+        fs::copy_file(std::string(KALVANE_SOURCE_DIR) + "/data/" + name, folder + "/" + name,
+                      fs::copy_options::overwrite_existing);
+    initsymbols();
+    wirelayers();
+    start(folder);
+    return folder.c_str();
+}
+
+void makelargemodel(int side) {
+    const int row = side + 1;
+    modelsize(1) = row * row;
+    modelsize(2) = side * side;
+    resetmodel();
+    for (int i = 0; i < row; ++i)
+        for (int j = 0; j < row; ++j) {
+            const int n = i * row + j + 1;
+            nodes(0, n, 0) = float(j) * 0.137f;
+            nodes(0, n, 1) = float(i) * 0.211f;
+            nodes(0, n, 2) = 3 * std::sin(float(i) * 0.01f) * std::cos(float(j) * 0.013f);
+        }
+    nodes(0, 0, 0) = float(row * row);
+    for (int i = 0; i < side; ++i)
+        for (int j = 0; j < side; ++j) {
+            const int e = i * side + j + 1, n = i * row + j + 1;
+            elems(e, 0) = 9;
+            elems(e, 1) = float(n);
+            elems(e, 2) = float(n + 1);
+            elems(e, 3) = float(n + 1 + row);
+            elems(e, 4) = float(n + row);
+            egroup(e) = 1;
+        }
+    elems(0, 0) = float(side * side);
+}
+
+template <typename T>
+static double bytesof(const T& array) {
+    return double(array.block.count) * sizeof(*array.block.cells.get());
+}
+
+double declaredbytes() {
+    double sum = 0;
+    const auto add = [&](const auto&... arrays) { ((sum += bytesof(arrays)), ...); };
+    add(nodes, nodesel, nodename, tmpnodes, nodework, elems, egroup, rotpo, elemname, elemsel,
+        elemvis, tmpelems, elemdepth, endrelease, elemflag, groups, groupname, groupmat, groupcolor,
+        groupshow, connode, condof, conval, loadnode, loaddof, loadval, elemload, lcname, lctype,
+        lcpar, lcomb, lcombname, lcdesc, graphics, graphics2, graphsel, graphsel2, graphmesh,
+        edgedata, edgegrid, patches, patchsel);
+    return sum;
+}

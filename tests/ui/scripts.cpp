@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every script beside this file is played by the real program, off screen, in a directory of its
+// own that holds copies of the examples.
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+static fs::path sourcedir() {
+    const char* dir = std::getenv("KALVANE_SOURCE");
+    return dir ? dir : KALVANE_SOURCE_DIR;
+}
+
+static std::vector<std::string> scripts() {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(sourcedir() / "tests/ui"))
+        if (entry.path().extension() == ".kds") names.push_back(entry.path().stem().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+class Script : public testing::TestWithParam<std::string> {};
+
+TEST_P(Script, PlaysToItsEnd) {
+    const QTemporaryDir room;
+    const fs::path folder = room.path().toStdString();
+    const fs::path script = folder / (GetParam() + ".kds");
+    fs::copy_file(sourcedir() / "tests/ui" / (GetParam() + ".kds"), script);
+    fs::copy(sourcedir() / "data/examples", folder / "examples");
+    fs::create_directory(folder / "home");
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("KALVANE_HOME", room.path() + "/home");
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    program.setProcessEnvironment(environment);
+    program.start(KALVANE_PROGRAM, {"--script", QString::fromStdString(script.string())});
+    const int patience = 120000;  // milliseconds
+    ASSERT_TRUE(program.waitForFinished(patience)) << program.errorString().toStdString();
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0) << program.readAllStandardError().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Ui, Script, testing::ValuesIn(scripts()),
+                         [](const auto& entry) { return entry.param; });
+
+TEST(Program, AFailingScriptNamesItsLine) {
+    const QTemporaryDir room;
+    const fs::path script = fs::path(room.path().toStdString()) / "bad.kds";
+    QFile file(QString::fromStdString(script.string()));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("# comment\nexpect nnodes 0\nexpect nelems 7\n");
+    file.close();
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("KALVANE_HOME", room.path() + "/home");
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    program.setProcessEnvironment(environment);
+    program.start(KALVANE_PROGRAM, {"--script", QString::fromStdString(script.string())});
+    ASSERT_TRUE(program.waitForFinished(30000));
+    EXPECT_EQ(program.exitCode(), 1);
+    EXPECT_NE(
+        program.readAllStandardError().indexOf("bad.kds, line 3: nelems is \"0\", expected \"7\""),
+        -1);
+}

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The planes of a screen surface: what is drawn on an upper plane and drawn again in the
+// background colour leaves the picture under it as it was.
+#include "ui/qtsurface.h"
+
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+
+static void drawmodel(qtsurface& s) {
+    s.clear(rgb(255, 255, 255));
+    s.toplane(planes::model);
+    for (int i = 0; i < 20; ++i) s.line(0.2 * i, 0, 4 - 0.2 * i, 4, rgb(0, 0, 0));
+    s.fillsolid = true;
+    s.fillcolor = rgb(0, 0, 255);
+    s.circle(2, 2, 0.5, rgb(0, 0, 255));
+    s.moveto(1, 3);
+    s.textcolor = rgb(0, 100, 0);
+    s.text("Node 1");
+}
+
+static void drawmarks(qtsurface& s, colour c) {
+    s.toplane(planes::marks);
+    s.drawwidth = 2;
+    s.line(0.3, 0.3, 3.7, 3.1, c);
+    s.drawwidth = 1;
+    s.drawstyle = pens::dotted;
+    s.fillsolid = false;
+    s.box(0.5, 0.5, 3, 2.5, c);
+    s.drawstyle = pens::solid;
+    s.fillsolid = true;
+    s.fillcolor = c;
+    for (int i = 0; i < 5; ++i) s.circle(0.7 * i, 1.5, 0.075, c);
+    s.point(3.3, 0.4, c);
+    s.textcolor = c;
+    s.moveto(2, 3.2);
+    s.text("marked");
+}
+
+TEST(Surface, ErasingOnAnUpperPlaneGivesBackWhatLiesUnderIt) {
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        qtsurface s;
+        s.resize(160, 160, ratio, 40);
+        drawmodel(s);
+        s.show();
+        const QImage before = s.picture();
+        drawmarks(s, rgb(255, 0, 0));
+        s.show();
+        EXPECT_NE(s.picture(), before);
+        drawmarks(s, rgb(255, 255, 255));
+        s.show();
+        const QImage after = s.picture();
+        for (int y = 0; y < after.height(); ++y)
+            for (int x = 0; x < after.width(); ++x)
+                ASSERT_EQ(after.pixel(x, y), before.pixel(x, y))
+                    << "dirt at " << x << ", " << y << ", scale " << ratio;
+    }
+}
+
+TEST(Surface, MeasuresInCentimetresFromTheTopLeft) {
+    qtsurface s;
+    s.resize(160, 80, 1, 40);
+    EXPECT_EQ(s.width(), 4);
+    EXPECT_EQ(s.height(), 2);
+    s.clear(rgb(255, 255, 255));
+    s.smooth = false;
+    s.line(1, 0.5, 3, 0.5, rgb(255, 0, 0));
+    s.show();
+    const QImage picture = s.picture();
+    EXPECT_EQ(picture.pixelColor(80, 20), QColor(255, 0, 0));
+    EXPECT_EQ(picture.pixelColor(80, 24), QColor(255, 255, 255));
+    EXPECT_EQ(picture.pixelColor(30, 20), QColor(255, 255, 255));
+}
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -70,7 +70,7 @@ class platform {
     virtual void placeview(int, const twipbox&, bool) {}
     virtual void viewsize(int, double& width, double& height) { width = height = 0; }  // cm
     virtual void setscrollbars(int, const scrollrange&, bool) {}
-    virtual void crosspointer(bool) {}
+    virtual void crosspointer(bool) {}  // over all views
 
     // Long work. share is 0..1; false once the user has pressed Cancel, which is offered where the
     // work can be given up.

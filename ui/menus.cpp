@@ -209,7 +209,7 @@ static void addviewmenu(std::vector<menurow>& t) {
             choice("&view|Element Label", "elemlabeltype", i, elementlabels[i], elemlabeltype));
     t.push_back(separator(m, a, 8));
     t.push_back({m, a, 9, "Window", "zoomwindow"});
-    t.push_back({m, a, 10, "Hidden Line", "hidden"});
+    t.push_back(check(m, a, 10, "Hidden Line", mnudrawlist, 10, "hidden"));
 }
 
 static void addanalysemenu(std::vector<menurow>& t) {

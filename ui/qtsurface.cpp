@@ -81,7 +81,7 @@ void qtsurface::clear(colour c) {
     for (QImage& i : layersofplanes)
         if (!i.isNull()) i.fill(Qt::transparent);
     image(planes::model).fill(qtcolor(background));
-    stamped.clear();
+    ++round;
     plane = planes::model;
     drawwidth = 1;
     drawstyle = pens::solid;
@@ -92,7 +92,7 @@ void qtsurface::toplane(planes p) {
     if (p == plane) return;
     close();
     plane = p;
-    stamped.clear();
+    ++round;
 }
 
 QPen qtsurface::pen(const stroke& s) const {
@@ -171,18 +171,18 @@ void qtsurface::stamp(double x, double y, double radius, colour c) {
         p.drawEllipse(QPointF(side / 2.0, side / 2.0), radius * ratio, radius * ratio);
         p.end();
         stampimage.setDevicePixelRatio(ratio);
-        stamped.clear();
+        ++round;
     }
     const int columns = int(std::lround(w * ratio)), rows = int(std::lround(h * ratio));
     const double px = x * ratio, py = y * ratio;
     if (!(px > -50 && px < columns + 50 && py > -50 && py < rows + 50)) return;
-    if (stamped.empty()) stamped.assign(std::size_t(columns) * std::size_t(rows), 0);
+    const std::size_t area = std::size_t(columns) * std::size_t(rows);
+    if (stamped.size() != area) stamped.assign(area, 0);
     const int column = int(std::floor(px)), row = int(std::floor(py));
     if (column >= 0 && column < columns && row >= 0 && row < rows) {
-        unsigned char& there =
-            stamped[std::size_t(row) * std::size_t(columns) + std::size_t(column)];
-        if (there) return;
-        there = 1;
+        unsigned& there = stamped[std::size_t(row) * std::size_t(columns) + std::size_t(column)];
+        if (there == round) return;
+        there = round;
     }
     const double half = stampimage.width() / 2.0 / ratio;
     painter().drawImage(QPointF(x - half, y - half), stampimage);
@@ -201,7 +201,7 @@ void qtsurface::circle(double x, double y, double radius, colour c) {
     if (erase) {
         p.setPen(QPen(Qt::black, 4));  // a stamped disc lies up to a pixel beside its place
         p.setBrush(Qt::black);
-        stamped.clear();
+        ++round;
     } else {
         p.setPen(pen({c, drawwidth, drawstyle}));
         p.setBrush(brush());
@@ -211,6 +211,7 @@ void qtsurface::circle(double x, double y, double radius, colour c) {
 
 void qtsurface::polygon(const point2* points, int n, colour edge) {
     flush();
+    ++round;
     QPainter& p = painter();
     const bool erase = erases(edge);
     setmode(p, erase, smooth && !fillsolid);

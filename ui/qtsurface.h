@@ -69,7 +69,10 @@ class qtsurface : public surface {
     QImage stampimage;  // a small disc, drawn once for many nodes
     stroke stampkey;
     double stampradius = 0;
-    std::vector<unsigned char> stamped;  // device pixels that hold such a disc already
+    // Device pixels that hold such a disc already: those marked with the present round. What
+    // covers discs begins a new round.
+    std::vector<unsigned> stamped;
+    unsigned round = 1;
 };
 
 // Colour and font of the toolkit for those of the core.

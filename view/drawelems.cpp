@@ -154,7 +154,9 @@ void drawelementlabel(int e, int nview) {
     projectpoint(nview);
     if (!isinslab()) return;
     s->font = elemlabelfont;
-    s->textcolor = drawcolor == backcolor ? backcolor : elemlabelcolor;
+    // On a filled element the label stands in the inverse of the filling.
+    const colour c = s->fillsolid ? invertcolor(s->fillcolor) : elemlabelcolor;
+    s->textcolor = drawcolor == backcolor ? backcolor : c;
     const double length = double(label.size());
     s->moveto(scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0);
     s->text(label);
@@ -218,10 +220,6 @@ void drawallelements(int nview) {
         drawelement(e, nview);
     }
     drawcolor = before;
-}
-
-void drawelementpass(int nview) {
-    drawallelements(nview);
 }
 
 void drawselectedelements(int nview) {

@@ -22,8 +22,6 @@ bool isshown(int e, int nview);
 // One element in drawcolor with its label and, when called for, its nodes. prepareview has run.
 void drawelement(int e, int nview);
 void drawallelements(int nview);
-// The hidden line pass where it is switched on, else the wire pass.
-void drawelementpass(int nview);
 
 // The selected ones of one view, in drawcolor.
 void drawselectedelements(int nview);

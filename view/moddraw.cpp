@@ -10,6 +10,7 @@
 #include "core/session.h"
 #include "view/drawbc.h"
 #include "view/drawelems.h"
+#include "view/hidden.h"
 #include "view/localaxes.h"
 #include "view/scaleview.h"
 
@@ -39,6 +40,13 @@ static bool contourin(int nview) {
 
 static bool ishidden() {
     return mnudrawlist(10).checked;
+}
+
+static void drawelementpass(int nview) {
+    if (ishidden())
+        drawhidden(nview);
+    else
+        drawallelements(nview);
 }
 
 static void drawdeformed(int nview) {

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Depth order, shading, and the painter's pass.
+#include "view/hidden.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "tests/support/recorder.h"
+#include "view/moddraw.h"
+
+// The order told: for i from the top down, the greatest of 1..i, first met wins, changes with i.
+static std::vector<int> plainselection(std::vector<std::pair<double, int>> rows) {
+    for (std::size_t i = rows.size() - 1; i > 0; --i) {
+        std::size_t best = 0;
+        for (std::size_t k = 1; k <= i; ++k)
+            if (rows[k].first > rows[best].first) best = k;
+        std::swap(rows[best], rows[i]);
+    }
+    std::vector<int> order;
+    for (const auto& row : rows) order.push_back(row.second);
+    return order;
+}
+
+TEST(Hidden, EqualDepthsStandAsTheSelectionSortLeavesThem) {
+    std::mt19937 random(17);
+    for (int round = 0; round < 60; ++round) {
+        sessionroom room;
+        const int different = 1 + int(random() % 8);  // few depths, many ties
+        std::vector<std::pair<double, int>> rows;
+        for (int e = 1; e <= 40; ++e) {
+            const double depth =
+                round % 3 == 0 ? double(random() % 1000) : double(random() % different);
+            const int n = addnode(float(depth), float(e), 0);
+            addelement(4, {n});
+            rows.push_back({depth, e});
+        }
+        sortdepth(4);  // looks along x, the depth is x to the last bit
+        const std::vector<int> expected = plainselection(rows);
+        for (int i = 1; i <= 40; ++i)
+            ASSERT_EQ(int(elemdepth(i, 0)), expected[std::size_t(i - 1)]) << "row " << i;
+        EXPECT_LE(elemdepth(1, 1), elemdepth(40, 1));
+    }
+}
+
+TEST(Hidden, ShadesRunFromTheIntensityToWhite) {
+    sessionroom room;
+    inithidden();
+    EXPECT_EQ(shadeof(1), rgb(255, 255, 255));
+    EXPECT_EQ(shadeof(-1), rgb(0, 0, 0));
+    EXPECT_EQ(shadeof(0), rgb(127, 127, 127));
+    lightintensity = 100;
+    EXPECT_EQ(shadeof(-1), rgb(155, 155, 155));
+    shadecolor = shadered;
+    EXPECT_EQ(shadeof(0), rgb(255, 205, 205));
+    lightintensity = 0;
+    shadecolor = shadegray;
+    EXPECT_EQ(shadeof(-0.3), rgb(255, 255, 255));
+    inithidden();
+}
+
+TEST(Hidden, PaintsTheFarFacetFirstAndNodesOnTheirElement) {
+    sessionroom room;
+    inithidden();
+    const double h = 1.9875;  // corners lie in the middle of a pixel
+    for (const float z : {5.0f, -5.0f})
+        for (const auto& at :
+             {std::pair(-h, -h), std::pair(h, -h), std::pair(h, h), std::pair(-h, h)})
+            addnode(float(at.first), float(at.second), z);
+    addelement(9, {1, 2, 3, 4});
+    addelement(9, {8, 7, 6, 5});  // its normal points away from the eye
+    mnudrawlist(10).checked = true;
+    mnuSettingsItem(3).checked = false;
+    lightangz = 90;       // light along the normals
+    viewdist(2) = 1e30f;  // no perspective
+    drawview(2);
+    const auto& drawn = room.door.views[1].operations;
+    ASSERT_EQ(drawn.size(), 11u);
+    EXPECT_EQ(drawn[1], "polygon 8.00 3.00 11.97 3.00 11.97 6.97 8.00 6.97 #ffffff #000000");
+    EXPECT_EQ(drawn[6].substr(0, 7), "polygon");
+    EXPECT_EQ(room.door.views[1].count("circle"), 8);
+    shadingon = false;
+    hidcolor = rgb(0, 150, 255);
+    mnudrawlist(0).checked = false;
+    drawview(2);
+    EXPECT_EQ(room.door.views[1].operations[1].find("#0096ff #000000") != std::string::npos, true);
+    checkonly(elemlabeltype, 4);
+    drawview(2);
+    EXPECT_EQ(room.door.views[1].count(
+                  "polygon 8.00 3.00 11.97 3.00 11.97 6.97 8.00 6.97 #00ff00 #00ff00"),
+              1);
+    inithidden();
+}

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Depth sort, shading and the painter's pass.
+#include "view/hidden.h"
+
+#include <algorithm>
+#include <cmath>
+#include <queue>
+#include <vector>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "view/drawelems.h"
+#include "view/localaxes.h"
+#include "view/scaleview.h"
+#include "view/surface.h"
+
+Flag shadingon(true);
+int shadecolor = shadegray;
+float lightangxy = -30, lightangz = 50;
+Integer lightintensity(255);
+
+static const double farthest = -1e30;  // depth of a free slot
+
+void inithidden() {
+    shadingon = true;
+    shadecolor = shadegray;
+    lightangxy = -30;
+    lightangz = 50;
+    lightintensity = 255;
+}
+
+// --- depth sort ---------------------------------------------------------------------------------
+
+namespace {
+struct depthrow {
+    double depth;
+    int element;
+};
+// An element at a place of the list. The top of the queue is the greatest depth, of equal ones the
+// foremost place.
+struct candidate {
+    double depth;
+    int place;
+    bool operator<(const candidate& other) const {
+        return depth != other.depth ? depth < other.depth : place > other.place;
+    }
+};
+}  // namespace
+
+static std::vector<depthrow> finddepths(int nview) {
+    std::vector<depthrow> rows(static_cast<std::size_t>(nelems()));
+    for (int e = 1; e <= nelems(); ++e) {
+        depthrow& row = rows[std::size_t(e - 1)];
+        row = {farthest, e};
+        if (nodesoftype(elems(e, 0)) == 0) continue;
+        setcentre(e, nview);
+        projectpoint(nview);
+        if (rotw > farthest) row.depth = rotw;  // also false for what is no number
+    }
+    return rows;
+}
+
+static bool hasties(const std::vector<depthrow>& sorted) {
+    return std::ranges::adjacent_find(sorted, [](const depthrow& a, const depthrow& b) {
+               return a.depth == b.depth;
+           }) != sorted.end();
+}
+
+// The selection sort "swap the greatest of 1..i with i, for i from the top down", carried out with
+// a queue that always knows the greatest: a place whose row has changed since is skipped.
+static void selectionorder(std::vector<depthrow>& rows) {
+    std::priority_queue<candidate> queue;
+    for (std::size_t i = 0; i < rows.size(); ++i) queue.push({rows[i].depth, int(i)});
+    for (int i = int(rows.size()) - 1; i > 0; --i) {
+        const auto current = [&](const candidate& c) {
+            return c.place <= i && rows[std::size_t(c.place)].depth == c.depth;
+        };
+        while (!current(queue.top())) queue.pop();
+        const int best = queue.top().place;
+        queue.pop();
+        std::swap(rows[std::size_t(best)], rows[std::size_t(i)]);
+        if (best != i) queue.push({rows[std::size_t(best)].depth, best});
+    }
+}
+
+void sortdepth(int nview) {
+    prepareview(nview);
+    std::vector<depthrow> rows = finddepths(nview);
+    std::vector<depthrow> sorted = rows;
+    std::ranges::sort(sorted, {}, &depthrow::depth);
+    if (hasties(sorted)) {
+        selectionorder(rows);
+        sorted.swap(rows);
+    }
+    for (std::size_t i = 0; i < sorted.size(); ++i) {
+        elemdepth(long(i) + 1, 0) = sorted[i].element;
+        elemdepth(long(i) + 1, 1) = sorted[i].depth;
+    }
+}
+
+// --- shading ------------------------------------------------------------------------------------
+
+colour shadeof(double cosine) {
+    const int s = int(std::floor(lightintensity * (1 - (1 - cosine) / 2))) + 255 - lightintensity;
+    return rgb(shadecolor == shadered ? 255 : s, shadecolor == shadegreen ? 255 : s,
+               shadecolor == shadeblue ? 255 : s);
+}
+
+namespace {
+struct direction {
+    double x, y, z;
+    double dot(const double* v) const { return x * v[0] + y * v[1] + z * v[2]; }
+};
+}  // namespace
+
+static direction directionoflight() {
+    const double a = double(lightangxy) * pi / 180, b = double(lightangz) * pi / 180;
+    return {std::cos(a) * std::cos(b), std::sin(a) * std::cos(b), std::sin(b)};
+}
+
+// The facet's normal is turned to the eye; a line element is lit by its first local axis.
+static colour shadeofelement(int e, const direction& light, const direction& eye) {
+    localaxes(e);
+    const double* const normal = nodesoftype(elems(e, 0)) == 2 ? localx : localz;
+    const double side = eye.dot(normal) < 0 ? -1 : 1;
+    return shadeof(side * light.dot(normal));
+}
+
+// --- the pass -----------------------------------------------------------------------------------
+
+static void drawnodesandlabel(surface& s, int e, int nview, int elnn) {
+    if (mnudrawlist(0).checked) {
+        const colour before = drawcolor;
+        if (drawcolor != backcolor) drawcolor = nodecolor;
+        s.fillsolid = true;
+        for (int k = 1; k <= elnn; ++k) {
+            nodecurrent = int(elems(e, k));
+            setnode(nodecurrent, nview);
+            projectpoint(nview);
+            if (isinslab()) drawnode(nview);
+        }
+        drawcolor = before;
+    }
+    drawelementlabel(e, nview);
+}
+
+void drawfacet(int e, int nview) {
+    surface* const s = target(nview);
+    if (e == 0 || s == nullptr || !isshown(e, nview)) return;
+    const auto row = elems.row(e);
+    const int elnn = nodesoftype(row[0]);
+    if (elnn == 0) return;
+    if (elnn <= 2) {
+        drawelement(e, nview);
+        return;
+    }
+    const colour before = drawcolor;
+    if (elemlabeltype(4).checked) drawcolor = s->fillcolor = groupcolor(egroup(e));
+    const colour fill = s->fillcolor;
+    const double pixels = s->pixpercm();
+    point2 corner[4];
+    for (int k = 0; k < elnn; ++k) {
+        setnode(int(row[std::size_t(k + 1)]), nview);
+        projectpoint(nview);
+        corner[k] = {std::floor(pixels * scrx) / pixels, std::floor(pixels * scry) / pixels};
+    }
+    s->fillsolid = true;
+    s->polygon(corner, elnn, drawcolor);
+    drawnodesandlabel(*s, e, nview, elnn);
+    s->fillcolor = fill;
+    s->fillsolid = false;
+    drawcolor = before;
+}
+
+static void drawfacets(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    prepareview(nview);
+    sortdepth(nview);
+    const direction light = directionoflight();
+    const direction eye{viewreg.coshcosv, viewreg.sinhcosv, viewreg.sinv};
+    const colour outline = drawcolor;
+    const bool axes = mnuSettingsItem(4).checked;
+    s->drawwidth = 1;
+    for (int i = 1; i <= nelems(); ++i) {
+        const int e = int(elemdepth(i, 0));
+        if (elems(e, 0) == 0) continue;
+        s->fillcolor = shadingon ? shadeofelement(e, light, eye) : hidcolor;
+        drawcolor = undeformed == 1 ? colourofelement(e) : outline;
+        drawfacet(e, nview);
+        if (axes) drawlocalaxes(e, nview);
+    }
+    drawcolor = outline;
+}
+
+void drawhidden(int nview) {
+    guarded([&] { drawfacets(nview); },
+            [](const runtimeerror&) {
+                door().message("Error Hiddenline; Try agian", icons::exclamation);
+            });
+}

@@ -119,7 +119,7 @@ static void allocgraphics(long m5, long m6) {
     graphics.alloc(m5, 3, 3);
     graphics2.alloc(m5, 3, 3);
     graphsel.alloc(m5, 1);
-    graphsel2.alloc(m5, 1);
+    graphsel2.alloc(3 * m5, 1);  // an element has up to three points
     graphmesh.alloc(4, m5);
     edgedata.alloc(4, m6);
     edgegrid.alloc(m6, m6);

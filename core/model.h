@@ -79,7 +79,7 @@ extern array3<float> graphics;   // (0..m5, 0..3, 0..3): (g,0,0) kind, (g,0,1) s
                                  // factor, (g,j,1..3) point j; (0,0,0) highest in use
 extern array3<float> graphics2;  // the same, for copies and the mesher
 extern array2<int> graphsel;     // (0..m5, 0..1) elements picked for meshing: number, end
-extern array2<int> graphsel2;    // (0..m5, 0..1) selection: graphic element, point
+extern array2<int> graphsel2;    // (0..3 m5, 0..1) selection: graphic element, point
 extern array2<int> graphmesh;    // (0..4, 0..m5) graphic elements of edges 1..4
 extern array2<int> edgedata;     // (0..4, 0..m6) nodes along edges 1..4
 extern array2<int> edgegrid;     // (0..m6, 0..m6) grid of generated node numbers

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Nearest items and snapping.
+#include "edit/find.h"
+
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "view/drawelems.h"
+#include "view/scaleview.h"
+
+std::function<bool(int, const double*, double*)> footongraphic;
+
+static const int kindline = 1;
+
+int pointsofgraphic(int kind) {
+    return kind == 0 ? 0 : kind == kindline ? 2 : 3;
+}
+
+namespace {
+
+// The click, kept while the registers serve the search.
+class search {
+  public:
+    explicit search(int v) : nview(v), click{curx, cury, curz}, u(persu), p(persv) {
+        prepareview(nview);
+    }
+    // Compares the point in curx, cury, curz, which belongs to this item.
+    void offer(int item, int part) {
+        const float at[] = {curx, cury, curz};
+        projectpoint(nview);
+        const double du = persu - u, dp = persv - p;
+        const double plane = std::sqrt(du * du + dp * dp);
+        if (plane > best.plane) return;
+        double sum = 0;
+        for (int k = 0; k < 3; ++k) sum += (double(at[k]) - click[k]) * (double(at[k]) - click[k]);
+        const double space = std::sqrt(sum);
+        if (plane == best.plane && best.item != 0 && space >= best.space) return;
+        best = {item, part, plane, space};
+    }
+    nearest result() const { return best; }
+
+  private:
+    const keptpoint kept;
+    int nview;
+    double click[3];
+    double u, p;
+    nearest best;
+};
+
+void setpoint(int nview, double x, double y, double z) {
+    const float scale = viewscale(nview);
+    curx = float(scale * x);
+    cury = float(scale * y);
+    curz = float(scale * z);
+}
+
+}  // namespace
+
+nearest picknodewhere(int nview, const std::function<bool(int)>& wanted) {
+    search s(nview);
+    if (mnudrawlist(0).checked)
+        for (int n = 1; n <= nnodes(); ++n) {
+            if (wanted && !wanted(n)) continue;
+            const auto at = nodes.row(0, n);
+            setpoint(nview, at[0], at[1], at[2]);
+            s.offer(n, 0);
+        }
+    return s.result();
+}
+
+nearest picknode(int nview) {
+    return picknodewhere(nview, nullptr);
+}
+
+nearest pickelement(int nview) {
+    search s(nview);
+    for (int e = 1; e <= nelems(); ++e) {
+        if (elems(e, 0) == 0 || !isshown(e, nview)) continue;
+        if (viewgroup(nview) != 0 && viewtype(nview) == 1 && egroup(e) != viewgroup(nview))
+            continue;
+        setcentre(e, nview);
+        s.offer(e, 0);
+    }
+    return s.result();
+}
+
+nearest pickgraphic(int nview) {
+    search s(nview);
+    if (mnudrawlist(4).checked)
+        for (int g = 1; g <= ngraphics(); ++g)
+            for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
+                setpoint(nview, graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3));
+                s.offer(g, j);
+            }
+    return s.result();
+}
+
+// The mean of the end points of all pieces of a patch.
+static bool setpatchcentre(int p, int nview) {
+    double sum[3] = {0, 0, 0};
+    int count = 0;
+    for (int j = 1; j <= patches(p, 0, 0); ++j)
+        for (int k = 1; k <= patches(p, j, 0); ++k) {
+            const int g = patches(p, j, k);
+            if (g < 1 || g > ngraphics() || graphics(g, 0, 0) == 0) continue;
+            for (int end = 1; end <= 2; ++end) {
+                for (int axis = 0; axis < 3; ++axis) sum[axis] += graphics(g, end, axis + 1);
+                ++count;
+            }
+        }
+    if (count == 0) return false;
+    setpoint(nview, sum[0] / count, sum[1] / count, sum[2] / count);
+    return true;
+}
+
+nearest pickpatch(int nview) {
+    search s(nview);
+    for (int p = 1; p <= patches(0, 0, 0); ++p)
+        if (setpatchcentre(p, nview)) s.offer(p, 0);
+    return s.result();
+}
+
+// --- snap ---------------------------------------------------------------------------------------
+
+// The point in work takes a place in model coordinates when that lies within reach.
+static bool taketarget(int nview, const double* place) {
+    const double at[] = {modelx, modely, modelz};
+    double sum = 0;
+    for (int k = 0; k < 3; ++k) sum += (place[k] - at[k]) * (place[k] - at[k]);
+    const double reach = 2 * unitveclen;
+    if (reach < std::sqrt(sum)) return false;
+    modelx = place[0];
+    modely = place[1];
+    modelz = place[2];
+    setpoint(nview, modelx, modely, modelz);
+    return true;
+}
+
+void snapto(int nview) {
+    if (!MnuSelectItem(5).checked) return;
+    if (const nearest node = picknode(nview); node.item != 0) {
+        const double place[] = {nodes(0, node.item, 0), nodes(0, node.item, 1),
+                                nodes(0, node.item, 2)};
+        if (taketarget(nview, place)) return;
+    }
+    const nearest graphic = pickgraphic(nview);
+    if (graphic.item == 0) return;
+    const int g = graphic.item, j = graphic.part;
+    const double end[] = {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)};
+    if (taketarget(nview, end)) return;
+    const double point[] = {modelx, modely, modelz};
+    double foot[3];
+    if (footongraphic && footongraphic(g, point, foot)) taketarget(nview, foot);
+}

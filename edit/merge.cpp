@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Merging by a hashed grid of places and by hashed keys of corners. The outcome is that of the
+// sweep over all pairs.
+#include "edit/merge.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <numeric>
+#include <vector>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/pack.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/textfile.h"
+
+bool isnear(const float* a, const float* b) {
+    const double dx = double(a[0]) - b[0], dy = double(a[1]) - b[1], dz = double(a[2]) - b[2];
+    if (!(std::fabs(dx) < mergetol)) return false;
+    if (!(std::fabs(dy) < mergetol)) return false;
+    if (!(std::fabs(dz) < mergetol)) return false;
+    return std::sqrt(dx * dx + dy * dy + dz * dz) < mergetol;
+}
+
+namespace {
+
+// Nodes by the cell of a grid whose side is a little over the tolerance: whatever is near a place
+// lies in its cell or in a neighbour of it. The table holds chains of nodes of equal hash.
+class nodegrid {
+  public:
+    explicit nodegrid(int count) : next(std::size_t(count) + 1, 0) {
+        std::size_t size = 16;
+        while (size < std::size_t(count) * 2) size *= 2;
+        heads.assign(size, 0);
+        const double margin = 1 + 1e-6;
+        side = mergetol > 0 ? mergetol * margin : 1;
+        // Chains are built from the last node on, so that each runs up in number.
+        for (int n = count; n >= 1; --n) {
+            const auto row = nodes.row(0, n);
+            int& head = heads[bucket(cellof(row[0]), cellof(row[1]), cellof(row[2]))];
+            next[std::size_t(n)] = head;
+            head = n;
+        }
+    }
+    // Calls take(n) for every node of the cells around a place; a node may come more than once.
+    template <typename Take>
+    void around(const float* at, Take take) const {
+        const std::int64_t x = cellof(at[0]), y = cellof(at[1]), z = cellof(at[2]);
+        // Only neighbours that the tolerance reaches are looked at.
+        const auto reach = [&](float v, std::int64_t cell) {
+            const double in = double(v) / side - double(cell);
+            return std::pair<int, int>(in * side < mergetol ? -1 : 0,
+                                       (1 - in) * side < mergetol ? 1 : 0);
+        };
+        const auto rx = reach(at[0], x), ry = reach(at[1], y), rz = reach(at[2], z);
+        for (int i = rx.first; i <= rx.second; ++i)
+            for (int j = ry.first; j <= ry.second; ++j)
+                for (int k = rz.first; k <= rz.second; ++k)
+                    for (int n = heads[bucket(x + i, y + j, z + k)]; n != 0;
+                         n = next[std::size_t(n)])
+                        take(n);
+    }
+
+  private:
+    std::int64_t cellof(float v) const { return std::int64_t(std::floor(double(v) / side)); }
+    std::size_t bucket(std::int64_t x, std::int64_t y, std::int64_t z) const {
+        std::uint64_t h = std::uint64_t(x) * 0x9E3779B97F4A7C15u;
+        h = (h ^ (h >> 29) ^ std::uint64_t(y)) * 0xBF58476D1CE4E5B9u;
+        h = (h ^ (h >> 32) ^ std::uint64_t(z)) * 0x94D049BB133111EBu;
+        return std::size_t(h ^ (h >> 31)) & (heads.size() - 1);
+    }
+    double side;
+    std::vector<int> heads, next;
+};
+
+// Which node stands for each: itself, or the one it was merged into.
+struct standins {
+    explicit standins(int count) : of(std::size_t(count) + 1) {
+        std::iota(of.begin(), of.end(), 0);
+    }
+    int find(int n) {
+        while (of[std::size_t(n)] != n) {
+            of[std::size_t(n)] = of[std::size_t(of[std::size_t(n)])];
+            n = of[std::size_t(n)];
+        }
+        return n;
+    }
+    bool alive(int n) const { return of[std::size_t(n)] == n; }
+    std::vector<int> of;
+};
+
+}  // namespace
+
+// All nodes near the selected one, in number order from the first; when a lower one takes its
+// place the search goes on from there with that node's place.
+static int mergeone(int selected, const nodegrid& grid, standins& stand) {
+    int keep = stand.find(selected), passed = 0, merged = 0;
+    for (;;) {
+        const auto place = nodes.row(0, keep);
+        int found = 0;
+        grid.around(place.data(), [&](int n) {
+            if (n <= passed || n == keep || !stand.alive(n) || (found != 0 && n >= found)) return;
+            if (isnear(place.data(), nodes.row(0, n).data())) found = n;
+        });
+        if (found == 0) return merged;
+        passed = found;
+        ++merged;
+        stand.of[std::size_t(std::max(found, keep))] = std::min(found, keep);
+        keep = std::min(found, keep);
+    }
+}
+
+// New numbers of the nodes after those that were merged are taken out.
+static std::vector<int> closeup(standins& stand) {
+    const int count = nnodes();
+    std::vector<int> number(std::size_t(count) + 1, 0);
+    int c = 0;
+    for (int n = 1; n <= count; ++n)
+        if (stand.alive(n)) number[std::size_t(n)] = ++c;
+    for (int n = 1; n <= count; ++n)
+        if (!stand.alive(n)) number[std::size_t(n)] = number[std::size_t(stand.find(n))];
+    return number;
+}
+
+static void movenodes(const standins& stand, const std::vector<int>& number) {
+    int c = 0;
+    for (int n = 1; n <= nnodes(); ++n) {
+        if (!stand.alive(n)) continue;
+        c = number[std::size_t(n)];
+        if (c == n) continue;
+        std::ranges::copy(nodes.row(0, n), nodes.row(0, c).begin());
+        std::ranges::copy(nodes.row(1, n), nodes.row(1, c).begin());
+        nodename(c) = std::move(nodename(n));
+    }
+    nodes(0, 0, 0) = float(c);
+}
+
+static void followselection(const std::vector<int>& number) {
+    std::vector<bool> listed(number.size(), false);
+    int kept = 0;
+    for (int i = 1; i <= nodesel(0); ++i) {
+        const int n = number[std::size_t(nodesel(i))];
+        if (listed[std::size_t(n)]) continue;
+        listed[std::size_t(n)] = true;
+        nodesel(++kept) = n;
+    }
+    nodesel(0) = kept;
+}
+
+static void follownodes(const std::vector<int>& number) {
+    const auto renumbered = [&](auto n) {
+        return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : int(n);
+    };
+    for (int e = 1; e <= nelems(); ++e)
+        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
+            elems(e, k) = float(renumbered(elems(e, k)));
+    for (int i = 1; i <= ncon; ++i) connode(i) = renumbered(connode(i));
+    for (int lc = 1; lc <= nlc(); ++lc)
+        for (int i = 1; i <= loadnode(lc, 0); ++i) loadnode(lc, i) = renumbered(loadnode(lc, i));
+}
+
+int mergenodes() {
+    if (nodesel(0) == 0 || !(mergetol > 0)) return 0;
+    const nodegrid grid(nnodes());
+    standins stand(nnodes());
+    int merged = 0;
+    for (int i = 1; i <= nodesel(0); ++i)
+        if (nodesel(i) >= 1 && nodesel(i) <= nnodes()) merged += mergeone(nodesel(i), grid, stand);
+    if (merged == 0) return 0;
+    const std::vector<int> number = closeup(stand);
+    follownodes(number);
+    followselection(number);
+    movenodes(stand, number);
+    return merged;
+}
+
+// --- elements -----------------------------------------------------------------------------------
+
+namespace {
+struct elementkey {
+    std::array<int, 6> part{};  // type, group, corners in ascending order
+    int element = 0;
+};
+}  // namespace
+
+// Keys in the order of their parts, then of the element: doubles stand behind their first.
+static std::vector<elementkey> sortedkeys() {
+    std::vector<elementkey> keys;
+    for (int e = 1; e <= nelems(); ++e) {
+        if (elems(e, 0) == 0) continue;
+        elementkey key;
+        key.part = {int(elems(e, 0)), egroup(e), 0, 0, 0, 0};
+        const int elnn = nodesoftype(elems(e, 0));
+        for (int k = 1; k <= elnn; ++k) {  // into their place among the corners before
+            std::size_t at = std::size_t(k) + 1;
+            for (; at > 2 && key.part[at - 1] > int(elems(e, k)); --at)
+                key.part[at] = key.part[at - 1];
+            key.part[at] = int(elems(e, k));
+        }
+        key.element = e;
+        keys.push_back(key);
+    }
+    std::ranges::sort(keys, [](const elementkey& a, const elementkey& b) {
+        return a.part != b.part ? a.part < b.part : a.element < b.element;
+    });
+    return keys;
+}
+
+int mergeelements() {
+    const std::vector<elementkey> keys = sortedkeys();
+    int merged = 0;
+    for (std::size_t i = 1; i < keys.size(); ++i) {
+        if (keys[i].part != keys[i - 1].part) continue;
+        elems(keys[i].element, 0) = 0;
+        ++merged;
+    }
+    if (merged > 0) packelems();
+    return merged;
+}
+
+// --- reports ------------------------------------------------------------------------------------
+
+// Fields at the print zones of 14 columns.
+static std::string zones(const std::vector<std::string>& fields) {
+    const std::size_t zone = 14;
+    std::string line;
+    for (const std::string& field : fields) {
+        if (&field != &fields.front()) line.resize((line.size() / zone + 1) * zone, ' ');
+        line += field;
+    }
+    return line;
+}
+
+static int writereport(const std::vector<std::string>& lines) {
+    int written = -1;
+    guarded(
+        [&] {
+            if (modelname.empty() || modelname == "None")
+                throw runtimeerror{errpathaccess,
+                                   "The model has no name yet; save it first, the report is "
+                                   "written beside it"};
+            textout out(modelname + ".txt");
+            for (const std::string& line : lines) out.raw(line).endline();
+            out.commit();
+            written = int(lines.size());
+        },
+        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    return written;
+}
+
+int findmergenodes() {
+    const nodegrid grid(nnodes());
+    std::vector<std::string> lines;
+    for (int a = 1; a <= nnodes() && mergetol > 0; ++a) {
+        std::vector<int> near;
+        grid.around(nodes.row(0, a).data(), [&](int b) {
+            if (b > a && isnear(nodes.row(0, a).data(), nodes.row(0, b).data())) near.push_back(b);
+        });
+        std::ranges::sort(near);
+        near.erase(std::unique(near.begin(), near.end()), near.end());
+        for (const int b : near)
+            lines.push_back(
+                zones({" " + numbertext(a), " " + numbertext(b), nodename(a), nodename(b)}));
+    }
+    return writereport(lines);
+}
+
+int finddoubleelems() {
+    const std::vector<elementkey> keys = sortedkeys();
+    std::vector<std::string> lines;
+    for (std::size_t i = 1, first = 0; i < keys.size(); ++i) {
+        if (keys[i].part != keys[first].part) {
+            first = i;
+            continue;
+        }
+        std::vector<std::string> fields = {" " + numbertext(keys[first].element),
+                                           " " + numbertext(keys[i].element)};
+        for (const int e : {keys[first].element, keys[i].element})
+            for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
+                fields.push_back(" " + numbertext(elems(e, k)));
+        lines.push_back(zones(fields));
+    }
+    return writereport(lines);
+}

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The selection lists: toggling, windows, groups, all, and their picture.
+#pragma once
+
+#include <vector>
+
+enum selectitems { selectnodes, selectelements, selectpatches, selectforces, selectgraphics };
+// What a press selects: the checked entry of MnuSelectItem.
+selectitems selectitem();
+// The select menu goes to this item; the lists are emptied when it changes.
+void setselectitem(int item);
+
+// In the list already: taken out, those above move down; else appended.
+void togglenode(int n);
+void toggleelement(int e);
+void togglegraphic(int g, int point);
+void togglepatch(int p);
+
+// Everything of the item in force whose point lies strictly within the box with corners (x1,y1),
+// (x2,y2) in centimetres joins the selection.
+void selectwindow(int nview, double x1, double y1, double x2, double y2);
+// All elements of the group of the element nearest to the point; a message when there is none.
+void selectgroup(int nview);
+void selectallnodes();
+void selectallelements();
+void selectallgraphics();
+void selectallpatches();
+void selectall();  // by the item in force
+
+// graphsel from graphsel2: each selected graphic element once, with the end that was picked.
+void syncgraphsel();
+bool isselection();     // anything selected?
+void clearselection();  // empties the lists, takes the picture back
+void emptyselection();  // the lists alone
+void showselection();   // draws the lists in selcolor in all views
+void hideselection();   // takes that picture away
+// The nodes of the selected elements into nodesel.
+void gatherelementnodes();
+// Marks of the listed numbers, 1..upper.
+std::vector<bool> marksof(const std::vector<int>& list, int upper);
+std::vector<int> selectednodes();
+std::vector<int> selectedelements();

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Merging against the plain sweep over all pairs, and what has to follow a merged node.
+#include "edit/merge.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "edit/renumber.h"
+#include "tests/support/recorder.h"
+
+namespace {
+// The sweep as it is told, on a copy of the nodes.
+struct plainsweep {
+    std::vector<std::array<float, 3>> place{{}};
+    std::vector<int> corners, selection;
+
+    void mergepair(int keep, int drop) {
+        place.erase(place.begin() + drop);
+        for (auto* list : {&corners, &selection})
+            for (int& n : *list) n = n == drop ? keep : n > drop ? n - 1 : n;
+    }
+    void run() {
+        for (std::size_t i = 0; i < selection.size(); ++i)
+            for (int b = 1; b < int(place.size());) {
+                const int a = selection[i];
+                if (b != a && isnear(place[std::size_t(a)].data(), place[std::size_t(b)].data())) {
+                    mergepair(std::min(a, b), std::max(a, b));
+                    // The next node has come to the place of the one that went; a lower one that
+                    // stays is passed.
+                    if (b < a) ++b;
+                } else {
+                    ++b;
+                }
+            }
+    }
+};
+}  // namespace
+
+TEST(Merge, GivesWhatTheSweepOverAllPairsGives) {
+    std::mt19937 random(23);
+    for (int round = 0; round < 300; ++round) {
+        sessionroom room;
+        nodetol = 0.3;
+        std::uniform_real_distribution<float> offset(-0.4f, 0.4f);
+        plainsweep plain;
+        for (int n = 1; n <= 40; ++n) {
+            const float x = float(random() % 4), y = float(random() % 2);
+            const std::array<float, 3> at = {x + offset(random),
+                                             y + offset(random) * float(round % 2), -1.0f};
+            addnode(at[0], at[1], at[2]);
+            plain.place.push_back(at);
+        }
+        for (int e = 1; e <= 30; ++e) {
+            const int a = 1 + int(random() % 40), b = 1 + int(random() % 40);
+            addelement(1, {a, b});
+            plain.corners.insert(plain.corners.end(), {a, b});
+        }
+        const int picks = 1 + int(random() % 40);
+        for (int i = 0; i < picks; ++i) {
+            const int n = 1 + int(random() % 40);
+            if (std::ranges::count(plain.selection, n)) continue;
+            plain.selection.push_back(n);
+            nodesel(0) = nodesel(0) + 1;
+            nodesel(nodesel(0)) = n;
+        }
+        plain.run();
+        const int merged = mergenodes();
+        ASSERT_EQ(nnodes(), int(plain.place.size()) - 1) << "round " << round;
+        ASSERT_EQ(merged, 40 - nnodes());
+        for (int n = 1; n <= nnodes(); ++n)
+            for (int k = 0; k < 3; ++k)
+                ASSERT_EQ(nodes(0, n, k), plain.place[std::size_t(n)][std::size_t(k)]);
+        for (int e = 1; e <= 30; ++e)
+            for (int k = 1; k <= 2; ++k)
+                ASSERT_EQ(int(elems(e, k)), plain.corners[std::size_t(2 * e + k - 3)]);
+    }
+}
+
+TEST(Merge, TheDistanceTestIsStrict) {
+    const struct {
+        const char* name;
+        float gap;
+        int left;
+    } cases[] = {{"same place", 0, 1}, {"just inside", 0.2499f, 1}, {"at the distance", 0.25f, 2}};
+    for (const auto& c : cases) {
+        sessionroom room;
+        nodetol = 0.25;
+        addnode(1, 1, 1);
+        addnode(1 + c.gap, 1, 1);
+        EXPECT_EQ(mergenodes(), 0) << "an empty selection merges nothing";
+        nodesel(0) = 1;
+        nodesel(1) = 2;
+        mergenodes();
+        EXPECT_EQ(nnodes(), c.left) << c.name;
+    }
+}
+
+TEST(Merge, ConditionsAndNamesStayWithTheNodeThatRemains) {
+    sessionroom room;
+    for (int i = 0; i < 3; ++i) addnode(0, 0, 0.0003f * float(i));
+    addnode(5, 0, 0);
+    nodename(1) = "first";
+    nodename(4) = "last";
+    addelement(1, {3, 4});
+    loadnode(1, 0) = 2;
+    loadnode(1, 1) = 2;
+    loadnode(1, 2) = 4;
+    ncon = 1;
+    connode(1) = 3;
+    nodesel(0) = 1;
+    nodesel(1) = 1;
+    EXPECT_EQ(mergenodes(), 2);
+    EXPECT_EQ(nnodes(), 2);
+    EXPECT_EQ(elems(1, 1), 1);
+    EXPECT_EQ(elems(1, 2), 2);
+    EXPECT_EQ(loadnode(1, 1), 1);
+    EXPECT_EQ(loadnode(1, 2), 2);
+    EXPECT_EQ(connode(1), 1);
+    EXPECT_EQ(nodename(1), "first");
+    EXPECT_EQ(nodename(2), "last");
+}
+
+TEST(Merge, DoubleElementsAreOfOneTypeGroupAndSetOfNodes) {
+    sessionroom room;
+    for (int n = 1; n <= 5; ++n) addnode(float(n), float(n % 2), 0);
+    groups(0, 0) = 2;
+    addelement(9, {1, 2, 3, 4});
+    addelement(3, {1, 2, 3, 4});     // another type
+    addelement(9, {3, 1, 4, 2});     // double of 1
+    addelement(9, {1, 2, 3, 4}, 2);  // another group
+    addelement(9, {1, 2, 3, 5});
+    addelement(9, {4, 3, 2, 1});  // double of 1
+    modelname = room.file("m");
+    EXPECT_EQ(finddoubleelems(), 2);
+    EXPECT_EQ(contentof(room.file("m.txt")).substr(0, 28), " 1             3            ");
+    EXPECT_EQ(nelems(), 6) << "the report changes nothing";
+    EXPECT_EQ(mergeelements(), 2);
+    EXPECT_EQ(nelems(), 4);
+    EXPECT_EQ(elems(4, 4), 5);
+}
+
+TEST(Merge, ReportsEveryNearPair) {
+    sessionroom room;
+    addnode(0, 0, 0);
+    addnode(5, 5, 5);
+    addnode(0.0005f, 0, 0);
+    addnode(0, 0.0009f, 0);
+    nodename(3) = "c";
+    modelname = "None";
+    EXPECT_EQ(findmergenodes(), -1);
+    EXPECT_TRUE(room.door.toldpart("no name yet"));
+    modelname = room.file("m");
+    EXPECT_EQ(findmergenodes(), 2);
+    EXPECT_EQ(contentof(room.file("m.txt")),
+              " 1             3                          c\r\n"
+              " 1             4                          \r\n");
+}
+
+TEST(Renumber, RunsFromTheFarthestToTheNearest) {
+    sessionroom room;
+    // The reference climbs to node 3, then to node 4; node 5 does not dominate it.
+    const float at[][3] = {{0, 0, 0}, {-1, 4, 0}, {2, 1, 1}, {3, 3, 1}, {9, 0, 0}, {3, 3, 1}};
+    for (const auto& p : at) addnode(p[0], p[1], p[2]);
+    addelement(1, {1, 5});
+    ncon = 1;
+    connode(1) = 2;
+    loadnode(1, 0) = 1;
+    loadnode(1, 1) = 6;
+    nodename(5) = "far";
+    nodesel(0) = 1;
+    nodesel(1) = 1;
+    renumbermodel();
+    EXPECT_EQ(nodes(0, 1, 0), 9) << "distance 6.78";
+    EXPECT_EQ(nodename(1), "far");
+    EXPECT_EQ(elems(1, 2), 1);
+    EXPECT_EQ(elems(1, 1), 2) << "distance 4.36";
+    EXPECT_EQ(connode(1), 3) << "distance 4.24";
+    EXPECT_EQ(loadnode(1, 1), 5) << "of equal distances the highest number comes first";
+    EXPECT_EQ(nodesel(0), 0);
+}

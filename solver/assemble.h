@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The sparse matrices of the whole model from those of its elements.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "solver/dofs.h"
+#include "solver/kinds.h"
+
+// Lower triangle by columns, rows ascending, diagonal first.
+struct sparsematrix {
+    std::vector<std::int64_t> start, row;
+    std::vector<double> value;
+    std::int64_t size() const { return std::int64_t(start.size()) - 1; }
+};
+
+// What is assembled of each element.
+enum class part { stiffness, mass };
+
+// The pattern that the graph of owners gives, values 0.
+sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vector<int>& order);
+
+// Adds the elements' matrices. Same result whatever the number of threads.
+void assemble(const model& m, const settings& s, const dofmap& d, part what, sparsematrix& a,
+              runlog& log);
+
+// Adds to the diagonal what stands at a degree of freedom of a node, such as a nodal mass.
+void addatdof(const dofmap& d, std::size_t dof, double value, sparsematrix& a);
+
+// y = a x for several columns of x, each a.size() long.
+void multiply(const sparsematrix& a, const double* x, double* y, int columns);
+
+// The forces that the constants of the degrees of freedom (prescribed values) put on all others
+// through the elements; empty when all constants are 0.
+std::vector<double> constantforces(const model& m, const settings& s, const dofmap& d);

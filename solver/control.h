@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a run is asked to do: the control file EEM.CTR or the command line, and the removal of that
+// file, which is the signal that the run has ended.
+#pragma once
+
+#include <string>
+
+struct job {
+    std::string base;    // model path without extension
+    std::string appdir;  // where feiflu.ini and the element catalogue are
+    bool eigen = false, elementmass = true, stiffness = true, solve = true;
+    bool linestress = true, platestress = true;
+    int doftype = 0;    // 1..3; 0: taken from the model's element types
+    bool twod = false;  // counts while doftype is 0
+};
+
+// Reads EEM.CTR. Throws a refusal that names file and line.
+job readcontrol(const std::string& path);
+
+// Has the control file removed on every way out of the program: return, exit, exception without a
+// handler, and the signals that end a program. An absent file is no fault.
+void armremoval(const std::string& controlpath);
+
+// Removes it now.
+void removecontrol();
+
+// Called with the text of the fault when a signal or a stray exception ends the program; writes it
+// to standard error. Only what is safe inside a signal handler is done.
+void onfault(const char* words);
+
+// Deletes the result files of a model, so that none of an earlier run can be taken for new.
+void removeresults(const std::string& base);

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Holding of what no element stiffens.
+//
+// The stiffness of an owner alone (all else fixed) shows it: where a direction gives no force
+// there, it gives none anywhere, because the stiffness of each element has no negative energy. Each
+// element is counted with its own size taken out, so that a soft spring beside a stiff bar still
+// counts.
+#include "solver/held.h"
+
+#include <Eigen/Eigenvalues>
+#include <algorithm>
+#include <cmath>
+
+#include "solver/kinds.h"
+#include "solver/refuse.h"
+#include "solver/rigid.h"
+
+static const double nostiffness = 1e-9;  // of an element's own: an angle of 3e-5 between bars
+
+namespace {
+struct ownerblock {
+    int owner;
+    mat6 stiffness = mat6::Zero();
+};
+}  // namespace
+
+// --- owners whose freedom may lack stiffness ----------------------------------------------------
+
+static std::vector<char> surelystiff(const model& m, const dofmap& d) {
+    std::vector<char> sure(d.owner.size(), 0);
+    const bool hasrotations = d.place[6] >= 0;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const elementkind& kind = kindof(def.type);
+        const stiffened what = m.twod ? kind.nodes2 : kind.nodes3;
+        for (int i = 0; i < kind.nodes; ++i) {
+            const int n = def.node[i];
+            const bool inbody = d.bodyof[std::size_t(n)] >= 0;
+            const bool enough = what == stiffened::all ||
+                                (what == stiffened::translations && !hasrotations && !inbody);
+            if (enough) sure[std::size_t(d.owner[std::size_t(n)])] = 1;
+        }
+    }
+    return sure;
+}
+
+// Element matrix with unit largest diagonal among translations and among rotations; springs, whose
+// directions have nothing to do with each other, with unit diagonal.
+static void takeoutsize(const elementkind& kind, elmatrix& k) {
+    const int count = int(k.rows());
+    elvector size = elvector::Zero(count);
+    const bool each = kind.fam == family::point || kind.fam == family::link;
+    for (int i = 0; i < count; ++i)
+        for (int j = 0; j < count; ++j) {
+            const bool alike = each ? i == j : (i % kind.nodedofs < 3) == (j % kind.nodedofs < 3);
+            if (alike) size[i] = std::max(size[i], k(j, j));
+        }
+    for (int i = 0; i < count; ++i)
+        for (int j = 0; j < count; ++j) {
+            const double by = std::sqrt(size[i] * size[j]);
+            k(i, j) = by > 0 ? k(i, j) / by : 0;
+        }
+}
+
+static void addelement(const model& m, const settings& s, const dofmap& d, int number,
+                       const std::vector<int>& blockof, std::vector<ownerblock>& blocks) {
+    const element e = elementat(m, s, number);
+    const elementkind& kind = kindof(e.type);
+    elmatrix k;
+    kind.stiffness(e, k);
+    takeoutsize(kind, k);
+    vec6 row[mostdofs];
+    int block[mostdofs];
+    for (int i = 0; i < e.nodes; ++i)
+        for (int c = 0; c < kind.nodedofs; ++c) {
+            const int a = i * kind.nodedofs + c, place = d.place[c + 1];
+            block[a] = place < 0 ? -1 : blockof[std::size_t(d.owner[std::size_t(e.node[i])])];
+            if (block[a] < 0) continue;
+            const combination r = rowof(m, d, e.node[i], place);
+            row[a] = vec6::Zero();
+            std::copy_n(r.factor, r.count, row[a].data());
+        }
+    for (int a = 0; a < k.rows(); ++a)
+        for (int b = 0; b < k.cols(); ++b)
+            if (block[a] >= 0 && block[a] == block[b])
+                blocks[std::size_t(block[a])].stiffness += k(a, b) * row[a] * row[b].transpose();
+}
+
+static std::vector<ownerblock> blocksof(const model& m, const settings& s, const dofmap& d) {
+    const std::vector<char> sure = surelystiff(m, d);
+    std::vector<ownerblock> blocks;
+    std::vector<int> blockof(d.owner.size(), -1);
+    for (std::size_t n = 1; n < d.owner.size(); ++n)
+        if (d.owner[n] == int(n) && !sure[n] && unknownsof(d, int(n)) > 0) {
+            blockof[n] = int(blocks.size());
+            blocks.push_back({int(n)});
+        }
+    if (blocks.empty()) return blocks;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const elementkind& kind = kindof(def.type);
+        bool touches = false;
+        for (int i = 0; i < kind.nodes; ++i)
+            touches |= blockof[std::size_t(d.owner[std::size_t(def.node[i])])] >= 0;
+        if (touches && kind.stiffness != nullptr) addelement(m, s, d, e, blockof, blocks);
+    }
+    return blocks;
+}
+
+// --- the directions themselves ------------------------------------------------------------------
+
+// Directions without stiffness among the unknowns: unit vectors first, then the rest.
+static int emptydirections(const mat6& stiffness, int count, mat6& empty, bool& unitsalone) {
+    int found = 0;
+    std::vector<int> kept;
+    for (int i = 0; i < count; ++i) {
+        if (stiffness(i, i) > nostiffness)
+            kept.push_back(i);
+        else
+            empty.col(found++) = vec6::Unit(i);
+    }
+    unitsalone = true;
+    if (kept.empty()) return found;
+    const int n = int(kept.size());
+    Eigen::MatrixXd rest(n, n);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j)
+            rest(i, j) = stiffness(kept[std::size_t(i)], kept[std::size_t(j)]);
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(rest);
+    for (int v = 0; v < n; ++v) {
+        if (solver.eigenvalues()[v] > nostiffness) continue;
+        unitsalone = false;
+        vec6 direction = vec6::Zero();
+        for (int i = 0; i < n; ++i) direction[kept[std::size_t(i)]] = solver.eigenvectors()(i, v);
+        empty.col(found++) = direction;
+    }
+    return found;
+}
+
+// The space that a node without one has by its constraints alone.
+static ownerspace plainspace(const model& m, const dofmap& d, int n) {
+    ownerspace space;
+    space.owner = n;
+    space.base = d.pernode;
+    space.count = unknownsof(d, n);
+    for (int k = 0; k < d.pernode; ++k) {
+        const combination c = rowof(m, d, n, k);
+        space.start[k] = c.constant;
+        for (int j = 0; j < c.count; ++j) space.z(k, j) = c.factor[j];
+    }
+    return space;
+}
+
+static void holdplain(dofmap& d, int n, const mat6& empty, int found) {
+    std::size_t unknown[6];
+    int count = 0;
+    for (int k = 0; k < d.pernode; ++k) {
+        const std::size_t i = d.index(n, k);
+        if (!d.prescribed[i] && !d.heldplain[i]) unknown[count++] = i;
+    }
+    for (int v = 0; v < found; ++v) {
+        int at = 0;
+        empty.col(v).maxCoeff(&at);
+        d.heldplain[unknown[at]] = 1;
+    }
+}
+
+// by: unknown = by * comparable unknown, in which empty is told.
+static void holdinspace(const model& m, dofmap& d, int owner, const mat6& empty, int found,
+                        const vec6& by) {
+    int& place = d.spaceof[std::size_t(owner)];
+    if (place < 0) {
+        const ownerspace space = plainspace(m, d, owner);
+        place = int(d.spaces.size());
+        d.spaces.push_back(space);
+    }
+    ownerspace& space = d.spaces[std::size_t(place)];
+    const mat6 z = space.z * by.asDiagonal();
+    for (int v = 0; v < found; ++v)
+        d.held.push_back({owner, (z * vec6(empty.col(v))).normalized()});
+    space.z = z * complementof(empty, found, space.count);
+    space.count -= found;
+    space.z.rightCols(6 - space.count).setZero();
+}
+
+// Rotations of a body compare with its translations by its length.
+static vec6 comparable(const model& m, const dofmap& d, int owner, int count) {
+    vec6 by = vec6::Ones();
+    const int body = d.bodyof[std::size_t(owner)];
+    if (body < 0) return by;
+    const ownerspace& space = d.spaces[std::size_t(d.spaceof[std::size_t(owner)])];
+    for (int j = 0; j < count; ++j) {
+        const vec6 column = space.z.col(j);
+        const bool turns = m.twod ? column.head<2>().norm() < std::abs(column[2])
+                                  : column.head<3>().norm() < column.tail<3>().norm();
+        if (turns) by[j] = 1 / bodylength(m, d.bodies[std::size_t(body)]);
+    }
+    return by;
+}
+
+void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) {
+    long heldtotal = 0, loose = 0;
+    for (const ownerblock& block : blocksof(m, s, d)) {
+        mat6 empty = mat6::Zero();
+        bool unitsalone = true;
+        const int count = unknownsof(d, block.owner);
+        const bool single = d.bodyof[std::size_t(block.owner)] < 0;
+        const vec6 by = comparable(m, d, block.owner, count);
+        const mat6 scaled = by.asDiagonal() * block.stiffness * by.asDiagonal();
+        const int found = emptydirections(scaled, count, empty, unitsalone);
+        if (found == 0) continue;
+        heldtotal += found;
+        loose += single && found == count && count == d.pernode;
+        if (single && unitsalone)
+            holdplain(d, block.owner, empty, found);
+        else
+            holdinspace(m, d, block.owner, empty, found, by);
+    }
+    if (heldtotal > 0)
+        log.line(
+            "Held degrees of freedom that no element stiffens: " + std::to_string(heldtotal) +
+            (loose > 0 ? " (" + std::to_string(loose) + " node(s) without any stiffness)" : ""));
+}
+
+// --- loads --------------------------------------------------------------------------------------
+
+[[noreturn]] static void refuseload(int node, int dof, const std::string& casename) {
+    refuse("Node " + std::to_string(node) + " can move freely in " + dofname(dof) +
+           ": load case \"" + casename +
+           "\" loads it there and no element stiffens that direction. Constrain it or change the "
+           "load");
+}
+
+void checkheldloads(const model& m, const dofmap& d, const double* f, const std::string& casename) {
+    double largest = 0;
+    for (int i = 0; i < d.dofs(); ++i) largest = std::max(largest, std::fabs(f[i]));
+    const double noload = 1e-9 * largest;
+    for (int i = 0; i < d.dofs(); ++i)
+        if (d.heldplain[std::size_t(i)] && std::fabs(f[i]) > noload)
+            refuseload(i / d.pernode + 1, d.code[i % d.pernode], casename);
+    for (const helddirection& h : d.held) {
+        const int b = d.bodyof[std::size_t(h.owner)];
+        vec6 force = vec6::Zero();
+        if (b < 0) {
+            for (int k = 0; k < d.pernode; ++k) force[k] = f[d.index(h.owner, k)];
+        } else {
+            for (const int n : d.bodies[std::size_t(b)].nodes) {
+                const mat6 arm = bodyarm(m, d, d.bodies[std::size_t(b)], n);
+                for (int k = 0; k < d.pernode; ++k)
+                    force += arm.row(k).transpose() * f[d.index(n, k)];
+            }
+        }
+        if (std::fabs(force.dot(h.direction)) <= noload) continue;
+        int at = 0;
+        h.direction.cwiseAbs().maxCoeff(&at);
+        const bool flatbody = b >= 0 && m.twod;
+        refuseload(h.owner, b < 0 ? d.code[at] : flatbody && at == 2 ? 6 : at + 1, casename);
+    }
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Bars and beams: TRUSS, BEAM, PIPE. Degrees of freedom at each end u1 u2 u3 (and r1 r2 r3).
+#pragma once
+
+#include "solver/element.h"
+
+void checktruss(const element& e);
+void stiffentruss(const element& e, elmatrix& k);
+void masstruss(const element& e, elmatrix& m);
+void spreadtruss(const element& e, const vec2& place, const vec3& force, elvector& f);
+
+void checkbeam(const element& e);
+void stiffenbeam(const element& e, elmatrix& k);
+void massbeam(const element& e, elmatrix& m);
+void spreadbeam(const element& e, const vec2& place, const vec3& force, elvector& f);

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loads of a case.
+#include "solver/loads.h"
+
+#include <Eigen/Geometry>
+#include <algorithm>
+
+#include "solver/gauss.h"
+#include "solver/parallel.h"
+#include "solver/refuse.h"
+#include "solver/surface.h"
+
+caseloads::caseloads(const model& whole, const settings& set, int lc)
+    : m(whole), s(set), c(whole.cases[std::size_t(lc)]), number(lc) {
+    uniform = rotation = centre = vec3::Zero();
+    accelerated = c.type >= caseaccx && c.type <= caseaccrz;
+    if (accelerated) {
+        const double units = s.mass / s.force;
+        const int axis = (c.type - caseaccx) % 3;
+        if (c.type <= 3) {
+            uniform[axis] = c.par[0] * units;
+        } else {
+            rotation[axis] = c.par[0] * s.length * units;
+            centre = vec3(c.par[1], c.par[2], c.par[3]);
+        }
+    }
+    rows = c.element;
+    std::stable_sort(rows.begin(), rows.end(), [](const elementrow& a, const elementrow& b) {
+        return a.element < b.element;
+    });
+}
+
+bool caseloads::loadselements() const {
+    return !rows.empty() || (accelerated && c.par[4] == 1);
+}
+
+vec3 caseloads::accelerationat(const vec3& at) const {
+    return uniform + rotation.cross(at - centre);
+}
+
+void spreadevenly(const element& e, const vec3& load, elvector& f) {
+    const elementkind& kind = kindof(e.type);
+    if (kind.fam == family::plate) {
+        for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
+            const double area = surfacenormal(e, shapesat(e.nodes, p.place)).norm();
+            kind.spread(e, p.place, p.weight * area * load, f);
+        }
+        return;
+    }
+    const int points = 2;  // exact for the cubic shapes of a beam
+    const double half = lengthof(e) / 2;
+    for (int i = 0; i < points; ++i) {
+        const gausspoint& g = gausspoints(points)[i];
+        kind.spread(e, {(1 + g.at) / 2, 0}, g.weight * half * load, f);
+    }
+}
+
+bool caseloads::rowsonelement(const element& e, elvector& f) const {
+    const auto before = [](const elementrow& row, int number) { return row.element < number; };
+    auto row = std::lower_bound(rows.begin(), rows.end(), e.number, before);
+    bool any = false;
+    for (; row != rows.end() && row->element == e.number; ++row) {
+        const elementkind& kind = kindof(e.type);
+        if (kind.spread == nullptr)
+            refuseelement(e, "has a distributed load in case \"" + c.name +
+                                 "\", but this kind of element takes none; load its nodes");
+        if (kind.fam != family::plate && !(lengthof(e) > 0))
+            refuseelement(e, "has a distributed load, but no length");
+        const mat3 axes = kind.fam == family::plate ? plateaxes(e) : lineaxes(e);
+        spreadevenly(e, row->value * axes.row(row->direction - 1).transpose(), f);
+        any = true;
+    }
+    return any;
+}
+
+bool caseloads::massonelement(const element& e, elvector& f) const {
+    const elementkind& kind = kindof(e.type);
+    if (!accelerated || c.par[4] != 1 || kind.mass == nullptr) return false;
+    elmatrix mass;
+    kind.mass(e, mass);
+    const int stride = int(mass.rows()) / e.nodes;
+    elvector acceleration = elvector::Zero(mass.rows());
+    for (int i = 0; i < e.nodes; ++i) {
+        acceleration.segment<3>(stride * i) = accelerationat(e.x[i]);
+        if (stride == 6) acceleration.segment<3>(stride * i + 3) = rotation;
+    }
+    f += mass * acceleration;
+    return true;
+}
+
+bool caseloads::onelement(const element& e, elvector& f) const {
+    const bool byrows = rowsonelement(e, f);
+    const bool bymass = massonelement(e, f);
+    return byrows || bymass;
+}
+
+void caseloads::nodalforces(const dofmap& d, double* f, runlog& log) const {
+    long absent = 0;
+    for (const nodalrow& row : c.nodal) {
+        double value = row.value;
+        if (c.type != caseapplied) {
+            if (!accelerated) continue;  // masses do nothing in sea and wind
+            const vec3 a = accelerationat(m.nodes[std::size_t(row.node)]);
+            value *= row.dof <= 3 ? a[row.dof - 1] : rotation[row.dof - 4];
+        }
+        const int k = d.place[row.dof];
+        if (k >= 0)
+            f[d.index(row.node, k)] += value;
+        else
+            absent += value != 0;
+    }
+    if (absent > 0)
+        log.warn("Case " + std::to_string(number) + " \"" + c.name +
+                 "\": " + std::to_string(absent) +
+                 " nodal load(s) act in directions that this analysis does not have");
+}
+
+void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
+    std::fill_n(f, d.dofs(), 0.0);
+    nodalforces(d, f, log);
+    if (!loadselements()) return;
+    struct elementload {
+        bool any;
+        elvector f;
+    };
+    const int batch = 8192;
+    std::vector<elementload> loads(std::size_t(std::min(batch, m.nelems())));
+    for (int begin = 1; begin <= m.nelems(); begin += batch) {
+        const int count = std::min(batch, m.nelems() + 1 - begin);
+        parallelpieces(count, 256, [&](int first, int last, int) {
+            for (int i = first; i < last; ++i) {
+                const element e = elementat(m, s, begin + i);
+                elementload& load = loads[std::size_t(i)];
+                load.f = elvector::Zero(e.nodes * kindof(e.type).nodedofs);
+                load.any = onelement(e, load.f);
+            }
+        });
+        for (int i = 0; i < count; ++i) {
+            const elementload& load = loads[std::size_t(i)];
+            if (!load.any) continue;
+            const elementdofs dofs = dofsof(d, m.elements[std::size_t(begin + i)]);
+            for (int a = 0; a < dofs.count; ++a)
+                if (dofs.index[a] >= 0) f[dofs.index[a]] += load.f[a];
+        }
+    }
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loads of a case: nodal forces, distributed loads on elements, accelerations of masses, and what
+// sea and wind do to the elements (marine).
+#pragma once
+
+#include <vector>
+
+#include "solver/dofs.h"
+#include "solver/kinds.h"
+
+class caseloads {
+  public:
+    caseloads(const model& m, const settings& s, int lc);
+
+    // True where the case may put distributed load on elements at all.
+    bool loadselements() const;
+    // Adds the nodal forces that stand for the distributed load on this element (model axes,
+    // nodes x nodedofs); false where there is none.
+    bool onelement(const element& e, elvector& f) const;
+    // All forces of the case by degree of freedom; f: d.dofs() numbers, overwritten. Forces in
+    // directions that the analysis does not have are left out and counted.
+    void collect(const dofmap& d, double* f, runlog& log) const;
+
+  private:
+    void nodalforces(const dofmap& d, double* f, runlog& log) const;
+    bool rowsonelement(const element& e, elvector& f) const;
+    bool massonelement(const element& e, elvector& f) const;
+    vec3 accelerationat(const vec3& at) const;
+
+    const model& m;
+    const settings& s;
+    const loadcase& c;
+    int number;
+    bool accelerated;
+    vec3 uniform, rotation, centre;  // accelerations times mass unit over force unit
+    std::vector<elementrow> rows;    // by element
+};
+
+// Adds a force a length (line) or an area (plate) that is the same all over the element.
+void spreadevenly(const element& e, const vec3& load, elvector& f);

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Membranes without rotations: MEMB3 and MEMB4.
+#pragma once
+
+#include "solver/element.h"
+
+void checkmembrane(const element& e);
+void stiffenmemb3(const element& e, elmatrix& k);
+void stressmemb3(const element& e, elmatrix& s);
+void stiffenmemb4(const element& e, elmatrix& k);
+void stressmemb4(const element& e, elmatrix& s);

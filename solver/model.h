@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The model as its files tell it. Items are numbered from 1; slot 0 of every list is unused.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "solver/matrix.h"
+
+// Fields of an element group.
+enum groupfield {
+    fieldmodulus = 1,
+    fieldpoisson,
+    fielddensity,
+    fieldthickness,  // thickness of plates, area of line elements
+    fieldplane,      // 0 plane stress, 1 plane strain
+    fieldrotation,   // of the section about the element's axis, degrees
+    fieldixx,
+    fieldwxx,
+    fieldiyy,
+    fieldwyy,
+    fieldizz,
+    fieldwzz,
+    groupfields = fieldwzz
+};
+
+struct groupdata {
+    std::string name;
+    double field[groupfields + 1] = {};
+    mat6 spring = mat6::Zero();  // force a displacement, rows and columns DX DY DZ RX RY RZ
+};
+
+struct elementdef {
+    int type = 0, group = 0;
+    int node[mostnodes] = {};
+    double turn = 0;  // of the axes of a plate about its normal, radians
+};
+
+// A constraint (value: length or radians), a nodal load (force or moment) or a nodal mass.
+struct nodalrow {
+    int node, dof;  // dof: 1..6 for DX DY DZ RX RY RZ
+    double value;
+};
+
+struct elementrow {
+    int element, direction;  // direction: 1..3, the element's local axis
+    double value;            // force a length on line elements, a area on plates
+};
+
+enum casetype {
+    caseapplied = 0,
+    caseaccx = 1,  // ..6: accelerations along x y z, about x y z
+    caseaccrz = 6,
+    casewave = 7,
+    casewind = 8,
+    casebuoyancy = 9
+};
+
+const int caseparameters = 5;
+
+struct loadcase {
+    std::string name;
+    int type = caseapplied;
+    double par[caseparameters] = {1, 0, 0, 0, 1};
+    std::vector<nodalrow> nodal;  // masses where type is not caseapplied
+    std::vector<elementrow> element;
+};
+
+struct model {
+    std::string base;  // path without extension
+    std::vector<vec3> nodes;
+    std::vector<elementdef> elements;
+    std::vector<groupdata> groups;
+    std::vector<nodalrow> constraints;
+    std::vector<loadcase> cases;
+    bool twod = false;  // z of the nodes plays no part
+
+    int nnodes() const { return int(nodes.size()) - 1; }
+    int nelems() const { return int(elements.size()) - 1; }
+    int ngroups() const { return int(groups.size()) - 1; }
+    int ncases() const { return int(cases.size()) - 1; }
+};

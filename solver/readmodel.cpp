@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reading of the model's files.
+#include "solver/readmodel.h"
+
+#include <cmath>
+#include <filesystem>
+
+#include "core/numtext.h"
+#include "solver/kinds.h"
+#include "solver/refuse.h"
+
+static const double pi = 3.14159265358979;  // of the files
+static const double mostvalue = 1e30;       // larger numbers overflow in products of four of them
+static const int oldfields = 10, oldparameters = 4;
+
+static double boundednumber(textin& in) {
+    const double value = in.number();
+    if (!(std::fabs(value) <= mostvalue))
+        in.fail(erroverflow, "the number " + numbertext(value) + " is too large");
+    return value;
+}
+
+static int code(textin& in, int low, int high, const char* what) {
+    const long value = in.whole();
+    if (value < low || value > high)
+        in.fail(errtype, std::string(what) + " from " + std::to_string(low) + " to " +
+                             std::to_string(high) + " was expected, found " +
+                             std::to_string(value));
+    return int(value);
+}
+
+// A count of items of which each takes at least this many bytes of the file.
+static int countof(textin& in, std::size_t filesize, std::size_t leastbytes, const char* what) {
+    const int count = in.count();
+    if (std::size_t(count) * leastbytes > filesize + leastbytes)
+        in.fail(errtype, "the file tells " + std::to_string(count) + " " + what +
+                             ", but it is too short to hold them");
+    return count;
+}
+
+// --- .tek and .rot ------------------------------------------------------------------------------
+
+static elementdef readelement(textin& in, int nnodes) {
+    elementdef e;
+    const long type = in.whole();
+    if (type < 1 || type > lasttype)
+        in.fail(errtype, "element type " + std::to_string(type) +
+                             " is not in the catalogue; 1 to " + std::to_string(lasttype) + " are");
+    e.type = int(type);
+    for (int k = 0; k < kindof(e.type).nodes; ++k) {
+        const long n = in.whole();
+        if (n < 1 || n > nnodes)
+            in.fail(errtype, "the element uses node " + std::to_string(n) +
+                                 ", which does not exist; the model has nodes 1 to " +
+                                 std::to_string(nnodes));
+        e.node[k] = int(n);
+    }
+    e.group = in.count();
+    return e;
+}
+
+void readtek(textin& in, std::size_t filesize, model& m) {
+    const std::size_t nodebytes = 6, elementbytes = 6;
+    const int nnodes = countof(in, filesize, nodebytes, "nodes");
+    const int nelems = countof(in, filesize, elementbytes, "elements");
+    m.nodes.assign(std::size_t(nnodes) + 1, vec3::Zero());
+    m.elements.assign(std::size_t(nelems) + 1, {});
+    for (int n = 1; n <= nnodes; ++n)
+        for (int k = 0; k < 3; ++k) m.nodes[std::size_t(n)][k] = boundednumber(in);
+    for (int e = 1; e <= nelems; ++e) m.elements[std::size_t(e)] = readelement(in, nnodes);
+    // The view records behind the elements are the workbench's.
+}
+
+void readrot(textin& in, model& m) {
+    for (int e = 1; e <= m.nelems(); ++e) m.elements[std::size_t(e)].turn = boundednumber(in);
+}
+
+// --- groups -------------------------------------------------------------------------------------
+
+static void readgroups(textin& in, model& m, int fields) {
+    const int n = in.count();
+    m.groups.assign(1, {});
+    for (int g = 1; g <= n; ++g) {
+        groupdata group;
+        group.name = in.quoted();
+        for (int k = 1; k <= fields; ++k) group.field[k] = boundednumber(in);
+        m.groups.push_back(std::move(group));
+    }
+}
+
+void readmlt(textin& in, model& m) {
+    readgroups(in, m, groupfields);
+    for (int g = 1; g <= m.ngroups(); ++g)
+        for (int i = 0; i < 6; ++i)
+            for (int j = 0; j < 6; ++j) m.groups[std::size_t(g)].spring(i, j) = boundednumber(in);
+}
+
+void readoldmlt(textin& in, model& m) {
+    readgroups(in, m, oldfields);
+    if (!in.atend()) in.fail(errtype, "the file goes on behind the last group");
+}
+
+// --- constraints and loads ----------------------------------------------------------------------
+
+// Rows node,dof,value. Rows of node 0 or of a node that does not exist are left out, as the
+// workbench does; returns how many.
+static int readrows(textin& in, int count, const model& m, std::vector<nodalrow>& rows) {
+    int dropped = 0;
+    for (int i = 0; i < count; ++i) {
+        const long node = in.whole();
+        const int dof = code(in, 1, 6, "a degree of freedom");
+        const double value = boundednumber(in);
+        if (node >= 1 && node <= m.nnodes())
+            rows.push_back({int(node), dof, value});
+        else
+            ++dropped;
+    }
+    return dropped;
+}
+
+static void telldropped(runlog& log, int dropped, const textin& in, const char* what) {
+    if (dropped > 0)
+        log.warn(in.name() + ": " + std::to_string(dropped) + " row(s) name " + what +
+                 " that does not exist; they are left out");
+}
+
+void readvpl(textin& in, model& m, runlog& log) {
+    const int scaledz = 3;  // the file holds this translation scaled like an angle
+    telldropped(log, readrows(in, in.count(), m, m.constraints), in, "a node");
+    for (nodalrow& row : m.constraints)
+        if (row.dof == scaledz) row.value = row.value * 180 / pi;
+}
+
+static void readcases(textin& in, model& m, int parameters) {
+    const int n = in.count();
+    m.cases.assign(1, {});
+    for (int lc = 1; lc <= n; ++lc) {
+        loadcase c;
+        c.name = in.quoted();
+        c.type = code(in, caseapplied, casebuoyancy, "a type of load case");
+        for (int k = 0; k < parameters; ++k) c.par[k] = boundednumber(in);
+        m.cases.push_back(std::move(c));
+    }
+}
+
+void readlcd(textin& in, model& m) {
+    readcases(in, m, caseparameters);
+}
+
+void readoldlcd(textin& in, model& m) {
+    readcases(in, m, oldparameters);
+}
+
+// The next block's case. Without .lcd the blocks decide how many cases there are.
+static loadcase* nextcase(model& m, int lc, bool counted) {
+    if (lc <= m.ncases()) return &m.cases[std::size_t(lc)];
+    if (counted) return nullptr;
+    m.cases.push_back({});
+    return &m.cases.back();
+}
+
+void readknk(textin& in, model& m, runlog& log) {
+    if (m.cases.empty()) m.cases.resize(1);
+    const bool counted = m.ncases() > 0;
+    int dropped = 0, lc = 0;
+    while (!in.atend()) {
+        loadcase spare;
+        loadcase* const c = nextcase(m, ++lc, counted);
+        const int count = in.count();
+        dropped += readrows(in, count, m, (c ? c : &spare)->nodal);
+        if (!c && count > 0)
+            log.warn(in.name() + ": the loads of case " + std::to_string(lc) +
+                     " are left out, the model has fewer load cases");
+    }
+    telldropped(log, dropped, in, "a node");
+}
+
+void readell(textin& in, model& m, runlog& log) {
+    int dropped = 0, lc = 0;
+    while (!in.atend()) {
+        loadcase spare;
+        loadcase* const c = nextcase(m, ++lc, true);
+        const int count = in.count();
+        for (int i = 0; i < count; ++i) {
+            const long e = in.whole();
+            const int direction = code(in, 1, 3, "a direction");
+            const double value = boundednumber(in);
+            if (e >= 1 && e <= m.nelems())
+                (c ? c : &spare)->element.push_back({int(e), direction, value});
+            else
+                ++dropped;
+        }
+        if (!c && count > 0)
+            log.warn(in.name() + ": the element loads of case " + std::to_string(lc) +
+                     " are left out, the model has fewer load cases");
+    }
+    telldropped(log, dropped, in, "an element");
+}
+
+// --- the set ------------------------------------------------------------------------------------
+
+static bool stands(const std::string& path) {
+    std::error_code ec;
+    return std::filesystem::exists(path, ec);
+}
+
+// Reads one file in its present layout or, where that fails, in its old one. A file that fits
+// neither is refused with what the present layout misses.
+template <typename Present, typename Old>
+static void readeither(const std::string& path, runlog& log, Present present, Old old) {
+    const std::string content = readwhole(path);
+    guarded(
+        [&] {
+            textin in(content, path);
+            present(in);
+        },
+        [&](const runtimeerror& fault) {
+            textin again(content, path);
+            if (!guarded([&] { old(again); }, [](const runtimeerror&) {})) throw fault;
+            log.line(path + " has the old layout");
+        });
+}
+
+template <typename Read>
+static void readside(const std::string& base, const char* extension, runlog& log, Read read) {
+    const std::string path = findnocase(base + extension);
+    if (!stands(path)) {
+        log.line(std::string("No ") + extension + " file");
+        return;
+    }
+    textin in(path);
+    read(in);
+}
+
+void checkreferences(const model& m) {
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const int g = m.elements[std::size_t(e)].group;
+        if (g < 1 || g > m.ngroups())
+            refuse("Element " + std::to_string(e) + " is in group " + std::to_string(g) +
+                   ", which does not exist; the model has " + std::to_string(m.ngroups()) +
+                   " group(s). Give the element another group");
+    }
+}
+
+model readmodel(const std::string& base, runlog& log) {
+    model m;
+    m.base = base;
+    const std::string tek = findnocase(base + ".tek");
+    if (!stands(tek)) refuse("There is no model " + tek + "; save it first");
+    {
+        std::string content = readwhole(tek);
+        const std::size_t size = content.size();
+        textin in(std::move(content), tek);
+        readtek(in, size, m);
+    }
+    readside(base, ".rot", log, [&](textin& in) { readrot(in, m); });
+    const std::string mlt = findnocase(base + ".mlt");
+    if (!stands(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");
+    readeither(
+        mlt, log, [&](textin& in) { readmlt(in, m); }, [&](textin& in) { readoldmlt(in, m); });
+    readside(base, ".vpl", log, [&](textin& in) { readvpl(in, m, log); });
+    const std::string lcd = findnocase(base + ".lcd");
+    if (stands(lcd))
+        readeither(
+            lcd, log, [&](textin& in) { readlcd(in, m); }, [&](textin& in) { readoldlcd(in, m); });
+    readside(base, ".knk", log, [&](textin& in) { readknk(in, m, log); });
+    if (m.cases.size() < 2) m.cases.assign(2, {});  // there is always one case
+    readside(base, ".ell", log, [&](textin& in) { readell(in, m, log); });
+    checkreferences(m);
+    return m;
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reading of the model's files: .tek .rot .vpl .knk .mlt .lcd .ell.
+#pragma once
+
+#include <string>
+
+#include "core/textfile.h"
+#include "solver/model.h"
+#include "solver/report.h"
+
+// Reads the whole set. Without .tek or .mlt there is no model; every other file may be missing and
+// leaves its part empty. Throws a refusal that names file and line.
+model readmodel(const std::string& base, runlog& log);
+
+// The readers of the single files, in the order in which they must run.
+void readtek(textin& in, std::size_t filesize, model& m);
+void readrot(textin& in, model& m);
+void readmlt(textin& in, model& m);
+void readoldmlt(textin& in, model& m);  // ten fields a group, no matrices
+void readvpl(textin& in, model& m, runlog& log);
+void readlcd(textin& in, model& m);
+void readoldlcd(textin& in, model& m);  // four parameters a case
+void readknk(textin& in, model& m, runlog& log);
+void readell(textin& in, model& m, runlog& log);
+
+// Group of every element exists, every case has its slot. Throws a refusal.
+void checkreferences(const model& m);

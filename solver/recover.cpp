@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reactions and stresses.
+#include "solver/recover.h"
+
+#include <Eigen/Geometry>
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "solver/parallel.h"
+#include "solver/rigid.h"
+#include "solver/section.h"
+
+// Nodal displacements of an element in all cases, by columns.
+using elcases = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic>;
+
+static void gather(const dofmap& d, const elementdofs& dofs, const displacements& u, elcases& out) {
+    out.resize(dofs.count, u.cases);
+    for (int c = 0; c < u.cases; ++c) {
+        const double* const from = u.of(d, c + 1);
+        for (int a = 0; a < dofs.count; ++a)
+            out(a, c) = dofs.index[a] < 0 ? 0 : from[dofs.index[a]];
+    }
+}
+
+// --- reactions ----------------------------------------------------------------------------------
+
+// Nodes at which a support force can act: those with a constraint, and all of a body with one.
+static std::vector<char> supportednodes(const dofmap& d) {
+    std::vector<char> supported(d.owner.size(), 0);
+    for (std::size_t n = 1; n < supported.size(); ++n)
+        for (int k = 0; k < d.pernode; ++k) supported[n] |= d.prescribed[d.index(int(n), k)];
+    for (const rigidbody& body : d.bodies) {
+        char any = 0;
+        for (const int n : body.nodes) any |= supported[std::size_t(n)];
+        for (const int n : body.nodes) supported[std::size_t(n)] = any;
+    }
+    return supported;
+}
+
+// Sum of nodal forces; their moments about the origin where the analysis has the rotation.
+static vec6 resultant(const model& m, const dofmap& d, const double* f) {
+    vec6 sum = vec6::Zero();
+    for (int n = 1; n <= m.nnodes(); ++n) {
+        vec6 at = vec6::Zero();
+        for (int k = 0; k < d.pernode; ++k) at[d.code[k] - 1] = f[d.index(n, k)];
+        vec3 x = m.nodes[std::size_t(n)];
+        if (m.twod) x.z() = 0;
+        const vec3 force = at.head<3>();
+        at.tail<3>() += x.cross(force);
+        sum += at;
+    }
+    return sum;
+}
+
+static void addinternalforces(const model& m, const settings& s, const dofmap& d,
+                              const displacements& u, const std::vector<char>& supported,
+                              std::vector<double>& force) {
+    std::vector<int> list;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        bool touches = false;
+        for (int i = 0; i < kindof(def.type).nodes; ++i)
+            touches |= supported[std::size_t(def.node[i])] != 0;
+        if (touches && kindof(def.type).stiffness) list.push_back(e);
+    }
+    const int batch = 2048;
+    std::vector<elcases> forces(std::size_t(std::min<std::size_t>(batch, list.size())));
+    for (std::size_t begin = 0; begin < list.size(); begin += batch) {
+        const int count = int(std::min<std::size_t>(batch, list.size() - begin));
+        parallelpieces(count, 32, [&](int first, int last, int) {
+            elmatrix k;
+            elcases ue;
+            for (int i = first; i < last; ++i) {
+                const int e = list[begin + std::size_t(i)];
+                const elementdef& def = m.elements[std::size_t(e)];
+                kindof(def.type).stiffness(elementat(m, s, e), k);
+                gather(d, dofsof(d, def), u, ue);
+                forces[std::size_t(i)].noalias() = k * ue;
+            }
+        });
+        for (int i = 0; i < count; ++i) {
+            const elementdef& def = m.elements[std::size_t(list[begin + std::size_t(i)])];
+            const elementdofs dofs = dofsof(d, def);
+            for (int a = 0; a < dofs.count; ++a) {
+                if (dofs.index[a] < 0) continue;
+                for (int c = 0; c < u.cases; ++c)
+                    force[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])] +=
+                        forces[std::size_t(i)](a, c);
+            }
+        }
+    }
+}
+
+reactionset findreactions(const model& m, const settings& s, const dofmap& d,
+                          const displacements& u, runlog& log) {
+    reactionset r;
+    const std::size_t dofs = d.equation.size();
+    const std::vector<char> supported = supportednodes(d);
+    std::vector<double> unbalanced(u.u.size(), 0);
+    addinternalforces(m, s, d, u, supported, unbalanced);
+    r.force.assign(u.u.size(), 0);
+    r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
+    r.reaction = r.load;
+    std::vector<double> load(dofs);
+    runlog unheard;
+    for (int lc = 1; lc <= u.cases; ++lc) {
+        caseloads(m, s, lc).collect(d, load.data(), unheard);
+        double* const rest = unbalanced.data() + std::size_t(lc - 1) * dofs;
+        double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
+        for (std::size_t i = 0; i < dofs; ++i) {
+            const std::size_t node = i / std::size_t(d.pernode) + 1;
+            rest[i] = supported[node] ? rest[i] - load[i] : 0;
+            if (d.prescribed[i]) force[i] = rest[i];
+        }
+        for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
+        r.load[std::size_t(lc)] = resultant(m, d, load.data());
+        r.reaction[std::size_t(lc)] = resultant(m, d, force);
+        log.progress("reactions", int(100.0 * lc / u.cases));
+    }
+    return r;
+}
+
+// --- lines --------------------------------------------------------------------------------------
+
+// End forces in local axes: stiffness times displacements less what stands for the load between.
+static void endforces(const element& e, const elmatrix& k, const elcases& ue,
+                      const std::vector<caseloads>& loads, int c, const mat3& axes,
+                      Eigen::Matrix<double, 12, 1>& local) {
+    elvector f = k * ue.col(c);
+    elvector between = elvector::Zero(f.size());
+    if (loads[std::size_t(c)].loadselements() && loads[std::size_t(c)].onelement(e, between))
+        f -= between;
+    const int stride = int(f.size()) / 2;
+    local.setZero();
+    for (int end = 0; end < 2; ++end)
+        for (int half = 0; half < stride / 3; ++half)
+            local.segment<3>(6 * end + 3 * half) = axes * f.segment<3>(stride * end + 3 * half);
+}
+
+static double over(double force, double modulus) {
+    return modulus > 0 ? force / modulus : 0;
+}
+
+linestresses findlinestresses(const model& m, const settings& s, const dofmap& d,
+                              const displacements& u, runlog& log) {
+    linestresses r;
+    r.cases = u.cases;
+    for (int e = 1; e <= m.nelems(); ++e)
+        if (kindof(m.elements[std::size_t(e)].type).fam == family::line) r.elements.push_back(e);
+    r.value.resize(r.elements.size() * std::size_t(u.cases) * 2 * linevalues);
+    std::vector<caseloads> loads;
+    for (int lc = 1; lc <= u.cases; ++lc) loads.emplace_back(m, s, lc);
+    parallelpieces(int(r.elements.size()), 256, [&](int first, int last, int) {
+        elmatrix k;
+        elcases ue;
+        Eigen::Matrix<double, 12, 1> f;
+        for (int i = first; i < last; ++i) {
+            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+            const mat3 axes = lineaxes(e);
+            const linesection section = sectionof(e);
+            kindof(e.type).stiffness(e, k);
+            gather(d, dofsof(d, m.elements[std::size_t(e.number)]), u, ue);
+            for (int c = 0; c < u.cases; ++c) {
+                endforces(e, k, ue, loads, c, axes, f);
+                double* const value = const_cast<double*>(r.of(std::size_t(i), c + 1));
+                for (int end = 0; end < 2; ++end) {
+                    const double sign = end == 0 ? -1 : 1;  // the face that looks along +e1
+                    double* const at = value + end * linevalues;
+                    at[0] = sign * f[6 * end] / section.area;
+                    at[1] = sign * over(f[6 * end + 4], section.w2);
+                    at[2] = sign * over(f[6 * end + 5], section.w3);
+                    at[3] = sign * over(f[6 * end + 3], section.wt);
+                }
+            }
+        }
+    });
+    log.progress("stress", 50);
+    return r;
+}
+
+// --- plates -------------------------------------------------------------------------------------
+
+platestresses findplatestresses(const model& m, const settings& s, const dofmap& d,
+                                const displacements& u, runlog& log) {
+    platestresses r;
+    r.first.push_back(0);
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementkind& kind = kindof(m.elements[std::size_t(e)].type);
+        if (kind.fam != family::plate) continue;
+        r.elements.push_back(e);
+        r.first.push_back(r.first.back() + kind.nodes);
+    }
+    r.corners = r.first.back();
+    r.value.resize(std::size_t(u.cases) * std::size_t(r.corners) * platevalues);
+    parallelpieces(int(r.elements.size()), 128, [&](int first, int last, int) {
+        elmatrix rows;
+        elcases ue, stress;
+        for (int i = first; i < last; ++i) {
+            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+            kindof(e.type).stress(e, rows);
+            gather(d, dofsof(d, m.elements[std::size_t(e.number)]), u, ue);
+            stress.noalias() = rows * ue;
+            const auto corner = std::size_t(r.first[std::size_t(i)]);
+            for (int c = 0; c < u.cases; ++c)
+                std::copy_n(stress.col(c).data(), stress.rows(),
+                            r.value.data() +
+                                (std::size_t(c) * std::size_t(r.corners) + corner) * platevalues);
+        }
+    });
+    log.progress("stress", 100);
+    return r;
+}
+
+// Indices 1..13 of a record are told in the manual of the result files; here they are 0..12.
+enum recordindex { sx, sy, sz, sxy, sxz, syz, sbx, sby, sbz, stx, sty, stz, sc };
+
+static bool isplanestrain(const element& e) {
+    return (e.type == typememb3 || e.type == typememb4) && e.field(fieldplane) != 0;
+}
+
+void localrecord(const element& e, const double* corner, double* record) {
+    std::fill_n(record, recordvalues, 0.0);
+    record[sx] = corner[0];
+    record[sy] = corner[1];
+    record[sxy] = corner[2];
+    if (isplanestrain(e)) record[sz] = e.field(fieldpoisson) * (corner[0] + corner[1]);
+    record[sbx] = corner[4];  // bends about x, so it stretches along y
+    record[sby] = corner[3];
+    record[stx] = corner[5] / 2;
+    record[sty] = -corner[5] / 2;
+    record[sc] = combinedstress(record);
+}
+
+void globalrecord(const element& e, const mat3& axes, const double* corner, double* record) {
+    std::fill_n(record, recordvalues, 0.0);
+    mat3 membrane, bending;
+    membrane << corner[0], corner[2], 0, corner[2], corner[1], 0, 0, 0, 0;
+    bending << corner[3], corner[5], 0, corner[5], corner[4], 0, 0, 0, 0;
+    if (isplanestrain(e)) membrane(2, 2) = e.field(fieldpoisson) * (corner[0] + corner[1]);
+    membrane = axes.transpose() * membrane * axes;
+    bending = axes.transpose() * bending * axes;
+    record[sx] = membrane(0, 0);
+    record[sy] = membrane(1, 1);
+    record[sz] = membrane(2, 2);
+    record[sxy] = membrane(0, 1);
+    record[sxz] = membrane(0, 2);
+    record[syz] = membrane(1, 2);
+    record[sbx] = bending(1, 1);
+    record[sby] = bending(0, 0);
+    record[sbz] = bending(2, 2);
+    // Twist turns a face about its own normal: the diagonal of -(normal x bending). In a plate that
+    // lies in a coordinate plane it gives t/2 and -t/2 at the two axes of the plane.
+    const vec3 n = axes.row(2);
+    record[stx] = (n.z() * bending(1, 0) - n.y() * bending(2, 0)) / 2;
+    record[sty] = (n.x() * bending(2, 1) - n.z() * bending(0, 1)) / 2;
+    record[stz] = (n.y() * bending(0, 2) - n.x() * bending(1, 2)) / 2;
+    record[sc] = combinedstress(record);
+}
+
+// Largest von Mises stress over the signs of bending and twist.
+double combinedstress(const double* s) {
+    double largest = 0;
+    for (const double a : {-1.0, 1.0})
+        for (const double b : {-1.0, 1.0})
+            for (const double d : {-1.0, 1.0}) {
+                const double x = b * s[sbz] + d * s[sby] + s[sx];
+                const double y = b * s[sbz] + d * s[sbx] + s[sy];
+                const double z = s[sz];
+                const double xy = d * (s[stx] - s[sty]) + s[sxy];
+                const double xz = b * (s[stz] - s[stx]) + s[sxz];
+                const double yz = a * (s[stz] - s[sty]) + s[syz];
+                const double square = x * x + y * y + z * z - x * y - x * z - y * z +
+                                      3 * (xy * xy + xz * xz + yz * yz);
+                largest = std::max(largest, square);
+            }
+    return std::sqrt(largest);
+}
+
+averageslots findslots(const model& m, const platestresses& p) {
+    struct corner {
+        int node, group, number;
+    };
+    std::vector<corner> corners(std::size_t(p.corners));
+    for (std::size_t i = 0; i < p.elements.size(); ++i) {
+        const elementdef& def = m.elements[std::size_t(p.elements[i])];
+        for (int c = p.first[i]; c < p.first[i + 1]; ++c)
+            corners[std::size_t(c)] = {def.node[c - p.first[i]], def.group, c};
+    }
+    std::sort(corners.begin(), corners.end(), [](const corner& a, const corner& b) {
+        if (a.node != b.node) return a.node < b.node;
+        return a.group != b.group ? a.group < b.group : a.number < b.number;
+    });
+    averageslots r;
+    r.slot.resize(corners.size());
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const bool same = i > 0 && corners[i].node == corners[i - 1].node &&
+                          corners[i].group == corners[i - 1].group;
+        if (!same) r.members.push_back(0);
+        ++r.members.back();
+        r.slot[std::size_t(corners[i].number)] = int(r.members.size()) - 1;
+    }
+    return r;
+}

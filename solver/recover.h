@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the elements feel once the displacements are known: reactions, end forces of lines, stresses
+// of plates.
+#pragma once
+
+#include <vector>
+
+#include "solver/loads.h"
+
+// Displacements of all cases: d.dofs() numbers a case, one case behind the other.
+struct displacements {
+    std::vector<double> u;
+    int cases = 0;
+    const double* of(const dofmap& d, int lc) const {
+        return u.data() + std::size_t(lc - 1) * d.equation.size();
+    }
+};
+
+// Forces at the constrained degrees of freedom, and the loads they answer, summed.
+struct reactionset {
+    std::vector<double> force;   // like the displacements; 0 where nothing is constrained
+    std::vector<vec6> load;      // (1..cases): sum of applied forces DX..RZ; moments about the
+    std::vector<vec6> reaction;  // origin of the model
+};
+reactionset findreactions(const model& m, const settings& s, const dofmap& d,
+                          const displacements& u, runlog& log);
+
+// Line elements: for each, for each case, at both ends axial force, moment about e2, moment about
+// e3, torsion, as they act on the face that looks along +e1, over area and section moduli.
+const int linevalues = 4;
+struct linestresses {
+    std::vector<int> elements;
+    std::vector<double> value;  // [element][case][end][value]
+    int cases = 0;
+    const double* of(std::size_t line, int lc) const {
+        return value.data() + (line * std::size_t(cases) + std::size_t(lc - 1)) * 2 * linevalues;
+    }
+};
+linestresses findlinestresses(const model& m, const settings& s, const dofmap& d,
+                              const displacements& u, runlog& log);
+
+// Plates: at each corner membrane x, y, xy and bending x, y, xy in stress axes.
+const int platevalues = 6;
+struct platestresses {
+    std::vector<int> elements;
+    std::vector<int> first;     // of each element's corners among all corners; one more at the end
+    std::vector<double> value;  // [case][corner][value]
+    int corners = 0;
+    const double* of(int lc, int corner) const {
+        return value.data() +
+               (std::size_t(lc - 1) * std::size_t(corners) + std::size_t(corner)) * platevalues;
+    }
+};
+platestresses findplatestresses(const model& m, const settings& s, const dofmap& d,
+                                const displacements& u, runlog& log);
+
+// The thirteen values of a stress record.
+const int recordvalues = 13;
+// Local axes of one corner to a record in local and in global axes. Combined stress included.
+void localrecord(const element& e, const double* corner, double* record);
+void globalrecord(const element& e, const mat3& axes, const double* corner, double* record);
+double combinedstress(const double* record);
+
+// Corner slots that share node and group, for averages: slot of each corner and number of slots.
+struct averageslots {
+    std::vector<int> slot, members;
+};
+averageslots findslots(const model& m, const platestresses& p);

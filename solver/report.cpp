@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The log of a run.
+#include "solver/report.h"
+
+#include <sys/resource.h>
+
+#include <cstdio>
+
+#include "core/runtime.h"
+#include "core/textfile.h"
+
+double peakmemory() {
+    const double kibibytes = 1024;  // ru_maxrss counts them
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_maxrss) / kibibytes;
+}
+
+std::string shortnumber(double value) {
+    char buffer[40];
+    std::snprintf(buffer, sizeof buffer, "%.6g", value == 0 ? 0.0 : value);
+    return buffer;
+}
+
+std::string padded(const std::string& text, int width) {
+    return text.size() < std::size_t(width)
+               ? text + std::string(std::size_t(width) - text.size(), ' ')
+               : text;
+}
+
+std::string rightaligned(const std::string& text, int width) {
+    return text.size() < std::size_t(width)
+               ? std::string(std::size_t(width) - text.size(), ' ') + text
+               : text;
+}
+
+void runlog::line(const std::string& text) {
+    content += text;
+    content += "\r\n";
+}
+
+void runlog::warn(const std::string& text) {
+    warned.push_back(text);
+    line("Warning: " + text);
+}
+
+void runlog::stage(const std::string& name) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!running.empty()) {
+        const std::chrono::duration<double> spent = now - started;
+        stages.push_back({running, spent.count(), peakmemory()});
+    }
+    running = name;
+    started = now;
+    if (!name.empty()) progress(name.c_str(), 0);
+}
+
+void runlog::progress(const char* name, int percent) {
+    const std::string now = std::string(name) + " " + std::to_string(percent);
+    if (silent || now == lastprogress) return;
+    lastprogress = now;
+    std::printf("%s\n", now.c_str());
+    std::fflush(stdout);
+}
+
+bool runlog::write(const std::string& path, const std::string& outcome) {
+    stage("");
+    line();
+    line("Stage          seconds   peak MiB");
+    for (const stagerow& s : stages) {
+        char row[80];
+        std::snprintf(row, sizeof row, "%-12s %9.3f %10.1f", s.name.c_str(), s.seconds, s.peak);
+        line(row);
+    }
+    line();
+    if (!warned.empty()) line(std::to_string(warned.size()) + " warning(s), see above");
+    line(outcome);
+    return guarded(
+        [&] {
+            textout out(path);
+            out.raw(content);
+            out.commit();
+        },
+        [](const runtimeerror&) {});
+}

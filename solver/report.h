@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The run's log beside the model, its progress on standard output, and the time and memory of its
+// stages.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+// Text of the log gathers in memory and is written to BASE.log when the run ends, whichever way.
+class runlog {
+  public:
+    void line(const std::string& text = {});
+    void warn(const std::string& text);  // numbered among the warnings, told at the end too
+    // Ends the running stage, starts the next; "" only ends.
+    void stage(const std::string& name);
+    // "name percent" on standard output, at once; repeated values are left out.
+    void progress(const char* name, int percent);
+    void quiet() { silent = true; }
+    const std::vector<std::string>& warnings() const { return warned; }
+    const std::string& text() const { return content; }
+    // Adds the table of stages and the outcome, writes the file; false where it cannot be written.
+    bool write(const std::string& path, const std::string& outcome);
+
+  private:
+    struct stagerow {
+        std::string name;
+        double seconds, peak;  // wall time; peak memory of the process at its end, MiB
+    };
+    std::string content, running, lastprogress;
+    std::vector<std::string> warned;
+    std::vector<stagerow> stages;
+    std::chrono::steady_clock::time_point started;
+    bool silent = false;
+};
+
+// Largest memory that the process has held so far, MiB.
+double peakmemory();
+
+// A number with six significant digits, for the log.
+std::string shortnumber(double value);
+// The text filled with blanks to this width, at its right or its left.
+std::string padded(const std::string& text, int width);
+std::string rightaligned(const std::string& text, int width);

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The stages of an analysis.
+#include "solver/run.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "solver/held.h"
+#include "solver/parallel.h"
+#include "solver/readmodel.h"
+#include "solver/refuse.h"
+#include "solver/solve.h"
+#include "solver/write.h"
+
+static void tellmodel(const model& m, runlog& log) {
+    log.line("Nodes " + std::to_string(m.nnodes()) + ", elements " + std::to_string(m.nelems()) +
+             ", groups " + std::to_string(m.ngroups()) + ", load cases " +
+             std::to_string(m.ncases()) + ", constraints " + std::to_string(m.constraints.size()));
+    int counts[lasttype + 1] = {};
+    for (int e = 1; e <= m.nelems(); ++e) ++counts[m.elements[std::size_t(e)].type];
+    for (int type = 1; type <= lasttype; ++type)
+        if (counts[type] > 0)
+            log.line("  " + padded(kindof(type).name, 10) + std::to_string(counts[type]));
+}
+
+// doftype as the workbench derives it, for runs without a control file.
+static int derivedtype(const model& m, bool twod) {
+    bool rotations = false;
+    for (int e = 1; e <= m.nelems() && !rotations; ++e)
+        rotations = bringsrotations(m.elements[std::size_t(e)].type);
+    return (twod ? 1 : 2) + (rotations ? 1 : 0);
+}
+
+static void checkelements(const model& m, const settings& s) {
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const element el = elementat(m, s, e);
+        const elementkind& kind = kindof(el.type);
+        if (!kind.check && el.type != typerigid)
+            refuseelement(el, "is of a kind that this version does not take yet");
+        if (kind.check) kind.check(el);
+    }
+}
+
+// --- static cases -------------------------------------------------------------------------------
+
+static displacements solvecases(const model& m, const settings& s, const equations& q, factor& l,
+                                runlog& log) {
+    const dofmap& d = q.dofs;
+    log.stage("loads");
+    const std::vector<double> byconstants = constantforces(m, s, d);
+    displacements result;
+    result.cases = m.ncases();
+    result.u.resize(d.equation.size() * std::size_t(m.ncases()));
+    std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(m.ncases()));
+    std::vector<double> f(d.equation.size());
+    for (int lc = 1; lc <= m.ncases(); ++lc) {
+        const std::string& name = m.cases[std::size_t(lc)].name;
+        caseloads(m, s, lc).collect(d, f.data(), log);
+        checkheldloads(m, d, f.data(), name);
+        const bool none = std::all_of(f.begin(), f.end(), [](double v) { return v == 0; });
+        if (none && byconstants.empty())
+            log.warn("Case " + std::to_string(lc) + " \"" + name +
+                     "\" has no load; its displacements are 0");
+        for (std::size_t i = 0; i < byconstants.size(); ++i) f[i] += byconstants[i];
+        condense(d, f.data(), columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns));
+        log.progress("loads", int(100.0 * lc / m.ncases()));
+    }
+    log.stage("solve");
+    const std::vector<double> residual = d.unknowns > 0
+                                             ? solvecolumns(q, l, columns.data(), m.ncases())
+                                             : std::vector<double>(std::size_t(m.ncases()), 0);
+    for (int lc = 1; lc <= m.ncases(); ++lc) {
+        const double rest = residual[std::size_t(lc - 1)];
+        log.line("Case " + std::to_string(lc) + " residual |Ku-f|/|f| = " + shortnumber(rest));
+        const double doubtful = 1e-8, useless = 1e-4;
+        if (!(rest < useless))
+            refuse("The equations of case " + std::to_string(lc) +
+                   " could not be solved to a useful accuracy (residual " + shortnumber(rest) +
+                   "); the stiffness of the elements differs by too many powers of ten");
+        if (rest > doubtful)
+            log.warn("Case " + std::to_string(lc) +
+                     ": the residual is large, the model is "
+                     "ill-conditioned");
+        expand(d, columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns),
+               result.u.data() + std::size_t(lc - 1) * d.equation.size());
+    }
+    return result;
+}
+
+static void tellbalance(const model& m, const reactionset& r, runlog& log) {
+    log.line();
+    log.line(
+        "Balance, moments about the origin      DX           DY           DZ"
+        "           RX           RY           RZ");
+    for (int lc = 1; lc <= m.ncases(); ++lc) {
+        const auto row = [&](const char* name, const vec6& v) {
+            std::string text = padded(name, 28);
+            for (int k = 0; k < 6; ++k) text += rightaligned(shortnumber(v[k]), 13);
+            log.line(text);
+        };
+        const vec6 &load = r.load[std::size_t(lc)], &reaction = r.reaction[std::size_t(lc)];
+        log.line("Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name + "\"");
+        row("  load", load);
+        row("  reaction", reaction);
+        row("  difference", load + reaction);
+    }
+}
+
+static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
+                        results& r, runlog& log) {
+    factor l;
+    if (q.dofs.unknowns > 0) {
+        analysefactor(q, l, m.ncases(), log);
+        factorise(m, q, l, log);
+    }
+    r.u = solvecases(m, s, q, l, log);
+    if (what.reactions) {
+        log.stage("reactions");
+        r.reactions = findreactions(m, s, q.dofs, r.u, log);
+        tellbalance(m, r.reactions, log);
+    }
+    log.stage("stress");
+    if (what.linestresses) r.lines = findlinestresses(m, s, q.dofs, r.u, log);
+    if (what.platestresses) r.plates = findplatestresses(m, s, q.dofs, r.u, log);
+}
+
+// --- the whole ----------------------------------------------------------------------------------
+
+static void checkcontents(const model& m) {
+    for (int lc = 1; lc <= m.ncases(); ++lc)
+        if (m.cases[std::size_t(lc)].type > caseaccrz)
+            refuse("Load case " + std::to_string(lc) +
+                   " is of a type that this version does not take yet");
+    if (m.nnodes() == 0) refuse("The model has no nodes; there is nothing to analyse");
+    if (m.nelems() == 0) refuse("The model has no elements; there is nothing to analyse");
+}
+
+results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log) {
+    setthreads(s.threads);
+    const int anadof = analysiskind(m, doftype > 0 ? doftype : derivedtype(m, m.twod));
+    m.twod = anadof == 1 || anadof == 2;
+    tellmodel(m, log);
+    log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
+    checkcontents(m);
+    checkelements(m, s);
+    results r;
+    equations q = makeequations(m, s, anadof, log);
+    r.halfbandwidth = q.halfbandwidth;
+    if (what.displacements) solvestatic(m, s, q, what, r, log);
+    r.dofs = std::move(q.dofs);
+    return r;
+}
+
+void analyse(const job& j, runlog& log) {
+    log.stage("read");
+    const settings s = readsettings(j.appdir + "/feiflu.ini", log);
+    model m = readmodel(j.base, log);
+    m.twod = j.twod;
+    wanted what;
+    what.reactions = j.solve;
+    what.linestresses = j.linestress;
+    what.platestresses = j.platestress;
+    what.displacements = j.solve || what.linestresses || what.platestresses;
+    const results r = solvemodel(m, s, j.doftype, what, log);
+    log.stage("write");
+    writesummary(m, r.halfbandwidth);
+    if (j.solve) writedisplacements(m, r.dofs, r.u);
+    if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
+    if (j.linestress) writelinestresses(m, s, r.lines);
+    if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
+    log.stage("");
+    log.progress("done", 100);
+}

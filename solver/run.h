@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// One analysis: from its files to its results, or from a model in memory to results in memory.
+#pragma once
+
+#include "solver/control.h"
+#include "solver/recover.h"
+#include "solver/report.h"
+
+// What is worked out.
+struct wanted {
+    bool displacements = true;
+    bool reactions = true;
+    bool linestresses = true;
+    bool platestresses = true;
+    bool modes = false;
+};
+
+struct results {
+    dofmap dofs;
+    std::int64_t halfbandwidth = 0;
+    displacements u;
+    reactionset reactions;
+    linestresses lines;
+    platestresses plates;
+};
+
+// Works the model out. doftype 1..3, or 0: taken from the element types, with m.twod as it stands.
+results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log);
+
+// Does what the job asks, from files to files. Throws a refusal.
+void analyse(const job& j, runlog& log);

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The equations of the static cases: matrix, factor, displacements, and the search for mechanisms.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "solver/factor.h"
+
+// The numbered equations of a model.
+struct equations {
+    dofmap dofs;
+    sparsematrix stiffness;
+    std::int64_t halfbandwidth = 0;  // in equations, in the order of the nodes' numbers
+};
+
+// Degrees of freedom, order and pattern; the matrix is assembled.
+equations makeequations(const model& m, const settings& s, int anadof, runlog& log);
+
+// Half bandwidth that the equations have when they are numbered as the nodes are.
+std::int64_t halfbandwidth(const model& m, const dofmap& d);
+
+// Symbolic factor; refuses what this machine's memory cannot hold. columns: right sides at once.
+void analysefactor(const equations& q, factor& l, int columns, runlog& log);
+
+// Numerical factor; a mechanism is refused, named by node and direction.
+void factorise(const model& m, const equations& q, factor& l, runlog& log);
+
+// Solves in place; values: columns of q.dofs.unknowns numbers. Returns |Ku-f|/|f| of each column.
+std::vector<double> solvecolumns(const equations& q, factor& l, double* values, int columns);
+
+// Says which node and direction an unknown stands for.
+struct namedunknown {
+    int node = 0, dof = 0;
+};
+namedunknown nameunknown(const dofmap& d, std::int64_t unknown);

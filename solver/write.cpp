@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Result files. Text is made by all threads, a block of rows each, and written in order.
+#include "solver/write.h"
+
+#include <algorithm>
+
+#include "core/numtext.h"
+#include "core/textfile.h"
+#include "solver/parallel.h"
+
+namespace {
+// Text of some rows.
+class rowtext {
+  public:
+    void put(double value) {
+        comma();
+        const std::size_t at = text.size();
+        text.resize(at + longestnumber);
+        char* const p = text.data() + at;
+        text.resize(at + std::size_t(writenumber(p, value) - p));
+    }
+    void put(int value) {
+        comma();
+        const std::size_t at = text.size();
+        text.resize(at + longestnumber);
+        char* const p = text.data() + at;
+        text.resize(at + std::size_t(writenumber(p, long(value)) - p));
+    }
+    void put(const vec3& at) {
+        for (int k = 0; k < 3; ++k) put(at[k]);
+    }
+    void put(const double* values, int count) {
+        for (int k = 0; k < count; ++k) put(values[k]);
+    }
+    void endline() {
+        text += "\r\n";
+        started = false;
+    }
+    const std::string& content() const { return text; }
+    void clear() { text.clear(); }
+
+  private:
+    void comma() {
+        if (started) text += ',';
+        started = true;
+    }
+    std::string text;
+    bool started = false;
+};
+}  // namespace
+
+// Writes rows 0..count-1, each made by row(i, text).
+template <typename Row>
+static void writerows(textout& out, int count, Row row) {
+    const int blockrows = 1024, blocks = 4 * threads();
+    std::vector<rowtext> texts;
+    texts.resize(std::size_t(blocks));
+    for (int begin = 0; begin < count; begin += blockrows * blocks) {
+        parallelpieces(blocks, 1, [&](int firstblock, int lastblock, int) {
+            for (int b = firstblock; b < lastblock; ++b) {
+                rowtext& text = texts[std::size_t(b)];
+                text.clear();
+                const int first = begin + b * blockrows;
+                for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, text);
+            }
+        });
+        for (const rowtext& text : texts) out.raw(text.content());
+    }
+}
+
+std::string trailerof(const model& m, int lc) {
+    std::string name;
+    for (const char c : m.cases[std::size_t(lc)].name)
+        if (std::string_view(" \t\r\n\",").find(c) == std::string_view::npos) name += c;
+    return name.empty() ? "LC" + std::to_string(lc) : name;
+}
+
+void writedisplacements(const model& m, const dofmap& d, const displacements& u) {
+    textout out(m.base + ".rvp");
+    out.line(m.nnodes(), d.anadof);
+    for (int lc = 1; lc <= u.cases; ++lc) {
+        const double* const at = u.of(d, lc);
+        writerows(out, m.nnodes(), [&](int i, rowtext& text) {
+            text.put(at + std::size_t(i) * std::size_t(d.pernode), d.pernode);
+            text.endline();
+        });
+        out.quoted(trailerof(m, lc)).endline();
+    }
+    out.commit();
+}
+
+void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r) {
+    textout out(m.base + ".KRT");
+    out.line(m.nnodes(), d.anadof);
+    for (int lc = 1; lc <= u.cases; ++lc) {
+        const double* const at = r.force.data() + std::size_t(lc - 1) * d.equation.size();
+        writerows(out, m.nnodes(), [&](int i, rowtext& text) {
+            text.put(i + 1);
+            text.put(at + std::size_t(i) * std::size_t(d.pernode), d.pernode);
+            text.endline();
+        });
+        double sum[6] = {};
+        for (int i = 0; i < d.dofs(); ++i) sum[i % d.pernode] += at[i];
+        rowtext total;
+        total.put(0);
+        total.put(sum, d.pernode);
+        total.endline();
+        out.raw(total.content());
+        out.quoted(trailerof(m, lc)).endline();
+    }
+    out.commit();
+}
+
+void writelinestresses(const model& m, const settings& s, const linestresses& r) {
+    textout out(m.base + ".LES");
+    for (int lc = 1; lc <= r.cases; ++lc) {
+        writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
+            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+            text.put(e.number);
+            text.put(middleof(e));
+            const double* const value = r.of(std::size_t(i), lc);
+            for (int end = 0; end < 2; ++end) {
+                const double* const at = value + end * linevalues;
+                double record[recordvalues] = {at[0], 0,     0,     0, 0, 0, 0,
+                                               at[1], at[2], at[3], 0, 0, 0};
+                record[recordvalues - 1] = combinedstress(record);
+                text.put(record, recordvalues);
+            }
+            text.endline();
+        });
+        out.raw("END").endline();
+    }
+    out.commit();
+}
+
+// --- plates -------------------------------------------------------------------------------------
+
+static void putcorner(const element& e, int corner, const double* record, rowtext& text) {
+    text.put(e.number);
+    text.put(e.x[corner]);
+    text.put(record, recordvalues);
+    text.endline();
+}
+
+namespace {
+enum class axesof { element, model };
+}
+
+static void makerecord(const element& e, axesof which, const double* corner, double* record) {
+    if (which == axesof::element)
+        localrecord(e, corner, record);
+    else
+        globalrecord(e, stressaxes(e), corner, record);
+}
+
+static void writecorners(textout& out, const model& m, const settings& s, const platestresses& r,
+                         int lc, axesof which) {
+    writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
+        const element e = elementat(m, s, r.elements[std::size_t(i)]);
+        for (int c = 0; c < e.nodes; ++c) {
+            double record[recordvalues];
+            makerecord(e, which, r.of(lc, r.first[std::size_t(i)] + c), record);
+            putcorner(e, c, record, text);
+        }
+    });
+    out.raw("END").endline();
+}
+
+static void writemeans(textout& out, const model& m, const settings& s, const platestresses& r,
+                       const averageslots& slots, int lc, axesof which) {
+    const int summed = recordvalues - 1;
+    std::vector<double> mean(slots.members.size() * std::size_t(summed), 0);
+    for (std::size_t i = 0; i < r.elements.size(); ++i) {
+        const element e = elementat(m, s, r.elements[i]);
+        for (int c = 0; c < e.nodes; ++c) {
+            double record[recordvalues];
+            makerecord(e, which, r.of(lc, r.first[i] + c), record);
+            const int slot = slots.slot[std::size_t(r.first[i] + c)];
+            for (int k = 0; k < summed; ++k)
+                mean[std::size_t(slot) * std::size_t(summed) + std::size_t(k)] +=
+                    record[k] / slots.members[std::size_t(slot)];
+        }
+    }
+    writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
+        const element e = elementat(m, s, r.elements[std::size_t(i)]);
+        for (int c = 0; c < e.nodes; ++c) {
+            const int slot = slots.slot[std::size_t(r.first[std::size_t(i)] + c)];
+            double record[recordvalues];
+            std::copy_n(mean.data() + std::size_t(slot) * std::size_t(summed), summed, record);
+            record[recordvalues - 1] = combinedstress(record);
+            putcorner(e, c, record, text);
+        }
+    });
+    out.raw("END").endline();
+}
+
+void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases) {
+    const averageslots slots = findslots(m, r);
+    const struct {
+        const char* extension;
+        axesof which;
+        bool mean;
+    } files[] = {{".NSR", axesof::model, false},
+                 {".NSL", axesof::element, false},
+                 {".NSA", axesof::model, true},
+                 {".NLA", axesof::element, true}};
+    for (const auto& file : files) {
+        textout out(m.base + file.extension);
+        for (int lc = 1; lc <= cases; ++lc) {
+            if (file.mean)
+                writemeans(out, m, s, r, slots, lc, file.which);
+            else
+                writecorners(out, m, s, r, lc, file.which);
+        }
+        out.commit();
+    }
+}
+
+void writesummary(const model& m, std::int64_t halfbandwidth) {
+    textout out(m.base + ".DAT");
+    out.line(m.nnodes(), long(halfbandwidth), m.nelems());
+    out.commit();
+}

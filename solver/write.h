@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The result files beside the model.
+#pragma once
+
+#include <string>
+
+#include "solver/recover.h"
+
+// .rvp: header, then a case's node rows and its name.
+void writedisplacements(const model& m, const dofmap& d, const displacements& u);
+// .KRT: header, then a case's numbered node rows, their sum as node 0, and its name.
+void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r);
+// .LES
+void writelinestresses(const model& m, const settings& s, const linestresses& r);
+// .NSR .NSL (each element's own corners) .NSA .NLA (means of a group's elements at a node)
+void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases);
+// .DAT
+void writesummary(const model& m, std::int64_t halfbandwidth);
+
+// The name of a case as the trailer of its block: without blanks.
+std::string trailerof(const model& m, int lc);

@@ -50,7 +50,7 @@ struct dofmap {
     int place[7] = {-1, 0, 1, 2, 3, 4, 5};  // of code 1..6, -1: the analysis has none
     int unknowns = 0;
 
-    static const int constantdof = -1;
+    static constexpr int constantdof = -1;
     std::vector<int> equation;     // >= 0 unknown, -1 constant, below: combination -2-c
     std::vector<double> constant;  // of those with -1
     std::vector<combination> combinations;

@@ -53,20 +53,30 @@ static const savestep savesteps[] = {
     {writetxt, nullptr},
 };
 
+static bool runstep(const savestep& step) {
+    return guarded([&] { step.write(modelname); },
+                   [&](const runtimeerror& e) {
+                       if (step.message == nullptr) return;
+                       door().showstatus(e.what);  // the reason, beside the message
+                       door().message(step.message, icons::exclamation);
+                   }) ||
+           step.message == nullptr;
+}
+
 bool savemodel() {
     bool whole = true;
     packelems();
     packgraphics();
     if (renumbersave) renumbermodel();
-    for (const savestep& step : savesteps)
-        guarded([&] { step.write(modelname); },
-                [&](const runtimeerror& e) {
-                    if (step.message == nullptr) return;
-                    whole = false;
-                    door().showstatus(e.what);  // the reason, beside the message
-                    door().message(step.message, icons::exclamation);
-                });
+    for (const savestep& step : savesteps) whole = runstep(step) && whole;
     door().endprogress();
+    return whole;
+}
+
+bool savecombinations() {
+    bool whole = true;
+    for (const savestep& step : savesteps)
+        if (step.write == writelco) whole = runstep(step);
     return whole;
 }
 

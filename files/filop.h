@@ -10,6 +10,7 @@ bool isnamed();
 // Writes the set under modelname. Each file that fails is told by its own message and leaves its
 // older content on disk; the others are written. Returns true when all are written.
 bool savemodel();
+bool savecombinations();  // .lco alone, told in the same way
 // Takes the name, asks before an existing model is replaced, saves. False when the user said No or
 // a file failed.
 bool savemodelas(const std::string& name);

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <map>
 
+#include "core/platform.h"
 #include "ui/mainwindow.h"
 
 static std::map<std::string, std::function<QDialog*()>>& makers() {
@@ -22,6 +23,13 @@ void wiredialogs() {
     adddialog("frmAbout", makeabout);
     adddialog("Info", makeinfo);
     adddialog("modelinfo", makemodelinfo);
+    adddialog("Loadkees", makeloadkees);
+    adddialog("Loadcombinations", makeloadcombinations);
+    adddialog("nodeattributes", makenodeattributes);
+}
+
+void tellfault(const runtimeerror& fault) {
+    door().message(fault.what + " (error " + std::to_string(fault.number) + ")", icons::critical);
 }
 
 void showmodal(QDialog* dialog) {

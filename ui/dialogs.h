@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "core/runtime.h"
+
 // Opens the dialog of this form name over the main window; false when there is none.
 bool opendialog(const std::string& name);
 // Registers a dialog; each dialog's file does it once through wiredialogs.
@@ -15,9 +17,20 @@ void wiredialogs();
 // Shows a dialog without holding up the caller: the main window is disabled until it closes.
 void showmodal(QDialog* dialog);
 
+// Tells a run-time error that nothing nearer has handled, with its number.
+void tellfault(const runtimeerror& fault);
+// A button's or list's handler under guard: an error that leaves it is told, the dialog stays.
+template <typename Handler>
+auto guardedhandler(Handler handler) {
+    return [handler](auto... arguments) { guarded([&] { handler(arguments...); }, tellfault); };
+}
+
 // One maker a dialog.
 QDialog* makesetmem();
 QDialog* makeaoptions();
 QDialog* makeabout();
 QDialog* makeinfo();
 QDialog* makemodelinfo();
+QDialog* makeloadkees();
+QDialog* makeloadcombinations();
+QDialog* makenodeattributes();

@@ -11,6 +11,7 @@
 #include "edit/Mouseprocedures.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
+#include "loads/nodeattributes.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -23,7 +24,7 @@ static std::function<void()> guardedcommand(std::function<void()> command) {
     return [command] {
         guarded(command, [](const runtimeerror& e) {
             addready();
-            door().message(e.what + " (error " + std::to_string(e.number) + ")", icons::critical);
+            tellfault(e);
         });
     };
 }
@@ -146,10 +147,14 @@ static void addaddmenu(std::vector<menurow>& t) {
     add(3, "Mesh...", "mesh");
     add(4, "Object...", "");
     t.push_back(separator(m, a, 5));
-    add(6, "Constraints...", "constraint");
-    t.push_back({"&Add|Loads", "mnuloads", 0, "Nodal Loads or Mass", "load"});
-    t.push_back({"&Add|Loads", "mnuloads", 1, "Element Pressure Loads"});
-    t.push_back({"&Add|Loads", "mnuloads", 2, "Line Pressure Loads"});
+    const auto attributes = [](attributemodes mode) { return [mode] { startattributes(mode); }; };
+    add(6, "Constraints...", "constraint", attributes(attributemodes::constraints));
+    t.push_back({"&Add|Loads", "mnuloads", 0, "Nodal Loads or Mass", "load", "",
+                 attributes(attributemodes::nodalloads)});
+    t.push_back({"&Add|Loads", "mnuloads", 1, "Element Pressure Loads", "", "",
+                 attributes(attributemodes::elementloads)});
+    t.push_back({"&Add|Loads", "mnuloads", 2, "Line Pressure Loads", "", "",
+                 attributes(attributemodes::none)});
     t.push_back(separator(m, a, 8));
     t.push_back({"&Add|Graphics", "Mnugraphicitem", 0, "Line", "graphic"});
     t.push_back({"&Add|Graphics", "Mnugraphicitem", 1, "Circle Section", "circle"});
@@ -164,7 +169,7 @@ static void adddefinemenu(std::vector<menurow>& t) {
     const char* const m = "&Define";
     const char* const a = "definegroup";
     t.push_back({m, a, 0, "Element Group...", "group"});
-    t.push_back({m, a, 1, "Loadcase", "loadcase"});
+    t.push_back({m, a, 1, "Loadcase", "loadcase", "", [] { door().showdialog("Loadkees"); }});
     t.push_back({m, a, 2, "Object..."});
     t.push_back({m, a, 3, "Group Settings ...."});
 }
@@ -223,7 +228,8 @@ static void addanalysemenu(std::vector<menurow>& t) {
 static void addpostmenu(std::vector<menurow>& t) {
     const char* const m = "&Post-Process";
     const char* const a = "menupostItem";
-    t.push_back({m, "Loadcase", 0, "Load Combinations ...", "combination"});
+    t.push_back({m, "Loadcase", 0, "Load Combinations ...", "combination", "",
+                 [] { door().showdialog("Loadcombinations"); }});
     t.push_back(separator(m, a, 0));
     t.push_back(
         {m, a, 1, "Deformed Shape", "deformed", "", showdeformed, checkof(menupostItem, 1)});

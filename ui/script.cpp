@@ -11,7 +11,9 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QGroupBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
@@ -281,9 +283,43 @@ bool asnumber(const QString& text, double& value) {
     return good;
 }
 
+QStringList textsof(const QListWidget* list) {
+    QStringList rows;
+    for (int i = 0; i < list->count(); ++i) rows << list->item(i)->text();
+    return rows;
+}
+
+// What a control of an open dialog shows, by the name "FORM.CONTROL"; "hidden" where it is.
+bool controlvalue(const QString& name, QString& value) {
+    const qsizetype dot = name.indexOf('.');
+    if (dot < 0) return false;
+    const QWidget* const w = findcontrol(name.left(dot), name.mid(dot + 1));
+    if (!w->isVisible())
+        value = "hidden";
+    else if (const auto* label = qobject_cast<const QLabel*>(w))
+        value = label->text();
+    else if (const auto* edit = qobject_cast<const QLineEdit*>(w))
+        value = edit->text();
+    else if (const auto* combo = qobject_cast<const QComboBox*>(w))
+        value = combo->currentText();
+    else if (const auto* group = qobject_cast<const QGroupBox*>(w))
+        value = group->title();
+    else if (const auto* list = qobject_cast<const QListWidget*>(w))
+        value = textsof(list).join('|');
+    else if (const auto* b = qobject_cast<const QAbstractButton*>(w))
+        value = b->isCheckable() ? (b->isChecked() ? "-1" : "0") : b->text();
+    else
+        return false;
+    return true;
+}
+
+bool namedvalue(const QString& name, QString& value) {
+    return scriptvalue(name, value) || controlvalue(name, value);
+}
+
 void expect(const QString& name, const QString& wanted, double tolerance) {
     QString found;
-    if (!scriptvalue(name, found)) refuse("there is no value named " + name);
+    if (!namedvalue(name, found)) refuse("there is no value named " + name);
     double a = 0, b = 0;
     const bool equal = asnumber(found, a) && asnumber(wanted, b)
                            ? std::fabs(a - b) <= tolerance || a == b
@@ -295,7 +331,7 @@ void print(const QStringList& names) {
     QTextStream out(stdout);
     for (const QString& name : names) {
         QString value;
-        if (!scriptvalue(name, value)) refuse("there is no value named " + name);
+        if (!namedvalue(name, value)) refuse("there is no value named " + name);
         out << name << " = " << value << "\n";
     }
 }

@@ -29,5 +29,6 @@ class scriptplayer {
 // Words of a script line; a text in double quotes is one word.
 QStringList scriptwords(const QString& line);
 // Value of the model or the session by name: "nnodes", "nodes(0,3,1)", "lcname(2)". False when
-// there is no such name.
+// there is no such name. `expect` and `print` know besides what a control of an open dialog shows,
+// by "FORM.CONTROL".
 bool scriptvalue(const QString& name, QString& value);

@@ -114,6 +114,59 @@ static void drawcase(surface& s, int lc, double factor, double maxload, int nvie
     drawelementrows(s, lc, factor, maxload, nview);
 }
 
+namespace {
+struct modelbox {
+    double low[3] = {1e30, 1e30, 1e30}, high[3] = {-1e30, -1e30, -1e30};
+};
+}  // namespace
+
+static modelbox boxofmodel() {
+    modelbox box;
+    for (int n = 1; n <= nnodes(); ++n)
+        for (int k = 0; k < 3; ++k) {
+            const double at = nodes(0, n, k);
+            box.low[k] = std::min(box.low[k], at);
+            box.high[k] = std::max(box.high[k], at);
+        }
+    return box;
+}
+
+// A horizontal rectangle at height z around the model, somewhat wider than it.
+static void drawlevel(surface& s, const modelbox& box, double z, int nview) {
+    const double wider = 0.1;  // of the model's largest extent, on each side
+    double largest = 0;
+    for (int k = 0; k < 3; ++k) largest = std::max(largest, box.high[k] - box.low[k]);
+    const double margin = wider * largest;
+    const double xs[] = {box.low[0] - margin, box.high[0] + margin};
+    const double ys[] = {box.low[1] - margin, box.high[1] + margin};
+    const float scale = viewscale(nview);
+    for (int corner = 0; corner <= 4; ++corner) {
+        curx = float(scale * xs[(corner % 4) == 1 || (corner % 4) == 2]);
+        cury = float(scale * ys[(corner % 4) >= 2]);
+        curz = float(scale * z);
+        projectpoint(nview);
+        if (corner == 0)
+            s.moveto(scrx, scry);
+        else
+            s.lineto(scrx, scry, shown(loadcolor));
+    }
+}
+
+// The water plane of a buoyancy case, and the bed unless it lies too deep to be of the picture.
+static void drawwater(surface& s, int lc, int nview) {
+    const double deepest = 2;  // of the model's height
+    if (lctype(lc) != buoyancytype || nnodes() == 0) return;
+    const modelbox box = boxofmodel();
+    const double level = lcpar(lc, 0), depth = lcpar(lc, 1);
+    s.drawstyle = pens::dotted;
+    s.drawwidth = 1;
+    drawlevel(s, box, level, nview);
+    if (depth > 0 && depth <= deepest * (box.high[2] - box.low[2]))
+        drawlevel(s, box, level - depth, nview);
+    s.drawstyle = pens::solid;
+    s.drawwidth = 2;
+}
+
 // The combination's nodal forces, row 0 of dispres, where they have been read.
 static void drawreactions(surface& s, int nview) {
     if (dispres.upper2 < nnodes()) return;
@@ -146,13 +199,17 @@ void drawloads(int nview) {
     s->drawwidth = 2;
     if (viewloads(1).checked) {
         drawcase(*s, curlc, 1, largestload(curlc, 1), nview);
+        drawwater(*s, curlc, nview);
     } else {
         const bool combination = viewloads(3).checked;
         const auto factor = [&](int lc) { return combination ? lcomb(curlcomb, lc) : 1.0f; };
         double maxload = 0;
         for (int lc = 1; lc <= nlc(); ++lc)
             maxload = std::max(maxload, largestload(lc, factor(lc)));
-        for (int lc = 1; lc <= nlc(); ++lc) drawcase(*s, lc, factor(lc), maxload, nview);
+        for (int lc = 1; lc <= nlc(); ++lc) {
+            drawcase(*s, lc, factor(lc), maxload, nview);
+            if (factor(lc) != 0) drawwater(*s, lc, nview);
+        }
         drawreactions(*s, nview);
     }
     s->drawwidth = 1;

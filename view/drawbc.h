@@ -4,6 +4,7 @@
 
 void drawconstraints(int nview);
 // As the menu viewloads tells: the active case, all cases, or the cases times their factors in the
-// active combination; the largest load measures unitveclen.
+// active combination; the largest load measures unitveclen. A buoyancy case on show has its water
+// plane and bed drawn as dotted rectangles.
 void drawloads(int nview);
 void drawelementloads(int nview);  // of the current load case

@@ -44,7 +44,8 @@ void recordsurface::point(double x, double y, colour c) {
 
 void recordsurface::line(double x1, double y1, double x2, double y2, colour c) {
     operations.push_back(operation("line %.2f %.2f %.2f %.2f ", x1, y1, x2, y2) + coloured(c) +
-                         (drawwidth == 1 ? "" : " w" + std::to_string(drawwidth)));
+                         (drawwidth == 1 ? "" : " w" + std::to_string(drawwidth)) +
+                         (drawstyle == pens::dotted ? " dotted" : ""));
     moveto(x2, y2);
 }
 

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Controls that the dialogs share.
+#include "ui/controls.h"
+
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QStringListModel>
+
+QString qtext(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row) {
+    auto* const b = new QPushButton(caption, parent);
+    b->setObjectName(name);
+    row->addWidget(b);
+    return b;
+}
+
+void maketyped(QComboBox* list) {
+    list->setEditable(true);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->setCompleter(nullptr);
+    // The list's own answer to the end of typing would jump to an entry with the same text.
+    QObject::disconnect(list->lineEdit(), &QLineEdit::editingFinished, list, nullptr);
+}
+
+// One row of equal height for all entries, of which there may be a million.
+static QStringListModel* textsof(QComboBox* list) {
+    if (auto* const model = qobject_cast<QStringListModel*>(list->model())) return model;
+    auto* const view = new QListView(list);
+    view->setUniformItemSizes(true);
+    list->setView(view);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list->setMinimumContentsLength(10);
+    auto* const model = new QStringListModel(list);
+    list->setModel(model);
+    return model;
+}
+
+void showlist(QComboBox* list, const std::vector<std::string>& entries, int chosen) {
+    QStringListModel* const model = textsof(list);
+    QStringList texts;
+    texts.reserve(qsizetype(entries.size()));
+    for (const std::string& entry : entries) texts << qtext(entry);
+    if (texts != model->stringList()) model->setStringList(texts);
+    if (list->currentIndex() != chosen) list->setCurrentIndex(chosen);
+}
+
+void showtext(QLineEdit* box, const std::string& text) {
+    const QString shown = qtext(text);
+    if (box->text() != shown) box->setText(shown);
+}

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Controls that the dialogs share: buttons, typed lists, and showing a form's texts without
+// disturbing what the user has in hand.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <vector>
+
+class QBoxLayout;
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+class QWidget;
+
+QString qtext(const std::string& text);
+QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row);
+// A list whose text can be typed over. The text is the user's own: leaving the field with the text
+// of another entry does not choose that entry.
+void maketyped(QComboBox* list);
+// Shows entries and the chosen one; entries that are there already stay.
+void showlist(QComboBox* list, const std::vector<std::string>& entries, int chosen);
+// Sets a text, with the cursor left alone where it is there already.
+void showtext(QLineEdit* box, const std::string& text);

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The example models, solved by the solver program and held against closed forms and published
+// values.
+#include <gtest/gtest.h>
+
+#include <QProcess>
+#include <cmath>
+#include <filesystem>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "files/filop.h"
+#include "post/postproces.h"
+#include "tests/support/recorder.h"
+
+namespace fs = std::filesystem;
+
+// Opens a copy of the example, solves it and reads the displacements of a combination.
+static void solve(sessionroom& room, const std::string& name, bool twod) {
+    for (const auto& entry : fs::directory_iterator(sourcedir() + "/data/examples"))
+        if (entry.path().stem() == name)
+            fs::copy_file(entry.path(), room.file(entry.path().filename().string()));
+    QStringList arguments = {"--model", QString::fromStdString(room.file(name)), "--appdir",
+                             QString::fromStdString(room.folder)};
+    if (twod) arguments << "--2d";
+    QProcess solver;
+    solver.start(KALVANE_FEIFLU, arguments);
+    ASSERT_TRUE(solver.waitForFinished(60000));
+    ASSERT_EQ(solver.exitCode(), 0) << solver.readAllStandardError().toStdString();
+    ASSERT_TRUE(openmodel(room.file(name)));
+}
+
+static void readcombination(int c) {
+    curlcomb = c;
+    ASSERT_TRUE(readdisp());
+}
+
+// Node at a place, 0 for none.
+static int nodeat(double x, double y, double z) {
+    for (int n = 1; n <= nnodes(); ++n)
+        if (std::fabs(nodes(0, n, 0) - x) < 0.01 && std::fabs(nodes(0, n, 1) - y) < 0.01 &&
+            std::fabs(nodes(0, n, 2) - z) < 0.01)
+            return n;
+    return 0;
+}
+
+// Stiffness against sway of a portal with fixed feet, axial strains left out (A. K. Chopra,
+// Dynamics of Structures, chapter 1): 24 E I / h^3 (6 r + 1) / (6 r + 4), r the ratio of the
+// stiffnesses I / length of beam and column.
+static double swaystiffness(double e, double column, double h, double beam, double width) {
+    const double r = (beam / width) / (column / h);
+    return 24 * e * column / (h * h * h) * (6 * r + 1) / (6 * r + 4);
+}
+
+TEST(Examples, PortalSwaysAsTheFrameFormulaTells) {
+    sessionroom room;
+    solve(room, "portal", true);
+    readcombination(1);
+    const double k = swaystiffness(210000, groups(1, 9), 5000, groups(2, 9), 8000);
+    EXPECT_NEAR(nodes(1, nodeat(0, 5000, 0), 0), 40000 / k, 0.01 * 40000 / k);
+    EXPECT_NEAR(nodes(1, nodeat(8000, 5000, 0), 0), 40000 / k, 0.01 * 40000 / k);
+    readcombination(2);
+    const int left = nodeat(8000.0 / 3, 5000, 0), right = nodeat(16000.0 / 3, 5000, 0);
+    EXPECT_NEAR(nodes(1, left, 1), nodes(1, right, 1), 1e-6) << "gravity is symmetric";
+    const float gravity = nodes(1, left, 1);
+    readcombination(1);
+    const float pushed = nodes(1, left, 1);
+    readcombination(3);
+    EXPECT_NEAR(nodes(1, left, 1), 1.5f * pushed + 1.35f * gravity, 1e-5);
+}
+
+// Stress concentration of a hole in a tension strip, hole 0.2 of the width: 2 + (1 - 0.2)^3 = 2.512
+// times the mean stress of the net section (R. E. Peterson, Stress Concentration Factors, by
+// R. B. Heywood's formula). The hoop strain at the hole is the stretch of its edge.
+TEST(Examples, HoleRaisesTheStressAsPublished) {
+    sessionroom room;
+    solve(room, "platehole", true);
+    readcombination(1);
+    const double radius = 20, step = 1.5707963267948966 / 24;
+    const auto strain = [&](int i) {  // of the chord from angle 90 - i steps to the next
+        const auto at = [&](int k) {
+            const double a = 1.5707963267948966 - k * step;
+            return nodeat(std::round(radius * std::cos(a) * 1e4) / 1e4,
+                          std::round(radius * std::sin(a) * 1e4) / 1e4, 0);
+        };
+        const int a = at(i), b = at(i + 1);
+        double before = 0, after = 0;
+        for (int k = 0; k < 2; ++k) {
+            const double d = double(nodes(0, b, k)) - nodes(0, a, k);
+            const double u = double(nodes(1, b, k)) - nodes(1, a, k);
+            before += d * d;
+            after += (d + u) * (d + u);
+        }
+        return (std::sqrt(after) - std::sqrt(before)) / std::sqrt(before);
+    };
+    // Chords lie half a step and one and a half from the top; the strain falls with the square.
+    const double top = strain(0) + (strain(0) - strain(1)) / 8;
+    const double net = 100 * 200.0 / 160.0;
+    EXPECT_NEAR(210000 * top / net, 2.512, 0.05);
+}
+
+// Axial forces of a statically determinate truss from the equilibrium of its joints alone.
+static std::vector<double> memberforces(const std::vector<double>& load) {
+    const int free = nnodes() - 3, unknowns = nelems();
+    EXPECT_EQ(3 * free, unknowns);
+    const auto n = std::size_t(unknowns);
+    std::vector<std::vector<double>> a(n, std::vector<double>(n + 1, 0));
+    for (int e = 1; e <= nelems(); ++e) {
+        const int ends[] = {int(elems(e, 1)), int(elems(e, 2))};
+        double d[3], length = 0;
+        for (int k = 0; k < 3; ++k) {
+            d[k] = double(nodes(0, ends[1], k)) - nodes(0, ends[0], k);
+            length += d[k] * d[k];
+        }
+        length = std::sqrt(length);
+        for (int end = 0; end < 2; ++end)
+            for (int k = 0; k < 3; ++k)
+                if (ends[end] > 3)
+                    a[std::size_t(3 * (ends[end] - 4) + k)][std::size_t(e - 1)] =
+                        (end == 0 ? 1 : -1) * d[k] / length;
+    }
+    for (std::size_t i = 0; i < n; ++i) a[i][n] = -load[i + 9];
+    for (std::size_t c = 0; c < n; ++c) {  // Gauss with pivots
+        std::size_t best = c;
+        for (std::size_t r = c; r < n; ++r)
+            if (std::fabs(a[r][c]) > std::fabs(a[best][c])) best = r;
+        std::swap(a[c], a[best]);
+        for (std::size_t r = 0; r < n; ++r) {
+            if (r == c || a[r][c] == 0) continue;
+            const double f = a[r][c] / a[c][c];
+            for (std::size_t k = c; k <= n; ++k) a[r][k] -= f * a[c][k];
+        }
+    }
+    std::vector<double> force(n);
+    for (std::size_t i = 0; i < n; ++i) force[i] = a[i][n] / a[i][i];
+    return force;
+}
+
+// Displacement by the unit load theorem: the sum over members of N n L / E A.
+TEST(Examples, TowerFollowsStaticsAndTheUnitLoadTheorem) {
+    sessionroom room;
+    solve(room, "tower", false);
+    for (int lc = 1; lc <= 2; ++lc) {
+        readcombination(lc);
+        std::vector<double> load(std::size_t(3 * nnodes()), 0);
+        for (int i = 1; i <= loadnode(lc, 0); ++i)
+            load[std::size_t(3 * (loadnode(lc, i) - 1) + loaddof(lc, i) - 1)] += loadval(lc, i);
+        const std::vector<double> n = memberforces(load);
+        for (const int node : {6, 13, 21})
+            for (int k = 0; k < 3; ++k) {
+                std::vector<double> unit(load.size(), 0);
+                unit[std::size_t(3 * (node - 1) + k)] = 1;
+                const std::vector<double> virtualforce = memberforces(unit);
+                double u = 0;
+                for (int e = 1; e <= nelems(); ++e) {
+                    double square = 0;
+                    for (int axis = 0; axis < 3; ++axis) {
+                        const double d = double(nodes(0, long(elems(e, 2)), axis)) -
+                                         nodes(0, long(elems(e, 1)), axis);
+                        square += d * d;
+                    }
+                    u += n[std::size_t(e - 1)] * virtualforce[std::size_t(e - 1)] *
+                         std::sqrt(square) / (groups(egroup(e), 1) * groups(egroup(e), 4));
+                }
+                EXPECT_NEAR(nodes(1, node, k), u, 2e-6 * maxdisp)
+                    << "node " << node << " axis " << k;
+            }
+    }
+}
+
+TEST(Examples, PlatformSwaysAsTwoPortalsAndSinksByItsLegs) {
+    sessionroom room;
+    solve(room, "platform", false);
+    readcombination(1);
+    const double k = 2 * swaystiffness(210000, groups(1, 9), 28000, groups(2, 9), 12000);
+    const int corner = nodeat(12000, 12000, 8000);
+    // The formula leaves out the strain of legs that pull and push, a little over one per cent.
+    EXPECT_NEAR(nodes(1, corner, 0), 1.01 * 1e6 / k, 0.01 * 1e6 / k);
+    readcombination(2);
+    EXPECT_NEAR(nodes(1, corner, 2), -1.5e6 * 28000 / (210000 * groups(1, 4)), 1e-5);
+}

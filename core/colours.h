@@ -32,6 +32,7 @@ struct labelfont {
     std::string name = "Sans Serif";
     bool bold = false, italic = false;
     double size = 8;  // points
+    bool underline = false;
 };
 extern labelfont nodelabelfont, elemlabelfont;
 extern int labelsize;  // a number of the label system: spread of a label's characters

@@ -61,6 +61,7 @@ class platform {
     virtual void showstatus(const std::string&) {}
     virtual void refresh() {}  // check marks, prompts, lists, comment have changed: show them
     virtual void showdialog(const std::string&) {}
+    virtual void showpopup(int) {}  // the pop-up menu 1 or 2, at the pointer
     virtual void endprogram() {}
 
     // The views, 1..4. A surface stays valid as long as the platform.

@@ -1,16 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The mouse driver and the table of modes.
+// The mouse driver and the table of modes. State: the corner of a window under way and the steps
+// of View Window.
 #include "edit/Mouseprocedures.h"
 
+#include <cmath>
+
+#include "core/colours.h"
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/find.h"
+#include "edit/merge.h"
+#include "edit/move.h"
+#include "edit/selection.h"
+#include "view/drawelems.h"
 #include "view/moddraw.h"
+#include "view/rubberband.h"
 #include "view/scaleview.h"
+#include "view/setviews.h"
+
+static const double dragreach = 0.15;  // centimetres from which a press and release is a drag
+
+static int bandview;         // view in which the box under way began
+static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
+static double boxcorner[4];  // x1 y1 x2 y2 of the box that View Window holds
 
 std::vector<moderow>& modes() {
     static std::vector<moderow> rows;
+    return rows;
+}
+
+std::vector<pendingselection>& pendingselections() {
+    static std::vector<pendingselection> rows;
     return rows;
 }
 
@@ -20,18 +43,35 @@ moderow* runningmode() {
     return nullptr;
 }
 
+static pendingselection* pendingone() {
+    for (pendingselection& row : pendingselections())
+        if (*row.flag) return &row;
+    return nullptr;
+}
+
+// --- modes --------------------------------------------------------------------------------------
+
 static void endmode() {
     moderow* const row = runningmode();
     if (row == nullptr) return;
-    if (row->end) row->end();
     *row->flag = false;
+    if (row->end) row->end();
+}
+
+static void endboxes() {
+    endband();
+    windowdrag = false;
+    zoomwinmode = false;
+    viewwindow = false;
+    windowstep = 0;
+    door().crosspointer(false);
 }
 
 void addready() {
     endmode();
-    for (Flag* flag :
-         {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve, &editconstraint,
-          &editnodalload, &editelemload, &zoomwinmode, &viewwindow, &windowdrag, &movepending})
+    endboxes();
+    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
+                       &editconstraint, &editnodalload, &editelemload, &movepending, &singleel})
         *flag = false;
     for (menustate& item : Mnuadditem.row()) item = menustate();
     Mnuadditem(0).checked = true;
@@ -43,6 +83,22 @@ void addready() {
     labelselect();
 }
 
+void startmode(Flag& flag) {
+    refreshselection();
+    addready();
+    clearselection();
+    flag = true;
+}
+
+// The mode runs on until its own row or ESC ends it; what a press of the right button or Enter
+// means is told by the row.
+static void endbyescape() {
+    endmode();
+    addready();
+}
+
+// --- points -------------------------------------------------------------------------------------
+
 static void takepoint(int nview, double x, double y) {
     persu = (x - vieww / 2) / scalex;
     persv = (viewh / 2 - y) / scaley;
@@ -51,7 +107,261 @@ static void takepoint(int nview, double x, double y) {
     unprojectpoint(nview);
 }
 
+int addnodeat(int nview) {
+    const int n = nnodes() + 1;
+    const double at[] = {modelx, modely, modelz};
+    for (int k = 0; k < 3; ++k) {
+        nodes(0, n, k) = float(at[k]);
+        nodes(1, n, k) = 0;
+    }
+    nodename(n).clear();
+    nodes(0, 0, 0) = float(n);
+    dorenumber = 1;
+    const keptpoint kept;
+    drawcolor = nodecolor;
+    nodecurrent = n;
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr || !mnudrawlist(0).checked) continue;
+        prepareview(v);
+        setnode(n, v);
+        projectpoint(v);
+        s->fillsolid = true;
+        drawnode(v);
+        s->fillsolid = false;
+        s->show();
+    }
+    drawcolor = meshcolor;
+    (void)nview;
+    return n;
+}
+
+// The nodes that were added are merged with those they meet.
+static void endaddnode() {
+    if (automergenodes && nodesel(0) != 0) mergenodes();
+    nodesel(0) = 0;
+    redrawall();
+}
+
+static void addnodepress(int nview) {
+    const int n = addnodeat(nview);
+    nodesel(0) = nodesel(0) + 1;
+    nodesel(nodesel(0)) = n;
+}
+
+void wiremouse() {
+    moderow row;
+    row.flag = &addnodemode;
+    row.press = addnodepress;
+    row.lastpoint = [](double* point) {
+        point[0] = modelx;
+        point[1] = modely;
+        point[2] = modelz;
+    };
+    row.commandpoint = [](double x, double y, double z) {
+        modelx = x;
+        modely = y;
+        modelz = z;
+        addnodepress(activeview);
+    };
+    row.end = endaddnode;
+    row.enter = endbyescape;
+    modes().push_back(row);
+}
+
+// --- boxes --------------------------------------------------------------------------------------
+
+static void startbox(int nview) {
+    startband(scrx, scry);
+    bandview = nview;
+    windowdrag = true;
+}
+
+// The second corner of a box. A press in another view begins anew there.
+static bool closebox(int nview) {
+    if (nview != bandview) {
+        startbox(nview);
+        return false;
+    }
+    windowdrag = false;
+    endband();
+    return true;
+}
+
+void startviewwindow() {
+    addready();
+    viewwindow = true;
+    windowstep = 0;
+    prompt("View Window", "", "", "<Mouse Left Button> to define lower left corner, <ESC> to stop");
+}
+
+void startzoomwindow() {
+    addready();
+    zoomwinmode = true;
+    door().crosspointer(true);
+}
+
+static void viewwindowpress(int nview) {
+    switch (windowstep) {
+        case 0:
+            startbox(nview);
+            windowstep = 1;
+            prompt("View Window", "", "",
+                   "<Mouse Left Button> to define upper right corner, <ESC> to stop");
+            return;
+        case 1:
+            if (!closebox(nview)) return;
+            boxcorner[0] = bandx;
+            boxcorner[1] = bandy;
+            boxcorner[2] = scrx;
+            boxcorner[3] = scry;
+            windowstep = 2;
+            prompt("View Window", "", "", "<Mouse Left Button> to select view, <ESC> to stop");
+            return;
+        default:
+            viewwindow = false;
+            windowstep = 0;
+            copyview(bandview, nview, boxcorner[0], boxcorner[1], boxcorner[2], boxcorner[3]);
+            drawview(nview);
+            addready();
+    }
+}
+
+static void zoompress(int nview) {
+    if (!windowdrag) {
+        startbox(nview);
+        return;
+    }
+    const double x = scrx, y = scry;
+    if (!closebox(nview)) return;
+    zoomwinmode = false;
+    door().crosspointer(false);
+    copyview(nview, nview, bandx, bandy, x, y);
+    drawview(nview);
+}
+
+// --- selecting ----------------------------------------------------------------------------------
+
+static nearest picknodewithload(int nview) {
+    std::vector<int> loaded;
+    for (int i = 1; i <= loadnode(curlc, 0); ++i) loaded.push_back(loadnode(curlc, i));
+    const std::vector<bool> marks = marksof(loaded, nnodes());
+    return picknodewhere(nview, [&](int n) { return marks[std::size_t(n)]; });
+}
+
+static nearest pickitem(int nview, selectitems item) {
+    switch (item) {
+        case selectnodes:
+            return picknode(nview);
+        case selectelements:
+            return pickelement(nview);
+        case selectpatches:
+            return pickpatch(nview);
+        case selectforces:
+            return picknodewithload(nview);
+        case selectgraphics:
+            return pickgraphic(nview);
+    }
+    return {};
+}
+
+static void toggleitem(const nearest& found, selectitems item) {
+    switch (item) {
+        case selectnodes:
+        case selectforces:
+            return togglenode(found.item);
+        case selectelements:
+            return toggleelement(found.item);
+        case selectpatches:
+            return togglepatch(found.item);
+        case selectgraphics:
+            return togglegraphic(found.item, found.part);
+    }
+}
+
+static void promptselected() {
+    const selectitems item = selectitem();
+    const bool canmove = item == selectnodes || item == selectgraphics;
+    promptaction = isselection() && canmove ? "Select or move" : "Select";
+    promptgoal = " for editing";
+    prompttail.clear();
+    labelselect();
+}
+
+// For a dialog the prompts stay as they were set.
+static void selectpress(int nview) {
+    const selectitems item = selectitem();
+    hideselection();
+    switch (selecttype) {
+        case selecttypes::single:
+            if (const nearest found = pickitem(nview, item); found.item != 0)
+                toggleitem(found, item);
+            break;
+        case selecttypes::window:
+            if (!windowdrag) {
+                startbox(nview);
+            } else {
+                const double x = scrx, y = scry;
+                if (closebox(nview)) selectwindow(nview, bandx, bandy, x, y);
+            }
+            break;
+        case selecttypes::group:
+            selectgroup(nview);
+            break;
+        case selecttypes::all:
+            selectall();
+            break;
+    }
+    showselection();
+    if (pendingone() == nullptr) promptselected();
+}
+
+// --- the driver ---------------------------------------------------------------------------------
+
+static bool snaps(const moderow& row) {
+    return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
+           row.flag == &drawcurve;
+}
+
+static void leftpress(int nview) {
+    moderow* const row = runningmode();
+    if (addelemmode && row && row->press) return row->press(nview);
+    if (viewwindow) return viewwindowpress(nview);
+    if (zoomwinmode) return zoompress(nview);
+    if (pendingone()) return selectpress(nview);
+    if (row && row->press) {
+        if (snaps(*row)) snapto(nview);
+        return row->press(nview);
+    }
+    if (movepending && isselection()) return movepress(nview);
+    selectpress(nview);
+}
+
+void mousedriver(int nview, mousebuttons button) {
+    if (button == mousebuttons::left) return leftpress(nview);
+    if (button != mousebuttons::right) return;
+    moderow* const row = runningmode();
+    if (row && row->enter)
+        row->enter();
+    else if (row)
+        endbyescape();
+    endboxes();
+}
+
+// The right button opens a menu where nothing is under way that it would end.
+static bool menuallowed() {
+    return runningmode() == nullptr && !windowdrag && !zoomwinmode && !viewwindow && !movepending &&
+           pendingone() == nullptr;
+}
+
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
+    endhover();
+    if (button == mousebuttons::right && menuallowed()) {
+        activeview = nview;
+        door().showpopup(isselection() ? 2 : 1);
+        return;
+    }
+    const hourglass wait;
     activeview = nview;
     takepoint(nview, x, y);
     mousedriver(nview, button);
@@ -61,32 +371,128 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
     if (button == mousebuttons::none && !windowdrag) return;
     takepoint(nview, x, y);
+    if (button == mousebuttons::left && movepending && editing) {
+        movedrag(nview);
+        door().refresh();
+        return;
+    }
+    if (!windowdrag || nview != bandview) return;
+    drawcolor = selcolor;
+    rubberband(nview);
+    drawcolor = meshcolor;
 }
 
-void viewmouseup(int nview, mousebuttons, double x, double y) {
+void viewmouseup(int nview, mousebuttons button, double x, double y) {
+    if (button != mousebuttons::left) return;
     takepoint(nview, x, y);
+    if (movepending) moverelease(nview);
+    // A box that was dragged open is closed by letting go.
+    const bool dragged = std::fabs(x - bandx) > dragreach || std::fabs(y - bandy) > dragreach;
+    if (!windowdrag || nview != bandview || !dragged) return;
+    mousedriver(nview, mousebuttons::left);
+    door().refresh();
 }
 
-void mousedriver(int nview, mousebuttons button) {
-    moderow* const row = runningmode();
-    if (row == nullptr) return;
-    if (button == mousebuttons::left && row->press) row->press(nview);
-    if (button == mousebuttons::right) addready();
+// --- keys ---------------------------------------------------------------------------------------
+
+static void escape() {
+    endhover();
+    const bool boxed = windowdrag || zoomwinmode || viewwindow;
+    endboxes();
+    if (pendingselection* const pending = pendingone()) {
+        if (pending->ended) pending->ended();
+        return;
+    }
+    if (runningmode()) return endbyescape();
+    if (boxed) return addready();
+    if (movepending || editing) {
+        refreshselection();
+        hideselection();
+        emptyselection();
+        if (redrawmove) redrawall();
+    } else {
+        clearselection();
+    }
+    addready();
 }
 
 void keyhandler(int code) {
     moderow* const row = runningmode();
-    switch (code) {
-        case keyescape:
-            addready();
-            break;
-        case keyenter:
-            if (row && row->enter) row->enter();
-            break;
-        case keyspace:
-            if (row && row->space) row->space();
-            break;
-        default:
-            break;
+    if (code == keyescape) escape();
+    if (code == keyenter) mousedriver(activeview, mousebuttons::right);
+    if (code == keyspace && row && row->space) row->space();
+    door().refresh();
+}
+
+// --- the item under the pointer -----------------------------------------------------------------
+
+static int hoverview;  // 0: nothing is highlighted
+static nearest hovered;
+
+static const char* nameofitem(selectitems item) {
+    static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
+    return names[item];
+}
+
+static void drawhovered(int nview, selectitems item) {
+    surface* const s = target(nview);
+    const colour highlight = rgb(255, 165, 0);
+    const double ring = 0.16;  // centimetres
+    if (s == nullptr) return;
+    s->toplane(planes::pointer);
+    prepareview(nview);
+    drawcolor = highlight;
+    s->fillsolid = false;
+    s->drawwidth = 2;
+    if (item == selectelements) {
+        drawelementoutline(hovered.item, nview);
+    } else if (item != selectpatches) {
+        if (item == selectgraphics) {
+            const float scale = viewscale(nview);
+            curx = scale * graphics(hovered.item, hovered.part, 1);
+            cury = scale * graphics(hovered.item, hovered.part, 2);
+            curz = scale * graphics(hovered.item, hovered.part, 3);
+        } else {
+            setnode(hovered.item, nview);
+        }
+        projectpoint(nview);
+        s->circle(scrx, scry, ring, highlight);
     }
+    s->drawwidth = 1;
+    drawcolor = meshcolor;
+    s->toplane(planes::marks);
+    s->show();
+}
+
+void endhover() {
+    if (hoverview == 0) return;
+    if (surface* const s = target(hoverview)) {
+        s->clearplane(planes::pointer);
+        s->show();
+    }
+    hoverview = 0;
+    hovered = nearest();
+    door().showstatus(statusline());
+}
+
+static bool hovers() {
+    const moderow* const row = runningmode();
+    if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
+    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
+    return selecttype == selecttypes::single || selecttype == selecttypes::group;
+}
+
+void hover(int nview, double x, double y) {
+    if (!hovers()) return endhover();
+    const keptpoint kept;
+    takepoint(nview, x, y);
+    const selectitems item = runningmode() ? selectnodes : selectitem();
+    const nearest found = pickitem(nview, item);
+    if (found.item == 0) return endhover();
+    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
+    endhover();
+    hovered = found;
+    hoverview = nview;
+    drawhovered(nview, item);
+    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

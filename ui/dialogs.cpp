@@ -23,6 +23,11 @@ void wiredialogs() {
     adddialog("frmAbout", makeabout);
     adddialog("Info", makeinfo);
     adddialog("modelinfo", makemodelinfo);
+    adddialog("viewcontrol", makeviewcontrol);
+    adddialog("Colorset", makecolorset);
+    adddialog("Symbols", makesymbols);
+    adddialog("Options", makeoptions);
+    adddialog("cardhelp", makecardhelp);
     adddialog("Loadkees", makeloadkees);
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);

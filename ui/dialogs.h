@@ -31,6 +31,13 @@ QDialog* makeaoptions();
 QDialog* makeabout();
 QDialog* makeinfo();
 QDialog* makemodelinfo();
+QDialog* makeviewcontrol();
+QDialog* makecolorset();
+QDialog* makesymbols();
+QDialog* makeoptions();
+QDialog* makecardhelp();
+void choosenodefont();  // the font dialogs of the labels
+void chooseelementfont();
 QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();

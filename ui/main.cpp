@@ -11,6 +11,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
+#include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
@@ -26,6 +27,7 @@
 static void wiremodules() {
     initsymbols();
     wirelayers();
+    wiremouse();
     wirepost();
     wiredialogs();
 }

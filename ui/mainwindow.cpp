@@ -19,6 +19,8 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/commands.h"
+#include "edit/move.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "post/postproces.h"
@@ -74,11 +76,7 @@ static const viewtool viewtools[] = {
          viewscale(activeview) = viewscale(activeview) / 2;
          drawview(activeview);
      }},
-    {"zoomwindow", "Zoom window",
-     [] {
-         zoomwinmode = true;
-         door().crosspointer(true);
-     }},
+    {"zoomwindow", "Zoom window", startzoomwindow},
     {"iso", "ISO", [] { setpreset(activeview, 0); }},
     {"viewxy", "X-Y", [] { setpreset(activeview, 1); }},
     {"viewxz", "X-Z", [] { setpreset(activeview, 2); }},
@@ -189,6 +187,7 @@ void mainwindow::buildleftbar() {
         coordinates[k] = new QLineEdit(leftbar);
         coordinates[k]->setObjectName(QString("Text%1").arg(k + 1));
         coordinates[k]->setMinimumWidth(40);
+        connect(coordinates[k], &QLineEdit::returnPressed, this, [this] { takecoordinates(); });
         row->addWidget(coordinatelabels[k]);
         row->addWidget(coordinates[k], 1);
         rows->addLayout(row);
@@ -274,12 +273,26 @@ void mainwindow::buildcommandline() {
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
 }
 
+// Typed coordinates: the way of a move, or a point for the mode that runs.
+void mainwindow::takecoordinates() {
+    double value[3];
+    for (std::size_t k = 0; k < 3; ++k) value[k] = numberof(coordinates[k]->text().toStdString());
+    guarded(
+        [&] {
+            if (ismoving()) return movetyped(value);
+            moderow* const row = runningmode();
+            if (row && row->commandpoint) row->commandpoint(value[0], value[1], value[2]);
+        },
+        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+}
+
 void mainwindow::runtypedcommand() {
     const QString text = inputfield->currentText();
     if (text.isEmpty()) return;
     inputfield->addItem(text);
     inputfield->setCurrentIndex(-1);
     inputfield->clearEditText();
+    runcommand(text.toStdString());
 }
 
 // --- geometry -----------------------------------------------------------------------------------
@@ -399,13 +412,14 @@ void mainwindow::refresh() {
     refreshmenus();
     snaplabel->setText(statusofsnap());
     selectmethod->setCurrentIndex(int(selecttype));
-    static const char* const still[] = {"x =", "y =", "z ="};
-    static const char* const moving[] = {"dx=", "dy=", "dz="};
+    static const char* const x[] = {"x =", "y =", "z ="};
+    static const char* const dx[] = {"dx=", "dy=", "dz="};
+    const bool moving = editing && movepending;
     const double at[] = {modelx, modely, modelz};
     for (std::size_t k = 0; k < 3; ++k) {
-        coordinatelabels[k]->setText(editing && movepending ? moving[k] : still[k]);
+        coordinatelabels[k]->setText(moving ? dx[k] : x[k]);
         if (!coordinates[k]->hasFocus())
-            coordinates[k]->setText(QString::fromStdString(numbertext(float(at[k]))));
+            coordinates[k]->setText(QString::fromStdString(numbertext(float(moving ? 0 : at[k]))));
     }
     refreshcombinations();
     commentframe->setVisible(commentvisible);

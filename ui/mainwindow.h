@@ -45,6 +45,7 @@ class mainwindow : public QMainWindow {
     void buildleftbar();
     void buildcommandline();
     void runtypedcommand();
+    void takecoordinates();
     void refreshcombinations();
     void placeleftbar();
     double pixelspertwip() const;

@@ -9,8 +9,11 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/move.h"
+#include "edit/selection.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
+#include "files/settings.h"
 #include "loads/nodeattributes.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
@@ -62,17 +65,19 @@ static void togglescrollbars() {
 static void toggleselect(int i) {
     if (i == 5) {
         MnuSelectItem(5).checked = !MnuSelectItem(5).checked;
+        labelselect();
     } else {
-        nodesel(0) = 0;
-        elemsel(0) = 0;
-        graphsel2(0, 0) = 0;
-        patchsel(0) = 0;
-        const bool snap = MnuSelectItem(5).checked;
-        checkonly(MnuSelectItem, i);
-        MnuSelectItem(5).checked = snap;
-        redrawall();
+        setselectitem(i);
     }
-    labelselect();
+}
+
+// The mode "Free Node": each press or command point adds a node.
+static void startaddnode() {
+    startmode(addnodemode);
+    checkonly(Mnuadditem, 1);
+    resultflag = 1;
+    mnuEditItem(0).enabled = false;
+    prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
 }
 
 static menurow check(const char* menu, const char* array, int index, const char* caption,
@@ -101,8 +106,8 @@ static void addfilemenu(std::vector<menurow>& t) {
                  }});
     t.push_back({m, a, 4, "&Print", "print", "Ctrl+P"});
     t.push_back(separator(m, a, 5));
-    t.push_back({m, a, 6, "Save Settings"});
-    t.push_back({m, a, 7, "Get Settings"});
+    t.push_back({m, a, 6, "Save Settings", "", "", savesettings});
+    t.push_back({m, a, 7, "Get Settings", "", "", getsettings});
     t.push_back({m, a, 8, "Model Size...", "size", "", [] { door().showdialog("setmem"); }});
     t.push_back(separator(m, a, 9));
     t.push_back({m, a, 10, "E&xit", "exit", "Ctrl+Q", [] { menuexit(); }});
@@ -111,13 +116,13 @@ static void addfilemenu(std::vector<menurow>& t) {
 static void addeditmenu(std::vector<menurow>& t) {
     const char* const m = "&Edit";
     const char* const a = "mnuEditItem";
-    t.push_back({m, a, 0, "Undo", "undo", "Ctrl+Z"});
+    t.push_back({m, a, 0, "Undo", "undo", "Ctrl+Z", editundo, {}, enabledof(mnuEditItem, 0)});
     t.push_back({m, a, 1, "Delete", "delete", "Del"});
     t.push_back({m, a, 2, "Cu&t", "cut", "Ctrl+X"});
     t.push_back({m, a, 3, "C&opy", "copy", "Ctrl+C"});
     t.push_back({m, a, 4, "&Paste", "paste", "Ctrl+V"});
     t.push_back(separator(m, a, 5));
-    t.push_back({m, a, 6, "Drag/Drop"});
+    t.push_back({m, a, 6, "Drag/Drop", "", "", startmove});
     t.push_back({m, a, 7, "Modify Selection..."});
     t.push_back({m, a, 8, "Refine elements", "refine"});
     t.push_back({m, a, 9, "Numerical Interface", "numbers"});
@@ -142,7 +147,7 @@ static void addaddmenu(std::vector<menurow>& t) {
                      enabledof(Mnuadditem, i)});
     };
     add(0, "Ready", "", [] { addready(); });
-    add(1, "Free Node", "node");
+    add(1, "Free Node", "node", startaddnode);
     add(2, "Element...", "element");
     add(3, "Mesh...", "mesh");
     add(4, "Object...", "");
@@ -177,14 +182,16 @@ static void adddefinemenu(std::vector<menurow>& t) {
 static void addsettingsmenu(std::vector<menurow>& t) {
     const char* const m = "&Settings";
     const char* const a = "mnuSettingsItem";
-    t.push_back({m, a, 0, "&Colors ...", "colors"});
-    t.push_back({"&Settings|&Font ...", "mnusetfont", 0, "Node Labels...", "font"});
-    t.push_back({"&Settings|&Font ...", "mnusetfont", 1, "Element Lables..."});
+    t.push_back({m, a, 0, "&Colors ...", "colors", "", [] { door().showdialog("Colorset"); }});
+    t.push_back(
+        {"&Settings|&Font ...", "mnusetfont", 0, "Node Labels...", "font", "", choosenodefont});
+    t.push_back(
+        {"&Settings|&Font ...", "mnusetfont", 1, "Element Lables...", "", "", chooseelementfont});
     t.push_back({m, a, 2, "Scrollbars", "", "", togglescrollbars, checkof(mnuSettingsItem, 2)});
     t.push_back(check(m, a, 3, "Global Axis", mnuSettingsItem, 3));
     t.push_back(check(m, a, 4, "Local Axis", mnuSettingsItem, 4));
-    t.push_back({m, a, 5, "Options...", "options"});
-    t.push_back({m, a, 6, "Symbols ...", "symbols"});
+    t.push_back({m, a, 5, "Options...", "options", "", [] { door().showdialog("Options"); }});
+    t.push_back({m, a, 6, "Symbols ...", "symbols", "", [] { door().showdialog("Symbols"); }});
     t.push_back({m, a, 7, "Toolbars ..."});
     t.push_back(check(m, a, 8, "End Releases", mnuSettingsItem, 8));
 }
@@ -192,7 +199,8 @@ static void addsettingsmenu(std::vector<menurow>& t) {
 static void addviewmenu(std::vector<menurow>& t) {
     const char* const m = "&view";
     const char* const a = "mnudrawlist";
-    t.push_back({m, "view", 0, "&View Set...", "iso"});
+    t.push_back(
+        {m, "view", 0, "&View Set...", "iso", "", [] { door().showdialog("viewcontrol"); }});
     t.push_back({m, "redraw", 0, "&Redraw", "redraw", "F5", [] { redrawall(); }});
     t.push_back(separator(m, "redraw", 1));
     t.push_back(check(m, a, 0, "&Nodes", mnudrawlist, 0));
@@ -213,7 +221,7 @@ static void addviewmenu(std::vector<menurow>& t) {
         t.push_back(
             choice("&view|Element Label", "elemlabeltype", i, elementlabels[i], elemlabeltype));
     t.push_back(separator(m, a, 8));
-    t.push_back({m, a, 9, "Window", "zoomwindow"});
+    t.push_back({m, a, 9, "Window", "zoomwindow", "", startviewwindow});
     t.push_back(check(m, a, 10, "Hidden Line", mnudrawlist, 10, "hidden"));
 }
 
@@ -359,4 +367,53 @@ static QAction* findin(const QList<QAction*>& actions, const QString& path) {
 
 QAction* findmenu(QMenuBar* bar, const QString& path) {
     return findin(bar->actions(), path);
+}
+
+// --- pop-ups ------------------------------------------------------------------------------------
+
+// A pop-up item that does what a menu item does.
+static void addlike(QMenu* menu, const char* array, int index, const QString& caption,
+                    const QString& name) {
+    QAction* const source = menuaction(array, index);
+    QAction* const item = menu->addAction(source->icon(), caption);
+    item->setObjectName(name);
+    item->setEnabled(source->isEnabled());
+    item->setCheckable(source->isCheckable());
+    item->setChecked(source->isChecked());
+    QObject::connect(item, &QAction::triggered, source, &QAction::trigger);
+}
+
+static QMenu* addingpopup(QWidget* parent) {
+    auto* const menu = new QMenu(parent);
+    QMenu* const graphics = menu->addMenu("Add Graphics");
+    addlike(graphics, "Mnugraphicitem", 0, "Line", "grapop(0)");
+    graphics->addSeparator();
+    addlike(graphics, "Mnugraphicitem", 1, "Circle", "grapop(2)");
+    addlike(menu, "Mnuadditem", 1, "Add Nodes", "popItem01(1)");
+    addlike(menu, "Mnuadditem", 2, "Add elements", "popItem01(2)");
+    menu->addSeparator();
+    addlike(menu, "MnuSelectItem", 0, "Select Nodes", "popItem01(4)");
+    addlike(menu, "MnuSelectItem", 1, "Select Elements", "popItem01(5)");
+    addlike(menu, "MnuSelectItem", 2, "Select Patches", "popItem01(6)");
+    addlike(menu, "MnuSelectItem", 4, "Select Graphics", "popItem01(7)");
+    return menu;
+}
+
+static QMenu* editingpopup(QWidget* parent) {
+    auto* const menu = new QMenu(parent);
+    addlike(menu, "mnuEditItem", 3, "Copy", "popItem02(0)");
+    addlike(menu, "mnuEditItem", 4, "Paste", "popItem02(1)");
+    addlike(menu, "mnuEditItem", 6, "Move", "popItem02(2)");
+    addlike(menu, "mnuEditItem", 1, "Delete", "popItem02(3)");
+    menu->addSeparator();
+    addlike(menu, "mnuEditItem", 7, "Modify Selection...", "popItem02(5)");
+    return menu;
+}
+
+QMenu* popupmenu(int which, QWidget* parent) {
+    QMenu* const menu = which == 1 ? addingpopup(parent) : editingpopup(parent);
+    menu->setObjectName(which == 1 ? "popup01" : "popup02");
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (QAction* item : menu->actions()) item->setEnabled(item->isEnabled() && !menulock);
+    return menu;
 }

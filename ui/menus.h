@@ -24,6 +24,9 @@ std::vector<menurow>& menus();
 
 void buildmenus(QMenuBar* bar);
 void refreshmenus();  // check marks, enabling, recent list
+// The pop-up menu: 1 adds and selects, 2 edits what is selected.
+class QMenu;
+QMenu* popupmenu(int which, QWidget* parent);
 // The action of an item, by array and index; null when there is none.
 QAction* menuaction(const char* array, int index);
 // The action at a path of captions joined by "/", without "&", trailing blanks ignored.

@@ -15,6 +15,7 @@
 #include "core/session.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/menus.h"
 #include "ui/viewwidget.h"
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
@@ -173,6 +174,10 @@ void qtplatform::refresh() {
 
 void qtplatform::showdialog(const std::string& name) {
     if (!opendialog(name)) message("There is no dialog " + name, icons::exclamation);
+}
+
+void qtplatform::showpopup(int which) {
+    if (themainwindow) popupmenu(which, themainwindow)->popup(QCursor::pos());
 }
 
 void qtplatform::endprogram() {

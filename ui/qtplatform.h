@@ -21,6 +21,7 @@ class qtplatform : public platform {
     void showstatus(const std::string& text) override;
     void refresh() override;
     void showdialog(const std::string& name) override;
+    void showpopup(int which) override;
     void endprogram() override;
     surface* viewsurface(int nview) override;
     twipbox workarea() override;

@@ -17,6 +17,7 @@ QFont qtfont(const labelfont& font) {
     f.setPointSizeF(font.size > 0 ? font.size : 8);
     f.setBold(font.bold);
     f.setItalic(font.italic);
+    f.setUnderline(font.underline);
     return f;
 }
 
@@ -93,6 +94,13 @@ void qtsurface::toplane(planes p) {
     close();
     plane = p;
     ++round;
+}
+
+void qtsurface::clearplane(planes p) {
+    if (!used[std::size_t(p)]) return;
+    close();
+    image(p).fill(Qt::transparent);
+    used[std::size_t(p)] = false;
 }
 
 QPen qtsurface::pen(const stroke& s) const {

@@ -25,6 +25,7 @@ class qtsurface : public surface {
 
     void clear(colour background) override;
     void toplane(planes p) override;
+    void clearplane(planes p) override;
     void point(double x, double y, colour c) override;
     void line(double x1, double y1, double x2, double y2, colour c) override;
     void box(double x1, double y1, double x2, double y2, colour c) override;
@@ -59,8 +60,8 @@ class qtsurface : public surface {
 
     int w = 0, h = 0;
     double ratio = 1, pixels = 0;
-    std::array<QImage, 5> layersofplanes;
-    std::array<bool, 5> used{};
+    std::array<QImage, nplanes> layersofplanes;
+    std::array<bool, nplanes> used{};
     planes plane = planes::model;
     colour background = 0;
     std::unique_ptr<QPainter> brushwork;

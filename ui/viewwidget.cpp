@@ -53,6 +53,11 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     later.setSingleShot(true);
     later.setInterval(0);
     connect(&later, &QTimer::timeout, this, [this] { drawview(nview); });
+    hovering.setSingleShot(true);
+    hovering.setInterval(30);  // milliseconds between two looks for the item under the pointer
+    connect(&hovering, &QTimer::timeout, this, [this] {
+        if (!menulock && isVisible()) hover(nview, pointer.x(), pointer.y());
+    });
 }
 
 double viewwidget::pixelspercm() const {
@@ -137,6 +142,8 @@ void viewwidget::mouseMoveEvent(QMouseEvent* event) {
     }
     const QPointF at = place(event->position());
     viewmousemove(nview, buttonof(event->buttons()), at.x(), at.y());
+    pointer = at;
+    if (event->buttons() == Qt::NoButton && !hovering.isActive()) hovering.start();
 }
 
 void viewwidget::mouseReleaseEvent(QMouseEvent* event) {
@@ -157,6 +164,11 @@ void viewwidget::wheelEvent(QWheelEvent* event) {
     zoomview(nview, at.x(), at.y(), std::pow(wheelfactor, event->angleDelta().y() / notch));
     redrawsoon();
     event->accept();
+}
+
+void viewwidget::leaveEvent(QEvent*) {
+    hovering.stop();
+    endhover();
 }
 
 void viewwidget::redrawsoon() {

@@ -30,6 +30,7 @@ class viewwidget : public QWidget {
     void mouseMoveEvent(QMouseEvent*) override;
     void mouseReleaseEvent(QMouseEvent*) override;
     void wheelEvent(QWheelEvent*) override;
+    void leaveEvent(QEvent*) override;
 
   private:
     QPointF place(const QPointF& pixel) const;  // centimetres
@@ -43,5 +44,7 @@ class viewwidget : public QWidget {
     bool barsshown = false;
     QPointF panfrom;
     bool panning = false;
+    QPointF pointer;  // centimetres
+    QTimer hovering;
     QTimer later;  // gathers the redraws of wheel and pan
 };

@@ -176,34 +176,35 @@ static void drawelementnodes(surface& s, int e, int nview) {
     drawcolor = before;
 }
 
-void drawelement(int e, int nview) {
+void drawelementoutline(int e, int nview) {
     surface* const s = target(nview);
-    if (e == 0 || s == nullptr || !isshown(e, nview)) return;
+    if (s == nullptr) return;
     const auto row = elems.row(e);
     const int elnn = nodesoftype(row[0]);
     if (elnn == 0) return;
-    if (elnn == 2) {
-        s->drawwidth = 2;
-        s->fillcolor = meshcolor;
-    } else {
-        s->drawwidth = 1;
-    }
     const screenpoint first = projectnode(int(row[1]), nview);
     screenpoint near = first;
     nodeinslab = first.inside;
-    if (elnn == 1) {
-        if (first.inside) {
-            s->point(first.x, first.y, drawcolor);
-            drawsymbol(int(row[0]), nview, first.x, first.y);
-        }
-    } else {
-        for (int k = 2; k <= elnn; ++k) {
-            const screenpoint far = projectnode(int(row[std::size_t(k)]), nview);
-            drawclipped(*s, near, far, nview);
-            near = far;
-        }
-        if (elnn > 2) drawclipped(*s, near, first, nview);
+    if (elnn == 1 && first.inside) {
+        s->point(first.x, first.y, drawcolor);
+        drawsymbol(int(row[0]), nview, first.x, first.y);
     }
+    for (int k = 2; k <= elnn; ++k) {
+        const screenpoint far = projectnode(int(row[std::size_t(k)]), nview);
+        drawclipped(*s, near, far, nview);
+        near = far;
+    }
+    if (elnn > 2) drawclipped(*s, near, first, nview);
+}
+
+void drawelement(int e, int nview) {
+    surface* const s = target(nview);
+    if (e == 0 || s == nullptr || !isshown(e, nview)) return;
+    const int elnn = nodesoftype(elems(e, 0));
+    if (elnn == 0) return;
+    s->drawwidth = elnn == 2 ? 2 : 1;
+    if (elnn == 2) s->fillcolor = meshcolor;
+    drawelementoutline(e, nview);
     s->drawwidth = 1;
     drawelementlabel(e, nview);
     if (mnudrawlist(0).checked && (mnudrawlist(10).checked || viewtype(nview) != 0))

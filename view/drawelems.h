@@ -21,6 +21,8 @@ void drawallnodes(int nview);
 bool isshown(int e, int nview);
 // One element in drawcolor with its label and, when called for, its nodes. prepareview has run.
 void drawelement(int e, int nview);
+// Its lines alone, in drawcolor and the surface's width.
+void drawelementoutline(int e, int nview);
 void drawallelements(int nview);
 
 // The selected ones of one view, in drawcolor.

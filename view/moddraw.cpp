@@ -138,6 +138,7 @@ void drawview(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
     const hourglass wait;
+    const keptpoint kept;
     setdispscale(nview);
     s->smooth = nelems() < plainfrom && nnodes() < plainfrom;
     s->clear(backcolor);
@@ -149,6 +150,7 @@ void drawview(int nview) {
 }
 
 void drawselection(int nview) {
+    const keptpoint kept;
     const colour c = drawcolor;
     for (int i = int(layers::selectedpatches); i < int(layers::count); ++i) {
         drawcolor = c;

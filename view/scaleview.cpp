@@ -64,7 +64,8 @@ void unprojectpoint(int nview) {
     modelz = curz / double(scale);
 }
 
-keptpoint::keptpoint() : point{curx, cury, curz}, model{modelx, modely, modelz} {}
+keptpoint::keptpoint()
+    : point{curx, cury, curz}, model{modelx, modely, modelz}, screen{scrx, scry, persu, persv} {}
 
 keptpoint::~keptpoint() {
     curx = point[0];
@@ -73,6 +74,10 @@ keptpoint::~keptpoint() {
     modelx = model[0];
     modely = model[1];
     modelz = model[2];
+    scrx = screen[0];
+    scry = screen[1];
+    persu = screen[2];
+    persv = screen[3];
 }
 
 void clipdepth(int, const lineend& near) {

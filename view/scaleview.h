@@ -51,8 +51,8 @@ inline bool isinslab() {
     return double(viewreg.half) > (off < 0 ? -off : off);
 }
 
-// The point in work belongs to the mouse and to commands; what needs the registers for itself
-// holds one of these meanwhile.
+// The point in work, where it lies on the surface and its model point belong to the mouse and to
+// commands; what needs the registers for itself holds one of these meanwhile.
 class keptpoint {
   public:
     keptpoint();
@@ -62,7 +62,7 @@ class keptpoint {
 
   private:
     float point[3];
-    double model[3];
+    double model[3], screen[4];
 };
 
 extern int nodeinslab;  // 1 when the end of a line lies inside the slab

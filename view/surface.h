@@ -3,8 +3,8 @@
 // right, y down. Screen views, the printer and the recorder of tests implement it.
 //
 // A screen surface keeps its picture in planes that lie on each other: the model below, then
-// loads, constraints, result shapes, and on top selection and work marks. Drawing in the
-// background colour on an upper plane gives back what lies under it.
+// loads, constraints, result shapes, selection and work marks, and on top what follows the mouse.
+// Drawing in the background colour on an upper plane gives back what lies under it.
 #pragma once
 
 #include <string>
@@ -16,7 +16,8 @@ struct point2 {
     double x, y;
 };
 
-enum class planes { model, loads, constraints, results, marks };
+enum class planes { model, loads, constraints, results, marks, pointer };
+const int nplanes = 6;
 
 enum class pens { solid, dotted };
 
@@ -25,6 +26,7 @@ struct surface {
 
     virtual void clear(colour background) = 0;             // all planes
     virtual void toplane(planes) {}                        // where the next operations draw
+    virtual void clearplane(planes) {}                     // an upper plane, wholly
     virtual void point(double x, double y, colour c) = 0;  // one pixel; moves the position
     virtual void line(double x1, double y1, double x2, double y2, colour c) = 0;
     virtual void box(double x1, double y1, double x2, double y2, colour c) = 0;

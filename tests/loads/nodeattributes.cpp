@@ -246,9 +246,9 @@ TEST(Attributes, StartAndCloseSetTheFlags) {
     makechain(2);
     selectnodes({1});
     mnuEditItem(0).enabled = true;
-    addnodemode = true;
+    drawcircle = true;
     attributeform form = openin(attributemodes::elementloads);
-    EXPECT_FALSE(addnodemode) << "the start of one mode ends the other";
+    EXPECT_FALSE(drawcircle) << "the start of one mode ends the other";
     EXPECT_TRUE(editelemload);
     EXPECT_TRUE(editing);
     EXPECT_EQ(resultflag, 1);

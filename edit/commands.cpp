@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Direct commands.
+#include "edit/commands.h"
+
+#include <cmath>
+
+#include "core/colours.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "edit/Mouseprocedures.h"
+#include "view/drawelems.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+
+std::string commandtext;
+std::string commandfield[4];
+double cmdval1, cmdval2, cmdval3;
+double selcentrex, selcentrey, selcentrez;
+
+const char* const commandhelp[10] = {
+    "Help on direct commands",
+    "dx=x1;x2;x3 to get a relative move of the selected nodes",
+    "ax=x1;x2;x3 to go to the absolute location, use * to fix a dof.",
+    "rx=45 to rotate the selected nodes 45 degree around the global X axis ",
+    "     use ry= and rz= for the y-axis and Z axis. ",
+    "sc=scx;scy;scz to multiply the coordinates of the selected nodes by scx, scy and scz",
+    "mxy to mirror the selected nodes in the X-Y plane.",
+    "myz to mirror the selected nodes in the Y-Z plane.",
+    "mxz to mirror the selected nodes in the X-Z plane.",
+    "fn find node"};
+
+// --- fields -------------------------------------------------------------------------------------
+
+static void tellformat() {
+    messagebox box;
+    box.text = "Error format direct input command. Use ; as list seperator";
+    box.title = "Error reading input";
+    box.icon = icons::exclamation;
+    door().show(box);
+}
+
+bool parsecommand() {
+    std::string fields[4];
+    int field = 1;
+    for (const char c : commandtext.substr(std::min<std::size_t>(3, commandtext.size()))) {
+        if (c != ';') {
+            fields[field] += c;
+        } else if (++field > 3) {
+            tellformat();
+            return false;
+        }
+    }
+    double* const values[] = {&cmdval1, &cmdval2, &cmdval3};
+    for (int i = 1; i <= 3; ++i) {
+        commandfield[i] = fields[i];
+        *values[i - 1] = numberof(fields[i]);
+    }
+    return true;
+}
+
+static bool isfixed(int axis) {
+    return commandfield[axis + 1] == "*";
+}
+
+static double valueof(int axis) {
+    return axis == 0 ? cmdval1 : axis == 1 ? cmdval2 : cmdval3;
+}
+
+// --- the points that a command works on ---------------------------------------------------------
+
+// Calls change(point) with the three coordinates of each selected node and graphic point.
+template <typename Change>
+static void eachpoint(Change change) {
+    for (int i = 1; i <= nodesel(0); ++i) change(&nodes(0, nodesel(i), 0));
+    for (int i = 1; i <= graphsel2(0, 0); ++i)
+        change(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
+    if (nodesel(0) + graphsel2(0, 0) > 0) resultflag = 1;
+}
+
+void findcentroid() {
+    const int count = nodesel(0) + graphsel2(0, 0);
+    if (count == 0) return;
+    double sum[3] = {0, 0, 0};
+    for (int i = 1; i <= nodesel(0); ++i)
+        for (int k = 0; k < 3; ++k) sum[k] += nodes(0, nodesel(i), k);
+    for (int i = 1; i <= graphsel2(0, 0); ++i)
+        for (int k = 0; k < 3; ++k) sum[k] += graphics(graphsel2(i, 0), graphsel2(i, 1), k + 1);
+    selcentrex = sum[0] / count;
+    selcentrey = sum[1] / count;
+    selcentrez = sum[2] / count;
+}
+
+// --- moves --------------------------------------------------------------------------------------
+
+// Gives the point to a mode that takes points. False where none runs.
+static bool givepoint(bool relative) {
+    moderow* const row = runningmode();
+    if (row == nullptr || !row->commandpoint) return false;
+    double point[3] = {0, 0, 0};
+    if (row->lastpoint) row->lastpoint(point);
+    for (int k = 0; k < 3; ++k) {
+        if (relative)
+            point[k] += valueof(k);
+        else if (!isfixed(k))
+            point[k] = valueof(k);
+    }
+    row->commandpoint(point[0], point[1], point[2]);
+    return true;
+}
+
+static void relativemove() {
+    if (givepoint(true)) return;
+    eachpoint([](float* p) {
+        for (int k = 0; k < 3; ++k) p[k] = float(p[k] + valueof(k));
+    });
+}
+
+static void absolutemove() {
+    if (givepoint(false)) return;
+    eachpoint([](float* p) {
+        for (int k = 0; k < 3; ++k)
+            if (!isfixed(k)) p[k] = float(valueof(k));
+    });
+}
+
+// --- find node ----------------------------------------------------------------------------------
+
+static int searchednode() {
+    if (cmdval1 != 0) return cmdval1 >= 1 && cmdval1 <= nnodes() ? int(cmdval1) : 0;
+    int found = 0;
+    if (commandfield[1].empty()) return 0;
+    for (int n = 1; n <= nnodes(); ++n)
+        if (nodename(n) == commandfield[1]) found = n;
+    return found;
+}
+
+static void findnode() {
+    const int n = searchednode();
+    surface* const s = target(1);
+    if (n == 0 || s == nullptr) return;
+    const keptpoint kept;
+    const double foundsize = 0.5;
+    prepareview(1);
+    setnode(n, 1);
+    projectpoint(1);
+    nodesize = foundsize;
+    s->toplane(planes::marks);
+    s->fillsolid = false;
+    s->circle(scrx, scry, nodesize / 4 * 3, rgb(255, 0, 0));
+    s->show();
+}
+
+// --- turns, scales, mirrors ---------------------------------------------------------------------
+
+// Six decimals take the trace of cos 90 away.
+static double rounded(double v) {
+    return std::floor(v * 1000000 + 0.5) / 1000000;
+}
+
+// Turns about x and y start at the centroid and place it at fields 2 and 3; a turn about z goes
+// about the point in those fields.
+static void rotate(int axis) {
+    const double a = cmdval1 / 180 * pi, c = std::cos(a), s = std::sin(a);
+    findcentroid();
+    eachpoint([&](float* p) {
+        const double x = p[0], y = p[1], z = p[2];
+        if (axis == 0) {
+            const double dy = y - selcentrey, dz = z - selcentrez;
+            p[1] = float(cmdval2 + rounded(dy * c - dz * s));
+            p[2] = float(cmdval3 + rounded(dy * s + dz * c));
+        } else if (axis == 1) {
+            const double dx = x - selcentrex, dz = z - selcentrez;
+            p[0] = float(cmdval2 + rounded(dx * c - dz * s));
+            p[2] = float(cmdval3 + rounded(dx * s + dz * c));
+        } else {
+            const double dx = x - cmdval2, dy = y - cmdval3;
+            p[0] = float(cmdval2 + rounded(dx * c - dy * s));
+            p[1] = float(cmdval3 + rounded(dx * s + dy * c));
+        }
+    });
+}
+
+static void scale() {
+    eachpoint([](float* p) {
+        for (int k = 0; k < 3; ++k)
+            if (!isfixed(k) && valueof(k) != 0) p[k] = float(p[k] * valueof(k));
+    });
+}
+
+static void mirror(int axis) {
+    double c = cmdval1;
+    if (commandfield[1].empty() || isfixed(0)) {
+        findcentroid();
+        c = axis == 0 ? selcentrex : axis == 1 ? selcentrey : selcentrez;
+    }
+    eachpoint([&](float* p) { p[axis] = float(2 * c - p[axis]); });
+}
+
+// "mxy" and "mxy=c" carry their field behind the name and an optional equals sign.
+static bool parsemirror() {
+    const std::string whole = commandtext;
+    if (commandtext.size() > 3 && commandtext[3] == '=') commandtext.erase(3, 1);
+    const bool good = parsecommand();
+    commandtext = whole;
+    return good;
+}
+
+// --- dispatch -----------------------------------------------------------------------------------
+
+namespace {
+struct commandrow {
+    const char* name;
+    bool whileadding;  // also while elements are added
+    bool (*parse)();
+    void (*run)();
+};
+}  // namespace
+
+static const commandrow commands[] = {
+    {"dx=", true, parsecommand, relativemove},
+    {"ax=", true, parsecommand, absolutemove},
+    {"hel", true, nullptr, [] { door().showdialog("cardhelp"); }},
+    {"fn=", true, parsecommand, findnode},
+    {"rx=", false, parsecommand, [] { rotate(0); }},
+    {"ry=", false, parsecommand, [] { rotate(1); }},
+    {"rz=", false, parsecommand, [] { rotate(2); }},
+    {"sc=", false, parsecommand, scale},
+    {"mxy", false, parsemirror, [] { mirror(2); }},
+    {"myz", false, parsemirror, [] { mirror(0); }},
+    {"mxz", false, parsemirror, [] { mirror(1); }},
+};
+
+static void drawmoved(colour c) {
+    drawcolor = c;
+    drawselectionall();
+    drawcolor = meshcolor;
+}
+
+void dispatchcommand() {
+    drawmoved(backcolor);
+    const std::string name = commandtext.substr(0, 3);
+    for (const commandrow& row : commands) {
+        if (name != row.name) continue;
+        if (addelemmode && !row.whileadding) break;
+        if (row.parse == nullptr || row.parse()) row.run();
+        break;
+    }
+    drawmoved(selcolor);
+}
+
+void runcommand(const std::string& text) {
+    const hourglass wait;
+    commandtext = text;
+    guarded(dispatchcommand, [](const runtimeerror& e) {
+        drawmoved(selcolor);
+        door().message(e.what, icons::exclamation);
+    });
+    door().refresh();
+}

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The form of the dialog "General Options".
+#include "edit/options.h"
+
+#include <algorithm>
+
+#include "core/numtext.h"
+#include "core/session.h"
+#include "view/hidden.h"
+#include "view/moddraw.h"
+
+optionsform showgeneraloptions() {
+    optionsform form;
+    form.redrawmove = redrawmove;
+    form.redrawdelete = redrawdelete;
+    form.redrawedit = redrawedit;
+    form.mergenodes = automergenodes;
+    form.mergeelements = automergeelems;
+    form.tolerance = numbertext(mergetol);
+    form.renumber = renumbersave;
+    form.shading = shadingon;
+    form.shadecolor = shadecolor;
+    form.anglexy = numbertext(lightangxy);
+    form.anglez = numbertext(lightangz);
+    form.intensity = lightintensity;
+    return form;
+}
+
+void leavetolerance(optionsform& form) {
+    double value = 0;
+    if (!readnumber(form.tolerance, value) || value < 0) form.tolerance = numbertext(mergetol);
+}
+
+void leaveangles(optionsform& form) {
+    if (!isnumeric(form.anglexy)) form.anglexy = numbertext(lightangxy);
+    if (!isnumeric(form.anglez)) form.anglez = numbertext(lightangz);
+}
+
+void storegeneraloptions(const optionsform& given) {
+    optionsform form = given;
+    leavetolerance(form);
+    leaveangles(form);
+    redrawmove = form.redrawmove;
+    redrawdelete = form.redrawdelete;
+    redrawedit = form.redrawedit;
+    automergenodes = form.mergenodes;
+    automergeelems = form.mergeelements;
+    mergetol = numberof(form.tolerance);
+    renumbersave = form.renumber;
+    shadingon = form.shading;
+    shadecolor = form.shadecolor;
+    lightangxy = float(numberof(form.anglexy));
+    lightangz = float(numberof(form.anglez));
+    lightintensity = std::clamp(form.intensity, 0, 255);
+    redrawall();
+}

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// DEFAULTS.DAT both ways. The lines of the file are one table, so that writer and reader agree.
+#include "files/settings.h"
+
+#include <cmath>
+#include <functional>
+#include <vector>
+
+#include "core/colours.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "core/views.h"
+#include "view/moddraw.h"
+#include "view/setviews.h"
+
+namespace {
+struct settingline {
+    std::function<void(textout&)> write;
+    std::function<void(textin&)> read;
+};
+}  // namespace
+
+static int labeldigits = 3;  // number of label digits, kept for the file
+
+static settingline number(double& value) {
+    return {[&value](textout& out) { out.put(value); },
+            [&value](textin& in) { value = in.number(); }};
+}
+
+static settingline positive(double& value, double most) {
+    return {[&value](textout& out) { out.put(value); },
+            [&value, most](textin& in) {
+                const double read = in.number();
+                if (!(read > 0 && read <= most))
+                    in.fail(errtype, "a length above 0 was expected, found " + numbertext(read));
+                value = read;
+            }};
+}
+
+static settingline whole(int& value) {
+    return {[&value](textout& out) { out.put(value); },
+            [&value](textin& in) { value = int(in.whole()); }};
+}
+
+static settingline colourline(colour& value) {
+    return {[&value](textout& out) { out.put(value); },
+            [&value](textin& in) {
+                const long most = 0xFFFFFF, read = in.whole();
+                if (read < 0 || read > most)
+                    in.fail(errtype, "a colour was expected, found " + numbertext(read));
+                value = colour(read);
+            }};
+}
+
+static settingline single(array1<float>& list, int i) {
+    return {[&list, i](textout& out) { out.put(list(i)); },
+            [&list, i](textin& in) { list(i) = in.single(); }};
+}
+
+static settingline scaleline(int v) {
+    return {[v](textout& out) { out.put(viewscale(v)); },
+            [v](textin& in) {
+                const float value = in.single();
+                viewscale(v) = value == 0 ? 1 : value;
+            }};
+}
+
+// Written #TRUE# and #FALSE#; read in any case, with or without the marks, and as 0, -1 or 1.
+static bool readtruth(textin& in) {
+    std::string word = in.text();
+    std::erase(word, '#');
+    for (char& c : word)
+        if (c >= 'a' && c <= 'z') c = char(c - 'a' + 'A');
+    if (word == "TRUE" || word == "-1" || word == "1") return true;
+    if (word != "FALSE" && word != "0")
+        in.fail(errtype, "#TRUE# or #FALSE# was expected, found \"" + word + "\"");
+    return false;
+}
+
+static settingline truth(std::function<bool()> get, std::function<void(bool)> set) {
+    return {[get](textout& out) { out.raw(get() ? "#TRUE#" : "#FALSE#"); },
+            [set](textin& in) { set(readtruth(in)); }};
+}
+
+static settingline check(array1<menustate>& list, int i) {
+    return truth([&list, i] { return list(i).checked; },
+                 [&list, i](bool on) { list(i).checked = on; });
+}
+
+static void addfont(std::vector<settingline>& lines, labelfont& font, colour& c) {
+    lines.push_back({[&font](textout& out) { out.quoted(font.name); },
+                     [&font](textin& in) { font.name = in.text(); }});
+    lines.push_back(truth([&font] { return font.bold; }, [&font](bool on) { font.bold = on; }));
+    lines.push_back(truth([&font] { return font.italic; }, [&font](bool on) { font.italic = on; }));
+    lines.push_back(positive(font.size, 1000));
+    lines.push_back(colourline(c));
+}
+
+static settingline underline(labelfont& font) {
+    return truth([&font] { return font.underline; }, [&font](bool on) { font.underline = on; });
+}
+
+static std::vector<settingline> settinglines() {
+    std::vector<settingline> lines;
+    lines.push_back({[](textout& out) { out.put(singleview ? 1 : 0); },
+                     [](textin& in) { singleview = in.whole() != 0; }});
+    lines.push_back(number(nodetol));
+    lines.push_back(whole(labeldigits));
+    lines.push_back(whole(stressglobal));
+    lines.push_back(truth([] { return bool(dim2d); }, [](bool on) { dim2d = on; }));
+    for (int v = 1; v <= nviews; ++v)
+        for (auto* list : {&viewvert, &viewhor}) lines.push_back(single(*list, v));
+    for (int v = 1; v <= nviews; ++v) {
+        lines.push_back(scaleline(v));
+        for (auto* list : {&viewaw, &viewdist, &viewptx, &viewpty, &viewptz})
+            lines.push_back(single(*list, v));
+    }
+    for (colour* c :
+         {&backcolor, &meshcolor, &nodecolor, &patchcolor, &selcolor, &freecolor, &graphcolor,
+          &concolor, &rotcolor, &loadcolor, &momcolor, &edgecolor, &defcolor, &hidcolor})
+        lines.push_back(colourline(*c));
+    lines.push_back(positive(unitveclen, 2));
+    for (int i : {2, 3, 4}) lines.push_back(check(mnuSettingsItem, i));
+    for (int i : {0, 1, 2, 3}) lines.push_back(check(mnudrawlist, i));
+    for (int i : {0, 1, 2}) lines.push_back(check(viewloads, i));
+    addfont(lines, nodelabelfont, nodelabelcolor);
+    lines.push_back(underline(nodelabelfont));  // node labels alone have this line
+    addfont(lines, elemlabelfont, elemlabelcolor);
+    lines.push_back(whole(labelsize));
+    return lines;
+}
+
+static std::string settingsfile() {
+    return appdir + "/DEFAULTS.DAT";
+}
+
+void savesettings() {
+    guarded(
+        [] {
+            textout out(settingsfile());
+            for (const settingline& line : settinglines()) {
+                line.write(out);
+                out.endline();
+            }
+            out.commit();
+        },
+        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+}
+
+// Exactly one entry of the load view is on; the last one where the file has none of the others.
+static void completeloads() {
+    int on = 3;
+    for (int i = 2; i >= 0; --i)
+        if (viewloads(i).checked) on = i;
+    checkonly(viewloads, on);
+}
+
+void getsettings() {
+    guarded(
+        [] {
+            textin in(findnocase(settingsfile()));
+            for (const settingline& line : settinglines()) line.read(in);
+        },
+        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    completeloads();
+    arrangeviews();
+    door().refresh();
+    redrawall();
+}

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window "General Options" and the help on direct commands.
+#include "edit/options.h"
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTabWidget>
+
+#include "core/session.h"
+#include "edit/commands.h"
+#include "edit/merge.h"
+#include "ui/controls.h"
+#include "ui/dialogs.h"
+#include "ui/mainwindow.h"
+#include "ui/qtsurface.h"
+
+namespace {
+
+class generaloptions : public QDialog {
+  public:
+    generaloptions() : QDialog(themainwindow) {
+        setWindowTitle("General Options");
+        auto* const rows = new QVBoxLayout(this);
+        tabs = new QTabWidget(this);
+        tabs->setObjectName("TabStrip1");
+        rows->addWidget(tabs);
+        buildredraw();
+        buildhidden();
+        buildmerge();
+        buildsave();
+        auto* const row = new QHBoxLayout;
+        row->addStretch(1);
+        QPushButton* const ready = newbutton("Command1", "Ready", this, row);
+        ready->setDefault(true);
+        connect(ready, &QPushButton::clicked, this, guardedhandler([this](bool) {
+                    take();
+                    storegeneraloptions(form);
+                    accept();
+                }));
+        rows->addLayout(row);
+        form = showgeneraloptions();
+        showform();
+    }
+
+  private:
+    QVBoxLayout* page(const char* caption) {
+        auto* const widget = new QWidget(this);
+        tabs->addTab(widget, caption);
+        return new QVBoxLayout(widget);
+    }
+    QCheckBox* check(QBoxLayout* rows, const char* name, const char* caption) {
+        auto* const c = new QCheckBox(caption, this);
+        c->setObjectName(name);
+        rows->addWidget(c);
+        return c;
+    }
+    void help(QBoxLayout* rows, const char* text) {
+        auto* const label = new QLabel(text, this);
+        label->setWordWrap(true);
+        label->setTextFormat(Qt::PlainText);
+        QFont f = label->font();
+        f.setItalic(true);
+        label->setFont(f);
+        label->setIndent(20);
+        rows->addWidget(label);
+    }
+    void buildredraw() {
+        QVBoxLayout* const rows = page("Redraw");
+        move = check(rows, "Check1(0)", "Redraw after move");
+        remove = check(rows, "Check1(1)", "Redraw after delete");
+        edit = check(rows, "Check1(2)", "Redraw after edit");
+        rows->addStretch(1);
+    }
+    void buildhidden() {
+        QVBoxLayout* const rows = page("Hiddenline Shading");
+        shading = check(rows, "Check2", "Shading on");
+        auto* const columns = new QHBoxLayout;
+        auto* const colours = new QVBoxLayout;
+        static const char* const captions[] = {"Shades of Gray", "Red Light", "GreenLight",
+                                               "BlueLight"};
+        for (int i = 3; i >= 0; --i) {
+            shade[i] = new QRadioButton(captions[i], this);
+            shade[i]->setObjectName(QString("Option1(%1)").arg(i));
+            colours->addWidget(shade[i]);
+        }
+        columns->addLayout(colours);
+        auto* const grid = new QGridLayout;
+        grid->addWidget(new QLabel("Angle to X-axis", this), 0, 0);
+        grid->addWidget(new QLabel("Angle to X-Y Plane", this), 1, 0);
+        grid->addWidget(new QLabel("Intensity", this), 2, 0);
+        anglexy = new QLineEdit(this);
+        anglexy->setObjectName("Text2");
+        anglez = new QLineEdit(this);
+        anglez->setObjectName("Text3");
+        for (QLineEdit* box : {anglexy, anglez})
+            connect(box, &QLineEdit::editingFinished, this, [this] {
+                take();
+                leaveangles(form);
+                showform();
+            });
+        intensity = new QScrollBar(Qt::Horizontal, this);
+        intensity->setObjectName("HScroll1");
+        intensity->setRange(0, 255);
+        intensity->setMinimumWidth(160);
+        sample = new QLabel(this);
+        sample->setObjectName("Text4");
+        sample->setFixedHeight(24);
+        sample->setFrameShape(QFrame::StyledPanel);
+        sample->setAutoFillBackground(true);
+        connect(intensity, &QScrollBar::valueChanged, this, [this] { showsample(); });
+        grid->addWidget(anglexy, 0, 1);
+        grid->addWidget(anglez, 1, 1);
+        grid->addWidget(intensity, 2, 1);
+        grid->addWidget(sample, 3, 1);
+        columns->addLayout(grid, 1);
+        rows->addLayout(columns);
+        rows->addStretch(1);
+    }
+    void buildmerge() {
+        QVBoxLayout* const rows = page("Auto Merge Settings");
+        mergenodes = check(rows, "Check3(0)", "Auto merge Nodes");
+        help(rows,
+             "Select this option to allow the program to merge nodes which are within merge "
+             "tolerance.");
+        mergeelements = check(rows, "Check3(1)", "Auto merge Elements");
+        help(rows, "Select this option to allow the program to merge double elements.");
+        auto* const row = new QHBoxLayout;
+        row->addWidget(new QLabel("Merge Tolerance Value:", this));
+        tolerance = new QLineEdit(this);
+        tolerance->setObjectName("Text1");
+        row->addWidget(tolerance);
+        rows->addLayout(row);
+        connect(tolerance, &QLineEdit::editingFinished, this, [this] {
+            take();
+            leavetolerance(form);
+            showform();
+        });
+        help(rows,
+             "Any two nodes which are closer to each other than the \"Merge Tolerance Value\" will "
+             "be merged automatically when \"Auto Merge Nodes\" is checked.");
+        help(rows, "Auto merge is executed when a selection of nodes or elements is deselected.");
+        auto* const buttons = new QHBoxLayout;
+        connect(newbutton("Command2", "Find merge Nodes", this, buttons), &QPushButton::clicked,
+                this, guardedhandler([this](bool) { report(findmergenodesnow); }));
+        connect(newbutton("Command3", "Find double Elements", this, buttons), &QPushButton::clicked,
+                this, guardedhandler([this](bool) { report(finddoublesnow); }));
+        buttons->addStretch(1);
+        rows->addLayout(buttons);
+        found = new QLabel(this);
+        found->setObjectName("found");
+        rows->addWidget(found);
+    }
+    void buildsave() {
+        QVBoxLayout* const rows = page("Save options");
+        renumber = check(rows, "Check4", "Renumber Model before saving");
+        rows->addStretch(1);
+    }
+    static std::string reportof(int lines, const char* what) {
+        if (lines < 0) return {};
+        return std::to_string(lines) + what + modelname + ".txt";
+    }
+    static std::string findmergenodesnow() {
+        return reportof(findmergenodes(), " pair(s) of nodes, written to ");
+    }
+    static std::string finddoublesnow() {
+        return reportof(finddoubleelems(), " double element(s), written to ");
+    }
+    void report(std::string (*find)()) {
+        take();
+        storegeneraloptions(form);
+        found->setText(qtext(find()));
+    }
+    void take() {
+        form.redrawmove = move->isChecked();
+        form.redrawdelete = remove->isChecked();
+        form.redrawedit = edit->isChecked();
+        form.mergenodes = mergenodes->isChecked();
+        form.mergeelements = mergeelements->isChecked();
+        form.tolerance = tolerance->text().toStdString();
+        form.renumber = renumber->isChecked();
+        form.shading = shading->isChecked();
+        for (int i = 0; i < 4; ++i)
+            if (shade[i]->isChecked()) form.shadecolor = i;
+        form.anglexy = anglexy->text().toStdString();
+        form.anglez = anglez->text().toStdString();
+        form.intensity = intensity->value();
+    }
+    void showsample() {
+        QPalette palette = sample->palette();
+        const int v = intensity->value();
+        palette.setColor(QPalette::Window, QColor(v, v, v));
+        sample->setPalette(palette);
+    }
+    void showform() {
+        move->setChecked(form.redrawmove);
+        remove->setChecked(form.redrawdelete);
+        edit->setChecked(form.redrawedit);
+        mergenodes->setChecked(form.mergenodes);
+        mergeelements->setChecked(form.mergeelements);
+        showtext(tolerance, form.tolerance);
+        renumber->setChecked(form.renumber);
+        shading->setChecked(form.shading);
+        shade[form.shadecolor]->setChecked(true);
+        showtext(anglexy, form.anglexy);
+        showtext(anglez, form.anglez);
+        intensity->setValue(form.intensity);
+        showsample();
+    }
+
+    optionsform form;
+    QTabWidget* tabs;
+    QCheckBox *move, *remove, *edit, *shading, *mergenodes, *mergeelements, *renumber;
+    QRadioButton* shade[4];
+    QLineEdit *anglexy, *anglez, *tolerance;
+    QScrollBar* intensity;
+    QLabel *sample, *found;
+};
+
+class cardhelp : public QDialog {
+  public:
+    cardhelp() : QDialog(themainwindow) {
+        setWindowTitle(tr("Help"));
+        auto* const rows = new QVBoxLayout(this);
+        auto* const list = new QListWidget(this);
+        list->setObjectName("List1");
+        for (const char* line : commandhelp) list->addItem(line);
+        list->setMinimumSize(560, 230);
+        rows->addWidget(list);
+        auto* const row = new QHBoxLayout;
+        row->addStretch(1);
+        connect(newbutton("Command1", "OK", this, row), &QPushButton::clicked, this,
+                &QDialog::accept);
+        rows->addLayout(row);
+    }
+};
+
+}  // namespace
+
+QDialog* makeoptions() {
+    return new generaloptions;
+}
+
+QDialog* makecardhelp() {
+    return new cardhelp;
+}

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The form of the dialog "View".
+#include "view/viewcontrol.h"
+
+#include <cmath>
+
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+#include "view/setviews.h"
+
+const char* const viewboxcaptions[viewboxcount] = {
+    "X coordinate", "Y coordinate", "Z coordinate", "Vertical",   "Horizontal",
+    "Scale",        "Distance ",    "AW",           "View Depth", "Unit Vector Length"};
+
+static const double greatestunit = 2;  // centimetres
+
+static array1<float>& listof(int box) {
+    static array1<float>* const lists[] = {&viewptx,   &viewpty,  &viewptz, &viewvert, &viewhor,
+                                           &viewscale, &viewdist, &viewaw,  &viewdepth};
+    return *lists[box];
+}
+
+static bool isangle(int box) {
+    return box == boxvertical || box == boxhorizontal;
+}
+
+static std::string storedtext(int box, int nview) {
+    if (box == boxunit) return numbertext(unitveclen);
+    const float value = listof(box)(nview);
+    return isangle(box) ? numbertext(todegrees(value)) : numbertext(value);
+}
+
+void showvalues(viewform& form, int nview) {
+    for (int box = 0; box < viewboxcount; ++box) form.box[box] = storedtext(box, nview);
+    form.option = viewtype(nview);
+    form.group0 = viewgroup(nview);
+    form.group = form.group0 >= 1 && form.group0 <= ngroups() ? groupname(form.group0) : "";
+    form.selected = numbertext(viewselnum(nview));
+    form.heading = "View settings for view " + std::to_string(form.current);
+}
+
+void getvgroup(viewform& form) {
+    for (int g = 1; g <= ngroups(); ++g)
+        if (groupname(g) == form.group) form.group0 = g;
+}
+
+void getvalues(viewform& form) {
+    const int v = form.current;
+    for (int box = 0; box < viewboxcount; ++box) {
+        double value = 0;
+        if (!readnumber(form.box[box], value)) return;
+        if (box == boxunit) {
+            if (value > 0 && value <= greatestunit) unitveclen = value;
+        } else if (box != boxscale || value > 0) {
+            listof(box)(v) = float(isangle(box) ? toradians(value) : value);
+        }
+    }
+    getvgroup(form);
+    viewgroup(v) = form.group.empty() && form.option != 1 ? 0 : form.group0;
+    viewtype(v) = form.option;
+}
+
+// Radians to degrees with the short constant: the way back of this one box.
+static std::string shortdegrees(float radians) {
+    const double shortpi = 3.1415;
+    return numbertext(double(radians) * 180 / shortpi);
+}
+
+void leavebox(viewform& form, int box) {
+    if (box == boxaw || box == boxdepth) return;
+    double value = 0;
+    bool good = readnumber(form.box[box], value);
+    if (box == boxscale) good = good && value > 0;
+    if (box == boxunit) good = good && value > 0 && value <= greatestunit;
+    if (good) return;
+    form.box[box] =
+        box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
+}
+
+void takeview(viewform& form, int nview) {
+    getvalues(form);
+    form.current = nview;
+    showvalues(form, nview);
+}
+
+void presetboxes(viewform& form, int preset) {
+    form.box[boxvertical] = numbertext(viewpresets[preset].vertical);
+    form.box[boxhorizontal] = numbertext(viewpresets[preset].horizontal);
+}
+
+void pasteview(viewform& form) {
+    if (form.copied != 0) showvalues(form, form.copied);
+}
+
+void autoscaleview(viewform& form) {
+    getvalues(form);
+    autoscale(form.current);
+    showvalues(form, form.current);
+}
+
+void allviews(viewform& form) {
+    getvalues(form);
+    // The fit is taken in the layout that is to come.
+    setfourviews();
+    for (int v = 1; v <= nviews; ++v) autoscale(v);
+    showvalues(form, form.current);
+}
+
+void noteselview(viewform& form, int nview) {
+    viewtype(nview) = form.option;
+    for (int e = 1; e <= nelems(); ++e) elemvis(nview, e) = false;
+    int count = 0;
+    if (form.option == 2) {
+        for (int i = 1; i <= int(elemsel(0)); ++i) elemvis(nview, long(elemsel(i))) = true;
+        count = int(elemsel(0));
+    } else if (form.option == 1) {
+        for (int e = 1; e <= nelems(); ++e) {
+            const bool shown = elems(e, 0) != 0 && egroup(e) == viewgroup(nview);
+            elemvis(nview, e) = shown;
+            count += shown;
+        }
+    }
+    viewselnum(nview) = count;
+    form.selected = numbertext(count);
+}
+
+void chooseoption(viewform& form, int option, const std::string& group) {
+    form.option = option;
+    form.group = group;
+    getvgroup(form);
+    const int v = form.current;
+    viewtype(v) = option;
+    viewgroup(v) = option == 1 ? form.group0 : 0;
+    if (option != 0) noteselview(form, v);
+    drawview(v);
+}
+
+void startviewselection() {
+    for (int i = 0; i <= 4; ++i) MnuSelectItem(i).checked = i == 1;
+    viewselpending = true;
+    prompt("Select", "Element(s)", "to view", "<Mouse Left Button> to select, <ESC> to stop");
+}
+
+void endviewselection(viewform& form) {
+    viewselpending = false;
+    const int v = form.current;
+    form.option = 2;
+    viewselnum(v) = int(elemsel(0));
+    noteselview(form, v);
+    drawview(v);
+}

@@ -34,3 +34,6 @@ QDialog* makemodelinfo();
 QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
+QDialog* makedefgroup();
+struct groupform;
+QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -31,6 +31,7 @@ void wiredialogs() {
     adddialog("Loadkees", makeloadkees);
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);
+    adddialog("defgroup", makedefgroup);
 }
 
 void tellfault(const runtimeerror& fault) {

@@ -41,3 +41,6 @@ void chooseelementfont();
 QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
+QDialog* makedefgroup();
+struct groupform;
+QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

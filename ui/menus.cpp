@@ -173,10 +173,11 @@ static void addaddmenu(std::vector<menurow>& t) {
 static void adddefinemenu(std::vector<menurow>& t) {
     const char* const m = "&Define";
     const char* const a = "definegroup";
-    t.push_back({m, a, 0, "Element Group...", "group"});
+    const auto groups = [] { door().showdialog("defgroup"); };
+    t.push_back({m, a, 0, "Element Group...", "group", "", groups});
     t.push_back({m, a, 1, "Loadcase", "loadcase", "", [] { door().showdialog("Loadkees"); }});
     t.push_back({m, a, 2, "Object..."});
-    t.push_back({m, a, 3, "Group Settings ...."});
+    t.push_back({m, a, 3, "Group Settings ....", "", "", groups});
 }
 
 static void addsettingsmenu(std::vector<menurow>& t) {

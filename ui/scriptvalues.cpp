@@ -14,6 +14,9 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "post/postproces.h"
+#include "tools/groups.h"
+#include "tools/sectionfile.h"
+#include "tools/sections.h"
 #include "ui/qtplatform.h"
 #include "ui/script.h"
 #include "view/scaleview.h"
@@ -146,6 +149,10 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(eltypdes),
         NAMED(lckindname),
         NAMED(lcsubname),
+        // groups and sections
+        NAMED(meshgroup),
+        NAMED(sectscale),
+        {"sectcount", computed([] { return numbertext(sectcount); })},
         // session
         NAMED(apptitle),
         NAMED(modelname),

@@ -1,0 +1,395 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The section tool: properties of typed shapes, the database files, units, and the hand-over to the
+// group in edit.
+#include "tools/sections.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/runtime.h"
+#include "tests/support/outline.h"
+#include "tests/support/recorder.h"
+#include "tools/sectionfile.h"
+
+// --- shapes -------------------------------------------------------------------------------------
+
+static std::array<double, nresults> listed(const sectionvalues& v) {
+    return {v.area, v.ixx, v.wxx, v.iyy, v.wyy, v.izz, v.wzz};
+}
+
+TEST(Sectionvalues, FollowTheRulesOfTheirTypes) {
+    const struct {
+        const char* name;
+        int type;
+        dimensions d;
+        std::array<double, nresults> v;  // worked by hand
+    } cases[] = {
+        {"full round",
+         tubular,
+         {100, 50},
+         {7853.981634, 4908738.521, 98174.77042, 4908738.521, 98174.77042, 9817477.042,
+          196349.5408}},
+        {"H 200",
+         beammetric,
+         {200, 200, 9, 15},
+         {7530, 55134750, 551347.5, 20010327.5, 200103.275, 494955, 32997}},
+        // In y the stem stands at the flange's edge: Qy 54500, Iby 2522500, Ioy 840833.333.
+        {"tee",
+         tprofile,
+         {100, 100, 10, 10},
+         {1900, 1800043.860, 25240.46740, 1800043.860, 25240.46740, 65000, 6500}},
+        {"angle of one thickness",
+         lprofile,
+         {100, 100, 10, 0},
+         {1900, 1800043.860, 25240.46740, 1800043.860, 25240.46740, 63333.33333, 6333.333333}},
+        // tf is taken off the area: c1 = 54500 / 1800.
+        {"angle with tf",
+         lprofile,
+         {100, 100, 10, 10},
+         {1800, 1713194.444, 24571.71315, 1713194.444, 24571.71315, 63333.33333, 6333.333333}},
+        {"pair of angles",
+         dlprofile,
+         {100, 100, 10, 0},
+         {3800, 3600087.719, 50480.93481, 6726666.667, 67266.66667, 126666.6667, 12666.66667}},
+        {"box",
+         boxsection,
+         {100, 100, 5, 5},
+         {1900, 2865833.333, 57316.66667, 2865833.333, 57316.66667, 4286875, 90250}},
+    };
+    for (const auto& c : cases) {
+        const auto found = listed(calcsection(c.type, c.d));
+        for (std::size_t i = 0; i < nresults; ++i)
+            EXPECT_NEAR(found[i], c.v[i], 1e-8 * c.v[i]) << c.name << " " << resultnames[i];
+    }
+    const sectionvalues bar = calcsection(prismaticbar, {2, 6});
+    EXPECT_DOUBLE_EQ(bar.ixx, 36);
+    EXPECT_DOUBLE_EQ(bar.iyy, 4);
+    EXPECT_DOUBLE_EQ(bar.wxx, 12);
+}
+
+// Shapes whose rule describes them truly have the values of their outline.
+TEST(Sectionvalues, AgreeWithTheOutline) {
+    const struct {
+        int type;
+        dimensions d;
+        bool truey;
+    } cases[] = {
+        {beamus, {8.08, 12.2, 0.37, 0.64}, true}, {cprofile, {80, 200, 6, 11}, true},
+        {boxsection, {100, 200, 6, 8}, true},     {prismaticbar, {12, 80}, true},
+        {lprofile, {65, 100, 9, 0}, true},        {dlprofile, {65, 100, 9, 0}, true},
+        {tprofile, {150, 90, 7, 11}, false},
+    };
+    for (const auto& c : cases) {
+        const sectionvalues v = calcsection(c.type, c.d);
+        const outlinevalues o = outlineof(c.type, c.d);
+        const double h = c.d[dimh], farx = std::max(o.y, h - o.y);
+        EXPECT_NEAR(v.area, o.area, 1e-12 * o.area) << sectiontypes[c.type].name;
+        EXPECT_NEAR(v.ixx, o.ixx, 1e-12 * o.ixx) << sectiontypes[c.type].name;
+        EXPECT_NEAR(v.wxx, o.ixx / farx, 1e-12 * v.wxx) << sectiontypes[c.type].name;
+        if (c.truey) {
+            const double width = c.d[dimb] * (c.type == dlprofile ? 2 : 1);
+            EXPECT_NEAR(v.iyy, o.iyy, 1e-12 * o.iyy) << sectiontypes[c.type].name;
+            EXPECT_NEAR(v.wyy, o.iyy / std::max(o.x, width - o.x), 1e-12 * v.wyy)
+                << sectiontypes[c.type].name;
+        }
+    }
+}
+
+// Timoshenko and Goodier, Theory of Elasticity, article 109, table of the rectangular bar: I zz =
+// k1 b^3 h, W zz = k2 b^2 h, b the shorter side.
+TEST(Sectionvalues, TorsionOfBarsIsThatOfTheTable) {
+    const struct {
+        double ratio, k1, k2;
+    } table[] = {{1, 0.1406, 0.208}, {1.2, 0.166, 0.219}, {1.5, 0.196, 0.231}, {2, 0.229, 0.246},
+                 {3, 0.263, 0.267},  {5, 0.291, 0.291},   {10, 0.312, 0.312}};
+    for (const auto& row : table)
+        for (const dimensions& d : {dimensions{4, 4 * row.ratio}, dimensions{4 * row.ratio, 4}}) {
+            const sectionvalues v = calcsection(prismaticbar, d);
+            EXPECT_NEAR(v.izz / (256 * row.ratio), row.k1, 0.0006) << row.ratio;
+            EXPECT_NEAR(v.wzz / (64 * row.ratio), row.k2, 0.0006) << row.ratio;
+        }
+}
+
+TEST(Sectionvalues, FaultsNameTheDimension) {
+    const struct {
+        int type;
+        dimensions d;
+        const char* fault;
+    } cases[] = {
+        {tubular, {100, 50}, ""},
+        {tubular, {100, 50.1}, "WT is more than half of OD"},
+        {tubular, {0, 5}, "OD must be above 0"},
+        {beamus, {100, 200, 10, 100}, ""},
+        {beamus, {100, 200, 10, 100.1}, "tf does not fit into H"},
+        {beamus, {100, 200, 101, 10}, "tw does not fit into B"},
+        {cprofile, {100, 200, 10, -1}, "tf must be above 0"},
+        {boxsection, {100, 200, 50, 10}, ""},
+        {boxsection, {100, 200, 51, 10}, "tw does not fit into B"},
+        {tprofile, {100, 200, 10, 200}, ""},
+        {lprofile, {100, 200, 10, 0}, ""},
+        {lprofile, {100, 10, 10, 0}, "tw does not fit into H"},
+        {prismaticbar, {100, 0}, "H must be above 0"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(sectionfault(c.type, c.d), c.fault) << sectiontypes[c.type].name;
+        EXPECT_EQ(sectionoutline(c.type, c.d).empty(), *c.fault != 0);
+    }
+}
+
+// --- database -----------------------------------------------------------------------------------
+
+// IPE 300 and W12x50 as a small database, a tube in metres, one name twice.
+static const char smallbase[] =
+    "5\r\n\"IPE 300\",\"H-Beam Metric\",\"mm\",5381,83560000,6038000,201200,150,300,7.1,10.7\r\n"
+    "\"W12x50\",\"H-Beam US\",\"Inch\",14.6,391,56.3,1.71,8.08,12.2,0.37,0.64\r\n"
+    "\"Leg, \"\"A\"\"\",\"Tubular\",\"m\",0.05,0.002,0.002,0.004,0.6,0.03,0,0\r\n"
+    "\"Twin\",\"Tubular\",\"mm\",1,1,1,1,10,1,0,0 \"Twin\" \"Tubular\" \"mm\" 2 2 2 4 10 2 0 0\r\n";
+
+struct sectionroom : sessionroom {
+    explicit sectionroom(const std::string& base = smallbase) {
+        sectcount = 0;
+        sectnames.clear();
+        sectdata.clear();
+        writefile(file("sections.dat"), base);
+    }
+};
+
+TEST(Sectionfile, ReadsTextAndBinaryAlike) {
+    sectionroom room;
+    EXPECT_EQ(readsections(false), "");
+    EXPECT_EQ(sectcount, 5);
+    EXPECT_EQ(sectdata(0, 0), 5);
+    EXPECT_EQ(sectnames(3, 1), "Leg, \"A\"");
+    EXPECT_EQ(sectdata(2, 8), 0.64f);
+    EXPECT_EQ(getsection("Twin"), 5) << "the last match wins";
+    EXPECT_EQ(getsection("twin"), 0);
+
+    writesectionsbinary();
+    const std::string image = contentof(room.file("sections.dig"));
+    EXPECT_EQ(image.substr(0, 4), std::string("\5\0\0\0", 4));
+    // Column 0 of six texts and the empty text of row 0 in column 1 stand before the first name.
+    EXPECT_EQ(image.substr(4 + 14, 9), std::string("\7\0IPE 300", 9));
+    std::filesystem::remove(room.file("sections.dat"));
+    sectnames.clear();
+    sectdata.clear();
+    EXPECT_EQ(readsections(true), "");
+    EXPECT_EQ(sectnames(3, 1), "Leg, \"A\"");
+    EXPECT_EQ(sectnames(5, 3), "mm");
+    EXPECT_EQ(sectdata(1, 2), 83560000.0f);
+    EXPECT_EQ(sectdata(5, 8), 0);
+}
+
+TEST(Sectionfile, DamageIsToldAndNothingIsLost) {
+    sectionroom room;
+    readsections(false);
+    writesectionsbinary();
+    const std::string text = smallbase, image = contentof(room.file("sections.dig"));
+    const auto survives = [&](bool binary, const std::string& content, const std::string& what) {
+        writefile(room.file(binary ? "sections.dig" : "sections.dat"), content);
+        std::string fault;
+        const bool good =
+            guarded([&] { readsections(binary); }, [&](const runtimeerror& e) { fault = e.what; });
+        EXPECT_EQ(sectcount, 5) << what;
+        EXPECT_EQ(sectnames(1, 1), "IPE 300") << what;
+        EXPECT_EQ(good, fault.empty()) << what;
+        return good;
+    };
+    // The text is whole once its last digit is there, the image with its last byte.
+    for (std::size_t cut = 0; cut < text.size() - 2; ++cut)
+        EXPECT_FALSE(survives(false, text.substr(0, cut), "text cut at " + std::to_string(cut)))
+            << cut;
+    for (std::size_t cut = 0; cut < image.size(); ++cut)
+        EXPECT_FALSE(survives(true, image.substr(0, cut), "image cut at " + std::to_string(cut)))
+            << cut;
+    EXPECT_FALSE(survives(true, image + "x", "more"));
+    EXPECT_FALSE(survives(true, std::string("\xff\xff\xff\x7f", 4) + image.substr(4), "count"));
+    EXPECT_FALSE(survives(true, std::string("\xff\xff\xff\xff", 4) + image.substr(4), "negative"));
+    EXPECT_FALSE(survives(false, "2000000000" + text.substr(1), "count"));
+    EXPECT_FALSE(survives(false, "-1" + text.substr(1), "count"));
+    std::filesystem::remove(room.file("sections.dig"));
+    EXPECT_THROW(readsections(true), runtimeerror);
+
+    writefile(room.file("sections.dat"), "4" + text.substr(1));
+    EXPECT_EQ(readsections(false),
+              "sections.dat goes on behind the 4 records that its first line counts");
+    EXPECT_EQ(sectcount, 4);
+}
+
+// --- the form -----------------------------------------------------------------------------------
+
+TEST(Sections, StartsWithTheFirstOfItsType) {
+    sectionroom room;
+    sectionform form = Initiate();
+    choosetype(form, beammetric);
+    chooseunit(form, 0);
+    EXPECT_TRUE(form.database);
+    EXPECT_EQ(form.section, "IPE 300");
+    EXPECT_EQ(form.labels[2], "tw =");
+    EXPECT_EQ(form.unitlabels[0], "O") << "until dimensions are typed";
+    EXPECT_EQ(form.dims[2], "7.1");
+    EXPECT_EQ(form.results[0], "5381");
+    EXPECT_EQ(form.results[1], "83560000");
+    EXPECT_NEAR(form.values[2], 83560000.0 / 150, 1e-5);
+    EXPECT_NEAR(form.values[4], 6038000.0 / 75, 1e-6);
+    EXPECT_NEAR(form.values[6], 201200.0 / 10.7, 1e-6) << "by the thickest wall";
+    choosetype(form, tubular);
+    EXPECT_EQ(form.names, (std::vector<std::string>{"Leg, \"A\"", "Twin", "Twin"}));
+    EXPECT_EQ(form.labels[1], "WT =");
+    EXPECT_EQ(form.labels[2], "");
+    EXPECT_EQ(form.dims[2], "");
+    choosesection(form, "Twin");
+    EXPECT_EQ(form.results[0], "2");
+    EXPECT_EQ(Initiate().type, tubular) << "the next use starts with the type of the last";
+    choosetype(form, cprofile);
+    EXPECT_EQ(form.message, "The database holds no section of this type");
+    EXPECT_EQ(form.results[0], "2") << "the results stay";
+    groupform group = opengroups();
+    EXPECT_FALSE(acceptsection(form, group));
+    EXPECT_EQ(groups(1, 4), 1);
+}
+
+TEST(Sections, RecordsAreScaledToTheModelsUnit) {
+    sectionroom room;
+    sectionform form = Initiate();
+    const struct {
+        int type;
+        const char* section;
+        int unit;
+        double scale;
+    } cases[] = {
+        {beamus, "W12x50", 3, 0.0254},    {beamus, "W12x50", 4, 1},
+        {beamus, "W12x50", 0, 25.4},      {beammetric, "IPE 300", 1, 0.1},
+        {beammetric, "IPE 300", 2, 0.01}, {tubular, "Leg, \"A\"", 0, 1000},
+    };
+    for (const auto& c : cases) {
+        choosetype(form, c.type);
+        choosesection(form, c.section);
+        chooseunit(form, c.unit);
+        EXPECT_NEAR(sectscale, c.scale, 1e-12 * c.scale) << c.section;
+        const int s = getsection(c.section);
+        const double power[] = {2, 4, 3, 4, 3, 4, 3};
+        chooseunit(form, form.sourceunit);
+        const auto own = form.values;
+        EXPECT_EQ(sectscale, 1);
+        chooseunit(form, c.unit);
+        for (std::size_t i = 0; i < nresults; ++i)
+            EXPECT_NEAR(form.values[i], own[i] * std::pow(c.scale, power[i]),
+                        1e-11 * form.values[i])
+                << c.section << resultnames[i];
+        EXPECT_NEAR(numberof(form.dims[0]), sectdata(s, 5) * c.scale,
+                    1e-6 * sectdata(s, 5) * c.scale);
+    }
+    choosetype(form, beamus);
+    chooseunit(form, 3);
+    EXPECT_EQ(form.results[0], "0.009419336") << "14.6 square inches, with no dust behind";
+    EXPECT_EQ(form.dims[1], "0.30988");
+    chooseunit(form, 0);
+}
+
+TEST(Sections, TypedDimensionsAreASectionOfTheirOwn) {
+    sectionroom room;
+    sectionform form = Initiate();
+    choosetype(form, beamus);
+    chooseunit(form, 0);
+    EXPECT_EQ(form.name, "W12x50");
+    editdimension(form, dimb, "200");
+    EXPECT_FALSE(form.database);
+    EXPECT_EQ(sectscale, 1);
+    EXPECT_EQ(form.name, "W12x50 Mod.");
+    EXPECT_EQ(form.unitlabels[0], "L");
+    EXPECT_EQ(form.dims[1], "309.88") << "the others keep the size they had in the model's unit";
+    EXPECT_NEAR(form.values[0], (309.88 - 2 * 16.256) * 9.398 + 2 * 200 * 16.256, 1e-6);
+    const std::string area = form.results[0];
+    usedatabase(form, true);
+    EXPECT_EQ(form.name, "W12x50");
+    EXPECT_EQ(form.unitlabels[0], "L");
+
+    choosetype(form, prismaticbar);
+    usedatabase(form, false);
+    EXPECT_EQ(form.name, "Prismatic Bar Mod.") << "no section of this type to name";
+    editdimension(form, dimb, "2");
+    editdimension(form, dimh, "6");
+    EXPECT_EQ(form.results[1], "36");
+    EXPECT_FALSE(form.stale);
+    editdimension(form, dimh, "");
+    EXPECT_EQ(form.results[1], "36") << "a division by zero leaves the results";
+    EXPECT_EQ(form.message, "H must be above 0");
+    EXPECT_TRUE(form.stale);
+    editdimension(form, dimh, "6 mm");
+    EXPECT_TRUE(form.stale) << "no number counts as 0";
+    editdimension(form, dimh, "1E120");
+    EXPECT_EQ(form.message, "The dimensions are too large");
+    EXPECT_TRUE(form.stale);
+    choosetype(form, lprofile);
+    for (int k = 0; k < ndims; ++k) editdimension(form, k, k < dimtw ? "100" : "10");
+    EXPECT_NE(form.message.find("one thickness"), std::string::npos);
+    editdimension(form, dimtf, "");
+    EXPECT_EQ(form.message, "");
+    EXPECT_EQ(form.results[0], "1900");
+}
+
+TEST(Sections, AcceptingFillsTheGroupInEdit) {
+    sectionroom room;
+    groups(0, 0) = 2;
+    groupname(2) = "IPE 300";
+    groupform group = opengroups();
+    sectionform form = Initiate();
+    choosetype(form, beammetric);
+    chooseunit(form, 0);
+    const auto accepted = [&](int g) {
+        return std::vector<double>{groups(g, 4),  groups(g, 7),  groups(g, 8), groups(g, 9),
+                                   groups(g, 10), groups(g, 11), groups(g, 12)};
+    };
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(accepted(1), std::vector<double>(form.values.begin(), form.values.end()));
+    EXPECT_EQ(groups(1, 1), 210000) << "the material stays";
+    EXPECT_EQ(group.text[4], "5381");
+    EXPECT_EQ(groupname(1), "GR 1");
+
+    form.autoname = true;
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(groupname(1), "GR 1") << "the name is another group's";
+    EXPECT_EQ(group.message, "Name allready excists");
+    editdimension(form, dimh, "310");
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(groupname(1), "IPE 300 Mod.");
+    EXPECT_EQ(group.names[0], "IPE 300 Mod.");
+
+    const double before = groups(2, 4);
+    choosegroup(group, 2);
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(groups(2, 4), before) << "all groups wait for Update";
+    EXPECT_EQ(group.text[4], form.results[0]);
+    EXPECT_EQ(group.message, "Press <Update> to apply edit to all groups");
+    room.door.answerqueue = {answers::yes};
+    updategroups(group);
+    EXPECT_EQ(accepted(2), std::vector<double>(form.values.begin(), form.values.end()));
+}
+
+TEST(Sections, WithoutAGoodDatabaseDimensionsCanBeTyped) {
+    sectionroom room("1\r\n\"Odd\",\"H-Beam US\",\"ft\",1,1,1,1,1,1,0.1,0.1\r\n");
+    sectionform form = Initiate();
+    choosetype(form, beamus);
+    EXPECT_EQ(form.message, "Odd: the unit \"ft\" is not known");
+    EXPECT_TRUE(form.stale);
+    usebinary(form, true);
+    EXPECT_FALSE(form.binary) << "there is no binary file";
+    EXPECT_NE(form.message.find("sections.dig"), std::string::npos);
+    EXPECT_EQ(form.section, "Odd");
+    writebinary(form);
+    usebinary(form, true);
+    EXPECT_TRUE(form.binary);
+    EXPECT_EQ(form.names.size(), 1u);
+
+    std::filesystem::remove(room.file("sections.dat"));
+    sectcount = 0;
+    form = Initiate();
+    EXPECT_FALSE(form.database);
+    EXPECT_NE(form.message.find("sections.dat"), std::string::npos);
+    for (int k = 0; k < ndims; ++k) editdimension(form, k, k < dimtw ? "10" : "1");
+    EXPECT_EQ(form.results[0], "28");
+}

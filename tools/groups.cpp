@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Element groups: the form of their dialog.
+#include "tools/groups.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/views.h"
+#include "view/moddraw.h"
+
+int meshgroup;
+const char allgroups[] = "All Groups";
+
+const fieldtext groupcaptions[groupfields + 1] = {
+    {"", ""},
+    {"E Modulus", "F/L^2"},
+    {"Poisson ratio", "-"},
+    {"Specific Mass", "W/L^3"},
+    {"Thickness | Area", "L | L^2"},
+    {"Stress condition", ""},
+    {"Section rotation", "Deg"},
+    {"I xx", "L^4"},
+    {"W xx", "L^3"},
+    {"I yy", "L^4"},
+    {"W yy", "L^3"},
+    {"I zz", "L^4"},
+    {"W zz", "L^3"},
+};
+
+const int planefield = 5;  // 0 plane stress, 1 plane strain
+
+// Place of row i, column j (1..6) among the matrix boxes.
+static std::size_t matrixbox(int i, int j) {
+    return std::size_t(i - 1 + 6 * (j - 1));
+}
+
+static bool isblank(const std::string& text) {
+    return text.find_first_not_of(' ') == text.npos;
+}
+
+// --- between boxes and model --------------------------------------------------------------------
+
+static void tellnonumber(groupform& form, const std::string& what, const std::string& text) {
+    if (form.message.empty() && !isblank(text))
+        form.message = what + ": \"" + text + "\" is no number, 0 is stored";
+}
+
+static void getmatrix(groupform& form) {
+    for (int i = 1; i <= 6; ++i)
+        for (int j = 1; j <= 6; ++j) {
+            const std::string& text = form.matrix[matrixbox(i, j)];
+            const std::string what =
+                "Matrix row " + std::to_string(i) + ", column " + std::to_string(j);
+            double value = 0;
+            if (!readnumber(text, value)) tellnonumber(form, what, text);
+            if (std::abs(value) <= std::numeric_limits<float>::max())
+                groupmat(meshgroup, i, j) = float(value);
+            else if (form.message.empty())
+                form.message = what + ": " + text + " is too large, the old value is kept";
+        }
+}
+
+void getgroup(groupform& form) {
+    form.message.clear();
+    if (meshgroup == 0) return;
+    for (int k = 1; k <= groupfields; ++k) {
+        const std::string& text = form.text[std::size_t(k)];
+        double value = 0;
+        if (!readnumber(text, value)) tellnonumber(form, groupcaptions[k].caption, text);
+        groups(meshgroup, k) = value;
+    }
+    getmatrix(form);
+}
+
+void setplane(groupform& form) {
+    form.plane = form.text[planefield] == "1" ? "Plane Strain" : "Plane Stress";
+}
+
+void putgroup(groupform& form) {
+    form.all = meshgroup == 0;
+    form.text.fill("");
+    form.matrix.fill("");
+    if (form.all) {
+        form.name = allgroups;
+        form.plane = "Toggle";
+        return;
+    }
+    form.name = groupname(meshgroup);
+    form.shade = groupcolor(meshgroup);
+    for (int k = 1; k <= groupfields; ++k)
+        form.text[std::size_t(k)] = numbertext(groups(meshgroup, k));
+    for (int i = 1; i <= 6; ++i)
+        for (int j = 1; j <= 6; ++j)
+            form.matrix[matrixbox(i, j)] = numbertext(groupmat(meshgroup, i, j));
+    setplane(form);
+}
+
+void notename(groupform& form) {
+    form.names.clear();
+    for (int g = 1; g <= ngroups(); ++g) form.names.push_back(groupname(g));
+    form.names.push_back(allgroups);
+}
+
+static void showgroup(groupform& form, int g) {
+    meshgroup = g;
+    putgroup(form);
+}
+
+groupform opengroups() {
+    groupform form;
+    meshgroup = 0;
+    notename(form);
+    showgroup(form, std::min(1, ngroups()));
+    return form;
+}
+
+// --- the list -----------------------------------------------------------------------------------
+
+static bool isnametaken(const std::string& name, int except) {
+    for (int g = 1; g <= ngroups(); ++g)
+        if (g != except && groupname(g) == name) return true;
+    return name == allgroups;
+}
+
+void changename(groupform& form, const std::string& name) {
+    form.message.clear();
+    if (meshgroup != 0 && name != groupname(meshgroup)) {
+        if (isblank(name))
+            form.message = "A group needs a name";
+        else if (isnametaken(name, meshgroup))
+            form.message = "Name allready excists";
+        else
+            groupname(meshgroup) = name;
+    }
+    form.name = meshgroup == 0 ? allgroups : groupname(meshgroup);
+    notename(form);
+}
+
+// Stores the group that is left; the message tells which one it was.
+static void leavegroup(groupform& form) {
+    getgroup(form);
+    if (!form.message.empty()) form.message = groupname(meshgroup) + ", " + form.message;
+}
+
+void choosegroup(groupform& form, int row) {
+    leavegroup(form);
+    showgroup(form, row >= 0 && row < ngroups() ? row + 1 : 0);
+}
+
+void addgroup(groupform& form) {
+    leavegroup(form);
+    if (ngroups() >= modelsize(4)) {
+        form.message = "Maximum number of groups";
+        return;
+    }
+    const int g = ngroups() + 1;
+    std::string name = "GR " + std::to_string(g);
+    while (isnametaken(name, 0)) name += "*";
+    groups(0, 0) = g;
+    groupname(g) = name;
+    for (int k = 1; k <= groupfields; ++k) groups(g, k) = 0;
+    for (int i = 1; i <= 6; ++i) std::ranges::fill(groupmat.row(g, i), 0.0f);
+    notename(form);
+    showgroup(form, g);
+}
+
+// Row g leaves the table and those above move down. Its colour goes to the row that falls free, so
+// that no two groups get the same one.
+static void dropgrouprow(int g) {
+    const int last = ngroups();
+    const int shade = groupcolor(g);
+    for (int to = g; to < last; ++to) {
+        groupname(to) = groupname(to + 1);
+        std::ranges::copy(groups.row(to + 1), groups.row(to).begin());
+        for (int i = 1; i <= 6; ++i)
+            std::ranges::copy(groupmat.row(to + 1, i), groupmat.row(to, i).begin());
+        groupcolor(to) = groupcolor(to + 1);
+    }
+    groupcolor(last) = shade;
+    groupname(last).clear();
+    std::ranges::fill(groups.row(last), 0.0);
+    for (int i = 1; i <= 6; ++i) std::ranges::fill(groupmat.row(last, i), 0.0f);
+    groups(0, 0) = last - 1;
+}
+
+// What names groups by number follows them down. No element is in group g; a patch, a buffered
+// element or a free slot that names it takes the group instead, a view shows all groups.
+static void renumbergroups(int g, int instead) {
+    const auto moved = [g](int n, int other) { return n > g ? n - 1 : n == g ? other : n; };
+    for (int e = 1; e <= nelems(); ++e) egroup(e) = moved(egroup(e), instead);
+    for (int i = 1; i <= int(tmpelems(0, 0)); ++i)
+        tmpelems(i, 5) = float(moved(int(tmpelems(i, 5)), instead));
+    for (int p = 1; p <= patches(0, 0, 0); ++p) patches(p, 0, 2) = moved(patches(p, 0, 2), instead);
+    for (int v = 1; v <= nviews; ++v) viewgroup(v) = moved(viewgroup(v), 0);
+}
+
+static bool isused(int g) {
+    for (int e = 1; e <= nelems(); ++e)
+        if (egroup(e) == g && elems(e, 0) != 0) return true;
+    return false;
+}
+
+void deletegroup(groupform& form) {
+    form.message.clear();
+    const int g = meshgroup;
+    if (ngroups() <= 1) {
+        form.message = "Not allowed, one group minimum";
+        return;
+    }
+    if (g == 0) {
+        form.message = "Choose the group to delete from the list";
+        return;
+    }
+    if (!door().yes("Delete Group?")) return;
+    if (isused(g)) {
+        form.message = "Not deleted,Group in use";
+        return;
+    }
+    const int next = std::max(g - 1, 1);
+    dropgrouprow(g);
+    renumbergroups(g, next);
+    form.redraw = true;
+    notename(form);
+    showgroup(form, next);
+}
+
+// --- edits --------------------------------------------------------------------------------------
+
+static void notechange(groupform& form) {
+    form.message =
+        form.all ? "Press <Update> to apply edit to all groups" : "Press <Update> to save changes";
+}
+
+void editfield(groupform& form, int field, const std::string& text) {
+    form.text[std::size_t(field)] = text;
+    if (field == planefield && (!form.all || !isblank(text))) setplane(form);
+    notechange(form);
+}
+
+void editmatrix(groupform& form, int index, const std::string& text) {
+    if (form.all) return;
+    form.matrix[std::size_t(index)] = text;
+    const int i = index / 6 + 1, j = index - 6 * (i - 1) + 1;
+    if (i > j) form.matrix[matrixbox(i, j)] = text;
+    notechange(form);
+}
+
+void toggleplane(groupform& form) {
+    double value = 0;
+    const bool on = readnumber(form.text[planefield], value) && value != 0;
+    editfield(form, planefield, on ? "0" : "1");
+}
+
+void choosecolour(groupform& form, colour c) {
+    if (meshgroup == 0 || c == groupcolor(meshgroup)) return;
+    form.shade = groupcolor(meshgroup) = c;
+    form.redraw = true;
+}
+
+void togglesprings(groupform& form) {
+    form.springs = !form.springs;
+}
+
+static void updateall(groupform& form) {
+    if (!door().yes("Edit will be applied to all groups, continue?")) return;
+    for (int k = 1; k <= groupfields; ++k) {
+        double value = 0;
+        const std::string& text = form.text[std::size_t(k)];
+        if (!readnumber(text, value)) {
+            if (form.message.empty() && !isblank(text))
+                form.message = std::string(groupcaptions[k].caption) + ": \"" + text +
+                               "\" is no number, the groups keep their values";
+            continue;
+        }
+        for (int g = 1; g <= ngroups(); ++g) groups(g, k) = value;
+    }
+}
+
+void updategroups(groupform& form) {
+    form.message.clear();
+    if (form.all) {
+        updateall(form);
+        return;
+    }
+    getgroup(form);
+    putgroup(form);
+}
+
+void readygroups(groupform& form) {
+    getgroup(form);
+    if (form.redraw) redrawall();
+    form.redraw = false;
+}

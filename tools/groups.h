@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The dialog "Element Group": the list of groups, the twelve properties and the spring matrix of
+// the one in edit, and the mode in which an edit goes to all of them.
+//
+// State: meshgroup, the current group of all tools that create elements; here the group in edit.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "core/colours.h"
+
+extern int meshgroup;  // 0 while "All Groups" or none is in edit
+
+const int groupfields = 12;     // the properties groups(g,1..12)
+const int matrixfields = 36;    // groupmat(g,1..6,1..6)
+extern const char allgroups[];  // the last entry of the list
+
+struct fieldtext {
+    const char *caption, *unit;
+};
+extern const fieldtext groupcaptions[groupfields + 1];  // 1..12
+
+struct groupform {
+    std::vector<std::string> names;                 // of the list: all groups, then "All Groups"
+    std::string name;                               // text of the list field
+    bool all = false;                               // "All Groups" is chosen
+    std::array<std::string, groupfields + 1> text;  // boxes 1..12
+    std::array<std::string, matrixfields> matrix;   // row i, column j at (i-1) + 6 (j-1)
+    std::string plane;                              // caption of the toggle at field 5
+    colour shade = 0;                               // colour of the group
+    bool springs = false;                           // the matrix stands in place of the properties
+    bool redraw = false;                            // what the views show has changed
+    std::string message;
+};
+
+groupform opengroups();  // the list filled, group 1 shown
+
+// Reads the boxes into group meshgroup. A box that holds no number stores 0, a matrix value beyond
+// a Single keeps what was stored; both are told in the message.
+void getgroup(groupform& form);
+void putgroup(groupform& form);  // shows group meshgroup, or empty boxes for all groups
+void setplane(groupform& form);  // caption of the toggle from field 5
+void notename(groupform& form);  // fills the list with all names
+// Renames the group in edit, unless another group has the name.
+void changename(groupform& form, const std::string& name);
+
+// The user's actions. An edit of one group is kept when another row is chosen, a group is added or
+// the dialog closes; one of all groups only by updategroups.
+void choosegroup(groupform& form, int row);  // 0.. as in names
+void editfield(groupform& form, int field, const std::string& text);
+void editmatrix(groupform& form, int index, const std::string& text);
+void toggleplane(groupform& form);
+void choosecolour(groupform& form, colour c);
+void togglesprings(groupform& form);
+void addgroup(groupform& form);
+void deletegroup(groupform& form);
+void updategroups(groupform& form);
+void readygroups(groupform& form);

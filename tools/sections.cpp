@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The form of the section tool.
+#include "tools/sections.h"
+
+#include <charconv>
+#include <cmath>
+
+#include "core/numtext.h"
+#include "core/runtime.h"
+#include "tools/sectionfile.h"
+
+const char* const unitnames[nunits] = {"mm", "cm", "dm", "m", "Inch"};
+const double unitmetres[nunits] = {0.001, 0.01, 0.1, 1, 0.0254};
+const char* const resultnames[nresults] = {"Area", "I xx", "W xx", "I yy", "W yy", "I zz", "W zz"};
+
+double sectscale = 1;
+static int lasttype = tubular, lastunit = 0;
+
+int findunit(const std::string& name) {
+    for (int u = 0; u < nunits; ++u)
+        if (name == unitnames[u]) return u;
+    return -1;
+}
+
+// The number with twelve significant digits: what is left of rounding does not show.
+static double tidy(double value) {
+    const int digits = 12;
+    char text[40];
+    const auto end =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits);
+    return numberof(std::string_view(text, std::size_t(end.ptr - text)));
+}
+
+// A Single as the decimal number that it stands for.
+static double decimal(float value) {
+    return numberof(numbertext(value));
+}
+
+dimensions dimensionsof(const sectionform& form) {
+    dimensions d{};
+    for (std::size_t k = 0; k < ndims; ++k)
+        if (!form.labels[k].empty()) d[k] = numberof(form.dims[k]);
+    return d;
+}
+
+// --- the database -------------------------------------------------------------------------------
+
+void loadsections(sectionform& form) {
+    form.names.clear();
+    for (long s = 1; s <= sectcount; ++s)
+        if (sectnames(s, 2) == sectiontypes[form.type].name) form.names.push_back(sectnames(s, 1));
+    form.section = form.names.empty() ? "" : form.names.front();
+}
+
+int getsection(const std::string& name) {
+    for (long s = sectcount; s >= 1; --s)
+        if (sectnames(s, 1) == name) return int(s);
+    return 0;
+}
+
+void scalesections(sectionform& form) {
+    sectscale = 1;
+    if (!form.database) return;
+    const int s = getsection(form.section);
+    if (s == 0) return;
+    form.sourceunit = findunit(sectnames(s, 3));
+    if (form.sourceunit >= 0) sectscale = unitmetres[form.sourceunit] / unitmetres[form.unit];
+}
+
+// --- results ------------------------------------------------------------------------------------
+
+static void showresults(sectionform& form, const sectionvalues& v) {
+    const std::array<double, nresults> values = {v.area, v.ixx, v.wxx, v.iyy, v.wyy, v.izz, v.wzz};
+    for (const double value : values)
+        if (!std::isfinite(value)) throw runtimeerror{erroverflow, "The dimensions are too large"};
+    for (std::size_t i = 0; i < nresults; ++i) {
+        form.values[i] = tidy(values[i]);
+        form.results[i] = numbertext(form.values[i]);
+    }
+    form.stale = false;
+}
+
+static void calcrecord(sectionform& form, int s) {
+    dimensions d;
+    for (int k = 0; k < ndims; ++k) {
+        const bool used = !form.labels[std::size_t(k)].empty();
+        d[std::size_t(k)] = decimal(sectdata(s, 5 + k));
+        form.dims[std::size_t(k)] =
+            used ? numbertext(tidy(d[std::size_t(k)] * sectscale)) : std::string();
+    }
+    const double second = sectscale * sectscale * sectscale * sectscale;
+    const auto far = extremefibres(form.type, d);
+    const auto modulus = [&](int k, double distance) {
+        return decimal(sectdata(s, k)) / distance * sectscale * sectscale * sectscale;
+    };
+    sectionvalues v;
+    v.area = decimal(sectdata(s, 1)) * sectscale * sectscale;
+    v.ixx = decimal(sectdata(s, 2)) * second;
+    v.iyy = decimal(sectdata(s, 3)) * second;
+    v.izz = decimal(sectdata(s, 4)) * second;
+    v.wxx = modulus(2, far[0]);
+    v.wyy = modulus(3, far[1]);
+    v.wzz = modulus(4, far[2]);
+    showresults(form, v);
+}
+
+// What the user should know of the rule by which typed dimensions are counted.
+static std::string hintof(const sectionform& form, const dimensions& d) {
+    if ((form.type == lprofile || form.type == dlprofile) && d[dimtf] != 0)
+        return "An angle has one thickness, tw: leave tf empty, it is taken off the area";
+    if (form.type == tprofile) return "I yy, W yy: the stem is counted at the edge of the flange";
+    return "";
+}
+
+static void namesection(sectionform& form) {
+    const std::string base = form.section.empty() ? sectiontypes[form.type].name : form.section;
+    form.name = form.database ? form.section : base + " Mod.";
+}
+
+void sectioncalc(sectionform& form) {
+    form.stale = true;
+    form.message.clear();
+    scalesections(form);
+    namesection(form);
+    const int s = form.database ? getsection(form.section) : 0;
+    if (form.database && s == 0) {
+        form.message = "The database holds no section of this type";
+        return;
+    }
+    if (form.database && form.sourceunit < 0) {
+        form.message = form.section + ": the unit \"" + sectnames(s, 3) + "\" is not known";
+        return;
+    }
+    guarded(
+        [&] {
+            if (form.database)
+                calcrecord(form, s);
+            else
+                showresults(form, calcsection(form.type, dimensionsof(form)));
+        },
+        [&](const runtimeerror& e) { form.message = e.what; });
+    const dimensions d = dimensionsof(form);
+    const std::string fault = sectionfault(form.type, d);
+    if (!fault.empty()) {
+        form.stale = true;
+        form.message = fault;
+    } else if (!form.database && !form.stale) {
+        form.message = hintof(form, d);
+    }
+}
+
+// --- actions ------------------------------------------------------------------------------------
+
+void settype(sectionform& form, int type) {
+    form.type = type;
+    for (std::size_t k = 0; k < ndims; ++k) {
+        form.labels[k] = sectiontypes[type].fields[k];
+        if (!form.database) form.unitlabels[k] = "L";
+    }
+}
+
+static bool readdatabase(sectionform& form) {
+    std::string note;
+    const bool read = guarded([&] { note = readsections(form.binary); },
+                              [&](const runtimeerror& e) { note = e.what; });
+    loadsections(form);
+    form.database = read && sectcount > 0;
+    sectioncalc(form);
+    if (!note.empty()) form.message = note;
+    return read;
+}
+
+sectionform Initiate() {
+    sectionform form;
+    form.unit = lastunit;
+    form.unitlabels.fill("O");
+    settype(form, lasttype);
+    readdatabase(form);
+    return form;
+}
+
+void choosetype(sectionform& form, int type) {
+    lasttype = type;
+    settype(form, type);
+    loadsections(form);
+    sectioncalc(form);
+}
+
+void choosesection(sectionform& form, const std::string& name) {
+    form.section = name;
+    form.database = true;
+    sectioncalc(form);
+}
+
+void usedatabase(sectionform& form, bool on) {
+    form.database = on;
+    settype(form, form.type);
+    sectioncalc(form);
+}
+
+void usebinary(sectionform& form, bool on) {
+    const bool before = form.binary;
+    form.binary = on;
+    if (readdatabase(form)) return;
+    form.binary = before;
+    form.database = sectcount > 0;
+    const std::string why = form.message;
+    sectioncalc(form);
+    form.message = why;
+}
+
+void writebinary(sectionform& form) {
+    guarded(
+        [&] {
+            writesectionsbinary();
+            form.message = "sections.dig written, " + std::to_string(sectcount) + " sections";
+        },
+        [&](const runtimeerror& e) { form.message = e.what; });
+}
+
+void chooseunit(sectionform& form, int unit) {
+    form.unit = lastunit = unit;
+    sectioncalc(form);
+}
+
+void editdimension(sectionform& form, int field, const std::string& text) {
+    form.dims[std::size_t(field)] = text;
+    usedatabase(form, false);
+}
+
+bool acceptsection(sectionform& form, groupform& group) {
+    if (form.stale) {
+        if (form.message.empty()) form.message = "There are no results to accept";
+        return false;
+    }
+    const int fields[nresults] = {4, 7, 8, 9, 10, 11, 12};
+    for (std::size_t i = 0; i < nresults; ++i)
+        editfield(group, fields[i], numbertext(form.values[i]));
+    if (meshgroup == 0) return true;
+    getgroup(group);
+    if (form.autoname) changename(group, form.name);
+    return true;
+}

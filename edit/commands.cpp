@@ -71,13 +71,15 @@ static double valueof(int axis) {
 
 // --- the points that a command works on ---------------------------------------------------------
 
+static bool changed;  // the command has changed places
+
 // Calls change(point) with the three coordinates of each selected node and graphic point.
 template <typename Change>
 static void eachpoint(Change change) {
     for (int i = 1; i <= nodesel(0); ++i) change(&nodes(0, nodesel(i), 0));
     for (int i = 1; i <= graphsel2(0, 0); ++i)
         change(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
-    if (nodesel(0) + graphsel2(0, 0) > 0) resultflag = 1;
+    if (nodesel(0) + graphsel2(0, 0) > 0) changed = true;
 }
 
 void findcentroid() {
@@ -240,6 +242,7 @@ static void drawmoved(colour c) {
 }
 
 void dispatchcommand() {
+    changed = false;
     drawmoved(backcolor);
     const std::string name = commandtext.substr(0, 3);
     for (const commandrow& row : commands) {
@@ -249,6 +252,9 @@ void dispatchcommand() {
         break;
     }
     drawmoved(selcolor);
+    if (!changed) return;
+    resultflag = 1;
+    if (redrawedit) redrawall();  // what hangs on the moved points follows
 }
 
 void runcommand(const std::string& text) {

@@ -124,6 +124,7 @@ void movepress(int nview) {
     }
     storeundo();
     shifttopoint();
+    if (redrawmove) redrawall();
 }
 
 void movedrag(int) {
@@ -131,7 +132,9 @@ void movedrag(int) {
 }
 
 void moverelease(int) {
+    const bool shifted = dragging && moved;
     dragging = false;
+    if (shifted && redrawmove) redrawall();
 }
 
 void movetyped(const double* way) {
@@ -143,6 +146,7 @@ void movetyped(const double* way) {
     }
     storeundo();
     shiftshown(way[0], way[1], way[2]);
+    if (redrawmove) redrawall();
 }
 
 void refreshselection() {

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -51,6 +52,14 @@ mainwindow::mainwindow() {
     setTabOrder(coordinates[2], combinations);
     setTabOrder(combinations, inputfield);
     refresh();
+}
+
+// A dialog that is still open gives up the keyboard before its fields go.
+mainwindow::~mainwindow() {
+    for (QDialog* dialog : findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly)) {
+        dialog->hide();
+        delete dialog;
+    }
 }
 
 double mainwindow::pixelspertwip() const {

@@ -22,6 +22,7 @@ class mainwindow : public QMainWindow {
     Q_OBJECT
   public:
     mainwindow();
+    ~mainwindow() override;
 
     viewwidget* view(int nview) const { return views[std::size_t(nview - 1)]; }
     twipbox workarea() const;  // of the workspace, twips

@@ -31,6 +31,7 @@ class generaloptions : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         tabs = new QTabWidget(this);
         tabs->setObjectName("TabStrip1");
+        tabs->setMinimumWidth(460);
         rows->addWidget(tabs);
         buildredraw();
         buildhidden();

@@ -65,6 +65,7 @@ class viewdialog : public QDialog {
         grid->addWidget(new QLabel(viewboxcaptions[box], this), row, 0);
         auto* const edit = new QLineEdit(this);
         edit->setObjectName(QString("Text1(%1)").arg(box));
+        edit->setMinimumWidth(130);
         grid->addWidget(edit, row, 1);
         grid->addWidget(new QLabel(unit, this), row, 2);
         boxes[box] = edit;

@@ -41,6 +41,7 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
         b->setIcon(iconof(icon));
         b->setToolTip(tip);
         b->setAutoRaise(true);
+        b->setAutoFillBackground(true);
         b->setFocusPolicy(Qt::NoFocus);
         b->setCursor(Qt::ArrowCursor);
         connect(b, &QToolButton::clicked, this, action);

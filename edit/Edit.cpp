@@ -3,24 +3,76 @@
 #include "edit/Edit.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "core/catalogue.h"
-#include "core/colours.h"
 #include "core/model.h"
+#include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/selection.h"
 #include "view/moddraw.h"
 
 static const int kindline = 1;
 
+// --- copy ---------------------------------------------------------------------------------------
+
+static void copynodes() {
+    for (int i = 1; i <= nodesel(0); ++i) {
+        tmpnodes(i, 0) = float(nodesel(i));
+        for (int k = 0; k < 3; ++k) tmpnodes(i, k + 1) = nodes(0, nodesel(i), k);
+    }
+    tmpnodes(0, 0) = float(nodesel(0));
+}
+
+// Corners become rows of the node buffer.
+static void copyelements() {
+    std::vector<int> row(std::size_t(nnodes()) + 1, 0);
+    for (int i = 1; i <= nodesel(0); ++i) row[std::size_t(nodesel(i))] = i;
+    const int count = int(elemsel(0));
+    for (int i = 1; i <= count; ++i) {
+        const int e = int(elemsel(i));
+        std::ranges::fill(tmpelems.row(i), 0.0f);
+        tmpelems(i, 0) = elems(e, 0);
+        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
+            tmpelems(i, k) = float(row[std::size_t(elems(e, k))]);
+        tmpelems(i, 5) = float(egroup(e));
+    }
+    tmpelems(0, 0) = float(count);
+}
+
+static void copygraphics() {
+    for (int i = 1; i <= graphsel(0, 0); ++i)
+        for (int j = 0; j <= 3; ++j)
+            std::ranges::copy(graphics.row(graphsel(i, 0), j), graphics2.row(i, j).begin());
+    graphics2(0, 0, 0) = float(graphsel(0, 0));
+}
+
+void editcopy() {
+    tmpnodes(0, 0) = tmpelems(0, 0) = graphics2(0, 0, 0) = 0;
+    const selectitems item = selectitem();
+    if (item == selectgraphics) {
+        copygraphics();
+    } else {
+        if (item == selectelements && elemsel(0) != 0) gatherelementnodes();
+        copynodes();
+        if (item == selectelements && elemsel(0) != 0) copyelements();
+    }
+    hideselection();
+}
+
+void editcut() {
+    editcopy();
+    editdelete();
+}
+
+// --- paste --------------------------------------------------------------------------------------
+
 static void deselect() {
-    drawcolor = backcolor;
-    drawselectionall();
-    nodesel(0) = 0;
-    elemsel(0) = 0;
-    graphsel2(0, 0) = 0;
-    drawcolor = selcolor;
+    hideselection();
+    emptyselection();
 }
 
 static void pastenodes() {
@@ -99,8 +151,129 @@ bool editpaste() {
     if (tmpnodes(0, 0) != 0) pastenodes();
     if (tmpelems(0, 0) != 0) pasteelements(nodesbefore);
     if (graphics2(0, 0, 0) != 0) pastegraphics();
-    drawcolor = selcolor;
-    drawselectionall();
+    syncgraphsel();
+    resultflag = 1;
+    undomark = 0;
+    showselection();
     labelselect();
     return true;
+}
+
+// --- delete -------------------------------------------------------------------------------------
+
+static void deletepatches() {
+    for (int i = 1; i <= int(patchsel(0)); ++i) patches(long(patchsel(i)), 0, 0) = 0;
+    patchsel(0) = 0;
+    int kept = 0;
+    for (int p = 1; p <= patches(0, 0, 0); ++p) {
+        if (patches(p, 0, 0) == 0) continue;
+        ++kept;
+        for (int j = 0; j <= maxpatchedges && kept != p; ++j)
+            std::ranges::copy(patches.row(p, j), patches.row(kept, j).begin());
+    }
+    patches(0, 0, 0) = kept;
+}
+
+// How many elements each view shows, after some have gone.
+static void recountviews() {
+    for (int v = 1; v <= nviews; ++v) {
+        if (viewselnum(v) == 0) continue;
+        int count = 0;
+        for (int e = 1; e <= nelems(); ++e) count += elemvis(v, e);
+        viewselnum(v) = count;
+    }
+}
+
+static void deleteelements() {
+    for (int i = 1; i <= int(elemsel(0)); ++i) elems(long(elemsel(i)), 0) = 0;
+    elemsel(0) = 0;
+    packelems();
+    recountviews();
+}
+
+// New numbers of the nodes when the selected ones go that no element uses; 0 for those. Sets
+// attached when a selected one has to stay.
+static std::vector<int> numbersafter(bool& attached) {
+    std::vector<bool> used(std::size_t(nnodes()) + 1, false);
+    for (int e = 1; e <= nelems(); ++e)
+        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) used[std::size_t(elems(e, k))] = true;
+    const std::vector<bool> selected = marksof(selectednodes(), nnodes());
+    std::vector<int> number(std::size_t(nnodes()) + 1, 0);
+    int c = 0;
+    for (std::size_t n = 1; n < number.size(); ++n) {
+        if (selected[n] && used[n]) attached = true;
+        if (!selected[n] || used[n]) number[n] = ++c;
+    }
+    return number;
+}
+
+static void renumberto(const std::vector<int>& number) {
+    const auto renumbered = [&](auto n) {
+        return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : 0;
+    };
+    for (int e = 1; e <= nelems(); ++e)
+        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
+            elems(e, k) = float(renumbered(elems(e, k)));
+    for (int i = 1; i <= ncon; ++i) connode(i) = renumbered(connode(i));
+    for (int lc = 1; lc <= nlc(); ++lc)
+        for (int i = 1; i <= loadnode(lc, 0); ++i) loadnode(lc, i) = renumbered(loadnode(lc, i));
+    int kept = 0;
+    for (int n = 1; n <= nnodes(); ++n) {
+        const int c = number[std::size_t(n)];
+        if (c == 0) continue;
+        kept = c;
+        if (c == n) continue;
+        for (int set = 0; set <= 1; ++set)
+            std::ranges::copy(nodes.row(set, n), nodes.row(set, c).begin());
+        nodename(c) = std::move(nodename(n));
+    }
+    nodes(0, 0, 0) = float(kept);
+}
+
+static void deletenodes(bool tell) {
+    bool attached = false;
+    const std::vector<int> number = numbersafter(attached);
+    if (attached && tell)
+        door().message("Node(s) attached to element are not deleted", icons::exclamation);
+    renumberto(number);
+    nodesel(0) = 0;
+}
+
+static void deletegraphics() {
+    for (int i = 1; i <= graphsel2(0, 0); ++i) graphics(graphsel2(i, 0), 0, 0) = 0;
+    graphsel(0, 0) = graphsel2(0, 0) = 0;
+}
+
+// Results belong to the model that was: they leave the views.
+static void dropresults() {
+    resultflag = 1;
+    stressloaded = false;
+    maxdisp = 0;
+    for (int i = 1; i <= 4; ++i) menupostItem(i).checked = false;
+}
+
+void editdelete() {
+    if (!isselection()) return;
+    hideselection();
+    const bool elementschosen = elemsel(0) != 0;
+    const bool shown = menupostItem(1).checked || menupostItem(2).checked ||
+                       menupostItem(3).checked || menupostItem(4).checked;
+    if (patchsel(0) != 0) deletepatches();
+    if (elementschosen) {
+        gatherelementnodes();
+        deleteelements();
+    }
+    if (nodesel(0) != 0) deletenodes(!elementschosen);
+    if (graphsel2(0, 0) != 0) deletegraphics();
+    compactbc();
+    dropresults();
+    undomark = 0;
+    mnuEditItem(0).enabled = false;
+    movepending = editing = false;
+    dorenumber = 1;
+    promptaction = "Select";
+    promptgoal.clear();
+    prompttail.clear();
+    textcaption();
+    if (redrawdelete || shown) redrawall();
 }

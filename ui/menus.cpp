@@ -8,8 +8,10 @@
 
 #include "core/model.h"
 #include "core/session.h"
+#include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
+#include "edit/refine.h"
 #include "edit/selection.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
@@ -117,14 +119,14 @@ static void addeditmenu(std::vector<menurow>& t) {
     const char* const m = "&Edit";
     const char* const a = "mnuEditItem";
     t.push_back({m, a, 0, "Undo", "undo", "Ctrl+Z", editundo, {}, enabledof(mnuEditItem, 0)});
-    t.push_back({m, a, 1, "Delete", "delete", "Del"});
-    t.push_back({m, a, 2, "Cu&t", "cut", "Ctrl+X"});
-    t.push_back({m, a, 3, "C&opy", "copy", "Ctrl+C"});
-    t.push_back({m, a, 4, "&Paste", "paste", "Ctrl+V"});
+    t.push_back({m, a, 1, "Delete", "delete", "Del", editdelete});
+    t.push_back({m, a, 2, "Cu&t", "cut", "Ctrl+X", editcut});
+    t.push_back({m, a, 3, "C&opy", "copy", "Ctrl+C", editcopy});
+    t.push_back({m, a, 4, "&Paste", "paste", "Ctrl+V", [] { editpaste(); }});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Drag/Drop", "", "", startmove});
     t.push_back({m, a, 7, "Modify Selection..."});
-    t.push_back({m, a, 8, "Refine elements", "refine"});
+    t.push_back({m, a, 8, "Refine elements", "refine", "", [] { refineelements(); }});
     t.push_back({m, a, 9, "Numerical Interface", "numbers"});
     t.push_back({m, a, 10, "Findpatch"});
 }

@@ -5,6 +5,8 @@
 #include <QFontMetricsF>
 #include <cmath>
 
+#include "ui/clip.h"
+
 static const std::size_t linesatonce = 16384;
 static const double stampmost = 12;  // device pixels of radius up to which discs are stamped
 
@@ -138,20 +140,24 @@ void qtsurface::line(double x1, double y1, double x2, double y2, colour c) {
         flush();
         now = s;
     }
-    lines.emplace_back(x1 * pixels, y1 * pixels, x2 * pixels, y2 * pixels);
     moveto(x2, y2);
+    point2 a{x1 * pixels, y1 * pixels}, b{x2 * pixels, y2 * pixels};
+    if ((!isplain(a) || !isplain(b)) && !clipline(a, b)) return;
+    lines.emplace_back(a.x, a.y, b.x, b.y);
 }
 
 void qtsurface::point(double x, double y, colour c) {
+    moveto(x, y);
+    if (!isplain({x * pixels, y * pixels})) return;
     flush();
     QPainter& p = painter();
     setmode(p, erases(c), false);
     p.setPen(QPen(qtcolor(c), erases(c) ? 3 : 1));
     p.drawPoint(QPointF(x * pixels, y * pixels));
-    moveto(x, y);
 }
 
 void qtsurface::box(double x1, double y1, double x2, double y2, colour c) {
+    if (!isplain({x1 * pixels, y1 * pixels}) || !isplain({x2 * pixels, y2 * pixels})) return;
     flush();
     QPainter& p = painter();
     setmode(p, erases(c), false);
@@ -197,6 +203,7 @@ void qtsurface::stamp(double x, double y, double radius, colour c) {
 }
 
 void qtsurface::circle(double x, double y, double radius, colour c) {
+    if (!isplain({x * pixels, y * pixels}) || !isplain(radius * pixels)) return;
     flush();
     const bool erase = erases(c);
     QPainter& p = painter();
@@ -223,16 +230,23 @@ void qtsurface::polygon(const point2* points, int n, colour edge) {
     QPainter& p = painter();
     const bool erase = erases(edge);
     setmode(p, erase, smooth && !fillsolid);
-    QPointF corners[8];
-    const int count = std::min(n, 8);
-    for (int i = 0; i < count; ++i)
-        corners[i] = QPointF(points[i].x * pixels, points[i].y * pixels);
     p.setPen(pen({edge, drawwidth, drawstyle}));
     p.setBrush(brush());
-    p.drawConvexPolygon(corners, count);
+    corners.clear();
+    bool plain = true;
+    for (int i = 0; i < n; ++i) {
+        corners.push_back({points[i].x * pixels, points[i].y * pixels});
+        plain = plain && isplain(corners.back());
+    }
+    if (!plain) corners = clippolygon(corners.data(), n);
+    polygonpoints.clear();
+    for (const point2& c : corners) polygonpoints.emplace_back(c.x, c.y);
+    if (polygonpoints.size() > 2)
+        p.drawConvexPolygon(polygonpoints.data(), int(polygonpoints.size()));
 }
 
 void qtsurface::text(std::string_view utf8) {
+    if (!isplain({currentx * pixels, currenty * pixels})) return;
     flush();
     QPainter& p = painter();
     const QFont f = qtfont(font);
@@ -254,6 +268,7 @@ void qtsurface::text(std::string_view utf8) {
 void qtsurface::picture(std::string_view name, double x, double y) {
     const auto found = symbolpictures().find(name);
     if (found == symbolpictures().end() || found->second.isNull()) return;
+    if (!isplain({x * pixels, y * pixels})) return;
     flush();
     QPainter& p = painter();
     setmode(p, false, smooth);

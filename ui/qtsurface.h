@@ -66,6 +66,8 @@ class qtsurface : public surface {
     colour background = 0;
     std::unique_ptr<QPainter> brushwork;
     std::vector<QLineF> lines;
+    std::vector<point2> corners;  // of the polygon in work
+    std::vector<QPointF> polygonpoints;
     stroke now;
     QImage stampimage;  // a small disc, drawn once for many nodes
     stroke stampkey;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <queue>
+#include <utility>
 #include <vector>
 
 #include "core/catalogue.h"
@@ -38,15 +38,6 @@ struct depthrow {
     double depth;
     int element;
 };
-// An element at a place of the list. The top of the queue is the greatest depth, of equal ones the
-// foremost place.
-struct candidate {
-    double depth;
-    int place;
-    bool operator<(const candidate& other) const {
-        return depth != other.depth ? depth < other.depth : place > other.place;
-    }
-};
 }  // namespace
 
 static std::vector<depthrow> finddepths(int nview) {
@@ -62,38 +53,40 @@ static std::vector<depthrow> finddepths(int nview) {
     return rows;
 }
 
-static bool hasties(const std::vector<depthrow>& sorted) {
-    return std::ranges::adjacent_find(sorted, [](const depthrow& a, const depthrow& b) {
-               return a.depth == b.depth;
-           }) != sorted.end();
-}
-
-// The selection sort "swap the greatest of 1..i with i, for i from the top down", carried out with
-// a queue that always knows the greatest: a place whose row has changed since is skipped.
-static void selectionorder(std::vector<depthrow>& rows) {
-    std::priority_queue<candidate> queue;
-    for (std::size_t i = 0; i < rows.size(); ++i) queue.push({rows[i].depth, int(i)});
-    for (int i = int(rows.size()) - 1; i > 0; --i) {
-        const auto current = [&](const candidate& c) {
-            return c.place <= i && rows[std::size_t(c.place)].depth == c.depth;
-        };
-        while (!current(queue.top())) queue.pop();
-        const int best = queue.top().place;
-        queue.pop();
-        std::swap(rows[std::size_t(best)], rows[std::size_t(i)]);
-        if (best != i) queue.push({rows[std::size_t(best)].depth, best});
+// The selection sort "the greatest of 1..i, first met wins, changes places with i, for i from the
+// top down". Its steps take one depth after the other; within a depth the foremost place is always
+// taken, and a row of the same depth that comes to it is the foremost again. rows are in the order
+// of the elements, sorted the same rows by ascending depth.
+static std::vector<depthrow> selectionorder(std::vector<depthrow> rows,
+                                            const std::vector<depthrow>& sorted) {
+    std::vector<int> placeof(rows.size() + 1), places;  // of an element; of one depth
+    for (std::size_t i = 0; i < rows.size(); ++i) placeof[std::size_t(rows[i].element)] = int(i);
+    int top = int(rows.size()) - 1;
+    while (top >= 0) {
+        const double depth = sorted[std::size_t(top)].depth;
+        places.clear();
+        for (int i = top; i >= 0 && sorted[std::size_t(i)].depth == depth; --i)
+            places.push_back(placeof[std::size_t(sorted[std::size_t(i)].element)]);
+        std::ranges::sort(places);
+        std::size_t first = 0;
+        for (std::size_t step = 0; step < places.size(); ++step, --top) {
+            depthrow &best = rows[std::size_t(places[first])], &last = rows[std::size_t(top)];
+            std::swap(best, last);
+            placeof[std::size_t(best.element)] = places[first];
+            placeof[std::size_t(last.element)] = top;
+            if (best.depth != depth) ++first;
+        }
     }
+    return rows;
 }
 
 void sortdepth(int nview) {
     prepareview(nview);
-    std::vector<depthrow> rows = finddepths(nview);
-    std::vector<depthrow> sorted = rows;
+    std::vector<depthrow> rows = finddepths(nview), sorted = rows;
     std::ranges::sort(sorted, {}, &depthrow::depth);
-    if (hasties(sorted)) {
-        selectionorder(rows);
-        sorted.swap(rows);
-    }
+    const auto same = [](const depthrow& a, const depthrow& b) { return a.depth == b.depth; };
+    if (std::ranges::adjacent_find(sorted, same) != sorted.end())
+        sorted = selectionorder(std::move(rows), sorted);
     for (std::size_t i = 0; i < sorted.size(); ++i) {
         elemdepth(long(i) + 1, 0) = sorted[i].element;
         elemdepth(long(i) + 1, 1) = sorted[i].depth;

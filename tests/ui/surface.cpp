@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <QGuiApplication>
+#include <cmath>
+#include <limits>
 
 static void drawmodel(qtsurface& s) {
     s.clear(rgb(255, 255, 255));
@@ -70,6 +72,41 @@ TEST(Surface, MeasuresInCentimetresFromTheTopLeft) {
     EXPECT_EQ(picture.pixelColor(80, 20), QColor(255, 0, 0));
     EXPECT_EQ(picture.pixelColor(80, 24), QColor(255, 255, 255));
     EXPECT_EQ(picture.pixelColor(30, 20), QColor(255, 255, 255));
+}
+
+// A model at a scale of 1E+30, beside the eye, or with places that are no numbers.
+TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
+    const double nan = std::numeric_limits<double>::quiet_NaN(), inf = HUGE_VAL;
+    qtsurface s;
+    s.resize(160, 160, 1, 40);
+    s.clear(rgb(255, 255, 255));
+    s.smooth = false;
+    s.line(-1e30, 2, 1e30, 2, rgb(0, 0, 0));
+    s.line(1, -1e12, 1, 1e12, rgb(0, 0, 0));
+    for (const double bad : {nan, inf, -inf, 1e300}) {
+        s.line(bad, 0, 1, bad, rgb(255, 0, 0));
+        s.circle(bad, 1, 0.1, rgb(255, 0, 0));
+        s.point(1, bad, rgb(255, 0, 0));
+        s.box(bad, bad, 1, 1, rgb(255, 0, 0));
+        s.moveto(bad, bad);
+        s.text("text");
+        const point2 corners[] = {{0, 0}, {bad, 1}, {1, 1}};
+        if (bad != 1e300) s.polygon(corners, 3, rgb(255, 0, 0));
+    }
+    s.fillsolid = true;
+    s.fillcolor = rgb(0, 0, 255);
+    const point2 half[] = {{3, -1e20}, {1e20, -1e20}, {1e20, 1e20}, {3, 1e20}};
+    s.polygon(half, 4, rgb(0, 0, 255));
+    s.show();
+    const QImage picture = s.picture();
+    EXPECT_EQ(picture.pixelColor(80, 80), QColor(0, 0, 0));
+    EXPECT_EQ(picture.pixelColor(40, 20), QColor(0, 0, 0));
+    EXPECT_EQ(picture.pixelColor(140, 20), QColor(0, 0, 255)) << "the half plane is filled";
+    EXPECT_EQ(picture.pixelColor(100, 20), QColor(255, 255, 255));
+    int red = 0;
+    for (int y = 0; y < 160; ++y)
+        for (int x = 0; x < 160; ++x) red += picture.pixelColor(x, y) == QColor(255, 0, 0);
+    EXPECT_EQ(red, 0);
 }
 
 int main(int argc, char** argv) {

@@ -19,6 +19,7 @@
 #include "ui/mainwindow.h"
 #include "ui/qtplatform.h"
 #include "ui/script.h"
+#include "ui/theme.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 #include "view/symbols.h"
@@ -60,8 +61,13 @@ int main(int argc, char** argv) {
     arguments.addHelpOption();
     arguments.addVersionOption();
     arguments.addOption({"script", "Play <file> without pauses and exit.", "file"});
+    arguments.addOption({"theme", "Colours of the window: <dark> or <light>.", "theme"});
     arguments.addPositionalArgument("model", "Model to open (.tek).", "[model]");
     arguments.process(application);
+    if (const QString theme = arguments.value("theme"); !theme.isEmpty() && !settheme(theme)) {
+        QTextStream(stderr) << "--theme takes dark or light, not " << theme << "\n";
+        return 1;
+    }
     const QString script = arguments.value("script");
     const QString scriptpath = script.isEmpty() ? script : QFileInfo(script).absoluteFilePath();
     QString model = arguments.positionalArguments().value(0);

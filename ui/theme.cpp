@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Palettes of the two themes.
+#include "ui/theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+static QPalette darkpalette() {
+    const QColor window(45, 47, 51), base(32, 33, 36), text(222, 224, 228), dim(128, 131, 136),
+        accent(58, 130, 214);
+    QPalette p;
+    p.setColor(QPalette::Window, window);
+    p.setColor(QPalette::WindowText, text);
+    p.setColor(QPalette::Base, base);
+    p.setColor(QPalette::AlternateBase, window);
+    p.setColor(QPalette::Text, text);
+    p.setColor(QPalette::PlaceholderText, dim);
+    p.setColor(QPalette::Button, QColor(58, 60, 65));
+    p.setColor(QPalette::ButtonText, text);
+    p.setColor(QPalette::BrightText, Qt::white);
+    p.setColor(QPalette::ToolTipBase, base);
+    p.setColor(QPalette::ToolTipText, text);
+    p.setColor(QPalette::Highlight, accent);
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::Link, accent.lighter(130));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        p.setColor(QPalette::Disabled, role, dim);
+    p.setColor(QPalette::Disabled, QPalette::Base, window);
+    return p;
+}
+
+bool settheme(const QString& name) {
+    if (name != "dark" && name != "light") return false;
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setPalette(name == "dark" ? darkpalette()
+                                            : QApplication::style()->standardPalette());
+    return true;
+}

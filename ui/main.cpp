@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
     wiremodules();
     loadspringpictures();
     programdir = QCoreApplication::applicationDirPath().toStdString();
-    if (!start(findappdir(programdir, KALVANE_DATA))) return 1;
+    if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());

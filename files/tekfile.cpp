@@ -18,8 +18,10 @@ static void reportsaving(const char* what, int row, double share) {
     if (row % rowsperreport == 0) door().progress(what, share, false);
 }
 
+// While menus are locked the model comes back from an analysis: that reading is never given up.
 static void reportreading(const char* what, int row, const textin& in) {
-    if (row % rowsperreport != 0 || door().progress(what, in.share())) return;
+    if (row % rowsperreport != 0 || door().progress(what, in.share(), !menulock) || menulock)
+        return;
     throw runtimeerror{errstopped, "The reading of the model was cancelled"};
 }
 

@@ -51,7 +51,8 @@ class recorder : public platform {
     void viewsize(int, double& width, double& height) override;
     void startprocess(const std::string& program, const std::vector<std::string>& arguments,
                       const std::string& folder) override;
-    bool processruns() override { return false; }
+    bool processruns() override { return running; }
+    void killprocess() override { running = false; }
     int processcode() override { return exitcode; }
     bool progress(const std::string&, double, bool) override { return !cancelled; }
 
@@ -68,6 +69,7 @@ class recorder : public platform {
     recordsurface page;
     std::function<void()> onprocess;  // what the started program does
     int exitcode = 0;
+    bool running = false;  // the process after onprocess
     bool cancelled = false, ended = false;
 };
 

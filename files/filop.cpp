@@ -257,7 +257,7 @@ bool openmodel(const std::string& name) {
 bool importmodel(const std::string& name) {
     const int before = ngroups();
     bool whole = true;
-    tmpnodes(0, 0) = tmpelems(0, 0) = 0;
+    tmpnodes(0, 0) = tmpelems(0, 0) = graphics2(0, 0, 0) = 0;
     guarded(
         [&] {
             readtekbuffer(name, before);

@@ -319,7 +319,8 @@ void buildmenus(QMenuBar* bar) {
 static void refreshrecent() {
     const auto& files = recentfiles();
     for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
-        QAction* const action = filemenu->addAction(QString::fromStdString(files[i]));
+        QAction* const action =
+            filemenu->addAction(QString::fromStdString(files[i]).replace("&", "&&"));
         action->setObjectName(QString("mnuFileArray(%1)").arg(i));
         QObject::connect(action, &QAction::triggered, guardedcommand([i] { openrecent(int(i)); }));
         recentactions.push_back(action);
@@ -353,7 +354,7 @@ QAction* menuaction(const char* array, int index) {
 }
 
 static QString plain(QString caption) {
-    return caption.remove('&').trimmed();
+    return caption.replace("&&", "\1").remove('&').replace("\1", "&").trimmed();
 }
 
 // Captions hold "/" themselves ("Drag/Drop"), so every caption that begins the path is tried.

@@ -355,6 +355,16 @@ TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
     EXPECT_EQ(viewscale(3), 1);
     EXPECT_EQ(viewgroup(1), 0);
     EXPECT_EQ(viewdepth(4), fullviewdepth);
+
+    std::string old = text.substr(0, end + 2);
+    for (const char* number : {"1", "2", "3", "4"})  // from before eye distance and scale
+        old.append(number).append(",0,0\r\n0.5,0.25,0\r\n");
+    writefile(room.file("m.tek"), old);
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_EQ(viewptx(4), 4);
+    EXPECT_EQ(viewhor(4), 0.25f);
+    EXPECT_EQ(viewdist(4), 100000);
+    EXPECT_EQ(viewscale(4), 1);
 }
 
 TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {

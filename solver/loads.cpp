@@ -11,7 +11,11 @@
 #include "solver/surface.h"
 
 caseloads::caseloads(const model& whole, const settings& set, int lc)
-    : m(whole), s(set), c(whole.cases[std::size_t(lc)]), number(lc) {
+    : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, false) {}
+
+caseloads::caseloads(const model& whole, const settings& set, const loadcase& one, int lc,
+                     bool pointsalone)
+    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone) {
     uniform = rotation = centre = vec3::Zero();
     accelerated = c.type >= caseaccx && c.type <= caseaccrz;
     if (accelerated) {
@@ -76,6 +80,7 @@ bool caseloads::rowsonelement(const element& e, elvector& f) const {
 bool caseloads::massonelement(const element& e, elvector& f) const {
     const elementkind& kind = kindof(e.type);
     if (!accelerated || c.par[4] != 1 || kind.mass == nullptr) return false;
+    if (pointmasses && kind.fam != family::point) return false;
     elmatrix mass;
     kind.mass(e, mass);
     const int stride = int(mass.rows()) / e.nodes;

@@ -147,6 +147,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
+    if (what.modes) r.modes = findmodes(m, s, q, what.elementmass, log);
     r.dofs = std::move(q.dofs);
     return r;
 }
@@ -161,11 +162,14 @@ void analyse(const job& j, runlog& log) {
     what.linestresses = j.linestress;
     what.platestresses = j.platestress;
     what.displacements = j.solve || what.linestresses || what.platestresses;
+    what.modes = j.eigen;
+    what.elementmass = j.elementmass;
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     writesummary(m, r.halfbandwidth);
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
+    if (j.eigen) writemodes(m, r.dofs, r.modes);
     if (j.linestress) writelinestresses(m, s, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
     log.stage("");

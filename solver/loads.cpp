@@ -15,7 +15,7 @@ caseloads::caseloads(const model& whole, const settings& set, int lc)
 
 caseloads::caseloads(const model& whole, const settings& set, const loadcase& one, int lc,
                      bool pointsalone)
-    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone) {
+    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone), marine(whole, set, one) {
     uniform = rotation = centre = vec3::Zero();
     accelerated = c.type >= caseaccx && c.type <= caseaccrz;
     if (accelerated) {
@@ -35,7 +35,7 @@ caseloads::caseloads(const model& whole, const settings& set, const loadcase& on
 }
 
 bool caseloads::loadselements() const {
-    return !rows.empty() || (accelerated && c.par[4] == 1);
+    return !rows.empty() || marine.any() || (accelerated && c.par[4] == 1);
 }
 
 vec3 caseloads::accelerationat(const vec3& at) const {
@@ -96,7 +96,8 @@ bool caseloads::massonelement(const element& e, elvector& f) const {
 bool caseloads::onelement(const element& e, elvector& f) const {
     const bool byrows = rowsonelement(e, f);
     const bool bymass = massonelement(e, f);
-    return byrows || bymass;
+    const bool bysea = marine.onelement(e, f);
+    return byrows || bymass || bysea;
 }
 
 void caseloads::nodalforces(const dofmap& d, double* f, runlog& log) const {

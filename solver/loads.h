@@ -7,6 +7,7 @@
 
 #include "solver/dofs.h"
 #include "solver/kinds.h"
+#include "solver/marine.h"
 
 class caseloads {
   public:
@@ -36,7 +37,8 @@ class caseloads {
     int number;
     bool accelerated, pointmasses;
     vec3 uniform, rotation, centre;  // accelerations times mass unit over force unit
-    std::vector<elementrow> rows;    // by element
+    marineloads marine;
+    std::vector<elementrow> rows;  // by element
 };
 
 // Adds a force a length (line) or an area (plate) that is the same all over the element.

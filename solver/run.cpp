@@ -127,10 +127,6 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
 // --- the whole ----------------------------------------------------------------------------------
 
 static void checkcontents(const model& m) {
-    for (int lc = 1; lc <= m.ncases(); ++lc)
-        if (m.cases[std::size_t(lc)].type > caseaccrz)
-            refuse("Load case " + std::to_string(lc) +
-                   " is of a type that this version does not take yet");
     if (m.nnodes() == 0) refuse("The model has no nodes; there is nothing to analyse");
     if (m.nelems() == 0) refuse("The model has no elements; there is nothing to analyse");
 }
@@ -143,6 +139,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
     checkelements(m, s);
+    for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
     results r;
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;

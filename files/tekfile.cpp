@@ -108,8 +108,7 @@ static void readviews(textin& in) {
     }
 }
 
-void readtek(const std::string& base) {
-    textin in(findnocase(base + ".tek"));
+static void readgeometry(textin& in) {
     const int count = in.count(), slots = in.count();
     nodes(0, 0, 0) = float(count);
     elems(0, 0) = float(slots);
@@ -128,7 +127,17 @@ void readtek(const std::string& base) {
         reportreading("Reading elements", e, in);
     }
     doftype = deriveddoftype();
+}
+
+void readtek(const std::string& base) {
+    textin in(findnocase(base + ".tek"));
+    readgeometry(in);
     readviews(in);
+}
+
+void readtekgeometry(const std::string& base) {
+    textin in(findnocase(base + ".tek"));
+    readgeometry(in);
 }
 
 void readrot(const std::string& base) {

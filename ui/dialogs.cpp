@@ -33,6 +33,7 @@ void wiredialogs() {
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
+    adddialog("Soptions", makesoptions);
 }
 
 void tellfault(const runtimeerror& fault) {

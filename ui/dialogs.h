@@ -44,5 +44,6 @@ QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
 QDialog* makedefgroup();
+QDialog* makesoptions();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -32,7 +32,8 @@ extern double modevalue;  // omega^2 of the shape shown, 1/s^2; 0 where there is
 extern int modecount;     // modes that the file holds
 double modefrequency();   // Hz
 
-// The rest serves the report: no message; false when the file is missing or not whole.
+// The rest serves the report: no message; false when the file is missing or not whole. Reading
+// that the user gave up throws errstopped.
 // Displacements as readdisp, and the rotations (radians) into set 0 of nodes, over the coordinates.
 // reloadmodel must follow before anything needs the geometry; any number of combinations may be
 // read before.

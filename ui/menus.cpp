@@ -17,6 +17,7 @@
 #include "files/filemenu.h"
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
+#include "post/printdraw.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -106,7 +107,7 @@ static void addfilemenu(std::vector<menurow>& t) {
     t.push_back({m, a, 3, "Save &As...", "save", "Ctrl+Shift+S", [] {
                      if (menusave() == reply::done) addrecentfile();
                  }});
-    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P"});
+    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P", menuprint});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Save Settings", "", "", savesettings});
     t.push_back({m, a, 7, "Get Settings", "", "", getsettings});

@@ -248,7 +248,7 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 2, "Contour plot", "contour"});
     t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
     t.push_back({m, a, 4, "Element Stress ", "stress"});
-    t.push_back({m, a, 5, "Report...", "report"});
+    t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
     t.push_back({m, a, 7, "Options...", "options"});
 }

@@ -34,6 +34,7 @@ void wiredialogs() {
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
     adddialog("Soptions", makesoptions);
+    adddialog("Roptions", makeroptions);
 }
 
 void tellfault(const runtimeerror& fault) {
@@ -47,11 +48,23 @@ void fallback(const runtimeerror& fault) {
 
 void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowModality(Qt::ApplicationModal);
+    if (!dialog->property(besidemain).toBool()) dialog->setWindowModality(Qt::ApplicationModal);
     dialog->show();
 }
 
+// A dialog that stays beside the main window may be open already.
+static bool raiseopen(const std::string& name) {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (!w->isVisible() || w->objectName().toStdString() != name) continue;
+        w->raise();
+        w->activateWindow();
+        return true;
+    }
+    return false;
+}
+
 bool opendialog(const std::string& name) {
+    if (raiseopen(name)) return true;
     const auto found = makers().find(name);
     if (found == makers().end()) return false;
     QDialog* const dialog = found->second();

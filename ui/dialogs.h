@@ -14,8 +14,10 @@ bool opendialog(const std::string& name);
 void adddialog(const std::string& name, std::function<QDialog*()> make);
 void wiredialogs();
 
-// Shows a dialog without holding up the caller: the main window is disabled until it closes.
+// Shows a dialog without holding up the caller: the main window is disabled until it closes, unless
+// the dialog carries the property besidemain.
 void showmodal(QDialog* dialog);
+const char* const besidemain = "besidemain";
 
 // Tells a run-time error that nothing nearer has handled, with its number.
 void tellfault(const runtimeerror& fault);
@@ -45,5 +47,6 @@ QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
 QDialog* makedefgroup();
 QDialog* makesoptions();
+QDialog* makeroptions();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

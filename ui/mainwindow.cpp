@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QToolBar>
 #include <QToolButton>
@@ -32,6 +33,7 @@
 #include "ui/icons.h"
 #include "ui/legendwidget.h"
 #include "ui/menus.h"
+#include "ui/printing.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -115,6 +117,34 @@ static void savenow() {
         addrecentfile();
 }
 
+// Print, and beside it what prepares for it.
+static QToolButton* printbutton(QMainWindow* window) {
+    struct printtool {
+        const char *name, *caption, *shortcut;
+        void (*run)();
+    };
+    static const printtool tools[] = {
+        {"printpreviewbutton", "Print preview...", "Ctrl+Shift+P", showprintpreview},
+        {"printsetupbutton", "Page setup...", "", showprintsetup},
+        {"printpdfbutton", "Print to PDF...", "Ctrl+Shift+F", printtopdf},
+    };
+    auto* const button = new QToolButton(window);
+    auto* const menu = new QMenu(button);
+    menu->addAction(menuaction("mnuFileItem", 4));
+    for (const printtool& tool : tools) {
+        QAction* const action =
+            menu->addAction(QObject::tr(tool.caption), window, [&tool] { tool.run(); });
+        action->setObjectName(tool.name);
+        if (*tool.shortcut) action->setShortcut(QKeySequence(tool.shortcut));
+        window->addAction(action);
+    }
+    button->setDefaultAction(menuaction("mnuFileItem", 4));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::MenuButtonPopup);
+    button->setObjectName("printbutton");
+    return button;
+}
+
 void mainwindow::buildtoolbars() {
     QToolBar* const file = newbar(this, "filebar", tr("File"));
     for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
@@ -122,7 +152,7 @@ void mainwindow::buildtoolbars() {
     save->setObjectName("savebutton");
     save->setShortcut(QKeySequence::Save);
     save->setToolTip(tr("Save the model under its name (Ctrl+S)"));
-    file->addAction(menuaction("mnuFileItem", 4));
+    file->addWidget(printbutton(this));
 
     QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
     for (int i : {0, 1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));

@@ -19,6 +19,7 @@
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
 #include "post/contour.h"
+#include "post/printdraw.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -104,7 +105,7 @@ static void addfilemenu(std::vector<menurow>& t) {
     t.push_back({m, a, 3, "Save &As...", "save", "Ctrl+Shift+S", [] {
                      if (menusave() == reply::done) addrecentfile();
                  }});
-    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P"});
+    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P", menuprint});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Save Settings", "", "", savesettings});
     t.push_back({m, a, 7, "Get Settings", "", "", getsettings});
@@ -246,7 +247,7 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
     t.push_back(
         {m, a, 4, "Element Stress ", "stress", "", showelementstress, checkof(menupostItem, 4)});
-    t.push_back({m, a, 5, "Report...", "report"});
+    t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
     t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
     const auto addswitch = [&](int i, const char* caption, bool& on) {

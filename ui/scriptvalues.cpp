@@ -247,6 +247,7 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(dispscale),
         NAMED(singleview),
         NAMED(vieww),
+        NAMED(toprinter),
         NAMED(viewh),
         NAMED(scalex),
         NAMED(scaley),

@@ -62,5 +62,7 @@ void showlist(QComboBox* list, const std::vector<std::string>& entries, int chos
 
 void showtext(QLineEdit* box, const std::string& text) {
     const QString shown = qtext(text);
-    if (box->text() != shown) box->setText(shown);
+    if (box->text() == shown) return;
+    box->setText(shown);
+    if (!box->hasFocus()) box->setCursorPosition(0);
 }

@@ -23,5 +23,6 @@ QLabel* newmessageline(const char* name, QWidget* parent, QBoxLayout* rows);
 void maketyped(QComboBox* list);
 // Shows entries and the chosen one; entries that are there already stay.
 void showlist(QComboBox* list, const std::vector<std::string>& entries, int chosen);
-// Sets a text, with the cursor left alone where it is there already.
+// Sets a text, with the cursor left alone where it is there already. One too long for its box shows
+// its beginning, sign and first digits.
 void showtext(QLineEdit* box, const std::string& text);

@@ -151,6 +151,7 @@ void groupdialog::addproperties() {
 void groupdialog::addmatrix() {
     auto* const page = new QGroupBox(tr("Spring stiffness matrix"), this);
     auto* const grid = new QGridLayout(page);
+    const int widest = fontMetrics().horizontalAdvance("-1.2345678E-05") + 14;  // of a Single
     for (int i = 1; i <= 6; ++i) {
         grid->addWidget(new QLabel(qtext(doflabel(i)), page), 0, i, Qt::AlignCenter);
         grid->addWidget(new QLabel(qtext(doflabel(i)), page), i, 0);
@@ -160,6 +161,7 @@ void groupdialog::addmatrix() {
             const int index = (row - 1) + 6 * (column - 1);
             cells[index] = new QLineEdit(page);
             cells[index]->setObjectName(QString("Text2(%1)").arg(index));
+            cells[index]->setMinimumWidth(widest);
             grid->addWidget(cells[index], row, column);
             connect(cells[index], &QLineEdit::textEdited, this, [this, index](const QString& text) {
                 run([&] { editmatrix(form, index, text.toStdString()); });

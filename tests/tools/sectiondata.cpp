@@ -156,7 +156,8 @@ TEST(Sectiondata, EveryRecordAgreesWithItsGeometry) {
 }
 
 // Figures of the published tables: European cm2 and cm4, American inches. A value of 0 is not in
-// the table. Three digits as printed are good to half a per cent.
+// the table. Three digits as printed are good to half a per cent; torsion constants are printed
+// with fewer, and by formulas that differ a little.
 TEST(Sectiondata, HasTheFiguresOfTheTables) {
     const struct {
         const char* name;
@@ -218,7 +219,7 @@ TEST(Sectiondata, HasTheFiguresOfTheTables) {
         ASSERT_GT(s, 0) << spot.name;
         const bool metric = sectnames(s, 3) == "mm";
         const double square = metric ? 100 : 1, fourth = square * square;
-        const double tolerance = 0.0065;
+        const double tolerance = 0.005;
         EXPECT_NEAR(sectdata(s, 1) / square, spot.area, tolerance * spot.area) << spot.name;
         EXPECT_NEAR(sectdata(s, 2) / fourth, spot.ixx, tolerance * spot.ixx) << spot.name;
         EXPECT_NEAR(sectdata(s, 3) / fourth, spot.iyy, tolerance * spot.iyy) << spot.name;

@@ -32,6 +32,10 @@ void wiredialogs() {
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
+    adddialog("placenodes", makeplacenodes);
+    adddialog("graphoptions", makegraphoptions);
+    adddialog("Mselect", makemselect);
+    adddialog("mesh2d", makemesh2d);
 }
 
 void tellfault(const runtimeerror& fault) {

@@ -42,5 +42,9 @@ QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
 QDialog* makedefgroup();
+QDialog* makeplacenodes();
+QDialog* makegraphoptions();
+QDialog* makemselect();
+QDialog* makemesh2d();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

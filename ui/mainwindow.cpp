@@ -140,6 +140,14 @@ void mainwindow::buildtoolbars() {
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
 
+    QToolBar* const graphics = newbar(this, "graphicbar", tr("Graphics"));
+    for (int i : {0, 1, 2, 4, 5, 6}) graphics->addAction(menuaction("Mnugraphicitem", i));
+    graphics->addAction(menuaction("mnuEditItem", 7));
+    graphics
+        ->addAction(iconof("options"), tr("Graphic Element Options"),
+                    [] { door().showdialog("graphoptions"); })
+        ->setObjectName("graphoptionsbutton");
+
     QToolBar* const view = newbar(this, "viewbar", tr("View"));
     int number = 0;
     for (const viewtool& tool : viewtools) {
@@ -374,6 +382,9 @@ void mainwindow::keyPressEvent(QKeyEvent* event) {
             break;
         case Qt::Key_Space:
             keyhandler(keyspace);
+            break;
+        case Qt::Key_Backspace:
+            keyhandler(keyback);
             break;
         default:
             QMainWindow::keyPressEvent(event);

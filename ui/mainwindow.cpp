@@ -140,7 +140,9 @@ void mainwindow::buildtoolbars() {
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
 
+    // Along the left border: the row on top is full.
     QToolBar* const graphics = newbar(this, "graphicbar", tr("Graphics"));
+    addToolBar(Qt::LeftToolBarArea, graphics);
     for (int i : {0, 1, 2, 4, 5, 6}) graphics->addAction(menuaction("Mnugraphicitem", i));
     graphics->addAction(menuaction("mnuEditItem", 7));
     graphics

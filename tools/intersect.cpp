@@ -144,10 +144,12 @@ int connectpair(int i, int j) {
     return 0;
 }
 
-static void connectall() {
+// Pairs of the selection as it stands, or with the pieces that the pass itself adds.
+static void connectall(bool pieces) {
     const int count = graphsel(0, 0);
-    for (int i = 1; i < count; ++i)
-        for (int j = i + 1; j <= count; ++j) connectpair(i, j);
+    const auto last = [&] { return pieces ? graphsel(0, 0) : count; };
+    for (int i = 1; i < last(); ++i)
+        for (int j = i + 1; j <= last(); ++j) connectpair(i, j);
 }
 
 void connectgraphics(connectmodes mode) {
@@ -162,9 +164,10 @@ void connectgraphics(connectmodes mode) {
     made.clear();
     guarded(
         [&] {
-            connectall();
+            connectall(false);
             connecting = false;
-            if (selected > 1) connectall();
+            // Extended pieces would call for extensions without end; pieces of a cut do not.
+            if (selected > 1) connectall(!extendmode);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
     made.clear();

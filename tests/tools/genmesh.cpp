@@ -508,10 +508,12 @@ TEST(Patches, TheSecondListRebuildsTheMesh) {
         for (int j = 0; j <= 3; ++j)
             for (int k = 0; k <= 3; ++k)
                 graphics2(g, j, k) = graphics(g, j, k) + (g > 0 && j > 0 && k == 3 ? 5 : 0);
+    patches(1, 0, 2) = 7;
     ASSERT_TRUE(rebuildpatch(1));
     EXPECT_EQ(tmpnodes(0, 0), 19);
     EXPECT_EQ(tmpelems(0, 0), 8);
     for (int n = 1; n <= 19; ++n) EXPECT_EQ(tmpnodes(n, 3), 5);
+    EXPECT_EQ(tmpelems(8, 5), 1) << "there is no group 7";
     graphics2(3, 1, 1) = 9;  // no longer closed
     EXPECT_FALSE(rebuildpatch(1));
     EXPECT_EQ(tmpnodes(0, 0), 19);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/model.h"
+#include "core/views.h"
 
 static void moveelement(long from, long to) {
     std::ranges::copy(elems.row(from), elems.row(to).begin());
@@ -54,6 +55,16 @@ static void followelements(const std::vector<int>& newnumber) {
     elemsel(0) = float(kept);
 }
 
+// How many elements each view of a group or a selection still shows.
+static void recountviews() {
+    for (int v = 1; v <= nviews; ++v) {
+        if (viewselnum(v) == 0) continue;
+        int count = 0;
+        for (int e = 1; e <= nelems(); ++e) count += elemvis(v, e);
+        viewselnum(v) = count;
+    }
+}
+
 void packelems() {
     const int count = nelems();
     int live = 0;
@@ -70,6 +81,7 @@ void packelems() {
     for (int e = c + 1; e <= count; ++e) emptyelement(e);
     elems(0, 0) = float(c);
     followelements(newnumber);
+    recountviews();
 }
 
 void packgraphics() {

@@ -4,6 +4,7 @@
 #include "edit/Mouseprocedures.h"
 
 #include <cmath>
+#include <optional>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -20,8 +21,6 @@
 #include "view/rubberband.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
-
-static const double dragreach = 0.15;  // centimetres from which a press and release is a drag
 
 static int bandview;         // view in which the box under way began
 static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
@@ -77,16 +76,13 @@ void addready() {
     Mnuadditem(0).checked = true;
     ptcount = 0;
     editing = false;
-    promptaction = "Select";
-    promptgoal = "for editing";
-    prompttail.clear();
-    labelselect();
+    readyprompt();
 }
 
 void startmode(Flag& flag) {
-    refreshselection();
+    endmode();
+    releaseselection();
     addready();
-    clearselection();
     flag = true;
 }
 
@@ -108,6 +104,13 @@ static void takepoint(int nview, double x, double y) {
 }
 
 int addnodeat(int nview) {
+    if (nnodes() == nodes.upper2) {
+        door().message(
+            "Increase number of nodes or elements on Model declaration form. Do: "
+            "[File,modelsize..]",
+            icons::exclamation);
+        return 0;
+    }
     const int n = nnodes() + 1;
     const double at[] = {modelx, modely, modelz};
     for (int k = 0; k < 3; ++k) {
@@ -145,6 +148,7 @@ static void endaddnode() {
 
 static void addnodepress(int nview) {
     const int n = addnodeat(nview);
+    if (n == 0) return;
     nodesel(0) = nodesel(0) + 1;
     nodesel(nodesel(0)) = n;
 }
@@ -177,13 +181,18 @@ static void startbox(int nview) {
     windowdrag = true;
 }
 
-// The second corner of a box. A press in another view begins anew there.
-static bool closebox(int nview) {
+// The second corner of a box, which stays on show. A press in another view begins anew there.
+static bool fixbox(int nview) {
     if (nview != bandview) {
         startbox(nview);
         return false;
     }
     windowdrag = false;
+    return true;
+}
+
+static bool closebox(int nview) {
+    if (!fixbox(nview)) return false;
     endband();
     return true;
 }
@@ -195,8 +204,10 @@ void startviewwindow() {
     prompt("View Window", "", "", "<Mouse Left Button> to define lower left corner, <ESC> to stop");
 }
 
+// A zoom goes on inside whatever mode runs, which takes the presses after it.
 void startzoomwindow() {
-    addready();
+    if (viewwindow) addready();
+    endboxes();
     zoomwinmode = true;
     door().crosspointer(true);
 }
@@ -210,7 +221,7 @@ static void viewwindowpress(int nview) {
                    "<Mouse Left Button> to define upper right corner, <ESC> to stop");
             return;
         case 1:
-            if (!closebox(nview)) return;
+            if (!fixbox(nview)) return;
             boxcorner[0] = bandx;
             boxcorner[1] = bandy;
             boxcorner[2] = scrx;
@@ -281,7 +292,7 @@ static void toggleitem(const nearest& found, selectitems item) {
 
 static void promptselected() {
     const selectitems item = selectitem();
-    const bool canmove = item == selectnodes || item == selectgraphics;
+    const bool canmove = item == selectnodes || item == selectelements || item == selectgraphics;
     promptaction = isselection() && canmove ? "Select or move" : "Select";
     promptgoal = " for editing";
     prompttail.clear();
@@ -291,6 +302,7 @@ static void promptselected() {
 // For a dialog the prompts stay as they were set.
 static void selectpress(int nview) {
     const selectitems item = selectitem();
+    if (!isselection()) pasteflag = false;
     hideselection();
     switch (selecttype) {
         case selecttypes::single:
@@ -340,6 +352,7 @@ static void leftpress(int nview) {
 void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
+    if (zoomwinmode) return endboxes();
     moderow* const row = runningmode();
     if (row && row->enter)
         row->enter();
@@ -363,27 +376,31 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     }
     const hourglass wait;
     activeview = nview;
+    std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
+    if (zoomwinmode || viewwindow || windowdrag) given.emplace();
     takepoint(nview, x, y);
     mousedriver(nview, button);
     door().refresh();
 }
 
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
-    if (button == mousebuttons::none && !windowdrag) return;
+    const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
+    const bool boxes = windowdrag && nview == bandview;
+    if (!moves && !boxes) return;
+    const keptpoint given;
     takepoint(nview, x, y);
-    if (button == mousebuttons::left && movepending && editing) {
-        movedrag(nview);
-        door().refresh();
-        return;
+    if (moves) mousedrag(nview);
+    if (boxes) {
+        drawcolor = selcolor;
+        rubberband(nview);
+        drawcolor = meshcolor;
     }
-    if (!windowdrag || nview != bandview) return;
-    drawcolor = selcolor;
-    rubberband(nview);
-    drawcolor = meshcolor;
+    door().refresh();
 }
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
     if (button != mousebuttons::left) return;
+    const keptpoint given;
     takepoint(nview, x, y);
     if (movepending) moverelease(nview);
     // A box that was dragged open is closed by letting go.
@@ -397,22 +414,16 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
 
 static void escape() {
     endhover();
-    const bool boxed = windowdrag || zoomwinmode || viewwindow;
+    const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
+    if (zoomed) return;
     if (pendingselection* const pending = pendingone()) {
         if (pending->ended) pending->ended();
         return;
     }
     if (runningmode()) return endbyescape();
     if (boxed) return addready();
-    if (movepending || editing) {
-        refreshselection();
-        hideselection();
-        emptyselection();
-        if (redrawmove) redrawall();
-    } else {
-        clearselection();
-    }
+    releaseselection();
     addready();
 }
 

@@ -79,8 +79,6 @@ nearest pickelement(int nview) {
     search s(nview);
     for (int e = 1; e <= nelems(); ++e) {
         if (elems(e, 0) == 0 || !isshown(e, nview)) continue;
-        if (viewgroup(nview) != 0 && viewtype(nview) == 1 && egroup(e) != viewgroup(nview))
-            continue;
         setcentre(e, nview);
         s.offer(e, 0);
     }

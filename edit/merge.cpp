@@ -17,6 +17,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "edit/Edit.h"
 
 bool isnear(const float* a, const float* b) {
     const double dx = double(a[0]) - b[0], dy = double(a[1]) - b[1], dz = double(a[2]) - b[2];
@@ -175,6 +176,10 @@ int mergenodes() {
     follownodes(number);
     followselection(number);
     movenodes(stand, number);
+    dropresults();
+    undomark = 0;
+    mnuEditItem(0).enabled = false;
+    dorenumber = 1;
     return merged;
 }
 
@@ -218,7 +223,9 @@ int mergeelements() {
         elems(keys[i].element, 0) = 0;
         ++merged;
     }
-    if (merged > 0) packelems();
+    if (merged == 0) return 0;
+    packelems();
+    dropresults();
     return merged;
 }
 

@@ -13,6 +13,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/Edit.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
@@ -196,7 +197,7 @@ int refineelements() {
     for (const auto& [e, n] : r.replaced) setcorners(e, n);
     for (const part& p : r.parts) appendpart(p);
     gatherelementnodes();
-    resultflag = 1;
+    dropresults();
     undomark = 0;
     dorenumber = 1;
     redrawall();

@@ -143,7 +143,8 @@ void mainwindow::buildtoolbars() {
     QToolBar* const view = newbar(this, "viewbar", tr("View"));
     int number = 0;
     for (const viewtool& tool : viewtools) {
-        QAction* const action = view->addAction(iconof(tool.icon), tr(tool.tip), tool.run);
+        QAction* const action =
+            view->addAction(iconof(tool.icon), tr(tool.tip), guardedcommand(tool.run));
         action->setObjectName(QString("viewtool(%1)").arg(number++));
     }
     view->addSeparator();
@@ -304,6 +305,10 @@ void mainwindow::runtypedcommand() {
     runcommand(text.toStdString());
 }
 
+static void presskey(int code) {
+    guardedcommand([code] { keyhandler(code); })();
+}
+
 // --- geometry -----------------------------------------------------------------------------------
 
 twipbox mainwindow::workarea() const {
@@ -339,7 +344,7 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
         if (key == Qt::Key_Escape) {
-            keyhandler(keyescape);
+            presskey(keyescape);
             return true;
         }
     }
@@ -366,14 +371,14 @@ void mainwindow::changeEvent(QEvent* event) {
 void mainwindow::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Escape:
-            keyhandler(keyescape);
+            presskey(keyescape);
             break;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            keyhandler(keyenter);
+            presskey(keyenter);
             break;
         case Qt::Key_Space:
-            keyhandler(keyspace);
+            presskey(keyspace);
             break;
         default:
             QMainWindow::keyPressEvent(event);
@@ -423,7 +428,7 @@ void mainwindow::refresh() {
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};
     static const char* const dx[] = {"dx=", "dy=", "dz="};
-    const bool moving = editing && movepending;
+    const bool moving = movepending;  // a typed way needs no reference point
     const double at[] = {modelx, modely, modelz};
     for (std::size_t k = 0; k < 3; ++k) {
         coordinatelabels[k]->setText(moving ? dx[k] : x[k]);

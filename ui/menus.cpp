@@ -24,8 +24,7 @@
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
-// A command that fails returns to the rest state and tells why.
-static std::function<void()> guardedcommand(std::function<void()> command) {
+std::function<void()> guardedcommand(std::function<void()> command) {
     return [command] {
         guarded(command, [](const runtimeerror& e) {
             addready();

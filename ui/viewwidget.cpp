@@ -10,6 +10,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "ui/icons.h"
+#include "ui/menus.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -32,8 +33,9 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
         bar->setPageStep(4);
         bar->setFocusPolicy(Qt::NoFocus);
         bar->setCursor(Qt::ArrowCursor);
-        connect(bar, &QScrollBar::valueChanged, this,
-                [this] { scrollview(nview, horizontal->value(), vertical->value()); });
+        connect(bar, &QScrollBar::valueChanged, this, guardedcommand([this] {
+                    scrollview(nview, horizontal->value(), vertical->value());
+                }));
     }
     const auto button = [&](const char* name, const char* icon, const QString& tip, auto action) {
         auto* const b = new QToolButton(this);
@@ -44,7 +46,7 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
         b->setAutoFillBackground(true);
         b->setFocusPolicy(Qt::NoFocus);
         b->setCursor(Qt::ArrowCursor);
-        connect(b, &QToolButton::clicked, this, action);
+        connect(b, &QToolButton::clicked, this, guardedcommand(action));
         return b;
     };
     smaller = button("zoomin1", "zoomout", tr("Half size"), [this] { halveview(nview); });
@@ -53,12 +55,12 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     surface.onshow = [this] { update(); };
     later.setSingleShot(true);
     later.setInterval(0);
-    connect(&later, &QTimer::timeout, this, [this] { drawview(nview); });
+    connect(&later, &QTimer::timeout, this, guardedcommand([this] { drawview(nview); }));
     hovering.setSingleShot(true);
     hovering.setInterval(30);  // milliseconds between two looks for the item under the pointer
-    connect(&hovering, &QTimer::timeout, this, [this] {
+    connect(&hovering, &QTimer::timeout, this, guardedcommand([this] {
         if (!menulock && isVisible()) hover(nview, pointer.x(), pointer.y());
-    });
+    }));
 }
 
 double viewwidget::pixelspercm() const {
@@ -129,7 +131,8 @@ void viewwidget::mousePressEvent(QMouseEvent* event) {
         return;
     }
     const QPointF at = place(event->position());
-    viewmousedown(nview, buttonof(event->button()), at.x(), at.y());
+    const mousebuttons button = buttonof(event->button());
+    guardedcommand([&] { viewmousedown(nview, button, at.x(), at.y()); })();
 }
 
 void viewwidget::mouseMoveEvent(QMouseEvent* event) {
@@ -142,7 +145,8 @@ void viewwidget::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     const QPointF at = place(event->position());
-    viewmousemove(nview, buttonof(event->buttons()), at.x(), at.y());
+    const mousebuttons button = buttonof(event->buttons());
+    guardedcommand([&] { viewmousemove(nview, button, at.x(), at.y()); })();
     pointer = at;
     if (event->buttons() == Qt::NoButton && !hovering.isActive()) hovering.start();
 }
@@ -155,14 +159,16 @@ void viewwidget::mouseReleaseEvent(QMouseEvent* event) {
     }
     if (menulock) return;
     const QPointF at = place(event->position());
-    viewmouseup(nview, buttonof(event->button()), at.x(), at.y());
+    const mousebuttons button = buttonof(event->button());
+    guardedcommand([&] { viewmouseup(nview, button, at.x(), at.y()); })();
 }
 
 void viewwidget::wheelEvent(QWheelEvent* event) {
     if (menulock) return;
     const QPointF at = place(event->position());
     activeview = nview;
-    zoomview(nview, at.x(), at.y(), std::pow(wheelfactor, event->angleDelta().y() / notch));
+    const double factor = std::pow(wheelfactor, event->angleDelta().y() / notch);
+    guardedcommand([&] { zoomview(nview, at.x(), at.y(), factor); })();
     redrawsoon();
     event->accept();
 }

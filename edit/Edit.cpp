@@ -147,7 +147,7 @@ bool editpaste() {
     if (graphics2(0, 0, 0) != 0) pastegraphics();
     syncgraphsel();
     resultflag = 1;
-    undomark = 0;
+    dropundo();
     dorenumber = 1;
     pasteflag = true;
     redrawall();
@@ -239,13 +239,6 @@ static void deletegraphics() {
     graphsel(0, 0) = graphsel2(0, 0) = 0;
 }
 
-void dropresults() {
-    resultflag = 1;
-    stressloaded = false;
-    maxdisp = 0;
-    for (int i = 1; i <= 4; ++i) menupostItem(i).checked = false;
-}
-
 void editdelete() {
     if (!isselection()) return;
     hideselection();
@@ -264,8 +257,7 @@ void editdelete() {
     if (graphsel2(0, 0) != 0) deletegraphics();
     compactbc();
     dropresults();
-    undomark = 0;
-    mnuEditItem(0).enabled = false;
+    dropundo();
     movepending = editing = pasteflag = false;
     dorenumber = 1;
     promptaction = "Select";

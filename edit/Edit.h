@@ -8,9 +8,6 @@
 void editcopy();
 void editcut();
 
-// Results belong to the model that was: they leave the views with the next redraw.
-void dropresults();
-
 // The one gate from the buffers tmpnodes, tmpelems and graphics2 into the model: appends them, and
 // makes the new items the selection. Redraws. A model that would pass its declared sizes is left as
 // it was and the user is told. Returns false then.

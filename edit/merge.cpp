@@ -17,7 +17,6 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
-#include "edit/Edit.h"
 
 bool isnear(const float* a, const float* b) {
     const double dx = double(a[0]) - b[0], dy = double(a[1]) - b[1], dz = double(a[2]) - b[2];
@@ -177,8 +176,7 @@ int mergenodes() {
     followselection(number);
     movenodes(stand, number);
     dropresults();
-    undomark = 0;
-    mnuEditItem(0).enabled = false;
+    dropundo();
     dorenumber = 1;
     return merged;
 }

@@ -57,8 +57,7 @@ void editundo() {
                 graphics(place.graphic, place.point, k + 1) = value;
         }
     undostore.clear();
-    undomark = 0;
-    mnuEditItem(0).enabled = false;
+    dropundo();
     redrawall();
     door().refresh();
 }

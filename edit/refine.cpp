@@ -13,7 +13,6 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
-#include "edit/Edit.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
@@ -198,7 +197,7 @@ int refineelements() {
     for (const part& p : r.parts) appendpart(p);
     gatherelementnodes();
     dropresults();
-    undomark = 0;
+    dropundo();
     dorenumber = 1;
     redrawall();
     return int(r.replaced.size());

@@ -22,9 +22,6 @@ struct menurow {
 };
 std::vector<menurow>& menus();
 
-// A command that fails returns to the rest state and tells why; the model stands and can be saved.
-std::function<void()> guardedcommand(std::function<void()> command);
-
 void buildmenus(QMenuBar* bar);
 void refreshmenus();  // check marks, enabling, recent list
 // The pop-up menu: 1 adds and selects, 2 edits what is selected.

@@ -9,8 +9,8 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "post/probe.h"
 #include "ui/icons.h"
-#include "ui/menus.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -33,9 +33,8 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
         bar->setPageStep(4);
         bar->setFocusPolicy(Qt::NoFocus);
         bar->setCursor(Qt::ArrowCursor);
-        connect(bar, &QScrollBar::valueChanged, this, guardedcommand([this] {
-                    scrollview(nview, horizontal->value(), vertical->value());
-                }));
+        connect(bar, &QScrollBar::valueChanged, this,
+                [this] { scrollview(nview, horizontal->value(), vertical->value()); });
     }
     const auto button = [&](const char* name, const char* icon, const QString& tip, auto action) {
         auto* const b = new QToolButton(this);
@@ -46,7 +45,7 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
         b->setAutoFillBackground(true);
         b->setFocusPolicy(Qt::NoFocus);
         b->setCursor(Qt::ArrowCursor);
-        connect(b, &QToolButton::clicked, this, guardedcommand(action));
+        connect(b, &QToolButton::clicked, this, action);
         return b;
     };
     smaller = button("zoomin1", "zoomout", tr("Half size"), [this] { halveview(nview); });
@@ -55,12 +54,15 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     surface.onshow = [this] { update(); };
     later.setSingleShot(true);
     later.setInterval(0);
-    connect(&later, &QTimer::timeout, this, guardedcommand([this] { drawview(nview); }));
+    connect(&later, &QTimer::timeout, this, [this] { drawview(nview); });
     hovering.setSingleShot(true);
     hovering.setInterval(30);  // milliseconds between two looks for the item under the pointer
-    connect(&hovering, &QTimer::timeout, this, guardedcommand([this] {
-        if (!menulock && isVisible()) hover(nview, pointer.x(), pointer.y());
-    }));
+    connect(&hovering, &QTimer::timeout, this, [this] {
+        if (menulock || !isVisible()) return;
+        hover(nview, pointer.x(), pointer.y());
+        const std::string value = valueunder(nview, pointer.x(), pointer.y());
+        if (!value.empty()) door().showstatus(value);
+    });
 }
 
 double viewwidget::pixelspercm() const {
@@ -131,8 +133,7 @@ void viewwidget::mousePressEvent(QMouseEvent* event) {
         return;
     }
     const QPointF at = place(event->position());
-    const mousebuttons button = buttonof(event->button());
-    guardedcommand([&] { viewmousedown(nview, button, at.x(), at.y()); })();
+    viewmousedown(nview, buttonof(event->button()), at.x(), at.y());
 }
 
 void viewwidget::mouseMoveEvent(QMouseEvent* event) {
@@ -145,8 +146,7 @@ void viewwidget::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     const QPointF at = place(event->position());
-    const mousebuttons button = buttonof(event->buttons());
-    guardedcommand([&] { viewmousemove(nview, button, at.x(), at.y()); })();
+    viewmousemove(nview, buttonof(event->buttons()), at.x(), at.y());
     pointer = at;
     if (event->buttons() == Qt::NoButton && !hovering.isActive()) hovering.start();
 }
@@ -159,16 +159,14 @@ void viewwidget::mouseReleaseEvent(QMouseEvent* event) {
     }
     if (menulock) return;
     const QPointF at = place(event->position());
-    const mousebuttons button = buttonof(event->button());
-    guardedcommand([&] { viewmouseup(nview, button, at.x(), at.y()); })();
+    viewmouseup(nview, buttonof(event->button()), at.x(), at.y());
 }
 
 void viewwidget::wheelEvent(QWheelEvent* event) {
     if (menulock) return;
     const QPointF at = place(event->position());
     activeview = nview;
-    const double factor = std::pow(wheelfactor, event->angleDelta().y() / notch);
-    guardedcommand([&] { zoomview(nview, at.x(), at.y(), factor); })();
+    zoomview(nview, at.x(), at.y(), std::pow(wheelfactor, event->angleDelta().y() / notch));
     redrawsoon();
     event->accept();
 }

@@ -13,6 +13,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
+#include "edit/hover.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "edit/selection.h"
@@ -95,7 +96,7 @@ static void endbyescape() {
 
 // --- points -------------------------------------------------------------------------------------
 
-static void takepoint(int nview, double x, double y) {
+void takepoint(int nview, double x, double y) {
     persu = (x - vieww / 2) / scalex;
     persv = (viewh / 2 - y) / scaley;
     scrx = x;
@@ -253,13 +254,6 @@ static void zoompress(int nview) {
 
 // --- selecting ----------------------------------------------------------------------------------
 
-static nearest picknodewithload(int nview) {
-    std::vector<int> loaded;
-    for (int i = 1; i <= loadnode(curlc, 0); ++i) loaded.push_back(loadnode(curlc, i));
-    const std::vector<bool> marks = marksof(loaded, nnodes());
-    return picknodewhere(nview, [&](int n) { return marks[std::size_t(n)]; });
-}
-
 static nearest pickitem(int nview, selectitems item) {
     switch (item) {
         case selectnodes:
@@ -269,7 +263,7 @@ static nearest pickitem(int nview, selectitems item) {
         case selectpatches:
             return pickpatch(nview);
         case selectforces:
-            return picknodewithload(nview);
+            return pickloadednode(nview);
         case selectgraphics:
             return pickgraphic(nview);
     }
@@ -330,7 +324,7 @@ static void selectpress(int nview) {
 
 // --- the driver ---------------------------------------------------------------------------------
 
-static bool snaps(const moderow& row) {
+bool snaps(const moderow& row) {
     return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
            row.flag == &drawcurve;
 }
@@ -453,77 +447,4 @@ void keyhandler(int code) {
     if (code == keyspace && !row) nextgraphicpoint();
     if (code == keyback && row && row->back) row->back();
     door().refresh();
-}
-
-// --- the item under the pointer -----------------------------------------------------------------
-
-static int hoverview;  // 0: nothing is highlighted
-static nearest hovered;
-
-static const char* nameofitem(selectitems item) {
-    static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
-    return names[item];
-}
-
-static void drawhovered(int nview, selectitems item) {
-    surface* const s = target(nview);
-    const colour highlight = rgb(255, 165, 0);
-    const double ring = 0.16;  // centimetres
-    if (s == nullptr) return;
-    s->toplane(planes::pointer);
-    prepareview(nview);
-    drawcolor = highlight;
-    s->fillsolid = false;
-    s->drawwidth = 2;
-    if (item == selectelements) {
-        drawelementoutline(hovered.item, nview);
-    } else if (item != selectpatches) {
-        if (item == selectgraphics) {
-            const float scale = viewscale(nview);
-            curx = scale * graphics(hovered.item, hovered.part, 1);
-            cury = scale * graphics(hovered.item, hovered.part, 2);
-            curz = scale * graphics(hovered.item, hovered.part, 3);
-        } else {
-            setnode(hovered.item, nview);
-        }
-        projectpoint(nview);
-        s->circle(scrx, scry, ring, highlight);
-    }
-    s->drawwidth = 1;
-    drawcolor = meshcolor;
-    s->toplane(planes::marks);
-    s->show();
-}
-
-void endhover() {
-    if (hoverview == 0) return;
-    if (surface* const s = target(hoverview)) {
-        s->clearplane(planes::pointer);
-        s->show();
-    }
-    hoverview = 0;
-    hovered = nearest();
-    door().showstatus(statusline());
-}
-
-static bool hovers() {
-    const moderow* const row = runningmode();
-    if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
-    return selecttype == selecttypes::single || selecttype == selecttypes::group;
-}
-
-void hover(int nview, double x, double y) {
-    if (!hovers()) return endhover();
-    const keptpoint kept;
-    takepoint(nview, x, y);
-    const selectitems item = runningmode() ? selectnodes : selectitem();
-    const nearest found = pickitem(nview, item);
-    if (found.item == 0) return endhover();
-    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
-    endhover();
-    hovered = found;
-    hoverview = nview;
-    drawhovered(nview, item);
-    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

@@ -147,7 +147,10 @@ static void drawlayer(layers which, int nview) {
     row.draw(nview);
 }
 
+long picturesdrawn;
+
 void drawview(int nview) {
+    ++picturesdrawn;
     surface* const s = target(nview);
     if (s == nullptr) return;
     const hourglass wait;
@@ -178,6 +181,7 @@ void drawselectionall() {
 }
 
 static void drawonmodel(bool erase) {
+    ++picturesdrawn;
     static const std::pair<layers, const colour*> rows[] = {
         {layers::selectedpatches, &edgecolor},
         {layers::selectedelements, &meshcolor},

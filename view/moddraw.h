@@ -45,6 +45,7 @@ void wirelayers();
 
 void drawview(int nview);
 void redrawall();
+extern long picturesdrawn;  // rises whenever the picture of the model is drawn or changed
 // The selection's layers alone, in drawcolor: backcolor erases, selcolor shows.
 void drawselection(int nview);
 void drawselectionall();

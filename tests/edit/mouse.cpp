@@ -13,6 +13,7 @@
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
 
 namespace {
@@ -100,7 +101,44 @@ TEST(Mouse, EveryPickEqualsThePlainSearch) {
             if (d < least) least = d, best = n;
         }
         ASSERT_EQ(found, best);
+        persu = (x - vieww / 2) / scalex;
+        persv = (viewh / 2 - y) / scaley;
+        ASSERT_EQ(hovernode(2).item, best) << "so does the pointer that moves";
     }
+}
+
+// The places that the pointer works with follow the view and the model, and of nodes behind each
+// other the same is shown that a press would pick.
+TEST(Mouse, TheItemUnderThePointerIsTheOneThatAPressPicks) {
+    mouseroom room;
+    makegrid();
+    for (int n = 1; n <= 12; ++n) addnode(nodes(0, n, 0), nodes(0, n, 1), n % 2 ? 3 : -0.5f);
+    loadnode(1, 0) = 2;
+    loadnode(1, 1) = 3;
+    loadnode(1, 2) = 24;
+    const auto compare = [](const char* when) {
+        SCOPED_TRACE(when);
+        redrawall();
+        for (const double x : {-80.0, -0.4, 0.2, 1.5, 2.9, 40.0})
+            for (const double y : {-30.0, 0.4, 1.1, 3.0, 50.0}) {
+                takepoint(2, 10 + x, 5 - y);
+                EXPECT_EQ(hovernode(2).item, picknode(2).item);
+                EXPECT_EQ(hoverelement(2).item, pickelement(2).item);
+                EXPECT_EQ(hoverloadednode(2).item, pickloadednode(2).item);
+            }
+    };
+    compare("at first");
+    nodes(0, 12, 0) = -50;
+    compare("a node has moved away");
+    viewhor(2) = 0.7f;
+    viewdist(2) = 30;
+    compare("the view has turned");
+    elems(2, 0) = 0;
+    nodes(0, 0, 0) = 1;
+    elems(0, 0) = loadnode(1, 0) = 0;
+    compare("one node is left");
+    nodes(0, 0, 0) = 0;
+    compare("nothing is left");
 }
 
 TEST(Mouse, WindowsAddUpWhicheverWayTheyAreDrawn) {

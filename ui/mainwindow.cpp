@@ -34,6 +34,7 @@
 #include "ui/legendwidget.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
+#include "ui/qtsurface.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -517,6 +518,11 @@ void mainwindow::refresh() {
             coordinates[k]->setText(QString::fromStdString(numbertext(float(moving ? 0 : at[k]))));
     }
     refreshcombinations();
+    // The frame follows the font of the element labels, as the legend does.
+    const QFont font = qtfont(elemlabelfont);
+    for (QWidget* part : {static_cast<QWidget*>(modegroup), static_cast<QWidget*>(resultlabel),
+                          static_cast<QWidget*>(commentframe)})
+        if (part->font() != font) part->setFont(font);
     refreshresults();
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))

@@ -157,7 +157,9 @@ class generaloptions : public QDialog {
         rows->addLayout(buttons);
         found = new QLabel(this);
         found->setObjectName("found");
+        found->setWordWrap(true);
         rows->addWidget(found);
+        rows->addStretch(1);
     }
     void buildsave() {
         QVBoxLayout* const rows = page("Save options");
@@ -233,7 +235,7 @@ class cardhelp : public QDialog {
         auto* const list = new QListWidget(this);
         list->setObjectName("List1");
         for (const char* line : commandhelp) list->addItem(line);
-        list->setMinimumSize(560, 230);
+        list->setMinimumSize(560, list->sizeHintForRow(0) * (list->count() + 1));
         rows->addWidget(list);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);

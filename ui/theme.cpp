@@ -8,7 +8,8 @@
 #include <QStyleFactory>
 
 static QPalette darkpalette() {
-    const QColor window(45, 47, 51), base(32, 33, 36), text(222, 224, 228), dim(128, 131, 136),
+    // Fields and unchecked marks are lighter than their surroundings, or nobody would see them.
+    const QColor window(45, 47, 51), base(62, 65, 71), text(222, 224, 228), dim(128, 131, 136),
         accent(58, 130, 214);
     QPalette p;
     p.setColor(QPalette::Window, window);

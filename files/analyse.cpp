@@ -180,12 +180,22 @@ static void dropmemory() {
     allocmodel();
 }
 
-static void regainmodel(int lc, int c) {
+// What the session had chosen of the model and no file holds.
+namespace {
+struct choices {
+    int lc = curlc, c = curlcomb;
+    std::vector<Flag> marked{elemflag.row().begin(), elemflag.row().begin() + nelems() + 1};
+};
+}  // namespace
+
+static void regainmodel(const choices& before) {
     readmodelsize();
     allocmodel();
     openmodel(modelname);
-    if (lc <= nlc()) curlc = lc;
-    if (c <= ncomb()) curlcomb = c;
+    if (before.lc <= nlc()) curlc = before.lc;
+    if (before.c <= ncomb()) curlcomb = before.c;
+    if (int(before.marked.size()) == nelems() + 1)
+        std::ranges::copy(before.marked, elemflag.row().begin());
 }
 
 static void startsolver(const std::string& program) {
@@ -200,13 +210,13 @@ static void runonmodel(const std::string& program) {
     writecontrolfile();
     startsolver(program);
     const bool cleared = clearmem == 1;
-    const int lc = curlc, c = curlcomb;
+    const choices before;
     menulock = true;
     door().refresh();
     if (cleared) dropmemory();
     const runreport report = waitforsolver();
     menulock = false;
-    if (cleared) regainmodel(lc, c);
+    if (cleared) regainmodel(before);
     door().endprogress();
     tellend(report);
 }

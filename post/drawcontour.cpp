@@ -20,11 +20,20 @@ static void drawmesh(int e, int nview) {
     drawelement(e, nview);
 }
 
+// Do the bands leave nothing of the element's face?
+static bool isfilledwhole(int e, int elnn) {
+    if (!plotready() || !isplotted(e)) return false;
+    for (int c = 1; c <= elnn; ++c)
+        if (!(ev[c] >= indexmin && ev[c] <= indexmax && ev[c] < fillstart)) return false;
+    return true;
+}
+
 // False for an element that the filled painter has left out.
 static bool paintelement(int e, int elnn, int nview) {
     takeelement(e, nview);
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
-    if (mnudrawlist(10).checked) paintface(nview, elnn, backcolor);
+    if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
+        paintface(nview, elnn, backcolor);
     if (!contourfilled) drawmesh(e, nview);
     bool painted = true;
     if (plotready() && isplotted(e)) {

@@ -218,21 +218,43 @@ static void drawpieces(surface& s, int nview, int corners, int k) {
     });
 }
 
-bool paintfill(int nview, int corners) {
-    const float start = 1e6f;
-    surface* const s = target(nview);
-    if (s == nullptr || (corners != 3 && corners != 4)) return true;
-    setmiddle(corners);
-    const valuerange range = rangeof(corners, start);
-    if (range.low >= start) return false;
-    s->fillsolid = true;
+// An element of two pixels has no room for bands: the pen would cover all but the last.
+static bool istiny(const surface& s, int nview, int corners) {
+    const double most = 2 / s.pixpercm();
+    point2 low = project(spotof(1), nview), high = low;
+    for (int i = 2; i <= corners; ++i) {
+        const point2 p = project(spotof(i), nview);
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    return high.x - low.x < most && high.y - low.y < most;
+}
+
+static bool drawtiny(surface& s, int nview, int corners) {
+    const int k = bandof(ev[middle]);
+    if (k < 0 || !istiny(s, nview, corners)) return false;
+    s.fillcolor = colour(indexcolor(k));
+    return drawwhole(s, nview, corners);
+}
+
+static void drawbands(surface& s, int nview, int corners, const valuerange& range) {
     const int bands = indexmax == indexmin ? 1 : indexcolors;  // without a width all are one
     for (int k = 0; k < bands; ++k) {
         if (!touches(k, range)) continue;
-        s->fillcolor = colour(indexcolor(k));
-        if (!lieswithin(k, range) || !drawwhole(*s, nview, corners))
-            drawpieces(*s, nview, corners, k);
+        s.fillcolor = colour(indexcolor(k));
+        if (!lieswithin(k, range) || !drawwhole(s, nview, corners))
+            drawpieces(s, nview, corners, k);
     }
+}
+
+bool paintfill(int nview, int corners) {
+    surface* const s = target(nview);
+    if (s == nullptr || (corners != 3 && corners != 4)) return true;
+    setmiddle(corners);
+    const valuerange range = rangeof(corners, fillstart);
+    if (range.low >= fillstart) return false;
+    s->fillsolid = true;
+    if (!drawtiny(*s, nview, corners)) drawbands(*s, nview, corners, range);
     s->fillsolid = false;
     return true;
 }

@@ -108,7 +108,7 @@ std::string valueunder(int nview, double x, double y) {
     const hit found = findhit(nview, {x, y});
     undeformed = 1;
     if (found.e == 0) return {};
-    return plotlabel() + " " + shorttext(found.value) + " in element " + numbertext(found.e);
+    return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
 }
 
 // --- highest and lowest -------------------------------------------------------------------------
@@ -120,7 +120,7 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     s.drawwidth = 2;
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawwidth = 1;
-    const std::string text = std::string(word) + " " + shorttext(p.value);
+    const std::string text = std::string(word) + " " + plotnumber(p.value);
     s.font = elemlabelfont;
     const double left = at.x + gap, top = at.y - s.textheight() / 2;
     const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/colours.h"
+#include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -164,6 +165,7 @@ void getsettings() {
             for (const settingline& line : settinglines()) line.read(in);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    stressloaded = false;  // the axes of stresses may be others now
     completeloads();
     arrangeviews();
     door().refresh();

@@ -46,7 +46,7 @@ static bool paintelement(int e, int elnn, int nview) {
     return painted;
 }
 
-static void drawelements(int nview) {
+void drawcontour(int nview) {
     sortdepth(nview);
     int left = 0;
     for (int i = 1; i <= nelems(); ++i) {
@@ -72,7 +72,7 @@ void postdispatch(int nview) {
     const colour before = drawcolor;
     s->drawwidth = 1;
     undeformed = isdeformed() ? 0 : 1;
-    drawelements(nview);
+    drawcontour(nview);
     drawextremes(nview);
     undeformed = 1;
     drawcolor = before;

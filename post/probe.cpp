@@ -8,6 +8,7 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/numtext.h"
+#include "core/platform.h"
 #include "core/session.h"
 #include "post/contour.h"
 #include "post/legend.h"
@@ -111,6 +112,16 @@ std::string valueunder(int nview, double x, double y) {
     return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
 }
 
+void tellvalue(int nview, double x, double y) {
+    static bool told;
+    const std::string text = valueunder(nview, x, y);
+    if (!text.empty())
+        door().showstatus(text);
+    else if (told)
+        door().showstatus(statusline());
+    told = !text.empty();
+}
+
 // --- highest and lowest -------------------------------------------------------------------------
 
 static void markplace(surface& s, int nview, const cornervalue& p, const char* word) {
@@ -137,6 +148,7 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
 void drawextremes(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || !markextremes || !plotready()) return;
+    s->toplane(planes::results);  // above loads and constraints
     markplace(*s, nview, highest, "Max");
     if (lowest.value != highest.value) markplace(*s, nview, lowest, "Min");
 }

@@ -130,10 +130,15 @@ static void keepplaces() {
         for (int k = 0; k < 3; ++k) keptplaces.push_back(nodes(0, n, k));
 }
 
+// To the status line; what the user gave up ends the report too.
+static void tellquietly(const runtimeerror& e) {
+    if (e.number == errstopped) throw e;
+    door().showstatus(e.what);
+}
+
 bool readdispreport() {
     keepplaces();
-    return guarded([] { readdispfile(rotations::keep); },
-                   [](const runtimeerror& e) { door().showstatus(e.what); });
+    return guarded([] { readdispfile(rotations::keep); }, tellquietly);
 }
 
 // What stood before is taken back where it was put aside: edits that are not saved yet live on.
@@ -177,7 +182,7 @@ bool readkrt() {
         },
         [](const runtimeerror& e) {
             dispres.clear();
-            door().showstatus(e.what);
+            tellquietly(e);
         });
 }
 

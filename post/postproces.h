@@ -33,7 +33,8 @@ extern int modecount;                   // modes that the file holds
 extern std::vector<double> modevalues;  // omega^2 of each of them
 double frequencyof(double modevalue);   // Hz
 
-// The rest serves the report: no message; false when the file is missing or not whole.
+// The rest serves the report: no message; false when the file is missing or not whole. Reading
+// that the user gave up throws errstopped.
 // Displacements as readdisp, and the rotations (radians) into set 0 of nodes, over the coordinates.
 // reloadmodel must follow before anything needs the geometry; any number of combinations may be
 // read before.

@@ -108,5 +108,11 @@ bool readstress() {
 }
 
 bool readstressquiet() {
-    return readonce([](const runtimeerror& e) { door().showstatus(e.what); });
+    bool stopped = false;
+    const bool good = readonce([&](const runtimeerror& e) {
+        stopped = e.number == errstopped;
+        door().showstatus(e.what);
+    });
+    if (stopped) throw runtimeerror{errstopped, "The report was cancelled"};
+    return good;
 }

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QToolBar>
 #include <QToolButton>
@@ -32,6 +33,7 @@
 #include "ui/icons.h"
 #include "ui/legendwidget.h"
 #include "ui/menus.h"
+#include "ui/printing.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -115,6 +117,34 @@ static void savenow() {
         addrecentfile();
 }
 
+// Print, and beside it what prepares for it.
+static QToolButton* printbutton(QMainWindow* window) {
+    struct printtool {
+        const char *name, *caption, *shortcut;
+        void (*run)();
+    };
+    static const printtool tools[] = {
+        {"printpreviewbutton", "Print preview...", "Ctrl+Shift+P", showprintpreview},
+        {"printsetupbutton", "Page setup...", "", showprintsetup},
+        {"printpdfbutton", "Print to PDF...", "Ctrl+Shift+F", printtopdf},
+    };
+    auto* const button = new QToolButton(window);
+    auto* const menu = new QMenu(button);
+    menu->addAction(menuaction("mnuFileItem", 4));
+    for (const printtool& tool : tools) {
+        QAction* const action =
+            menu->addAction(QObject::tr(tool.caption), window, [&tool] { tool.run(); });
+        action->setObjectName(tool.name);
+        if (*tool.shortcut) action->setShortcut(QKeySequence(tool.shortcut));
+        window->addAction(action);
+    }
+    button->setDefaultAction(menuaction("mnuFileItem", 4));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::MenuButtonPopup);
+    button->setObjectName("printbutton");
+    return button;
+}
+
 void mainwindow::buildtoolbars() {
     QToolBar* const file = newbar(this, "filebar", tr("File"));
     for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
@@ -122,7 +152,7 @@ void mainwindow::buildtoolbars() {
     save->setObjectName("savebutton");
     save->setShortcut(QKeySequence::Save);
     save->setToolTip(tr("Save the model under its name (Ctrl+S)"));
-    file->addAction(menuaction("mnuFileItem", 4));
+    file->addWidget(printbutton(this));
 
     QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
     for (int i : {0, 1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
@@ -143,6 +173,16 @@ void mainwindow::buildtoolbars() {
     selectmethod->addItems({"Single", "Window", "Group", "All"});
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
+
+    // Along the left border: the row on top is full.
+    QToolBar* const graphics = newbar(this, "graphicbar", tr("Graphics"));
+    addToolBar(Qt::LeftToolBarArea, graphics);
+    for (int i : {0, 1, 2, 4, 5, 6}) graphics->addAction(menuaction("Mnugraphicitem", i));
+    graphics->addAction(menuaction("mnuEditItem", 7));
+    graphics
+        ->addAction(iconof("options"), tr("Graphic Element Options"),
+                    [] { door().showdialog("graphoptions"); })
+        ->setObjectName("graphoptionsbutton");
 
     QToolBar* const view = newbar(this, "viewbar", tr("View"));
     int number = 0;
@@ -272,6 +312,8 @@ void mainwindow::buildleftbar() {
     });
 }
 
+static const char* const commandprompt = "Enter Command or type help";
+
 void mainwindow::buildcommandline() {
     auto* const strip = new QWidget(centralWidget());
     auto* const row = new QHBoxLayout(strip);
@@ -283,7 +325,8 @@ void mainwindow::buildcommandline() {
     inputfield->setObjectName("inputfield");
     inputfield->setEditable(true);
     inputfield->setInsertPolicy(QComboBox::NoInsert);
-    inputfield->lineEdit()->setPlaceholderText("Enter Command or type help");
+    inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
+    inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->lineEdit()->installEventFilter(this);
     statuslabel = new QLabel(strip);
@@ -350,6 +393,16 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
         redrawall();
         return false;
     }
+    if (inputfield && watched == inputfield->lineEdit()) switch (event->type()) {
+            case QEvent::FocusIn:
+                inputfield->lineEdit()->setPlaceholderText("");
+                break;
+            case QEvent::FocusOut:
+                inputfield->lineEdit()->setPlaceholderText(commandprompt);
+                break;
+            default:
+                break;
+        }
     if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -392,6 +445,9 @@ void mainwindow::keyPressEvent(QKeyEvent* event) {
             break;
         case Qt::Key_Space:
             keyhandler(keyspace);
+            break;
+        case Qt::Key_Backspace:
+            keyhandler(keyback);
             break;
         default:
             QMainWindow::keyPressEvent(event);
@@ -448,6 +504,7 @@ void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
     refreshmenus();
+    if (auto* const save = findChild<QAction*>("savebutton")) save->setEnabled(!menulock);
     snaplabel->setText(statusofsnap());
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};

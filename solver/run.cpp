@@ -23,6 +23,17 @@ static void tellmodel(const model& m, runlog& log) {
             log.line("  " + padded(kindof(type).name, 10) + std::to_string(counts[type]));
 }
 
+static void tellmass(const massproperties& p, const settings& s, runlog& log) {
+    const auto triple = [](const vec3& v) {
+        return shortnumber(v[0]) + ", " + shortnumber(v[1]) + ", " + shortnumber(v[2]);
+    };
+    log.line("Mass of the elements " + shortnumber(p.mass) + " (" + shortnumber(p.mass * s.mass) +
+             " kg)");
+    if (p.mass > 0)
+        log.line("  centre " + triple(p.centre) + ", radii of gyration about it " +
+                 triple(p.radius));
+}
+
 // doftype as the workbench derives it, for runs without a control file.
 static int derivedtype(const model& m, bool twod) {
     bool rotations = false;
@@ -141,6 +152,8 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
     results r;
+    r.masses = groupmasses(m, s);
+    tellmass(r.masses[0], s, log);
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
@@ -164,6 +177,7 @@ void analyse(const job& j, runlog& log) {
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     writesummary(m, r.halfbandwidth);
+    writemasses(m, r.masses);
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
     if (j.eigen) writemodes(m, r.dofs, r.modes);

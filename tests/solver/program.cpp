@@ -119,7 +119,8 @@ TEST(Program, WritesModesAndMassesInTheirGrammar) {
     EXPECT_NEAR(std::stod(ems[10]), 5, 1e-12);
     EXPECT_EQ(tokensof(base + ".DAT")[2], "2");
     const std::string log = readwhole(base + ".log");
-    for (const char* words : {"frequency Hz", "Sturm count", "Mass of the elements 10", "centre"})
+    for (const char* words :
+         {"frequency, Hz", "Sturm count", "effective mass", "Mass of the elements 10", "centre"})
         EXPECT_NE(log.find(words), log.npos) << log;
 }
 

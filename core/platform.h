@@ -67,6 +67,7 @@ class platform {
 
     // The views, 1..4. A surface stays valid as long as the platform.
     virtual surface* viewsurface(int) { return nullptr; }
+    virtual surface* legendsurface() { return nullptr; }  // beside the views
     virtual twipbox workarea() { return {}; }  // room for views, scroll bars and left bar
     virtual void placeview(int, const twipbox&, bool) {}
     virtual void viewsize(int, double& width, double& height) { width = height = 0; }  // cm

@@ -15,6 +15,7 @@
 
 double modevalue;
 int modecount;
+std::vector<double> modevalues;
 
 noderow readnoderow(textin& in, int anadof) {
     noderow row;
@@ -199,14 +200,16 @@ static void readmode(textin& in, int anadof, bool wanted) {
 }
 
 static void readmodefile() {
+    modecount = 0;
+    modevalue = 0;
+    modevalues.clear();
     textin in(findnocase(modelname + ".EIG"));
     const int anadof = readanadof(in);
     const double announced = in.number();
     maxdisp = 0;
-    modecount = 0;
-    modevalue = 0;
     while (!in.atend()) {
         const double value = in.number();
+        modevalues.push_back(value);
         const bool wanted = ++modecount == curlcomb;
         if (wanted) modevalue = value;
         readmode(in, anadof, wanted);
@@ -222,8 +225,8 @@ bool readmode() {
     return readguarded(readmodefile, "Error occurred while trying to read modeshapes.");
 }
 
-double modefrequency() {
-    return std::sqrt(std::fabs(modevalue)) / (2 * pi);
+double frequencyof(double value) {
+    return std::sqrt(std::fabs(value)) / (2 * pi);
 }
 
 // --- summaries ----------------------------------------------------------------------------------

@@ -28,9 +28,10 @@ bool readdisp();
 // Mode shape number curlcomb of .EIG likewise. A number that the file does not reach leaves the
 // former shape, with maxdisp 0.
 bool readmode();
-extern double modevalue;  // omega^2 of the shape shown, 1/s^2; 0 where there is none
-extern int modecount;     // modes that the file holds
-double modefrequency();   // Hz
+extern double modevalue;                // omega^2 of the shape shown, 1/s^2; 0 where there is none
+extern int modecount;                   // modes that the file holds
+extern std::vector<double> modevalues;  // omega^2 of each of them
+double frequencyof(double modevalue);   // Hz
 
 // The rest serves the report: no message; false when the file is missing or not whole. Reading
 // that the user gave up throws errstopped.

@@ -33,6 +33,7 @@ void wiredialogs() {
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
     adddialog("Roptions", makeroptions);
+    adddialog("Soptions", makesoptions);
 }
 
 void tellfault(const runtimeerror& fault) {

@@ -45,5 +45,6 @@ QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
 QDialog* makedefgroup();
 QDialog* makeroptions();
+QDialog* makesoptions();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

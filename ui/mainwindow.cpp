@@ -25,9 +25,13 @@
 #include "edit/move.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
+#include "post/contour.h"
+#include "post/legend.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
+#include "ui/controls.h"
 #include "ui/icons.h"
+#include "ui/legendwidget.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
 #include "ui/viewwidget.h"
@@ -247,6 +251,12 @@ void mainwindow::buildleftbar() {
     modenumber = new QLineEdit(modegroup);
     modenumber->setObjectName("Text7");
     moderows->addWidget(modenumber);
+    modes = new QComboBox(modegroup);
+    modes->setObjectName("modelist");
+    modes->setToolTip(tr("Mode shapes of the analysis"));
+    modes->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    moderows->addWidget(modes);
+    connect(modes, &QComboBox::activated, this, [](int i) { choosemode(i + 1); });
     rows->addWidget(modegroup);
     connect(modenumber, &QLineEdit::editingFinished, this, [this] {
         const int number = int(numberof(modenumber->text().toStdString()));
@@ -257,6 +267,14 @@ void mainwindow::buildleftbar() {
     resultlabel->setObjectName("slabel3");
     resultlabel->setWordWrap(true);
     rows->addWidget(resultlabel);
+
+    legendframe = new QGroupBox(leftbar);
+    legendframe->setObjectName("Frame1");
+    auto* const legendrows = new QVBoxLayout(legendframe);
+    legendrows->setContentsMargins(2, 2, 2, 2);
+    legend = new legendwidget(legendframe);
+    legendrows->addWidget(legend);
+    rows->addWidget(legendframe, 2);
 
     commentframe = new QGroupBox(tr("Comment"), leftbar);
     commentframe->setObjectName("commentframe");
@@ -440,9 +458,20 @@ void mainwindow::refreshcombinations() {
         combinations->addItems(names);
     }
     combinations->setCurrentIndex(curlcomb <= ncomb() ? curlcomb - 1 : -1);
+}
+
+void mainwindow::refreshresults() {
     const bool mode = menupostItem(3).checked;
     modegroup->setVisible(mode);
     if (mode && !modenumber->hasFocus()) modenumber->setText(QString::number(curlcomb));
+    showlist(modes, modelist(), curlcomb <= modecount ? curlcomb - 1 : -1);
+    resultlabel->setText(QString::fromStdString(plottext()).trimmed());
+    legendframe->setVisible(legendshown());
+    legendframe->setTitle(QString::fromStdString(makelegend().title));
+}
+
+surface* mainwindow::legendsurface() {
+    return legend ? &legend->surface : nullptr;
 }
 
 void mainwindow::refresh() {
@@ -461,6 +490,7 @@ void mainwindow::refresh() {
             coordinates[k]->setText(QString::fromStdString(numbertext(float(moving ? 0 : at[k]))));
     }
     refreshcombinations();
+    refreshresults();
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))
         notes->setChecked(commentvisible);

@@ -17,6 +17,7 @@
 #include "files/filemenu.h"
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
+#include "post/contour.h"
 #include "post/printdraw.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
@@ -245,12 +246,21 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back(separator(m, a, 0));
     t.push_back(
         {m, a, 1, "Deformed Shape", "deformed", "", showdeformed, checkof(menupostItem, 1)});
-    t.push_back({m, a, 2, "Contour plot", "contour"});
+    t.push_back({m, a, 2, "Contour plot", "contour", "", showcontour, checkof(menupostItem, 2)});
     t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
-    t.push_back({m, a, 4, "Element Stress ", "stress"});
+    t.push_back(
+        {m, a, 4, "Element Stress ", "stress", "", showelementstress, checkof(menupostItem, 4)});
     t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
-    t.push_back({m, a, 7, "Options...", "options"});
+    t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
+    const auto addswitch = [&](int i, const char* caption, bool& on) {
+        t.push_back({m, "postswitch", i, caption, "", "", [&on] { toggleswitch(on); },
+                     [&on] { return on; }});
+    };
+    t.push_back(separator(m, "postswitch", 0));
+    addswitch(1, "Even Palette", evenpalette);
+    addswitch(2, "Mark Highest and Lowest", markextremes);
+    addswitch(3, "Value at Pointer", valueatpointer);
 }
 
 static void addinformationmenu(std::vector<menurow>& t) {

@@ -206,6 +206,10 @@ void qtplatform::viewsize(int nview, double& width, double& height) {
     height = themainwindow ? themainwindow->view(nview)->surface.height() : 0;
 }
 
+surface* qtplatform::legendsurface() {
+    return themainwindow ? themainwindow->legendsurface() : nullptr;
+}
+
 void qtplatform::setscrollbars(int nview, const scrollrange& range, bool shown) {
     if (themainwindow) themainwindow->view(nview)->setbars(range, shown);
 }

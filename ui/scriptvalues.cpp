@@ -13,7 +13,10 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "post/contour.h"
 #include "post/postproces.h"
+#include "post/shapes.h"
+#include "post/stressfile.h"
 #include "tools/groups.h"
 #include "tools/sectionfile.h"
 #include "tools/sections.h"
@@ -31,6 +34,8 @@ static std::string textof(const T& value) {
         return value ? "-1" : "0";
     else if constexpr (std::is_same_v<T, menustate>)
         return value.checked ? "-1" : "0";
+    else if constexpr (std::is_same_v<T, bool>)
+        return value ? "-1" : "0";
     else if constexpr (std::is_same_v<T, Integer> || std::is_same_v<T, int>)
         return numbertext(long(int(value)));
     else
@@ -262,6 +267,25 @@ static const std::map<std::string, valuegetter>& values() {
         // results
         NAMED(modevalue),
         NAMED(modecount),
+        NAMED(stresscomp),
+        NAMED(stressaverage),
+        NAMED(contourdata),
+        NAMED(dispcontour),
+        NAMED(contourfilled),
+        {"autoscale", valueof(indexautoscale)},
+        NAMED(scalemax),
+        NAMED(scalemin),
+        NAMED(indexmax),
+        NAMED(indexmin),
+        NAMED(indexcolor),
+        NAMED(postset),
+        NAMED(postgroup),
+        NAMED(postcount),
+        NAMED(evenpalette),
+        NAMED(markextremes),
+        NAMED(valueatpointer),
+        {"slabel3", computed(plottext)},
+        {"modetext", computed(modetext)},
     };
     return table;
 }

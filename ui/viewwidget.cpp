@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "post/probe.h"
 #include "ui/icons.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -57,7 +58,10 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     hovering.setSingleShot(true);
     hovering.setInterval(30);  // milliseconds between two looks for the item under the pointer
     connect(&hovering, &QTimer::timeout, this, [this] {
-        if (!menulock && isVisible()) hover(nview, pointer.x(), pointer.y());
+        if (menulock || !isVisible()) return;
+        hover(nview, pointer.x(), pointer.y());
+        const std::string value = valueunder(nview, pointer.x(), pointer.y());
+        if (!value.empty()) door().showstatus(value);
     });
 }
 

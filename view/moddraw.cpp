@@ -125,12 +125,6 @@ void wirelayers() {
     setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);
     setlayer(layers::selectedgraphics, planes::marks, always, nullptr);
     setlayer(layers::selectedothers, planes::marks, always, nullptr);
-    setlayer(
-        layers::legend, planes::pointer,
-        [](int v) {
-            return toprinter == 1 && v == 1 && (menupostItem(2).checked || menupostItem(4).checked);
-        },
-        nullptr);
 }
 
 static void drawlayer(layers which, int nview) {

@@ -33,12 +33,12 @@ static void fillfrom(const fs::path& source, const fs::path& target) {
 }
 
 std::string findappdir(const std::string& programdir, const std::string& installeddata) {
+    std::error_code ec;
     fs::path folder = programdir;
     if (const char* home = std::getenv("KALVANE_HOME"); home && *home)
         folder = fs::absolute(home);
-    else if (!iswritable(folder))
+    else if (!fs::exists(folder / "ELTYP.DAT", ec) || !iswritable(folder))
         folder = userdata();
-    std::error_code ec;
     fs::create_directories(folder, ec);
     for (const fs::path& source : {fs::path(programdir), fs::path(installeddata)})
         if (source != folder) fillfrom(source, folder);

@@ -68,6 +68,11 @@ void textcaption();          // shows the status line and refreshes the window
 void labelselect();          // item from the check marks of MnuSelectItem, then textcaption
 const char* statusofsnap();  // "Snap On" or "Snap Off"
 
+// A move can no longer be taken back: its places belong to numbers that have changed.
+void dropundo();
+// Results belong to the model that was: they leave the views.
+void dropresults();
+
 extern bool commentvisible;  // the comment frame of the main window
 
 // Settings.

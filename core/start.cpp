@@ -30,7 +30,10 @@ static void preparesession() {
     appversion = "4.1";
     modelname = previousname = "None";
     readmodelsize();
-    allocmodel();
+    if (!allocmodel()) {
+        defaultmodelsize();
+        allocmodel();
+    }
     initsettings();
     patches(0, 0, 0) = 0;
     clearmodes();
@@ -150,13 +153,15 @@ void newmodeldefaults() {
     newgroup();
     stresskind = 0;
     for (int v = 1; v <= nviews; ++v) viewtype(v) = viewselnum(v) = 0;
-    undomark = 0;
+    dropundo();
 }
 
-void resetmodel() {
-    allocmodel();
+bool resetmodel() {
+    if (!allocmodel()) return false;
     initcolors();
     clearcounts();
     modeltoolarge = false;
+    resetviews();
     newmodeldefaults();
+    return true;
 }

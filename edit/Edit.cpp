@@ -153,7 +153,7 @@ bool editpaste() {
     if (graphics2(0, 0, 0) != 0) pastegraphics();
     syncgraphsel();
     resultflag = 1;
-    undomark = 0;
+    dropundo();
     showselection();
     labelselect();
     return true;
@@ -244,14 +244,6 @@ static void deletegraphics() {
     graphsel(0, 0) = graphsel2(0, 0) = 0;
 }
 
-// Results belong to the model that was: they leave the views.
-static void dropresults() {
-    resultflag = 1;
-    stressloaded = false;
-    maxdisp = 0;
-    for (int i = 1; i <= 4; ++i) menupostItem(i).checked = false;
-}
-
 void editdelete() {
     if (!isselection()) return;
     hideselection();
@@ -267,8 +259,7 @@ void editdelete() {
     if (graphsel2(0, 0) != 0) deletegraphics();
     compactbc();
     dropresults();
-    undomark = 0;
-    mnuEditItem(0).enabled = false;
+    dropundo();
     movepending = editing = false;
     dorenumber = 1;
     promptaction = "Select";

@@ -55,8 +55,7 @@ void editundo() {
                 graphics(place.graphic, place.point, k + 1) = value;
         }
     undostore.clear();
-    undomark = 0;
-    mnuEditItem(0).enabled = false;
+    dropundo();
     redrawall();
     door().refresh();
 }
@@ -160,7 +159,7 @@ void refreshselection() {
         promptaction = "Merging";
         textcaption();
         hideselection();
-        if (mergenodes() > 0) undomark = 0;
+        if (mergenodes() > 0) dropundo();
         promptaction = "Select";
     } else {
         hideselection();

@@ -197,7 +197,7 @@ int refineelements() {
     for (const part& p : r.parts) appendpart(p);
     gatherelementnodes();
     resultflag = 1;
-    undomark = 0;
+    dropundo();
     dorenumber = 1;
     redrawall();
     return int(r.replaced.size());

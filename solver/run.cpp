@@ -127,10 +127,6 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
 // --- the whole ----------------------------------------------------------------------------------
 
 static void checkcontents(const model& m) {
-    for (int lc = 1; lc <= m.ncases(); ++lc)
-        if (m.cases[std::size_t(lc)].type > caseaccrz)
-            refuse("Load case " + std::to_string(lc) +
-                   " is of a type that this version does not take yet");
     if (m.nnodes() == 0) refuse("The model has no nodes; there is nothing to analyse");
     if (m.nelems() == 0) refuse("The model has no elements; there is nothing to analyse");
 }
@@ -143,10 +139,12 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
     checkelements(m, s);
+    for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
     results r;
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
+    if (what.modes) r.modes = findmodes(m, s, q, what.elementmass, log);
     r.dofs = std::move(q.dofs);
     return r;
 }
@@ -161,11 +159,14 @@ void analyse(const job& j, runlog& log) {
     what.linestresses = j.linestress;
     what.platestresses = j.platestress;
     what.displacements = j.solve || what.linestresses || what.platestresses;
+    what.modes = j.eigen;
+    what.elementmass = j.elementmass;
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     writesummary(m, r.halfbandwidth);
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
+    if (j.eigen) writemodes(m, r.dofs, r.modes);
     if (j.linestress) writelinestresses(m, s, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
     log.stage("");

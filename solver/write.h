@@ -4,12 +4,15 @@
 
 #include <string>
 
+#include "solver/modes.h"
 #include "solver/recover.h"
 
 // .rvp: header, then a case's node rows and its name.
 void writedisplacements(const model& m, const dofmap& d, const displacements& u);
 // .KRT: header, then a case's numbered node rows, their sum as node 0, and its name.
 void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r);
+// .EIG: header, then a mode's omega^2 and its node rows.
+void writemodes(const model& m, const dofmap& d, const modeset& r);
 // .LES
 void writelinestresses(const model& m, const settings& s, const linestresses& r);
 // .NSR .NSL (each element's own corners) .NSA .NLA (means of a group's elements at a node)

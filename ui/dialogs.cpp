@@ -6,6 +6,7 @@
 #include <map>
 
 #include "core/platform.h"
+#include "edit/Mouseprocedures.h"
 #include "ui/mainwindow.h"
 
 static std::map<std::string, std::function<QDialog*()>>& makers() {
@@ -38,6 +39,11 @@ void wiredialogs() {
 
 void tellfault(const runtimeerror& fault) {
     door().message(fault.what + " (error " + std::to_string(fault.number) + ")", icons::critical);
+}
+
+void fallback(const runtimeerror& fault) {
+    guarded(addready, [](const runtimeerror&) {});  // what failed may fail again in a redraw
+    tellfault(fault);
 }
 
 void showmodal(QDialog* dialog) {

@@ -21,6 +21,8 @@ const char* const besidemain = "besidemain";
 
 // Tells a run-time error that nothing nearer has handled, with its number.
 void tellfault(const runtimeerror& fault);
+// A command that fails returns to the rest state and tells why.
+void fallback(const runtimeerror& fault);
 // A button's or list's handler under guard: an error that leaves it is told, the dialog stays.
 template <typename Handler>
 auto guardedhandler(Handler handler) {

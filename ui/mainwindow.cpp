@@ -302,6 +302,8 @@ void mainwindow::buildleftbar() {
     });
 }
 
+static const char* const commandprompt = "Enter Command or type help";
+
 void mainwindow::buildcommandline() {
     auto* const strip = new QWidget(centralWidget());
     auto* const row = new QHBoxLayout(strip);
@@ -313,7 +315,8 @@ void mainwindow::buildcommandline() {
     inputfield->setObjectName("inputfield");
     inputfield->setEditable(true);
     inputfield->setInsertPolicy(QComboBox::NoInsert);
-    inputfield->lineEdit()->setPlaceholderText("Enter Command or type help");
+    inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
+    inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->lineEdit()->installEventFilter(this);
     statuslabel = new QLabel(strip);
@@ -380,6 +383,16 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
         redrawall();
         return false;
     }
+    if (inputfield && watched == inputfield->lineEdit()) switch (event->type()) {
+            case QEvent::FocusIn:
+                inputfield->lineEdit()->setPlaceholderText("");
+                break;
+            case QEvent::FocusOut:
+                inputfield->lineEdit()->setPlaceholderText(commandprompt);
+                break;
+            default:
+                break;
+        }
     if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -478,6 +491,7 @@ void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
     refreshmenus();
+    if (auto* const save = findChild<QAction*>("savebutton")) save->setEnabled(!menulock);
     snaplabel->setText(statusofsnap());
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};

@@ -3,6 +3,7 @@
 #include "ui/menus.h"
 
 #include <QMenu>
+#include <algorithm>
 #include <cstring>
 #include <map>
 
@@ -28,12 +29,7 @@
 
 // A command that fails returns to the rest state and tells why.
 static std::function<void()> guardedcommand(std::function<void()> command) {
-    return [command] {
-        guarded(command, [](const runtimeerror& e) {
-            addready();
-            tellfault(e);
-        });
-    };
+    return [command] { guarded(command, fallback); };
 }
 
 static std::function<bool()> checkof(array1<menustate>& list, int i) {
@@ -72,6 +68,7 @@ static void toggleselect(int i) {
         labelselect();
     } else {
         setselectitem(i);
+        door().refresh();  // the item that was on already stays on
     }
 }
 
@@ -79,7 +76,7 @@ static void toggleselect(int i) {
 static void startaddnode() {
     startmode(addnodemode);
     checkonly(Mnuadditem, 1);
-    resultflag = 1;
+    resultflag = dorenumber = 1;
     mnuEditItem(0).enabled = false;
     prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
 }
@@ -333,26 +330,32 @@ void buildmenus(QMenuBar* bar) {
 static void refreshrecent() {
     const auto& files = recentfiles();
     for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
-        QAction* const action = filemenu->addAction(QString::fromStdString(files[i]));
+        QAction* const action =
+            filemenu->addAction(QString::fromStdString(files[i]).replace("&", "&&"));
         action->setObjectName(QString("mnuFileArray(%1)").arg(i));
         QObject::connect(action, &QAction::triggered, guardedcommand([i] { openrecent(int(i)); }));
         recentactions.push_back(action);
     }
 }
 
+// During an analysis nothing may change the model or its files; shortcuts stay away with the menus.
+static bool islocked(const std::string& menu) {
+    static const char* const locked[] = {"&File",   "&Edit",    "&Add",
+                                         "&Define", "A&nalyse", "&Post-Process"};
+    return std::ranges::any_of(locked, [&](const char* name) { return menu.starts_with(name); });
+}
+
 void refreshmenus() {
     for (menurow& row : menus()) {
         if (row.action == nullptr) continue;
         if (row.checked) row.action->setChecked(row.checked());
-        row.action->setEnabled(row.run && (!row.enabled || row.enabled()));
+        row.action->setEnabled(row.run && (!row.enabled || row.enabled()) &&
+                               !(menulock && islocked(row.menu)));
     }
-    for (const char* name : {"&File", "&Edit", "&Add", "&Define", "A&nalyse", "&Post-Process"})
-        if (const auto found = built.find(name); found != built.end()) {
-            found->second->menuAction()->setEnabled(!menulock);
-            if (!menulock) continue;
-            for (QAction* action : found->second->actions()) action->setEnabled(false);
-        }
+    for (const auto& [name, menu] : built)
+        if (islocked(name)) menu->menuAction()->setEnabled(!menulock);
     refreshrecent();
+    for (QAction* action : recentactions) action->setEnabled(!menulock);
 }
 
 QAction* menuaction(const char* array, int index) {
@@ -362,7 +365,7 @@ QAction* menuaction(const char* array, int index) {
 }
 
 static QString plain(QString caption) {
-    return caption.remove('&').trimmed();
+    return caption.replace("&&", "\1").remove('&').replace("\1", "&").trimmed();
 }
 
 // Captions hold "/" themselves ("Drag/Drop"), so every caption that begins the path is tried.

@@ -59,7 +59,8 @@ class recorder : public platform {
     void viewsize(int, double& width, double& height) override;
     void startprocess(const std::string& program, const std::vector<std::string>& arguments,
                       const std::string& folder) override;
-    bool processruns() override { return false; }
+    bool processruns() override { return running; }
+    void killprocess() override { running = false; }
     int processcode() override { return exitcode; }
     printstart startprint() override { return printing; }
     bool endprint() override {
@@ -84,6 +85,7 @@ class recorder : public platform {
     int pages = 0;
     std::function<void()> onprocess;  // what the started program does
     int exitcode = 0;
+    bool running = false;  // the process after onprocess
     bool cancelled = false, ended = false;
 };
 

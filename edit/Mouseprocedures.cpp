@@ -340,6 +340,11 @@ static void leftpress(int nview) {
 void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
+    if (pendingselection* const pending = pendingone()) {
+        endboxes();
+        if (pending->ended) pending->ended();
+        return;
+    }
     moderow* const row = runningmode();
     if (row && row->enter)
         row->enter();
@@ -364,7 +369,9 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     const hourglass wait;
     activeview = nview;
     takepoint(nview, x, y);
-    mousedriver(nview, button);
+    // A model that is full, above all: the press is told off and nothing else happens.
+    guarded([&] { mousedriver(nview, button); },
+            [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
     door().refresh();
 }
 
@@ -416,11 +423,24 @@ static void escape() {
     addready();
 }
 
+// The graphic point picked last moves on to the next defining point of its element.
+static void nextgraphicpoint() {
+    const int last = graphsel2(0, 0);
+    if (selectitem() != selectgraphics || last == 0) return;
+    hideselection();
+    const int points = pointsofgraphic(int(graphics(graphsel2(last, 0), 0, 0)));
+    if (points > 0) graphsel2(last, 1) = graphsel2(last, 1) % points + 1;
+    syncgraphsel();
+    showselection();
+}
+
 void keyhandler(int code) {
     moderow* const row = runningmode();
     if (code == keyescape) escape();
     if (code == keyenter) mousedriver(activeview, mousebuttons::right);
     if (code == keyspace && row && row->space) row->space();
+    if (code == keyspace && !row) nextgraphicpoint();
+    if (code == keyback && row && row->back) row->back();
     door().refresh();
 }
 

@@ -20,14 +20,15 @@ struct moderow {
     std::function<void(double x, double y, double z)> commandpoint;  // a point from a command
     std::function<void()> enter, space;  // Enter restarts where it is told; the space key
     std::function<void()> end;           // the end by ESC or by another mode
+    std::function<void()> back = {};     // Backspace takes the last point back
 };
 std::vector<moderow>& modes();
 moderow* runningmode();
 // Ends what runs and raises the flag of a mode.
 void startmode(Flag& flag);
 
-// Selections that serve a dialog: while the flag is up presses select elements, and ESC calls
-// ended instead of emptying the lists.
+// Selections that serve a dialog: while the flag is up presses select, and ESC, Enter or the right
+// button call ended instead of emptying the lists.
 struct pendingselection {
     Flag* flag;
     std::function<void()> ended;
@@ -44,7 +45,7 @@ void startzoomwindow();
 void viewmousedown(int nview, mousebuttons button, double x, double y);
 void viewmousemove(int nview, mousebuttons button, double x, double y);
 void viewmouseup(int nview, mousebuttons button, double x, double y);
-enum keycodes { keyenter = 13, keyescape = 27, keyspace = 32 };
+enum keycodes { keyback = 8, keyenter = 13, keyescape = 27, keyspace = 32 };
 void keyhandler(int code);
 
 // What a press means, by the mode or else by the selection method.

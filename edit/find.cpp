@@ -2,6 +2,7 @@
 // Nearest items and snapping.
 #include "edit/find.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/catalogue.h"
@@ -12,6 +13,7 @@
 #include "view/scaleview.h"
 
 std::function<bool(int, const double*, double*)> footongraphic;
+std::function<std::vector<std::array<double, 3>>(int)> shapeofgraphic;
 
 static const int kindline = 1;
 
@@ -41,6 +43,13 @@ class search {
         best = {item, part, plane, space};
     }
     nearest result() const { return best; }
+    // Distance of the click from the line between two points on the view's plane.
+    double wayto(const point2& a, const point2& b) const {
+        const double dx = b.x - a.x, dy = b.y - a.y, square = dx * dx + dy * dy;
+        double t = square == 0 ? 0 : ((u - a.x) * dx + (p - a.y) * dy) / square;
+        t = std::clamp(t, 0.0, 1.0);
+        return std::hypot(a.x + t * dx - u, a.y + t * dy - p);
+    }
 
   private:
     const keptpoint kept;
@@ -87,6 +96,41 @@ nearest pickelement(int nview) {
     return s.result();
 }
 
+// Distance of the click from the shape of a graphic element as drawn.
+static double waytoshape(const search& s, int g, int nview) {
+    double least = 1e30;
+    point2 before{};
+    bool first = true;
+    for (const auto& at : shapeofgraphic(g)) {
+        setpoint(nview, at[0], at[1], at[2]);
+        projectpoint(nview);
+        const point2 here = {persu, persv};
+        least = std::min(least, s.wayto(first ? here : before, here));
+        before = here;
+        first = false;
+    }
+    return least;
+}
+
+// Elements often meet in a point: their shapes decide.
+static nearest nearestshape(const search& s, int nview) {
+    nearest best = s.result();
+    if (best.item == 0 || !shapeofgraphic) return best;
+    const auto place = graphics.row(best.item, best.part);
+    double least = waytoshape(s, best.item, nview);
+    for (int g = best.item + 1; g <= ngraphics(); ++g)
+        for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
+            const auto other = graphics.row(g, j);
+            if (other[1] != place[1] || other[2] != place[2] || other[3] != place[3]) continue;
+            if (const double way = waytoshape(s, g, nview); way < least) {
+                least = way;
+                best.item = g;
+                best.part = j;
+            }
+        }
+    return best;
+}
+
 nearest pickgraphic(int nview) {
     search s(nview);
     if (mnudrawlist(4).checked)
@@ -95,7 +139,7 @@ nearest pickgraphic(int nview) {
                 setpoint(nview, graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3));
                 s.offer(g, j);
             }
-    return s.result();
+    return nearestshape(s, nview);
 }
 
 // The mean of the end points of all pieces of a patch.

@@ -6,7 +6,9 @@
 // item however far; of items behind each other the one nearest in space wins.
 #pragma once
 
+#include <array>
 #include <functional>
+#include <vector>
 
 struct nearest {
     int item = 0;           // 0: there is none
@@ -17,8 +19,10 @@ struct nearest {
 
 nearest picknode(int nview);
 nearest pickelement(int nview);
-nearest pickgraphic(int nview);  // the three defining points of each
-nearest pickpatch(int nview);    // by the middle of its edges
+// The defining points of each. Of elements that meet in the nearest point the one is found whose
+// shape passes nearest to the click.
+nearest pickgraphic(int nview);
+nearest pickpatch(int nview);  // by the middle of its edges
 // Nodes that pass the test alone.
 nearest picknodewhere(int nview, const std::function<bool(int n)>& wanted);
 
@@ -32,3 +36,5 @@ void snapto(int nview);
 // Finds the foot of a point on graphic element g, model coordinates; the graphics tool hangs its
 // geometry here.
 extern std::function<bool(int g, const double* point, double* foot)> footongraphic;
+// Graphic element g as a chain of points, model coordinates; hung in likewise.
+extern std::function<std::vector<std::array<double, 3>>(int g)> shapeofgraphic;

@@ -35,6 +35,10 @@ void wiredialogs() {
     adddialog("defgroup", makedefgroup);
     adddialog("Roptions", makeroptions);
     adddialog("Soptions", makesoptions);
+    adddialog("placenodes", makeplacenodes);
+    adddialog("graphoptions", makegraphoptions);
+    adddialog("Mselect", makemselect);
+    adddialog("mesh2d", makemesh2d);
 }
 
 void tellfault(const runtimeerror& fault) {

@@ -48,5 +48,9 @@ QDialog* makenodeattributes();
 QDialog* makedefgroup();
 QDialog* makeroptions();
 QDialog* makesoptions();
+QDialog* makeplacenodes();
+QDialog* makegraphoptions();
+QDialog* makemselect();
+QDialog* makemesh2d();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -14,6 +14,8 @@
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "post/shapes.h"
+#include "tools/Graphics.h"
+#include "tools/pointentry.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -29,6 +31,8 @@ static void wiremodules() {
     initsymbols();
     wirelayers();
     wiremouse();
+    wiregraphics();
+    wirepointentry();
     wirepost();
     wiredialogs();
 }

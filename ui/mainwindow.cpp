@@ -174,6 +174,16 @@ void mainwindow::buildtoolbars() {
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
 
+    // Along the left border: the row on top is full.
+    QToolBar* const graphics = newbar(this, "graphicbar", tr("Graphics"));
+    addToolBar(Qt::LeftToolBarArea, graphics);
+    for (int i : {0, 1, 2, 4, 5, 6}) graphics->addAction(menuaction("Mnugraphicitem", i));
+    graphics->addAction(menuaction("mnuEditItem", 7));
+    graphics
+        ->addAction(iconof("options"), tr("Graphic Element Options"),
+                    [] { door().showdialog("graphoptions"); })
+        ->setObjectName("graphoptionsbutton");
+
     QToolBar* const view = newbar(this, "viewbar", tr("View"));
     int number = 0;
     for (const viewtool& tool : viewtools) {
@@ -435,6 +445,9 @@ void mainwindow::keyPressEvent(QKeyEvent* event) {
             break;
         case Qt::Key_Space:
             keyhandler(keyspace);
+            break;
+        case Qt::Key_Backspace:
+            keyhandler(keyback);
             break;
         default:
             QMainWindow::keyPressEvent(event);

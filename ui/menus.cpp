@@ -21,6 +21,10 @@
 #include "post/contour.h"
 #include "post/printdraw.h"
 #include "post/shapes.h"
+#include "tools/intersect.h"
+#include "tools/mesh2d.h"
+#include "tools/placenodes.h"
+#include "tools/pointentry.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -124,7 +128,7 @@ static void addeditmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 4, "&Paste", "paste", "Ctrl+V", [] { editpaste(); }});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Drag/Drop", "", "", startmove});
-    t.push_back({m, a, 7, "Modify Selection..."});
+    t.push_back({m, a, 7, "Modify Selection...", "modify", "", modifyselection});
     t.push_back({m, a, 8, "Refine elements", "refine", "", [] { refineelements(); }});
     t.push_back({m, a, 9, "Numerical Interface", "numbers"});
     t.push_back({m, a, 10, "Findpatch"});
@@ -136,7 +140,8 @@ static void addselectmenu(std::vector<menurow>& t) {
     static const char* const pictures[] = {"node", "element", "patch", "force", "graphic", "snap"};
     for (int i = 0; i <= 5; ++i)
         t.push_back({"&Select", "MnuSelectItem", i, captions[i], pictures[i], "",
-                     [i] { toggleselect(i); }, checkof(MnuSelectItem, i)});
+                     [i] { toggleselect(i); }, checkof(MnuSelectItem, i),
+                     enabledof(MnuSelectItem, i)});
 }
 
 static void addaddmenu(std::vector<menurow>& t) {
@@ -150,7 +155,12 @@ static void addaddmenu(std::vector<menurow>& t) {
     add(0, "Ready", "", [] { addready(); });
     add(1, "Free Node", "node", startaddnode);
     add(2, "Element...", "element");
-    add(3, "Mesh...", "mesh");
+    add(3, "Mesh...", "mesh", [] {
+        addready();
+        resultflag = 1;
+        mnuEditItem(0).enabled = false;
+        door().showdialog("Mselect");
+    });
     add(4, "Object...", "");
     t.push_back(separator(m, a, 5));
     const auto attributes = [](attributemodes mode) { return [mode] { startattributes(mode); }; };
@@ -162,13 +172,20 @@ static void addaddmenu(std::vector<menurow>& t) {
     t.push_back({"&Add|Loads", "mnuloads", 2, "Line Pressure Loads", "", "",
                  attributes(attributemodes::none)});
     t.push_back(separator(m, a, 8));
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 0, "Line", "graphic"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 1, "Circle Section", "circle"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 2, "Curve", "curve"});
-    t.push_back(separator("&Add|Graphics", "Mnugraphicitem", 3));
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 4, "Intersection"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 5, "Extend line"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 6, "Connect 3-D"});
+    const char* const drawing = "&Add|Graphics";
+    const char* const g = "Mnugraphicitem";
+    const auto draw = [](graphickinds kind) { return [kind] { startdrawing(kind); }; };
+    const auto connect = [](connectmodes mode) { return [mode] { connectgraphics(mode); }; };
+    const auto runs = [](const Flag& flag) { return [&flag] { return bool(flag); }; };
+    t.push_back({drawing, g, 0, "Line", "graphic", "", draw(kindline), runs(drawline)});
+    t.push_back(
+        {drawing, g, 1, "Circle Section", "circle", "", draw(kindcircle), runs(drawcircle)});
+    t.push_back({drawing, g, 2, "Curve", "curve", "", draw(kindcurve), runs(drawcurve)});
+    t.push_back(separator(drawing, g, 3));
+    t.push_back(
+        {drawing, g, 4, "Intersection", "intersection", "", connect(connectmodes::intersection)});
+    t.push_back({drawing, g, 5, "Extend line", "extend", "", connect(connectmodes::extend)});
+    t.push_back({drawing, g, 6, "Connect 3-D", "connect", "", connect(connectmodes::connect3d)});
 }
 
 static void adddefinemenu(std::vector<menurow>& t) {
@@ -338,24 +355,25 @@ static void refreshrecent() {
     }
 }
 
-// During an analysis nothing may change the model or its files; shortcuts stay away with the menus.
-static bool islocked(const std::string& menu) {
+// During an analysis, and while edges of a mesh are picked, nothing may change the model or its
+// files; shortcuts stay away with the menus.
+static bool islocked(const std::string& path) {
     static const char* const locked[] = {"&File",   "&Edit",    "&Add",
                                          "&Define", "A&nalyse", "&Post-Process"};
-    return std::ranges::any_of(locked, [&](const char* name) { return menu.starts_with(name); });
+    const std::string first = path.substr(0, path.find('|'));
+    return (menulock || edgepending) &&
+           std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 
 void refreshmenus() {
     for (menurow& row : menus()) {
         if (row.action == nullptr) continue;
         if (row.checked) row.action->setChecked(row.checked());
-        row.action->setEnabled(row.run && (!row.enabled || row.enabled()) &&
-                               !(menulock && islocked(row.menu)));
+        row.action->setEnabled(row.run && (!row.enabled || row.enabled()) && !islocked(row.menu));
     }
-    for (const auto& [name, menu] : built)
-        if (islocked(name)) menu->menuAction()->setEnabled(!menulock);
+    for (const auto& [path, menu] : built) menu->menuAction()->setEnabled(!islocked(path));
     refreshrecent();
-    for (QAction* action : recentactions) action->setEnabled(!menulock);
+    for (QAction* action : recentactions) action->setEnabled(!islocked("&File"));
 }
 
 QAction* menuaction(const char* array, int index) {
@@ -406,6 +424,11 @@ static QMenu* addingpopup(QWidget* parent) {
     addlike(graphics, "Mnugraphicitem", 0, "Line", "grapop(0)");
     graphics->addSeparator();
     addlike(graphics, "Mnugraphicitem", 1, "Circle", "grapop(2)");
+    addlike(graphics, "Mnugraphicitem", 2, "Curve", "grapop(3)");
+    graphics->addSeparator();
+    QAction* const options = graphics->addAction("Options...");
+    options->setObjectName("grapop(5)");
+    QObject::connect(options, &QAction::triggered, [] { door().showdialog("graphoptions"); });
     addlike(menu, "Mnuadditem", 1, "Add Nodes", "popItem01(1)");
     addlike(menu, "Mnuadditem", 2, "Add elements", "popItem01(2)");
     menu->addSeparator();
@@ -423,7 +446,18 @@ static QMenu* editingpopup(QWidget* parent) {
     addlike(menu, "mnuEditItem", 6, "Move", "popItem02(2)");
     addlike(menu, "mnuEditItem", 1, "Delete", "popItem02(3)");
     menu->addSeparator();
-    addlike(menu, "mnuEditItem", 7, "Modify Selection...", "popItem02(5)");
+    QMenu* const modify = menu->addMenu("Modify Selection");
+    const auto add = [&](const char* caption, int i, bool enabled, std::function<void()> run) {
+        QAction* const item = modify->addAction(caption);
+        item->setObjectName(QString("modifypop(%1)").arg(i));
+        item->setEnabled(enabled && !menulock);
+        QObject::connect(item, &QAction::triggered, guardedcommand(std::move(run)));
+    };
+    const bool any = nodesel(0) != 0 || elemsel(0) != 0;
+    add("Nodal Loads or Constraints", 0, any, [] { startattributes(attributemodes::constraints); });
+    add("Element Loads", 1, elemsel(0) != 0, [] { startattributes(attributemodes::elementloads); });
+    add("Element properties", 2, elemsel(0) != 0, modifyselection);
+    add("Graphic Properties", 3, graphsel(0, 0) != 0, modifyselection);
     return menu;
 }
 

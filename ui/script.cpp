@@ -247,7 +247,8 @@ void pressmainkey(const QString& name) {
     if (name == "ESC") return presskey(themainwindow, Qt::Key_Escape);
     if (name == "ENTER") return presskey(themainwindow, Qt::Key_Return);
     if (name == "SPACE") return presskey(themainwindow, Qt::Key_Space, " ");
-    refuse("keys are ESC, ENTER and SPACE, not " + name);
+    if (name == "BACKSPACE") return presskey(themainwindow, Qt::Key_Backspace);
+    refuse("keys are ESC, ENTER, SPACE and BACKSPACE, not " + name);
 }
 
 void typecommand(const QString& text) {

@@ -17,7 +17,12 @@
 #include "post/postproces.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
+#include "tools/circle.h"
+#include "tools/genmesh.h"
 #include "tools/groups.h"
+#include "tools/intersect.h"
+#include "tools/mesh2d.h"
+#include "tools/placenodes.h"
 #include "tools/sectionfile.h"
 #include "tools/sections.h"
 #include "ui/qtplatform.h"
@@ -156,6 +161,17 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(lcsubname),
         // groups and sections
         NAMED(meshgroup),
+        NAMED(mesheltype),
+        NAMED(meshtype),
+        NAMED(meshok),
+        NAMED(edgeno),
+        NAMED(edgepending),
+        NAMED(meshmode),
+        NAMED(curgraph),
+        NAMED(circleradius),
+        NAMED(circleangle),
+        NAMED(extendmode),
+        {"snapon", computed([] { return std::string(MnuSelectItem(5).checked ? "-1" : "0"); })},
         NAMED(sectscale),
         {"sectcount", computed([] { return numbertext(sectcount); })},
         // session

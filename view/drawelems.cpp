@@ -256,3 +256,38 @@ void drawselectednodes(int nview) {
     }
     s->fillsolid = false;
 }
+
+// --- second lists -------------------------------------------------------------------------------
+
+bool previewbuffers;
+
+static void setbuffernode(long n, int nview) {
+    const auto row = tmpnodes.row(n);
+    const float scale = viewscale(nview);
+    curx = scale * row[1];
+    cury = scale * row[2];
+    curz = scale * row[3];
+    projectpoint(nview);
+}
+
+void drawbuffers(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    const double radius = 0.04;  // centimetres; smaller than the nodes of the model
+    prepareview(nview);
+    for (int e = 1; e <= int(tmpelems(0, 0)); ++e) {
+        const auto row = tmpelems.row(e);
+        for (int k = 1; k <= nodesoftype(row[0]); ++k) {
+            const double x = scrx, y = scry;
+            setbuffernode(long(row[std::size_t(k)]), nview);
+            if (k > 1) s->line(x, y, scrx, scry, drawcolor);
+        }
+    }
+    s->fillsolid = true;
+    s->fillcolor = drawcolor;
+    for (int n = 1; n <= int(tmpnodes(0, 0)); ++n) {
+        setbuffernode(n, nview);
+        s->circle(scrx, scry, radius, drawcolor);
+    }
+    s->fillsolid = false;
+}

@@ -124,7 +124,12 @@ void wirelayers() {
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
     setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);
     setlayer(layers::selectedgraphics, planes::marks, always, nullptr);
-    setlayer(layers::selectedothers, planes::marks, always, nullptr);
+    setlayer(
+        layers::selectedothers, planes::marks, [](int) { return previewbuffers; },
+        [](int v) {
+            if (drawcolor != backcolor) drawcolor = freecolor;
+            drawbuffers(v);
+        });
 }
 
 static void drawlayer(layers which, int nview) {

@@ -165,12 +165,7 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
 }
 
 void drawlegend() {
-    if (toprinter != 0) {
-        const double width = 4, height = 10, edge = 0.5;  // centimetres
-        if (surface* const page = target(1); page && legendshown())
-            drawlegendon(*page, page->width() - width - edge, edge, width, height);
-        return;
-    }
+    if (toprinter != 0) return;  // a printed page has a column for it
     surface* const s = door().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);

@@ -144,6 +144,7 @@ void newgroup() {
     groups(1, 2) = 0.3;
     groups(1, 3) = 7.85e-06;
     groups(1, 4) = 1.0;
+    meshgroup = 1;
 }
 
 void newmodeldefaults() {

@@ -93,6 +93,12 @@ std::string shorttext(double value) {
     return {text, end};
 }
 
+std::string plotnumber(double value) {
+    const double nothing = 1e-9;  // of the scale's largest bound
+    const double largest = std::max(std::fabs(indexmax), std::fabs(indexmin));
+    return shorttext(std::fabs(value) < nothing * largest ? 0 : value);
+}
+
 // --- the picture --------------------------------------------------------------------------------
 
 // The text cut to a width, marked where something is missing.
@@ -159,12 +165,7 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
 }
 
 void drawlegend() {
-    if (toprinter != 0) {
-        const double width = 4, height = 10, edge = 0.5;  // centimetres
-        if (surface* const page = target(1); page && legendshown())
-            drawlegendon(*page, page->width() - width - edge, edge, width, height);
-        return;
-    }
+    if (toprinter != 0) return;  // a printed page has a column for it
     surface* const s = door().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);

@@ -285,7 +285,7 @@ void mainwindow::buildleftbar() {
     legendrows->setContentsMargins(2, 2, 2, 2);
     legend = new legendwidget(legendframe);
     legendrows->addWidget(legend);
-    rows->addWidget(legendframe, 2);
+    rows->addWidget(legendframe);
 
     commentframe = new QGroupBox(tr("Comment"), leftbar);
     commentframe->setObjectName("commentframe");

@@ -61,8 +61,7 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     connect(&hovering, &QTimer::timeout, this, [this] {
         if (menulock || !isVisible()) return;
         hover(nview, pointer.x(), pointer.y());
-        const std::string value = valueunder(nview, pointer.x(), pointer.y());
-        if (!value.empty()) door().showstatus(value);
+        tellvalue(nview, pointer.x(), pointer.y());
     });
 }
 

@@ -132,12 +132,6 @@ void wirelayers() {
             if (drawcolor != backcolor) drawcolor = freecolor;
             drawbuffers(v);
         });
-    setlayer(
-        layers::legend, planes::pointer,
-        [](int v) {
-            return toprinter == 1 && v == 1 && (menupostItem(2).checked || menupostItem(4).checked);
-        },
-        nullptr);
 }
 
 static void drawlayer(layers which, int nview) {

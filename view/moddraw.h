@@ -30,7 +30,6 @@ enum class layers {
     selectednodes,
     selectedgraphics,
     selectedothers,  // previews of the second lists and whatever else stands above all
-    legend,          // scale of a result, on the printed page alone; on screen it is a picture
     count
 };
 

@@ -390,7 +390,8 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
 }
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
-    if (button != mousebuttons::left) return;
+    // Where the press placed a point, snapped perhaps, relative commands go on from that.
+    if (button != mousebuttons::left || (!movepending && !windowdrag)) return;
     takepoint(nview, x, y);
     if (movepending) moverelease(nview);
     // A box that was dragged open is closed by letting go.

@@ -223,13 +223,12 @@ static void keepgoing(const std::vector<int>& number) {
     nodesel(0) = kept;
 }
 
-static void deletenodes(bool tell, bool erase) {
+static void deletenodes(bool erase) {
     bool attached = false;
     const std::vector<int> number = numbersafter(attached);
     keepgoing(number);
     if (erase) eraseselected();
-    if (attached && tell)
-        door().message("Node(s) attached to element are not deleted", icons::exclamation);
+    if (attached) door().message("Node(s) attached to element are not deleted", icons::exclamation);
     renumberto(number);
     nodesel(0) = 0;
 }
@@ -253,7 +252,7 @@ void editdelete() {
         gatherelementnodes();
         deleteelements();
     }
-    if (nodesel(0) != 0) deletenodes(!elementschosen, !redraws);
+    if (nodesel(0) != 0) deletenodes(!redraws);
     if (graphsel2(0, 0) != 0) deletegraphics();
     compactbc();
     dropresults();

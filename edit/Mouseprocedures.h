@@ -20,14 +20,15 @@ struct moderow {
     std::function<void(double x, double y, double z)> commandpoint;  // a point from a command
     std::function<void()> enter, space;  // Enter restarts where it is told; the space key
     std::function<void()> end;           // the end by ESC or by another mode
+    std::function<void()> back = {};     // Backspace takes the last point back
 };
 std::vector<moderow>& modes();
 moderow* runningmode();
 // Ends what runs and raises the flag of a mode.
 void startmode(Flag& flag);
 
-// Selections that serve a dialog: while the flag is up presses select elements, and ESC calls
-// ended instead of emptying the lists.
+// Selections that serve a dialog: while the flag is up presses select, and ESC, Enter or the right
+// button call ended instead of emptying the lists.
 struct pendingselection {
     Flag* flag;
     std::function<void()> ended;
@@ -44,16 +45,15 @@ void startzoomwindow();
 void viewmousedown(int nview, mousebuttons button, double x, double y);
 void viewmousemove(int nview, mousebuttons button, double x, double y);
 void viewmouseup(int nview, mousebuttons button, double x, double y);
-enum keycodes { keyenter = 13, keyescape = 27, keyspace = 32 };
+enum keycodes { keyback = 8, keyenter = 13, keyescape = 27, keyspace = 32 };
 void keyhandler(int code);
 
 // What a press means, by the mode or else by the selection method.
 void mousedriver(int nview, mousebuttons button);
 
-// The item that a press would pick is shown as long as the pointer rests over it, its number in
-// the status line.
-void hover(int nview, double x, double y);
-void endhover();
+// A place of a view's surface becomes the point in work.
+void takepoint(int nview, double x, double y);
+bool snaps(const moderow& row);  // does the mode take its points through the snap?
 
 // The point in work becomes a new node; drawn at once. Returns its number.
 int addnodeat(int nview);

@@ -6,7 +6,9 @@
 // item however far; of items behind each other the one nearest in space wins.
 #pragma once
 
+#include <array>
 #include <functional>
+#include <vector>
 
 struct nearest {
     int item = 0;           // 0: there is none
@@ -17,10 +19,17 @@ struct nearest {
 
 nearest picknode(int nview);
 nearest pickelement(int nview);
-nearest pickgraphic(int nview);  // the three defining points of each
-nearest pickpatch(int nview);    // by the middle of its edges
-// Nodes that pass the test alone.
-nearest picknodewhere(int nview, const std::function<bool(int n)>& wanted);
+// The defining points of each. Of elements that meet in the nearest point the one is found whose
+// shape passes nearest to the click.
+nearest pickgraphic(int nview);
+nearest pickpatch(int nview);       // by the middle of its edges
+nearest pickloadednode(int nview);  // a node with a load in the current load case
+
+// What picknode, pickloadednode and pickelement find, without a pass over the model: the places of
+// the items are kept until the view or the picture of the model changes. For the moving pointer.
+nearest hovernode(int nview);
+nearest hoverloadednode(int nview);
+nearest hoverelement(int nview);
 
 // Points that a graphic element has: 2 for a line, 3 for the others.
 int pointsofgraphic(int kind);
@@ -32,3 +41,5 @@ void snapto(int nview);
 // Finds the foot of a point on graphic element g, model coordinates; the graphics tool hangs its
 // geometry here.
 extern std::function<bool(int g, const double* point, double* foot)> footongraphic;
+// Graphic element g as a chain of points, model coordinates; hung in likewise.
+extern std::function<std::vector<std::array<double, 3>>(int g)> shapeofgraphic;

@@ -85,6 +85,10 @@ static const std::map<std::string, const char*> outlines = {
     {"rotationspring", "A 4 4 16 16 20 320 A 8 8 8 8 60 300 + M 12 12 L 21 12"},
     {"numbers", "R 3 4 18 16 + M 3 9 L 21 9 M 9 4 L 9 20 M 15 4 L 15 20 M 3 14 L 21 14"},
     {"refine", "R 4 4 16 16 + M 12 4 L 12 20 M 4 12 L 20 12"},
+    {"intersection", "M 4 20 L 20 4 M 4 4 L 20 20 + = C 12 12 2.4"},
+    {"extend", "M 3 21 L 11 13 M 4 5 L 21 5 + M 11 13 L 19 5 = C 19 5 2"},
+    {"connect", "M 3 7 L 21 3 M 4 16 L 21 21 + M 11 5 L 12 18 = C 11 5 2 C 12 18 2"},
+    {"modify", "M 4 20 L 4 15 L 15 4 L 20 9 L 9 20 Z + M 12 7 L 17 12"},
     {"palette", "R 4 3 6 18 + = R 4 15 6 6"},
 };
 

@@ -14,6 +14,8 @@
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "post/shapes.h"
+#include "tools/Graphics.h"
+#include "tools/pointentry.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -29,6 +31,8 @@ static void wiremodules() {
     initsymbols();
     wirelayers();
     wiremouse();
+    wiregraphics();
+    wirepointentry();
     wirepost();
     wiredialogs();
 }
@@ -49,9 +53,22 @@ static bool isdisplayless() {
            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+namespace {
+// What fails in a handler of the toolkit ends that handler, not the program.
+class guardedapplication : public QApplication {
+  public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override {
+        bool taken = false;
+        guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);
+        return taken;
+    }
+};
+}  // namespace
+
 int main(int argc, char** argv) {
     if (isdisplayless()) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    guardedapplication application(argc, argv);
     QApplication::setApplicationName("Kalvane");
     QApplication::setApplicationVersion(KALVANE_VERSION);
     QApplication::setWindowIcon(programicon());
@@ -78,7 +95,7 @@ int main(int argc, char** argv) {
     wiremodules();
     loadspringpictures();
     programdir = QCoreApplication::applicationDirPath().toStdString();
-    if (!start(findappdir(programdir, KALVANE_DATA))) return 1;
+    if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());

@@ -3,6 +3,7 @@
 #include "ui/menus.h"
 
 #include <QMenu>
+#include <algorithm>
 #include <cstring>
 #include <map>
 
@@ -17,7 +18,14 @@
 #include "files/filemenu.h"
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
+#include "post/contour.h"
+#include "post/printdraw.h"
 #include "post/shapes.h"
+#include "tools/intersect.h"
+#include "tools/mesh2d.h"
+#include "tools/placenodes.h"
+#include "tools/pointentry.h"
+#include "ui/demonstration.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -26,12 +34,7 @@
 
 // A command that fails returns to the rest state and tells why.
 static std::function<void()> guardedcommand(std::function<void()> command) {
-    return [command] {
-        guarded(command, [](const runtimeerror& e) {
-            addready();
-            tellfault(e);
-        });
-    };
+    return [command] { guarded(command, fallback); };
 }
 
 static std::function<bool()> checkof(array1<menustate>& list, int i) {
@@ -70,6 +73,7 @@ static void toggleselect(int i) {
         labelselect();
     } else {
         setselectitem(i);
+        door().refresh();  // the item that was on already stays on
     }
 }
 
@@ -77,7 +81,7 @@ static void toggleselect(int i) {
 static void startaddnode() {
     startmode(addnodemode);
     checkonly(Mnuadditem, 1);
-    resultflag = 1;
+    resultflag = dorenumber = 1;
     mnuEditItem(0).enabled = false;
     prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
 }
@@ -106,7 +110,7 @@ static void addfilemenu(std::vector<menurow>& t) {
     t.push_back({m, a, 3, "Save &As...", "save", "Ctrl+Shift+S", [] {
                      if (menusave() == reply::done) addrecentfile();
                  }});
-    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P"});
+    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P", menuprint});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Save Settings", "", "", savesettings});
     t.push_back({m, a, 7, "Get Settings", "", "", getsettings});
@@ -125,7 +129,7 @@ static void addeditmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 4, "&Paste", "paste", "Ctrl+V", [] { editpaste(); }});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Drag/Drop", "", "", startmove});
-    t.push_back({m, a, 7, "Modify Selection..."});
+    t.push_back({m, a, 7, "Modify Selection...", "modify", "", modifyselection});
     t.push_back({m, a, 8, "Refine elements", "refine", "", [] { refineelements(); }});
     t.push_back({m, a, 9, "Numerical Interface", "numbers"});
     t.push_back({m, a, 10, "Findpatch"});
@@ -137,7 +141,8 @@ static void addselectmenu(std::vector<menurow>& t) {
     static const char* const pictures[] = {"node", "element", "patch", "force", "graphic", "snap"};
     for (int i = 0; i <= 5; ++i)
         t.push_back({"&Select", "MnuSelectItem", i, captions[i], pictures[i], "",
-                     [i] { toggleselect(i); }, checkof(MnuSelectItem, i)});
+                     [i] { toggleselect(i); }, checkof(MnuSelectItem, i),
+                     enabledof(MnuSelectItem, i)});
 }
 
 static void addaddmenu(std::vector<menurow>& t) {
@@ -151,7 +156,12 @@ static void addaddmenu(std::vector<menurow>& t) {
     add(0, "Ready", "", [] { addready(); });
     add(1, "Free Node", "node", startaddnode);
     add(2, "Element...", "element");
-    add(3, "Mesh...", "mesh");
+    add(3, "Mesh...", "mesh", [] {
+        addready();
+        resultflag = 1;
+        mnuEditItem(0).enabled = false;
+        door().showdialog("Mselect");
+    });
     add(4, "Object...", "");
     t.push_back(separator(m, a, 5));
     const auto attributes = [](attributemodes mode) { return [mode] { startattributes(mode); }; };
@@ -163,13 +173,20 @@ static void addaddmenu(std::vector<menurow>& t) {
     t.push_back({"&Add|Loads", "mnuloads", 2, "Line Pressure Loads", "", "",
                  attributes(attributemodes::none)});
     t.push_back(separator(m, a, 8));
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 0, "Line", "graphic"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 1, "Circle Section", "circle"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 2, "Curve", "curve"});
-    t.push_back(separator("&Add|Graphics", "Mnugraphicitem", 3));
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 4, "Intersection"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 5, "Extend line"});
-    t.push_back({"&Add|Graphics", "Mnugraphicitem", 6, "Connect 3-D"});
+    const char* const drawing = "&Add|Graphics";
+    const char* const g = "Mnugraphicitem";
+    const auto draw = [](graphickinds kind) { return [kind] { startdrawing(kind); }; };
+    const auto connect = [](connectmodes mode) { return [mode] { connectgraphics(mode); }; };
+    const auto runs = [](const Flag& flag) { return [&flag] { return bool(flag); }; };
+    t.push_back({drawing, g, 0, "Line", "graphic", "", draw(kindline), runs(drawline)});
+    t.push_back(
+        {drawing, g, 1, "Circle Section", "circle", "", draw(kindcircle), runs(drawcircle)});
+    t.push_back({drawing, g, 2, "Curve", "curve", "", draw(kindcurve), runs(drawcurve)});
+    t.push_back(separator(drawing, g, 3));
+    t.push_back(
+        {drawing, g, 4, "Intersection", "intersection", "", connect(connectmodes::intersection)});
+    t.push_back({drawing, g, 5, "Extend line", "extend", "", connect(connectmodes::extend)});
+    t.push_back({drawing, g, 6, "Connect 3-D", "connect", "", connect(connectmodes::connect3d)});
 }
 
 static void adddefinemenu(std::vector<menurow>& t) {
@@ -244,12 +261,21 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back(separator(m, a, 0));
     t.push_back(
         {m, a, 1, "Deformed Shape", "deformed", "", showdeformed, checkof(menupostItem, 1)});
-    t.push_back({m, a, 2, "Contour plot", "contour"});
+    t.push_back({m, a, 2, "Contour plot", "contour", "", showcontour, checkof(menupostItem, 2)});
     t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
-    t.push_back({m, a, 4, "Element Stress ", "stress"});
-    t.push_back({m, a, 5, "Report...", "report"});
+    t.push_back(
+        {m, a, 4, "Element Stress ", "stress", "", showelementstress, checkof(menupostItem, 4)});
+    t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
-    t.push_back({m, a, 7, "Options...", "options"});
+    t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
+    const auto addswitch = [&](int i, const char* caption, bool& on) {
+        t.push_back({m, "postswitch", i, caption, "", "", [&on] { toggleswitch(on); },
+                     [&on] { return on; }});
+    };
+    t.push_back(separator(m, "postswitch", 0));
+    addswitch(1, "Even Palette", evenpalette);
+    addswitch(2, "Mark Highest and Lowest", markextremes);
+    addswitch(3, "Value at Pointer", valueatpointer);
 }
 
 static void addinformationmenu(std::vector<menurow>& t) {
@@ -260,7 +286,7 @@ static void addinformationmenu(std::vector<menurow>& t) {
     t.push_back(
         {m, "mnuAbout", 0, "&About Kalvane...", "", "", [] { door().showdialog("frmAbout"); }});
     t.push_back({m, "info", 0, "Model info...", "", "", [] { door().showdialog("modelinfo"); }});
-    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", [] { door().showdialog("demo01"); }});
+    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", rundemo});
 }
 
 static std::vector<menurow> filltable() {
@@ -322,26 +348,33 @@ void buildmenus(QMenuBar* bar) {
 static void refreshrecent() {
     const auto& files = recentfiles();
     for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
-        QAction* const action = filemenu->addAction(QString::fromStdString(files[i]));
+        QAction* const action =
+            filemenu->addAction(QString::fromStdString(files[i]).replace("&", "&&"));
         action->setObjectName(QString("mnuFileArray(%1)").arg(i));
         QObject::connect(action, &QAction::triggered, guardedcommand([i] { openrecent(int(i)); }));
         recentactions.push_back(action);
     }
 }
 
+// During an analysis, and while edges of a mesh are picked, nothing may change the model or its
+// files; shortcuts stay away with the menus.
+static bool islocked(const std::string& path) {
+    static const char* const locked[] = {"&File",   "&Edit",    "&Add",
+                                         "&Define", "A&nalyse", "&Post-Process"};
+    const std::string first = path.substr(0, path.find('|'));
+    return (menulock || edgepending) &&
+           std::ranges::any_of(locked, [&](const char* name) { return first == name; });
+}
+
 void refreshmenus() {
     for (menurow& row : menus()) {
         if (row.action == nullptr) continue;
         if (row.checked) row.action->setChecked(row.checked());
-        row.action->setEnabled(row.run && (!row.enabled || row.enabled()));
+        row.action->setEnabled(row.run && (!row.enabled || row.enabled()) && !islocked(row.menu));
     }
-    for (const char* name : {"&File", "&Edit", "&Add", "&Define", "A&nalyse", "&Post-Process"})
-        if (const auto found = built.find(name); found != built.end()) {
-            found->second->menuAction()->setEnabled(!menulock);
-            if (!menulock) continue;
-            for (QAction* action : found->second->actions()) action->setEnabled(false);
-        }
+    for (const auto& [path, menu] : built) menu->menuAction()->setEnabled(!islocked(path));
     refreshrecent();
+    for (QAction* action : recentactions) action->setEnabled(!islocked("&File"));
 }
 
 QAction* menuaction(const char* array, int index) {
@@ -351,7 +384,7 @@ QAction* menuaction(const char* array, int index) {
 }
 
 static QString plain(QString caption) {
-    return caption.remove('&').trimmed();
+    return caption.replace("&&", "\1").remove('&').replace("\1", "&").trimmed();
 }
 
 // Captions hold "/" themselves ("Drag/Drop"), so every caption that begins the path is tried.
@@ -392,6 +425,11 @@ static QMenu* addingpopup(QWidget* parent) {
     addlike(graphics, "Mnugraphicitem", 0, "Line", "grapop(0)");
     graphics->addSeparator();
     addlike(graphics, "Mnugraphicitem", 1, "Circle", "grapop(2)");
+    addlike(graphics, "Mnugraphicitem", 2, "Curve", "grapop(3)");
+    graphics->addSeparator();
+    QAction* const options = graphics->addAction("Options...");
+    options->setObjectName("grapop(5)");
+    QObject::connect(options, &QAction::triggered, [] { door().showdialog("graphoptions"); });
     addlike(menu, "Mnuadditem", 1, "Add Nodes", "popItem01(1)");
     addlike(menu, "Mnuadditem", 2, "Add elements", "popItem01(2)");
     menu->addSeparator();
@@ -409,7 +447,18 @@ static QMenu* editingpopup(QWidget* parent) {
     addlike(menu, "mnuEditItem", 6, "Move", "popItem02(2)");
     addlike(menu, "mnuEditItem", 1, "Delete", "popItem02(3)");
     menu->addSeparator();
-    addlike(menu, "mnuEditItem", 7, "Modify Selection...", "popItem02(5)");
+    QMenu* const modify = menu->addMenu("Modify Selection");
+    const auto add = [&](const char* caption, int i, bool enabled, std::function<void()> run) {
+        QAction* const item = modify->addAction(caption);
+        item->setObjectName(QString("modifypop(%1)").arg(i));
+        item->setEnabled(enabled && !menulock);
+        QObject::connect(item, &QAction::triggered, guardedcommand(std::move(run)));
+    };
+    const bool any = nodesel(0) != 0 || elemsel(0) != 0;
+    add("Nodal Loads or Constraints", 0, any, [] { startattributes(attributemodes::constraints); });
+    add("Element Loads", 1, elemsel(0) != 0, [] { startattributes(attributemodes::elementloads); });
+    add("Element properties", 2, elemsel(0) != 0, modifyselection);
+    add("Graphic Properties", 3, graphsel(0, 0) != 0, modifyselection);
     return menu;
 }
 

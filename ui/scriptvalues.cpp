@@ -13,8 +13,16 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "post/contour.h"
 #include "post/postproces.h"
+#include "post/shapes.h"
+#include "post/stressfile.h"
+#include "tools/circle.h"
+#include "tools/genmesh.h"
 #include "tools/groups.h"
+#include "tools/intersect.h"
+#include "tools/mesh2d.h"
+#include "tools/placenodes.h"
 #include "tools/sectionfile.h"
 #include "tools/sections.h"
 #include "ui/qtplatform.h"
@@ -31,6 +39,8 @@ static std::string textof(const T& value) {
         return value ? "-1" : "0";
     else if constexpr (std::is_same_v<T, menustate>)
         return value.checked ? "-1" : "0";
+    else if constexpr (std::is_same_v<T, bool>)
+        return value ? "-1" : "0";
     else if constexpr (std::is_same_v<T, Integer> || std::is_same_v<T, int>)
         return numbertext(long(int(value)));
     else
@@ -151,6 +161,17 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(lcsubname),
         // groups and sections
         NAMED(meshgroup),
+        NAMED(mesheltype),
+        NAMED(meshtype),
+        NAMED(meshok),
+        NAMED(edgeno),
+        NAMED(edgepending),
+        NAMED(meshmode),
+        NAMED(curgraph),
+        NAMED(circleradius),
+        NAMED(circleangle),
+        NAMED(extendmode),
+        {"snapon", computed([] { return std::string(MnuSelectItem(5).checked ? "-1" : "0"); })},
         NAMED(sectscale),
         {"sectcount", computed([] { return numbertext(sectcount); })},
         // session
@@ -183,6 +204,7 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(editelemload),
         NAMED(zoomwinmode),
         NAMED(viewselpending),
+        NAMED(postselpending),
         NAMED(windowdrag),
         NAMED(movepending),
         NAMED(editing),
@@ -242,6 +264,7 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(dispscale),
         NAMED(singleview),
         NAMED(vieww),
+        NAMED(toprinter),
         NAMED(viewh),
         NAMED(scalex),
         NAMED(scaley),
@@ -261,6 +284,25 @@ static const std::map<std::string, valuegetter>& values() {
         // results
         NAMED(modevalue),
         NAMED(modecount),
+        NAMED(stresscomp),
+        NAMED(stressaverage),
+        NAMED(contourdata),
+        NAMED(dispcontour),
+        NAMED(contourfilled),
+        {"autoscale", valueof(indexautoscale)},
+        NAMED(scalemax),
+        NAMED(scalemin),
+        NAMED(indexmax),
+        NAMED(indexmin),
+        NAMED(indexcolor),
+        NAMED(postset),
+        NAMED(postgroup),
+        NAMED(postcount),
+        NAMED(evenpalette),
+        NAMED(markextremes),
+        NAMED(valueatpointer),
+        {"slabel3", computed(plottext)},
+        {"modetext", computed(modetext)},
     };
     return table;
 }

@@ -1,0 +1,522 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The mesh generator: chains, nodes, elements, checks, and the way of a mesh into the model.
+#include "tools/genmesh.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <random>
+#include <set>
+
+#include "core/catalogue.h"
+#include "core/session.h"
+#include "edit/selection.h"
+#include "tests/support/recorder.h"
+#include "tests/tools/drawn.h"
+#include "tools/Surfaces.h"
+#include "tools/circle.h"
+#include "tools/groups.h"
+#include "tools/mesh2d.h"
+#include "view/moddraw.h"
+
+static void setedge(int e, const std::vector<int>& chain) {
+    graphmesh(e, 0) = int(chain.size());
+    for (std::size_t k = 0; k < chain.size(); ++k) graphmesh(e, long(k) + 1) = chain[k];
+}
+
+// The dialog with a kind of mesh and its edges filled.
+static mesh2dform openwith(int type, const std::vector<std::vector<int>>& edges) {
+    mesh2dform form = openmesh2d();
+    choosemeshtype(form, type);
+    for (std::size_t e = 0; e < edges.size(); ++e) setedge(int(e) + 1, edges[e]);
+    return form;
+}
+
+// A rectangle 4 by 2: edges 1 and 2 along x with n1 spaces, 3 and 4 along y with n3.
+static std::vector<std::vector<int>> rectangle(float n1 = 4, float n3 = 2) {
+    const int a = addline({0, 0, 0}, {4, 0, 0}, n1), b = addline({0, 2, 0}, {4, 2, 0}, n1),
+              c = addline({0, 0, 0}, {0, 2, 0}, n3), d = addline({4, 0, 0}, {4, 2, 0}, n3);
+    return {{a}, {b}, {c}, {d}};
+}
+
+static point3 placeof(int n) {
+    return {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)};
+}
+
+// Area of an element in the xy plane, positive when its corners turn to the left.
+static double areaof(int e) {
+    const int corners = nodesoftype(elems(e, 0));
+    double area = 0;
+    for (int k = 1; k <= corners; ++k) {
+        const point3 a = placeof(int(elems(e, k))), b = placeof(int(elems(e, k % corners + 1)));
+        area += (a[0] * b[1] - b[0] * a[1]) / 2;
+    }
+    return area;
+}
+
+static double wholearea() {
+    double sum = 0;
+    for (int e = 1; e <= nelems(); ++e) sum += areaof(e);
+    return sum;
+}
+
+static bool samesigns() {
+    for (int e = 2; e <= nelems(); ++e)
+        if (areaof(e) * areaof(1) <= 0) return false;
+    return nelems() > 0;
+}
+
+TEST(Genmesh, TheChoicesFollowTheKindOfMesh) {
+    sessionroom room;
+    mesh2dform form = openmesh2d();
+    EXPECT_TRUE(meshmode);
+    EXPECT_EQ(meshgroup, 1);
+    EXPECT_FALSE(MnuSelectItem(0).enabled);
+    EXPECT_TRUE(MnuSelectItem(4).enabled);
+    const struct {
+        int type, edges, corners;
+        const char* frame;
+        bool can;
+    } cases[] = {{0, 4, 4, "Quadrilateral Mesh", true},
+                 {1, 3, 3, "Triangular Mesh", true},
+                 {2, 3, 4, "Transition Mesh", false},
+                 {3, 1, 2, "Line Mesh", true}};
+    for (const auto& c : cases) {
+        choosemeshtype(form, c.type);
+        EXPECT_EQ(meshtype, meshtypes[c.type]);
+        EXPECT_EQ(form.edges, c.edges);
+        EXPECT_EQ(form.frame, c.frame);
+        EXPECT_EQ(form.cangenerate, c.can);
+        EXPECT_EQ(form.typenodes, std::to_string(c.corners));
+        for (std::size_t i = 0; i < form.types.size(); ++i) {
+            chooseelementtype(form, int(i));
+            EXPECT_EQ(eltypnodes(mesheltype), c.corners) << form.types[i];
+        }
+    }
+    closemesh2d(form);
+    EXPECT_FALSE(meshmode);
+    EXPECT_TRUE(MnuSelectItem(0).enabled);
+}
+
+TEST(Genmesh, AnEdgeTakesThePickedElements) {
+    sessionroom room;
+    const auto edges = rectangle();
+    mesh2dform form = openmesh2d();
+    startedge(form, 2);
+    EXPECT_EQ(edgeno, 2);
+    EXPECT_TRUE(edgepending);
+    EXPECT_NE(promptaction.find('3'), std::string::npos);
+    selectgraphicelement(3);
+    selectgraphicelement(1);
+    takeedge(form);
+    EXPECT_FALSE(edgepending);
+    EXPECT_EQ(graphmesh(3, 0), 2);
+    EXPECT_EQ(graphmesh(3, 1), 3);
+    EXPECT_EQ(graphmesh(3, 2), 1);
+    EXPECT_EQ(form.count[2], "7");  // 1 + 2 + 4 spaces
+    takeedge(form);                 // nothing is awaited any more
+    EXPECT_EQ(graphmesh(3, 0), 2);
+}
+
+TEST(Genmesh, ARectangleOfQuadrilaterals) {
+    sessionroom room;
+    mesh2dform form = openwith(0, rectangle());
+    generatemesh(form);
+    ASSERT_TRUE(meshok) << form.message;
+    EXPECT_EQ(tmpnodes(0, 0), 5 + 5 + 3 + 3 + 3);  // corners twice, three nodes within
+    EXPECT_EQ(tmpelems(0, 0), 8);
+    EXPECT_EQ(nnodes(), 0);
+    EXPECT_EQ(ngraphics(), 4);
+    acceptmesh(form);
+    EXPECT_EQ(nnodes(), 15);
+    EXPECT_EQ(nelems(), 8);
+    EXPECT_EQ(tmpnodes(0, 0), 0);
+    EXPECT_EQ(int(elemsel(0)), 8);
+    std::set<std::array<float, 2>> places;
+    for (int n = 1; n <= nnodes(); ++n) places.insert({nodes(0, n, 0), nodes(0, n, 1)});
+    for (int i = 0; i <= 4; ++i)
+        for (int j = 0; j <= 2; ++j)
+            EXPECT_TRUE(places.count({float(i), float(j)})) << i << "," << j;
+    for (int e = 1; e <= 8; ++e) {
+        EXPECT_NEAR(std::fabs(areaof(e)), 1, 1e-6);
+        EXPECT_EQ(elems(e, 0), mesheltype);
+        EXPECT_EQ(egroup(e), 1);
+    }
+    EXPECT_TRUE(samesigns());
+    EXPECT_EQ(resultflag, 1);
+    // the order of the corners: along edge 3 first, rows along edge 1
+    const auto at = [](int e, int k) { return placeof(int(elems(e, k))); };
+    EXPECT_EQ(at(1, 1), (point3{0, 0, 0}));
+    EXPECT_EQ(at(1, 2), (point3{0, 1, 0}));
+    EXPECT_EQ(at(1, 3), (point3{1, 1, 0}));
+    EXPECT_EQ(at(1, 4), (point3{1, 0, 0}));
+    EXPECT_EQ(at(2, 1), (point3{0, 1, 0}));
+    EXPECT_EQ(at(3, 1), (point3{1, 0, 0}));
+}
+
+TEST(Genmesh, WithoutMergingCornersStandTwice) {
+    sessionroom room;
+    automergenodes = automergeelems = false;
+    mesh2dform form = openwith(0, rectangle());
+    generatemesh(form);
+    acceptmesh(form);
+    EXPECT_EQ(nnodes(), 19);
+    EXPECT_EQ(nelems(), 8);
+}
+
+TEST(Genmesh, TheWayElementsWereDrawnDoesNotMatter) {
+    // Turned at random, in chains of two pieces in any order, with factors: always the same nodes.
+    std::vector<std::array<float, 3>> reference;
+    std::mt19937 random(7);
+    for (int round = 0; round < 40; ++round) {
+        sessionroom room;
+        const auto add = [&](point3 a, point3 b, float n, float f) {
+            if (round > 0 && random() % 2) {
+                std::swap(a, b);
+                f = 1 / f;
+            }
+            return addline(a, b, n, f);
+        };
+        std::vector<int> one = {add({0, 0, 0}, {3, 0, 0}, 3, 2), add({3, 0, 0}, {4, 1, 0}, 2, 1)};
+        std::vector<int> two = {add({0, 2, 1}, {4, 3, 0}, 5, 0.5f)};
+        std::vector<int> three = {add({0, 0, 0}, {0, 2, 1}, 4, 4)};
+        std::vector<int> four = {add({4, 1, 0}, {4, 2, 0}, 1, 1), add({4, 2, 0}, {4, 3, 0}, 3, 2)};
+        if (round > 0) {
+            std::ranges::shuffle(one, random);
+            std::ranges::shuffle(four, random);
+        }
+        mesh2dform form = openwith(0, {one, two, three, four});
+        generatemesh(form);
+        ASSERT_TRUE(meshok) << form.message;
+        std::vector<std::array<float, 3>> found;
+        for (int n = 1; n <= int(tmpnodes(0, 0)); ++n)
+            found.push_back({tmpnodes(n, 1), tmpnodes(n, 2), tmpnodes(n, 3)});
+        if (round == 0) reference = found;
+        ASSERT_EQ(found.size(), reference.size());
+        for (std::size_t i = 0; i < found.size(); ++i)
+            for (std::size_t k = 0; k < 3; ++k)
+                EXPECT_NEAR(found[i][k], reference[i][k], 2e-6) << round << ": node " << i + 1;
+    }
+}
+
+TEST(Genmesh, AReversedElementHasItsFactorInverted) {
+    sessionroom room;
+    auto edges = rectangle();
+    edges[0] = {addline({4, 0, 0}, {0, 0, 0}, 4, 2)};
+    mesh2dform form = openwith(0, edges);
+    generatemesh(form);
+    ASSERT_TRUE(meshok);
+    EXPECT_EQ(graphics(5, 0, 2), 0.5f);
+    EXPECT_EQ(graphics(5, 1, 1), 0);
+    EXPECT_EQ(graphics(5, 2, 1), 4);
+}
+
+// Nodes of a Coons patch, G. Farin, Curves and Surfaces for CAGD, chapter 22: the two ruled
+// surfaces less the bilinear one.
+TEST(Genmesh, CurvedEdgesGiveTheCoonsPatch) {
+    sessionroom room;
+    const int m = 6, n = 5;
+    const int a = addgraphic(kindcircle, {0, 0, 0}, {5, 0, 0}, {2.5, -1, 0}, m),
+              b = addgraphic(kindcurve, {0, 4, 1}, {5, 5, 0}, {2, 8, 2}, m, 1.3f),
+              c = addgraphic(kindcurve, {0, 0, 0}, {0, 4, 1}, {-1, 2, 3}, n),
+              d = addgraphic(kindcircle, {5, 0, 0}, {5, 5, 0}, {6, 2, 1}, n, 0.8f);
+    const auto along = [](int g, double i) {
+        setgraphic(graphics, g);
+        return graphicpoint(spacingat(i, graphics(g, 0, 1), graphics(g, 0, 2)));
+    };
+    mesh2dform form = openwith(0, {{a}, {b}, {c}, {d}});
+    generatemesh(form);
+    ASSERT_TRUE(meshok) << form.message;
+    const point3 p00 = along(a, 0), p10 = along(a, m), p01 = along(b, 0), p11 = along(b, m);
+    for (int i = 0; i <= m; ++i)
+        for (int j = 0; j <= n; ++j) {
+            const double s = double(i) / m, t = double(j) / n;
+            const point3 wanted =
+                (1 - t) * along(a, i) + t * along(b, i) + (1 - s) * along(c, j) + s * along(d, j) -
+                ((1 - s) * ((1 - t) * p00 + t * p01) + s * ((1 - t) * p10 + t * p11));
+            const int node = edgegrid(i + 1, j + 1);
+            for (std::size_t k = 0; k < 3; ++k)
+                EXPECT_NEAR(tmpnodes(node, long(k) + 1), wanted[k], 5e-6) << i << "," << j;
+        }
+}
+
+TEST(Genmesh, TrianglesFillATriangle) {
+    for (const float n : {1.0f, 2.0f, 3.0f, 7.0f}) {
+        sessionroom room;
+        const int a = addline({0, 0, 0}, {6, 0, 0}, n), b = addline({6, 0, 0}, {2, 4, 0}, n),
+                  c = addline({0, 0, 0}, {2, 4, 0}, n);
+        mesh2dform form = openwith(1, {{a}, {b}, {c}});
+        generatemesh(form);
+        ASSERT_TRUE(meshok) << form.message;
+        acceptmesh(form);
+        const int m = int(n);
+        EXPECT_EQ(nnodes(), (m + 1) * (m + 2) / 2);
+        EXPECT_EQ(nelems(), m * m);
+        EXPECT_NEAR(std::fabs(wholearea()), 12, 1e-5);
+        for (int e = 1; e <= nelems(); ++e)
+            EXPECT_NEAR(std::fabs(areaof(e)), 12.0 / (m * m), 1e-5) << e;
+        EXPECT_TRUE(samesigns());
+    }
+}
+
+TEST(Genmesh, ACurvedTriangleDoesNotFold) {
+    // A quarter of a disc, with the arc as each of the three edges in turn.
+    for (int arc = 0; arc < 3; ++arc) {
+        sessionroom room;
+        const double r = 3, h = r / std::sqrt(2.0);
+        const point3 centre = {0, 0, 0}, right = {r, 0, 0}, top = {0, r, 0};
+        const int lines[] = {addgraphic(kindcircle, right, top, {h, h, 0}, 10),
+                             addline(top, centre, 10), addline(centre, right, 10)};
+        std::vector<std::vector<int>> edges;
+        for (int e = 0; e < 3; ++e) edges.push_back({lines[(e + arc) % 3]});
+        mesh2dform form = openwith(1, edges);
+        generatemesh(form);
+        ASSERT_TRUE(meshok) << form.message;
+        acceptmesh(form);
+        EXPECT_EQ(nnodes(), 66);
+        EXPECT_TRUE(samesigns()) << arc;
+        // the disc as a polygon of 40 sides
+        EXPECT_NEAR(std::fabs(wholearea()), 10 * r * r / 2 * std::sin(pi / 20), 1e-4) << arc;
+    }
+}
+
+TEST(Genmesh, LineMeshesKeepTheirAsymmetries) {
+    const auto line = [](double from, float n) {
+        return addline({from, 0, 0}, {from + 2, 0, 0}, n);
+    };
+    const auto circle = [](double from, float n) {
+        return addgraphic(kindcircle, {from, 0, 0}, {from + 2, 0, 0}, {from + 1, 1, 0}, n);
+    };
+    const auto curve = [](double from, float n) {
+        return addgraphic(kindcurve, {from, 0, 0}, {from + 2, 0, 0}, {from + 1, 1, 0}, n);
+    };
+    const struct {
+        const char* name;
+        char first, second;   // pieces of 3 and 2 spaces; blank: none
+        int nodes, elements;  // of the buffer
+    } cases[] = {
+        {"line", 'l', ' ', 4 + 4, 3},
+        {"curve", 'c', ' ', 4 + 4, 0},
+        {"circle", 'o', ' ', 4 + 4, 3},
+        {"lines double their joint", 'l', 'l', 6 + 7, 5},
+        {"a circle that is not last lacks its end", 'o', 'l', 6 + 6, 4},
+        {"a circle that is last has it", 'l', 'o', 6 + 7, 5},
+        {"curve and line", 'c', 'l', 6 + 7, 2},
+    };
+    for (const auto& c : cases) {
+        sessionroom room;
+        const auto make = [&](char kind, double from, float n) {
+            return kind == 'l' ? line(from, n) : kind == 'o' ? circle(from, n) : curve(from, n);
+        };
+        std::vector<int> chain = {make(c.first, 0, 3)};
+        if (c.second != ' ') chain.push_back(make(c.second, 2, 2));
+        mesh2dform form = openwith(3, {chain});
+        generatemesh(form);
+        ASSERT_TRUE(meshok) << c.name << form.message;
+        EXPECT_EQ(tmpnodes(0, 0), c.nodes) << c.name;
+        EXPECT_EQ(tmpelems(0, 0), c.elements) << c.name;
+        for (int e = 1; e <= int(tmpelems(0, 0)); ++e)
+            EXPECT_EQ(tmpelems(e, 2), tmpelems(e, 1) + 1) << c.name;
+        const bool hint = c.first == 'c';
+        EXPECT_EQ(form.message.find("a curve gives nodes but no elements") != std::string::npos,
+                  hint)
+            << c.name;
+    }
+}
+
+// --- what is refused ----------------------------------------------------------------------------
+
+TEST(Genmesh, WhatCanNotBeMeshedIsToldAndChangesNothing) {
+    using edgelist = std::vector<std::vector<int>>;
+    const struct {
+        const char* name;
+        int type;
+        std::function<edgelist()> edges;
+        const char* message;
+    } cases[] = {
+        {"quad counts", 0,
+         [] {
+             edgelist e = rectangle();
+             graphics(1, 0, 1) = 5;
+             graphics(3, 0, 1) = 7;
+             return e;
+         },
+         " Number of nodes of Edge 1 and Edge 2 should be equal.  Number of nodes of Edge 3 and "
+         "Edge 4 should be equal. "},
+        {"triangle counts", 1,
+         [] {
+             return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 2)},
+                             {addline({1, 0, 0}, {0, 1, 0}, 2)},
+                             {addline({0, 1, 0}, {0, 0, 0}, 3)}};
+         },
+         " Number of nodes of Edge 1, Edge 2 and Edge 3 should be equal. "},
+        {"as many nodes as declared", 0, [] { return rectangle(199, 2); },
+         " To many nodes on edge 1 To many nodes on edge 2"},
+        {"spaces without end", 3,
+         [] {
+             return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 1e9f)}};
+         },
+         " To many nodes on edge 1"},
+        {"gap at the joint", 0,
+         [] {
+             edgelist e = rectangle();
+             graphics(3, 1, 1) = 0.0011f;
+             return e;
+         },
+         "Error: Edge 1 and edge 3 have no common joint"},
+        {"no edges", 0,
+         [] {
+             return edgelist{{}, {}, {}, {}};
+         },
+         "Error: Edge 1 and edge 3 have no common joint"},
+        {"no line", 3, [] { return edgelist{{}}; }, "Error: edge 1 has no graphic elements"},
+        {"gap within a chain", 3,
+         [] {
+             return edgelist{{addline({0, 0, 0}, {1, 0, 0}), addline({1.1, 0, 0}, {2, 0, 0})}};
+         },
+         "Error: the graphic elements of edge 1 do not form a chain from its first joint"},
+        {"far corner open", 0,
+         [] {
+             edgelist e = rectangle();
+             graphics(4, 2, 2) = 2.5f;
+             return e;
+         },
+         "Error: Edge 2 and edge 4 have no common joint"},
+        {"picked twice", 0,
+         [] {
+             edgelist e = rectangle();
+             e[1] = e[0];
+             return e;
+         },
+         " Graphic element 1 is on edge 1 and on edge 2. "},
+        {"factor below 0", 0,
+         [] {
+             edgelist e = rectangle();
+             graphics(2, 0, 2) = -1;
+             return e;
+         },
+         " Distribution factor of graphic element 2 should be above 0. "},
+        {"no spaces", 3,
+         [] {
+             return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 0)}};
+         },
+         "Error: edge 1 has less than two nodes"},
+        {"a part of a space", 3,
+         [] {
+             return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 2.5f)}};
+         },
+         " Spaces of graphic element 1 should be a whole number. "},
+    };
+    for (const auto& c : cases) {
+        sessionroom room;
+        mesh2dform form = openwith(c.type, c.edges());
+        tmpnodes(0, 0) = 2;  // of an earlier mesh
+        generatemesh(form);
+        EXPECT_FALSE(meshok) << c.name;
+        EXPECT_EQ(form.message, c.message) << c.name;
+        EXPECT_EQ(tmpnodes(0, 0), 2) << c.name;
+        EXPECT_EQ(tmpelems(0, 0), 0) << c.name;
+        EXPECT_EQ(nnodes(), 0) << c.name;
+    }
+}
+
+TEST(Genmesh, RoomIsNeededForNodesAndElements) {
+    // The estimates: e3 e1 + 2 e3 + 2 e1 nodes, (e3 - 1)(e1 - 1) elements, with 60 x 70 nodes.
+    const int nodesneeded = 70 * 60 + 2 * 70 + 2 * 60, elemsneeded = 69 * 59;
+    const struct {
+        int nodesroom, elemsroom;
+        const char* message;
+    } cases[] = {
+        {nodesneeded, elemsneeded, ""},
+        {nodesneeded - 1, elemsneeded, " Too many nodes, increase node declaration. "},
+        {nodesneeded, elemsneeded - 1, " Too many elements, increase element declaration. "},
+    };
+    for (const auto& c : cases) {
+        sessionroom room;
+        mesh2dform form = openwith(0, rectangle(59, 69));
+        nodes(0, 0, 0) = float(modelsize(1) - c.nodesroom);
+        elems(0, 0) = float(modelsize(2) - c.elemsroom);
+        generatemesh(form);
+        EXPECT_EQ(bool(meshok), *c.message == 0);
+        if (*c.message != 0) {
+            EXPECT_EQ(form.message, c.message);
+        }
+        nodes(0, 0, 0) = elems(0, 0) = 0;
+    }
+}
+
+TEST(Genmesh, ASecondMeshComesOnTopUntilReset) {
+    sessionroom room;
+    mesh2dform form = openwith(0, rectangle());
+    generatemesh(form);
+    generatemesh(form);
+    EXPECT_EQ(tmpnodes(0, 0), 38);
+    EXPECT_EQ(tmpelems(0, 0), 16);
+    resetmesh(form);
+    EXPECT_EQ(tmpnodes(0, 0), 0);
+    acceptmesh(form);
+    EXPECT_EQ(nnodes(), 0);
+    EXPECT_EQ(patches(0, 0, 0), 0);
+    generatemesh(form);  // the edges are still known
+    EXPECT_EQ(tmpelems(0, 0), 8);
+    closemesh2d(form);
+    EXPECT_EQ(tmpelems(0, 0), 0);
+}
+
+// --- patches ------------------------------------------------------------------------------------
+
+TEST(Patches, AcceptingStoresTheRecipe) {
+    sessionroom room;
+    auto edges = rectangle();
+    mesh2dform form = openwith(0, edges);
+    addgroup(*std::make_unique<groupform>());
+    form.groups = {"b", "a"};
+    choosemeshgroup(form, 0);
+    EXPECT_EQ(meshgroup, 2);
+    generatemesh(form);
+    acceptmesh(form);
+    ASSERT_EQ(patches(0, 0, 0), 1);
+    EXPECT_EQ(patches(1, 0, 0), 4);
+    EXPECT_EQ(patches(1, 0, 1), mesheltype);
+    EXPECT_EQ(patches(1, 0, 2), 2);
+    for (int e = 1; e <= 4; ++e) {
+        EXPECT_EQ(patches(1, e, 0), 1);
+        EXPECT_EQ(patches(1, e, 1), edges[std::size_t(e - 1)][0]);
+    }
+    EXPECT_EQ(egroup(8), 2);
+}
+
+TEST(Patches, AChainTooLongForAPatchStillGivesItsMesh) {
+    sessionroom room;
+    std::vector<int> chain;
+    for (int i = 0; i < 21; ++i) chain.push_back(addline({double(i), 0, 0}, {i + 1.0, 0, 0}));
+    mesh2dform form = openwith(3, {chain});
+    generatemesh(form);
+    acceptmesh(form);
+    EXPECT_EQ(nelems(), 21);
+    EXPECT_EQ(nnodes(), 22);
+    EXPECT_EQ(patches(0, 0, 0), 0);
+    EXPECT_NE(form.message.find("21 graphic elements, a patch holds 20"), std::string::npos);
+}
+
+TEST(Patches, TheSecondListRebuildsTheMesh) {
+    sessionroom room;
+    mesh2dform form = openwith(0, rectangle());
+    generatemesh(form);
+    acceptmesh(form);
+    for (int g = 0; g <= 4; ++g)
+        for (int j = 0; j <= 3; ++j)
+            for (int k = 0; k <= 3; ++k)
+                graphics2(g, j, k) = graphics(g, j, k) + (g > 0 && j > 0 && k == 3 ? 5 : 0);
+    ASSERT_TRUE(rebuildpatch(1));
+    EXPECT_EQ(tmpnodes(0, 0), 19);
+    EXPECT_EQ(tmpelems(0, 0), 8);
+    for (int n = 1; n <= 19; ++n) EXPECT_EQ(tmpnodes(n, 3), 5);
+    graphics2(3, 1, 1) = 9;  // no longer closed
+    EXPECT_FALSE(rebuildpatch(1));
+    EXPECT_EQ(tmpnodes(0, 0), 19);
+    graphics2(3, 0, 0) = 0;
+    EXPECT_FALSE(rebuildpatch(1));
+    EXPECT_FALSE(rebuildpatch(1, 1));
+    EXPECT_TRUE(room.door.messages.empty());
+}

@@ -1,0 +1,354 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Geometry of graphic elements, their cutting, and their picture.
+#include "tools/Graphics.h"
+
+#include <cmath>
+#include <random>
+
+#include "core/colours.h"
+#include "core/session.h"
+#include "edit/find.h"
+#include "tests/support/recorder.h"
+#include "tests/tools/drawn.h"
+#include "tools/circle.h"
+#include "tools/intersect.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+#include "view/setviews.h"
+
+static void expectpoint(const point3& found, const point3& wanted, double tolerance,
+                        const std::string& name = "") {
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], tolerance) << name;
+}
+
+TEST(Graphics, SpacingCrowdsTowardsAnEnd) {
+    const struct {
+        double i, n, f, t;
+    } cases[] = {
+        {0, 4, 1, 0},      {1, 4, 1, 0.25},     {4, 4, 1, 1},   {1, 2, 2, 0.25},
+        {1, 2, 0.5, 0.75}, {1, 4, 3, 1.0 / 64}, {2, 2, 0.5, 1}, {0, 2, 0.5, 0},
+        {1, 2, 0, 0.5},    {1, 2, -3, 0.5},     {0, 0, 1, 0},   {1, -5, 1, 1},
+        {1, 1e9, 1, 1e-9}, {1e9, 1e9, 1e-6, 1},
+    };
+    for (const auto& c : cases)
+        EXPECT_NEAR(spacingat(c.i, c.n, c.f), c.t, 1e-15) << c.i << " " << c.n << " " << c.f;
+    for (const double f : {0.2, 0.7, 1.0, 1.6, 5.0})
+        for (int i = 0; i <= 7; ++i)
+            EXPECT_NEAR(spacingat(i, 7, f), 1 - spacingat(7 - i, 7, 1 / f), 1e-14) << f;
+}
+
+TEST(Graphics, ACurveDoesNotPassThroughItsThirdPoint) {
+    sessionroom room;
+    const int g = addgraphic(kindcurve, {0, 0, 0}, {2, 0, 0}, {1, 2, 0});
+    ASSERT_TRUE(setgraphic(graphics, g));
+    expectpoint(graphicpoint(0), {0, 0, 0}, 0);
+    expectpoint(graphicpoint(0.5), {1, 1, 0}, 1e-12);
+    expectpoint(graphicpoint(1), {2, 0, 0}, 0);
+    EXPECT_EQ(curvedeg, 2);
+    EXPECT_EQ(curvebinom[1], 2);
+    EXPECT_EQ(curvex[2], 1);
+}
+
+TEST(Graphics, ACircleGoesThroughItsThreePoints) {
+    sessionroom room;
+    std::mt19937 random(20240811);
+    std::uniform_real_distribution<double> turn(0.05, 2 * pi - 0.5), place(-50, 50);
+    for (int i = 0; i < 300; ++i) {
+        // A circle in a plane at random, three points on it in order of angle.
+        const point3 centre = {place(random), place(random), place(random)};
+        point3 u = {place(random), place(random), place(random)};
+        u = (1 / lengthof(u)) * u;
+        point3 n = cross(u, {place(random), place(random), place(random)});
+        n = (1 / lengthof(n)) * n;
+        const point3 v = cross(n, u);
+        const double radius = 1 + std::fabs(place(random)), swept = turn(random);
+        const auto at = [&](double a) {
+            return centre + (radius * std::cos(a)) * u + (radius * std::sin(a)) * v;
+        };
+        const int g = addgraphic(kindcircle, at(0), at(swept), at(swept * 0.4));
+        ASSERT_TRUE(evaluatecircle(graphics, g));
+        if (kindof(graphics, g) == kindline) {
+            EXPECT_GT(radius, 14.9 * lengthof(at(swept) - at(0)));
+            continue;
+        }
+        const double tolerance = 2e-3 * radius;  // the points are Singles, short arcs amplify
+        EXPECT_NEAR(circleradius, radius, tolerance) << i;
+        EXPECT_NEAR(circleangle, swept, 2e-3) << i;
+        ASSERT_TRUE(setgraphic(graphics, g));
+        expectpoint(graphicpoint(0), at(0), 1e-4, "start");
+        expectpoint(graphicpoint(1), at(swept), 1e-4, "end");
+        EXPECT_NEAR(lengthof(circlen), 1, 1e-12);
+    }
+}
+
+TEST(Graphics, HalfCirclesAndLongArcs) {
+    sessionroom room;
+    const struct {
+        const char* name;
+        point3 p3;
+        double radius, angle;
+    } cases[] = {
+        {"half", {0, 1, 0}, 1, pi},
+        {"half below", {0, -1, 0}, 1, pi},
+        {"long", {0, 2, 0}, 1.25, 2 * pi - 2 * std::asin(0.8)},
+        {"short", {0, 0.5, 0}, 1.25, 2 * std::asin(0.8)},
+    };
+    for (const auto& c : cases) {
+        const int g = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, c.p3);
+        ASSERT_TRUE(evaluatecircle(graphics, g)) << c.name;
+        EXPECT_NEAR(circleradius, c.radius, 1e-6) << c.name;
+        EXPECT_NEAR(circleangle, c.angle, 1e-6) << c.name;
+        const point3 top = circlepoint(circleangle / 2);
+        expectpoint(top, c.p3, 1e-6, c.name);
+    }
+}
+
+TEST(Graphics, ANearlyStraightArcBecomesALine) {
+    sessionroom room;
+    // Sagitta s over chord 2: R = (1 + s^2) / (2 s); 15 chords are 30.
+    const auto sagitta = [](double r) { return r - std::sqrt(r * r - 1); };
+    const int under = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, sagitta(29.9), 0});
+    const int above = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, sagitta(30.1), 0});
+    EXPECT_TRUE(evaluatecircle(graphics, under));
+    EXPECT_TRUE(evaluatecircle(graphics, above));
+    EXPECT_EQ(kindof(graphics, under), kindcircle);
+    EXPECT_EQ(kindof(graphics, above), kindline);
+}
+
+TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
+    sessionroom room;
+    const int good = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0});
+    const int bad[] = {
+        addgraphic(kindcircle, {0, 0, 0}, {2, 0, 0}, {1, 0, 0}),  // collinear
+        addgraphic(kindcircle, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}),  // one point
+        addgraphic(kindcircle, {3, 3, 3}, {3, 3, 3}, {1, 0, 0}),  // no chord
+    };
+    ASSERT_TRUE(evaluatecircle(graphics, good));
+    for (const int g : bad) {
+        EXPECT_FALSE(evaluatecircle(graphics, g));
+        EXPECT_NEAR(circleradius, 1, 1e-12);
+        ASSERT_TRUE(setgraphic(graphics, g));
+        expectpoint(graphicpoint(1), definitionpoint(graphics, g, 2), 0);  // drawn as the chord
+        EXPECT_EQ(kindof(graphics, g), kindcircle);
+    }
+    EXPECT_FALSE(setgraphic(graphics, 5));  // a free slot
+}
+
+TEST(Graphics, ANewRadiusKeepsTheEndsAndTheSide) {
+    sessionroom room;
+    const int g = addgraphic(kindcircle, {2, 0, 1}, {-2, 0, 1}, {0, -1, 1});
+    for (const double radius : {2.5, 7.0, 59.0}) {
+        setradius(graphics, g, radius);
+        ASSERT_TRUE(evaluatecircle(graphics, g));
+        EXPECT_NEAR(circleradius, radius, 1e-4 * radius);
+        EXPECT_LT(graphics(g, 3, 2), 0);
+        EXPECT_LE(circleangle, pi);
+    }
+    setradius(graphics, g, 1);  // less than half the chord
+    ASSERT_TRUE(evaluatecircle(graphics, g));
+    EXPECT_NEAR(circleradius, 2, 1e-6);
+    EXPECT_NEAR(graphics(g, 3, 2), -2, 1e-6);
+    setradius(graphics, g, 61);  // more than 15 chords
+    EXPECT_EQ(kindof(graphics, g), kindline);
+}
+
+TEST(Graphics, ThePickedEndMovesWithTheLength) {
+    sessionroom room;
+    const int g = addline({1, 1, 0}, {4, 5, 0});
+    EXPECT_EQ(lengthofline(graphics, g), 5);
+    selectgraphicelement(g, 2);
+    linelength = 10;
+    dline(1);
+    expectpoint(definitionpoint(graphics, g, 1), {1, 1, 0}, 0);
+    expectpoint(definitionpoint(graphics, g, 2), {7, 9, 0}, 1e-6);
+    graphsel(1, 1) = 1;
+    linelength = 5;
+    dline(1);
+    expectpoint(definitionpoint(graphics, g, 1), {4, 5, 0}, 1e-6);
+    const int none = addline({2, 2, 2}, {2, 2, 2});
+    graphsel(1, 0) = none;
+    dline(1);
+    expectpoint(definitionpoint(graphics, none, 2), {2, 2, 2}, 0);
+}
+
+// --- cutting ------------------------------------------------------------------------------------
+
+TEST(Intersect, CrossingLinesYieldFour) {
+    sessionroom room;
+    selectgraphicelement(addline({0, 0, 0}, {4, 0, 0}, 7, 2));
+    selectgraphicelement(addline({1, -1, 0}, {1, 3, 0}));
+    connectgraphics(connectmodes::intersection);
+    ASSERT_EQ(ngraphics(), 4);
+    EXPECT_EQ(graphsel(0, 0), 4);
+    EXPECT_EQ(graphics(1, 0, 1), 7);  // the old one keeps its spaces and factor
+    EXPECT_EQ(graphics(1, 0, 2), 2);
+    for (const int g : {3, 4}) {
+        EXPECT_EQ(kindof(graphics, g), kindline);
+        EXPECT_EQ(graphics(g, 0, 1), 1);
+        EXPECT_EQ(graphics(g, 0, 2), 1);
+    }
+    expectpoint(definitionpoint(graphics, 1, 2), {1, 0, 0}, 1e-6);
+    expectpoint(definitionpoint(graphics, 3, 1), {1, 0, 0}, 1e-6);
+    expectpoint(definitionpoint(graphics, 3, 2), {4, 0, 0}, 0);
+    expectpoint(definitionpoint(graphics, 2, 2), {1, 0, 0}, 1e-6);
+    expectpoint(definitionpoint(graphics, 4, 2), {1, 3, 0}, 0);
+}
+
+TEST(Intersect, LinesThatDoNotCross) {
+    const struct {
+        const char* name;
+        point3 a1, a2, b1, b2;
+        int intersected, extended;  // elements afterwards
+    } cases[] = {
+        {"meet at an end", {0, 0, 0}, {2, 0, 0}, {2, 0, 0}, {2, 5, 0}, 2, 2},
+        {"parallel", {0, 0, 0}, {2, 0, 0}, {0, 1, 0}, {2, 1, 0}, 2, 2},
+        {"on one line", {0, 0, 0}, {2, 0, 0}, {3, 0, 0}, {5, 0, 0}, 2, 2},
+        {"no length", {1, 0, 0}, {1, 0, 0}, {0, 0, 0}, {2, 0, 0}, 2, 2},
+        {"short of each other", {0, 0, 0}, {2, 0, 0}, {4, 1, 0}, {4, 3, 0}, 2, 4},
+        {"one falls short", {0, 0, 0}, {2, 0, 0}, {4, -1, 0}, {4, 3, 0}, 3, 4},
+        {"within the tolerance of the end",
+         {0, 0, 0},
+         {2, 0, 0},
+         {1.9995, -1, 0},
+         {1.9995, 1, 0},
+         3,
+         3},
+    };
+    for (const auto& c : cases)
+        for (const bool extend : {false, true}) {
+            sessionroom room;
+            selectgraphicelement(addline(c.a1, c.a2));
+            selectgraphicelement(addline(c.b1, c.b2));
+            connectgraphics(extend ? connectmodes::extend : connectmodes::intersection);
+            EXPECT_EQ(ngraphics(), extend ? c.extended : c.intersected) << c.name << extend;
+        }
+}
+
+TEST(Intersect, AGridOfLinesIsCutEverywhere) {
+    sessionroom room;
+    const int n = 4;
+    for (int i = 1; i <= n; ++i) {
+        selectgraphicelement(addline({double(i), 0, 0}, {double(i), n + 1.0, 0}));
+        selectgraphicelement(addline({0, double(i), 0}, {n + 1.0, double(i), 0}));
+    }
+    connectgraphics(connectmodes::intersection);
+    EXPECT_EQ(ngraphics(), 2 * n * (n + 1));
+    double length = 0;
+    for (int g = 1; g <= ngraphics(); ++g) {
+        EXPECT_NEAR(lengthofline(graphics, g), 1, 1e-5) << g;
+        length += lengthofline(graphics, g);
+    }
+    EXPECT_NEAR(length, 2 * n * (n + 1), 1e-4);
+}
+
+TEST(Intersect, ACircleCutsALineTwiceInPlan) {
+    sessionroom room;
+    selectgraphicelement(addgraphic(kindcircle, {2, 0, 7}, {-2, 0, 7}, {0, 2, 7}));
+    selectgraphicelement(addline({-5, 1, 0}, {5, 1, 0}, 3));
+    connectgraphics(connectmodes::intersection);
+    ASSERT_EQ(ngraphics(), 4);
+    const double x = std::sqrt(3.0);
+    EXPECT_EQ(kindof(graphics, 1), kindcircle);
+    expectpoint(definitionpoint(graphics, 2, 1), {-5, 1, 0}, 0);
+    expectpoint(definitionpoint(graphics, 2, 2), {-x, 1, 0}, 1e-6);
+    double length = 0;
+    for (int g = 2; g <= 4; ++g) length += lengthofline(graphics, g);
+    EXPECT_NEAR(length, 10, 1e-5);
+    // A curve takes no part, a line that misses the circle neither.
+    graphsel(0, 0) = graphsel2(0, 0) = 0;
+    selectgraphicelement(addgraphic(kindcurve, {-9, -9, 0}, {9, 9, 0}, {0, 3, 0}));
+    selectgraphicelement(addline({-5, 9, 0}, {5, 9, 0}));
+    selectgraphicelement(1);
+    connectgraphics(connectmodes::intersection);
+    EXPECT_EQ(ngraphics(), 6);
+}
+
+TEST(Intersect, SkewLinesAreJoinedInSpace) {
+    sessionroom room;
+    selectgraphicelement(addline({-1, 0, 0}, {3, 0, 0}));
+    selectgraphicelement(addline({1, -2, 5}, {1, 2, 5}));
+    connectgraphics(connectmodes::connect3d);
+    ASSERT_EQ(ngraphics(), 5);
+    EXPECT_NEAR(lengthofline(graphics, 5), 5, 1e-6);
+    expectpoint(definitionpoint(graphics, 5, 1), {1, 0, 0}, 1e-6);
+    expectpoint(definitionpoint(graphics, 5, 2), {1, 0, 5}, 1e-6);
+}
+
+TEST(Intersect, AFullModelIsTold) {
+    sessionroom room;
+    while (ngraphics() < graphics.upper1 - 6) addline({0, 9, 0}, {1, 9, 0});
+    for (int i = 0; i < 3; ++i) {
+        selectgraphicelement(addline({double(i), -1, 0}, {double(i), 1, 0}));
+        selectgraphicelement(addline({-1, 0.1 * i, 0}, {4, 0.1 * i, 0}));
+    }
+    connectgraphics(connectmodes::intersection);
+    EXPECT_TRUE(room.door.toldpart("Increase 'Number of graphic elements'"));
+    EXPECT_LE(ngraphics(), graphics.upper1);
+    graphsel(0, 0) = 0;
+    connectgraphics(connectmodes::extend);
+    EXPECT_TRUE(room.door.told("Please, select graphics before choosing this option."));
+}
+
+// --- picture and picking ------------------------------------------------------------------------
+
+TEST(Graphics, LinesAndMarksStandInTheirLayers) {
+    sessionroom room;
+    wiregraphics();
+    addline({0, 0, 0}, {4, 0, 0}, 4);
+    addgraphic(kindcurve, {0, 0, 0}, {2, 0, 0}, {1, 2, 0}, 2);
+    graphics(2, 0, 0) = 0;  // deleted
+    drawview(1);
+    EXPECT_EQ(room.door.views[0].count("circle"), 5);
+    const int lines = room.door.views[0].count("line");
+    mnudrawlist(4).checked = false;
+    drawview(1);
+    EXPECT_EQ(room.door.views[0].count("circle"), 0);
+    EXPECT_EQ(room.door.views[0].count("line"), lines - 1);
+    mnudrawlist(4).checked = true;
+    graphics(1, 0, 1) = 1e9f;  // marks that no eye can tell apart are left out
+    drawview(1);
+    EXPECT_LE(room.door.views[0].count("circle"), 1001);
+    EXPECT_GE(room.door.views[0].count("circle"), 500);
+}
+
+TEST(Graphics, OfLinesThatMeetTheClickedOneIsPicked) {
+    sessionroom room;
+    wiregraphics();
+    const point3 corner[] = {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}};
+    for (int i = 0; i < 4; ++i) addline(corner[i], corner[(i + 1) % 4]);
+    setpreset(1, 1);  // X-Y
+    viewscale(1) = 1;
+    viewptx(1) = viewpty(1) = 0;
+    const struct {
+        double x, y;
+        int line;
+    } clicks[] = {{1, 0.1, 1}, {3.9, 1, 2}, {3, 3.9, 3}, {0.1, 3, 4}, {0.1, 1, 4}, {-0.1, 1, 4}};
+    for (const auto& c : clicks) {
+        scrx = vieww / 2 + c.x;
+        scry = viewh / 2 - c.y;
+        persu = c.x;
+        persv = c.y;
+        unprojectpoint(1);
+        EXPECT_EQ(pickgraphic(1).item, c.line) << c.x << " " << c.y;
+    }
+}
+
+TEST(Graphics, TheFootOnAnElement) {
+    sessionroom room;
+    wiregraphics();
+    const int line = addline({0, 0, 0}, {4, 0, 0});
+    const int circle = addgraphic(kindcircle, {2, 0, 0}, {-2, 0, 0}, {0, 2, 0});
+    const struct {
+        int g;
+        point3 from, foot;
+    } cases[] = {
+        {line, {1, 3, 0}, {1, 0, 0}},      {line, {-5, 1, 0}, {0, 0, 0}},
+        {line, {9, 1, 0}, {4, 0, 0}},      {circle, {3, 3, 0}, {std::sqrt(2), std::sqrt(2), 0}},
+        {circle, {-1, -3, 0}, {-2, 0, 0}},
+    };
+    for (const auto& c : cases) {
+        point3 foot;
+        ASSERT_TRUE(footongraphic(c.g, c.from.data(), foot.data()));
+        expectpoint(foot, c.foot, 1e-6);
+    }
+}

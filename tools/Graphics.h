@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Graphic elements: drawn contour pieces that carry mesh spaces and a distribution factor. Their
+// geometry, the spacing of the nodes along them, and their picture.
+//
+// A record g of the lists graphics and graphics2 holds (g,0,0) kind, (g,0,1) spaces N, (g,0,2)
+// factor F, (g,j,1..3) x y z of point j, model units. Geometry is computed in Double from the
+// Singles of the record. An element is loaded into the registers once, then gives its points.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "core/array.h"
+
+enum graphickinds { kindfree = 0, kindline = 1, kindcurve = 2, kindcircle = 3 };
+using graphiclist = array3<float>;
+using point3 = std::array<double, 3>;
+
+point3 operator+(const point3& a, const point3& b);
+point3 operator-(const point3& a, const point3& b);
+point3 operator*(double f, const point3& a);
+double dot(const point3& a, const point3& b);
+point3 cross(const point3& a, const point3& b);
+double lengthof(const point3& a);
+
+int kindof(const graphiclist& list, int g);
+const char* nameofkind(int kind);  // "Line", "Arc", "Circle"
+point3 definitionpoint(const graphiclist& list, int g, int j);
+void setdefinitionpoint(graphiclist& list, int g, int j, const point3& at);
+// Writes kind, N = 1, F = 1 and zeroes for the rest of the header and point 3.
+void openrecord(graphiclist& list, int g, int kind);
+
+// Control points of the curve loaded last, a quadratic Bezier curve over points 1, 3, 2: it passes
+// through the ends alone. Index 1..3 and 0..2.
+extern float curvex[4], curvey[4], curvez[4];
+extern short curvedeg;        // always 2
+extern double curvebinom[3];  // binomial coefficients
+void setcurve(const graphiclist& list, int g);
+point3 curvepoint(double t);
+
+// Loads element g; a circle section may become a line by that (tools/circle.h). False for a free
+// slot.
+bool setgraphic(graphiclist& list, int g);
+// The point at t in 0..1 of the element loaded last. A circle section that has no circle through
+// its points is drawn as its chord.
+point3 graphicpoint(double t);
+
+// Parameter of node i of N spaces with factor F: (i/N)^F for F >= 1, else 1 - (1 - i/N)^(1/F); N
+// and F at or below 0 count as 1. F and 1/F mirror each other.
+double spacingat(double i, double n, double f);
+
+extern double linelength;  // length of the line in edit
+double lengthofline(const graphiclist& list, int g);
+// Applies linelength to the line graphsel(k,0): the picked end moves, the other one stays.
+void dline(int k);
+
+// The element as a chain of points, few for a line, many for the others.
+std::vector<point3> polylineof(graphiclist& list, int g);
+
+// Drawing in drawcolor; the single ones need prepareview before.
+void drawgraphic(graphiclist& list, int g, int nview);
+void drawgraphicnodes(graphiclist& list, int g, int nview);  // spacing marks
+void drawallgraphics(int nview);
+void drawallgraphicnodes(int nview);
+void drawselectedgraphics(int nview);  // those of graphsel with marks and picked points
+void drawpatch(int p, int nview);      // its edges
+
+// Layers, picking and snapping into the tables of the floors below.
+void wiregraphics();

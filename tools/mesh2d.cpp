@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The form of the mesh generator.
+#include "tools/mesh2d.h"
+
+#include <algorithm>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "edit/Edit.h"
+#include "edit/Mouseprocedures.h"
+#include "edit/merge.h"
+#include "edit/selection.h"
+#include "tools/Surfaces.h"
+#include "tools/genmesh.h"
+#include "tools/groups.h"
+#include "view/drawelems.h"
+#include "view/moddraw.h"
+
+int edgeno;
+Flag edgepending;
+const char* const meshtypes[4] = {"Quad", "Triang", "Transit", "Line"};
+
+namespace {
+struct meshrow {
+    int edges;
+    const char* frame;
+    bool cangenerate;
+    int corners;  // of the element types that fit
+};
+}  // namespace
+
+static const meshrow meshrows[] = {
+    {4, "Quadrilateral Mesh", true, 4},
+    {3, "Triangular Mesh", true, 3},
+    {3, "Transition Mesh", false, 4},
+    {1, "Line Mesh", true, 2},
+};
+
+static const char picking[] =
+    "Select edges by pressing edge button on form. Use mouse to select graphic element(s). Note "
+    "the order of the edges as defined on the example drawing.";
+
+// --- the select menu ----------------------------------------------------------------------------
+
+// Graphic elements alone can be picked while a mesh is made.
+static void reduceselectmenu() {
+    setselectitem(selectgraphics);
+    for (int i = 0; i < selectgraphics; ++i) MnuSelectItem(i).enabled = false;
+    door().refresh();
+}
+
+static void restoreselectmenu() {
+    for (menustate& item : MnuSelectItem.row()) item.enabled = true;
+    door().refresh();
+}
+
+static void emptybuffers() {
+    tmpnodes(0, 0) = tmpelems(0, 0) = 0;
+}
+
+// --- opening and choices ------------------------------------------------------------------------
+
+static void countedges(mesh2dform& form) {
+    for (int e = 1; e <= 4; ++e)
+        form.count[std::size_t(e - 1)] =
+            graphmesh(e, 0) == 0 ? "" : numbertext(nodesonedge(graphics, e));
+}
+
+mesh2dform openmesh2d() {
+    mesh2dform form;
+    emptybuffers();
+    for (int e = 0; e <= 4; ++e) graphmesh(e, 0) = 0;
+    meshgroup = 1;
+    meshmode = true;
+    previewbuffers = true;
+    form.message = picking;
+    for (int g = ngroups(); g >= 1; --g) form.groups.push_back(groupname(g));
+    form.chosengroup = ngroups() - 1;
+    reduceselectmenu();
+    choosemeshtype(form, 0);
+    return form;
+}
+
+void closemesh2d(mesh2dform&) {
+    const bool shown = tmpnodes(0, 0) != 0;
+    emptybuffers();
+    meshmode = edgepending = false;
+    previewbuffers = false;
+    restoreselectmenu();
+    if (shown) redrawall();
+}
+
+void LoadElem(mesh2dform& form) {
+    form.types.clear();
+    for (int t = 1; t < maxelementtypes; ++t)
+        if (eltypnodes(t) == meshrows[form.type].corners && !eltypname(t).empty())
+            form.types.push_back(eltypname(t));
+    chooseelementtype(form, 0);
+}
+
+void choosemeshtype(mesh2dform& form, int type) {
+    const meshrow& row = meshrows[type];
+    form.type = type;
+    meshtype = meshtypes[type];
+    form.edges = row.edges;
+    form.frame = row.frame;
+    form.cangenerate = row.cangenerate;
+    LoadElem(form);
+    countedges(form);
+}
+
+void chooseelementtype(mesh2dform& form, int entry) {
+    if (entry < 0 || entry >= int(form.types.size())) return;
+    form.chosentype = entry;
+    mesheltype = findtype(form.types[std::size_t(entry)]);
+    form.typenodes = numbertext(eltypnodes(mesheltype));
+}
+
+void choosemeshgroup(mesh2dform& form, int entry) {
+    if (entry < 0 || entry >= int(form.groups.size())) return;
+    form.chosengroup = entry;
+    meshgroup = int(form.groups.size()) - entry;
+}
+
+// --- edges --------------------------------------------------------------------------------------
+
+void startedge(mesh2dform& form, int index) {
+    edgeno = index;
+    form.message = picking;
+    reduceselectmenu();
+    clearselection();
+    graphsel(0, 0) = graphsel2(0, 0) = 0;
+    edgepending = true;
+    prompt("Edge " + numbertext(index + 1), "Graphics", "for mesh",
+           "<Mouse Left Button> to select, <ESC> or <Enter> to return");
+}
+
+void takeedge(mesh2dform& form) {
+    if (!edgepending) return;
+    edgepending = false;
+    for (int k = 1; k <= graphsel(0, 0); ++k) graphmesh(edgeno + 1, k) = graphsel(k, 0);
+    graphmesh(edgeno + 1, 0) = graphsel(0, 0);
+    countedges(form);
+    showselection();
+    prompt("Select", "Graphics", "for mesh", "");
+}
+
+// --- the mesh -----------------------------------------------------------------------------------
+
+static void tellskipped(mesh2dform& form) {
+    for (int k = 1; meshtype == "Line" && k <= graphmesh(1, 0); ++k)
+        if (const int g = graphmesh(1, k); kindof(graphics, g) == kindcurve)
+            form.message =
+                "Note: a curve gives nodes but no elements (graphic element " + numbertext(g) + ")";
+}
+
+void generatemesh(mesh2dform& form) {
+    if (!form.cangenerate) return;
+    checkedges(graphics);
+    if (meshok) checkmeshsize(graphics);
+    if (meshok) {
+        const hourglass wait;
+        hideselection();
+        buildmesh(graphics);
+        showselection();
+    }
+    form.message = meshmessage;
+    if (!meshok) return;
+    form.message = numbertext(tmpnodes(0, 0)) + " nodes and " + numbertext(tmpelems(0, 0)) +
+                   " elements; press <Accept> to add them to the model";
+    tellskipped(form);
+}
+
+// The mesh stands without its patch when the table can not hold it.
+static std::string storenewpatch() {
+    const int p = patches(0, 0, 0) + 1;
+    std::string fault;
+    guarded(
+        [&] {
+            storepatch(p);
+            patches(0, 0, 0) = p;
+        },
+        [&](const runtimeerror& e) { fault = "The mesh has no patch: " + e.what; });
+    return fault;
+}
+
+void acceptmesh(mesh2dform& form) {
+    if (tmpnodes(0, 0) == 0) {
+        form.message = "There is no mesh to accept; press <Generate Mesh> first";
+        return;
+    }
+    const hourglass wait;
+    graphics2(0, 0, 0) = 0;
+    const bool hasnodes = tmpnodes(0, 0) != 0, haselements = tmpelems(0, 0) != 0;
+    hideselection();
+    if (!editpaste()) return showselection();
+    form.message = storenewpatch();
+    emptybuffers();
+    if (hasnodes && automergenodes) mergenodes();
+    if (haselements && automergeelems) mergeelements();
+    movepending = editing = false;
+    resultflag = 1;
+    dorenumber = 1;
+    restoreselectmenu();
+    redrawall();
+    if (form.message.empty()) form.message = "The mesh is part of the model";
+}
+
+void resetmesh(mesh2dform& form) {
+    hideselection();
+    emptyselection();
+    emptybuffers();
+    form.message = picking;
+    redrawall();
+}

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The drawing modes. The element under construction stands behind the last one of the list until it
+// is complete; ptcount counts its points.
+#include "tools/pointentry.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/colours.h"
+#include "core/model.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "edit/Mouseprocedures.h"
+#include "edit/find.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+
+namespace {
+struct drawmode {
+    Flag* flag;
+    graphickinds kind;
+    const char* goal;
+    struct {
+        const char *first, *second;
+    } prompt[3];  // by ptcount
+};
+}  // namespace
+
+static const char stop[] = "<ESC> to stop", restart[] = "<ESC> to stop, <Enter> to restart";
+
+static const drawmode drawmodes[] = {
+    {&drawline, kindline, "for graphic line", {{"First point", stop}, {"Next point", restart}, {}}},
+    {&drawcurve,
+     kindcurve,
+     "for graphic curve",
+     {{"Start point", stop}, {"End point", restart}, {"Point", restart}}},
+    {&drawcircle,
+     kindcircle,
+     "for graphic circle",
+     {{"Start point", stop}, {"End point", stop}, {"Point on Circle", restart}}},
+};
+
+static const drawmode* activemode() {
+    for (const drawmode& mode : drawmodes)
+        if (*mode.flag) return &mode;
+    return nullptr;
+}
+
+static void promptpoint() {
+    const drawmode* const mode = activemode();
+    if (mode == nullptr) return;
+    const auto& words = mode->prompt[std::clamp(ptcount, 0, 2)];
+    prompt("Define", words.first, mode->goal, words.second);
+}
+
+static void drawmark(int g, int j) {
+    const keptpoint kept;
+    const double radius = 0.08;  // centimetres
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr) continue;
+        prepareview(v);
+        const float scale = viewscale(v);
+        curx = scale * graphics(g, j, 1);
+        cury = scale * graphics(g, j, 2);
+        curz = scale * graphics(g, j, 3);
+        projectpoint(v);
+        s->toplane(planes::marks);
+        s->fillsolid = true;
+        s->fillcolor = selcolor;
+        s->circle(scrx, scry, radius, selcolor);
+        s->fillsolid = false;
+        s->show();
+    }
+}
+
+// Marks of the points that the element under construction has.
+static void showmarks() {
+    for (int v = 1; v <= shownviews(); ++v)
+        if (surface* const s = target(v)) s->clearplane(planes::marks);
+    for (int j = 1; j <= ptcount; ++j) drawmark(ngraphics() + 1, j);
+    showviews();
+}
+
+static void drawfinished(int g) {
+    const keptpoint kept;
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr || !mnudrawlist(4).checked) continue;
+        prepareview(v);
+        s->toplane(planes::model);
+        drawcolor = graphcolor;
+        drawgraphic(graphics, g, v);
+        drawgraphicnodes(graphics, g, v);
+        s->toplane(planes::marks);
+    }
+    drawcolor = meshcolor;
+}
+
+static void needroom() {
+    if (ngraphics() < graphics.upper1) return;
+    addready();
+    throw runtimeerror{errsubscript,
+                       "All " + std::to_string(modelsize(5)) +
+                           " graphic elements declared are in use. Increase 'Number of graphic "
+                           "elements' with [File,Model size..]"};
+}
+
+// The element is whole: the next one starts at its second point.
+static void acceptelement() {
+    const int g = ngraphics() + 1;
+    graphics(0, 0, 0) = float(g);
+    resultflag = 1;
+    drawfinished(g);
+    needroom();
+    std::ranges::copy(graphics.row(g, 2), graphics.row(g + 1, 1).begin());
+    ptcount = 1;
+}
+
+static void snappoint() {
+    if (!MnuSelectItem(5).checked) return;
+    const float scale = viewscale(activeview);
+    prepareview(activeview);
+    curx = float(scale * modelx);
+    cury = float(scale * modely);
+    curz = float(scale * modelz);
+    projectpoint(activeview);
+    snapto(activeview);
+}
+
+static void placepoint(const drawmode& mode) {
+    needroom();
+    snappoint();
+    const int g = ngraphics() + 1;
+    if (ptcount == 0) std::ranges::fill(graphics.row(g, 2), 0.0f);
+    const point3 at = {modelx, modely, modelz};
+    if (ptcount < 2) openrecord(graphics, g, mode.kind);
+    graphics(g, 0, 0) = float(mode.kind);
+    setdefinitionpoint(graphics, g, ptcount + 1, at);
+    ++ptcount;
+    if (ptcount == pointsofgraphic(mode.kind)) acceptelement();
+    showmarks();
+}
+
+void addgraphicpoint(pointsteps step) {
+    const drawmode* const mode = activemode();
+    if (mode == nullptr) return;
+    if (step == pointsteps::place) {
+        placepoint(*mode);
+    } else if (ptcount > 0) {
+        --ptcount;
+        showmarks();
+    }
+    promptpoint();
+}
+
+void startdrawing(graphickinds kind) {
+    for (const drawmode& mode : drawmodes) {
+        if (mode.kind != kind) continue;
+        startmode(*mode.flag);
+        ptcount = 0;
+        resultflag = 1;
+        mnuEditItem(0).enabled = false;
+        checkonly(Mnuadditem, 9);
+        promptpoint();
+    }
+}
+
+static void restartchain() {
+    ptcount = 0;
+    showmarks();
+    promptpoint();
+}
+
+void wirepointentry() {
+    for (const drawmode& mode : drawmodes) {
+        moderow row;
+        row.flag = mode.flag;
+        row.press = [](int) { addgraphicpoint(pointsteps::place); };
+        row.lastpoint = [](double* point) {
+            point[0] = modelx;
+            point[1] = modely;
+            point[2] = modelz;
+        };
+        row.commandpoint = [](double x, double y, double z) {
+            modelx = x;
+            modely = y;
+            modelz = z;
+            addgraphicpoint(pointsteps::place);
+        };
+        row.enter = restartchain;
+        row.back = [] { addgraphicpoint(pointsteps::back); };
+        row.end = [] {
+            ptcount = 0;
+            redrawall();
+        };
+        modes().push_back(row);
+    }
+}

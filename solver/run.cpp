@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "solver/curve.h"
 #include "solver/held.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
@@ -143,6 +144,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
     checkelements(m, s);
+    measurecurve(m);
     results r;
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;

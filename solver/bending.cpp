@@ -22,12 +22,11 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        // Shear balances the change of the bending moment along the edge. In a quadrilateral also
-        // that of the twisting moment across it, without which a narrow strip resists torsion too
-        // much.
-        double change = 1 / (length * length);
-        if (s.corners == 4) change += length * length / (area * area);
-        const double phi = 12 * rigidity(0, 0) / shearrigidity * change;
+        // Shear balances the change of the bending moment along the edge, and in a quadrilateral,
+        // whose moments may change in both directions, also that of the twisting moment across it:
+        // then the edge counts as half as long. Both elements at an edge must find the same.
+        const double span = s.corners == 4 ? length / 2 : length;
+        const double phi = 12 * rigidity(0, 0) / (shearrigidity * span * span);
         halfrow& row = bow[k];
         row.setZero(3 * s.corners);
         const double factor = -1.5 / (length * (1 + phi));

@@ -13,6 +13,7 @@ struct element {
     vec3 x[mostnodes];  // corners in model axes; z is 0 in a 2-D analysis
     const groupdata* g = nullptr;
     double turn = 0;   // of the axes of a plate about its normal, radians
+    double curve = 0;  // radians by which the surface of a shell turns over the element
     double shear = 0;  // shear area over area of a line element, 0: stiff in shear
     bool twod = false;
 

@@ -73,10 +73,7 @@ static void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elm
 }
 
 static void addbending(const element& e, const flatshape& s, elmatrix& rows) {
-    const plate bent(e, s);
-    halfmatrix half(3 * e.nodes, 3 * e.nodes);
-    for (int c = 0; c < e.nodes; ++c) half.middleRows<3>(3 * c) = bent.cornerstress(c);
-    addrows(half, bendingdofs, 3, rows);
+    addrows(plate(e, s).cornerstress(), bendingdofs, 3, rows);
 }
 
 void stressplate(const element& e, elmatrix& rows) {

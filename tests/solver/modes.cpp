@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "tests/solver/build.h"
-#include "tests/solver/verify.h"
+#include "tests/solver/page.h"
 
 static wanted modesalone() {
     wanted what;

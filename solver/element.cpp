@@ -67,8 +67,16 @@ mat3 plateaxes(const element& e) {
     return axes;
 }
 
+mat3 meanaxes(const element& e) {
+    mat3 axes = plateaxes(e);
+    if (e.nodes == 3) return axes;
+    axes.row(2) = (e.x[2] - e.x[0]).cross(e.x[3] - e.x[1]).normalized();
+    axes.row(1) = vec3(axes.row(2)).cross(vec3(axes.row(0)));
+    return axes;
+}
+
 mat3 stressaxes(const element& e) {
-    const mat3 axes = plateaxes(e);
+    const mat3 axes = meanaxes(e);
     if (e.turn == 0) return axes;
     const double c = std::cos(e.turn), s = std::sin(e.turn);
     mat3 turned = axes;

@@ -34,7 +34,10 @@ std::string elementname(const element& e);
 mat3 lineaxes(const element& e);
 // e1 along the middle line from edge 4-1 to edge 2-3 (triangle: along edge 1-2), e3 the normal.
 mat3 plateaxes(const element& e);
-// The same turned about e3 by the element's rotation: the axes of its stresses.
+// The same with the normal of the mean plane, from which the corners of a warped quadrilateral are
+// equally far; in it an element is worked out. e1 lies in that plane.
+mat3 meanaxes(const element& e);
+// These turned about the normal by the element's rotation: the axes of its stresses.
 mat3 stressaxes(const element& e);
 
 vec3 middleof(const element& e);

@@ -12,14 +12,14 @@ void checkshell(const element& e) {
 }
 
 void stiffenplate(const element& e, elmatrix& k) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     k.setZero(6 * e.nodes, 6 * e.nodes);
     addhalf(plate(e, s).stiffness(), bendingdofs, k);
     tonodes(s, k);
 }
 
 void stiffenshell(const element& e, elmatrix& k) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     k.setZero(6 * e.nodes, 6 * e.nodes);
     addhalf(plate(e, s).stiffness(), bendingdofs, k);
     halfmatrix membrane;
@@ -41,7 +41,7 @@ static elmatrix displacement(const flatshape& s, const plate& bent, const vec2& 
 }
 
 void massshell(const element& e, elmatrix& m) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     const plate bent(e, s);
     const double density = e.field(fielddensity), thickness = e.field(fieldthickness);
     m.setZero(6 * e.nodes, 6 * e.nodes);
@@ -59,7 +59,7 @@ void massshell(const element& e, elmatrix& m) {
 }
 
 void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     elmatrix rows = displacement(s, plate(e, s), place);
     rowstonodes(s, rows);
     f += rows.transpose() * (s.axes * force);

@@ -231,7 +231,7 @@ TEST(Verification, PinchedCylinder) {
             const results r = b.solve();
             provebalance(r, 1e-8);
             prove({"shell", "Pinched cylinder with diaphragms, under the load [BS]",
-                   meshname(type, n, n), 1.8248e-5, 1.8541e-5, -moved(r, 1, at.number(0, 0), 3),
+                   meshname(type, n, n), 0, 1.8248e-5, -moved(r, 1, at.number(0, 0), 3),
                    n == 8    ? 0.12
                    : n == 16 ? 0.03
                              : 0.02});

@@ -120,7 +120,9 @@ TEST(Verification, SpringsUnderBeams) {
         b.node(3, 4, 5);
         b.node(4, 4, 5);
         b.element(typespring, springgroup(b, matrix), {1});
-        b.element(typebeam, beamgroup(b), {1, 2});  // hangs on it free of load
+        const int beam = beamgroup(b);
+        b.m.groups[std::size_t(beam)].field[fieldmodulus] = 1e-3;
+        b.element(typebeam, beam, {1, 2});  // hangs on it free of load
         for (int dof = 1; dof <= 6; ++dof) b.load(1, 1, dof, f[dof - 1]);
         const results r = b.solve();
         const vec6 u = matrix.inverse() * f;
@@ -237,12 +239,12 @@ TEST(Verification, ShearPanelInAFrame) {
         const int g = b.plate(70000, poisson, thickness);
         b.node(0, 0), b.node(width, 0), b.node(width + skew, height), b.node(skew, height);
         b.element(typeshear4, g, {1, 2, 3, 4});
-        const int stiff = b.group({{fieldmodulus, 1e9}, {fieldthickness, 1e3}});
+        const int stiff = b.group({{fieldmodulus, 1e11}, {fieldthickness, 1e3}});
         for (int i = 0; i < 4; ++i) b.element(typetruss, stiff, {i + 1, (i + 1) % 4 + 1});
         b.fix(1, {1, 2, 3}), b.fix(2, {2, 3}), b.fix(3, {3}), b.fix(4, {3});
         for (const int n : {3, 4}) b.load(1, n, 1, p / 2);
         const results r = b.solve();
-        provebalance(r);
+        provebalance(r, 1e-8);
         // Garvey: a parallelogram of angle a between its sides is softer by 1 + 2 cot^2 a / (1+nu)
         const double shear = 70000 / (2 * (1 + poisson)), cot = skew / height;
         const double soft = 1 + 2 * cot * cot / (1 + poisson);

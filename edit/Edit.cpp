@@ -12,6 +12,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/hover.h"
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
@@ -240,6 +241,7 @@ static void deletegraphics() {
 
 void editdelete() {
     if (!isselection()) return;
+    endhover();
     hideselection();
     const bool elementschosen = elemsel(0) != 0;
     const bool shown = menupostItem(1).checked || menupostItem(2).checked ||

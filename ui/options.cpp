@@ -31,7 +31,7 @@ class generaloptions : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         tabs = new QTabWidget(this);
         tabs->setObjectName("TabStrip1");
-        tabs->setMinimumWidth(460);
+        tabs->setMinimumWidth(pagewidth);
         rows->addWidget(tabs);
         buildredraw();
         buildhidden();
@@ -52,6 +52,7 @@ class generaloptions : public QDialog {
     }
 
   private:
+    static constexpr int pagewidth = 460;  // pixels, at least
     QVBoxLayout* page(const char* caption) {
         auto* const widget = new QWidget(this);
         tabs->addTab(widget, caption);
@@ -71,6 +72,8 @@ class generaloptions : public QDialog {
         f.setItalic(true);
         label->setFont(f);
         label->setIndent(20);
+        // On a small screen the window would else begin lower than its wrapped lines need.
+        label->setMinimumHeight(label->heightForWidth(pagewidth - 24));
         rows->addWidget(label);
     }
     void buildredraw() {

@@ -134,13 +134,19 @@ void retryresults() {
     refused = false;
 }
 
+// Other parts may give up the stresses, or the model may have outgrown them.
+static bool isloaded() {
+    return stressloaded && elemstress.upper2 >= nelems();
+}
+
 bool plotready() {
-    return ready;
+    return ready && (!plotsstress() || isloaded());
 }
 
 static bool preparestress() {
     lineelstress = iselementstress();
     if (refused) return false;
+    if (!isloaded()) stressloaded = false;
     refused = !readstress();
     return !refused;
 }

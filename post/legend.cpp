@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/views.h"
 #include "post/contour.h"
 #include "post/postproces.h"
 #include "post/soptions.h"
@@ -125,54 +126,91 @@ static void drawbox(surface& s, double left, double top, double width, double he
     s.fillsolid = false;
 }
 
-void drawlegendon(surface& s, double left, double top, double width, double height) {
-    const double margin = 0.15, boxwidth = 0.6, gap = 0.15, tallest = 0.65;  // centimetres
-    const legendtext t = makelegend();
+// Centimetres.
+static const double margin = 0.15, boxwidth = 0.6, gap = 0.15, tallest = 0.65;
+
+// Lines of text above and below the scale: the heading, one between, and the power of ten.
+static double textlines(const legendtext& t) {
+    return double(t.heading.size()) + 2.5;
+}
+
+static void usefont(surface& s) {
     s.font = elemlabelfont;
     s.textcolor = elemlabelcolor;
     s.drawwidth = 1;
+}
+
+namespace {
+struct scaleplace {
+    double left, top, row, labelx, labelwidth;
+    double boxtop(int k) const { return top + (indexcolors - 1 - k) * row; }
+};
+}  // namespace
+
+static void drawlevels(surface& s, const legendtext& t, const scaleplace& at) {
     const double line = s.textheight();
-    left += margin;
+    for (int k = 0; k < indexcolors; ++k) {
+        const double y = at.boxtop(k) + at.row / 2;
+        s.drawwidth = 2;
+        s.line(at.left, y, at.left + boxwidth, y, colour(indexcolor(k)));
+        s.drawwidth = 1;
+        put(s, at.labelx, y - line / 2, fitted(s, t.labels[std::size_t(k)], at.labelwidth));
+    }
+}
+
+static void drawbands(surface& s, const legendtext& t, const scaleplace& at) {
+    const double half = s.textheight() / 2;
+    for (int k = 0; k < indexcolors; ++k)
+        drawbox(s, at.left, at.boxtop(k), boxwidth, at.row, colour(indexcolor(k)));
+    for (int k = 0; k <= indexcolors; ++k)
+        put(s, at.labelx, at.boxtop(k - 1) - half,
+            fitted(s, t.labels[std::size_t(k)], at.labelwidth));
+    s.box(at.left, at.top, at.left + boxwidth, at.top + indexcolors * at.row, elemlabelcolor);
+}
+
+void drawlegendon(surface& s, double left, double top, double width, double height) {
+    const legendtext t = makelegend();
+    usefont(s);
+    const double line = s.textheight(), inner = width - 2 * margin;
     double y = top + margin;
     for (const std::string& text : t.heading) {
-        put(s, left, y, fitted(s, text, width - 2 * margin));
+        put(s, left + margin, y, fitted(s, text, inner));
         y += line;
     }
-    y += line;  // half a line over the top label
-    const double room = top + height - margin - 1.5 * line - y;
-    const double row = std::min(tallest, room / indexcolors);
-    const double labelx = left + boxwidth + gap, labelwidth = width - margin - boxwidth - gap;
-    for (int k = 0; k < indexcolors; ++k) {
-        const double boxtop = y + (indexcolors - 1 - k) * row;
-        const colour c = colour(indexcolor(k));
-        if (contourfilled) {
-            drawbox(s, left, boxtop, boxwidth, row, c);
-            put(s, labelx, boxtop + row - line / 2,
-                fitted(s, t.labels[std::size_t(k)], labelwidth));
-        } else {
-            s.drawwidth = 2;
-            s.line(left, boxtop + row / 2, left + boxwidth, boxtop + row / 2, c);
-            s.drawwidth = 1;
-            put(s, labelx, boxtop + (row - line) / 2,
-                fitted(s, t.labels[std::size_t(k)], labelwidth));
-        }
-    }
-    if (contourfilled) {
-        put(s, labelx, y - line / 2, fitted(s, t.labels.back(), labelwidth));
-        s.box(left, y, left + boxwidth, y + indexcolors * row, elemlabelcolor);
-    }
-    put(s, labelx, y + indexcolors * row + line / 2, t.tail);
+    const double room = height - 2 * margin - textlines(t) * line;
+    const double beside = boxwidth + gap;
+    const scaleplace at{left + margin, y + line, std::min(tallest, room / indexcolors),
+                        left + margin + beside, inner - beside};
+    if (contourfilled)
+        drawbands(s, t, at);
+    else
+        drawlevels(s, t, at);
+    put(s, at.labelx, at.top + indexcolors * at.row + line / 2, t.tail);
+}
+
+// On paper the legend stands in the upper right corner, on a plate of its own.
+void printlegend(int nview) {
+    surface* const s = target(nview);
+    if (nview != 1 || s == nullptr || !legendshown()) return;
+    surface& page = *s;
+    const double widest = 4, row = 0.5, edge = 0.4;  // centimetres
+    const legendtext t = makelegend();
+    usefont(page);
+    double width = 0;
+    for (const std::string& text : t.heading) width = std::max(width, page.textwidth(text));
+    for (const std::string& text : t.labels)
+        width = std::max(width, boxwidth + gap + page.textwidth(text));
+    width = std::min(widest, width + 2 * margin);
+    const double wanted = 2 * margin + textlines(t) * page.textheight() + indexcolors * row;
+    const double height = std::min(wanted, viewh - 2 * edge), left = vieww - width - edge;
+    drawbox(page, left, edge, width, height, backcolor);
+    page.box(left, edge, left + width, edge + height, elemlabelcolor);
+    drawlegendon(page, left, edge, width, height);
 }
 
 void drawlegend() {
-    if (toprinter != 0) {
-        const double width = 4, height = 10, edge = 0.5;  // centimetres
-        if (surface* const page = target(1); page && legendshown())
-            drawlegendon(*page, page->width() - width - edge, edge, width, height);
-        return;
-    }
     surface* const s = door().legendsurface();
-    if (s == nullptr) return;
+    if (s == nullptr || toprinter != 0) return;
     s->clear(backcolor);
     if (legendshown()) drawlegendon(*s, 0, 0, s->width(), s->height());
     s->show();

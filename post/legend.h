@@ -20,8 +20,9 @@ legendtext makelegend();
 // Is the legend on show? While a plot is.
 bool legendshown();
 
-// Draws it: on the page while drawing goes to the printer, else on the platform's legend surface.
+// Draws it on the platform's legend surface; on the page, as the layer of that name.
 void drawlegend();
+void printlegend(int nview);
 // On a surface, in the rectangle from its top left corner, centimetres.
 void drawlegendon(surface& s, double left, double top, double width, double height);
 

@@ -13,6 +13,7 @@
 #include "edit/selection.h"
 #include "post/legend.h"
 #include "post/postproces.h"
+#include "post/printdraw.h"
 #include "post/probe.h"
 #include "post/shapes.h"
 #include "post/soptions.h"
@@ -56,7 +57,8 @@ struct plotroom : sessionroom {
         write(".rvp", {}, 0);
     }
     ~plotroom() {
-        for (layers l : {layers::contour, layers::elementstress}) layer(l).draw = nullptr;
+        for (layers l : {layers::contour, layers::elementstress, layers::legend})
+            layer(l).draw = nullptr;
     }
     static void ngroupsis(int count) {
         groups(0, 0) = count;
@@ -452,4 +454,34 @@ TEST(Picture, HalvesOfALineElementHaveTheColoursOfTheirEnds) {
     contourfilled = 0;
     redrawall();
     EXPECT_EQ(thick(), (std::vector<std::string>{"#c80000", "#c80000"})) << "the mean";
+}
+
+// A report or a change of the sizes gives up the stresses while they are on show.
+TEST(Picture, ReadsAnewWhatAnotherPartGaveUp) {
+    plotroom room;
+    showcontour();
+    valueatpointer = true;
+    stressloaded = false;
+    elemstress.clear();
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "");
+    redrawall();
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "SX 25 in element 1");
+    elemstress.alloc(13, 1, 4);  // smaller than the model
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "");
+    redrawall();
+    EXPECT_EQ(elemstress(1, 2, 1), -5);
+}
+
+TEST(Picture, OnPaperHasTheLegendAndTheBoundsOfTheScreen) {
+    plotroom room;
+    showcontour();
+    const double most = indexmax, least = indexmin;
+    printview();
+    EXPECT_EQ(indexmax, most);
+    EXPECT_EQ(indexmin, least);
+    const auto& page = room.door.page.operations;
+    for (const char* text : {"Stress Index", "Wind", " E1", "4.00", "-0.50"})
+        EXPECT_TRUE(std::ranges::any_of(page, [&](const std::string& o) {
+            return o.rfind("text ", 0) == 0 && o.ends_with(text);
+        })) << text;
 }

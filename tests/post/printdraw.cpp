@@ -219,7 +219,7 @@ TEST(Printing, WhatStopsTheJobIsTold) {
         room.door.printing = c.start;
         room.door.printed = c.printed;
         if (c.throws)
-            layer(layers::selectedothers).draw = [](int) {
+            layer(layers::selectedpatches).draw = [](int) {
                 if (toprinter) throw runtimeerror{errsubscript, "broken"};
             };
         menuprint();

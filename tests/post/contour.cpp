@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 
 #include "core/model.h"
 #include "core/session.h"
@@ -161,10 +162,16 @@ TEST(Scale, ByHandTakesItsBoundsInEitherOrder) {
 }
 
 TEST(Scale, BandsAndLevelsIncludeTheirBounds) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> value(-100, 100);
+    for (int trial = 0; trial < 200; ++trial) {
+        indexmin = value(random);
+        indexmax = indexmin + std::fabs(value(random));
+        EXPECT_EQ(bandbound(10), indexmax) << "no rounding leaves the largest value out";
+        EXPECT_EQ(levelof(9), indexmax);
+    }
     indexmin = -1e-12;
     indexmax = 1;
-    EXPECT_EQ(bandbound(10), indexmax) << "no rounding leaves the largest value out";
-    EXPECT_EQ(levelof(9), indexmax);
     EXPECT_EQ(bandof(1), 9);
     EXPECT_EQ(bandof(-1e-12), 0);
     EXPECT_EQ(bandof(1.0001), -1);
@@ -217,27 +224,44 @@ TEST(Legend, NamesWhatIsShown) {
     EXPECT_EQ(makelegend().heading.front(), "Stress Index");
 }
 
+namespace {
+struct mark {
+    double y;
+    std::string what;  // fill colour or text
+};
+}  // namespace
+
 // Ten boxes one above the other, the highest value on top, labels beside their bounds.
 TEST(Legend, StandsInOrder) {
     plotroom room;
     showcontour();
     recordsurface paper;
-    drawlegendon(paper, 0, 0, 4, 9);
-    std::vector<std::string> labels;
-    double lasty = -1;
+    const double height = 9;
+    drawlegendon(paper, 0, 0, 4, height);
+    std::vector<mark> labels, boxes;
     for (const std::string& o : paper.operations) {
-        if (o.rfind("text ", 0) != 0) continue;
         double x = 0, y = 0;
-        std::sscanf(o.c_str(), "text %lf %lf", &x, &y);
-        EXPECT_GE(y, 0);
-        EXPECT_LE(y + paper.textheight(), 9) << o;
-        if (x > 0.5) labels.push_back(o);
-        lasty = y;
+        char what[40] = "";
+        if (std::sscanf(o.c_str(), "text %lf %lf %39s", &x, &y, what) == 3) {
+            EXPECT_GE(y, 0) << o;
+            EXPECT_LE(y + paper.textheight(), height) << o;
+            if (x > 0.5) labels.push_back({y + paper.textheight() / 2, what});
+        }
+        if (std::sscanf(o.c_str(), "polygon %lf %lf %*f %*f %*f %*f %*f %*f %39s", &x, &y, what) ==
+            3)
+            boxes.push_back({y, what});
     }
-    EXPECT_EQ(paper.count("polygon"), 10);
+    ASSERT_EQ(boxes.size(), 10u);
     ASSERT_EQ(labels.size(), 12u) << "eleven bounds and the power of ten";
-    EXPECT_NE(labels.back().find(" E1"), std::string::npos);
-    EXPECT_GT(lasty, 3);
+    EXPECT_EQ(boxes.front().what, "#0000ff") << "lowest first";
+    EXPECT_EQ(boxes.back().what, "#ff0000");
+    for (std::size_t k = 0; k < 10; ++k)
+        EXPECT_NEAR(labels[k + 1].y, boxes[k].y, 0.02) << "the upper bound at the top edge";
+    for (std::size_t k = 1; k < 10; ++k) EXPECT_LT(boxes[k].y, boxes[k - 1].y);
+    EXPECT_GT(labels[0].y, boxes[0].y + 0.2) << "the lowest bound at the foot";
+    EXPECT_EQ(labels[0].what, "-0.50");
+    EXPECT_EQ(labels[10].what, "4.00");
+    EXPECT_EQ(labels[11].what, "E1");
 }
 
 // --- palette ------------------------------------------------------------------------------------

@@ -202,8 +202,8 @@ static std::string record(int e, double first, int values = 13) {
 
 TEST(Stresses, AreSummedByCorner) {
     resultroom room;
-    room.put(".NSL", record(1, 10) + record(1, 20) + record(1, 30) + "END\r\n" + record(1, 1) +
-                         record(1, 1) + record(1, 1) + "END\r\n");
+    room.put(".NSL", record(1, 10) + record(1, 20) + record(1, 30) + record(2, 50) + "END\r\n" +
+                         record(1, 1) + record(1, 1) + record(1, 1) + "END\r\n");
     for (int time = 1; time <= 2; ++time) {
         stressloaded = false;
         ASSERT_TRUE(readstress()) << room.door.messages.front().text;
@@ -211,6 +211,7 @@ TEST(Stresses, AreSummedByCorner) {
         EXPECT_EQ(elemstress(1, 1, 1), 1.5 * 10 - 2) << "read twice is not doubled";
         EXPECT_EQ(elemstress(4, 1, 3), 1.5 * 33 - 2 * 4);
         EXPECT_EQ(elemstress(1, 1, 4), 0) << "a corner without a record";
+        EXPECT_EQ(elemstress(1, 2, 1), 1.5 * 50) << "the next element begins at its first corner";
     }
     room.put(".NSL", "");
     EXPECT_TRUE(readstress()) << "what is loaded is not read again";

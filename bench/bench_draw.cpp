@@ -17,6 +17,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/move.h"
 #include "edit/selection.h"
@@ -137,6 +138,14 @@ static void benchpicks() {
     unprojectpoint(1);
     printratio(
         "pick of a node", 9, 3, [&] { sum += picknode(1).item; }, plain);
+    double place = 5;
+    printratio(
+        "item under a moving pointer", 9, 3,
+        [&] {
+            takepoint(1, place += 0.1, 8);
+            sum += hovernode(1).item;
+        },
+        plain);
     printratio(
         "window selection", 9, 3,
         [] {

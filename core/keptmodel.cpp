@@ -20,9 +20,9 @@ static auto modelparts() {
                     loadnode, loaddof, loadval, elemload, lcname, lctype, lcpar, curlc, nload,
                     lcomb, lcombname, lcdesc, curlcomb, dispres, graphics, graphics2, graphsel,
                     graphsel2, graphmesh, edgedata, edgegrid, edgechordax, edgechorday, edgechordaz,
-                    edgechordbx, edgechordby, edgechordbz, patches, patchsel, hasmass, hasplates,
-                    doftype, linepressure, commenttext, modeltoolarge, resultflag, stressloaded,
-                    maxdisp, undomark);
+                    edgechordbx, edgechordby, edgechordbz, patches, patchsel, meshgroup, hasmass,
+                    hasplates, doftype, linepressure, commenttext, modeltoolarge, resultflag,
+                    stressloaded, maxdisp, undomark);
 }
 
 // Colours and views: small, held by value.

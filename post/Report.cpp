@@ -2,6 +2,7 @@
 // The order of the report, and the dialog's commands.
 #include "post/Report.h"
 
+#include <filesystem>
 #include <vector>
 
 #include "core/model.h"
@@ -172,7 +173,8 @@ bool writereport() {
     if (isnamed()) box.path = modelname + ".rpt";
     const filechoice choice = door().choosefile(box);
     if (!choice.chosen) return false;
-    const std::string base = withoutextension(choice.path);
+    const std::string base =
+        withoutextension(std::filesystem::path(choice.path).lexically_normal().string());
     // The model's own report is written anew after each analysis and asks nothing.
     if (base != modelname && !askoverwrite(base, ".rpt")) return false;
     return savereport(base);

@@ -188,29 +188,10 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
     put(s, at.labelx, at.top + indexcolors * at.row + line / 2, t.tail);
 }
 
-// On paper the legend stands in the upper right corner, on a plate of its own.
-void printlegend(int nview) {
-    surface* const s = target(nview);
-    if (nview != 1 || s == nullptr || !legendshown()) return;
-    surface& page = *s;
-    const double widest = 4, row = 0.5, edge = 0.4;  // centimetres
-    const legendtext t = makelegend();
-    usefont(page);
-    double width = 0;
-    for (const std::string& text : t.heading) width = std::max(width, page.textwidth(text));
-    for (const std::string& text : t.labels)
-        width = std::max(width, boxwidth + gap + page.textwidth(text));
-    width = std::min(widest, width + 2 * margin);
-    const double wanted = 2 * margin + textlines(t) * page.textheight() + indexcolors * row;
-    const double height = std::min(wanted, viewh - 2 * edge), left = vieww - width - edge;
-    drawbox(page, left, edge, width, height, backcolor);
-    page.box(left, edge, left + width, edge + height, elemlabelcolor);
-    drawlegendon(page, left, edge, width, height);
-}
-
 void drawlegend() {
+    if (toprinter != 0) return;  // a printed page has a column for it
     surface* const s = door().legendsurface();
-    if (s == nullptr || toprinter != 0) return;
+    if (s == nullptr) return;
     s->clear(backcolor);
     if (legendshown()) drawlegendon(*s, 0, 0, s->width(), s->height());
     s->show();

@@ -20,9 +20,8 @@ legendtext makelegend();
 // Is the legend on show? While a plot is.
 bool legendshown();
 
-// Draws it on the platform's legend surface; on the page, as the layer of that name.
+// Draws it on the platform's legend surface; nothing while drawing goes to the printer.
 void drawlegend();
-void printlegend(int nview);
 // On a surface, in the rectangle from its top left corner, centimetres.
 void drawlegendon(surface& s, double left, double top, double width, double height);
 

@@ -129,5 +129,4 @@ void wirepost() {
     rereadresults = rereadshown;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
-    layer(layers::legend).draw = printlegend;
 }

@@ -33,8 +33,8 @@ void wiredialogs() {
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
-    adddialog("Soptions", makesoptions);
     adddialog("Roptions", makeroptions);
+    adddialog("Soptions", makesoptions);
     adddialog("placenodes", makeplacenodes);
     adddialog("graphoptions", makegraphoptions);
     adddialog("Mselect", makemselect);

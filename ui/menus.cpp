@@ -25,6 +25,7 @@
 #include "tools/mesh2d.h"
 #include "tools/placenodes.h"
 #include "tools/pointentry.h"
+#include "ui/demonstration.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -285,7 +286,7 @@ static void addinformationmenu(std::vector<menurow>& t) {
     t.push_back(
         {m, "mnuAbout", 0, "&About Kalvane...", "", "", [] { door().showdialog("frmAbout"); }});
     t.push_back({m, "info", 0, "Model info...", "", "", [] { door().showdialog("modelinfo"); }});
-    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", [] { door().showdialog("demo01"); }});
+    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", rundemo});
 }
 
 static std::vector<menurow> filltable() {

@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/hover.h"
 #include "post/probe.h"
 #include "ui/icons.h"
 #include "view/moddraw.h"

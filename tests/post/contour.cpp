@@ -58,8 +58,7 @@ struct plotroom : sessionroom {
         write(".rvp", {}, 0);
     }
     ~plotroom() {
-        for (layers l : {layers::contour, layers::elementstress, layers::legend})
-            layer(l).draw = nullptr;
+        for (layers l : {layers::contour, layers::elementstress}) layer(l).draw = nullptr;
     }
     static void ngroupsis(int count) {
         groups(0, 0) = count;

@@ -16,8 +16,10 @@ namespace fs = std::filesystem;
 class playroom {
   public:
     playroom() : folder(room.path().toStdString()) {
-        fs::copy(source() / "data/examples", folder / "examples");
         fs::create_directory(folder / "home");
+        fs::copy(source() / "data/examples", folder / "examples");
+        fs::copy(source() / "data/demo", folder / "home/demo");
+        fs::copy(source() / "data/examples", folder / "home/examples");
     }
     static fs::path source() {
         const char* dir = std::getenv("KALVANE_SOURCE");
@@ -137,4 +139,13 @@ TEST(Reports, PrintedPagesAreWholeOrNotThere) {
     EXPECT_TRUE(fs::is_directory(room.folder / "folder.pdf"));
     for (const auto& entry : fs::directory_iterator(room.folder))
         EXPECT_EQ(entry.path().string().find(".new~"), std::string::npos) << entry.path();
+}
+
+TEST(Reports, TheDemonstrationGoesFromAnEmptyWindowToAPrintedPage) {
+    // Its own lines expect the mesh, the displacement of beam theory and the portal frame.
+    playroom room;
+    room.play(
+        "answer no\nmenu \"Information/Run Demo\"\nexpect nnodes 15\nexpect curlcomb 3\n"
+        "expect message \"Save model ?\"\nanswer cancel\nmenu \"Information/Run Demo\"\n"
+        "expect nnodes 15\n");
 }

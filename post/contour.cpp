@@ -9,6 +9,7 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "post/postproces.h"
 #include "post/stressfile.h"
 
 int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
@@ -80,7 +81,7 @@ bool isplotted(int e) {
     return elnn != 0 && (elnn == 2) == iselementstress() && (postset == 0 || elemflag(e));
 }
 
-static bool plotsstress() {
+bool plotsstress() {
     return iselementstress() || contourdata == 0;
 }
 
@@ -155,7 +156,7 @@ bool prepareplot() {
     ready = false;
     if (!iscontour() && !iselementstress()) return false;
     fillpalette();
-    if (plotsstress() && !preparestress()) return false;
+    if (plotsstress() ? !preparestress() : !fieldread) return false;
     contourscale();
     ready = true;
     return true;

@@ -45,8 +45,10 @@ static std::string fieldname() {
 static std::vector<std::string> headinglines() {
     static const char* const displacements[] = {"XYZ Displacements", "X Displacements",
                                                 "Y Displacements", "Z Displacements"};
-    if (showsdisplacement()) return {displacements[dispcontour], fieldname()};
-    return {"Stress Index", fieldname(), componenttext()};
+    const std::string index = "Stress Index";  // the name of the scale, whatever it is of
+    if (!showsdisplacement()) return {index, fieldname(), componenttext()};
+    if (toprinter != 0) return {displacements[dispcontour], fieldname()};
+    return {index, fieldname(), displacements[dispcontour]};
 }
 
 static int exponentof(double largest) {

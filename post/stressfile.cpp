@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "core/catalogue.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -13,6 +14,7 @@
 #include "post/postproces.h"
 
 int stressaverage, lineelstress;
+std::string stressnote;
 
 std::string stressfile() {
     if (lineelstress) return modelname + ".LES";
@@ -68,8 +70,19 @@ static void readblock(textin& in, float factor) {
     }
 }
 
+// Faces of the model that the file passed over; they stand at 0.
+static std::string noteofempty() {
+    int empty = 0;
+    for (int e = 1; e <= nelems() && !lineelstress; ++e)
+        empty += nodesoftype(elems(e, 0)) > 2 && elemstress(0, e, 0) == 0;
+    if (empty == 0) return {};
+    return numbertext(empty) + (empty == 1 ? " element has" : " elements have") +
+           " no stress in the file and stand at 0; analyse again";
+}
+
 static void readstressfile() {
     stressloaded = false;
+    stressnote.clear();
     elemstress.clear();
     textin in(findnocase(stressfile()));
     elemstress.alloc(stressvalues, modelsize(2), stresscorners);
@@ -77,6 +90,8 @@ static void readstressfile() {
     while (!in.atend()) readblock(in, factorofcase(in, ++l));
     if (l == 0) in.fail(errpastend, "the file holds no load case");
     combinedstress();
+    stressnote = noteofcases(in, l);
+    if (stressnote.empty()) stressnote = noteofempty();
     stressloaded = true;
 }
 

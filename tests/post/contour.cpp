@@ -134,7 +134,7 @@ TEST(Scale, OfAUniformFieldWidensByItself) {
     }
 }
 
-TEST(Scale, ByHandTakesItsBoundsInEitherOrder) {
+TEST(Scale, ByHandIsCheckedAtReady) {
     plotroom room;
     showcontour();
     soptionsform form;
@@ -147,6 +147,14 @@ TEST(Scale, ByHandTakesItsBoundsInEitherOrder) {
     EXPECT_FALSE(storesoptions(form));
     form.maximum = "-3";
     form.minimum = "12.5";
+    EXPECT_FALSE(storesoptions(form));
+    EXPECT_EQ(form.message, "Maximum is below Minimum");
+    choosescale(form, true);
+    EXPECT_TRUE(storesoptions(form)) << "what is typed plays no part in an automatic scale";
+    EXPECT_EQ(scalemax, 0);
+    choosescale(form, false);
+    form.maximum = "12.5";
+    form.minimum = "-3";
     ASSERT_TRUE(storesoptions(form));
     showresults();
     EXPECT_EQ(indexmax, 12.5);
@@ -215,9 +223,13 @@ TEST(Legend, NamesWhatIsShown) {
     EXPECT_EQ(makelegend().heading.back(), "Combined Stress ");
     contourdata = 1;
     dispcontour = 2;
+    EXPECT_EQ(makelegend().heading,
+              (std::vector<std::string>{"Stress Index", "Wind", "Y Displacements"}));
+    toprinter = 1;
     EXPECT_EQ(makelegend().heading, (std::vector<std::string>{"Y Displacements", "Wind"}));
+    toprinter = 0;
     curlcomb = 9;
-    EXPECT_EQ(makelegend().heading.back(), "Load Case 1");
+    EXPECT_EQ(makelegend().heading[1], "Load Case 1");
     showelementstress();
     EXPECT_EQ(makelegend().title, "Stress Index");
     EXPECT_EQ(makelegend().heading.front(), "Stress Index");
@@ -393,6 +405,53 @@ TEST(Switches, ModesAreListedWithTheirFrequency) {
     showdeformed();
     showmode();
     EXPECT_EQ(maxdisp, 5) << "without the mode the combination's field is back";
+}
+
+TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
+    plotroom room;
+    contourdata = 1;
+    writefile(room.file("job.rvp"), "7,1\r\n0,0\r\n");
+    showcontour();
+    EXPECT_TRUE(room.door.told("Error occurred while trying to read Displacements."));
+    EXPECT_NE(room.door.status.find("7 nodes, the model in hand has 6"), std::string::npos)
+        << room.door.status;
+    EXPECT_FALSE(legendshown());
+    EXPECT_EQ(room.door.views[0].count("polygon"), 0);
+    EXPECT_GT(room.door.views[0].count("line"), 8) << "the mesh is there";
+    choosedata(0);
+    soptionsclosed();
+    EXPECT_TRUE(legendshown()) << "stresses need no displacements";
+    choosedata(1);
+    room.write(".rvp", {}, 0);
+    soptionsclosed();
+    EXPECT_EQ(indexmax, 5);
+    menupostItem(2).checked = false;
+    writefile(room.file("job.EIG"), "1,1\r\n4\r\n0,x\r\n");
+    showmode();
+    EXPECT_NE(room.door.status.find("\"x\""), std::string::npos) << room.door.status;
+}
+
+// A file of an older analysis reads well and still does not fit: the status line says so.
+TEST(Switches, ResultsOfOtherLoadCasesAreTold) {
+    plotroom room;
+    const auto tells = [&](const char* part) {
+        return room.door.status.find(part) != std::string::npos;
+    };
+    showdeformed();
+    EXPECT_FALSE(tells("load case")) << room.door.status;
+    loadnode(0, 0) = 2;
+    choosecombination(1);
+    EXPECT_TRUE(tells("job.rvp holds 1 load case, the model has 2")) << room.door.status;
+    showcontour();
+    EXPECT_TRUE(tells("job.NSL holds 1 load case, the model has 2")) << room.door.status;
+    loadnode(0, 0) = 1;
+    room.write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}}, 12);
+    choosecombination(1);
+    EXPECT_TRUE(tells("1 element has no stress in the file")) << room.door.status;
+    writefile(room.file("job.EIG"), "1,3\r\n4\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n");
+    showmode();
+    EXPECT_TRUE(tells("Mode shape 1 of 1: ")) << room.door.status;
+    EXPECT_TRUE(tells("job.EIG announces 3 modes and holds 1")) << room.door.status;
 }
 
 // --- the picture --------------------------------------------------------------------------------

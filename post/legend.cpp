@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <sstream>
 
 #include "core/model.h"
 #include "core/numtext.h"
@@ -114,6 +115,26 @@ static std::string fitted(surface& s, std::string text, double width) {
     return text + "…";
 }
 
+// The heading in rows of a width, broken at blanks.
+static std::vector<std::string> rowsof(surface& s, const legendtext& t, double width) {
+    std::vector<std::string> rows;
+    for (const std::string& text : t.heading) {
+        std::istringstream words(text);
+        std::string row, word;
+        while (words >> word) {
+            const std::string longer = row.empty() ? word : row + " " + word;
+            if (row.empty() || s.textwidth(longer) <= width) {
+                row = longer;
+                continue;
+            }
+            rows.push_back(fitted(s, row, width));
+            row = word;
+        }
+        rows.push_back(fitted(s, row, width));
+    }
+    return rows;
+}
+
 static void put(surface& s, double x, double y, const std::string& text) {
     s.moveto(x, y);
     s.text(text);
@@ -130,11 +151,6 @@ static void drawbox(surface& s, double left, double top, double width, double he
 
 // Centimetres.
 static const double margin = 0.15, boxwidth = 0.6, gap = 0.15, tallest = 0.65;
-
-// Lines of text above and below the scale: the heading, one between, and the power of ten.
-static double textlines(const legendtext& t) {
-    return double(t.heading.size()) + 2.5;
-}
 
 static void usefont(surface& s) {
     s.font = elemlabelfont;
@@ -174,12 +190,14 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
     const legendtext t = makelegend();
     usefont(s);
     const double line = s.textheight(), inner = width - 2 * margin;
+    const std::vector<std::string> heading = rowsof(s, t, inner);
     double y = top + margin;
-    for (const std::string& text : t.heading) {
-        put(s, left + margin, y, fitted(s, text, inner));
+    for (const std::string& row : heading) {
+        put(s, left + margin, y, row);
         y += line;
     }
-    const double room = height - 2 * margin - textlines(t) * line;
+    const double linesbelow = 2.5;  // one over the scale, the power of ten under it
+    const double room = height - 2 * margin - (double(heading.size()) + linesbelow) * line;
     const double beside = boxwidth + gap;
     const scaleplace at{left + margin, y + line, std::min(tallest, room / indexcolors),
                         left + margin + beside, inner - beside};

@@ -128,6 +128,8 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     const double ring = 0.12, gap = 0.2, rim = 0.05;  // centimetres
     if (p.e == 0 || !isshown(p.e, nview)) return;
     const point2 at = cornerplace(p.e, p.corner, nview);
+    s.drawwidth = 5;
+    s.circle(at.x, at.y, ring, backcolor);  // the ring stands out from any band
     s.drawwidth = 2;
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawwidth = 1;

@@ -275,6 +275,24 @@ TEST(Legend, StandsInOrder) {
     EXPECT_EQ(labels[11].what, "E1");
 }
 
+TEST(Legend, BreaksAHeadingThatIsTooWide) {
+    plotroom room;
+    contourdata = 1;
+    showcontour();
+    recordsurface paper;  // 0.2 cm a letter
+    drawlegendon(paper, 0, 0, 3, 9);
+    const auto ends = [&](const char* text) {
+        return std::ranges::count_if(paper.operations,
+                                     [&](const std::string& o) { return o.ends_with(text); });
+    };
+    EXPECT_EQ(ends(" XYZ"), 1);
+    EXPECT_EQ(ends(" Displacements"), 1);
+    paper.operations.clear();
+    drawlegendon(paper, 0, 0, 2, 9);
+    EXPECT_EQ(ends(" Displacements"), 0);
+    EXPECT_GT(ends("…"), 0) << "a word that does not fit is cut and marked";
+}
+
 // --- palette ------------------------------------------------------------------------------------
 
 namespace {

@@ -60,9 +60,10 @@ float factorofcase(const textin& in, int l) {
     return lcomb(curlcomb, l);
 }
 
-// A Single holds no more than this; what is larger would be shown as infinite.
+// What is larger would be shown as infinite: half of what a Single holds, so that the length of
+// three such components is a Single too.
 static float stored(const textin& in, double value) {
-    if (!(std::fabs(value) <= std::numeric_limits<float>::max()))
+    if (!(std::fabs(value) <= std::numeric_limits<float>::max() / 2))
         in.fail(erroverflow, "the value " + numbertext(value) + " is too large");
     return float(value);
 }

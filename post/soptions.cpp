@@ -3,6 +3,7 @@
 #include "post/soptions.h"
 
 #include <cmath>
+#include <limits>
 
 #include "core/model.h"
 #include "core/numtext.h"
@@ -133,8 +134,9 @@ void endpostselection(soptionsform& form) {
 
 // --- the end ------------------------------------------------------------------------------------
 
+// No value on show is larger than a Single.
 static bool readbound(const std::string& text, double& value) {
-    return readnumber(text, value) && std::isfinite(value);
+    return readnumber(text, value) && std::fabs(value) <= std::numeric_limits<float>::max();
 }
 
 bool storesoptions(soptionsform& form) {

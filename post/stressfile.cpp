@@ -39,8 +39,14 @@ static int elementof(const textin& in, std::string_view word) {
 }
 
 static void addvalues(textin& in, float factor, int e, int corner) {
-    for (int k = 1; k <= stressvalues; ++k)
-        elemstress(k, e, corner) += double(factor) * double(in.single());
+    const double largest = 1e37;  // the combined stress of such components still is a Single
+    for (int k = 1; k <= stressvalues; ++k) {
+        double& sum = elemstress(k, e, corner);
+        sum += double(factor) * double(in.single());
+        if (!(std::fabs(sum) <= largest))
+            in.fail(erroverflow, "the stress " + numbertext(sum) + " of element " + numbertext(e) +
+                                     " is too large");
+    }
 }
 
 static void addrecord(textin& in, float factor, int e, int corner) {

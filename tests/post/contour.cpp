@@ -72,8 +72,10 @@ TEST(Scale, ByHandIsCheckedAtReady) {
     form.maximum = "abc";
     EXPECT_FALSE(storesoptions(form));
     EXPECT_EQ(form.message, "Maximum and Minimum must be numbers");
-    form.maximum = "1e999";
-    EXPECT_FALSE(storesoptions(form));
+    for (const char* text : {"1e999", "1e300", "nan", ""}) {
+        form.maximum = text;
+        EXPECT_FALSE(storesoptions(form)) << text;
+    }
     form.maximum = "-3";
     form.minimum = "12.5";
     EXPECT_FALSE(storesoptions(form));

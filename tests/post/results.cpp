@@ -261,6 +261,8 @@ TEST(Stresses, AFileThatDoesNotFitIsRefusedWhole) {
         {"text as element", "one,0,0,0,1,2,3", "\"one\""},
         {"no number", "1,0,0,0,NaN,2,3", "\"NaN\""},
         {"too large", "1,0,0,0,1e99,2,3", "too large"},
+        {"a sum too large", "1,0,0,0,9e36,0,0,0,0,0,0,0,0,0,0,0,0,END",
+         "of element 1 is too large"},
         {"five load cases of four", good + good + good + good + good, "declared 4"},
     };
     for (const row& r : rows) {

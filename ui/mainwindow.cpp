@@ -206,9 +206,9 @@ void mainwindow::buildtoolbars() {
 
     QToolBar* const job = newbar(this, "jobbar", tr("Job"));
     for (const auto& [array, i] :
-         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Mnuadditem", 3),
-          std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2), std::pair("menupostItem", 1),
-          std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
+         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Loadcase", 0),
+          std::pair("Mnuadditem", 3), std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2),
+          std::pair("menupostItem", 1), std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
         job->addAction(menuaction(array, i));
 }
 

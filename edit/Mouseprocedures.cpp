@@ -99,12 +99,20 @@ static void endbyescape() {
 
 // --- points -------------------------------------------------------------------------------------
 
-static void takepoint(int nview, double x, double y) {
+void takepoint(int nview, double x, double y) {
     persu = (x - vieww / 2) / scalex;
     persv = (viewh / 2 - y) / scaley;
     scrx = x;
     scry = y;
     unprojectpoint(nview);
+}
+
+void projectplace(int nview, double x, double y, double z) {
+    const float scale = viewscale(nview);
+    curx = float(scale * x);
+    cury = float(scale * y);
+    curz = float(scale * z);
+    projectpoint(nview);
 }
 
 int addnodeat(int nview) {
@@ -249,7 +257,7 @@ static nearest picknodewithload(int nview) {
     return picknodewhere(nview, [&](int n) { return marks[std::size_t(n)]; });
 }
 
-static nearest pickitem(int nview, selectitems item) {
+nearest pickitem(int nview, selectitems item) {
     switch (item) {
         case selectnodes:
             return picknode(nview);
@@ -318,7 +326,7 @@ static void selectpress(int nview) {
 
 // --- the driver ---------------------------------------------------------------------------------
 
-static bool snaps(const moderow& row) {
+bool snaps(const moderow& row) {
     return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
            row.flag == &drawcurve;
 }
@@ -373,6 +381,13 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     guarded([&] { mousedriver(nview, button); },
             [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
     door().refresh();
+}
+
+void pressat(double x, double y, double z) {
+    endhover();
+    prepareview(activeview);
+    projectplace(activeview, x, y, z);
+    viewmousedown(activeview, mousebuttons::left, scrx, scry);
 }
 
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
@@ -443,77 +458,4 @@ void keyhandler(int code) {
     if (code == keyspace && !row) nextgraphicpoint();
     if (code == keyback && row && row->back) row->back();
     door().refresh();
-}
-
-// --- the item under the pointer -----------------------------------------------------------------
-
-static int hoverview;  // 0: nothing is highlighted
-static nearest hovered;
-
-static const char* nameofitem(selectitems item) {
-    static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
-    return names[item];
-}
-
-static void drawhovered(int nview, selectitems item) {
-    surface* const s = target(nview);
-    const colour highlight = rgb(255, 165, 0);
-    const double ring = 0.16;  // centimetres
-    if (s == nullptr) return;
-    s->toplane(planes::pointer);
-    prepareview(nview);
-    drawcolor = highlight;
-    s->fillsolid = false;
-    s->drawwidth = 2;
-    if (item == selectelements) {
-        drawelementoutline(hovered.item, nview);
-    } else if (item != selectpatches) {
-        if (item == selectgraphics) {
-            const float scale = viewscale(nview);
-            curx = scale * graphics(hovered.item, hovered.part, 1);
-            cury = scale * graphics(hovered.item, hovered.part, 2);
-            curz = scale * graphics(hovered.item, hovered.part, 3);
-        } else {
-            setnode(hovered.item, nview);
-        }
-        projectpoint(nview);
-        s->circle(scrx, scry, ring, highlight);
-    }
-    s->drawwidth = 1;
-    drawcolor = meshcolor;
-    s->toplane(planes::marks);
-    s->show();
-}
-
-void endhover() {
-    if (hoverview == 0) return;
-    if (surface* const s = target(hoverview)) {
-        s->clearplane(planes::pointer);
-        s->show();
-    }
-    hoverview = 0;
-    hovered = nearest();
-    door().showstatus(statusline());
-}
-
-static bool hovers() {
-    const moderow* const row = runningmode();
-    if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
-    return selecttype == selecttypes::single || selecttype == selecttypes::group;
-}
-
-void hover(int nview, double x, double y) {
-    if (!hovers()) return endhover();
-    const keptpoint kept;
-    takepoint(nview, x, y);
-    const selectitems item = runningmode() ? selectnodes : selectitem();
-    const nearest found = pickitem(nview, item);
-    if (found.item == 0) return endhover();
-    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
-    endhover();
-    hovered = found;
-    hoverview = nview;
-    drawhovered(nview, item);
-    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

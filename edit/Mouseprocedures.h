@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "core/array.h"
+#include "edit/find.h"
+#include "edit/selection.h"
 
 enum class mousebuttons { none = 0, left = 1, right = 2 };
 
@@ -48,6 +50,9 @@ void viewmouseup(int nview, mousebuttons button, double x, double y);
 enum keycodes { keyback = 8, keyenter = 13, keyescape = 27, keyspace = 32 };
 void keyhandler(int code);
 
+// A press of the left button at a model point in the active view: picking by the keyboard.
+void pressat(double x, double y, double z);
+
 // What a press means, by the mode or else by the selection method.
 void mousedriver(int nview, mousebuttons button);
 
@@ -55,6 +60,12 @@ void mousedriver(int nview, mousebuttons button);
 // the status line.
 void hover(int nview, double x, double y);
 void endhover();
+
+// Parts of the driver that the highlight shares.
+void takepoint(int nview, double x, double y);  // a place in a view becomes the point in work
+void projectplace(int nview, double x, double y, double z);  // a model point, projected
+nearest pickitem(int nview, selectitems item);
+bool snaps(const moderow& row);  // do the points of this mode snap?
 
 // The point in work becomes a new node; drawn at once. Returns its number.
 int addnodeat(int nview);

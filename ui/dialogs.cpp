@@ -36,6 +36,7 @@ void wiredialogs() {
     adddialog("graphoptions", makegraphoptions);
     adddialog("Mselect", makemselect);
     adddialog("mesh2d", makemesh2d);
+    adddialog("patchedit", makepatchedit);
 }
 
 void tellfault(const runtimeerror& fault) {

@@ -46,5 +46,6 @@ QDialog* makeplacenodes();
 QDialog* makegraphoptions();
 QDialog* makemselect();
 QDialog* makemesh2d();
+QDialog* makepatchedit();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -177,6 +177,21 @@ TEST(PointEntry, TheSpaceKeyStepsThePickedPoint) {
     EXPECT_EQ(graphsel(1, 1), 2);
 }
 
+TEST(PointEntry, AnElementIsPickedAndShownByItsShape) {
+    drawingroom room;
+    addline({0, 0, 0}, {4, 0, 0});
+    addline({4, 0, 0}, {4, 4, 0});
+    setselectitem(selectgraphics);
+    pressat(4, 1, 0);  // typed in the coordinate boxes
+    ASSERT_EQ(graphsel(0, 0), 1);
+    EXPECT_EQ(graphsel(1, 0), 2);
+    room.door.views[1].operations.clear();
+    hover(2, 10 + 3, 5 - 0.1);
+    EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00 #ffa500"), 1);
+    EXPECT_NE(room.door.status.find("Graphic element 1"), std::string::npos);
+    endhover();
+}
+
 // --- the dialog ---------------------------------------------------------------------------------
 
 TEST(Placenodes, ShowsOneElement) {

@@ -390,8 +390,17 @@ void pressat(double x, double y, double z) {
     viewmousedown(activeview, mousebuttons::left, scrx, scry);
 }
 
+// What the running mode would make of a press here.
+static void followpointer(int nview, double x, double y) {
+    moderow* const row = runningmode();
+    if (row == nullptr || !row->follow) return;
+    const keptpoint kept;
+    takepoint(nview, x, y);
+    row->follow(nview);
+}
+
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
-    if (button == mousebuttons::none && !windowdrag) return;
+    if (button == mousebuttons::none && !windowdrag) return followpointer(nview, x, y);
     takepoint(nview, x, y);
     if (button == mousebuttons::left && movepending && editing) {
         movedrag(nview);

@@ -20,9 +20,10 @@ struct moderow {
     std::function<void(int nview)> press;          // left press, snapped: the point is in modelx..
     std::function<void(double* point)> lastpoint;  // point that a relative command starts from
     std::function<void(double x, double y, double z)> commandpoint;  // a point from a command
-    std::function<void()> enter, space;  // Enter restarts where it is told; the space key
-    std::function<void()> end;           // the end by ESC or by another mode
-    std::function<void()> back = {};     // Backspace takes the last point back
+    std::function<void()> enter, space;          // Enter restarts where it is told; the space key
+    std::function<void()> end;                   // the end by ESC or by another mode
+    std::function<void()> back = {};             // Backspace takes the last point back
+    std::function<void(int nview)> follow = {};  // the pointer moves: the point is in modelx..
 };
 std::vector<moderow>& modes();
 moderow* runningmode();

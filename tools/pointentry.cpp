@@ -83,6 +83,32 @@ static void showmarks() {
     showviews();
 }
 
+static void endfollow() {
+    for (int v = 1; v <= shownviews(); ++v)
+        if (surface* const s = target(v)) s->clearplane(planes::pointer);
+}
+
+// The element as it would be with its next point under the pointer, in dots.
+static void followpointer(int nview) {
+    const drawmode* const mode = activemode();
+    surface* const s = target(nview);
+    if (mode == nullptr || s == nullptr || ptcount == 0 || ngraphics() >= graphics.upper1) return;
+    const int g = ngraphics() + 1;
+    const bool last = ptcount + 1 == pointsofgraphic(mode->kind);
+    setdefinitionpoint(graphics, g, ptcount + 1, {modelx, modely, modelz});
+    graphics(g, 0, 0) = float(last ? mode->kind : kindline);
+    s->clearplane(planes::pointer);
+    s->toplane(planes::pointer);
+    s->drawstyle = pens::dotted;
+    prepareview(nview);
+    drawcolor = graphcolor;
+    drawgraphic(graphics, g, nview);
+    drawcolor = meshcolor;
+    s->drawstyle = pens::solid;
+    s->toplane(planes::marks);
+    s->show();
+}
+
 static void drawfinished(int g) {
     const keptpoint kept;
     for (int v = 1; v <= shownviews(); ++v) {
@@ -150,6 +176,7 @@ void addgraphicpoint(pointsteps step) {
         placepoint(*mode);
     } else if (ptcount > 0) {
         --ptcount;
+        endfollow();
         showmarks();
     }
     promptpoint();
@@ -169,6 +196,7 @@ void startdrawing(graphickinds kind) {
 
 static void restartchain() {
     ptcount = 0;
+    endfollow();
     showmarks();
     promptpoint();
 }
@@ -191,8 +219,10 @@ void wirepointentry() {
         };
         row.enter = restartchain;
         row.back = [] { addgraphicpoint(pointsteps::back); };
+        row.follow = followpointer;
         row.end = [] {
             ptcount = 0;
+            endfollow();
             redrawall();
         };
         modes().push_back(row);

@@ -118,6 +118,24 @@ TEST(PointEntry, CurvesAndCirclesTakeThreePoints) {
     }
 }
 
+TEST(PointEntry, TheNextPieceFollowsThePointer) {
+    drawingroom room;
+    startdrawing(kindcircle);
+    room.click(1, 0);
+    room.door.views[1].operations.clear();
+    viewmousemove(2, mousebuttons::none, 10 - 1, 5);
+    EXPECT_EQ(room.door.views[1].count("line 11.00 5.00 9.00 5.00"), 1);
+    room.click(-1, 0);
+    room.door.views[1].operations.clear();
+    viewmousemove(2, mousebuttons::none, 10, 5 - 1);
+    EXPECT_EQ(room.door.views[1].count("line"), 60) << "a half circle in chords of 3 degrees";
+    EXPECT_EQ(ngraphics(), 0);
+    EXPECT_NEAR(modelx, -1, 1e-6) << "relative commands still go on from the last point";
+    viewmousemove(2, mousebuttons::none, 10, 5);  // straight: no circle
+    room.click(0, 1);
+    EXPECT_EQ(graphics(1, 0, 0), kindcircle);
+}
+
 TEST(PointEntry, StartingAnotherKindEndsTheFirst) {
     drawingroom room;
     startdrawing(kindline);
@@ -298,6 +316,9 @@ TEST(Placenodes, WhatTheFieldsTake) {
                              : c.field == length ? graphics(1, 2, 1)
                                                  : graphics(1, 0, 1);
         EXPECT_EQ(stored, c.stored) << name;
+        leavefield(form);
+        EXPECT_EQ(form.spaces, std::to_string(int(graphics(1, 0, 1)))) << name;
+        EXPECT_EQ(form.nodes, std::to_string(int(graphics(1, 0, 1)) + 1)) << name;
         closeplacenodes(form);
         EXPECT_FALSE(editing);
     }

@@ -37,6 +37,7 @@ void wiredialogs() {
     adddialog("Mselect", makemselect);
     adddialog("mesh2d", makemesh2d);
     adddialog("patchedit", makepatchedit);
+    adddialog("modifyelem", makemodifyelem);
 }
 
 void tellfault(const runtimeerror& fault) {

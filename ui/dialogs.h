@@ -47,5 +47,6 @@ QDialog* makegraphoptions();
 QDialog* makemselect();
 QDialog* makemesh2d();
 QDialog* makepatchedit();
+QDialog* makemodifyelem();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -6,43 +6,25 @@
 #include <QPainter>
 #include <array>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 #include <vector>
 
+#include "bench/imagedoor.h"
 #include "bench/largemodel.h"
 #include "bench/ratio.h"
 #include "core/colours.h"
 #include "core/model.h"
-#include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/move.h"
 #include "edit/selection.h"
-#include "ui/qtsurface.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
-
-static const double pixelspercm = 96 / 2.54;
-
-// The four surfaces without a window around them.
-class imagedoor : public platform {
-  public:
-    answers show(const messagebox&) override { return answers::ok; }
-    filechoice choosefile(const filebox&) override { return {}; }
-    surface* viewsurface(int nview) override { return &views[std::size_t(nview - 1)]; }
-    twipbox workarea() override { return {0, 0, 2080 + 1600 * 15, 900 * 15}; }
-    void placeview(int nview, const twipbox& box, bool) override {
-        views[std::size_t(nview - 1)].resize(int(box.width / 15), int(box.height / 15), 1,
-                                             pixelspercm);
-    }
-    void viewsize(int nview, double& width, double& height) override {
-        width = views[std::size_t(nview - 1)].width();
-        height = views[std::size_t(nview - 1)].height();
-    }
-    std::array<qtsurface, 4> views;
-};
 
 using facet = std::array<QPointF, 4>;
 
@@ -156,6 +138,14 @@ static void benchpicks() {
     unprojectpoint(1);
     printratio(
         "pick of a node", 9, 3, [&] { sum += picknode(1).item; }, plain);
+    double place = 5;
+    printratio(
+        "item under a moving pointer", 9, 3,
+        [&] {
+            takepoint(1, place += 0.1, 8);
+            sum += hovernode(1).item;
+        },
+        plain);
     printratio(
         "window selection", 9, 3,
         [] {
@@ -183,6 +173,47 @@ static void benchmove() {
                 "move of 1,000 selected nodes", one, whole, one / whole);
 }
 
+// gmsh's own picture of a mesh of the same size with edges and lit faces, turned a little between
+// pictures: the time of one from runs with few and with many.
+static double gmshredraw() {
+    const auto run = [](int pictures) {
+        std::string geo =
+            "Point(1)={0,0,0};Point(2)={1,0,0};Point(3)={1,1,0};Point(4)={0,1,0};\n"
+            "Line(1)={1,2};Line(2)={2,3};Line(3)={3,4};Line(4)={4,1};\n"
+            "Curve Loop(1)={1,2,3,4};Plane Surface(1)={1};\n"
+            "Transfinite Curve{1:4}=1001;Transfinite Surface{1};Recombine Surface{1};\nMesh 2;\n"
+            "Mesh.SurfaceFaces=1;Mesh.SurfaceEdges=1;Mesh.Points=0;General.Trackball=0;\n"
+            "General.GraphicsWidth=1600;General.GraphicsHeight=900;General.SmallAxes=0;\nDraw;\n";
+        for (int i = 0; i < pictures; ++i)
+            geo += "General.RotationX=" + std::to_string(300 + i) + ";Print \"picture.png\";\n";
+        std::ofstream("redraw.geo") << geo << "Exit;\n";
+        return secondsof([] {
+            if (std::system("xvfb-run -a gmsh redraw.geo >gmsh.log 2>&1") != 0)
+                std::puts("gmsh could not be run off screen");
+        });
+    };
+    run(1);
+    const int few = 2, many = 12;
+    return (run(many) - run(few)) / (many - few);
+}
+
+static void benchpeer() {
+    if (std::system("command -v xvfb-run gmsh >/dev/null 2>&1") != 0) {
+        std::puts("gmsh or xvfb-run is not installed: no comparison");
+        return;
+    }
+    makelargemodel(1000);
+    setpreset(1, 0);
+    autoscale(1);
+    mnudrawlist(0).checked = false;
+    mnudrawlist(10).checked = true;
+    redrawall();
+    const double ours = median({secondsof(redrawall), secondsof(redrawall), secondsof(redrawall)});
+    const double theirs = gmshredraw();
+    std::printf("%-46s ours %8.4f s  gmsh  %8.4f s  ratio %6.2f\n",
+                "hidden line redraw against gmsh", ours, theirs, ours / theirs);
+}
+
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
@@ -194,5 +225,6 @@ int main(int argc, char** argv) {
     benchhidden(door);
     benchpicks();
     benchmove();
+    benchpeer();
     setdoor(nullptr);
 }

@@ -25,22 +25,35 @@ static fs::path userdata() {
 }
 
 static void fillfrom(const fs::path& source, const fs::path& target) {
-    static const char* const files[] = {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "manual.htm"};
+    static const char* const files[] = {"ELTYP.DAT", "ELDES.DAT", "sections.dat"};
     std::error_code ec;
     for (const char* name : files)
         if (!fs::exists(target / name, ec) && fs::exists(source / name, ec))
             fs::copy_file(source / name, target / name, ec);
 }
 
+// The manual and its pictures are nobody's to edit: newer ones take the place of those of an
+// earlier version.
+static void copymanual(const fs::path& source, const fs::path& target) {
+    std::error_code ec;
+    if (!fs::exists(source / "manual.htm", ec)) return;
+    fs::copy(source / "manual.htm", target / "manual.htm", fs::copy_options::update_existing, ec);
+    fs::copy(source / "manual", target / "manual",
+             fs::copy_options::recursive | fs::copy_options::update_existing, ec);
+}
+
 std::string findappdir(const std::string& programdir, const std::string& installeddata) {
+    std::error_code ec;
     fs::path folder = programdir;
     if (const char* home = std::getenv("KALVANE_HOME"); home && *home)
         folder = fs::absolute(home);
-    else if (!iswritable(folder))
+    else if (!fs::exists(folder / "ELTYP.DAT", ec) || !iswritable(folder))
         folder = userdata();
-    std::error_code ec;
     fs::create_directories(folder, ec);
     for (const fs::path& source : {fs::path(programdir), fs::path(installeddata)})
-        if (source != folder) fillfrom(source, folder);
+        if (source != folder) {
+            fillfrom(source, folder);
+            copymanual(source, folder);
+        }
     return folder.string();
 }

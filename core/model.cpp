@@ -3,8 +3,6 @@
 #include "core/model.h"
 
 #include <algorithm>
-#include <tuple>
-#include <utility>
 
 #include "core/platform.h"
 
@@ -55,6 +53,8 @@ array2<int> graphsel, graphsel2, graphmesh, edgedata, edgegrid;
 array1<float> edgechordax, edgechorday, edgechordaz, edgechordbx, edgechordby, edgechordbz;
 array3<Integer> patches;
 array1<float> patchsel;
+
+int meshgroup = 1;
 
 Flag hasmass, hasplates;
 int doftype = 2;
@@ -130,8 +130,8 @@ static void allocgraphics(long m5, long m6) {
     patchsel.alloc(maxpatches);
 }
 
-void allocmodel() {
-    guarded(
+bool allocmodel() {
+    return guarded(
         [] {
             allocnodes(modelsize(1));
             allocelems(modelsize(2));
@@ -142,48 +142,6 @@ void allocmodel() {
         [](const runtimeerror&) {
             door().message("Out of Memory, Reduce size of declaired model", icons::exclamation);
         });
-}
-
-// Every array and scalar that makes up the model, by reference.
-static auto modelparts() {
-    return std::tie(nodes, nodesel, nodename, tmpnodes, nodework, elems, egroup, rotpo, elemname,
-                    elemsel, elemvis, tmpelems, elemdepth, endrelease, elemstress, elemflag, groups,
-                    groupname, groupmat, groupcolor, groupshow, ncon, connode, condof, conval,
-                    loadnode, loaddof, loadval, elemload, lcname, lctype, lcpar, curlc, nload,
-                    lcomb, lcombname, lcdesc, curlcomb, dispres, graphics, graphics2, graphsel,
-                    graphsel2, graphmesh, edgedata, edgegrid, edgechordax, edgechorday, edgechordaz,
-                    edgechordbx, edgechordby, edgechordbz, patches, patchsel, hasmass, hasplates,
-                    doftype, linepressure, commenttext, modeltoolarge, resultflag, stressloaded,
-                    maxdisp, undomark);
-}
-
-template <typename... T>
-static std::tuple<T...> emptyparts(const std::tuple<T&...>&) {
-    return {};
-}
-
-struct keptmodel::store {
-    decltype(emptyparts(modelparts())) parts;
-};
-
-template <typename References, typename Values, std::size_t... I>
-static void swapparts(References now, Values& kept, std::index_sequence<I...>) {
-    (std::swap(std::get<I>(now), std::get<I>(kept)), ...);
-}
-
-template <typename Values>
-static void swapmodel(Values& kept) {
-    swapparts(modelparts(), kept, std::make_index_sequence<std::tuple_size_v<Values>>());
-}
-
-keptmodel::keptmodel() : kept(std::make_unique<store>()) {
-    swapmodel(kept->parts);
-}
-
-keptmodel::~keptmodel() = default;
-
-void keptmodel::restore() {
-    swapmodel(kept->parts);
 }
 
 void clearcounts() {

@@ -90,6 +90,9 @@ extern array3<Integer> patches;  // (0..20000, 0..10, 0..20): (0,0,0) count, (p,
                                  // their numbers
 extern array1<float> patchsel;   // (0..20000)
 
+extern int meshgroup;  // current group of all tools that create elements; 0 while the dialog of
+                       // the groups shows all of them
+
 // Flags that follow from the model.
 extern Flag hasmass;    // an element with one node occurs
 extern Flag hasplates;  // an element with more than two nodes occurs
@@ -128,23 +131,9 @@ const int maxpatches = 20000, maxpatchedges = 10, maxedgepieces = 20;
 const int maxcombinations = 10;
 
 // Gives up all arrays and allocates them anew from modelsize: numbers 0, texts empty. When memory
-// does not suffice a message is shown and the routine returns with what it has.
-void allocmodel();
-
-// Takes the whole model aside and brings it back: what stood before a failed read is not lost.
-// While it is aside the arrays are empty; allocmodel fills them.
-class keptmodel {
-  public:
-    keptmodel();
-    ~keptmodel();
-    keptmodel(const keptmodel&) = delete;
-    keptmodel& operator=(const keptmodel&) = delete;
-    void restore();
-
-  private:
-    struct store;
-    std::unique_ptr<store> kept;
-};
+// does not suffice a message is shown, the routine returns false with what it has, and no room may
+// touch the arrays before an allocation has succeeded.
+bool allocmodel();
 
 // Gives every count and every scalar of the model its empty value; the arrays stand allocated.
 void clearcounts();

@@ -2,6 +2,9 @@
 // The model size declaration and the tests against it.
 #include "core/modelsize.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -60,7 +63,7 @@ static void telllarge(const std::string& text) {
     modeltoolarge = true;
 }
 
-void checksize(int graphicsread) {
+static void compare(int graphicsread) {
     const std::string tail = " on Model Size declairation form.";
     const auto count = [](float n) { return numbertext(n); };
     if (nodes(0, 0, 0) > float(modelsize(1)))
@@ -74,6 +77,31 @@ void checksize(int graphicsread) {
                   numbertext(groups(0, 0)) + tail);
     if (graphicsread > modelsize(5))
         telllarge("Error: To much graphic Elements, Increase number of graphics" + tail);
+}
+
+// These two have no message of old: a file that exceeds them fails where it is read.
+static void comparelists() {
+    long rows = ncon;
+    for (int lc = 1; lc <= nlc(); ++lc)
+        rows = std::max({rows, long(loadnode(lc, 0)), long(elemload(lc, 0, 0))});
+    const std::string tail = " on Model Size declairation form.";
+    if (rows > modelsize(3))
+        telllarge("Error: Model to large, Increase Boundary Condition per loadcase to " +
+                  std::to_string(rows) + tail);
+    const int cases = std::max(nlc(), ncomb() > maxcombinations ? ncomb() : 0);
+    if (cases > modelsize(7))
+        telllarge("Error: Model to large, Increase number of Loadcases to " +
+                  std::to_string(cases) + tail);
+}
+
+bool istoolarge() {
+    compare(ngraphics());
+    comparelists();
+    return std::exchange(modeltoolarge, false);
+}
+
+void checksize(int graphicsread) {
+    compare(graphicsread);
     if (!modeltoolarge) return;
     modelname.clear();
     ncon = nload = 0;

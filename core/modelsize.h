@@ -12,6 +12,9 @@ void defaultmodelsize();
 void readmodelsize();
 void writemodelsize();  // a failure is told in a message
 
+// Tells every count of the model in hand that exceeds its declared maximum; true when one does.
+bool istoolarge();
+
 // Tells every count of the model that exceeds its declared maximum and drops such a model: name
 // and counts are emptied and modeltoolarge is left true.
 void checksize(int graphicsread);

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
 
 static void moveelement(long from, long to) {
     std::ranges::copy(elems.row(from), elems.row(to).begin());
@@ -54,6 +56,16 @@ static void followelements(const std::vector<int>& newnumber) {
     elemsel(0) = float(kept);
 }
 
+// How many elements each view of a group or a selection still shows.
+static void recountviews() {
+    for (int v = 1; v <= nviews; ++v) {
+        if (viewselnum(v) == 0) continue;
+        int count = 0;
+        for (int e = 1; e <= nelems(); ++e) count += elemvis(v, e);
+        viewselnum(v) = count;
+    }
+}
+
 void packelems() {
     const int count = nelems();
     int live = 0;
@@ -70,6 +82,21 @@ void packelems() {
     for (int e = c + 1; e <= count; ++e) emptyelement(e);
     elems(0, 0) = float(c);
     followelements(newnumber);
+    recountviews();
+}
+
+// Selected graphic elements and points take the new numbers; those that have gone leave.
+static void followgraphics(array2<int>& list, const std::vector<int>& newnumber) {
+    int kept = 0;
+    for (int i = 1; i <= list(0, 0); ++i) {
+        const int g = list(i, 0);
+        const int number = g >= 1 && g < int(newnumber.size()) ? newnumber[std::size_t(g)] : 0;
+        if (number == 0) continue;
+        ++kept;
+        list(kept, 0) = number;
+        list(kept, 1) = list(i, 1);
+    }
+    list(0, 0) = kept;
 }
 
 void packgraphics() {
@@ -88,6 +115,9 @@ void packgraphics() {
     for (int g = c + 1; g <= count; ++g)
         for (int j = 0; j <= 3; ++j) std::ranges::fill(graphics.row(g, j), 0.0f);
     graphics(0, 0, 0) = float(c);
+    followgraphics(graphsel, newnumber);
+    followgraphics(graphsel2, newnumber);
+    dropundo();
     for (int p = 1; p <= patches(0, 0, 0); ++p)
         for (int j = 1; j <= std::min(int(patches(p, 0, 0)), maxpatchedges); ++j)
             for (int k = 1; k <= std::min(int(patches(p, j, 0)), maxedgepieces); ++k) {

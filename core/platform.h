@@ -12,6 +12,7 @@ struct surface;  // view/surface.h
 enum class icons { none, information, question, exclamation, critical };
 enum class buttons { ok, okcancel, yesno, yesnocancel };
 enum class answers { ok, cancel, yes, no };
+enum class printstart { begun, cancelled, noprinter, failed };
 
 struct messagebox {
     std::string text;
@@ -66,12 +67,19 @@ class platform {
 
     // The views, 1..4. A surface stays valid as long as the platform.
     virtual surface* viewsurface(int) { return nullptr; }
-    virtual surface* printsurface() { return nullptr; }
+    virtual surface* legendsurface() { return nullptr; }  // beside the views
     virtual twipbox workarea() { return {}; }  // room for views, scroll bars and left bar
     virtual void placeview(int, const twipbox&, bool) {}
     virtual void viewsize(int, double& width, double& height) { width = height = 0; }  // cm
     virtual void setscrollbars(int, const scrollrange&, bool) {}
     virtual void crosspointer(bool) {}  // over all views
+
+    // The printer. startprint asks for printer, paper and orientation in the print dialog and
+    // begins the page that printsurface draws on; endprint ends page and document, false where that
+    // failed.
+    virtual printstart startprint() { return printstart::noprinter; }
+    virtual surface* printsurface() { return nullptr; }
+    virtual bool endprint() { return false; }
 
     // Long work. share is 0..1; false once the user has pressed Cancel, which is offered where the
     // work can be given up.

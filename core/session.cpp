@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // State of the work session and the status line made from it.
 #include "core/session.h"
+#include "core/model.h"
 
 #include "core/platform.h"
 
@@ -31,6 +32,7 @@ int checkedof(const array1<menustate>& list) {
 Flag addnodemode, addelemmode, drawline, drawcircle, drawcurve;
 Flag editconstraint, editnodalload, editelemload, meshmode;
 Flag zoomwinmode, viewwindow, viewselpending, postselpending, windowdrag, movepending, editing;
+Flag pasteflag;
 Flag singleel, menulock;
 int ptcount;
 selecttypes selecttype = selecttypes::single;
@@ -88,6 +90,25 @@ void labelselect() {
     textcaption();
 }
 
+void readyprompt() {
+    promptaction = "Select";
+    promptgoal = "for editing";
+    prompttail.clear();
+    labelselect();
+}
+
 const char* statusofsnap() {
     return MnuSelectItem(5).checked ? "Snap On" : "Snap Off";
+}
+
+void dropundo() {
+    undomark = 0;
+    mnuEditItem(0).enabled = false;
+}
+
+void dropresults() {
+    resultflag = 1;
+    stressloaded = false;
+    maxdisp = 0;
+    for (int i = 1; i <= 4; ++i) menupostItem(i).checked = false;
 }

@@ -14,10 +14,11 @@
 #include "core/views.h"
 
 static void clearmodes() {
-    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
-                       &editconstraint, &editnodalload, &editelemload, &meshmode, &zoomwinmode,
-                       &viewwindow, &viewselpending, &postselpending, &windowdrag, &movepending,
-                       &editing, &singleel, &menulock, &linepressure})
+    for (Flag* flag :
+         {&addnodemode,    &addelemmode,    &drawline,       &drawcircle, &drawcurve,
+          &editconstraint, &editnodalload,  &editelemload,   &meshmode,   &zoomwinmode,
+          &viewwindow,     &viewselpending, &postselpending, &windowdrag, &movepending,
+          &editing,        &pasteflag,      &singleel,       &menulock,   &linepressure})
         *flag = false;
     ptcount = 0;
 }
@@ -30,7 +31,10 @@ static void preparesession() {
     appversion = "4.1";
     modelname = previousname = "None";
     readmodelsize();
-    allocmodel();
+    if (!allocmodel()) {
+        defaultmodelsize();
+        allocmodel();
+    }
     initsettings();
     patches(0, 0, 0) = 0;
     clearmodes();
@@ -140,6 +144,7 @@ void newgroup() {
     groups(1, 2) = 0.3;
     groups(1, 3) = 7.85e-06;
     groups(1, 4) = 1.0;
+    meshgroup = 1;
 }
 
 void newmodeldefaults() {
@@ -150,13 +155,15 @@ void newmodeldefaults() {
     newgroup();
     stresskind = 0;
     for (int v = 1; v <= nviews; ++v) viewtype(v) = viewselnum(v) = 0;
-    undomark = 0;
+    dropundo();
 }
 
-void resetmodel() {
-    allocmodel();
+bool resetmodel() {
+    if (!allocmodel()) return false;
     initcolors();
     clearcounts();
     modeltoolarge = false;
+    resetviews();
     newmodeldefaults();
+    return true;
 }

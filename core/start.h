@@ -16,5 +16,6 @@ void newcombination();
 void newgroup();  // the steel of a model in millimetres and newtons
 // One load case, one load combination, one element group, in arrays whose counts are 0.
 void newmodeldefaults();
-// Arrays allocated anew, colours, counts 0, new-model content.
-void resetmodel();
+// Arrays allocated anew, colours, counts 0, views, new-model content. False when memory is short:
+// the user was told, and the arrays are not to be touched.
+bool resetmodel();

@@ -4,6 +4,7 @@
 #include "edit/Mouseprocedures.h"
 
 #include <cmath>
+#include <optional>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -12,6 +13,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
+#include "edit/hover.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "edit/selection.h"
@@ -20,8 +22,6 @@
 #include "view/rubberband.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
-
-static const double dragreach = 0.15;  // centimetres from which a press and release is a drag
 
 static int bandview;         // view in which the box under way began
 static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
@@ -77,16 +77,13 @@ void addready() {
     Mnuadditem(0).checked = true;
     ptcount = 0;
     editing = false;
-    promptaction = "Select";
-    promptgoal = "for editing";
-    prompttail.clear();
-    labelselect();
+    readyprompt();
 }
 
 void startmode(Flag& flag) {
-    refreshselection();
+    endmode();
+    releaseselection();
     addready();
-    clearselection();
     flag = true;
 }
 
@@ -116,6 +113,13 @@ void projectplace(int nview, double x, double y, double z) {
 }
 
 int addnodeat(int nview) {
+    if (nnodes() == nodes.upper2) {
+        door().message(
+            "Increase number of nodes or elements on Model declaration form. Do: "
+            "[File,modelsize..]",
+            icons::exclamation);
+        return 0;
+    }
     const int n = nnodes() + 1;
     const double at[] = {modelx, modely, modelz};
     for (int k = 0; k < 3; ++k) {
@@ -153,6 +157,7 @@ static void endaddnode() {
 
 static void addnodepress(int nview) {
     const int n = addnodeat(nview);
+    if (n == 0) return;
     nodesel(0) = nodesel(0) + 1;
     nodesel(nodesel(0)) = n;
 }
@@ -185,13 +190,18 @@ static void startbox(int nview) {
     windowdrag = true;
 }
 
-// The second corner of a box. A press in another view begins anew there.
-static bool closebox(int nview) {
+// The second corner of a box, which stays on show. A press in another view begins anew there.
+static bool fixbox(int nview) {
     if (nview != bandview) {
         startbox(nview);
         return false;
     }
     windowdrag = false;
+    return true;
+}
+
+static bool closebox(int nview) {
+    if (!fixbox(nview)) return false;
     endband();
     return true;
 }
@@ -203,8 +213,10 @@ void startviewwindow() {
     prompt("View Window", "", "", "<Mouse Left Button> to define lower left corner, <ESC> to stop");
 }
 
+// A zoom goes on inside whatever mode runs, which takes the presses after it.
 void startzoomwindow() {
-    addready();
+    if (viewwindow) addready();
+    endboxes();
     zoomwinmode = true;
     door().crosspointer(true);
 }
@@ -218,7 +230,7 @@ static void viewwindowpress(int nview) {
                    "<Mouse Left Button> to define upper right corner, <ESC> to stop");
             return;
         case 1:
-            if (!closebox(nview)) return;
+            if (!fixbox(nview)) return;
             boxcorner[0] = bandx;
             boxcorner[1] = bandy;
             boxcorner[2] = scrx;
@@ -250,14 +262,7 @@ static void zoompress(int nview) {
 
 // --- selecting ----------------------------------------------------------------------------------
 
-static nearest picknodewithload(int nview) {
-    std::vector<int> loaded;
-    for (int i = 1; i <= loadnode(curlc, 0); ++i) loaded.push_back(loadnode(curlc, i));
-    const std::vector<bool> marks = marksof(loaded, nnodes());
-    return picknodewhere(nview, [&](int n) { return marks[std::size_t(n)]; });
-}
-
-nearest pickitem(int nview, selectitems item) {
+static nearest pickitem(int nview, selectitems item) {
     switch (item) {
         case selectnodes:
             return picknode(nview);
@@ -266,7 +271,7 @@ nearest pickitem(int nview, selectitems item) {
         case selectpatches:
             return pickpatch(nview);
         case selectforces:
-            return picknodewithload(nview);
+            return pickloadednode(nview);
         case selectgraphics:
             return pickgraphic(nview);
     }
@@ -289,7 +294,7 @@ static void toggleitem(const nearest& found, selectitems item) {
 
 static void promptselected() {
     const selectitems item = selectitem();
-    const bool canmove = item == selectnodes || item == selectgraphics;
+    const bool canmove = item == selectnodes || item == selectelements || item == selectgraphics;
     promptaction = isselection() && canmove ? "Select or move" : "Select";
     promptgoal = " for editing";
     prompttail.clear();
@@ -299,6 +304,7 @@ static void promptselected() {
 // For a dialog the prompts stay as they were set.
 static void selectpress(int nview) {
     const selectitems item = selectitem();
+    if (!isselection()) pasteflag = false;
     hideselection();
     switch (selecttype) {
         case selecttypes::single:
@@ -348,6 +354,7 @@ static void leftpress(int nview) {
 void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
+    if (zoomwinmode) return endboxes();
     if (pendingselection* const pending = pendingone()) {
         endboxes();
         if (pending->ended) pending->ended();
@@ -376,6 +383,8 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     }
     const hourglass wait;
     activeview = nview;
+    std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
+    if (zoomwinmode || viewwindow || windowdrag) given.emplace();
     takepoint(nview, x, y);
     // A model that is full, above all: the press is told off and nothing else happens.
     guarded([&] { mousedriver(nview, button); },
@@ -401,21 +410,23 @@ static void followpointer(int nview, double x, double y) {
 
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
     if (button == mousebuttons::none && !windowdrag) return followpointer(nview, x, y);
+    const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
+    const bool boxes = windowdrag && nview == bandview;
+    if (!moves && !boxes) return;
+    const keptpoint given;
     takepoint(nview, x, y);
-    if (button == mousebuttons::left && movepending && editing) {
-        movedrag(nview);
-        door().refresh();
-        return;
+    if (moves) mousedrag(nview);
+    if (boxes) {
+        drawcolor = selcolor;
+        rubberband(nview);
+        drawcolor = meshcolor;
     }
-    if (!windowdrag || nview != bandview) return;
-    drawcolor = selcolor;
-    rubberband(nview);
-    drawcolor = meshcolor;
+    door().refresh();
 }
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
-    // Where the press placed a point, snapped perhaps, relative commands go on from that.
-    if (button != mousebuttons::left || (!movepending && !windowdrag)) return;
+    if (button != mousebuttons::left) return;
+    const keptpoint given;
     takepoint(nview, x, y);
     if (movepending) moverelease(nview);
     // A box that was dragged open is closed by letting go.
@@ -429,22 +440,16 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
 
 static void escape() {
     endhover();
-    const bool boxed = windowdrag || zoomwinmode || viewwindow;
+    const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
+    if (zoomed) return;
     if (pendingselection* const pending = pendingone()) {
         if (pending->ended) pending->ended();
         return;
     }
     if (runningmode()) return endbyescape();
     if (boxed) return addready();
-    if (movepending || editing) {
-        refreshselection();
-        hideselection();
-        emptyselection();
-        if (redrawmove) redrawall();
-    } else {
-        clearselection();
-    }
+    releaseselection();
     addready();
 }
 

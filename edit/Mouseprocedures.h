@@ -57,16 +57,10 @@ void pressat(double x, double y, double z);
 // What a press means, by the mode or else by the selection method.
 void mousedriver(int nview, mousebuttons button);
 
-// The item that a press would pick is shown as long as the pointer rests over it, its number in
-// the status line.
-void hover(int nview, double x, double y);
-void endhover();
-
 // Parts of the driver that the highlight shares.
 void takepoint(int nview, double x, double y);  // a place in a view becomes the point in work
 void projectplace(int nview, double x, double y, double z);  // a model point, projected
-nearest pickitem(int nview, selectitems item);
-bool snaps(const moderow& row);  // do the points of this mode snap?
+bool snaps(const moderow& row);                              // do the points of this mode snap?
 
 // The point in work becomes a new node; drawn at once. Returns its number.
 int addnodeat(int nview);

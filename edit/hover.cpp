@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The item under the pointer: what a press would pick is shown while the pointer rests over it.
-// State: the item on show and its view.
-#include <vector>
+// The highlight of the item under the pointer. State: what is highlighted.
+#include "edit/hover.h"
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -13,6 +12,7 @@
 #include "edit/find.h"
 #include "edit/selection.h"
 #include "view/drawelems.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
 
 static int hoverview;  // 0: nothing is highlighted
@@ -84,12 +84,28 @@ static bool hovers() {
     return selecttype == selecttypes::single || selecttype == selecttypes::group;
 }
 
+static nearest itemunder(int nview, selectitems item) {
+    switch (item) {
+        case selectnodes:
+            return hovernode(nview);
+        case selectelements:
+            return hoverelement(nview);
+        case selectforces:
+            return hoverloadednode(nview);
+        case selectpatches:
+            return pickpatch(nview);
+        case selectgraphics:
+            return pickgraphic(nview);
+    }
+    return {};
+}
+
 void hover(int nview, double x, double y) {
     if (!hovers()) return endhover();
     const keptpoint kept;
     takepoint(nview, x, y);
     const selectitems item = runningmode() ? selectnodes : selectitem();
-    const nearest found = pickitem(nview, item);
+    const nearest found = itemunder(nview, item);
     if (found.item == 0) return endhover();
     if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
     endhover();

@@ -196,8 +196,8 @@ int refineelements() {
     for (const auto& [e, n] : r.replaced) setcorners(e, n);
     for (const part& p : r.parts) appendpart(p);
     gatherelementnodes();
-    resultflag = 1;
-    undomark = 0;
+    dropresults();
+    dropundo();
     dorenumber = 1;
     redrawall();
     return int(r.replaced.size());

@@ -10,6 +10,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/session.h"
 
 // The reference climbs along a chain of dominating nodes, in number order.
 static void findreference(float* reference) {
@@ -75,4 +76,5 @@ void renumbermodel() {
     movenodes(order);
     nodesel(0) = 0;
     maxdisp = 0;
+    dropundo();
 }

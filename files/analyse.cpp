@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
+#include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"
 #include "core/numtext.h"
@@ -174,19 +176,50 @@ static void tellend(const runreport& report) {
     }
 }
 
-// Gives the model's memory to the solver and takes it back.
-static void dropmemory() {
-    for (int i = 1; i <= 7; ++i) modelsize(i) = 1;
-    allocmodel();
-}
+namespace {
+// The time of a run: menus are locked, and the model's memory is the solver's where that is asked
+// for. Its end brings back what stood before, however the run ended.
+class runlock {
+  public:
+    runlock() {
+        menulock = true;
+        door().refresh();
+        if (clearmem != 1) return;
+        beside.emplace();
+        for (int i = 1; i <= 7; ++i) modelsize(i) = 1;
+        allocmodel();
+        curlc = curlcomb = 1;
+    }
+    ~runlock() {
+        door().endprogress();
+        if (beside) regainmodel();
+        menulock = false;
+        door().endprogress();
+    }
+    runlock(const runlock&) = delete;
+    runlock& operator=(const runlock&) = delete;
 
-static void regainmodel(int lc, int c) {
-    readmodelsize();
-    allocmodel();
-    openmodel(modelname);
-    if (lc <= nlc()) curlc = lc;
-    if (c <= ncomb()) curlcomb = c;
-}
+  private:
+    void regainmodel() {
+        readmodelsize();
+        const std::string name = modelname;
+        if (!guarded([&] { openmodel(name); }, [](const runtimeerror&) {}) || nnodes() != count) {
+            door().message("The model could not be read back after the analysis; it stands in " +
+                               name + ".tek. Open it with [File,Open..].",
+                           icons::critical);
+            modelname.clear();  // a save must not put what is left over the files
+            showmodelname();
+            return;
+        }
+        beside->restore();
+        curlc = std::min(lc, nlc());
+        curlcomb = combination;  // may be the number of a mode
+    }
+
+    const int lc = curlc, combination = curlcomb, count = nnodes();
+    std::optional<keptbesidefiles> beside;
+};
+}  // namespace
 
 static void startsolver(const std::string& program) {
     guarded([&] { door().startprocess(program, {}, appdir); },
@@ -196,19 +229,16 @@ static void startsolver(const std::string& program) {
             });
 }
 
-static void runonmodel(const std::string& program) {
+static runend runonmodel(const std::string& program) {
     writecontrolfile();
     startsolver(program);
-    const bool cleared = clearmem == 1;
-    const int lc = curlc, c = curlcomb;
-    menulock = true;
-    door().refresh();
-    if (cleared) dropmemory();
-    const runreport report = waitforsolver();
-    menulock = false;
-    if (cleared) regainmodel(lc, c);
-    door().endprogress();
+    runreport report;
+    {
+        const runlock locked;
+        report = waitforsolver();
+    }
     tellend(report);
+    return report.end;
 }
 
 void runanalysis() {
@@ -216,6 +246,9 @@ void runanalysis() {
     if (!isnamed()) {
         if (menusave() != reply::done) return;
         addrecentfile();
+        std::error_code ec;
+        if (!fs::exists(modelname + ".tek", ec) && !savemodel())
+            return;  // another format was chosen
     } else if (!savemodel()) {
         return;  // the model in memory is the only whole one
     }
@@ -226,15 +259,15 @@ void runanalysis() {
                        icons::critical);
         return;
     }
-    const bool ran = guarded([&] { runonmodel(program); },
-                             [](const runtimeerror& e) {
-                                 door().endprogress();
-                                 door().message(e.what, icons::critical);
-                             });
-    if (ran) {
+    std::optional<runend> end;
+    guarded([&] { end = runonmodel(program); },
+            [](const runtimeerror& e) { door().message(e.what, icons::critical); });
+    if (end == runend::finished) {
         dorenumber = 0;
         stressloaded = false;
         if (rereadresults) rereadresults();
+    } else if (end) {
+        dropresults();  // the solver has removed the files of the run before
     }
     door().refresh();
     redrawall();

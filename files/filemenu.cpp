@@ -6,10 +6,12 @@
 #include <filesystem>
 
 #include "core/model.h"
+#include "core/modelsize.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "edit/Edit.h"
+#include "edit/Mouseprocedures.h"
 #include "files/filop.h"
 #include "view/moddraw.h"
 
@@ -80,6 +82,7 @@ static void afteropen() {
 
 reply openfile(const std::string& path) {
     const hourglass wait;
+    addready();
     splitpath parts = split(absolute(path));
     if (parts.extension.empty()) parts.extension = "tek";
     bool good = false;
@@ -91,7 +94,7 @@ reply openfile(const std::string& path) {
         return refuse(parts);
     }
     if (good) addrecentfile();
-    afteropen();
+    if (good || modeltoolarge) afteropen();  // else the model before stands, with its results
     return good ? reply::done : reply::failed;
 }
 
@@ -152,6 +155,16 @@ reply menusave() {
     return format->save(parts.base) ? reply::done : reply::failed;
 }
 
+// The declared sizes are more than the machine gives: the session goes on with the default sizes.
+static reply endwithoutmemory() {
+    defaultmodelsize();
+    resetmodel();
+    modelname.clear();
+    showmodelname();
+    afteropen();
+    return reply::failed;
+}
+
 reply menunew() {
     messagebox box;
     box.text = "Save model ?";
@@ -161,7 +174,8 @@ reply menunew() {
     if (answer == answers::cancel) return reply::cancelled;
     // A model that the user wanted to keep and that was not saved stays.
     if (answer == answers::yes && menusave() != reply::done) return reply::cancelled;
-    resetmodel();
+    addready();
+    if (!resetmodel()) return endwithoutmemory();
     modelname.clear();
     commenttext = "No Info";
     showmodelname();

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "core/colours.h"
+#include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"
 #include "core/pack.h"
@@ -120,6 +121,29 @@ static void droploads() {
     loadnode(0, 0) = 1;
 }
 
+// Names, kinds and parameters of the cases; the loads that .knk has put into them stay.
+static void droploadcases() {
+    for (int lc = 1; lc <= nlc(); ++lc) {
+        lcname(lc) = "LC " + std::to_string(lc);
+        lctype(lc) = 0;
+        for (int k = 0; k <= 4; ++k) lcpar(lc, k) = k == 0 || k == 4 ? 1 : 0;
+    }
+}
+
+static void dropgroups() {
+    groups.alloc(groups.upper1, groups.upper2);
+    groupmat.alloc(groupmat.upper1, groupmat.upper2, groupmat.upper3);
+    groupname.alloc(groupname.upper);
+    newgroup();
+}
+
+static void dropcombinations() {
+    lcomb.alloc(lcomb.upper1, lcomb.upper2);
+    lcombname.alloc(lcombname.upper);
+    lcdesc.alloc(lcdesc.upper);
+    newcombination();
+}
+
 static void dropelementloads() {
     for (long lc = 0; lc <= elemload.upper1; ++lc) elemload(lc, 0, 0) = 0;
 }
@@ -139,7 +163,7 @@ static void dropcomment() {
 
 static const readstep readsteps[] = {
     {readgra, dropgraphics},     {readvpl, dropconstraints}, {readknk, droploads},
-    {readmlt, newgroup},         {readlcd, newloadcase},     {readlco, newcombination},
+    {readmlt, dropgroups},       {readlcd, droploadcases},   {readlco, dropcombinations},
     {readell, dropelementloads}, {readrot, droprotations},   {readpat, droppatches},
     {readtxt, dropcomment},
 };
@@ -198,21 +222,23 @@ static void dropmodel() {
     showmodelname();
 }
 
+static bool bringback(keptmodel& before) {
+    before.restore();
+    modelname = previousname;
+    showmodelname();
+    door().endprogress();
+    return false;
+}
+
 bool openmodel(const std::string& name) {
     previousname = modelname;
     modelname = name;
     showmodelname();
     keptmodel before;
-    resetmodel();
+    if (!resetmodel()) return bringback(before);
     dropcomment();
     const tekresult tek = readtekstep(name);
-    if (tek == tekresult::unreadable) {
-        before.restore();
-        modelname = previousname;
-        showmodelname();
-        door().endprogress();
-        return false;
-    }
+    if (tek == tekresult::unreadable) return bringback(before);
     if (tek == tekresult::read)
         for (const readstep& step : readsteps) {
             if (!modeltoolarge) readside(name, step);
@@ -231,7 +257,7 @@ bool openmodel(const std::string& name) {
 bool importmodel(const std::string& name) {
     const int before = ngroups();
     bool whole = true;
-    tmpnodes(0, 0) = tmpelems(0, 0) = 0;
+    tmpnodes(0, 0) = tmpelems(0, 0) = graphics2(0, 0, 0) = 0;
     guarded(
         [&] {
             readtekbuffer(name, before);

@@ -3,17 +3,14 @@
 #include "files/setmem.h"
 
 #include <cmath>
-#include <filesystem>
 
+#include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/platform.h"
-#include "core/session.h"
-#include "files/filop.h"
+#include "edit/Mouseprocedures.h"
 #include "view/moddraw.h"
-
-namespace fs = std::filesystem;
 
 const char* const sizelabels[7] = {
     "Number of nodes",           "Number of elements",         "Boundary Condition per loadcase",
@@ -56,37 +53,34 @@ static bool takesizes(const sizeform& form, std::array<int, 7>& sizes) {
     return true;
 }
 
-static void removetemporary(const std::string& base) {
-    std::error_code ignored;
-    for (const char* extension :
-         {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt", ".lcd", ".lco", ".ell", ".pat", ".txt"})
-        fs::remove(base + extension, ignored);
+static void declare(const std::array<int, 7>& sizes) {
+    for (std::size_t i = 0; i < 7; ++i) modelsize(long(i) + 1) = sizes[i];
+}
+
+// The model in hand moves into arrays of the declared sizes. False, with the model as it was, when
+// the machine has no memory for them.
+static bool resizemodel() {
+    keptmodel before;
+    if (allocmodel()) {
+        before.restoreinto();
+        return true;
+    }
+    before.restore();
+    return false;
 }
 
 bool applysizes(sizeform& form) {
-    std::array<int, 7> sizes{};
+    std::array<int, 7> sizes{}, old{};
     if (!takesizes(form, sizes)) return false;
     const hourglass wait;
-    const std::string name = modelname, temporary = (fs::path(appdir) / "tmp").string();
-    std::array<int, 7> old{};
-    modelname = temporary;
-    const bool saved = savemodel();
-    bool changed = saved;
-    if (saved) {
-        for (std::size_t i = 0; i < 7; ++i) {
-            old[i] = modelsize(long(i) + 1);
-            modelsize(long(i) + 1) = sizes[i];
-        }
-        changed = openmodel(temporary);
-        if (!changed) {
-            for (std::size_t i = 0; i < 7; ++i) modelsize(long(i) + 1) = old[i];
-            openmodel(temporary);
-        }
-        removetemporary(temporary);
-    }
-    modelname = name;
-    showmodelname();
-    if (changed) writemodelsize();
+    addready();
+    for (std::size_t i = 0; i < 7; ++i) old[i] = modelsize(long(i) + 1);
+    declare(sizes);
+    const bool changed = !istoolarge() && resizemodel();
+    if (changed)
+        writemodelsize();
+    else
+        declare(old);
     form = showsizes();
     redrawall();
     return changed;

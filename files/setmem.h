@@ -15,6 +15,7 @@ extern const char* const sizelabels[7];
 sizeform showsizes();                    // the declared sizes
 void editsize(sizeform& form, int box);  // after a key press: no number becomes "0"
 void recalculate(sizeform& form);
-// Takes the sizes over: the model is saved to a temporary name and read back under them. A model
-// that does not fit brings the old sizes back and the boxes show them. True when they changed.
+// Takes the sizes over and moves the model in hand into arrays of them. A model that
+// does not fit, or sizes beyond the memory, are told; the old sizes come back and the boxes show
+// them. True when the sizes changed.
 bool applysizes(sizeform& form);

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "core/colours.h"
+#include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -24,11 +26,6 @@ struct settingline {
 
 static int labeldigits = 3;  // number of label digits, kept for the file
 
-static settingline number(double& value) {
-    return {[&value](textout& out) { out.put(value); },
-            [&value](textin& in) { value = in.number(); }};
-}
-
 static settingline positive(double& value, double most) {
     return {[&value](textout& out) { out.put(value); },
             [&value, most](textin& in) {
@@ -39,9 +36,16 @@ static settingline positive(double& value, double most) {
             }};
 }
 
-static settingline whole(int& value) {
+static settingline whole(int& value, int low, int high) {
     return {[&value](textout& out) { out.put(value); },
-            [&value](textin& in) { value = int(in.whole()); }};
+            [&value, low, high](textin& in) {
+                const long read = in.whole();
+                if (read < low || read > high)
+                    in.fail(errtype, "a whole number from " + numbertext(low) + " to " +
+                                         numbertext(high) + " was expected, found " +
+                                         numbertext(read));
+                value = int(read);
+            }};
 }
 
 static settingline colourline(colour& value) {
@@ -106,9 +110,9 @@ static std::vector<settingline> settinglines() {
     std::vector<settingline> lines;
     lines.push_back({[](textout& out) { out.put(singleview ? 1 : 0); },
                      [](textin& in) { singleview = in.whole() != 0; }});
-    lines.push_back(number(nodetol));
-    lines.push_back(whole(labeldigits));
-    lines.push_back(whole(stressglobal));
+    lines.push_back(positive(nodetol, 1e30));
+    lines.push_back(whole(labeldigits, 0, 15));
+    lines.push_back(whole(stressglobal, 0, 1));
     lines.push_back(truth([] { return bool(dim2d); }, [](bool on) { dim2d = on; }));
     for (int v = 1; v <= nviews; ++v)
         for (auto* list : {&viewvert, &viewhor}) lines.push_back(single(*list, v));
@@ -128,7 +132,7 @@ static std::vector<settingline> settinglines() {
     addfont(lines, nodelabelfont, nodelabelcolor);
     lines.push_back(underline(nodelabelfont));  // node labels alone have this line
     addfont(lines, elemlabelfont, elemlabelcolor);
-    lines.push_back(whole(labelsize));
+    lines.push_back(whole(labelsize, 1, 200));
     return lines;
 }
 
@@ -163,7 +167,14 @@ void getsettings() {
             textin in(findnocase(settingsfile()));
             for (const settingline& line : settinglines()) line.read(in);
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+        [](const runtimeerror& e) {
+            addready();
+            door().message(e.what + (e.number == errfilenotfound
+                                         ? "\nStore settings first with [File,Save Settings]."
+                                         : ""),
+                           icons::exclamation);
+        });
+    stressloaded = false;  // the axes of stresses may be others now
     completeloads();
     arrangeviews();
     door().refresh();

@@ -338,7 +338,10 @@ void writepat(const std::string& base) {
     out.commit();
 }
 
+// A patch may name a graphic element that was deleted since: the number is kept, and who uses
+// patches passes over members that do not exist.
 void readpat(const std::string& base) {
+    const int mostmember = 32767;
     textin in = open(base, ".pat");
     const int count = in.count();
     for (int p = 1; p <= count; ++p) {
@@ -350,7 +353,7 @@ void readpat(const std::string& base) {
             const int pieces = code(in, 0, maxedgepieces, "a number of graphic elements");
             patches(p, j, 0) = pieces;
             for (int k = 1; k <= pieces; ++k)
-                patches(p, j, k) = code(in, 0, ngraphics(), "a graphic element");
+                patches(p, j, k) = code(in, 0, mostmember, "a graphic element");
         }
     }
     patches(0, 0, 0) = count;

@@ -2,7 +2,9 @@
 // Reading and writing of .tek and .rot.
 #include "files/tekfile.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -18,8 +20,10 @@ static void reportsaving(const char* what, int row, double share) {
     if (row % rowsperreport == 0) door().progress(what, share, false);
 }
 
+// While menus are locked the model comes back from an analysis: that reading is never given up.
 static void reportreading(const char* what, int row, const textin& in) {
-    if (row % rowsperreport != 0 || door().progress(what, in.share())) return;
+    if (row % rowsperreport != 0 || door().progress(what, in.share(), !menulock) || menulock)
+        return;
     throw runtimeerror{errstopped, "The reading of the model was cancelled"};
 }
 
@@ -82,11 +86,17 @@ static int readelement(textin& in, std::span<float> row, int nodecount) {
     return in.count();
 }
 
+// A file from before eye distance and scale existed has six numbers a view.
 static void readviews(textin& in) {
-    const float nodistance = 100000;  // of a file from before the field existed
-    for (int v = 1; v <= nviews && !in.atend(); ++v) {
-        float value[8];
-        for (float& field : value) field = in.single();
+    const float nodistance = 100000;
+    const std::size_t sixes = 6 * nviews, eights = 8 * nviews;
+    std::vector<float> numbers;
+    while (!in.atend() && numbers.size() < eights) numbers.push_back(in.single());
+    const std::size_t fields = numbers.size() == sixes ? 6 : 8;
+    if (numbers.size() % fields != 0) in.fail(errpastend, "a view of the model is incomplete");
+    for (int v = 1; v <= nviews && std::size_t(v) * fields <= numbers.size(); ++v) {
+        float value[8] = {};
+        std::copy_n(numbers.begin() + long(std::size_t(v - 1) * fields), fields, value);
         viewptx(v) = value[0];
         viewpty(v) = value[1];
         viewptz(v) = value[2];
@@ -98,8 +108,7 @@ static void readviews(textin& in) {
     }
 }
 
-void readtek(const std::string& base) {
-    textin in(findnocase(base + ".tek"));
+static void readgeometry(textin& in) {
     const int count = in.count(), slots = in.count();
     nodes(0, 0, 0) = float(count);
     elems(0, 0) = float(slots);
@@ -118,7 +127,17 @@ void readtek(const std::string& base) {
         reportreading("Reading elements", e, in);
     }
     doftype = deriveddoftype();
+}
+
+void readtek(const std::string& base) {
+    textin in(findnocase(base + ".tek"));
+    readgeometry(in);
     readviews(in);
+}
+
+void readtekgeometry(const std::string& base) {
+    textin in(findnocase(base + ".tek"));
+    readgeometry(in);
 }
 
 void readrot(const std::string& base) {

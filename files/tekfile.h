@@ -12,7 +12,8 @@
 void writetek(const std::string& base);
 // Into arrays that hold an empty model. A model that does not fit throws errsubscript.
 void readtek(const std::string& base);
-void readrot(const std::string& base);  // all rotations 0 first
+void readtekgeometry(const std::string& base);  // nodes and elements alone, the views stay
+void readrot(const std::string& base);          // all rotations 0 first
 
 // Degrees of freedom for the solver: 1 in 2-D, 2 in 3-D, one more with an element of type 6..11.
 int deriveddoftype();

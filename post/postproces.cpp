@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reading of displacements and mode shapes.
+// Reading of displacements, mode shapes, nodal forces and the small summaries.
 #include "post/postproces.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <limits>
 
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "files/tekfile.h"
 
 double modevalue;
 int modecount;
+std::vector<double> modevalues;
 
 noderow readnoderow(textin& in, int anadof) {
     noderow row;
@@ -39,31 +43,69 @@ int readheader(textin& in) {
     return readanadof(in);
 }
 
+static const int rowsperreport = 20000;  // rows between two looks at the progress window
+
+static void reportreading(const char* what, int row, const textin& in) {
+    if (row % rowsperreport != 0 || door().progress(what, in.share())) return;
+    throw runtimeerror{errstopped, "The reading of " + in.name() + " was cancelled"};
+}
+
+float factorofcase(const textin& in, int l) {
+    if (l > modelsize(7))
+        in.fail(errsubscript, "the file holds more load cases than the declared " +
+                                  numbertext(modelsize(7)) + "; see File, Model Size");
+    return lcomb(curlcomb, l);
+}
+
+// A Single holds no more than this; what is larger would be shown as infinite.
+static float stored(const textin& in, double value) {
+    if (!(std::fabs(value) <= std::numeric_limits<float>::max()))
+        in.fail(erroverflow, "the value " + numbertext(value) + " is too large");
+    return float(value);
+}
+
 static double lengthof(int n) {
     const auto d = nodes.row(1, n);
     return std::sqrt(double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2]);
 }
 
-static void readdispfile() {
+static void needblock(const textin& in, int blocks, const char* what) {
+    if (blocks == 0) in.fail(errpastend, std::string("the file holds no ") + what);
+}
+
+// Adds factor times value to a cell; the first load case sets it.
+static void sumup(const textin& in, float& cell, int l, float factor, double value) {
+    cell = stored(in, (l == 1 ? 0 : double(cell)) + double(factor) * value);
+}
+
+enum class rotations { drop, keep };
+
+// Blocks of .rvp into set 1 of nodes; the rotations that are kept overwrite set 0.
+static void readdispfile(rotations wanted) {
     textin in(findnocase(modelname + ".rvp"));
     const int anadof = readheader(in), count = nnodes();
-    for (int l = 1; !in.atend(); ++l) {
-        const float lcfactor = lcomb(curlcomb, l);
-        maxdisp = 0;
+    int l = 1;
+    for (; !in.atend(); ++l) {
+        const float lcfactor = factorofcase(in, l);
+        double most = 0;
         for (int n = 1; n <= count; ++n) {
             const noderow row = readnoderow(in, anadof);
             const double value[3] = {row.x, row.y, row.z};
             for (int k = 0; k < 3; ++k) {
-                const double before = l == 1 ? 0 : nodes(1, n, k);
-                nodes(1, n, k) = float(before + double(lcfactor) * value[k]);
+                sumup(in, nodes(1, n, k), l, lcfactor, value[k]);
+                if (wanted == rotations::keep && anadof >= 2)
+                    sumup(in, nodes(0, n, k), l, lcfactor, row.rotation[k]);
             }
-            maxdisp = std::max(maxdisp, lengthof(n));
+            most = std::max(most, lengthof(n));
+            maxdisp = most;
+            reportreading("Reading displacements", n, in);
         }
         in.text();
     }
+    needblock(in, l - 1, "load case");
 }
 
-static bool readguarded(void (*read)(), const char* message) {
+static bool readguarded(const std::function<void()>& read, const char* message) {
     const bool good = guarded(read, [&](const runtimeerror& e) {
         door().showstatus(e.what);  // the reason, beside the message
         door().message(message, icons::exclamation);
@@ -73,30 +115,141 @@ static bool readguarded(void (*read)(), const char* message) {
 }
 
 bool readdisp() {
-    return readguarded(readdispfile, "Error occurred while trying to read Displacements.");
+    return readguarded([] { readdispfile(rotations::drop); },
+                       "Error occurred while trying to read Displacements.");
+}
+
+// --- the report's reading -----------------------------------------------------------------------
+
+// Coordinates that readdispreport has overwritten; empty while set 0 of nodes holds the geometry.
+static std::vector<float> keptplaces;
+
+static void keepplaces() {
+    if (!keptplaces.empty()) return;
+    for (int n = 1; n <= nnodes(); ++n)
+        for (int k = 0; k < 3; ++k) keptplaces.push_back(nodes(0, n, k));
+}
+
+// To the status line; what the user gave up ends the report too.
+static void tellquietly(const runtimeerror& e) {
+    if (e.number == errstopped) throw e;
+    door().showstatus(e.what);
+}
+
+bool readdispreport() {
+    keepplaces();
+    return guarded([] { readdispfile(rotations::keep); }, tellquietly);
+}
+
+// What stood before is taken back where it was put aside: edits that are not saved yet live on.
+void reloadmodel() {
+    if (keptplaces.size() != 3 * std::size_t(nnodes())) {
+        keptplaces.clear();
+        readtekgeometry(modelname);
+        return;
+    }
+    std::size_t at = 0;
+    for (int n = 1; n <= nnodes(); ++n)
+        for (int k = 0; k < 3; ++k) nodes(0, n, k) = keptplaces[at++];
+    keptplaces.clear();
+}
+
+static void readforces(textin& in, int anadof, int l, float lcfactor) {
+    for (int n = 1; n <= nnodes() + 1; ++n) {
+        in.word();  // the node
+        const noderow row = readnoderow(in, anadof);
+        const double value[6] = {row.x,           row.y,           row.z,
+                                 row.rotation[0], row.rotation[1], row.rotation[2]};
+        for (int k = 1; k <= 6; ++k) {
+            dispres(l, n, k) = value[k - 1];
+            dispres(0, n, k) += double(lcfactor) * value[k - 1];
+        }
+        reportreading("Reading nodal forces", n, in);
+    }
+    in.text();
+}
+
+bool readkrt() {
+    return guarded(
+        [] {
+            dispres.clear();
+            textin in(findnocase(modelname + ".KRT"));
+            const int anadof = readheader(in);
+            dispres.alloc(modelsize(7), std::max(modelsize(1), nnodes() + 1), 6);
+            int l = 1;
+            for (; !in.atend(); ++l) readforces(in, anadof, l, factorofcase(in, l));
+            needblock(in, l - 1, "load case");
+        },
+        [](const runtimeerror& e) {
+            dispres.clear();
+            tellquietly(e);
+        });
+}
+
+// --- mode shapes --------------------------------------------------------------------------------
+
+static void readmode(textin& in, int anadof, bool wanted) {
+    for (int n = 1; n <= nnodes(); ++n) {
+        const noderow row = readnoderow(in, anadof);
+        reportreading("Reading mode shapes", n, in);
+        if (!wanted) continue;
+        const double value[3] = {row.x, row.y, row.z};
+        for (int k = 0; k < 3; ++k) nodes(1, n, k) = stored(in, value[k]);
+        maxdisp = std::max(maxdisp, lengthof(n));
+    }
 }
 
 static void readmodefile() {
-    textin in(findnocase(modelname + ".EIG"));
-    const int anadof = readanadof(in), count = nnodes();
-    in.number();
-    maxdisp = 0;
     modecount = 0;
+    modevalue = 0;
+    modevalues.clear();
+    textin in(findnocase(modelname + ".EIG"));
+    const int anadof = readanadof(in);
+    const double announced = in.number();
+    maxdisp = 0;
     while (!in.atend()) {
         const double value = in.number();
+        modevalues.push_back(value);
         const bool wanted = ++modecount == curlcomb;
         if (wanted) modevalue = value;
-        for (int n = 1; n <= count; ++n) {
-            const noderow row = readnoderow(in, anadof);
-            if (!wanted) continue;
-            nodes(1, n, 0) = float(row.x);
-            nodes(1, n, 1) = float(row.y);
-            nodes(1, n, 2) = float(row.z);
-            maxdisp = std::max(maxdisp, lengthof(n));
-        }
+        readmode(in, anadof, wanted);
     }
+    needblock(in, modecount, "mode");
+    // The header does not tell the count of nodes: shapes of another model show here.
+    if (announced > 0 && announced != modecount)
+        door().showstatus(in.name() + " announces " + numbertext(announced) + " modes and holds " +
+                          numbertext(modecount) + ": are they of this model?");
 }
 
 bool readmode() {
     return readguarded(readmodefile, "Error occurred while trying to read modeshapes.");
+}
+
+double frequencyof(double value) {
+    return std::sqrt(std::fabs(value)) / (2 * pi);
+}
+
+// --- summaries ----------------------------------------------------------------------------------
+
+std::vector<massrow> readmasses() {
+    textin in(findnocase(modelname + ".EMS"));
+    std::vector<massrow> rows;
+    while (!in.atend()) {
+        massrow row;
+        row.group = in.count();
+        row.mass = in.number();
+        for (double& c : row.centre) c = in.number();
+        for (double& k : row.gyration) k = in.number();
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+summary readsummary() {
+    textin in(findnocase(modelname + ".DAT"));
+    summary s;
+    s.nodes = in.number();
+    s.bandwidth = in.number();
+    s.elements = in.number();
+    return s;
 }

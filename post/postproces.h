@@ -2,8 +2,11 @@
 // Reading of the solver's result files and their sum over load cases for a combination.
 //
 // Results stand beside the model, named as it is. A value of a combination is the sum over the
-// load cases of multiplier times value; the file decides how many load cases there are.
+// load cases of multiplier times value; the file decides how many load cases there are. A failed
+// read tells what is wrong with the file in the status line and, for the views, in a message.
 #pragma once
+
+#include <vector>
 
 #include "core/textfile.h"
 
@@ -16,6 +19,8 @@ struct noderow {
 noderow readnoderow(textin& in, int anadof);
 // Count of nodes and analysis code of .rvp and .KRT; throws where they do not fit the model.
 int readheader(textin& in);
+// Multiplier of load case l in the current combination; throws for one beyond the declared ones.
+float factorofcase(const textin& in, int l);
 
 // Displacements of the current combination into set 1 of nodes, and maxdisp. False after the
 // message of a failed read; what was read stands.
@@ -23,5 +28,31 @@ bool readdisp();
 // Mode shape number curlcomb of .EIG likewise. A number that the file does not reach leaves the
 // former shape, with maxdisp 0.
 bool readmode();
-extern double modevalue;  // omega^2 of the shape shown, 1/s^2
-extern int modecount;     // modes that the file holds
+extern double modevalue;                // omega^2 of the shape shown, 1/s^2; 0 where there is none
+extern int modecount;                   // modes that the file holds
+extern std::vector<double> modevalues;  // omega^2 of each of them
+double frequencyof(double modevalue);   // Hz
+
+// The rest serves the report: no message; false when the file is missing or not whole. Reading
+// that the user gave up throws errstopped.
+// Displacements as readdisp, and the rotations (radians) into set 0 of nodes, over the coordinates.
+// reloadmodel must follow before anything needs the geometry; any number of combinations may be
+// read before.
+bool readdispreport();
+// Brings the geometry back: what readdispreport put aside, else nodes and elements of .tek.
+void reloadmodel();
+// Nodal forces into dispres: by load case, and their combination in dispres(0). Row nnodes + 1 is
+// the solver's total. dispres is empty after a failure.
+bool readkrt();
+
+// Rows of .EMS and the numbers of .DAT. Both throw as textin.
+struct massrow {
+    int group = 0;
+    double mass = 0, centre[3] = {0, 0, 0};
+    double gyration[3] = {0, 0, 0};  // radii about the axes through the centre
+};
+std::vector<massrow> readmasses();
+struct summary {
+    double nodes = 0, bandwidth = 0, elements = 0;
+};
+summary readsummary();

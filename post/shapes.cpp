@@ -3,58 +3,130 @@
 #include "post/shapes.h"
 
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/analyse.h"
+#include "post/contour.h"
+#include "post/legend.h"
 #include "post/postproces.h"
 #include "view/moddraw.h"
 
 enum postitem { deformedshape = 1, contourplot, modeshape, elementstress };
 
-void showdeformed() {
-    const hourglass wait;
-    stressloaded = false;
-    menupostItem(deformedshape).checked = !menupostItem(deformedshape).checked;
-    if (menupostItem(deformedshape).checked) readdisp();
+static bool ischecked(postitem item) {
+    return menupostItem(item).checked;
+}
+
+// Displacements are needed by a shape and by a contour plot of them.
+static bool needsdisplacements() {
+    return ischecked(deformedshape) || (ischecked(contourplot) && contourdata == 1);
+}
+
+static void readfield() {
+    if (ischecked(modeshape))
+        readmode();
+    else if (needsdisplacements())
+        readdisp();
+}
+
+void showresults() {
+    prepareplot();
     door().refresh();
     redrawall();
+    if (ischecked(modeshape)) door().showstatus(modetext());
+    if (plotready() && highest.e == 0)
+        door().showstatus(ischecked(contourplot)
+                              ? "The set holds no element with a face; Element Stress shows lines"
+                              : "The set holds no line element; Contour plot shows faces");
+}
+
+static bool toggle(postitem item) {
+    retryresults();
+    menupostItem(item).checked = !menupostItem(item).checked;
+    return menupostItem(item).checked;
+}
+
+void showdeformed() {
+    const hourglass wait;
+    if (toggle(deformedshape)) readdisp();
+    showresults();
+}
+
+void showcontour() {
+    const hourglass wait;
+    if (toggle(contourplot)) {
+        menupostItem(elementstress).checked = false;
+        if (contourdata == 1) readfield();
+    }
+    showresults();
+}
+
+void showelementstress() {
+    const hourglass wait;
+    if (toggle(elementstress)) menupostItem(contourplot).checked = false;
+    showresults();
 }
 
 void showmode() {
     const hourglass wait;
-    stressloaded = false;
-    menupostItem(modeshape).checked = !menupostItem(modeshape).checked;
-    if (menupostItem(modeshape).checked) {
+    if (toggle(modeshape)) {
         curlcomb = 1;
         readmode();
+    } else {
+        readfield();  // the combination's field takes the place of the mode's
     }
-    door().refresh();
-    redrawall();
+    showresults();
+}
+
+void toggleswitch(bool& on) {
+    on = !on;
+    showresults();
 }
 
 void choosecombination(int c) {
     if (c < 1 || c > ncomb()) return;
     const hourglass wait;
     curlcomb = c;
-    stressloaded = false;
-    if (menupostItem(deformedshape).checked) readdisp();
-    door().refresh();
-    redrawall();
+    retryresults();
+    readfield();
+    showresults();
 }
 
 void choosemode(int number) {
     if (number < 1) return;
     const hourglass wait;
     curlcomb = number;
+    retryresults();
     readmode();
-    door().refresh();
-    redrawall();
+    showresults();
 }
 
 void rereadshown() {
-    if (menupostItem(deformedshape).checked) readdisp();
+    retryresults();
+    readfield();
+    prepareplot();
+}
+
+std::string modetext() {
+    if (!ischecked(modeshape) || modecount == 0) return {};
+    if (curlcomb > modecount)
+        return "The results hold " + numbertext(modecount) + " mode shapes, number " +
+               numbertext(curlcomb) + " is not among them";
+    return "Mode shape " + numbertext(curlcomb) + " of " + numbertext(modecount) + ": " +
+           shorttext(frequencyof(modevalue)) + " Hz";
+}
+
+std::vector<std::string> modelist() {
+    std::vector<std::string> list;
+    for (const double value : modevalues)
+        list.push_back(numbertext(int(list.size()) + 1) + ": " + shorttext(frequencyof(value)) +
+                       " Hz");
+    return list;
 }
 
 void wirepost() {
     rereadresults = rereadshown;
+    layer(layers::contour).draw = postdispatch;
+    layer(layers::elementstress).draw = drawelementstress;
 }

@@ -1,13 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Deformed shape and mode shapes: the switches of the post-process menu and the combination shown.
+// The post-process menu: which results are on show, of which combination or mode.
 #pragma once
 
-void showdeformed();            // toggles the check of Deformed Shape, reads, redraws
-void showmode();                // toggles Mode Shape; starts at shape 1
-void choosecombination(int c);  // from the main window's list: reads and redraws
-void choosemode(int number);    // from the field of the mode shape group
+#include <string>
+#include <vector>
 
+void showdeformed();       // toggles Deformed Shape, reads, redraws
+void showcontour();        // toggles Contour plot; Element Stress goes off
+void showmode();           // toggles Mode Shape; starts at shape 1
+void showelementstress();  // toggles Element Stress; Contour plot goes off
+// Switches beyond: the even palette, marks at highest and lowest, the value under the pointer.
+void toggleswitch(bool& on);
+
+void choosecombination(int c);  // from the main window's list: reads and redraws
+void choosemode(int number);    // from the field or list of the mode shape group
+
+// Prepares and draws what is on show.
+void showresults();
 // Reads again whatever is on show; after an analysis.
 void rereadshown();
+
+// "Mode shape 2 of 10: 12.5 Hz" while one is on show; "" otherwise.
+std::string modetext();
+// "1: 12.5 Hz" for each mode of the file last read.
+std::vector<std::string> modelist();
+
 // The post-process routines into the rows and hooks of the floors below.
 void wirepost();

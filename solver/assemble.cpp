@@ -140,7 +140,8 @@ void assemble(const model& m, const settings& s, const dofmap& d, part what, spa
                 p.count = 0;
                 const elementkind& kind = kindof(m.elements[std::size_t(e)].type);
                 const auto work = what == part::stiffness ? kind.stiffness : kind.mass;
-                if (!work) continue;
+                const bool left = what == part::pointmass && kind.fam != family::point;
+                if (!work || left) continue;
                 work(elementat(m, s, e), k);
                 topiece(d, dofsof(d, m.elements[std::size_t(e)]), k, p);
             }

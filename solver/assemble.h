@@ -15,8 +15,8 @@ struct sparsematrix {
     std::int64_t size() const { return std::int64_t(start.size()) - 1; }
 };
 
-// What is assembled of each element.
-enum class part { stiffness, mass };
+// What is assembled of each element; pointmass: the mass of elements of one node alone.
+enum class part { stiffness, mass, pointmass };
 
 // The pattern that the graph of owners gives, values 0.
 sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vector<int>& order);

@@ -194,7 +194,10 @@ double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) const
     return smallest;
 }
 
-void factor::solve(double* values, int columns) {
+void factor::solve(double* values, int columns, triangles which) {
+    const int system = which == triangles::both    ? CHOLMOD_A
+                       : which == triangles::lower ? CHOLMOD_L
+                                                   : CHOLMOD_Lt;
     cholmod_dense b{};
     b.nrow = in->l->n;
     b.ncol = std::size_t(columns);
@@ -203,10 +206,35 @@ void factor::solve(double* values, int columns) {
     b.x = values;
     b.xtype = CHOLMOD_REAL;
     b.dtype = CHOLMOD_DOUBLE;
-    cholmod_l_solve2(CHOLMOD_A, in->l, &b, nullptr, &in->x, nullptr, &in->y, &in->e, &in->c);
+    cholmod_l_solve2(system, in->l, &b, nullptr, &in->x, nullptr, &in->y, &in->e, &in->c);
     checkstatus(in->c, "solve the equations");
     const auto* const result = static_cast<double*>(in->x->x);
     std::copy_n(result, b.nzmax, values);
+}
+
+std::int64_t countnegative(const sparsematrix& a, double mostoperations) {
+    cholmod_common c;
+    cholmod_l_start(&c);
+    c.print = 0;
+    c.nmethods = 1;
+    c.method[0].ordering = CHOLMOD_NATURAL;
+    c.postorder = 0;
+    c.supernodal = CHOLMOD_SIMPLICIAL;
+    cholmod_sparse view = viewof(a);
+    cholmod_factor* l = cholmod_l_analyze(&view, &c);
+    std::int64_t negative = -1;
+    if (l != nullptr && c.fl <= mostoperations) {
+        cholmod_l_factorize(&view, l, &c);
+        if (c.status == CHOLMOD_OK && l->minor == l->n) {
+            const auto* const start = static_cast<std::int64_t*>(l->p);
+            const auto* const value = static_cast<double*>(l->x);
+            negative = 0;
+            for (std::size_t j = 0; j < l->n; ++j) negative += value[start[j]] < 0;
+        }
+    }
+    cholmod_l_free_factor(&l, &c);
+    cholmod_l_finish(&c);
+    return negative;
 }
 
 double freememory() {

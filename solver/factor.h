@@ -25,17 +25,22 @@ class factor {
     double operations() const;
     double bytes() const;  // that the numerical factor needs
 
-    // Numerical factor of a + shift * b (b may be null). False where it is not positive definite.
+    // Numerical factor l l'. False where the matrix is not positive definite.
     bool factorise(const sparsematrix& a);
     // Smallest pivot over the diagonal it came from, and its unknown.
     double smallestpivot(const sparsematrix& a, std::int64_t& unknown) const;
-    // Solves for several right sides, in place.
-    void solve(double* x, int columns);
+    // Solves for several right sides, in place: a x = b, or with one triangle l or l' alone.
+    enum class triangles { both, lower, upper };
+    void solve(double* x, int columns, triangles which = triangles::both);
 
   private:
     struct inside;
     std::unique_ptr<inside> in;
 };
+
+// How many eigenvalues of the symmetric matrix lie below 0: negative pivots of its l d l' factor.
+// -1 where the factor came upon a pivot of 0 or would cost more than this many operations.
+std::int64_t countnegative(const sparsematrix& a, double mostoperations);
 
 // Memory that this machine can still give, bytes.
 double freememory();

@@ -11,7 +11,11 @@
 #include "solver/surface.h"
 
 caseloads::caseloads(const model& whole, const settings& set, int lc)
-    : m(whole), s(set), c(whole.cases[std::size_t(lc)]), number(lc) {
+    : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, false) {}
+
+caseloads::caseloads(const model& whole, const settings& set, const loadcase& one, int lc,
+                     bool pointsalone)
+    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone), marine(whole, set, one) {
     uniform = rotation = centre = vec3::Zero();
     accelerated = c.type >= caseaccx && c.type <= caseaccrz;
     if (accelerated) {
@@ -31,7 +35,7 @@ caseloads::caseloads(const model& whole, const settings& set, int lc)
 }
 
 bool caseloads::loadselements() const {
-    return !rows.empty() || (accelerated && c.par[4] == 1);
+    return !rows.empty() || marine.any() || (accelerated && c.par[4] == 1);
 }
 
 vec3 caseloads::accelerationat(const vec3& at) const {
@@ -76,6 +80,7 @@ bool caseloads::rowsonelement(const element& e, elvector& f) const {
 bool caseloads::massonelement(const element& e, elvector& f) const {
     const elementkind& kind = kindof(e.type);
     if (!accelerated || c.par[4] != 1 || kind.mass == nullptr) return false;
+    if (pointmasses && kind.fam != family::point) return false;
     elmatrix mass;
     kind.mass(e, mass);
     const int stride = int(mass.rows()) / e.nodes;
@@ -91,7 +96,8 @@ bool caseloads::massonelement(const element& e, elvector& f) const {
 bool caseloads::onelement(const element& e, elvector& f) const {
     const bool byrows = rowsonelement(e, f);
     const bool bymass = massonelement(e, f);
-    return byrows || bymass;
+    const bool bysea = marine.onelement(e, f);
+    return byrows || bymass || bysea;
 }
 
 void caseloads::nodalforces(const dofmap& d, double* f, runlog& log) const {

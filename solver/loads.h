@@ -7,10 +7,14 @@
 
 #include "solver/dofs.h"
 #include "solver/kinds.h"
+#include "solver/marine.h"
 
 class caseloads {
   public:
     caseloads(const model& m, const settings& s, int lc);
+    // A case that is not of the model. pointmasses: of the elements those of one node alone have
+    // mass.
+    caseloads(const model& m, const settings& s, const loadcase& c, int number, bool pointmasses);
 
     // True where the case may put distributed load on elements at all.
     bool loadselements() const;
@@ -31,9 +35,10 @@ class caseloads {
     const settings& s;
     const loadcase& c;
     int number;
-    bool accelerated;
+    bool accelerated, pointmasses;
     vec3 uniform, rotation, centre;  // accelerations times mass unit over force unit
-    std::vector<elementrow> rows;    // by element
+    marineloads marine;
+    std::vector<elementrow> rows;  // by element
 };
 
 // Adds a force a length (line) or an area (plate) that is the same all over the element.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Membranes without rotations: MEMB3 and MEMB4.
+// Membranes without rotations: MEMB3, MEMB4 and the shear panel SHEAR4.
 #pragma once
 
 #include "solver/element.h"
@@ -9,3 +9,6 @@ void stiffenmemb3(const element& e, elmatrix& k);
 void stressmemb3(const element& e, elmatrix& s);
 void stiffenmemb4(const element& e, elmatrix& k);
 void stressmemb4(const element& e, elmatrix& s);
+
+void stiffenshear(const element& e, elmatrix& k);
+void stressshear(const element& e, elmatrix& s);

@@ -49,7 +49,9 @@ struct elementrow {
 
 enum casetype {
     caseapplied = 0,
-    caseaccx = 1,  // ..6: accelerations along x y z, about x y z
+    caseaccx = 1,  // ..3: accelerations along x y z
+    caseaccz = 3,
+    caseaccrx = 4,  // ..6: about x y z
     caseaccrz = 6,
     casewave = 7,
     casewind = 8,

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "solver/control.h"
+#include "solver/mass.h"
+#include "solver/modes.h"
 #include "solver/recover.h"
 #include "solver/report.h"
 
@@ -13,6 +15,7 @@ struct wanted {
     bool linestresses = true;
     bool platestresses = true;
     bool modes = false;
+    bool elementmass = true;  // the mass of all elements, not only of MASS elements, in the modes
 };
 
 struct results {
@@ -22,6 +25,8 @@ struct results {
     reactionset reactions;
     linestresses lines;
     platestresses plates;
+    modeset modes;
+    std::vector<massproperties> masses;  // of the groups' elements, in slot 0 of all
 };
 
 // Works the model out. doftype 1..3, or 0: taken from the element types, with m.twod as it stands.

@@ -44,7 +44,7 @@ static std::vector<surfacepoint> quadrilateralpoints(int n) {
 }
 
 // Symmetric rules: Dunavant, High degree efficient symmetrical Gaussian quadrature rules for the
-// triangle, Int. J. Numer. Meth. Engng 21, 1985, table II, degrees 1, 2, 4 and 5.
+// triangle, Int. J. Numer. Meth. Engng 21, 1985, table II, degrees 1, 2, 4, 5 and 6.
 static std::vector<surfacepoint> trianglepoints(int degree) {
     std::vector<surfacepoint> points;
     const auto middle = [&](double w) { points.push_back({{1.0 / 3, 1.0 / 3}, w / 2}); };
@@ -59,22 +59,32 @@ static std::vector<surfacepoint> trianglepoints(int degree) {
     } else if (degree <= 4) {
         triple(0.445948490915965, 0.223381589678011);
         triple(0.091576213509771, 0.109951743655322);
-    } else {
+    } else if (degree <= 5) {
         const double root = std::sqrt(15.0);
         middle(0.225);
         triple((6 + root) / 21, (155 + root) / 1200);
         triple((6 - root) / 21, (155 - root) / 1200);
+    } else {
+        triple(0.249286745170910, 0.116786275726379);
+        triple(0.063089014491502, 0.050844906370207);
+        const double a = 0.053145049844817, b = 0.310352451033784, c = 1 - a - b;
+        const double w = 0.082851075618374;
+        for (const auto& p :
+             {vec2(a, b), vec2(b, a), vec2(a, c), vec2(c, a), vec2(b, c), vec2(c, b)})
+            points.push_back({p, w / 2});
     }
     return points;
 }
 
 const std::vector<surfacepoint>& surfacepoints(int nodes, int degree) {
     static const std::vector<surfacepoint> quadrilateral[] = {
-        quadrilateralpoints(1), quadrilateralpoints(2), quadrilateralpoints(3)};
+        quadrilateralpoints(1), quadrilateralpoints(2), quadrilateralpoints(3),
+        quadrilateralpoints(4)};
     static const std::vector<surfacepoint> triangle[] = {trianglepoints(1), trianglepoints(2),
-                                                         trianglepoints(4), trianglepoints(5)};
-    if (nodes == 4) return quadrilateral[std::min(degree, 5) / 2];
-    return triangle[degree <= 1 ? 0 : degree == 2 ? 1 : degree <= 4 ? 2 : 3];
+                                                         trianglepoints(4), trianglepoints(5),
+                                                         trianglepoints(6)};
+    if (nodes == 4) return quadrilateral[std::min(degree, 7) / 2];
+    return triangle[degree <= 1 ? 0 : degree == 2 ? 1 : degree <= 4 ? 2 : degree == 5 ? 3 : 4];
 }
 
 vec3 surfaceat(const element& e, const surfaceshape& n) {

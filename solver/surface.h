@@ -21,7 +21,8 @@ struct surfacepoint {
     vec2 place;
     double weight;  // in natural coordinates: sum 4 for a quadrilateral, 1/2 for a triangle
 };
-// Exact for polynomials of this degree in each coordinate (triangle: together), up to 5.
+// Exact for polynomials of this degree in each coordinate (triangle: together), up to 7;
+// triangle 6.
 const std::vector<surfacepoint>& surfacepoints(int nodes, int degree);
 
 // Point on the surface of the corners.

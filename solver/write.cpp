@@ -75,15 +75,18 @@ std::string trailerof(const model& m, int lc) {
     return name.empty() ? "LC" + std::to_string(lc) : name;
 }
 
+static void writenoderows(textout& out, const model& m, const dofmap& d, const double* values) {
+    writerows(out, m.nnodes(), [&](int i, rowtext& text) {
+        text.put(values + std::size_t(i) * std::size_t(d.pernode), d.pernode);
+        text.endline();
+    });
+}
+
 void writedisplacements(const model& m, const dofmap& d, const displacements& u) {
     textout out(m.base + ".rvp");
     out.line(m.nnodes(), d.anadof);
     for (int lc = 1; lc <= u.cases; ++lc) {
-        const double* const at = u.of(d, lc);
-        writerows(out, m.nnodes(), [&](int i, rowtext& text) {
-            text.put(at + std::size_t(i) * std::size_t(d.pernode), d.pernode);
-            text.endline();
-        });
+        writenoderows(out, m, d, u.of(d, lc));
         out.quoted(trailerof(m, lc)).endline();
     }
     out.commit();
@@ -107,6 +110,16 @@ void writereactions(const model& m, const dofmap& d, const displacements& u, con
         total.endline();
         out.raw(total.content());
         out.quoted(trailerof(m, lc)).endline();
+    }
+    out.commit();
+}
+
+void writemodes(const model& m, const dofmap& d, const modeset& r) {
+    textout out(m.base + ".EIG");
+    out.line(d.anadof, r.count());
+    for (int mode = 1; mode <= r.count(); ++mode) {
+        out.line(r.value[std::size_t(mode - 1)]);
+        writenoderows(out, m, d, r.of(d, mode));
     }
     out.commit();
 }
@@ -214,6 +227,16 @@ void writeplatestresses(const model& m, const settings& s, const platestresses& 
         }
         out.commit();
     }
+}
+
+void writemasses(const model& m, const std::vector<massproperties>& masses) {
+    textout out(m.base + ".EMS");
+    for (int g = 1; g <= m.ngroups(); ++g) {
+        const massproperties& p = masses[std::size_t(g)];
+        out.line(g, p.mass, p.centre[0], p.centre[1], p.centre[2], p.radius[0], p.radius[1],
+                 p.radius[2]);
+    }
+    out.commit();
 }
 
 void writesummary(const model& m, std::int64_t halfbandwidth) {

@@ -4,16 +4,22 @@
 
 #include <string>
 
+#include "solver/mass.h"
+#include "solver/modes.h"
 #include "solver/recover.h"
 
 // .rvp: header, then a case's node rows and its name.
 void writedisplacements(const model& m, const dofmap& d, const displacements& u);
 // .KRT: header, then a case's numbered node rows, their sum as node 0, and its name.
 void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r);
+// .EIG: header, then a mode's omega^2 and its node rows.
+void writemodes(const model& m, const dofmap& d, const modeset& r);
 // .LES
 void writelinestresses(const model& m, const settings& s, const linestresses& r);
 // .NSR .NSL (each element's own corners) .NSA .NLA (means of a group's elements at a node)
 void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases);
+// .EMS: a row a group, its number, mass, centre and radii of gyration. masses: from slot 1.
+void writemasses(const model& m, const std::vector<massproperties>& masses);
 // .DAT
 void writesummary(const model& m, std::int64_t halfbandwidth);
 

@@ -47,8 +47,10 @@ double lengthof(const point3& a) {
 // --- records ------------------------------------------------------------------------------------
 
 int kindof(const graphiclist& list, int g) {
-    const float kind = list(g, 0, 0);  // what a damaged file holds counts as free
-    return kind == kindline || kind == kindcurve || kind == kindcircle ? int(kind) : kindfree;
+    const float stored = list(g, 0, 0);
+    for (const int kind : {kindline, kindcurve, kindcircle})
+        if (stored == float(kind)) return kind;
+    return kindfree;  // what a damaged file holds, 1.5 or none at all, counts as free
 }
 
 const char* nameofkind(int kind) {

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "core/platform.h"
+#include "edit/Mouseprocedures.h"
 #include "ui/mainwindow.h"
 
 static std::map<std::string, std::function<QDialog*()>>& makers() {
@@ -32,6 +33,8 @@ void wiredialogs() {
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
+    adddialog("Roptions", makeroptions);
+    adddialog("Soptions", makesoptions);
     adddialog("placenodes", makeplacenodes);
     adddialog("graphoptions", makegraphoptions);
     adddialog("Mselect", makemselect);
@@ -44,13 +47,30 @@ void tellfault(const runtimeerror& fault) {
     door().message(fault.what + " (error " + std::to_string(fault.number) + ")", icons::critical);
 }
 
+void fallback(const runtimeerror& fault) {
+    guarded(addready, [](const runtimeerror&) {});  // what failed may fail again in a redraw
+    tellfault(fault);
+}
+
 void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowModality(Qt::ApplicationModal);
+    if (!dialog->property(besidemain).toBool()) dialog->setWindowModality(Qt::ApplicationModal);
     dialog->show();
 }
 
+// A dialog that stays beside the main window may be open already.
+static bool raiseopen(const std::string& name) {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (!w->isVisible() || w->objectName().toStdString() != name) continue;
+        w->raise();
+        w->activateWindow();
+        return true;
+    }
+    return false;
+}
+
 bool opendialog(const std::string& name) {
+    if (raiseopen(name)) return true;
     const auto found = makers().find(name);
     if (found == makers().end()) return false;
     QDialog* const dialog = found->second();

@@ -14,11 +14,15 @@ bool opendialog(const std::string& name);
 void adddialog(const std::string& name, std::function<QDialog*()> make);
 void wiredialogs();
 
-// Shows a dialog without holding up the caller: the main window is disabled until it closes.
+// Shows a dialog without holding up the caller: the main window is disabled until it closes, unless
+// the dialog carries the property besidemain.
 void showmodal(QDialog* dialog);
+const char* const besidemain = "besidemain";
 
 // Tells a run-time error that nothing nearer has handled, with its number.
 void tellfault(const runtimeerror& fault);
+// A command that fails returns to the rest state and tells why.
+void fallback(const runtimeerror& fault);
 // A button's or list's handler under guard: an error that leaves it is told, the dialog stays.
 template <typename Handler>
 auto guardedhandler(Handler handler) {
@@ -42,6 +46,8 @@ QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();
 QDialog* makedefgroup();
+QDialog* makeroptions();
+QDialog* makesoptions();
 QDialog* makeplacenodes();
 QDialog* makegraphoptions();
 QDialog* makemselect();

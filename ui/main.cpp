@@ -53,9 +53,22 @@ static bool isdisplayless() {
            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+namespace {
+// What fails in a handler of the toolkit ends that handler, not the program.
+class guardedapplication : public QApplication {
+  public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override {
+        bool taken = false;
+        guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);
+        return taken;
+    }
+};
+}  // namespace
+
 int main(int argc, char** argv) {
     if (isdisplayless()) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    guardedapplication application(argc, argv);
     QApplication::setApplicationName("Kalvane");
     QApplication::setApplicationVersion(KALVANE_VERSION);
     QApplication::setWindowIcon(programicon());
@@ -82,7 +95,7 @@ int main(int argc, char** argv) {
     wiremodules();
     loadspringpictures();
     programdir = QCoreApplication::applicationDirPath().toStdString();
-    if (!start(findappdir(programdir, KALVANE_DATA))) return 1;
+    if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());

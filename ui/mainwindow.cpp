@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QToolBar>
 #include <QToolButton>
@@ -24,10 +25,15 @@
 #include "edit/move.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
+#include "post/contour.h"
+#include "post/legend.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
+#include "ui/controls.h"
 #include "ui/icons.h"
+#include "ui/legendwidget.h"
 #include "ui/menus.h"
+#include "ui/printing.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -111,6 +117,34 @@ static void savenow() {
         addrecentfile();
 }
 
+// Print, and beside it what prepares for it.
+static QToolButton* printbutton(QMainWindow* window) {
+    struct printtool {
+        const char *name, *caption, *shortcut;
+        void (*run)();
+    };
+    static const printtool tools[] = {
+        {"printpreviewbutton", "Print preview...", "Ctrl+Shift+P", showprintpreview},
+        {"printsetupbutton", "Page setup...", "", showprintsetup},
+        {"printpdfbutton", "Print to PDF...", "Ctrl+Shift+F", printtopdf},
+    };
+    auto* const button = new QToolButton(window);
+    auto* const menu = new QMenu(button);
+    menu->addAction(menuaction("mnuFileItem", 4));
+    for (const printtool& tool : tools) {
+        QAction* const action =
+            menu->addAction(QObject::tr(tool.caption), window, [&tool] { tool.run(); });
+        action->setObjectName(tool.name);
+        if (*tool.shortcut) action->setShortcut(QKeySequence(tool.shortcut));
+        window->addAction(action);
+    }
+    button->setDefaultAction(menuaction("mnuFileItem", 4));
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::MenuButtonPopup);
+    button->setObjectName("printbutton");
+    return button;
+}
+
 void mainwindow::buildtoolbars() {
     QToolBar* const file = newbar(this, "filebar", tr("File"));
     for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
@@ -118,7 +152,7 @@ void mainwindow::buildtoolbars() {
     save->setObjectName("savebutton");
     save->setShortcut(QKeySequence::Save);
     save->setToolTip(tr("Save the model under its name (Ctrl+S)"));
-    file->addAction(menuaction("mnuFileItem", 4));
+    file->addWidget(printbutton(this));
 
     QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
     for (int i : {0, 1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
@@ -227,6 +261,12 @@ void mainwindow::buildleftbar() {
     modenumber = new QLineEdit(modegroup);
     modenumber->setObjectName("Text7");
     moderows->addWidget(modenumber);
+    modes = new QComboBox(modegroup);
+    modes->setObjectName("modelist");
+    modes->setToolTip(tr("Mode shapes of the analysis"));
+    modes->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    moderows->addWidget(modes);
+    connect(modes, &QComboBox::activated, this, [](int i) { choosemode(i + 1); });
     rows->addWidget(modegroup);
     connect(modenumber, &QLineEdit::editingFinished, this, [this] {
         const int number = int(numberof(modenumber->text().toStdString()));
@@ -237,6 +277,14 @@ void mainwindow::buildleftbar() {
     resultlabel->setObjectName("slabel3");
     resultlabel->setWordWrap(true);
     rows->addWidget(resultlabel);
+
+    legendframe = new QGroupBox(leftbar);
+    legendframe->setObjectName("Frame1");
+    auto* const legendrows = new QVBoxLayout(legendframe);
+    legendrows->setContentsMargins(2, 2, 2, 2);
+    legend = new legendwidget(legendframe);
+    legendrows->addWidget(legend);
+    rows->addWidget(legendframe);
 
     commentframe = new QGroupBox(tr("Comment"), leftbar);
     commentframe->setObjectName("commentframe");
@@ -264,6 +312,8 @@ void mainwindow::buildleftbar() {
     });
 }
 
+static const char* const commandprompt = "Enter Command or type help";
+
 void mainwindow::buildcommandline() {
     auto* const strip = new QWidget(centralWidget());
     auto* const row = new QHBoxLayout(strip);
@@ -275,7 +325,8 @@ void mainwindow::buildcommandline() {
     inputfield->setObjectName("inputfield");
     inputfield->setEditable(true);
     inputfield->setInsertPolicy(QComboBox::NoInsert);
-    inputfield->lineEdit()->setPlaceholderText("Enter Command or type help");
+    inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
+    inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->lineEdit()->installEventFilter(this);
     statuslabel = new QLabel(strip);
@@ -345,6 +396,16 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
         redrawall();
         return false;
     }
+    if (inputfield && watched == inputfield->lineEdit()) switch (event->type()) {
+            case QEvent::FocusIn:
+                inputfield->lineEdit()->setPlaceholderText("");
+                break;
+            case QEvent::FocusOut:
+                inputfield->lineEdit()->setPlaceholderText(commandprompt);
+                break;
+            default:
+                break;
+        }
     if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -426,20 +487,32 @@ void mainwindow::refreshcombinations() {
         combinations->addItems(names);
     }
     combinations->setCurrentIndex(curlcomb <= ncomb() ? curlcomb - 1 : -1);
+}
+
+void mainwindow::refreshresults() {
     const bool mode = menupostItem(3).checked;
     modegroup->setVisible(mode);
     if (mode && !modenumber->hasFocus()) modenumber->setText(QString::number(curlcomb));
+    showlist(modes, modelist(), curlcomb <= modecount ? curlcomb - 1 : -1);
+    resultlabel->setText(QString::fromStdString(plottext()).trimmed());
+    legendframe->setVisible(legendshown());
+    legendframe->setTitle(QString::fromStdString(makelegend().title));
+}
+
+surface* mainwindow::legendsurface() {
+    return legend ? &legend->surface : nullptr;
 }
 
 void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
     refreshmenus();
+    if (auto* const save = findChild<QAction*>("savebutton")) save->setEnabled(!menulock);
     snaplabel->setText(statusofsnap());
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};
     static const char* const dx[] = {"dx=", "dy=", "dz="};
-    const bool moving = editing && movepending;
+    const bool moving = movepending;  // a typed way needs no reference point
     const double at[] = {modelx, modely, modelz};
     for (std::size_t k = 0; k < 3; ++k) {
         coordinatelabels[k]->setText(moving ? dx[k] : x[k]);
@@ -447,6 +520,7 @@ void mainwindow::refresh() {
             coordinates[k]->setText(QString::fromStdString(numbertext(float(moving ? 0 : at[k]))));
     }
     refreshcombinations();
+    refreshresults();
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))
         notes->setChecked(commentvisible);

@@ -16,7 +16,9 @@ class QLineEdit;
 class QPlainTextEdit;
 class QToolBar;
 class QToolButton;
+class legendwidget;
 class viewwidget;
+struct surface;
 
 class mainwindow : public QMainWindow {
     Q_OBJECT
@@ -30,6 +32,7 @@ class mainwindow : public QMainWindow {
     void showstatus(const QString& text);
     void refresh();  // everything that mirrors the session's state
     void crosspointer(bool on);
+    surface* legendsurface();  // beside the views
 
     bool ending = false;  // the program has decided to end: no more questions
 
@@ -48,6 +51,7 @@ class mainwindow : public QMainWindow {
     void runtypedcommand();
     void takecoordinates();
     void refreshcombinations();
+    void refreshresults();
     void placeleftbar();
     double pixelspertwip() const;
 
@@ -56,8 +60,10 @@ class mainwindow : public QMainWindow {
     std::array<viewwidget*, 4> views{};
     std::array<QLineEdit*, 3> coordinates{};
     std::array<QLabel*, 3> coordinatelabels{};
-    QComboBox *selectmethod = nullptr, *combinations = nullptr, *inputfield = nullptr;
-    QGroupBox *modegroup = nullptr, *commentframe = nullptr;
+    QComboBox *selectmethod = nullptr, *combinations = nullptr, *inputfield = nullptr,
+              *modes = nullptr;
+    QGroupBox *modegroup = nullptr, *legendframe = nullptr, *commentframe = nullptr;
+    legendwidget* legend = nullptr;
     QLineEdit* modenumber = nullptr;
     QPlainTextEdit* comment = nullptr;
     QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr;

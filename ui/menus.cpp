@@ -3,6 +3,7 @@
 #include "ui/menus.h"
 
 #include <QMenu>
+#include <algorithm>
 #include <cstring>
 #include <map>
 
@@ -17,12 +18,15 @@
 #include "files/filemenu.h"
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
+#include "post/contour.h"
+#include "post/printdraw.h"
 #include "post/shapes.h"
 #include "tools/findpatch.h"
 #include "tools/intersect.h"
 #include "tools/mesh2d.h"
 #include "tools/placenodes.h"
 #include "tools/pointentry.h"
+#include "ui/demonstration.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -31,12 +35,7 @@
 
 // A command that fails returns to the rest state and tells why.
 static std::function<void()> guardedcommand(std::function<void()> command) {
-    return [command] {
-        guarded(command, [](const runtimeerror& e) {
-            addready();
-            tellfault(e);
-        });
-    };
+    return [command] { guarded(command, fallback); };
 }
 
 static std::function<bool()> checkof(array1<menustate>& list, int i) {
@@ -75,6 +74,7 @@ static void toggleselect(int i) {
         labelselect();
     } else {
         setselectitem(i);
+        door().refresh();  // the item that was on already stays on
     }
 }
 
@@ -82,7 +82,7 @@ static void toggleselect(int i) {
 static void startaddnode() {
     startmode(addnodemode);
     checkonly(Mnuadditem, 1);
-    resultflag = 1;
+    resultflag = dorenumber = 1;
     mnuEditItem(0).enabled = false;
     prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
 }
@@ -111,7 +111,7 @@ static void addfilemenu(std::vector<menurow>& t) {
     t.push_back({m, a, 3, "Save &As...", "save", "Ctrl+Shift+S", [] {
                      if (menusave() == reply::done) addrecentfile();
                  }});
-    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P"});
+    t.push_back({m, a, 4, "&Print", "print", "Ctrl+P", menuprint});
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Save Settings", "", "", savesettings});
     t.push_back({m, a, 7, "Get Settings", "", "", getsettings});
@@ -262,12 +262,21 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back(separator(m, a, 0));
     t.push_back(
         {m, a, 1, "Deformed Shape", "deformed", "", showdeformed, checkof(menupostItem, 1)});
-    t.push_back({m, a, 2, "Contour plot", "contour"});
+    t.push_back({m, a, 2, "Contour plot", "contour", "", showcontour, checkof(menupostItem, 2)});
     t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
-    t.push_back({m, a, 4, "Element Stress ", "stress"});
-    t.push_back({m, a, 5, "Report...", "report"});
+    t.push_back(
+        {m, a, 4, "Element Stress ", "stress", "", showelementstress, checkof(menupostItem, 4)});
+    t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
-    t.push_back({m, a, 7, "Options...", "options"});
+    t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
+    const auto addswitch = [&](int i, const char* caption, bool& on) {
+        t.push_back({m, "postswitch", i, caption, "", "", [&on] { toggleswitch(on); },
+                     [&on] { return on; }});
+    };
+    t.push_back(separator(m, "postswitch", 0));
+    addswitch(1, "Even Palette", evenpalette);
+    addswitch(2, "Mark Highest and Lowest", markextremes);
+    addswitch(3, "Value at Pointer", valueatpointer);
 }
 
 static void addinformationmenu(std::vector<menurow>& t) {
@@ -278,7 +287,7 @@ static void addinformationmenu(std::vector<menurow>& t) {
     t.push_back(
         {m, "mnuAbout", 0, "&About Kalvane...", "", "", [] { door().showdialog("frmAbout"); }});
     t.push_back({m, "info", 0, "Model info...", "", "", [] { door().showdialog("modelinfo"); }});
-    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", [] { door().showdialog("demo01"); }});
+    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", rundemo});
 }
 
 static std::vector<menurow> filltable() {
@@ -340,35 +349,33 @@ void buildmenus(QMenuBar* bar) {
 static void refreshrecent() {
     const auto& files = recentfiles();
     for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
-        QAction* const action = filemenu->addAction(QString::fromStdString(files[i]));
+        QAction* const action =
+            filemenu->addAction(QString::fromStdString(files[i]).replace("&", "&&"));
         action->setObjectName(QString("mnuFileArray(%1)").arg(i));
         QObject::connect(action, &QAction::triggered, guardedcommand([i] { openrecent(int(i)); }));
         recentactions.push_back(action);
     }
 }
 
-// Menus that rest while an analysis runs or edges of a mesh are picked, their submenus with them.
-static bool islockable(const std::string& path) {
+// During an analysis, and while edges of a mesh are picked, nothing may change the model or its
+// files; shortcuts stay away with the menus.
+static bool islocked(const std::string& path) {
+    static const char* const locked[] = {"&File",   "&Edit",    "&Add",
+                                         "&Define", "A&nalyse", "&Post-Process"};
     const std::string first = path.substr(0, path.find('|'));
-    for (const char* name : {"&File", "&Edit", "&Add", "&Define", "A&nalyse", "&Post-Process"})
-        if (first == name) return true;
-    return false;
+    return (menulock || edgepending) &&
+           std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 
 void refreshmenus() {
     for (menurow& row : menus()) {
         if (row.action == nullptr) continue;
         if (row.checked) row.action->setChecked(row.checked());
-        row.action->setEnabled(row.run && (!row.enabled || row.enabled()));
+        row.action->setEnabled(row.run && (!row.enabled || row.enabled()) && !islocked(row.menu));
     }
-    const bool locked = menulock || edgepending;
-    for (const auto& [path, menu] : built) {
-        if (!islockable(path)) continue;
-        menu->menuAction()->setEnabled(!locked);
-        if (!locked) continue;
-        for (QAction* action : menu->actions()) action->setEnabled(false);
-    }
+    for (const auto& [path, menu] : built) menu->menuAction()->setEnabled(!islocked(path));
     refreshrecent();
+    for (QAction* action : recentactions) action->setEnabled(!islocked("&File"));
 }
 
 QAction* menuaction(const char* array, int index) {
@@ -378,7 +385,7 @@ QAction* menuaction(const char* array, int index) {
 }
 
 static QString plain(QString caption) {
-    return caption.remove('&').trimmed();
+    return caption.replace("&&", "\1").remove('&').replace("\1", "&").trimmed();
 }
 
 // Captions hold "/" themselves ("Drag/Drop"), so every caption that begins the path is tried.

@@ -16,6 +16,7 @@
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
+#include "ui/printing.h"
 #include "ui/viewwidget.h"
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
@@ -205,12 +206,30 @@ void qtplatform::viewsize(int nview, double& width, double& height) {
     height = themainwindow ? themainwindow->view(nview)->surface.height() : 0;
 }
 
+surface* qtplatform::legendsurface() {
+    return themainwindow ? themainwindow->legendsurface() : nullptr;
+}
+
 void qtplatform::setscrollbars(int nview, const scrollrange& range, bool shown) {
     if (themainwindow) themainwindow->view(nview)->setbars(range, shown);
 }
 
 void qtplatform::crosspointer(bool on) {
     if (themainwindow) themainwindow->crosspointer(on);
+}
+
+// --- the printer --------------------------------------------------------------------------------
+
+printstart qtplatform::startprint() {
+    return ::startprint();
+}
+
+surface* qtplatform::printsurface() {
+    return printpage();
+}
+
+bool qtplatform::endprint() {
+    return ::endprint();
 }
 
 // --- long work ----------------------------------------------------------------------------------

@@ -37,6 +37,8 @@
 
 namespace {
 
+const int afterline = 250;  // milliseconds of the demonstration between two lines
+
 // A line that can not be carried out.
 struct scriptfault {
     QString text;
@@ -392,9 +394,11 @@ bool scriptplayer::play() {
     for (int i = 0; i < lines.size(); ++i) {
         const QString line = lines[i].trimmed();
         if (line.isEmpty() || line.startsWith('#')) continue;
+        if (stopped) return false;
         try {
             if (!run(line)) refuse("unknown command \"" + line + "\"");
             settle();
+            if (pauses) pause(afterline);
             if (!theplatform().unanswered.empty()) {
                 const QString question = QString::fromStdString(theplatform().unanswered);
                 theplatform().unanswered.clear();
@@ -407,6 +411,13 @@ bool scriptplayer::play() {
         }
     }
     return true;
+}
+
+// In small steps: a stop takes effect at once.
+void scriptplayer::pause(int milliseconds) {
+    const int step = 50;
+    for (int gone = 0; gone < milliseconds && !stopped; gone += step)
+        theplatform().yield(std::min(step, milliseconds - gone));
 }
 
 bool scriptplayer::run(const QString& line) {
@@ -442,6 +453,14 @@ bool scriptplayer::run(const QString& line) {
         need(5);
         drag(viewof(words[1]), {numberin(words[2]), numberin(words[3])},
              {numberin(words[4]), numberin(words[5])});
+    } else if (verb == "pickbox") {
+        need(7);
+        const auto corner = [&](int i) {
+            return placeof(words[1].toInt(), numberin(words[i]), numberin(words[i + 1]),
+                           numberin(words[i + 2]));
+        };
+        viewwidget* const view = viewof(words[1]);
+        drag(view, corner(2), corner(5));
     } else if (verb == "key") {
         need(1);
         pressmainkey(words[1]);
@@ -478,7 +497,7 @@ bool scriptplayer::run(const QString& line) {
         if (say) say(rest(1));
     } else if (verb == "wait") {
         need(1);
-        if (pauses) theplatform().yield(int(numberin(words[1])));
+        if (pauses) pause(int(numberin(words[1])));
     } else {
         return false;
     }

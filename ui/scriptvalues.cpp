@@ -13,7 +13,10 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "post/contour.h"
 #include "post/postproces.h"
+#include "post/shapes.h"
+#include "post/stressfile.h"
 #include "tools/circle.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"
@@ -36,6 +39,8 @@ static std::string textof(const T& value) {
         return value ? "-1" : "0";
     else if constexpr (std::is_same_v<T, menustate>)
         return value.checked ? "-1" : "0";
+    else if constexpr (std::is_same_v<T, bool>)
+        return value ? "-1" : "0";
     else if constexpr (std::is_same_v<T, Integer> || std::is_same_v<T, int>)
         return numbertext(long(int(value)));
     else
@@ -199,6 +204,7 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(editelemload),
         NAMED(zoomwinmode),
         NAMED(viewselpending),
+        NAMED(postselpending),
         NAMED(windowdrag),
         NAMED(movepending),
         NAMED(editing),
@@ -258,6 +264,7 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(dispscale),
         NAMED(singleview),
         NAMED(vieww),
+        NAMED(toprinter),
         NAMED(viewh),
         NAMED(scalex),
         NAMED(scaley),
@@ -277,6 +284,25 @@ static const std::map<std::string, valuegetter>& values() {
         // results
         NAMED(modevalue),
         NAMED(modecount),
+        NAMED(stresscomp),
+        NAMED(stressaverage),
+        NAMED(contourdata),
+        NAMED(dispcontour),
+        NAMED(contourfilled),
+        {"autoscale", valueof(indexautoscale)},
+        NAMED(scalemax),
+        NAMED(scalemin),
+        NAMED(indexmax),
+        NAMED(indexmin),
+        NAMED(indexcolor),
+        NAMED(postset),
+        NAMED(postgroup),
+        NAMED(postcount),
+        NAMED(evenpalette),
+        NAMED(markextremes),
+        NAMED(valueatpointer),
+        {"slabel3", computed(plottext)},
+        {"modetext", computed(modetext)},
     };
     return table;
 }

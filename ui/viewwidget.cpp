@@ -9,6 +9,8 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/hover.h"
+#include "post/probe.h"
 #include "ui/icons.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -57,7 +59,9 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     hovering.setSingleShot(true);
     hovering.setInterval(30);  // milliseconds between two looks for the item under the pointer
     connect(&hovering, &QTimer::timeout, this, [this] {
-        if (!menulock && isVisible()) hover(nview, pointer.x(), pointer.y());
+        if (menulock || !isVisible()) return;
+        hover(nview, pointer.x(), pointer.y());
+        tellvalue(nview, pointer.x(), pointer.y());
     });
 }
 

@@ -41,6 +41,9 @@ struct surface {
     virtual double height() const = 0;
     virtual double pixpercm() const = 0;  // device pixels
     virtual void show() {}                // what was drawn so far becomes visible
+    // Of a page: the next operations draw in this part of it, which is their origin and size and
+    // bounds what they draw. Centimetres from the page's top left corner.
+    virtual void toframe(double /*left*/, double /*top*/, double /*width*/, double /*height*/) {}
 
     void moveto(double x, double y) {
         currentx = x;

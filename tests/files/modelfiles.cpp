@@ -5,8 +5,11 @@
 #include <filesystem>
 #include <random>
 
+#include "core/colours.h"
 #include "core/model.h"
+#include "core/modelsize.h"
 #include "core/session.h"
+#include "core/start.h"
 #include "core/views.h"
 #include "edit/Edit.h"
 #include "files/analyse.h"
@@ -305,6 +308,81 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
     EXPECT_EQ(nnodes(), 12);
 }
 
+TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
+    sessionroom room;
+    fillmodel();
+    loadnode(2, 0) = loaddof(2, 1) = 1;
+    loadnode(2, 1) = 3;
+    saveas(room.file("m"));
+    for (const bool damaged : {false, true}) {
+        fs::remove(room.file("m.lcd"));
+        if (damaged) writefile(room.file("m.lcd"), "\"first\"\r\n");
+        ASSERT_TRUE(openmodel(room.file("m")));
+        EXPECT_EQ(nlc(), 2);
+        EXPECT_EQ(loadnode(1, 0), 1);
+        EXPECT_EQ(loadnode(2, 1), 3);
+        EXPECT_EQ(lcname(2), "LC 2");
+        EXPECT_EQ(lctype(2), 0);
+        EXPECT_EQ(lcpar(2, 4), 1);
+    }
+}
+
+TEST(Modelfiles, APatchMayNameADeletedGraphicElement) {
+    sessionroom room;
+    fillmodel();
+    patches(1, 1, 0) = 2;
+    patches(1, 1, 2) = 7;
+    saveas(room.file("m"));
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_EQ(patches(0, 0, 0), 1);
+    EXPECT_EQ(patches(1, 1, 2), 7);
+}
+
+TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    const std::string text = contentof(room.file("m.tek"));
+    std::size_t end = text.size();
+    for (int line = 0; line < 5; ++line) end = text.rfind("\r\n", end - 1);
+    writefile(room.file("m.tek"), text.substr(0, end + 2));
+    viewvert(1) = 2;
+    viewgroup(1) = 2;
+    viewdepth(4) = 1;
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_EQ(viewvert(1), float(toradians(45)));
+    EXPECT_EQ(viewscale(3), 1);
+    EXPECT_EQ(viewgroup(1), 0);
+    EXPECT_EQ(viewdepth(4), fullviewdepth);
+
+    std::string old = text.substr(0, end + 2);
+    for (const char* number : {"1", "2", "3", "4"})  // from before eye distance and scale
+        old.append(number).append(",0,0\r\n0.5,0.25,0\r\n");
+    writefile(room.file("m.tek"), old);
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_EQ(viewptx(4), 4);
+    EXPECT_EQ(viewhor(4), 0.25f);
+    EXPECT_EQ(viewdist(4), 100000);
+    EXPECT_EQ(viewscale(4), 1);
+}
+
+TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
+    sessionroom room;
+    fillmodel();
+    selcolor = 99;
+    commentvisible = true;
+    viewvert(2) = 0.25f;
+    menupostItem(1).checked = true;
+    writefile(room.file("bad.tek"), "3,0\r\n1,2,x\r\n");
+    EXPECT_EQ(openfile(room.file("bad.tek")), reply::failed);
+    EXPECT_EQ(nnodes(), 12);
+    EXPECT_EQ(selcolor, 99);
+    EXPECT_EQ(viewvert(2), 0.25f);
+    EXPECT_TRUE(commentvisible);
+    EXPECT_TRUE(menupostItem(1).checked) << "results of the model before stay on show";
+}
+
 TEST(Modelfiles, AFailedSaveTellsItsFileAndKeepsTheOldOnes) {
     sessionroom room;
     fillmodel();
@@ -487,6 +565,32 @@ TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     EXPECT_TRUE(room.door.toldpart("The analysis ended without results."));
     EXPECT_FALSE(menulock);
     EXPECT_EQ(nnodes(), 12);
+}
+
+TEST(Analyse, ACancelledRunBringsALargeModelBack) {
+    sessionroom room;
+    placesolver(room);
+    modelsize(1) = 30000;
+    ASSERT_TRUE(resetmodel());
+    writemodelsize();
+    for (int n = 1; n <= 25000; ++n) addnode(float(n), 0, 0);
+    addelement(6, {1, 25000});
+    nodename(3) = "corner";
+    groupcolor(1) = selcolor = 1234;
+    viewdepth(2) = 5;
+    curlc = loadnode(0, 0) = 2;
+    modelname = room.file("m");
+    room.door.onprocess = [&] { room.door.running = room.door.cancelled = true; };
+    runanalysis();
+    EXPECT_TRUE(room.door.toldpart("cancelled"));
+    EXPECT_FALSE(menulock);
+    ASSERT_EQ(nnodes(), 25000) << "the reading back heeds no Cancel";
+    EXPECT_EQ(modelname, room.file("m"));
+    EXPECT_EQ(nodename(3), "corner") << "what the files do not hold is kept beside them";
+    EXPECT_EQ(selcolor, 1234);
+    EXPECT_EQ(groupcolor(1), 1234);
+    EXPECT_EQ(viewdepth(2), 5);
+    EXPECT_EQ(curlc, 2);
 }
 
 TEST(Analyse, OptionsFollowEachOther) {

@@ -71,6 +71,12 @@ void recordsurface::picture(std::string_view name, double x, double y) {
     operations.push_back(operation("picture %.2f %.2f ", x, y) + std::string(name));
 }
 
+void recordsurface::toframe(double left, double top, double width, double height) {
+    operations.push_back(operation("frame %.2f %.2f %.2f %.2f", left, top, width, height));
+    framewidth = width;
+    frameheight = height;
+}
+
 int recordsurface::count(const std::string& start) const {
     return int(std::ranges::count_if(operations,
                                      [&](const std::string& o) { return o.rfind(start, 0) == 0; }));

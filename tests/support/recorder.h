@@ -26,13 +26,21 @@ class recordsurface : public surface {
     void picture(std::string_view name, double x, double y) override;
     double textwidth(std::string_view utf8) override { return 0.2 * double(utf8.size()); }
     double textheight() override { return 0.4; }
-    double width() const override { return 20; }
-    double height() const override { return 10; }
+    double width() const override { return framewidth; }
+    double height() const override { return frameheight; }
+    void toframe(double left, double top, double width, double height) override;
     double pixpercm() const override { return 40; }
 
     int count(const std::string& start) const;  // operations that begin with this text
     std::vector<std::string> operations;
     planes plane = planes::model;
+    double framewidth = 20, frameheight = 10;
+};
+
+// Paper: nothing that was drawn goes away.
+class recordpage : public recordsurface {
+  public:
+    void clear(colour) override {}
 };
 
 class recorder : public platform {
@@ -51,8 +59,14 @@ class recorder : public platform {
     void viewsize(int, double& width, double& height) override;
     void startprocess(const std::string& program, const std::vector<std::string>& arguments,
                       const std::string& folder) override;
-    bool processruns() override { return false; }
+    bool processruns() override { return running; }
+    void killprocess() override { running = false; }
     int processcode() override { return exitcode; }
+    printstart startprint() override { return printing; }
+    bool endprint() override {
+        ++pages;
+        return printed;
+    }
     bool progress(const std::string&, double, bool) override { return !cancelled; }
 
     bool told(const std::string& text) const;  // a message held exactly this text
@@ -65,9 +79,13 @@ class recorder : public platform {
     std::vector<std::string> dialogs;
     std::string title, status;
     std::array<recordsurface, 4> views;
-    recordsurface page;
+    recordpage page;
+    printstart printing = printstart::begun;  // what the print dialog comes to
+    bool printed = true;
+    int pages = 0;
     std::function<void()> onprocess;  // what the started program does
     int exitcode = 0;
+    bool running = false;  // the process after onprocess
     bool cancelled = false, ended = false;
 };
 

@@ -9,6 +9,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
+#include "edit/hover.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"

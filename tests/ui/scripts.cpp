@@ -5,7 +5,10 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <filesystem>
+
+#include "ui/script.h"
 
 namespace fs = std::filesystem;
 
@@ -64,4 +67,24 @@ TEST(Program, AFailingScriptNamesItsLine) {
     EXPECT_NE(
         program.readAllStandardError().indexOf("bad.kds, line 3: nelems is \"0\", expected \"7\""),
         -1);
+}
+
+TEST(Program, ADemonstrationThatIsStoppedEndsWithoutAFault) {
+    const QTemporaryDir room;
+    const QString path = room.path() + "/demo.kds";
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("say \"first\"\nwait 600000\nsay \"second\"\n");
+    file.close();
+    scriptplayer player;
+    ASSERT_TRUE(player.load(path));
+    QStringList said;
+    player.pauses = true;
+    player.say = [&](const QString& text) {
+        said << text;
+        QTimer::singleShot(10, [&] { player.stopped = true; });
+    };
+    EXPECT_FALSE(player.play());
+    EXPECT_EQ(player.fault, "");
+    EXPECT_EQ(said, QStringList{"first"});
 }

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// State and scale of the contour plots.
+#include "post/contour.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/colours.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "post/stressfile.h"
+
+int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
+bool indexautoscale = true;
+double scalemax, scalemin;
+int postset, postgroup = 1, postcount;
+bool evenpalette, markextremes, valueatpointer;
+double indexmax = 1, indexmin = -1;
+cornervalue highest, lowest;
+
+static array1<float> tencolors() {
+    array1<float> list;
+    list.alloc(indexcolors - 1);
+    return list;
+}
+array1<float> indexcolor = tencolors();
+
+bool iscontour() {
+    return menupostItem(2).checked;
+}
+
+bool iselementstress() {
+    return menupostItem(4).checked;
+}
+
+bool isdeformed() {
+    return menupostItem(1).checked || menupostItem(3).checked;
+}
+
+// --- the index ----------------------------------------------------------------------------------
+
+double bandbound(int k) {
+    if (k == indexcolors) return indexmax;
+    return (indexmax - indexmin) * k / indexcolors + indexmin;
+}
+
+double levelof(int k) {
+    const int last = indexcolors - 1;
+    return k == last ? indexmax : (indexmax - indexmin) * k / last + indexmin;
+}
+
+int bandof(double value) {
+    if (!(value >= indexmin && value <= indexmax)) return -1;
+    for (int k = 0; k < indexcolors; ++k)
+        if (value < bandbound(k + 1)) return k;
+    return indexcolors - 1;
+}
+
+// Ten colours at even distances along a path in CIELAB (D65): blue, green, gold, each lighter than
+// the one before, so that order and steps are seen, in print and by the colour-blind too; the
+// lightest still stands out from white paper.
+static const colour evencolors[indexcolors] = {
+    rgb(14, 57, 133),  rgb(14, 75, 125), rgb(18, 101, 129), rgb(23, 132, 135), rgb(27, 155, 128),
+    rgb(30, 170, 109), rgb(83, 181, 86), rgb(143, 188, 72), rgb(195, 193, 69), rgb(243, 195, 81)};
+
+void fillpalette() {
+    for (int k = 0; k < indexcolors; ++k)
+        indexcolor(k) = float(evenpalette ? evencolors[k] : groupshow(k));
+}
+
+// --- values -------------------------------------------------------------------------------------
+
+bool ispostelement(int e) {
+    return elems(e, 0) != 0 && (postset == 0 || elemflag(e));
+}
+
+bool isplotted(int e) {
+    const int elnn = nodesoftype(elems(e, 0));
+    return elnn != 0 && (elnn == 2) == iselementstress() && (postset == 0 || elemflag(e));
+}
+
+static bool plotsstress() {
+    return iselementstress() || contourdata == 0;
+}
+
+float plotvalue(int e, int corner) {
+    if (plotsstress()) return float(elemstress(stresscomp, e, corner));
+    const auto d = nodes.row(1, int(elems(e, corner)));
+    if (dispcontour > 0) return d[std::size_t(dispcontour - 1)];
+    return float(std::sqrt(double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2]));
+}
+
+// A uniform field has no width of its own; the spread falls as the value grows.
+static void spreadindex() {
+    const double v = indexmax, spread = 2 / std::fabs(v);
+    indexmax = v == 0 ? 1 : v + spread;
+    indexmin = v == 0 ? -1 : v - spread;
+}
+
+static void takecorner(int e, int corner, double value) {
+    indexmin = std::min(indexmin, value);
+    indexmax = std::max(indexmax, value);
+    if (corner > nodesoftype(elems(e, 0))) return;
+    if (highest.e == 0 || value > highest.value) highest = {e, corner, value};
+    if (lowest.e == 0 || value < lowest.value) lowest = {e, corner, value};
+}
+
+// Of stresses all four corners of the record count: one without a value stands at 0.
+void contourscale() {
+    indexmin = 1e30;
+    indexmax = -1e30;
+    highest = lowest = cornervalue();
+    const bool stress = plotsstress();
+    for (int e = 1; e <= nelems(); ++e) {
+        if (!isplotted(e)) continue;
+        const int corners = stress ? stresscorners : nodesoftype(elems(e, 0));
+        for (int c = 1; c <= corners; ++c) takecorner(e, c, plotvalue(e, c));
+    }
+    if (highest.e == 0) indexmin = indexmax = 0;
+    if (indexmax == indexmin) spreadindex();
+    if (indexautoscale) return;
+    indexmax = std::max(scalemax, scalemin);
+    indexmin = std::min(scalemax, scalemin);
+}
+
+// --- preparation --------------------------------------------------------------------------------
+
+static bool refused;  // the stress file of the present choices could not be read
+static bool ready;
+
+void retryresults() {
+    stressloaded = false;
+    refused = false;
+}
+
+bool plotready() {
+    return ready;
+}
+
+static bool preparestress() {
+    lineelstress = iselementstress();
+    if (refused) return false;
+    refused = !readstress();
+    return !refused;
+}
+
+bool prepareplot() {
+    ready = false;
+    if (!iscontour() && !iselementstress()) return false;
+    fillpalette();
+    if (plotsstress() && !preparestress()) return false;
+    contourscale();
+    ready = true;
+    return true;
+}
+
+std::string plottext() {
+    if (iselementstress()) return stressglobal ? "Global Element Stress" : "Local Element Stress";
+    if (!iscontour()) return isdeformed() ? "Global Displacements" : "";
+    if (contourdata == 1) return "Global Displacements";
+    return std::string(stressaverage ? " Nodal Stress Average" : " Nodal Element Stress") +
+           (stressglobal ? " Global" : " Local");
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Contour plots: a stress component or a displacement as colours on the elements, and the stress
+// of line elements. Here are what is chosen, the values of an element, the scale, and the pass
+// that draws one view; the painters fill or line a single element.
+#pragma once
+
+#include <string>
+
+#include "core/array.h"
+
+// What the dialog of the options chooses. stressaverage is in post/stressfile.h, stressglobal in
+// core/session.h.
+extern int stresscomp;       // component 1..13 of a stress record, 13 the combined stress
+extern int contourdata;      // 0 stresses, 1 displacements
+extern int dispcontour;      // 0 length of the displacement vector, 1 x, 2 y, 3 z
+extern int contourfilled;    // 1 filled bands, 0 lines
+extern bool indexautoscale;  // the scale follows the values; else scalemin..scalemax
+extern double scalemax, scalemin;
+extern int postset;               // 0 all elements, 1 a group, 2 a selection: those with elemflag
+extern int postgroup, postcount;  // the group; elements in the set
+
+// Beyond the choices of the dialog: an evenly stepped palette in place of the settings' one, marks
+// at the highest and lowest value, and the value under the pointer.
+extern bool evenpalette, markextremes, valueatpointer;
+
+// The scale in use. The painters and the legend read it.
+const int indexcolors = 10;
+extern double indexmax, indexmin;
+extern array1<float> indexcolor;  // (0..9) colours, lowest first
+double bandbound(int k);          // lower bound of band k = 0..9; 10 gives indexmax
+double levelof(int k);            // value of contour line k = 0..9, both bounds included
+int bandof(double value);         // 0..9; -1 outside the scale
+void fillpalette();               // indexcolor from the settings or the even palette
+
+// A place of the plot.
+struct cornervalue {
+    int e = 0, corner = 0;  // e 0: there is none
+    double value = 0;
+};
+extern cornervalue highest, lowest;  // of the corners that exist, set by contourscale
+
+bool ispostelement(int e);           // of the chosen set and not a free slot
+bool isplotted(int e);               // and of a kind that the active entry shows
+float plotvalue(int e, int corner);  // what is plotted, corner 1..4
+// Sets indexmin and indexmax for the active entry.
+void contourscale();
+
+// Reads what the plot needs and sets its scale; false when there is nothing to colour. A file that
+// could not be read is not tried again before retryresults.
+bool prepareplot();
+void retryresults();
+bool plotready();  // the last prepareplot succeeded
+
+// The passes of one view. The first is the contour plot: elements from the farthest to the nearest,
+// each with its outline where "&Elements" is checked; then the legend. The second colours the line
+// elements.
+void postdispatch(int nview);
+void drawcontour(int nview);  // its elements
+void drawelementstress(int nview);
+
+bool iscontour();        // "Contour plot" is checked
+bool iselementstress();  // "Element Stress " is checked
+bool isdeformed();       // a deformed or a mode shape is on show
+// What is on show, for the main window: "Global Displacements" and the like; "" without a plot.
+std::string plottext();

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The passes of the contour plots over the elements of a view.
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "post/contour.h"
+#include "post/legend.h"
+#include "post/painters.h"
+#include "post/probe.h"
+#include "view/drawelems.h"
+#include "view/hidden.h"
+#include "view/scaleview.h"
+#include "view/surface.h"
+
+static void drawmesh(int e, int nview) {
+    if (!mnudrawlist(1).checked) return;
+    drawcolor = colourofelement(e);
+    drawelement(e, nview);
+}
+
+// Do the bands leave nothing of the element's face?
+static bool isfilledwhole(int e, int elnn) {
+    if (!plotready() || !isplotted(e)) return false;
+    for (int c = 1; c <= elnn; ++c)
+        if (!(ev[c] >= indexmin && ev[c] <= indexmax && ev[c] < fillstart)) return false;
+    return true;
+}
+
+// False for an element that the filled painter has left out.
+static bool paintelement(int e, int elnn, int nview) {
+    takeelement(e, nview);
+    // With hidden lines a face covers what lies behind it, whatever is painted on it.
+    if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
+        paintface(nview, elnn, backcolor);
+    if (!contourfilled) drawmesh(e, nview);
+    bool painted = true;
+    if (plotready() && isplotted(e)) {
+        if (contourfilled)
+            painted = paintfill(nview, elnn);
+        else
+            paintlines(nview, elnn);
+    }
+    if (contourfilled) drawmesh(e, nview);
+    return painted;
+}
+
+void drawcontour(int nview) {
+    sortdepth(nview);
+    int left = 0;
+    for (int i = 1; i <= nelems(); ++i) {
+        const int e = int(elemdepth(i, 0));
+        const int elnn = nodesoftype(elems(e, 0));
+        if (elnn == 0 || !isshown(e, nview)) continue;
+        if (elnn > 2)
+            left += !paintelement(e, elnn, nview);
+        else
+            drawmesh(e, nview);
+    }
+    if (left > 0)
+        door().showstatus(numbertext(left) +
+                          " element(s) with values from 1E+06 up are not filled; contour lines "
+                          "show them");
+}
+
+// Contours lie on the elements as they are drawn: displaced while a shape is on show.
+void postdispatch(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    prepareplot();
+    const colour before = drawcolor;
+    s->drawwidth = 1;
+    undeformed = isdeformed() ? 0 : 1;
+    drawcontour(nview);
+    drawextremes(nview);
+    undeformed = 1;
+    drawcolor = before;
+    drawlegend();
+}
+
+// --- line elements ------------------------------------------------------------------------------
+
+static void drawhalf(surface& s, const point2& a, const point2& b, double value) {
+    const int k = bandof(value);
+    if (k >= 0) s.line(a.x, a.y, b.x, b.y, colour(indexcolor(k)));
+}
+
+// Each half of the element in the colour of its end, or all of it in the colour of the mean.
+static void drawhalves(surface& s, int e, int nview) {
+    const point2 a = cornerplace(e, 1, nview), b = cornerplace(e, 2, nview);
+    setcentre(e, nview);
+    projectpoint(nview);
+    if (!isinslab()) return;
+    const point2 middle{scrx, scry};
+    const double first = plotvalue(e, 1), second = plotvalue(e, 2), mean = (first + second) / 2;
+    drawhalf(s, a, middle, contourfilled ? first : mean);
+    drawhalf(s, middle, b, contourfilled ? second : mean);
+}
+
+void drawelementstress(int nview) {
+    const int strokewidth = 3;
+    surface* const s = target(nview);
+    if (s == nullptr || !prepareplot()) return;
+    prepareview(nview);
+    undeformed = isdeformed() ? 0 : 1;
+    s->drawwidth = strokewidth;
+    for (int e = 1; e <= nelems(); ++e)
+        if (isplotted(e) && isshown(e, nview)) drawhalves(*s, e, nview);
+    s->drawwidth = 1;
+    drawextremes(nview);
+    undeformed = 1;
+    if (nview == 1) drawlegend();
+}

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Contents and picture of the legend.
+#include "post/legend.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "post/contour.h"
+#include "post/postproces.h"
+#include "post/soptions.h"
+#include "view/surface.h"
+
+static bool showsdisplacement() {
+    return iscontour() && contourdata == 1;
+}
+
+bool legendshown() {
+    return (iscontour() || iselementstress()) && plotready();
+}
+
+// --- contents -----------------------------------------------------------------------------------
+
+std::string plotlabel() {
+    static const char* const displacements[] = {"Displacement", "DX", "DY", "DZ"};
+    return showsdisplacement() ? displacements[dispcontour]
+                               : stresscomponents[stresscomp - 1].label;
+}
+
+static std::string componenttext() {
+    const componentrow& row = stresscomponents[stresscomp - 1];
+    return *row.legend ? row.legend : row.label;
+}
+
+static std::string fieldname() {
+    if (showsdisplacement() && menupostItem(3).checked) return "Mode shape " + numbertext(curlcomb);
+    return curlcomb >= 1 && curlcomb <= ncomb() ? lcombname(curlcomb) : "Load Case 1";
+}
+
+static std::vector<std::string> headinglines() {
+    static const char* const displacements[] = {"XYZ Displacements", "X Displacements",
+                                                "Y Displacements", "Z Displacements"};
+    if (showsdisplacement()) return {displacements[dispcontour], fieldname()};
+    return {"Stress Index", fieldname(), componenttext()};
+}
+
+static int exponentof(double largest) {
+    return largest > 0 ? int(std::floor(std::log10(largest))) : 0;
+}
+
+static std::vector<std::string> labelsof(const std::vector<double>& values, int decimals) {
+    std::vector<std::string> labels;
+    for (const double v : values) {
+        std::string text = fixedtext(v, decimals);
+        if (text.find_first_of("123456789") == text.npos && text[0] == '-') text.erase(0, 1);
+        labels.push_back(text);
+    }
+    return labels;
+}
+
+// As many decimals as tell neighbouring values apart.
+static std::vector<std::string> shortlabels(const std::vector<double>& values) {
+    const int fewest = 2, most = 6;
+    for (int decimals = fewest;; ++decimals) {
+        std::vector<std::string> labels = labelsof(values, decimals);
+        if (decimals == most || std::ranges::adjacent_find(labels) == labels.end()) return labels;
+    }
+}
+
+legendtext makelegend() {
+    legendtext t;
+    t.title = iselementstress() ? "Stress Index" : "Contour Index";
+    t.heading = headinglines();
+    t.exponent = exponentof(std::max(std::fabs(indexmax), std::fabs(indexmin)));
+    const int count = contourfilled ? indexcolors + 1 : indexcolors;
+    std::vector<double> values;
+    for (int k = 0; k < count; ++k)
+        values.push_back((contourfilled ? bandbound(k) : levelof(k)) / std::pow(10.0, t.exponent));
+    t.labels = indexmax == indexmin ? labelsof(values, 2) : shortlabels(values);
+    t.tail = " E" + numbertext(t.exponent);
+    return t;
+}
+
+std::string shorttext(double value) {
+    const int digits = 4;
+    char text[longestnumber];
+    const auto end =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr;
+    return {text, end};
+}
+
+std::string plotnumber(double value) {
+    const double nothing = 1e-9;  // of the scale's largest bound
+    const double largest = std::max(std::fabs(indexmax), std::fabs(indexmin));
+    return shorttext(std::fabs(value) < nothing * largest ? 0 : value);
+}
+
+// --- the picture --------------------------------------------------------------------------------
+
+// The text cut to a width, marked where something is missing.
+static std::string fitted(surface& s, std::string text, double width) {
+    if (s.textwidth(text) <= width) return text;
+    while (!text.empty() && s.textwidth(text + "…") > width) {
+        while (!text.empty() && (text.back() & 0xC0) == 0x80) text.pop_back();
+        if (!text.empty()) text.pop_back();
+    }
+    return text + "…";
+}
+
+static void put(surface& s, double x, double y, const std::string& text) {
+    s.moveto(x, y);
+    s.text(text);
+}
+
+static void drawbox(surface& s, double left, double top, double width, double height, colour c) {
+    const point2 box[] = {
+        {left, top}, {left + width, top}, {left + width, top + height}, {left, top + height}};
+    s.fillsolid = true;
+    s.fillcolor = c;
+    s.polygon(box, 4, c);
+    s.fillsolid = false;
+}
+
+void drawlegendon(surface& s, double left, double top, double width, double height) {
+    const double margin = 0.15, boxwidth = 0.6, gap = 0.15, tallest = 0.65;  // centimetres
+    const legendtext t = makelegend();
+    s.font = elemlabelfont;
+    s.textcolor = elemlabelcolor;
+    s.drawwidth = 1;
+    const double line = s.textheight();
+    left += margin;
+    double y = top + margin;
+    for (const std::string& text : t.heading) {
+        put(s, left, y, fitted(s, text, width - 2 * margin));
+        y += line;
+    }
+    y += line;  // half a line over the top label
+    const double room = top + height - margin - 1.5 * line - y;
+    const double row = std::min(tallest, room / indexcolors);
+    const double labelx = left + boxwidth + gap, labelwidth = width - margin - boxwidth - gap;
+    for (int k = 0; k < indexcolors; ++k) {
+        const double boxtop = y + (indexcolors - 1 - k) * row;
+        const colour c = colour(indexcolor(k));
+        if (contourfilled) {
+            drawbox(s, left, boxtop, boxwidth, row, c);
+            put(s, labelx, boxtop + row - line / 2,
+                fitted(s, t.labels[std::size_t(k)], labelwidth));
+        } else {
+            s.drawwidth = 2;
+            s.line(left, boxtop + row / 2, left + boxwidth, boxtop + row / 2, c);
+            s.drawwidth = 1;
+            put(s, labelx, boxtop + (row - line) / 2,
+                fitted(s, t.labels[std::size_t(k)], labelwidth));
+        }
+    }
+    if (contourfilled) {
+        put(s, labelx, y - line / 2, fitted(s, t.labels.back(), labelwidth));
+        s.box(left, y, left + boxwidth, y + indexcolors * row, elemlabelcolor);
+    }
+    put(s, labelx, y + indexcolors * row + line / 2, t.tail);
+}
+
+void drawlegend() {
+    if (toprinter != 0) return;  // a printed page has a column for it
+    surface* const s = door().legendsurface();
+    if (s == nullptr) return;
+    s->clear(backcolor);
+    if (legendshown()) drawlegendon(*s, 0, 0, s->width(), s->height());
+    s->show();
+}

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The legend of a plot, the stress index: what is shown, ten colours and their values.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct surface;
+
+struct legendtext {
+    std::string title;                 // of the frame
+    std::vector<std::string> heading;  // lines above the scale
+    // Values over 10^exponent, lowest first: with lines the ten levels, with filled bands the
+    // eleven bounds.
+    std::vector<std::string> labels;
+    int exponent = 0;
+    std::string tail;  // " E3", under the scale
+};
+legendtext makelegend();
+// Is the legend on show? While a plot is.
+bool legendshown();
+
+// Draws it on the platform's legend surface; nothing while drawing goes to the printer.
+void drawlegend();
+// On a surface, in the rectangle from its top left corner, centimetres.
+void drawlegendon(surface& s, double left, double top, double width, double height);
+
+std::string plotlabel();               // "SX", "VM", "DX": the component in short
+std::string shorttext(double value);   // four digits that count
+std::string plotnumber(double value);  // the same; what is nothing beside the scale is 0

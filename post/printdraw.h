@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Printing of the views on show: the same layers as on the screen, drawn on the printer's surface.
+#pragma once
+
+#include <string>
+
+// The command Print: print dialog, page, and what went wrong.
+void menuprint();
+
+// Draws the page on the platform's printer surface: one view over the whole of it, or the four in
+// two rows, and the foot line. Lines, fonts, symbols and the unit vector keep their centimetres;
+// the model is scaled to the paper. Views and colours are as before afterwards.
+void printview();
+
+// The foot line: model, combination or mode on show, program and date.
+std::string footleft();
+std::string footright();

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Value under the pointer, marks of highest and lowest value.
+#include "post/probe.h"
+
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/colours.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "post/contour.h"
+#include "post/legend.h"
+#include "view/drawelems.h"
+#include "view/scaleview.h"
+
+point2 cornerplace(int e, int corner, int nview) {
+    setnode(int(elems(e, corner)), nview);
+    projectpoint(nview);
+    return {scrx, scry};
+}
+
+// --- under the pointer --------------------------------------------------------------------------
+
+namespace {
+struct hit {
+    int e = 0;
+    double value = 0, depth = 0;
+};
+struct vertex {
+    point2 at;
+    double depth, value;
+};
+}  // namespace
+
+static double turn(const point2& a, const point2& b, const point2& c) {
+    return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+}
+
+// Value and depth at p by the shares of the three corners, when p lies in the triangle.
+static bool interpolate(const vertex& a, const vertex& b, const vertex& c, const point2& p,
+                        hit& found) {
+    const double area = turn(a.at, b.at, c.at);
+    if (area == 0) return false;
+    const double sa = turn(p, b.at, c.at) / area, sb = turn(a.at, p, c.at) / area;
+    const double sc = 1 - sa - sb;
+    if (sa < 0 || sb < 0 || sc < 0) return false;
+    found.value = sa * a.value + sb * b.value + sc * c.value;
+    found.depth = sa * a.depth + sb * b.depth + sc * c.depth;
+    return true;
+}
+
+static vertex vertexof(int e, int corner, int nview) {
+    const point2 at = cornerplace(e, corner, nview);
+    return {at, rotw, plotvalue(e, corner)};
+}
+
+static bool hitface(int e, int elnn, int nview, const point2& p, hit& found) {
+    vertex v[5];
+    vertex& middle = v[4] = {{0, 0}, 0, 0};
+    for (int c = 0; c < elnn; ++c) {
+        v[c] = vertexof(e, c + 1, nview);
+        middle.at.x += v[c].at.x / elnn;
+        middle.at.y += v[c].at.y / elnn;
+        middle.depth += v[c].depth / elnn;
+        middle.value += v[c].value / elnn;
+    }
+    if (elnn == 3) return interpolate(v[0], v[1], v[2], p, found);
+    for (int c = 0; c < 4; ++c)
+        if (interpolate(v[c], v[(c + 1) % 4], middle, p, found)) return true;
+    return false;
+}
+
+static bool hitline(int e, int nview, const point2& p, hit& found) {
+    const double reach = 0.15;  // centimetres
+    const vertex a = vertexof(e, 1, nview), b = vertexof(e, 2, nview);
+    const double x = b.at.x - a.at.x, y = b.at.y - a.at.y, square = x * x + y * y;
+    if (square == 0) return false;
+    const double t = ((p.x - a.at.x) * x + (p.y - a.at.y) * y) / square;
+    if (t < 0 || t > 1) return false;
+    if (std::hypot(a.at.x + t * x - p.x, a.at.y + t * y - p.y) > reach) return false;
+    found.value = a.value + t * (b.value - a.value);
+    found.depth = a.depth + t * (b.depth - a.depth);
+    return true;
+}
+
+static hit findhit(int nview, const point2& p) {
+    hit best;
+    for (int e = 1; e <= nelems(); ++e) {
+        if (!isplotted(e) || !isshown(e, nview)) continue;
+        const int elnn = nodesoftype(elems(e, 0));
+        hit found;
+        if (elnn == 2 ? !hitline(e, nview, p, found)
+                      : elnn < 3 || !hitface(e, elnn, nview, p, found))
+            continue;
+        found.e = e;
+        if (best.e == 0 || found.depth > best.depth) best = found;
+    }
+    return best;
+}
+
+std::string valueunder(int nview, double x, double y) {
+    const bool here = iselementstress() || (iscontour() && nview == 1);
+    if (!valueatpointer || !here || !plotready()) return {};
+    const keptpoint kept;
+    prepareview(nview);
+    undeformed = isdeformed() ? 0 : 1;
+    const hit found = findhit(nview, {x, y});
+    undeformed = 1;
+    if (found.e == 0) return {};
+    return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
+}
+
+void tellvalue(int nview, double x, double y) {
+    static bool told;
+    const std::string text = valueunder(nview, x, y);
+    if (!text.empty())
+        door().showstatus(text);
+    else if (told)
+        door().showstatus(statusline());
+    told = !text.empty();
+}
+
+// --- highest and lowest -------------------------------------------------------------------------
+
+static void markplace(surface& s, int nview, const cornervalue& p, const char* word) {
+    const double ring = 0.12, gap = 0.2, rim = 0.05;  // centimetres
+    if (p.e == 0 || !isshown(p.e, nview)) return;
+    const point2 at = cornerplace(p.e, p.corner, nview);
+    s.drawwidth = 2;
+    s.circle(at.x, at.y, ring, elemlabelcolor);
+    s.drawwidth = 1;
+    const std::string text = std::string(word) + " " + plotnumber(p.value);
+    s.font = elemlabelfont;
+    const double left = at.x + gap, top = at.y - s.textheight() / 2;
+    const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();
+    const point2 plate[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    s.fillsolid = true;
+    s.fillcolor = backcolor;
+    s.polygon(plate, 4, elemlabelcolor);
+    s.fillsolid = false;
+    s.textcolor = elemlabelcolor;
+    s.moveto(left + rim, top);
+    s.text(text);
+}
+
+void drawextremes(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr || !markextremes || !plotready()) return;
+    s->toplane(planes::results);  // above loads and constraints
+    markplace(*s, nview, highest, "Max");
+    if (lowest.value != highest.value) markplace(*s, nview, lowest, "Min");
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Bending of plates, thick and thin, on three or four corners: degrees of freedom w r1 r2 a corner
+// in the axes of the plane.
+#pragma once
+
+#include "solver/flat.h"
+
+class plate {
+  public:
+    plate(const element& e, const flatshape& s);
+    halfmatrix stiffness() const;
+    // Bending stress x, y, xy at the +e3 face at corner c.
+    halfrows cornerstress(int c) const;
+    // Deflection at a place, cubic along the edges.
+    halfrow deflection(const vec2& place) const;
+
+  private:
+    halfrows curvature(const vec2& place, double& area) const;
+    Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> shear(
+        const vec2& place) const;
+
+    const flatshape& s;
+    mat3 rigidity;         // moment a length of a curvature
+    double shearrigidity;  // shear force a length of a shear strain
+    double thickness;
+    halfrow bow[mostnodes];    // by which the rotation along an edge leaves the straight line
+    halfrow slide[mostnodes];  // shear strain along an edge
+};

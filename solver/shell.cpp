@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Plates and shells: the halves put together in the mean plane and hung on the nodes.
+#include "solver/shell.h"
+
+#include "solver/bending.h"
+#include "solver/drill.h"
+
+void checkshell(const element& e) {
+    const double mostwarp = 0.3;  // corner height over element size
+    checkplateproperties(e, false);
+    checkplateshape(e, mostwarp);
+}
+
+void stiffenplate(const element& e, elmatrix& k) {
+    const flatshape s = flatten(e, plateaxes(e));
+    k.setZero(6 * e.nodes, 6 * e.nodes);
+    addhalf(plate(e, s).stiffness(), bendingdofs, k);
+    tonodes(s, k);
+}
+
+void stiffenshell(const element& e, elmatrix& k) {
+    const flatshape s = flatten(e, plateaxes(e));
+    k.setZero(6 * e.nodes, 6 * e.nodes);
+    addhalf(plate(e, s).stiffness(), bendingdofs, k);
+    halfmatrix membrane;
+    stiffendrilling(e, s, membrane);
+    addhalf(membrane, membranedofs, k);
+    tonodes(s, k);
+}
+
+// Rows u1 u2 u3 at a place of the plane.
+static elmatrix displacement(const flatshape& s, const plate& bent, const vec2& place) {
+    const surfaceshape n = shapesat(s.corners, place);
+    const halfrow w = bent.deflection(place);
+    elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
+    for (int c = 0; c < s.corners; ++c) {
+        rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
+        for (int i = 0; i < 3; ++i) rows(2, 6 * c + bendingdofs[i]) = w[3 * c + i];
+    }
+    return rows;
+}
+
+void massshell(const element& e, elmatrix& m) {
+    const flatshape s = flatten(e, plateaxes(e));
+    const plate bent(e, s);
+    const double density = e.field(fielddensity), thickness = e.field(fieldthickness);
+    m.setZero(6 * e.nodes, 6 * e.nodes);
+    for (const surfacepoint& p : surfacepoints(e.nodes, 7)) {
+        const surfaceshape n = shapesat(e.nodes, p.place);
+        const double weight = density * thickness * p.weight * surfacenormal(e, n).norm();
+        const elmatrix u = displacement(s, bent, p.place);
+        m.noalias() += weight * u.transpose() * u;
+        for (int i = 0; i < e.nodes; ++i)
+            for (int j = 0; j < e.nodes; ++j)
+                m.block<2, 2>(6 * i + 3, 6 * j + 3).diagonal().array() +=
+                    weight * thickness * thickness / 12 * n.n[i] * n.n[j];
+    }
+    tonodes(s, m);
+}
+
+void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f) {
+    const flatshape s = flatten(e, plateaxes(e));
+    elmatrix rows = displacement(s, plate(e, s), place);
+    rowstonodes(s, rows);
+    f += rows.transpose() * (s.axes * force);
+}
+
+// Adds a half's rows (three a corner) to the six of a corner, from row `first` on.
+static void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elmatrix& rows) {
+    for (int j = 0; j < half.cols(); ++j)
+        for (int i = 0; i < half.rows(); ++i)
+            rows(6 * (i / 3) + first + i % 3, 6 * (j / 3) + dofs[j % 3]) += half(i, j);
+}
+
+static void addbending(const element& e, const flatshape& s, elmatrix& rows) {
+    const plate bent(e, s);
+    halfmatrix half(3 * e.nodes, 3 * e.nodes);
+    for (int c = 0; c < e.nodes; ++c) half.middleRows<3>(3 * c) = bent.cornerstress(c);
+    addrows(half, bendingdofs, 3, rows);
+}
+
+void stressplate(const element& e, elmatrix& rows) {
+    const flatshape s = flatten(e, stressaxes(e));
+    rows.setZero(6 * e.nodes, 6 * e.nodes);
+    addbending(e, s, rows);
+    rowstonodes(s, rows);
+}
+
+void stressshell(const element& e, elmatrix& rows) {
+    const flatshape s = flatten(e, stressaxes(e));
+    rows.setZero(6 * e.nodes, 6 * e.nodes);
+    addbending(e, s, rows);
+    halfmatrix half;
+    stressdrilling(e, s, half);
+    addrows(half, membranedofs, 0, rows);
+    rowstonodes(s, rows);
+}

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The painters against exact areas and places: what is filled between two values, where a level
+// runs, and the told limits of both.
+#include "post/painters.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <random>
+
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "post/contour.h"
+#include "tests/support/recorder.h"
+#include "view/scaleview.h"
+
+namespace {
+using triangle = std::array<point2, 3>;
+
+double areaof(const std::vector<point2>& p) {
+    double sum = 0;
+    for (std::size_t i = 0; i < p.size(); ++i) {
+        const point2 &a = p[i], &b = p[(i + 1) % p.size()];
+        sum += a.x * b.y - b.x * a.y;
+    }
+    return std::fabs(sum) / 2;
+}
+
+// Keeps what is painted in full precision.
+class paintkeeper : public recordsurface {
+  public:
+    void polygon(const point2* p, int n, colour) override {
+        polygons[fillcolor].emplace_back(p, p + n);
+    }
+    void line(double x1, double y1, double x2, double y2, colour c) override {
+        lines[c].push_back({point2{x1, y1}, point2{x2, y2}});
+    }
+    double area(colour c) {
+        double sum = 0;
+        if (!polygons.contains(c)) return 0;
+        for (const auto& p : polygons[c]) sum += areaof(p);
+        return sum;
+    }
+    std::map<colour, std::vector<std::vector<point2>>> polygons;
+    std::map<colour, std::vector<std::array<point2, 2>>> lines;
+};
+
+// Area of the part of a triangle where the linear field lies below a value: the corner above or
+// below is cut off in the ratio of the values (closed form).
+double areabelow(const triangle& t, std::array<double, 3> v, double limit) {
+    const double whole = areaof({t[0], t[1], t[2]});
+    std::sort(v.begin(), v.end());
+    if (limit <= v[0]) return 0;
+    if (limit >= v[2]) return whole;
+    if (limit <= v[1])
+        return whole * (limit - v[0]) * (limit - v[0]) / ((v[1] - v[0]) * (v[2] - v[0]));
+    return whole * (1 - (v[2] - limit) * (v[2] - limit) / ((v[2] - v[0]) * (v[2] - v[1])));
+}
+
+struct paintroom : sessionroom {
+    paintroom() {
+        viewhor(1) = viewvert(1) = 0;  // along x: y to the right, z up
+        viewscale(1) = 1;
+        viewptx(1) = viewpty(1) = viewptz(1) = 0;
+        viewdist(1) = 1e9f;
+        viewaw(1) = 0;
+        singleview = true;
+        scalex = scaley = 1;
+        for (int k = 0; k < indexcolors; ++k) indexcolor(k) = float(k + 1);
+        indexmin = 0;
+        indexmax = 10;
+        undeformed = 1;
+        prepareview(1);
+    }
+    paintkeeper paper;
+};
+
+class paperdoor : public recorder {
+  public:
+    explicit paperdoor(surface& s) : paper(s) {}
+    surface* viewsurface(int) override { return &paper; }
+
+  private:
+    surface& paper;
+};
+}  // namespace
+
+static void setcorner(int i, double y, double z, double v) {
+    ex[i] = 0;
+    ey[i] = float(y);
+    ez[i] = float(z);
+    ev[i] = float(v);
+}
+
+static point2 placeof(int i) {
+    return {ey[i], ez[i]};
+}
+
+// Exact areas of the ten bands over the triangles of the element in the work arrays.
+static std::array<double, 10> bandareas(int corners) {
+    std::vector<std::array<int, 3>> parts = {{1, 2, 3}};
+    if (corners == 4) parts = {{1, 2, 5}, {2, 3, 5}, {3, 4, 5}, {4, 1, 5}};
+    std::array<double, 10> areas{};
+    for (const auto& part : parts) {
+        const triangle t = {placeof(part[0]), placeof(part[1]), placeof(part[2])};
+        const std::array<double, 3> v = {ev[part[0]], ev[part[1]], ev[part[2]]};
+        for (int k = 0; k < 10; ++k)
+            areas[std::size_t(k)] +=
+                areabelow(t, v, bandbound(k + 1)) - areabelow(t, v, bandbound(k));
+    }
+    return areas;
+}
+
+TEST(Fill, BandsHaveTheirExactAreas) {
+    paintroom room;
+    const unsigned seed = 20260;
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> place(0, 1), value(-3, 13), small(4, 4.8);
+    for (int trial = 0; trial < 400; ++trial) {
+        const int corners = trial % 2 == 0 ? 3 : 4;
+        const bool within = trial % 8 < 2;  // all in one band
+        static const double around[4][2] = {{-3, -3}, {3, -3}, {3, 3}, {-3, 3}};
+        for (int i = 1; i <= corners; ++i)
+            setcorner(i, around[i - 1][0] + place(random), around[i - 1][1] + place(random),
+                      within ? small(random) : value(random));
+        paintkeeper paper;
+        paperdoor door(paper);
+        EXPECT_TRUE(paintfill(1, corners));
+        const std::array<double, 10> wanted = bandareas(corners);
+        for (int k = 0; k < 10; ++k)
+            ASSERT_NEAR(paper.area(k + 1), wanted[std::size_t(k)], 2e-5)
+                << "seed " << seed << " trial " << trial << " band " << k;
+        for (const auto& [c, list] : paper.polygons)
+            for (const auto& p : list) ASSERT_LE(p.size(), 6u);
+        if (within) {
+            EXPECT_EQ(paper.polygons.size(), 1u) << "one band, one piece";
+        }
+    }
+}
+
+// A concave outline is not the one polygon of its corners.
+TEST(Fill, OfAConcaveElementFollowsItsTriangles) {
+    paintroom room;
+    setcorner(1, 0, 0, 4.5);
+    setcorner(2, 4, 0, 4.5);
+    setcorner(3, 1, 1, 4.5);
+    setcorner(4, 0, 4, 4.5);
+    paintkeeper paper;
+    paperdoor door(paper);
+    paintfill(1, 4);
+    EXPECT_EQ(paper.polygons[5].size(), 4u);
+}
+
+TEST(Fill, LimitsAreKeptAsTheyAre) {
+    paintroom room;
+    const auto fill = [](double a, double b, double c) {
+        setcorner(1, 0, 0, a);
+        setcorner(2, 1, 0, b);
+        setcorner(3, 0, 1, c);
+        paintkeeper paper;
+        paperdoor door(paper);
+        const bool painted = paintfill(1, 3);
+        std::vector<int> bands;
+        for (const auto& [colour, list] : paper.polygons)
+            bands.push_back(painted ? colour - 1 : -1);
+        return bands;
+    };
+    using list = std::vector<int>;
+    EXPECT_EQ(fill(4.5, 4.5, 4.5), list{4}) << "whole in one band";
+    EXPECT_EQ(fill(4, 4, 4), (list{3, 4})) << "a value on a limit belongs to both neighbours";
+    EXPECT_EQ(fill(0, 0, 0), list{0});
+    EXPECT_EQ(fill(10, 10, 10), list{9});
+    EXPECT_EQ(fill(-1, -1, -1), list{}) << "outside the scale";
+    EXPECT_EQ(fill(4, 4, 4.5), list{4}) << "no line is left in the band that only touches";
+    indexmin = 0;
+    indexmax = 1e7;
+    EXPECT_EQ(fill(2e6, 2e6, 3e6), list{}) << "above the range of the painter";
+    EXPECT_EQ(fill(9e5, 9e5, 9.5e5), list{0});
+    EXPECT_EQ(fill(9e5, 2e6, 2e6), (list{0, 1})) << "one corner within opens it";
+    indexmin = -1e7;
+    EXPECT_FALSE(fill(-2e6, -2e6, -2e6).empty());
+}
+
+TEST(Fill, OneBandWhereTheScaleHasNoWidth) {
+    paintroom room;
+    indexmin = indexmax = 5;
+    setcorner(1, 0, 0, 5);
+    setcorner(2, 1, 0, 5);
+    setcorner(3, 0, 1, 5);
+    paintkeeper paper;
+    paperdoor door(paper);
+    paintfill(1, 3);
+    paintlines(1, 3);
+    EXPECT_EQ(paper.polygons.size(), 1u);
+    setcorner(3, 0, 1, 7);
+    paintlines(1, 3);
+    EXPECT_EQ(paper.lines.size(), 1u);
+}
+
+// The ends of every line lie on the sides of its triangle where the field has the level, and every
+// crossing that the closed form tells is there.
+TEST(Lines, RunWhereTheFieldHasTheLevel) {
+    paintroom room;
+    const unsigned seed = 7;
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> place(-4, 4), value(-3, 13);
+    for (int trial = 0; trial < 300; ++trial) {
+        for (int i = 1; i <= 3; ++i) setcorner(i, place(random), place(random), value(random));
+        paintkeeper paper;
+        paperdoor door(paper);
+        paintlines(1, 3);
+        // The field's gradient in the plane.
+        const double y2 = ey[2] - ey[1], z2 = ez[2] - ez[1], y3 = ey[3] - ey[1], z3 = ez[3] - ez[1],
+                     area = y2 * z3 - y3 * z2;
+        if (std::fabs(area) < 0.5) continue;
+        const double v2 = ev[2] - ev[1], v3 = ev[3] - ev[1];
+        const double gy = (v2 * z3 - v3 * z2) / area, gz = (v3 * y2 - v2 * y3) / area;
+        const auto [low, high] = std::minmax({ev[1], ev[2], ev[3]});
+        for (int k = 0; k < 10; ++k) {
+            const double level = levelof(k);
+            const bool crosses = level > low && level < high;
+            ASSERT_EQ(paper.lines[k + 1].size(), crosses ? 1u : 0u) << trial << " " << k;
+            if (!crosses) continue;
+            for (const point2& p : paper.lines[k + 1][0]) {
+                const double y = p.x - vieww / 2, z = viewh / 2 - p.y;
+                ASSERT_NEAR(ev[1] + gy * (y - ey[1]) + gz * (z - ez[1]), level, 2e-4) << trial;
+            }
+        }
+    }
+}
+
+TEST(Lines, ThroughACornerAndAlongASide) {
+    paintroom room;
+    indexmax = 9;  // levels 0, 1, .. 9
+    const auto count = [](double a, double b, double c) {
+        setcorner(1, 0, 0, a);
+        setcorner(2, 2, 0, b);
+        setcorner(3, 0, 2, c);
+        paintkeeper paper;
+        paperdoor door(paper);
+        paintlines(1, 3);
+        std::size_t n = 0;
+        for (const auto& [colour, lines] : paper.lines) n += lines.size();
+        return n;
+    };
+    EXPECT_EQ(count(2.5, 3, 3.5), 1u) << "from the corner with the level to the other side";
+    EXPECT_EQ(count(3, 3, 3.5), 1u) << "along the side that has the level";
+    EXPECT_EQ(count(3, 3.2, 3.5), 0u) << "a corner alone is no line";
+    EXPECT_EQ(count(3, 3, 3), 0u);
+    EXPECT_EQ(count(-1, 10.5, 4.5), 10u) << "ten levels, both bounds among them";
+}
+
+TEST(Painters, SkipWhatIsNoFace) {
+    paintroom room;
+    setcorner(1, 0, 0, 1);
+    setcorner(2, 1, 0, 9);
+    paintkeeper paper;
+    paperdoor door(paper);
+    for (const int corners : {1, 2}) {
+        paintfill(1, corners);
+        paintlines(1, corners);
+    }
+    EXPECT_TRUE(paper.polygons.empty());
+    EXPECT_TRUE(paper.lines.empty());
+}

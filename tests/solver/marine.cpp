@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Sea and wind: the wave's formulas, forces on members against integrals in closed form, wind and
+// water on plates.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/solver/build.h"
+#include "tests/solver/verify.h"
+
+static const double gravity = 9.80665, water = 1025, air = 1.225;
+
+static int tube(build& b, double diameter, double wall) {
+    const double inner = diameter - 2 * wall;
+    const double i = M_PI / 64 * (std::pow(diameter, 4) - std::pow(inner, 4));
+    return b.group({{fieldmodulus, 2.1e11},
+                    {fieldpoisson, 0.3},
+                    {fieldthickness, M_PI / 4 * (diameter * diameter - inner * inner)},
+                    {fieldixx, i}});
+}
+
+// A member from one place to another, in metres unless the scale says otherwise, clamped at both
+// ends of each piece, so that the reactions are the nodal loads.
+static build member(int type, const vec3& from, const vec3& to, int pieces, double diameter = 1) {
+    build b;
+    b.s.length = b.s.force = b.s.mass = 1;
+    const int g = tube(b, diameter, 0.02);
+    for (int i = 0; i <= pieces; ++i) {
+        const vec3 at = from + (to - from) * i / pieces;
+        b.fix(b.node(at.x(), at.y(), at.z()), {1, 2, 3, 4, 5, 6});
+    }
+    for (int i = 1; i <= pieces; ++i) b.element(type, g, {i, i + 1});
+    b.m.cases.resize(1);
+    return b;
+}
+
+static vec6 totalof(build& b, int lc = 1) {
+    const results r = b.solve();
+    EXPECT_LT(imbalance(r, lc), 1e-9);
+    return r.reactions.load[std::size_t(lc)];
+}
+
+// --- the wave -----------------------------------------------------------------------------------
+
+TEST(Wave, DispersionHoldsToTheLastDigits) {
+    for (const double depth : {0.5, 5.0, 30.0, 4000.0})
+        for (const double period : {0.5, 3.0, 12.0, 60.0, 3000.0}) {
+            const double omega = 2 * M_PI / period;
+            const double k = wavenumber(omega, depth, gravity);
+            const double left = omega * omega, right = gravity * k * std::tanh(k * depth);
+            EXPECT_NEAR(right / left, 1, 1e-15) << depth << " " << period;
+        }
+    const double shallow = wavenumber(2 * M_PI / 1e5, 10, gravity);
+    EXPECT_NEAR(2 * M_PI / 1e5 / shallow, std::sqrt(gravity * 10), 1e-6) << "long wave's speed";
+}
+
+TEST(Wave, FlowFollowsTheSurface) {
+    const linearwave w = makewave(6, 9, 30, 0.25, 40, gravity);
+    const vec3 along(std::cos(M_PI / 6), std::sin(M_PI / 6), 0);
+    EXPECT_NEAR(w.surface(along * w.length() / 4), 3, 1e-9) << "a quarter period moves the crest";
+    EXPECT_NEAR(w.surface(vec3(-along.y(), along.x(), 0) * 17), w.surface({0, 0, 0}), 1e-12);
+    vec3 u, a, later, rate;
+    w.flow(along * w.length() / 4 + vec3(0, 0, 3), u, a);
+    const double speed = 3 * w.omega / std::tanh(w.number * 40);
+    EXPECT_NEAR((u - speed * along).norm(), 0, 1e-9) << "at the crest as at still water";
+    EXPECT_NEAR((a - vec3(0, 0, -3 * w.omega * w.omega)).norm(), 0, 1e-9);
+    w.flow(vec3(2, 5, -40), u, a);
+    EXPECT_NEAR(u.z(), 0, 1e-12) << "nothing passes the bed";
+    // Acceleration is the rate of velocity, but for the stretching, which a small wave lacks.
+    const linearwave small = makewave(1e-6, 9, 30, 0, 40, gravity);
+    const double dt = 1e-3;
+    const linearwave then = makewave(1e-6, 9, 30, dt / 9, 40, gravity);
+    small.flow({20, 3, -8}, u, a);
+    then.flow({20, 3, -8}, later, rate);
+    EXPECT_NEAR(((later - u) / dt - (a + rate) / 2).norm() / a.norm(), 0, 1e-5);
+}
+
+// Integrals of the linear wave over its column 0..d of the still water, y from the bed.
+namespace {
+struct column {
+    double k, d;
+    double sinh1() const { return std::sinh(k * d); }
+    double drag() const {  // of cosh^2(k y) / sinh^2(k d)
+        return (std::sinh(2 * k * d) / (4 * k) + d / 2) / (sinh1() * sinh1());
+    }
+    double dragmoment() const {  // of y times that
+        return (d * d / 4 + d * std::sinh(2 * k * d) / (4 * k) -
+                (std::cosh(2 * k * d) - 1) / (8 * k * k)) /
+               (sinh1() * sinh1());
+    }
+    double inertia() const { return 1 / k; }  // of cosh(k y) / sinh(k d)
+    double inertiamoment() const { return d / k - (std::cosh(k * d) - 1) / (k * k * sinh1()); }
+    double lift() const { return (std::cosh(k * d) - 1) / (k * sinh1()); }  // of sinh / sinh
+};
+}  // namespace
+
+static const double height = 8, period = 10, depth = 30, diameter = 1;
+
+// Stretching makes the column of height d + eta one of height d: forces grow by the ratio, moments
+// about the bed by its square.
+TEST(VerifiedMarine, WaveOnAVerticalCylinder) {
+    const double omega = 2 * M_PI / period, k = wavenumber(omega, depth, gravity);
+    const column c{k, depth};
+    for (const double shift : {0.0, 0.125, 0.3, 0.8}) {
+        for (const int pieces : {1, 40}) {
+            build b = member(typepipe, {0, 0, -depth}, {0, 0, 10}, pieces);
+            b.addcase(casewave, {height, period, 0, shift, depth});
+            const vec6 load = totalof(b);
+            const double t = -2 * M_PI * shift, a = height / 2;
+            const double ratio = 1 + a * std::cos(t) / depth;
+            const double drag = 0.5 * water * b.s.cd * diameter * std::pow(a * omega, 2) *
+                                std::cos(t) * std::fabs(std::cos(t));
+            const double inertia = water * b.s.cm * M_PI / 4 * a * omega * omega * std::sin(t);
+            const double force = ratio * (drag * c.drag() + inertia * c.inertia());
+            const double moment =
+                ratio * ratio * (drag * c.dragmoment() + inertia * c.inertiamoment()) -
+                depth * force;  // about the origin
+            char name[80];
+            std::snprintf(name, sizeof name, "Morison, vertical, shift %g, %d", shift, pieces);
+            const std::string mesh = std::to_string(pieces) + " PIPE";
+            verify(
+                {std::string(name) + ", force N", mesh, "closed integral", force, load[0], 1e-5});
+            verify({std::string(name) + ", moment Nm", mesh, "closed integral", moment, load[4],
+                    1e-5});
+            EXPECT_NEAR(load[1], 0, 1e-6 * std::fabs(force));
+        }
+    }
+}
+
+// A cylinder that leans across the waves, under the crest: every place has the same phase.
+TEST(VerifiedMarine, WaveOnALeaningCylinder) {
+    const double omega = 2 * M_PI / period, k = wavenumber(omega, depth, gravity);
+    const column c{k, depth};
+    const double lean = 0.6;  // horizontal run over height
+    build b = member(typebeam, {0, -lean * depth, -depth}, {0, lean * 8, 8}, 6);
+    groupdata& g = b.m.groups[1];
+    g.field[fieldizz] = 2 * g.field[fieldixx];
+    g.field[fieldiyy] = g.field[fieldixx];
+    g.field[fieldwxx] = g.field[fieldwyy] = 2 * g.field[fieldixx] / diameter;
+    b.addcase(casewave, {height, period, 0, 0, depth});
+    const vec6 load = totalof(b);
+    const double a = height / 2, ratio = 1 + a / depth, slant = std::hypot(1, lean);
+    const double drag = 0.5 * water * b.s.cd * std::pow(a * omega, 2) * ratio * slant * c.drag();
+    verify({"Morison, leaning across, drag along X N", "6 BEAM", "closed integral", drag, load[0],
+            1e-5});
+    // The vertical acceleration's part across the member, cos^2 = 1 / slant^2 along it.
+    const double lift = -water * b.s.cm * M_PI / 4 * a * omega * omega * ratio * slant * c.lift();
+    verify({"Morison, leaning across, inertia along Z N", "6 BEAM", "closed integral",
+            lift * (1 - 1 / (slant * slant)), load[2], 1e-5});
+    EXPECT_NEAR(load[1], -lift * lean / (slant * slant), 1e-5 * std::fabs(lift));
+}
+
+// In the plane of the waves the phase runs along the member: an independent sum of many points.
+TEST(Marine, MembersAlongTheWaveAgreeWithAFineSum) {
+    const struct {
+        const char* name;
+        vec3 from, to;
+    } rows[] = {{"sloping", {-20, 3, -30}, {45, 8, 9}},
+                {"through several crests", {-150, 0, 0.5}, {180, 40, -1}},
+                {"below the bed", {0, 0, -60}, {10, 0, -25}},
+                {"downward", {5, 0, 10}, {-5, 0, -30}}};
+    for (const auto& row : rows) {
+        const double heading = 20;
+        const linearwave w = makewave(height, period, heading, 0.4, depth, gravity);
+        const vec3 axis = (row.to - row.from).normalized();
+        const int points = 400000;
+        const double step = (row.to - row.from).norm() / points;
+        vec3 sum = vec3::Zero();
+        for (int i = 0; i < points; ++i) {
+            const vec3 at = row.from + (i + 0.5) * step * axis;
+            if (at.z() > w.surface(at) || at.z() < -depth) continue;
+            vec3 u, a;
+            w.flow(at, u, a);
+            u -= u.dot(axis) * axis;
+            a -= a.dot(axis) * axis;
+            sum += step * water * (0.5 * 1.05 * u.norm() * u + 1.2 * M_PI / 4 * a);
+        }
+        for (const int pieces : {1, 3, 30}) {
+            build b = member(typepipe, row.from, row.to, pieces);
+            b.addcase(casewave, {height, period, heading, 0.4, depth});
+            const vec6 load = totalof(b);
+            for (int k = 0; k < 3; ++k)
+                EXPECT_NEAR(load[k], sum[k], 1e-4 * sum.norm()) << row.name << " " << pieces;
+        }
+    }
+}
+
+// Millimetres and kilonewtons, a bar of the same area: only the units differ.
+TEST(Marine, UnitsOfTheModelAreTakenIntoAccount) {
+    build b = member(typepipe, {0, 0, -20}, {3, 1, 12}, 2);
+    build c = member(typepipe, {0, 0, -20e3}, {3e3, 1e3, 12e3}, 2);
+    c.m.groups[1] = b.m.groups[1];
+    c.m.groups[1].field[fieldthickness] *= 1e6;
+    c.m.groups[1].field[fieldixx] *= 1e12;
+    c.s.length = 0.001;
+    c.s.force = 1000;
+    for (build* one : {&b, &c}) {
+        one->addcase(casewave, {4, 8, 25, 0.1, 25});
+        one->addcase(casewind, {30, 70});
+    }
+    const results r = b.solve(), q = c.solve();
+    for (int lc = 1; lc <= 2; ++lc) {
+        const vec6 metres = r.reactions.load[std::size_t(lc)];
+        const vec6 small = q.reactions.load[std::size_t(lc)];
+        for (int k = 0; k < 6; ++k)
+            EXPECT_NEAR(small[k], metres[k] * (k < 3 ? 1e-3 : 1), 1e-9 * metres.norm());
+    }
+}
+
+TEST(Marine, BadSeasAreRefusedAndDoubtfulOnesTold) {
+    const struct {
+        std::initializer_list<double> par;
+        int type;
+        const char* words;
+    } rows[] = {{{-1, 8, 0, 0, 20}, casewave, "height H below 0"},
+                {{4, 0, 0, 0, 20}, casewave, "period T"},
+                {{4, 8, 0, 0, 0}, casewave, "depth WD"},
+                {{50, 8, 0, 0, 20}, casewave, "below the sea bed"},
+                {{1, 0.01, 0, 0, 20}, casewave, "wave lengths long"},
+                {{0, -1, 1}, casebuoyancy, "depth WD below 0"},
+                {{0, 10, -1}, casebuoyancy, "density below 0"}};
+    for (const auto& row : rows) {
+        build b = member(typepipe, {0, 0, -20}, {0, 0, 2}, 1);
+        b.addcase(row.type, row.par);
+        EXPECT_NE(b.refusal().find(row.words), std::string::npos) << row.words << b.refusal();
+    }
+    build b = member(typepipe, {0, 0, -20}, {0, 0, 2}, 1);
+    b.addcase(casewave, {9, 6, 0, 0, 20});
+    EXPECT_EQ(b.refusal(), "");
+    ASSERT_EQ(b.log.warnings().size(), 1u);
+    EXPECT_NE(b.log.warnings()[0].find("breaks"), std::string::npos);
+    b.m.cases[1].par[0] = 0;  // no wave
+    EXPECT_EQ(totalof(b).norm(), 0);
+    build flat = member(typepipe, {0, 0, 0}, {3, 2, 0}, 1);
+    flat.addcase(casewind, {30, 0});
+    flat.m.twod = true;
+    EXPECT_NE(flat.refusal().find("2-D"), std::string::npos);
+}
+
+// --- wind ---------------------------------------------------------------------------------------
+
+TEST(VerifiedMarine, WindOnMembers) {
+    const double speed = 35, exponent = 0.125, top = 24;
+    const double rise = 2 * exponent + 1;
+    // Of (z / 10)^(2 exponent) from 0 to top.
+    const double column = 10 * std::pow(top / 10, rise) / rise;
+    const double pressure = 0.5 * air * speed * speed;
+    build b = member(typepipe, {0, 0, -6}, {0, 0, top}, 1);
+    b.addcase(casewind, {speed, 0});
+    verify({"Wind on a vertical tube N", "1 PIPE", "closed integral", pressure * 0.5 * column,
+            totalof(b)[0], 1e-5});
+    // Leaning with the wind by 3:4, the part across the member counts.
+    build c = member(typepipe, {0, 0, 0}, {0.75 * top, 0, top}, 3);
+    c.addcase(casewind, {speed, 0});
+    const double cosine = 0.8;
+    const vec6 load = totalof(c);
+    const double across = pressure * 0.5 * column / cosine * cosine * cosine;
+    verify({"Wind on a leaning tube, along X N", "3 PIPE", "closed integral", across * cosine,
+            load[0], 1e-5});
+    EXPECT_NEAR(load[2], -across * 0.6, 1e-5 * across);
+    // A flat bar: the side that faces the wind.
+    build d = member(typebeam, {0, 0, 0}, {0, 0, top}, 2);
+    groupdata& g = d.m.groups[1];
+    const double w2 = 0.3, w3 = 0.2;  // e2 of a vertical member is y, e3 is -x
+    g.field[fieldixx] = w2 * std::pow(w3, 3) / 12, g.field[fieldwxx] = w2 * w3 * w3 / 6;
+    g.field[fieldiyy] = w3 * std::pow(w2, 3) / 12, g.field[fieldwyy] = w3 * w2 * w2 / 6;
+    g.field[fieldizz] = 1e-4;
+    d.addcase(casewind, {speed, 0});
+    d.addcase(casewind, {speed, 90});
+    verify({"Wind on a flat bar, wide side N", "2 BEAM", "closed integral",
+            pressure * 1.5 * w2 * column, totalof(d, 1)[0], 1e-5});
+    verify({"Wind on a flat bar, narrow side N", "2 BEAM", "closed integral",
+            pressure * 1.5 * w3 * column, totalof(d, 2)[1], 1e-5});
+}
+
+// A wall of plates, turned by 30 degrees to the wind, from 5 m below the ground.
+TEST(VerifiedMarine, WindOnAWall) {
+    const double speed = 30, top = 16, width = 6, turn = M_PI / 6;
+    for (const int type : {typeshell4, typeshell3}) {
+        build b;
+        b.s.length = b.s.force = b.s.mass = 1;
+        const int g = b.plate(2e11, 0.3, 0.05);
+        const vec3 across(std::sin(turn), std::cos(turn), 0);
+        b.mesh(type, g, 2, 7, [&](double r, double s) {
+            return vec3(width * r * across + vec3(0, 0, -5 + 21 * s));
+        });
+        for (int n = 1; n <= b.m.nnodes(); ++n) b.fix(n, {1, 2, 3, 4, 5, 6});
+        b.m.cases.resize(1);
+        b.addcase(casewind, {speed, 0});
+        const vec6 load = totalof(b);
+        const double column = 10 * std::pow(top / 10, 1.25) / 1.25, c = std::cos(turn);
+        const double push = 0.5 * air * 1.5 * std::pow(speed * c, 2) * width * column;
+        const std::string mesh = std::string("2 x 7 ") + kindof(type).name;
+        verify({"Wind on a turned wall, " + mesh + ", along X N", mesh, "closed integral", push * c,
+                load[0], 1e-3});
+        EXPECT_NEAR(load[1], -push * std::sin(turn), 1e-3 * push);
+    }
+}
+
+// --- buoyancy -----------------------------------------------------------------------------------
+
+// Density in force a volume, levels in model units.
+TEST(VerifiedMarine, WaterOnASunkenBoxLiftsItsDisplacement) {
+    const double weight = 10.05, level = 1.3, side = 2, low = -1.1, high = 2.4;
+    for (const int type : {typeshell4, typeshell3}) {
+        build b;
+        const int g = b.plate(2e8, 0.3, 0.05);
+        const double h = high - low;
+        const auto face = [&](const vec3& o, const vec3& u, const vec3& v) {
+            b.mesh(type, g, 3, 3, [&](double r, double s) { return vec3(o + r * u + s * v); });
+        };
+        const vec3 o(0, 0, low), x(side, 0, 0), y(0, side, 0), z(0, 0, h);
+        face(o, y, x), face(o + z, x, y);  // normals outwards
+        face(o, x, z), face(o + y, z, x), face(o, z, y), face(o + x, y, z);
+        for (int n = 1; n <= b.m.nnodes(); ++n) b.fix(n, {1, 2, 3, 4, 5, 6});
+        b.m.cases.resize(1);
+        b.addcase(casebuoyancy, {level, 1000, weight});
+        const vec6 load = totalof(b);
+        const double lift = weight * side * side * (level - low);
+        const std::string mesh = std::string("6 x 3 x 3 ") + kindof(type).name;
+        verify({"Buoyancy of a box, " + mesh + ", lift", mesh, "displaced weight", lift, load[2],
+                1e-9});
+        EXPECT_NEAR(load[0], 0, 1e-9 * lift);
+        EXPECT_NEAR(load[1], 0, 1e-9 * lift);
+        EXPECT_NEAR(load[3], lift * side / 2, 1e-9 * lift) << "through the middle";
+        EXPECT_NEAR(load[4], -lift * side / 2, 1e-9 * lift);
+    }
+}
+
+TEST(VerifiedMarine, WaterOnAWallBetweenItsLevels) {
+    const double weight = 9.81, level = 3.3, water2 = 2.0, width = 1.5;
+    for (const int type : {typeshell4, typeshell3}) {
+        build b;
+        const int g = b.plate(2e8, 0.3, 0.05);
+        b.mesh(type, g, 2, 4, [&](double r, double s) { return vec3(width * r, 0, 4 * s); });
+        for (int n = 1; n <= b.m.nnodes(); ++n) b.fix(n, {1, 2, 3, 4, 5, 6});
+        b.m.cases.resize(1);
+        b.addcase(casebuoyancy, {level, water2, weight});
+        const vec6 load = totalof(b);
+        const double push = weight * width * water2 * water2 / 2;  // e3 is -y, so along +y
+        const std::string mesh = std::string("2 x 4 ") + kindof(type).name;
+        verify({"Water on a wall, " + mesh, mesh, "hydrostatic triangle", push, load[1], 1e-9});
+        EXPECT_NEAR(load[3], -push * (level - 2 * water2 / 3), 1e-8 * push) << "centre of pressure";
+    }
+}
+
+TEST(VerifiedMarine, WaterLiftsMembersByTheirDisplacement) {
+    const double weight = 10055;
+    build b = member(typepipe, {0, 0, -8}, {6, 0, 4}, 5, 0.8);
+    b.addcase(casebuoyancy, {1, 5, weight});  // from z = -4 to 1
+    b.addcase(casebuoyancy, {-20, 5, weight});
+    const double length = 5 / std::cos(std::atan2(6, 12));
+    verify({"Buoyancy of a sealed tube N", "5 PIPE", "displaced weight",
+            weight * M_PI / 4 * 0.64 * length, totalof(b)[2], 1e-9});
+    EXPECT_EQ(totalof(b, 2).norm(), 0) << "no water here";
+}

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The printer and its dialogs.
+#include "ui/printing.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QPageSetupDialog>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <filesystem>
+#include <memory>
+
+#include "core/runtime.h"
+#include "core/session.h"
+#include "files/filop.h"
+#include "post/printdraw.h"
+#include "ui/dialogs.h"
+#include "ui/mainwindow.h"
+#include "ui/printsurface.h"
+#include "ui/qtplatform.h"
+
+namespace fs = std::filesystem;
+
+static const int dotsperinch = 300;  // of coordinates; lines and letters of a PDF are exact anyway
+static const double cmperinch = 2.54;
+static const double margin = 12;  // millimetres; all printers reach that far
+
+// Made when it is first needed: looking for printers takes a moment.
+static QPrinter& theprinter() {
+    static const std::unique_ptr<QPrinter> printer = [] {
+        auto made = std::make_unique<QPrinter>();
+        made->setResolution(dotsperinch);
+        made->setPageOrientation(QPageLayout::Landscape);
+        made->setPageMargins(QMarginsF(margin, margin, margin, margin), QPageLayout::Millimeter);
+        made->setCreator("Kalvane");
+        return made;
+    }();
+    return *printer;
+}
+
+static bool noprinters() {
+    return QPrinterInfo::availablePrinterNames().isEmpty();
+}
+
+// --- jobs ---------------------------------------------------------------------------------------
+
+namespace {
+struct printjob {
+    QPainter painter;
+    printsurface page;
+    std::string target;  // PDF file, empty for paper
+};
+}  // namespace
+static std::unique_ptr<printjob> job;
+static printsurface* previewpage;  // while a preview draws
+
+static std::string besidename(const std::string& target) {
+    return target + ".new~";
+}
+
+static void topdf(QPrinter& printer, const std::string& target) {
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(besidename(target)));
+}
+
+static void topaper(QPrinter& printer) {
+    if (!noprinters()) printer.setOutputFormat(QPrinter::NativeFormat);
+    printer.setOutputFileName(QString());
+}
+
+static QString documentname() {
+    const std::string name = isnamed() ? fs::path(modelname).filename().string() : "model";
+    return QString::fromStdString(name);
+}
+
+static void layon(printsurface& page, QPrinter& printer, QPainter& painter) {
+    const QRectF paper(QPointF(0, 0), printer.pageLayout().paintRectPixels(dotsperinch).size());
+    page.begin(&painter, paper, dotsperinch / cmperinch);
+}
+
+// The file as it should be: a PDF reader looks for the mark at its end.
+static bool iswhole(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return false;
+    const qint64 tail = 32;
+    file.seek(std::max<qint64>(0, file.size() - tail));
+    return file.readAll().contains("%%EOF");
+}
+
+static bool takeplace(const std::string& target) {
+    const std::string beside = besidename(target);
+    std::error_code ec;
+    const bool whole = iswhole(QString::fromStdString(beside));
+    if (whole) fs::rename(beside, target, ec);
+    if (whole && !ec) return true;
+    theplatform().showstatus("The file was not written: " + target);
+    fs::remove(beside, ec);
+    return false;
+}
+
+static printstart beginjob(const std::string& target, const QString& document) {
+    QPrinter& printer = theprinter();
+    if (target.empty())
+        topaper(printer);
+    else
+        topdf(printer, target);
+    printer.setDocName(document);
+    job = std::make_unique<printjob>();
+    job->target = target;
+    if (job->painter.begin(&printer)) return printstart::begun;
+    job.reset();
+    theplatform().showstatus(target.empty() ? "The printer does not answer"
+                                            : "File can not be written: " + target);
+    return printstart::failed;
+}
+
+// A path with the extension of its kind.
+static std::string aspdf(const std::string& path) {
+    return QFileInfo(QString::fromStdString(path)).suffix().isEmpty() ? path + ".pdf" : path;
+}
+
+// While a script plays, the file queued for the next file dialog is the PDF to print to.
+static printstart asscripted(const QString& document) {
+    std::deque<std::string>& queue = theplatform().filequeue;
+    if (queue.empty()) return noprinters() ? printstart::noprinter : printstart::cancelled;
+    const std::string target = queue.front();
+    queue.pop_front();
+    return target.empty() ? printstart::cancelled : beginjob(aspdf(target), document);
+}
+
+static printstart askandbegin(const QString& document) {
+    if (theplatform().scripted) return asscripted(document);
+    if (noprinters()) return printstart::noprinter;
+    QPrinter& printer = theprinter();
+    topaper(printer);
+    QPrintDialog dialog(&printer, themainwindow);
+    while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
+    if (dialog.exec() != QDialog::Accepted) return printstart::cancelled;
+    printer.setResolution(dotsperinch);
+    const bool tofile = printer.outputFormat() == QPrinter::PdfFormat;
+    return beginjob(tofile ? printer.outputFileName().toStdString() : std::string(), document);
+}
+
+static bool endjob() {
+    if (!job) return false;
+    job->page.end();
+    const bool drawn = job->painter.end() && theprinter().printerState() != QPrinter::Error;
+    const std::string target = job->target;
+    job.reset();
+    topaper(theprinter());
+    return target.empty() ? drawn : takeplace(target) && drawn;
+}
+
+// --- views --------------------------------------------------------------------------------------
+
+printstart startprint() {
+    const printstart start = askandbegin(documentname());
+    if (start == printstart::begun) layon(job->page, theprinter(), job->painter);
+    return start;
+}
+
+surface* printpage() {
+    if (previewpage) return previewpage;
+    return job ? &job->page : nullptr;
+}
+
+bool endprint() {
+    return endjob();
+}
+
+static void tellproblem() {
+    theplatform().message("There was a problem printing to your printer.", icons::exclamation);
+}
+
+void printtopdf() {
+    filebox box;
+    box.title = "Print to PDF";
+    box.filter = "PDF files (*.pdf)|*.pdf|All Files (*.*)|*.*";
+    box.saving = true;
+    if (isnamed()) box.path = modelname + ".pdf";
+    const filechoice choice = theplatform().choosefile(box);
+    if (!choice.chosen) return;
+    const std::string target = aspdf(choice.path);
+    if (!askoverwrite(fs::path(target).replace_extension().string(),
+                      fs::path(target).extension().string()))
+        return;
+    if (beginjob(target, documentname()) != printstart::begun) return tellproblem();
+    layon(job->page, theprinter(), job->painter);
+    const bool drawn = guarded(printview, tellfault);
+    if (!endjob() || !drawn) tellproblem();
+}
+
+// Asked for again on each change of paper or orientation.
+static void drawpreview(QPrinter* printer) {
+    QPainter painter;
+    if (!painter.begin(printer)) return;
+    printsurface page;
+    const double dots = printer->resolution();
+    page.begin(&painter,
+               QRectF(QPointF(0, 0), printer->pageLayout().paintRectPixels(int(dots)).size()),
+               dots / cmperinch);
+    previewpage = &page;
+    guarded(printview, tellfault);
+    previewpage = nullptr;
+    page.end();
+}
+
+void showprintpreview() {
+    topaper(theprinter());
+    auto* const dialog = new QPrintPreviewDialog(&theprinter(), themainwindow);
+    dialog->setObjectName("printpreview");
+    dialog->setWindowTitle("Print preview");
+    dialog->resize(1000, 760);
+    QObject::connect(dialog, &QPrintPreviewDialog::paintRequested, dialog, drawpreview);
+    showmodal(dialog);
+}
+
+void showprintsetup() {
+    topaper(theprinter());
+    auto* const dialog = new QPageSetupDialog(&theprinter(), themainwindow);
+    dialog->setObjectName("printsetup");
+    showmodal(dialog);
+}
+
+// --- other documents ----------------------------------------------------------------------------
+
+void printby(const QString& document, const std::function<void(QPrinter&, QPainter&)>& draw) {
+    switch (askandbegin(document)) {
+        case printstart::cancelled:
+            return;
+        case printstart::noprinter:
+            theplatform().message("No printer found", icons::exclamation);
+            return;
+        case printstart::failed:
+            return tellproblem();
+        case printstart::begun:
+            break;
+    }
+    const bool drawn = guarded([&] { draw(theprinter(), job->painter); }, tellfault);
+    if (!endjob() || !drawn) tellproblem();
+}

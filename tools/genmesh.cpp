@@ -340,7 +340,7 @@ static void createquads() {
     for (int i = 2; i <= m; ++i) {
         const auto before = edgegrid.row(i - 1), row = edgegrid.row(i);
         for (std::size_t j = 2; j <= std::size_t(n); ++j)
-            addelement(before[j - 1], before[j], row[j], row[j - 1]);
+            addelement(before[j - 1], row[j - 1], row[j], before[j]);
     }
 }
 

@@ -144,12 +144,12 @@ TEST(Genmesh, ARectangleOfQuadrilaterals) {
     }
     EXPECT_TRUE(samesigns());
     EXPECT_EQ(resultflag, 1);
-    // the order of the corners: along edge 3 first, rows along edge 1
+    // the order of the corners: along edge 1 first, as in triangles; the next element is up edge 3
     const auto at = [](int e, int k) { return placeof(int(elems(e, k))); };
     EXPECT_EQ(at(1, 1), (point3{0, 0, 0}));
-    EXPECT_EQ(at(1, 2), (point3{0, 1, 0}));
+    EXPECT_EQ(at(1, 2), (point3{1, 0, 0}));
     EXPECT_EQ(at(1, 3), (point3{1, 1, 0}));
-    EXPECT_EQ(at(1, 4), (point3{1, 0, 0}));
+    EXPECT_EQ(at(1, 4), (point3{0, 1, 0}));
     EXPECT_EQ(at(2, 1), (point3{0, 1, 0}));
     EXPECT_EQ(at(3, 1), (point3{1, 0, 0}));
 }

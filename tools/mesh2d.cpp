@@ -160,7 +160,7 @@ static void tellskipped(mesh2dform& form) {
 void generatemesh(mesh2dform& form) {
     if (!form.cangenerate) return;
     checkedges(graphics);
-    if (meshok) checkmeshsize(graphics);
+    checkmeshsize(graphics);
     if (meshok) {
         const hourglass wait;
         hideselection();

@@ -108,6 +108,7 @@ void choosemeshtype(mesh2dform& form, int type) {
     form.edges = row.edges;
     form.frame = row.frame;
     form.cangenerate = row.cangenerate;
+    form.message = picking;
     LoadElem(form);
     countedges(form);
 }

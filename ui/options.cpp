@@ -71,6 +71,8 @@ class generaloptions : public QDialog {
         f.setItalic(true);
         label->setFont(f);
         label->setIndent(20);
+        const int narrowest = 400;  // pixels, of a page; a tab does not ask how high its texts wrap
+        label->setMinimumHeight(label->heightForWidth(narrowest));
         rows->addWidget(label);
     }
     void buildredraw() {

@@ -347,7 +347,7 @@ void mainwindow::buildcommandline() {
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
 }
 
-// Typed coordinates: the way of a move, or a point for the mode that runs.
+// Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
 void mainwindow::takecoordinates() {
     double value[3];
     for (std::size_t k = 0; k < 3; ++k) value[k] = numberof(coordinates[k]->text().toStdString());
@@ -355,7 +355,10 @@ void mainwindow::takecoordinates() {
         [&] {
             if (ismoving()) return movetyped(value);
             moderow* const row = runningmode();
-            if (row && row->commandpoint) row->commandpoint(value[0], value[1], value[2]);
+            if (row && row->commandpoint)
+                row->commandpoint(value[0], value[1], value[2]);
+            else
+                pressat(value[0], value[1], value[2]);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
 }

@@ -124,8 +124,8 @@ void prove(const proof& p) {
                         << "; a run of all tests makes a new one";
 }
 
-void provebalance(const results& r, double most) {
-    for (int lc = 1; lc <= r.u.cases; ++lc) EXPECT_LT(imbalance(r, lc), most) << "case " << lc;
+void provebalance(const results& r) {
+    for (int lc = 1; lc <= r.u.cases; ++lc) EXPECT_LT(imbalance(r, lc), 1e-9) << "case " << lc;
 }
 
 std::string meshname(int type, int nx, int ny) {

@@ -21,8 +21,8 @@ struct proof {
 // Checks value / truth and holds the page against the row.
 void prove(const proof& p);
 
-// Checks that the reactions of all cases balance the loads to this part of them.
-void provebalance(const results& r, double most = 1e-9);
+// Checks that the reactions of all cases balance the loads to 1e-9 of them.
+void provebalance(const results& r);
 
 // "SHELL4 8 x 8"
 std::string meshname(int type, int nx, int ny);

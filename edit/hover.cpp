@@ -24,6 +24,20 @@ static const char* nameofitem(selectitems item) {
     return names[item];
 }
 
+// Lines meet in their ends; the whole shape tells which one a press would take.
+static void drawhoveredshape(surface& s, int nview, colour c) {
+    if (!shapeofgraphic) return;
+    double x = 0, y = 0;
+    bool first = true;
+    for (const auto& at : shapeofgraphic(hovered.item)) {
+        projectplace(nview, at[0], at[1], at[2]);
+        if (!first) s.line(x, y, scrx, scry, c);
+        x = scrx;
+        y = scry;
+        first = false;
+    }
+}
+
 static void drawhovered(int nview, selectitems item) {
     surface* const s = target(nview);
     const colour highlight = rgb(255, 165, 0);
@@ -38,14 +52,13 @@ static void drawhovered(int nview, selectitems item) {
         drawelementoutline(hovered.item, nview);
     } else if (item != selectpatches) {
         if (item == selectgraphics) {
-            const float scale = viewscale(nview);
-            curx = scale * graphics(hovered.item, hovered.part, 1);
-            cury = scale * graphics(hovered.item, hovered.part, 2);
-            curz = scale * graphics(hovered.item, hovered.part, 3);
+            drawhoveredshape(*s, nview, highlight);
+            const auto at = graphics.row(hovered.item, hovered.part);
+            projectplace(nview, at[1], at[2], at[3]);
         } else {
             setnode(hovered.item, nview);
+            projectpoint(nview);
         }
-        projectpoint(nview);
         s->circle(scrx, scry, ring, highlight);
     }
     s->drawwidth = 1;

@@ -210,9 +210,9 @@ void mainwindow::buildtoolbars() {
 
     QToolBar* const job = newbar(this, "jobbar", tr("Job"));
     for (const auto& [array, i] :
-         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Mnuadditem", 3),
-          std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2), std::pair("menupostItem", 1),
-          std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
+         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Loadcase", 0),
+          std::pair("Mnuadditem", 3), std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2),
+          std::pair("menupostItem", 1), std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
         job->addAction(menuaction(array, i));
 }
 
@@ -347,7 +347,7 @@ void mainwindow::buildcommandline() {
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
 }
 
-// Typed coordinates: the way of a move, or a point for the mode that runs.
+// Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
 void mainwindow::takecoordinates() {
     double value[3];
     for (std::size_t k = 0; k < 3; ++k) value[k] = numberof(coordinates[k]->text().toStdString());
@@ -355,7 +355,10 @@ void mainwindow::takecoordinates() {
         [&] {
             if (ismoving()) return movetyped(value);
             moderow* const row = runningmode();
-            if (row && row->commandpoint) row->commandpoint(value[0], value[1], value[2]);
+            if (row && row->commandpoint)
+                row->commandpoint(value[0], value[1], value[2]);
+            else
+                pressat(value[0], value[1], value[2]);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
 }

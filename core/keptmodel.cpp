@@ -20,9 +20,9 @@ static auto modelparts() {
                     loadnode, loaddof, loadval, elemload, lcname, lctype, lcpar, curlc, nload,
                     lcomb, lcombname, lcdesc, curlcomb, dispres, graphics, graphics2, graphsel,
                     graphsel2, graphmesh, edgedata, edgegrid, edgechordax, edgechorday, edgechordaz,
-                    edgechordbx, edgechordby, edgechordbz, patches, patchsel, hasmass, hasplates,
-                    doftype, linepressure, commenttext, modeltoolarge, resultflag, stressloaded,
-                    maxdisp, undomark);
+                    edgechordbx, edgechordby, edgechordbz, patches, patchsel, meshgroup, hasmass,
+                    hasplates, doftype, linepressure, commenttext, modeltoolarge, resultflag,
+                    stressloaded, maxdisp, undomark);
 }
 
 // Colours and views: small, held by value.
@@ -153,6 +153,7 @@ struct keptbesidefiles::store {
     array3<float> endrelease;
     array1<int> groupcolor;
     array2<Flag> elemvis;
+    array1<Flag> elemflag;
     keptlook look;
 };
 
@@ -162,6 +163,7 @@ keptbesidefiles::keptbesidefiles() : kept(std::make_unique<store>()) {
     std::swap(kept->endrelease, endrelease);
     std::swap(kept->groupcolor, groupcolor);
     std::swap(kept->elemvis, elemvis);
+    std::swap(kept->elemflag, elemflag);
 }
 
 keptbesidefiles::~keptbesidefiles() = default;
@@ -174,6 +176,7 @@ void keptbesidefiles::restore() {
     if (nodename.upper != kept->nodename.upper || elemname.upper != kept->elemname.upper) return;
     kept->look.restoreviews();
     std::swap(kept->elemvis, elemvis);
+    std::swap(kept->elemflag, elemflag);
     std::swap(kept->nodename, nodename);
     std::swap(kept->elemname, elemname);
     std::swap(kept->endrelease, endrelease);

@@ -54,6 +54,8 @@ array1<float> edgechordax, edgechorday, edgechordaz, edgechordbx, edgechordby, e
 array3<Integer> patches;
 array1<float> patchsel;
 
+int meshgroup = 1;
+
 Flag hasmass, hasplates;
 int doftype = 2;
 Flag linepressure;

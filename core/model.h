@@ -90,6 +90,9 @@ extern array3<Integer> patches;  // (0..20000, 0..10, 0..20): (0,0,0) count, (p,
                                  // their numbers
 extern array1<float> patchsel;   // (0..20000)
 
+extern int meshgroup;  // current group of all tools that create elements; 0 while the dialog of
+                       // the groups shows all of them
+
 // Flags that follow from the model.
 extern Flag hasmass;    // an element with one node occurs
 extern Flag hasplates;  // an element with more than two nodes occurs

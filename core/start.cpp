@@ -14,10 +14,11 @@
 #include "core/views.h"
 
 static void clearmodes() {
-    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
-                       &editconstraint, &editnodalload, &editelemload, &meshmode, &zoomwinmode,
-                       &viewwindow, &viewselpending, &postselpending, &windowdrag, &movepending,
-                       &editing, &singleel, &menulock, &linepressure})
+    for (Flag* flag :
+         {&addnodemode,    &addelemmode,    &drawline,       &drawcircle, &drawcurve,
+          &editconstraint, &editnodalload,  &editelemload,   &meshmode,   &zoomwinmode,
+          &viewwindow,     &viewselpending, &postselpending, &windowdrag, &movepending,
+          &editing,        &pasteflag,      &singleel,       &menulock,   &linepressure})
         *flag = false;
     ptcount = 0;
 }
@@ -143,6 +144,7 @@ void newgroup() {
     groups(1, 2) = 0.3;
     groups(1, 3) = 7.85e-06;
     groups(1, 4) = 1.0;
+    meshgroup = 1;
 }
 
 void newmodeldefaults() {

@@ -4,6 +4,7 @@
 #include "edit/Mouseprocedures.h"
 
 #include <cmath>
+#include <optional>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -12,6 +13,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
+#include "edit/hover.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "edit/selection.h"
@@ -20,8 +22,6 @@
 #include "view/rubberband.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
-
-static const double dragreach = 0.15;  // centimetres from which a press and release is a drag
 
 static int bandview;         // view in which the box under way began
 static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
@@ -77,16 +77,13 @@ void addready() {
     Mnuadditem(0).checked = true;
     ptcount = 0;
     editing = false;
-    promptaction = "Select";
-    promptgoal = "for editing";
-    prompttail.clear();
-    labelselect();
+    readyprompt();
 }
 
 void startmode(Flag& flag) {
-    refreshselection();
+    endmode();
+    releaseselection();
     addready();
-    clearselection();
     flag = true;
 }
 
@@ -99,7 +96,7 @@ static void endbyescape() {
 
 // --- points -------------------------------------------------------------------------------------
 
-static void takepoint(int nview, double x, double y) {
+void takepoint(int nview, double x, double y) {
     persu = (x - vieww / 2) / scalex;
     persv = (viewh / 2 - y) / scaley;
     scrx = x;
@@ -108,6 +105,13 @@ static void takepoint(int nview, double x, double y) {
 }
 
 int addnodeat(int nview) {
+    if (nnodes() == nodes.upper2) {
+        door().message(
+            "Increase number of nodes or elements on Model declaration form. Do: "
+            "[File,modelsize..]",
+            icons::exclamation);
+        return 0;
+    }
     const int n = nnodes() + 1;
     const double at[] = {modelx, modely, modelz};
     for (int k = 0; k < 3; ++k) {
@@ -145,6 +149,7 @@ static void endaddnode() {
 
 static void addnodepress(int nview) {
     const int n = addnodeat(nview);
+    if (n == 0) return;
     nodesel(0) = nodesel(0) + 1;
     nodesel(nodesel(0)) = n;
 }
@@ -177,13 +182,18 @@ static void startbox(int nview) {
     windowdrag = true;
 }
 
-// The second corner of a box. A press in another view begins anew there.
-static bool closebox(int nview) {
+// The second corner of a box, which stays on show. A press in another view begins anew there.
+static bool fixbox(int nview) {
     if (nview != bandview) {
         startbox(nview);
         return false;
     }
     windowdrag = false;
+    return true;
+}
+
+static bool closebox(int nview) {
+    if (!fixbox(nview)) return false;
     endband();
     return true;
 }
@@ -195,8 +205,10 @@ void startviewwindow() {
     prompt("View Window", "", "", "<Mouse Left Button> to define lower left corner, <ESC> to stop");
 }
 
+// A zoom goes on inside whatever mode runs, which takes the presses after it.
 void startzoomwindow() {
-    addready();
+    if (viewwindow) addready();
+    endboxes();
     zoomwinmode = true;
     door().crosspointer(true);
 }
@@ -210,7 +222,7 @@ static void viewwindowpress(int nview) {
                    "<Mouse Left Button> to define upper right corner, <ESC> to stop");
             return;
         case 1:
-            if (!closebox(nview)) return;
+            if (!fixbox(nview)) return;
             boxcorner[0] = bandx;
             boxcorner[1] = bandy;
             boxcorner[2] = scrx;
@@ -242,13 +254,6 @@ static void zoompress(int nview) {
 
 // --- selecting ----------------------------------------------------------------------------------
 
-static nearest picknodewithload(int nview) {
-    std::vector<int> loaded;
-    for (int i = 1; i <= loadnode(curlc, 0); ++i) loaded.push_back(loadnode(curlc, i));
-    const std::vector<bool> marks = marksof(loaded, nnodes());
-    return picknodewhere(nview, [&](int n) { return marks[std::size_t(n)]; });
-}
-
 static nearest pickitem(int nview, selectitems item) {
     switch (item) {
         case selectnodes:
@@ -258,7 +263,7 @@ static nearest pickitem(int nview, selectitems item) {
         case selectpatches:
             return pickpatch(nview);
         case selectforces:
-            return picknodewithload(nview);
+            return pickloadednode(nview);
         case selectgraphics:
             return pickgraphic(nview);
     }
@@ -281,7 +286,7 @@ static void toggleitem(const nearest& found, selectitems item) {
 
 static void promptselected() {
     const selectitems item = selectitem();
-    const bool canmove = item == selectnodes || item == selectgraphics;
+    const bool canmove = item == selectnodes || item == selectelements || item == selectgraphics;
     promptaction = isselection() && canmove ? "Select or move" : "Select";
     promptgoal = " for editing";
     prompttail.clear();
@@ -291,6 +296,7 @@ static void promptselected() {
 // For a dialog the prompts stay as they were set.
 static void selectpress(int nview) {
     const selectitems item = selectitem();
+    if (!isselection()) pasteflag = false;
     hideselection();
     switch (selecttype) {
         case selecttypes::single:
@@ -318,7 +324,7 @@ static void selectpress(int nview) {
 
 // --- the driver ---------------------------------------------------------------------------------
 
-static bool snaps(const moderow& row) {
+bool snaps(const moderow& row) {
     return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
            row.flag == &drawcurve;
 }
@@ -340,6 +346,7 @@ static void leftpress(int nview) {
 void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
+    if (zoomwinmode) return endboxes();
     if (pendingselection* const pending = pendingone()) {
         endboxes();
         if (pending->ended) pending->ended();
@@ -368,6 +375,8 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     }
     const hourglass wait;
     activeview = nview;
+    std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
+    if (zoomwinmode || viewwindow || windowdrag) given.emplace();
     takepoint(nview, x, y);
     // A model that is full, above all: the press is told off and nothing else happens.
     guarded([&] { mousedriver(nview, button); },
@@ -376,21 +385,23 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
 }
 
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
-    if (button == mousebuttons::none && !windowdrag) return;
+    const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
+    const bool boxes = windowdrag && nview == bandview;
+    if (!moves && !boxes) return;
+    const keptpoint given;
     takepoint(nview, x, y);
-    if (button == mousebuttons::left && movepending && editing) {
-        movedrag(nview);
-        door().refresh();
-        return;
+    if (moves) mousedrag(nview);
+    if (boxes) {
+        drawcolor = selcolor;
+        rubberband(nview);
+        drawcolor = meshcolor;
     }
-    if (!windowdrag || nview != bandview) return;
-    drawcolor = selcolor;
-    rubberband(nview);
-    drawcolor = meshcolor;
+    door().refresh();
 }
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
     if (button != mousebuttons::left) return;
+    const keptpoint given;
     takepoint(nview, x, y);
     if (movepending) moverelease(nview);
     // A box that was dragged open is closed by letting go.
@@ -404,22 +415,16 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
 
 static void escape() {
     endhover();
-    const bool boxed = windowdrag || zoomwinmode || viewwindow;
+    const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
+    if (zoomed) return;
     if (pendingselection* const pending = pendingone()) {
         if (pending->ended) pending->ended();
         return;
     }
     if (runningmode()) return endbyescape();
     if (boxed) return addready();
-    if (movepending || editing) {
-        refreshselection();
-        hideselection();
-        emptyselection();
-        if (redrawmove) redrawall();
-    } else {
-        clearselection();
-    }
+    releaseselection();
     addready();
 }
 
@@ -442,77 +447,4 @@ void keyhandler(int code) {
     if (code == keyspace && !row) nextgraphicpoint();
     if (code == keyback && row && row->back) row->back();
     door().refresh();
-}
-
-// --- the item under the pointer -----------------------------------------------------------------
-
-static int hoverview;  // 0: nothing is highlighted
-static nearest hovered;
-
-static const char* nameofitem(selectitems item) {
-    static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
-    return names[item];
-}
-
-static void drawhovered(int nview, selectitems item) {
-    surface* const s = target(nview);
-    const colour highlight = rgb(255, 165, 0);
-    const double ring = 0.16;  // centimetres
-    if (s == nullptr) return;
-    s->toplane(planes::pointer);
-    prepareview(nview);
-    drawcolor = highlight;
-    s->fillsolid = false;
-    s->drawwidth = 2;
-    if (item == selectelements) {
-        drawelementoutline(hovered.item, nview);
-    } else if (item != selectpatches) {
-        if (item == selectgraphics) {
-            const float scale = viewscale(nview);
-            curx = scale * graphics(hovered.item, hovered.part, 1);
-            cury = scale * graphics(hovered.item, hovered.part, 2);
-            curz = scale * graphics(hovered.item, hovered.part, 3);
-        } else {
-            setnode(hovered.item, nview);
-        }
-        projectpoint(nview);
-        s->circle(scrx, scry, ring, highlight);
-    }
-    s->drawwidth = 1;
-    drawcolor = meshcolor;
-    s->toplane(planes::marks);
-    s->show();
-}
-
-void endhover() {
-    if (hoverview == 0) return;
-    if (surface* const s = target(hoverview)) {
-        s->clearplane(planes::pointer);
-        s->show();
-    }
-    hoverview = 0;
-    hovered = nearest();
-    door().showstatus(statusline());
-}
-
-static bool hovers() {
-    const moderow* const row = runningmode();
-    if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
-    return selecttype == selecttypes::single || selecttype == selecttypes::group;
-}
-
-void hover(int nview, double x, double y) {
-    if (!hovers()) return endhover();
-    const keptpoint kept;
-    takepoint(nview, x, y);
-    const selectitems item = runningmode() ? selectnodes : selectitem();
-    const nearest found = pickitem(nview, item);
-    if (found.item == 0) return endhover();
-    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
-    endhover();
-    hovered = found;
-    hoverview = nview;
-    drawhovered(nview, item);
-    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

@@ -51,10 +51,9 @@ void keyhandler(int code);
 // What a press means, by the mode or else by the selection method.
 void mousedriver(int nview, mousebuttons button);
 
-// The item that a press would pick is shown as long as the pointer rests over it, its number in
-// the status line.
-void hover(int nview, double x, double y);
-void endhover();
+// A place of a view's surface becomes the point in work.
+void takepoint(int nview, double x, double y);
+bool snaps(const moderow& row);  // does the mode take its points through the snap?
 
 // The point in work becomes a new node; drawn at once. Returns its number.
 int addnodeat(int nview);

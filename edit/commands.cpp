@@ -46,9 +46,11 @@ bool parsecommand() {
     std::string fields[4];
     int field = 1;
     for (const char c : commandtext.substr(std::min<std::size_t>(3, commandtext.size()))) {
-        if (c != ';') {
+        if (c == ';') {
+            ++field;
+        } else if (field <= 3) {
             fields[field] += c;
-        } else if (++field > 3) {
+        } else {
             tellformat();
             return false;
         }
@@ -76,10 +78,14 @@ static bool changed;  // the command has changed places
 // Calls change(point) with the three coordinates of each selected node and graphic point.
 template <typename Change>
 static void eachpoint(Change change) {
+    if (nodesel(0) + graphsel2(0, 0) == 0) return;
+    if (!redrawedit) eraseselected();
     for (int i = 1; i <= nodesel(0); ++i) change(&nodes(0, nodesel(i), 0));
     for (int i = 1; i <= graphsel2(0, 0); ++i)
         change(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
-    if (nodesel(0) + graphsel2(0, 0) > 0) changed = true;
+    if (!redrawedit) drawselectedplain();
+    changed = true;
+    pasteflag = true;
 }
 
 void findcentroid() {

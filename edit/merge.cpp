@@ -175,6 +175,9 @@ int mergenodes() {
     follownodes(number);
     followselection(number);
     movenodes(stand, number);
+    dropresults();
+    dropundo();
+    dorenumber = 1;
     return merged;
 }
 
@@ -218,7 +221,9 @@ int mergeelements() {
         elems(keys[i].element, 0) = 0;
         ++merged;
     }
-    if (merged > 0) packelems();
+    if (merged == 0) return 0;
+    packelems();
+    dropresults();
     return merged;
 }
 

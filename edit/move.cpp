@@ -18,6 +18,8 @@
 #include "view/moddraw.h"
 
 static double reference[3];
+static double pressx, pressy;  // where the reference point was pressed, centimetres
+static bool pressed;           // the button is held since then: a drag may begin
 static bool dragging, moved;
 
 namespace {
@@ -79,14 +81,15 @@ bool ismoving() {
 }
 
 void startmove() {
+    const bool ofnodes = selectitem() == selectnodes;
     if (selectitem() == selectelements && elemsel(0) != 0) gatherelementnodes();
     if (nodesel(0) == 0 && graphsel2(0, 0) == 0) return;
     movepending = true;
     editing = false;
     moved = false;
     showselection();
-    prompt(nodesel(0) != 0 ? "Drag or Select Reference point of selected"
-                           : "Select Reference point of selected",
+    prompt(ofnodes ? "Drag or Select Reference point of selected"
+                   : "Select Reference point of selected",
            promptitem, "for moving", "<ESC>");
 }
 
@@ -99,9 +102,12 @@ static void takereference() {
 // Takes the picture of the selection away, shifts it, draws it again.
 static void shiftshown(double dx, double dy, double dz) {
     hideselection();
+    if (!redrawmove) eraseselected();
     shiftselection(dx, dy, dz);
+    if (!redrawmove) drawselectedplain();
     showselection();
     moved = true;
+    pasteflag = true;
     resultflag = 1;
 }
 
@@ -115,8 +121,9 @@ void movepress(int nview) {
     if (!editing) {
         takereference();
         editing = true;
-        dragging = true;
-        storeundo();
+        pressed = true;
+        pressx = scrx;
+        pressy = scry;
         prompt("Enter or point location to move selected", promptitem, "",
                " <ESC>, [Edit,Undo] to undo");
         return;
@@ -126,44 +133,69 @@ void movepress(int nview) {
     if (redrawmove) redrawall();
 }
 
-void movedrag(int) {
-    if (editing && dragging) shifttopoint();
+void mousedrag(int) {
+    if (!editing || !pressed) return;
+    if (!dragging) {
+        // A hand that trembles while it presses does not move anything.
+        if (std::hypot(scrx - pressx, scry - pressy) < dragreach) return;
+        dragging = true;
+        storeundo();
+    }
+    shifttopoint();
 }
 
 void moverelease(int) {
-    const bool shifted = dragging && moved;
-    dragging = false;
+    const bool shifted = dragging;
+    pressed = dragging = false;
     if (shifted && redrawmove) redrawall();
 }
 
 void movetyped(const double* way) {
     if (!movepending) return;
-    if (!editing) {
-        editing = true;
-        prompt("Enter or point location to move selected", promptitem, "",
-               " <ESC>, [Edit,Undo] to undo");
-    }
     storeundo();
     shiftshown(way[0], way[1], way[2]);
+    for (int k = 0; k < 3; ++k) reference[k] += way[k];  // it lies on what has moved
     if (redrawmove) redrawall();
 }
 
-void refreshselection() {
+// --- the end of a move and of the selection -----------------------------------------------------
+
+static bool endmove() {
     const bool wasmoving = movepending || editing;
-    movepending = editing = dragging = false;
-    if (!wasmoving) return;
+    movepending = editing = pressed = dragging = false;
+    return wasmoving;
+}
+
+// What was pasted or moved merges with what it meets. True when numbers of the model have changed.
+static bool mergeplaced() {
+    if (!pasteflag) return false;
+    pasteflag = false;
+    const std::string action = promptaction;
+    promptaction = "Merging";
+    textcaption();
+    int gone = 0;
+    if (automergenodes && nodesel(0) != 0) gone += mergenodes();
+    if (automergeelems) gone += mergeelements();
+    promptaction = action;
+    return gone > 0;
+}
+
+void refreshselection() {
+    if (!endmove()) return;
+    hideselection();
+    const bool merged = moved && mergeplaced();
     promptaction = "Select";
     promptgoal = "for moving";
     prompttail.clear();
-    if (moved && automergenodes && nodesel(0) != 0) {
-        promptaction = "Merging";
-        textcaption();
-        hideselection();
-        if (mergenodes() > 0) dropundo();
-        promptaction = "Select";
-    } else {
-        hideselection();
-    }
-    showselection();
+    merged ? redrawall() : showselection();
     textcaption();
+}
+
+void releaseselection() {
+    const bool wasmoving = endmove(), placed = pasteflag;
+    hideselection();
+    const bool merged = mergeplaced();
+    emptyselection();
+    if (wasmoving || promptaction == "Select or move") readyprompt();
+    if (merged || (redrawmove && (wasmoving || placed))) redrawall();
 }

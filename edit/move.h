@@ -3,17 +3,23 @@
 // back.
 #pragma once
 
+const double dragreach = 0.15;  // centimetres from which a press and release is a drag
+
 // The user chose to move what is selected: the next press is the reference point.
 void startmove();
 bool ismoving();  // a reference point is awaited or given
 // A press or a drag at modelx, modely, modelz while a move is under way.
 void movepress(int nview);
-void movedrag(int nview);
+void mousedrag(int nview);
 void moverelease(int nview);
-// A way typed in the coordinate boxes, model units.
+// A way typed in the coordinate boxes, model units. It needs no reference point.
 void movetyped(const double* way);
-// Ends the move: prompts and picture, merging of nodes where it is on. Runs on each change of mode.
+// Ends the move: prompts and picture, merging of what was moved where it is on. The selection
+// stays.
 void refreshselection();
+// Ends the move and empties the selection; what was pasted or moved is merged where that is on. By
+// this routine the user leaves a selection: ESC, another item type, a mode, a paste.
+void releaseselection();
 
 // Shifts every selected node and graphic point, in Single.
 void shiftselection(double dx, double dy, double dz);

@@ -36,16 +36,20 @@ void leaveangles(optionsform& form) {
     if (!isnumeric(form.anglez)) form.anglez = numbertext(lightangz);
 }
 
+void storetolerance(optionsform& form) {
+    leavetolerance(form);
+    mergetol = numberof(form.tolerance);
+}
+
 void storegeneraloptions(const optionsform& given) {
     optionsform form = given;
-    leavetolerance(form);
+    storetolerance(form);
     leaveangles(form);
     redrawmove = form.redrawmove;
     redrawdelete = form.redrawdelete;
     redrawedit = form.redrawedit;
     automergenodes = form.mergenodes;
     automergeelems = form.mergeelements;
-    mergetol = numberof(form.tolerance);
     renumbersave = form.renumber;
     shadingon = form.shading;
     shadecolor = form.shadecolor;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/colours.h"
+#include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -173,6 +174,7 @@ void getsettings() {
                                          : ""),
                            icons::exclamation);
         });
+    stressloaded = false;  // the axes of stresses may be others now
     completeloads();
     arrangeviews();
     door().refresh();

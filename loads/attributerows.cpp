@@ -136,13 +136,17 @@ void rewriteconstraints(const std::vector<int>& items, const fieldtexts& fields)
 void rewritenodalloads(int lc, const std::vector<int>& items, const fieldtexts& fields) {
     std::vector<rowvalue> values;
     readfields(fields, values);
+    const int before = loadnode(lc, 0);
     rewrite(loadrows{lc}, nnodes(), items, values, leftovers::makeholes);
-    if (nlc() == 0 && !values.empty()) loadnode(0, 0) = 1;
+    if (nlc() == 0 && loadnode(lc, 0) > before) loadnode(0, 0) = 1;
 }
 
 void rewriteelementloads(int lc, const std::vector<int>& items, const fieldtexts& fields) {
     std::vector<rowvalue> values;
-    const bool whole = guarded([&] { readfields(fields, values); }, [](const runtimeerror&) {});
+    const bool whole = guarded([&] { readfields(fields, values); },
+                               [](const runtimeerror& e) {
+                                   if (e.number != errtype) throw e;
+                               });
     rewrite(elementrows{lc}, nelems(), items, values,
             whole ? leftovers::makeholes : leftovers::stay);
 }

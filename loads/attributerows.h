@@ -19,6 +19,6 @@ using fieldtexts = std::vector<fieldtext>;
 // where the rows exceed modelsize(3); nothing is changed then.
 void rewriteconstraints(const std::vector<int>& items, const fieldtexts& fields);
 void rewritenodalloads(int lc, const std::vector<int>& items, const fieldtexts& fields);
-// Stops at a field that holds no number: the fields before it are stored, the rest of the rows
-// stays.
+// Stops without a word at a field that holds no number: the fields before it are stored, the rest
+// of the rows stays.
 void rewriteelementloads(int lc, const std::vector<int>& items, const fieldtexts& fields);

@@ -8,6 +8,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
+#include "core/session.h"
 
 static const int longestrow = 25;  // characters after which an equation goes on in a new row
 
@@ -57,12 +58,17 @@ void putloadcomb(combinationform& form) {
 
 combinationform openloadcombinations() {
     combinationform form;
-    // The number of a mode shape may stand in curlcomb.
+    if (menupostItem(3).checked) form.mode = curlcomb;
+    // A mode shape's number stays when the shape is switched off.
     if (curlcomb < 1 || curlcomb > ncomb()) curlcomb = 1;
     loadloadcomb(form);
     putloadcomb(form);
     showcomb(form);
     return form;
+}
+
+void closeloadcombinations(const combinationform& form) {
+    if (form.mode != 0) curlcomb = form.mode;
 }
 
 // --- the user's hand ----------------------------------------------------------------------------
@@ -127,17 +133,15 @@ void addcopy(combinationform& form) {
     putloadcomb(form);
 }
 
-// The field as a Single; false where it holds none.
-static bool multiplierof(const combinationform& form, float& value) {
-    const double number = numberof(form.multiplier);
-    value = float(number);
-    return isnumeric(form.multiplier) && std::isfinite(value);
+// Does the field hold a Single?
+static bool ismultiplier(const combinationform& form) {
+    return isnumeric(form.multiplier) && std::isfinite(float(numberof(form.multiplier)));
 }
 
 void getloadcomb(combinationform& form) {
     curlcomb = form.chosen + 1;
     form.curlcase = form.chosencase + 1;
-    multiplierof(form, lcomb(curlcomb, form.curlcase));
+    if (ismultiplier(form)) lcomb(curlcomb, form.curlcase) = float(numberof(form.multiplier));
 }
 
 static bool isnameofanother(const std::string& name) {
@@ -146,22 +150,27 @@ static bool isnameofanother(const std::string& name) {
     return false;
 }
 
+static std::string faultofname(const std::string& name) {
+    if (name.find_first_not_of(' ') == name.npos) return "A load combination needs a name";
+    return isnameofanother(name) ? "Name allready excists" : "";
+}
+
 void updateloadcomb(combinationform& form) {
     form.message.clear();
-    const bool clash = isnameofanother(form.name);
+    const std::string fault = faultofname(form.name);
     leavemultiplier(form);
-    if (float value = 0; !multiplierof(form, value)) {
+    if (fault.empty() && !ismultiplier(form)) {
         form.message = "Multiplier " + form.multiplier + " is too large, nothing was stored";
         return;
     }
-    if (!clash) {
+    if (fault.empty()) {
         lcombname(curlcomb) = form.name;
         form.chosen = curlcomb - 1;
         getloadcomb(form);
     }
     loadloadcomb(form);
     putloadcomb(form);
-    if (clash) form.message = "Name allready excists";
+    form.message = fault;
     showcomb(form);
 }
 

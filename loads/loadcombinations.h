@@ -2,7 +2,7 @@
 // The dialog "Define Load Combinations": the multipliers of the load cases in each combination.
 //
 // One update stores one multiplier, that of the load case in the field. The combination shown is
-// curlcomb, which outlives the dialog.
+// curlcomb, which outlives the dialog; the number of a mode shape on show comes back to it.
 #pragma once
 
 #include <string>
@@ -13,6 +13,7 @@ struct combinationform {
     int chosen = 0, chosencase = 0;         // entries of the two lists
     std::string name;                       // text of Combo1
     int curlcase = 1;                       // load case whose multiplier is shown
+    int mode = 0;                           // number of the mode shape on show, 0 for none
     std::string multiplier;                 // Text1
     std::string heading;                    // caption of the frame
     std::vector<std::string> equation;      // List1
@@ -24,8 +25,9 @@ struct combinationform {
 std::vector<std::string> equationof(int c);
 
 combinationform openloadcombinations();
-void loadloadcomb(combinationform& form);  // fills both lists
-void putloadcomb(combinationform& form);   // shows curlcomb and the multiplier of curlcase
+void closeloadcombinations(const combinationform& form);  // the mode's number into curlcomb
+void loadloadcomb(combinationform& form);                 // fills both lists
+void putloadcomb(combinationform& form);  // shows curlcomb and the multiplier of curlcase
 // The lists' entries into curlcomb and curlcase, the field into their multiplier.
 void getloadcomb(combinationform& form);
 void showcomb(combinationform& form);  // heading and equation, which lcdesc holds too

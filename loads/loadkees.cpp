@@ -6,6 +6,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
+#include "core/session.h"
 
 static const int rotational = 3;     // directions from here on turn about an axis
 static const int firstwavetype = 7;  // lctype of kindwave; wind and buoyancy follow
@@ -93,6 +94,7 @@ loadcaseform openloadkees() {
 
 void chooseloadcase(loadcaseform& form, int entry) {
     if (entry < 0 || entry >= nlc()) return;
+    form.changed = form.changed || curlc != entry + 1;
     curlc = entry + 1;
     putloadcase(form);
 }
@@ -140,6 +142,12 @@ static void emptyslot(int lc) {
     for (int c = 1; c <= ncomb(); ++c) lcomb(c, lc) = 0;
 }
 
+// Results on show are of the load cases as they were.
+static void notechange(loadcaseform& form) {
+    form.changed = true;
+    resultflag = 1;
+}
+
 void addloadcase(loadcaseform& form) {
     if (nlc() >= modelsize(7)) {
         form.message = "Maximum number of loadcase";
@@ -156,6 +164,7 @@ void addloadcase(loadcaseform& form) {
     lcpar(curlc, 0) = 1;
     for (int k = 1; k <= 3; ++k) lcpar(curlc, k) = 0;
     lcpar(curlc, 4) = 1;
+    notechange(form);
     loadloadcase(form);
     putloadcase(form);
 }
@@ -207,13 +216,19 @@ static bool isnameofanother(const std::string& name) {
     return false;
 }
 
+static std::string faultofname(const std::string& name) {
+    if (name.find_first_not_of(' ') == name.npos) return "A load case needs a name";
+    return isnameofanother(name) ? "Name allready excists" : "";
+}
+
 void updateloadcase(loadcaseform& form) {
-    if (isnameofanother(form.name)) {
+    if (const std::string fault = faultofname(form.name); !fault.empty()) {
         loadloadcase(form);
         putloadcase(form);
-        form.message = "Name allready excists";
+        form.message = fault;
         return;
     }
+    notechange(form);
     const auto store = [&] {
         storekind(form);
         lcname(curlc) = form.name;
@@ -259,6 +274,8 @@ void delloadcase(loadcaseform& form) {
     }
     if (!door().yes("Delete loadcase?")) return;
     removeloadcase(curlc);
+    notechange(form);
+    dropresults();
     loadloadcase(form);
     putloadcase(form);
 }

@@ -29,7 +29,8 @@ struct loadcaseform {
     // Groups on show.
     bool centreshown = false, accelerationshown = false, directionshown = false;
     bool waveshown = false, windshown = false, buoyancyshown = false;
-    std::string message;  // Label7
+    bool changed = false;  // the views show what no longer stands
+    std::string message;   // Label7
 };
 
 loadcaseform openloadkees();
@@ -47,7 +48,7 @@ void editshift(loadcaseform& form);                 // holds the shift within 0.
 
 void addloadcase(loadcaseform& form);
 void updateloadcase(loadcaseform& form);
-void delloadcase(loadcaseform& form);  // asks
+void delloadcase(loadcaseform& form);  // asks; results on show go, they pair cases by number
 
 // Takes load case lc out, those above it move down by name, type and nodal rows. The count of rows
 // of a slot bounds what is moved into it and stays, as do parameters, element loads and the

@@ -57,12 +57,12 @@ int bandof(double value) {
     return indexcolors - 1;
 }
 
-// Ten colours at even distances along a path in CIELAB (D65): blue, green, yellow, each lighter
-// than the one before, so that order and steps are seen, in print and by the colour-blind too.
+// Ten colours at even distances along a path in CIELAB (D65): blue, green, gold, each lighter than
+// the one before, so that order and steps are seen, in print and by the colour-blind too; the
+// lightest still stands out from white paper.
 static const colour evencolors[indexcolors] = {
-    rgb(16, 62, 142),   rgb(17, 81, 136),  rgb(21, 109, 144), rgb(26, 142, 156),
-    rgb(32, 170, 158),  rgb(35, 192, 147), rgb(65, 206, 128), rgb(138, 218, 114),
-    rgb(195, 228, 107), rgb(249, 235, 110)};
+    rgb(14, 57, 133),  rgb(14, 75, 125), rgb(18, 101, 129), rgb(23, 132, 135), rgb(27, 155, 128),
+    rgb(30, 170, 109), rgb(83, 181, 86), rgb(143, 188, 72), rgb(195, 193, 69), rgb(243, 195, 81)};
 
 void fillpalette() {
     for (int k = 0; k < indexcolors; ++k)

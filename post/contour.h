@@ -55,6 +55,7 @@ bool plotready();  // the last prepareplot succeeded
 // each with its outline where "&Elements" is checked; then the legend. The second colours the line
 // elements.
 void postdispatch(int nview);
+void drawcontour(int nview);  // its elements
 void drawelementstress(int nview);
 
 bool iscontour();        // "Contour plot" is checked

@@ -20,11 +20,20 @@ static void drawmesh(int e, int nview) {
     drawelement(e, nview);
 }
 
+// Do the bands leave nothing of the element's face?
+static bool isfilledwhole(int e, int elnn) {
+    if (!plotready() || !isplotted(e)) return false;
+    for (int c = 1; c <= elnn; ++c)
+        if (!(ev[c] >= indexmin && ev[c] <= indexmax && ev[c] < fillstart)) return false;
+    return true;
+}
+
 // False for an element that the filled painter has left out.
 static bool paintelement(int e, int elnn, int nview) {
     takeelement(e, nview);
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
-    if (mnudrawlist(10).checked) paintface(nview, elnn, backcolor);
+    if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
+        paintface(nview, elnn, backcolor);
     if (!contourfilled) drawmesh(e, nview);
     bool painted = true;
     if (plotready() && isplotted(e)) {
@@ -37,7 +46,7 @@ static bool paintelement(int e, int elnn, int nview) {
     return painted;
 }
 
-static void drawelements(int nview) {
+void drawcontour(int nview) {
     sortdepth(nview);
     int left = 0;
     for (int i = 1; i <= nelems(); ++i) {
@@ -63,7 +72,7 @@ void postdispatch(int nview) {
     const colour before = drawcolor;
     s->drawwidth = 1;
     undeformed = isdeformed() ? 0 : 1;
-    drawelements(nview);
+    drawcontour(nview);
     drawextremes(nview);
     undeformed = 1;
     drawcolor = before;

@@ -93,6 +93,12 @@ std::string shorttext(double value) {
     return {text, end};
 }
 
+std::string plotnumber(double value) {
+    const double nothing = 1e-9;  // of the scale's largest bound
+    const double largest = std::max(std::fabs(indexmax), std::fabs(indexmin));
+    return shorttext(std::fabs(value) < nothing * largest ? 0 : value);
+}
+
 // --- the picture --------------------------------------------------------------------------------
 
 // The text cut to a width, marked where something is missing.

@@ -25,5 +25,6 @@ void drawlegend();
 // On a surface, in the rectangle from its top left corner, centimetres.
 void drawlegendon(surface& s, double left, double top, double width, double height);
 
-std::string plotlabel();              // "SX", "VM", "DX": the component in short
-std::string shorttext(double value);  // four digits that count
+std::string plotlabel();               // "SX", "VM", "DX": the component in short
+std::string shorttext(double value);   // four digits that count
+std::string plotnumber(double value);  // the same; what is nothing beside the scale is 0

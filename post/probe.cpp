@@ -8,6 +8,7 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/numtext.h"
+#include "core/platform.h"
 #include "core/session.h"
 #include "post/contour.h"
 #include "post/legend.h"
@@ -108,7 +109,17 @@ std::string valueunder(int nview, double x, double y) {
     const hit found = findhit(nview, {x, y});
     undeformed = 1;
     if (found.e == 0) return {};
-    return plotlabel() + " " + shorttext(found.value) + " in element " + numbertext(found.e);
+    return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
+}
+
+void tellvalue(int nview, double x, double y) {
+    static bool told;
+    const std::string text = valueunder(nview, x, y);
+    if (!text.empty())
+        door().showstatus(text);
+    else if (told)
+        door().showstatus(statusline());
+    told = !text.empty();
 }
 
 // --- highest and lowest -------------------------------------------------------------------------
@@ -120,7 +131,7 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     s.drawwidth = 2;
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawwidth = 1;
-    const std::string text = std::string(word) + " " + shorttext(p.value);
+    const std::string text = std::string(word) + " " + plotnumber(p.value);
     s.font = elemlabelfont;
     const double left = at.x + gap, top = at.y - s.textheight() / 2;
     const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();
@@ -137,6 +148,7 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
 void drawextremes(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || !markextremes || !plotready()) return;
+    s->toplane(planes::results);  // above loads and constraints
     markplace(*s, nview, highest, "Max");
     if (lowest.value != highest.value) markplace(*s, nview, lowest, "Min");
 }

@@ -35,6 +35,10 @@ void showresults() {
     door().refresh();
     redrawall();
     if (ischecked(modeshape)) door().showstatus(modetext());
+    if (plotready() && highest.e == 0)
+        door().showstatus(ischecked(contourplot)
+                              ? "The set holds no element with a face; Element Stress shows lines"
+                              : "The set holds no line element; Contour plot shows faces");
 }
 
 static bool toggle(postitem item) {

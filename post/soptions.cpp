@@ -77,7 +77,12 @@ void chooseaxes(int global) {
 
 void choosescale(soptionsform& form, bool automatic) {
     indexautoscale = automatic;
-    if (automatic || scalemax != scalemin || !plotready()) return;
+    form.message.clear();
+    if (automatic || scalemax != scalemin) return;
+    if (!plotready()) {
+        form.message = "Fill in Maximum and Minimum";
+        return;
+    }
     form.maximum = numbertext(indexmax);
     form.minimum = numbertext(indexmin);
 }

@@ -2,6 +2,7 @@
 // Entry of the solver program: the command line, and the frame in which every run ends with its log
 // written and the control file gone.
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -91,6 +92,14 @@ static job jobof(const arguments& a) {
     return j;
 }
 
+static std::string now() {
+    char text[40];
+    const std::time_t time = std::time(nullptr);
+    std::tm parts{};
+    localtime_r(&time, &parts);
+    return std::string(text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts));
+}
+
 static int run(const arguments& a) {
     job j;
     runlog log;
@@ -100,6 +109,7 @@ static int run(const arguments& a) {
         [&] {
             j = jobof(a);
             removeresults(j.base);
+            log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
             analyse(j, log);
         },
         failed);

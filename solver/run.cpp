@@ -10,18 +10,8 @@
 #include "solver/readmodel.h"
 #include "solver/refuse.h"
 #include "solver/solve.h"
+#include "solver/tell.h"
 #include "solver/write.h"
-
-static void tellmodel(const model& m, runlog& log) {
-    log.line("Nodes " + std::to_string(m.nnodes()) + ", elements " + std::to_string(m.nelems()) +
-             ", groups " + std::to_string(m.ngroups()) + ", load cases " +
-             std::to_string(m.ncases()) + ", constraints " + std::to_string(m.constraints.size()));
-    int counts[lasttype + 1] = {};
-    for (int e = 1; e <= m.nelems(); ++e) ++counts[m.elements[std::size_t(e)].type];
-    for (int type = 1; type <= lasttype; ++type)
-        if (counts[type] > 0)
-            log.line("  " + padded(kindof(type).name, 10) + std::to_string(counts[type]));
-}
 
 // doftype as the workbench derives it, for runs without a control file.
 static int derivedtype(const model& m, bool twod) {
@@ -87,25 +77,6 @@ static displacements solvecases(const model& m, const settings& s, const equatio
     return result;
 }
 
-static void tellbalance(const model& m, const reactionset& r, runlog& log) {
-    log.line();
-    log.line(
-        "Balance, moments about the origin      DX           DY           DZ"
-        "           RX           RY           RZ");
-    for (int lc = 1; lc <= m.ncases(); ++lc) {
-        const auto row = [&](const char* name, const vec6& v) {
-            std::string text = padded(name, 28);
-            for (int k = 0; k < 6; ++k) text += rightaligned(shortnumber(v[k]), 13);
-            log.line(text);
-        };
-        const vec6 &load = r.load[std::size_t(lc)], &reaction = r.reaction[std::size_t(lc)];
-        log.line("Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name + "\"");
-        row("  load", load);
-        row("  reaction", reaction);
-        row("  difference", load + reaction);
-    }
-}
-
 static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
                         results& r, runlog& log) {
     factor l;
@@ -114,6 +85,7 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
         factorise(m, q, l, log);
     }
     r.u = solvecases(m, s, q, l, log);
+    telllargest(m, q.dofs, r.u, log);
     if (what.reactions) {
         log.stage("reactions");
         r.reactions = findreactions(m, s, q.dofs, r.u, log);
@@ -135,12 +107,16 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     setthreads(s.threads);
     const int anadof = analysiskind(m, doftype > 0 ? doftype : derivedtype(m, m.twod));
     m.twod = anadof == 1 || anadof == 2;
+    tellunits(s, log);
     tellmodel(m, log);
+    tellcases(m, log);
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
     results r;
+    r.masses = groupmasses(m, s);
+    tellmass(r.masses[0], s, log);
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
@@ -164,6 +140,7 @@ void analyse(const job& j, runlog& log) {
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     writesummary(m, r.halfbandwidth);
+    writemasses(m, r.masses);
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
     if (j.eigen) writemodes(m, r.dofs, r.modes);

@@ -6,13 +6,11 @@
 #include <cmath>
 #include <limits>
 
-#include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/views.h"
 #include "view/moddraw.h"
 
-int meshgroup;
 const char allgroups[] = "All Groups";
 
 const fieldtext groupcaptions[groupfields + 1] = {
@@ -77,7 +75,11 @@ void getgroup(groupform& form) {
 }
 
 void setplane(groupform& form) {
-    form.plane = form.text[planefield] == "1" ? "Plane Strain" : "Plane Stress";
+    const std::string& text = form.text[planefield];
+    if (form.all && isblank(text))
+        form.plane = "Toggle";
+    else
+        form.plane = text == "1" ? "Plane Strain" : "Plane Stress";
 }
 
 void putgroup(groupform& form) {
@@ -86,7 +88,7 @@ void putgroup(groupform& form) {
     form.matrix.fill("");
     if (form.all) {
         form.name = allgroups;
-        form.plane = "Toggle";
+        setplane(form);
         return;
     }
     form.name = groupname(meshgroup);
@@ -126,7 +128,7 @@ static bool isnametaken(const std::string& name, int except) {
     return name == allgroups;
 }
 
-void changename(groupform& form, const std::string& name) {
+bool changename(groupform& form, const std::string& name) {
     form.message.clear();
     if (meshgroup != 0 && name != groupname(meshgroup)) {
         if (isblank(name))
@@ -138,6 +140,7 @@ void changename(groupform& form, const std::string& name) {
     }
     form.name = meshgroup == 0 ? allgroups : groupname(meshgroup);
     notename(form);
+    return form.message.empty();
 }
 
 // Stores the group that is left; the message tells which one it was.
@@ -152,11 +155,11 @@ void choosegroup(groupform& form, int row) {
 }
 
 void addgroup(groupform& form) {
-    leavegroup(form);
     if (ngroups() >= modelsize(4)) {
         form.message = "Maximum number of groups";
         return;
     }
+    leavegroup(form);
     const int g = ngroups() + 1;
     std::string name = "GR " + std::to_string(g);
     while (isnametaken(name, 0)) name += "*";
@@ -237,7 +240,7 @@ static void notechange(groupform& form) {
 
 void editfield(groupform& form, int field, const std::string& text) {
     form.text[std::size_t(field)] = text;
-    if (field == planefield && (!form.all || !isblank(text))) setplane(form);
+    if (field == planefield) setplane(form);
     notechange(form);
 }
 
@@ -290,8 +293,14 @@ void updategroups(groupform& form) {
     putgroup(form);
 }
 
-void readygroups(groupform& form) {
+bool readygroups(groupform& form) {
     getgroup(form);
+    if (!form.message.empty()) {
+        putgroup(form);
+        return false;
+    }
+    meshgroup = std::max(meshgroup, 1);
     if (form.redraw) redrawall();
     form.redraw = false;
+    return true;
 }

@@ -2,7 +2,7 @@
 // The dialog "Element Group": the list of groups, the twelve properties and the spring matrix of
 // the one in edit, and the mode in which an edit goes to all of them.
 //
-// State: meshgroup, the current group of all tools that create elements; here the group in edit.
+// The group in edit is meshgroup, which the tools that create elements take over when it closes.
 #pragma once
 
 #include <array>
@@ -10,8 +10,7 @@
 #include <vector>
 
 #include "core/colours.h"
-
-extern int meshgroup;  // 0 while "All Groups" or none is in edit
+#include "core/model.h"
 
 const int groupfields = 12;     // the properties groups(g,1..12)
 const int matrixfields = 36;    // groupmat(g,1..6,1..6)
@@ -41,10 +40,11 @@ groupform opengroups();  // the list filled, group 1 shown
 // a Single keeps what was stored; both are told in the message.
 void getgroup(groupform& form);
 void putgroup(groupform& form);  // shows group meshgroup, or empty boxes for all groups
-void setplane(groupform& form);  // caption of the toggle from field 5
+void setplane(
+    groupform& form);  // caption of the toggle from field 5; an empty one of all: "Toggle"
 void notename(groupform& form);  // fills the list with all names
-// Renames the group in edit, unless another group has the name.
-void changename(groupform& form, const std::string& name);
+// Renames the group in edit, unless another group has the name: false then, with a message.
+bool changename(groupform& form, const std::string& name);
 
 // The user's actions. An edit of one group is kept when another row is chosen, a group is added or
 // the dialog closes; one of all groups only by updategroups.
@@ -57,4 +57,6 @@ void togglesprings(groupform& form);
 void addgroup(groupform& form);
 void deletegroup(groupform& form);
 void updategroups(groupform& form);
-void readygroups(groupform& form);
+// Stores the group in edit. False where a box held no number: the form shows what was stored and
+// says so, and stays open until the next time.
+bool readygroups(groupform& form);

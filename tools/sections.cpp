@@ -4,8 +4,10 @@
 
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 
 #include "core/numtext.h"
+#include "core/platform.h"
 #include "core/runtime.h"
 #include "tools/sectionfile.h"
 
@@ -89,8 +91,12 @@ static void calcrecord(sectionform& form, int s) {
             used ? numbertext(tidy(d[std::size_t(k)] * sectscale)) : std::string();
     }
     const double second = sectscale * sectscale * sectscale * sectscale;
-    const auto far = extremefibres(form.type, d);
+    const int own = findsectiontype(sectnames(s, 2));
+    std::array<double, 3> far{};
+    const bool known = guarded([&] { far = extremefibres(own >= 0 ? own : form.type, d); },
+                               [](const runtimeerror&) {});
     const auto modulus = [&](int k, double distance) {
+        if (!known) return 0.0;
         return decimal(sectdata(s, k)) / distance * sectscale * sectscale * sectscale;
     };
     sectionvalues v;
@@ -102,6 +108,7 @@ static void calcrecord(sectionform& form, int s) {
     v.wyy = modulus(3, far[1]);
     v.wzz = modulus(4, far[2]);
     showresults(form, v);
+    if (!known) form.message = form.section + ": without all dimensions the section moduli are 0";
 }
 
 // What the user should know of the rule by which typed dimensions are counted.
@@ -115,6 +122,17 @@ static std::string hintof(const sectionform& form, const dimensions& d) {
 static void namesection(sectionform& form) {
     const std::string base = form.section.empty() ? sectiontypes[form.type].name : form.section;
     form.name = form.database ? form.section : base + " Mod.";
+}
+
+// A field left 0 is told and counts as 0; what no section can have is not to be accepted.
+static void checktyped(sectionform& form) {
+    const dimensions d = dimensionsof(form);
+    const std::string fault = sectionfault(form.type, d);
+    if (isimpossible(form.type, d)) form.stale = true;
+    if (!fault.empty())
+        form.message = fault;
+    else if (!form.stale)
+        form.message = hintof(form, d);
 }
 
 void sectioncalc(sectionform& form) {
@@ -139,14 +157,7 @@ void sectioncalc(sectionform& form) {
                 showresults(form, calcsection(form.type, dimensionsof(form)));
         },
         [&](const runtimeerror& e) { form.message = e.what; });
-    const dimensions d = dimensionsof(form);
-    const std::string fault = sectionfault(form.type, d);
-    if (!fault.empty()) {
-        form.stale = true;
-        form.message = fault;
-    } else if (!form.database && !form.stale) {
-        form.message = hintof(form, d);
-    }
+    if (!form.database) checktyped(form);
 }
 
 // --- actions ------------------------------------------------------------------------------------
@@ -165,6 +176,7 @@ static bool readdatabase(sectionform& form) {
                               [&](const runtimeerror& e) { note = e.what; });
     loadsections(form);
     form.database = read && sectcount > 0;
+    settype(form, form.type);
     sectioncalc(form);
     if (!note.empty()) form.message = note;
     return read;
@@ -181,6 +193,8 @@ sectionform Initiate() {
 
 void choosetype(sectionform& form, int type) {
     lasttype = type;
+    if (!form.database && sectiontypes[type].fields != sectiontypes[form.type].fields)
+        form.dims.fill("");
     settype(form, type);
     loadsections(form);
     sectioncalc(form);
@@ -210,6 +224,9 @@ void usebinary(sectionform& form, bool on) {
 }
 
 void writebinary(sectionform& form) {
+    if (std::filesystem::exists(sectionsfile(true)) &&
+        !door().yes("sections.dig stands there already, replace it?"))
+        return;
     guarded(
         [&] {
             writesectionsbinary();

@@ -51,11 +51,11 @@ void scalesections(sectionform& form);      // sectscale
 void sectioncalc(sectionform& form);        // results from record or dimensions
 
 // The user's actions.
-void choosetype(sectionform& form, int type);
+void choosetype(sectionform& form, int type);  // typed dimensions go with a type of other fields
 void choosesection(sectionform& form, const std::string& name);
 void usedatabase(sectionform& form, bool on);
 void usebinary(sectionform& form, bool on);  // reads the other file; back when that fails
-void writebinary(sectionform& form);
+void writebinary(sectionform& form);         // asks before a file is replaced
 void chooseunit(sectionform& form, int unit);
 void editdimension(sectionform& form, int field, const std::string& text);  // a section of its own
 

@@ -230,6 +230,22 @@ std::array<double, 3> extremefibres(int type, const dimensions& d) {
     return {over(v.ixx, v.wxx), cy, over(v.izz, v.wzz)};
 }
 
+static std::string misfit(int type, const dimensions& d) {
+    const bool anglelike = type == lprofile || type == dlprofile;
+    const auto [b, h, tw, tf] = d;
+    if (type == tubular) return 2 * h > b ? "WT is more than half of OD" : "";
+    if (type == prismaticbar) return "";
+    const bool twoflanges = type != tprofile && !anglelike;
+    if (anglelike && tw >= h) return "tw does not fit into H";
+    if (tw * (type == boxsection ? 2 : 1) > b) return "tw does not fit into B";
+    if (tf * (twoflanges ? 2 : 1) > h) return "tf does not fit into H";
+    return "";
+}
+
+bool isimpossible(int type, const dimensions& d) {
+    return std::ranges::any_of(d, [](double size) { return size < 0; }) || !misfit(type, d).empty();
+}
+
 std::string sectionfault(int type, const dimensions& d) {
     const auto& fields = sectiontypes[type].fields;
     const bool anglelike = type == lprofile || type == dlprofile;
@@ -241,14 +257,7 @@ std::string sectionfault(int type, const dimensions& d) {
         if (*fields[std::size_t(k)] == 0 || (k == dimtf && anglelike && d[dimtf] == 0)) continue;
         if (!(d[std::size_t(k)] > 0)) return name(k) + " must be above 0";
     }
-    const auto [b, h, tw, tf] = d;
-    if (type == tubular) return 2 * h > b ? "WT is more than half of OD" : "";
-    if (type == prismaticbar) return "";
-    const bool twoflanges = type != tprofile && !anglelike;
-    if (anglelike && tw >= h) return "tw does not fit into H";
-    if (tw * (type == boxsection ? 2 : 1) > b) return "tw does not fit into B";
-    if (tf * (twoflanges ? 2 : 1) > h) return "tf does not fit into H";
-    return "";
+    return misfit(type, d);
 }
 
 static std::vector<point2> circle(double diameter, double inset) {

@@ -50,8 +50,10 @@ sectionvalues calcsection(int type, const dimensions& d);
 // For profiles of a database, whose I is known: a tee is symmetric, an angle has one thickness.
 std::array<double, 3> extremefibres(int type, const dimensions& d);
 
-// What makes the dimensions no section, "" when they are one.
+// What makes the dimensions no section, "" when they are one. isimpossible leaves out a dimension
+// of 0: a web or flange that is not there has an area and second moments all the same.
 std::string sectionfault(int type, const dimensions& d);
+bool isimpossible(int type, const dimensions& d);
 
 // Closed polygons in section coordinates, the origin at the lower left corner: the first is the
 // outside, a second one a hole, or the other angle of a pair. Empty when sectionfault finds one.

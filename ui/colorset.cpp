@@ -142,7 +142,6 @@ class colorset : public QDialog {
                 [this] { reject(); });
         connect(newbutton("Command1(2)", "OK", this, row), &QPushButton::clicked, this, [this] {
             apply();
-            redrawall();
             accept();
         });
         rows->addLayout(row);

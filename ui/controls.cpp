@@ -4,6 +4,7 @@
 
 #include <QBoxLayout>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
@@ -18,6 +19,15 @@ QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, Q
     b->setObjectName(name);
     row->addWidget(b);
     return b;
+}
+
+QLabel* newmessageline(const char* name, QWidget* parent, QBoxLayout* rows) {
+    auto* const line = new QLabel(parent);
+    line->setObjectName(name);
+    line->setWordWrap(true);
+    line->setMinimumHeight(line->fontMetrics().height() + 4);
+    rows->addWidget(line);
+    return line;
 }
 
 void maketyped(QComboBox* list) {
@@ -52,5 +62,7 @@ void showlist(QComboBox* list, const std::vector<std::string>& entries, int chos
 
 void showtext(QLineEdit* box, const std::string& text) {
     const QString shown = qtext(text);
-    if (box->text() != shown) box->setText(shown);
+    if (box->text() == shown) return;
+    box->setText(shown);
+    if (!box->hasFocus()) box->setCursorPosition(0);
 }

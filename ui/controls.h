@@ -9,16 +9,20 @@
 
 class QBoxLayout;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QWidget;
 
 QString qtext(const std::string& text);
 QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row);
+// The line at the foot of a dialog that takes its remarks; it wraps where one is long.
+QLabel* newmessageline(const char* name, QWidget* parent, QBoxLayout* rows);
 // A list whose text can be typed over. The text is the user's own: leaving the field with the text
 // of another entry does not choose that entry.
 void maketyped(QComboBox* list);
 // Shows entries and the chosen one; entries that are there already stay.
 void showlist(QComboBox* list, const std::vector<std::string>& entries, int chosen);
-// Sets a text, with the cursor left alone where it is there already.
+// Sets a text, with the cursor left alone where it is there already. One too long for its box shows
+// its beginning, sign and first digits.
 void showtext(QLineEdit* box, const std::string& text);

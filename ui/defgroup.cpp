@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window of the element groups.
+#include <QApplication>
 #include <QBoxLayout>
 #include <QColorDialog>
 #include <QComboBox>
@@ -32,17 +33,17 @@ class groupdialog : public QDialog {
         addproperties();
         addmatrix();
         rows->addWidget(pages, 1);
-        message = new QLabel(this);
-        message->setObjectName("Label3");
-        rows->addWidget(message);
         addbuttons(rows);
+        message = newmessageline("Label3", this, rows);
         form = opengroups();
         showform();
     }
-    // Every way of closing is Ready.
+    // Every way of closing is Ready. What was stored other than typed is read before the window
+    // goes.
     void done(int result) override {
-        run([this] { readygroups(form); });
-        QDialog::done(result);
+        bool ready = false;
+        run([&] { ready = readygroups(form); });
+        if (ready) QDialog::done(result);
     }
 
   private:
@@ -53,17 +54,17 @@ class groupdialog : public QDialog {
     void addfields(QGridLayout* grid, std::initializer_list<int> fields);
     QPushButton* button(const char* name, const char* caption, QBoxLayout* row,
                         std::function<void()> click);
-    // Takes a name that was typed, does what the user asked for and shows the form again.
+    // Takes a name that was typed, does what the user asked for unless the name was refused, and
+    // shows the form again.
     void run(const std::function<void()>& action) {
         guarded(
             [&] {
-                takename();
-                action();
+                if (takename()) action();
             },
             tellfault);
         showform();
     }
-    void takename();
+    bool takename();
     void showform();
     void askcolour();
     void opensections();
@@ -101,7 +102,10 @@ void groupdialog::addlist(QBoxLayout* rows) {
         typed = text;
         istyped = true;
     });
-    connect(list->lineEdit(), &QLineEdit::editingFinished, this, [this] { run([] {}); });
+    connect(list->lineEdit(), &QLineEdit::editingFinished, this, [this] {
+        // A button takes the name itself, and does nothing where it is refused.
+        if (qobject_cast<QPushButton*>(QApplication::focusWidget()) == nullptr) run([] {});
+    });
     connect(list, &QComboBox::activated, this,
             [this](int i) { run([&] { choosegroup(form, i); }); });
     shade = button("Picture1", "Color...", row, [this] { askcolour(); });
@@ -147,6 +151,7 @@ void groupdialog::addproperties() {
 void groupdialog::addmatrix() {
     auto* const page = new QGroupBox(tr("Spring stiffness matrix"), this);
     auto* const grid = new QGridLayout(page);
+    const int widest = fontMetrics().horizontalAdvance("-1.2345678E-05") + 14;  // of a Single
     for (int i = 1; i <= 6; ++i) {
         grid->addWidget(new QLabel(qtext(doflabel(i)), page), 0, i, Qt::AlignCenter);
         grid->addWidget(new QLabel(qtext(doflabel(i)), page), i, 0);
@@ -156,6 +161,7 @@ void groupdialog::addmatrix() {
             const int index = (row - 1) + 6 * (column - 1);
             cells[index] = new QLineEdit(page);
             cells[index]->setObjectName(QString("Text2(%1)").arg(index));
+            cells[index]->setMinimumWidth(widest);
             grid->addWidget(cells[index], row, column);
             connect(cells[index], &QLineEdit::textEdited, this, [this, index](const QString& text) {
                 run([&] { editmatrix(form, index, text.toStdString()); });
@@ -183,10 +189,10 @@ void groupdialog::addbuttons(QBoxLayout* rows) {
     rows->addLayout(row);
 }
 
-void groupdialog::takename() {
-    if (!istyped) return;
+bool groupdialog::takename() {
+    if (!istyped) return true;
     istyped = false;
-    changename(form, typed.toStdString());
+    return changename(form, typed.toStdString());
 }
 
 void groupdialog::showform() {

@@ -23,17 +23,12 @@
 #include "view/moddraw.h"
 
 // A changed multiplier needs no new analysis: it is stored at once and shows in the results.
-static void takechanges() {
+static void takechanges(const combinationform& form) {
     const hourglass wait;
-    stressloaded = false;
+    closeloadcombinations(form);
     rereadshown();
     if (isnamed()) savecombinations();
-    door().refresh();
-    // The mode shape goes by the same number as the combination.
-    if (menupostItem(3).checked)
-        choosemode(curlcomb);
-    else
-        redrawall();
+    showresults();
 }
 
 namespace {
@@ -56,13 +51,10 @@ class combinationdialog : public QDialog {
         framerows->addWidget(equation);
         inside->addWidget(frame, 1);
         buildbuttons(rows);
-        message = new QLabel(this);
-        message->setObjectName("Label6");
-        message->setMinimumHeight(message->fontMetrics().height() + 4);
-        rows->addWidget(message);
+        message = newmessageline("Label6", this, rows);
         form = openloadcombinations();
         showform();
-        connect(this, &QDialog::finished, this, guardedhandler([](int) { takechanges(); }));
+        connect(this, &QDialog::finished, this, guardedhandler([this](int) { takechanges(form); }));
     }
 
   private:

@@ -51,16 +51,13 @@ class loadcasedialog : public QDialog {
         buildlists(inside);
         buildgroups(inside);
         buildbuttons(rows);
-        message = new QLabel(this);
-        message->setObjectName("Label7");
-        message->setMinimumHeight(message->fontMetrics().height() + 4);
-        rows->addWidget(message);
+        message = newmessageline("Label7", this, rows);
         form = openloadkees();
         showform();
-        connect(this, &QDialog::finished, this, [] {
-            door().refresh();
-            redrawall();
-        });
+        connect(this, &QDialog::finished, this, guardedhandler([this](int) {
+                    door().refresh();
+                    if (form.changed) redrawall();
+                }));
     }
 
   private:

@@ -284,7 +284,7 @@ void mainwindow::buildleftbar() {
     legendrows->setContentsMargins(2, 2, 2, 2);
     legend = new legendwidget(legendframe);
     legendrows->addWidget(legend);
-    rows->addWidget(legendframe, 2);
+    rows->addWidget(legendframe);
 
     commentframe = new QGroupBox(tr("Comment"), leftbar);
     commentframe->setObjectName("commentframe");
@@ -509,7 +509,7 @@ void mainwindow::refresh() {
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};
     static const char* const dx[] = {"dx=", "dy=", "dz="};
-    const bool moving = editing && movepending;
+    const bool moving = movepending;  // a typed way needs no reference point
     const double at[] = {modelx, modely, modelz};
     for (std::size_t k = 0; k < 3; ++k) {
         coordinatelabels[k]->setText(moving ? dx[k] : x[k]);

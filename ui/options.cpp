@@ -176,7 +176,7 @@ class generaloptions : public QDialog {
     }
     void report(std::string (*find)()) {
         take();
-        storegeneraloptions(form);
+        storetolerance(form);
         found->setText(qtext(find()));
     }
     void take() {

@@ -36,10 +36,8 @@ class sectiondialog : public QDialog {
         columns->addLayout(second);
         columns->addWidget(picture, 1);
         rows->addLayout(columns, 1);
-        message = new QLabel(this);
-        message->setObjectName("Label4");
-        rows->addWidget(message);
         addbuttons(rows);
+        message = newmessageline("Label4", this, rows);
         form = Initiate();
         showform();
         names->setFocus();

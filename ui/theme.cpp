@@ -8,7 +8,9 @@
 #include <QStyleFactory>
 
 static QPalette darkpalette() {
-    const QColor window(45, 47, 51), base(32, 33, 36), text(222, 224, 228), dim(128, 131, 136),
+    // The style draws the empty boxes and circles of choices in base on window, with no outline
+    // lighter than these: the two lie far enough apart to be told from each other.
+    const QColor window(56, 58, 63), base(26, 27, 30), text(222, 224, 228), dim(146, 149, 154),
         accent(58, 130, 214);
     QPalette p;
     p.setColor(QPalette::Window, window);
@@ -17,7 +19,7 @@ static QPalette darkpalette() {
     p.setColor(QPalette::AlternateBase, window);
     p.setColor(QPalette::Text, text);
     p.setColor(QPalette::PlaceholderText, dim);
-    p.setColor(QPalette::Button, QColor(58, 60, 65));
+    p.setColor(QPalette::Button, QColor(70, 72, 78));
     p.setColor(QPalette::ButtonText, text);
     p.setColor(QPalette::BrightText, Qt::white);
     p.setColor(QPalette::ToolTipBase, base);

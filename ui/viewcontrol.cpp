@@ -19,6 +19,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
+#include "edit/selection.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -136,6 +137,7 @@ class viewdialog : public QDialog {
                     take();
                     getvalues(form);
                     hide();
+                    setselectitem(selectelements);
                     startviewselection();
                 }));
     }
@@ -216,6 +218,7 @@ class viewdialog : public QDialog {
         }
     }
     void choose(int option) {
+        if (option == 1 && groups->currentIndex() < 0) groups->setCurrentIndex(0);
         take();
         getvalues(form);
         chooseoption(form, option, groups->currentText().toStdString());
@@ -230,12 +233,12 @@ class viewdialog : public QDialog {
         for (int i = 0; i < viewboxcount; ++i) form.box[i] = boxes[i]->text().toStdString();
         for (int i = 0; i < 3; ++i)
             if (options[i]->isChecked()) form.option = i;
-        if (form.option == 1) form.group = groups->currentText().toStdString();
+        form.group = groups->currentText().toStdString();
     }
     void showform() {
         for (int i = 0; i < viewboxcount; ++i) showtext(boxes[i], form.box[i]);
         options[form.option]->setChecked(true);
-        if (const int i = groups->findText(qtext(form.group)); i >= 0) groups->setCurrentIndex(i);
+        groups->setCurrentIndex(groups->findText(qtext(form.group)));
         selected->setText(qtext(form.selected));
         heading->setText("<b>" + qtext(form.heading) + "</b>");
         for (int v = 1; v <= 4; ++v) {

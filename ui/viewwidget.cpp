@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/hover.h"
 #include "post/probe.h"
 #include "ui/icons.h"
 #include "view/moddraw.h"
@@ -60,8 +61,7 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     connect(&hovering, &QTimer::timeout, this, [this] {
         if (menulock || !isVisible()) return;
         hover(nview, pointer.x(), pointer.y());
-        const std::string value = valueunder(nview, pointer.x(), pointer.y());
-        if (!value.empty()) door().showstatus(value);
+        tellvalue(nview, pointer.x(), pointer.y());
     });
 }
 

@@ -191,6 +191,10 @@ static void drawreactions(surface& s, int nview) {
     }
 }
 
+static bool iscombination(int c) {
+    return c >= 1 && c <= ncomb();
+}
+
 void drawloads(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || viewloads(0).checked) return;
@@ -202,7 +206,10 @@ void drawloads(int nview) {
         drawwater(*s, curlc, nview);
     } else {
         const bool combination = viewloads(3).checked;
-        const auto factor = [&](int lc) { return combination ? lcomb(curlcomb, lc) : 1.0f; };
+        const auto factor = [&](int lc) {
+            if (!combination) return 1.0f;
+            return iscombination(curlcomb) ? lcomb(curlcomb, lc) : 0.0f;  // else a mode's number
+        };
         double maxload = 0;
         for (int lc = 1; lc <= nlc(); ++lc)
             maxload = std::max(maxload, largestload(lc, factor(lc)));
@@ -212,18 +219,6 @@ void drawloads(int nview) {
         }
         drawreactions(*s, nview);
     }
-    s->drawwidth = 1;
-    s->toplane(planes::marks);
-}
-
-void drawelementloads(int nview) {
-    surface* const s = target(nview);
-    if (s == nullptr) return;
-    s->toplane(planes::loads);
-    prepareview(nview);
-    s->drawwidth = 2;
-    const double maxload = largestload(curlc, 1);
-    if (maxload != 0) drawelementrows(*s, curlc, 1, maxload, nview);
     s->drawwidth = 1;
     s->toplane(planes::marks);
 }

@@ -7,4 +7,3 @@ void drawconstraints(int nview);
 // active combination; the largest load measures unitveclen. A buoyancy case on show has its water
 // plane and bed drawn as dotted rectangles.
 void drawloads(int nview);
-void drawelementloads(int nview);  // of the current load case

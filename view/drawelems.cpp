@@ -2,6 +2,8 @@
 // Drawing of nodes and elements.
 #include "view/drawelems.h"
 
+#include <algorithm>
+
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/numtext.h"
@@ -157,7 +159,8 @@ void drawelementlabel(int e, int nview) {
     // On a filled element the label stands in the inverse of the filling.
     const colour c = s->fillsolid ? invertcolor(s->fillcolor) : elemlabelcolor;
     s->textcolor = drawcolor == backcolor ? backcolor : c;
-    const double length = double(label.size());
+    const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };  // a character, in UTF-8
+    const double length = double(std::ranges::count_if(label, begins));
     s->moveto(scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0);
     s->text(label);
 }
@@ -214,10 +217,11 @@ void drawelement(int e, int nview) {
 void drawallelements(int nview) {
     prepareview(nview);
     const colour before = drawcolor;
-    const bool shape = undeformed == 0;  // a shape keeps its one colour
+    // A shape keeps its one colour, unless groups are told apart by theirs.
+    const bool own = undeformed == 1 || elemlabeltype(4).checked;
     for (int e = 1; e <= nelems(); ++e) {
         if (elems(e, 0) == 0) continue;
-        if (!shape) drawcolor = colourofelement(e);
+        if (own) drawcolor = colourofelement(e);
         drawelement(e, nview);
     }
     drawcolor = before;

@@ -183,14 +183,17 @@ static void drawfacets(int nview) {
         s->fillcolor = shadingon ? shadeofelement(e, light, eye) : hidcolor;
         drawcolor = undeformed == 1 ? colourofelement(e) : outline;
         drawfacet(e, nview);
-        if (axes) drawlocalaxes(e, nview);
+        if (axes && isshown(e, nview)) drawlocalaxes(e, nview);
     }
-    drawcolor = outline;
 }
 
+// What a facet was drawn with does not reach the layers after a pass that failed.
 void drawhidden(int nview) {
+    const colour outline = drawcolor;
     guarded([&] { drawfacets(nview); },
             [](const runtimeerror&) {
                 door().message("Error Hiddenline; Try agian", icons::exclamation);
             });
+    drawcolor = outline;
+    if (surface* const s = target(nview)) s->fillsolid = false;
 }

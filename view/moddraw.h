@@ -44,9 +44,14 @@ void wirelayers();
 
 void drawview(int nview);
 void redrawall();
+extern long picturesdrawn;  // rises whenever the picture of the model is drawn or changed
 // The selection's layers alone, in drawcolor: backcolor erases, selcolor shows.
 void drawselection(int nview);
 void drawselectionall();
+// The selected items on the plane of the model, in all views: taken from the picture before an edit
+// after which the views are not redrawn, and brought back in their own colours after it.
+void eraseselected();
+void drawselectedplain();
 // Number of views on show: 1 or 4.
 int shownviews();
 void showviews();  // what was drawn becomes visible in all views

@@ -46,7 +46,7 @@ void projectaxis(int nview) {
 
 void unprojectpoint(int nview) {
     const double aw = viewaw(nview), dist = viewdist(nview);
-    const double f0 = dist / (aw + dist);
+    const double f0 = aw + dist == 0 ? 0 : dist / (aw + dist);
     const double w = f0 == 0 ? 0 : aw / f0;
     const double u = (scrx - vieww / 2) / scalex;
     const double p = (viewh / 2 - scry) / scaley;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "view/moddraw.h"
@@ -156,11 +157,17 @@ void fitview(int nview) {
     drawview(nview);
 }
 
+void copyvisibility(int from, int to) {
+    viewselnum(to) = viewselnum(from);
+    for (int e = 1; e <= nelems(); ++e) elemvis(to, e) = elemvis(from, e);
+}
+
 static void copyparameters(int from, int to) {
     for (auto* list : {&viewptx, &viewpty, &viewptz, &viewvert, &viewhor, &viewscale, &viewdist,
                        &viewaw, &viewdepth})
         (*list)(to) = (*list)(from);
-    for (auto* list : {&viewgroup, &viewtype, &viewselnum}) (*list)(to) = (*list)(from);
+    for (auto* list : {&viewgroup, &viewtype}) (*list)(to) = (*list)(from);
+    copyvisibility(from, to);
 }
 
 void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2) {

@@ -37,6 +37,7 @@ static std::string storedtext(int box, int nview) {
 
 void showvalues(viewform& form, int nview) {
     for (int box = 0; box < viewboxcount; ++box) form.box[box] = storedtext(box, nview);
+    form.pasted = 0;
     form.option = viewtype(nview);
     form.group0 = viewgroup(nview);
     form.group = form.group0 >= 1 && form.group0 <= ngroups() ? groupname(form.group0) : "";
@@ -47,6 +48,31 @@ void showvalues(viewform& form, int nview) {
 void getvgroup(viewform& form) {
     for (int g = 1; g <= ngroups(); ++g)
         if (groupname(g) == form.group) form.group0 = g;
+}
+
+void noteselview(viewform& form, int nview) {
+    viewtype(nview) = form.option;
+    for (int e = 1; e <= nelems(); ++e) elemvis(nview, e) = false;
+    int count = 0;
+    if (form.option == 2) {
+        for (int i = 1; i <= int(elemsel(0)); ++i) elemvis(nview, long(elemsel(i))) = true;
+        count = int(elemsel(0));
+    } else if (form.option == 1) {
+        for (int e = 1; e <= nelems(); ++e) {
+            const bool shown = elems(e, 0) != 0 && egroup(e) == viewgroup(nview);
+            elemvis(nview, e) = shown;
+            count += shown;
+        }
+    }
+    viewselnum(nview) = count;
+    form.selected = numbertext(count);
+}
+
+// The choice of elements into the current view; the number of a group counts for a group alone.
+static void storechoice(viewform& form) {
+    getvgroup(form);
+    viewtype(form.current) = form.option;
+    viewgroup(form.current) = form.option == 1 ? form.group0 : 0;
 }
 
 void getvalues(viewform& form) {
@@ -60,9 +86,13 @@ void getvalues(viewform& form) {
             listof(box)(v) = float(isangle(box) ? toradians(value) : value);
         }
     }
-    getvgroup(form);
-    viewgroup(v) = form.group.empty() && form.option != 1 ? 0 : form.group0;
-    viewtype(v) = form.option;
+    const int type = viewtype(v), group = viewgroup(v);
+    storechoice(form);
+    if (form.pasted != 0)
+        copyvisibility(form.pasted, v);
+    else if (viewtype(v) != type || viewgroup(v) != group)
+        noteselview(form, v);
+    form.pasted = 0;
 }
 
 // Radians to degrees with the short constant: the way back of this one box.
@@ -94,7 +124,9 @@ void presetboxes(viewform& form, int preset) {
 }
 
 void pasteview(viewform& form) {
-    if (form.copied != 0) showvalues(form, form.copied);
+    if (form.copied == 0) return;
+    showvalues(form, form.copied);
+    form.pasted = form.copied;
 }
 
 void autoscaleview(viewform& form) {
@@ -105,37 +137,17 @@ void autoscaleview(viewform& form) {
 
 void allviews(viewform& form) {
     getvalues(form);
-    // The fit is taken in the layout that is to come.
-    setfourviews();
     for (int v = 1; v <= nviews; ++v) autoscale(v);
     showvalues(form, form.current);
-}
-
-void noteselview(viewform& form, int nview) {
-    viewtype(nview) = form.option;
-    for (int e = 1; e <= nelems(); ++e) elemvis(nview, e) = false;
-    int count = 0;
-    if (form.option == 2) {
-        for (int i = 1; i <= int(elemsel(0)); ++i) elemvis(nview, long(elemsel(i))) = true;
-        count = int(elemsel(0));
-    } else if (form.option == 1) {
-        for (int e = 1; e <= nelems(); ++e) {
-            const bool shown = elems(e, 0) != 0 && egroup(e) == viewgroup(nview);
-            elemvis(nview, e) = shown;
-            count += shown;
-        }
-    }
-    viewselnum(nview) = count;
-    form.selected = numbertext(count);
+    setfourviews();
 }
 
 void chooseoption(viewform& form, int option, const std::string& group) {
     form.option = option;
     form.group = group;
-    getvgroup(form);
+    form.pasted = 0;
     const int v = form.current;
-    viewtype(v) = option;
-    viewgroup(v) = option == 1 ? form.group0 : 0;
+    storechoice(form);
     if (option != 0) noteselview(form, v);
     drawview(v);
 }
@@ -152,5 +164,6 @@ void endviewselection(viewform& form) {
     form.option = 2;
     viewselnum(v) = int(elemsel(0));
     noteselview(form, v);
+    readyprompt();
     drawview(v);
 }

@@ -98,6 +98,9 @@ TEST(Commands, AFourthFieldIsToldAndChangesNothing) {
               "Error format direct input command. Use ; as list seperator");
     EXPECT_EQ(room.door.messages[0].title, "Error reading input");
     EXPECT_EQ(room.nodetext(1), "1 0 0");
+    runcommand("dx=1;2;3;");
+    EXPECT_EQ(room.door.messages.size(), 1u) << "an empty fourth field is none";
+    EXPECT_EQ(room.nodetext(1), "2 2 3");
     runcommand("help");
     EXPECT_EQ(room.door.dialogs.back(), "cardhelp");
 }
@@ -148,6 +151,6 @@ TEST(Commands, AFullModelIsToldAndKept) {
     while (nnodes() < modelsize(1)) addnode(0, 0, 0);
     startmode(addnodemode);
     runcommand("ax=1;1;1");
-    EXPECT_TRUE(room.door.toldpart("Subscript out of range"));
+    EXPECT_TRUE(room.door.toldpart("Increase number of nodes"));
     EXPECT_EQ(nnodes(), modelsize(1));
 }

@@ -9,6 +9,7 @@
 #include "files/filop.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"
+#include "view/drawbc.h"
 
 static void makecases(int count) {
     loadcaseform form = openloadkees();
@@ -81,7 +82,11 @@ TEST(Combinations, WhatIsNoMultiplierIsNotStored) {
     EXPECT_EQ(lcomb(1, 1), 1);
     EXPECT_EQ(lcombname(1), "Lcomb1");
     EXPECT_NE(form.message, "");
+    getloadcomb(form);
+    EXPECT_EQ(lcomb(1, 1), 1);
     form.multiplier = "half";
+    getloadcomb(form);
+    EXPECT_EQ(lcomb(1, 1), 1);
     leavemultiplier(form);
     EXPECT_EQ(form.multiplier, "0");
     form.multiplier = "half";
@@ -100,6 +105,15 @@ TEST(Combinations, AClashOfNamesStoresNoMultiplier) {
     EXPECT_EQ(lcomb(2, 1), 0);
     EXPECT_EQ(lcombname(2), "Lcomb2");
     EXPECT_EQ(form.name, "Lcomb2");
+    form.name = "Lcomb1";
+    form.multiplier = "1e39";
+    updateloadcomb(form);
+    EXPECT_EQ(form.message, "Name allready excists") << "the clash comes first";
+    EXPECT_EQ(form.multiplier, "0");
+    form.name = "";
+    updateloadcomb(form);
+    EXPECT_EQ(form.message, "A load combination needs a name");
+    EXPECT_EQ(lcombname(2), "Lcomb2");
 }
 
 TEST(Combinations, TenIsTheMostWhateverIsDeclared) {
@@ -159,6 +173,32 @@ TEST(Combinations, ANumberOfAModeShapeIsNoCombination) {
     const combinationform form = openloadcombinations();
     EXPECT_EQ(curlcomb, 1);
     EXPECT_EQ(form.name, "Lcomb1");
+    closeloadcombinations(form);
+    EXPECT_EQ(curlcomb, 1) << "no mode shape is on show";
+
+    menupostItem(3).checked = true;
+    curlcomb = 25;
+    combinationform over = openloadcombinations();
+    addloadcomb(over);
+    EXPECT_EQ(curlcomb, 2);
+    closeloadcombinations(over);
+    EXPECT_EQ(curlcomb, 25) << "the shape on show stays";
+}
+
+TEST(Combinations, LoadsOfAModesNumberAreNone) {
+    sessionroom room;
+    addnode(0, 0, 0);
+    loadnode(1, 0) = 1;
+    loadnode(1, 1) = 1;
+    loaddof(1, 1) = 1;
+    loadval(1, 1) = 5;
+    checkonly(viewloads, 3);
+    for (const auto& [number, lines] : {std::pair(1, 1), {2, 0}, {25, 0}, {0, 0}}) {
+        curlcomb = number;
+        room.door.views[0].operations.clear();
+        drawloads(1);
+        EXPECT_EQ(room.door.views[0].count("line"), lines) << number;
+    }
 }
 
 TEST(Combinations, GoToTheirFileWithoutTheModel) {

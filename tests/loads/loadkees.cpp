@@ -76,6 +76,15 @@ TEST(Loadcases, EveryKindStoresItsTypeAndParameters) {
             EXPECT_EQ(again.elementmass, 0);
             EXPECT_EQ(again.acceleration, form.acceleration);
         }
+        if (c.kind == kindwave) {
+            EXPECT_EQ(again.wave, form.wave);
+        }
+        if (c.kind == kindwind) {
+            EXPECT_EQ(again.wind, form.wind);
+        }
+        if (c.kind == kindbuoyancy) {
+            EXPECT_EQ(again.buoyancy, form.buoyancy);
+        }
         choosekind(form, kindapplied);
         updateloadcase(form);
         EXPECT_EQ(lctype(1), 0);
@@ -124,6 +133,30 @@ TEST(Loadcases, AClashOfNamesStoresNothing) {
     updateloadcase(form);
     EXPECT_EQ(form.message, "");
     EXPECT_EQ(lctype(2), 8);
+    form.name = " ";
+    updateloadcase(form);
+    EXPECT_EQ(form.message, "A load case needs a name");
+    EXPECT_EQ(lcname(2), "LC 2");
+}
+
+TEST(Loadcases, ResultsAndViewsFollowAChange) {
+    sessionroom room;
+    room.door.answerqueue = {answers::yes};
+    loadcaseform form = openloadkees();
+    chooseloadcase(form, 0);
+    EXPECT_FALSE(form.changed) << "nothing to draw anew";
+    addloadcase(form);
+    EXPECT_TRUE(form.changed);
+    form = openloadkees();
+    chooseloadcase(form, 0);
+    EXPECT_TRUE(form.changed) << "another case is the active one";
+    menupostItem(1).checked = true;
+    stressloaded = true;
+    resultflag = 0;
+    delloadcase(form);
+    EXPECT_FALSE(menupostItem(1).checked) << "results pair load cases by number";
+    EXPECT_FALSE(stressloaded);
+    EXPECT_EQ(resultflag, 1);
 }
 
 TEST(Loadcases, TextsThatAreNoNumbers) {

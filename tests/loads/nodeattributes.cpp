@@ -81,6 +81,13 @@ static void fill(attributeform& form, std::vector<std::string> texts) {
     std::ranges::copy(texts, form.text.begin());
 }
 
+// Applies; returns the number of the error, 0 without one.
+static int errorof(attributeform& form) {
+    int number = 0;
+    guarded([&] { applyattributes(form); }, [&](const runtimeerror& e) { number = e.number; });
+    return number;
+}
+
 TEST(Attributes, FilledFieldsReplaceTheRowsOfANode) {
     const struct {
         const char* name;
@@ -120,6 +127,28 @@ TEST(Attributes, FilledFieldsReplaceTheRowsOfANode) {
     }
 }
 
+// The rewrite as it is told, for one node: fields overwrite the node's rows in their order, rows
+// left over become holes, fields left over are appended.
+static void rewriteplainly(std::vector<conrow>& rows, int n, const std::vector<std::string>& text) {
+    int f = 0;
+    const auto next = [&] {
+        do ++f;
+        while (f <= 6 && text[std::size_t(f) - 1].empty());
+    };
+    const auto row = [&] { return conrow{n, f, std::stof(text[std::size_t(f) - 1])}; };
+    next();
+    for (conrow& r : rows) {
+        if (r.node != n) continue;
+        if (f > 6) {
+            r.node = 0;
+        } else {
+            r = row();
+            next();
+        }
+    }
+    for (; f <= 6; next()) rows.push_back(row());
+}
+
 TEST(Attributes, ASelectionGivesTheRowsOfItsNodesOneByOne) {
     std::mt19937 random(7);
     for (int round = 0; round < 20; ++round) {
@@ -128,23 +157,21 @@ TEST(Attributes, ASelectionGivesTheRowsOfItsNodesOneByOne) {
         const auto any = [&](int low, int high) {
             return std::uniform_int_distribution<int>(low, high)(random);
         };
-        std::vector<conrow> before;
-        for (int i = 0; i < 60; ++i) before.push_back({any(0, 31), any(1, 6), float(i)});
+        std::vector<conrow> rows;
+        for (int i = 0; i < 60; ++i) rows.push_back({any(0, 31), any(1, 6), float(i)});
         std::vector<int> selected;  // a node may occur twice
         for (int i = 0; i < 12; ++i) selected.push_back(any(1, 30));
         std::vector<std::string> fields(6);
         for (std::string& f : fields)
             if (any(0, 1)) f = std::to_string(any(-9, 9));
 
-        setconstraints(before);
+        setconstraints(rows);
         selectnodes(selected);
         attributeform form = openin(attributemodes::constraints);
         fill(form, fields);
-        for (int n : selected) applysingcon(form, n);
-        const std::vector<conrow> onebyone = constraints();
-        setconstraints(before);
         applyconstrains(form);
-        EXPECT_EQ(constraints(), onebyone) << "round " << round;
+        for (const int n : selected) rewriteplainly(rows, n, fields);
+        EXPECT_EQ(constraints(), rows) << "round " << round;
     }
 }
 
@@ -181,6 +208,10 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
               (std::vector<conrow>{{3, 1, 1}, {1, 1, 1}, {3, 3, -0.5f}, {1, 3, -0.5f}}))
         << "the fields before the text that is no number are stored, the other rows stay";
     EXPECT_TRUE(room.door.messages.empty());
+    const std::vector<conrow> before = elementloads(1);
+    fill(form, {"2", "", "1e39"});
+    EXPECT_EQ(errorof(form), erroverflow) << "a number too large is told";
+    EXPECT_EQ(elementloads(1), before);
 }
 
 TEST(Attributes, TheListGivesTheRowsOfOneItem) {
@@ -307,12 +338,6 @@ TEST(Attributes, NumbersOfTheOtherKindAreRefused) {
     EXPECT_TRUE(room.door.toldpart("applied to nodes, but none is selected"));
 }
 
-static int numberof(attributeform& form) {
-    int number = 0;
-    guarded([&] { applyattributes(form); }, [&](const runtimeerror& e) { number = e.number; });
-    return number;
-}
-
 TEST(Attributes, AFailedApplyLeavesTheListsAsTheyWere) {
     sessionroom room;
     modelsize(3) = 4;
@@ -333,13 +358,13 @@ TEST(Attributes, AFailedApplyLeavesTheListsAsTheyWere) {
     for (const auto& c : cases) {
         room.door.views[0].operations.clear();
         fill(form, c.fields);
-        EXPECT_EQ(numberof(form), c.error);
+        EXPECT_EQ(errorof(form), c.error);
         EXPECT_EQ(constraints(), before);
         EXPECT_EQ(room.door.views[0].count("line"), 6) << "three erased, three drawn again";
     }
     selectnodes({1, 2, 1, 2});
     fill(form, {"1", "2"});
-    EXPECT_EQ(numberof(form), 0) << "four rows fit, a node named twice needs them once";
+    EXPECT_EQ(errorof(form), 0) << "four rows fit, a node named twice needs them once";
     EXPECT_EQ(ncon, 4);
 }
 
@@ -372,6 +397,68 @@ TEST(Attributes, SymbolsAreErasedAndDrawnInTheViewsConcerned) {
         applyattributes(form);
         for (auto& view : room.door.views) EXPECT_EQ(view.count("line") > 0, !off);
     }
+    closeattributes(form);
+
+    checkonly(viewloads, 2);
+    selectnodes({});
+    selectelements({2});
+    form = openin(attributemodes::elementloads);
+    fill(form, {"", "", "1"});
+    for (auto& view : room.door.views) view.operations.clear();
+    applyattributes(form);
+    for (int v = 0; v < 4; ++v)
+        EXPECT_EQ(room.door.views[std::size_t(v)].count("line") > 0, v == 1) << v;
+}
+
+TEST(Attributes, ConstraintsThatAreOffAreNotDrawn) {
+    sessionroom room;
+    makechain(2);
+    mnudrawlist(2).checked = false;
+    selectnodes({1});
+    attributeform form = openin(attributemodes::constraints);
+    fill(form, {"0"});
+    applyattributes(form);
+    EXPECT_EQ(ncon, 1);
+    EXPECT_EQ(room.door.views[0].count("line"), 0);
+}
+
+TEST(Attributes, AnotherLoadCaseIsDrawnInThePlaceOfTheFirst) {
+    sessionroom room;
+    makechain(2);
+    loadcaseform casesform = openloadkees();
+    addloadcase(casesform);
+    loadnode(2, 0) = 1;
+    loadnode(2, 1) = 1;
+    loaddof(2, 1) = 2;
+    loadval(2, 1) = 7;
+    selectnodes({1});
+    attributeform form = openin(attributemodes::nodalloads);
+    for (const bool active : {false, true}) {
+        checkonly(viewloads, active ? 1 : 2);
+        chooseattributecase(form, 1);
+        room.door.views[0].operations.clear();
+        chooseattributecase(form, 0);
+        const auto& drawn = room.door.views[0].operations;
+        ASSERT_EQ(room.door.views[0].count("line"), active ? 1 : 0);
+        if (active) {
+            EXPECT_NE(drawn.front().find("#ffffff"), std::string::npos) << "erased";
+        }
+    }
+}
+
+TEST(Attributes, TheFirstRowMakesTheFirstLoadCase) {
+    sessionroom room;
+    makechain(2);
+    attributeform form = openin(attributemodes::nodalloads);
+    loadnode(0, 0) = 0;
+    applysingload(form, 2);
+    EXPECT_EQ(nlc(), 0) << "no field is filled";
+    fill(form, {"5"});
+    applysingload(form, 9);
+    EXPECT_EQ(nlc(), 0) << "there is no node 9";
+    applysingload(form, 2);
+    EXPECT_EQ(nlc(), 1);
+    EXPECT_EQ(loads(1), (std::vector<conrow>{{2, 1, 5}}));
 }
 
 TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {

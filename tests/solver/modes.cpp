@@ -175,6 +175,39 @@ TEST(Modes, ConstraintsThatPrescribeAValueAreFixedAndRigidLinksMoveAsOne) {
     EXPECT_NEAR(r.modes.effectivemass[0][1], 40, 1e-6) << "through the link";
 }
 
+// --- masses -------------------------------------------------------------------------------------
+
+TEST(Masses, OfAGroupAreMassCentreAndRadiiOfGyration) {
+    build b;
+    const int bar = squarebar(b, 0.2), plate = b.plate(2e11, 0.3, 0.1, 1000);
+    const int point = b.group({{fielddensity, 30}, {fieldixx, 7}, {fieldiyy, 8}, {fieldizz, 9}});
+    const int none = b.plate(2e11, 0.3, 0.1);
+    const vec3 far(1e5, -2e5, 3e5);  // a distant origin costs no digits
+    const auto at = [&](double x, double y, double z) {
+        return b.node(far.x() + x, far.y() + y, far.z() + z);
+    };
+    b.element(typebeam, bar, {at(0, 0, 0), at(6, 0, 0)});
+    b.element(typeshell4, plate, {at(0, 0, 1), at(4, 0, 1), at(4, 2, 1), at(0, 2, 1)});
+    b.element(typemass, point, {1});
+    b.element(typememb3, none, {3, 4, 5});
+    const auto masses = groupmasses(b.m, b.s);
+    ASSERT_EQ(masses.size(), 5u);
+    const double m1 = 8000 * 0.04 * 6, m2 = 1000 * 0.1 * 8;
+    EXPECT_NEAR(masses[1].mass, m1, 1e-9 * m1);
+    EXPECT_NEAR((masses[1].centre - far - vec3(3, 0, 0)).norm(), 0, 1e-6);
+    const double own = std::pow(0.2, 4) / 12 * 6 * 8000 / m1;  // of the section about one axis
+    EXPECT_NEAR(masses[1].radius[0], std::sqrt(2 * own), 1e-6);
+    EXPECT_NEAR(masses[1].radius[1], std::sqrt(3 + own), 1e-6);
+    EXPECT_NEAR(masses[2].mass, m2, 1e-9 * m2);
+    EXPECT_NEAR((masses[2].centre - far - vec3(2, 1, 1)).norm(), 0, 1e-6);
+    EXPECT_NEAR(masses[2].radius[2], std::sqrt((16 + 4) / 12.0), 2e-3) << "thickness counts a bit";
+    EXPECT_EQ(masses[3].mass, 30);
+    EXPECT_NEAR(masses[3].radius[1], std::sqrt(8 / 30.0), 1e-6);
+    EXPECT_EQ(masses[4].mass, 0);
+    EXPECT_EQ(masses[4].centre, vec3(0, 0, 0));
+    EXPECT_NEAR(masses[0].mass, m1 + m2 + 30, 1e-9 * m1);
+}
+
 // --- published cases ----------------------------------------------------------------------------
 
 // Eight arms of 5 m on pins, side 0.125 m, four elements an arm, in the plane.
@@ -250,4 +283,79 @@ TEST(VerifiedModes, DeepSimplySupportedBeam) {
                     : k < 7      ? 0.02
                                  : 0.06});
     }
+}
+
+// --- plates -------------------------------------------------------------------------------------
+
+// Ten metres square, 0.05 m thick; x, y and the drilling are held everywhere.
+static build squareplate(int type, int n, int modes) {
+    build b;
+    inmetres(b, modes);
+    const int g = b.plate(steel, 0.3, 0.05, density);
+    b.mesh(type, g, n, n, [](double r, double s) { return vec3(10 * r, 10 * s, 0); });
+    for (int i = 1; i <= b.m.nnodes(); ++i) b.fix(i, {1, 2, 6});
+    return b;
+}
+
+// The printed targets stand beside the coarse mesh; the fine one meets converged series (lambda of
+// omega a^2 sqrt(rho h / D)), which lie up to 1.2 % below some of them.
+static const double plateunit =
+    std::sqrt(steel * 0.05 * 0.05 / (12 * 0.91 * density)) / (2 * M_PI * 100);
+
+TEST(VerifiedModes, FreeSquarePlate) {
+    const double printed[5] = {1.622, 2.360, 2.922, 4.233, 4.233};
+    const double series[5] = {13.468, 19.596, 24.270, 34.801, 34.801};
+    for (const int n : {8, 32}) {
+        build b = squareplate(typeshell4, n, 8);
+        const results r = b.solve(0, modesalone());
+        ASSERT_EQ(r.modes.count(), 8);
+        for (int k = 0; k < 3; ++k) EXPECT_EQ(r.modes.value[std::size_t(k)], 0);
+        const std::string mesh = std::to_string(n) + " x " + std::to_string(n) + " SHELL4";
+        for (int k = 0; k < 5; ++k) {
+            const std::string mode = ", mode " + std::to_string(k + 4);
+            if (n == 8)
+                verify({"FV12 free plate" + mode, mesh, "NAFEMS FV12", printed[k], hertz(r, k + 4),
+                        0.03});
+            else
+                verify({"FV12 free plate, fine" + mode, mesh, "Bardell 1991", series[k] * plateunit,
+                        hertz(r, k + 4), 0.005});
+        }
+        EXPECT_NEAR(hertz(r, 7), hertz(r, 8), 1e-6 * hertz(r, 7)) << "a pair";
+        EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
+    }
+}
+
+TEST(VerifiedModes, CantileveredSquarePlate) {
+    const double printed[6] = {0.421, 1.029, 2.582, 3.306, 3.753, 6.555};
+    const double series[6] = {3.4710, 8.5066, 21.285, 27.199, 30.955, 54.183};
+    for (const int n : {8, 32})
+        for (const int type : {typeshell4, typeshell3}) {
+            build b = squareplate(type, n, 6);
+            for (int j = 0; j <= n; ++j) b.fix(1 + j * (n + 1), {3, 4, 5});
+            const results r = b.solve(0, modesalone());
+            const std::string mesh =
+                std::to_string(n) + " x " + std::to_string(n) + " " + kindof(type).name;
+            for (int k = 0; k < 6; ++k) {
+                const std::string name = "FV16 cantilevered plate, " + mesh + ", mode ";
+                const bool fine = n > 8;
+                verify({name + std::to_string(k + 1), mesh, fine ? "Bardell 1991" : "NAFEMS FV16",
+                        fine ? series[k] * plateunit : printed[k], hertz(r, k + 1),
+                        fine ? 0.005 : 0.03});
+            }
+        }
+}
+
+// Simply supported: omega = pi^2 (i^2 + j^2) / a^2 sqrt(D / rho h), equal for i, j and j, i.
+TEST(VerifiedModes, SupportedSquarePlateHasItsPairs) {
+    build b = squareplate(typeshell4, 24, 6);
+    for (int i = 0; i <= 24; ++i)
+        for (int j = 0; j <= 24; ++j)
+            if (i % 24 == 0 || j % 24 == 0) b.fix(1 + i + 25 * j, {3});
+    const results r = b.solve(0, modesalone());
+    const int waves[6] = {2, 5, 5, 8, 10, 10};
+    for (int k = 0; k < 6; ++k)
+        verify({"Supported square plate, mode " + std::to_string(k + 1), "24 x 24 SHELL4",
+                "Blevins, table 11-4", waves[k] * M_PI * M_PI * plateunit, hertz(r, k + 1), 0.01});
+    EXPECT_NEAR(hertz(r, 2), hertz(r, 3), 1e-6 * hertz(r, 2));
+    EXPECT_NEAR(hertz(r, 5), hertz(r, 6), 1e-6 * hertz(r, 5));
 }

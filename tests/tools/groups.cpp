@@ -6,6 +6,7 @@
 
 #include "core/model.h"
 #include "core/numtext.h"
+#include "core/start.h"
 #include "core/views.h"
 #include "tests/support/recorder.h"
 
@@ -114,7 +115,7 @@ TEST(Groups, NamesAreUniqueAndCaseCounts) {
         {"Deck, \"60\"", "Deck, \"60\"", ""},          {"Deck, \"60\"", "Deck, \"60\"", ""},
     };
     for (const auto& c : cases) {
-        changename(form, c.typed);
+        EXPECT_EQ(changename(form, c.typed), *c.message == 0) << c.typed;
         EXPECT_EQ(groupname(1), c.name) << c.typed;
         EXPECT_EQ(form.name, c.name) << c.typed;
         EXPECT_EQ(form.names[0], c.name) << c.typed;
@@ -147,9 +148,13 @@ TEST(Groups, AddingFindsAFreeName) {
 
     while (ngroups() < modelsize(4)) addgroup(form);
     EXPECT_EQ(form.message, "");
+    groups(meshgroup, 2) = 0.3;
+    editfield(form, 2, "0,3");
     addgroup(form);
     EXPECT_EQ(form.message, "Maximum number of groups");
     EXPECT_EQ(ngroups(), modelsize(4));
+    EXPECT_EQ(groups(meshgroup, 2), 0.3) << "the group was not left";
+    EXPECT_EQ(form.text[2], "0,3");
 }
 
 TEST(Groups, DeletingMovesAllThatNamesAGroup) {
@@ -248,9 +253,38 @@ TEST(Groups, AnEditOfAllGroupsTakesTheNumbersAlone) {
     }
     EXPECT_NE(form.message.find("\"steel\" is no number"), std::string::npos);
 
+    editfield(form, 5, "1");
+    EXPECT_EQ(form.plane, "Plane Strain");
+    editfield(form, 5, "");
+    EXPECT_EQ(form.plane, "Toggle") << "an emptied box sets no group";
     editfield(form, 1, "8");
-    readygroups(form);
+    EXPECT_TRUE(readygroups(form));
     EXPECT_EQ(groups(2, 1), 201) << "closing stores one group, never all";
+    EXPECT_EQ(meshgroup, 1) << "elements need a group";
+}
+
+TEST(Groups, ClosingTellsWhatItStoredOtherThanTyped) {
+    sessionroom room;
+    makegroups(2);
+    groupform form = opengroups();
+    editfield(form, 2, "0,3");
+    EXPECT_FALSE(readygroups(form)) << "stays open until this was read";
+    EXPECT_EQ(form.message, "Poisson ratio: \"0,3\" is no number, 0 is stored");
+    EXPECT_EQ(form.text[2], "0");
+    EXPECT_EQ(groups(1, 2), 0);
+    EXPECT_TRUE(readygroups(form));
+}
+
+TEST(Groups, ANewModelStartsWithItsFirstGroup) {
+    sessionroom room;
+    makegroups(3);
+    groupform form = opengroups();
+    choosegroup(form, 2);
+    readygroups(form);
+    EXPECT_EQ(meshgroup, 3) << "the tools take the group over";
+    ASSERT_TRUE(resetmodel());
+    EXPECT_EQ(ngroups(), 1);
+    EXPECT_EQ(meshgroup, 1);
 }
 
 TEST(Groups, LeavingAGroupKeepsItsEdit) {

@@ -143,6 +143,7 @@ TEST(PointEntry, SnapPrefersANodeOverAnEnd) {
     expectplace(2, 1, 4.3, 0);
     room.click(0.1, 0.3);
     expectplace(2, 2, 0, 0);
+    EXPECT_EQ(modelx, 0) << "a relative command goes on from the snapped point";
     room.click(0, 3);  // out of reach
     expectplace(3, 2, 0, 3);
     storegraphoptions({false});

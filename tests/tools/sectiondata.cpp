@@ -82,10 +82,12 @@ static void checkopen(const record& r) {
     expectwithin(r.izz, row->izz, calcsection(r.type, r.d).izz, r.name + " Izz");
 }
 
+// By the middle line, of diameter D - t: A = pi t (D - t), I = A ((D - t)^2 + t^2) / 8.
 static void checktube(const record& r) {
-    const sectionvalues v = calcsection(tubular, r.d);
-    EXPECT_NEAR(r.area, v.area, filed * v.area) << r.name;
-    for (const double i : {r.ixx, r.iyy, r.izz / 2}) EXPECT_NEAR(i, v.ixx, filed * v.ixx) << r.name;
+    const double t = r.d[dimh], middle = r.d[dimb] - t, area = pi * t * middle;
+    const double second = area * (middle * middle + t * t) / 8;
+    EXPECT_NEAR(r.area, area, filed * area) << r.name;
+    for (const double i : {r.ixx, r.iyy, r.izz / 2}) EXPECT_NEAR(i, second, filed * i) << r.name;
 }
 
 // The outside is rounded with ro, 1.5 t (European) or 2 t (American), the inside with t: corners
@@ -154,7 +156,8 @@ TEST(Sectiondata, EveryRecordAgreesWithItsGeometry) {
 }
 
 // Figures of the published tables: European cm2 and cm4, American inches. A value of 0 is not in
-// the table. Three digits as printed are good to half a per cent.
+// the table. Three digits as printed are good to half a per cent; torsion constants are printed
+// with fewer, and by formulas that differ a little.
 TEST(Sectiondata, HasTheFiguresOfTheTables) {
     const struct {
         const char* name;
@@ -216,7 +219,7 @@ TEST(Sectiondata, HasTheFiguresOfTheTables) {
         ASSERT_GT(s, 0) << spot.name;
         const bool metric = sectnames(s, 3) == "mm";
         const double square = metric ? 100 : 1, fourth = square * square;
-        const double tolerance = 0.0065;
+        const double tolerance = 0.005;
         EXPECT_NEAR(sectdata(s, 1) / square, spot.area, tolerance * spot.area) << spot.name;
         EXPECT_NEAR(sectdata(s, 2) / fourth, spot.ixx, tolerance * spot.ixx) << spot.name;
         EXPECT_NEAR(sectdata(s, 3) / fourth, spot.iyy, tolerance * spot.iyy) << spot.name;
@@ -224,36 +227,6 @@ TEST(Sectiondata, HasTheFiguresOfTheTables) {
             EXPECT_NEAR(sectdata(s, 4) / fourth, spot.izz, 2 * tolerance * spot.izz) << spot.name;
         }
     }
-}
-
-// What is made of two or half of another profile.
-TEST(Sectiondata, PairsAndHalvesFollowTheirProfile) {
-    int pairs = 0, halves = 0;
-    for (const record& r : allrecords()) {
-        std::string whole;
-        double share = 0.5;
-        if (r.type == dlprofile) {
-            whole = r.name.substr(1, r.name.find(" LLBB") - 1);
-            share = 2;
-            ++pairs;
-        } else if (r.name.rfind("T IPE", 0) == 0 || r.name.rfind("T HE", 0) == 0) {
-            whole = r.name.substr(2);
-            ++halves;
-        } else {
-            continue;
-        }
-        const int s = getsection(whole);
-        ASSERT_GT(s, 0) << r.name;
-        EXPECT_NEAR(r.area, share * sectdata(s, 1), 2 * filed * r.area) << r.name;
-        EXPECT_NEAR(r.izz, share * sectdata(s, 4), 2 * filed * r.izz) << r.name;
-        if (r.type == dlprofile) {
-            EXPECT_NEAR(r.ixx, 2 * sectdata(s, 2), 2 * filed * r.ixx) << r.name;
-        } else {
-            EXPECT_NEAR(r.iyy, sectdata(s, 3) / 2, 2 * filed * r.iyy) << r.name;
-        }
-    }
-    EXPECT_GT(pairs, 200);
-    EXPECT_EQ(halves, 66);
 }
 
 // Section moduli that the tool makes of the records, beside those of the tables (cm3, inch^3). The

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The highlight of the item under the pointer. State: what is highlighted.
+#include "edit/hover.h"
+
+#include "core/colours.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "edit/Mouseprocedures.h"
+#include "edit/find.h"
+#include "edit/selection.h"
+#include "view/drawelems.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
+
+static int hoverview;  // 0: nothing is highlighted
+static nearest hovered;
+
+static const char* nameofitem(selectitems item) {
+    static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
+    return names[item];
+}
+
+static void drawhovered(int nview, selectitems item) {
+    surface* const s = target(nview);
+    const colour highlight = rgb(255, 165, 0);
+    const double ring = 0.16;  // centimetres
+    if (s == nullptr) return;
+    s->toplane(planes::pointer);
+    prepareview(nview);
+    drawcolor = highlight;
+    s->fillsolid = false;
+    s->drawwidth = 2;
+    if (item == selectelements) {
+        drawelementoutline(hovered.item, nview);
+    } else if (item != selectpatches) {
+        if (item == selectgraphics) {
+            const float scale = viewscale(nview);
+            curx = scale * graphics(hovered.item, hovered.part, 1);
+            cury = scale * graphics(hovered.item, hovered.part, 2);
+            curz = scale * graphics(hovered.item, hovered.part, 3);
+        } else {
+            setnode(hovered.item, nview);
+        }
+        projectpoint(nview);
+        s->circle(scrx, scry, ring, highlight);
+    }
+    s->drawwidth = 1;
+    drawcolor = meshcolor;
+    s->toplane(planes::marks);
+    s->show();
+}
+
+void endhover() {
+    if (hoverview == 0) return;
+    if (surface* const s = target(hoverview)) {
+        s->clearplane(planes::pointer);
+        s->show();
+    }
+    hoverview = 0;
+    hovered = nearest();
+    door().showstatus(statusline());
+}
+
+static bool hovers() {
+    const moderow* const row = runningmode();
+    if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
+    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
+    return selecttype == selecttypes::single || selecttype == selecttypes::group;
+}
+
+static nearest itemunder(int nview, selectitems item) {
+    switch (item) {
+        case selectnodes:
+            return hovernode(nview);
+        case selectelements:
+            return hoverelement(nview);
+        case selectforces:
+            return hoverloadednode(nview);
+        case selectpatches:
+            return pickpatch(nview);
+        case selectgraphics:
+            return pickgraphic(nview);
+    }
+    return {};
+}
+
+void hover(int nview, double x, double y) {
+    if (!hovers()) return endhover();
+    const keptpoint kept;
+    takepoint(nview, x, y);
+    const selectitems item = runningmode() ? selectnodes : selectitem();
+    const nearest found = itemunder(nview, item);
+    if (found.item == 0) return endhover();
+    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
+    endhover();
+    hovered = found;
+    hoverview = nview;
+    drawhovered(nview, item);
+    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
+}

@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QBoxLayout>
 #include <QDialog>
+#include <QImage>
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QUrl>
@@ -12,12 +13,31 @@
 #include "ui/controls.h"
 #include "ui/mainwindow.h"
 
+namespace {
+// The text scales its pictures without smoothing; they come in the size they are shown in.
+class helptext : public QTextBrowser {
+  public:
+    using QTextBrowser::QTextBrowser;
+
+  protected:
+    QVariant loadResource(int kind, const QUrl& name) override {
+        if (kind != QTextDocument::ImageResource) return QTextBrowser::loadResource(kind, name);
+        const int shownwidth = 820;  // pixels, as the manual's own width of its pictures
+        const double ratio = devicePixelRatioF();
+        QImage picture(source().resolved(name).toLocalFile());
+        if (picture.width() > shownwidth * ratio)
+            picture = picture.scaledToWidth(int(shownwidth * ratio), Qt::SmoothTransformation);
+        return picture;
+    }
+};
+}  // namespace
+
 void showhelp(const QString& path) {
     auto* const dialog = new QDialog(themainwindow, Qt::Window);
     dialog->setObjectName("HelpWindow");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     auto* const rows = new QVBoxLayout(dialog);
-    auto* const text = new QTextBrowser(dialog);
+    auto* const text = new helptext(dialog);
     text->setObjectName("text");
     text->setOpenExternalLinks(true);
     text->setSource(QUrl::fromLocalFile(path));

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QPageSetupDialog>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -20,6 +19,7 @@
 #include "post/printdraw.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/pagesetup.h"
 #include "ui/printsurface.h"
 #include "ui/qtplatform.h"
 
@@ -221,9 +221,7 @@ void showprintpreview() {
 
 void showprintsetup() {
     topaper(theprinter());
-    auto* const dialog = new QPageSetupDialog(&theprinter(), themainwindow);
-    dialog->setObjectName("printsetup");
-    showmodal(dialog);
+    showmodal(makepagesetup(theprinter()));
 }
 
 // --- other documents ----------------------------------------------------------------------------

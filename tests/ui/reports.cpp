@@ -212,6 +212,24 @@ TEST(Reports, PrintedPagesAreWholeOrNotThere) {
         EXPECT_EQ(entry.path().string().find(".new~"), std::string::npos) << entry.path();
 }
 
+TEST(Reports, PageSetupChangesThePaper) {
+    playroom room;
+    room.play(
+        "file first.pdf\nmenu \"File/Print\"\n"
+        "press main printsetupbutton\nexpect printsetup.Option1(1) -1\n"
+        "choose printsetup Combo1 A3\ncheck printsetup Option1(0) on\n"
+        "press printsetup Cancel\nfile same.pdf\nmenu \"File/Print\"\n"
+        "press main printsetupbutton\nexpect printsetup.Combo1 A4\n"
+        "choose printsetup Combo1 A3\ncheck printsetup Option1(0) on\n"
+        "press printsetup OK\nfile second.pdf\nmenu \"File/Print\"\n");
+    // Width and height in points, 1/72 inch: A4 lying, A3 standing.
+    for (const char* name : {"first.pdf", "same.pdf"})
+        EXPECT_NE(room.content(name).find("/MediaBox [0 0 842.000000 595"), std::string::npos)
+            << name;
+    EXPECT_NE(room.content("second.pdf").find("/MediaBox [0 0 842.000000 1191"), std::string::npos)
+        << room.content("second.pdf").substr(0, 600);
+}
+
 TEST(Reports, TheDemonstrationGoesFromAnEmptyWindowToAPrintedPage) {
     // Its own lines expect the mesh, the displacement of beam theory and the portal frame.
     playroom room;

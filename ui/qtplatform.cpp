@@ -230,8 +230,8 @@ surface* qtplatform::printsurface() {
     return printpage();
 }
 
-bool qtplatform::endprint() {
-    return ::endprint();
+bool qtplatform::endprint(bool whole) {
+    return ::endprint(whole);
 }
 
 // --- long work ----------------------------------------------------------------------------------

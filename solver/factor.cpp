@@ -5,6 +5,7 @@
 
 #include <cholmod.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -248,7 +249,13 @@ double freememory() {
         std::getline(file, unit);
     }
     rlimit limit{};
-    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
-        available = std::min(available, double(limit.rlim_cur));
+    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
+        double pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        // OpenBLAS maps a buffer for each thread when it begins, and waits for ever without it.
+        const double buffers = 128.0 * 1024 * 1024 * threads();
+        const double taken = pages * double(sysconf(_SC_PAGESIZE)) + buffers;
+        available = std::min(available, std::max(0.0, double(limit.rlim_cur) - taken));
+    }
     return available;
 }

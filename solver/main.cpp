@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Entry of the solver program: the command line, and the frame in which every run ends with its log
 // written and the control file gone.
+#include <unistd.h>
+
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
@@ -135,5 +137,9 @@ int main(int count, char** words) {
         std::fputs(a.help ? usage : "feiflu " KALVANE_VERSION "\n", stdout);
         return 0;
     }
-    return run(a);
+    const int code = run(a);
+    std::fflush(nullptr);
+    // Not by way of the libraries' own endings: a helper thread of OpenBLAS that got no memory
+    // would be waited for without end.
+    _exit(code);
 }

@@ -92,6 +92,24 @@ static void addinternalforces(const model& m, const settings& s, const dofmap& d
     }
 }
 
+// What springs to ground exert on the structure: they are supports as well.
+static void addgroundsprings(const model& m, const settings& s, const dofmap& d,
+                             const displacements& u, std::vector<double>& force) {
+    elmatrix k;
+    elcases ue;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        if (kindof(def.type).fam != family::point || !kindof(def.type).stiffness) continue;
+        const elementdofs dofs = dofsof(d, def);
+        kindof(def.type).stiffness(elementat(m, s, e), k);
+        gather(d, dofs, u, ue);
+        const elcases f = k * ue;
+        for (int a = 0; a < dofs.count; ++a)
+            for (int c = 0; c < u.cases && dofs.index[a] >= 0; ++c)
+                force[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])] -= f(a, c);
+    }
+}
+
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
                           const displacements& u, runlog& log) {
     reactionset r;
@@ -115,8 +133,12 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
         }
         for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
         r.load[std::size_t(lc)] = resultant(m, d, load.data());
-        r.reaction[std::size_t(lc)] = resultant(m, d, force);
         log.progress("reactions", int(100.0 * lc / u.cases));
+    }
+    addgroundsprings(m, s, d, u, r.force);
+    for (int lc = 1; lc <= u.cases; ++lc) {
+        const double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
+        r.reaction[std::size_t(lc)] = resultant(m, d, force);
     }
     return r;
 }

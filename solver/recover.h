@@ -16,9 +16,10 @@ struct displacements {
     }
 };
 
-// Forces at the constrained degrees of freedom, and the loads they answer, summed.
+// Forces at the constrained degrees of freedom and of springs to ground, and the loads they answer,
+// summed.
 struct reactionset {
-    std::vector<double> force;   // like the displacements; 0 where nothing is constrained
+    std::vector<double> force;   // like the displacements; 0 where nothing supports
     std::vector<vec6> load;      // (1..cases): sum of applied forces DX..RZ; moments about the
     std::vector<vec6> reaction;  // origin of the model
 };

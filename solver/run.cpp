@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "solver/curve.h"
 #include "solver/held.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
@@ -114,6 +115,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkcontents(m);
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
+    measurecurve(m);
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);

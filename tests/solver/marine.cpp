@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "tests/solver/build.h"
-#include "tests/solver/verify.h"
+#include "tests/solver/page.h"
 
 static const double gravity = 9.80665, water = 1025, air = 1.225;
 

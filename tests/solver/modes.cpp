@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "tests/solver/build.h"
-#include "tests/solver/verify.h"
+#include "tests/solver/page.h"
 
 static wanted modesalone() {
     wanted what;
@@ -356,6 +356,6 @@ TEST(VerifiedModes, SupportedSquarePlateHasItsPairs) {
     for (int k = 0; k < 6; ++k)
         verify({"Supported square plate, mode " + std::to_string(k + 1), "24 x 24 SHELL4",
                 "Blevins, table 11-4", waves[k] * M_PI * M_PI * plateunit, hertz(r, k + 1), 0.01});
-    EXPECT_NEAR(hertz(r, 2), hertz(r, 3), 1e-6 * hertz(r, 2));
-    EXPECT_NEAR(hertz(r, 5), hertz(r, 6), 1e-6 * hertz(r, 5));
+    EXPECT_NEAR(hertz(r, 2), hertz(r, 3), 1e-6 * hertz(r, 2)) << "one turns into the other";
+    EXPECT_NEAR(hertz(r, 5), hertz(r, 6), 1e-4 * hertz(r, 5)) << "alike in the plate, not the mesh";
 }

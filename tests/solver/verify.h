@@ -1,15 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Rows of the verification page: a published or closed-form value beside what the solver computes.
+// Computed values against references. Each is a check and a row of docs/verification.md:
+//   FEIFLU_PAGE=docs/verification.md build/bin/test_solver --gtest_filter='Verification*'
+// writes the rows between the page's marks anew.
 #pragma once
 
 #include <string>
 
-struct verification {
-    std::string name, mesh, source;  // of the case, what stands for it, where the value comes from
-    double reference = 0, result = 0;
-    double tolerance = 0;  // of the reference
+#include "tests/solver/build.h"
+
+struct proof {
+    const char* chapter;  // mark of the page: <!-- rows chapter -->
+    std::string what, mesh;
+    double printed;    // in the source; 0: the same as the truth
+    double truth;      // what a perfect element gives
+    double value;      // computed
+    double tolerance;  // of the truth
 };
 
-// Expects the result within the tolerance, and the page to tell this very result. Where the
-// environment sets KALVANE_ACCEPT the row of the page is written instead.
-void verify(const verification& v);
+// Checks value / truth and keeps the row.
+void prove(const proof& p);
+
+// Checks that the reactions of all cases balance the loads to this part of them.
+void provebalance(const results& r, double most = 1e-9);

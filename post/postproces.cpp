@@ -57,7 +57,7 @@ float factorofcase(const textin& in, int l) {
     if (l > modelsize(7))
         in.fail(errsubscript, "the file holds more load cases than the declared " +
                                   numbertext(modelsize(7)) + "; see File, Model Size");
-    return lcomb(curlcomb, l);
+    return curlcomb >= 1 && curlcomb <= ncomb() ? lcomb(curlcomb, l) : 0;
 }
 
 // What is larger would be shown as infinite: half of what a Single holds, so that the length of

@@ -20,7 +20,8 @@ struct noderow {
 noderow readnoderow(textin& in, int anadof);
 // Count of nodes and analysis code of .rvp and .KRT; throws where they do not fit the model.
 int readheader(textin& in);
-// Multiplier of load case l in the current combination; throws for one beyond the declared ones.
+// Multiplier of load case l in the current combination, 0 where a mode's number is none; throws for
+// a load case beyond the declared ones.
 float factorofcase(const textin& in, int l);
 
 // "job.rvp holds 1 load case, the model has 2 ...", or nothing where they are as many.

@@ -63,7 +63,6 @@ void postdispatch(int nview) {
     s->drawwidth = 1;
     undeformed = isdeformed() ? 0 : 1;
     drawcontour(nview);
-    drawextremes(nview);
     undeformed = 1;
     drawcolor = before;
     drawlegend();
@@ -98,7 +97,6 @@ void drawelementstress(int nview) {
     for (int e = 1; e <= nelems(); ++e)
         if (isplotted(e) && isshown(e, nview)) drawhalves(*s, e, nview);
     s->drawwidth = 1;
-    drawextremes(nview);
     undeformed = 1;
     if (nview == 1) drawlegend();
 }

@@ -25,6 +25,11 @@ point2 cornerplace(int e, int corner, int nview) {
     return {scrx, scry};
 }
 
+// Contours lie in view 1, the stress of line elements in all.
+static bool isplottedin(int nview) {
+    return plotready() && (iselementstress() || (iscontour() && nview == 1));
+}
+
 // --- under the pointer --------------------------------------------------------------------------
 
 namespace {
@@ -195,8 +200,7 @@ static hit findhit(int nview, const point2& p) {
 }
 
 std::string valueunder(int nview, double x, double y) {
-    const bool here = iselementstress() || (iscontour() && nview == 1);
-    if (!valueatpointer || !here || !plotready()) return {};
+    if (!valueatpointer || !isplottedin(nview)) return {};
     const keptpoint kept;
     prepareview(nview);
     undeformed = isdeformed() ? 0 : 1;
@@ -243,8 +247,10 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
 
 void drawextremes(int nview) {
     surface* const s = target(nview);
-    if (s == nullptr || !markextremes || !plotready()) return;
-    s->toplane(planes::results);  // above loads and constraints
+    if (s == nullptr || !markextremes || !isplottedin(nview)) return;
+    prepareview(nview);
+    undeformed = isdeformed() ? 0 : 1;
     markplace(*s, nview, highest, "Max");
     if (lowest.value != highest.value) markplace(*s, nview, lowest, "Min");
+    undeformed = 1;
 }

@@ -10,6 +10,7 @@
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"
+#include "post/probe.h"
 #include "post/soptions.h"
 #include "post/stressfile.h"
 #include "view/moddraw.h"
@@ -186,4 +187,5 @@ void wirepost() {
     rereadresults = rereadshown;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
+    layer(layers::extremes).draw = drawextremes;
 }

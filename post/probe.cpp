@@ -226,8 +226,8 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     const double ring = 0.12, gap = 0.2, rim = 0.05;  // centimetres
     if (p.e == 0 || !isshown(p.e, nview)) return;
     const point2 at = cornerplace(p.e, p.corner, nview);
-    s.drawwidth = 5;
-    s.circle(at.x, at.y, ring, backcolor);  // the ring stands out from any band
+    s.fillsolid = true;
+    s.fillcolor = backcolor;  // the ring stands out from any band
     s.drawwidth = 2;
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawwidth = 1;
@@ -236,8 +236,6 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     const double left = at.x + gap, top = at.y - s.textheight() / 2;
     const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();
     const point2 plate[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    s.fillsolid = true;
-    s.fillcolor = backcolor;
     s.polygon(plate, 4, elemlabelcolor);
     s.fillsolid = false;
     s.textcolor = elemlabelcolor;

@@ -17,7 +17,7 @@
 double modevalue;
 int modecount;
 std::vector<double> modevalues;
-bool fieldread = true;
+bool fieldismode, fieldread = true;
 std::string fieldnote;
 
 noderow readnoderow(textin& in, int anadof) {
@@ -134,6 +134,7 @@ static bool readguarded(const std::function<void()>& read, const char* message) 
 }
 
 bool readdisp() {
+    fieldismode = false;
     return readguarded([] { readdispfile(rotations::drop); },
                        "Error occurred while trying to read Displacements.");
 }
@@ -241,6 +242,7 @@ static void readmodefile() {
 }
 
 bool readmode() {
+    fieldismode = true;
     return readguarded(readmodefile, "Error occurred while trying to read modeshapes.");
 }
 

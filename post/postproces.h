@@ -37,8 +37,8 @@ extern double modevalue;                // omega^2 of the shape shown, 1/s^2; 0 
 extern int modecount;                   // modes that the file holds
 extern std::vector<double> modevalues;  // omega^2 of each of them
 double frequencyof(double modevalue);   // Hz
-// How the last of the two went: false when it failed, and what the user should know of the file.
-extern bool fieldread;
+// The last of the two: was it readmode, did it succeed, and what should the user know of the file.
+extern bool fieldismode, fieldread;
 extern std::string fieldnote;
 
 // The rest serves the report: no message; false when the file is missing or not whole. Reading

@@ -49,12 +49,12 @@ static std::string noteoffill() {
 // The number of a mode shape stays as that of the combination.
 static std::string noteofcombination() {
     const bool stress = plotready() && plotsstress();
-    const bool displacement = needsdisplacements() && !ischecked(modeshape);
+    const bool displacement = needsdisplacements() && !fieldismode;
     if (!stress && !displacement) return {};
     if (curlcomb > ncomb())
         return "there is no load combination " + numbertext(curlcomb) + ", its " +
                (stress ? "stresses" : "displacements") + " are 0; choose one in the list";
-    if (stress && ischecked(modeshape))
+    if (stress && ischecked(modeshape) && fieldismode)
         return "the stresses are of load combination " + lcombname(curlcomb);
     return {};
 }
@@ -167,7 +167,7 @@ void rereadshown() {
 }
 
 std::string modetext() {
-    if (!ischecked(modeshape) || modecount == 0) return {};
+    if (!ischecked(modeshape) || !fieldismode || modecount == 0) return {};
     if (curlcomb > modecount)
         return "The results hold " + numbertext(modecount) + " mode shapes, number " +
                numbertext(curlcomb) + " is not among them";

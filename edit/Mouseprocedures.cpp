@@ -49,6 +49,10 @@ static pendingselection* pendingone() {
     return nullptr;
 }
 
+bool isselectionpending() {
+    return pendingone() != nullptr;
+}
+
 // --- modes --------------------------------------------------------------------------------------
 
 static void endmode() {
@@ -65,6 +69,14 @@ static void endboxes() {
     viewwindow = false;
     windowstep = 0;
     door().crosspointer(false);
+}
+
+bool endpendingselection() {
+    pendingselection* const pending = pendingone();
+    if (pending == nullptr) return false;
+    endboxes();
+    if (pending->ended) pending->ended();
+    return true;
 }
 
 void addready() {
@@ -327,7 +339,7 @@ static void selectpress(int nview) {
             break;
     }
     showselection();
-    if (pendingone() == nullptr) promptselected();
+    if (!isselectionpending()) promptselected();
 }
 
 // --- the driver ---------------------------------------------------------------------------------
@@ -342,7 +354,7 @@ static void leftpress(int nview) {
     if (addelemmode && row && row->press) return row->press(nview);
     if (viewwindow) return viewwindowpress(nview);
     if (zoomwinmode) return zoompress(nview);
-    if (pendingone()) return selectpress(nview);
+    if (isselectionpending()) return selectpress(nview);
     if (row && row->press) {
         if (snaps(*row)) snapto(nview);
         return row->press(nview);
@@ -355,11 +367,7 @@ void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
     if (zoomwinmode) return endboxes();
-    if (pendingselection* const pending = pendingone()) {
-        endboxes();
-        if (pending->ended) pending->ended();
-        return;
-    }
+    if (endpendingselection()) return;
     moderow* const row = runningmode();
     if (row && row->enter)
         row->enter();
@@ -371,7 +379,7 @@ void mousedriver(int nview, mousebuttons button) {
 // The right button opens a menu where nothing is under way that it would end.
 static bool menuallowed() {
     return runningmode() == nullptr && !windowdrag && !zoomwinmode && !viewwindow && !movepending &&
-           pendingone() == nullptr;
+           !isselectionpending();
 }
 
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
@@ -443,10 +451,7 @@ static void escape() {
     const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
     if (zoomed) return;
-    if (pendingselection* const pending = pendingone()) {
-        if (pending->ended) pending->ended();
-        return;
-    }
+    if (endpendingselection()) return;
     if (runningmode()) return endbyescape();
     if (boxed) return addready();
     releaseselection();

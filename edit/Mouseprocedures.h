@@ -37,6 +37,8 @@ struct pendingselection {
     std::function<void()> ended;
 };
 std::vector<pendingselection>& pendingselections();
+bool isselectionpending();
+bool endpendingselection();  // as ESC does; false when no dialog waits for one
 
 // Ends the running mode and returns to the rest state: all mode flags off, Add menu at Ready.
 void addready();

@@ -70,7 +70,7 @@ static bool raiseopen(const std::string& name) {
 }
 
 bool opendialog(const std::string& name) {
-    if (raiseopen(name)) return true;
+    if (raiseopen(name) || endpendingselection()) return true;  // the one that waits comes back
     const auto found = makers().find(name);
     if (found == makers().end()) return false;
     QDialog* const dialog = found->second();

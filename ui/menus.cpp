@@ -23,7 +23,6 @@
 #include "post/shapes.h"
 #include "tools/findpatch.h"
 #include "tools/intersect.h"
-#include "tools/mesh2d.h"
 #include "tools/placenodes.h"
 #include "tools/pointentry.h"
 #include "ui/demonstration.h"
@@ -357,13 +356,13 @@ static void refreshrecent() {
     }
 }
 
-// During an analysis, and while edges of a mesh are picked, nothing may change the model or its
+// During an analysis, and while a dialog waits for a selection, nothing may change the model or its
 // files; shortcuts stay away with the menus.
 static bool islocked(const std::string& path) {
     static const char* const locked[] = {"&File",   "&Edit",    "&Add",
                                          "&Define", "A&nalyse", "&Post-Process"};
     const std::string first = path.substr(0, path.find('|'));
-    return (menulock || edgepending) &&
+    return (menulock || isselectionpending()) &&
            std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 

@@ -105,9 +105,16 @@ void qtsurface::clearplane(planes p) {
     used[std::size_t(p)] = false;
 }
 
+// Smoothed marks cover the strokes that they lie on, with their edges; to erase covers both.
+double qtsurface::penwidth(const stroke& s) const {
+    if (!smooth) return s.width;
+    if (erases(s.c)) return s.width + 3;
+    return plane == planes::marks ? s.width + 1 : s.width;
+}
+
 QPen qtsurface::pen(const stroke& s) const {
     QPen p(qtcolor(s.c));
-    p.setWidthF(erases(s.c) && smooth ? s.width + 2 : s.width);
+    p.setWidthF(penwidth(s));
     p.setCosmetic(!smooth && s.width == 1 && ratio == 1);
     p.setStyle(s.style == pens::dotted && !erases(s.c) ? Qt::DotLine : Qt::SolidLine);
     p.setCapStyle(s.width > 1 && !erases(s.c) ? Qt::FlatCap : Qt::SquareCap);

@@ -54,6 +54,7 @@ class qtsurface : public surface {
     void close();
     void flush();
     bool erases(colour c) const { return (erasing || plane != planes::model) && c == background; }
+    double penwidth(const stroke& s) const;
     QPen pen(const stroke& s) const;
     QBrush brush() const;
     void setmode(QPainter& p, bool erase, bool smoothed) const;

@@ -17,6 +17,7 @@
 
 static int hoverview;  // 0: nothing is highlighted
 static nearest hovered;
+static long hoverpicture;  // picturesdrawn when it was drawn
 
 static const char* nameofitem(selectitems item) {
     static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
@@ -107,10 +108,13 @@ void hover(int nview, double x, double y) {
     const selectitems item = runningmode() ? selectnodes : selectitem();
     const nearest found = itemunder(nview, item);
     if (found.item == 0) return endhover();
-    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
+    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview &&
+        hoverpicture == picturesdrawn)
+        return;
     endhover();
     hovered = found;
     hoverview = nview;
+    hoverpicture = picturesdrawn;
     drawhovered(nview, item);
     door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

@@ -99,6 +99,10 @@ struct standins {
 
 }  // namespace
 
+static void mergenodepair(int keep, int drop, standins& stand) {
+    stand.of[std::size_t(drop)] = keep;
+}
+
 // All nodes near the selected one, in number order from the first; when a lower one takes its
 // place the search goes on from there with that node's place.
 static int mergeone(int selected, const nodegrid& grid, standins& stand) {
@@ -113,7 +117,7 @@ static int mergeone(int selected, const nodegrid& grid, standins& stand) {
         if (found == 0) return merged;
         passed = found;
         ++merged;
-        stand.of[std::size_t(std::max(found, keep))] = std::min(found, keep);
+        mergenodepair(std::min(found, keep), std::max(found, keep), stand);
         keep = std::min(found, keep);
     }
 }

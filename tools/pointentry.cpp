@@ -149,7 +149,7 @@ static void acceptelement() {
     ptcount = 1;
 }
 
-static void snappoint() {
+static void snapgiven() {
     if (!MnuSelectItem(5).checked) return;
     const float scale = viewscale(activeview);
     prepareview(activeview);
@@ -162,7 +162,7 @@ static void snappoint() {
 
 static void placepoint(const drawmode& mode) {
     needroom();
-    snappoint();
+    snapgiven();
     const int g = ngraphics() + 1;
     if (ptcount == 0) std::ranges::fill(graphics.row(g, 2), 0.0f);
     const point3 at = {modelx, modely, modelz};

@@ -64,8 +64,8 @@ static std::function<void()> chooseandredraw(array1<menustate>& list, int i) {
 
 static void togglescrollbars() {
     mnuSettingsItem(2).checked = !mnuSettingsItem(2).checked;
-    setscrollbars();
-    door().refresh();
+    arrangeviews();  // the views give them room
+    redrawall();
 }
 
 static void toggleselect(int i) {

@@ -156,7 +156,12 @@ static void addaddmenu(std::vector<menurow>& t) {
     };
     add(0, "Ready", "", [] { addready(); });
     add(1, "Free Node", "node", startaddnode);
-    add(2, "Element...", "element");
+    add(2, "Element...", "element", [] {
+        addready();
+        resultflag = 1;
+        mnuEditItem(0).enabled = false;
+        door().showdialog("addsingleelem");
+    });
     add(3, "Mesh...", "mesh", [] {
         addready();
         resultflag = 1;
@@ -357,13 +362,13 @@ static void refreshrecent() {
     }
 }
 
-// During an analysis, and while edges of a mesh are picked, nothing may change the model or its
-// files; shortcuts stay away with the menus.
+// During an analysis, and while a hidden dialog has items picked, nothing may change the model or
+// its files; shortcuts stay away with the menus.
 static bool islocked(const std::string& path) {
     static const char* const locked[] = {"&File",   "&Edit",    "&Add",
                                          "&Define", "A&nalyse", "&Post-Process"};
     const std::string first = path.substr(0, path.find('|'));
-    return (menulock || edgepending) &&
+    return (menulock || edgepending || singleel) &&
            std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 

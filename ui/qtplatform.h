@@ -32,7 +32,7 @@ class qtplatform : public platform {
     void crosspointer(bool on) override;
     printstart startprint() override;
     surface* printsurface() override;
-    bool endprint() override;
+    bool endprint(bool whole) override;
     bool progress(const std::string& what, double share, bool cancellable) override;
     void endprogress() override;
     void startprocess(const std::string& program, const std::vector<std::string>& arguments,

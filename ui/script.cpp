@@ -29,6 +29,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/appdir.h"
+#include "core/session.h"
 #include "core/views.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
@@ -396,7 +398,20 @@ bool scriptplayer::load(const QString& file) {
 }
 
 QString scriptplayer::inscript(const QString& file) const {
+    const QString mark = "results:";
+    if (file.startsWith(mark)) return QDir(results).absoluteFilePath(file.mid(mark.size()));
     return file.isEmpty() ? file : QDir(folder).absoluteFilePath(file);
+}
+
+// Installed scripts lie where nothing can be written.
+void scriptplayer::setresults(const QString& directory) {
+    results = QDir::cleanPath(inscript(directory));
+    QDir().mkpath(results);
+    if (iswritable(results.toStdString())) return;
+    results = QDir(QString::fromStdString(appdir)).absoluteFilePath(QFileInfo(results).fileName());
+    QDir().mkpath(results);
+    if (!iswritable(results.toStdString())) refuse("nothing can be written to " + results);
+    QTextStream(stdout) << "Results are in " << results << "\n";
 }
 
 bool scriptplayer::play() {
@@ -443,6 +458,9 @@ bool scriptplayer::run(const QString& line) {
     } else if (verb == "file") {
         need(1);
         theplatform().filequeue.push_back(inscript(rest(1)).toStdString());
+    } else if (verb == "results") {
+        need(1);
+        setresults(rest(1));
     } else if (verb == "answer") {
         need(1);
         queueanswer(words[1]);

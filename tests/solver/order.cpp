@@ -54,7 +54,7 @@ TEST(Verification, RingUnderPressureFromInside) {
             c.add(widened, truth);
             if (n > 4)
                 prove({"membrane", "Ring under pressure from inside, inner radius",
-                       meshname(type, n, n), "T", 0, truth, widened,
+                       meshname(type, n, n), "closed", 0, truth, widened,
                        (type == typememb3 || type == typeshell3 ? 3.5 : 0.6) / (n * n)});
         }
         EXPECT_GT(c.order, quadratic) << kindof(type).name;
@@ -103,7 +103,7 @@ TEST(Verification, CylinderUnderARingLoad) {
             const double widened = moved(r, 1, at.number(0, 0), 1);
             c.add(widened, truth);
             prove({"shell", "Cylinder under a ring load at its edge", meshname(type, around, n),
-                   "T", 0, truth, widened,
+                   "closed", 0, truth, widened,
                    n == 16   ? 0.1
                    : n == 32 ? 0.03
                              : 0.01});

@@ -71,7 +71,7 @@ class platform {
     virtual twipbox workarea() { return {}; }  // room for views, scroll bars and left bar
     virtual void placeview(int, const twipbox&, bool) {}
     virtual void viewsize(int, double& width, double& height) { width = height = 0; }  // cm
-    virtual void setscrollbars(int, const scrollrange&, bool) {}
+    virtual void setscrollbars(int, const scrollrange&) {}
     virtual void crosspointer(bool) {}  // over all views
 
     // The printer. startprint asks for printer, paper and orientation in the print dialog and

@@ -104,6 +104,14 @@ void takepoint(int nview, double x, double y) {
     unprojectpoint(nview);
 }
 
+void projectplace(int nview, double x, double y, double z) {
+    const float scale = viewscale(nview);
+    curx = float(scale * x);
+    cury = float(scale * y);
+    curz = float(scale * z);
+    projectpoint(nview);
+}
+
 int addnodeat(int nview) {
     if (nnodes() == nodes.upper2) {
         door().message(
@@ -384,7 +392,24 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     door().refresh();
 }
 
+void pressat(double x, double y, double z) {
+    endhover();
+    prepareview(activeview);
+    projectplace(activeview, x, y, z);
+    viewmousedown(activeview, mousebuttons::left, scrx, scry);
+}
+
+// What the running mode would make of a press here.
+static void followpointer(int nview, double x, double y) {
+    moderow* const row = runningmode();
+    if (row == nullptr || !row->follow) return;
+    const keptpoint kept;
+    takepoint(nview, x, y);
+    row->follow(nview);
+}
+
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
+    if (button == mousebuttons::none && !windowdrag) return followpointer(nview, x, y);
     const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
     const bool boxes = windowdrag && nview == bandview;
     if (!moves && !boxes) return;

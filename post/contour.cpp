@@ -9,6 +9,7 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "post/postproces.h"
 #include "post/stressfile.h"
 
 int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
@@ -80,7 +81,7 @@ bool isplotted(int e) {
     return elnn != 0 && (elnn == 2) == iselementstress() && (postset == 0 || elemflag(e));
 }
 
-static bool plotsstress() {
+bool plotsstress() {
     return iselementstress() || contourdata == 0;
 }
 
@@ -134,13 +135,19 @@ void retryresults() {
     refused = false;
 }
 
+// Other parts may give up the stresses, or the model may have outgrown them.
+static bool isloaded() {
+    return stressloaded && elemstress.upper2 >= nelems();
+}
+
 bool plotready() {
-    return ready;
+    return ready && (!plotsstress() || isloaded());
 }
 
 static bool preparestress() {
     lineelstress = iselementstress();
     if (refused) return false;
+    if (!isloaded()) stressloaded = false;
     refused = !readstress();
     return !refused;
 }
@@ -149,7 +156,7 @@ bool prepareplot() {
     ready = false;
     if (!iscontour() && !iselementstress()) return false;
     fillpalette();
-    if (plotsstress() && !preparestress()) return false;
+    if (plotsstress() ? !preparestress() : !fieldread) return false;
     contourscale();
     ready = true;
     return true;

@@ -45,8 +45,9 @@ float plotvalue(int e, int corner);  // what is plotted, corner 1..4
 // Sets indexmin and indexmax for the active entry.
 void contourscale();
 
-// Reads what the plot needs and sets its scale; false when there is nothing to colour. A file that
-// could not be read is not tried again before retryresults.
+// Reads the stresses that the plot needs and sets its scale; false when there is nothing to colour,
+// as after a failed read of displacements. A stress file that could not be read is not tried again
+// before retryresults.
 bool prepareplot();
 void retryresults();
 bool plotready();  // the last prepareplot succeeded
@@ -58,6 +59,7 @@ void postdispatch(int nview);
 void drawcontour(int nview);  // its elements
 void drawelementstress(int nview);
 
+bool plotsstress();      // stresses are coloured, not displacements
 bool iscontour();        // "Contour plot" is checked
 bool iselementstress();  // "Element Stress " is checked
 bool isdeformed();       // a deformed or a mode shape is on show

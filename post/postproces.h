@@ -6,6 +6,7 @@
 // read tells what is wrong with the file in the status line and, for the views, in a message.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "core/textfile.h"
@@ -22,6 +23,9 @@ int readheader(textin& in);
 // Multiplier of load case l in the current combination; throws for one beyond the declared ones.
 float factorofcase(const textin& in, int l);
 
+// "job.rvp holds 1 load case, the model has 2 ...", or nothing where they are as many.
+std::string noteofcases(const textin& in, int blocks);
+
 // Displacements of the current combination into set 1 of nodes, and maxdisp. False after the
 // message of a failed read; what was read stands.
 bool readdisp();
@@ -32,6 +36,9 @@ extern double modevalue;                // omega^2 of the shape shown, 1/s^2; 0 
 extern int modecount;                   // modes that the file holds
 extern std::vector<double> modevalues;  // omega^2 of each of them
 double frequencyof(double modevalue);   // Hz
+// How the last of the two went: false when it failed, and what the user should know of the file.
+extern bool fieldread;
+extern std::string fieldnote;
 
 // The rest serves the report: no message; false when the file is missing or not whole. Reading
 // that the user gave up throws errstopped.

@@ -10,6 +10,8 @@
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"
+#include "post/soptions.h"
+#include "post/stressfile.h"
 #include "view/moddraw.h"
 
 enum postitem { deformedshape = 1, contourplot, modeshape, elementstress };
@@ -30,21 +32,47 @@ static void readfield() {
         readdisp();
 }
 
+static std::string noteofset() {
+    if (!plotready() || highest.e != 0) return {};
+    return ischecked(contourplot)
+               ? "The set holds no element with a face; Element Stress shows lines"
+               : "The set holds no line element; Contour plot shows faces";
+}
+
+// What is on show and what the user should know of it, for the status line.
+static std::string resultnote() {
+    std::string note = fieldread ? modetext() : "";
+    const auto add = [&](const std::string& text) {
+        if (!note.empty() && !text.empty()) note += "; ";
+        note += text;
+    };
+    if (ischecked(modeshape) || needsdisplacements()) add(fieldnote);
+    if (plotready() && plotsstress()) add(stressnote);
+    add(noteofset());
+    return note;
+}
+
+static void tellnote() {
+    if (const std::string note = resultnote(); !note.empty()) door().showstatus(note);
+}
+
 void showresults() {
     prepareplot();
     door().refresh();
     redrawall();
-    if (ischecked(modeshape)) door().showstatus(modetext());
-    if (plotready() && highest.e == 0)
-        door().showstatus(ischecked(contourplot)
-                              ? "The set holds no element with a face; Element Stress shows lines"
-                              : "The set holds no line element; Contour plot shows faces");
+    tellnote();
 }
 
 static bool toggle(postitem item) {
     retryresults();
     menupostItem(item).checked = !menupostItem(item).checked;
     return menupostItem(item).checked;
+}
+
+// A set that another model has left empty gives way to all elements.
+static void takeset() {
+    noteselection();
+    if (postcount == 0) postset = 0;
 }
 
 void showdeformed() {
@@ -56,6 +84,7 @@ void showdeformed() {
 void showcontour() {
     const hourglass wait;
     if (toggle(contourplot)) {
+        takeset();
         menupostItem(elementstress).checked = false;
         if (contourdata == 1) readfield();
     }
@@ -64,7 +93,10 @@ void showcontour() {
 
 void showelementstress() {
     const hourglass wait;
-    if (toggle(elementstress)) menupostItem(contourplot).checked = false;
+    if (toggle(elementstress)) {
+        takeset();
+        menupostItem(contourplot).checked = false;
+    }
     showresults();
 }
 
@@ -106,6 +138,7 @@ void rereadshown() {
     retryresults();
     readfield();
     prepareplot();
+    tellnote();
 }
 
 std::string modetext() {

@@ -5,16 +5,8 @@
 
 #include <vector>
 
+#include "solver/forces.h"
 #include "solver/loads.h"
-
-// Displacements of all cases: d.dofs() numbers a case, one case behind the other.
-struct displacements {
-    std::vector<double> u;
-    int cases = 0;
-    const double* of(const dofmap& d, int lc) const {
-        return u.data() + std::size_t(lc - 1) * d.equation.size();
-    }
-};
 
 // Forces at the constrained degrees of freedom and of springs to ground, and the loads they answer,
 // summed.

@@ -39,6 +39,8 @@ void wiredialogs() {
     adddialog("graphoptions", makegraphoptions);
     adddialog("Mselect", makemselect);
     adddialog("mesh2d", makemesh2d);
+    adddialog("patchedit", makepatchedit);
+    adddialog("modifyelem", makemodifyelem);
 }
 
 void tellfault(const runtimeerror& fault) {

@@ -52,5 +52,7 @@ QDialog* makeplacenodes();
 QDialog* makegraphoptions();
 QDialog* makemselect();
 QDialog* makemesh2d();
+QDialog* makepatchedit();
+QDialog* makemodifyelem();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -21,6 +21,7 @@
 #include "post/contour.h"
 #include "post/printdraw.h"
 #include "post/shapes.h"
+#include "tools/findpatch.h"
 #include "tools/intersect.h"
 #include "tools/mesh2d.h"
 #include "tools/placenodes.h"
@@ -63,8 +64,8 @@ static std::function<void()> chooseandredraw(array1<menustate>& list, int i) {
 
 static void togglescrollbars() {
     mnuSettingsItem(2).checked = !mnuSettingsItem(2).checked;
-    setscrollbars();
-    door().refresh();
+    arrangeviews();  // the views give them room
+    redrawall();
 }
 
 static void toggleselect(int i) {
@@ -132,7 +133,7 @@ static void addeditmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 7, "Modify Selection...", "modify", "", modifyselection});
     t.push_back({m, a, 8, "Refine elements", "refine", "", [] { refineelements(); }});
     t.push_back({m, a, 9, "Numerical Interface", "numbers"});
-    t.push_back({m, a, 10, "Findpatch"});
+    t.push_back({m, a, 10, "Findpatch", "patch", "", [] { findpatch(); }});
 }
 
 static void addselectmenu(std::vector<menurow>& t) {

@@ -212,8 +212,8 @@ surface* qtplatform::legendsurface() {
     return themainwindow ? themainwindow->legendsurface() : nullptr;
 }
 
-void qtplatform::setscrollbars(int nview, const scrollrange& range, bool shown) {
-    if (themainwindow) themainwindow->view(nview)->setbars(range, shown);
+void qtplatform::setscrollbars(int nview, const scrollrange& range) {
+    if (themainwindow) themainwindow->view(nview)->setbars(range);
 }
 
 void qtplatform::crosspointer(bool on) {

@@ -28,7 +28,7 @@ class qtplatform : public platform {
     void placeview(int nview, const twipbox& box, bool shown) override;
     void viewsize(int nview, double& width, double& height) override;
     surface* legendsurface() override;
-    void setscrollbars(int nview, const scrollrange& range, bool shown) override;
+    void setscrollbars(int nview, const scrollrange& range) override;
     void crosspointer(bool on) override;
     printstart startprint() override;
     surface* printsurface() override;

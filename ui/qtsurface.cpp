@@ -118,11 +118,12 @@ QBrush qtsurface::brush() const {
     return fillsolid ? QBrush(qtcolor(fillcolor)) : QBrush(Qt::NoBrush);
 }
 
-// On an upper plane the background's colour takes away what is there.
-static void setmode(QPainter& p, bool erase, bool smooth) {
-    p.setCompositionMode(erase ? QPainter::CompositionMode_Clear
-                               : QPainter::CompositionMode_SourceOver);
-    p.setRenderHint(QPainter::Antialiasing, smooth && !erase);
+// The plane of the model holds the background itself, the planes above it are clear where they are
+// empty.
+void qtsurface::setmode(QPainter& p, bool erase, bool smoothed) const {
+    p.setCompositionMode(erase && plane != planes::model ? QPainter::CompositionMode_Clear
+                                                         : QPainter::CompositionMode_SourceOver);
+    p.setRenderHint(QPainter::Antialiasing, smoothed && !erase);
 }
 
 void qtsurface::flush() {
@@ -214,8 +215,9 @@ void qtsurface::circle(double x, double y, double radius, colour c) {
         return;
     }
     if (erase) {
-        p.setPen(QPen(Qt::black, 4));  // a stamped disc lies up to a pixel beside its place
-        p.setBrush(Qt::black);
+        // A stamped disc lies up to a pixel beside its place.
+        p.setPen(QPen(qtcolor(background), 4));
+        p.setBrush(qtcolor(background));
         ++round;
     } else {
         p.setPen(pen({c, drawwidth, drawstyle}));
@@ -256,7 +258,7 @@ void qtsurface::text(std::string_view utf8) {
         setmode(p, true, false);
         p.fillRect(QRectF(at, QSizeF(metrics.horizontalAdvance(qtext(utf8)) + 2, metrics.height()))
                        .adjusted(-1, -1, 1, 1),
-                   Qt::black);
+                   qtcolor(background));
         return;
     }
     setmode(p, false, smooth);

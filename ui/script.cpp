@@ -26,6 +26,7 @@
 #include <QTableWidget>
 #include <QTextStream>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 
 #include "core/appdir.h"
@@ -270,8 +271,16 @@ void savepicture(const QImage& image, const QString& path) {
 QImage windowpicture() {
     QImage all = themainwindow->grab().toImage();
     QPainter p(&all);
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (w == themainwindow || !w->isVisible() || !qobject_cast<QDialog*>(w)) continue;
+    QWidgetList shown;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w != themainwindow && w->isVisible() && qobject_cast<QDialog*>(w)) shown << w;
+    // A dialog lies above the one that it was opened from.
+    std::ranges::stable_sort(shown, {}, [](const QWidget* w) {
+        int depth = 0;
+        while ((w = w->parentWidget())) ++depth;
+        return depth;
+    });
+    for (QWidget* w : shown) {
         const QPixmap picture = w->grab();
         const QSize size = picture.deviceIndependentSize().toSize();
         const QPoint corner((themainwindow->width() - size.width()) / 2,

@@ -186,11 +186,13 @@ static void drawonmodel(bool erase) {
         surface* const s = target(v);
         if (s == nullptr) continue;
         s->toplane(planes::model);
+        s->erasing = erase;
         for (const auto& [which, own] : rows) {
             drawcolor = erase ? backcolor : *own;
             if (layer(which).draw) layer(which).draw(v);
         }
         s->show();
+        s->erasing = false;
     }
     drawcolor = meshcolor;
 }

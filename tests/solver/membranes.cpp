@@ -133,10 +133,10 @@ TEST(Verification, CooksPanel) {
             }
             const results r = b.solve();
             provebalance(r);
-            prove({"membrane", "Cook's panel, middle of the loaded edge [C]",
+            prove({"membrane", "Cook's panel, middle of the loaded edge",
                    std::string(kindof(row.type).name) + " " + std::to_string(n) + " x " +
                        std::to_string(n),
-                   23.96, 23.965, moved(r, 1, grid.number(n, n / 2), 2),
+                   "C", 23.96, 23.965, moved(r, 1, grid.number(n, n / 2), 2),
                    n == 4   ? row.coarse
                    : n == 8 ? (row.coarse + row.fine) / 2
                             : row.fine});

@@ -4,8 +4,7 @@
 
 #include <cmath>
 
-#include "tests/solver/build.h"
-#include "tests/solver/page.h"
+#include "tests/solver/verify.h"
 
 static wanted modesalone() {
     wanted what;
@@ -211,7 +210,7 @@ TEST(Masses, OfAGroupAreMassCentreAndRadiiOfGyration) {
 // --- published cases ----------------------------------------------------------------------------
 
 // Eight arms of 5 m on pins, side 0.125 m, four elements an arm, in the plane.
-TEST(VerifiedModes, PinEndedDoubleCross) {
+TEST(Verification, PinEndedDoubleCross) {
     build b;
     inmetres(b, 16);
     b.m.twod = true;
@@ -232,12 +231,12 @@ TEST(VerifiedModes, PinEndedDoubleCross) {
     const double wanted[16] = {11.336, 17.709, 17.709, 17.709, 17.709, 17.709, 17.709, 17.709,
                                45.345, 57.390, 57.390, 57.390, 57.390, 57.390, 57.390, 57.390};
     for (int k = 1; k <= 16; ++k)
-        verify({"FV2 double cross, mode " + std::to_string(k), "4 BEAM an arm", "NAFEMS FV2",
-                wanted[k - 1], hertz(r, k), 0.012});
+        prove({"vibration", "FV2 double cross, mode " + std::to_string(k), "BEAM, 4 an arm", "NF",
+               0, wanted[k - 1], hertz(r, k), 0.012});
 }
 
 // Ten metres of round bar, clamped, at its tip two masses on rigid arms of 2 m.
-TEST(VerifiedModes, CantileverWithMassesOffItsAxis) {
+TEST(Verification, CantileverWithMassesOffItsAxis) {
     build b;
     inmetres(b, 6);
     const double d = 0.5, i = M_PI / 64 * std::pow(d, 4);
@@ -258,13 +257,13 @@ TEST(VerifiedModes, CantileverWithMassesOffItsAxis) {
     const results r = b.solve(0, modesalone());
     const double wanted[6] = {1.723, 1.727, 7.413, 9.972, 18.155, 26.957};
     for (int k = 1; k <= 6; ++k)
-        verify({"FV4 cantilever with off-centre masses, mode " + std::to_string(k),
-                "5 BEAM, 2 RIGID", "NAFEMS FV4", wanted[k - 1], hertz(r, k), 0.01});
+        prove({"vibration", "FV4 cantilever with off-centre masses, mode " + std::to_string(k),
+               "BEAM 5, RIGID 2", "NF", 0, wanted[k - 1], hertz(r, k), 0.01});
 }
 
 // Ten metres of a square bar of 2 m: shear and rotary inertia count. Mode 8 is the third half wave
 // of bending on five elements, hence the finer mesh beside the published one.
-TEST(VerifiedModes, DeepSimplySupportedBeam) {
+TEST(Verification, DeepSimplySupportedBeam) {
     for (const int elements : {5, 20}) {
         build b;
         inmetres(b, 9);
@@ -275,13 +274,13 @@ TEST(VerifiedModes, DeepSimplySupportedBeam) {
         const results r = b.solve(0, modesalone());
         const double wanted[9] = {42.649, 42.649, 77.542, 125.00, 148.31,
                                   148.31, 233.10, 284.55, 284.55};
-        const std::string mesh = std::to_string(elements) + " BEAM";
+        const std::string mesh = "BEAM " + std::to_string(elements);
         for (int k = 1; k <= 9; ++k)
-            verify({"FV5 deep beam, " + mesh + ", mode " + std::to_string(k), mesh, "NAFEMS FV5",
-                    wanted[k - 1], hertz(r, k),
-                    elements > 5 ? 0.005
-                    : k < 7      ? 0.02
-                                 : 0.06});
+            prove({"vibration", "FV5 deep beam, mode " + std::to_string(k), mesh, "NF", 0,
+                   wanted[k - 1], hertz(r, k),
+                   elements > 5 ? 0.005
+                   : k < 7      ? 0.02
+                                : 0.06});
     }
 }
 
@@ -302,7 +301,7 @@ static build squareplate(int type, int n, int modes) {
 static const double plateunit =
     std::sqrt(steel * 0.05 * 0.05 / (12 * 0.91 * density)) / (2 * M_PI * 100);
 
-TEST(VerifiedModes, FreeSquarePlate) {
+TEST(Verification, FreeSquarePlate) {
     const double printed[5] = {1.622, 2.360, 2.922, 4.233, 4.233};
     const double series[5] = {13.468, 19.596, 24.270, 34.801, 34.801};
     for (const int n : {8, 32}) {
@@ -310,22 +309,16 @@ TEST(VerifiedModes, FreeSquarePlate) {
         const results r = b.solve(0, modesalone());
         ASSERT_EQ(r.modes.count(), 8);
         for (int k = 0; k < 3; ++k) EXPECT_EQ(r.modes.value[std::size_t(k)], 0);
-        const std::string mesh = std::to_string(n) + " x " + std::to_string(n) + " SHELL4";
-        for (int k = 0; k < 5; ++k) {
-            const std::string mode = ", mode " + std::to_string(k + 4);
-            if (n == 8)
-                verify({"FV12 free plate" + mode, mesh, "NAFEMS FV12", printed[k], hertz(r, k + 4),
-                        0.03});
-            else
-                verify({"FV12 free plate, fine" + mode, mesh, "Bardell 1991", series[k] * plateunit,
-                        hertz(r, k + 4), 0.005});
-        }
+        for (int k = 0; k < 5; ++k)
+            prove({"vibration", "FV12 free plate, mode " + std::to_string(k + 4),
+                   meshname(typeshell4, n, n), "NF, B", printed[k], series[k] * plateunit,
+                   hertz(r, k + 4), n == 8 ? 0.01 : 0.001});
         EXPECT_NEAR(hertz(r, 7), hertz(r, 8), 1e-6 * hertz(r, 7)) << "a pair";
         EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
     }
 }
 
-TEST(VerifiedModes, CantileveredSquarePlate) {
+TEST(Verification, CantileveredSquarePlate) {
     const double printed[6] = {0.421, 1.029, 2.582, 3.306, 3.753, 6.555};
     const double series[6] = {3.4710, 8.5066, 21.285, 27.199, 30.955, 54.183};
     for (const int n : {8, 32})
@@ -333,20 +326,15 @@ TEST(VerifiedModes, CantileveredSquarePlate) {
             build b = squareplate(type, n, 6);
             for (int j = 0; j <= n; ++j) b.fix(1 + j * (n + 1), {3, 4, 5});
             const results r = b.solve(0, modesalone());
-            const std::string mesh =
-                std::to_string(n) + " x " + std::to_string(n) + " " + kindof(type).name;
-            for (int k = 0; k < 6; ++k) {
-                const std::string name = "FV16 cantilevered plate, " + mesh + ", mode ";
-                const bool fine = n > 8;
-                verify({name + std::to_string(k + 1), mesh, fine ? "Bardell 1991" : "NAFEMS FV16",
-                        fine ? series[k] * plateunit : printed[k], hertz(r, k + 1),
-                        fine ? 0.005 : 0.03});
-            }
+            for (int k = 0; k < 6; ++k)
+                prove({"vibration", "FV16 cantilevered plate, mode " + std::to_string(k + 1),
+                       meshname(type, n, n), "NF, B", printed[k], series[k] * plateunit,
+                       hertz(r, k + 1), n == 8 ? 0.01 : 0.001});
         }
 }
 
 // Simply supported: omega = pi^2 (i^2 + j^2) / a^2 sqrt(D / rho h), equal for i, j and j, i.
-TEST(VerifiedModes, SupportedSquarePlateHasItsPairs) {
+TEST(Verification, SupportedSquarePlateHasItsPairs) {
     build b = squareplate(typeshell4, 24, 6);
     for (int i = 0; i <= 24; ++i)
         for (int j = 0; j <= 24; ++j)
@@ -354,8 +342,9 @@ TEST(VerifiedModes, SupportedSquarePlateHasItsPairs) {
     const results r = b.solve(0, modesalone());
     const int waves[6] = {2, 5, 5, 8, 10, 10};
     for (int k = 0; k < 6; ++k)
-        verify({"Supported square plate, mode " + std::to_string(k + 1), "24 x 24 SHELL4",
-                "Blevins, table 11-4", waves[k] * M_PI * M_PI * plateunit, hertz(r, k + 1), 0.01});
+        prove({"vibration", "Supported square plate, mode " + std::to_string(k + 1),
+               "SHELL4 24 x 24", "Bl", 0, waves[k] * M_PI * M_PI * plateunit, hertz(r, k + 1),
+               0.01});
     EXPECT_NEAR(hertz(r, 2), hertz(r, 3), 1e-6 * hertz(r, 2)) << "one turns into the other";
     EXPECT_NEAR(hertz(r, 5), hertz(r, 6), 1e-4 * hertz(r, 5)) << "alike in the plate, not the mesh";
 }

@@ -135,8 +135,8 @@ TEST(Verification, PatchTests) {
                 }
             }
             EXPECT_LT(worst, 1e-8) << row.name << " " << kindof(row.type).name << where;
-            prove({"patch", std::string(row.name) + where + ", displacement [MH]",
-                   kindof(row.type).name, 0, 1, 1 + error, 1e-9});
+            prove({"patch", std::string(row.name) + where + ", displacement", kindof(row.type).name,
+                   "MH", 0, 1, 1 + error, 1e-9});
         }
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Computed values against references. Each is a check and a row of docs/verification.md:
-//   FEIFLU_PAGE=docs/verification.md build/bin/test_solver --gtest_filter='Verification*'
-// writes the rows between the page's marks anew.
+// Computed values against references. Each is a check and a row of docs/verification.md, and fails
+// where the page tells another result. A run of all tests then leaves the page as it should be in
+// verification.md.out, and tests/accept takes that over.
 #pragma once
 
 #include <string>
@@ -11,14 +11,18 @@
 struct proof {
     const char* chapter;  // mark of the page: <!-- rows chapter -->
     std::string what, mesh;
-    double printed;    // in the source; 0: the same as the truth
-    double truth;      // what a perfect element gives
-    double value;      // computed
-    double tolerance;  // of the truth
+    const char* source;  // letters in the page's list of sources; several with commas
+    double printed;      // in the source; 0: the same as the truth
+    double truth;        // what a perfect element gives
+    double value;        // computed
+    double tolerance;    // of the truth
 };
 
-// Checks value / truth and keeps the row.
+// Checks value / truth and holds the page against the row.
 void prove(const proof& p);
 
-// Checks that the reactions of all cases balance the loads to this part of them.
-void provebalance(const results& r, double most = 1e-9);
+// Checks that the reactions of all cases balance the loads to 1e-9 of them.
+void provebalance(const results& r);
+
+// "SHELL4 8 x 8"
+std::string meshname(int type, int nx, int ny);

@@ -119,9 +119,10 @@ TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
     sessionroom room;
     const int good = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0});
     const int bad[] = {
-        addgraphic(kindcircle, {0, 0, 0}, {2, 0, 0}, {1, 0, 0}),  // collinear
-        addgraphic(kindcircle, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}),  // one point
-        addgraphic(kindcircle, {3, 3, 3}, {3, 3, 3}, {1, 0, 0}),  // no chord
+        addgraphic(kindcircle, {0, 0, 0}, {2, 0, 0}, {1, 0, 0}),            // collinear
+        addgraphic(kindcircle, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}),            // one point
+        addgraphic(kindcircle, {3, 3, 3}, {3, 3, 3}, {1, 0, 0}),            // no chord
+        addgraphic(kindcircle, {1e38, 0, 0}, {-1e38, 0, 0}, {0, 1e38, 0}),  // beyond all bounds
     };
     ASSERT_TRUE(evaluatecircle(graphics, good));
     for (const int g : bad) {
@@ -131,7 +132,9 @@ TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
         expectpoint(graphicpoint(1), definitionpoint(graphics, g, 2), 0);  // drawn as the chord
         EXPECT_EQ(kindof(graphics, g), kindcircle);
     }
-    EXPECT_FALSE(setgraphic(graphics, 5));  // a free slot
+    EXPECT_FALSE(setgraphic(graphics, 6));  // a free slot
+    graphics(good, 0, 0) = 1e30f;           // of a damaged file
+    EXPECT_FALSE(setgraphic(graphics, good));
 }
 
 TEST(Graphics, ANewRadiusKeepsTheEndsAndTheSide) {

@@ -81,7 +81,8 @@ void endhover() {
 static bool hovers() {
     const moderow* const row = runningmode();
     if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
+    if (row != nullptr)
+        return row->flag == &addelemmode || (snaps(*row) && MnuSelectItem(5).checked);
     return selecttype == selecttypes::single || selecttype == selecttypes::group;
 }
 

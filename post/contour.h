@@ -42,8 +42,9 @@ extern cornervalue highest, lowest;  // of the corners that exist, set by contou
 bool ispostelement(int e);           // of the chosen set and not a free slot
 bool isplotted(int e);               // and of a kind that the active entry shows
 float plotvalue(int e, int corner);  // what is plotted, corner 1..4
-// Sets indexmin and indexmax for the active entry.
+// Sets indexmin and indexmax for the active entry, and counts what the filled painter leaves out.
 void contourscale();
+extern int unfilled;  // elements with no value below fillstart
 
 // Reads the stresses that the plot needs and sets its scale; false when there is nothing to colour,
 // as after a failed read of displacements. A stress file that could not be read is not tried again

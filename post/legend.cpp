@@ -39,7 +39,8 @@ static std::string componenttext() {
 }
 
 static std::string fieldname() {
-    if (showsdisplacement() && menupostItem(3).checked) return "Mode shape " + numbertext(curlcomb);
+    if (showsdisplacement() && menupostItem(3).checked && fieldismode)
+        return "Mode shape " + numbertext(curlcomb);
     return curlcomb >= 1 && curlcomb <= ncomb() ? lcombname(curlcomb) : "Load Case 1";
 }
 

@@ -17,7 +17,7 @@
 double modevalue;
 int modecount;
 std::vector<double> modevalues;
-bool fieldread = true;
+bool fieldismode, fieldread = true;
 std::string fieldnote;
 
 noderow readnoderow(textin& in, int anadof) {
@@ -57,7 +57,7 @@ float factorofcase(const textin& in, int l) {
     if (l > modelsize(7))
         in.fail(errsubscript, "the file holds more load cases than the declared " +
                                   numbertext(modelsize(7)) + "; see File, Model Size");
-    return lcomb(curlcomb, l);
+    return curlcomb >= 1 && curlcomb <= ncomb() ? lcomb(curlcomb, l) : 0;
 }
 
 // What is larger would be shown as infinite: half of what a Single holds, so that the length of
@@ -134,6 +134,7 @@ static bool readguarded(const std::function<void()>& read, const char* message) 
 }
 
 bool readdisp() {
+    fieldismode = false;
     return readguarded([] { readdispfile(rotations::drop); },
                        "Error occurred while trying to read Displacements.");
 }
@@ -241,6 +242,7 @@ static void readmodefile() {
 }
 
 bool readmode() {
+    fieldismode = true;
     return readguarded(readmodefile, "Error occurred while trying to read modeshapes.");
 }
 

@@ -25,6 +25,11 @@ point2 cornerplace(int e, int corner, int nview) {
     return {scrx, scry};
 }
 
+// Contours lie in view 1, the stress of line elements in all.
+static bool isplottedin(int nview) {
+    return plotready() && (iselementstress() || (iscontour() && nview == 1));
+}
+
 // --- under the pointer --------------------------------------------------------------------------
 
 namespace {
@@ -195,8 +200,7 @@ static hit findhit(int nview, const point2& p) {
 }
 
 std::string valueunder(int nview, double x, double y) {
-    const bool here = iselementstress() || (iscontour() && nview == 1);
-    if (!valueatpointer || !here || !plotready()) return {};
+    if (!valueatpointer || !isplottedin(nview)) return {};
     const keptpoint kept;
     prepareview(nview);
     undeformed = isdeformed() ? 0 : 1;
@@ -222,8 +226,8 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     const double ring = 0.12, gap = 0.2, rim = 0.05;  // centimetres
     if (p.e == 0 || !isshown(p.e, nview)) return;
     const point2 at = cornerplace(p.e, p.corner, nview);
-    s.drawwidth = 5;
-    s.circle(at.x, at.y, ring, backcolor);  // the ring stands out from any band
+    s.fillsolid = true;
+    s.fillcolor = backcolor;  // the ring stands out from any band
     s.drawwidth = 2;
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawwidth = 1;
@@ -232,8 +236,6 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     const double left = at.x + gap, top = at.y - s.textheight() / 2;
     const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();
     const point2 plate[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    s.fillsolid = true;
-    s.fillcolor = backcolor;
     s.polygon(plate, 4, elemlabelcolor);
     s.fillsolid = false;
     s.textcolor = elemlabelcolor;
@@ -243,8 +245,10 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
 
 void drawextremes(int nview) {
     surface* const s = target(nview);
-    if (s == nullptr || !markextremes || !plotready()) return;
-    s->toplane(planes::results);  // above loads and constraints
+    if (s == nullptr || !markextremes || !isplottedin(nview)) return;
+    prepareview(nview);
+    undeformed = isdeformed() ? 0 : 1;
     markplace(*s, nview, highest, "Max");
     if (lowest.value != highest.value) markplace(*s, nview, lowest, "Min");
+    undeformed = 1;
 }

@@ -10,6 +10,7 @@
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"
+#include "post/probe.h"
 #include "post/soptions.h"
 #include "post/stressfile.h"
 #include "view/moddraw.h"
@@ -39,6 +40,25 @@ static std::string noteofset() {
                : "The set holds no line element; Contour plot shows faces";
 }
 
+static std::string noteoffill() {
+    if (!ischecked(contourplot) || !contourfilled || !plotready() || unfilled == 0) return {};
+    return numbertext(unfilled) + (unfilled == 1 ? " element" : " elements") +
+           " with values from 1E+06 up not filled; contour lines show them";
+}
+
+// The number of a mode shape stays as that of the combination.
+static std::string noteofcombination() {
+    const bool stress = plotready() && plotsstress();
+    const bool displacement = needsdisplacements() && !fieldismode;
+    if (!stress && !displacement) return {};
+    if (curlcomb > ncomb())
+        return "there is no load combination " + numbertext(curlcomb) + ", its " +
+               (stress ? "stresses" : "displacements") + " are 0; choose one in the list";
+    if (stress && ischecked(modeshape) && fieldismode)
+        return "the stresses are of load combination " + lcombname(curlcomb);
+    return {};
+}
+
 // What is on show and what the user should know of it, for the status line.
 static std::string resultnote() {
     std::string note = fieldread ? modetext() : "";
@@ -48,12 +68,17 @@ static std::string resultnote() {
     };
     if (ischecked(modeshape) || needsdisplacements()) add(fieldnote);
     if (plotready() && plotsstress()) add(stressnote);
+    add(noteofcombination());
     add(noteofset());
+    add(noteoffill());
     return note;
 }
 
 static void tellnote() {
-    if (const std::string note = resultnote(); !note.empty()) door().showstatus(note);
+    static bool told;
+    const std::string note = resultnote();
+    if (told || !note.empty()) door().showstatus(note.empty() ? statusline() : note);
+    told = !note.empty();
 }
 
 void showresults() {
@@ -142,7 +167,7 @@ void rereadshown() {
 }
 
 std::string modetext() {
-    if (!ischecked(modeshape) || modecount == 0) return {};
+    if (!ischecked(modeshape) || !fieldismode || modecount == 0) return {};
     if (curlcomb > modecount)
         return "The results hold " + numbertext(modecount) + " mode shapes, number " +
                numbertext(curlcomb) + " is not among them";
@@ -162,4 +187,5 @@ void wirepost() {
     rereadresults = rereadshown;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
+    layer(layers::extremes).draw = drawextremes;
 }

@@ -16,6 +16,14 @@
 #include "solver/refuse.h"
 
 extern "C" void openblas_set_num_threads(int);
+extern "C" [[gnu::weak]] void omp_set_max_active_levels(int);  // absent without OpenMP
+
+// CHOLMOD starts four threads for the small change of a factor, however many cores there are, and
+// they spin in the way of those of OpenBLAS, which do the work: a third of all time.
+static void calmlibraries() {
+    openblas_set_num_threads(threads());
+    if (omp_set_max_active_levels) omp_set_max_active_levels(0);
+}
 
 // --- order --------------------------------------------------------------------------------------
 
@@ -118,7 +126,7 @@ static cholmod_sparse viewof(const sparsematrix& a) {
 }
 
 factor::factor() : in(new inside) {
-    openblas_set_num_threads(threads());
+    calmlibraries();
     cholmod_common& c = in->c;
     cholmod_l_start(&c);
     c.print = 0;

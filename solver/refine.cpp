@@ -31,25 +31,22 @@ void refine(const model& m, const settings& s, const equations& q, factor& l, di
     const std::vector<double> nothing(unknowns, 0);
     std::vector<double> still(dofs), step(dofs), columns(unknowns * std::size_t(u.cases));
     expand(d, nothing.data(), still.data());
-    u.rest.assign(u.u.size(), 0);
+    u.rest.resize(u.u.size());
     runlog unheard;
     unheard.quiet();
-    const int rounds = 2;
-    for (int round = 0; round < rounds; ++round) {
-        std::vector<double> force(u.u.size(), 0);
-        addforces(m, s, d, u, elements, force);
-        for (int c = 0; c < u.cases; ++c) {
-            caseloads(m, s, c + 1).collect(d, step.data(), unheard);
-            for (std::size_t i = 0; i < dofs; ++i) step[i] -= force[std::size_t(c) * dofs + i];
-            condense(d, step.data(), columns.data() + std::size_t(c) * unknowns);
-        }
-        l.solve(columns.data(), u.cases);
-        for (int c = 0; c < u.cases; ++c) {
-            expand(d, columns.data() + std::size_t(c) * unknowns, step.data());
-            for (std::size_t i = 0; i < dofs; ++i) {
-                const std::size_t at = std::size_t(c) * dofs + i;
-                addtwopart(step[i] - still[i], u.u[at], u.rest[at]);
-            }
+    std::vector<double> force(u.u.size(), 0);
+    addforces(m, s, d, u, elements, force);
+    for (int c = 0; c < u.cases; ++c) {
+        caseloads(m, s, c + 1).collect(d, step.data(), unheard);
+        for (std::size_t i = 0; i < dofs; ++i) step[i] -= force[std::size_t(c) * dofs + i];
+        condense(d, step.data(), columns.data() + std::size_t(c) * unknowns);
+    }
+    l.solve(columns.data(), u.cases);
+    for (int c = 0; c < u.cases; ++c) {
+        expand(d, columns.data() + std::size_t(c) * unknowns, step.data());
+        for (std::size_t i = 0; i < dofs; ++i) {
+            const std::size_t at = std::size_t(c) * dofs + i;
+            addtwopart(step[i] - still[i], u.u[at], u.rest[at]);
         }
     }
 }

@@ -9,5 +9,5 @@
 // Largest part of a case's load, in forces or in moments, that its reactions do not balance.
 double worstbalance(const reactionset& r);
 
-// Improves u by what the forces of the single elements leave of the loads; fills u.rest.
+// One round: improves u by what the forces of the single elements leave of the loads; fills u.rest.
 void refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u);

@@ -27,6 +27,9 @@ static void checkelements(const model& m, const settings& s) {
     for (int e = 1; e <= m.nelems(); ++e) {
         const element el = elementat(m, s, e);
         const elementkind& kind = kindof(el.type);
+        if (kind.fam == family::link && el.node[0] == el.node[1])
+            refuseelement(el, "has node " + std::to_string(el.node[0]) +
+                                  " at both ends; give it another node at one of them");
         if (!kind.check && el.type != typerigid)
             refuseelement(el, "is of a kind that this version does not take yet");
         if (kind.check) kind.check(el);
@@ -79,16 +82,34 @@ static displacements solvecases(const model& m, const settings& s, const equatio
     return result;
 }
 
+static void warnunbalanced(const model& m, double part, runlog& log) {
+    std::string cause = "the model is ill-conditioned";
+    for (int e = m.nelems(); e > 0; --e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const auto at = [&](int k) { return m.nodes[std::size_t(def.node[k])]; };
+        if (def.type == typespring2 && at(0) != at(1))
+            cause = "the nodes of the SPRING2 element " + std::to_string(e) +
+                    " lie apart, so that its forces make a moment that nothing balances";
+    }
+    log.warn("The reactions miss the loads by " + shortnumber(part) + " of them: " + cause);
+}
+
 // Where rounding spoils the balance of a case, the displacements get more digits.
 static void refinereactions(const model& m, const settings& s, const equations& q, factor& l,
                             results& r, runlog& log) {
-    const double good = 1e-10;
-    const double before = worstbalance(r.reactions);
-    if (before < good || q.dofs.unknowns == 0) return;
-    refine(m, s, q, l, r.u);
-    r.reactions = findreactions(m, s, q.dofs, r.u, log);
-    log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
-             shortnumber(worstbalance(r.reactions)));
+    const double good = 5e-10, before = worstbalance(r.reactions);
+    double now = before;
+    const int mostrounds = 2;
+    for (int round = 0; round < mostrounds && now > good && q.dofs.unknowns > 0; ++round) {
+        refine(m, s, q, l, r.u);
+        r.reactions = findreactions(m, s, q.dofs, r.u, log);
+        now = worstbalance(r.reactions);
+    }
+    const double unbalanced = 1e-6;
+    if (now > unbalanced) warnunbalanced(m, now, log);
+    if (now != before)
+        log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
+                 shortnumber(now));
 }
 
 static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
@@ -143,6 +164,8 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
 
 void analyse(const job& j, runlog& log) {
     log.stage("read");
+    if (!j.stiffness)
+        log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
     const settings s = readsettings(j.appdir + "/feiflu.ini", log);
     model m = readmodel(j.base, log);
     m.twod = j.twod;

@@ -46,8 +46,10 @@ class endgrid {
   private:
     using cell = std::array<std::int64_t, 3>;
     cell cellof(const point3& at) const {
+        const double most = 1e18;  // what lies farther off shares the last cells
         cell c{};
-        for (std::size_t k = 0; k < 3; ++k) c[k] = std::int64_t(std::floor(at[k] / side));
+        for (std::size_t k = 0; k < 3; ++k)
+            c[k] = std::int64_t(std::clamp(std::floor(at[k] / side), -most, most));
         return c;
     }
     static std::uint64_t keyof(const cell& c) {

@@ -41,6 +41,7 @@ void wiredialogs() {
     adddialog("mesh2d", makemesh2d);
     adddialog("patchedit", makepatchedit);
     adddialog("modifyelem", makemodifyelem);
+    adddialog("addsingleelem", makeaddsingleelem);
 }
 
 void tellfault(const runtimeerror& fault) {

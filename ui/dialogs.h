@@ -54,5 +54,6 @@ QDialog* makemselect();
 QDialog* makemesh2d();
 QDialog* makepatchedit();
 QDialog* makemodifyelem();
+QDialog* makeaddsingleelem();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -155,7 +155,12 @@ static void addaddmenu(std::vector<menurow>& t) {
     };
     add(0, "Ready", "", [] { addready(); });
     add(1, "Free Node", "node", startaddnode);
-    add(2, "Element...", "element");
+    add(2, "Element...", "element", [] {
+        addready();
+        resultflag = 1;
+        mnuEditItem(0).enabled = false;
+        door().showdialog("addsingleelem");
+    });
     add(3, "Mesh...", "mesh", [] {
         addready();
         resultflag = 1;
@@ -362,7 +367,7 @@ static bool islocked(const std::string& path) {
     static const char* const locked[] = {"&File",   "&Edit",    "&Add",
                                          "&Define", "A&nalyse", "&Post-Process"};
     const std::string first = path.substr(0, path.find('|'));
-    return (menulock || isselectionpending()) &&
+    return (menulock || isselectionpending() || singleel) &&
            std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 

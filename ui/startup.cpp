@@ -7,6 +7,7 @@
 #include "post/shapes.h"
 #include "tools/Graphics.h"
 #include "tools/pointentry.h"
+#include "tools/singleelem.h"
 #include "ui/dialogs.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
@@ -17,6 +18,7 @@ void wiremodules() {
     wiremouse();
     wiregraphics();
     wirepointentry();
+    wiresingleelem();
     wirepost();
     wiredialogs();
 }

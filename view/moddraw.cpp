@@ -122,6 +122,7 @@ void wirelayers() {
     setlayer(
         layers::endreleases, planes::results,
         [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
+    setlayer(layers::extremes, planes::results, always, nullptr);
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
     setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);

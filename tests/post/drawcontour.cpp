@@ -71,6 +71,12 @@ TEST(Picture, ShowsValuesAtThePointerAndTheExtremes) {
     };
     EXPECT_TRUE(has("Max 40"));
     EXPECT_TRUE(has("Min -5"));
+    printview();
+    std::string lastcircle;
+    for (const std::string& o : room.door.page.operations)
+        if (o.starts_with("circle")) lastcircle = o;
+    EXPECT_NE(lastcircle.find(" 0.120 "), std::string::npos)
+        << "no node covers the rings on paper: " << lastcircle;
     showelementstress();
     EXPECT_EQ(valueunder(1, vieww / 2, viewh / 2), "SX 8 in element 3");
 }

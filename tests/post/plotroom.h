@@ -50,7 +50,8 @@ struct plotroom : sessionroom {
         write(".rvp", {}, 0);
     }
     ~plotroom() {
-        for (layers l : {layers::contour, layers::elementstress}) layer(l).draw = nullptr;
+        for (layers l : {layers::contour, layers::elementstress, layers::extremes})
+            layer(l).draw = nullptr;
     }
     static void ngroupsis(int count) {
         groups(0, 0) = count;

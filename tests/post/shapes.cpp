@@ -124,6 +124,51 @@ TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
     EXPECT_NE(room.door.status.find("\"x\""), std::string::npos) << room.door.status;
 }
 
+// The number of a mode shape may be that of no combination.
+TEST(Switches, StressesBesideAModeShapeAreToldApart) {
+    plotroom room;
+    std::string modes = "1,12\r\n";
+    for (int m = 1; m <= 12; ++m) modes += "4\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n";
+    writefile(room.file("job.EIG"), modes);
+    showmode();
+    showcontour();
+    EXPECT_NE(room.door.status.find("Hz; the stresses are of load combination Wind"),
+              std::string::npos)
+        << room.door.status;
+    choosemode(12);  // beyond the declared load cases too
+    EXPECT_TRUE(room.door.messages.empty()) << room.door.messages.front().text;
+    EXPECT_NE(room.door.status.find("no load combination 12, its stresses are 0"),
+              std::string::npos)
+        << room.door.status;
+    showcontour();
+    showdeformed();
+    EXPECT_EQ(maxdisp, 0) << "displacements take the place of the mode's shape";
+    EXPECT_EQ(modetext(), "");
+    EXPECT_NE(room.door.status.find("no load combination 12, its displacements are 0"),
+              std::string::npos)
+        << room.door.status;
+    showmode();
+    EXPECT_NE(room.door.status.find("no load combination 12, its displacements are 0"),
+              std::string::npos)
+        << room.door.status;
+    choosecombination(1);
+    EXPECT_EQ(maxdisp, 5);
+    EXPECT_EQ(room.door.status.find("no load"), std::string::npos) << room.door.status;
+}
+
+TEST(Switches, WhatTheFilledPainterLeavesOutIsTold) {
+    plotroom room;
+    room.write(".NSL", {{1, 2e6}, {1, 2e6}, {1, 2e6}, {1, 3e6}, {2, 0}, {2, 9e6}, {2, 1}, {2, 1}},
+               12);
+    showcontour();
+    EXPECT_NE(room.door.status.find("1 element with values from 1E+06 up not filled"),
+              std::string::npos)
+        << room.door.status;
+    contourfilled = 0;
+    showresults();
+    EXPECT_EQ(room.door.status.find("filled"), std::string::npos) << room.door.status;
+}
+
 // A file of an older analysis reads well and still does not fit: the status line says so.
 TEST(Switches, ResultsOfOtherLoadCasesAreTold) {
     plotroom room;

@@ -97,39 +97,6 @@ TEST(Verification, ThickSquarePlates) {
             }
 }
 
-// Quarter of a clamped circle, elements of every shape: w = q a^4 / 64 D.
-TEST(Verification, ClampedCircle) {
-    for (const int type : {typeplate4, typeplate3})
-        for (const int n : {4, 8, 16}) {
-            build b;
-            const int g = b.plate(10.92e3, 0.3, 0.1);
-            const grid at = b.mesh(type, g, n, n, [](double r, double s) {
-                // a square drawn out to a circle towards its far edges
-                const double far = std::max(r, s), near = std::min(r, s);
-                const double a = far > 0 ? M_PI / 4 * near / far : 0;
-                const vec3 round = far * vec3(std::cos(a), std::sin(a), 0);
-                const vec3 corner = r >= s ? round : vec3(round.y(), round.x(), 0);
-                return vec3(far * corner + (1 - far) * vec3(r, s, 0) * 0.8);
-            });
-            for (int i = 0; i <= n; ++i) {
-                b.fix(at.number(i, 0), {2, 4});
-                b.fix(at.number(0, i), {1, 5});
-                b.fix(at.number(i, n), {3, 4, 5});
-                b.fix(at.number(n, i), {3, 4, 5});
-            }
-            for (int e = 1; e <= b.m.nelems(); ++e) b.press(1, e, 3, 1);
-            const results r = b.solve();
-            provebalance(r);
-            // D = 1; shear adds q a^2 / 4 k G t
-            const double shear = 1 / (4 * 5.0 / 6 * 4200 * 0.1);
-            prove({"plate", "Clamped circle, even load", meshname(type, n, n), "T", 0,
-                   1.0 / 64 + shear, moved(r, 1, at.number(0, 0), 3),
-                   n == 4   ? 0.07
-                   : n == 8 ? 0.02
-                            : 0.006});
-        }
-}
-
 // Pressure that grows from nothing at one edge: half the deflection of the even load in the middle,
 // and the moments there (Timoshenko and Woinowsky-Krieger, table 13).
 TEST(Verification, SupportedPlateUnderWaterPressure) {

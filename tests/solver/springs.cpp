@@ -281,3 +281,21 @@ TEST(Refusal, SpringMatricesAndMasses) {
         EXPECT_NE(said.find("Element 1"), said.npos) << bad.name;
     }
 }
+
+// A spring across a gap is what its matrix says; that it turns the structure is told.
+TEST(Springs, BetweenNodesApartAreToldWhenTheyUnbalance) {
+    for (const bool apart : {false, true}) {
+        build b;
+        const int g = springgroup(b, diagonal({5, 5, 5, 7, 7, 7}));
+        b.node(0, 0, 0), b.node(apart ? 2 : 0, 0, 0);
+        b.element(typespring2, g, {1, 2});
+        b.fix(1, {1, 2, 3, 4, 5, 6});
+        b.load(1, 2, 2, 10);
+        const results r = b.solve();
+        EXPECT_NEAR(moved(r, 1, 2, 2), 2, 1e-12);
+        EXPECT_EQ(b.log.warnings().size(), apart ? 1u : 0u) << b.log.text();
+        EXPECT_EQ(b.log.text().find("SPRING2 element 1 lie apart") != std::string::npos, apart);
+        b.m.elements[1].node[1] = 1;
+        EXPECT_NE(b.refusal().find("node 1 at both ends"), std::string::npos);
+    }
+}

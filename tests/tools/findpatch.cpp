@@ -30,7 +30,11 @@ TEST(Findpatch, JointsCarryTheEndOfTheOtherLine) {
     addline({1.001, 0, 0}, {2, 0, 0});                // at it
     addgraphic(kindcurve, {1, 0, 0}, {3, 0, 0}, {});  // no line
     addline({5, 0, 0}, {6, 0, 0});
+    addline({7, 0, 0}, {-1e30, 8, 0});  // farther off than cells can be counted
+    addline({-1e30, 8, 0}, {1e30, 0, 0});
     const jointtable joints = findjoints();
+    EXPECT_EQ(joints[2][6 + 1], (std::vector<int>{6 + 2}));
+    EXPECT_TRUE(joints[2][6 + 2].empty());
     EXPECT_EQ(joints[2][1], (std::vector<int>{2, -3}));
     EXPECT_TRUE(joints[1][1].empty());
     EXPECT_EQ(joints[1][2], (std::vector<int>{-1, -3}));

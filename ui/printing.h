@@ -12,7 +12,7 @@
 
 class QPainter;
 class QPrinter;
-class surface;
+struct surface;
 
 // For the platform: the dialog and the page, its surface, the end of the job.
 printstart startprint();

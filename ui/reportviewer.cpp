@@ -16,6 +16,7 @@
 #include <QListView>
 #include <QPainter>
 #include <QPrinter>
+#include <QPushButton>
 #include <QShortcut>
 
 #include "core/platform.h"

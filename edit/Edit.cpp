@@ -12,6 +12,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/hover.h"
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
@@ -223,13 +224,12 @@ static void keepgoing(const std::vector<int>& number) {
     nodesel(0) = kept;
 }
 
-static void deletenodes(bool tell, bool erase) {
+static void deletenodes(bool erase) {
     bool attached = false;
     const std::vector<int> number = numbersafter(attached);
     keepgoing(number);
     if (erase) eraseselected();
-    if (attached && tell)
-        door().message("Node(s) attached to element are not deleted", icons::exclamation);
+    if (attached) door().message("Node(s) attached to element are not deleted", icons::exclamation);
     renumberto(number);
     nodesel(0) = 0;
 }
@@ -241,6 +241,7 @@ static void deletegraphics() {
 
 void editdelete() {
     if (!isselection()) return;
+    endhover();
     hideselection();
     const bool elementschosen = elemsel(0) != 0;
     const bool shown = menupostItem(1).checked || menupostItem(2).checked ||
@@ -253,7 +254,7 @@ void editdelete() {
         gatherelementnodes();
         deleteelements();
     }
-    if (nodesel(0) != 0) deletenodes(!elementschosen, !redraws);
+    if (nodesel(0) != 0) deletenodes(!redraws);
     if (graphsel2(0, 0) != 0) deletegraphics();
     compactbc();
     dropresults();

@@ -49,6 +49,10 @@ static pendingselection* pendingone() {
     return nullptr;
 }
 
+bool isselectionpending() {
+    return pendingone() != nullptr;
+}
+
 // --- modes --------------------------------------------------------------------------------------
 
 static void endmode() {
@@ -65,6 +69,14 @@ static void endboxes() {
     viewwindow = false;
     windowstep = 0;
     door().crosspointer(false);
+}
+
+bool endpendingselection() {
+    pendingselection* const pending = pendingone();
+    if (pending == nullptr) return false;
+    endboxes();
+    if (pending->ended) pending->ended();
+    return true;
 }
 
 void addready() {
@@ -102,6 +114,14 @@ void takepoint(int nview, double x, double y) {
     scrx = x;
     scry = y;
     unprojectpoint(nview);
+}
+
+void projectplace(int nview, double x, double y, double z) {
+    const float scale = viewscale(nview);
+    curx = float(scale * x);
+    cury = float(scale * y);
+    curz = float(scale * z);
+    projectpoint(nview);
 }
 
 int addnodeat(int nview) {
@@ -319,7 +339,7 @@ static void selectpress(int nview) {
             break;
     }
     showselection();
-    if (pendingone() == nullptr) promptselected();
+    if (!isselectionpending()) promptselected();
 }
 
 // --- the driver ---------------------------------------------------------------------------------
@@ -334,7 +354,7 @@ static void leftpress(int nview) {
     if (addelemmode && row && row->press) return row->press(nview);
     if (viewwindow) return viewwindowpress(nview);
     if (zoomwinmode) return zoompress(nview);
-    if (pendingone()) return selectpress(nview);
+    if (isselectionpending()) return selectpress(nview);
     if (row && row->press) {
         if (snaps(*row)) snapto(nview);
         return row->press(nview);
@@ -347,11 +367,7 @@ void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
     if (zoomwinmode) return endboxes();
-    if (pendingselection* const pending = pendingone()) {
-        endboxes();
-        if (pending->ended) pending->ended();
-        return;
-    }
+    if (endpendingselection()) return;
     moderow* const row = runningmode();
     if (row && row->enter)
         row->enter();
@@ -363,7 +379,7 @@ void mousedriver(int nview, mousebuttons button) {
 // The right button opens a menu where nothing is under way that it would end.
 static bool menuallowed() {
     return runningmode() == nullptr && !windowdrag && !zoomwinmode && !viewwindow && !movepending &&
-           pendingone() == nullptr;
+           !isselectionpending();
 }
 
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
@@ -384,7 +400,24 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     door().refresh();
 }
 
+void pressat(double x, double y, double z) {
+    endhover();
+    prepareview(activeview);
+    projectplace(activeview, x, y, z);
+    viewmousedown(activeview, mousebuttons::left, scrx, scry);
+}
+
+// What the running mode would make of a press here.
+static void followpointer(int nview, double x, double y) {
+    moderow* const row = runningmode();
+    if (row == nullptr || !row->follow) return;
+    const keptpoint kept;
+    takepoint(nview, x, y);
+    row->follow(nview);
+}
+
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
+    if (button == mousebuttons::none && !windowdrag) return followpointer(nview, x, y);
     const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
     const bool boxes = windowdrag && nview == bandview;
     if (!moves && !boxes) return;
@@ -418,10 +451,7 @@ static void escape() {
     const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
     if (zoomed) return;
-    if (pendingselection* const pending = pendingone()) {
-        if (pending->ended) pending->ended();
-        return;
-    }
+    if (endpendingselection()) return;
     if (runningmode()) return endbyescape();
     if (boxed) return addready();
     releaseselection();

@@ -268,7 +268,7 @@ nearest pickpatch(int nview) {
 // --- snap ---------------------------------------------------------------------------------------
 
 // The point in work takes a place in model coordinates when that lies within reach.
-static bool taketarget(int nview, const double* place) {
+static bool snaptest(int nview, const double* place) {
     const double at[] = {modelx, modely, modelz};
     double sum = 0;
     for (int k = 0; k < 3; ++k) sum += (place[k] - at[k]) * (place[k] - at[k]);
@@ -281,19 +281,22 @@ static bool taketarget(int nview, const double* place) {
     return true;
 }
 
+// To the end of a graphic element that was picked, else to the nearest place of its shape.
+static void snappoint(int nview, const nearest& graphic) {
+    const int g = graphic.item, j = graphic.part;
+    const double end[] = {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)};
+    if (snaptest(nview, end)) return;
+    const double point[] = {modelx, modely, modelz};
+    double foot[3];
+    if (footongraphic && footongraphic(g, point, foot)) snaptest(nview, foot);
+}
+
 void snapto(int nview) {
     if (!MnuSelectItem(5).checked) return;
     if (const nearest node = picknode(nview); node.item != 0) {
         const double place[] = {nodes(0, node.item, 0), nodes(0, node.item, 1),
                                 nodes(0, node.item, 2)};
-        if (taketarget(nview, place)) return;
+        if (snaptest(nview, place)) return;
     }
-    const nearest graphic = pickgraphic(nview);
-    if (graphic.item == 0) return;
-    const int g = graphic.item, j = graphic.part;
-    const double end[] = {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)};
-    if (taketarget(nview, end)) return;
-    const double point[] = {modelx, modely, modelz};
-    double foot[3];
-    if (footongraphic && footongraphic(g, point, foot)) taketarget(nview, foot);
+    if (const nearest graphic = pickgraphic(nview); graphic.item != 0) snappoint(nview, graphic);
 }

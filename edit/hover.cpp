@@ -17,10 +17,25 @@
 
 static int hoverview;  // 0: nothing is highlighted
 static nearest hovered;
+static long hoverpicture;  // picturesdrawn when it was drawn
 
 static const char* nameofitem(selectitems item) {
     static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
     return names[item];
+}
+
+// Lines meet in their ends; the whole shape tells which one a press would take.
+static void drawhoveredshape(surface& s, int nview, colour c) {
+    if (!shapeofgraphic) return;
+    double x = 0, y = 0;
+    bool first = true;
+    for (const auto& at : shapeofgraphic(hovered.item)) {
+        projectplace(nview, at[0], at[1], at[2]);
+        if (!first) s.line(x, y, scrx, scry, c);
+        x = scrx;
+        y = scry;
+        first = false;
+    }
 }
 
 static void drawhovered(int nview, selectitems item) {
@@ -37,14 +52,13 @@ static void drawhovered(int nview, selectitems item) {
         drawelementoutline(hovered.item, nview);
     } else if (item != selectpatches) {
         if (item == selectgraphics) {
-            const float scale = viewscale(nview);
-            curx = scale * graphics(hovered.item, hovered.part, 1);
-            cury = scale * graphics(hovered.item, hovered.part, 2);
-            curz = scale * graphics(hovered.item, hovered.part, 3);
+            drawhoveredshape(*s, nview, highlight);
+            const auto at = graphics.row(hovered.item, hovered.part);
+            projectplace(nview, at[1], at[2], at[3]);
         } else {
             setnode(hovered.item, nview);
+            projectpoint(nview);
         }
-        projectpoint(nview);
         s->circle(scrx, scry, ring, highlight);
     }
     s->drawwidth = 1;
@@ -67,7 +81,8 @@ void endhover() {
 static bool hovers() {
     const moderow* const row = runningmode();
     if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
+    if (row != nullptr)
+        return row->flag == &addelemmode || (snaps(*row) && MnuSelectItem(5).checked);
     return selecttype == selecttypes::single || selecttype == selecttypes::group;
 }
 
@@ -94,10 +109,13 @@ void hover(int nview, double x, double y) {
     const selectitems item = runningmode() ? selectnodes : selectitem();
     const nearest found = itemunder(nview, item);
     if (found.item == 0) return endhover();
-    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
+    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview &&
+        hoverpicture == picturesdrawn)
+        return;
     endhover();
     hovered = found;
     hoverview = nview;
+    hoverpicture = picturesdrawn;
     drawhovered(nview, item);
     door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

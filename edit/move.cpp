@@ -12,6 +12,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/merge.h"
 #include "edit/selection.h"
@@ -81,6 +82,7 @@ bool ismoving() {
 }
 
 void startmove() {
+    addready();  // the mode that runs ends; the selection stays
     const bool ofnodes = selectitem() == selectnodes;
     if (selectitem() == selectelements && elemsel(0) != 0) gatherelementnodes();
     if (nodesel(0) == 0 && graphsel2(0, 0) == 0) return;

@@ -5,7 +5,8 @@
 
 const double dragreach = 0.15;  // centimetres from which a press and release is a drag
 
-// The user chose to move what is selected: the next press is the reference point.
+// The user chose to move what is selected: the next press is the reference point. A mode that runs
+// ends first.
 void startmove();
 bool ismoving();  // a reference point is awaited or given
 // A press or a drag at modelx, modely, modelz while a move is under way.

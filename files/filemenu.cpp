@@ -14,6 +14,7 @@
 #include "edit/Mouseprocedures.h"
 #include "files/filop.h"
 #include "view/moddraw.h"
+#include "view/setviews.h"
 
 namespace fs = std::filesystem;
 
@@ -76,6 +77,7 @@ static void afteropen() {
     stressloaded = false;
     for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
     nodesel(0) = 0;
+    setscrollbars();
     door().refresh();
     redrawall();
 }

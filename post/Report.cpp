@@ -119,7 +119,7 @@ static void writeall(reporttext& r) {
             "~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~");
     const analysiskind kind = readkind();
     writekind(r, kind);
-    writemasses(r);
+    writemasses(r, kind);
     if (kind.valid)
         writewanted(r,
                     {{secdisplacements, writedisplacements},

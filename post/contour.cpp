@@ -9,6 +9,8 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "post/painters.h"
+#include "post/postproces.h"
 #include "post/stressfile.h"
 
 int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
@@ -18,6 +20,7 @@ int postset, postgroup = 1, postcount;
 bool evenpalette, markextremes, valueatpointer;
 double indexmax = 1, indexmin = -1;
 cornervalue highest, lowest;
+int unfilled;
 
 static array1<float> tencolors() {
     array1<float> list;
@@ -80,7 +83,7 @@ bool isplotted(int e) {
     return elnn != 0 && (elnn == 2) == iselementstress() && (postset == 0 || elemflag(e));
 }
 
-static bool plotsstress() {
+bool plotsstress() {
     return iselementstress() || contourdata == 0;
 }
 
@@ -98,10 +101,11 @@ static void spreadindex() {
     indexmin = v == 0 ? -1 : v - spread;
 }
 
-static void takecorner(int e, int corner, double value) {
+static void takecorner(int e, int corner, double value, bool& below) {
     indexmin = std::min(indexmin, value);
     indexmax = std::max(indexmax, value);
     if (corner > nodesoftype(elems(e, 0))) return;
+    below = below || value < fillstart;
     if (highest.e == 0 || value > highest.value) highest = {e, corner, value};
     if (lowest.e == 0 || value < lowest.value) lowest = {e, corner, value};
 }
@@ -111,11 +115,14 @@ void contourscale() {
     indexmin = 1e30;
     indexmax = -1e30;
     highest = lowest = cornervalue();
+    unfilled = 0;
     const bool stress = plotsstress();
     for (int e = 1; e <= nelems(); ++e) {
         if (!isplotted(e)) continue;
         const int corners = stress ? stresscorners : nodesoftype(elems(e, 0));
-        for (int c = 1; c <= corners; ++c) takecorner(e, c, plotvalue(e, c));
+        bool below = false;  // has the element a value that opens it to the filled painter?
+        for (int c = 1; c <= corners; ++c) takecorner(e, c, plotvalue(e, c), below);
+        unfilled += !below;
     }
     if (highest.e == 0) indexmin = indexmax = 0;
     if (indexmax == indexmin) spreadindex();
@@ -134,13 +141,19 @@ void retryresults() {
     refused = false;
 }
 
+// Other parts may give up the stresses, or the model may have outgrown them.
+static bool isloaded() {
+    return stressloaded && elemstress.upper2 >= nelems();
+}
+
 bool plotready() {
-    return ready;
+    return ready && (!plotsstress() || isloaded());
 }
 
 static bool preparestress() {
     lineelstress = iselementstress();
     if (refused) return false;
+    if (!isloaded()) stressloaded = false;
     refused = !readstress();
     return !refused;
 }
@@ -149,7 +162,7 @@ bool prepareplot() {
     ready = false;
     if (!iscontour() && !iselementstress()) return false;
     fillpalette();
-    if (plotsstress() && !preparestress()) return false;
+    if (plotsstress() ? !preparestress() : !fieldread) return false;
     contourscale();
     ready = true;
     return true;

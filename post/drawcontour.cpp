@@ -2,8 +2,6 @@
 // The passes of the contour plots over the elements of a view.
 #include "core/catalogue.h"
 #include "core/model.h"
-#include "core/numtext.h"
-#include "core/platform.h"
 #include "core/session.h"
 #include "post/contour.h"
 #include "post/legend.h"
@@ -28,40 +26,32 @@ static bool isfilledwhole(int e, int elnn) {
     return true;
 }
 
-// False for an element that the filled painter has left out.
-static bool paintelement(int e, int elnn, int nview) {
+static void paintelement(int e, int elnn, int nview) {
     takeelement(e, nview);
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
     if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
         paintface(nview, elnn, backcolor);
     if (!contourfilled) drawmesh(e, nview);
-    bool painted = true;
     if (plotready() && isplotted(e)) {
         if (contourfilled)
-            painted = paintfill(nview, elnn);
+            paintfill(nview, elnn);
         else
             paintlines(nview, elnn);
     }
     if (contourfilled) drawmesh(e, nview);
-    return painted;
 }
 
 void drawcontour(int nview) {
     sortdepth(nview);
-    int left = 0;
     for (int i = 1; i <= nelems(); ++i) {
         const int e = int(elemdepth(i, 0));
         const int elnn = nodesoftype(elems(e, 0));
         if (elnn == 0 || !isshown(e, nview)) continue;
         if (elnn > 2)
-            left += !paintelement(e, elnn, nview);
+            paintelement(e, elnn, nview);
         else
             drawmesh(e, nview);
     }
-    if (left > 0)
-        door().showstatus(numbertext(left) +
-                          " element(s) with values from 1E+06 up are not filled; contour lines "
-                          "show them");
 }
 
 // Contours lie on the elements as they are drawn: displaced while a shape is on show.
@@ -73,7 +63,6 @@ void postdispatch(int nview) {
     s->drawwidth = 1;
     undeformed = isdeformed() ? 0 : 1;
     drawcontour(nview);
-    drawextremes(nview);
     undeformed = 1;
     drawcolor = before;
     drawlegend();
@@ -108,7 +97,6 @@ void drawelementstress(int nview) {
     for (int e = 1; e <= nelems(); ++e)
         if (isplotted(e) && isshown(e, nview)) drawhalves(*s, e, nview);
     s->drawwidth = 1;
-    drawextremes(nview);
     undeformed = 1;
     if (nview == 1) drawlegend();
 }

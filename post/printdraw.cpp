@@ -166,6 +166,6 @@ void menuprint() {
             break;
     }
     const bool drawn = guarded(printview, [](const runtimeerror& e) { door().showstatus(e.what); });
-    if (!door().endprint() || !drawn) tellproblem();
+    if (!door().endprint(drawn)) tellproblem();
     redrawall();
 }

@@ -35,7 +35,7 @@ void storepatch(int p) {
         for (int k = 0; k <= graphmesh(e, 0); ++k) patches(p, e, k) = graphmesh(e, k);
 }
 
-static const char* typeofpatch(int edges) {
+const char* typeofpatch(int edges) {
     return edges == 4 ? "Quad" : edges == 3 ? "Triang" : "Line";
 }
 

@@ -42,15 +42,25 @@ static std::string edgetext(int e) {
     return "edge " + numbertext(e);
 }
 
+// An element whose nodes would all lie in one place.
+static bool haslength(const graphiclist& list, int g) {
+    const auto away = [&](int j) {
+        return lengthof(definitionpoint(list, g, j) - definitionpoint(list, g, 1)) >= nodetol;
+    };
+    return away(2) || (kindof(list, g) == kindcurve && away(3));
+}
+
 // Spaces, and the factor of a line, are taken as they are stored.
 static void checkspacing(const graphiclist& list) {
     for (int e = 1; e <= edgesof(meshtype); ++e)
         for (int k = 1; k <= graphmesh(e, 0); ++k) {
             const int g = graphmesh(e, k);
             const float n = list(g, 0, 1);
-            if (n < 0 || n != std::floor(n))
+            if (!haslength(list, g))
+                append(" Graphic element " + numbertext(g) + " has no length. ");
+            if (!(n >= 1) || n != std::floor(n))
                 append(" Spaces of graphic element " + numbertext(g) +
-                       " should be a whole number. ");
+                       " should be a whole number above 0. ");
             if (kindof(list, g) == kindline && !(list(g, 0, 2) > 0))
                 append(" Distribution factor of graphic element " + numbertext(g) +
                        " should be above 0. ");
@@ -340,7 +350,7 @@ static void createquads() {
     for (int i = 2; i <= m; ++i) {
         const auto before = edgegrid.row(i - 1), row = edgegrid.row(i);
         for (std::size_t j = 2; j <= std::size_t(n); ++j)
-            addelement(before[j - 1], before[j], row[j], row[j - 1]);
+            addelement(before[j - 1], row[j - 1], row[j], before[j]);
     }
 }
 

@@ -108,6 +108,7 @@ void choosemeshtype(mesh2dform& form, int type) {
     form.edges = row.edges;
     form.frame = row.frame;
     form.cangenerate = row.cangenerate;
+    form.message = picking;
     LoadElem(form);
     countedges(form);
 }
@@ -160,7 +161,7 @@ static void tellskipped(mesh2dform& form) {
 void generatemesh(mesh2dform& form) {
     if (!form.cangenerate) return;
     checkedges(graphics);
-    if (meshok) checkmeshsize(graphics);
+    checkmeshsize(graphics);
     if (meshok) {
         const hourglass wait;
         hideselection();

@@ -211,6 +211,10 @@ void editlengthradius(placenodesform& form, const std::string& text) {
     form.value = typed;
 }
 
+void leavefield(placenodesform& form) {
+    if (graphsel(0, 0) > 0) show(form);
+}
+
 // --- Modify Selection ---------------------------------------------------------------------------
 
 void modifyselection() {

@@ -210,6 +210,7 @@ class symbolsdialog : public QDialog {
         b->setObjectName(QString(selected ? "symbolsel(%1)" : "Symbol(%1)").arg(i));
         b->setMinimumSize(44, 44);
         b->setIconSize(QSize(32, 32));
+        showsample(b, backcolor);  // a symbol is judged on the ground that it will stand on
         grid->addWidget(b, i + 1, selected ? 2 : 1, Qt::AlignCenter);
         (selected ? marked : plain)[i] = b;
         connect(b, &QToolButton::clicked, this,
@@ -251,6 +252,7 @@ void choosefont(labelfont& font) {
         font.italic = chosen.italic();
         font.size = chosen.pointSizeF();
         font.underline = chosen.underline();
+        door().refresh();
         redrawall();
     });
     showmodal(dialog);

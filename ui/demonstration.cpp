@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "core/appdir.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
@@ -171,10 +172,8 @@ void rundemo() {
     if (menunew() != reply::done) return;
     room = std::make_unique<QTemporaryDir>();
     const fs::path copy = fs::path(room->path().toStdString()) / "data";
-    std::error_code ec;
-    fs::create_directories(copy, ec);
     for (const char* folder : {"demo", "examples"})
-        fs::copy(data / folder, copy / folder, fs::copy_options::recursive, ec);
+        copytree((data / folder).string(), (copy / folder).string());
     running = true;
     play(copy / "demo/tour.kds", !theplatform().scripted);
     running = false;

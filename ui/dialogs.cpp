@@ -39,6 +39,9 @@ void wiredialogs() {
     adddialog("graphoptions", makegraphoptions);
     adddialog("Mselect", makemselect);
     adddialog("mesh2d", makemesh2d);
+    adddialog("patchedit", makepatchedit);
+    adddialog("modifyelem", makemodifyelem);
+    adddialog("addsingleelem", makeaddsingleelem);
 }
 
 void tellfault(const runtimeerror& fault) {
@@ -68,7 +71,7 @@ static bool raiseopen(const std::string& name) {
 }
 
 bool opendialog(const std::string& name) {
-    if (raiseopen(name)) return true;
+    if (raiseopen(name) || endpendingselection()) return true;  // the one that waits comes back
     const auto found = makers().find(name);
     if (found == makers().end()) return false;
     QDialog* const dialog = found->second();

@@ -52,5 +52,8 @@ QDialog* makeplacenodes();
 QDialog* makegraphoptions();
 QDialog* makemselect();
 QDialog* makemesh2d();
+QDialog* makepatchedit();
+QDialog* makemodifyelem();
+QDialog* makeaddsingleelem();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -14,6 +14,9 @@
 #include <QPlainTextEdit>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -34,6 +37,7 @@
 #include "ui/legendwidget.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
+#include "ui/qtsurface.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -206,9 +210,9 @@ void mainwindow::buildtoolbars() {
 
     QToolBar* const job = newbar(this, "jobbar", tr("Job"));
     for (const auto& [array, i] :
-         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Mnuadditem", 3),
-          std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2), std::pair("menupostItem", 1),
-          std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
+         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Loadcase", 0),
+          std::pair("Mnuadditem", 3), std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2),
+          std::pair("menupostItem", 1), std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
         job->addAction(menuaction(array, i));
 }
 
@@ -343,7 +347,7 @@ void mainwindow::buildcommandline() {
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
 }
 
-// Typed coordinates: the way of a move, or a point for the mode that runs.
+// Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
 void mainwindow::takecoordinates() {
     double value[3];
     for (std::size_t k = 0; k < 3; ++k) value[k] = numberof(coordinates[k]->text().toStdString());
@@ -351,7 +355,10 @@ void mainwindow::takecoordinates() {
         [&] {
             if (ismoving()) return movetyped(value);
             moderow* const row = runningmode();
-            if (row && row->commandpoint) row->commandpoint(value[0], value[1], value[2]);
+            if (row && row->commandpoint)
+                row->commandpoint(value[0], value[1], value[2]);
+            else
+                pressat(value[0], value[1], value[2]);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
 }
@@ -500,6 +507,18 @@ surface* mainwindow::legendsurface() {
     return legend ? &legend->surface : nullptr;
 }
 
+// The point of the pointer. What the rounding of a view's angles leaves of a coordinate is shown
+// as 0.
+static std::array<double, 3> pointshown() {
+    std::array<double, 3> at = {modelx, modely, modelz};
+    const double rounding = 1e-6;  // of the greatest coordinate
+    const double greatest =
+        std::max({std::fabs(at[0]), std::fabs(at[1]), std::fabs(at[2])}) * rounding;
+    for (double& value : at)
+        if (std::fabs(value) < greatest) value = 0;
+    return at;
+}
+
 void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
@@ -510,13 +529,18 @@ void mainwindow::refresh() {
     static const char* const x[] = {"x =", "y =", "z ="};
     static const char* const dx[] = {"dx=", "dy=", "dz="};
     const bool moving = movepending;  // a typed way needs no reference point
-    const double at[] = {modelx, modely, modelz};
+    const std::array<double, 3> at = pointshown();
     for (std::size_t k = 0; k < 3; ++k) {
         coordinatelabels[k]->setText(moving ? dx[k] : x[k]);
         if (!coordinates[k]->hasFocus())
             coordinates[k]->setText(QString::fromStdString(numbertext(float(moving ? 0 : at[k]))));
     }
     refreshcombinations();
+    // The frame follows the font of the element labels, as the legend does.
+    const QFont font = qtfont(elemlabelfont);
+    for (QWidget* part : {static_cast<QWidget*>(modegroup), static_cast<QWidget*>(resultlabel),
+                          static_cast<QWidget*>(commentframe)})
+        if (part->font() != font) part->setFont(font);
     refreshresults();
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))

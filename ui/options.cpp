@@ -31,7 +31,7 @@ class generaloptions : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         tabs = new QTabWidget(this);
         tabs->setObjectName("TabStrip1");
-        tabs->setMinimumWidth(460);
+        tabs->setMinimumWidth(pagewidth);
         rows->addWidget(tabs);
         buildredraw();
         buildhidden();
@@ -52,6 +52,7 @@ class generaloptions : public QDialog {
     }
 
   private:
+    static constexpr int pagewidth = 460;  // pixels, at least
     QVBoxLayout* page(const char* caption) {
         auto* const widget = new QWidget(this);
         tabs->addTab(widget, caption);
@@ -71,6 +72,8 @@ class generaloptions : public QDialog {
         f.setItalic(true);
         label->setFont(f);
         label->setIndent(20);
+        // On a small screen the window would else begin lower than its wrapped lines need.
+        label->setMinimumHeight(label->heightForWidth(pagewidth - 24));
         rows->addWidget(label);
     }
     void buildredraw() {
@@ -157,7 +160,9 @@ class generaloptions : public QDialog {
         rows->addLayout(buttons);
         found = new QLabel(this);
         found->setObjectName("found");
+        found->setWordWrap(true);
         rows->addWidget(found);
+        rows->addStretch(1);
     }
     void buildsave() {
         QVBoxLayout* const rows = page("Save options");
@@ -233,7 +238,7 @@ class cardhelp : public QDialog {
         auto* const list = new QListWidget(this);
         list->setObjectName("List1");
         for (const char* line : commandhelp) list->addItem(line);
-        list->setMinimumSize(560, 230);
+        list->setMinimumSize(560, list->sizeHintForRow(0) * (list->count() + 1));
         rows->addWidget(list);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);

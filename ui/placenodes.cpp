@@ -57,8 +57,13 @@ class graphicdialog : public QDialog {
         grid->addWidget(label, row, 0);
         grid->addWidget(box, row, 1);
         connect(box, &QLineEdit::textEdited, this,
-                guardedhandler([this, edit](const QString& text) {
+                guardedhandler([this, edit, box](const QString& text) {
                     edit(form, text.toStdString());
+                    showform();
+                    if (box->text() != text) box->selectAll();  // put back: to be typed over
+                }));
+        connect(box, &QLineEdit::editingFinished, this, guardedhandler([this] {
+                    leavefield(form);
                     showform();
                 }));
         return box;

@@ -6,6 +6,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QTimer>
@@ -14,6 +15,7 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "ui/dialogs.h"
+#include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
@@ -210,8 +212,8 @@ surface* qtplatform::legendsurface() {
     return themainwindow ? themainwindow->legendsurface() : nullptr;
 }
 
-void qtplatform::setscrollbars(int nview, const scrollrange& range, bool shown) {
-    if (themainwindow) themainwindow->view(nview)->setbars(range, shown);
+void qtplatform::setscrollbars(int nview, const scrollrange& range) {
+    if (themainwindow) themainwindow->view(nview)->setbars(range);
 }
 
 void qtplatform::crosspointer(bool on) {
@@ -228,8 +230,8 @@ surface* qtplatform::printsurface() {
     return printpage();
 }
 
-bool qtplatform::endprint() {
-    return ::endprint();
+bool qtplatform::endprint(bool whole) {
+    return ::endprint(whole);
 }
 
 // --- long work ----------------------------------------------------------------------------------
@@ -302,7 +304,9 @@ void qtplatform::killprocess() {
 }
 
 void qtplatform::openwithbrowser(const std::string& path) {
-    if (scripted) return;
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(qtext(path))))
-        message("No browser could be started for " + path, icons::exclamation);
+    if (!QFile::exists(qtext(path)))
+        return message("File not found: " + path + "; it comes with the program",
+                       icons::exclamation);
+    if (scripted || !QDesktopServices::openUrl(QUrl::fromLocalFile(qtext(path))))
+        showhelp(qtext(path));
 }

@@ -24,7 +24,9 @@ class scriptplayer {
     bool run(const QString& line);
     void pause(int milliseconds);
     QString inscript(const QString& path) const;
+    void setresults(const QString& directory);
     QString path, folder;
+    QString results;  // directory of the names that begin with "results:"
     QStringList lines;
 };
 

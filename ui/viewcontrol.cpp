@@ -67,8 +67,8 @@ class viewdialog : public QDialog {
         auto* const edit = new QLineEdit(this);
         edit->setObjectName(QString("Text1(%1)").arg(box));
         edit->setMinimumWidth(130);
-        grid->addWidget(edit, row, 1);
-        grid->addWidget(new QLabel(unit, this), row, 2);
+        grid->addWidget(edit, row, 1, 1, *unit ? 1 : 2);
+        if (*unit) grid->addWidget(new QLabel(unit, this), row, 2);
         boxes[box] = edit;
         connect(edit, &QLineEdit::editingFinished, this, guardedhandler([this, box] {
                     take();
@@ -80,7 +80,9 @@ class viewdialog : public QDialog {
     QGridLayout* addframe(QBoxLayout* column, const char* caption) {
         auto* const frame = new QGroupBox(caption, this);
         column->addWidget(frame);
-        return new QGridLayout(frame);
+        auto* const grid = new QGridLayout(frame);
+        grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(viewboxcaptions[boxunit]));
+        return grid;
     }
     void buildpoint(QBoxLayout* column) {
         QGridLayout* const grid = addframe(column, "View point");

@@ -20,7 +20,7 @@ class viewwidget : public QWidget {
     // Logical pixels a centimetre and a twip of this screen.
     double pixelspercm() const;
     double pixelspertwip() const;
-    void setbars(const scrollrange& range, bool shown);
+    void setbars(const scrollrange& range);
     void sizesurface();
 
   protected:
@@ -35,13 +35,12 @@ class viewwidget : public QWidget {
   private:
     QPointF place(const QPointF& pixel) const;  // centimetres
     void redrawsoon();
+    int barwidth() const;  // logical pixels
     void layoutbars();
 
     int nview;
     QScrollBar *horizontal, *vertical;
     QToolButton *smaller, *fit, *larger;
-    scrollrange range;
-    bool barsshown = false;
     QPointF panfrom;
     bool panning = false;
     QPointF pointer;  // centimetres

@@ -122,6 +122,7 @@ void wirelayers() {
     setlayer(
         layers::endreleases, planes::results,
         [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
+    setlayer(layers::extremes, planes::results, always, nullptr);
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
     setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);
@@ -186,11 +187,13 @@ static void drawonmodel(bool erase) {
         surface* const s = target(v);
         if (s == nullptr) continue;
         s->toplane(planes::model);
+        s->erasing = erase;
         for (const auto& [which, own] : rows) {
             drawcolor = erase ? backcolor : *own;
             if (layer(which).draw) layer(which).draw(v);
         }
         s->show();
+        s->erasing = false;
     }
     drawcolor = meshcolor;
 }

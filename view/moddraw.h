@@ -25,6 +25,7 @@ enum class layers {
     elementstress,
     localaxes,
     endreleases,
+    extremes,  // marks of the highest and lowest value of a plot
     selectedpatches,
     selectedelements,
     selectednodes,

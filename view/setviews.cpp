@@ -78,7 +78,7 @@ void setscrollbars() {
     const twipbox work = door().workarea();
     const scrollrange range = scrollbarsof(vieww, viewh, work.width);
     for (int v = 1; v <= nviews; ++v) {
-        door().setscrollbars(v, range, mnuSettingsItem(2).checked);
+        door().setscrollbars(v, range);
         lasthorizontal[v] = lastvertical[v] = 0;
     }
 }

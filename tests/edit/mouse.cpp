@@ -296,6 +296,27 @@ TEST(Mouse, AStartedModeEndsTheOneThatRuns) {
     EXPECT_EQ(statusline(), "Select Nodes; for editing");
 }
 
+TEST(Mouse, AMoveEndsWhatRunsAndKeepsTheSelection) {
+    mouseroom room;
+    makegrid();
+    automergenodes = false;
+    room.click(3, 2);
+    startviewwindow();
+    startmove();
+    EXPECT_FALSE(viewwindow);
+    EXPECT_EQ(promptaction, "Drag or Select Reference point of selected");
+    room.click(3, 2);
+    room.click(4, 2);
+    EXPECT_NEAR(nodes(0, 12, 0), 4, 1e-6) << "both presses went to the move";
+    startmode(addnodemode);
+    room.click(1, -1);
+    startmove();
+    EXPECT_FALSE(addnodemode);
+    EXPECT_FALSE(movepending) << "the mode's own list went with it";
+    room.click(1, -2);
+    EXPECT_EQ(nnodes(), 13);
+}
+
 TEST(Mouse, TheLastPointGivenStaysWhereItWasSnapped) {
     mouseroom room;
     addnode(1, 1, 0);

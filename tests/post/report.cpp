@@ -388,6 +388,7 @@ TEST(Report, SaysWhatIsMissingWithoutABox) {
     const struct {
         const char *extension, *section, *line;
     } cases[] = {
+        {"EMS", "******************  MASS REPORT", "NO ANALYSIS PERFORMED"},
         {"KRT", "******************  NODAL FORCES REPORT", "NO ANALYSIS PERFORMED"},
         {"LES", "******************  LINE ELEMENT", "Stress component not calculated"},
         {"NSL", "******************  FINITE ELEMENT LOCAL", "Stress component not calculated"},
@@ -406,6 +407,20 @@ TEST(Report, SaysWhatIsMissingWithoutABox) {
         EXPECT_EQ(lines.back(), "END");
         EXPECT_TRUE(room.door.messages.empty());
     }
+}
+
+TEST(Report, HolesOfTheConstraintListAreNoRows) {
+    reportroom room(3);
+    ncon = 3;
+    connode(1) = 1, connode(2) = 0, connode(3) = 4;
+    for (int i = 1; i <= 3; ++i) condof(i) = i, conval(i) = 0;
+    const auto lines = linesof(room.report());
+    const std::size_t amount = find(lines, "AMOUNT= ");
+    EXPECT_EQ(lines[amount], "AMOUNT=  2");
+    EXPECT_EQ(wordsof(lines[amount + 4]), (std::vector<std::string>{"1", "1", "0"}));
+    EXPECT_EQ(wordsof(lines[amount + 5]), (std::vector<std::string>{"4", "3", "0"}));
+    connode(1) = connode(3) = 0;
+    find(linesof(room.report()), "NO CONSTRAINS DEFINED");
 }
 
 TEST(Report, ResultsOfAnotherModelAreNotTakenForItsOwn) {

@@ -136,8 +136,9 @@ plate::assumed plate::makeassumed() const {
         const double weight = p.weight * jacobianof(s, n).determinant();
         const momentmodes m = momentsat(at.x(), at.y());
         const shearmodes q = shearsat(at.x(), at.y(), h.size);
-        h.flexibility.noalias() += m.transpose() * (weight * compliance * m);
-        h.flexibility.noalias() += weight / shearrigidity * q.transpose() * q;
+        const momentmodes curvatures = weight * compliance * m;
+        const shearmodes strains = weight / shearrigidity * q;
+        h.flexibility += m.transpose().lazyProduct(curvatures) + q.transpose().lazyProduct(strains);
     }
     const int points = 3;
     for (int k = 0; k < 4; ++k) {
@@ -151,7 +152,8 @@ plate::assumed plate::makeassumed() const {
             momentmodes traction = moments * h.frame.turn * momentsat(at.x(), at.y());
             traction.row(2) = vec2(nx, ny).transpose() * h.frame.axes.transpose() *
                               shearsat(at.x(), at.y(), h.size);
-            h.work.noalias() += weight * traction.transpose() * edgemotion(k, x);
+            traction *= weight;
+            h.work += traction.transpose().lazyProduct(edgemotion(k, x));
         }
     }
     return h;

@@ -102,7 +102,8 @@ static isostatic makeisostatic(const element& e, const flatshape& s) {
         const surfaceshape n = shapesat(4, p.place);
         const mat39 modes = stressmodes(h.frame, flatat(s, n));
         const double weight = p.weight * jacobianof(s, n).determinant();
-        h.flexibility.noalias() += modes.transpose() * (weight * compliance * modes);
+        const mat39 strains = weight * compliance * modes;
+        h.flexibility += modes.transpose().lazyProduct(strains);
     }
     const int points = 3;
     for (int k = 0; k < 4; ++k) {

@@ -70,6 +70,7 @@ stressframe frameof(const flatshape& s) {
 // nodes' rotations they would strain a thin warped element whenever it bends.
 static void addarms(const flatshape& s, elmatrix& rows) {
     for (int c = 0; c < s.corners; ++c) {
+        if (s.height[c] == 0) continue;
         const surfaceshape n = shapesat(s.corners, cornerplace(s.corners, c));
         const mat2 inverse = jacobianof(s, n).inverse();
         for (int j = 0; j < s.corners; ++j) {

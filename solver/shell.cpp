@@ -60,9 +60,9 @@ void massshell(const element& e, elmatrix& m) {
 
 void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f) {
     const flatshape s = flatten(e, meanaxes(e));
-    elmatrix rows = displacement(s, plate(e, s), place);
-    rowstonodes(s, rows);
-    f += rows.transpose() * (s.axes * force);
+    elmatrix work = (s.axes * force).transpose() * displacement(s, plate(e, s), place);
+    rowstonodes(s, work);
+    f += work.transpose();
 }
 
 // Adds a half's rows (three a corner) to the six of a corner, from row `first` on.

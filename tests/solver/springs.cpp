@@ -146,6 +146,7 @@ TEST(Verification, AcceleratedBodies) {
         b.m.cases[1].type = 1;
         b.m.cases[1].par[0] = g;
         const results r = b.solve();
+        provebalance(r);
         row("Bar hanging under its weight, tip", type == typetruss ? "TRUSS 3" : "BEAM 3", "closed",
             rho * g * length * length / (2 * modulus), moved(r, 1, 4, 1));
     }

@@ -391,12 +391,8 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     if (zoomwinmode || viewwindow || windowdrag) given.emplace();
     takepoint(nview, x, y);
     // A model that is full, above all: the press is told off and nothing else happens.
-    guarded(
-        [&] {
-            if (button == mousebuttons::left) needplace(modelx, modely, modelz);
-            mousedriver(nview, button);
-        },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    guarded([&] { mousedriver(nview, button); },
+            [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
     door().refresh();
 }
 
@@ -423,7 +419,7 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
     if (!moves && !boxes) return;
     const keptpoint given;
     takepoint(nview, x, y);
-    if (moves && isplace(modelx, modely, modelz)) mousedrag(nview);
+    if (moves) mousedrag(nview);
     if (boxes) {
         drawcolor = selcolor;
         rubberband(nview);

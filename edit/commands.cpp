@@ -75,21 +75,10 @@ static double valueof(int axis) {
 
 static bool changed;  // the command has changed places
 
-template <typename Change>
-static void tryon(const float* place, Change change) {
-    float moved[3] = {place[0], place[1], place[2]};
-    change(moved);
-    needplace(moved[0], moved[1], moved[2]);
-}
-
-// Calls change(point) with the three coordinates of each selected node and graphic point; of none
-// where one of them would have no place.
+// Calls change(point) with the three coordinates of each selected node and graphic point.
 template <typename Change>
 static void eachpoint(Change change) {
     if (nodesel(0) + graphsel2(0, 0) == 0) return;
-    for (int i = 1; i <= nodesel(0); ++i) tryon(&nodes(0, nodesel(i), 0), change);
-    for (int i = 1; i <= graphsel2(0, 0); ++i)
-        tryon(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1), change);
     if (!redrawedit) eraseselected();
     for (int i = 1; i <= nodesel(0); ++i) change(&nodes(0, nodesel(i), 0));
     for (int i = 1; i <= graphsel2(0, 0); ++i)
@@ -126,7 +115,6 @@ static bool givepoint(bool relative) {
         else if (!isfixed(k))
             point[k] = valueof(k);
     }
-    needplace(point[0], point[1], point[2]);
     row->commandpoint(point[0], point[1], point[2]);
     return true;
 }

@@ -145,23 +145,6 @@ TEST(Commands, PointsGoToTheModeThatAddsNodes) {
     EXPECT_EQ(promptaction, "Select");
 }
 
-TEST(Commands, NoPointGoesWhereSinglesEnd) {
-    commandroom room;
-    nodes(0, 2, 1) = 3e38f;
-    const char* const commands[] = {"sc=1;2;1", "dx=0;3E+38", "ax=1E+300", "myz=3E+38"};
-    for (const char* const command : commands) {
-        runcommand(command);
-        EXPECT_TRUE(room.door.toldpart("Overflow")) << command;
-        room.door.messages.clear();
-    }
-    EXPECT_EQ(room.nodetext(1), "1 0 0") << "not the first of the selection either";
-    EXPECT_EQ(room.nodetext(2), "3 3e+38 4");
-    startmode(addnodemode);
-    runcommand("ax=1;1E+39;0");
-    EXPECT_TRUE(room.door.toldpart("Overflow"));
-    EXPECT_EQ(nnodes(), 3);
-}
-
 TEST(Commands, AFullModelIsToldAndKept) {
     sessionroom room;
     if (modes().empty()) wiremouse();

@@ -343,18 +343,6 @@ TEST(Mouse, AFullModelTakesNoNodeAndNoHarm) {
     EXPECT_EQ(nodesel(0), 0);
 }
 
-TEST(Mouse, APressInAViewWithoutPlacesIsToldOff) {
-    mouseroom room;
-    viewptx(2) = 3e38f;
-    viewscale(2) = 10;
-    startmode(addnodemode);
-    room.click(1, 1);
-    EXPECT_TRUE(room.door.toldpart("Overflow"));
-    EXPECT_EQ(nnodes(), 0);
-    room.click(1, 1, mousebuttons::right);
-    EXPECT_FALSE(addnodemode) << "the right button still ends the mode";
-}
-
 TEST(Mouse, AHandThatTremblesOnTheReferencePointMovesNothing) {
     mouseroom room;
     makegrid();

@@ -345,6 +345,13 @@ bool snaps(const moderow& row) {
            row.flag == &drawcurve;
 }
 
+// Is the point in work a place that the model can hold? In a view of a scale next to nothing a
+// press may point far beyond.
+static bool checkpoint() {
+    const double at[] = {modelx, modely, modelz};
+    return checkplace(at);
+}
+
 static void leftpress(int nview) {
     moderow* const row = runningmode();
     if (addelemmode && row && row->press) return row->press(nview);
@@ -353,9 +360,13 @@ static void leftpress(int nview) {
     if (isselectionpending()) return selectpress(nview);
     if (row && row->press) {
         if (snaps(*row)) snapto(nview);
-        return row->press(nview);
+        if (checkpoint()) row->press(nview);
+        return;
     }
-    if (movepending && isselection()) return movepress(nview);
+    if (movepending && isselection()) {
+        if (checkpoint()) movepress(nview);
+        return;
+    }
     selectpress(nview);
 }
 

@@ -2,7 +2,8 @@
 // A user without a plan: presses random menus, buttons, keys and mouse buttons in the real window
 // and types good and bad texts, while the sanitizers and the checks below watch.
 //   monkey EXAMPLES FOLDER SEED STEPS     (models are copied from EXAMPLES into FOLDER)
-// FOLDER/steps.txt tells what was done; the last line is the step that failed.
+// In every other run the copies are damaged. FOLDER/steps.txt tells what was done; the last line is
+// the step that failed.
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
@@ -72,6 +73,27 @@ std::string typedcommand() {
     std::string text = oneof(verbs);
     for (int i = 0, n = 1 + upto(4); i < n; ++i) text += (i ? ";" : "") + number();
     return text;
+}
+
+// Half of the models' files lose their end, or some of their bytes become others.
+void damagefiles() {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.is_regular_file() && entry.path().extension() != ".txt")
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const fs::path& file : files) {
+        if (upto(2) == 0) continue;
+        std::ifstream in(file, std::ios::binary);
+        std::string bytes(std::istreambuf_iterator<char>(in), {});
+        in.close();
+        if (bytes.empty()) continue;
+        if (upto(4) == 0) bytes.resize(std::size_t(upto(int(bytes.size()))));
+        static const std::string others = "0123456789-.E \r\n;abc\x00\xff";
+        for (int i = upto(4); i > 0 && !bytes.empty(); --i)
+            bytes[std::size_t(upto(int(bytes.size())))] = oneof(others);
+        std::ofstream(file, std::ios::binary) << bytes;
+    }
 }
 
 // --- one step of each kind ----------------------------------------------------------------------
@@ -316,6 +338,7 @@ int main(int argc, char** argv) {
     qputenv("KALVANE_HOME", (folder / "home").c_str());
     steps.open(folder / "steps.txt");
     dice.seed(unsigned(std::atoi(argv[3])));
+    if (upto(2) == 0) damagefiles();
     guardedapplication application(argc, argv);
     setdoor(&theplatform());
     theplatform().scripted = true;

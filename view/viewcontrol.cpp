@@ -75,14 +75,28 @@ static void storechoice(viewform& form) {
     viewgroup(form.current) = form.option == 1 ? form.group0 : 0;
 }
 
+// An eye distance of 0 would show every point at the centre of the view.
+static bool isallowed(int box, double value) {
+    switch (box) {
+        case boxscale:
+            return value > 0;
+        case boxdistance:
+            return value != 0;
+        case boxunit:
+            return value > 0 && value <= greatestunit;
+        default:
+            return true;
+    }
+}
+
 void getvalues(viewform& form) {
     const int v = form.current;
     for (int box = 0; box < viewboxcount; ++box) {
         double value = 0;
         if (!readnumber(form.box[box], value)) return;
         if (box == boxunit) {
-            if (value > 0 && value <= greatestunit) unitveclen = value;
-        } else if (box != boxscale || value > 0) {
+            if (isallowed(box, value)) unitveclen = value;
+        } else if (isallowed(box, value)) {
             listof(box)(v) = float(isangle(box) ? toradians(value) : value);
         }
     }
@@ -104,10 +118,7 @@ static std::string shortdegrees(float radians) {
 void leavebox(viewform& form, int box) {
     if (box == boxaw || box == boxdepth) return;
     double value = 0;
-    bool good = readnumber(form.box[box], value);
-    if (box == boxscale) good = good && value > 0;
-    if (box == boxunit) good = good && value > 0 && value <= greatestunit;
-    if (good) return;
+    if (readnumber(form.box[box], value) && isallowed(box, value)) return;
     form.box[box] =
         box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
 }

@@ -59,17 +59,17 @@ void tell(const std::string& what) {
 std::string number() {
     static const std::vector<std::string> odd = {"0",    "-1",    "1",   "2",      "3",    "10",
                                                  "1e30", "-1e30", "nan", "inf",    "1e-9", "",
-                                                 "abc",  "1,5",   "7.5", "999999", "4;5",  "1E400"};
+                                                 "abc",  "1,5",   "7.5", "999999", "*",    "1E400"};
     if (upto(3) > 0) return oneof(odd);
     return std::to_string((upto(20001) - 10000) / 10.0);
 }
 
 std::string typedcommand() {
-    static const std::vector<std::string> verbs = {"ax", "dx", "sx", "rx", "mx",  "ps", "nn", "en",
-                                                   "a",  "d",  "c",  "r",  "x",   "n",  "e",  "g",
-                                                   "l",  "p",  "s",  "w",  "all", "*",  "ESC"};
+    static const std::vector<std::string> verbs = {"ax=", "ax=",  "dx=",     "dx=", "fn=",
+                                                   "rx=", "ry=",  "rz=",     "sc=", "mxy",
+                                                   "myz", "mxz=", "no such "};
     if (upto(6) == 0) return "help";
-    std::string text = oneof(verbs) + "=";
+    std::string text = oneof(verbs);
     for (int i = 0, n = 1 + upto(4); i < n; ++i) text += (i ? ";" : "") + number();
     return text;
 }

@@ -397,27 +397,42 @@ static point3 areavector(int e) {
     return cross(corner(3) - corner(1), corner(4) - corner(2));
 }
 
-int foldedplaces() {
-    struct side {
-        int from, to, element;
-    };
-    std::vector<side> sides;
+namespace {
+struct elementside {
+    int from, to, element;
+};
+}  // namespace
+
+static std::vector<elementside> sidesofbuffer() {
+    std::vector<elementside> sides;
     for (int e = 1; e <= int(tmpelems(0, 0)); ++e) {
         const auto row = tmpelems.row(e);
-        const std::size_t corners = row[3] == 0 ? 0 : row[4] == 0 ? 3 : 4;
+        const std::size_t corners = row[3] == 0 ? 2 : row[4] == 0 ? 3 : 4;
         for (std::size_t k = 1; k <= corners; ++k) {
-            const auto [from, to] = std::minmax(int(row[k]), int(row[k % corners + 1]));
-            sides.push_back({from, to, e});
+            if (k == 2 && corners == 2) break;  // a line has one side
+            const int a = int(row[k]), b = int(row[k % corners + 1]);
+            sides.push_back({std::min(a, b), std::max(a, b), e});
         }
     }
-    std::ranges::sort(sides, {}, [](const side& s) { return std::pair(s.from, s.to); });
+    return sides;
+}
+
+int foldedplaces() {
+    std::vector<elementside> sides = sidesofbuffer();
+    std::ranges::sort(sides, {}, [](const elementside& s) { return std::pair(s.from, s.to); });
     int count = 0;
     for (std::size_t i = 1; i < sides.size(); ++i) {
-        const side &a = sides[i - 1], &b = sides[i];
+        const elementside &a = sides[i - 1], &b = sides[i];
         const bool shared = a.from == b.from && a.to == b.to;
         if (shared && !(dot(areavector(a.element), areavector(b.element)) > 0)) ++count;
     }
     return count;
+}
+
+int shortsides() {
+    return int(std::ranges::count_if(sidesofbuffer(), [](const elementside& s) {
+        return meet(buffernode(s.from), buffernode(s.to));
+    }));
 }
 
 bool buildmesh(graphiclist& list) {

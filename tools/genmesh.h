@@ -42,6 +42,8 @@ void placeinterior();
 void createelements(graphiclist& list);
 // Sides of the buffer's elements where the mesh turns back on itself or an element has no area.
 int foldedplaces();
+// Sides of the buffer's elements whose ends are one place within nodetol.
+int shortsides();
 
 // All steps but the checks of size. False with the buffers as they were when meshok went false.
 bool buildmesh(graphiclist& list);

@@ -164,6 +164,10 @@ static std::string noteonmesh() {
                    "element " +
                    numbertext(g) + "); mesh it on its own";
     }
+    if (const int sides = shortsides(); sides > 0)
+        return "Note: " + numbertext(sides) +
+               " side(s) of elements are shorter than the merge tolerance; take fewer spaces or a "
+               "distribution factor nearer to 1";
     const int folds = foldedplaces();
     if (folds == 0) return "";
     return "Note: the mesh is folded in " + numbertext(folds) + " place(s); " +

@@ -292,6 +292,22 @@ TEST(Genmesh, AFoldedMeshIsTold) {
     }
 }
 
+TEST(Genmesh, SidesThatCloseAreTold) {
+    for (const int type : {0, 3}) {
+        sessionroom room;
+        auto edges = rectangle();
+        if (type == 3) edges.resize(1);
+        const auto message = [&](float factor) {
+            graphics(1, 0, 2) = factor;
+            mesh2dform form = openwith(type, edges);
+            generatemesh(form);
+            return form.message;
+        };
+        EXPECT_EQ(message(5).find("Note"), std::string::npos);  // the first space is 4 / 4^5
+        EXPECT_NE(message(7).find("1 side(s) of elements are shorter"), std::string::npos);
+    }
+}
+
 TEST(Genmesh, LineMeshesKeepTheirAsymmetries) {
     const auto line = [](double from, float n) {
         return addline({from, 0, 0}, {from + 2, 0, 0}, n);

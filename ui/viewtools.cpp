@@ -18,11 +18,6 @@
 static const double turnstep = 5;  // degrees
 static const double panstep = 1;   // centimetres on the surface
 
-static void scaleview(float factor) {
-    viewscale(activeview) = viewscale(activeview) * factor;
-    drawview(activeview);
-}
-
 namespace {
 struct viewtool {
     const char *icon, *tip, *key;
@@ -33,7 +28,7 @@ struct viewtool {
 static const viewtool viewtools[] = {
     {"redraw", "Redraw", "", [] { redrawall(); }},
     {"fit", "Fit the model to the view", "Ctrl+0", [] { fitview(activeview); }},
-    {"zoomout", "Half size", "Ctrl+-", [] { scaleview(0.5f); }},
+    {"zoomout", "Half size", "Ctrl+-", [] { scaleview(activeview, 0.5); }},
     {"zoomwindow", "Zoom window", "", startzoomwindow},
     {"iso", "ISO", "Ctrl+1", [] { setpreset(activeview, 0); }},
     {"viewxy", "X-Y", "Ctrl+2", [] { setpreset(activeview, 1); }},
@@ -77,7 +72,7 @@ void addviewtools(QToolBar* bar) {
     // A button of each view, by a key here alone.
     auto* const larger = new QAction(bar);
     larger->setShortcuts({QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")});
-    QObject::connect(larger, &QAction::triggered, [] { scaleview(2); });
+    QObject::connect(larger, &QAction::triggered, [] { scaleview(activeview, 2); });
     bar->window()->addAction(larger);
 }
 

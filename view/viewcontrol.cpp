@@ -75,14 +75,19 @@ static void storechoice(viewform& form) {
     viewgroup(form.current) = form.option == 1 ? form.group0 : 0;
 }
 
+// A number that a Single holds; all but the unit vector are stored as Singles.
+static bool readsingle(const std::string& text, double& value) {
+    return readnumber(text, value) && std::isfinite(float(value));
+}
+
 void getvalues(viewform& form) {
     const int v = form.current;
     for (int box = 0; box < viewboxcount; ++box) {
         double value = 0;
-        if (!readnumber(form.box[box], value)) return;
+        if (!readsingle(form.box[box], value)) return;
         if (box == boxunit) {
             if (value > 0 && value <= greatestunit) unitveclen = value;
-        } else if (box != boxscale || value > 0) {
+        } else if (box != boxscale || float(value) > 0) {
             listof(box)(v) = float(isangle(box) ? toradians(value) : value);
         }
     }
@@ -104,8 +109,8 @@ static std::string shortdegrees(float radians) {
 void leavebox(viewform& form, int box) {
     if (box == boxaw || box == boxdepth) return;
     double value = 0;
-    bool good = readnumber(form.box[box], value);
-    if (box == boxscale) good = good && value > 0;
+    bool good = readsingle(form.box[box], value);
+    if (box == boxscale) good = good && float(value) > 0;
     if (box == boxunit) good = good && value > 0 && value <= greatestunit;
     if (good) return;
     form.box[box] =

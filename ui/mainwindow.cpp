@@ -286,6 +286,7 @@ void mainwindow::buildcommandline() {
     inputfield->setEditable(true);
     inputfield->setInsertPolicy(QComboBox::NoInsert);
     inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
+    inputfield->lineEdit()->setObjectName("inputtext");
     inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->lineEdit()->installEventFilter(this);
@@ -390,8 +391,14 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
             runtypedcommand();
             return true;
         }
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape) {
             keyhandler(keyescape);
+            return true;
+        }
+        // Upwards from the empty line lies the last command.
+        if (key == Qt::Key_Up && inputfield->currentIndex() < 0) {
+            inputfield->setCurrentIndex(inputfield->count() - 1);
             return true;
         }
     }

@@ -389,13 +389,16 @@ static bool menuallowed() {
            !isselectionpending();
 }
 
+bool showviewmenu(int nview) {
+    if (!menuallowed()) return false;
+    activeview = nview;
+    door().showpopup(isselection() ? 2 : 1);
+    return true;
+}
+
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
     endhover();
-    if (button == mousebuttons::right && menuallowed()) {
-        activeview = nview;
-        door().showpopup(isselection() ? 2 : 1);
-        return;
-    }
+    if (button == mousebuttons::right && showviewmenu(nview)) return;
     const hourglass wait;
     activeview = nview;
     std::optional<keptpoint> given;  // the point given last, which the corner of a box is not

@@ -46,6 +46,9 @@ void addready();
 void startviewwindow();
 void startzoomwindow();
 
+// The pop-up menu of a view; false while something is under way that a right press would end.
+bool showviewmenu(int nview);
+
 // Events of a view; x, y in centimetres from its top left corner.
 void viewmousedown(int nview, mousebuttons button, double x, double y);
 void viewmousemove(int nview, mousebuttons button, double x, double y);

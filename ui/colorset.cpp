@@ -49,8 +49,9 @@ const namedcolour namedcolours[] = {{&backcolor, "View "},
 const int ncolours = int(std::size(namedcolours));
 
 void showsample(QToolButton* sample, colour c) {
-    sample->setStyleSheet(
-        QString("QToolButton { background: %1; border: 1px solid gray; }").arg(qtcolor(c).name()));
+    sample->setStyleSheet(QString("QToolButton { background: %1; border: 1px solid gray; }"
+                                  "QToolButton:focus { border: 3px solid palette(highlight); }")
+                              .arg(qtcolor(c).name()));
 }
 
 // --- three sliders ------------------------------------------------------------------------------

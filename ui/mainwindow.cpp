@@ -38,6 +38,7 @@
 #include "ui/menus.h"
 #include "ui/printing.h"
 #include "ui/qtsurface.h"
+#include "ui/viewtools.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -77,34 +78,6 @@ double mainwindow::pixelspertwip() const {
 }
 
 // --- toolbars -----------------------------------------------------------------------------------
-
-namespace {
-struct viewtool {
-    const char *icon, *tip;
-    void (*run)();
-};
-}  // namespace
-
-static const double turnstep = 5;  // degrees
-
-static const viewtool viewtools[] = {
-    {"redraw", "Redraw", [] { redrawall(); }},
-    {"fit", "Fit the model to the view", [] { fitview(activeview); }},
-    {"zoomout", "Half size",
-     [] {
-         viewscale(activeview) = viewscale(activeview) / 2;
-         drawview(activeview);
-     }},
-    {"zoomwindow", "Zoom window", startzoomwindow},
-    {"iso", "ISO", [] { setpreset(activeview, 0); }},
-    {"viewxy", "X-Y", [] { setpreset(activeview, 1); }},
-    {"viewxz", "X-Z", [] { setpreset(activeview, 2); }},
-    {"viewyz", "Y-Z", [] { setpreset(activeview, 3); }},
-    {"turnright", "Turn right", [] { turnview(activeview, turnstep, 0); }},
-    {"turnleft", "Turn left", [] { turnview(activeview, -turnstep, 0); }},
-    {"turnup", "Turn up", [] { turnview(activeview, 0, turnstep); }},
-    {"turndown", "Turn down", [] { turnview(activeview, 0, -turnstep); }},
-};
 
 static QToolBar* newbar(QMainWindow* window, const char* name, const QString& title) {
     QToolBar* const bar = window->addToolBar(title);
@@ -188,25 +161,7 @@ void mainwindow::buildtoolbars() {
                     [] { door().showdialog("graphoptions"); })
         ->setObjectName("graphoptionsbutton");
 
-    QToolBar* const view = newbar(this, "viewbar", tr("View"));
-    int number = 0;
-    for (const viewtool& tool : viewtools) {
-        QAction* const action = view->addAction(iconof(tool.icon), tr(tool.tip), tool.run);
-        action->setObjectName(QString("viewtool(%1)").arg(number++));
-    }
-    view->addSeparator();
-    view->addAction(iconof("onewindow"), tr("One view"),
-                    [] {
-                        setoneview();
-                        redrawall();
-                    })
-        ->setObjectName("oneview");
-    view->addAction(iconof("fourwindows"), tr("Four views"),
-                    [] {
-                        setfourviews();
-                        redrawall();
-                    })
-        ->setObjectName("fourviews");
+    addviewtools(newbar(this, "viewbar", tr("View")));
 
     QToolBar* const job = newbar(this, "jobbar", tr("Job"));
     for (const auto& [array, i] :
@@ -296,6 +251,7 @@ void mainwindow::buildleftbar() {
     commentrows->setContentsMargins(2, 2, 2, 2);
     comment = new QPlainTextEdit(commentframe);
     comment->setObjectName("comment");
+    comment->setTabChangesFocus(true);
     commentrows->addWidget(comment);
     rows->addWidget(commentframe, 1);
     connect(comment, &QPlainTextEdit::textChanged, this, [this] {
@@ -330,6 +286,7 @@ void mainwindow::buildcommandline() {
     inputfield->setEditable(true);
     inputfield->setInsertPolicy(QComboBox::NoInsert);
     inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
+    inputfield->lineEdit()->setObjectName("inputtext");
     inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->lineEdit()->installEventFilter(this);
@@ -434,8 +391,14 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
             runtypedcommand();
             return true;
         }
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape) {
             keyhandler(keyescape);
+            return true;
+        }
+        // Upwards from the empty line lies the last command.
+        if (key == Qt::Key_Up && inputfield->currentIndex() < 0) {
+            inputfield->setCurrentIndex(inputfield->count() - 1);
             return true;
         }
     }
@@ -475,7 +438,7 @@ void mainwindow::keyPressEvent(QKeyEvent* event) {
             keyhandler(keyback);
             break;
         default:
-            QMainWindow::keyPressEvent(event);
+            if (!isviewkey(event)) QMainWindow::keyPressEvent(event);
     }
 }
 

@@ -114,11 +114,14 @@ class generaloptions : public QDialog {
         intensity->setObjectName("HScroll1");
         intensity->setRange(0, 255);
         intensity->setMinimumWidth(160);
+        intensity->setFocusPolicy(Qt::StrongFocus);
+        intensity->setInvertedControls(false);  // the left arrow lowers it
         sample = new QLabel(this);
         sample->setObjectName("Text4");
         sample->setFixedHeight(24);
         sample->setFrameShape(QFrame::StyledPanel);
         sample->setAutoFillBackground(true);
+        sample->setAlignment(Qt::AlignCenter);
         connect(intensity, &QScrollBar::valueChanged, this, [this] { showsample(); });
         grid->addWidget(anglexy, 0, 1);
         grid->addWidget(anglez, 1, 1);
@@ -203,7 +206,9 @@ class generaloptions : public QDialog {
         QPalette palette = sample->palette();
         const int v = intensity->value();
         palette.setColor(QPalette::Window, QColor(v, v, v));
+        palette.setColor(QPalette::WindowText, v > 127 ? Qt::black : Qt::white);
         sample->setPalette(palette);
+        sample->setText(QString::number(v));
     }
     void showform() {
         move->setChecked(form.redrawmove);

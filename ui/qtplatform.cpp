@@ -14,6 +14,7 @@
 
 #include "core/runtime.h"
 #include "core/session.h"
+#include "core/views.h"
 #include "ui/dialogs.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
@@ -180,7 +181,11 @@ void qtplatform::showdialog(const std::string& name) {
 }
 
 void qtplatform::showpopup(int which) {
-    if (themainwindow) popupmenu(which, themainwindow)->popup(QCursor::pos());
+    if (!themainwindow) return;
+    const QWidget* const view = themainwindow->view(activeview);
+    const bool pointed = view->rect().contains(view->mapFromGlobal(QCursor::pos()));
+    popupmenu(which, themainwindow)
+        ->popup(pointed ? QCursor::pos() : view->mapToGlobal(view->rect().center()));
 }
 
 void qtplatform::endprogram() {

@@ -96,11 +96,16 @@ QPointF placeof(int nview, double x, double y, double z) {
 }
 
 void pressnamedkey(QWidget* w, const QString& name) {
-    if (name == "ESC") return presskey(w, Qt::Key_Escape);
-    if (name == "ENTER") return presskey(w, Qt::Key_Return);
-    if (name == "SPACE") return presskey(w, Qt::Key_Space, " ");
-    if (name == "BACKSPACE") return presskey(w, Qt::Key_Backspace);
-    refuse("keys are ESC, ENTER, SPACE and BACKSPACE, not " + name);
+    static const std::pair<const char*, int> keys[] = {
+        {"ESC", Qt::Key_Escape},  {"ENTER", Qt::Key_Return},
+        {"SPACE", Qt::Key_Space}, {"BACKSPACE", Qt::Key_Backspace},
+        {"TAB", Qt::Key_Tab},     {"F6", Qt::Key_F6},
+        {"LEFT", Qt::Key_Left},   {"RIGHT", Qt::Key_Right},
+        {"UP", Qt::Key_Up},       {"DOWN", Qt::Key_Down}};
+    for (const auto& [text, key] : keys)
+        if (name == text) return presskey(w, key, key == Qt::Key_Space ? " " : "");
+    refuse("there is no key " + name +
+           "; keys are ESC, ENTER, SPACE, BACKSPACE, TAB, F6, LEFT, RIGHT, UP and DOWN");
 }
 
 void typecommand(const QString& text) {

@@ -246,7 +246,8 @@ class viewdialog : public QDialog {
         for (int v = 1; v <= 4; ++v) {
             const QColor colour = v == form.current ? qtcolor(backcolor) : QColor(192, 192, 192);
             preview[v - 1]->setStyleSheet(
-                QString("QToolButton { background: %1; color: %2; border: 1px solid gray; }")
+                QString("QToolButton { background: %1; color: %2; border: 1px solid gray; }"
+                        "QToolButton:focus { border: 3px solid palette(highlight); }")
                     .arg(colour.name(), colour.lightness() > 128 ? "black" : "white"));
         }
     }

@@ -183,6 +183,12 @@ void viewwidget::wheelEvent(QWheelEvent* event) {
     event->accept();
 }
 
+// By the menu key; the pointer's right button is told by its press.
+void viewwidget::contextMenuEvent(QContextMenuEvent* event) {
+    if (!menulock && event->reason() == QContextMenuEvent::Keyboard) showviewmenu(nview);
+    event->accept();
+}
+
 void viewwidget::leaveEvent(QEvent*) {
     hovering.stop();
     endhover();

@@ -30,6 +30,7 @@ class viewwidget : public QWidget {
     void mouseMoveEvent(QMouseEvent*) override;
     void mouseReleaseEvent(QMouseEvent*) override;
     void wheelEvent(QWheelEvent*) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent*) override;
 
   private:

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -175,5 +176,6 @@ void autoscale(int nview) {
     viewptz(nview) = box.middle(2);
     const double ex = box.size(0), ey = box.size(1), ez = box.size(2);
     const double e = ex > ey && ex > ez ? ex : ey > ez ? ey : ez;
-    viewscale(nview) = e == 0 ? 1.0f : float((smaller / 2 - unitveclen) * 2 / e);
+    const double most = std::numeric_limits<float>::max();
+    viewscale(nview) = e == 0 ? 1.0f : float(std::min((smaller / 2 - unitveclen) * 2 / e, most));
 }

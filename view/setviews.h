@@ -25,6 +25,7 @@ extern const viewpreset viewpresets[4];
 void setpreset(int nview, int preset);
 void turnview(int nview, double horizontal, double vertical);  // by degrees
 
+void scaleview(int nview, double factor);
 void halveview(int nview);   // the button zoomin1: makes the picture smaller
 void doubleview(int nview);  // the button zoomout1
 void fitview(int nview);

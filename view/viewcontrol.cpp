@@ -79,9 +79,9 @@ static void storechoice(viewform& form) {
 static bool isallowed(int box, double value) {
     switch (box) {
         case boxscale:
-            return value > 0;
+            return float(value) > 0;
         case boxdistance:
-            return value != 0;
+            return float(value) != 0;
         case boxunit:
             return value > 0 && value <= greatestunit;
         default:
@@ -89,11 +89,16 @@ static bool isallowed(int box, double value) {
     }
 }
 
+// A number that a Single holds; all but the unit vector are stored as Singles.
+static bool readsingle(const std::string& text, double& value) {
+    return readnumber(text, value) && std::isfinite(float(value));
+}
+
 void getvalues(viewform& form) {
     const int v = form.current;
     for (int box = 0; box < viewboxcount; ++box) {
         double value = 0;
-        if (!readnumber(form.box[box], value)) return;
+        if (!readsingle(form.box[box], value)) return;
         if (box == boxunit) {
             if (isallowed(box, value)) unitveclen = value;
         } else if (isallowed(box, value)) {
@@ -118,7 +123,7 @@ static std::string shortdegrees(float radians) {
 void leavebox(viewform& form, int box) {
     if (box == boxaw || box == boxdepth) return;
     double value = 0;
-    if (readnumber(form.box[box], value) && isallowed(box, value)) return;
+    if (readsingle(form.box[box], value) && isallowed(box, value)) return;
     form.box[box] =
         box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
 }

@@ -53,4 +53,9 @@ TEST(Options, ReadyStoresEveryPage) {
         if (!on) lightangxy = 12;
     }
     EXPECT_EQ(lightangxy, 12) << "a text leaves the angle as it was";
+    optionsform form = showgeneraloptions();
+    form.anglexy = form.anglez = "1E39";
+    storegeneraloptions(form);
+    EXPECT_EQ(lightangxy, 12) << "so does what no Single holds";
+    EXPECT_LT(lightangz, 1000);
 }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 
 #include "core/model.h"
 #include "core/session.h"
@@ -83,4 +84,39 @@ TEST(Viewcontrol, AnEyeOnTheImagePlaneGivesNumbers) {
     scrx = scry = 3;
     unprojectpoint(1);
     EXPECT_TRUE(std::isfinite(modelx) && std::isfinite(modely) && std::isfinite(modelz));
+}
+
+TEST(Viewcontrol, NoBoxTakesWhatASingleCanNotHold) {
+    viewroom room;
+    viewscale(1) = 0.25f;
+    const struct {
+        int box;
+        const char *typed, *left;
+    } cases[] = {{boxx, "1E39", "0"},         {boxscale, "1E-50", "0.25"},
+                 {boxscale, "1E39", "0.25"},  {boxdistance, "-1E39", "1000000"},
+                 {boxvertical, "1E60", "45"}, {boxscale, "3E38", "3E38"},
+                 {boxz, "-3E+38", "-3E+38"}};
+    for (const auto& c : cases) {
+        room.form.box[c.box] = c.typed;
+        leavebox(room.form, c.box);
+        EXPECT_EQ(room.form.box[c.box].substr(0, std::strlen(c.left)), c.left) << c.typed;
+    }
+    showvalues(room.form, 1);
+    room.form.box[boxx] = "1E39";
+    getvalues(room.form);
+    EXPECT_EQ(viewptx(1), 0);
+}
+
+TEST(Viewcontrol, AViewNeverLosesItsScale) {
+    viewroom room;
+    for (int i = 0; i < 300; ++i) halveview(1);
+    EXPECT_GT(viewscale(1), 0);
+    for (int i = 0; i < 600; ++i) doubleview(1);
+    EXPECT_TRUE(std::isfinite(viewscale(1)));
+    viewscale(1) = 1e-40f;
+    scrollview(1, 5, 5);
+    panview(1, 3, 3);
+    copyview(1, 1, 1, 1, 3, 3);
+    EXPECT_TRUE(std::isfinite(viewptx(1)) && std::isfinite(viewpty(1)));
+    EXPECT_TRUE(std::isfinite(viewscale(1)) && viewscale(1) > 0);
 }

@@ -66,6 +66,7 @@ mainwindow::~mainwindow() {
         dialog->hide();
         delete dialog;
     }
+    themainwindow = nullptr;
 }
 
 double mainwindow::pixelspertwip() const {

@@ -3,7 +3,6 @@
 #include "core/model.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "core/platform.h"
 
@@ -129,15 +128,6 @@ static void allocgraphics(long m5, long m6) {
         list->alloc(m6);
     patches.alloc(maxpatches, maxpatchedges, maxedgepieces);
     patchsel.alloc(maxpatches);
-}
-
-bool isplace(double x, double y, double z) {
-    return std::isfinite(float(x)) && std::isfinite(float(y)) && std::isfinite(float(z));
-}
-
-void needplace(double x, double y, double z) {
-    if (!isplace(x, y, z))
-        throw overflowerror("a point would lie farther off than 3.4E+38, nothing was changed");
 }
 
 bool allocmodel() {

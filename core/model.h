@@ -127,11 +127,6 @@ inline int ncomb() {
     return int(lcomb(0, 0));
 }
 
-// Do Singles hold these coordinates? needplace throws overflowerror where they do not, and before
-// anything is changed.
-bool isplace(double x, double y, double z);
-void needplace(double x, double y, double z);
-
 const int maxpatches = 20000, maxpatchedges = 10, maxedgepieces = 20;
 const int maxcombinations = 10;
 

@@ -124,7 +124,17 @@ void projectplace(int nview, double x, double y, double z) {
     projectpoint(nview);
 }
 
-int addnodeat(int nview) {
+static void drawaddednode(int n, int nview) {
+    drawcolor = nodecolor;
+    setnode(n, nview);
+    projectpoint(nview);
+    surface* const s = target(nview);
+    s->fillsolid = true;
+    drawnode(nview);
+    s->fillsolid = false;
+}
+
+int addnodeat(int) {
     if (nnodes() == nodes.upper2) {
         door().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
@@ -141,22 +151,8 @@ int addnodeat(int nview) {
     nodename(n).clear();
     nodes(0, 0, 0) = float(n);
     dorenumber = 1;
-    const keptpoint kept;
-    drawcolor = nodecolor;
     nodecurrent = n;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr || !mnudrawlist(0).checked) continue;
-        prepareview(v);
-        setnode(n, v);
-        projectpoint(v);
-        s->fillsolid = true;
-        drawnode(v);
-        s->fillsolid = false;
-        s->show();
-    }
-    drawcolor = meshcolor;
-    (void)nview;
+    if (mnudrawlist(0).checked) drawinviews([n](int v) { drawaddednode(n, v); });
     return n;
 }
 
@@ -349,6 +345,13 @@ bool snaps(const moderow& row) {
            row.flag == &drawcurve;
 }
 
+// Is the point in work a place that the model can hold? In a view of a scale next to nothing a
+// press may point far beyond.
+static bool checkpoint() {
+    const double at[] = {modelx, modely, modelz};
+    return checkplace(at);
+}
+
 static void leftpress(int nview) {
     moderow* const row = runningmode();
     if (addelemmode && row && row->press) return row->press(nview);
@@ -357,9 +360,13 @@ static void leftpress(int nview) {
     if (isselectionpending()) return selectpress(nview);
     if (row && row->press) {
         if (snaps(*row)) snapto(nview);
-        return row->press(nview);
+        if (checkpoint()) row->press(nview);
+        return;
     }
-    if (movepending && isselection()) return movepress(nview);
+    if (movepending && isselection()) {
+        if (checkpoint()) movepress(nview);
+        return;
+    }
     selectpress(nview);
 }
 
@@ -395,12 +402,8 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     if (zoomwinmode || viewwindow || windowdrag) given.emplace();
     takepoint(nview, x, y);
     // A model that is full, above all: the press is told off and nothing else happens.
-    guarded(
-        [&] {
-            if (button == mousebuttons::left) needplace(modelx, modely, modelz);
-            mousedriver(nview, button);
-        },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    guarded([&] { mousedriver(nview, button); },
+            [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
     door().refresh();
 }
 
@@ -427,7 +430,7 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
     if (!moves && !boxes) return;
     const keptpoint given;
     takepoint(nview, x, y);
-    if (moves && isplace(modelx, modely, modelz)) mousedrag(nview);
+    if (moves) mousedrag(nview);
     if (boxes) {
         drawcolor = selcolor;
         rubberband(nview);

@@ -5,10 +5,12 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "core/colours.h"
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -65,16 +67,32 @@ void editundo() {
 
 // --- moving -------------------------------------------------------------------------------------
 
-void shiftselection(double dx, double dy, double dz) {
-    const double way[] = {dx, dy, dz};
-    for (int i = 1; i <= nodesel(0); ++i)
-        for (int k = 0; k < 3; ++k)
-            nodes(0, nodesel(i), k) = float(nodes(0, nodesel(i), k) + way[k]);
+bool checkplace(const double* point) {
+    const double most = std::numeric_limits<float>::max();
+    for (int k = 0; k < 3; ++k) {
+        if (std::fabs(point[k]) <= most) continue;  // not so for what is no number
+        door().message("The coordinate " + numbertext(point[k]) +
+                           " is beyond the range of coordinates. Nothing was changed.",
+                       icons::exclamation);
+        return false;
+    }
+    return true;
+}
+
+bool changeselected(const std::function<void(double*)>& change) {
+    std::vector<float*> points;
+    for (int i = 1; i <= nodesel(0); ++i) points.push_back(&nodes(0, nodesel(i), 0));
     for (int i = 1; i <= graphsel2(0, 0); ++i)
-        for (int k = 0; k < 3; ++k) {
-            float& value = graphics(graphsel2(i, 0), graphsel2(i, 1), k + 1);
-            value = float(value + way[k]);
-        }
+        points.push_back(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
+    std::vector<std::array<double, 3>> places;
+    for (const float* p : points) {
+        places.push_back({p[0], p[1], p[2]});
+        change(places.back().data());
+        if (!checkplace(places.back().data())) return false;
+    }
+    for (std::size_t i = 0; i < points.size(); ++i)
+        for (std::size_t k = 0; k < 3; ++k) points[i][k] = float(places[i][k]);
+    return true;
 }
 
 bool ismoving() {
@@ -101,21 +119,25 @@ static void takereference() {
     reference[2] = modelz;
 }
 
-// Takes the picture of the selection away, shifts it, draws it again.
-static void shiftshown(double dx, double dy, double dz) {
+// Takes the picture of the selection away, shifts it, draws it again. The reference point lies on
+// what has moved.
+static void shiftshown(const std::array<double, 3>& way) {
     hideselection();
     if (!redrawmove) eraseselected();
-    shiftselection(dx, dy, dz);
+    const bool shifted = changeselected([&](double* p) {
+        for (std::size_t k = 0; k < 3; ++k) p[k] += way[k];
+    });
     if (!redrawmove) drawselectedplain();
     showselection();
+    if (!shifted) return;
+    for (std::size_t k = 0; k < 3; ++k) reference[k] += way[k];
     moved = true;
     pasteflag = true;
     resultflag = 1;
 }
 
 static void shifttopoint() {
-    shiftshown(modelx - reference[0], modely - reference[1], modelz - reference[2]);
-    takereference();
+    shiftshown({modelx - reference[0], modely - reference[1], modelz - reference[2]});
 }
 
 void movepress(int nview) {
@@ -153,10 +175,9 @@ void moverelease(int) {
 }
 
 void movetyped(const double* way) {
-    if (!movepending) return;
+    if (!movepending || !checkplace(way)) return;
     storeundo();
-    shiftshown(way[0], way[1], way[2]);
-    for (int k = 0; k < 3; ++k) reference[k] += way[k];  // it lies on what has moved
+    shiftshown({way[0], way[1], way[2]});
     if (redrawmove) redrawall();
 }
 

@@ -3,6 +3,8 @@
 // back.
 #pragma once
 
+#include <functional>
+
 const double dragreach = 0.15;  // centimetres from which a press and release is a drag
 
 // The user chose to move what is selected: the next press is the reference point. A mode that runs
@@ -22,8 +24,12 @@ void refreshselection();
 // this routine the user leaves a selection: ESC, another item type, a mode, a paste.
 void releaseselection();
 
-// Shifts every selected node and graphic point, in Single.
-void shiftselection(double dx, double dy, double dz);
+// Coordinates are Singles: false for a point that lies beyond them, or at no place at all, after
+// the user was told.
+bool checkplace(const double* point);
+// Calls change(point) with the three coordinates of every selected node and graphic point, and
+// stores them as Singles. None is stored where one lies beyond them: false, after it was told.
+bool changeselected(const std::function<void(double*)>& change);
 // The places of the selection before the last move.
 void storeundo();
 void editundo();

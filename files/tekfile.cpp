@@ -137,7 +137,11 @@ static void readgeometry(textin& in) {
 void readtek(const std::string& base) {
     textin in(findnocase(base + ".tek"));
     readgeometry(in);
-    readviews(in);
+    // A model is not lost for what its views looked at.
+    guarded([&] { readviews(in); },
+            [](const runtimeerror& e) {
+                door().message(e.what + "; the views stay as in a new model", icons::exclamation);
+            });
 }
 
 void readtekgeometry(const std::string& base) {

@@ -101,7 +101,7 @@ void mainwindow::buildleftbar() {
         coordinates[k] = new QLineEdit(leftbar);
         coordinates[k]->setObjectName(QString("Text%1").arg(k + 1));
         coordinates[k]->setMinimumWidth(40);
-        connect(coordinates[k], &QLineEdit::returnPressed, this, [this] { takecoordinates(); });
+        coordinates[k]->installEventFilter(this);
         row->addWidget(coordinatelabels[k]);
         row->addWidget(coordinates[k], 1);
         rows->addLayout(row);
@@ -130,8 +130,8 @@ void mainwindow::buildleftbar() {
     connect(modes, &QComboBox::activated, this, [](int i) { choosemode(i + 1); });
     rows->addWidget(modegroup);
     connect(modenumber, &QLineEdit::editingFinished, this, [this] {
-        const int number = int(numberof(modenumber->text().toStdString()));
-        if (number != curlcomb) choosemode(number);
+        typemode(modenumber->text().toStdString());
+        modenumber->setText(QString::number(curlcomb));
     });
 
     resultlabel = new QLabel(leftbar);
@@ -207,9 +207,17 @@ void mainwindow::buildcommandline() {
 // Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
 void mainwindow::takecoordinates() {
     double value[3];
-    for (std::size_t k = 0; k < 3; ++k) value[k] = numberof(coordinates[k]->text().toStdString());
+    for (std::size_t k = 0; k < 3; ++k) {
+        const std::string text = coordinates[k]->text().toStdString();
+        if (readnumber(text, value[k])) continue;
+        door().message(coordinatelabels[k]->text().toStdString() + " \"" + text +
+                           "\" is no number. Nothing was changed.",
+                       icons::exclamation);
+        return;
+    }
     guarded(
         [&] {
+            if (!checkplace(value)) return;
             if (ismoving()) return movetyped(value);
             moderow* const row = runningmode();
             if (row && row->commandpoint)
@@ -251,11 +259,22 @@ void mainwindow::placeleftbar() {
     leftbar->setGeometry(0, 0, int(sidebarw * pixelspertwip()), workspace->height());
 }
 
+static bool isenter(const QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return false;
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == workspace && event->type() == QEvent::Resize) {
         arrangeviews();
         redrawall();
         return false;
+    }
+    // Enter gives the point and goes no further: to the window it means the end of the mode.
+    if (isenter(event) && std::ranges::find(coordinates, watched) != coordinates.end()) {
+        takecoordinates();
+        return true;
     }
     if (inputfield && watched == inputfield->lineEdit()) switch (event->type()) {
             case QEvent::FocusIn:
@@ -268,12 +287,11 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
                 break;
         }
     if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        if (isenter(event)) {
             runtypedcommand();
             return true;
         }
-        if (key == Qt::Key_Escape) {
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
             keyhandler(keyescape);
             return true;
         }

@@ -95,11 +95,11 @@ QPointF placeof(int nview, double x, double y, double z) {
     return {scrx, scry};
 }
 
-void pressmainkey(const QString& name) {
-    if (name == "ESC") return presskey(themainwindow, Qt::Key_Escape);
-    if (name == "ENTER") return presskey(themainwindow, Qt::Key_Return);
-    if (name == "SPACE") return presskey(themainwindow, Qt::Key_Space, " ");
-    if (name == "BACKSPACE") return presskey(themainwindow, Qt::Key_Backspace);
+void pressnamedkey(QWidget* w, const QString& name) {
+    if (name == "ESC") return presskey(w, Qt::Key_Escape);
+    if (name == "ENTER") return presskey(w, Qt::Key_Return);
+    if (name == "SPACE") return presskey(w, Qt::Key_Space, " ");
+    if (name == "BACKSPACE") return presskey(w, Qt::Key_Backspace);
     refuse("keys are ESC, ENTER, SPACE and BACKSPACE, not " + name);
 }
 
@@ -307,7 +307,7 @@ bool scriptplayer::run(const QString& line) {
         drag(view, corner(2), corner(5));
     } else if (verb == "key") {
         need(1);
-        pressmainkey(words[1]);
+        pressnamedkey(n >= 3 ? findcontrol(words[2], words[3]) : themainwindow, words[1]);
     } else if (verb == "set") {
         need(2);
         setcontrol(words[1], words[2], rest(3));

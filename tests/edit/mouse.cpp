@@ -343,16 +343,24 @@ TEST(Mouse, AFullModelTakesNoNodeAndNoHarm) {
     EXPECT_EQ(nodesel(0), 0);
 }
 
-TEST(Mouse, APressInAViewWithoutPlacesIsToldOff) {
+TEST(Mouse, APressBeyondAllCoordinatesAddsAndMovesNothing) {
     mouseroom room;
-    viewptx(2) = 3e38f;
-    viewscale(2) = 10;
+    makegrid();
+    const int before = nnodes();
+    room.click(3, 2);
+    const float x = nodes(0, nodesel(1), 0);
+    const int n = nodesel(1);
+    viewscale(1) = viewscale(2) = 1e-40f;  // a centimetre is 1E+40 units of the model
+    startmove();
+    room.click(3, 2);
+    EXPECT_FALSE(bool(editing));
+    EXPECT_TRUE(room.door.toldpart("beyond the range of coordinates"));
+    EXPECT_EQ(nodes(0, n, 0), x);
+    room.door.messages.clear();
     startmode(addnodemode);
-    room.click(1, 1);
-    EXPECT_TRUE(room.door.toldpart("Overflow"));
-    EXPECT_EQ(nnodes(), 0);
-    room.click(1, 1, mousebuttons::right);
-    EXPECT_FALSE(addnodemode) << "the right button still ends the mode";
+    room.click(4, 3);
+    EXPECT_TRUE(room.door.toldpart("beyond the range of coordinates"));
+    EXPECT_EQ(nnodes(), before);
 }
 
 TEST(Mouse, AHandThatTremblesOnTheReferencePointMovesNothing) {

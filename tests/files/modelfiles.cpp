@@ -160,6 +160,24 @@ TEST(Modelfiles, DofTypeFollowsElementsAndDimension) {
     }
 }
 
+TEST(Modelfiles, DamagedViewsAreToldAndTheModelOpens) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    const std::string tek = contentof(room.file("a.tek"));
+    const std::size_t views = tek.find("7,1\r\n8\r\n5,6,7,2\r\n") + 17;
+    for (const char* line : {"1,2,3,0.5,0.5,0,9,NaN", "1,2,3,0.5,0.5,0,9,1E+39", "1,2,3", "x"}) {
+        writefile(room.file("a.tek"), tek.substr(0, views) + line + "\r\n");
+        room.door.messages.clear();
+        ASSERT_TRUE(openmodel(room.file("a"))) << line;
+        EXPECT_EQ(nelems(), 4) << line;
+        EXPECT_EQ(viewptx(1), 0) << line;
+        EXPECT_EQ(viewscale(1), 1) << line;
+        EXPECT_EQ(room.door.messages.size(), 1u) << line;
+        EXPECT_TRUE(room.door.toldpart("the views stay as in a new model")) << line;
+    }
+}
+
 TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
     sessionroom room;
     fillmodel();

@@ -273,14 +273,6 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
     t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
-    const auto addswitch = [&](int i, const char* caption, bool& on) {
-        t.push_back({m, "postswitch", i, caption, "", "", [&on] { toggleswitch(on); },
-                     [&on] { return on; }});
-    };
-    t.push_back(separator(m, "postswitch", 0));
-    addswitch(1, "Even Palette", evenpalette);
-    addswitch(2, "Mark Highest and Lowest", markextremes);
-    addswitch(3, "Value at Pointer", valueatpointer);
 }
 
 static void addinformationmenu(std::vector<menurow>& t) {

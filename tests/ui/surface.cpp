@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <cmath>
 #include <limits>
 
@@ -129,7 +129,7 @@ TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
+    const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

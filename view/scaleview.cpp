@@ -45,6 +45,13 @@ void projectaxis(int nview) {
     projectpoint(nview);
 }
 
+// Of an angle that is a Single: a quarter turn is off by up to 1.2e-7. Points pressed in a view
+// along an axis shall lie in its plane, not beside it.
+static double exactquarter(double sineorcosine) {
+    const double rounding = 2e-7;
+    return std::fabs(sineorcosine) < rounding ? 0 : sineorcosine;
+}
+
 void unprojectpoint(int nview) {
     const double aw = viewaw(nview), dist = viewdist(nview);
     const double f0 = aw + dist == 0 ? 0 : dist / (aw + dist);
@@ -52,7 +59,8 @@ void unprojectpoint(int nview) {
     const double u = (scrx - vieww / 2) / scalex;
     const double p = (viewh / 2 - scry) / scaley;
     const double h = viewhor(nview), v = viewvert(nview);
-    const double cosh = std::cos(h), sinh = std::sin(h), cosv = std::cos(v), sinv = std::sin(v);
+    const double cosh = exactquarter(std::cos(h)), sinh = exactquarter(std::sin(h));
+    const double cosv = exactquarter(std::cos(v)), sinv = exactquarter(std::sin(v));
     const double x = cosh * cosv * w - sinh * u - sinv * cosh * p;
     const double y = sinh * cosv * w + cosh * u - sinv * sinh * p;
     const double z = sinv * w + cosv * p;

@@ -124,7 +124,7 @@ void projectplace(int nview, double x, double y, double z) {
     projectpoint(nview);
 }
 
-int addnodeat(int nview) {
+int addnodeat(int) {
     if (nnodes() == nodes.upper2) {
         door().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
@@ -156,7 +156,6 @@ int addnodeat(int nview) {
         s->show();
     }
     drawcolor = meshcolor;
-    (void)nview;
     return n;
 }
 

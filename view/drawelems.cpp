@@ -165,17 +165,20 @@ void drawelementlabel(int e, int nview) {
     s->text(label);
 }
 
-static void drawelementnodes(surface& s, int e, int nview) {
+void drawelementnodes(int e, int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
     const colour before = drawcolor;
+    const bool solid = s->fillsolid;
     if (drawcolor != backcolor) drawcolor = nodecolor;
-    s.fillsolid = true;
+    s->fillsolid = true;
     for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) {
         nodecurrent = int(elems(e, k));
         setnode(nodecurrent, nview);
         projectpoint(nview);
         if (isinslab()) drawnode(nview);
     }
-    s.fillsolid = false;
+    s->fillsolid = solid;
     drawcolor = before;
 }
 
@@ -211,7 +214,7 @@ void drawelement(int e, int nview) {
     s->drawwidth = 1;
     drawelementlabel(e, nview);
     if (mnudrawlist(0).checked && (mnudrawlist(10).checked || viewtype(nview) != 0))
-        drawelementnodes(*s, e, nview);
+        drawelementnodes(e, nview);
 }
 
 void drawallelements(int nview) {

@@ -643,10 +643,11 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     placesolver(room);
     modelsize(1) = 30000;
     ASSERT_TRUE(resetmodel());
-    writemodelsize();
     for (int n = 1; n <= 25000; ++n) addnode(float(n), 0, 0);
+    groups(0, 0) = meshgroup = 2;
     addelement(6, {1, 25000});
     nodename(3) = "corner";
+    commenttext = "notes";
     groupcolor(1) = selcolor = 1234;
     viewdepth(2) = 5;
     curlc = loadnode(0, 0) = 2;
@@ -662,6 +663,9 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     EXPECT_EQ(groupcolor(1), 1234);
     EXPECT_EQ(viewdepth(2), 5);
     EXPECT_EQ(curlc, 2);
+    EXPECT_EQ(meshgroup, 2);
+    EXPECT_FALSE(commentvisible) << "a frame that the user has closed stays closed";
+    EXPECT_EQ(modelsize(1), 30000) << "whatever the file of the sizes holds";
 }
 
 TEST(Analyse, OptionsFollowEachOther) {

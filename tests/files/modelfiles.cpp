@@ -501,6 +501,10 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     EXPECT_EQ(nnodes(), 12);
     EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
     EXPECT_EQ(modelname, room.file("m"));
+    EXPECT_EQ(openfile(room.file("m")), reply::done) << "a model by its bare name";
+    writefile(room.file("notes.md"), "text");
+    EXPECT_EQ(openfile(room.file("notes.md")), reply::failed);
+    EXPECT_TRUE(room.door.toldpart("Files of type \".md\" can not be used here"));
 }
 
 TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {

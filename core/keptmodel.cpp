@@ -148,7 +148,7 @@ void keptmodel::restoreinto() {
 // --- what the files do not hold -----------------------------------------------------------------
 
 struct keptbesidefiles::store {
-    int nodes = nnodes(), elements = nelems(), groups = ngroups();
+    int nodes = nnodes(), elements = nelems(), groups = ngroups(), group = meshgroup;
     array1<std::string> nodename, elemname;
     array3<float> endrelease;
     array1<int> groupcolor;
@@ -170,8 +170,11 @@ keptbesidefiles::~keptbesidefiles() = default;
 
 void keptbesidefiles::restore() {
     kept->look.restorecolours();
-    if (ngroups() == kept->groups && groupcolor.upper == kept->groupcolor.upper)
+    commentvisible = kept->look.comment;
+    if (ngroups() == kept->groups && groupcolor.upper == kept->groupcolor.upper) {
         std::swap(kept->groupcolor, groupcolor);
+        meshgroup = kept->group;
+    }
     if (nnodes() != kept->nodes || nelems() != kept->elements) return;
     if (nodename.upper != kept->nodename.upper || elemname.upper != kept->elemname.upper) return;
     kept->look.restoreviews();

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 #include "core/keptmodel.h"
 #include "core/model.h"
-#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -194,7 +194,9 @@ class runlock {
         door().refresh();
         if (clearmem != 1) return;
         beside.emplace();
-        for (int i = 1; i <= 7; ++i) modelsize(i) = 1;
+        std::swap(sizes, modelsize);
+        modelsize.alloc(sizes.upper);
+        for (int i = 1; i <= modelsize.upper; ++i) modelsize(i) = 1;
         allocmodel();
         curlc = curlcomb = 1;
     }
@@ -209,7 +211,8 @@ class runlock {
 
   private:
     void regainmodel() {
-        readmodelsize();
+        // Those of the session: the file may hold sizes that the machine did not give.
+        std::swap(sizes, modelsize);
         const std::string name = modelname;
         if (!guarded([&] { openmodel(name); }, [](const runtimeerror&) {}) || nnodes() != count) {
             door().message("The model could not be read back after the analysis; it stands in " +
@@ -226,6 +229,7 @@ class runlock {
 
     const int lc = curlc, combination = curlcomb, count = nnodes();
     std::optional<keptbesidefiles> beside;
+    array1<int> sizes;
 };
 }  // namespace
 

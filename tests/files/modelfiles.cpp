@@ -501,6 +501,10 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     EXPECT_EQ(nnodes(), 12);
     EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
     EXPECT_EQ(modelname, room.file("m"));
+    EXPECT_EQ(openfile(room.file("m")), reply::done) << "a model by its bare name";
+    writefile(room.file("notes.md"), "text");
+    EXPECT_EQ(openfile(room.file("notes.md")), reply::failed);
+    EXPECT_TRUE(room.door.toldpart("Files of type \".md\" can not be used here"));
 }
 
 TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
@@ -643,10 +647,11 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     placesolver(room);
     modelsize(1) = 30000;
     ASSERT_TRUE(resetmodel());
-    writemodelsize();
     for (int n = 1; n <= 25000; ++n) addnode(float(n), 0, 0);
+    groups(0, 0) = meshgroup = 2;
     addelement(6, {1, 25000});
     nodename(3) = "corner";
+    commenttext = "notes";
     groupcolor(1) = selcolor = 1234;
     viewdepth(2) = 5;
     curlc = loadnode(0, 0) = 2;
@@ -662,6 +667,9 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     EXPECT_EQ(groupcolor(1), 1234);
     EXPECT_EQ(viewdepth(2), 5);
     EXPECT_EQ(curlc, 2);
+    EXPECT_EQ(meshgroup, 2);
+    EXPECT_FALSE(commentvisible) << "a frame that the user has closed stays closed";
+    EXPECT_EQ(modelsize(1), 30000) << "whatever the file of the sizes holds";
 }
 
 TEST(Analyse, OptionsFollowEachOther) {

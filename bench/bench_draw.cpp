@@ -10,41 +10,21 @@
 #include <fstream>
 #include <vector>
 
+#include "bench/imagedoor.h"
 #include "bench/largemodel.h"
 #include "bench/ratio.h"
 #include "core/colours.h"
 #include "core/model.h"
-#include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/move.h"
 #include "edit/selection.h"
-#include "ui/qtsurface.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
-
-static const double pixelspercm = 96 / 2.54;
-
-// The four surfaces without a window around them.
-class imagedoor : public platform {
-  public:
-    answers show(const messagebox&) override { return answers::ok; }
-    filechoice choosefile(const filebox&) override { return {}; }
-    surface* viewsurface(int nview) override { return &views[std::size_t(nview - 1)]; }
-    twipbox workarea() override { return {0, 0, 2080 + 1600 * 15, 900 * 15}; }
-    void placeview(int nview, const twipbox& box, bool) override {
-        views[std::size_t(nview - 1)].resize(int(box.width / 15), int(box.height / 15), 1,
-                                             pixelspercm);
-    }
-    void viewsize(int nview, double& width, double& height) override {
-        width = views[std::size_t(nview - 1)].width();
-        height = views[std::size_t(nview - 1)].height();
-    }
-    std::array<qtsurface, 4> views;
-};
 
 using facet = std::array<QPointF, 4>;
 
@@ -158,6 +138,14 @@ static void benchpicks() {
     unprojectpoint(1);
     printratio(
         "pick of a node", 9, 3, [&] { sum += picknode(1).item; }, plain);
+    double place = 5;
+    printratio(
+        "item under a moving pointer", 9, 3,
+        [&] {
+            takepoint(1, place += 0.1, 8);
+            sum += hovernode(1).item;
+        },
+        plain);
     printratio(
         "window selection", 9, 3,
         [] {

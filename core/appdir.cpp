@@ -8,7 +8,8 @@
 
 namespace fs = std::filesystem;
 
-static bool iswritable(const fs::path& folder) {
+bool iswritable(const std::string& directory) {
+    const fs::path folder = directory;
     std::error_code ec;
     if (!fs::is_directory(folder, ec)) return false;
     const fs::path probe = folder / ".kalvane-write-test~";
@@ -24,12 +25,44 @@ static fs::path userdata() {
     return fs::path(home && *home ? home : ".") / ".local/share/kalvane";
 }
 
+// A copy that can be written, whatever the rights of the original: installed data are read-only.
+static void copyfile(const fs::path& source, const fs::path& target) {
+    std::error_code ec;
+    const auto age = fs::last_write_time(source, ec);
+    fs::permissions(target, fs::perms::owner_write, fs::perm_options::add, ec);
+    fs::copy_file(source, target, fs::copy_options::overwrite_existing, ec);
+    fs::permissions(target, fs::perms::owner_write, fs::perm_options::add, ec);
+    fs::last_write_time(target, age, ec);
+}
+
+void copytree(const std::string& from, const std::string& to) {
+    std::error_code ec;
+    fs::create_directories(to, ec);
+    for (const auto& entry : fs::directory_iterator(from, ec)) {
+        const fs::path target = fs::path(to) / entry.path().filename();
+        if (entry.is_directory(ec))
+            copytree(entry.path().string(), target.string());
+        else if (!fs::exists(target, ec) ||
+                 fs::last_write_time(target, ec) != fs::last_write_time(entry.path(), ec))
+            copyfile(entry.path(), target);
+    }
+}
+
 static void fillfrom(const fs::path& source, const fs::path& target) {
-    static const char* const files[] = {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "manual.htm"};
+    static const char* const files[] = {"ELTYP.DAT", "ELDES.DAT", "sections.dat"};
     std::error_code ec;
     for (const char* name : files)
         if (!fs::exists(target / name, ec) && fs::exists(source / name, ec))
-            fs::copy_file(source / name, target / name, ec);
+            copyfile(source / name, target / name);
+}
+
+// The manual and its pictures are nobody's to edit: those of this version take the place of those
+// of another.
+static void copymanual(const fs::path& source, const fs::path& target) {
+    std::error_code ec;
+    if (!fs::exists(source / "manual.htm", ec)) return;
+    copyfile(source / "manual.htm", target / "manual.htm");
+    copytree((source / "manual").string(), (target / "manual").string());
 }
 
 std::string findappdir(const std::string& programdir, const std::string& installeddata) {
@@ -37,10 +70,13 @@ std::string findappdir(const std::string& programdir, const std::string& install
     fs::path folder = programdir;
     if (const char* home = std::getenv("KALVANE_HOME"); home && *home)
         folder = fs::absolute(home);
-    else if (!fs::exists(folder / "ELTYP.DAT", ec) || !iswritable(folder))
+    else if (!fs::exists(folder / "ELTYP.DAT", ec) || !iswritable(folder.string()))
         folder = userdata();
     fs::create_directories(folder, ec);
     for (const fs::path& source : {fs::path(programdir), fs::path(installeddata)})
-        if (source != folder) fillfrom(source, folder);
+        if (source != folder) {
+            fillfrom(source, folder);
+            copymanual(source, folder);
+        }
     return folder.string();
 }

@@ -148,11 +148,12 @@ void keptmodel::restoreinto() {
 // --- what the files do not hold -----------------------------------------------------------------
 
 struct keptbesidefiles::store {
-    int nodes = nnodes(), elements = nelems(), groups = ngroups();
+    int nodes = nnodes(), elements = nelems(), groups = ngroups(), group = meshgroup;
     array1<std::string> nodename, elemname;
     array3<float> endrelease;
     array1<int> groupcolor;
     array2<Flag> elemvis;
+    array1<Flag> elemflag;
     keptlook look;
 };
 
@@ -162,18 +163,23 @@ keptbesidefiles::keptbesidefiles() : kept(std::make_unique<store>()) {
     std::swap(kept->endrelease, endrelease);
     std::swap(kept->groupcolor, groupcolor);
     std::swap(kept->elemvis, elemvis);
+    std::swap(kept->elemflag, elemflag);
 }
 
 keptbesidefiles::~keptbesidefiles() = default;
 
 void keptbesidefiles::restore() {
     kept->look.restorecolours();
-    if (ngroups() == kept->groups && groupcolor.upper == kept->groupcolor.upper)
+    commentvisible = kept->look.comment;
+    if (ngroups() == kept->groups && groupcolor.upper == kept->groupcolor.upper) {
         std::swap(kept->groupcolor, groupcolor);
+        meshgroup = kept->group;
+    }
     if (nnodes() != kept->nodes || nelems() != kept->elements) return;
     if (nodename.upper != kept->nodename.upper || elemname.upper != kept->elemname.upper) return;
     kept->look.restoreviews();
     std::swap(kept->elemvis, elemvis);
+    std::swap(kept->elemflag, elemflag);
     std::swap(kept->nodename, nodename);
     std::swap(kept->elemname, elemname);
     std::swap(kept->endrelease, endrelease);

@@ -23,8 +23,9 @@ class keptmodel {
 };
 
 // What the model's files do not hold: names of nodes and elements, end releases, colours, depth
-// slab and elements shown of the views. Taken aside before a model is re-read from its own files,
-// and put back when the re-read model has the same size.
+// slab and elements shown of the views, marks for post-processing, the current group, whether the
+// comment shows. Taken aside before a model is
+// re-read from its own files, and put back when the re-read model has the same size.
 class keptbesidefiles {
   public:
     keptbesidefiles();

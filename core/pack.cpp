@@ -8,6 +8,7 @@
 
 #include "core/model.h"
 #include "core/session.h"
+#include "core/views.h"
 
 static void moveelement(long from, long to) {
     std::ranges::copy(elems.row(from), elems.row(to).begin());
@@ -55,6 +56,16 @@ static void followelements(const std::vector<int>& newnumber) {
     elemsel(0) = float(kept);
 }
 
+// How many elements each view of a group or a selection still shows.
+static void recountviews() {
+    for (int v = 1; v <= nviews; ++v) {
+        if (viewselnum(v) == 0) continue;
+        int count = 0;
+        for (int e = 1; e <= nelems(); ++e) count += elemvis(v, e);
+        viewselnum(v) = count;
+    }
+}
+
 void packelems() {
     const int count = nelems();
     int live = 0;
@@ -71,6 +82,7 @@ void packelems() {
     for (int e = c + 1; e <= count; ++e) emptyelement(e);
     elems(0, 0) = float(c);
     followelements(newnumber);
+    recountviews();
 }
 
 // Selected graphic elements and points take the new numbers; those that have gone leave.

@@ -71,15 +71,15 @@ class platform {
     virtual twipbox workarea() { return {}; }  // room for views, scroll bars and left bar
     virtual void placeview(int, const twipbox&, bool) {}
     virtual void viewsize(int, double& width, double& height) { width = height = 0; }  // cm
-    virtual void setscrollbars(int, const scrollrange&, bool) {}
+    virtual void setscrollbars(int, const scrollrange&) {}
     virtual void crosspointer(bool) {}  // over all views
 
     // The printer. startprint asks for printer, paper and orientation in the print dialog and
     // begins the page that printsurface draws on; endprint ends page and document, false where that
-    // failed.
+    // failed. A page that is not whole is given up: no file of an earlier job is replaced.
     virtual printstart startprint() { return printstart::noprinter; }
     virtual surface* printsurface() { return nullptr; }
-    virtual bool endprint() { return false; }
+    virtual bool endprint(bool) { return false; }
 
     // Long work. share is 0..1; false once the user has pressed Cancel, which is offered where the
     // work can be given up.

@@ -32,6 +32,7 @@ int checkedof(const array1<menustate>& list) {
 Flag addnodemode, addelemmode, drawline, drawcircle, drawcurve;
 Flag editconstraint, editnodalload, editelemload, meshmode;
 Flag zoomwinmode, viewwindow, viewselpending, postselpending, windowdrag, movepending, editing;
+Flag pasteflag;
 Flag singleel, menulock;
 int ptcount;
 selecttypes selecttype = selecttypes::single;
@@ -87,6 +88,13 @@ void labelselect() {
         promptitem += names[i];
     }
     textcaption();
+}
+
+void readyprompt() {
+    promptaction = "Select";
+    promptgoal = "for editing";
+    prompttail.clear();
+    labelselect();
 }
 
 const char* statusofsnap() {

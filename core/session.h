@@ -52,6 +52,7 @@ extern Flag viewselpending;  // the selection serves the view dialog
 extern Flag postselpending;  // the selection serves the post-process options
 extern Flag windowdrag;      // a window corner is placed, the box follows the mouse
 extern Flag movepending;     // the next press is the reference point of a move
+extern Flag pasteflag;       // the selection was pasted or moved: it merges when it is released
 extern Flag editing;         // a move or a dialog's edit is under way
 extern Flag singleel;        // the single element dialog picks nodes
 extern Flag menulock;        // while up, most menus are disabled
@@ -66,6 +67,7 @@ void prompt(const std::string& action, const std::string& item, const std::strin
 std::string statusline();
 void textcaption();          // shows the status line and refreshes the window
 void labelselect();          // item from the check marks of MnuSelectItem, then textcaption
+void readyprompt();          // the prompts of the rest state
 const char* statusofsnap();  // "Snap On" or "Snap Off"
 
 // A move can no longer be taken back: its places belong to numbers that have changed.

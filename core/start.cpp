@@ -14,10 +14,11 @@
 #include "core/views.h"
 
 static void clearmodes() {
-    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
-                       &editconstraint, &editnodalload, &editelemload, &meshmode, &zoomwinmode,
-                       &viewwindow, &viewselpending, &postselpending, &windowdrag, &movepending,
-                       &editing, &singleel, &menulock, &linepressure})
+    for (Flag* flag :
+         {&addnodemode,    &addelemmode,    &drawline,       &drawcircle, &drawcurve,
+          &editconstraint, &editnodalload,  &editelemload,   &meshmode,   &zoomwinmode,
+          &viewwindow,     &viewselpending, &postselpending, &windowdrag, &movepending,
+          &editing,        &pasteflag,      &singleel,       &menulock,   &linepressure})
         *flag = false;
     ptcount = 0;
 }

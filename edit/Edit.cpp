@@ -12,6 +12,8 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/hover.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
@@ -53,13 +55,11 @@ static void copygraphics() {
 void editcopy() {
     tmpnodes(0, 0) = tmpelems(0, 0) = graphics2(0, 0, 0) = 0;
     const selectitems item = selectitem();
-    if (item == selectgraphics) {
-        copygraphics();
-    } else {
-        if (item == selectelements && elemsel(0) != 0) gatherelementnodes();
-        copynodes();
-        if (item == selectelements && elemsel(0) != 0) copyelements();
-    }
+    const bool ofelements = item == selectelements && elemsel(0) != 0;
+    if (ofelements) gatherelementnodes();
+    if (item == selectnodes || item == selectelements) copynodes();
+    if (ofelements) copyelements();
+    if (item == selectgraphics) copygraphics();
     hideselection();
 }
 
@@ -69,11 +69,6 @@ void editcut() {
 }
 
 // --- paste --------------------------------------------------------------------------------------
-
-static void deselect() {
-    hideselection();
-    emptyselection();
-}
 
 static void pastenodes() {
     const int count = int(tmpnodes(0, 0)), before = nnodes();
@@ -137,7 +132,7 @@ static bool bufferfits() {
 }
 
 bool editpaste() {
-    if (tmpelems(0, 0) != 0) checkonly(MnuSelectItem, 1);
+    if (tmpelems(0, 0) != 0) checkselectitem(selectelements);
     if (tmpnodes(0, 0) == 0 && graphics2(0, 0, 0) == 0) return true;
     if (!bufferfits()) {
         door().message(
@@ -146,7 +141,7 @@ bool editpaste() {
             icons::exclamation);
         return false;
     }
-    deselect();
+    releaseselection();
     const int nodesbefore = nnodes();
     if (tmpnodes(0, 0) != 0) pastenodes();
     if (tmpelems(0, 0) != 0) pasteelements(nodesbefore);
@@ -154,7 +149,9 @@ bool editpaste() {
     syncgraphsel();
     resultflag = 1;
     dropundo();
-    showselection();
+    dorenumber = 1;
+    pasteflag = true;
+    redrawall();
     labelselect();
     return true;
 }
@@ -174,21 +171,10 @@ static void deletepatches() {
     patches(0, 0, 0) = kept;
 }
 
-// How many elements each view shows, after some have gone.
-static void recountviews() {
-    for (int v = 1; v <= nviews; ++v) {
-        if (viewselnum(v) == 0) continue;
-        int count = 0;
-        for (int e = 1; e <= nelems(); ++e) count += elemvis(v, e);
-        viewselnum(v) = count;
-    }
-}
-
 static void deleteelements() {
     for (int i = 1; i <= int(elemsel(0)); ++i) elems(long(elemsel(i)), 0) = 0;
     elemsel(0) = 0;
     packelems();
-    recountviews();
 }
 
 // New numbers of the nodes when the selected ones go that no element uses; 0 for those. Sets
@@ -230,11 +216,20 @@ static void renumberto(const std::vector<int>& number) {
     nodes(0, 0, 0) = float(kept);
 }
 
-static void deletenodes(bool tell) {
+// Those that go alone remain in the list, for their picture.
+static void keepgoing(const std::vector<int>& number) {
+    int kept = 0;
+    for (int i = 1; i <= nodesel(0); ++i)
+        if (number[std::size_t(nodesel(i))] == 0) nodesel(++kept) = nodesel(i);
+    nodesel(0) = kept;
+}
+
+static void deletenodes(bool erase) {
     bool attached = false;
     const std::vector<int> number = numbersafter(attached);
-    if (attached && tell)
-        door().message("Node(s) attached to element are not deleted", icons::exclamation);
+    keepgoing(number);
+    if (erase) eraseselected();
+    if (attached) door().message("Node(s) attached to element are not deleted", icons::exclamation);
     renumberto(number);
     nodesel(0) = 0;
 }
@@ -246,25 +241,29 @@ static void deletegraphics() {
 
 void editdelete() {
     if (!isselection()) return;
+    endhover();
     hideselection();
     const bool elementschosen = elemsel(0) != 0;
     const bool shown = menupostItem(1).checked || menupostItem(2).checked ||
                        menupostItem(3).checked || menupostItem(4).checked;
+    const bool redraws = redrawdelete || shown;
+    if (elementschosen) nodesel(0) = 0;
+    if (!redraws && nodesel(0) == 0) eraseselected();
     if (patchsel(0) != 0) deletepatches();
     if (elementschosen) {
         gatherelementnodes();
         deleteelements();
     }
-    if (nodesel(0) != 0) deletenodes(!elementschosen);
+    if (nodesel(0) != 0) deletenodes(!redraws);
     if (graphsel2(0, 0) != 0) deletegraphics();
     compactbc();
     dropresults();
     dropundo();
-    movepending = editing = false;
+    movepending = editing = pasteflag = false;
     dorenumber = 1;
     promptaction = "Select";
     promptgoal.clear();
     prompttail.clear();
     textcaption();
-    if (redrawdelete || shown) redrawall();
+    if (redraws) redrawall();
 }

@@ -9,8 +9,8 @@ void editcopy();
 void editcut();
 
 // The one gate from the buffers tmpnodes, tmpelems and graphics2 into the model: appends them, and
-// makes the new items the selection. A model that would pass its declared sizes is left as it was
-// and the user is told. Returns false then.
+// makes the new items the selection. Redraws. A model that would pass its declared sizes is left as
+// it was and the user is told. Returns false then.
 bool editpaste();
 
 // Deletes selected patches, elements with the nodes that only they used, nodes and graphic

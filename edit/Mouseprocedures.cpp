@@ -4,6 +4,7 @@
 #include "edit/Mouseprocedures.h"
 
 #include <cmath>
+#include <optional>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -12,6 +13,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
+#include "edit/hover.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "edit/selection.h"
@@ -20,8 +22,6 @@
 #include "view/rubberband.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
-
-static const double dragreach = 0.15;  // centimetres from which a press and release is a drag
 
 static int bandview;         // view in which the box under way began
 static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
@@ -49,6 +49,10 @@ static pendingselection* pendingone() {
     return nullptr;
 }
 
+bool isselectionpending() {
+    return pendingone() != nullptr;
+}
+
 // --- modes --------------------------------------------------------------------------------------
 
 static void endmode() {
@@ -67,6 +71,14 @@ static void endboxes() {
     door().crosspointer(false);
 }
 
+bool endpendingselection() {
+    pendingselection* const pending = pendingone();
+    if (pending == nullptr) return false;
+    endboxes();
+    if (pending->ended) pending->ended();
+    return true;
+}
+
 void addready() {
     endmode();
     endboxes();
@@ -77,16 +89,13 @@ void addready() {
     Mnuadditem(0).checked = true;
     ptcount = 0;
     editing = false;
-    promptaction = "Select";
-    promptgoal = "for editing";
-    prompttail.clear();
-    labelselect();
+    readyprompt();
 }
 
 void startmode(Flag& flag) {
-    refreshselection();
+    endmode();
+    releaseselection();
     addready();
-    clearselection();
     flag = true;
 }
 
@@ -99,7 +108,7 @@ static void endbyescape() {
 
 // --- points -------------------------------------------------------------------------------------
 
-static void takepoint(int nview, double x, double y) {
+void takepoint(int nview, double x, double y) {
     persu = (x - vieww / 2) / scalex;
     persv = (viewh / 2 - y) / scaley;
     scrx = x;
@@ -107,7 +116,32 @@ static void takepoint(int nview, double x, double y) {
     unprojectpoint(nview);
 }
 
-int addnodeat(int nview) {
+void projectplace(int nview, double x, double y, double z) {
+    const float scale = viewscale(nview);
+    curx = float(scale * x);
+    cury = float(scale * y);
+    curz = float(scale * z);
+    projectpoint(nview);
+}
+
+static void drawaddednode(int n, int nview) {
+    drawcolor = nodecolor;
+    setnode(n, nview);
+    projectpoint(nview);
+    surface* const s = target(nview);
+    s->fillsolid = true;
+    drawnode(nview);
+    s->fillsolid = false;
+}
+
+int addnodeat(int) {
+    if (nnodes() == nodes.upper2) {
+        door().message(
+            "Increase number of nodes or elements on Model declaration form. Do: "
+            "[File,modelsize..]",
+            icons::exclamation);
+        return 0;
+    }
     const int n = nnodes() + 1;
     const double at[] = {modelx, modely, modelz};
     for (int k = 0; k < 3; ++k) {
@@ -117,22 +151,8 @@ int addnodeat(int nview) {
     nodename(n).clear();
     nodes(0, 0, 0) = float(n);
     dorenumber = 1;
-    const keptpoint kept;
-    drawcolor = nodecolor;
     nodecurrent = n;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr || !mnudrawlist(0).checked) continue;
-        prepareview(v);
-        setnode(n, v);
-        projectpoint(v);
-        s->fillsolid = true;
-        drawnode(v);
-        s->fillsolid = false;
-        s->show();
-    }
-    drawcolor = meshcolor;
-    (void)nview;
+    if (mnudrawlist(0).checked) drawinviews([n](int v) { drawaddednode(n, v); });
     return n;
 }
 
@@ -145,6 +165,7 @@ static void endaddnode() {
 
 static void addnodepress(int nview) {
     const int n = addnodeat(nview);
+    if (n == 0) return;
     nodesel(0) = nodesel(0) + 1;
     nodesel(nodesel(0)) = n;
 }
@@ -177,13 +198,18 @@ static void startbox(int nview) {
     windowdrag = true;
 }
 
-// The second corner of a box. A press in another view begins anew there.
-static bool closebox(int nview) {
+// The second corner of a box, which stays on show. A press in another view begins anew there.
+static bool fixbox(int nview) {
     if (nview != bandview) {
         startbox(nview);
         return false;
     }
     windowdrag = false;
+    return true;
+}
+
+static bool closebox(int nview) {
+    if (!fixbox(nview)) return false;
     endband();
     return true;
 }
@@ -195,8 +221,10 @@ void startviewwindow() {
     prompt("View Window", "", "", "<Mouse Left Button> to define lower left corner, <ESC> to stop");
 }
 
+// A zoom goes on inside whatever mode runs, which takes the presses after it.
 void startzoomwindow() {
-    addready();
+    if (viewwindow) addready();
+    endboxes();
     zoomwinmode = true;
     door().crosspointer(true);
 }
@@ -210,7 +238,7 @@ static void viewwindowpress(int nview) {
                    "<Mouse Left Button> to define upper right corner, <ESC> to stop");
             return;
         case 1:
-            if (!closebox(nview)) return;
+            if (!fixbox(nview)) return;
             boxcorner[0] = bandx;
             boxcorner[1] = bandy;
             boxcorner[2] = scrx;
@@ -242,13 +270,6 @@ static void zoompress(int nview) {
 
 // --- selecting ----------------------------------------------------------------------------------
 
-static nearest picknodewithload(int nview) {
-    std::vector<int> loaded;
-    for (int i = 1; i <= loadnode(curlc, 0); ++i) loaded.push_back(loadnode(curlc, i));
-    const std::vector<bool> marks = marksof(loaded, nnodes());
-    return picknodewhere(nview, [&](int n) { return marks[std::size_t(n)]; });
-}
-
 static nearest pickitem(int nview, selectitems item) {
     switch (item) {
         case selectnodes:
@@ -258,7 +279,7 @@ static nearest pickitem(int nview, selectitems item) {
         case selectpatches:
             return pickpatch(nview);
         case selectforces:
-            return picknodewithload(nview);
+            return pickloadednode(nview);
         case selectgraphics:
             return pickgraphic(nview);
     }
@@ -281,7 +302,7 @@ static void toggleitem(const nearest& found, selectitems item) {
 
 static void promptselected() {
     const selectitems item = selectitem();
-    const bool canmove = item == selectnodes || item == selectgraphics;
+    const bool canmove = item == selectnodes || item == selectelements || item == selectgraphics;
     promptaction = isselection() && canmove ? "Select or move" : "Select";
     promptgoal = " for editing";
     prompttail.clear();
@@ -291,6 +312,7 @@ static void promptselected() {
 // For a dialog the prompts stay as they were set.
 static void selectpress(int nview) {
     const selectitems item = selectitem();
+    if (!isselection()) pasteflag = false;
     hideselection();
     switch (selecttype) {
         case selecttypes::single:
@@ -313,14 +335,21 @@ static void selectpress(int nview) {
             break;
     }
     showselection();
-    if (pendingone() == nullptr) promptselected();
+    if (!isselectionpending()) promptselected();
 }
 
 // --- the driver ---------------------------------------------------------------------------------
 
-static bool snaps(const moderow& row) {
+bool snaps(const moderow& row) {
     return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
            row.flag == &drawcurve;
+}
+
+// Is the point in work a place that the model can hold? In a view of a scale next to nothing a
+// press may point far beyond.
+static bool checkpoint() {
+    const double at[] = {modelx, modely, modelz};
+    return checkplace(at);
 }
 
 static void leftpress(int nview) {
@@ -328,23 +357,24 @@ static void leftpress(int nview) {
     if (addelemmode && row && row->press) return row->press(nview);
     if (viewwindow) return viewwindowpress(nview);
     if (zoomwinmode) return zoompress(nview);
-    if (pendingone()) return selectpress(nview);
+    if (isselectionpending()) return selectpress(nview);
     if (row && row->press) {
         if (snaps(*row)) snapto(nview);
-        return row->press(nview);
+        if (checkpoint()) row->press(nview);
+        return;
     }
-    if (movepending && isselection()) return movepress(nview);
+    if (movepending && isselection()) {
+        if (checkpoint()) movepress(nview);
+        return;
+    }
     selectpress(nview);
 }
 
 void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
-    if (pendingselection* const pending = pendingone()) {
-        endboxes();
-        if (pending->ended) pending->ended();
-        return;
-    }
+    if (zoomwinmode) return endboxes();
+    if (endpendingselection()) return;
     moderow* const row = runningmode();
     if (row && row->enter)
         row->enter();
@@ -356,18 +386,23 @@ void mousedriver(int nview, mousebuttons button) {
 // The right button opens a menu where nothing is under way that it would end.
 static bool menuallowed() {
     return runningmode() == nullptr && !windowdrag && !zoomwinmode && !viewwindow && !movepending &&
-           pendingone() == nullptr;
+           !isselectionpending();
+}
+
+bool showviewmenu(int nview) {
+    if (!menuallowed()) return false;
+    activeview = nview;
+    door().showpopup(isselection() ? 2 : 1);
+    return true;
 }
 
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
     endhover();
-    if (button == mousebuttons::right && menuallowed()) {
-        activeview = nview;
-        door().showpopup(isselection() ? 2 : 1);
-        return;
-    }
+    if (button == mousebuttons::right && showviewmenu(nview)) return;
     const hourglass wait;
     activeview = nview;
+    std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
+    if (zoomwinmode || viewwindow || windowdrag) given.emplace();
     takepoint(nview, x, y);
     // A model that is full, above all: the press is told off and nothing else happens.
     guarded([&] { mousedriver(nview, button); },
@@ -375,22 +410,41 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     door().refresh();
 }
 
-void viewmousemove(int nview, mousebuttons button, double x, double y) {
-    if (button == mousebuttons::none && !windowdrag) return;
+void pressat(double x, double y, double z) {
+    endhover();
+    prepareview(activeview);
+    projectplace(activeview, x, y, z);
+    viewmousedown(activeview, mousebuttons::left, scrx, scry);
+}
+
+// What the running mode would make of a press here.
+static void followpointer(int nview, double x, double y) {
+    moderow* const row = runningmode();
+    if (row == nullptr || !row->follow) return;
+    const keptpoint kept;
     takepoint(nview, x, y);
-    if (button == mousebuttons::left && movepending && editing) {
-        movedrag(nview);
-        door().refresh();
-        return;
+    row->follow(nview);
+}
+
+void viewmousemove(int nview, mousebuttons button, double x, double y) {
+    if (button == mousebuttons::none && !windowdrag) return followpointer(nview, x, y);
+    const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
+    const bool boxes = windowdrag && nview == bandview;
+    if (!moves && !boxes) return;
+    const keptpoint given;
+    takepoint(nview, x, y);
+    if (moves) mousedrag(nview);
+    if (boxes) {
+        drawcolor = selcolor;
+        rubberband(nview);
+        drawcolor = meshcolor;
     }
-    if (!windowdrag || nview != bandview) return;
-    drawcolor = selcolor;
-    rubberband(nview);
-    drawcolor = meshcolor;
+    door().refresh();
 }
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
     if (button != mousebuttons::left) return;
+    const keptpoint given;
     takepoint(nview, x, y);
     if (movepending) moverelease(nview);
     // A box that was dragged open is closed by letting go.
@@ -404,22 +458,13 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
 
 static void escape() {
     endhover();
-    const bool boxed = windowdrag || zoomwinmode || viewwindow;
+    const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
-    if (pendingselection* const pending = pendingone()) {
-        if (pending->ended) pending->ended();
-        return;
-    }
+    if (zoomed) return;
+    if (endpendingselection()) return;
     if (runningmode()) return endbyescape();
     if (boxed) return addready();
-    if (movepending || editing) {
-        refreshselection();
-        hideselection();
-        emptyselection();
-        if (redrawmove) redrawall();
-    } else {
-        clearselection();
-    }
+    releaseselection();
     addready();
 }
 
@@ -442,77 +487,4 @@ void keyhandler(int code) {
     if (code == keyspace && !row) nextgraphicpoint();
     if (code == keyback && row && row->back) row->back();
     door().refresh();
-}
-
-// --- the item under the pointer -----------------------------------------------------------------
-
-static int hoverview;  // 0: nothing is highlighted
-static nearest hovered;
-
-static const char* nameofitem(selectitems item) {
-    static const char* const names[] = {"Node", "Element", "Patch", "Node", "Graphic element"};
-    return names[item];
-}
-
-static void drawhovered(int nview, selectitems item) {
-    surface* const s = target(nview);
-    const colour highlight = rgb(255, 165, 0);
-    const double ring = 0.16;  // centimetres
-    if (s == nullptr) return;
-    s->toplane(planes::pointer);
-    prepareview(nview);
-    drawcolor = highlight;
-    s->fillsolid = false;
-    s->drawwidth = 2;
-    if (item == selectelements) {
-        drawelementoutline(hovered.item, nview);
-    } else if (item != selectpatches) {
-        if (item == selectgraphics) {
-            const float scale = viewscale(nview);
-            curx = scale * graphics(hovered.item, hovered.part, 1);
-            cury = scale * graphics(hovered.item, hovered.part, 2);
-            curz = scale * graphics(hovered.item, hovered.part, 3);
-        } else {
-            setnode(hovered.item, nview);
-        }
-        projectpoint(nview);
-        s->circle(scrx, scry, ring, highlight);
-    }
-    s->drawwidth = 1;
-    drawcolor = meshcolor;
-    s->toplane(planes::marks);
-    s->show();
-}
-
-void endhover() {
-    if (hoverview == 0) return;
-    if (surface* const s = target(hoverview)) {
-        s->clearplane(planes::pointer);
-        s->show();
-    }
-    hoverview = 0;
-    hovered = nearest();
-    door().showstatus(statusline());
-}
-
-static bool hovers() {
-    const moderow* const row = runningmode();
-    if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr) return snaps(*row) && MnuSelectItem(5).checked;
-    return selecttype == selecttypes::single || selecttype == selecttypes::group;
-}
-
-void hover(int nview, double x, double y) {
-    if (!hovers()) return endhover();
-    const keptpoint kept;
-    takepoint(nview, x, y);
-    const selectitems item = runningmode() ? selectnodes : selectitem();
-    const nearest found = pickitem(nview, item);
-    if (found.item == 0) return endhover();
-    if (found.item == hovered.item && found.part == hovered.part && nview == hoverview) return;
-    endhover();
-    hovered = found;
-    hoverview = nview;
-    drawhovered(nview, item);
-    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
 }

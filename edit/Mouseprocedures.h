@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "core/array.h"
+#include "edit/find.h"
+#include "edit/selection.h"
 
 enum class mousebuttons { none = 0, left = 1, right = 2 };
 
@@ -18,9 +20,10 @@ struct moderow {
     std::function<void(int nview)> press;          // left press, snapped: the point is in modelx..
     std::function<void(double* point)> lastpoint;  // point that a relative command starts from
     std::function<void(double x, double y, double z)> commandpoint;  // a point from a command
-    std::function<void()> enter, space;  // Enter restarts where it is told; the space key
-    std::function<void()> end;           // the end by ESC or by another mode
-    std::function<void()> back = {};     // Backspace takes the last point back
+    std::function<void()> enter, space;          // Enter restarts where it is told; the space key
+    std::function<void()> end;                   // the end by ESC or by another mode
+    std::function<void()> back = {};             // Backspace takes the last point back
+    std::function<void(int nview)> follow = {};  // the pointer moves: the point is in modelx..
 };
 std::vector<moderow>& modes();
 moderow* runningmode();
@@ -34,12 +37,17 @@ struct pendingselection {
     std::function<void()> ended;
 };
 std::vector<pendingselection>& pendingselections();
+bool isselectionpending();
+bool endpendingselection();  // as ESC does; false when no dialog waits for one
 
 // Ends the running mode and returns to the rest state: all mode flags off, Add menu at Ready.
 void addready();
 // View Window: a box in one view chooses what another one shows.
 void startviewwindow();
 void startzoomwindow();
+
+// The pop-up menu of a view; false while something is under way that a right press would end.
+bool showviewmenu(int nview);
 
 // Events of a view; x, y in centimetres from its top left corner.
 void viewmousedown(int nview, mousebuttons button, double x, double y);
@@ -48,13 +56,16 @@ void viewmouseup(int nview, mousebuttons button, double x, double y);
 enum keycodes { keyback = 8, keyenter = 13, keyescape = 27, keyspace = 32 };
 void keyhandler(int code);
 
+// A press of the left button at a model point in the active view: picking by the keyboard.
+void pressat(double x, double y, double z);
+
 // What a press means, by the mode or else by the selection method.
 void mousedriver(int nview, mousebuttons button);
 
-// The item that a press would pick is shown as long as the pointer rests over it, its number in
-// the status line.
-void hover(int nview, double x, double y);
-void endhover();
+// Parts of the driver that the highlight shares.
+void takepoint(int nview, double x, double y);  // a place in a view becomes the point in work
+void projectplace(int nview, double x, double y, double z);  // a model point, projected
+bool snaps(const moderow& row);                              // do the points of this mode snap?
 
 // The point in work becomes a new node; drawn at once. Returns its number.
 int addnodeat(int nview);

@@ -3,6 +3,7 @@
 #include "edit/commands.h"
 
 #include <cmath>
+#include <functional>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -11,6 +12,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/move.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
@@ -34,25 +36,41 @@ const char* const commandhelp[10] = {
 
 // --- fields -------------------------------------------------------------------------------------
 
-static void tellformat() {
+static void tellunread(const std::string& text) {
     messagebox box;
-    box.text = "Error format direct input command. Use ; as list seperator";
+    box.text = text;
     box.title = "Error reading input";
     box.icon = icons::exclamation;
     door().show(box);
+}
+
+// A number, but one beyond the range of a Double.
+static bool istoolarge(const std::string& field) {
+    const std::size_t begin = std::min(field.find_first_not_of(' '), field.size());
+    double value = 0;
+    const char* end = nullptr;
+    return scannumber(field.data() + begin, field.data() + field.size(), value, end) ==
+           numberfault::toolarge;
 }
 
 bool parsecommand() {
     std::string fields[4];
     int field = 1;
     for (const char c : commandtext.substr(std::min<std::size_t>(3, commandtext.size()))) {
-        if (c != ';') {
+        if (c == ';') {
+            ++field;
+        } else if (field <= 3) {
             fields[field] += c;
-        } else if (++field > 3) {
-            tellformat();
+        } else {
+            tellunread("Error format direct input command. Use ; as list seperator");
             return false;
         }
     }
+    for (const std::string& text : fields)
+        if (istoolarge(text)) {
+            tellunread("The number " + text + " is too large. Nothing was changed.");
+            return false;
+        }
     double* const values[] = {&cmdval1, &cmdval2, &cmdval3};
     for (int i = 1; i <= 3; ++i) {
         commandfield[i] = fields[i];
@@ -74,12 +92,12 @@ static double valueof(int axis) {
 static bool changed;  // the command has changed places
 
 // Calls change(point) with the three coordinates of each selected node and graphic point.
-template <typename Change>
-static void eachpoint(Change change) {
-    for (int i = 1; i <= nodesel(0); ++i) change(&nodes(0, nodesel(i), 0));
-    for (int i = 1; i <= graphsel2(0, 0); ++i)
-        change(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
-    if (nodesel(0) + graphsel2(0, 0) > 0) changed = true;
+static void eachpoint(const std::function<void(double*)>& change) {
+    if (nodesel(0) + graphsel2(0, 0) == 0) return;
+    if (!redrawedit) eraseselected();
+    changed = changeselected(change);
+    if (!redrawedit) drawselectedplain();
+    if (changed) pasteflag = true;
 }
 
 void findcentroid() {
@@ -109,22 +127,22 @@ static bool givepoint(bool relative) {
         else if (!isfixed(k))
             point[k] = valueof(k);
     }
-    row->commandpoint(point[0], point[1], point[2]);
+    if (checkplace(point)) row->commandpoint(point[0], point[1], point[2]);
     return true;
 }
 
 static void relativemove() {
     if (givepoint(true)) return;
-    eachpoint([](float* p) {
-        for (int k = 0; k < 3; ++k) p[k] = float(p[k] + valueof(k));
+    eachpoint([](double* p) {
+        for (int k = 0; k < 3; ++k) p[k] += valueof(k);
     });
 }
 
 static void absolutemove() {
     if (givepoint(false)) return;
-    eachpoint([](float* p) {
+    eachpoint([](double* p) {
         for (int k = 0; k < 3; ++k)
-            if (!isfixed(k)) p[k] = float(valueof(k));
+            if (!isfixed(k)) p[k] = valueof(k);
     });
 }
 
@@ -167,28 +185,28 @@ static double rounded(double v) {
 static void rotate(int axis) {
     const double a = cmdval1 / 180 * pi, c = std::cos(a), s = std::sin(a);
     findcentroid();
-    eachpoint([&](float* p) {
+    eachpoint([&](double* p) {
         const double x = p[0], y = p[1], z = p[2];
         if (axis == 0) {
             const double dy = y - selcentrey, dz = z - selcentrez;
-            p[1] = float(cmdval2 + rounded(dy * c - dz * s));
-            p[2] = float(cmdval3 + rounded(dy * s + dz * c));
+            p[1] = cmdval2 + rounded(dy * c - dz * s);
+            p[2] = cmdval3 + rounded(dy * s + dz * c);
         } else if (axis == 1) {
             const double dx = x - selcentrex, dz = z - selcentrez;
-            p[0] = float(cmdval2 + rounded(dx * c - dz * s));
-            p[2] = float(cmdval3 + rounded(dx * s + dz * c));
+            p[0] = cmdval2 + rounded(dx * c - dz * s);
+            p[2] = cmdval3 + rounded(dx * s + dz * c);
         } else {
             const double dx = x - cmdval2, dy = y - cmdval3;
-            p[0] = float(cmdval2 + rounded(dx * c - dy * s));
-            p[1] = float(cmdval3 + rounded(dx * s + dy * c));
+            p[0] = cmdval2 + rounded(dx * c - dy * s);
+            p[1] = cmdval3 + rounded(dx * s + dy * c);
         }
     });
 }
 
 static void scale() {
-    eachpoint([](float* p) {
+    eachpoint([](double* p) {
         for (int k = 0; k < 3; ++k)
-            if (!isfixed(k) && valueof(k) != 0) p[k] = float(p[k] * valueof(k));
+            if (!isfixed(k) && valueof(k) != 0) p[k] *= valueof(k);
     });
 }
 
@@ -198,7 +216,7 @@ static void mirror(int axis) {
         findcentroid();
         c = axis == 0 ? selcentrex : axis == 1 ? selcentrey : selcentrez;
     }
-    eachpoint([&](float* p) { p[axis] = float(2 * c - p[axis]); });
+    eachpoint([&](double* p) { p[axis] = 2 * c - p[axis]; });
 }
 
 // "mxy" and "mxy=c" carry their field behind the name and an optional equals sign.

@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Nearest items and snapping.
+// Nearest items and snapping. State: the places of the items last asked for by the moving pointer.
 #include "edit/find.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/placegrid.h"
 #include "view/drawelems.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
 
 std::function<bool(int, const double*, double*)> footongraphic;
@@ -68,33 +71,128 @@ void setpoint(int nview, double x, double y, double z) {
 
 }  // namespace
 
-nearest picknodewhere(int nview, const std::function<bool(int)>& wanted) {
-    search s(nview);
-    if (mnudrawlist(0).checked)
-        for (int n = 1; n <= nnodes(); ++n) {
-            if (wanted && !wanted(n)) continue;
-            const auto at = nodes.row(0, n);
-            setpoint(nview, at[0], at[1], at[2]);
-            s.offer(n, 0);
-        }
-    return s.result();
+// --- nodes and elements -------------------------------------------------------------------------
+
+namespace {
+
+// Items of one kind, 1..count, those that can be picked in a view, and their places.
+struct kindofitem {
+    int kind, count;
+    std::function<bool(int i)> wanted;
+    std::function<void(int i)> setplace;  // scaled, into the point in work
+};
+
+kindofitem kindnode(int nview) {
+    const auto setplace = [nview](int n) {
+        const auto at = nodes.row(0, n);
+        setpoint(nview, at[0], at[1], at[2]);
+    };
+    return {0, mnudrawlist(0).checked ? nnodes() : 0, [](int) { return true; }, setplace};
 }
 
-nearest picknode(int nview) {
-    return picknodewhere(nview, nullptr);
+std::vector<bool> loadedmarks() {
+    std::vector<bool> marks(std::size_t(nnodes()) + 1, false);
+    for (int i = 1; i <= loadnode(curlc, 0); ++i)
+        if (const int n = loadnode(curlc, i); n >= 1 && n <= nnodes()) marks[std::size_t(n)] = true;
+    return marks;
 }
 
-nearest pickelement(int nview) {
+kindofitem kindloaded(int nview) {
+    kindofitem kind = kindnode(nview);
+    kind.kind = 1;
+    // Marked when the first item is asked for, which kept places need not do.
+    kind.wanted = [marks = std::vector<bool>()](int n) mutable {
+        if (marks.empty()) marks = loadedmarks();
+        return bool(marks[std::size_t(n)]);
+    };
+    return kind;
+}
+
+kindofitem kindelement(int nview) {
+    return {2, nelems(), [nview](int e) { return elems(e, 0) != 0 && isshown(e, nview); },
+            [nview](int e) { setcentre(e, nview); }};
+}
+
+nearest pickfromall(int nview, const kindofitem& kind) {
     search s(nview);
-    for (int e = 1; e <= nelems(); ++e) {
-        if (elems(e, 0) == 0 || !isshown(e, nview)) continue;
-        if (viewgroup(nview) != 0 && viewtype(nview) == 1 && egroup(e) != viewgroup(nview))
-            continue;
-        setcentre(e, nview);
-        s.offer(e, 0);
+    for (int i = 1; i <= kind.count; ++i) {
+        if (!kind.wanted(i)) continue;
+        kind.setplace(i);
+        s.offer(i, 0);
     }
     return s.result();
 }
+
+// The places last asked for, and what they depend on.
+placegrid keptplaces;
+std::vector<double> keptstate;
+
+std::vector<double> stateof(int nview, int kind) {
+    std::vector<double> state = {double(nview),
+                                 double(kind),
+                                 double(nnodes()),
+                                 double(nelems()),
+                                 double(mnudrawlist(0).checked),
+                                 double(curlc),
+                                 double(loadnode(curlc, 0)),
+                                 double(picturesdrawn),
+                                 double(viewtype(nview)),
+                                 double(viewselnum(nview))};
+    for (const auto* list :
+         {&viewptx, &viewpty, &viewptz, &viewvert, &viewhor, &viewscale, &viewdist, &viewaw})
+        state.push_back((*list)(nview));
+    return state;
+}
+
+nearest pickfromkept(int nview, const kindofitem& item) {
+    const point2 pointer{persu, persv};
+    search s(nview);
+    if (std::vector<double> state = stateof(nview, item.kind); state != keptstate) {
+        keptstate.clear();
+        keptplaces.build(item.count, [&](int i, point2& at) {
+            if (!item.wanted(i)) return false;
+            item.setplace(i);
+            projectpoint(nview);
+            at = {persu, persv};
+            return true;
+        });
+        keptstate = std::move(state);
+    }
+    keptplaces.around(pointer, [&](int i) {
+        item.setplace(i);
+        s.offer(i, 0);
+        return s.result().plane;
+    });
+    return s.result();
+}
+
+}  // namespace
+
+nearest picknode(int nview) {
+    return pickfromall(nview, kindnode(nview));
+}
+
+nearest pickloadednode(int nview) {
+    return pickfromall(nview, kindloaded(nview));
+}
+
+nearest pickelement(int nview) {
+    return pickfromall(nview, kindelement(nview));
+}
+
+nearest hovernode(int nview) {
+    return pickfromkept(nview, kindnode(nview));
+}
+
+nearest hoverloadednode(int nview) {
+    return pickfromkept(nview, kindloaded(nview));
+}
+
+nearest hoverelement(int nview) {
+    return pickfromkept(nview, kindelement(nview));
+}
+
+// --- graphic elements and patches ---------------------------------------------------------------
 
 // Distance of the click from the shape of a graphic element as drawn.
 static double waytoshape(const search& s, int g, int nview) {
@@ -170,7 +268,7 @@ nearest pickpatch(int nview) {
 // --- snap ---------------------------------------------------------------------------------------
 
 // The point in work takes a place in model coordinates when that lies within reach.
-static bool taketarget(int nview, const double* place) {
+static bool snaptest(int nview, const double* place) {
     const double at[] = {modelx, modely, modelz};
     double sum = 0;
     for (int k = 0; k < 3; ++k) sum += (place[k] - at[k]) * (place[k] - at[k]);
@@ -183,19 +281,22 @@ static bool taketarget(int nview, const double* place) {
     return true;
 }
 
+// To the end of a graphic element that was picked, else to the nearest place of its shape.
+static void snappoint(int nview, const nearest& graphic) {
+    const int g = graphic.item, j = graphic.part;
+    const double end[] = {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)};
+    if (snaptest(nview, end)) return;
+    const double point[] = {modelx, modely, modelz};
+    double foot[3];
+    if (footongraphic && footongraphic(g, point, foot)) snaptest(nview, foot);
+}
+
 void snapto(int nview) {
     if (!MnuSelectItem(5).checked) return;
     if (const nearest node = picknode(nview); node.item != 0) {
         const double place[] = {nodes(0, node.item, 0), nodes(0, node.item, 1),
                                 nodes(0, node.item, 2)};
-        if (taketarget(nview, place)) return;
+        if (snaptest(nview, place)) return;
     }
-    const nearest graphic = pickgraphic(nview);
-    if (graphic.item == 0) return;
-    const int g = graphic.item, j = graphic.part;
-    const double end[] = {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)};
-    if (taketarget(nview, end)) return;
-    const double point[] = {modelx, modely, modelz};
-    double foot[3];
-    if (footongraphic && footongraphic(g, point, foot)) taketarget(nview, foot);
+    if (const nearest graphic = pickgraphic(nview); graphic.item != 0) snappoint(nview, graphic);
 }

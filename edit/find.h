@@ -22,9 +22,14 @@ nearest pickelement(int nview);
 // The defining points of each. Of elements that meet in the nearest point the one is found whose
 // shape passes nearest to the click.
 nearest pickgraphic(int nview);
-nearest pickpatch(int nview);  // by the middle of its edges
-// Nodes that pass the test alone.
-nearest picknodewhere(int nview, const std::function<bool(int n)>& wanted);
+nearest pickpatch(int nview);       // by the middle of its edges
+nearest pickloadednode(int nview);  // a node with a load in the current load case
+
+// What picknode, pickloadednode and pickelement find, without a pass over the model: the places of
+// the items are kept until the view or the picture of the model changes. For the moving pointer.
+nearest hovernode(int nview);
+nearest hoverloadednode(int nview);
+nearest hoverelement(int nview);
 
 // Points that a graphic element has: 2 for a line, 3 for the others.
 int pointsofgraphic(int kind);

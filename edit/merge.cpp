@@ -28,16 +28,17 @@ bool isnear(const float* a, const float* b) {
 
 namespace {
 
-// Nodes by the cell of a grid whose side is a little over the tolerance: whatever is near a place
-// lies in its cell or in a neighbour of it. The table holds chains of nodes of equal hash.
+// Nodes by the cell of a grid whose side is a few tolerances: whatever is near a place lies in its
+// cell or in a neighbour that the tolerance reaches, mostly none. Coordinates of 0 lie in the
+// middle of their cells. The table holds chains of nodes of equal hash.
 class nodegrid {
   public:
     explicit nodegrid(int count) : next(std::size_t(count) + 1, 0) {
         std::size_t size = 16;
         while (size < std::size_t(count) * 2) size *= 2;
         heads.assign(size, 0);
-        const double margin = 1 + 1e-6;
-        side = mergetol > 0 ? mergetol * margin : 1;
+        const double tolerances = 4;
+        side = mergetol > 0 ? mergetol * tolerances : 1;
         // Chains are built from the last node on, so that each runs up in number.
         for (int n = count; n >= 1; --n) {
             const auto row = nodes.row(0, n);
@@ -51,10 +52,10 @@ class nodegrid {
     void around(const float* at, Take take) const {
         const std::int64_t x = cellof(at[0]), y = cellof(at[1]), z = cellof(at[2]);
         // Only neighbours that the tolerance reaches are looked at.
+        const double limit = mergetol * (1 + 1e-6);  // for the rounding of v / side
         const auto reach = [&](float v, std::int64_t cell) {
-            const double in = double(v) / side - double(cell);
-            return std::pair<int, int>(in * side < mergetol ? -1 : 0,
-                                       (1 - in) * side < mergetol ? 1 : 0);
+            const double in = double(v) / side + 0.5 - double(cell);
+            return std::pair<int, int>(in * side < limit ? -1 : 0, (1 - in) * side < limit ? 1 : 0);
         };
         const auto rx = reach(at[0], x), ry = reach(at[1], y), rz = reach(at[2], z);
         for (int i = rx.first; i <= rx.second; ++i)
@@ -66,7 +67,10 @@ class nodegrid {
     }
 
   private:
-    std::int64_t cellof(float v) const { return std::int64_t(std::floor(double(v) / side)); }
+    std::int64_t cellof(float v) const {
+        const double farthest = 1e18;  // cells; beyond it places share theirs
+        return std::int64_t(std::clamp(std::floor(double(v) / side + 0.5), -farthest, farthest));
+    }
     std::size_t bucket(std::int64_t x, std::int64_t y, std::int64_t z) const {
         std::uint64_t h = std::uint64_t(x) * 0x9E3779B97F4A7C15u;
         h = (h ^ (h >> 29) ^ std::uint64_t(y)) * 0xBF58476D1CE4E5B9u;
@@ -95,6 +99,10 @@ struct standins {
 
 }  // namespace
 
+static void mergenodepair(int keep, int drop, standins& stand) {
+    stand.of[std::size_t(drop)] = keep;
+}
+
 // All nodes near the selected one, in number order from the first; when a lower one takes its
 // place the search goes on from there with that node's place.
 static int mergeone(int selected, const nodegrid& grid, standins& stand) {
@@ -109,7 +117,7 @@ static int mergeone(int selected, const nodegrid& grid, standins& stand) {
         if (found == 0) return merged;
         passed = found;
         ++merged;
-        stand.of[std::size_t(std::max(found, keep))] = std::min(found, keep);
+        mergenodepair(std::min(found, keep), std::max(found, keep), stand);
         keep = std::min(found, keep);
     }
 }
@@ -175,6 +183,9 @@ int mergenodes() {
     follownodes(number);
     followselection(number);
     movenodes(stand, number);
+    dropresults();
+    dropundo();
+    dorenumber = 1;
     return merged;
 }
 
@@ -218,7 +229,9 @@ int mergeelements() {
         elems(keys[i].element, 0) = 0;
         ++merged;
     }
-    if (merged > 0) packelems();
+    if (merged == 0) return 0;
+    packelems();
+    dropresults();
     return merged;
 }
 

@@ -5,19 +5,24 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "core/colours.h"
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/merge.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
 static double reference[3];
+static double pressx, pressy;  // where the reference point was pressed, centimetres
+static bool pressed;           // the button is held since then: a drag may begin
 static bool dragging, moved;
 
 namespace {
@@ -62,16 +67,32 @@ void editundo() {
 
 // --- moving -------------------------------------------------------------------------------------
 
-void shiftselection(double dx, double dy, double dz) {
-    const double way[] = {dx, dy, dz};
-    for (int i = 1; i <= nodesel(0); ++i)
-        for (int k = 0; k < 3; ++k)
-            nodes(0, nodesel(i), k) = float(nodes(0, nodesel(i), k) + way[k]);
+bool checkplace(const double* point) {
+    const double most = std::numeric_limits<float>::max();
+    for (int k = 0; k < 3; ++k) {
+        if (std::fabs(point[k]) <= most) continue;  // not so for what is no number
+        door().message("The coordinate " + numbertext(point[k]) +
+                           " is beyond the range of coordinates. Nothing was changed.",
+                       icons::exclamation);
+        return false;
+    }
+    return true;
+}
+
+bool changeselected(const std::function<void(double*)>& change) {
+    std::vector<float*> points;
+    for (int i = 1; i <= nodesel(0); ++i) points.push_back(&nodes(0, nodesel(i), 0));
     for (int i = 1; i <= graphsel2(0, 0); ++i)
-        for (int k = 0; k < 3; ++k) {
-            float& value = graphics(graphsel2(i, 0), graphsel2(i, 1), k + 1);
-            value = float(value + way[k]);
-        }
+        points.push_back(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
+    std::vector<std::array<double, 3>> places;
+    for (const float* p : points) {
+        places.push_back({p[0], p[1], p[2]});
+        change(places.back().data());
+        if (!checkplace(places.back().data())) return false;
+    }
+    for (std::size_t i = 0; i < points.size(); ++i)
+        for (std::size_t k = 0; k < 3; ++k) points[i][k] = float(places[i][k]);
+    return true;
 }
 
 bool ismoving() {
@@ -79,14 +100,16 @@ bool ismoving() {
 }
 
 void startmove() {
+    addready();  // the mode that runs ends; the selection stays
+    const bool ofnodes = selectitem() == selectnodes;
     if (selectitem() == selectelements && elemsel(0) != 0) gatherelementnodes();
     if (nodesel(0) == 0 && graphsel2(0, 0) == 0) return;
     movepending = true;
     editing = false;
     moved = false;
     showselection();
-    prompt(nodesel(0) != 0 ? "Drag or Select Reference point of selected"
-                           : "Select Reference point of selected",
+    prompt(ofnodes ? "Drag or Select Reference point of selected"
+                   : "Select Reference point of selected",
            promptitem, "for moving", "<ESC>");
 }
 
@@ -96,18 +119,25 @@ static void takereference() {
     reference[2] = modelz;
 }
 
-// Takes the picture of the selection away, shifts it, draws it again.
-static void shiftshown(double dx, double dy, double dz) {
+// Takes the picture of the selection away, shifts it, draws it again. The reference point lies on
+// what has moved.
+static void shiftshown(const std::array<double, 3>& way) {
     hideselection();
-    shiftselection(dx, dy, dz);
+    if (!redrawmove) eraseselected();
+    const bool shifted = changeselected([&](double* p) {
+        for (std::size_t k = 0; k < 3; ++k) p[k] += way[k];
+    });
+    if (!redrawmove) drawselectedplain();
     showselection();
+    if (!shifted) return;
+    for (std::size_t k = 0; k < 3; ++k) reference[k] += way[k];
     moved = true;
+    pasteflag = true;
     resultflag = 1;
 }
 
 static void shifttopoint() {
-    shiftshown(modelx - reference[0], modely - reference[1], modelz - reference[2]);
-    takereference();
+    shiftshown({modelx - reference[0], modely - reference[1], modelz - reference[2]});
 }
 
 void movepress(int nview) {
@@ -115,8 +145,9 @@ void movepress(int nview) {
     if (!editing) {
         takereference();
         editing = true;
-        dragging = true;
-        storeundo();
+        pressed = true;
+        pressx = scrx;
+        pressy = scry;
         prompt("Enter or point location to move selected", promptitem, "",
                " <ESC>, [Edit,Undo] to undo");
         return;
@@ -126,44 +157,68 @@ void movepress(int nview) {
     if (redrawmove) redrawall();
 }
 
-void movedrag(int) {
-    if (editing && dragging) shifttopoint();
+void mousedrag(int) {
+    if (!editing || !pressed) return;
+    if (!dragging) {
+        // A hand that trembles while it presses does not move anything.
+        if (std::hypot(scrx - pressx, scry - pressy) < dragreach) return;
+        dragging = true;
+        storeundo();
+    }
+    shifttopoint();
 }
 
 void moverelease(int) {
-    const bool shifted = dragging && moved;
-    dragging = false;
+    const bool shifted = dragging;
+    pressed = dragging = false;
     if (shifted && redrawmove) redrawall();
 }
 
 void movetyped(const double* way) {
-    if (!movepending) return;
-    if (!editing) {
-        editing = true;
-        prompt("Enter or point location to move selected", promptitem, "",
-               " <ESC>, [Edit,Undo] to undo");
-    }
+    if (!movepending || !checkplace(way)) return;
     storeundo();
-    shiftshown(way[0], way[1], way[2]);
+    shiftshown({way[0], way[1], way[2]});
     if (redrawmove) redrawall();
 }
 
-void refreshselection() {
+// --- the end of a move and of the selection -----------------------------------------------------
+
+static bool endmove() {
     const bool wasmoving = movepending || editing;
-    movepending = editing = dragging = false;
-    if (!wasmoving) return;
+    movepending = editing = pressed = dragging = false;
+    return wasmoving;
+}
+
+// What was pasted or moved merges with what it meets. True when numbers of the model have changed.
+static bool mergeplaced() {
+    if (!pasteflag) return false;
+    pasteflag = false;
+    const std::string action = promptaction;
+    promptaction = "Merging";
+    textcaption();
+    int gone = 0;
+    if (automergenodes && nodesel(0) != 0) gone += mergenodes();
+    if (automergeelems) gone += mergeelements();
+    promptaction = action;
+    return gone > 0;
+}
+
+void refreshselection() {
+    if (!endmove()) return;
+    hideselection();
+    const bool merged = moved && mergeplaced();
     promptaction = "Select";
     promptgoal = "for moving";
     prompttail.clear();
-    if (moved && automergenodes && nodesel(0) != 0) {
-        promptaction = "Merging";
-        textcaption();
-        hideselection();
-        if (mergenodes() > 0) dropundo();
-        promptaction = "Select";
-    } else {
-        hideselection();
-    }
-    showselection();
+    merged ? redrawall() : showselection();
     textcaption();
+}
+
+void releaseselection() {
+    const bool wasmoving = endmove(), placed = pasteflag;
+    hideselection();
+    const bool merged = mergeplaced();
+    emptyselection();
+    if (wasmoving || promptaction == "Select or move") readyprompt();
+    if (merged || (redrawmove && (wasmoving || placed))) redrawall();
 }

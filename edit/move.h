@@ -3,20 +3,33 @@
 // back.
 #pragma once
 
-// The user chose to move what is selected: the next press is the reference point.
+#include <functional>
+
+const double dragreach = 0.15;  // centimetres from which a press and release is a drag
+
+// The user chose to move what is selected: the next press is the reference point. A mode that runs
+// ends first.
 void startmove();
 bool ismoving();  // a reference point is awaited or given
 // A press or a drag at modelx, modely, modelz while a move is under way.
 void movepress(int nview);
-void movedrag(int nview);
+void mousedrag(int nview);
 void moverelease(int nview);
-// A way typed in the coordinate boxes, model units.
+// A way typed in the coordinate boxes, model units. It needs no reference point.
 void movetyped(const double* way);
-// Ends the move: prompts and picture, merging of nodes where it is on. Runs on each change of mode.
+// Ends the move: prompts and picture, merging of what was moved where it is on. The selection
+// stays.
 void refreshselection();
+// Ends the move and empties the selection; what was pasted or moved is merged where that is on. By
+// this routine the user leaves a selection: ESC, another item type, a mode, a paste.
+void releaseselection();
 
-// Shifts every selected node and graphic point, in Single.
-void shiftselection(double dx, double dy, double dz);
+// Coordinates are Singles: false for a point that lies beyond them, or at no place at all, after
+// the user was told.
+bool checkplace(const double* point);
+// Calls change(point) with the three coordinates of every selected node and graphic point, and
+// stores them as Singles. None is stored where one lies beyond them: false, after it was told.
+bool changeselected(const std::function<void(double*)>& change);
 // The places of the selection before the last move.
 void storeundo();
 void editundo();

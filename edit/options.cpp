@@ -3,6 +3,7 @@
 #include "edit/options.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/numtext.h"
 #include "core/session.h"
@@ -31,21 +32,31 @@ void leavetolerance(optionsform& form) {
     if (!readnumber(form.tolerance, value) || value < 0) form.tolerance = numbertext(mergetol);
 }
 
+// Angles are Singles.
+static bool isangle(const std::string& text) {
+    double value = 0;
+    return readnumber(text, value) && std::isfinite(float(value));
+}
+
 void leaveangles(optionsform& form) {
-    if (!isnumeric(form.anglexy)) form.anglexy = numbertext(lightangxy);
-    if (!isnumeric(form.anglez)) form.anglez = numbertext(lightangz);
+    if (!isangle(form.anglexy)) form.anglexy = numbertext(lightangxy);
+    if (!isangle(form.anglez)) form.anglez = numbertext(lightangz);
+}
+
+void storetolerance(optionsform& form) {
+    leavetolerance(form);
+    mergetol = numberof(form.tolerance);
 }
 
 void storegeneraloptions(const optionsform& given) {
     optionsform form = given;
-    leavetolerance(form);
+    storetolerance(form);
     leaveangles(form);
     redrawmove = form.redrawmove;
     redrawdelete = form.redrawdelete;
     redrawedit = form.redrawedit;
     automergenodes = form.mergenodes;
     automergeelems = form.mergeelements;
-    mergetol = numberof(form.tolerance);
     renumbersave = form.renumber;
     shadingon = form.shading;
     shadecolor = form.shadecolor;

@@ -196,7 +196,7 @@ int refineelements() {
     for (const auto& [e, n] : r.replaced) setcorners(e, n);
     for (const part& p : r.parts) appendpart(p);
     gatherelementnodes();
-    resultflag = 1;
+    dropresults();
     dropundo();
     dorenumber = 1;
     redrawall();

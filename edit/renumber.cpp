@@ -9,8 +9,14 @@
 #include <vector>
 
 #include "core/catalogue.h"
+#include "core/colours.h"
 #include "core/model.h"
+#include "core/platform.h"
 #include "core/session.h"
+#include "core/views.h"
+#include "view/drawelems.h"
+#include "view/moddraw.h"
+#include "view/scaleview.h"
 
 // The reference climbs along a chain of dominating nodes, in number order.
 static void findreference(float* reference) {
@@ -43,6 +49,27 @@ static std::vector<int> sweeporder() {
     return order;
 }
 
+// Plots the nodes in the order of the sweep, so that the user sees it run.
+static void showsweep(const std::vector<int>& order) {
+    surface* const s = target(activeview);
+    if (s == nullptr) return;
+    const std::size_t pictures = 25;
+    const std::size_t batch = std::max<std::size_t>(order.size() / pictures, 1);
+    const keptpoint kept;
+    s->toplane(planes::marks);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        if (i % batch == 0) {
+            s->show();
+            door().progress("Renumbering the nodes", double(i) / double(order.size()), false);
+            prepareview(activeview);  // what runs meanwhile may draw
+        }
+        setnode(order[i], activeview);
+        projectpoint(activeview);
+        plotpoint(activeview, scrx, scry, selcolor);
+    }
+    s->show();
+}
+
 static void movenodes(const std::vector<int>& order) {
     const auto count = int(order.size());
     std::vector<std::string> names(order.size() + 1);
@@ -62,6 +89,7 @@ static void movenodes(const std::vector<int>& order) {
 
 void renumbermodel() {
     const std::vector<int> order = sweeporder();
+    showsweep(order);
     const int count = nnodes();
     for (int i = 1; i <= count; ++i) nodework(order[std::size_t(i - 1)], 0) = float(i);
     const auto renumbered = [&](auto n) {
@@ -77,4 +105,5 @@ void renumbermodel() {
     nodesel(0) = 0;
     maxdisp = 0;
     dropundo();
+    redrawall();
 }

@@ -4,4 +4,5 @@
 #pragma once
 
 // Gives all nodes their new numbers and every reference to them; the selection is empty afterwards.
+// Plots the sweep in the active view, redraws all views at the end.
 void renumbermodel();

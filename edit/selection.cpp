@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
+#include "edit/move.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
@@ -21,10 +22,14 @@ selectitems selectitem() {
     return selectnodes;
 }
 
+void checkselectitem(int item) {
+    for (int i = 0; i <= selectgraphics; ++i) MnuSelectItem(i).checked = i == item;
+}
+
 void setselectitem(int item) {
     if (MnuSelectItem(item).checked) return;
-    clearselection();
-    for (int i = 0; i <= selectgraphics; ++i) MnuSelectItem(i).checked = i == item;
+    releaseselection();
+    checkselectitem(item);
     labelselect();
 }
 
@@ -217,6 +222,7 @@ void selectgroup(int nview) {
         return;
     }
     const int group = egroup(found.item);
+    setselectitem(selectelements);
     elemsel(0) = 0;
     for (int e = 1; e <= nelems(); ++e)
         if (elems(e, 0) != 0 && egroup(e) == group) append(elemsel, e);

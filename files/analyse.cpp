@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 #include "core/keptmodel.h"
 #include "core/model.h"
-#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -131,6 +131,7 @@ static void takewords(const std::string& text, std::string& stage, double& share
 
 static runreport waitforsolver() {
     const int steplength = 20;  // milliseconds between two looks
+    const int patience = 2000;  // milliseconds between the signal and the solver's end
     runreport report;
     std::string stage = "start";
     double share = 0;
@@ -151,9 +152,16 @@ static runreport waitforsolver() {
         }
         door().yield(steplength);
     }
-    while (door().processruns()) door().yield(steplength);
+    // The file's removal is the signal. A solver that lingers after it is not waited for, but gives
+    // way to the next run.
+    for (int waited = 0; door().processruns() && waited < patience; waited += steplength)
+        door().yield(steplength);
+    const bool lingers = door().processruns();
     takewords(door().processwords(), stage, share, report.words);
-    if (door().processcode() != 0) report.end = runend::refused;
+    if (lingers)
+        door().killprocess();
+    else if (door().processcode() != 0)
+        report.end = runend::refused;
     return report;
 }
 
@@ -186,7 +194,9 @@ class runlock {
         door().refresh();
         if (clearmem != 1) return;
         beside.emplace();
-        for (int i = 1; i <= 7; ++i) modelsize(i) = 1;
+        std::swap(sizes, modelsize);
+        modelsize.alloc(sizes.upper);
+        for (int i = 1; i <= modelsize.upper; ++i) modelsize(i) = 1;
         allocmodel();
         curlc = curlcomb = 1;
     }
@@ -201,7 +211,8 @@ class runlock {
 
   private:
     void regainmodel() {
-        readmodelsize();
+        // Those of the session: the file may hold sizes that the machine did not give.
+        std::swap(sizes, modelsize);
         const std::string name = modelname;
         if (!guarded([&] { openmodel(name); }, [](const runtimeerror&) {}) || nnodes() != count) {
             door().message("The model could not be read back after the analysis; it stands in " +
@@ -218,6 +229,7 @@ class runlock {
 
     const int lc = curlc, combination = curlcomb, count = nnodes();
     std::optional<keptbesidefiles> beside;
+    array1<int> sizes;
 };
 }  // namespace
 

@@ -14,6 +14,7 @@
 #include "edit/Mouseprocedures.h"
 #include "files/filop.h"
 #include "view/moddraw.h"
+#include "view/setviews.h"
 
 namespace fs = std::filesystem;
 
@@ -65,17 +66,26 @@ static const fileformat* findformat(const std::string& extension) {
     return at == list.end() ? nullptr : &*at;
 }
 
-static reply refuse(const splitpath& parts) {
-    door().message("Files of type \"" + parts.extension + "\" can not be used here: " + parts.base +
-                       "." + parts.extension,
+static reply refuse(const std::string& path) {
+    door().message("Files of type \"" + fs::path(path).extension().string() +
+                       "\" can not be used here: " + path,
                    icons::exclamation);
     return reply::failed;
+}
+
+// A name typed without extension is a model's, unless a file of another kind has it.
+static splitpath splitformodel(const std::string& path) {
+    splitpath parts = split(absolute(path));
+    std::error_code ec;
+    if (parts.extension.empty() && !fs::is_regular_file(parts.base, ec)) parts.extension = "tek";
+    return parts;
 }
 
 static void afteropen() {
     stressloaded = false;
     for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
     nodesel(0) = 0;
+    setscrollbars();
     door().refresh();
     redrawall();
 }
@@ -83,15 +93,14 @@ static void afteropen() {
 reply openfile(const std::string& path) {
     const hourglass wait;
     addready();
-    splitpath parts = split(absolute(path));
-    if (parts.extension.empty()) parts.extension = "tek";
+    const splitpath parts = splitformodel(path);
     bool good = false;
     if (parts.extension == "tek") {
         good = openmodel(parts.base);
     } else if (const fileformat* format = findformat(parts.extension); format && format->open) {
         good = format->open(parts.base);
     } else {
-        return refuse(parts);
+        return refuse(path);
     }
     if (good) addrecentfile();
     if (good || modeltoolarge) afteropen();  // else the model before stands, with its results
@@ -115,15 +124,14 @@ reply menuimport() {
     box.filterindex = 2;
     const filechoice choice = door().choosefile(box);
     if (!choice.chosen) return reply::cancelled;
-    splitpath parts = split(absolute(choice.path));
-    if (parts.extension.empty()) parts.extension = "tek";
+    const splitpath parts = splitformodel(choice.path);
     bool good = false;
     if (parts.extension == "tek") {
         good = importmodel(parts.base);
     } else if (const fileformat* format = findformat(parts.extension); format && format->import) {
         good = format->import(parts.base);
     } else {
-        return refuse(parts);
+        return refuse(choice.path);
     }
     if (good) editpaste();
     redrawall();
@@ -148,7 +156,7 @@ reply menusave() {
         return savemodel() ? reply::done : reply::failed;
     }
     const fileformat* const format = findformat(parts.extension);
-    if (format == nullptr || !format->save) return refuse(parts);
+    if (format == nullptr || !format->save) return refuse(choice.path);
     if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
     modelname = parts.base;
     showmodelname();

@@ -2,12 +2,14 @@
 // The order of the report, and the dialog's commands.
 #include "post/Report.h"
 
+#include <filesystem>
 #include <vector>
 
 #include "core/model.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "post/contour.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 #include "post/stressfile.h"
@@ -55,7 +57,7 @@ class keptdisplay {
         std::size_t at = 0;
         for (int n = 1; n <= nnodes(); ++n)
             for (int k = 0; k < 3; ++k) nodes(1, n, k) = shape[at++];
-        // What belongs to a combination is read again when it is drawn.
+        // What belongs to a combination is read again where it is needed.
         stressloaded = false;
         elemstress.clear();
         if (forces)
@@ -118,7 +120,7 @@ static void writeall(reporttext& r) {
             "~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~~");
     const analysiskind kind = readkind();
     writekind(r, kind);
-    writemasses(r);
+    writemasses(r, kind);
     if (kind.valid)
         writewanted(r,
                     {{secdisplacements, writedisplacements},
@@ -153,6 +155,7 @@ bool savereport(const std::string& base) {
         },
         told);
     door().endprogress();
+    prepareplot();  // the legend and the value at the pointer live on what a plot has read
     return whole;
 }
 
@@ -172,7 +175,8 @@ bool writereport() {
     if (isnamed()) box.path = modelname + ".rpt";
     const filechoice choice = door().choosefile(box);
     if (!choice.chosen) return false;
-    const std::string base = withoutextension(choice.path);
+    const std::string base =
+        withoutextension(std::filesystem::path(choice.path).lexically_normal().string());
     // The model's own report is written anew after each analysis and asks nothing.
     if (base != modelname && !askoverwrite(base, ".rpt")) return false;
     return savereport(base);

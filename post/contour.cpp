@@ -9,6 +9,8 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "post/painters.h"
+#include "post/postproces.h"
 #include "post/stressfile.h"
 
 int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
@@ -18,6 +20,7 @@ int postset, postgroup = 1, postcount;
 bool evenpalette, markextremes, valueatpointer;
 double indexmax = 1, indexmin = -1;
 cornervalue highest, lowest;
+int unfilled;
 
 static array1<float> tencolors() {
     array1<float> list;
@@ -57,12 +60,12 @@ int bandof(double value) {
     return indexcolors - 1;
 }
 
-// Ten colours at even distances along a path in CIELAB (D65): blue, green, yellow, each lighter
-// than the one before, so that order and steps are seen, in print and by the colour-blind too.
+// Ten colours at even distances along a path in CIELAB (D65): blue, green, gold, each lighter than
+// the one before, so that order and steps are seen, in print and by the colour-blind too; the
+// lightest still stands out from white paper.
 static const colour evencolors[indexcolors] = {
-    rgb(16, 62, 142),   rgb(17, 81, 136),  rgb(21, 109, 144), rgb(26, 142, 156),
-    rgb(32, 170, 158),  rgb(35, 192, 147), rgb(65, 206, 128), rgb(138, 218, 114),
-    rgb(195, 228, 107), rgb(249, 235, 110)};
+    rgb(14, 57, 133),  rgb(14, 75, 125), rgb(18, 101, 129), rgb(23, 132, 135), rgb(27, 155, 128),
+    rgb(30, 170, 109), rgb(83, 181, 86), rgb(143, 188, 72), rgb(195, 193, 69), rgb(243, 195, 81)};
 
 void fillpalette() {
     for (int k = 0; k < indexcolors; ++k)
@@ -80,7 +83,7 @@ bool isplotted(int e) {
     return elnn != 0 && (elnn == 2) == iselementstress() && (postset == 0 || elemflag(e));
 }
 
-static bool plotsstress() {
+bool plotsstress() {
     return iselementstress() || contourdata == 0;
 }
 
@@ -98,10 +101,11 @@ static void spreadindex() {
     indexmin = v == 0 ? -1 : v - spread;
 }
 
-static void takecorner(int e, int corner, double value) {
+static void takecorner(int e, int corner, double value, bool& below) {
     indexmin = std::min(indexmin, value);
     indexmax = std::max(indexmax, value);
     if (corner > nodesoftype(elems(e, 0))) return;
+    below = below || value < fillstart;
     if (highest.e == 0 || value > highest.value) highest = {e, corner, value};
     if (lowest.e == 0 || value < lowest.value) lowest = {e, corner, value};
 }
@@ -111,11 +115,14 @@ void contourscale() {
     indexmin = 1e30;
     indexmax = -1e30;
     highest = lowest = cornervalue();
+    unfilled = 0;
     const bool stress = plotsstress();
     for (int e = 1; e <= nelems(); ++e) {
         if (!isplotted(e)) continue;
         const int corners = stress ? stresscorners : nodesoftype(elems(e, 0));
-        for (int c = 1; c <= corners; ++c) takecorner(e, c, plotvalue(e, c));
+        bool below = false;  // has the element a value that opens it to the filled painter?
+        for (int c = 1; c <= corners; ++c) takecorner(e, c, plotvalue(e, c), below);
+        unfilled += !below;
     }
     if (highest.e == 0) indexmin = indexmax = 0;
     if (indexmax == indexmin) spreadindex();
@@ -134,13 +141,19 @@ void retryresults() {
     refused = false;
 }
 
+// Other parts may give up the stresses, or the model may have outgrown them.
+static bool isloaded() {
+    return stressloaded && elemstress.upper2 >= nelems();
+}
+
 bool plotready() {
-    return ready;
+    return ready && (!plotsstress() || isloaded());
 }
 
 static bool preparestress() {
     lineelstress = iselementstress();
     if (refused) return false;
+    if (!isloaded()) stressloaded = false;
     refused = !readstress();
     return !refused;
 }
@@ -149,7 +162,7 @@ bool prepareplot() {
     ready = false;
     if (!iscontour() && !iselementstress()) return false;
     fillpalette();
-    if (plotsstress() && !preparestress()) return false;
+    if (plotsstress() ? !preparestress() : !fieldread) return false;
     contourscale();
     ready = true;
     return true;

@@ -42,11 +42,13 @@ extern cornervalue highest, lowest;  // of the corners that exist, set by contou
 bool ispostelement(int e);           // of the chosen set and not a free slot
 bool isplotted(int e);               // and of a kind that the active entry shows
 float plotvalue(int e, int corner);  // what is plotted, corner 1..4
-// Sets indexmin and indexmax for the active entry.
+// Sets indexmin and indexmax for the active entry, and counts what the filled painter leaves out.
 void contourscale();
+extern int unfilled;  // elements with no value below fillstart
 
-// Reads what the plot needs and sets its scale; false when there is nothing to colour. A file that
-// could not be read is not tried again before retryresults.
+// Reads the stresses that the plot needs and sets its scale; false when there is nothing to colour,
+// as after a failed read of displacements. A stress file that could not be read is not tried again
+// before retryresults.
 bool prepareplot();
 void retryresults();
 bool plotready();  // the last prepareplot succeeded
@@ -55,8 +57,10 @@ bool plotready();  // the last prepareplot succeeded
 // each with its outline where "&Elements" is checked; then the legend. The second colours the line
 // elements.
 void postdispatch(int nview);
+void drawcontour(int nview);  // its elements
 void drawelementstress(int nview);
 
+bool plotsstress();      // stresses are coloured, not displacements
 bool iscontour();        // "Contour plot" is checked
 bool iselementstress();  // "Element Stress " is checked
 bool isdeformed();       // a deformed or a mode shape is on show

@@ -2,8 +2,6 @@
 // The passes of the contour plots over the elements of a view.
 #include "core/catalogue.h"
 #include "core/model.h"
-#include "core/numtext.h"
-#include "core/platform.h"
 #include "core/session.h"
 #include "post/contour.h"
 #include "post/legend.h"
@@ -20,39 +18,40 @@ static void drawmesh(int e, int nview) {
     drawelement(e, nview);
 }
 
-// False for an element that the filled painter has left out.
-static bool paintelement(int e, int elnn, int nview) {
+// Do the bands leave nothing of the element's face?
+static bool isfilledwhole(int e, int elnn) {
+    if (!plotready() || !isplotted(e)) return false;
+    for (int c = 1; c <= elnn; ++c)
+        if (!(ev[c] >= indexmin && ev[c] <= indexmax && ev[c] < fillstart)) return false;
+    return true;
+}
+
+static void paintelement(int e, int elnn, int nview) {
     takeelement(e, nview);
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
-    if (mnudrawlist(10).checked) paintface(nview, elnn, backcolor);
+    if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
+        paintface(nview, elnn, backcolor);
     if (!contourfilled) drawmesh(e, nview);
-    bool painted = true;
     if (plotready() && isplotted(e)) {
         if (contourfilled)
-            painted = paintfill(nview, elnn);
+            paintfill(nview, elnn);
         else
             paintlines(nview, elnn);
     }
     if (contourfilled) drawmesh(e, nview);
-    return painted;
 }
 
-static void drawelements(int nview) {
+void drawcontour(int nview) {
     sortdepth(nview);
-    int left = 0;
     for (int i = 1; i <= nelems(); ++i) {
         const int e = int(elemdepth(i, 0));
         const int elnn = nodesoftype(elems(e, 0));
         if (elnn == 0 || !isshown(e, nview)) continue;
         if (elnn > 2)
-            left += !paintelement(e, elnn, nview);
+            paintelement(e, elnn, nview);
         else
             drawmesh(e, nview);
     }
-    if (left > 0)
-        door().showstatus(numbertext(left) +
-                          " element(s) with values from 1E+06 up are not filled; contour lines "
-                          "show them");
 }
 
 // Contours lie on the elements as they are drawn: displaced while a shape is on show.
@@ -63,8 +62,7 @@ void postdispatch(int nview) {
     const colour before = drawcolor;
     s->drawwidth = 1;
     undeformed = isdeformed() ? 0 : 1;
-    drawelements(nview);
-    drawextremes(nview);
+    drawcontour(nview);
     undeformed = 1;
     drawcolor = before;
     drawlegend();
@@ -99,7 +97,6 @@ void drawelementstress(int nview) {
     for (int e = 1; e <= nelems(); ++e)
         if (isplotted(e) && isshown(e, nview)) drawhalves(*s, e, nview);
     s->drawwidth = 1;
-    drawextremes(nview);
     undeformed = 1;
     if (nview == 1) drawlegend();
 }

@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <sstream>
 
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/views.h"
 #include "post/contour.h"
 #include "post/postproces.h"
 #include "post/soptions.h"
@@ -31,21 +33,29 @@ std::string plotlabel() {
                                : stresscomponents[stresscomp - 1].label;
 }
 
+// Line elements have the colours of bands, also each as a whole.
+static bool showsbands() {
+    return contourfilled || iselementstress();
+}
+
 static std::string componenttext() {
     const componentrow& row = stresscomponents[stresscomp - 1];
     return *row.legend ? row.legend : row.label;
 }
 
 static std::string fieldname() {
-    if (showsdisplacement() && menupostItem(3).checked) return "Mode shape " + numbertext(curlcomb);
+    if (showsdisplacement() && menupostItem(3).checked && fieldismode)
+        return "Mode shape " + numbertext(curlcomb);
     return curlcomb >= 1 && curlcomb <= ncomb() ? lcombname(curlcomb) : "Load Case 1";
 }
 
 static std::vector<std::string> headinglines() {
     static const char* const displacements[] = {"XYZ Displacements", "X Displacements",
                                                 "Y Displacements", "Z Displacements"};
-    if (showsdisplacement()) return {displacements[dispcontour], fieldname()};
-    return {"Stress Index", fieldname(), componenttext()};
+    const std::string index = "Stress Index";  // the name of the scale, whatever it is of
+    if (!showsdisplacement()) return {index, fieldname(), componenttext()};
+    if (toprinter != 0) return {displacements[dispcontour], fieldname()};
+    return {index, fieldname(), displacements[dispcontour]};
 }
 
 static int exponentof(double largest) {
@@ -76,10 +86,11 @@ legendtext makelegend() {
     t.title = iselementstress() ? "Stress Index" : "Contour Index";
     t.heading = headinglines();
     t.exponent = exponentof(std::max(std::fabs(indexmax), std::fabs(indexmin)));
-    const int count = contourfilled ? indexcolors + 1 : indexcolors;
+    const bool bands = showsbands();
+    const int count = bands ? indexcolors + 1 : indexcolors;
     std::vector<double> values;
     for (int k = 0; k < count; ++k)
-        values.push_back((contourfilled ? bandbound(k) : levelof(k)) / std::pow(10.0, t.exponent));
+        values.push_back((bands ? bandbound(k) : levelof(k)) / std::pow(10.0, t.exponent));
     t.labels = indexmax == indexmin ? labelsof(values, 2) : shortlabels(values);
     t.tail = " E" + numbertext(t.exponent);
     return t;
@@ -93,6 +104,12 @@ std::string shorttext(double value) {
     return {text, end};
 }
 
+std::string plotnumber(double value) {
+    const double nothing = 1e-9;  // of the scale's largest bound
+    const double largest = std::max(std::fabs(indexmax), std::fabs(indexmin));
+    return shorttext(std::fabs(value) < nothing * largest ? 0 : value);
+}
+
 // --- the picture --------------------------------------------------------------------------------
 
 // The text cut to a width, marked where something is missing.
@@ -103,6 +120,26 @@ static std::string fitted(surface& s, std::string text, double width) {
         if (!text.empty()) text.pop_back();
     }
     return text + "…";
+}
+
+// The heading in rows of a width, broken at blanks.
+static std::vector<std::string> rowsof(surface& s, const legendtext& t, double width) {
+    std::vector<std::string> rows;
+    for (const std::string& text : t.heading) {
+        std::istringstream words(text);
+        std::string row, word;
+        while (words >> word) {
+            const std::string longer = row.empty() ? word : row + " " + word;
+            if (row.empty() || s.textwidth(longer) <= width) {
+                row = longer;
+                continue;
+            }
+            rows.push_back(fitted(s, row, width));
+            row = word;
+        }
+        rows.push_back(fitted(s, row, width));
+    }
+    return rows;
 }
 
 static void put(surface& s, double x, double y, const std::string& text) {
@@ -119,52 +156,67 @@ static void drawbox(surface& s, double left, double top, double width, double he
     s.fillsolid = false;
 }
 
-void drawlegendon(surface& s, double left, double top, double width, double height) {
-    const double margin = 0.15, boxwidth = 0.6, gap = 0.15, tallest = 0.65;  // centimetres
-    const legendtext t = makelegend();
+// Centimetres.
+static const double margin = 0.15, boxwidth = 0.6, gap = 0.15, tallest = 0.65;
+
+static void usefont(surface& s) {
     s.font = elemlabelfont;
     s.textcolor = elemlabelcolor;
     s.drawwidth = 1;
+}
+
+namespace {
+struct scaleplace {
+    double left, top, row, labelx, labelwidth;
+    double boxtop(int k) const { return top + (indexcolors - 1 - k) * row; }
+};
+}  // namespace
+
+static void drawlevels(surface& s, const legendtext& t, const scaleplace& at) {
     const double line = s.textheight();
-    left += margin;
+    for (int k = 0; k < indexcolors; ++k) {
+        const double y = at.boxtop(k) + at.row / 2;
+        s.drawwidth = 2;
+        s.line(at.left, y, at.left + boxwidth, y, colour(indexcolor(k)));
+        s.drawwidth = 1;
+        put(s, at.labelx, y - line / 2, fitted(s, t.labels[std::size_t(k)], at.labelwidth));
+    }
+}
+
+static void drawbands(surface& s, const legendtext& t, const scaleplace& at) {
+    const double half = s.textheight() / 2;
+    for (int k = 0; k < indexcolors; ++k)
+        drawbox(s, at.left, at.boxtop(k), boxwidth, at.row, colour(indexcolor(k)));
+    for (int k = 0; k <= indexcolors; ++k)
+        put(s, at.labelx, at.boxtop(k - 1) - half,
+            fitted(s, t.labels[std::size_t(k)], at.labelwidth));
+    s.box(at.left, at.top, at.left + boxwidth, at.top + indexcolors * at.row, elemlabelcolor);
+}
+
+void drawlegendon(surface& s, double left, double top, double width, double height) {
+    const legendtext t = makelegend();
+    usefont(s);
+    const double line = s.textheight(), inner = width - 2 * margin;
+    const std::vector<std::string> heading = rowsof(s, t, inner);
     double y = top + margin;
-    for (const std::string& text : t.heading) {
-        put(s, left, y, fitted(s, text, width - 2 * margin));
+    for (const std::string& row : heading) {
+        put(s, left + margin, y, row);
         y += line;
     }
-    y += line;  // half a line over the top label
-    const double room = top + height - margin - 1.5 * line - y;
-    const double row = std::min(tallest, room / indexcolors);
-    const double labelx = left + boxwidth + gap, labelwidth = width - margin - boxwidth - gap;
-    for (int k = 0; k < indexcolors; ++k) {
-        const double boxtop = y + (indexcolors - 1 - k) * row;
-        const colour c = colour(indexcolor(k));
-        if (contourfilled) {
-            drawbox(s, left, boxtop, boxwidth, row, c);
-            put(s, labelx, boxtop + row - line / 2,
-                fitted(s, t.labels[std::size_t(k)], labelwidth));
-        } else {
-            s.drawwidth = 2;
-            s.line(left, boxtop + row / 2, left + boxwidth, boxtop + row / 2, c);
-            s.drawwidth = 1;
-            put(s, labelx, boxtop + (row - line) / 2,
-                fitted(s, t.labels[std::size_t(k)], labelwidth));
-        }
-    }
-    if (contourfilled) {
-        put(s, labelx, y - line / 2, fitted(s, t.labels.back(), labelwidth));
-        s.box(left, y, left + boxwidth, y + indexcolors * row, elemlabelcolor);
-    }
-    put(s, labelx, y + indexcolors * row + line / 2, t.tail);
+    const double linesbelow = 2.5;  // one over the scale, the power of ten under it
+    const double room = height - 2 * margin - (double(heading.size()) + linesbelow) * line;
+    const double beside = boxwidth + gap;
+    const scaleplace at{left + margin, y + line, std::min(tallest, room / indexcolors),
+                        left + margin + beside, inner - beside};
+    if (showsbands())
+        drawbands(s, t, at);
+    else
+        drawlevels(s, t, at);
+    put(s, at.labelx, at.top + indexcolors * at.row + line / 2, t.tail);
 }
 
 void drawlegend() {
-    if (toprinter != 0) {
-        const double width = 4, height = 10, edge = 0.5;  // centimetres
-        if (surface* const page = target(1); page && legendshown())
-            drawlegendon(*page, page->width() - width - edge, edge, width, height);
-        return;
-    }
+    if (toprinter != 0) return;  // a printed page has a column for it
     surface* const s = door().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);

@@ -20,10 +20,11 @@ legendtext makelegend();
 // Is the legend on show? While a plot is.
 bool legendshown();
 
-// Draws it: on the page while drawing goes to the printer, else on the platform's legend surface.
+// Draws it on the platform's legend surface; nothing while drawing goes to the printer.
 void drawlegend();
 // On a surface, in the rectangle from its top left corner, centimetres.
 void drawlegendon(surface& s, double left, double top, double width, double height);
 
-std::string plotlabel();              // "SX", "VM", "DX": the component in short
-std::string shorttext(double value);  // four digits that count
+std::string plotlabel();               // "SX", "VM", "DX": the component in short
+std::string shorttext(double value);   // four digits that count
+std::string plotnumber(double value);  // the same; what is nothing beside the scale is 0

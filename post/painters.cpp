@@ -3,6 +3,7 @@
 #include "post/painters.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -165,21 +166,36 @@ static double turn(const point2& a, const point2& b, const point2& c) {
     return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
 }
 
-// The whole element in one polygon; false where its four corners do not bound its triangles.
+// Do the corners bound the element's triangles? Not those of a concave or folded picture.
+static bool isconvex(const point2* p, int corners) {
+    int left = 0, right = 0;
+    for (int i = 0; i < corners; ++i) {
+        const double side = turn(p[i], p[(i + 1) % corners], p[(i + 2) % corners]);
+        left += side > 0;
+        right += side < 0;
+    }
+    return left == 0 || right == 0;
+}
+
+// The whole element in one polygon; false where that is not its picture.
 static bool drawwhole(surface& s, int nview, int corners) {
     point2 p[4];
     for (int i = 0; i < corners; ++i) p[i] = project(spotof(i + 1), nview);
-    if (corners == 4) {
-        int left = 0, right = 0;
-        for (int i = 0; i < 4; ++i) {
-            const double side = turn(p[i], p[(i + 1) % 4], p[(i + 2) % 4]);
-            left += side > 0;
-            right += side < 0;
-        }
-        if (left > 0 && right > 0) return false;
-    }
+    if (!isconvex(p, corners)) return false;
     s.polygon(p, corners, s.fillcolor);
     return true;
+}
+
+// The pen reaches half a pixel beyond a polygon; drawn in by as much, a face covers itself and
+// leaves its neighbours alone.
+static void shrink(point2* p, int n, double by) {
+    point2 mid{0, 0};
+    for (int i = 0; i < n; ++i) mid = {mid.x + p[i].x / n, mid.y + p[i].y / n};
+    for (int i = 0; i < n; ++i) {
+        const double x = p[i].x - mid.x, y = p[i].y - mid.y, length = std::hypot(x, y);
+        const double part = length > by ? 1 - by / length : 0;
+        p[i] = {mid.x + part * x, mid.y + part * y};
+    }
 }
 
 void paintface(int nview, int corners, int colour) {
@@ -187,12 +203,18 @@ void paintface(int nview, int corners, int colour) {
     if (s == nullptr || (corners != 3 && corners != 4)) return;
     s->fillsolid = true;
     s->fillcolor = colour;
-    if (!drawwhole(*s, nview, corners)) {
+    const double halfpixel = 0.5 / s->pixpercm();
+    point2 p[4];
+    for (int i = 0; i < corners; ++i) p[i] = project(spotof(i + 1), nview);
+    if (isconvex(p, corners)) {
+        shrink(p, corners, halfpixel);
+        s->polygon(p, corners, colour);
+    } else {
         setmiddle(corners);
         eachtriangle(corners, [&](int a, int b, int c) {
-            const point2 p[] = {project(spotof(a), nview), project(spotof(b), nview),
-                                project(spotof(c), nview)};
-            s->polygon(p, 3, colour);
+            const point2 part[] = {project(spotof(a), nview), project(spotof(b), nview),
+                                   project(spotof(c), nview)};
+            s->polygon(part, 3, colour);
         });
     }
     s->fillsolid = false;
@@ -218,21 +240,43 @@ static void drawpieces(surface& s, int nview, int corners, int k) {
     });
 }
 
-bool paintfill(int nview, int corners) {
-    const float start = 1e6f;
-    surface* const s = target(nview);
-    if (s == nullptr || (corners != 3 && corners != 4)) return true;
-    setmiddle(corners);
-    const valuerange range = rangeof(corners, start);
-    if (range.low >= start) return false;
-    s->fillsolid = true;
+// An element of two pixels has no room for bands: the pen would cover all but the last.
+static bool istiny(const surface& s, int nview, int corners) {
+    const double most = 2 / s.pixpercm();
+    point2 low = project(spotof(1), nview), high = low;
+    for (int i = 2; i <= corners; ++i) {
+        const point2 p = project(spotof(i), nview);
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    return high.x - low.x < most && high.y - low.y < most;
+}
+
+static bool drawtiny(surface& s, int nview, int corners) {
+    const int k = bandof(ev[middle]);
+    if (k < 0 || !istiny(s, nview, corners)) return false;
+    s.fillcolor = colour(indexcolor(k));
+    return drawwhole(s, nview, corners);
+}
+
+static void drawbands(surface& s, int nview, int corners, const valuerange& range) {
     const int bands = indexmax == indexmin ? 1 : indexcolors;  // without a width all are one
     for (int k = 0; k < bands; ++k) {
         if (!touches(k, range)) continue;
-        s->fillcolor = colour(indexcolor(k));
-        if (!lieswithin(k, range) || !drawwhole(*s, nview, corners))
-            drawpieces(*s, nview, corners, k);
+        s.fillcolor = colour(indexcolor(k));
+        if (!lieswithin(k, range) || !drawwhole(s, nview, corners))
+            drawpieces(s, nview, corners, k);
     }
+}
+
+bool paintfill(int nview, int corners) {
+    surface* const s = target(nview);
+    if (s == nullptr || (corners != 3 && corners != 4)) return true;
+    setmiddle(corners);
+    const valuerange range = rangeof(corners, fillstart);
+    if (range.low >= fillstart) return false;
+    s->fillsolid = true;
+    if (!drawtiny(*s, nview, corners)) drawbands(*s, nview, corners, range);
     s->fillsolid = false;
     return true;
 }

@@ -17,6 +17,8 @@ void paintface(int nview, int corners, int colour);
 // Lines at the ten levels of the index, those at indexmin and indexmax included. corners other
 // than 3 and 4 draw nothing.
 void paintlines(int nview, int corners);
-// The ten bands of the index as filled polygons. An element whose values all lie at 1E+06 or above
-// is left unfilled and false is returned.
+// The ten bands of the index as filled polygons. An element whose values all lie at fillstart or
+// above is left unfilled and false is returned. One of less than two pixels has the colour of its
+// middle.
+const float fillstart = 1e6f;
 bool paintfill(int nview, int corners);

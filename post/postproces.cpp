@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <functional>
 #include <limits>
 
@@ -16,6 +17,8 @@
 double modevalue;
 int modecount;
 std::vector<double> modevalues;
+bool fieldismode, fieldread = true;
+std::string fieldnote;
 
 noderow readnoderow(textin& in, int anadof) {
     noderow row;
@@ -54,12 +57,13 @@ float factorofcase(const textin& in, int l) {
     if (l > modelsize(7))
         in.fail(errsubscript, "the file holds more load cases than the declared " +
                                   numbertext(modelsize(7)) + "; see File, Model Size");
-    return lcomb(curlcomb, l);
+    return curlcomb >= 1 && curlcomb <= ncomb() ? lcomb(curlcomb, l) : 0;
 }
 
-// A Single holds no more than this; what is larger would be shown as infinite.
+// What is larger would be shown as infinite: half of what a Single holds, so that the length of
+// three such components is a Single too.
 static float stored(const textin& in, double value) {
-    if (!(std::fabs(value) <= std::numeric_limits<float>::max()))
+    if (!(std::fabs(value) <= std::numeric_limits<float>::max() / 2))
         in.fail(erroverflow, "the value " + numbertext(value) + " is too large");
     return float(value);
 }
@@ -67,6 +71,18 @@ static float stored(const textin& in, double value) {
 static double lengthof(int n) {
     const auto d = nodes.row(1, n);
     return std::sqrt(double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2]);
+}
+
+static std::string shortname(const textin& in) {
+    return std::filesystem::path(in.name()).filename().string();
+}
+
+std::string noteofcases(const textin& in, int blocks) {
+    if (blocks == nlc()) return {};
+    const std::string held = shortname(in) + " holds " + numbertext(blocks) +
+                             (blocks == 1 ? " load case" : " load cases");
+    return held + ", the model has " + numbertext(nlc()) +
+           (blocks < nlc() ? ": the sum is not whole; analyse again" : "; analyse again");
 }
 
 static void needblock(const textin& in, int blocks, const char* what) {
@@ -80,8 +96,9 @@ static void sumup(const textin& in, float& cell, int l, float factor, double val
 
 enum class rotations { drop, keep };
 
-// Blocks of .rvp into set 1 of nodes; the rotations that are kept overwrite set 0.
-static void readdispfile(rotations wanted) {
+// Blocks of .rvp into set 1 of nodes; the rotations that are kept overwrite set 0. Returns what the
+// user should know of the file, or nothing.
+static std::string readdispfile(rotations wanted) {
     textin in(findnocase(modelname + ".rvp"));
     const int anadof = readheader(in), count = nnodes();
     int l = 1;
@@ -103,19 +120,23 @@ static void readdispfile(rotations wanted) {
         in.text();
     }
     needblock(in, l - 1, "load case");
+    return noteofcases(in, l - 1);
 }
 
 static bool readguarded(const std::function<void()>& read, const char* message) {
-    const bool good = guarded(read, [&](const runtimeerror& e) {
+    fieldnote.clear();
+    fieldread = guarded(read, [&](const runtimeerror& e) {
+        fieldnote = e.what;
         door().showstatus(e.what);  // the reason, beside the message
         door().message(message, icons::exclamation);
     });
     door().endprogress();
-    return good;
+    return fieldread;
 }
 
 bool readdisp() {
-    return readguarded([] { readdispfile(rotations::drop); },
+    fieldismode = false;
+    return readguarded([] { fieldnote = readdispfile(rotations::drop); },
                        "Error occurred while trying to read Displacements.");
 }
 
@@ -138,7 +159,11 @@ static void tellquietly(const runtimeerror& e) {
 
 bool readdispreport() {
     keepplaces();
-    return guarded([] { readdispfile(rotations::keep); }, tellquietly);
+    const auto read = [] {
+        const std::string note = readdispfile(rotations::keep);
+        if (!note.empty()) door().showstatus(note);
+    };
+    return guarded(read, tellquietly);
 }
 
 // What stood before is taken back where it was put aside: edits that are not saved yet live on.
@@ -217,11 +242,12 @@ static void readmodefile() {
     needblock(in, modecount, "mode");
     // The header does not tell the count of nodes: shapes of another model show here.
     if (announced > 0 && announced != modecount)
-        door().showstatus(in.name() + " announces " + numbertext(announced) + " modes and holds " +
-                          numbertext(modecount) + ": are they of this model?");
+        fieldnote = shortname(in) + " announces " + numbertext(announced) + " modes and holds " +
+                    numbertext(modecount) + ": are they of this model?";
 }
 
 bool readmode() {
+    fieldismode = true;
     return readguarded(readmodefile, "Error occurred while trying to read modeshapes.");
 }
 

@@ -6,6 +6,7 @@
 // read tells what is wrong with the file in the status line and, for the views, in a message.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "core/textfile.h"
@@ -19,8 +20,12 @@ struct noderow {
 noderow readnoderow(textin& in, int anadof);
 // Count of nodes and analysis code of .rvp and .KRT; throws where they do not fit the model.
 int readheader(textin& in);
-// Multiplier of load case l in the current combination; throws for one beyond the declared ones.
+// Multiplier of load case l in the current combination, 0 where a mode's number is none; throws for
+// a load case beyond the declared ones.
 float factorofcase(const textin& in, int l);
+
+// "job.rvp holds 1 load case, the model has 2 ...", or nothing where they are as many.
+std::string noteofcases(const textin& in, int blocks);
 
 // Displacements of the current combination into set 1 of nodes, and maxdisp. False after the
 // message of a failed read; what was read stands.
@@ -32,6 +37,9 @@ extern double modevalue;                // omega^2 of the shape shown, 1/s^2; 0 
 extern int modecount;                   // modes that the file holds
 extern std::vector<double> modevalues;  // omega^2 of each of them
 double frequencyof(double modevalue);   // Hz
+// The last of the two: was it readmode, did it succeed, and what should the user know of the file.
+extern bool fieldismode, fieldread;
+extern std::string fieldnote;
 
 // The rest serves the report: no message; false when the file is missing or not whole. Reading
 // that the user gave up throws errstopped.

@@ -13,12 +13,15 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "files/filop.h"
+#include "post/legend.h"
 #include "view/moddraw.h"
 #include "view/surface.h"
 
 static const double footheight = 0.7;  // centimetres of the page under the views
 static const double framegap = 0.2;    // centimetres between two views
-static const double footsize = 8;      // points
+static const double legendwidth = 4;   // of the column at the right while a plot is on show
+static const double legendheight = 10;
+static const double footsize = 8;  // points
 static const colour white = rgb(255, 255, 255), black = rgb(0, 0, 0), grey = rgb(160, 160, 160);
 
 namespace {
@@ -120,7 +123,9 @@ static void drawfoot(surface& page, double width, double top) {
 void printview() {
     surface* const page = door().printsurface();
     if (page == nullptr || vieww <= 0 || viewh <= 0) return;
-    const double width = page->width(), height = page->height() - footheight;
+    const bool legend = legendshown();
+    const double paperwidth = page->width(), height = page->height() - footheight;
+    const double width = legend ? paperwidth - legendwidth : paperwidth;
     const keptviews screen;
     printing = true;
     toprinter = 1;
@@ -136,7 +141,11 @@ void printview() {
         page->drawwidth = 1;
         if (!singleview) page->box(0, 0, f.width, f.height, grey);
     }
-    drawfoot(*page, width, height);
+    if (legend) {
+        page->toframe(width, 0, legendwidth, height);
+        drawlegendon(*page, 0, 0, legendwidth, std::min(height, legendheight));
+    }
+    drawfoot(*page, paperwidth, height);
 }
 
 static void tellproblem() {
@@ -157,6 +166,6 @@ void menuprint() {
             break;
     }
     const bool drawn = guarded(printview, [](const runtimeerror& e) { door().showstatus(e.what); });
-    if (!door().endprint() || !drawn) tellproblem();
+    if (!door().endprint(drawn)) tellproblem();
     redrawall();
 }

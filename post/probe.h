@@ -13,5 +13,8 @@ point2 cornerplace(int e, int corner, int nview);
 // there is none or the switch is off.
 std::string valueunder(int nview, double x, double y);
 
+// Tells it in the status line, and takes it away again.
+void tellvalue(int nview, double x, double y);
+
 // Rings and values at the places highest and lowest of the plot, while the switch is on.
 void drawextremes(int nview);

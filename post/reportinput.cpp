@@ -173,16 +173,24 @@ void writemesh(reporttext& r) {
 
 void writeconstraints(reporttext& r) {
     section(r, "******************  NODAL CONSTRAINS     *******************", 2);
-    if (ncon == 0) {
+    int rows = 0;
+    for (int i = 1; i <= ncon; ++i) rows += connode(i) != 0;  // a row without a node is a hole
+    if (rows == 0) {
         r.out.line("NO CONSTRAINS DEFINED");
         return;
     }
-    counted(r, "AMOUNT= ", ncon);
+    counted(r, "AMOUNT= ", rows);
     r.out.empty();
     r.out.line("NODE       DIRECTION        VALUE");
     r.out.empty();
     for (int i = 1; i <= ncon; ++i)
-        r.out.raw(connode(i)).zone().text(std::to_string(condof(i))).zone().raw(conval(i)).end();
+        if (connode(i) != 0)
+            r.out.raw(connode(i))
+                .zone()
+                .text(std::to_string(condof(i)))
+                .zone()
+                .raw(conval(i))
+                .end();
 }
 
 static void writecombination(reporttext& r, int c) {

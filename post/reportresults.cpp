@@ -9,6 +9,8 @@
 #include "post/postproces.h"
 #include "post/reportsections.h"
 
+static const char* const nothing = "NO ANALYSIS PERFORMED";
+
 // --- masses -------------------------------------------------------------------------------------
 
 // The whole of some masses: centre weighted by mass, radii of gyration about the axes through that
@@ -40,14 +42,13 @@ static void writemass(reporttext& r, const std::string& name, const massrow& row
     r.out.end();
 }
 
-void writemasses(reporttext& r) {
+void writemasses(reporttext& r, const analysiskind& kind) {
     std::vector<massrow> rows;
     std::string reason;
-    const bool good = guarded([&] { rows = readmasses(); },
-                              [&](const runtimeerror& e) {
-                                  if (e.number != errfilenotfound) reason = e.what;
-                              });
-    if (!good && reason.empty()) return;
+    const bool good = guarded(
+        [&] { rows = readmasses(); },
+        [&](const runtimeerror& e) { reason = e.number == errfilenotfound ? nothing : e.what; });
+    if (reason == nothing && !kind.valid) return;  // the line about the analysis tells it
     section(r, "******************  MASS REPORT *******************");
     if (!good) {
         r.out.line(reason);
@@ -67,8 +68,6 @@ void writemasses(reporttext& r) {
 }
 
 // --- displacements and forces -------------------------------------------------------------------
-
-static const char* const nothing = "NO ANALYSIS PERFORMED";
 
 // Values of a node by analysis code: which of the six, and how the headings go on.
 namespace {

@@ -36,7 +36,7 @@ struct analysiskind {
 analysiskind readkind();
 void writekind(reporttext& r, const analysiskind& kind);
 void writenoanalysis(reporttext& r, const analysiskind& kind);
-void writemasses(reporttext& r);
+void writemasses(reporttext& r, const analysiskind& kind);
 void writedisplacements(reporttext& r);
 void writeforces(reporttext& r);
 void writestresses(reporttext& r);

@@ -2,6 +2,8 @@
 // Switches of the result views.
 #include "post/shapes.h"
 
+#include <limits>
+
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -10,6 +12,9 @@
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"
+#include "post/probe.h"
+#include "post/soptions.h"
+#include "post/stressfile.h"
 #include "view/moddraw.h"
 
 enum postitem { deformedshape = 1, contourplot, modeshape, elementstress };
@@ -30,17 +35,71 @@ static void readfield() {
         readdisp();
 }
 
+static std::string noteofset() {
+    if (!plotready() || highest.e != 0) return {};
+    return ischecked(contourplot)
+               ? "The set holds no element with a face; Element Stress shows lines"
+               : "The set holds no line element; Contour plot shows faces";
+}
+
+static std::string noteoffill() {
+    if (!ischecked(contourplot) || !contourfilled || !plotready() || unfilled == 0) return {};
+    return numbertext(unfilled) + (unfilled == 1 ? " element" : " elements") +
+           " with values from 1E+06 up not filled; contour lines show them";
+}
+
+// The number of a mode shape stays as that of the combination.
+static std::string noteofcombination() {
+    const bool stress = plotready() && plotsstress();
+    const bool displacement = needsdisplacements() && !fieldismode;
+    if (!stress && !displacement) return {};
+    if (curlcomb > ncomb())
+        return "there is no load combination " + numbertext(curlcomb) + ", its " +
+               (stress ? "stresses" : "displacements") + " are 0; choose one in the list";
+    if (stress && ischecked(modeshape) && fieldismode)
+        return "the stresses are of load combination " + lcombname(curlcomb);
+    return {};
+}
+
+// What is on show and what the user should know of it, for the status line.
+static std::string resultnote() {
+    std::string note = fieldread ? modetext() : "";
+    const auto add = [&](const std::string& text) {
+        if (!note.empty() && !text.empty()) note += "; ";
+        note += text;
+    };
+    if (ischecked(modeshape) || needsdisplacements()) add(fieldnote);
+    if (plotready() && plotsstress()) add(stressnote);
+    add(noteofcombination());
+    add(noteofset());
+    add(noteoffill());
+    return note;
+}
+
+static void tellnote() {
+    static bool told;
+    const std::string note = resultnote();
+    if (told || !note.empty()) door().showstatus(note.empty() ? statusline() : note);
+    told = !note.empty();
+}
+
 void showresults() {
     prepareplot();
     door().refresh();
     redrawall();
-    if (ischecked(modeshape)) door().showstatus(modetext());
+    tellnote();
 }
 
 static bool toggle(postitem item) {
     retryresults();
     menupostItem(item).checked = !menupostItem(item).checked;
     return menupostItem(item).checked;
+}
+
+// A set that another model has left empty gives way to all elements.
+static void takeset() {
+    noteselection();
+    if (postcount == 0) postset = 0;
 }
 
 void showdeformed() {
@@ -52,6 +111,7 @@ void showdeformed() {
 void showcontour() {
     const hourglass wait;
     if (toggle(contourplot)) {
+        takeset();
         menupostItem(elementstress).checked = false;
         if (contourdata == 1) readfield();
     }
@@ -60,7 +120,10 @@ void showcontour() {
 
 void showelementstress() {
     const hourglass wait;
-    if (toggle(elementstress)) menupostItem(contourplot).checked = false;
+    if (toggle(elementstress)) {
+        takeset();
+        menupostItem(contourplot).checked = false;
+    }
     showresults();
 }
 
@@ -98,14 +161,22 @@ void choosemode(int number) {
     showresults();
 }
 
+void typemode(const std::string& text) {
+    double number = 0;
+    if (!readnumber(text, number) || !(number >= 1 && number <= std::numeric_limits<int>::max()))
+        return;
+    if (const int whole = int(number); whole != curlcomb) choosemode(whole);
+}
+
 void rereadshown() {
     retryresults();
     readfield();
     prepareplot();
+    tellnote();
 }
 
 std::string modetext() {
-    if (!ischecked(modeshape) || modecount == 0) return {};
+    if (!ischecked(modeshape) || !fieldismode || modecount == 0) return {};
     if (curlcomb > modecount)
         return "The results hold " + numbertext(modecount) + " mode shapes, number " +
                numbertext(curlcomb) + " is not among them";
@@ -125,4 +196,5 @@ void wirepost() {
     rereadresults = rereadshown;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
+    layer(layers::extremes).draw = drawextremes;
 }

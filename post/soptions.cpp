@@ -3,7 +3,7 @@
 #include "post/soptions.h"
 
 #include <cmath>
-#include <utility>
+#include <limits>
 
 #include "core/model.h"
 #include "core/numtext.h"
@@ -34,11 +34,16 @@ const char* const displacementcaptions[4] = {
     "X, Y, Z, Displacement (Length of displacement vector)", "X Displacement", "Y Displacement",
     "Z Displacement"};
 
+static void markgroup() {
+    for (int e = 1; e <= nelems(); ++e) elemflag(e) = egroup(e) == postgroup;
+}
+
 void showsoptions(soptionsform& form) {
     form.maximum = numbertext(scalemax);
     form.minimum = numbertext(scalemin);
     form.message.clear();
     if (postgroup < 1 || postgroup > ngroups()) postgroup = 1;
+    if (postset == 1) markgroup();
     form.group = postgroup - 1;
     noteselection();
 }
@@ -77,7 +82,12 @@ void chooseaxes(int global) {
 
 void choosescale(soptionsform& form, bool automatic) {
     indexautoscale = automatic;
-    if (automatic || scalemax != scalemin || !plotready()) return;
+    form.message.clear();
+    if (automatic || scalemax != scalemin) return;
+    if (!plotready()) {
+        form.message = "Fill in Maximum and Minimum";
+        return;
+    }
     form.maximum = numbertext(indexmax);
     form.minimum = numbertext(indexmin);
 }
@@ -87,10 +97,6 @@ void choosescale(soptionsform& form, bool automatic) {
 void noteselection() {
     postcount = 0;
     for (int e = 1; e <= nelems(); ++e) postcount += ispostelement(e);
-}
-
-static void markgroup() {
-    for (int e = 1; e <= nelems(); ++e) elemflag(e) = egroup(e) == postgroup;
 }
 
 void getgr(soptionsform& form) {
@@ -128,17 +134,19 @@ void endpostselection(soptionsform& form) {
 
 // --- the end ------------------------------------------------------------------------------------
 
+// No value on show is larger than a Single.
 static bool readbound(const std::string& text, double& value) {
-    return readnumber(text, value) && std::isfinite(value);
+    return readnumber(text, value) && std::fabs(value) <= std::numeric_limits<float>::max();
 }
 
 bool storesoptions(soptionsform& form) {
     double most = 0, least = 0;
-    if (!readbound(form.maximum, most) || !readbound(form.minimum, least)) {
+    form.message.clear();
+    if (!readbound(form.maximum, most) || !readbound(form.minimum, least))
         form.message = "Maximum and Minimum must be numbers";
-        return false;
-    }
-    if (most < least) std::swap(most, least);
+    else if (most < least)
+        form.message = "Maximum is below Minimum";
+    if (!form.message.empty()) return indexautoscale;  // its boxes are locked: no way to mend them
     scalemax = most;
     scalemin = least;
     return true;

@@ -40,7 +40,8 @@ void noteselection();            // counts the elements of the set into postcoun
 void startpostselection();
 void endpostselection(soptionsform& form);
 
-// Ready: the scale's values; false with a message while they are no numbers.
+// Ready: the values of a manual scale; false with a message while they are no numbers or stand the
+// wrong way round.
 bool storesoptions(soptionsform& form);
 // After the dialog, however it closed: what is on show is read and drawn anew; the pending
 // selection ends.

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "core/catalogue.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -13,6 +14,7 @@
 #include "post/postproces.h"
 
 int stressaverage, lineelstress;
+std::string stressnote;
 
 std::string stressfile() {
     if (lineelstress) return modelname + ".LES";
@@ -37,8 +39,14 @@ static int elementof(const textin& in, std::string_view word) {
 }
 
 static void addvalues(textin& in, float factor, int e, int corner) {
-    for (int k = 1; k <= stressvalues; ++k)
-        elemstress(k, e, corner) += double(factor) * double(in.single());
+    const double largest = 1e37;  // the combined stress of such components still is a Single
+    for (int k = 1; k <= stressvalues; ++k) {
+        double& sum = elemstress(k, e, corner);
+        sum += double(factor) * double(in.single());
+        if (!(std::fabs(sum) <= largest))
+            in.fail(erroverflow, "the stress " + numbertext(sum) + " of element " + numbertext(e) +
+                                     " is too large");
+    }
 }
 
 static void addrecord(textin& in, float factor, int e, int corner) {
@@ -68,8 +76,19 @@ static void readblock(textin& in, float factor) {
     }
 }
 
+// Faces of the model that the file passed over; they stand at 0.
+static std::string noteofempty() {
+    int empty = 0;
+    for (int e = 1; e <= nelems() && !lineelstress; ++e)
+        empty += nodesoftype(elems(e, 0)) > 2 && elemstress(0, e, 0) == 0;
+    if (empty == 0) return {};
+    return numbertext(empty) + (empty == 1 ? " element has" : " elements have") +
+           " no stress in the file and stand at 0; analyse again";
+}
+
 static void readstressfile() {
     stressloaded = false;
+    stressnote.clear();
     elemstress.clear();
     textin in(findnocase(stressfile()));
     elemstress.alloc(stressvalues, modelsize(2), stresscorners);
@@ -77,6 +96,8 @@ static void readstressfile() {
     while (!in.atend()) readblock(in, factorofcase(in, ++l));
     if (l == 0) in.fail(errpastend, "the file holds no load case");
     combinedstress();
+    stressnote = noteofcases(in, l);
+    if (stressnote.empty()) stressnote = noteofempty();
     stressloaded = true;
 }
 

@@ -16,5 +16,6 @@ std::string stressfile();  // modelname with .LES, .NSA, .NLA, .NSR or .NSL
 // elemstress(0, e, 0) is the number of records of element e. False after the message of a failed
 // read: elemstress is empty then and stressloaded false.
 bool readstress();
+extern std::string stressnote;  // what the user should know of the file that was read, or nothing
 // The same without a message, for the report; what is wrong goes to the status line.
 bool readstressquiet();

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The discrete Kirchhoff-Mindlin triangle and quadrilateral: Katili, A new discrete Kirchhoff-
-// Mindlin element based on Mindlin-Reissner plate theory and assumed shear strain fields, parts I
-// and II, Int. J. Numer. Meth. Engng 36, 1993.
+// Plates in bending. Along an edge the deflection is cubic and the rotation about its normal
+// quadratic; how far that leaves the straight line follows from the edge as a beam with shear:
+// Katili, A new discrete Kirchhoff-Mindlin element based on Mindlin-Reissner plate theory and
+// assumed shear strain fields, Int. J. Numer. Meth. Engng 36, 1993. On these edges stand his
+// triangle and a quadrilateral of assumed moments. Neither locks however thin or thick.
 //
-// The fibre at x, y moves by z (bx, by) with bx = r2, by = -r1. Along an edge the rotation about
-// its normal is quadratic; how far it leaves the straight line follows from the edge as a beam with
-// shear. Thin plates become the discrete Kirchhoff elements, thick ones those of constant shear
-// along an edge; there is nothing in between that locks.
+// The fibre at x, y moves by z (bx, by) with bx = r2, by = -r1.
 #include "solver/bending.h"
 
 #include <Eigen/LU>
+
+#include "solver/gauss.h"
 
 plate::plate(const element& e, const flatshape& shape) : s(shape) {
     const double correction = 5.0 / 6;  // of the shear strain, which is not even over the thickness
@@ -17,10 +18,15 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     thickness = e.field(fieldthickness);
     rigidity = planestiffness(e, false) * thickness * thickness / 12;
     shearrigidity = correction * modulus / (2 * (1 + poisson)) * thickness;
+    area = flatarea(s);
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        const double phi = 12 * rigidity(0, 0) / (shearrigidity * length * length);
+        // Shear balances the change of the bending moment along the edge, and in a quadrilateral,
+        // whose moments may change in both directions, also that of the twisting moment across it:
+        // then the edge counts as half as long. Both elements at an edge must find the same.
+        const double span = s.corners == 4 ? length / 2 : length;
+        const double phi = 12 * rigidity(0, 0) / (shearrigidity * span * span);
         halfrow& row = bow[k];
         row.setZero(3 * s.corners);
         const double factor = -1.5 / (length * (1 + phi));
@@ -34,39 +40,145 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     }
 }
 
-// Natural derivatives of the bubbles along the edges, 1 in the middle of their own.
-static void edgebubbles(int corners, const vec2& place, double* dr, double* ds) {
-    const double r = place[0], t = place[1];
-    if (corners == 3) {
-        const double first = 1 - r - t;
-        dr[0] = 4 * (first - r), ds[0] = -4 * r;
-        dr[1] = 4 * t, ds[1] = 4 * r;
-        dr[2] = -4 * t, ds[2] = 4 * (first - t);
-        return;
-    }
-    dr[0] = -r * (1 - t), ds[0] = -(1 - r * r) / 2;
-    dr[1] = (1 - t * t) / 2, ds[1] = -t * (1 + r);
-    dr[2] = -r * (1 + t), ds[2] = (1 - r * r) / 2;
-    dr[3] = -(1 - t * t) / 2, ds[3] = -t * (1 - r);
+// Adds to w what a cubic edge has over the straight line; both: x (1 - x) faded to nothing at the
+// other edges, less: 1 - 2 x, with x of 0..1 along edge k.
+static void addcubic(const flatshape& s, int k, double both, double less, const halfrow& bow,
+                     halfrow& w) {
+    const int i = k, j = s.next(k);
+    const double half = s.edge[k] * both / 2, c = s.along[k].x(), sine = s.along[k].y();
+    w[3 * j + 1] -= half * sine;
+    w[3 * j + 2] += half * c;
+    w[3 * i + 1] += half * sine;
+    w[3 * i + 2] -= half * c;
+    w += s.edge[k] * both * less * 2 / 3 * bow;
 }
 
-// area: out, a unit of natural area.
-halfrows plate::curvature(const vec2& place, double& area) const {
+halfrow plate::deflection(const vec2& place) const {
     const surfaceshape n = shapesat(s.corners, place);
+    halfrow w = halfrow::Zero(3 * s.corners);
+    for (int c = 0; c < s.corners; ++c) w[3 * c] = n.n[c];
+    for (int k = 0; k < s.corners; ++k) {
+        const int i = k, j = s.next(k);
+        double both = n.n[i] * n.n[j], less = n.n[i] - n.n[j];
+        if (s.corners == 4) {
+            const bool first = k % 2 == 0;
+            const double x = (1 + (k < 2 ? 1 : -1) * place[first ? 0 : 1]) / 2;
+            const double fade = (1 + (k == 1 || k == 2 ? 1 : -1) * place[first ? 1 : 0]) / 2;
+            both = fade * x * (1 - x);
+            less = 1 - 2 * x;
+        }
+        addcubic(s, k, both, less, bow[k], w);
+    }
+    return w;
+}
+
+// --- quadrilateral ------------------------------------------------------------------------------
+
+// Moments Mx My Mxy: constant, linear, x y in the bending moments and x x, y y in the twisting one.
+// The linear ones alone would leave two ways to deform that cost nothing. With Q = div M and
+// div Q = 0 all are in balance, so that only the edges do work: the way of Pian, Derivation of
+// element stiffness matrices by assumed stress distributions, AIAA Journal 2, 1964, with the shear
+// force in the energy.
+static const int modes = 13;
+using momentmodes = Eigen::Matrix<double, 3, modes>;
+using shearmodes = Eigen::Matrix<double, 2, modes>;
+
+struct plate::assumed {
+    Eigen::Matrix<double, modes, modes> flexibility;
+    Eigen::Matrix<double, modes, 12> work;
+    stressframe frame;
+    double size;  // by which x and y are divided
+};
+
+// x, y in the frame over the size.
+static momentmodes momentsat(double x, double y) {
+    momentmodes m;
+    m << 1, 0, 0, x, y, 0, 0, 0, 0, x * y, 0, 0, 0,  //
+        0, 1, 0, 0, 0, x, y, 0, 0, 0, x * y, 0, 0,   //
+        0, 0, 1, 0, 0, 0, 0, x, y, 0, 0, x * x, y * y;
+    return m;
+}
+
+static shearmodes shearsat(double x, double y, double size) {
+    shearmodes q;
+    q << 0, 0, 0, 1, 0, 0, 0, 0, 1, y, 0, 0, 2 * y,  //
+        0, 0, 0, 0, 0, 0, 1, 1, 0, 0, x, 2 * x, 0;
+    return q / size;
+}
+
+// Rows bx by w at x of 0..1 along edge k.
+halfrows plate::edgemotion(int k, double x) const {
+    const int i = k, j = s.next(k);
+    halfrows u = halfrows::Zero(3, 3 * s.corners);
+    u(0, 3 * i + 2) = 1 - x;
+    u(0, 3 * j + 2) = x;
+    u(1, 3 * i + 1) = x - 1;
+    u(1, 3 * j + 1) = -x;
+    u.topRows<2>() += 4 * x * (1 - x) * s.along[k] * bow[k];
+    halfrow w = halfrow::Zero(3 * s.corners);
+    w[3 * i] = 1 - x;
+    w[3 * j] = x;
+    addcubic(s, k, x * (1 - x), 1 - 2 * x, bow[k], w);
+    u.row(2) = w;
+    return u;
+}
+
+plate::assumed plate::makeassumed() const {
+    assumed h;
+    h.frame = frameof(s);
+    h.size = std::sqrt(area);
+    h.flexibility.setZero();
+    h.work.setZero();
+    const mat3 compliance = rigidity.inverse();
+    for (const surfacepoint& p : surfacepoints(4, 5)) {
+        const surfaceshape n = shapesat(4, p.place);
+        const vec2 at = h.frame.axes * flatat(s, n) / h.size;
+        const double weight = p.weight * jacobianof(s, n).determinant();
+        const momentmodes m = momentsat(at.x(), at.y());
+        const shearmodes q = shearsat(at.x(), at.y(), h.size);
+        const momentmodes curvatures = weight * compliance * m;
+        const shearmodes strains = weight / shearrigidity * q;
+        h.flexibility += m.transpose().lazyProduct(curvatures) + q.transpose().lazyProduct(strains);
+    }
+    const int points = 3;
+    for (int k = 0; k < 4; ++k) {
+        const double nx = s.along[k].y(), ny = -s.along[k].x();
+        mat3 moments = mat3::Zero();
+        moments.topRows<2>() << nx, 0, ny, 0, ny, nx;
+        for (int i = 0; i < points; ++i) {
+            const gausspoint& g = gausspoints(points)[i];
+            const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
+            const vec2 at = h.frame.axes * ((1 - x) * s.at[k] + x * s.at[s.next(k)]) / h.size;
+            momentmodes traction = moments * h.frame.turn * momentsat(at.x(), at.y());
+            traction.row(2) = vec2(nx, ny).transpose() * h.frame.axes.transpose() *
+                              shearsat(at.x(), at.y(), h.size);
+            traction *= weight;
+            h.work += traction.transpose().lazyProduct(edgemotion(k, x));
+        }
+    }
+    return h;
+}
+
+// --- triangle -----------------------------------------------------------------------------------
+
+// area: out, a unit of natural area.
+halfrows plate::curvature(const vec2& place, double& unit) const {
+    const surfaceshape n = shapesat(3, place);
     const mat2 j = jacobianof(s, n), inverse = j.inverse();
-    area = j.determinant();
-    double dr[mostnodes], ds[mostnodes];
-    edgebubbles(s.corners, place, dr, ds);
-    halfrows b = halfrows::Zero(3, 3 * s.corners);
-    for (int c = 0; c < s.corners; ++c) {
+    unit = j.determinant();
+    halfrows b = halfrows::Zero(3, 9);
+    for (int c = 0; c < 3; ++c) {
         const vec2 d = inverse * vec2(n.dr[c], n.ds[c]);
         b(0, 3 * c + 2) += d.x();
         b(1, 3 * c + 1) -= d.y();
         b(2, 3 * c + 2) += d.y();
         b(2, 3 * c + 1) -= d.x();
     }
-    for (int k = 0; k < s.corners; ++k) {
-        const vec2 d = inverse * vec2(dr[k], ds[k]);
+    for (int k = 0; k < 3; ++k) {
+        const int i = k, l = s.next(k);  // the edge's bubble is 4 n[i] n[l]
+        const vec2 d =
+            4 * inverse *
+            vec2(n.dr[i] * n.n[l] + n.n[i] * n.dr[l], n.ds[i] * n.n[l] + n.n[i] * n.ds[l]);
         b.row(0) += d.x() * s.along[k].x() * bow[k];
         b.row(1) += d.y() * s.along[k].y() * bow[k];
         b.row(2) += (d.y() * s.along[k].x() + d.x() * s.along[k].y()) * bow[k];
@@ -77,70 +189,48 @@ halfrows plate::curvature(const vec2& place, double& area) const {
 // Field whose component along each edge is that edge's shear strain.
 Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> plate::shear(
     const vec2& place) const {
-    Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> natural(2,
-                                                                                   3 * s.corners);
-    const double r = place[0], t = place[1];
-    if (s.corners == 3) {
-        const halfrow a = s.edge[0] * slide[0], b = s.edge[1] * slide[1], c = s.edge[2] * slide[2];
-        natural.row(0) = a - t * (a + b + c);
-        natural.row(1) = -c + r * (a + b + c);
-    } else {
-        natural.row(0) = ((1 - t) * s.edge[0] * slide[0] - (1 + t) * s.edge[2] * slide[2]) / 4;
-        natural.row(1) = ((1 + r) * s.edge[1] * slide[1] - (1 - r) * s.edge[3] * slide[3]) / 4;
-    }
-    return jacobianof(s, shapesat(s.corners, place)).inverse() * natural;
+    Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> natural(2, 9);
+    const halfrow a = s.edge[0] * slide[0], c = s.edge[2] * slide[2];
+    const halfrow sum = a + s.edge[1] * slide[1] + c;
+    natural.row(0) = a - place[1] * sum;
+    natural.row(1) = -c + place[0] * sum;
+    return jacobianof(s, shapesat(3, place)).inverse() * natural;
 }
 
-halfmatrix plate::stiffness() const {
-    halfmatrix k = halfmatrix::Zero(3 * s.corners, 3 * s.corners);
-    for (const surfacepoint& p : surfacepoints(s.corners, s.corners == 4 ? 3 : 2)) {
-        double area = 0;
-        const halfrows b = curvature(p.place, area);
+halfmatrix plate::trianglestiffness() const {
+    halfmatrix k = halfmatrix::Zero(9, 9);
+    for (const surfacepoint& p : surfacepoints(3, 2)) {
+        double unit = 0;
+        const halfrows b = curvature(p.place, unit);
         const auto g = shear(p.place);
-        k.noalias() += p.weight * area * b.transpose() * (rigidity * b);
-        k.noalias() += p.weight * area * shearrigidity * g.transpose() * g;
+        k.noalias() += p.weight * unit * b.transpose() * (rigidity * b);
+        k.noalias() += p.weight * unit * shearrigidity * g.transpose() * g;
     }
     return k;
 }
 
-// A triangle's curvature is linear. That of a quadrilateral is best at the points of integration
-// and goes on from there to the corner bilinearly.
-halfrows plate::cornerstress(int c) const {
-    const double face = 6 / (thickness * thickness);
-    double area = 0;
-    if (s.corners == 3) return face * rigidity * curvature(cornerplace(3, c), area);
-    const vec2 corner = cornerplace(4, c);
-    halfrows sum = halfrows::Zero(3, 3 * s.corners);
-    for (const surfacepoint& p : surfacepoints(4, 3)) {
-        const double share =  // the points are at 1 / sqrt 3
-            (1 + 3 * corner[0] * p.place[0]) * (1 + 3 * corner[1] * p.place[1]) / 4;
-        sum += share * curvature(p.place, area);
-    }
-    return face * rigidity * sum;
+// --- both ---------------------------------------------------------------------------------------
+
+halfmatrix plate::stiffness() const {
+    if (s.corners == 3) return trianglestiffness();
+    const assumed h = makeassumed();
+    return h.work.transpose() * h.flexibility.inverse() * h.work;
 }
 
-// The edge's rotation and shear strain integrated from one corner to the next, straight across.
-halfrow plate::deflection(const vec2& place) const {
-    const surfaceshape n = shapesat(s.corners, place);
-    halfrow w = halfrow::Zero(3 * s.corners);
-    for (int c = 0; c < s.corners; ++c) w[3 * c] = n.n[c];
-    for (int k = 0; k < s.corners; ++k) {
-        const int i = k, j = s.next(k);
-        double both = n.n[i] * n.n[j], less = n.n[i] - n.n[j];  // x (1 - x) and 1 - 2 x on the edge
-        if (s.corners == 4) {
-            const bool first = k % 2 == 0;
-            const double x = (1 + (k < 2 ? 1 : -1) * place[first ? 0 : 1]) / 2;
-            const double fade = (1 + (k == 1 || k == 2 ? 1 : -1) * place[first ? 1 : 0]) / 2;
-            both = fade * x * (1 - x);
-            less = 1 - 2 * x;
-        }
-        const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        const double half = length * both / 2;
-        w[3 * j + 1] -= half * sine;
-        w[3 * j + 2] += half * c;
-        w[3 * i + 1] += half * sine;
-        w[3 * i + 2] -= half * c;
-        w += length * both * less * 2 / 3 * bow[k];
+halfmatrix plate::cornerstress() const {
+    const double face = 6 / (thickness * thickness);
+    halfmatrix rows(3 * s.corners, 3 * s.corners);
+    if (s.corners == 3) {
+        double unit = 0;
+        for (int c = 0; c < 3; ++c)
+            rows.middleRows<3>(3 * c) = face * rigidity * curvature(cornerplace(3, c), unit);
+        return rows;
     }
-    return w;
+    const assumed h = makeassumed();
+    const Eigen::Matrix<double, modes, 12> parameters = h.flexibility.inverse() * h.work;
+    for (int c = 0; c < 4; ++c) {
+        const vec2 at = h.frame.axes * s.at[c] / h.size;
+        rows.middleRows<3>(3 * c) = face * h.frame.turn * momentsat(at.x(), at.y()) * parameters;
+    }
+    return rows;
 }

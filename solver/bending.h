@@ -9,20 +9,25 @@ class plate {
   public:
     plate(const element& e, const flatshape& s);
     halfmatrix stiffness() const;
-    // Bending stress x, y, xy at the +e3 face at corner c.
-    halfrows cornerstress(int c) const;
+    // Bending stress x, y, xy at the +e3 face: rows 3c..3c+2 at corner c.
+    halfmatrix cornerstress() const;
     // Deflection at a place, cubic along the edges.
     halfrow deflection(const vec2& place) const;
 
   private:
+    struct assumed;
+    assumed makeassumed() const;
+    halfmatrix trianglestiffness() const;
     halfrows curvature(const vec2& place, double& area) const;
     Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> shear(
         const vec2& place) const;
+    halfrows edgemotion(int k, double x) const;
 
     const flatshape& s;
     mat3 rigidity;         // moment a length of a curvature
     double shearrigidity;  // shear force a length of a shear strain
     double thickness;
+    double area;
     halfrow bow[mostnodes];    // by which the rotation along an edge leaves the straight line
     halfrow slide[mostnodes];  // shear strain along an edge
 };

@@ -7,7 +7,7 @@
 
 struct job {
     std::string base;    // model path without extension
-    std::string appdir;  // where feiflu.ini and the element catalogue are
+    std::string appdir;  // where feiflu.ini is
     bool eigen = false, elementmass = true, stiffness = true, solve = true;
     bool linestress = true, platestress = true;
     int doftype = 0;    // 1..3; 0: taken from the model's element types

@@ -5,9 +5,23 @@
 #include "solver/drill.h"
 
 #include <Eigen/LU>
+#include <algorithm>
 #include <cmath>
 
 #include "solver/gauss.h"
+
+// Along the surface of a thin curved shell the rotation of a node about the normal of one flat
+// element is mostly bending of the neighbours. Held to the membrane of the element, it would stop
+// the shell from bending at all until the mesh is very fine. So the more the surface turns over an
+// element, and the thinner that is, the less it follows the single rotations; their mean it always
+// follows.
+static double followed(const element& e, const flatshape& s) {
+    double longest = 0;
+    for (int k = 0; k < s.corners; ++k) longest = std::max(longest, s.edge[k]);
+    const double turned = longest * e.curve, part = 0.03;  // by the twisted beam and the hemisphere
+    const double ratio = turned > 0 ? e.field(fieldthickness) / turned : 1 / part;
+    return std::min(1.0, part * ratio * ratio);
+}
 
 // --- quadrilateral ------------------------------------------------------------------------------
 
@@ -16,79 +30,35 @@
 // spurious modes, Finite Elements in Analysis and Design 50, 2012. Only edges do work, so nothing
 // has to be assumed about the displacement inside.
 namespace {
-using mat9 = Eigen::Matrix<double, 9, 9>;
 using mat39 = Eigen::Matrix<double, 3, 9>;
-using mat912 = Eigen::Matrix<double, 9, 12>;
+using row12 = Eigen::Matrix<double, 1, 12>;
 
-struct stressframe {
-    vec2 x, y;    // unit vectors
-    double a, b;  // half sizes of the element along them
-};
+const int straightmodes = 5;  // the first ones, enough for straight edges
 
 struct isostatic {
-    mat9 flexibility = mat9::Zero();
-    mat912 work = mat912::Zero();
+    Eigen::Matrix<double, 9, 9> flexibility;
+    Eigen::Matrix<double, 9, 12> work;
+    Eigen::Matrix<double, straightmodes, 12> straight;  // of edges that stay straight
     stressframe frame;
+    row12 spin;
 };
 }  // namespace
 
-// Half way between the two middle lines: turns with them when the corners are counted from another.
-static stressframe frameof(const flatshape& s) {
-    const mat2 j = jacobianof(s, shapesat(4, {0, 0}));
-    const vec2 r = j.row(0), t = j.row(1);
-    stressframe f;
-    f.x = (r.normalized() + vec2(t.y(), -t.x()).normalized()).normalized();
-    f.y = vec2(-f.x.y(), f.x.x());
-    f.a = r.norm();
-    f.b = t.norm();
-    return f;
-}
-
-// Stress x, y, xy in the frame.
-static mat39 framestress(const stressframe& f, double x, double y) {
-    const double a = f.a, b = f.b;
+// Stress x, y, xy in the frame, at a place in the plane.
+static mat39 stressmodes(const stressframe& f, const vec2& at) {
+    const vec2 local = f.axes * at;
+    const double x = local.x() / f.a, y = local.y() / f.b, b = f.b / f.a, a = 1 / b;
     mat39 p;
-    p << 1, 0, 0, y / b, 0, x / a, 0, a * a * y * y, a * a * x * y,   //
-        0, 1, 0, 0, x / a, 0, y / b, -b * b * x * x, -b * b * x * y,  //
-        0, 0, 1, 0, 0, -y / a, -x / b, 0, (b * b * x * x - a * a * y * y) / 2;
-    p.rightCols<2>() /= a * a * b * b;
+    p << 1, 0, 0, y, 0, x, 0, y * y, a * x * y,   //
+        0, 1, 0, 0, x, 0, y, -x * x, -b * x * y,  //
+        0, 0, 1, 0, 0, -y * b, -x * a, 0, (x * x - y * y) / 2;
     return p;
 }
 
-// The same at a place of the plane, in the plane's axes.
-static mat39 stressmodes(const stressframe& f, const vec2& at) {
-    const double c = f.x.x(), s = f.x.y();
-    mat3 turn;
-    turn << c * c, s * s, -2 * c * s, s * s, c * c, 2 * c * s, c * s, -c * s, c * c - s * s;
-    return turn * framestress(f, f.x.dot(at), f.y.dot(at));
-}
-
-// Displacement at x of 0..1 along an edge: straight; bowed by the difference of the rotations at
-// its ends; and by the spin, by which the mean of the four rotations leaves that of the element.
-static Eigen::Matrix<double, 2, 12> edgedisplacement(const flatshape& s, int k, double x,
-                                                     const Eigen::Matrix<double, 1, 12>& spin) {
-    Eigen::Matrix<double, 2, 12> u = Eigen::Matrix<double, 2, 12>::Zero();
-    const int i = k, j = s.next(k);
-    const vec2 inward(-s.along[k].y(), s.along[k].x());
-    const double bow = s.edge[k] * x * (1 - x);
-    for (int c = 0; c < 2; ++c) {
-        u(c, 3 * i + c) = 1 - x;
-        u(c, 3 * j + c) = x;
-    }
-    u.col(3 * i + 2) = bow / 2 * inward;
-    u.col(3 * j + 2) = -bow / 2 * inward;
-    u += bow * (1 - 2 * x) * inward * spin;
-    return u;
-}
-
 // Mean rotation of the corners less that of the element, which its straight edges tell.
-static Eigen::Matrix<double, 1, 12> spinof(const flatshape& s) {
-    double area = 0;
-    for (int k = 0; k < 4; ++k) {
-        const vec2 &a = s.at[k], &b = s.at[s.next(k)];
-        area += (a.x() * b.y() - a.y() * b.x()) / 2;
-    }
-    Eigen::Matrix<double, 1, 12> spin;
+static row12 spinof(const flatshape& s) {
+    const double area = flatarea(s);
+    row12 spin;
     for (int c = 0; c < 4; ++c) {
         const vec2 across = s.at[(c + 1) % 4] - s.at[(c + 3) % 4];
         spin.segment<2>(3 * c) = -across.transpose() / (4 * area);
@@ -97,33 +67,87 @@ static Eigen::Matrix<double, 1, 12> spinof(const flatshape& s) {
     return spin;
 }
 
+// Displacement at x of 0..1 along an edge: straight; bowed by the difference of the rotations at
+// its ends; and by the spin.
+static Eigen::Matrix<double, 2, 12> edgedisplacement(const flatshape& s, int k, double x,
+                                                     const row12& spin) {
+    Eigen::Matrix<double, 2, 12> u = Eigen::Matrix<double, 2, 12>::Zero();
+    const int i = k, j = s.next(k);
+    const vec2 inward(-s.along[k].y(), s.along[k].x());
+    const double bow = s.edge[k] * x * (1 - x);
+    u.block<2, 2>(0, 3 * i).diagonal().fill(1 - x);
+    u.block<2, 2>(0, 3 * j).diagonal().fill(x);
+    u.col(3 * i + 2) = bow / 2 * inward;
+    u.col(3 * j + 2) = -bow / 2 * inward;
+    u += bow * (1 - 2 * x) * inward * spin;
+    return u;
+}
+
+static Eigen::Matrix<double, 2, 12> straightdisplacement(const flatshape& s, int k, double x) {
+    Eigen::Matrix<double, 2, 12> u = Eigen::Matrix<double, 2, 12>::Zero();
+    u.block<2, 2>(0, 3 * k).diagonal().fill(1 - x);
+    u.block<2, 2>(0, 3 * s.next(k)).diagonal().fill(x);
+    return u;
+}
+
 static isostatic makeisostatic(const element& e, const flatshape& s) {
     isostatic h;
     h.frame = frameof(s);
+    h.spin = spinof(s);
+    h.flexibility.setZero();
+    h.work.setZero();
+    h.straight.setZero();
     const mat3 compliance = planestiffness(e, false).inverse();
-    const Eigen::Matrix<double, 1, 12> spin = spinof(s);
     for (const surfacepoint& p : surfacepoints(4, 5)) {
         const surfaceshape n = shapesat(4, p.place);
-        vec2 at = vec2::Zero();
-        for (int c = 0; c < 4; ++c) at += n.n[c] * s.at[c];
-        const mat39 modes = stressmodes(h.frame, at);
+        const mat39 modes = stressmodes(h.frame, flatat(s, n));
         const double weight = p.weight * jacobianof(s, n).determinant();
-        h.flexibility.noalias() += modes.transpose() * (weight * compliance * modes);
+        const mat39 strains = weight * compliance * modes;
+        h.flexibility += modes.transpose().lazyProduct(strains);
     }
     const int points = 3;
     for (int k = 0; k < 4; ++k) {
         const double nx = s.along[k].y(), ny = -s.along[k].x();
-        Eigen::Matrix<double, 2, 3> traction;
-        traction << nx, 0, ny, 0, ny, nx;
+        Eigen::Matrix<double, 2, 3> normal;
+        normal << nx, 0, ny, 0, ny, nx;
+        normal *= h.frame.turn;
         for (int i = 0; i < points; ++i) {
             const gausspoint& g = gausspoints(points)[i];
             const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
             const vec2 at = (1 - x) * s.at[k] + x * s.at[s.next(k)];
-            h.work.noalias() += weight * (traction * stressmodes(h.frame, at)).transpose() *
-                                edgedisplacement(s, k, x, spin);
+            const Eigen::Matrix<double, 9, 2> traction =
+                weight * (normal * stressmodes(h.frame, at)).transpose();
+            h.work.noalias() += traction * edgedisplacement(s, k, x, h.spin);
+            h.straight.noalias() +=
+                traction.topRows<straightmodes>() * straightdisplacement(s, k, x);
         }
     }
     return h;
+}
+
+static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatrix& k) {
+    const isostatic h = makeisostatic(e, s);
+    const double part = followed(e, s);
+    k = part * h.work.transpose() * h.flexibility.inverse() * h.work;
+    if (part == 1) return;
+    const Eigen::Matrix<double, straightmodes, straightmodes> flexibility =
+        h.flexibility.topLeftCorner<straightmodes, straightmodes>();
+    k += (1 - part) * h.straight.transpose() * flexibility.inverse() * h.straight;
+    const double shear = planestiffness(e, false)(2, 2) * flatarea(s);
+    k += (1 - part) * shear * h.spin.transpose() * h.spin;
+}
+
+static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix& rows) {
+    const isostatic h = makeisostatic(e, s);
+    const double part = followed(e, s);
+    Eigen::Matrix<double, 9, 12> parameters = part * h.flexibility.inverse() * h.work;
+    const Eigen::Matrix<double, straightmodes, straightmodes> flexibility =
+        h.flexibility.topLeftCorner<straightmodes, straightmodes>();
+    parameters.topRows<straightmodes>() += (1 - part) * flexibility.inverse() * h.straight;
+    parameters /= e.field(fieldthickness);
+    rows.resize(12, 12);
+    for (int c = 0; c < 4; ++c)
+        rows.middleRows<3>(3 * c) = h.frame.turn * stressmodes(h.frame, s.at[c]) * parameters;
 }
 
 // --- triangle -----------------------------------------------------------------------------------
@@ -200,41 +224,64 @@ static void stiffentriangle(const element& e, const flatshape& s, halfmatrix& k)
         const mat3 middle = (t.corner[c] + t.corner[(c + 1) % 3]) / 2;
         byrotation += middle.transpose() * natural * middle;
     }
-    byrotation *= 0.75 * t.higher * t.area;
+    const double part = followed(e, s);
+    byrotation *= part * 0.75 * t.higher * t.area;
     k = t.force * stretch * t.force.transpose() / t.area;
     k += t.rotation.transpose() * byrotation * t.rotation;
+    if (part == 1) return;
+    const Eigen::Matrix<double, 1, 9> spin = t.rotation.colwise().mean();
+    const double hold = 0.3;  // of the shear modulus; as much as the higher part holds the spin
+    k += (1 - part) * hold * stretch(2, 2) * t.area * spin.transpose() * spin;
+}
+
+// The stress follows the strain of straight edges bowed by the rotations, which is linear: Allman,
+// A compatible triangular element including vertex rotations for plane elasticity analysis,
+// Computers & Structures 19, 1984. It is better at the corners than the stress that the stiffness
+// stands for.
+static mat3x9 bowedstrain(const flatshape& s, int corner) {
+    const surfaceshape n = shapesat(3, cornerplace(3, corner));
+    const mat2 inverse = jacobianof(s, n).inverse();
+    mat3x9 b = mat3x9::Zero();
+    const auto add = [&b](int column, const vec2& slope, const vec2& u) {
+        b.col(column) +=
+            vec3(slope.x() * u.x(), slope.y() * u.y(), slope.y() * u.x() + slope.x() * u.y());
+    };
+    for (int k = 0; k < 3; ++k) {
+        const int i = k, j = s.next(k);
+        const vec2 straight = inverse * vec2(n.dr[k], n.ds[k]);
+        add(3 * k, straight, vec2(1, 0));
+        add(3 * k + 1, straight, vec2(0, 1));
+        const vec2 bubble = inverse * vec2(n.dr[i] * n.n[j] + n.n[i] * n.dr[j],
+                                           n.ds[i] * n.n[j] + n.n[i] * n.ds[j]);
+        const vec2 bow = s.edge[k] / 2 * vec2(-s.along[k].y(), s.along[k].x());
+        add(3 * i + 2, bubble, bow);
+        add(3 * j + 2, bubble, -bow);
+    }
+    return b;
 }
 
 static void stresstriangle(const element& e, const flatshape& s, halfmatrix& rows) {
     const optimal t = makeoptimal(e, s);
     const mat3 modulus = planestiffness(e, false) / e.field(fieldthickness);
-    rows.setZero(9, 9);
-    for (int c = 0; c < 3; ++c) {
-        const mat3x9 strain = t.force.transpose() / t.area +
-                              1.5 * std::sqrt(t.higher) * t.strain * t.corner[c] * t.rotation;
-        rows.middleRows<3>(3 * c) = modulus * strain;
-    }
+    const double part = followed(e, s);
+    rows.resize(9, 9);
+    for (int c = 0; c < 3; ++c)
+        rows.middleRows<3>(3 * c) =
+            modulus * (part * bowedstrain(s, c) + (1 - part) / t.area * t.force.transpose());
 }
 
 // --- both ---------------------------------------------------------------------------------------
 
 void stiffendrilling(const element& e, const flatshape& s, halfmatrix& k) {
-    if (s.corners == 3) {
+    if (s.corners == 3)
         stiffentriangle(e, s, k);
-        return;
-    }
-    const isostatic h = makeisostatic(e, s);
-    k = h.work.transpose() * h.flexibility.inverse() * h.work;
+    else
+        stiffenquadrilateral(e, s, k);
 }
 
 void stressdrilling(const element& e, const flatshape& s, halfmatrix& rows) {
-    if (s.corners == 3) {
+    if (s.corners == 3)
         stresstriangle(e, s, rows);
-        return;
-    }
-    const isostatic h = makeisostatic(e, s);
-    const mat912 parameters = h.flexibility.inverse() * h.work / e.field(fieldthickness);
-    rows.setZero(12, 12);
-    for (int c = 0; c < 4; ++c)
-        rows.middleRows<3>(3 * c) = stressmodes(h.frame, s.at[c]) * parameters;
+    else
+        stressquadrilateral(e, s, rows);
 }

@@ -18,6 +18,7 @@ element elementat(const model& m, const settings& s, int number) {
     e.g = &m.groups[std::size_t(def.group)];
     e.turn = def.turn;
     e.shear = s.shear;
+    if (!m.curve.empty()) e.curve = m.curve[std::size_t(number)];
     e.twod = m.twod;
     for (int k = 0; k < e.nodes; ++k) {
         e.node[k] = def.node[k];
@@ -66,8 +67,16 @@ mat3 plateaxes(const element& e) {
     return axes;
 }
 
+mat3 meanaxes(const element& e) {
+    mat3 axes = plateaxes(e);
+    if (e.nodes == 3) return axes;
+    axes.row(2) = (e.x[2] - e.x[0]).cross(e.x[3] - e.x[1]).normalized();
+    axes.row(1) = vec3(axes.row(2)).cross(vec3(axes.row(0)));
+    return axes;
+}
+
 mat3 stressaxes(const element& e) {
-    const mat3 axes = plateaxes(e);
+    const mat3 axes = meanaxes(e);
     if (e.turn == 0) return axes;
     const double c = std::cos(e.turn), s = std::sin(e.turn);
     mat3 turned = axes;

@@ -13,6 +13,7 @@ struct element {
     vec3 x[mostnodes];  // corners in model axes; z is 0 in a 2-D analysis
     const groupdata* g = nullptr;
     double turn = 0;   // of the axes of a plate about its normal, radians
+    double curve = 0;  // radians by which the surface of a shell turns over the element
     double shear = 0;  // shear area over area of a line element, 0: stiff in shear
     bool twod = false;
 
@@ -33,7 +34,10 @@ std::string elementname(const element& e);
 mat3 lineaxes(const element& e);
 // e1 along the middle line from edge 4-1 to edge 2-3 (triangle: along edge 1-2), e3 the normal.
 mat3 plateaxes(const element& e);
-// The same turned about e3 by the element's rotation: the axes of its stresses.
+// The same with the normal of the mean plane, from which the corners of a warped quadrilateral are
+// equally far; in it an element is worked out. e1 lies in that plane.
+mat3 meanaxes(const element& e);
+// These turned about the normal by the element's rotation: the axes of its stresses.
 mat3 stressaxes(const element& e);
 
 vec3 middleof(const element& e);

@@ -5,6 +5,7 @@
 
 #include <cholmod.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,14 @@
 #include "solver/refuse.h"
 
 extern "C" void openblas_set_num_threads(int);
+extern "C" [[gnu::weak]] void omp_set_max_active_levels(int);  // absent without OpenMP
+
+// CHOLMOD starts four threads for the small change of a factor, however many cores there are, and
+// they spin in the way of those of OpenBLAS, which do the work: a third of all time.
+static void calmlibraries() {
+    openblas_set_num_threads(threads());
+    if (omp_set_max_active_levels) omp_set_max_active_levels(0);
+}
 
 // --- order --------------------------------------------------------------------------------------
 
@@ -117,7 +126,7 @@ static cholmod_sparse viewof(const sparsematrix& a) {
 }
 
 factor::factor() : in(new inside) {
-    openblas_set_num_threads(threads());
+    calmlibraries();
     cholmod_common& c = in->c;
     cholmod_l_start(&c);
     c.print = 0;
@@ -248,7 +257,13 @@ double freememory() {
         std::getline(file, unit);
     }
     rlimit limit{};
-    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
-        available = std::min(available, double(limit.rlim_cur));
+    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
+        double pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        // OpenBLAS maps a buffer for each thread when it begins, and waits for ever without it.
+        const double buffers = 128.0 * 1024 * 1024 * threads();
+        const double taken = pages * double(sysconf(_SC_PAGESIZE)) + buffers;
+        available = std::min(available, std::max(0.0, double(limit.rlim_cur) - taken));
+    }
     return available;
 }

@@ -2,6 +2,8 @@
 // The mean plane of plates and shells.
 #include "solver/flat.h"
 
+#include <Eigen/LU>
+
 flatshape flatten(const element& e, const mat3& axes) {
     flatshape s;
     s.corners = e.nodes;
@@ -20,6 +22,21 @@ flatshape flatten(const element& e, const mat3& axes) {
     return s;
 }
 
+double flatarea(const flatshape& s) {
+    double twice = 0;
+    for (int k = 0; k < s.corners; ++k) {
+        const vec2 &a = s.at[k], &b = s.at[s.next(k)];
+        twice += a.x() * b.y() - a.y() * b.x();
+    }
+    return twice / 2;
+}
+
+vec2 flatat(const flatshape& s, const surfaceshape& n) {
+    vec2 at = vec2::Zero();
+    for (int c = 0; c < s.corners; ++c) at += n.n[c] * s.at[c];
+    return at;
+}
+
 mat2 jacobianof(const flatshape& s, const surfaceshape& n) {
     mat2 j = mat2::Zero();
     for (int c = 0; c < s.corners; ++c) {
@@ -35,15 +52,39 @@ void addhalf(const halfmatrix& half, const int (&dofs)[3], elmatrix& whole) {
             whole(6 * (i / 3) + dofs[i % 3], 6 * (j / 3) + dofs[j % 3]) += half(i, j);
 }
 
-// The arm: u1 at the plane is u1 - height r2 of the node, u2 at the plane is u2 + height r1.
-void rowstonodes(const flatshape& s, elmatrix& rows) {
+stressframe frameof(const flatshape& s) {
+    const mat2 j = jacobianof(s, shapesat(4, {0, 0}));
+    const vec2 r = j.row(0), t = j.row(1);
+    const vec2 x = (r.normalized() + vec2(t.y(), -t.x()).normalized()).normalized();
+    stressframe f;
+    f.axes << x.x(), x.y(), -x.y(), x.x();
+    f.a = r.norm();
+    f.b = t.norm();
+    const double c = x.x(), d = x.y();
+    f.turn << c * c, d * d, -2 * c * d, d * d, c * c, 2 * c * d, c * d, -c * d, c * c - d * d;
+    return f;
+}
+
+// In the plane below a node at some height the surface moves sideways as its slope there turns the
+// arm between them. Slopes are those of the straight lines between the corners: taken from the
+// nodes' rotations they would strain a thin warped element whenever it bends.
+static void addarms(const flatshape& s, elmatrix& rows) {
     for (int c = 0; c < s.corners; ++c) {
-        const int at = 6 * c;
-        rows.col(at + 4) -= s.height[c] * rows.col(at);
-        rows.col(at + 3) += s.height[c] * rows.col(at + 1);
-        for (int half = 0; half < 6; half += 3)
-            rows.middleCols<3>(at + half) = (rows.middleCols<3>(at + half) * s.axes).eval();
+        if (s.height[c] == 0) continue;
+        const surfaceshape n = shapesat(s.corners, cornerplace(s.corners, c));
+        const mat2 inverse = jacobianof(s, n).inverse();
+        for (int j = 0; j < s.corners; ++j) {
+            const vec2 slope = inverse * vec2(n.dr[j], n.ds[j]);
+            rows.col(6 * j + 2) += s.height[c] * (slope.x() * rows.col(6 * c) +  //
+                                                  slope.y() * rows.col(6 * c + 1));
+        }
     }
+}
+
+void rowstonodes(const flatshape& s, elmatrix& rows) {
+    if (s.corners == 4) addarms(s, rows);
+    for (int at = 0; at < 6 * s.corners; at += 3)
+        rows.middleCols<3>(at) = (rows.middleCols<3>(at) * s.axes).eval();
 }
 
 void tonodes(const flatshape& s, elmatrix& k) {

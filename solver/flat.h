@@ -24,9 +24,21 @@ struct flatshape {
 };
 flatshape flatten(const element& e, const mat3& axes);
 
+double flatarea(const flatshape& s);
+vec2 flatat(const flatshape& s, const surfaceshape& n);  // place in the plane
+
 // Base vectors along the natural coordinates by rows; derivatives along x and y of a function with
 // natural derivatives dr, ds are its inverse times (dr, ds).
 mat2 jacobianof(const flatshape& s, const surfaceshape& n);
+
+// Axes in the plane half way between the two middle lines of a quadrilateral: they turn with these
+// when the corners are counted from another. Assumed stresses and moments are told in them.
+struct stressframe {
+    mat2 axes;    // rows: unit vectors
+    double a, b;  // half sizes of the element along them
+    mat3 turn;    // stress x, y, xy from the frame to the plane's axes
+};
+stressframe frameof(const flatshape& s);
 
 // Where the two halves stand among a corner's local u1 u2 u3 r1 r2 r3.
 const int membranedofs[3] = {0, 1, 5}, bendingdofs[3] = {2, 3, 4};

@@ -41,7 +41,7 @@ static void addpart(const element& e, double a, double b, const linedensity& loa
     const double change = (halves - whole.force).cwiseAbs().maxCoeff();
     const bool moments = kindof(e.type).nodedofs == 6;
     const double unit = moments ? std::max(1.0, lengthof(e)) : 1;
-    if (depth == 0 || change <= enough * unit * size) {
+    if (depth == 0 || !(change > enough * unit * size)) {
         f += halves;
         return;
     }

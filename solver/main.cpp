@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Entry of the solver program: the command line, and the frame in which every run ends with its log
 // written and the control file gone.
+#include <unistd.h>
+
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -91,6 +94,14 @@ static job jobof(const arguments& a) {
     return j;
 }
 
+static std::string now() {
+    char text[40];
+    const std::time_t time = std::time(nullptr);
+    std::tm parts{};
+    localtime_r(&time, &parts);
+    return std::string(text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts));
+}
+
 static int run(const arguments& a) {
     job j;
     runlog log;
@@ -100,6 +111,7 @@ static int run(const arguments& a) {
         [&] {
             j = jobof(a);
             removeresults(j.base);
+            log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
             analyse(j, log);
         },
         failed);
@@ -125,5 +137,9 @@ int main(int count, char** words) {
         std::fputs(a.help ? usage : "feiflu " KALVANE_VERSION "\n", stdout);
         return 0;
     }
-    return run(a);
+    const int code = run(a);
+    std::fflush(nullptr);
+    // Not by way of the libraries' own endings: a helper thread of OpenBLAS that got no memory
+    // would be waited for without end.
+    _exit(code);
 }

@@ -55,6 +55,7 @@ std::vector<massproperties> groupmasses(const model& m, const settings& s) {
                 const elementkind& kind = kindof(m.elements[std::size_t(begin + i)].type);
                 if (!kind.mass) continue;
                 const element e = elementat(m, s, begin + i);
+                if (e.field(fielddensity) == 0) continue;
                 kind.mass(e, mass);
                 own[std::size_t(i)] = rigidmass(e, mass, about);
             }

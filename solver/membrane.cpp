@@ -32,7 +32,7 @@ static membranestrain constantstrain(const element& e, const mat3& axes, double&
 
 void stiffenmemb3(const element& e, elmatrix& k) {
     double area = 0;
-    const membranestrain b = constantstrain(e, plateaxes(e), area);
+    const membranestrain b = constantstrain(e, meanaxes(e), area);
     k = area * b.transpose() * planestiffness(e, isplanestrain(e)) * b;
 }
 
@@ -98,7 +98,7 @@ static hybrid makehybrid(const element& e, const mat3& axes) {
 }
 
 void stiffenmemb4(const element& e, elmatrix& k) {
-    const hybrid h = makehybrid(e, plateaxes(e));
+    const hybrid h = makehybrid(e, meanaxes(e));
     k = h.work.transpose() * h.flexibility.inverse() * h.work;
 }
 

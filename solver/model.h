@@ -75,7 +75,8 @@ struct model {
     std::vector<groupdata> groups;
     std::vector<nodalrow> constraints;
     std::vector<loadcase> cases;
-    bool twod = false;  // z of the nodes plays no part
+    std::vector<float> curve;  // of shells: radians by which the surface turns over the element
+    bool twod = false;         // z of the nodes plays no part
 
     int nnodes() const { return int(nodes.size()) - 1; }
     int nelems() const { return int(elements.size()) - 1; }

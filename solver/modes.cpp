@@ -10,6 +10,7 @@
 #include "solver/mass.h"
 #include "solver/refuse.h"
 #include "solver/spectrum.h"
+#include "solver/tell.h"
 
 namespace {
 struct pairs {
@@ -121,9 +122,10 @@ static void countmodes(const equations& q, const sparsematrix& mass, const pairs
 
 // --- shapes -------------------------------------------------------------------------------------
 
-// Mass times a unit translation of the whole model along x, y, z, on the unknowns.
-static Eigen::MatrixXd translated(const model& m, const settings& s, const dofmap& d,
-                                  bool elements) {
+// Mass times a unit translation of the whole model along x, y, z, on the unknowns. total: out, the
+// mass along each.
+static Eigen::MatrixXd translated(const model& m, const settings& s, const dofmap& d, bool elements,
+                                  vec3& total) {
     Eigen::MatrixXd result(d.unknowns, 3);
     std::vector<double> f(d.equation.size());
     runlog unheard;
@@ -135,6 +137,9 @@ static Eigen::MatrixXd translated(const model& m, const settings& s, const dofma
         if (nodal > 0) unit.nodal = m.cases[std::size_t(nodal)].nodal;
         caseloads(m, s, unit, nodal, !elements).collect(d, f.data(), unheard);
         condense(d, f.data(), result.col(axis).data());
+        total[axis] = 0;
+        if (d.place[axis + 1] < 0) continue;
+        for (int n = 1; n <= m.nnodes(); ++n) total[axis] += f[d.index(n, d.place[axis + 1])];
     }
     return result;
 }
@@ -172,23 +177,6 @@ static double sizeof3(const model& m) {
     return size;
 }
 
-static void tellmodes(const modeset& r, runlog& log) {
-    log.line();
-    log.line(
-        " Mode  omega^2 1/s^2   frequency Hz       period s  effective mass X            Y        "
-        "    Z");
-    for (int i = 0; i < r.count(); ++i) {
-        const double square = r.value[std::size_t(i)], hertz = std::sqrt(square) / (2 * M_PI);
-        std::string text = rightaligned(std::to_string(i + 1), 5);
-        for (const double v : {square, hertz, hertz > 0 ? 1 / hertz : 0})
-            text += rightaligned(shortnumber(v), 15);
-        const vec3& mass = r.effectivemass[std::size_t(i)];
-        text += rightaligned(shortnumber(mass[0]), 18);
-        for (int k = 1; k < 3; ++k) text += rightaligned(shortnumber(mass[k]), 13);
-        log.line(text);
-    }
-}
-
 modeset findmodes(const model& m, const settings& s, const equations& q, bool elements,
                   runlog& log) {
     const dofmap& d = q.dofs;
@@ -219,7 +207,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
 
     modeset r;
     const double units = s.force / (s.length * s.mass);  // of omega^2: force over length and mass
-    const Eigen::MatrixXd along = translated(m, s, d, elements);
+    const Eigen::MatrixXd along = translated(m, s, d, elements, r.totalmass);
     std::vector<double> rest(d.equation.size());
     const std::vector<double> still(std::size_t(d.unknowns), 0);
     expand(d, still.data(), rest.data());  // prescribed values take no part

@@ -10,6 +10,7 @@ struct modeset {
     std::vector<double> value;        // omega^2, 1/s^2
     std::vector<double> shape;        // d.dofs() numbers a mode; largest translation 1
     std::vector<vec3> effectivemass;  // along x y z, mass units of the model
+    vec3 totalmass = vec3::Zero();    // what the modes together could have, supports included
     const double* of(const dofmap& d, int mode) const {  // 1..count()
         return shape.data() + std::size_t(mode - 1) * d.equation.size();
     }

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -37,7 +38,12 @@ void parallelpieces(int count, int piece, Work work) {
         }
     };
     std::vector<std::thread> helpers;
-    for (int t = 1; t < wanted; ++t) helpers.emplace_back(run, t);
+    helpers.reserve(std::size_t(wanted));
+    try {
+        for (int t = 1; t < wanted; ++t) helpers.emplace_back(run, t);
+    } catch (const std::system_error&) {
+        // The machine gives no more threads; those that run do all the work.
+    }
     run(0);
     for (std::thread& helper : helpers) helper.join();
     if (fault) std::rethrow_exception(fault);

@@ -11,18 +11,6 @@
 #include "solver/rigid.h"
 #include "solver/section.h"
 
-// Nodal displacements of an element in all cases, by columns.
-using elcases = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic>;
-
-static void gather(const dofmap& d, const elementdofs& dofs, const displacements& u, elcases& out) {
-    out.resize(dofs.count, u.cases);
-    for (int c = 0; c < u.cases; ++c) {
-        const double* const from = u.of(d, c + 1);
-        for (int a = 0; a < dofs.count; ++a)
-            out(a, c) = dofs.index[a] < 0 ? 0 : from[dofs.index[a]];
-    }
-}
-
 // --- reactions ----------------------------------------------------------------------------------
 
 // Nodes at which a support force can act: those with a constraint, and all of a body with one.
@@ -53,42 +41,32 @@ static vec6 resultant(const model& m, const dofmap& d, const double* f) {
     return sum;
 }
 
-static void addinternalforces(const model& m, const settings& s, const dofmap& d,
-                              const displacements& u, const std::vector<char>& supported,
-                              std::vector<double>& force) {
-    std::vector<int> list;
+// Those with stiffness that touch a supported node.
+static std::vector<int> elementsat(const model& m, const std::vector<char>& supported) {
+    std::vector<int> list = stiffelements(m);
+    std::erase_if(list, [&](int e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const int* const end = def.node + kindof(def.type).nodes;
+        return std::none_of(def.node, end, [&](int n) { return supported[std::size_t(n)] != 0; });
+    });
+    return list;
+}
+
+// What springs to ground exert on the structure: they are supports as well.
+static void addgroundsprings(const model& m, const settings& s, const dofmap& d,
+                             const displacements& u, std::vector<double>& force) {
+    elmatrix k;
+    elcases ue;
     for (int e = 1; e <= m.nelems(); ++e) {
         const elementdef& def = m.elements[std::size_t(e)];
-        bool touches = false;
-        for (int i = 0; i < kindof(def.type).nodes; ++i)
-            touches |= supported[std::size_t(def.node[i])] != 0;
-        if (touches && kindof(def.type).stiffness) list.push_back(e);
-    }
-    const int batch = 2048;
-    std::vector<elcases> forces(std::size_t(std::min<std::size_t>(batch, list.size())));
-    for (std::size_t begin = 0; begin < list.size(); begin += batch) {
-        const int count = int(std::min<std::size_t>(batch, list.size() - begin));
-        parallelpieces(count, 32, [&](int first, int last, int) {
-            elmatrix k;
-            elcases ue;
-            for (int i = first; i < last; ++i) {
-                const int e = list[begin + std::size_t(i)];
-                const elementdef& def = m.elements[std::size_t(e)];
-                kindof(def.type).stiffness(elementat(m, s, e), k);
-                gather(d, dofsof(d, def), u, ue);
-                forces[std::size_t(i)].noalias() = k * ue;
-            }
-        });
-        for (int i = 0; i < count; ++i) {
-            const elementdef& def = m.elements[std::size_t(list[begin + std::size_t(i)])];
-            const elementdofs dofs = dofsof(d, def);
-            for (int a = 0; a < dofs.count; ++a) {
-                if (dofs.index[a] < 0) continue;
-                for (int c = 0; c < u.cases; ++c)
-                    force[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])] +=
-                        forces[std::size_t(i)](a, c);
-            }
-        }
+        if (kindof(def.type).fam != family::point || !kindof(def.type).stiffness) continue;
+        const elementdofs dofs = dofsof(d, def);
+        kindof(def.type).stiffness(elementat(m, s, e), k);
+        gather(d, dofs, u, ue);
+        const elcases f = k * ue;
+        for (int a = 0; a < dofs.count; ++a)
+            for (int c = 0; c < u.cases && dofs.index[a] >= 0; ++c)
+                force[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])] -= f(a, c);
     }
 }
 
@@ -98,7 +76,7 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
     const std::size_t dofs = d.equation.size();
     const std::vector<char> supported = supportednodes(d);
     std::vector<double> unbalanced(u.u.size(), 0);
-    addinternalforces(m, s, d, u, supported, unbalanced);
+    addforces(m, s, d, u, elementsat(m, supported), unbalanced);
     r.force.assign(u.u.size(), 0);
     r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
     r.reaction = r.load;
@@ -115,8 +93,12 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
         }
         for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
         r.load[std::size_t(lc)] = resultant(m, d, load.data());
-        r.reaction[std::size_t(lc)] = resultant(m, d, force);
         log.progress("reactions", int(100.0 * lc / u.cases));
+    }
+    addgroundsprings(m, s, d, u, r.force);
+    for (int lc = 1; lc <= u.cases; ++lc) {
+        const double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
+        r.reaction[std::size_t(lc)] = resultant(m, d, force);
     }
     return r;
 }

@@ -5,20 +5,13 @@
 
 #include <vector>
 
+#include "solver/forces.h"
 #include "solver/loads.h"
 
-// Displacements of all cases: d.dofs() numbers a case, one case behind the other.
-struct displacements {
-    std::vector<double> u;
-    int cases = 0;
-    const double* of(const dofmap& d, int lc) const {
-        return u.data() + std::size_t(lc - 1) * d.equation.size();
-    }
-};
-
-// Forces at the constrained degrees of freedom, and the loads they answer, summed.
+// Forces at the constrained degrees of freedom and of springs to ground, and the loads they answer,
+// summed.
 struct reactionset {
-    std::vector<double> force;   // like the displacements; 0 where nothing is constrained
+    std::vector<double> force;   // like the displacements; 0 where nothing supports
     std::vector<vec6> load;      // (1..cases): sum of applied forces DX..RZ; moments about the
     std::vector<vec6> reaction;  // origin of the model
 };

@@ -5,23 +5,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "solver/curve.h"
 #include "solver/held.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
+#include "solver/refine.h"
 #include "solver/refuse.h"
 #include "solver/solve.h"
+#include "solver/tell.h"
 #include "solver/write.h"
-
-static void tellmodel(const model& m, runlog& log) {
-    log.line("Nodes " + std::to_string(m.nnodes()) + ", elements " + std::to_string(m.nelems()) +
-             ", groups " + std::to_string(m.ngroups()) + ", load cases " +
-             std::to_string(m.ncases()) + ", constraints " + std::to_string(m.constraints.size()));
-    int counts[lasttype + 1] = {};
-    for (int e = 1; e <= m.nelems(); ++e) ++counts[m.elements[std::size_t(e)].type];
-    for (int type = 1; type <= lasttype; ++type)
-        if (counts[type] > 0)
-            log.line("  " + padded(kindof(type).name, 10) + std::to_string(counts[type]));
-}
 
 // doftype as the workbench derives it, for runs without a control file.
 static int derivedtype(const model& m, bool twod) {
@@ -35,6 +27,9 @@ static void checkelements(const model& m, const settings& s) {
     for (int e = 1; e <= m.nelems(); ++e) {
         const element el = elementat(m, s, e);
         const elementkind& kind = kindof(el.type);
+        if (kind.fam == family::link && el.node[0] == el.node[1])
+            refuseelement(el, "has node " + std::to_string(el.node[0]) +
+                                  " at both ends; give it another node at one of them");
         if (!kind.check && el.type != typerigid)
             refuseelement(el, "is of a kind that this version does not take yet");
         if (kind.check) kind.check(el);
@@ -87,23 +82,34 @@ static displacements solvecases(const model& m, const settings& s, const equatio
     return result;
 }
 
-static void tellbalance(const model& m, const reactionset& r, runlog& log) {
-    log.line();
-    log.line(
-        "Balance, moments about the origin      DX           DY           DZ"
-        "           RX           RY           RZ");
-    for (int lc = 1; lc <= m.ncases(); ++lc) {
-        const auto row = [&](const char* name, const vec6& v) {
-            std::string text = padded(name, 28);
-            for (int k = 0; k < 6; ++k) text += rightaligned(shortnumber(v[k]), 13);
-            log.line(text);
-        };
-        const vec6 &load = r.load[std::size_t(lc)], &reaction = r.reaction[std::size_t(lc)];
-        log.line("Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name + "\"");
-        row("  load", load);
-        row("  reaction", reaction);
-        row("  difference", load + reaction);
+static void warnunbalanced(const model& m, double part, runlog& log) {
+    std::string cause = "the model is ill-conditioned";
+    for (int e = m.nelems(); e > 0; --e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const auto at = [&](int k) { return m.nodes[std::size_t(def.node[k])]; };
+        if (def.type == typespring2 && at(0) != at(1))
+            cause = "the nodes of the SPRING2 element " + std::to_string(e) +
+                    " lie apart, so that its forces make a moment that nothing balances";
     }
+    log.warn("The reactions miss the loads by " + shortnumber(part) + " of them: " + cause);
+}
+
+// Where rounding spoils the balance of a case, the displacements get more digits.
+static void refinereactions(const model& m, const settings& s, const equations& q, factor& l,
+                            results& r, runlog& log) {
+    const double good = 5e-10, before = worstbalance(r.reactions);
+    double now = before;
+    const int mostrounds = 2;
+    for (int round = 0; round < mostrounds && now > good && q.dofs.unknowns > 0; ++round) {
+        refine(m, s, q, l, r.u);
+        r.reactions = findreactions(m, s, q.dofs, r.u, log);
+        now = worstbalance(r.reactions);
+    }
+    const double unbalanced = 1e-6;
+    if (now > unbalanced) warnunbalanced(m, now, log);
+    if (now != before)
+        log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
+                 shortnumber(now));
 }
 
 static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
@@ -114,9 +120,11 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
         factorise(m, q, l, log);
     }
     r.u = solvecases(m, s, q, l, log);
+    telllargest(m, q.dofs, r.u, log);
     if (what.reactions) {
         log.stage("reactions");
         r.reactions = findreactions(m, s, q.dofs, r.u, log);
+        refinereactions(m, s, q, l, r, log);
         tellbalance(m, r.reactions, log);
     }
     log.stage("stress");
@@ -135,12 +143,17 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     setthreads(s.threads);
     const int anadof = analysiskind(m, doftype > 0 ? doftype : derivedtype(m, m.twod));
     m.twod = anadof == 1 || anadof == 2;
+    tellunits(s, log);
     tellmodel(m, log);
+    tellcases(m, log);
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
+    measurecurve(m);
     results r;
+    r.masses = groupmasses(m, s);
+    tellmass(r.masses[0], s, log);
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
@@ -151,6 +164,8 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
 
 void analyse(const job& j, runlog& log) {
     log.stage("read");
+    if (!j.stiffness)
+        log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
     const settings s = readsettings(j.appdir + "/feiflu.ini", log);
     model m = readmodel(j.base, log);
     m.twod = j.twod;
@@ -164,6 +179,7 @@ void analyse(const job& j, runlog& log) {
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     writesummary(m, r.halfbandwidth);
+    writemasses(m, r.masses);
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
     if (j.eigen) writemodes(m, r.dofs, r.modes);

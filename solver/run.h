@@ -3,6 +3,7 @@
 #pragma once
 
 #include "solver/control.h"
+#include "solver/mass.h"
 #include "solver/modes.h"
 #include "solver/recover.h"
 #include "solver/report.h"
@@ -25,6 +26,7 @@ struct results {
     linestresses lines;
     platestresses plates;
     modeset modes;
+    std::vector<massproperties> masses;  // of the groups' elements, in slot 0 of all
 };
 
 // Works the model out. doftype 1..3, or 0: taken from the element types, with m.twod as it stands.

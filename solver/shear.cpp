@@ -35,7 +35,7 @@ static panel makepanel(const element& e, const mat3& axes) {
 }
 
 void stiffenshear(const element& e, elmatrix& k) {
-    const panel p = makepanel(e, plateaxes(e));
+    const panel p = makepanel(e, meanaxes(e));
     k = p.work.transpose() * p.work / p.flexibility;
 }
 

@@ -12,14 +12,14 @@ void checkshell(const element& e) {
 }
 
 void stiffenplate(const element& e, elmatrix& k) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     k.setZero(6 * e.nodes, 6 * e.nodes);
     addhalf(plate(e, s).stiffness(), bendingdofs, k);
     tonodes(s, k);
 }
 
 void stiffenshell(const element& e, elmatrix& k) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     k.setZero(6 * e.nodes, 6 * e.nodes);
     addhalf(plate(e, s).stiffness(), bendingdofs, k);
     halfmatrix membrane;
@@ -41,7 +41,7 @@ static elmatrix displacement(const flatshape& s, const plate& bent, const vec2& 
 }
 
 void massshell(const element& e, elmatrix& m) {
-    const flatshape s = flatten(e, plateaxes(e));
+    const flatshape s = flatten(e, meanaxes(e));
     const plate bent(e, s);
     const double density = e.field(fielddensity), thickness = e.field(fieldthickness);
     m.setZero(6 * e.nodes, 6 * e.nodes);
@@ -59,10 +59,10 @@ void massshell(const element& e, elmatrix& m) {
 }
 
 void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f) {
-    const flatshape s = flatten(e, plateaxes(e));
-    elmatrix rows = displacement(s, plate(e, s), place);
-    rowstonodes(s, rows);
-    f += rows.transpose() * (s.axes * force);
+    const flatshape s = flatten(e, meanaxes(e));
+    elmatrix work = (s.axes * force).transpose() * displacement(s, plate(e, s), place);
+    rowstonodes(s, work);
+    f += work.transpose();
 }
 
 // Adds a half's rows (three a corner) to the six of a corner, from row `first` on.
@@ -73,10 +73,7 @@ static void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elm
 }
 
 static void addbending(const element& e, const flatshape& s, elmatrix& rows) {
-    const plate bent(e, s);
-    halfmatrix half(3 * e.nodes, 3 * e.nodes);
-    for (int c = 0; c < e.nodes; ++c) half.middleRows<3>(3 * c) = bent.cornerstress(c);
-    addrows(half, bendingdofs, 3, rows);
+    addrows(plate(e, s).cornerstress(), bendingdofs, 3, rows);
 }
 
 void stressplate(const element& e, elmatrix& rows) {

@@ -189,6 +189,8 @@ spectrum largestvalues(factor& a, const sparsematrix& mass, int wanted, runlog& 
         op.value = first.value;
         op.found = first.vectors;
         lookagain(op, wanted, most, log);
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (const std::exception& e) {
         refuse(std::string("The search of the eigenmodes failed: ") + e.what());
     }

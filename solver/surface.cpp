@@ -118,10 +118,10 @@ lamina laminaat(const element& e, const mat3& axes, const surfaceshape& n) {
     vec3 gr, gs;
     basevectors(e, n, gr, gs);
     const vec3 normal = gr.cross(gs);
-    const vec3 e1 = axes.row(0), e3 = normal.normalized();
+    const vec3 e1 = axes.row(0), mean = axes.row(2), e3 = normal.normalized();
     lamina l;
     l.area = normal.norm();
-    l.t1 = (e1 - e1.dot(e3) * e3).normalized();
+    l.t1 = e1 - e1.dot(e3) / (1 + mean.dot(e3)) * (mean + e3);
     l.t2 = e3.cross(l.t1);
     l.jacobian << gr.dot(l.t1), gr.dot(l.t2), gs.dot(l.t1), gs.dot(l.t2);
     return l;

@@ -34,7 +34,7 @@ double areaof(const element& e);
 // The membrane's tangent plane at a place of a surface that may be warped.
 struct lamina {
     mat2 jacobian;  // rows: the base vectors along r and s, in the axes t1, t2 of the plane
-    vec3 t1, t2;    // t1 is the projection of the element's e1
+    vec3 t1, t2;    // the mean plane's x and y, tilted with it the shortest way
     double area;    // a unit of natural area
 };
 lamina laminaat(const element& e, const mat3& axes, const surfaceshape& n);

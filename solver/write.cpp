@@ -229,6 +229,16 @@ void writeplatestresses(const model& m, const settings& s, const platestresses& 
     }
 }
 
+void writemasses(const model& m, const std::vector<massproperties>& masses) {
+    textout out(m.base + ".EMS");
+    for (int g = 1; g <= m.ngroups(); ++g) {
+        const massproperties& p = masses[std::size_t(g)];
+        out.line(g, p.mass, p.centre[0], p.centre[1], p.centre[2], p.radius[0], p.radius[1],
+                 p.radius[2]);
+    }
+    out.commit();
+}
+
 void writesummary(const model& m, std::int64_t halfbandwidth) {
     textout out(m.base + ".DAT");
     out.line(m.nnodes(), long(halfbandwidth), m.nelems());

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "solver/mass.h"
 #include "solver/modes.h"
 #include "solver/recover.h"
 
@@ -17,6 +18,8 @@ void writemodes(const model& m, const dofmap& d, const modeset& r);
 void writelinestresses(const model& m, const settings& s, const linestresses& r);
 // .NSR .NSL (each element's own corners) .NSA .NLA (means of a group's elements at a node)
 void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases);
+// .EMS: a row a group, its number, mass, centre and radii of gyration. masses: from slot 1.
+void writemasses(const model& m, const std::vector<massproperties>& masses);
 // .DAT
 void writesummary(const model& m, std::int64_t halfbandwidth);
 

@@ -47,7 +47,10 @@ double lengthof(const point3& a) {
 // --- records ------------------------------------------------------------------------------------
 
 int kindof(const graphiclist& list, int g) {
-    return int(list(g, 0, 0));
+    const float stored = list(g, 0, 0);
+    for (const int kind : {kindline, kindcurve, kindcircle})
+        if (stored == float(kind)) return kind;
+    return kindfree;  // what a damaged file holds, 1.5 or none at all, counts as free
 }
 
 const char* nameofkind(int kind) {
@@ -207,7 +210,8 @@ void drawgraphic(graphiclist& list, int g, int nview) {
 void drawgraphicnodes(graphiclist& list, int g, int nview) {
     surface* const s = target(nview);
     if (s == nullptr || !setgraphic(list, g)) return;
-    const double n = list(g, 0, 1) > 0 ? list(g, 0, 1) : 1, f = list(g, 0, 2);
+    const double n = list(g, 0, 1) > 0 ? std::min(double(list(g, 0, 1)), 1e30) : 1,
+                 f = list(g, 0, 2);
     const double step = std::max(1.0, std::ceil(n / maxmarks));
     s->fillsolid = true;
     s->fillcolor = drawcolor;

@@ -35,7 +35,7 @@ void storepatch(int p) {
         for (int k = 0; k <= graphmesh(e, 0); ++k) patches(p, e, k) = graphmesh(e, k);
 }
 
-static const char* typeofpatch(int edges) {
+const char* typeofpatch(int edges) {
     return edges == 4 ? "Quad" : edges == 3 ? "Triang" : "Line";
 }
 
@@ -44,7 +44,7 @@ bool loadpatch(const graphiclist& list, int p, int offset) {
     if (edges != 4 && edges != 3 && edges != 1) return false;
     meshtype = typeofpatch(edges);
     mesheltype = patches(p, 0, 1);
-    meshgroup = std::clamp(int(patches(p, 0, 2)), 1, ngroups());  // a file may name any
+    meshgroup = std::clamp(int(patches(p, 0, 2)), 1, std::max(ngroups(), 1));  // a file may name any
     for (int e = 1; e <= edges; ++e) {
         const int count = std::clamp(int(patches(p, e, 0)), 0, maxedgepieces);
         for (int k = 1; k <= count; ++k) {

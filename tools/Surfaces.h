@@ -9,6 +9,9 @@
 // the table as it was.
 void storepatch(int p);
 
+// "Quad", "Triang" or "Line" by the number of edges.
+const char* typeofpatch(int edges);
+
 // Takes kind, element type, group and chains of patch p into the tool; offset is added to the
 // numbers of the graphic elements. False where the patch names an element that the list lacks.
 bool loadpatch(const graphiclist& list, int p, int offset = 0);

@@ -46,7 +46,8 @@ bool evaluatecircle(graphiclist& list, int g) {
     const point3 u = p1 - c, v = cross(n, u), w = p2 - c;
     double radius = lengthof(u);
     const double across = lengthof(v), far = lengthof(w);
-    if (!(radius > 0) || !(across > 0) || !(far > 0) || !std::isfinite(across)) return false;
+    if (!(radius > 0) || !(across > 0) || !(far > 0)) return false;
+    if (!std::isfinite(radius) || !std::isfinite(across) || !std::isfinite(far)) return false;
     centre = c;
     for (std::size_t k = 0; k < 3; ++k) circlecentre[k + 1] = float(c[k]);
     circleu = (1 / radius) * u;

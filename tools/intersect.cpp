@@ -152,6 +152,13 @@ static void connectall(bool pieces) {
         for (int j = i + 1; j <= last(); ++j) connectpair(i, j);
 }
 
+// Curves are left alone; who selected one and saw nothing happen is told why.
+static void tellcurves() {
+    for (int i = 1; i <= graphsel(0, 0); ++i)
+        if (kindof(graphics, graphsel(i, 0)) == kindcurve)
+            return door().message("Intersection with Arc not Supported", icons::information);
+}
+
 void connectgraphics(connectmodes mode) {
     if (graphsel(0, 0) == 0) {
         door().message("Please, select graphics before choosing this option.", icons::exclamation);
@@ -170,7 +177,9 @@ void connectgraphics(connectmodes mode) {
             if (selected > 1) connectall(!extendmode);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    const bool nothing = made.empty();
     made.clear();
     extendmode = false;
     redrawall();
+    if (nothing) tellcurves();
 }

@@ -35,6 +35,9 @@ void editspaces(placenodesform& form, const std::string& text);        // Spaces
 void editfactor(placenodesform& form, const std::string& text);        // Distribution factor
 void editlengthradius(placenodesform& form, const std::string& text);  // Length or Radius
 
+// A field is left: what is stored stands in all of them.
+void leavefield(placenodesform& form);
+
 // Modify Selection of the Edit menu: opens the dialog that fits what is selected, or tells why none
 // does.
 void modifyselection();

@@ -54,48 +54,73 @@ static void promptpoint() {
     prompt("Define", words.first, mode->goal, words.second);
 }
 
-static void drawmark(int g, int j) {
-    const keptpoint kept;
+// Marks of the points that the element under construction has, in drawcolor.
+static void drawmarks(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr || activemode() == nullptr || ptcount == 0) return;
     const double radius = 0.08;  // centimetres
+    const float scale = viewscale(nview);
+    prepareview(nview);
+    s->fillsolid = true;
+    s->fillcolor = drawcolor;
+    for (int j = 1; j <= ptcount; ++j) {
+        const auto at = graphics.row(ngraphics() + 1, j);
+        curx = scale * at[1];
+        cury = scale * at[2];
+        curz = scale * at[3];
+        projectpoint(nview);
+        s->circle(scrx, scry, radius, drawcolor);
+    }
+    s->fillsolid = false;
+}
+
+static void showmarks() {
+    const keptpoint kept;
+    drawcolor = selcolor;
     for (int v = 1; v <= shownviews(); ++v) {
         surface* const s = target(v);
         if (s == nullptr) continue;
-        prepareview(v);
-        const float scale = viewscale(v);
-        curx = scale * graphics(g, j, 1);
-        cury = scale * graphics(g, j, 2);
-        curz = scale * graphics(g, j, 3);
-        projectpoint(v);
+        s->clearplane(planes::marks);
         s->toplane(planes::marks);
-        s->fillsolid = true;
-        s->fillcolor = selcolor;
-        s->circle(scrx, scry, radius, selcolor);
-        s->fillsolid = false;
+        drawmarks(v);
         s->show();
     }
+    drawcolor = meshcolor;
 }
 
-// Marks of the points that the element under construction has.
-static void showmarks() {
+static void endfollow() {
     for (int v = 1; v <= shownviews(); ++v)
-        if (surface* const s = target(v)) s->clearplane(planes::marks);
-    for (int j = 1; j <= ptcount; ++j) drawmark(ngraphics() + 1, j);
-    showviews();
+        if (surface* const s = target(v)) s->clearplane(planes::pointer);
+}
+
+// The element as it would be with its next point under the pointer, in dots.
+static void followpointer(int nview) {
+    const drawmode* const mode = activemode();
+    surface* const s = target(nview);
+    if (mode == nullptr || s == nullptr || ptcount == 0 || ngraphics() >= graphics.upper1) return;
+    const int g = ngraphics() + 1;
+    const bool last = ptcount + 1 == pointsofgraphic(mode->kind);
+    setdefinitionpoint(graphics, g, ptcount + 1, {modelx, modely, modelz});
+    graphics(g, 0, 0) = float(last ? mode->kind : kindline);
+    s->clearplane(planes::pointer);
+    s->toplane(planes::pointer);
+    s->drawstyle = pens::dotted;
+    prepareview(nview);
+    drawcolor = graphcolor;
+    drawgraphic(graphics, g, nview);
+    drawcolor = meshcolor;
+    s->drawstyle = pens::solid;
+    s->toplane(planes::marks);
+    s->show();
 }
 
 static void drawfinished(int g) {
-    const keptpoint kept;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr || !mnudrawlist(4).checked) continue;
-        prepareview(v);
-        s->toplane(planes::model);
+    if (!mnudrawlist(4).checked) return;
+    drawinviews([g](int v) {
         drawcolor = graphcolor;
         drawgraphic(graphics, g, v);
         drawgraphicnodes(graphics, g, v);
-        s->toplane(planes::marks);
-    }
-    drawcolor = meshcolor;
+    });
 }
 
 static void needroom() {
@@ -118,7 +143,7 @@ static void acceptelement() {
     ptcount = 1;
 }
 
-static void snappoint() {
+static void snapgiven() {
     if (!MnuSelectItem(5).checked) return;
     const float scale = viewscale(activeview);
     prepareview(activeview);
@@ -131,7 +156,7 @@ static void snappoint() {
 
 static void placepoint(const drawmode& mode) {
     needroom();
-    snappoint();
+    snapgiven();
     const int g = ngraphics() + 1;
     if (ptcount == 0) std::ranges::fill(graphics.row(g, 2), 0.0f);
     const point3 at = {modelx, modely, modelz};
@@ -150,6 +175,7 @@ void addgraphicpoint(pointsteps step) {
         placepoint(*mode);
     } else if (ptcount > 0) {
         --ptcount;
+        endfollow();
         showmarks();
     }
     promptpoint();
@@ -169,32 +195,43 @@ void startdrawing(graphickinds kind) {
 
 static void restartchain() {
     ptcount = 0;
+    endfollow();
     showmarks();
     promptpoint();
 }
 
 void wirepointentry() {
+    // A redraw keeps the marks.
+    layerrow& row = layer(layers::selectedgraphics);
+    row.draw = [selected = row.draw](int nview) {
+        const colour c = drawcolor;
+        if (selected) selected(nview);
+        drawcolor = c;
+        drawmarks(nview);
+    };
     for (const drawmode& mode : drawmodes) {
-        moderow row;
-        row.flag = mode.flag;
-        row.press = [](int) { addgraphicpoint(pointsteps::place); };
-        row.lastpoint = [](double* point) {
+        moderow m;
+        m.flag = mode.flag;
+        m.press = [](int) { addgraphicpoint(pointsteps::place); };
+        m.lastpoint = [](double* point) {
             point[0] = modelx;
             point[1] = modely;
             point[2] = modelz;
         };
-        row.commandpoint = [](double x, double y, double z) {
+        m.commandpoint = [](double x, double y, double z) {
             modelx = x;
             modely = y;
             modelz = z;
             addgraphicpoint(pointsteps::place);
         };
-        row.enter = restartchain;
-        row.back = [] { addgraphicpoint(pointsteps::back); };
-        row.end = [] {
+        m.enter = restartchain;
+        m.back = [] { addgraphicpoint(pointsteps::back); };
+        m.follow = followpointer;
+        m.end = [] {
             ptcount = 0;
+            endfollow();
             redrawall();
         };
-        modes().push_back(row);
+        modes().push_back(m);
     }
 }

@@ -49,8 +49,9 @@ const namedcolour namedcolours[] = {{&backcolor, "View "},
 const int ncolours = int(std::size(namedcolours));
 
 void showsample(QToolButton* sample, colour c) {
-    sample->setStyleSheet(
-        QString("QToolButton { background: %1; border: 1px solid gray; }").arg(qtcolor(c).name()));
+    sample->setStyleSheet(QString("QToolButton { background: %1; border: 1px solid gray; }"
+                                  "QToolButton:focus { border: 3px solid palette(highlight); }")
+                              .arg(qtcolor(c).name()));
 }
 
 // --- three sliders ------------------------------------------------------------------------------
@@ -142,7 +143,6 @@ class colorset : public QDialog {
                 [this] { reject(); });
         connect(newbutton("Command1(2)", "OK", this, row), &QPushButton::clicked, this, [this] {
             apply();
-            redrawall();
             accept();
         });
         rows->addLayout(row);
@@ -211,6 +211,7 @@ class symbolsdialog : public QDialog {
         b->setObjectName(QString(selected ? "symbolsel(%1)" : "Symbol(%1)").arg(i));
         b->setMinimumSize(44, 44);
         b->setIconSize(QSize(32, 32));
+        showsample(b, backcolor);  // a symbol is judged on the ground that it will stand on
         grid->addWidget(b, i + 1, selected ? 2 : 1, Qt::AlignCenter);
         (selected ? marked : plain)[i] = b;
         connect(b, &QToolButton::clicked, this,
@@ -252,6 +253,7 @@ void choosefont(labelfont& font) {
         font.italic = chosen.italic();
         font.size = chosen.pointSizeF();
         font.underline = chosen.underline();
+        door().refresh();
         redrawall();
     });
     showmodal(dialog);

@@ -33,12 +33,15 @@ void wiredialogs() {
     adddialog("Loadcombinations", makeloadcombinations);
     adddialog("nodeattributes", makenodeattributes);
     adddialog("defgroup", makedefgroup);
-    adddialog("Soptions", makesoptions);
     adddialog("Roptions", makeroptions);
+    adddialog("Soptions", makesoptions);
     adddialog("placenodes", makeplacenodes);
     adddialog("graphoptions", makegraphoptions);
     adddialog("Mselect", makemselect);
     adddialog("mesh2d", makemesh2d);
+    adddialog("patchedit", makepatchedit);
+    adddialog("modifyelem", makemodifyelem);
+    adddialog("addsingleelem", makeaddsingleelem);
 }
 
 void tellfault(const runtimeerror& fault) {
@@ -48,6 +51,13 @@ void tellfault(const runtimeerror& fault) {
 void fallback(const runtimeerror& fault) {
     guarded(addready, [](const runtimeerror&) {});  // what failed may fail again in a redraw
     tellfault(fault);
+}
+
+void sidedialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    const int gap = 24;  // pixels
+    const QRect window = themainwindow->frameGeometry();
+    move(window.right() - width() - gap, window.center().y() - height() / 2);
 }
 
 void showmodal(QDialog* dialog) {
@@ -68,7 +78,7 @@ static bool raiseopen(const std::string& name) {
 }
 
 bool opendialog(const std::string& name) {
-    if (raiseopen(name)) return true;
+    if (raiseopen(name) || endpendingselection()) return true;  // the one that waits comes back
     const auto found = makers().find(name);
     if (found == makers().end()) return false;
     QDialog* const dialog = found->second();

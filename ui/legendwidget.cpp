@@ -11,18 +11,24 @@ static const double cmperinch = 2.54;
 legendwidget::legendwidget(QWidget* parent) : QWidget(parent) {
     setObjectName("sindex");
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     surface.onshow = [this] { update(); };
 }
 
 // Three lines of heading, ten colours and the exponent in the font of the labels.
-QSize legendwidget::sizeHint() const {
-    const int lines = 17;
+static QSize roomfor(int lines) {
     const QFontMetrics metrics(qtfont(elemlabelfont));
     return {metrics.horizontalAdvance("Combined Stress 0"), lines * metrics.height()};
 }
 
+QSize legendwidget::sizeHint() const {
+    const int atease = 27;
+    return roomfor(atease);
+}
+
 QSize legendwidget::minimumSizeHint() const {
-    return {60, sizeHint().height()};
+    const int closely = 17, narrow = 60;
+    return {narrow, roomfor(closely).height()};
 }
 
 void legendwidget::paintEvent(QPaintEvent*) {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Entry of the window program: arguments, the wiring of the modules, the start of the session.
-#include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
@@ -11,31 +10,15 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
-#include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
-#include "post/shapes.h"
-#include "tools/Graphics.h"
-#include "tools/pointentry.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
 #include "ui/qtplatform.h"
 #include "ui/script.h"
+#include "ui/startup.h"
 #include "ui/theme.h"
-#include "view/moddraw.h"
 #include "view/setviews.h"
-#include "view/symbols.h"
-
-// What the floors hang into the tables of the floors below them.
-static void wiremodules() {
-    initsymbols();
-    wirelayers();
-    wiremouse();
-    wiregraphics();
-    wirepointentry();
-    wirepost();
-    wiredialogs();
-}
 
 static int playscript(const QString& file) {
     theplatform().scripted = true;
@@ -52,19 +35,6 @@ static bool isdisplayless() {
            qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
-
-namespace {
-// What fails in a handler of the toolkit ends that handler, not the program.
-class guardedapplication : public QApplication {
-  public:
-    using QApplication::QApplication;
-    bool notify(QObject* receiver, QEvent* event) override {
-        bool taken = false;
-        guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);
-        return taken;
-    }
-};
-}  // namespace
 
 int main(int argc, char** argv) {
     if (isdisplayless()) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -10,10 +10,11 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPlainTextEdit>
-#include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -24,7 +25,6 @@
 #include "edit/commands.h"
 #include "edit/move.h"
 #include "files/filemenu.h"
-#include "files/filop.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"
@@ -33,7 +33,8 @@
 #include "ui/icons.h"
 #include "ui/legendwidget.h"
 #include "ui/menus.h"
-#include "ui/printing.h"
+#include "ui/qtsurface.h"
+#include "ui/viewtools.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -66,150 +67,11 @@ mainwindow::~mainwindow() {
         dialog->hide();
         delete dialog;
     }
+    themainwindow = nullptr;
 }
 
 double mainwindow::pixelspertwip() const {
     return logicalDpiX() / twipsperinch;
-}
-
-// --- toolbars -----------------------------------------------------------------------------------
-
-namespace {
-struct viewtool {
-    const char *icon, *tip;
-    void (*run)();
-};
-}  // namespace
-
-static const double turnstep = 5;  // degrees
-
-static const viewtool viewtools[] = {
-    {"redraw", "Redraw", [] { redrawall(); }},
-    {"fit", "Fit the model to the view", [] { fitview(activeview); }},
-    {"zoomout", "Half size",
-     [] {
-         viewscale(activeview) = viewscale(activeview) / 2;
-         drawview(activeview);
-     }},
-    {"zoomwindow", "Zoom window", startzoomwindow},
-    {"iso", "ISO", [] { setpreset(activeview, 0); }},
-    {"viewxy", "X-Y", [] { setpreset(activeview, 1); }},
-    {"viewxz", "X-Z", [] { setpreset(activeview, 2); }},
-    {"viewyz", "Y-Z", [] { setpreset(activeview, 3); }},
-    {"turnright", "Turn right", [] { turnview(activeview, turnstep, 0); }},
-    {"turnleft", "Turn left", [] { turnview(activeview, -turnstep, 0); }},
-    {"turnup", "Turn up", [] { turnview(activeview, 0, turnstep); }},
-    {"turndown", "Turn down", [] { turnview(activeview, 0, -turnstep); }},
-};
-
-static QToolBar* newbar(QMainWindow* window, const char* name, const QString& title) {
-    QToolBar* const bar = window->addToolBar(title);
-    bar->setObjectName(name);
-    bar->setIconSize(QSize(20, 20));
-    return bar;
-}
-
-// Saves under the model's name, or asks for one.
-static void savenow() {
-    if (isnamed())
-        savemodel();
-    else if (menusave() == reply::done)
-        addrecentfile();
-}
-
-// Print, and beside it what prepares for it.
-static QToolButton* printbutton(QMainWindow* window) {
-    struct printtool {
-        const char *name, *caption, *shortcut;
-        void (*run)();
-    };
-    static const printtool tools[] = {
-        {"printpreviewbutton", "Print preview...", "Ctrl+Shift+P", showprintpreview},
-        {"printsetupbutton", "Page setup...", "", showprintsetup},
-        {"printpdfbutton", "Print to PDF...", "Ctrl+Shift+F", printtopdf},
-    };
-    auto* const button = new QToolButton(window);
-    auto* const menu = new QMenu(button);
-    menu->addAction(menuaction("mnuFileItem", 4));
-    for (const printtool& tool : tools) {
-        QAction* const action =
-            menu->addAction(QObject::tr(tool.caption), window, [&tool] { tool.run(); });
-        action->setObjectName(tool.name);
-        if (*tool.shortcut) action->setShortcut(QKeySequence(tool.shortcut));
-        window->addAction(action);
-    }
-    button->setDefaultAction(menuaction("mnuFileItem", 4));
-    button->setMenu(menu);
-    button->setPopupMode(QToolButton::MenuButtonPopup);
-    button->setObjectName("printbutton");
-    return button;
-}
-
-void mainwindow::buildtoolbars() {
-    QToolBar* const file = newbar(this, "filebar", tr("File"));
-    for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
-    QAction* const save = file->addAction(iconof("save"), tr("Save"), [] { savenow(); });
-    save->setObjectName("savebutton");
-    save->setShortcut(QKeySequence::Save);
-    save->setToolTip(tr("Save the model under its name (Ctrl+S)"));
-    file->addWidget(printbutton(this));
-
-    QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
-    for (int i : {0, 1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
-
-    QToolBar* const select = newbar(this, "selectbar", tr("Selection"));
-    static const int order[] = {0, 1, 4, 2, 3};  // Nodes, Elements, Graphics, then the others
-    for (std::size_t i = 0; i < modify.size(); ++i) {
-        QAction* const action = menuaction("MnuSelectItem", order[i]);
-        modify[i] = new QToolButton(select);
-        modify[i]->setDefaultAction(action);
-        modify[i]->setObjectName(QString("Modify(%1)").arg(i));
-        select->addWidget(modify[i]);
-    }
-    select->addAction(menuaction("MnuSelectItem", 5));
-    selectmethod = new QComboBox(select);
-    selectmethod->setObjectName("selectmethod");
-    selectmethod->setToolTip(tr("Selection method"));
-    selectmethod->addItems({"Single", "Window", "Group", "All"});
-    select->addWidget(selectmethod);
-    connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
-
-    // Along the left border: the row on top is full.
-    QToolBar* const graphics = newbar(this, "graphicbar", tr("Graphics"));
-    addToolBar(Qt::LeftToolBarArea, graphics);
-    for (int i : {0, 1, 2, 4, 5, 6}) graphics->addAction(menuaction("Mnugraphicitem", i));
-    graphics->addAction(menuaction("mnuEditItem", 7));
-    graphics
-        ->addAction(iconof("options"), tr("Graphic Element Options"),
-                    [] { door().showdialog("graphoptions"); })
-        ->setObjectName("graphoptionsbutton");
-
-    QToolBar* const view = newbar(this, "viewbar", tr("View"));
-    int number = 0;
-    for (const viewtool& tool : viewtools) {
-        QAction* const action = view->addAction(iconof(tool.icon), tr(tool.tip), tool.run);
-        action->setObjectName(QString("viewtool(%1)").arg(number++));
-    }
-    view->addSeparator();
-    view->addAction(iconof("onewindow"), tr("One view"),
-                    [] {
-                        setoneview();
-                        redrawall();
-                    })
-        ->setObjectName("oneview");
-    view->addAction(iconof("fourwindows"), tr("Four views"),
-                    [] {
-                        setfourviews();
-                        redrawall();
-                    })
-        ->setObjectName("fourviews");
-
-    QToolBar* const job = newbar(this, "jobbar", tr("Job"));
-    for (const auto& [array, i] :
-         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Mnuadditem", 3),
-          std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2), std::pair("menupostItem", 1),
-          std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
-        job->addAction(menuaction(array, i));
 }
 
 // --- workspace ----------------------------------------------------------------------------------
@@ -240,7 +102,7 @@ void mainwindow::buildleftbar() {
         coordinates[k] = new QLineEdit(leftbar);
         coordinates[k]->setObjectName(QString("Text%1").arg(k + 1));
         coordinates[k]->setMinimumWidth(40);
-        connect(coordinates[k], &QLineEdit::returnPressed, this, [this] { takecoordinates(); });
+        coordinates[k]->installEventFilter(this);
         row->addWidget(coordinatelabels[k]);
         row->addWidget(coordinates[k], 1);
         rows->addLayout(row);
@@ -269,8 +131,8 @@ void mainwindow::buildleftbar() {
     connect(modes, &QComboBox::activated, this, [](int i) { choosemode(i + 1); });
     rows->addWidget(modegroup);
     connect(modenumber, &QLineEdit::editingFinished, this, [this] {
-        const int number = int(numberof(modenumber->text().toStdString()));
-        if (number != curlcomb) choosemode(number);
+        typemode(modenumber->text().toStdString());
+        modenumber->setText(QString::number(curlcomb));
     });
 
     resultlabel = new QLabel(leftbar);
@@ -284,7 +146,7 @@ void mainwindow::buildleftbar() {
     legendrows->setContentsMargins(2, 2, 2, 2);
     legend = new legendwidget(legendframe);
     legendrows->addWidget(legend);
-    rows->addWidget(legendframe, 2);
+    rows->addWidget(legendframe);
 
     commentframe = new QGroupBox(tr("Comment"), leftbar);
     commentframe->setObjectName("commentframe");
@@ -292,6 +154,7 @@ void mainwindow::buildleftbar() {
     commentrows->setContentsMargins(2, 2, 2, 2);
     comment = new QPlainTextEdit(commentframe);
     comment->setObjectName("comment");
+    comment->setTabChangesFocus(true);
     commentrows->addWidget(comment);
     rows->addWidget(commentframe, 1);
     connect(comment, &QPlainTextEdit::textChanged, this, [this] {
@@ -326,6 +189,7 @@ void mainwindow::buildcommandline() {
     inputfield->setEditable(true);
     inputfield->setInsertPolicy(QComboBox::NoInsert);
     inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
+    inputfield->lineEdit()->setObjectName("inputtext");
     inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->lineEdit()->installEventFilter(this);
@@ -343,15 +207,26 @@ void mainwindow::buildcommandline() {
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
 }
 
-// Typed coordinates: the way of a move, or a point for the mode that runs.
+// Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
 void mainwindow::takecoordinates() {
     double value[3];
-    for (std::size_t k = 0; k < 3; ++k) value[k] = numberof(coordinates[k]->text().toStdString());
+    for (std::size_t k = 0; k < 3; ++k) {
+        const std::string text = coordinates[k]->text().toStdString();
+        if (readnumber(text, value[k])) continue;
+        door().message(coordinatelabels[k]->text().toStdString() + " \"" + text +
+                           "\" is no number. Nothing was changed.",
+                       icons::exclamation);
+        return;
+    }
     guarded(
         [&] {
+            if (!checkplace(value)) return;
             if (ismoving()) return movetyped(value);
             moderow* const row = runningmode();
-            if (row && row->commandpoint) row->commandpoint(value[0], value[1], value[2]);
+            if (row && row->commandpoint)
+                row->commandpoint(value[0], value[1], value[2]);
+            else
+                pressat(value[0], value[1], value[2]);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
 }
@@ -387,11 +262,22 @@ void mainwindow::placeleftbar() {
     leftbar->setGeometry(0, 0, int(sidebarw * pixelspertwip()), workspace->height());
 }
 
+static bool isenter(const QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return false;
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == workspace && event->type() == QEvent::Resize) {
         arrangeviews();
         redrawall();
         return false;
+    }
+    // Enter gives the point and goes no further: to the window it means the end of the mode.
+    if (isenter(event) && std::ranges::find(coordinates, watched) != coordinates.end()) {
+        takecoordinates();
+        return true;
     }
     if (inputfield && watched == inputfield->lineEdit()) switch (event->type()) {
             case QEvent::FocusIn:
@@ -404,13 +290,18 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
                 break;
         }
     if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        if (isenter(event)) {
             runtypedcommand();
             return true;
         }
+        const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Escape) {
             keyhandler(keyescape);
+            return true;
+        }
+        // Upwards from the empty line lies the last command.
+        if (key == Qt::Key_Up && inputfield->currentIndex() < 0) {
+            inputfield->setCurrentIndex(inputfield->count() - 1);
             return true;
         }
     }
@@ -450,7 +341,7 @@ void mainwindow::keyPressEvent(QKeyEvent* event) {
             keyhandler(keyback);
             break;
         default:
-            QMainWindow::keyPressEvent(event);
+            if (!isviewkey(event)) QMainWindow::keyPressEvent(event);
     }
 }
 
@@ -500,6 +391,18 @@ surface* mainwindow::legendsurface() {
     return legend ? &legend->surface : nullptr;
 }
 
+// The point of the pointer. What the rounding of a view's angles leaves of a coordinate is shown
+// as 0.
+static std::array<double, 3> pointshown() {
+    std::array<double, 3> at = {modelx, modely, modelz};
+    const double rounding = 1e-6;  // of the greatest coordinate
+    const double greatest =
+        std::max({std::fabs(at[0]), std::fabs(at[1]), std::fabs(at[2])}) * rounding;
+    for (double& value : at)
+        if (std::fabs(value) < greatest) value = 0;
+    return at;
+}
+
 void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
@@ -509,14 +412,19 @@ void mainwindow::refresh() {
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};
     static const char* const dx[] = {"dx=", "dy=", "dz="};
-    const bool moving = editing && movepending;
-    const double at[] = {modelx, modely, modelz};
+    const bool moving = movepending;  // a typed way needs no reference point
+    const std::array<double, 3> at = pointshown();
     for (std::size_t k = 0; k < 3; ++k) {
         coordinatelabels[k]->setText(moving ? dx[k] : x[k]);
         if (!coordinates[k]->hasFocus())
             coordinates[k]->setText(QString::fromStdString(numbertext(float(moving ? 0 : at[k]))));
     }
     refreshcombinations();
+    // The frame follows the font of the element labels, as the legend does.
+    const QFont font = qtfont(elemlabelfont);
+    for (QWidget* part : {static_cast<QWidget*>(modegroup), static_cast<QWidget*>(resultlabel),
+                          static_cast<QWidget*>(commentframe)})
+        if (part->font() != font) part->setFont(font);
     refreshresults();
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))

@@ -21,10 +21,11 @@
 #include "post/contour.h"
 #include "post/printdraw.h"
 #include "post/shapes.h"
+#include "tools/findpatch.h"
 #include "tools/intersect.h"
-#include "tools/mesh2d.h"
 #include "tools/placenodes.h"
 #include "tools/pointentry.h"
+#include "ui/demonstration.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -62,8 +63,8 @@ static std::function<void()> chooseandredraw(array1<menustate>& list, int i) {
 
 static void togglescrollbars() {
     mnuSettingsItem(2).checked = !mnuSettingsItem(2).checked;
-    setscrollbars();
-    door().refresh();
+    arrangeviews();  // the views give them room
+    redrawall();
 }
 
 static void toggleselect(int i) {
@@ -131,7 +132,7 @@ static void addeditmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 7, "Modify Selection...", "modify", "", modifyselection});
     t.push_back({m, a, 8, "Refine elements", "refine", "", [] { refineelements(); }});
     t.push_back({m, a, 9, "Numerical Interface", "numbers"});
-    t.push_back({m, a, 10, "Findpatch"});
+    t.push_back({m, a, 10, "Findpatch", "patch", "", [] { findpatch(); }});
 }
 
 static void addselectmenu(std::vector<menurow>& t) {
@@ -154,7 +155,12 @@ static void addaddmenu(std::vector<menurow>& t) {
     };
     add(0, "Ready", "", [] { addready(); });
     add(1, "Free Node", "node", startaddnode);
-    add(2, "Element...", "element");
+    add(2, "Element...", "element", [] {
+        addready();
+        resultflag = 1;
+        mnuEditItem(0).enabled = false;
+        door().showdialog("addsingleelem");
+    });
     add(3, "Mesh...", "mesh", [] {
         addready();
         resultflag = 1;
@@ -267,14 +273,6 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
     t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
-    const auto addswitch = [&](int i, const char* caption, bool& on) {
-        t.push_back({m, "postswitch", i, caption, "", "", [&on] { toggleswitch(on); },
-                     [&on] { return on; }});
-    };
-    t.push_back(separator(m, "postswitch", 0));
-    addswitch(1, "Even Palette", evenpalette);
-    addswitch(2, "Mark Highest and Lowest", markextremes);
-    addswitch(3, "Value at Pointer", valueatpointer);
 }
 
 static void addinformationmenu(std::vector<menurow>& t) {
@@ -285,7 +283,7 @@ static void addinformationmenu(std::vector<menurow>& t) {
     t.push_back(
         {m, "mnuAbout", 0, "&About Kalvane...", "", "", [] { door().showdialog("frmAbout"); }});
     t.push_back({m, "info", 0, "Model info...", "", "", [] { door().showdialog("modelinfo"); }});
-    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", [] { door().showdialog("demo01"); }});
+    t.push_back({m, "demo01", 0, "Run Demo", "demo", "", rundemo});
 }
 
 static std::vector<menurow> filltable() {
@@ -355,13 +353,13 @@ static void refreshrecent() {
     }
 }
 
-// During an analysis, and while edges of a mesh are picked, nothing may change the model or its
+// During an analysis, and while a dialog waits for a selection, nothing may change the model or its
 // files; shortcuts stay away with the menus.
 static bool islocked(const std::string& path) {
     static const char* const locked[] = {"&File",   "&Edit",    "&Add",
                                          "&Define", "A&nalyse", "&Post-Process"};
     const std::string first = path.substr(0, path.find('|'));
-    return (menulock || edgepending) &&
+    return (menulock || isselectionpending() || singleel) &&
            std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 

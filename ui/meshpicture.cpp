@@ -65,7 +65,8 @@ static std::vector<QLineF> gridof(int kind, const std::vector<exampleedge>& e) {
             lines.emplace_back(e[1].at(t), e[2].at(1 - t));
             lines.emplace_back(e[2].at(t), e[0].at(1 - t));
         } else if (kind == 2) {
-            lines.emplace_back(e[0].at(t), e[1].at(t));
+            lines.emplace_back(e[0].at(t), e[1].at(1 - t));
+            if (i == 2) lines.emplace_back(e[2].at(t), e[0].at(1 - t));
         }
     }
     return lines;

@@ -31,7 +31,7 @@ class generaloptions : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         tabs = new QTabWidget(this);
         tabs->setObjectName("TabStrip1");
-        tabs->setMinimumWidth(460);
+        tabs->setMinimumWidth(pagewidth);
         rows->addWidget(tabs);
         buildredraw();
         buildhidden();
@@ -52,6 +52,7 @@ class generaloptions : public QDialog {
     }
 
   private:
+    static constexpr int pagewidth = 460;  // pixels, at least
     QVBoxLayout* page(const char* caption) {
         auto* const widget = new QWidget(this);
         tabs->addTab(widget, caption);
@@ -71,6 +72,8 @@ class generaloptions : public QDialog {
         f.setItalic(true);
         label->setFont(f);
         label->setIndent(20);
+        // On a small screen the window would else begin lower than its wrapped lines need.
+        label->setMinimumHeight(label->heightForWidth(pagewidth - 24));
         rows->addWidget(label);
     }
     void buildredraw() {
@@ -111,11 +114,14 @@ class generaloptions : public QDialog {
         intensity->setObjectName("HScroll1");
         intensity->setRange(0, 255);
         intensity->setMinimumWidth(160);
+        intensity->setFocusPolicy(Qt::StrongFocus);
+        intensity->setInvertedControls(false);  // the left arrow lowers it
         sample = new QLabel(this);
         sample->setObjectName("Text4");
         sample->setFixedHeight(24);
         sample->setFrameShape(QFrame::StyledPanel);
         sample->setAutoFillBackground(true);
+        sample->setAlignment(Qt::AlignCenter);
         connect(intensity, &QScrollBar::valueChanged, this, [this] { showsample(); });
         grid->addWidget(anglexy, 0, 1);
         grid->addWidget(anglez, 1, 1);
@@ -157,7 +163,9 @@ class generaloptions : public QDialog {
         rows->addLayout(buttons);
         found = new QLabel(this);
         found->setObjectName("found");
+        found->setWordWrap(true);
         rows->addWidget(found);
+        rows->addStretch(1);
     }
     void buildsave() {
         QVBoxLayout* const rows = page("Save options");
@@ -176,7 +184,7 @@ class generaloptions : public QDialog {
     }
     void report(std::string (*find)()) {
         take();
-        storegeneraloptions(form);
+        storetolerance(form);
         found->setText(qtext(find()));
     }
     void take() {
@@ -198,7 +206,9 @@ class generaloptions : public QDialog {
         QPalette palette = sample->palette();
         const int v = intensity->value();
         palette.setColor(QPalette::Window, QColor(v, v, v));
+        palette.setColor(QPalette::WindowText, v > 127 ? Qt::black : Qt::white);
         sample->setPalette(palette);
+        sample->setText(QString::number(v));
     }
     void showform() {
         move->setChecked(form.redrawmove);
@@ -233,7 +243,7 @@ class cardhelp : public QDialog {
         auto* const list = new QListWidget(this);
         list->setObjectName("List1");
         for (const char* line : commandhelp) list->addItem(line);
-        list->setMinimumSize(560, 230);
+        list->setMinimumSize(560, list->sizeHintForRow(0) * (list->count() + 1));
         rows->addWidget(list);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);

@@ -19,10 +19,9 @@ namespace {
 
 using fieldedit = void (*)(placenodesform&, const std::string&);
 
-// Stands at the right border of the main window, beside the model.
-class graphicdialog : public QDialog {
+class graphicdialog : public sidedialog {
   public:
-    graphicdialog() : QDialog(themainwindow) {
+    graphicdialog() : sidedialog(themainwindow) {
         setWindowTitle("Edit graphic Elements");
         form = openplacenodes();
         auto* const rows = new QVBoxLayout(this);
@@ -41,14 +40,6 @@ class graphicdialog : public QDialog {
         nodes->setFocus();
     }
 
-  protected:
-    void showEvent(QShowEvent* event) override {
-        QDialog::showEvent(event);
-        const int gap = 24;  // pixels
-        const QRect window = themainwindow->frameGeometry();
-        move(window.right() - width() - gap, window.center().y() - height() / 2);
-    }
-
   private:
     QLineEdit* addbox(QGridLayout* grid, int row, const char* name, QLabel* label, fieldedit edit) {
         auto* const box = new QLineEdit(this);
@@ -57,8 +48,13 @@ class graphicdialog : public QDialog {
         grid->addWidget(label, row, 0);
         grid->addWidget(box, row, 1);
         connect(box, &QLineEdit::textEdited, this,
-                guardedhandler([this, edit](const QString& text) {
+                guardedhandler([this, edit, box](const QString& text) {
                     edit(form, text.toStdString());
+                    showform();
+                    if (box->text() != text) box->selectAll();  // put back: to be typed over
+                }));
+        connect(box, &QLineEdit::editingFinished, this, guardedhandler([this] {
+                    leavefield(form);
                     showform();
                 }));
         return box;

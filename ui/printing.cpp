@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QPageSetupDialog>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -20,6 +19,7 @@
 #include "post/printdraw.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/pagesetup.h"
 #include "ui/printsurface.h"
 #include "ui/qtplatform.h"
 
@@ -145,14 +145,20 @@ static printstart askandbegin(const QString& document) {
     return beginjob(tofile ? printer.outputFileName().toStdString() : std::string(), document);
 }
 
-static bool endjob() {
+// What is not whole is given up, and the former file stays.
+static bool endjob(bool whole) {
     if (!job) return false;
     job->page.end();
-    const bool drawn = job->painter.end() && theprinter().printerState() != QPrinter::Error;
+    if (!whole) theprinter().abort();
+    const bool ended = job->painter.end() && theprinter().printerState() != QPrinter::Error;
     const std::string target = job->target;
     job.reset();
     topaper(theprinter());
-    return target.empty() ? drawn : takeplace(target) && drawn;
+    if (target.empty()) return whole && ended;
+    if (whole) return takeplace(target) && ended;
+    std::error_code ignored;
+    fs::remove(besidename(target), ignored);
+    return false;
 }
 
 // --- views --------------------------------------------------------------------------------------
@@ -168,8 +174,8 @@ surface* printpage() {
     return job ? &job->page : nullptr;
 }
 
-bool endprint() {
-    return endjob();
+bool endprint(bool whole) {
+    return endjob(whole);
 }
 
 static void tellproblem() {
@@ -190,8 +196,7 @@ void printtopdf() {
         return;
     if (beginjob(target, documentname()) != printstart::begun) return tellproblem();
     layon(job->page, theprinter(), job->painter);
-    const bool drawn = guarded(printview, tellfault);
-    if (!endjob() || !drawn) tellproblem();
+    if (!endjob(guarded(printview, tellfault))) tellproblem();
 }
 
 // Asked for again on each change of paper or orientation.
@@ -221,9 +226,7 @@ void showprintpreview() {
 
 void showprintsetup() {
     topaper(theprinter());
-    auto* const dialog = new QPageSetupDialog(&theprinter(), themainwindow);
-    dialog->setObjectName("printsetup");
-    showmodal(dialog);
+    showmodal(makepagesetup(theprinter()));
 }
 
 // --- other documents ----------------------------------------------------------------------------
@@ -240,6 +243,13 @@ void printby(const QString& document, const std::function<void(QPrinter&, QPaint
         case printstart::begun:
             break;
     }
-    const bool drawn = guarded([&] { draw(theprinter(), job->painter); }, tellfault);
-    if (!endjob() || !drawn) tellproblem();
+    bool cancelled = false;
+    const bool drawn = guarded([&] { draw(theprinter(), job->painter); },
+                               [&](const runtimeerror& e) {
+                                   cancelled = e.number == errstopped;
+                                   if (!cancelled) tellfault(e);
+                               });
+    theplatform().endprogress();
+    if (!endjob(drawn) && !cancelled) tellproblem();
+    if (cancelled) theplatform().showstatus("The printing was cancelled");
 }

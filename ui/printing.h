@@ -12,12 +12,12 @@
 
 class QPainter;
 class QPrinter;
-class surface;
+struct surface;
 
 // For the platform: the dialog and the page, its surface, the end of the job.
 printstart startprint();
 surface* printpage();  // null while no page is being built
-bool endprint();
+bool endprint(bool whole);
 
 // The buttons beside Print.
 void showprintpreview();

@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include "ui/clip.h"
-#include "ui/qtsurface.h"
 
 static const double penwidth = 0.018;         // centimetres of one step of drawwidth
 static const double pointwidth = 0.03;        // centimetres across of a single point
@@ -33,12 +32,14 @@ void printsurface::begin(QPainter* p, const QRectF& area, double pixelspercm) {
 }
 
 void printsurface::end() {
+    enddense();
     if (painter) painter->restore();
     painter = nullptr;
 }
 
 void printsurface::toframe(double left, double top, double width, double height) {
     if (!painter) return;
+    enddense();
     frame = QRectF(left * pixels, top * pixels, width * pixels, height * pixels);
     painter->restore();
     painter->save();
@@ -49,10 +50,39 @@ void printsurface::toframe(double left, double top, double width, double height)
     painter->setRenderHint(QPainter::Antialiasing, true);
 }
 
-void printsurface::clear(colour) {
+void printsurface::clear(colour background) {
     drawwidth = 1;
     drawstyle = pens::solid;
     fillsolid = false;
+    if (smooth || !painter) return;
+    densepicture = std::make_unique<qtsurface>();
+    densepicture->smooth = false;
+    densepicture->resize(int(frame.width()), int(frame.height()), 1, pixels);
+    densepicture->clear(background);
+}
+
+// A pixel of the picture is one of the printer's; letters are told for a screen's.
+qtsurface* printsurface::dense() {
+    if (!densepicture) return nullptr;
+    surface& to = *densepicture;
+    to.moveto(currentx, currenty);
+    to.drawwidth = drawwidth;
+    to.drawstyle = drawstyle;
+    to.fillsolid = fillsolid;
+    to.fillcolor = fillcolor;
+    to.textcolor = textcolor;
+    to.font = font;
+    to.font.size = font.size * pixels * screenpixel;
+    return densepicture.get();
+}
+
+void printsurface::enddense() {
+    if (!densepicture) return;
+    const std::unique_ptr<qtsurface> done = std::move(densepicture);
+    painter->setRenderHint(QPainter::LosslessImageRendering, true);
+    painter->drawImage(QPointF(0, 0), done->picture());
+    for (const symbol& s : symbols) picture(s.name, s.x, s.y);
+    symbols.clear();
 }
 
 QPen printsurface::pen(colour c, double widths) const {
@@ -69,6 +99,7 @@ QBrush printsurface::brush() const {
 
 void printsurface::line(double x1, double y1, double x2, double y2, colour c) {
     moveto(x2, y2);
+    if (qtsurface* const to = dense()) return to->line(x1, y1, x2, y2, c);
     point2 a{x1 * pixels, y1 * pixels}, b{x2 * pixels, y2 * pixels};
     if (!painter || ((!isplain(a) || !isplain(b)) && !clipline(a, b))) return;
     painter->setPen(pen(c, drawwidth));
@@ -77,6 +108,7 @@ void printsurface::line(double x1, double y1, double x2, double y2, colour c) {
 
 void printsurface::point(double x, double y, colour c) {
     moveto(x, y);
+    if (qtsurface* const to = dense()) return to->point(x, y, c);
     if (!painter || !isplain({x * pixels, y * pixels})) return;
     painter->setPen(Qt::NoPen);
     painter->setBrush(ink(c));
@@ -84,6 +116,7 @@ void printsurface::point(double x, double y, colour c) {
 }
 
 void printsurface::box(double x1, double y1, double x2, double y2, colour c) {
+    if (qtsurface* const to = dense()) return to->box(x1, y1, x2, y2, c);
     if (!painter || !isplain({x1 * pixels, y1 * pixels}) || !isplain({x2 * pixels, y2 * pixels}))
         return;
     painter->setPen(pen(c, drawwidth));
@@ -92,6 +125,7 @@ void printsurface::box(double x1, double y1, double x2, double y2, colour c) {
 }
 
 void printsurface::circle(double x, double y, double radius, colour c) {
+    if (qtsurface* const to = dense()) return to->circle(x, y, radius, c);
     if (!painter || !isplain({x * pixels, y * pixels}) || !isplain(radius * pixels)) return;
     painter->setPen(pen(c, drawwidth));
     painter->setBrush(fillsolid && fillcolor == c ? QBrush(ink(c)) : brush());
@@ -99,6 +133,7 @@ void printsurface::circle(double x, double y, double radius, colour c) {
 }
 
 void printsurface::polygon(const point2* points, int n, colour edge) {
+    if (qtsurface* const to = dense()) return to->polygon(points, n, edge);
     if (!painter) return;
     std::vector<point2> list(points, points + n);
     bool plain = true;
@@ -122,6 +157,7 @@ QFontMetricsF printsurface::metrics() const {
 }
 
 void printsurface::text(std::string_view utf8) {
+    if (qtsurface* const to = dense()) return to->text(utf8);
     if (!painter || !isplain({currentx * pixels, currenty * pixels})) return;
     painter->setFont(qtfont(font));
     painter->setPen(ink(textcolor));
@@ -129,6 +165,7 @@ void printsurface::text(std::string_view utf8) {
 }
 
 void printsurface::picture(std::string_view name, double x, double y) {
+    if (densepicture) return symbols.push_back({std::string(name), x, y});
     const auto found = symbolpictures().find(name);
     if (!painter || found == symbolpictures().end() || found->second.isNull()) return;
     if (!isplain({x * pixels, y * pixels})) return;

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The drawing surface of a printed page, on paper or in a PDF file: true centimetres, whatever the
 // resolution of the device. What is drawn stays; there is nothing to erase on paper.
+//
+// A view of very many strokes goes to the page as one picture of the printer's resolution: a PDF of
+// a million elements would have hundreds of megabytes and take minutes to show.
 #pragma once
 
 #include <QPainter>
+#include <memory>
+#include <string>
 #include <vector>
 
+#include "ui/qtsurface.h"
 #include "view/surface.h"
 
 class printsurface : public surface {
@@ -35,6 +41,15 @@ class printsurface : public surface {
     QFontMetricsF metrics() const;
     QPointF place(double x, double y) const { return {x * pixels, y * pixels}; }
 
+    qtsurface* dense();  // the picture of a view of very many strokes, with the present settings
+    void enddense();
+
+    std::unique_ptr<qtsurface> densepicture;
+    struct symbol {
+        std::string name;
+        double x, y;
+    };
+    std::vector<symbol> symbols;  // over that picture
     QPainter* painter = nullptr;
     QRectF paper, frame;  // frame: relative to the paper
     double pixels = 1;    // a centimetre

@@ -6,6 +6,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QTimer>
@@ -13,7 +14,9 @@
 
 #include "core/runtime.h"
 #include "core/session.h"
+#include "core/views.h"
 #include "ui/dialogs.h"
+#include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
@@ -178,7 +181,11 @@ void qtplatform::showdialog(const std::string& name) {
 }
 
 void qtplatform::showpopup(int which) {
-    if (themainwindow) popupmenu(which, themainwindow)->popup(QCursor::pos());
+    if (!themainwindow) return;
+    const QWidget* const view = themainwindow->view(activeview);
+    const bool pointed = view->rect().contains(view->mapFromGlobal(QCursor::pos()));
+    popupmenu(which, themainwindow)
+        ->popup(pointed ? QCursor::pos() : view->mapToGlobal(view->rect().center()));
 }
 
 void qtplatform::endprogram() {
@@ -210,8 +217,8 @@ surface* qtplatform::legendsurface() {
     return themainwindow ? themainwindow->legendsurface() : nullptr;
 }
 
-void qtplatform::setscrollbars(int nview, const scrollrange& range, bool shown) {
-    if (themainwindow) themainwindow->view(nview)->setbars(range, shown);
+void qtplatform::setscrollbars(int nview, const scrollrange& range) {
+    if (themainwindow) themainwindow->view(nview)->setbars(range);
 }
 
 void qtplatform::crosspointer(bool on) {
@@ -228,8 +235,8 @@ surface* qtplatform::printsurface() {
     return printpage();
 }
 
-bool qtplatform::endprint() {
-    return ::endprint();
+bool qtplatform::endprint(bool whole) {
+    return ::endprint(whole);
 }
 
 // --- long work ----------------------------------------------------------------------------------
@@ -302,7 +309,9 @@ void qtplatform::killprocess() {
 }
 
 void qtplatform::openwithbrowser(const std::string& path) {
-    if (scripted) return;
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(qtext(path))))
-        message("No browser could be started for " + path, icons::exclamation);
+    if (!QFile::exists(qtext(path)))
+        return message("File not found: " + path + "; it comes with the program",
+                       icons::exclamation);
+    if (scripted || !QDesktopServices::openUrl(QUrl::fromLocalFile(qtext(path))))
+        showhelp(qtext(path));
 }

@@ -28,11 +28,11 @@ class qtplatform : public platform {
     void placeview(int nview, const twipbox& box, bool shown) override;
     void viewsize(int nview, double& width, double& height) override;
     surface* legendsurface() override;
-    void setscrollbars(int nview, const scrollrange& range, bool shown) override;
+    void setscrollbars(int nview, const scrollrange& range) override;
     void crosspointer(bool on) override;
     printstart startprint() override;
     surface* printsurface() override;
-    bool endprint() override;
+    bool endprint(bool whole) override;
     bool progress(const std::string& what, double share, bool cancellable) override;
     void endprogress() override;
     void startprocess(const std::string& program, const std::vector<std::string>& arguments,

@@ -105,9 +105,16 @@ void qtsurface::clearplane(planes p) {
     used[std::size_t(p)] = false;
 }
 
+// Smoothed marks cover the strokes that they lie on, with their edges; to erase covers both.
+double qtsurface::penwidth(const stroke& s) const {
+    if (!smooth) return s.width;
+    if (erases(s.c)) return s.width + 3;
+    return plane == planes::marks ? s.width + 1 : s.width;
+}
+
 QPen qtsurface::pen(const stroke& s) const {
     QPen p(qtcolor(s.c));
-    p.setWidthF(erases(s.c) && smooth ? s.width + 2 : s.width);
+    p.setWidthF(penwidth(s));
     p.setCosmetic(!smooth && s.width == 1 && ratio == 1);
     p.setStyle(s.style == pens::dotted && !erases(s.c) ? Qt::DotLine : Qt::SolidLine);
     p.setCapStyle(s.width > 1 && !erases(s.c) ? Qt::FlatCap : Qt::SquareCap);
@@ -118,11 +125,12 @@ QBrush qtsurface::brush() const {
     return fillsolid ? QBrush(qtcolor(fillcolor)) : QBrush(Qt::NoBrush);
 }
 
-// On an upper plane the background's colour takes away what is there.
-static void setmode(QPainter& p, bool erase, bool smooth) {
-    p.setCompositionMode(erase ? QPainter::CompositionMode_Clear
-                               : QPainter::CompositionMode_SourceOver);
-    p.setRenderHint(QPainter::Antialiasing, smooth && !erase);
+// The plane of the model holds the background itself, the planes above it are clear where they are
+// empty.
+void qtsurface::setmode(QPainter& p, bool erase, bool smoothed) const {
+    p.setCompositionMode(erase && plane != planes::model ? QPainter::CompositionMode_Clear
+                                                         : QPainter::CompositionMode_SourceOver);
+    p.setRenderHint(QPainter::Antialiasing, smoothed && !erase);
 }
 
 void qtsurface::flush() {
@@ -214,8 +222,9 @@ void qtsurface::circle(double x, double y, double radius, colour c) {
         return;
     }
     if (erase) {
-        p.setPen(QPen(Qt::black, 4));  // a stamped disc lies up to a pixel beside its place
-        p.setBrush(Qt::black);
+        // A stamped disc lies up to a pixel beside its place.
+        p.setPen(QPen(qtcolor(background), 4));
+        p.setBrush(qtcolor(background));
         ++round;
     } else {
         p.setPen(pen({c, drawwidth, drawstyle}));
@@ -256,7 +265,7 @@ void qtsurface::text(std::string_view utf8) {
         setmode(p, true, false);
         p.fillRect(QRectF(at, QSizeF(metrics.horizontalAdvance(qtext(utf8)) + 2, metrics.height()))
                        .adjusted(-1, -1, 1, 1),
-                   Qt::black);
+                   qtcolor(background));
         return;
     }
     setmode(p, false, smooth);

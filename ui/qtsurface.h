@@ -53,9 +53,11 @@ class qtsurface : public surface {
     QPainter& painter();
     void close();
     void flush();
-    bool erases(colour c) const { return plane != planes::model && c == background; }
+    bool erases(colour c) const { return (erasing || plane != planes::model) && c == background; }
+    double penwidth(const stroke& s) const;
     QPen pen(const stroke& s) const;
     QBrush brush() const;
+    void setmode(QPainter& p, bool erase, bool smoothed) const;
     void stamp(double x, double y, double radius, colour c);
 
     int w = 0, h = 0;

@@ -16,6 +16,7 @@
 #include <QListView>
 #include <QPainter>
 #include <QPrinter>
+#include <QPushButton>
 #include <QShortcut>
 
 #include "core/platform.h"
@@ -214,6 +215,9 @@ class reportwindow : public QDialog {
             }
             painter.drawText(QPointF(0, y + metrics.ascent()), model->text(i));
             y += metrics.height();
+            if (i % 1000 == 0 &&
+                !door().progress("Printing the report", double(i) / model->lines()))
+                throw runtimeerror{errstopped, "The printing was cancelled"};
         }
     }
 

@@ -2,49 +2,35 @@
 // The script player.
 #include "ui/script.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QGroupBox>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPlainTextEdit>
-#include <QScrollBar>
-#include <QSlider>
-#include <QSpinBox>
-#include <QTabBar>
-#include <QTableWidget>
 #include <QTextStream>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 
+#include "core/appdir.h"
+#include "core/session.h"
 #include "core/views.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/qtplatform.h"
+#include "ui/scriptcontrols.h"
 #include "ui/viewwidget.h"
 #include "view/scaleview.h"
 
 namespace {
 
-// A line that can not be carried out.
-struct scriptfault {
-    QString text;
-};
-
-[[noreturn]] void refuse(const QString& text) {
-    throw scriptfault{text};
-}
+const int afterline = 250;  // milliseconds of the demonstration between two lines
 
 void settle() {
     for (int i = 0; i < 3; ++i) {
@@ -53,132 +39,7 @@ void settle() {
     }
 }
 
-// --- finding windows and controls ---------------------------------------------------------------
-
-QString plain(QString caption) {
-    return caption.remove('&').trimmed();
-}
-
-QWidget* findform(const QString& name) {
-    if (name == "main") return themainwindow;
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (w->isVisible() && w->objectName() == name) return w;
-    refuse("no dialog " + name + " is open");
-}
-
-QString captionof(const QObject* o) {
-    if (const auto* b = qobject_cast<const QAbstractButton*>(o)) return plain(b->text());
-    return {};
-}
-
-QWidget* findcontrol(const QString& form, const QString& name) {
-    QWidget* const window = findform(form);
-    if (auto* const w = window->findChild<QWidget*>(name)) return w;
-    for (QWidget* w : window->findChildren<QWidget*>())
-        if (captionof(w) == plain(name)) return w;
-    refuse(form + " has no control " + name);
-}
-
-template <typename T>
-T* findkind(const QString& form, const QString& name, const char* kind) {
-    T* const w = qobject_cast<T*>(findcontrol(form, name));
-    if (w == nullptr) refuse(name + " of " + form + " is no " + kind);
-    return w;
-}
-
-void needenabled(const QWidget* w, const QString& name) {
-    if (!w->isEnabled()) refuse(name + " is disabled");
-    if (!w->isVisible()) refuse(name + " is hidden");
-}
-
-void presskey(QWidget* w, int key, const QString& text = QString()) {
-    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QApplication::sendEvent(w, &down);
-    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
-    QApplication::sendEvent(w, &up);
-}
-
-// Typed key by key, then left as a user leaves a field.
-void type(QLineEdit* edit, const QString& value) {
-    edit->setFocus();
-    edit->selectAll();
-    if (value.isEmpty()) presskey(edit, Qt::Key_Delete);
-    for (const QChar c : value) presskey(edit, 0, QString(c));
-}
-
-void leave(QLineEdit* edit) {
-    if (edit->hasFocus())
-        edit->clearFocus();
-    else
-        QMetaObject::invokeMethod(edit, "editingFinished");
-}
-
 // --- commands -----------------------------------------------------------------------------------
-
-void setcontrol(const QString& form, const QString& name, const QString& value) {
-    QWidget* const w = findcontrol(form, name);
-    needenabled(w, name);
-    if (auto* const edit = qobject_cast<QLineEdit*>(w)) {
-        type(edit, value);
-        leave(edit);
-    } else if (auto* const combo = qobject_cast<QComboBox*>(w); combo && combo->isEditable()) {
-        type(combo->lineEdit(), value);
-        leave(combo->lineEdit());
-    } else if (auto* const spin = qobject_cast<QSpinBox*>(w)) {
-        spin->setValue(value.toInt());
-    } else if (auto* const slider = qobject_cast<QAbstractSlider*>(w)) {
-        slider->setValue(value.toInt());
-    } else if (auto* const text = qobject_cast<QPlainTextEdit*>(w)) {
-        text->setPlainText(value);
-    } else {
-        refuse(name + " of " + form + " takes no text");
-    }
-}
-
-void choose(const QString& form, const QString& name, const QString& text) {
-    QWidget* const w = findcontrol(form, name);
-    needenabled(w, name);
-    if (auto* const combo = qobject_cast<QComboBox*>(w)) {
-        const int i = combo->findText(text);
-        if (i < 0) refuse(name + " holds no entry \"" + text + "\"");
-        combo->setCurrentIndex(i);
-        emit combo->activated(i);
-        emit combo->textActivated(text);
-    } else if (auto* const list = qobject_cast<QListWidget*>(w)) {
-        const auto items = list->findItems(text, Qt::MatchExactly);
-        if (items.isEmpty()) refuse(name + " holds no entry \"" + text + "\"");
-        list->setCurrentItem(items.first());
-        emit list->itemClicked(items.first());
-    } else if (auto* const tabs = qobject_cast<QTabBar*>(w)) {
-        for (int i = 0; i < tabs->count(); ++i)
-            if (plain(tabs->tabText(i)) == plain(text)) return tabs->setCurrentIndex(i);
-        refuse(name + " has no page \"" + text + "\"");
-    } else if (auto* const pages = qobject_cast<QTabWidget*>(w)) {
-        for (int i = 0; i < pages->count(); ++i)
-            if (plain(pages->tabText(i)) == plain(text)) return pages->setCurrentIndex(i);
-        refuse(name + " has no page \"" + text + "\"");
-    } else {
-        refuse(name + " of " + form + " is no list");
-    }
-}
-
-void checkcontrol(const QString& form, const QString& name, bool on) {
-    auto* const b = findkind<QAbstractButton>(form, name, "check box or option");
-    needenabled(b, name);
-    if (b->isChecked() != on) b->click();
-}
-
-void presscontrol(const QString& form, const QString& name) {
-    if (form == "main")
-        if (auto* const action = themainwindow->findChild<QAction*>(name)) {
-            if (!action->isEnabled()) refuse(name + " is disabled");
-            action->trigger();
-            return;
-        }
-    auto* const b = findkind<QAbstractButton>(form, name, "button");
-    needenabled(b, name);
-    b->click();
-}
 
 void runmenu(const QString& path) {
     themainwindow->refresh();
@@ -186,15 +47,6 @@ void runmenu(const QString& path) {
     if (action == nullptr) refuse("there is no menu item " + path);
     if (!action->isEnabled()) refuse("the menu item " + path + " is disabled");
     action->trigger();
-}
-
-void setcell(const QString& form, const QString& name, int row, int column, const QString& value) {
-    auto* const grid = findkind<QTableWidget>(form, name, "grid");
-    if (row < 0 || row >= grid->rowCount() || column < 0 || column >= grid->columnCount())
-        refuse(QString("%1 has no cell %2, %3").arg(name).arg(row).arg(column));
-    grid->setCurrentCell(row, column);
-    if (grid->item(row, column) == nullptr) grid->setItem(row, column, new QTableWidgetItem);
-    grid->item(row, column)->setText(value);
 }
 
 viewwidget* viewof(const QString& word) {
@@ -243,12 +95,17 @@ QPointF placeof(int nview, double x, double y, double z) {
     return {scrx, scry};
 }
 
-void pressmainkey(const QString& name) {
-    if (name == "ESC") return presskey(themainwindow, Qt::Key_Escape);
-    if (name == "ENTER") return presskey(themainwindow, Qt::Key_Return);
-    if (name == "SPACE") return presskey(themainwindow, Qt::Key_Space, " ");
-    if (name == "BACKSPACE") return presskey(themainwindow, Qt::Key_Backspace);
-    refuse("keys are ESC, ENTER, SPACE and BACKSPACE, not " + name);
+void pressnamedkey(QWidget* w, const QString& name) {
+    static const std::pair<const char*, int> keys[] = {
+        {"ESC", Qt::Key_Escape},  {"ENTER", Qt::Key_Return},
+        {"SPACE", Qt::Key_Space}, {"BACKSPACE", Qt::Key_Backspace},
+        {"TAB", Qt::Key_Tab},     {"F6", Qt::Key_F6},
+        {"LEFT", Qt::Key_Left},   {"RIGHT", Qt::Key_Right},
+        {"UP", Qt::Key_Up},       {"DOWN", Qt::Key_Down}};
+    for (const auto& [text, key] : keys)
+        if (name == text) return presskey(w, key, key == Qt::Key_Space ? " " : "");
+    refuse("there is no key " + name +
+           "; keys are ESC, ENTER, SPACE, BACKSPACE, TAB, F6, LEFT, RIGHT, UP and DOWN");
 }
 
 void typecommand(const QString& text) {
@@ -266,8 +123,16 @@ void savepicture(const QImage& image, const QString& path) {
 QImage windowpicture() {
     QImage all = themainwindow->grab().toImage();
     QPainter p(&all);
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (w == themainwindow || !w->isVisible() || !qobject_cast<QDialog*>(w)) continue;
+    QWidgetList shown;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w != themainwindow && w->isVisible() && qobject_cast<QDialog*>(w)) shown << w;
+    // A dialog lies above the one that it was opened from.
+    std::ranges::stable_sort(shown, {}, [](const QWidget* w) {
+        int depth = 0;
+        while ((w = w->parentWidget())) ++depth;
+        return depth;
+    });
+    for (QWidget* w : shown) {
         const QPixmap picture = w->grab();
         const QSize size = picture.deviceIndependentSize().toSize();
         const QPoint corner((themainwindow->width() - size.width()) / 2,
@@ -282,36 +147,6 @@ bool asnumber(const QString& text, double& value) {
     bool good = false;
     value = text.toDouble(&good);
     return good;
-}
-
-QStringList textsof(const QListWidget* list) {
-    QStringList rows;
-    for (int i = 0; i < list->count(); ++i) rows << list->item(i)->text();
-    return rows;
-}
-
-// What a control of an open dialog shows, by the name "FORM.CONTROL"; "hidden" where it is.
-bool controlvalue(const QString& name, QString& value) {
-    const qsizetype dot = name.indexOf('.');
-    if (dot < 0) return false;
-    const QWidget* const w = findcontrol(name.left(dot), name.mid(dot + 1));
-    if (!w->isVisible())
-        value = "hidden";
-    else if (const auto* label = qobject_cast<const QLabel*>(w))
-        value = label->text();
-    else if (const auto* edit = qobject_cast<const QLineEdit*>(w))
-        value = edit->text();
-    else if (const auto* combo = qobject_cast<const QComboBox*>(w))
-        value = combo->currentText();
-    else if (const auto* group = qobject_cast<const QGroupBox*>(w))
-        value = group->title();
-    else if (const auto* list = qobject_cast<const QListWidget*>(w))
-        value = textsof(list).join('|');
-    else if (const auto* b = qobject_cast<const QAbstractButton*>(w))
-        value = b->isCheckable() ? (b->isChecked() ? "-1" : "0") : b->text();
-    else
-        return false;
-    return true;
 }
 
 bool namedvalue(const QString& name, QString& value) {
@@ -385,16 +220,31 @@ bool scriptplayer::load(const QString& file) {
 }
 
 QString scriptplayer::inscript(const QString& file) const {
+    const QString mark = "results:";
+    if (file.startsWith(mark)) return QDir(results).absoluteFilePath(file.mid(mark.size()));
     return file.isEmpty() ? file : QDir(folder).absoluteFilePath(file);
+}
+
+// Installed scripts lie where nothing can be written.
+void scriptplayer::setresults(const QString& directory) {
+    results = QDir::cleanPath(inscript(directory));
+    QDir().mkpath(results);
+    if (iswritable(results.toStdString())) return;
+    results = QDir(QString::fromStdString(appdir)).absoluteFilePath(QFileInfo(results).fileName());
+    QDir().mkpath(results);
+    if (!iswritable(results.toStdString())) refuse("nothing can be written to " + results);
+    QTextStream(stdout) << "Results are in " << results << "\n";
 }
 
 bool scriptplayer::play() {
     for (int i = 0; i < lines.size(); ++i) {
         const QString line = lines[i].trimmed();
         if (line.isEmpty() || line.startsWith('#')) continue;
+        if (stopped) return false;
         try {
             if (!run(line)) refuse("unknown command \"" + line + "\"");
             settle();
+            if (pauses) pause(afterline);
             if (!theplatform().unanswered.empty()) {
                 const QString question = QString::fromStdString(theplatform().unanswered);
                 theplatform().unanswered.clear();
@@ -407,6 +257,13 @@ bool scriptplayer::play() {
         }
     }
     return true;
+}
+
+// In small steps: a stop takes effect at once.
+void scriptplayer::pause(int milliseconds) {
+    const int step = 50;
+    for (int gone = 0; gone < milliseconds && !stopped; gone += step)
+        theplatform().yield(std::min(step, milliseconds - gone));
 }
 
 bool scriptplayer::run(const QString& line) {
@@ -423,6 +280,9 @@ bool scriptplayer::run(const QString& line) {
     } else if (verb == "file") {
         need(1);
         theplatform().filequeue.push_back(inscript(rest(1)).toStdString());
+    } else if (verb == "results") {
+        need(1);
+        setresults(rest(1));
     } else if (verb == "answer") {
         need(1);
         queueanswer(words[1]);
@@ -442,9 +302,17 @@ bool scriptplayer::run(const QString& line) {
         need(5);
         drag(viewof(words[1]), {numberin(words[2]), numberin(words[3])},
              {numberin(words[4]), numberin(words[5])});
+    } else if (verb == "pickbox") {
+        need(7);
+        const auto corner = [&](int i) {
+            return placeof(words[1].toInt(), numberin(words[i]), numberin(words[i + 1]),
+                           numberin(words[i + 2]));
+        };
+        viewwidget* const view = viewof(words[1]);
+        drag(view, corner(2), corner(5));
     } else if (verb == "key") {
         need(1);
-        pressmainkey(words[1]);
+        pressnamedkey(n >= 3 ? findcontrol(words[2], words[3]) : themainwindow, words[1]);
     } else if (verb == "set") {
         need(2);
         setcontrol(words[1], words[2], rest(3));
@@ -478,7 +346,7 @@ bool scriptplayer::run(const QString& line) {
         if (say) say(rest(1));
     } else if (verb == "wait") {
         need(1);
-        if (pauses) theplatform().yield(int(numberin(words[1])));
+        if (pauses) pause(int(numberin(words[1])));
     } else {
         return false;
     }

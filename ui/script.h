@@ -15,14 +15,18 @@ class scriptplayer {
     bool load(const QString& path);
     // Plays all lines. False at the first line that fails; fault names it.
     bool play();
-    QString fault;        // "tour.kds, line 12: ..."
-    bool pauses = false;  // of `wait`: kept in the demonstration, skipped otherwise
+    QString fault;         // "tour.kds, line 12: ..."
+    bool pauses = false;   // of `wait` and after each line: kept in the demonstration alone
+    bool stopped = false;  // set from outside: play ends before the next line, without a fault
     std::function<void(const QString&)> say;  // explaining texts
 
   private:
     bool run(const QString& line);
+    void pause(int milliseconds);
     QString inscript(const QString& path) const;
+    void setresults(const QString& directory);
     QString path, folder;
+    QString results;  // directory of the names that begin with "results:"
     QStringList lines;
 };
 

@@ -204,6 +204,7 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(editelemload),
         NAMED(zoomwinmode),
         NAMED(viewselpending),
+        NAMED(postselpending),
         NAMED(windowdrag),
         NAMED(movepending),
         NAMED(editing),

@@ -19,6 +19,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
+#include "edit/selection.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -66,8 +67,8 @@ class viewdialog : public QDialog {
         auto* const edit = new QLineEdit(this);
         edit->setObjectName(QString("Text1(%1)").arg(box));
         edit->setMinimumWidth(130);
-        grid->addWidget(edit, row, 1);
-        grid->addWidget(new QLabel(unit, this), row, 2);
+        grid->addWidget(edit, row, 1, 1, *unit ? 1 : 2);
+        if (*unit) grid->addWidget(new QLabel(unit, this), row, 2);
         boxes[box] = edit;
         connect(edit, &QLineEdit::editingFinished, this, guardedhandler([this, box] {
                     take();
@@ -79,7 +80,9 @@ class viewdialog : public QDialog {
     QGridLayout* addframe(QBoxLayout* column, const char* caption) {
         auto* const frame = new QGroupBox(caption, this);
         column->addWidget(frame);
-        return new QGridLayout(frame);
+        auto* const grid = new QGridLayout(frame);
+        grid->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(viewboxcaptions[boxunit]));
+        return grid;
     }
     void buildpoint(QBoxLayout* column) {
         QGridLayout* const grid = addframe(column, "View point");
@@ -136,6 +139,7 @@ class viewdialog : public QDialog {
                     take();
                     getvalues(form);
                     hide();
+                    setselectitem(selectelements);
                     startviewselection();
                 }));
     }
@@ -216,6 +220,7 @@ class viewdialog : public QDialog {
         }
     }
     void choose(int option) {
+        if (option == 1 && groups->currentIndex() < 0) groups->setCurrentIndex(0);
         take();
         getvalues(form);
         chooseoption(form, option, groups->currentText().toStdString());
@@ -230,18 +235,19 @@ class viewdialog : public QDialog {
         for (int i = 0; i < viewboxcount; ++i) form.box[i] = boxes[i]->text().toStdString();
         for (int i = 0; i < 3; ++i)
             if (options[i]->isChecked()) form.option = i;
-        if (form.option == 1) form.group = groups->currentText().toStdString();
+        form.group = groups->currentText().toStdString();
     }
     void showform() {
         for (int i = 0; i < viewboxcount; ++i) showtext(boxes[i], form.box[i]);
         options[form.option]->setChecked(true);
-        if (const int i = groups->findText(qtext(form.group)); i >= 0) groups->setCurrentIndex(i);
+        groups->setCurrentIndex(groups->findText(qtext(form.group)));
         selected->setText(qtext(form.selected));
         heading->setText("<b>" + qtext(form.heading) + "</b>");
         for (int v = 1; v <= 4; ++v) {
             const QColor colour = v == form.current ? qtcolor(backcolor) : QColor(192, 192, 192);
             preview[v - 1]->setStyleSheet(
-                QString("QToolButton { background: %1; color: %2; border: 1px solid gray; }")
+                QString("QToolButton { background: %1; color: %2; border: 1px solid gray; }"
+                        "QToolButton:focus { border: 3px solid palette(highlight); }")
                     .arg(colour.name(), colour.lightness() > 128 ? "black" : "white"));
         }
     }

@@ -4,11 +4,13 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/hover.h"
 #include "post/probe.h"
 #include "ui/icons.h"
 #include "view/moddraw.h"
@@ -60,8 +62,7 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     connect(&hovering, &QTimer::timeout, this, [this] {
         if (menulock || !isVisible()) return;
         hover(nview, pointer.x(), pointer.y());
-        const std::string value = valueunder(nview, pointer.x(), pointer.y());
-        if (!value.empty()) door().showstatus(value);
+        tellvalue(nview, pointer.x(), pointer.y());
     });
 }
 
@@ -73,13 +74,24 @@ double viewwidget::pixelspertwip() const {
     return logicalDpiX() / twipsperinch;
 }
 
-void viewwidget::sizesurface() {
-    surface.resize(width(), height(), devicePixelRatioF(), pixelspercm());
+static bool barsshown() {
+    return mnuSettingsItem(2).checked;
 }
 
-void viewwidget::setbars(const scrollrange& newrange, bool shown) {
-    range = newrange;
-    barsshown = shown;
+int viewwidget::barwidth() const {
+    const int least = 14;
+    const double t = scrollbarsof(0, 0, door().workarea().width).thickness;
+    return std::max(least, int(std::lround(t * pixelspercm())));
+}
+
+// What is drawn lies beside the bars, not under them.
+void viewwidget::sizesurface() {
+    const int bars = barsshown() ? barwidth() : 0;
+    surface.resize(std::max(width() - bars, 1), std::max(height() - bars, 1), devicePixelRatioF(),
+                   pixelspercm());
+}
+
+void viewwidget::setbars(const scrollrange& range) {
     layoutbars();
     for (QScrollBar* bar : {horizontal, vertical}) {
         const QSignalBlocker quiet(bar);
@@ -90,7 +102,7 @@ void viewwidget::setbars(const scrollrange& newrange, bool shown) {
 }
 
 void viewwidget::layoutbars() {
-    const int t = std::max(14, int(std::lround(range.thickness * pixelspercm())));
+    const int t = barwidth();
     horizontal->setGeometry(0, height() - t, width() - 3 * t, t);
     vertical->setGeometry(width() - t, 0, t, height() - t);
     smaller->setGeometry(width() - 3 * t, height() - t, t, t);
@@ -98,10 +110,10 @@ void viewwidget::layoutbars() {
     larger->setGeometry(width() - t, height() - t, t, t);
     for (QToolButton* b : {smaller, fit, larger}) {
         b->setIconSize(QSize(t - 4, t - 4));
-        b->setVisible(barsshown);
+        b->setVisible(barsshown());
     }
-    horizontal->setVisible(barsshown);
-    vertical->setVisible(barsshown);
+    horizontal->setVisible(barsshown());
+    vertical->setVisible(barsshown());
 }
 
 void viewwidget::paintEvent(QPaintEvent*) {
@@ -168,6 +180,12 @@ void viewwidget::wheelEvent(QWheelEvent* event) {
     activeview = nview;
     zoomview(nview, at.x(), at.y(), std::pow(wheelfactor, event->angleDelta().y() / notch));
     redrawsoon();
+    event->accept();
+}
+
+// By the menu key; the pointer's right button is told by its press.
+void viewwidget::contextMenuEvent(QContextMenuEvent* event) {
+    if (!menulock && event->reason() == QContextMenuEvent::Keyboard) showviewmenu(nview);
     event->accept();
 }
 

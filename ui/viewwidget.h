@@ -20,7 +20,7 @@ class viewwidget : public QWidget {
     // Logical pixels a centimetre and a twip of this screen.
     double pixelspercm() const;
     double pixelspertwip() const;
-    void setbars(const scrollrange& range, bool shown);
+    void setbars(const scrollrange& range);
     void sizesurface();
 
   protected:
@@ -30,18 +30,18 @@ class viewwidget : public QWidget {
     void mouseMoveEvent(QMouseEvent*) override;
     void mouseReleaseEvent(QMouseEvent*) override;
     void wheelEvent(QWheelEvent*) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent*) override;
 
   private:
     QPointF place(const QPointF& pixel) const;  // centimetres
     void redrawsoon();
+    int barwidth() const;  // logical pixels
     void layoutbars();
 
     int nview;
     QScrollBar *horizontal, *vertical;
     QToolButton *smaller, *fit, *larger;
-    scrollrange range;
-    bool barsshown = false;
     QPointF panfrom;
     bool panning = false;
     QPointF pointer;  // centimetres

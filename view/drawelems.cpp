@@ -2,6 +2,8 @@
 // Drawing of nodes and elements.
 #include "view/drawelems.h"
 
+#include <algorithm>
+
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/numtext.h"
@@ -157,22 +159,26 @@ void drawelementlabel(int e, int nview) {
     // On a filled element the label stands in the inverse of the filling.
     const colour c = s->fillsolid ? invertcolor(s->fillcolor) : elemlabelcolor;
     s->textcolor = drawcolor == backcolor ? backcolor : c;
-    const double length = double(label.size());
+    const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };  // a character, in UTF-8
+    const double length = double(std::ranges::count_if(label, begins));
     s->moveto(scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0);
     s->text(label);
 }
 
-static void drawelementnodes(surface& s, int e, int nview) {
+void drawelementnodes(int e, int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
     const colour before = drawcolor;
+    const bool solid = s->fillsolid;
     if (drawcolor != backcolor) drawcolor = nodecolor;
-    s.fillsolid = true;
+    s->fillsolid = true;
     for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) {
         nodecurrent = int(elems(e, k));
         setnode(nodecurrent, nview);
         projectpoint(nview);
         if (isinslab()) drawnode(nview);
     }
-    s.fillsolid = false;
+    s->fillsolid = solid;
     drawcolor = before;
 }
 
@@ -208,16 +214,17 @@ void drawelement(int e, int nview) {
     s->drawwidth = 1;
     drawelementlabel(e, nview);
     if (mnudrawlist(0).checked && (mnudrawlist(10).checked || viewtype(nview) != 0))
-        drawelementnodes(*s, e, nview);
+        drawelementnodes(e, nview);
 }
 
 void drawallelements(int nview) {
     prepareview(nview);
     const colour before = drawcolor;
-    const bool shape = undeformed == 0;  // a shape keeps its one colour
+    // A shape keeps its one colour, unless groups are told apart by theirs.
+    const bool own = undeformed == 1 || elemlabeltype(4).checked;
     for (int e = 1; e <= nelems(); ++e) {
         if (elems(e, 0) == 0) continue;
-        if (!shape) drawcolor = colourofelement(e);
+        if (own) drawcolor = colourofelement(e);
         drawelement(e, nview);
     }
     drawcolor = before;

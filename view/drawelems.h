@@ -34,6 +34,8 @@ colour colourofelement(int e);
 // Mean of the node positions as drawn, scaled, into curx, cury, curz.
 void setcentre(int e, int nview);
 void drawelementlabel(int e, int nview);
+// Those inside the depth slab, in nodecolor.
+void drawelementnodes(int e, int nview);
 
 // The second lists tmpnodes and tmpelems, a mesh or a model not yet in the model, in drawcolor:
 // elements as open chains. previewbuffers has them drawn as a layer of their own.

@@ -123,22 +123,6 @@ static colour shadeofelement(int e, const direction& light, const direction& eye
 
 // --- the pass -----------------------------------------------------------------------------------
 
-static void drawnodesandlabel(surface& s, int e, int nview, int elnn) {
-    if (mnudrawlist(0).checked) {
-        const colour before = drawcolor;
-        if (drawcolor != backcolor) drawcolor = nodecolor;
-        s.fillsolid = true;
-        for (int k = 1; k <= elnn; ++k) {
-            nodecurrent = int(elems(e, k));
-            setnode(nodecurrent, nview);
-            projectpoint(nview);
-            if (isinslab()) drawnode(nview);
-        }
-        drawcolor = before;
-    }
-    drawelementlabel(e, nview);
-}
-
 void drawfacet(int e, int nview) {
     surface* const s = target(nview);
     if (e == 0 || s == nullptr || !isshown(e, nview)) return;
@@ -161,7 +145,8 @@ void drawfacet(int e, int nview) {
     }
     s->fillsolid = true;
     s->polygon(corner, elnn, drawcolor);
-    drawnodesandlabel(*s, e, nview, elnn);
+    if (mnudrawlist(0).checked) drawelementnodes(e, nview);
+    drawelementlabel(e, nview);  // in the inverse of the filling
     s->fillcolor = fill;
     s->fillsolid = false;
     drawcolor = before;
@@ -183,14 +168,17 @@ static void drawfacets(int nview) {
         s->fillcolor = shadingon ? shadeofelement(e, light, eye) : hidcolor;
         drawcolor = undeformed == 1 ? colourofelement(e) : outline;
         drawfacet(e, nview);
-        if (axes) drawlocalaxes(e, nview);
+        if (axes && isshown(e, nview)) drawlocalaxes(e, nview);
     }
-    drawcolor = outline;
 }
 
+// What a facet was drawn with does not reach the layers after a pass that failed.
 void drawhidden(int nview) {
+    const colour outline = drawcolor;
     guarded([&] { drawfacets(nview); },
             [](const runtimeerror&) {
                 door().message("Error Hiddenline; Try agian", icons::exclamation);
             });
+    drawcolor = outline;
+    if (surface* const s = target(nview)) s->fillsolid = false;
 }

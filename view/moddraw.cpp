@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "core/model.h"
 #include "core/platform.h"
@@ -57,7 +58,8 @@ static void drawdeformed(int nview) {
 }
 
 static void drawallaxes(int nview) {
-    for (int e = 1; e <= nelems(); ++e) drawlocalaxes(e, nview);
+    for (int e = 1; e <= nelems(); ++e)
+        if (isshown(e, nview)) drawlocalaxes(e, nview);
 }
 
 static void drawallreleases(int nview) {
@@ -65,7 +67,7 @@ static void drawallreleases(int nview) {
     if (s == nullptr) return;
     s->drawwidth = 3;
     for (int e = 1; e <= nelems(); ++e)
-        for (int end = 1; end <= 2; ++end) drawendrelease(e, end, nview);
+        for (int end = 1; end <= 2 && isshown(e, nview); ++end) drawendrelease(e, end, nview);
     s->drawwidth = 1;
 }
 
@@ -120,6 +122,7 @@ void wirelayers() {
     setlayer(
         layers::endreleases, planes::results,
         [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
+    setlayer(layers::extremes, planes::results, always, nullptr);
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
     setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);
@@ -130,12 +133,6 @@ void wirelayers() {
             if (drawcolor != backcolor) drawcolor = freecolor;
             drawbuffers(v);
         });
-    setlayer(
-        layers::legend, planes::pointer,
-        [](int v) {
-            return toprinter == 1 && v == 1 && (menupostItem(2).checked || menupostItem(4).checked);
-        },
-        nullptr);
 }
 
 static void drawlayer(layers which, int nview) {
@@ -145,7 +142,10 @@ static void drawlayer(layers which, int nview) {
     row.draw(nview);
 }
 
+long picturesdrawn;
+
 void drawview(int nview) {
+    ++picturesdrawn;
     surface* const s = target(nview);
     if (s == nullptr) return;
     const hourglass wait;
@@ -175,6 +175,51 @@ void drawselectionall() {
     showviews();
 }
 
+static void drawonmodel(bool erase) {
+    ++picturesdrawn;
+    static const std::pair<layers, const colour*> rows[] = {
+        {layers::selectedpatches, &edgecolor},
+        {layers::selectedelements, &meshcolor},
+        {layers::selectednodes, &nodecolor},
+        {layers::selectedgraphics, &graphcolor}};
+    const keptpoint kept;
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr) continue;
+        s->toplane(planes::model);
+        s->erasing = erase;
+        for (const auto& [which, own] : rows) {
+            drawcolor = erase ? backcolor : *own;
+            if (layer(which).draw) layer(which).draw(v);
+        }
+        s->show();
+        s->erasing = false;
+    }
+    drawcolor = meshcolor;
+}
+
+void eraseselected() {
+    drawonmodel(true);
+}
+
+void drawselectedplain() {
+    drawonmodel(false);
+}
+
+void drawinviews(const std::function<void(int nview)>& draw) {
+    const keptpoint kept;
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr) continue;
+        prepareview(v);
+        s->toplane(planes::model);
+        draw(v);
+        s->toplane(planes::marks);
+        s->show();
+    }
+    drawcolor = meshcolor;
+}
+
 void showviews() {
     for (int v = 1; v <= shownviews(); ++v)
         if (surface* const s = target(v)) s->show();
@@ -193,6 +238,7 @@ void drawtriad(int nview) {
     static const colour axiscolors[] = {rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
     static const char* const letters[] = {"X", "Y", "Z"};
     s->drawwidth = 1;
+    s->font = labelfont();
     const keptpoint kept;
     for (int axis = 0; axis < 3; ++axis) {
         scrx = vieww / 2;

@@ -25,12 +25,12 @@ enum class layers {
     elementstress,
     localaxes,
     endreleases,
+    extremes,  // marks of the highest and lowest value of a plot
     selectedpatches,
     selectedelements,
     selectednodes,
     selectedgraphics,
     selectedothers,  // previews of the second lists and whatever else stands above all
-    legend,          // scale of a result, on the printed page alone; on screen it is a picture
     count
 };
 
@@ -45,11 +45,19 @@ void wirelayers();
 
 void drawview(int nview);
 void redrawall();
+extern long picturesdrawn;  // rises whenever the picture of the model is drawn or changed
 // The selection's layers alone, in drawcolor: backcolor erases, selcolor shows.
 void drawselection(int nview);
 void drawselectionall();
+// The selected items on the plane of the model, in all views: taken from the picture before an edit
+// after which the views are not redrawn, and brought back in their own colours after it.
+void eraseselected();
+void drawselectedplain();
 // Number of views on show: 1 or 4.
 int shownviews();
+// Calls draw(view) for each view on show, prepared for points of the model and ready to draw
+// beneath the marks; what is drawn becomes visible. The point in work is kept.
+void drawinviews(const std::function<void(int nview)>& draw);
 void showviews();  // what was drawn becomes visible in all views
 
 void drawtriad(int nview);

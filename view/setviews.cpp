@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "view/moddraw.h"
@@ -77,9 +78,23 @@ void setscrollbars() {
     const twipbox work = door().workarea();
     const scrollrange range = scrollbarsof(vieww, viewh, work.width);
     for (int v = 1; v <= nviews; ++v) {
-        door().setscrollbars(v, range, mnuSettingsItem(2).checked);
+        door().setscrollbars(v, range);
         lasthorizontal[v] = lastvertical[v] = 0;
     }
+}
+
+// A view keeps its scale and point where others would be nothing or beyond a Single.
+static void setscale(int nview, double scale) {
+    const float single = float(scale);
+    if (std::isfinite(single) && single != 0) viewscale(nview) = single;
+}
+
+static void setviewpoint(int nview, double x, double y, double z) {
+    const float at[] = {float(x), float(y), float(z)};
+    if (!std::isfinite(at[0]) || !std::isfinite(at[1]) || !std::isfinite(at[2])) return;
+    viewptx(nview) = at[0];
+    viewpty(nview) = at[1];
+    viewptz(nview) = at[2];
 }
 
 // Moves the view point by the way from one place of the surface to another (cm).
@@ -93,9 +108,8 @@ static void movepoint(int nview, double fromx, double fromy, double tox, double 
     scry = toy;
     unprojectpoint(nview);
     const float scale = viewscale(nview);
-    viewptx(nview) = viewptx(nview) + (curx - oldx) / scale;
-    viewpty(nview) = viewpty(nview) + (cury - oldy) / scale;
-    viewptz(nview) = viewptz(nview) + (curz - oldz) / scale;
+    setviewpoint(nview, viewptx(nview) + (curx - oldx) / scale,
+                 viewpty(nview) + (cury - oldy) / scale, viewptz(nview) + (curz - oldz) / scale);
 }
 
 void scrollview(int nview, int horizontal, int vertical) {
@@ -122,9 +136,8 @@ void zoomview(int nview, double x, double y, double factor) {
     scrx = x;
     scry = y;
     unprojectpoint(nview);
-    viewptx(nview) = float(viewptx(nview) + (before[0] - modelx));
-    viewpty(nview) = float(viewpty(nview) + (before[1] - modely));
-    viewptz(nview) = float(viewptz(nview) + (before[2] - modelz));
+    setviewpoint(nview, viewptx(nview) + (before[0] - modelx),
+                 viewpty(nview) + (before[1] - modely), viewptz(nview) + (before[2] - modelz));
 }
 
 void setpreset(int nview, int preset) {
@@ -139,15 +152,18 @@ void turnview(int nview, double horizontal, double vertical) {
     drawview(nview);
 }
 
-void halveview(int nview) {
-    viewscale(nview) = viewscale(nview) / 2;
+void scaleview(int nview, double factor) {
+    setscale(nview, viewscale(nview) * factor);
     drawview(nview);
+}
+
+void halveview(int nview) {
+    scaleview(nview, 0.5);
     setscrollbars();
 }
 
 void doubleview(int nview) {
-    viewscale(nview) = viewscale(nview) * 2;
-    drawview(nview);
+    scaleview(nview, 2);
     setscrollbars();
 }
 
@@ -156,11 +172,17 @@ void fitview(int nview) {
     drawview(nview);
 }
 
+void copyvisibility(int from, int to) {
+    viewselnum(to) = viewselnum(from);
+    for (int e = 1; e <= nelems(); ++e) elemvis(to, e) = elemvis(from, e);
+}
+
 static void copyparameters(int from, int to) {
     for (auto* list : {&viewptx, &viewpty, &viewptz, &viewvert, &viewhor, &viewscale, &viewdist,
                        &viewaw, &viewdepth})
         (*list)(to) = (*list)(from);
-    for (auto* list : {&viewgroup, &viewtype, &viewselnum}) (*list)(to) = (*list)(from);
+    for (auto* list : {&viewgroup, &viewtype}) (*list)(to) = (*list)(from);
+    copyvisibility(from, to);
 }
 
 void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2) {
@@ -171,13 +193,11 @@ void copyview(int sourceview, int targetview, double x1, double y1, double x2, d
     scrx = (x1 + x2) / 2;
     scry = (y1 + y2) / 2;
     unprojectpoint(targetview);
-    viewptx(targetview) = float(modelx);
-    viewpty(targetview) = float(modely);
-    viewptz(targetview) = float(modelz);
+    setviewpoint(targetview, modelx, modely, modelz);
     const double r = a < b ? b : a;
     const double d = vieww < viewh ? vieww : viewh;
     const double q = r / viewscale(targetview);
-    viewscale(targetview) = q == 0 ? 1.0f : float(d / q);
+    setscale(targetview, q == 0 ? 1 : d / q);
 }
 
 void leastwindow(double& width, double& height) {

@@ -25,6 +25,7 @@ extern const viewpreset viewpresets[4];
 void setpreset(int nview, int preset);
 void turnview(int nview, double horizontal, double vertical);  // by degrees
 
+void scaleview(int nview, double factor);
 void halveview(int nview);   // the button zoomin1: makes the picture smaller
 void doubleview(int nview);  // the button zoomout1
 void fitview(int nview);
@@ -34,6 +35,8 @@ void zoomview(int nview, double x, double y, double factor);
 // Moves the picture by centimetres on the surface.
 void panview(int nview, double dx, double dy);
 
+// The elements that a view of a group or a selection shows, to another view.
+void copyvisibility(int from, int to);
 // Copies every parameter of a view to another and zooms that one on the rectangle with corners
 // (x1,y1), (x2,y2) in centimetres.
 void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2);

@@ -52,6 +52,9 @@ struct surface {
     void lineto(double x, double y, colour c) { line(currentx, currenty, x, y, c); }
 
     bool smooth = true;  // edges are smoothed; off for pictures of very many strokes
+    // What is drawn in the colour of the background takes the same drawn before away, with its
+    // smoothed edges. On the planes above the model it does so always.
+    bool erasing = false;
     // Settings of the next operations.
     double currentx = 0, currenty = 0;  // line, line to and point move it to their end
     int drawwidth = 1;                  // pixels

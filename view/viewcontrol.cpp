@@ -37,6 +37,7 @@ static std::string storedtext(int box, int nview) {
 
 void showvalues(viewform& form, int nview) {
     for (int box = 0; box < viewboxcount; ++box) form.box[box] = storedtext(box, nview);
+    form.pasted = 0;
     form.option = viewtype(nview);
     form.group0 = viewgroup(nview);
     form.group = form.group0 >= 1 && form.group0 <= ngroups() ? groupname(form.group0) : "";
@@ -47,68 +48,6 @@ void showvalues(viewform& form, int nview) {
 void getvgroup(viewform& form) {
     for (int g = 1; g <= ngroups(); ++g)
         if (groupname(g) == form.group) form.group0 = g;
-}
-
-void getvalues(viewform& form) {
-    const int v = form.current;
-    for (int box = 0; box < viewboxcount; ++box) {
-        double value = 0;
-        if (!readnumber(form.box[box], value)) return;
-        if (box == boxunit) {
-            if (value > 0 && value <= greatestunit) unitveclen = value;
-        } else if (box != boxscale || value > 0) {
-            listof(box)(v) = float(isangle(box) ? toradians(value) : value);
-        }
-    }
-    getvgroup(form);
-    viewgroup(v) = form.group.empty() && form.option != 1 ? 0 : form.group0;
-    viewtype(v) = form.option;
-}
-
-// Radians to degrees with the short constant: the way back of this one box.
-static std::string shortdegrees(float radians) {
-    const double shortpi = 3.1415;
-    return numbertext(double(radians) * 180 / shortpi);
-}
-
-void leavebox(viewform& form, int box) {
-    if (box == boxaw || box == boxdepth) return;
-    double value = 0;
-    bool good = readnumber(form.box[box], value);
-    if (box == boxscale) good = good && value > 0;
-    if (box == boxunit) good = good && value > 0 && value <= greatestunit;
-    if (good) return;
-    form.box[box] =
-        box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
-}
-
-void takeview(viewform& form, int nview) {
-    getvalues(form);
-    form.current = nview;
-    showvalues(form, nview);
-}
-
-void presetboxes(viewform& form, int preset) {
-    form.box[boxvertical] = numbertext(viewpresets[preset].vertical);
-    form.box[boxhorizontal] = numbertext(viewpresets[preset].horizontal);
-}
-
-void pasteview(viewform& form) {
-    if (form.copied != 0) showvalues(form, form.copied);
-}
-
-void autoscaleview(viewform& form) {
-    getvalues(form);
-    autoscale(form.current);
-    showvalues(form, form.current);
-}
-
-void allviews(viewform& form) {
-    getvalues(form);
-    // The fit is taken in the layout that is to come.
-    setfourviews();
-    for (int v = 1; v <= nviews; ++v) autoscale(v);
-    showvalues(form, form.current);
 }
 
 void noteselview(viewform& form, int nview) {
@@ -129,13 +68,102 @@ void noteselview(viewform& form, int nview) {
     form.selected = numbertext(count);
 }
 
+// The choice of elements into the current view; the number of a group counts for a group alone.
+static void storechoice(viewform& form) {
+    getvgroup(form);
+    viewtype(form.current) = form.option;
+    viewgroup(form.current) = form.option == 1 ? form.group0 : 0;
+}
+
+// An eye distance of 0 would show every point at the centre of the view.
+static bool isallowed(int box, double value) {
+    switch (box) {
+        case boxscale:
+            return float(value) > 0;
+        case boxdistance:
+            return float(value) != 0;
+        case boxunit:
+            return value > 0 && value <= greatestunit;
+        default:
+            return true;
+    }
+}
+
+// A number that a Single holds; all but the unit vector are stored as Singles.
+static bool readsingle(const std::string& text, double& value) {
+    return readnumber(text, value) && std::isfinite(float(value));
+}
+
+void getvalues(viewform& form) {
+    const int v = form.current;
+    for (int box = 0; box < viewboxcount; ++box) {
+        double value = 0;
+        if (!readsingle(form.box[box], value)) return;
+        if (box == boxunit) {
+            if (isallowed(box, value)) unitveclen = value;
+        } else if (isallowed(box, value)) {
+            listof(box)(v) = float(isangle(box) ? toradians(value) : value);
+        }
+    }
+    const int type = viewtype(v), group = viewgroup(v);
+    storechoice(form);
+    if (form.pasted != 0)
+        copyvisibility(form.pasted, v);
+    else if (viewtype(v) != type || viewgroup(v) != group)
+        noteselview(form, v);
+    form.pasted = 0;
+}
+
+// Radians to degrees with the short constant: the way back of this one box.
+static std::string shortdegrees(float radians) {
+    const double shortpi = 3.1415;
+    return numbertext(double(radians) * 180 / shortpi);
+}
+
+void leavebox(viewform& form, int box) {
+    if (box == boxaw || box == boxdepth) return;
+    double value = 0;
+    if (readsingle(form.box[box], value) && isallowed(box, value)) return;
+    form.box[box] =
+        box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
+}
+
+void takeview(viewform& form, int nview) {
+    getvalues(form);
+    form.current = nview;
+    showvalues(form, nview);
+}
+
+void presetboxes(viewform& form, int preset) {
+    form.box[boxvertical] = numbertext(viewpresets[preset].vertical);
+    form.box[boxhorizontal] = numbertext(viewpresets[preset].horizontal);
+}
+
+void pasteview(viewform& form) {
+    if (form.copied == 0) return;
+    showvalues(form, form.copied);
+    form.pasted = form.copied;
+}
+
+void autoscaleview(viewform& form) {
+    getvalues(form);
+    autoscale(form.current);
+    showvalues(form, form.current);
+}
+
+void allviews(viewform& form) {
+    getvalues(form);
+    for (int v = 1; v <= nviews; ++v) autoscale(v);
+    showvalues(form, form.current);
+    setfourviews();
+}
+
 void chooseoption(viewform& form, int option, const std::string& group) {
     form.option = option;
     form.group = group;
-    getvgroup(form);
+    form.pasted = 0;
     const int v = form.current;
-    viewtype(v) = option;
-    viewgroup(v) = option == 1 ? form.group0 : 0;
+    storechoice(form);
     if (option != 0) noteselview(form, v);
     drawview(v);
 }
@@ -152,5 +180,6 @@ void endviewselection(viewform& form) {
     form.option = 2;
     viewselnum(v) = int(elemsel(0));
     noteselview(form, v);
+    readyprompt();
     drawview(v);
 }

@@ -22,8 +22,9 @@ extern const char* const viewboxcaptions[viewboxcount];
 struct viewform {
     int current = 1;  // view in edit
     int copied = 0;   // view remembered by Copy, 0 none
+    int pasted = 0;   // view whose values stand in the boxes since Paste, 0 none
     std::string box[viewboxcount];
-    std::string group;     // text of the group list; empty shows all groups
+    std::string group;     // text of the group list; empty before one is chosen
     int option = 0;        // 0 All elements, 1 Group, 2 Selection
     int group0 = 0;        // group number found last
     std::string selected;  // read-only count of the view's selection

@@ -98,8 +98,33 @@ TEST(Commands, AFourthFieldIsToldAndChangesNothing) {
               "Error format direct input command. Use ; as list seperator");
     EXPECT_EQ(room.door.messages[0].title, "Error reading input");
     EXPECT_EQ(room.nodetext(1), "1 0 0");
+    runcommand("dx=1;2;3;");
+    EXPECT_EQ(room.door.messages.size(), 1u) << "an empty fourth field is none";
+    EXPECT_EQ(room.nodetext(1), "2 2 3");
     runcommand("help");
     EXPECT_EQ(room.door.dialogs.back(), "cardhelp");
+}
+
+TEST(Commands, NoCoordinateLeavesTheRangeOfSingles) {
+    commandroom room;
+    resultflag = 0;
+    for (const char* command : {"ax=1E39", "dx=0;0;-1E39", "dx=1E400", "ax=*;1D999",
+                                "sc=1E39;1E39;1E39", "rz=90;1E39", "mxy=1E39", "ax= 1E400"}) {
+        room.door.messages.clear();
+        runcommand(command);
+        EXPECT_EQ(room.door.messages.size(), 1u) << command;
+        EXPECT_EQ(room.nodetext(1), "1 0 0") << command;
+        EXPECT_EQ(room.nodetext(2), "3 2 4") << command;
+        EXPECT_EQ(graphics(1, 2, 1), 10) << command;
+    }
+    EXPECT_EQ(resultflag, 0) << "nothing has changed";
+    startmode(addnodemode);
+    runcommand("ax=1E39");
+    EXPECT_EQ(nnodes(), 3);
+    room.door.messages.clear();
+    runcommand("ax=3E38;-3E38;1E-400");
+    EXPECT_EQ(room.nodetext(4), "3e+38 -3e+38 0");
+    EXPECT_TRUE(room.door.messages.empty());
 }
 
 TEST(Commands, AnEmptySelectionIsNoError) {
@@ -148,6 +173,6 @@ TEST(Commands, AFullModelIsToldAndKept) {
     while (nnodes() < modelsize(1)) addnode(0, 0, 0);
     startmode(addnodemode);
     runcommand("ax=1;1;1");
-    EXPECT_TRUE(room.door.toldpart("Subscript out of range"));
+    EXPECT_TRUE(room.door.toldpart("Increase number of nodes"));
     EXPECT_EQ(nnodes(), modelsize(1));
 }

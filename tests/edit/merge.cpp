@@ -10,7 +10,11 @@
 
 #include "core/model.h"
 #include "core/session.h"
+#include "edit/Edit.h"
+#include "edit/Mouseprocedures.h"
+#include "edit/commands.h"
 #include "edit/renumber.h"
+#include "edit/selection.h"
 #include "tests/support/recorder.h"
 
 namespace {
@@ -159,6 +163,67 @@ TEST(Merge, ReportsEveryNearPair) {
     EXPECT_EQ(contentof(room.file("m.txt")),
               " 1             3                          c\r\n"
               " 1             4                          \r\n");
+}
+
+// What was pasted or moved merges when it is released, whichever way that is.
+TEST(Merge, RunsWhenWhatWasPlacedIsReleased) {
+    struct releasecase {
+        const char* name;
+        bool nodes, elements;
+        void (*release)();
+        int nodesleft, elementsleft;
+        bool merges = true;
+    };
+    const auto escape = [] { keyhandler(keyescape); };
+    const releasecase cases[] = {
+        {"off", false, false, escape, 8, 2, false},
+        {"nodes alone", true, false, escape, 4, 2},
+        {"both", true, true, escape, 4, 1},
+        {"another item type", true, true, [] { setselectitem(selectnodes); }, 4, 1},
+        {"a mode", true, true, [] { startmode(addnodemode); }, 4, 1},
+        {"a second paste", true, true, [] { editpaste(); }, 8, 2},
+        {"moved away first", true, true,
+         [] {
+             pasteflag = false;
+             selectallnodes();
+             runcommand("dx=5");
+             keyhandler(keyescape);
+         },
+         4, 1},
+        {"not placed", true, true,
+         [] {
+             emptyselection();
+             toggleelement(1);
+             pasteflag = false;
+             keyhandler(keyescape);
+         },
+         8, 2, false},
+    };
+    for (const releasecase& c : cases) {
+        SCOPED_TRACE(c.name);
+        sessionroom room;
+        if (modes().empty()) wiremouse();
+        for (const auto& p : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}})
+            addnode(float(p.first), float(p.second), 0);
+        addelement(3, {1, 2, 3, 4});
+        automergenodes = c.nodes;
+        automergeelems = c.elements;
+        MnuSelectItem(5).checked = true;
+        setselectitem(selectelements);
+        toggleelement(1);
+        editcopy();
+        ASSERT_TRUE(editpaste());
+        EXPECT_TRUE(MnuSelectItem(5).checked) << "Snap stays on";
+        EXPECT_EQ(nnodes(), 8) << "a paste merges nothing itself";
+        EXPECT_GT(room.door.views[0].count("line"), 8) << "and shows what it brought";
+        menupostItem(1).checked = true;
+        c.release();
+        EXPECT_EQ(nnodes(), c.nodesleft);
+        EXPECT_EQ(nelems(), c.elementsleft);
+        EXPECT_EQ(menupostItem(1).checked, !c.merges)
+            << "results of the old numbers leave the views";
+        addready();
+    }
 }
 
 TEST(Renumber, RunsFromTheFarthestToTheNearest) {

@@ -8,10 +8,12 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/commands.h"
 #include "edit/find.h"
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
 
 namespace {
@@ -99,7 +101,44 @@ TEST(Mouse, EveryPickEqualsThePlainSearch) {
             if (d < least) least = d, best = n;
         }
         ASSERT_EQ(found, best);
+        persu = (x - vieww / 2) / scalex;
+        persv = (viewh / 2 - y) / scaley;
+        ASSERT_EQ(hovernode(2).item, best) << "so does the pointer that moves";
     }
+}
+
+// The places that the pointer works with follow the view and the model, and of nodes behind each
+// other the same is shown that a press would pick.
+TEST(Mouse, TheItemUnderThePointerIsTheOneThatAPressPicks) {
+    mouseroom room;
+    makegrid();
+    for (int n = 1; n <= 12; ++n) addnode(nodes(0, n, 0), nodes(0, n, 1), n % 2 ? 3 : -0.5f);
+    loadnode(1, 0) = 2;
+    loadnode(1, 1) = 3;
+    loadnode(1, 2) = 24;
+    const auto compare = [](const char* when) {
+        SCOPED_TRACE(when);
+        redrawall();
+        for (const double x : {-80.0, -0.4, 0.2, 1.5, 2.9, 40.0})
+            for (const double y : {-30.0, 0.4, 1.1, 3.0, 50.0}) {
+                takepoint(2, 10 + x, 5 - y);
+                EXPECT_EQ(hovernode(2).item, picknode(2).item);
+                EXPECT_EQ(hoverelement(2).item, pickelement(2).item);
+                EXPECT_EQ(hoverloadednode(2).item, pickloadednode(2).item);
+            }
+    };
+    compare("at first");
+    nodes(0, 12, 0) = -50;
+    compare("a node has moved away");
+    viewhor(2) = 0.7f;
+    viewdist(2) = 30;
+    compare("the view has turned");
+    elems(2, 0) = 0;
+    nodes(0, 0, 0) = 1;
+    elems(0, 0) = loadnode(1, 0) = 0;
+    compare("one node is left");
+    nodes(0, 0, 0) = 0;
+    compare("nothing is left");
 }
 
 TEST(Mouse, WindowsAddUpWhicheverWayTheyAreDrawn) {
@@ -242,8 +281,130 @@ TEST(Mouse, AStartedModeEndsTheOneThatRuns) {
     EXPECT_FALSE(viewwindow);
     EXPECT_EQ(nodesel(0), 0);
     startzoomwindow();
-    EXPECT_FALSE(addnodemode);
+    EXPECT_TRUE(addnodemode) << "a zoom goes on inside a mode";
+    room.click(1, 1);
+    room.click(3, 2);
+    EXPECT_FALSE(zoomwinmode);
+    startzoomwindow();
+    keyhandler(keyescape);
+    EXPECT_FALSE(zoomwinmode);
+    EXPECT_TRUE(addnodemode) << "ESC ends the zoom first";
+    EXPECT_EQ(nnodes(), 12) << "the corners of the box are no nodes";
     addready();
+    EXPECT_FALSE(addnodemode);
     EXPECT_FALSE(zoomwinmode);
     EXPECT_EQ(statusline(), "Select Nodes; for editing");
+}
+
+TEST(Mouse, AMoveEndsWhatRunsAndKeepsTheSelection) {
+    mouseroom room;
+    makegrid();
+    automergenodes = false;
+    room.click(3, 2);
+    startviewwindow();
+    startmove();
+    EXPECT_FALSE(viewwindow);
+    EXPECT_EQ(promptaction, "Drag or Select Reference point of selected");
+    room.click(3, 2);
+    room.click(4, 2);
+    EXPECT_NEAR(nodes(0, 12, 0), 4, 1e-6) << "both presses went to the move";
+    startmode(addnodemode);
+    room.click(1, -1);
+    startmove();
+    EXPECT_FALSE(addnodemode);
+    EXPECT_FALSE(movepending) << "the mode's own list went with it";
+    room.click(1, -2);
+    EXPECT_EQ(nnodes(), 13);
+}
+
+TEST(Mouse, TheLastPointGivenStaysWhereItWasSnapped) {
+    mouseroom room;
+    addnode(1, 1, 0);
+    MnuSelectItem(5).checked = true;
+    startmode(addnodemode);
+    room.drag(1.3, 1.1, 1.4, 1.2);  // a press that trembles
+    EXPECT_NEAR(nodes(0, 2, 0), 1, 1e-6);
+    startzoomwindow();
+    room.drag(-3, -3, 3, 3);
+    runcommand("dx=1");
+    EXPECT_NEAR(nodes(0, 3, 0), 2, 1e-6);
+    EXPECT_NEAR(nodes(0, 3, 1), 1, 1e-6);
+    MnuSelectItem(5).checked = false;
+}
+
+TEST(Mouse, AFullModelTakesNoNodeAndNoHarm) {
+    mouseroom room;
+    while (nnodes() < modelsize(1)) addnode(0, 0, 0);
+    automergenodes = false;
+    startmode(addnodemode);
+    room.click(1, 1);
+    EXPECT_TRUE(room.door.toldpart("Increase number of nodes"));
+    EXPECT_EQ(nnodes(), modelsize(1));
+    EXPECT_EQ(nodesel(0), 0);
+}
+
+TEST(Mouse, APressBeyondAllCoordinatesAddsAndMovesNothing) {
+    mouseroom room;
+    makegrid();
+    const int before = nnodes();
+    room.click(3, 2);
+    const float x = nodes(0, nodesel(1), 0);
+    const int n = nodesel(1);
+    viewscale(1) = viewscale(2) = 1e-40f;  // a centimetre is 1E+40 units of the model
+    startmove();
+    room.click(3, 2);
+    EXPECT_FALSE(bool(editing));
+    EXPECT_TRUE(room.door.toldpart("beyond the range of coordinates"));
+    EXPECT_EQ(nodes(0, n, 0), x);
+    room.door.messages.clear();
+    startmode(addnodemode);
+    room.click(4, 3);
+    EXPECT_TRUE(room.door.toldpart("beyond the range of coordinates"));
+    EXPECT_EQ(nnodes(), before);
+}
+
+TEST(Mouse, AHandThatTremblesOnTheReferencePointMovesNothing) {
+    mouseroom room;
+    makegrid();
+    automergenodes = false;
+    room.click(3, 2);
+    startmove();
+    room.drag(3, 2, 3.05, 2.05);
+    EXPECT_EQ(nodes(0, 12, 0), 3);
+    room.click(5, 2);
+    EXPECT_NEAR(nodes(0, 12, 0), 5, 1e-6);
+    editundo();
+    EXPECT_EQ(nodes(0, 12, 0), 3);
+}
+
+TEST(Mouse, ATypedWayNeedsNoReferencePoint) {
+    mouseroom room;
+    makegrid();
+    automergenodes = false;
+    setselectitem(selectelements);
+    room.click(2.5, 1.5);
+    EXPECT_EQ(promptaction, "Select or move");
+    startmove();
+    EXPECT_EQ(promptaction, "Select Reference point of selected");
+    const double way[] = {0, 1, 0};
+    movetyped(way);
+    EXPECT_NEAR(nodes(0, 12, 1), 3, 1e-6);
+    room.click(3, 3);
+    EXPECT_NEAR(nodes(0, 12, 1), 3, 1e-6) << "this press is the reference point";
+    room.click(4, 3);
+    EXPECT_NEAR(nodes(0, 12, 0), 4, 1e-6);
+}
+
+TEST(Mouse, AnotherItemTypeEndsTheMove) {
+    mouseroom room;
+    makegrid();
+    room.click(3, 2);
+    startmove();
+    setselectitem(selectelements);
+    EXPECT_FALSE(movepending);
+    EXPECT_EQ(promptaction, "Select");
+    setselectitem(selectnodes);
+    room.click(3, 2);
+    room.click(9, 9);
+    EXPECT_EQ(nodes(0, 12, 0), 3);
 }

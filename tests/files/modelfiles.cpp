@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <limits>
 #include <random>
 
 #include "core/colours.h"
@@ -159,6 +160,24 @@ TEST(Modelfiles, DofTypeFollowsElementsAndDimension) {
     }
 }
 
+TEST(Modelfiles, DamagedViewsAreToldAndTheModelOpens) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    const std::string tek = contentof(room.file("a.tek"));
+    const std::size_t views = tek.find("7,1\r\n8\r\n5,6,7,2\r\n") + 17;
+    for (const char* line : {"1,2,3,0.5,0.5,0,9,NaN", "1,2,3,0.5,0.5,0,9,1E+39", "1,2,3", "x"}) {
+        writefile(room.file("a.tek"), tek.substr(0, views) + line + "\r\n");
+        room.door.messages.clear();
+        ASSERT_TRUE(openmodel(room.file("a"))) << line;
+        EXPECT_EQ(nelems(), 4) << line;
+        EXPECT_EQ(viewptx(1), 0) << line;
+        EXPECT_EQ(viewscale(1), 1) << line;
+        EXPECT_EQ(room.door.messages.size(), 1u) << line;
+        EXPECT_TRUE(room.door.toldpart("the views stay as in a new model")) << line;
+    }
+}
+
 TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
     sessionroom room;
     fillmodel();
@@ -308,6 +327,28 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
     EXPECT_EQ(nnodes(), 12);
 }
 
+// What no reader would take is not written over what can be read.
+TEST(Modelfiles, NumbersBeyondAllBoundsNeverReachTheFiles) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    const std::string good = contentof(room.file("m.tek"));
+    nodes(0, 3, 1) = std::numeric_limits<float>::infinity();
+    lcomb(1, 1) = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_FALSE(savemodel());
+    EXPECT_EQ(room.door.messages.size(), 2u);
+    EXPECT_EQ(contentof(room.file("m.tek")), good);
+    ASSERT_TRUE(openmodel(room.file("m")));
+    room.door.messages.clear();
+    for (const char* row : {"1,4,1E37", "1,3,1E308", "1,1,1E39"}) {
+        writefile(room.file("m.vpl"), std::string("1\r\n") + row + "\r\n");
+        ASSERT_TRUE(openmodel(room.file("m")));
+        EXPECT_EQ(ncon, 0) << row;
+        EXPECT_TRUE(room.door.toldpart("m.vpl, line 2: the prescribed value")) << row;
+        room.door.messages.clear();
+    }
+}
+
 TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
     sessionroom room;
     fillmodel();
@@ -365,6 +406,20 @@ TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
     EXPECT_EQ(viewhor(4), 0.25f);
     EXPECT_EQ(viewdist(4), 100000);
     EXPECT_EQ(viewscale(4), 1);
+}
+
+// As many numbers as four views of the old layout.
+TEST(Modelfiles, ThreeWholeViewsAreNotTakenForTheOldLayout) {
+    sessionroom room;
+    fillmodel();
+    viewscale(2) = 0.5f;
+    saveas(room.file("m"));
+    const std::string text = contentof(room.file("m.tek"));
+    writefile(room.file("m.tek"), text.substr(0, text.rfind("\r\n", text.size() - 3) + 2));
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_EQ(viewscale(2), 0.5f);
+    EXPECT_EQ(viewdist(3), 1000000);
+    EXPECT_EQ(viewhor(4), 0);
 }
 
 TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
@@ -446,6 +501,10 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     EXPECT_EQ(nnodes(), 12);
     EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
     EXPECT_EQ(modelname, room.file("m"));
+    EXPECT_EQ(openfile(room.file("m")), reply::done) << "a model by its bare name";
+    writefile(room.file("notes.md"), "text");
+    EXPECT_EQ(openfile(room.file("notes.md")), reply::failed);
+    EXPECT_TRUE(room.door.toldpart("Files of type \".md\" can not be used here"));
 }
 
 TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
@@ -567,15 +626,32 @@ TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     EXPECT_EQ(nnodes(), 12);
 }
 
+TEST(Analyse, ASolverThatLingersAfterItsSignalEndsTheWait) {
+    sessionroom room;
+    fillmodel();
+    placesolver(room);
+    modelname = room.file("m");
+    room.door.onprocess = [&] {
+        fs::remove(controlfile());
+        room.door.running = true;
+    };
+    runanalysis();
+    EXPECT_FALSE(room.door.running) << "it gives way to the next run";
+    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_EQ(dorenumber, 0);
+    EXPECT_EQ(nnodes(), 12);
+}
+
 TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     sessionroom room;
     placesolver(room);
     modelsize(1) = 30000;
     ASSERT_TRUE(resetmodel());
-    writemodelsize();
     for (int n = 1; n <= 25000; ++n) addnode(float(n), 0, 0);
+    groups(0, 0) = meshgroup = 2;
     addelement(6, {1, 25000});
     nodename(3) = "corner";
+    commenttext = "notes";
     groupcolor(1) = selcolor = 1234;
     viewdepth(2) = 5;
     curlc = loadnode(0, 0) = 2;
@@ -591,6 +667,9 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     EXPECT_EQ(groupcolor(1), 1234);
     EXPECT_EQ(viewdepth(2), 5);
     EXPECT_EQ(curlc, 2);
+    EXPECT_EQ(meshgroup, 2);
+    EXPECT_FALSE(commentvisible) << "a frame that the user has closed stays closed";
+    EXPECT_EQ(modelsize(1), 30000) << "whatever the file of the sizes holds";
 }
 
 TEST(Analyse, OptionsFollowEachOther) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -11,6 +12,8 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "post/contour.h"
+#include "post/shapes.h"
 #include "tests/support/recorder.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
@@ -219,7 +222,7 @@ TEST(Printing, WhatStopsTheJobIsTold) {
         room.door.printing = c.start;
         room.door.printed = c.printed;
         if (c.throws)
-            layer(layers::selectedothers).draw = [](int) {
+            layer(layers::selectedgraphics).draw = [](int) {
                 if (toprinter) throw runtimeerror{errsubscript, "broken"};
             };
         menuprint();
@@ -233,17 +236,27 @@ TEST(Printing, WhatStopsTheJobIsTold) {
     }
 }
 
-TEST(Printing, TheLegendIsALayerOfThePageAlone) {
+TEST(Printing, TheLegendHasAColumnBesideTheViews) {
     printroom room;
-    int drawn = 0;
-    layer(layers::legend).draw = [&](int) { ++drawn; };
     menupostItem(2).checked = true;
+    contourdata = 1;
+    addelement(2, {1, 2, 3});
+    nodes(1, 3, 0) = 9;
+    lcombname(1) = "Storm";
+    wirepost();
     drawview(1);
-    EXPECT_EQ(drawn, 0);
     printview();
-    EXPECT_EQ(drawn, 1);
+    const std::vector<std::string>& page = room.door.page.operations;
+    EXPECT_EQ(page.front(), "frame 0.00 0.00 16.00 10.00");
+    const auto column = std::ranges::find(page, "frame 16.00 0.00 4.00 10.00");
+    ASSERT_NE(column, page.end());
+    const auto foot = std::ranges::find(page, "frame 0.00 10.00 20.00 0.70");
+    const auto holds = [&](const std::string& text) {
+        return std::any_of(column, foot,
+                           [&](const std::string& o) { return o.find(text) != o.npos; });
+    };
+    EXPECT_TRUE(holds("XYZ Displacements"));
+    EXPECT_TRUE(holds("Storm"));
     menupostItem(2).checked = false;
-    printview();
-    EXPECT_EQ(drawn, 1);
-    layer(layers::legend).draw = nullptr;
+    contourdata = 0;
 }

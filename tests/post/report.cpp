@@ -13,6 +13,7 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "post/contour.h"
 #include "post/postproces.h"
 #include "post/reportlines.h"
 #include "post/stressfile.h"
@@ -388,6 +389,7 @@ TEST(Report, SaysWhatIsMissingWithoutABox) {
     const struct {
         const char *extension, *section, *line;
     } cases[] = {
+        {"EMS", "******************  MASS REPORT", "NO ANALYSIS PERFORMED"},
         {"KRT", "******************  NODAL FORCES REPORT", "NO ANALYSIS PERFORMED"},
         {"LES", "******************  LINE ELEMENT", "Stress component not calculated"},
         {"NSL", "******************  FINITE ELEMENT LOCAL", "Stress component not calculated"},
@@ -406,6 +408,20 @@ TEST(Report, SaysWhatIsMissingWithoutABox) {
         EXPECT_EQ(lines.back(), "END");
         EXPECT_TRUE(room.door.messages.empty());
     }
+}
+
+TEST(Report, HolesOfTheConstraintListAreNoRows) {
+    reportroom room(3);
+    ncon = 3;
+    connode(1) = 1, connode(2) = 0, connode(3) = 4;
+    for (int i = 1; i <= 3; ++i) condof(i) = i, conval(i) = 0;
+    const auto lines = linesof(room.report());
+    const std::size_t amount = find(lines, "AMOUNT= ");
+    EXPECT_EQ(lines[amount], "AMOUNT=  2");
+    EXPECT_EQ(wordsof(lines[amount + 4]), (std::vector<std::string>{"1", "1", "0"}));
+    EXPECT_EQ(wordsof(lines[amount + 5]), (std::vector<std::string>{"4", "3", "0"}));
+    connode(1) = connode(3) = 0;
+    find(linesof(room.report()), "NO CONSTRAINS DEFINED");
 }
 
 TEST(Report, ResultsOfAnotherModelAreNotTakenForItsOwn) {
@@ -433,6 +449,13 @@ TEST(Report, LeavesTheDisplayAsItWas) {
     EXPECT_EQ(stressaverage, 1);
     EXPECT_EQ(stressglobal, 0);
     EXPECT_FALSE(stressloaded);
+    menupostItem(2).checked = true;
+    ASSERT_TRUE(prepareplot());
+    const double most = indexmax;
+    room.report();
+    EXPECT_TRUE(plotready()) << "the plot on show keeps its scale";
+    EXPECT_EQ(indexmax, most);
+    menupostItem(2).checked = false;
     stressaverage = 0;
 }
 

@@ -134,6 +134,13 @@ TEST(Displacements, CountLoadCasesByTheFile) {
     room.put(".rvp", "3,1\r\n1,0\r\n1,0\r\n1,0\r\n\"LC\"\r\n");
     EXPECT_TRUE(readdisp()) << "fewer blocks: the rest of the sum is missing";
     EXPECT_FLOAT_EQ(nodes(1, 2, 0), 1.5f);
+    const std::string note = fieldnote;
+    EXPECT_NE(note.find("holds 1 load case"), std::string::npos) << note;
+    fieldnote = "of the mode on show";
+    EXPECT_TRUE(readdispreport());
+    EXPECT_EQ(room.door.status, note) << "a report with it tells the same";
+    EXPECT_EQ(fieldnote, "of the mode on show");
+    reloadmodel();
 }
 
 TEST(Displacements, OfTheReportOverwriteTheGeometryAndBringItBack) {
@@ -202,8 +209,8 @@ static std::string record(int e, double first, int values = 13) {
 
 TEST(Stresses, AreSummedByCorner) {
     resultroom room;
-    room.put(".NSL", record(1, 10) + record(1, 20) + record(1, 30) + "END\r\n" + record(1, 1) +
-                         record(1, 1) + record(1, 1) + "END\r\n");
+    room.put(".NSL", record(1, 10) + record(1, 20) + record(1, 30) + record(2, 50) + "END\r\n" +
+                         record(1, 1) + record(1, 1) + record(1, 1) + "END\r\n");
     for (int time = 1; time <= 2; ++time) {
         stressloaded = false;
         ASSERT_TRUE(readstress()) << room.door.messages.front().text;
@@ -211,6 +218,7 @@ TEST(Stresses, AreSummedByCorner) {
         EXPECT_EQ(elemstress(1, 1, 1), 1.5 * 10 - 2) << "read twice is not doubled";
         EXPECT_EQ(elemstress(4, 1, 3), 1.5 * 33 - 2 * 4);
         EXPECT_EQ(elemstress(1, 1, 4), 0) << "a corner without a record";
+        EXPECT_EQ(elemstress(1, 2, 1), 1.5 * 50) << "the next element begins at its first corner";
     }
     room.put(".NSL", "");
     EXPECT_TRUE(readstress()) << "what is loaded is not read again";
@@ -260,6 +268,8 @@ TEST(Stresses, AFileThatDoesNotFitIsRefusedWhole) {
         {"text as element", "one,0,0,0,1,2,3", "\"one\""},
         {"no number", "1,0,0,0,NaN,2,3", "\"NaN\""},
         {"too large", "1,0,0,0,1e99,2,3", "too large"},
+        {"a sum too large", "1,0,0,0,9e36,0,0,0,0,0,0,0,0,0,0,0,0,END",
+         "of element 1 is too large"},
         {"five load cases of four", good + good + good + good + good, "declared 4"},
     };
     for (const row& r : rows) {
@@ -270,6 +280,89 @@ TEST(Stresses, AFileThatDoesNotFitIsRefusedWhole) {
             << r.name << ": " << room.door.messages.front().text;
         EXPECT_FALSE(stressloaded) << r.name;
         EXPECT_EQ(elemstress.upper1, -1) << r.name << ": no half of a sum is kept";
+    }
+}
+
+// Every number of every file against the sum by hand, for each analysis code and chance
+// multipliers, a zero among them.
+TEST(Results, OfACombinationAreTheSumsByHand) {
+    const unsigned seed = 4711;
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> value(-1000, 1000);
+    static const int columns[] = {3, 2, 3, 6};
+    for (int anadof = 0; anadof <= 3; ++anadof) {
+        resultroom room;
+        const int cases = 4, nodecount = 3;
+        loadnode(0, 0) = cases;
+        for (int l = 1; l <= cases; ++l) lcomb(2, l) = l == 3 ? 0 : float(value(random) / 100);
+        const auto row = [&](std::string& text, int count, std::vector<double>& kept) {
+            for (int k = 0; k < count; ++k) {
+                kept.push_back(double(float(value(random))));
+                char number[32];
+                std::snprintf(number, sizeof number, k ? ",%.17g" : "%.17g", kept.back());
+                text += number;
+            }
+            text += "\r\n";
+        };
+        const std::string header = "3," + std::to_string(anadof) + "\r\n";
+        std::string rvp = header, krt = header, nsl, les;
+        std::vector<std::vector<double>> moved(cases), forced(cases), faces(cases), bars(cases);
+        for (std::size_t l = 0; l < cases; ++l) {
+            for (int n = 1; n <= nodecount; ++n) row(rvp, columns[anadof], moved[l]);
+            for (int n = 1; n <= nodecount + 1; ++n) {
+                krt += std::to_string(n % (nodecount + 1)) + ",";
+                row(krt, columns[anadof], forced[l]);
+            }
+            for (int c = 1; c <= 3; ++c) {
+                nsl += "1,0,0,0,";
+                row(nsl, 13, faces[l]);
+            }
+            les += "2,0,0,0,";
+            row(les, 26, bars[l]);
+            for (std::string* file : {&rvp, &krt}) *file += "\"LC\"\r\n";
+            for (std::string* file : {&nsl, &les}) *file += "END\r\n";
+        }
+        room.put(".rvp", rvp);
+        room.put(".KRT", krt);
+        room.put(".NSL", nsl);
+        room.put(".LES", les);
+        const auto sum = [&](const std::vector<std::vector<double>>& values, std::size_t at) {
+            double total = 0;
+            for (std::size_t l = 0; l < cases; ++l)
+                total += double(lcomb(2, long(l) + 1)) * values[l][at];
+            return total;
+        };
+        ASSERT_TRUE(readdisp());
+        ASSERT_TRUE(readkrt());
+        // Columns of a row that are x y z rx ry rz.
+        static const std::vector<int> place[] = {{1, 2, 3}, {1, 2}, {1, 2, 6}, {1, 2, 3, 4, 5, 6}};
+        double most = 0;
+        for (int n = 1; n <= nodecount + 1; ++n) {
+            double d[7] = {}, f[7] = {};
+            for (std::size_t k = 0; k < place[anadof].size(); ++k) {
+                const std::size_t at = std::size_t(n - 1) * place[anadof].size() + k;
+                f[place[anadof][k]] = sum(forced, at);
+                if (n <= nodecount) d[place[anadof][k]] = sum(moved, at);
+            }
+            for (int k = 1; k <= 6; ++k)
+                EXPECT_NEAR(dispres(0, n, k), f[k], 1e-9) << "seed " << seed << anadof << n << k;
+            for (int k = 1; k <= 3 && n <= nodecount; ++k)
+                EXPECT_NEAR(nodes(1, n, k - 1), d[k], 1e-2) << "seed " << seed << anadof << n << k;
+            most = std::max(most, std::hypot(d[1], d[2], d[3]));
+        }
+        EXPECT_NEAR(maxdisp, most, 1e-6 * most);
+        ASSERT_TRUE(readstress());
+        for (int c = 1; c <= 3; ++c)
+            for (int k = 1; k <= 12; ++k)
+                EXPECT_NEAR(elemstress(k, 1, c), sum(faces, std::size_t(13 * (c - 1) + k - 1)),
+                            1e-8);
+        lineelstress = 1;
+        stressloaded = false;
+        ASSERT_TRUE(readstress());
+        for (int k = 1; k <= 12; ++k)
+            for (int end = 0; end < 2; ++end)
+                EXPECT_NEAR(elemstress(k, 2, end + 1), sum(bars, std::size_t(13 * end + k - 1)),
+                            1e-8);
     }
 }
 

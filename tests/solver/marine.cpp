@@ -5,7 +5,6 @@
 
 #include <cmath>
 
-#include "tests/solver/build.h"
 #include "tests/solver/verify.h"
 
 static const double gravity = 9.80665, water = 1025, air = 1.225;
@@ -98,7 +97,7 @@ static const double height = 8, period = 10, depth = 30, diameter = 1;
 
 // Stretching makes the column of height d + eta one of height d: forces grow by the ratio, moments
 // about the bed by its square.
-TEST(VerifiedMarine, WaveOnAVerticalCylinder) {
+TEST(Verification, WaveOnAVerticalCylinder) {
     const double omega = 2 * M_PI / period, k = wavenumber(omega, depth, gravity);
     const column c{k, depth};
     for (const double shift : {0.0, 0.125, 0.3, 0.8}) {
@@ -116,19 +115,19 @@ TEST(VerifiedMarine, WaveOnAVerticalCylinder) {
                 ratio * ratio * (drag * c.dragmoment() + inertia * c.inertiamoment()) -
                 depth * force;  // about the origin
             char name[80];
-            std::snprintf(name, sizeof name, "Morison, vertical, shift %g, %d", shift, pieces);
-            const std::string mesh = std::to_string(pieces) + " PIPE";
-            verify(
-                {std::string(name) + ", force N", mesh, "closed integral", force, load[0], 1e-5});
-            verify({std::string(name) + ", moment Nm", mesh, "closed integral", moment, load[4],
-                    1e-5});
+            std::snprintf(name, sizeof name, "Morison, vertical tube, shift %g", shift);
+            const std::string mesh = "PIPE " + std::to_string(pieces);
+            prove(
+                {"sea", std::string(name) + ", force, N", mesh, "closed", 0, force, load[0], 1e-5});
+            prove({"sea", std::string(name) + ", moment about the origin, Nm", mesh, "closed", 0,
+                   moment, load[4], 1e-5});
             EXPECT_NEAR(load[1], 0, 1e-6 * std::fabs(force));
         }
     }
 }
 
 // A cylinder that leans across the waves, under the crest: every place has the same phase.
-TEST(VerifiedMarine, WaveOnALeaningCylinder) {
+TEST(Verification, WaveOnALeaningCylinder) {
     const double omega = 2 * M_PI / period, k = wavenumber(omega, depth, gravity);
     const column c{k, depth};
     const double lean = 0.6;  // horizontal run over height
@@ -141,12 +140,12 @@ TEST(VerifiedMarine, WaveOnALeaningCylinder) {
     const vec6 load = totalof(b);
     const double a = height / 2, ratio = 1 + a / depth, slant = std::hypot(1, lean);
     const double drag = 0.5 * water * b.s.cd * std::pow(a * omega, 2) * ratio * slant * c.drag();
-    verify({"Morison, leaning across, drag along X N", "6 BEAM", "closed integral", drag, load[0],
-            1e-5});
+    prove({"sea", "Morison, bar leaning across the waves, drag, N", "BEAM 6", "closed", 0, drag,
+           load[0], 1e-5});
     // The vertical acceleration's part across the member, cos^2 = 1 / slant^2 along it.
     const double lift = -water * b.s.cm * M_PI / 4 * a * omega * omega * ratio * slant * c.lift();
-    verify({"Morison, leaning across, inertia along Z N", "6 BEAM", "closed integral",
-            lift * (1 - 1 / (slant * slant)), load[2], 1e-5});
+    prove({"sea", "Morison, bar leaning across the waves, inertia, N", "BEAM 6", "closed", 0,
+           lift * (1 - 1 / (slant * slant)), load[2], 1e-5});
     EXPECT_NEAR(load[1], -lift * lean / (slant * slant), 1e-5 * std::fabs(lift));
 }
 
@@ -239,7 +238,7 @@ TEST(Marine, BadSeasAreRefusedAndDoubtfulOnesTold) {
 
 // --- wind ---------------------------------------------------------------------------------------
 
-TEST(VerifiedMarine, WindOnMembers) {
+TEST(Verification, WindOnMembers) {
     const double speed = 35, exponent = 0.125, top = 24;
     const double rise = 2 * exponent + 1;
     // Of (z / 10)^(2 exponent) from 0 to top.
@@ -247,16 +246,16 @@ TEST(VerifiedMarine, WindOnMembers) {
     const double pressure = 0.5 * air * speed * speed;
     build b = member(typepipe, {0, 0, -6}, {0, 0, top}, 1);
     b.addcase(casewind, {speed, 0});
-    verify({"Wind on a vertical tube N", "1 PIPE", "closed integral", pressure * 0.5 * column,
-            totalof(b)[0], 1e-5});
+    prove({"sea", "Wind on a vertical tube, N", "PIPE 1", "closed", 0, pressure * 0.5 * column,
+           totalof(b)[0], 1e-5});
     // Leaning with the wind by 3:4, the part across the member counts.
     build c = member(typepipe, {0, 0, 0}, {0.75 * top, 0, top}, 3);
     c.addcase(casewind, {speed, 0});
     const double cosine = 0.8;
     const vec6 load = totalof(c);
     const double across = pressure * 0.5 * column / cosine * cosine * cosine;
-    verify({"Wind on a leaning tube, along X N", "3 PIPE", "closed integral", across * cosine,
-            load[0], 1e-5});
+    prove({"sea", "Wind on a leaning tube, N", "PIPE 3", "closed", 0, across * cosine, load[0],
+           1e-5});
     EXPECT_NEAR(load[2], -across * 0.6, 1e-5 * across);
     // A flat bar: the side that faces the wind.
     build d = member(typebeam, {0, 0, 0}, {0, 0, top}, 2);
@@ -267,14 +266,14 @@ TEST(VerifiedMarine, WindOnMembers) {
     g.field[fieldizz] = 1e-4;
     d.addcase(casewind, {speed, 0});
     d.addcase(casewind, {speed, 90});
-    verify({"Wind on a flat bar, wide side N", "2 BEAM", "closed integral",
-            pressure * 1.5 * w2 * column, totalof(d, 1)[0], 1e-5});
-    verify({"Wind on a flat bar, narrow side N", "2 BEAM", "closed integral",
-            pressure * 1.5 * w3 * column, totalof(d, 2)[1], 1e-5});
+    prove({"sea", "Wind on a flat bar, wide side, N", "BEAM 2", "closed", 0,
+           pressure * 1.5 * w2 * column, totalof(d, 1)[0], 1e-5});
+    prove({"sea", "Wind on a flat bar, narrow side, N", "BEAM 2", "closed", 0,
+           pressure * 1.5 * w3 * column, totalof(d, 2)[1], 1e-5});
 }
 
 // A wall of plates, turned by 30 degrees to the wind, from 5 m below the ground.
-TEST(VerifiedMarine, WindOnAWall) {
+TEST(Verification, WindOnAWall) {
     const double speed = 30, top = 16, width = 6, turn = M_PI / 6;
     for (const int type : {typeshell4, typeshell3}) {
         build b;
@@ -290,9 +289,8 @@ TEST(VerifiedMarine, WindOnAWall) {
         const vec6 load = totalof(b);
         const double column = 10 * std::pow(top / 10, 1.25) / 1.25, c = std::cos(turn);
         const double push = 0.5 * air * 1.5 * std::pow(speed * c, 2) * width * column;
-        const std::string mesh = std::string("2 x 7 ") + kindof(type).name;
-        verify({"Wind on a turned wall, " + mesh + ", along X N", mesh, "closed integral", push * c,
-                load[0], 1e-3});
+        const std::string mesh = meshname(type, 2, 7);
+        prove({"sea", "Wind on a turned wall, N", mesh, "closed", 0, push * c, load[0], 1e-3});
         EXPECT_NEAR(load[1], -push * std::sin(turn), 1e-3 * push);
     }
 }
@@ -300,7 +298,7 @@ TEST(VerifiedMarine, WindOnAWall) {
 // --- buoyancy -----------------------------------------------------------------------------------
 
 // Density in force a volume, levels in model units.
-TEST(VerifiedMarine, WaterOnASunkenBoxLiftsItsDisplacement) {
+TEST(Verification, WaterOnASunkenBoxLiftsItsDisplacement) {
     const double weight = 10.05, level = 1.3, side = 2, low = -1.1, high = 2.4;
     for (const int type : {typeshell4, typeshell3}) {
         build b;
@@ -317,9 +315,8 @@ TEST(VerifiedMarine, WaterOnASunkenBoxLiftsItsDisplacement) {
         b.addcase(casebuoyancy, {level, 1000, weight});
         const vec6 load = totalof(b);
         const double lift = weight * side * side * (level - low);
-        const std::string mesh = std::string("6 x 3 x 3 ") + kindof(type).name;
-        verify({"Buoyancy of a box, " + mesh + ", lift", mesh, "displaced weight", lift, load[2],
-                1e-9});
+        const std::string mesh = meshname(type, 3, 3) + " a side";
+        prove({"sea", "Buoyancy of a sunken box", mesh, "closed", 0, lift, load[2], 1e-9});
         EXPECT_NEAR(load[0], 0, 1e-9 * lift);
         EXPECT_NEAR(load[1], 0, 1e-9 * lift);
         EXPECT_NEAR(load[3], lift * side / 2, 1e-9 * lift) << "through the middle";
@@ -327,7 +324,7 @@ TEST(VerifiedMarine, WaterOnASunkenBoxLiftsItsDisplacement) {
     }
 }
 
-TEST(VerifiedMarine, WaterOnAWallBetweenItsLevels) {
+TEST(Verification, WaterOnAWallBetweenItsLevels) {
     const double weight = 9.81, level = 3.3, water2 = 2.0, width = 1.5;
     for (const int type : {typeshell4, typeshell3}) {
         build b;
@@ -338,19 +335,19 @@ TEST(VerifiedMarine, WaterOnAWallBetweenItsLevels) {
         b.addcase(casebuoyancy, {level, water2, weight});
         const vec6 load = totalof(b);
         const double push = weight * width * water2 * water2 / 2;  // e3 is -y, so along +y
-        const std::string mesh = std::string("2 x 4 ") + kindof(type).name;
-        verify({"Water on a wall, " + mesh, mesh, "hydrostatic triangle", push, load[1], 1e-9});
+        const std::string mesh = meshname(type, 2, 4);
+        prove({"sea", "Water on a wall", mesh, "closed", 0, push, load[1], 1e-9});
         EXPECT_NEAR(load[3], -push * (level - 2 * water2 / 3), 1e-8 * push) << "centre of pressure";
     }
 }
 
-TEST(VerifiedMarine, WaterLiftsMembersByTheirDisplacement) {
+TEST(Verification, WaterLiftsMembersByTheirDisplacement) {
     const double weight = 10055;
     build b = member(typepipe, {0, 0, -8}, {6, 0, 4}, 5, 0.8);
     b.addcase(casebuoyancy, {1, 5, weight});  // from z = -4 to 1
     b.addcase(casebuoyancy, {-20, 5, weight});
     const double length = 5 / std::cos(std::atan2(6, 12));
-    verify({"Buoyancy of a sealed tube N", "5 PIPE", "displaced weight",
-            weight * M_PI / 4 * 0.64 * length, totalof(b)[2], 1e-9});
+    prove({"sea", "Buoyancy of a sealed tube, N", "PIPE 5", "closed", 0,
+           weight * M_PI / 4 * 0.64 * length, totalof(b)[2], 1e-9});
     EXPECT_EQ(totalof(b, 2).norm(), 0) << "no water here";
 }

@@ -85,6 +85,45 @@ TEST(Program, WritesEveryFileInItsGrammarAndRemovesTheControlFile) {
         EXPECT_NE(log.find(words), log.npos) << log;
 }
 
+// Modes alone: what the Analysis Options leave on when eigenmodes are asked for.
+TEST(Program, WritesModesAndMassesInTheirGrammar) {
+    tempfolder folder;
+    build b = twobars(false);
+    for (int g = 1; g <= 2; ++g) b.m.groups[std::size_t(g)].field[fielddensity] = 0.5;
+    const std::string base = folder / "m";
+    b.write(base);
+    writetext(base + ".rvp", "stale");
+    writetext(folder / "EEM.CTR", "\"" + base + "\"\r\n1,1,3,1,1,0,0,0\r\n");
+    writetext(folder / "feiflu.ini", "modes = 4\r\n");
+    std::string said;
+    ASSERT_EQ(runfeiflu("--appdir " + folder.path, said), 0) << said;
+    for (const char* extension : {".rvp", ".KRT", ".LES", ".NSA", ".NLA", ".NSR", ".NSL"})
+        EXPECT_FALSE(fs::exists(base + extension)) << extension;
+    const auto eig = tokensof(base + ".EIG");
+    ASSERT_EQ(eig.size(), 2u + 4 * (1 + 3 * 6));
+    EXPECT_EQ(eig[0], "3");
+    EXPECT_EQ(eig[1], "4");
+    EXPECT_LE(std::stod(eig[2]), std::stod(eig[2 + 19]));
+    double largest = 0;
+    for (std::size_t n = 0; n < 3; ++n) {
+        double square = 0;
+        for (std::size_t k = 0; k < 3; ++k) square += std::pow(std::stod(eig[3 + 6 * n + k]), 2);
+        largest = std::max(largest, std::sqrt(square));
+    }
+    EXPECT_NEAR(largest, 1, 1e-12);
+    const auto ems = tokensof(base + ".EMS");
+    ASSERT_EQ(ems.size(), 16u);
+    EXPECT_EQ(ems[0], "1");
+    EXPECT_EQ(ems[8], "2");
+    EXPECT_NEAR(std::stod(ems[9]), 5, 1e-12);
+    EXPECT_NEAR(std::stod(ems[10]), 5, 1e-12);
+    EXPECT_EQ(tokensof(base + ".DAT")[2], "2");
+    const std::string log = readwhole(base + ".log");
+    for (const char* words :
+         {"frequency, Hz", "Sturm count", "effective mass", "Mass of the elements 10", "centre"})
+        EXPECT_NE(log.find(words), log.npos) << log;
+}
+
 TEST(Program, ANodeRowHasTheValuesOfItsAnalysisKind) {
     const struct {
         int type;

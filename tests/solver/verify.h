@@ -1,15 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Rows of the verification page: a published or closed-form value beside what the solver computes.
+// Computed values against references. Each is a check and a row of docs/verification.md, and fails
+// where the page tells another result. A run of all tests then leaves the page as it should be in
+// verification.md.out, and tests/accept takes that over.
 #pragma once
 
 #include <string>
 
-struct verification {
-    std::string name, mesh, source;  // of the case, what stands for it, where the value comes from
-    double reference = 0, result = 0;
-    double tolerance = 0;  // of the reference
+#include "tests/solver/build.h"
+
+struct proof {
+    const char* chapter;  // mark of the page: <!-- rows chapter -->
+    std::string what, mesh;
+    const char* source;  // letters in the page's list of sources; several with commas
+    double printed;      // in the source; 0: the same as the truth
+    double truth;        // what a perfect element gives
+    double value;        // computed
+    double tolerance;    // of the truth
 };
 
-// Expects the result within the tolerance, and the page to tell this very result. Where the
-// environment sets KALVANE_ACCEPT the row of the page is written instead.
-void verify(const verification& v);
+// Checks value / truth and holds the page against the row.
+void prove(const proof& p);
+
+// Checks that the reactions of all cases balance the loads to 1e-9 of them.
+void provebalance(const results& r);
+
+// "SHELL4 8 x 8"
+std::string meshname(int type, int nx, int ny);

@@ -63,9 +63,9 @@ class recorder : public platform {
     void killprocess() override { running = false; }
     int processcode() override { return exitcode; }
     printstart startprint() override { return printing; }
-    bool endprint() override {
+    bool endprint(bool whole) override {
         ++pages;
-        return printed;
+        return printed && whole;
     }
     bool progress(const std::string&, double, bool) override { return !cancelled; }
 

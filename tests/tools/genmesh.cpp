@@ -12,32 +12,11 @@
 #include "core/session.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
-#include "tests/tools/drawn.h"
-#include "tools/Surfaces.h"
+#include "tests/tools/edges.h"
 #include "tools/circle.h"
 #include "tools/groups.h"
 #include "tools/mesh2d.h"
 #include "view/moddraw.h"
-
-static void setedge(int e, const std::vector<int>& chain) {
-    graphmesh(e, 0) = int(chain.size());
-    for (std::size_t k = 0; k < chain.size(); ++k) graphmesh(e, long(k) + 1) = chain[k];
-}
-
-// The dialog with a kind of mesh and its edges filled.
-static mesh2dform openwith(int type, const std::vector<std::vector<int>>& edges) {
-    mesh2dform form = openmesh2d();
-    choosemeshtype(form, type);
-    for (std::size_t e = 0; e < edges.size(); ++e) setedge(int(e) + 1, edges[e]);
-    return form;
-}
-
-// A rectangle 4 by 2: edges 1 and 2 along x with n1 spaces, 3 and 4 along y with n3.
-static std::vector<std::vector<int>> rectangle(float n1 = 4, float n3 = 2) {
-    const int a = addline({0, 0, 0}, {4, 0, 0}, n1), b = addline({0, 2, 0}, {4, 2, 0}, n1),
-              c = addline({0, 0, 0}, {0, 2, 0}, n3), d = addline({4, 0, 0}, {4, 2, 0}, n3);
-    return {{a}, {b}, {c}, {d}};
-}
 
 static point3 placeof(int n) {
     return {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)};
@@ -144,12 +123,12 @@ TEST(Genmesh, ARectangleOfQuadrilaterals) {
     }
     EXPECT_TRUE(samesigns());
     EXPECT_EQ(resultflag, 1);
-    // the order of the corners: along edge 3 first, rows along edge 1
+    // the order of the corners: along edge 1 first, as in triangles; the next element is up edge 3
     const auto at = [](int e, int k) { return placeof(int(elems(e, k))); };
     EXPECT_EQ(at(1, 1), (point3{0, 0, 0}));
-    EXPECT_EQ(at(1, 2), (point3{0, 1, 0}));
+    EXPECT_EQ(at(1, 2), (point3{1, 0, 0}));
     EXPECT_EQ(at(1, 3), (point3{1, 1, 0}));
-    EXPECT_EQ(at(1, 4), (point3{1, 0, 0}));
+    EXPECT_EQ(at(1, 4), (point3{0, 1, 0}));
     EXPECT_EQ(at(2, 1), (point3{0, 1, 0}));
     EXPECT_EQ(at(3, 1), (point3{1, 0, 0}));
 }
@@ -259,8 +238,39 @@ TEST(Genmesh, TrianglesFillATriangle) {
     }
 }
 
-TEST(Genmesh, ACurvedTriangleDoesNotFold) {
-    // A quarter of a disc, with the arc as each of the three edges in turn.
+// Row i, place j of the grid: the chord from edge 1 to edge 2, and what edges 2 and 3 deviate from
+// theirs at place j, in turn from the first row to the last.
+TEST(Genmesh, TrianglesBlendTheDeviationsOfEdges2And3) {
+    sessionroom room;
+    const int m = 6;
+    const int a = addgraphic(kindcircle, {0, 0, 0}, {6, 0, 0}, {3, -1, 0.5}, m),
+              b = addgraphic(kindcurve, {6, 0, 0}, {2, 5, 1}, {6, 4, 2}, m),
+              c = addline({2, 5, 1}, {0, 0, 0}, m, 1.5f);
+    const auto along = [](int g, int i) {
+        setgraphic(graphics, g);
+        return graphicpoint(spacingat(i, graphics(g, 0, 1), graphics(g, 0, 2)));
+    };
+    const auto deviation = [&](int g, int i) {
+        const double t = double(i) / m;
+        return along(g, i) - ((1 - t) * along(g, 0) + t * along(g, m));
+    };
+    mesh2dform form = openwith(1, {{a}, {b}, {c}});
+    generatemesh(form);
+    ASSERT_TRUE(meshok) << form.message;
+    for (int i = 1; i < m; ++i)
+        for (int j = 1; j < m - i; ++j) {
+            const double s = double(i) / m, t = double(j) / (m - i);
+            const point3 wanted = (1 - t) * along(a, i) + t * along(b, m - i) +
+                                  (1 - s) * deviation(b, j) + s * deviation(c, j);
+            const int node = edgegrid(i + 1, j + 1);
+            for (std::size_t k = 0; k < 3; ++k)
+                EXPECT_NEAR(tmpnodes(node, long(k) + 1), wanted[k], 5e-6) << i << "," << j;
+        }
+}
+
+TEST(Genmesh, AFoldedMeshIsTold) {
+    // A quarter of a disc with its arc on edge 1, 3 and 2; the last one bends rows it does not
+    // bound.
     for (int arc = 0; arc < 3; ++arc) {
         sessionroom room;
         const double r = 3, h = r / std::sqrt(2.0);
@@ -272,11 +282,29 @@ TEST(Genmesh, ACurvedTriangleDoesNotFold) {
         mesh2dform form = openwith(1, edges);
         generatemesh(form);
         ASSERT_TRUE(meshok) << form.message;
+        const bool told = form.message.find("folded") != std::string::npos;
+        EXPECT_EQ(told, arc == 2) << form.message;
         acceptmesh(form);
         EXPECT_EQ(nnodes(), 66);
-        EXPECT_TRUE(samesigns()) << arc;
+        EXPECT_EQ(samesigns(), !told) << arc;
         // the disc as a polygon of 40 sides
         EXPECT_NEAR(std::fabs(wholearea()), 10 * r * r / 2 * std::sin(pi / 20), 1e-4) << arc;
+    }
+}
+
+TEST(Genmesh, SidesThatCloseAreTold) {
+    for (const int type : {0, 3}) {
+        sessionroom room;
+        auto edges = rectangle();
+        if (type == 3) edges.resize(1);
+        const auto message = [&](float factor) {
+            graphics(1, 0, 2) = factor;
+            mesh2dform form = openwith(type, edges);
+            generatemesh(form);
+            return form.message;
+        };
+        EXPECT_EQ(message(5).find("Note"), std::string::npos);  // the first space is 4 / 4^5
+        EXPECT_NE(message(7).find("1 side(s) of elements are shorter"), std::string::npos);
     }
 }
 
@@ -317,10 +345,10 @@ TEST(Genmesh, LineMeshesKeepTheirAsymmetries) {
         EXPECT_EQ(tmpelems(0, 0), c.elements) << c.name;
         for (int e = 1; e <= int(tmpelems(0, 0)); ++e)
             EXPECT_EQ(tmpelems(e, 2), tmpelems(e, 1) + 1) << c.name;
-        const bool hint = c.first == 'c';
-        EXPECT_EQ(form.message.find("a curve gives nodes but no elements") != std::string::npos,
-                  hint)
-            << c.name;
+        const char* const hint = c.first == 'c'     ? "a curve gives nodes but no elements"
+                                 : c.nodes == 6 + 6 ? "lacks its last element"
+                                                    : "press <Accept>";
+        EXPECT_NE(form.message.find(hint), std::string::npos) << c.name << form.message;
     }
 }
 
@@ -356,7 +384,8 @@ TEST(Genmesh, WhatCanNotBeMeshedIsToldAndChangesNothing) {
          [] {
              return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 1e9f)}};
          },
-         " To many nodes on edge 1"},
+         " To many nodes on edge 1 Too many nodes, increase node declaration.  Too many elements, "
+         "increase element declaration. "},
         {"gap at the joint", 0,
          [] {
              edgelist e = rectangle();
@@ -400,12 +429,28 @@ TEST(Genmesh, WhatCanNotBeMeshedIsToldAndChangesNothing) {
          [] {
              return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 0)}};
          },
-         "Error: edge 1 has less than two nodes"},
+         " Spaces of graphic element 1 should be a whole number above 0. "},
+        {"no spaces at the end of a chain", 3,
+         [] {
+             return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 2), addline({1, 0, 0}, {2, 0, 0}, 0)}};
+         },
+         " Spaces of graphic element 2 should be a whole number above 0. "},
+        {"a line without length", 3,
+         [] {
+             return edgelist{
+                 {addline({0, 0, 0}, {1, 0, 0}, 2), addline({1, 0, 0}, {1, 5e-4, 0}, 2)}};
+         },
+         " Graphic element 2 has no length. "},
+        {"a circle section that ends where it starts", 3,
+         [] {
+             return edgelist{{addgraphic(kindcircle, {1, 0, 0}, {1, 0, 0}, {0, 1, 0}, 4)}};
+         },
+         " Graphic element 1 has no length. "},
         {"a part of a space", 3,
          [] {
              return edgelist{{addline({0, 0, 0}, {1, 0, 0}, 2.5f)}};
          },
-         " Spaces of graphic element 1 should be a whole number. "},
+         " Spaces of graphic element 1 should be a whole number above 0. "},
     };
     for (const auto& c : cases) {
         sessionroom room;
@@ -461,64 +506,4 @@ TEST(Genmesh, ASecondMeshComesOnTopUntilReset) {
     EXPECT_EQ(tmpelems(0, 0), 8);
     closemesh2d(form);
     EXPECT_EQ(tmpelems(0, 0), 0);
-}
-
-// --- patches ------------------------------------------------------------------------------------
-
-TEST(Patches, AcceptingStoresTheRecipe) {
-    sessionroom room;
-    auto edges = rectangle();
-    mesh2dform form = openwith(0, edges);
-    addgroup(*std::make_unique<groupform>());
-    form.groups = {"b", "a"};
-    choosemeshgroup(form, 0);
-    EXPECT_EQ(meshgroup, 2);
-    generatemesh(form);
-    acceptmesh(form);
-    ASSERT_EQ(patches(0, 0, 0), 1);
-    EXPECT_EQ(patches(1, 0, 0), 4);
-    EXPECT_EQ(patches(1, 0, 1), mesheltype);
-    EXPECT_EQ(patches(1, 0, 2), 2);
-    for (int e = 1; e <= 4; ++e) {
-        EXPECT_EQ(patches(1, e, 0), 1);
-        EXPECT_EQ(patches(1, e, 1), edges[std::size_t(e - 1)][0]);
-    }
-    EXPECT_EQ(egroup(8), 2);
-}
-
-TEST(Patches, AChainTooLongForAPatchStillGivesItsMesh) {
-    sessionroom room;
-    std::vector<int> chain;
-    for (int i = 0; i < 21; ++i) chain.push_back(addline({double(i), 0, 0}, {i + 1.0, 0, 0}));
-    mesh2dform form = openwith(3, {chain});
-    generatemesh(form);
-    acceptmesh(form);
-    EXPECT_EQ(nelems(), 21);
-    EXPECT_EQ(nnodes(), 22);
-    EXPECT_EQ(patches(0, 0, 0), 0);
-    EXPECT_NE(form.message.find("21 graphic elements, a patch holds 20"), std::string::npos);
-}
-
-TEST(Patches, TheSecondListRebuildsTheMesh) {
-    sessionroom room;
-    mesh2dform form = openwith(0, rectangle());
-    generatemesh(form);
-    acceptmesh(form);
-    for (int g = 0; g <= 4; ++g)
-        for (int j = 0; j <= 3; ++j)
-            for (int k = 0; k <= 3; ++k)
-                graphics2(g, j, k) = graphics(g, j, k) + (g > 0 && j > 0 && k == 3 ? 5 : 0);
-    patches(1, 0, 2) = 7;
-    ASSERT_TRUE(rebuildpatch(1));
-    EXPECT_EQ(tmpnodes(0, 0), 19);
-    EXPECT_EQ(tmpelems(0, 0), 8);
-    for (int n = 1; n <= 19; ++n) EXPECT_EQ(tmpnodes(n, 3), 5);
-    EXPECT_EQ(tmpelems(8, 5), 1) << "there is no group 7";
-    graphics2(3, 1, 1) = 9;  // no longer closed
-    EXPECT_FALSE(rebuildpatch(1));
-    EXPECT_EQ(tmpnodes(0, 0), 19);
-    graphics2(3, 0, 0) = 0;
-    EXPECT_FALSE(rebuildpatch(1));
-    EXPECT_FALSE(rebuildpatch(1, 1));
-    EXPECT_TRUE(room.door.messages.empty());
 }

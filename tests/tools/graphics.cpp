@@ -119,9 +119,10 @@ TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
     sessionroom room;
     const int good = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0});
     const int bad[] = {
-        addgraphic(kindcircle, {0, 0, 0}, {2, 0, 0}, {1, 0, 0}),  // collinear
-        addgraphic(kindcircle, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}),  // one point
-        addgraphic(kindcircle, {3, 3, 3}, {3, 3, 3}, {1, 0, 0}),  // no chord
+        addgraphic(kindcircle, {0, 0, 0}, {2, 0, 0}, {1, 0, 0}),            // collinear
+        addgraphic(kindcircle, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}),            // one point
+        addgraphic(kindcircle, {3, 3, 3}, {3, 3, 3}, {1, 0, 0}),            // no chord
+        addgraphic(kindcircle, {1e38, 0, 0}, {-1e38, 0, 0}, {0, 1e38, 0}),  // beyond all bounds
     };
     ASSERT_TRUE(evaluatecircle(graphics, good));
     for (const int g : bad) {
@@ -131,7 +132,9 @@ TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
         expectpoint(graphicpoint(1), definitionpoint(graphics, g, 2), 0);  // drawn as the chord
         EXPECT_EQ(kindof(graphics, g), kindcircle);
     }
-    EXPECT_FALSE(setgraphic(graphics, 5));  // a free slot
+    EXPECT_FALSE(setgraphic(graphics, 6));  // a free slot
+    graphics(good, 0, 0) = 1e30f;           // of a damaged file
+    EXPECT_FALSE(setgraphic(graphics, good));
 }
 
 TEST(Graphics, ANewRadiusKeepsTheEndsAndTheSide) {
@@ -254,6 +257,7 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     double length = 0;
     for (int g = 2; g <= 4; ++g) length += lengthofline(graphics, g);
     EXPECT_NEAR(length, 10, 1e-5);
+    EXPECT_TRUE(room.door.messages.empty());
     // A curve takes no part, a line that misses the circle neither.
     graphsel(0, 0) = graphsel2(0, 0) = 0;
     selectgraphicelement(addgraphic(kindcurve, {-9, -9, 0}, {9, 9, 0}, {0, 3, 0}));
@@ -261,6 +265,7 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     selectgraphicelement(1);
     connectgraphics(connectmodes::intersection);
     EXPECT_EQ(ngraphics(), 6);
+    EXPECT_TRUE(room.door.told("Intersection with Arc not Supported"));
 }
 
 TEST(Intersect, SkewLinesAreJoinedInSpace) {

@@ -9,6 +9,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
+#include "edit/hover.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
@@ -118,6 +119,24 @@ TEST(PointEntry, CurvesAndCirclesTakeThreePoints) {
     }
 }
 
+TEST(PointEntry, TheNextPieceFollowsThePointer) {
+    drawingroom room;
+    startdrawing(kindcircle);
+    room.click(1, 0);
+    room.door.views[1].operations.clear();
+    viewmousemove(2, mousebuttons::none, 10 - 1, 5);
+    EXPECT_EQ(room.door.views[1].count("line 11.00 5.00 9.00 5.00"), 1);
+    room.click(-1, 0);
+    room.door.views[1].operations.clear();
+    viewmousemove(2, mousebuttons::none, 10, 5 - 1);
+    EXPECT_EQ(room.door.views[1].count("line"), 60) << "a half circle in chords of 3 degrees";
+    EXPECT_EQ(ngraphics(), 0);
+    EXPECT_NEAR(modelx, -1, 1e-6) << "relative commands still go on from the last point";
+    viewmousemove(2, mousebuttons::none, 10, 5);  // straight: no circle
+    room.click(0, 1);
+    EXPECT_EQ(graphics(1, 0, 0), kindcircle);
+}
+
 TEST(PointEntry, StartingAnotherKindEndsTheFirst) {
     drawingroom room;
     startdrawing(kindline);
@@ -143,6 +162,7 @@ TEST(PointEntry, SnapPrefersANodeOverAnEnd) {
     expectplace(2, 1, 4.3, 0);
     room.click(0.1, 0.3);
     expectplace(2, 2, 0, 0);
+    EXPECT_EQ(modelx, 0) << "a relative command goes on from the snapped point";
     room.click(0, 3);  // out of reach
     expectplace(3, 2, 0, 3);
     storegraphoptions({false});
@@ -174,6 +194,21 @@ TEST(PointEntry, TheSpaceKeyStepsThePickedPoint) {
         EXPECT_EQ(graphsel2(1, 1), point);
     }
     EXPECT_EQ(graphsel(1, 1), 2);
+}
+
+TEST(PointEntry, AnElementIsPickedAndShownByItsShape) {
+    drawingroom room;
+    addline({0, 0, 0}, {4, 0, 0});
+    addline({4, 0, 0}, {4, 4, 0});
+    setselectitem(selectgraphics);
+    pressat(4, 1, 0);  // typed in the coordinate boxes
+    ASSERT_EQ(graphsel(0, 0), 1);
+    EXPECT_EQ(graphsel(1, 0), 2);
+    room.door.views[1].operations.clear();
+    hover(2, 10 + 3, 5 - 0.1);
+    EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00 #ffa500"), 1);
+    EXPECT_NE(room.door.status.find("Graphic element 1"), std::string::npos);
+    endhover();
 }
 
 // --- the dialog ---------------------------------------------------------------------------------
@@ -282,6 +317,9 @@ TEST(Placenodes, WhatTheFieldsTake) {
                              : c.field == length ? graphics(1, 2, 1)
                                                  : graphics(1, 0, 1);
         EXPECT_EQ(stored, c.stored) << name;
+        leavefield(form);
+        EXPECT_EQ(form.spaces, std::to_string(int(graphics(1, 0, 1)))) << name;
+        EXPECT_EQ(form.nodes, std::to_string(int(graphics(1, 0, 1)) + 1)) << name;
         closeplacenodes(form);
         EXPECT_FALSE(editing);
     }

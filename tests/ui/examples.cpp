@@ -179,3 +179,49 @@ TEST(Examples, PlatformSwaysAsTwoPortalsAndSinksByItsLegs) {
     readcombination(2);
     EXPECT_NEAR(nodes(1, corner, 2), -1.5e6 * 28000 / (210000 * groups(1, 4)), 1e-5);
 }
+
+// Work of the nodal loads of one case on the displacements of another.
+static double workon(int loads, int displacements) {
+    readcombination(displacements);
+    double work = 0;
+    for (int i = 1; i <= loadnode(loads, 0); ++i)
+        work += double(loadval(loads, i)) * nodes(1, loadnode(loads, i), loaddof(loads, i) - 1);
+    return work;
+}
+
+// Combination 2 weighs both cases, so that u2 = u(1) + f u(2) (E. Betti's theorem: P1 u2 = P2 u1).
+TEST(Examples, TwoCasesOfTheBuiltModelsAreReciprocal) {
+    for (const char* name : {"bracket", "joints"}) {
+        SCOPED_TRACE(name);
+        sessionroom room;
+        solve(room, name, name == std::string("bracket"));
+        ASSERT_EQ(nlc(), 2);
+        const double f = lcomb(2, 2);
+        const double own = workon(1, 1), cross = (workon(1, 2) - own) / f, back = workon(2, 1);
+        EXPECT_GT(own, 0);
+        EXPECT_GT(std::fabs(back), 1e-4 * own) << "the cases do not touch each other";
+        EXPECT_NEAR(cross, back, 1e-5 * own);
+    }
+}
+
+// The middle stiffener as a simple beam that carries its strip of the plate: 5 q L^4 / 384 E I and
+// q L^2 / 8 G A of the web (S. P. Timoshenko, Strength of Materials I). Five per cent for the shear
+// lag of the plate and for what the strips give each other.
+TEST(Examples, PanelSagsAsItsStiffenerWithABandOfPlate) {
+    sessionroom room;
+    solve(room, "panel", false);
+    readcombination(1);
+    const double e = 210000, g = e / 2.6, length = 3000, q = 0.02 * 500;
+    const double area[] = {500 * 10, 200 * 8, 1440}, depth[] = {0, 100, 200};
+    const double own[] = {500 * 1000 / 12.0, 8 * 8e6 / 12, 17280};
+    double sum = 0, moment = 0, inertia = 0;
+    for (int i = 0; i < 3; ++i) sum += area[i], moment += area[i] * depth[i];
+    for (int i = 0; i < 3; ++i) inertia += own[i] + area[i] * std::pow(depth[i] - moment / sum, 2);
+    const double beam =
+        5 * q * std::pow(length, 4) / (384 * e * inertia) + q * length * length / (8 * g * area[1]);
+    const int middle = nodeat(1500, 1000, 0);
+    ASSERT_NE(middle, 0);
+    const double sag = -nodes(1, middle, 2);
+    EXPECT_NEAR(sag, beam, 0.05 * beam);
+    EXPECT_NEAR(nodes(1, nodeat(1500, 500, 0), 2), nodes(1, nodeat(1500, 1500, 0), 2), 1e-3 * sag);
+}

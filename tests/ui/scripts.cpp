@@ -5,7 +5,10 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <filesystem>
+
+#include "ui/script.h"
 
 namespace fs = std::filesystem;
 
@@ -46,22 +49,58 @@ TEST_P(Script, PlaysToItsEnd) {
 INSTANTIATE_TEST_SUITE_P(Ui, Script, testing::ValuesIn(scripts()),
                          [](const auto& entry) { return entry.param; });
 
-TEST(Program, AFailingScriptNamesItsLine) {
-    const QTemporaryDir room;
-    const fs::path script = fs::path(room.path().toStdString()) / "bad.kds";
-    QFile file(QString::fromStdString(script.string()));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("# comment\nexpect nnodes 0\nexpect nelems 7\n");
+// Plays lines with the real program in a room; what it said on both channels.
+static QByteArray played(const QTemporaryDir& room, const QByteArray& lines, int exitcode) {
+    QFile file(room.path() + "/play.kds");
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(lines);
     file.close();
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("KALVANE_HOME", room.path() + "/home");
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     program.setProcessEnvironment(environment);
-    program.start(KALVANE_PROGRAM, {"--script", QString::fromStdString(script.string())});
-    ASSERT_TRUE(program.waitForFinished(30000));
-    EXPECT_EQ(program.exitCode(), 1);
-    EXPECT_NE(
-        program.readAllStandardError().indexOf("bad.kds, line 3: nelems is \"0\", expected \"7\""),
-        -1);
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.start(KALVANE_PROGRAM, {"--script", file.fileName()});
+    EXPECT_TRUE(program.waitForFinished(30000));
+    const QByteArray said = program.readAll();
+    EXPECT_EQ(program.exitCode(), exitcode) << said.toStdString();
+    return said;
+}
+
+TEST(Program, AFailingScriptNamesItsLine) {
+    const QTemporaryDir room;
+    EXPECT_NE(played(room, "# comment\nexpect nnodes 0\nexpect nelems 7\n", 1)
+                  .indexOf("play.kds, line 3: nelems is \"0\", expected \"7\""),
+              -1);
+}
+
+TEST(Program, ResultsOfAScriptGoWhereTheUserMayWrite) {
+    const QTemporaryDir room;
+    played(room, "results out/a\npicture 1 results:a.png\n", 0);
+    EXPECT_TRUE(QFile::exists(room.path() + "/out/a/a.png"));
+    // A directory can not be made within a file.
+    const QByteArray said = played(room, "results play.kds/b\npicture 1 results:b.png\n", 0);
+    EXPECT_TRUE(QFile::exists(room.path() + "/home/b/b.png"));
+    EXPECT_NE(said.indexOf("home/b"), -1) << said.toStdString();
+}
+
+TEST(Program, ADemonstrationThatIsStoppedEndsWithoutAFault) {
+    const QTemporaryDir room;
+    const QString path = room.path() + "/demo.kds";
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("say \"first\"\nwait 600000\nsay \"second\"\n");
+    file.close();
+    scriptplayer player;
+    ASSERT_TRUE(player.load(path));
+    QStringList said;
+    player.pauses = true;
+    player.say = [&](const QString& text) {
+        said << text;
+        QTimer::singleShot(10, [&] { player.stopped = true; });
+    };
+    EXPECT_FALSE(player.play());
+    EXPECT_EQ(player.fault, "");
+    EXPECT_EQ(said, QStringList{"first"});
 }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <cmath>
 #include <limits>
 
@@ -21,8 +21,8 @@ static void drawmodel(qtsurface& s) {
     s.text("Node 1");
 }
 
-static void drawmarks(qtsurface& s, colour c) {
-    s.toplane(planes::marks);
+static void drawmarks(qtsurface& s, colour c, planes plane = planes::marks) {
+    s.toplane(plane);
     s.drawwidth = 2;
     s.line(0.3, 0.3, 3.7, 3.1, c);
     s.drawwidth = 1;
@@ -56,6 +56,24 @@ TEST(Surface, ErasingOnAnUpperPlaneGivesBackWhatLiesUnderIt) {
             for (int x = 0; x < after.width(); ++x)
                 ASSERT_EQ(after.pixel(x, y), before.pixel(x, y))
                     << "dirt at " << x << ", " << y << ", scale " << ratio;
+    }
+}
+
+TEST(Surface, WhatIsErasedFromTheModelLeavesNoTrace) {
+    for (const double ratio : {1.0, 2.0}) {
+        qtsurface s;
+        s.resize(160, 160, ratio, 40);
+        s.clear(rgb(255, 255, 255));
+        s.show();
+        const QImage blank = s.picture();
+        drawmarks(s, rgb(255, 0, 0), planes::model);
+        s.show();
+        EXPECT_NE(s.picture(), blank);
+        s.erasing = true;
+        drawmarks(s, rgb(255, 255, 255), planes::model);
+        s.show();
+        s.erasing = false;
+        EXPECT_EQ(s.picture(), blank) << "scale " << ratio;
     }
 }
 
@@ -111,7 +129,7 @@ TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
+    const QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -92,6 +92,18 @@ TEST(Projection, TheInverseFindsThePointOnTheImagePlane) {
     }
 }
 
+// The views along the axes show XY, XZ and YZ; a press there stays in the plane, to the last digit.
+TEST(Projection, PressesInAViewAlongAnAxisLieInItsPlane) {
+    sessionroom room;
+    for (const int view : {2, 3, 4}) {
+        scrx = 3.3;
+        scry = 7.1;
+        unprojectpoint(view);
+        EXPECT_EQ(view == 2 ? modelz : view == 3 ? modely : modelx, 0) << view;
+        EXPECT_GT(std::fabs(modelx) + std::fabs(modely) + std::fabs(modelz), 5) << view;
+    }
+}
+
 TEST(Projection, ZoomAtThePointerKeepsTheModelPointThere) {
     sessionroom room;
     viewscale(1) = 0.3f;

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// feiflu at work: a clamped plate of shells against ccx on the same mesh and the same two cores,
+// how the time grows with the mesh, and what many load cases cost over one.
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "bench/ratio.h"
+#include "core/textfile.h"
+
+namespace fs = std::filesystem;
+
+static const double side = 1000, thickness = 10, modulus = 210000, poisson = 0.3, pressure = 0.01;
+
+// --- models -------------------------------------------------------------------------------------
+
+// Files of a model but for its nodes, elements, constraints and loads: one group, plain cases.
+static void writerest(const std::string& base, const std::vector<double>& fields, int cases) {
+    textout mlt(base + ".mlt"), lcd(base + ".lcd");
+    mlt.line(1);
+    mlt.quoted("GR 1").endline();
+    for (const double value : fields) mlt.line(value);
+    for (int i = 0; i < 6; ++i) mlt.line(0, 0, 0, 0, 0, 0);
+    lcd.line(cases);
+    for (int lc = 1; lc <= cases; ++lc) {
+        lcd.quoted("LC " + std::to_string(lc)).endline();
+        lcd.line(0);
+        for (const int value : {1, 0, 0, 0, 1}) lcd.line(value);
+    }
+    mlt.commit();
+    lcd.commit();
+}
+
+// n x n SHELL4, clamped all round, under even pressure.
+static void writeplate(const std::string& base, int n) {
+    textout tek(base + ".tek"), vpl(base + ".vpl"), ell(base + ".ell");
+    const auto number = [n](int i, int j) { return i + j * (n + 1) + 1; };
+    tek.line((n + 1) * (n + 1), n * n);
+    for (int j = 0; j <= n; ++j)
+        for (int i = 0; i <= n; ++i) tek.line(side * i / n, side * j / n, 0);
+    const int shell4 = 9;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) {
+            tek.line(shell4);
+            tek.line(number(i, j), number(i + 1, j), number(i + 1, j + 1), number(i, j + 1), 1);
+        }
+    vpl.line(6 * 4 * n);
+    for (int j = 0; j <= n; ++j)
+        for (int i = 0; i <= n; ++i)
+            if (i == 0 || j == 0 || i == n || j == n)
+                for (int dof = 1; dof <= 6; ++dof) vpl.line(number(i, j), dof, 0);
+    ell.line(n * n);
+    for (int e = 1; e <= n * n; ++e) ell.line(e, 3, pressure);
+    for (textout* out : {&tek, &vpl, &ell}) out->commit();
+    writerest(base, {modulus, poisson, 0, thickness, 0, 0, 0, 0, 0, 0, 0, 0}, 1);
+}
+
+// The same for ccx.
+static void writedeck(const std::string& base, int n) {
+    textout out(base + ".inp");
+    const auto number = [n](int i, int j) { return i + j * (n + 1) + 1; };
+    out.raw("*NODE,NSET=ALL\n");
+    for (int j = 0; j <= n; ++j)
+        for (int i = 0; i <= n; ++i) out.line(number(i, j), side * i / n, side * j / n, 0);
+    out.raw("*ELEMENT,TYPE=S4,ELSET=PLATE\n");
+    int e = 0;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i)
+            out.line(++e, number(i, j), number(i + 1, j), number(i + 1, j + 1), number(i, j + 1));
+    out.raw("*NSET,NSET=EDGE\n");
+    for (int j = 0; j <= n; ++j)
+        for (int i = 0; i <= n; ++i)
+            if (i == 0 || j == 0 || i == n || j == n) out.line(number(i, j));
+    out.raw("*MATERIAL,NAME=STEEL\n*ELASTIC\n").line(modulus, poisson);
+    out.raw("*SHELL SECTION,ELSET=PLATE,MATERIAL=STEEL\n").line(thickness);
+    out.raw("*BOUNDARY\nEDGE,1,6\n*STEP\n*STATIC\n*DLOAD\nPLATE,P," + std::to_string(pressure) +
+            "\n*NODE FILE\nU,RF\n*EL FILE\nS\n*END STEP\n");
+    out.commit();
+}
+
+// nx x ny x nz cells of beams, feet clamped, loads that differ from case to case.
+static int writeframe(const std::string& base, int nx, int ny, int nz, int cases) {
+    textout tek(base + ".tek"), vpl(base + ".vpl"), knk(base + ".knk");
+    const auto number = [=](int i, int j, int k) { return i + (j + k * (ny + 1)) * (nx + 1) + 1; };
+    const int nodes = (nx + 1) * (ny + 1) * (nz + 1);
+    const int beams = nx * (ny + 1) * nz + (nx + 1) * ny * nz + (nx + 1) * (ny + 1) * nz;
+    const int beam = 6;
+    tek.line(nodes, beams);
+    const auto eachnode = [=](auto use) {
+        for (int k = 0; k <= nz; ++k)
+            for (int j = 0; j <= ny; ++j)
+                for (int i = 0; i <= nx; ++i) use(i, j, k);
+    };
+    eachnode([&](int i, int j, int k) { tek.line(4000 * i, 4000 * j, 3000 * k); });
+    eachnode([&](int i, int j, int k) {
+        if (k == 0) return;
+        const auto put = [&](int other) {
+            tek.line(beam);
+            tek.line(number(i, j, k), other, 1);
+        };
+        if (i < nx) put(number(i + 1, j, k));
+        if (j < ny) put(number(i, j + 1, k));
+        put(number(i, j, k - 1));
+    });
+    vpl.line(6 * (nx + 1) * (ny + 1));
+    for (int n = 1; n <= (nx + 1) * (ny + 1); ++n)
+        for (int dof = 1; dof <= 6; ++dof) vpl.line(n, dof, 0);
+    for (int lc = 1; lc <= cases; ++lc) {
+        const int top = nodes - (nx + 1) * (ny + 1);
+        knk.line((nx + 1) * (ny + 1));
+        for (int n = top + 1; n <= nodes; ++n) knk.line(n, 1 + (n + lc) % 3, 1000.0 + lc);
+    }
+    for (textout* out : {&tek, &vpl, &knk}) out->commit();
+    writerest(base, {modulus, poisson, 0, 5000, 0, 0, 2e7, 2e5, 1e7, 1e5, 1e6, 1e5}, cases);
+    return beams;
+}
+
+// --- runs ---------------------------------------------------------------------------------------
+
+struct cost {
+    double seconds = 0, mebibytes = 0;
+};
+
+// Runs a program quietly on two threads; its wall time and largest memory.
+static cost run(const std::vector<std::string>& words, const std::string& folder) {
+    cost c;
+    rusage usage{};
+    c.seconds = secondsof([&] {
+        std::fflush(nullptr);  // or the child writes it once more
+        const pid_t child = fork();
+        if (child == 0) {
+            std::vector<char*> list;
+            for (const std::string& word : words) list.push_back(const_cast<char*>(word.c_str()));
+            list.push_back(nullptr);
+            setenv("OMP_NUM_THREADS", "2", 1);
+            if (chdir(folder.c_str()) != 0 || !std::freopen("/dev/null", "w", stdout)) _exit(126);
+            execvp(list[0], list.data());
+            _exit(127);
+        }
+        int status = 0;
+        wait4(child, &status, 0, &usage);
+        if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
+            std::printf("%s ended with status %d\n", words[0].c_str(), status);
+    });
+    c.mebibytes = double(usage.ru_maxrss) / 1024;
+    return c;
+}
+
+static cost runfeiflu(const std::string& folder, const std::string& name) {
+    const fs::path self = fs::read_symlink("/proc/self/exe");
+    return run({(self.parent_path() / "feiflu").string(), "--model", folder + "/" + name,
+                "--appdir", folder},
+               folder);
+}
+
+static void tell(const std::string& what, double ours, double theirs, double limit) {
+    std::printf("%-46s %9.2f against %9.2f  ratio %5.2f  (wanted: at most %.2f)%s\n", what.c_str(),
+                ours, theirs, ours / theirs, limit, ours / theirs > limit ? "  ABOVE" : "");
+    std::fflush(stdout);
+}
+
+int main(int argc, char** argv) {
+    const int n = argc > 1 ? std::atoi(argv[1]) : 200;
+    const std::string folder =
+        (fs::temp_directory_path() / ("bench-solver-" + std::to_string(getpid()))).string();
+    fs::create_directories(folder);
+    textout ini(folder + "/feiflu.ini");
+    ini.raw("threads = 2\n");
+    ini.commit();
+
+    writeplate(folder + "/plate", n);
+    writedeck(folder + "/deck", n);
+    std::vector<double> seconds, ratios;
+    cost ours, theirs;
+    for (int i = 0; i < 3; ++i) {
+        ours = runfeiflu(folder, "plate");
+        theirs = run({"ccx", "-i", "deck"}, folder);
+        seconds.push_back(ours.seconds);
+        ratios.push_back(ours.seconds / theirs.seconds);
+    }
+    tell("plate " + std::to_string(n) + " x " + std::to_string(n) + ", seconds, ccx",
+         theirs.seconds * median(ratios), theirs.seconds, 0.35);
+    tell("the same, MiB", ours.mebibytes, theirs.mebibytes, 0.5);
+
+    writeplate(folder + "/large", 2 * n);
+    const cost large = runfeiflu(folder, "large");
+    const double growth = std::log(large.seconds / median(seconds)) / std::log(4.0);
+    std::printf(
+        "twice as fine: %.2f s, %.0f MiB, time grows with equations to the power %.2f "
+        "(wanted: at most 1.60)%s\n",
+        large.seconds, large.mebibytes, growth, growth > 1.6 ? "  ABOVE" : "");
+
+    const int beams = writeframe(folder + "/one", 32, 32, 31, 1);
+    writeframe(folder + "/many", 32, 32, 31, 20);
+    const cost one = runfeiflu(folder, "one"), many = runfeiflu(folder, "many");
+    tell("frame of " + std::to_string(beams) + " beams, 20 cases, 1 case", many.seconds,
+         one.seconds, 1.5);
+    if (std::getenv("BENCH_KEEP") == nullptr) fs::remove_all(folder);
+    return 0;
+}

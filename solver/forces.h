@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Displacements of all cases and the forces that elements answer them with.
+#pragma once
+
+#include "solver/dofs.h"
+
+// d.dofs() numbers a case, one case behind the other.
+struct displacements {
+    std::vector<double> u;
+    std::vector<double> rest;  // what u leaves off by rounding; empty where that does not matter
+    int cases = 0;
+    const double* of(const dofmap& d, int lc) const {
+        return u.data() + std::size_t(lc - 1) * d.equation.size();
+    }
+};
+
+// Nodal displacements of an element in all cases, by columns.
+using elcases = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic>;
+void gather(const dofmap& d, const elementdofs& dofs, const displacements& u, elcases& out);
+
+// Adds the elements' nodal forces, stiffness times displacements, to force (like u). Their sums
+// over an element vanish to the rounding of the forces, not of the stiffness.
+void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
+               const std::vector<int>& elements, std::vector<double>& force);
+
+// Elements with a stiffness of their own.
+std::vector<int> stiffelements(const model& m);

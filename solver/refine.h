@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Displacements to more digits than the equations hold, for models whose stiffness differs so much
+// that reactions feel the rounding.
+#pragma once
+
+#include "solver/recover.h"
+#include "solver/solve.h"
+
+// Largest part of a case's load, in forces or in moments, that its reactions do not balance.
+double worstbalance(const reactionset& r);
+
+// One round: improves u by what the forces of the single elements leave of the loads; fills u.rest.
+void refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u);

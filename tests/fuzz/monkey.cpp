@@ -1,0 +1,363 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A user without a plan: presses random menus, buttons, keys and mouse buttons in the real window
+// and types good and bad texts, while the sanitizers and the checks below watch.
+//   monkey EXAMPLES FOLDER SEED STEPS     (models are copied from EXAMPLES into FOLDER)
+// In every other run the copies are damaged. FOLDER/steps.txt tells what was done; the last line is
+// the step that failed.
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTableWidget>
+#include <QWheelEvent>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "core/appdir.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "core/start.h"
+#include "core/views.h"
+#include "files/filemenu.h"
+#include "ui/mainwindow.h"
+#include "ui/menus.h"
+#include "ui/qtplatform.h"
+#include "ui/startup.h"
+#include "ui/viewwidget.h"
+#include "view/scaleview.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::mt19937 dice;
+std::ofstream steps;
+fs::path folder;
+
+int upto(int n) {  // 0..n-1
+    return n > 0 ? int(dice() % unsigned(n)) : 0;
+}
+
+template <typename List>
+const auto& oneof(const List& list) {
+    return list[decltype(list.size())(upto(int(list.size())))];
+}
+
+void tell(const std::string& what) {
+    steps << what << std::endl;
+}
+
+std::string number() {
+    static const std::vector<std::string> odd = {"0",    "-1",    "1",   "2",      "3",    "10",
+                                                 "1e30", "-1e30", "nan", "inf",    "1e-9", "",
+                                                 "abc",  "1,5",   "7.5", "999999", "*",    "1E400"};
+    if (upto(3) > 0) return oneof(odd);
+    return std::to_string((upto(20001) - 10000) / 10.0);
+}
+
+std::string typedcommand() {
+    static const std::vector<std::string> verbs = {"ax=", "ax=",  "dx=",     "dx=", "fn=",
+                                                   "rx=", "ry=",  "rz=",     "sc=", "mxy",
+                                                   "myz", "mxz=", "no such "};
+    if (upto(6) == 0) return "help";
+    std::string text = oneof(verbs);
+    for (int i = 0, n = 1 + upto(4); i < n; ++i) text += (i ? ";" : "") + number();
+    return text;
+}
+
+// Half of the models' files lose their end, or some of their bytes become others.
+void damagefiles() {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.is_regular_file() && entry.path().extension() != ".txt")
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const fs::path& file : files) {
+        if (upto(2) == 0) continue;
+        std::ifstream in(file, std::ios::binary);
+        std::string bytes(std::istreambuf_iterator<char>(in), {});
+        in.close();
+        if (bytes.empty()) continue;
+        if (upto(4) == 0) bytes.resize(std::size_t(upto(int(bytes.size()))));
+        static const std::string others = "0123456789-.E \r\n;abc\x00\xff";
+        for (int i = upto(4); i > 0 && !bytes.empty(); --i)
+            bytes[std::size_t(upto(int(bytes.size())))] = oneof(others);
+        std::ofstream(file, std::ios::binary) << bytes;
+    }
+}
+
+// --- one step of each kind ----------------------------------------------------------------------
+
+void pressmenu() {
+    std::vector<menurow*> open;
+    for (menurow& row : menus())
+        if (row.action && row.action->isEnabled() && !row.action->isSeparator() && row.run)
+            open.push_back(&row);
+    if (open.empty()) return;
+    menurow& row = *oneof(open);
+    if (std::string(row.caption).find("xit") != std::string::npos) return;
+    tell(std::string("menu ") + row.menu + "|" + row.caption);
+    row.action->trigger();
+}
+
+QPointF someplace(const viewwidget* w, int nview) {
+    if (upto(2) == 0 && nodes(0, 0, 0) > 0) {
+        const int n = 1 + upto(int(nodes(0, 0, 0)));
+        prepareview(nview);
+        curx = viewscale(nview) * nodes(0, n, 0);
+        cury = viewscale(nview) * nodes(0, n, 1);
+        curz = viewscale(nview) * nodes(0, n, 2);
+        projectpoint(nview);
+        const QPointF at = QPointF(scrx, scry) * w->pixelspercm();
+        if (std::isfinite(at.x()) && std::isfinite(at.y()) && w->rect().contains(at.toPoint()))
+            return at;
+    }
+    return {double(upto(w->width())), double(upto(w->height()))};
+}
+
+void mouse(QWidget* w, QEvent::Type kind, const QPointF& at, Qt::MouseButton b,
+           Qt::MouseButtons held, Qt::KeyboardModifiers keys) {
+    QMouseEvent event(kind, at, w->mapToGlobal(at), b, held, keys);
+    QApplication::sendEvent(w, &event);
+}
+
+void usemouse() {
+    std::vector<int> shown;
+    for (int v = 1; v <= 4; ++v)
+        if (themainwindow->view(v)->isVisible()) shown.push_back(v);
+    if (shown.empty() || !themainwindow->isEnabled()) return;
+    const int v = oneof(shown);
+    viewwidget* const w = themainwindow->view(v);
+    const Qt::MouseButton b = std::vector<Qt::MouseButton>{
+        Qt::LeftButton, Qt::LeftButton,  Qt::LeftButton,
+        Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}[std::size_t(upto(6))];
+    const Qt::KeyboardModifiers keys =
+        upto(5) == 0 ? (upto(2) ? Qt::ControlModifier : Qt::ShiftModifier) : Qt::NoModifier;
+    QPointF at = someplace(w, v);
+    tell("mouse view " + std::to_string(v) + " button " + std::to_string(int(b)) + " at " +
+         std::to_string(at.x()) + " " + std::to_string(at.y()));
+    mouse(w, QEvent::MouseMove, at, Qt::NoButton, Qt::NoButton, keys);
+    if (upto(6) == 0) {
+        QWheelEvent wheel(at, w->mapToGlobal(at), {}, {0, upto(2) ? 120 : -120}, Qt::NoButton, keys,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(w, &wheel);
+        return;
+    }
+    mouse(w, QEvent::MouseButtonPress, at, b, b, keys);
+    for (int i = upto(3); i > 0; --i) {
+        at = someplace(w, v);
+        mouse(w, QEvent::MouseMove, at, Qt::NoButton, b, keys);
+    }
+    if (upto(40) == 0) return;  // released elsewhere
+    mouse(w, QEvent::MouseButtonRelease, at, b, Qt::NoButton, keys);
+    if (upto(10) == 0) mouse(w, QEvent::MouseButtonDblClick, at, b, b, keys);
+}
+
+void presskey(QWidget* w, int key, const QString& text = {}) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(w, &down);
+    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(w, &up);
+}
+
+void usekey() {
+    static const std::vector<int> keys = {Qt::Key_Escape, Qt::Key_Escape, Qt::Key_Return,
+                                          Qt::Key_Return, Qt::Key_Space,  Qt::Key_Backspace,
+                                          Qt::Key_Delete, Qt::Key_F1,     Qt::Key_Left};
+    const int key = oneof(keys);
+    tell("key " + std::to_string(key));
+    presskey(themainwindow, key, key == Qt::Key_Space ? " " : "");
+}
+
+void typein(QLineEdit* edit, const std::string& text) {
+    edit->setFocus();
+    edit->selectAll();
+    if (text.empty()) presskey(edit, Qt::Key_Delete);
+    for (const char c : text) presskey(edit, 0, QString(QChar::fromLatin1(c)));
+    presskey(edit, upto(2) ? Qt::Key_Return : Qt::Key_Tab);
+    QMetaObject::invokeMethod(edit, "editingFinished");
+}
+
+void usecommand() {
+    auto* const field = themainwindow->findChild<QComboBox*>("inputfield");
+    if (field == nullptr || !field->isEnabled() || !themainwindow->isEnabled()) return;
+    const std::string text = typedcommand();
+    tell("command " + text);
+    typein(field->lineEdit(), text);
+    presskey(field->lineEdit(), Qt::Key_Return);
+}
+
+void usecontrol(QWidget* w) {
+    const std::string name = w->objectName().toStdString();
+    if (auto* const edit = qobject_cast<QLineEdit*>(w)) {
+        if (edit->isReadOnly()) return;
+        const std::string text = number();
+        tell("set " + name + " " + text);
+        typein(edit, text);
+    } else if (auto* const b = qobject_cast<QAbstractButton*>(w)) {
+        tell("press " + name + " " + b->text().toStdString());
+        b->click();
+    } else if (auto* const combo = qobject_cast<QComboBox*>(w)) {
+        if (combo->count() == 0) return;
+        const int i = upto(combo->count());
+        tell("choose " + name + " " + combo->itemText(i).toStdString());
+        combo->setCurrentIndex(i);
+        emit combo->activated(i);
+        emit combo->textActivated(combo->itemText(i));
+    } else if (auto* const list = qobject_cast<QListWidget*>(w)) {
+        if (list->count() == 0) return;
+        const int i = upto(list->count());
+        tell("item " + name + " " + std::to_string(i));
+        list->setCurrentRow(i);
+        emit list->itemClicked(list->item(i));
+        if (upto(3) == 0) emit list->itemDoubleClicked(list->item(i));
+    } else if (auto* const tabs = qobject_cast<QTabBar*>(w)) {
+        tell("tab " + name);
+        tabs->setCurrentIndex(upto(tabs->count()));
+    } else if (auto* const slider = qobject_cast<QAbstractSlider*>(w)) {
+        tell("slide " + name);
+        slider->setValue(slider->minimum() + upto(slider->maximum() - slider->minimum() + 1));
+    } else if (auto* const grid = qobject_cast<QTableWidget*>(w)) {
+        if (grid->rowCount() == 0 || grid->columnCount() == 0) return;
+        const int r = upto(std::min(grid->rowCount(), 6)), c = upto(grid->columnCount());
+        const std::string text = number();
+        tell("cell " + name + " " + std::to_string(r) + " " + std::to_string(c) + " " + text);
+        grid->setCurrentCell(r, c);
+        if (grid->item(r, c) == nullptr) grid->setItem(r, c, new QTableWidgetItem);
+        if (grid->item(r, c)->flags() & Qt::ItemIsEditable)
+            grid->item(r, c)->setText(QString::fromStdString(text));
+    }
+}
+
+std::vector<QWidget*> opendialogs() {
+    std::vector<QWidget*> open;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible() && qobject_cast<QDialog*>(w)) open.push_back(w);
+    return open;
+}
+
+void usedialog() {
+    const std::vector<QWidget*> open = opendialogs();
+    QWidget* const window = open.empty() || upto(8) == 0 ? themainwindow : oneof(open);
+    if (!window->isEnabled()) return;
+    if (window != themainwindow && upto(30) == 0) {
+        tell("close " + window->objectName().toStdString());
+        window->close();
+        return;
+    }
+    QList<QWidget*> usable;
+    for (QWidget* w : window->findChildren<QWidget*>())
+        if (w->isEnabled() && w->isVisible()) usable << w;
+    if (usable.isEmpty()) return;
+    steps << window->objectName().toStdString() << ": ";
+    usecontrol(oneof(usable));
+}
+
+void useanything() {
+    theplatform().answerqueue.clear();
+    theplatform().filequeue.clear();
+    for (int i = 0; i < 4; ++i)
+        theplatform().answerqueue.push_back(
+            std::vector<answers>{answers::yes, answers::no, answers::cancel}[std::size_t(upto(3))]);
+    static const std::vector<std::string> names = {
+        "portal.tek", "platehole.tek", "tower.tek", "platform.tek", "bracket.tek", "panel.tek",
+        "joints.tek", "new.tek",       "new.pdf",   "none/x.tek",   "new.set",     "portal.DAT"};
+    theplatform().filequeue.push_back((folder / oneof(names)).string());
+    const bool dialog = !opendialogs().empty();
+    const int kind = upto(20);
+    if (dialog && kind < 14) return usedialog();
+    if (kind < 7) return pressmenu();
+    if (kind < 15) return usemouse();
+    if (kind < 17) return usecommand();
+    if (kind < 18) return usekey();
+    usedialog();
+}
+
+// --- what must hold after each step -------------------------------------------------------------
+
+void need(bool good, const std::string& what) {
+    if (good) return;
+    tell("FAULT: " + what);
+    std::fprintf(stderr, "%s\n", what.c_str());
+    std::abort();
+}
+
+void checkmodel() {
+    const int nn = int(nodes(0, 0, 0)), ne = int(elems(0, 0)), ng = int(groups(0, 0));
+    need(nn >= 0 && nn <= nodes.upper2, "count of nodes");
+    need(ne >= 0 && ne <= elems.upper1, "count of elements");
+    need(ncon >= 0 && ncon <= modelsize(3), "count of constraints");
+    for (int n = 1; n <= nn; ++n)
+        for (int d = 0; d < 3; ++d)
+            need(std::isfinite(nodes(0, n, d)), "place of node " + std::to_string(n));
+    for (int e = 1; e <= ne; ++e) {
+        if (elems(e, 0) <= 0) continue;
+        for (int i = 1; i <= 4; ++i)
+            need(elems(e, i) >= 0 && elems(e, i) <= nn,
+                 "node " + std::to_string(i) + " of element " + std::to_string(e));
+        need(egroup(e) >= 0 && egroup(e) <= ng, "group of element " + std::to_string(e));
+    }
+    for (int i = 1; i <= ncon; ++i)
+        need(connode(i) >= 1 && connode(i) <= nn, "node of constraint " + std::to_string(i));
+    for (int lc = 1; lc <= loadnode(0, 0); ++lc)
+        for (int i = 1; i <= loadnode(lc, 0); ++i)
+            need(loadnode(lc, i) >= 1 && loadnode(lc, i) <= nn,
+                 "node of load " + std::to_string(i) + " in case " + std::to_string(lc));
+    for (int i = 1; i <= nodesel(0); ++i)
+        need(nodesel(i) >= 1 && nodesel(i) <= nn, "selected node " + std::to_string(i));
+    for (int i = 1; i <= elemsel(0); ++i)
+        need(elemsel(i) >= 1 && elemsel(i) <= ne, "selected element " + std::to_string(i));
+}
+
+void settle() {
+    for (int i = 0; i < 3; ++i) {
+        QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    if (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 5) return 2;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    folder = argv[2];
+    fs::create_directories(folder / "home");
+    fs::copy(argv[1], folder, fs::copy_options::overwrite_existing);
+    qputenv("KALVANE_HOME", (folder / "home").c_str());
+    steps.open(folder / "steps.txt");
+    dice.seed(unsigned(std::atoi(argv[3])));
+    if (upto(2) == 0) damagefiles();
+    guardedapplication application(argc, argv);
+    setdoor(&theplatform());
+    theplatform().scripted = true;
+    wiremodules();
+    programdir = QCoreApplication::applicationDirPath().toStdString();
+    if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
+    auto* const window = new mainwindow;
+    showmainwindow(*window, true);
+    QElapsedTimer clock;
+    for (int i = 0; i < std::atoi(argv[4]) && !window->ending; ++i) {
+        clock.start();
+        useanything();
+        settle();
+        checkmodel();
+        const int slow = 5000;  // milliseconds
+        if (clock.elapsed() > slow) tell("SLOW: " + std::to_string(clock.elapsed()) + " ms");
+    }
+    window->ending = true;
+    delete window;
+    deletecontrolfile();
+    return 0;
+}

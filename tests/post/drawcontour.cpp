@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The picture of a plot: its order, its place, the value under the pointer, the page.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include "post/printdraw.h"
+#include "post/probe.h"
+#include "tests/post/plotroom.h"
+
+TEST(Picture, FillsThenOutlinesAndTheOtherWayRoundWithLines) {
+    plotroom room;
+    mnudrawlist(0).checked = mnudrawlist(2).checked = false;
+    showcontour();
+    const auto firstof = [&](const char* start, const std::string& end) {
+        const auto& list = room.door.views[0].operations;
+        for (std::size_t i = 0; i < list.size(); ++i)
+            if (list[i].rfind(start, 0) == 0 && list[i].find(end) != std::string::npos)
+                return int(i);
+        return -1;
+    };
+    EXPECT_LT(firstof("polygon", ""), firstof("line", "#000000"));
+    EXPECT_GE(firstof("polygon", ""), 0);
+    contourfilled = 0;
+    redrawall();
+    EXPECT_EQ(firstof("polygon", ""), -1) << "nothing is filled in a wire picture";
+    const int contourline = firstof("line", "#00c832 w2");
+    EXPECT_GT(contourline, firstof("line", "#000000"));
+    mnudrawlist(10).checked = true;
+    redrawall();
+    EXPECT_EQ(room.door.views[0].count("polygon"), 2) << "faces cover what lies behind them";
+    mnudrawlist(1).checked = false;
+    redrawall();
+    EXPECT_EQ(firstof("line", "#000000"), -1) << "no mesh, no outline";
+}
+
+// The plot follows the deformed shape: every place of the fill is displaced.
+TEST(Picture, LiesOnTheDeformedShape) {
+    plotroom room;
+    mnudrawlist(1).checked = false;
+    stresscomp = 2;  // all 0: each element in one piece
+    showcontour();
+    const std::vector<std::string> flat = room.door.views[0].operations;
+    showdeformed();
+    EXPECT_EQ(room.door.views[0].operations.size(), flat.size());
+    // Node 2 moves by 4 along y of 5 in all, and 5 measures the unit vector's length.
+    setdispscale(1);
+    EXPECT_NEAR(4 * dispscale(1) * viewscale(1), 0.8 * unitveclen, 1e-6);
+    EXPECT_NE(room.door.views[0].operations, flat);
+    EXPECT_EQ(undeformed, 1);
+}
+
+TEST(Picture, ShowsValuesAtThePointerAndTheExtremes) {
+    plotroom room;
+    showcontour();
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "") << "off by default";
+    EXPECT_EQ(room.door.views[0].count("text"), 3) << "the triad alone";
+    valueatpointer = true;
+    // y from 0 to 2 and z from 0 to 1 lie about the middle of the view, 2 cm a unit.
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "SX 25 in element 1") << "the mean";
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1.998, viewh / 2 + 0.998), "SX 10.03 in element 1");
+    EXPECT_EQ(valueunder(1, vieww / 2 + 5, viewh / 2), "");
+    EXPECT_EQ(valueunder(2, vieww / 2 - 1, viewh / 2), "") << "the plot is in view 1";
+    toggleswitch(markextremes);
+    const auto& list = room.door.views[0].operations;
+    const auto has = [&](const char* text) {
+        return std::ranges::any_of(
+            list, [&](const std::string& o) { return o.find(text) != std::string::npos; });
+    };
+    EXPECT_TRUE(has("Max 40"));
+    EXPECT_TRUE(has("Min -5"));
+    printview();
+    std::string lastcircle;
+    for (const std::string& o : room.door.page.operations)
+        if (o.starts_with("circle")) lastcircle = o;
+    EXPECT_NE(lastcircle.find(" 0.120 "), std::string::npos)
+        << "no node covers the rings on paper: " << lastcircle;
+    showelementstress();
+    EXPECT_EQ(valueunder(1, vieww / 2, viewh / 2), "SX 8 in element 3");
+}
+
+// Triangles in chance places, one behind the other: the value of the nearest, by a plain look at
+// all.
+TEST(Picture, TheValueAtThePointerIsOfTheNearestFace) {
+    plotroom room;
+    const unsigned seed = 99;
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> place(-1, 1), value(1, 9);
+    for (int e = 1; e <= nelems(); ++e) elems(e, 0) = 0;
+    std::vector<std::pair<int, double>> rows;
+    for (int i = 0; i < 200; ++i) {
+        const double y = 4 * place(random), z = 2 * place(random), size = i % 20 == 0 ? 3 : 0.4;
+        std::vector<int> corners;
+        for (int c = 0; c < 3; ++c)
+            corners.push_back(addnode(float(place(random)), float(y + size * place(random)),
+                                      float(1 + z + size * place(random))));
+        const int e = addelement(2, corners);
+        for (int c = 0; c < 3; ++c) rows.emplace_back(e, value(random));
+    }
+    room.write(".NSL", rows, 12);
+    valueatpointer = true;
+    showcontour();
+    int hits = 0;
+    for (int trial = 0; trial < 300; ++trial) {
+        const double y = 4 * place(random), z = 2 * place(random);
+        double nearest = -1e9, wanted = 0;
+        for (std::size_t i = 0; i < rows.size(); i += 3) {
+            const int e = rows[i].first;
+            const auto at = [&](int c, int k) { return double(nodes(0, int(elems(e, c)), k)); };
+            const double y1 = at(2, 1) - at(1, 1), z1 = at(2, 2) - at(1, 2),
+                         y2 = at(3, 1) - at(1, 1), z2 = at(3, 2) - at(1, 2);
+            const double py = y - at(1, 1), pz = 1 + z - at(1, 2), area = y1 * z2 - y2 * z1;
+            const double s = (py * z2 - pz * y2) / area, t = (y1 * pz - z1 * py) / area;
+            if (s < 0 || t < 0 || s + t > 1) continue;
+            const double x = at(1, 0) + s * (at(2, 0) - at(1, 0)) + t * (at(3, 0) - at(1, 0));
+            if (x < nearest) continue;
+            nearest = x;
+            wanted = rows[i].second + s * (rows[i + 1].second - rows[i].second) +
+                     t * (rows[i + 2].second - rows[i].second);
+        }
+        // The middle of the view is y = 1, z = 0.5; a unit is 2 cm.
+        const std::string text =
+            valueunder(1, vieww / 2 + 2 * (y - viewpty(1)), viewh / 2 - 2 * (1 + z - viewptz(1)));
+        if (nearest < -1e8) {
+            EXPECT_EQ(text, "") << trial;
+            continue;
+        }
+        ++hits;
+        double found = 0;
+        ASSERT_EQ(std::sscanf(text.c_str(), "SX %lf", &found), 1) << text;
+        EXPECT_NEAR(found, wanted, 2e-3 * wanted) << "seed " << seed << " " << trial;
+    }
+    EXPECT_GT(hits, 100);
+}
+
+TEST(Picture, HalvesOfALineElementHaveTheColoursOfTheirEnds) {
+    plotroom room;
+    showelementstress();
+    const auto thick = [&] {
+        std::vector<std::string> colours;
+        for (const std::string& o : room.door.views[0].operations)
+            if (o.find(" w3") != std::string::npos) colours.push_back(o.substr(o.find('#'), 7));
+        return colours;
+    };
+    ASSERT_EQ(thick().size(), 2u);  // 7 and 9 of 0..9: bands 7 and 9
+    EXPECT_EQ(thick()[0], "#960000");
+    EXPECT_EQ(thick()[1], "#ff0000");
+    contourfilled = 0;
+    redrawall();
+    EXPECT_EQ(thick(), (std::vector<std::string>{"#c80000", "#c80000"})) << "the mean";
+}
+
+// A report or a change of the sizes gives up the stresses while they are on show.
+TEST(Picture, ReadsAnewWhatAnotherPartGaveUp) {
+    plotroom room;
+    showcontour();
+    valueatpointer = true;
+    stressloaded = false;
+    elemstress.clear();
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "");
+    redrawall();
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "SX 25 in element 1");
+    elemstress.alloc(13, 1, 4);  // smaller than the model
+    EXPECT_EQ(valueunder(1, vieww / 2 - 1, viewh / 2), "");
+    redrawall();
+    EXPECT_EQ(elemstress(1, 2, 1), -5);
+}
+
+TEST(Picture, OnPaperHasTheLegendAndTheBoundsOfTheScreen) {
+    plotroom room;
+    showcontour();
+    const double most = indexmax, least = indexmin;
+    printview();
+    EXPECT_EQ(indexmax, most);
+    EXPECT_EQ(indexmin, least);
+    const auto& page = room.door.page.operations;
+    for (const char* text : {"Stress Index", "Wind", " E1", "4.00", "-0.50"})
+        EXPECT_TRUE(std::ranges::any_of(page, [&](const std::string& o) {
+            return o.rfind("text ", 0) == 0 && o.ends_with(text);
+        })) << text;
+}

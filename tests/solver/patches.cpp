@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What every element must do whatever its shape: even strain and curvature come out exact, rigid
+// motions cost nothing, and nothing else is free.
+#include <gtest/gtest.h>
+
+#include <Eigen/Eigenvalues>
+#include <Eigen/Geometry>
+#include <cmath>
+#include <random>
+
+#include "solver/loads.h"
+#include "solver/surface.h"
+#include "tests/solver/verify.h"
+
+// Five distorted quadrilaterals, 0.24 x 0.12: MacNeal and Harder, figure 1.
+static const double places[8][2] = {{0, 0},       {0.24, 0},    {0.24, 0.12}, {0, 0.12},
+                                    {0.04, 0.02}, {0.18, 0.03}, {0.16, 0.08}, {0.08, 0.08}};
+static const int quads[5][4] = {
+    {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 4, 8, 7}, {4, 1, 5, 8}, {5, 6, 7, 8}};
+
+static mat3 tilted() {
+    mat3 axes;
+    axes << 2, 1, 2, -2, 2, 1, -1, -2, 2;
+    return axes / 3;
+}
+
+static void makepatch(build& b, int type, double thickness, const mat3& axes) {
+    const int g = b.plate(1e6, 0.25, thickness);
+    for (const auto& xy : places) {
+        const vec3 x = axes.transpose() * vec3(xy[0], xy[1], 0);
+        b.node(x.x(), x.y(), x.z());
+    }
+    for (const auto& q : quads) {
+        if (kindof(type).nodes == 4) {
+            b.element(type, g, {q[0], q[1], q[2], q[3]});
+        } else {
+            b.element(type, g, {q[0], q[1], q[2]});
+            b.element(type, g, {q[0], q[2], q[3]});
+        }
+    }
+}
+
+namespace {
+struct motion {
+    vec3 u, r;
+};
+using field = std::function<motion(double, double)>;
+}  // namespace
+
+// Even strain with its rotation about the normal, of MacNeal and Harder's size.
+static motion stretched(double x, double y) {
+    return {{1e-3 * (x + y / 2), 1e-3 * (y + x / 2), 0}, {0, 0, 0}};
+}
+
+static motion twistedflat(double x, double y) {  // strain with a rigid rotation in it
+    return {{1e-3 * x + 4e-3 * y, 2e-3 * y - 1e-3 * x, 0}, {0, 0, -2.5e-3}};
+}
+
+static motion bent(double x, double y) {
+    return {{0, 0, 1e-3 * (x * x + x * y + y * y) / 2},
+            {1e-3 * (y + x / 2), -1e-3 * (x + y / 2), 0}};
+}
+
+// Prescribes the field at the outer nodes; returns the largest error inside over the largest value.
+static double patcherror(int type, double thickness, const field& at, const mat3& axes, results& r,
+                         build& b) {
+    makepatch(b, type, thickness, axes);
+    const bool rotations = kindof(type).nodedofs == 6;
+    b.m.twod = !rotations && axes.isIdentity();
+    const int dofs = rotations ? 6 : b.m.twod ? 2 : 3;
+    const auto global = [&](int n, int dof) {
+        const motion local = at(places[n - 1][0], places[n - 1][1]);
+        const vec3 v = axes.transpose() * (dof <= 3 ? local.u : local.r);
+        return v[(dof - 1) % 3];
+    };
+    for (int n = 1; n <= 4; ++n)
+        for (int dof = 1; dof <= dofs; ++dof) b.fix(n, {dof}, global(n, dof));
+    r = b.solve();
+    double error[2] = {}, size[2] = {};
+    for (int n = 1; n <= 8; ++n)
+        for (int dof = 1; dof <= dofs; ++dof) {
+            double& worst = error[dof > 3];
+            worst = std::max(worst, std::fabs(moved(r, 1, n, dof) - global(n, dof)));
+            size[dof > 3] = std::max(size[dof > 3], std::fabs(global(n, dof)));
+        }
+    return std::max(error[0] / size[0], size[1] > 0 ? error[1] / size[1] : error[1] / size[0]);
+}
+
+TEST(Verification, PatchTests) {
+    const struct {
+        const char* name;
+        int type;
+        double thickness;
+        field at;
+        int firststress;
+        double stress[3];
+    } rows[] = {
+        // E / (1 - nu^2) (exx + nu eyy), with exx = eyy = gxy = 1e-3; curvatures likewise
+        {"stretch", typememb3, 0.001, stretched, 0, {4e3 / 3, 4e3 / 3, 400}},
+        {"stretch", typememb4, 0.001, stretched, 0, {4e3 / 3, 4e3 / 3, 400}},
+        {"stretch", typeshell3, 0.001, stretched, 0, {4e3 / 3, 4e3 / 3, 400}},
+        {"stretch", typeshell4, 0.001, stretched, 0, {4e3 / 3, 4e3 / 3, 400}},
+        {"stretch and turn", typeshell3, 0.001, twistedflat, 0, {1600, 2400, 1200}},
+        {"stretch and turn", typeshell4, 0.001, twistedflat, 0, {1600, 2400, 1200}},
+        {"bending, thin", typeplate3, 0.001, bent, 3, {-2.0 / 3, -2.0 / 3, -0.2}},
+        {"bending, thin", typeplate4, 0.001, bent, 3, {-2.0 / 3, -2.0 / 3, -0.2}},
+        {"bending, thin", typeshell3, 0.001, bent, 3, {-2.0 / 3, -2.0 / 3, -0.2}},
+        {"bending, thin", typeshell4, 0.001, bent, 3, {-2.0 / 3, -2.0 / 3, -0.2}},
+        {"bending, thick", typeplate3, 0.1, bent, 3, {-200.0 / 3, -200.0 / 3, -20}},
+        {"bending, thick", typeshell4, 0.1, bent, 3, {-200.0 / 3, -200.0 / 3, -20}},
+    };
+    for (const auto& row : rows)
+        for (const bool space : {false, true}) {
+            // Plates alone hold nothing in their plane; what is held there is 0 in the plane z = 0.
+            const bool plate = row.type == typeplate3 || row.type == typeplate4;
+            if (plate && space) continue;
+            build b;
+            results r;
+            const double error = patcherror(row.type, row.thickness, row.at,
+                                            space ? tilted() : mat3(mat3::Identity()), r, b);
+            const std::string where = space ? ", tilted plane" : "";
+            EXPECT_LT(error, 1e-9) << row.name << " " << kindof(row.type).name << where;
+            double worst = 0;
+            for (std::size_t i = 0; i < r.plates.elements.size(); ++i) {
+                b.m.elements[std::size_t(r.plates.elements[i])].turn = 0;
+                const element e = elementat(b.m, b.s, r.plates.elements[i]);
+                const mat3 from =
+                    plateaxes(e) * (space ? tilted() : mat3(mat3::Identity())).transpose();
+                for (int c = r.plates.first[i]; c < r.plates.first[i + 1]; ++c) {
+                    const double* const value = r.plates.of(1, c) + row.firststress;
+                    mat3 local = mat3::Zero(), wanted = mat3::Zero();
+                    local.topLeftCorner<2, 2>() << value[0], value[2], value[2], value[1];
+                    wanted.topLeftCorner<2, 2>() << row.stress[0], row.stress[2], row.stress[2],
+                        row.stress[1];
+                    local = from.transpose() * local * from;
+                    worst = std::max(worst, (local - wanted).norm() / wanted.norm());
+                }
+            }
+            EXPECT_LT(worst, 1e-8) << row.name << " " << kindof(row.type).name << where;
+            prove({"patch", std::string(row.name) + where + ", displacement", kindof(row.type).name,
+                   "MH", 0, 1, 1 + error, 1e-9});
+        }
+}
+
+// --- single elements ----------------------------------------------------------------------------
+
+static element oneelement(build& b, int type, double thickness, const std::vector<vec3>& at) {
+    const int g = b.plate(1e4, 0.3, thickness);
+    elementdef def;
+    def.type = type;
+    def.group = g;
+    for (std::size_t i = 0; i < at.size(); ++i)
+        def.node[i] = b.node(at[i].x(), at[i].y(), at[i].z());
+    b.m.elements.push_back(def);
+    return elementat(b.m, b.s, b.m.nelems());
+}
+
+// Six rigid motions of an element by columns.
+static Eigen::MatrixXd rigidmotions(const element& e, int stride) {
+    Eigen::MatrixXd u = Eigen::MatrixXd::Zero(e.nodes * stride, 6);
+    for (int c = 0; c < e.nodes; ++c)
+        for (int k = 0; k < 3; ++k) {
+            u(stride * c + k, k) = 1;
+            u.block<3, 1>(stride * c, 3 + k) = vec3(vec3::Unit(k)).cross(e.x[c]);
+            if (stride == 6) u(stride * c + 3 + k, 3 + k) = 1;
+        }
+    return u;
+}
+
+TEST(Element, OnlyRigidMotionsAndWhatTheKindLeavesAreFree) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> some(-0.15, 0.15);
+    const struct {
+        int type, rank;
+    } rows[] = {{typememb3, 3},   {typememb4, 5},  {typeshear4, 1}, {typeshell3, 12},
+                {typeshell4, 18}, {typeplate3, 6}, {typeplate4, 9}};
+    for (const auto& row : rows)
+        for (const double slender : {1.0, 8.0})
+            for (const double thickness : {0.001, 0.1, 3.0})
+                for (const bool warped : {false, true}) {
+                    std::vector<vec3> at = {{0, 0, 0}, {slender, 0, 0}, {slender, 1, 0}, {0, 1, 0}};
+                    at.resize(std::size_t(kindof(row.type).nodes));
+                    for (vec3& x : at)
+                        x += vec3(some(random), some(random), warped ? some(random) : 0);
+                    build b;
+                    const element e = oneelement(b, row.type, thickness, at);
+                    elmatrix k;
+                    kindof(row.type).stiffness(e, k);
+                    SCOPED_TRACE(std::string(kindof(row.type).name) + (warped ? " warped" : "") +
+                                 " thickness " + std::to_string(thickness));
+                    EXPECT_LT((k - k.transpose()).norm(), 1e-12 * k.norm());
+                    const Eigen::MatrixXd rigid = rigidmotions(e, kindof(row.type).nodedofs);
+                    EXPECT_LT((k * rigid).norm(), 1e-11 * k.norm() * rigid.norm());
+                    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> spectrum(
+                        (Eigen::MatrixXd(k)));
+                    int rank = 0;
+                    const double nothing = 1e-11 * spectrum.eigenvalues().maxCoeff();
+                    for (const double value : spectrum.eigenvalues()) {
+                        EXPECT_GT(value, -nothing);
+                        rank += value > nothing;
+                    }
+                    EXPECT_EQ(rank, row.rank);
+                    elmatrix stress;
+                    kindof(row.type).stress(e, stress);
+                    EXPECT_LT((stress * rigid).norm(), 1e-10 * stress.norm() * rigid.norm());
+                }
+}
+
+// Total mass, its moments and its inertia come out of the consistent matrix.
+TEST(Element, MassMatricesMoveLikeTheBody) {
+    const std::vector<vec3> corners = {{0, 0, 0}, {2, 0.1, 0}, {1.8, 1.2, 0}, {0.2, 1, 0}};
+    for (const int type :
+         {typememb3, typememb4, typeshear4, typeshell3, typeshell4, typeplate3, typeplate4}) {
+        build b;
+        std::vector<vec3> at(corners.begin(), corners.begin() + kindof(type).nodes);
+        const mat3 turn = tilted();
+        for (vec3& x : at) x = turn * x;
+        element e = oneelement(b, type, 0.1, at);
+        b.m.groups[1].field[fielddensity] = 50;
+        elmatrix m;
+        kindof(type).mass(e, m);
+        const Eigen::MatrixXd rigid = rigidmotions(e, kindof(type).nodedofs);
+        const mat6 whole = rigid.transpose() * m * rigid;
+        const double mass = 50 * 0.1 * areaof(e);
+        EXPECT_LT((whole.topLeftCorner<3, 3>() - mass * mat3::Identity()).norm(), 1e-10 * mass);
+        mat3 inertia = mat3::Zero();
+        for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
+            const surfaceshape n = shapesat(e.nodes, p.place);
+            const vec3 x = surfaceat(e, n);
+            const double part = 50 * 0.1 * p.weight * surfacenormal(e, n).norm();
+            inertia += part * (x.squaredNorm() * mat3::Identity() - x * x.transpose());
+        }
+        if (kindof(type).nodedofs == 6) {  // the thickness turns about the axes of the plane
+            const vec3 normal = plateaxes(e).row(2);
+            inertia += mass * 0.01 / 12 * (mat3::Identity() - normal * normal.transpose());
+        }
+        EXPECT_LT((whole.bottomRightCorner<3, 3>() - inertia).norm(), 1e-10 * inertia.norm())
+            << kindof(type).name;
+        // Even force on the surface has the same resultant as its nodal forces.
+        elvector f = elvector::Zero(m.rows());
+        spreadevenly(e, {1, 2, 3}, f);
+        const Eigen::VectorXd sum = rigid.transpose() * f;
+        EXPECT_LT((sum.head<3>() - areaof(e) * vec3(1, 2, 3)).norm(), 1e-12);
+    }
+}

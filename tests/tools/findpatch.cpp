@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loops of lines, and the dialog of patches.
+#include "tools/findpatch.h"
+
+#include <algorithm>
+#include <set>
+
+#include "core/session.h"
+#include "tests/support/recorder.h"
+#include "tests/tools/drawn.h"
+#include "tools/Surfaces.h"
+#include "tools/genmesh.h"
+#include "tools/groups.h"
+#include "tools/patchedit.h"
+
+static void polygon(const std::vector<point3>& corners) {
+    for (std::size_t i = 0; i < corners.size(); ++i)
+        addline(corners[i], corners[(i + 1) % corners.size()]);
+}
+
+static void sayok(sessionroom& room, int times) {
+    for (int i = 0; i < times; ++i) room.door.answerqueue.push_back(answers::ok);
+}
+
+TEST(Findpatch, JointsCarryTheEndOfTheOtherLine) {
+    sessionroom room;
+    addline({0, 0, 0}, {1, 0, 0});
+    addline({1, 0, 0}, {1, 1, 0});
+    addline({1, -1, 0}, {1.0005, 0, 0});              // within the tolerance
+    addline({1.001, 0, 0}, {2, 0, 0});                // at it
+    addgraphic(kindcurve, {1, 0, 0}, {3, 0, 0}, {});  // no line
+    addline({5, 0, 0}, {6, 0, 0});
+    addline({7, 0, 0}, {-1e30, 8, 0});  // farther off than cells can be counted
+    addline({-1e30, 8, 0}, {1e30, 0, 0});
+    const jointtable joints = findjoints();
+    EXPECT_EQ(joints[2][6 + 1], (std::vector<int>{6 + 2}));
+    EXPECT_TRUE(joints[2][6 + 2].empty());
+    EXPECT_EQ(joints[2][1], (std::vector<int>{2, -3}));
+    EXPECT_TRUE(joints[1][1].empty());
+    EXPECT_EQ(joints[1][2], (std::vector<int>{-1, -3}));
+    EXPECT_EQ(joints[2][3], (std::vector<int>{-1, 2, 4}));
+    EXPECT_TRUE(joints[1][5].empty());
+    EXPECT_TRUE(joints[1][6].empty() && joints[2][6].empty());
+}
+
+TEST(Findpatch, LoopsThatCloseAreFoundOncePerStart) {
+    const struct {
+        const char* name;
+        std::function<void()> draw;
+        int found;
+        std::size_t lines;  // of each loop
+    } cases[] = {
+        {"square",
+         [] {
+             polygon({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
+         },
+         4, 4},
+        {"triangle in space",
+         [] {
+             polygon({{0, 0, 0}, {1, 0, 2}, {1, 1, 5}});
+         },
+         3, 3},
+        // an edge of two pieces: from their joint no plane is known
+        {"two pieces",
+         [] {
+             polygon({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}});
+         },
+         4, 5},
+        {"a corner inwards",
+         [] {
+             polygon({{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {2, 1, 0}, {0, 4, 0}});
+         },
+         5, 5},
+        {"open",
+         [] {
+             addline({0, 0, 0}, {1, 0, 0});
+             addline({1, 0, 0}, {1, 1, 0});
+         },
+         0, 0},
+        {"a curve in the loop",
+         [] {
+             addline({0, 0, 0}, {1, 0, 0});
+             addline({1, 0, 0}, {1, 1, 0});
+             addgraphic(kindcurve, {1, 1, 0}, {0, 0, 0}, {0, 1, 0});
+         },
+         0, 0},
+        {"two lines to and fro",
+         [] {
+             addline({0, 0, 0}, {1, 0, 0});
+             addline({1, 0, 0}, {0, 0, 0});
+         },
+         0, 0},
+        {"out of the plane",
+         [] {
+             polygon({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 1}});
+         },
+         0, 0},
+        {"nothing", [] {}, 0, 0},
+    };
+    for (const auto& c : cases) {
+        sessionroom room;
+        c.draw();
+        sayok(room, 50);
+        EXPECT_EQ(findpatch(), c.found) << c.name;
+        EXPECT_EQ(room.door.told("found patch"), c.found > 0) << c.name;
+        EXPECT_EQ(room.door.told("No lines form a closed loop"), c.found == 0) << c.name;
+        if (c.found == 0) continue;
+        room.door.answerqueue.clear();
+        EXPECT_EQ(findpatch(), 1) << "Cancel stops there";
+        EXPECT_EQ(std::size_t(graphsel(0, 0)), c.lines) << c.name;
+        std::set<int> lines;
+        for (int k = 1; k <= graphsel(0, 0); ++k) lines.insert(graphsel(k, 0));
+        EXPECT_EQ(lines.size(), c.lines) << c.name;
+    }
+}
+
+TEST(Findpatch, TheTightestTurnGoesRoundOneCell) {
+    sessionroom room;
+    const int n = 3;
+    for (int i = 0; i <= n; ++i)
+        for (int j = 0; j < n; ++j) {
+            addline({double(i), double(j), 0}, {double(i), j + 1.0, 0});
+            addline({double(j), double(i), 0}, {j + 1.0, double(i), 0});
+        }
+    // The corner at the start of a line is right for each; crossings are walked all the same.
+    sayok(room, 1000);
+    EXPECT_GE(findpatch(), 2 * n * (n + 1));
+    room.door.answerqueue.clear();
+    findpatch();
+    EXPECT_EQ(graphsel(0, 0), 4);
+}
+
+TEST(Patchedit, ShowsWhatIsSelected) {
+    sessionroom room;
+    patcheditform form = openpatchedit();
+    EXPECT_TRUE(room.door.told("Please, select patch for editing"));
+    EXPECT_EQ(form.items, std::vector<std::string>{"None"});
+    for (int p = 1; p <= 2; ++p) {
+        meshtype = p == 1 ? "Quad" : "Triang";
+        mesheltype = p == 1 ? 3 : 2;
+        meshgroup = 1;
+        for (int e = 1; e <= 4; ++e) {
+            graphmesh(e, 0) = 2;
+            graphmesh(e, 1) = 10 * p + e;
+            graphmesh(e, 2) = 7;
+        }
+        storepatch(p);
+        patches(0, 0, 0) = p;
+        patchsel(p) = float(p);
+        patchsel(0) = float(p);
+    }
+    form = openpatchedit();
+    EXPECT_EQ(form.items, (std::vector<std::string>{"Selection", "1", "2"}));
+    EXPECT_EQ(form.mesh, "Various");
+    EXPECT_EQ(form.element, "Various");
+    EXPECT_EQ(form.group, "GR 1");
+    EXPECT_TRUE(form.edges.empty());
+    choosepatch(form, 2);
+    EXPECT_EQ(form.mesh, "Triang");
+    EXPECT_EQ(form.element, "MEMB3");
+    EXPECT_EQ(form.edges,
+              (std::vector<std::string>{"Edge 1: 21, 7", "Edge 2: 22, 7", "Edge 3: 23, 7"}));
+}

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -134,6 +135,10 @@ bool textin::atend() {
     const char* p = at;
     while (p != last && (isgap(*p) || islineend(*p) || *p == '\x1A')) ++p;
     return p == last;
+}
+
+bool textin::atlineend() const {
+    return at == last || islineend(*at);
 }
 
 void textin::toword() {
@@ -284,16 +289,22 @@ char* textout::room(std::size_t n) {
     return buffer.data() + used;
 }
 
-textout& textout::put(float number) {
+template <typename Real>
+textout& textout::putreal(Real number) {
+    if (!std::isfinite(number))
+        throw runtimeerror{erroverflow, target + " was not written, its former content stands: " +
+                                            "a value is too large for a number"};
     char* const p = room(longestnumber);
     used += std::size_t(writenumber(p, number) - p);
     return *this;
 }
 
+textout& textout::put(float number) {
+    return putreal(number);
+}
+
 textout& textout::put(double number) {
-    char* const p = room(longestnumber);
-    used += std::size_t(writenumber(p, number) - p);
-    return *this;
+    return putreal(number);
 }
 
 textout& textout::put(long number) {

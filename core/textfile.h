@@ -31,6 +31,8 @@ class textin {
 
     // True when only blanks, commas and line ends are left.
     bool atend();
+    // True when no other value stands on the line of the last one.
+    bool atlineend() const;
     // The next value. Each throws errpastend at the end of the file, errtype for what is not of
     // the kind, erroverflow for what does not fit; the text names file, line and what was found.
     double number();
@@ -62,6 +64,7 @@ class textout {
     textout(const textout&) = delete;
     textout& operator=(const textout&) = delete;
 
+    // A number that is none or infinite throws erroverflow: no reader would take the file.
     textout& put(float number);
     textout& put(double number);
     textout& put(long number);
@@ -84,6 +87,8 @@ class textout {
     void commit();
 
   private:
+    template <typename Real>
+    textout& putreal(Real number);
     char* room(std::size_t n);
     void flush();
     std::string target, beside;

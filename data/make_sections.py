@@ -106,14 +106,6 @@ def teetorsion(b, h, tw, tf, r):
     return twoended(b, tf) + oneended(h - tf, tw) + t / t1 * (0.15 + 0.1 * r / tf) * d**4
 
 
-def channeltorsion(b, h, tw, tf, r):
-    """Roark: a channel is two L sections, each with half of the web."""
-    d = 2 * (tf + tw + 3 * r - sqrt(2 * (2 * r + tw) * (2 * r + tf)))
-    half = (twoended(b, tf) + (h / 2 - tf) * tw**3 / 3
-            + min(tw, tf) / max(tw, tf) * (0.07 + 0.076 * r / max(tw, tf)) * d**4)
-    return 2 * half
-
-
 def hollowtorsion(b, h, t, ro, ri):
     """EN 10210-2 and EN 10219-2, annex A: Bredt along the middle line, and the wall's own part."""
     rc = (ro + ri) / 2
@@ -185,10 +177,9 @@ def europeantable(words):
 
 
 def europeanchannel(words):
-    size, b, h, tw, tf, r = words[0], *map(float, words[1:])
+    size, b, h, tw, tf, r, izz = words[0], *map(float, words[1:])
     area, ixx, iyy, *_ = channel(b, h, tw, tf, r)
-    add(f"UPE {size}", "C Profile US", "mm", area, ixx, iyy, channeltorsion(b, h, tw, tf, r),
-        b, h, tw, tf)
+    add(f"UPE {size}", "C Profile US", "mm", area, ixx, iyy, izz * 1e4, b, h, tw, tf)
 
 
 def tube(name, unit, od, t):

@@ -124,6 +124,16 @@ void projectplace(int nview, double x, double y, double z) {
     projectpoint(nview);
 }
 
+static void drawaddednode(int n, int nview) {
+    drawcolor = nodecolor;
+    setnode(n, nview);
+    projectpoint(nview);
+    surface* const s = target(nview);
+    s->fillsolid = true;
+    drawnode(nview);
+    s->fillsolid = false;
+}
+
 int addnodeat(int) {
     if (nnodes() == nodes.upper2) {
         door().message(
@@ -141,21 +151,8 @@ int addnodeat(int) {
     nodename(n).clear();
     nodes(0, 0, 0) = float(n);
     dorenumber = 1;
-    const keptpoint kept;
-    drawcolor = nodecolor;
     nodecurrent = n;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr || !mnudrawlist(0).checked) continue;
-        prepareview(v);
-        setnode(n, v);
-        projectpoint(v);
-        s->fillsolid = true;
-        drawnode(v);
-        s->fillsolid = false;
-        s->show();
-    }
-    drawcolor = meshcolor;
+    if (mnudrawlist(0).checked) drawinviews([n](int v) { drawaddednode(n, v); });
     return n;
 }
 

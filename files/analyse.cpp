@@ -131,6 +131,7 @@ static void takewords(const std::string& text, std::string& stage, double& share
 
 static runreport waitforsolver() {
     const int steplength = 20;  // milliseconds between two looks
+    const int patience = 2000;  // milliseconds between the signal and the solver's end
     runreport report;
     std::string stage = "start";
     double share = 0;
@@ -151,9 +152,16 @@ static runreport waitforsolver() {
         }
         door().yield(steplength);
     }
-    while (door().processruns()) door().yield(steplength);
+    // The file's removal is the signal. A solver that lingers after it is not waited for, but gives
+    // way to the next run.
+    for (int waited = 0; door().processruns() && waited < patience; waited += steplength)
+        door().yield(steplength);
+    const bool lingers = door().processruns();
     takewords(door().processwords(), stage, share, report.words);
-    if (door().processcode() != 0) report.end = runend::refused;
+    if (lingers)
+        door().killprocess();
+    else if (door().processcode() != 0)
+        report.end = runend::refused;
     return report;
 }
 

@@ -63,11 +63,15 @@ static settingline single(array1<float>& list, int i) {
             [&list, i](textin& in) { list(i) = in.single(); }};
 }
 
-static settingline scaleline(int v) {
-    return {[v](textout& out) { out.put(viewscale(v)); },
-            [v](textin& in) {
+// Refuses what is not good for a view: a scale or an eye distance of 0 collapses the picture.
+static settingline single(array1<float>& list, int v, bool (*isgood)(float), const char* wanted) {
+    return {[&list, v](textout& out) { out.put(list(v)); },
+            [&list, v, isgood, wanted](textin& in) {
                 const float value = in.single();
-                viewscale(v) = value == 0 ? 1 : value;
+                if (!isgood(value))
+                    in.fail(errtype,
+                            std::string(wanted) + " was expected, found " + numbertext(value));
+                list(v) = value;
             }};
 }
 
@@ -117,9 +121,13 @@ static std::vector<settingline> settinglines() {
     for (int v = 1; v <= nviews; ++v)
         for (auto* list : {&viewvert, &viewhor}) lines.push_back(single(*list, v));
     for (int v = 1; v <= nviews; ++v) {
-        lines.push_back(scaleline(v));
-        for (auto* list : {&viewaw, &viewdist, &viewptx, &viewpty, &viewptz})
-            lines.push_back(single(*list, v));
+        lines.push_back(single(
+            viewscale, v, [](float scale) { return scale > 0; }, "a view scale above 0"));
+        lines.push_back(single(viewaw, v));
+        lines.push_back(single(
+            viewdist, v, [](float distance) { return distance != 0; },
+            "an eye distance other than 0"));
+        for (auto* list : {&viewptx, &viewpty, &viewptz}) lines.push_back(single(*list, v));
     }
     for (colour* c :
          {&backcolor, &meshcolor, &nodecolor, &patchcolor, &selcolor, &freecolor, &graphcolor,

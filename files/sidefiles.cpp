@@ -8,6 +8,7 @@
 
 #include "core/model.h"
 #include "core/modelsize.h"
+#include "core/numtext.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "core/textfile.h"
@@ -87,12 +88,15 @@ void readvpl(const std::string& base) {
     for (int i = 1; i <= count; ++i) {
         const long node = in.whole();
         const int dof = code(in, 1, 6, "a degree of freedom");
-        const double value = in.number();
+        const double written = in.number();
+        const double value = dof >= scaledfrom ? written * 180 / pi : written;
+        if (!std::isfinite(float(value)))
+            in.fail(erroverflow, "the prescribed value " + numbertext(value) + " is too large");
         if (node < 1 || node > nnodes()) continue;
         ++kept;
         connode(kept) = int(node);
         condof(kept) = dof;
-        conval(kept) = float(dof >= scaledfrom ? value * 180 / pi : value);
+        conval(kept) = float(value);
     }
     ncon = kept;
 }

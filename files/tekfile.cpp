@@ -91,8 +91,13 @@ static void readviews(textin& in) {
     const float nodistance = 100000;
     const std::size_t sixes = 6 * nviews, eights = 8 * nviews;
     std::vector<float> numbers;
-    while (!in.atend() && numbers.size() < eights) numbers.push_back(in.single());
-    const std::size_t fields = numbers.size() == sixes ? 6 : 8;
+    std::size_t firstline = 0;  // numbers on it
+    while (!in.atend() && numbers.size() < eights) {
+        numbers.push_back(in.single());
+        if (firstline == 0 && in.atlineend()) firstline = numbers.size();
+    }
+    // Three whole views of eight numbers are as many as four of six.
+    const std::size_t fields = numbers.size() == sixes && firstline != 8 ? 6 : 8;
     if (numbers.size() % fields != 0) in.fail(errpastend, "a view of the model is incomplete");
     for (int v = 1; v <= nviews && std::size_t(v) * fields <= numbers.size(); ++v) {
         float value[8] = {};

@@ -9,6 +9,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "post/contour.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 #include "post/stressfile.h"
@@ -56,7 +57,7 @@ class keptdisplay {
         std::size_t at = 0;
         for (int n = 1; n <= nnodes(); ++n)
             for (int k = 0; k < 3; ++k) nodes(1, n, k) = shape[at++];
-        // What belongs to a combination is read again when it is drawn.
+        // What belongs to a combination is read again where it is needed.
         stressloaded = false;
         elemstress.clear();
         if (forces)
@@ -154,6 +155,7 @@ bool savereport(const std::string& base) {
         },
         told);
     door().endprogress();
+    prepareplot();  // the legend and the value at the pointer live on what a plot has read
     return whole;
 }
 

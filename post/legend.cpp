@@ -33,6 +33,11 @@ std::string plotlabel() {
                                : stresscomponents[stresscomp - 1].label;
 }
 
+// Line elements have the colours of bands, also each as a whole.
+static bool showsbands() {
+    return contourfilled || iselementstress();
+}
+
 static std::string componenttext() {
     const componentrow& row = stresscomponents[stresscomp - 1];
     return *row.legend ? row.legend : row.label;
@@ -81,10 +86,11 @@ legendtext makelegend() {
     t.title = iselementstress() ? "Stress Index" : "Contour Index";
     t.heading = headinglines();
     t.exponent = exponentof(std::max(std::fabs(indexmax), std::fabs(indexmin)));
-    const int count = contourfilled ? indexcolors + 1 : indexcolors;
+    const bool bands = showsbands();
+    const int count = bands ? indexcolors + 1 : indexcolors;
     std::vector<double> values;
     for (int k = 0; k < count; ++k)
-        values.push_back((contourfilled ? bandbound(k) : levelof(k)) / std::pow(10.0, t.exponent));
+        values.push_back((bands ? bandbound(k) : levelof(k)) / std::pow(10.0, t.exponent));
     t.labels = indexmax == indexmin ? labelsof(values, 2) : shortlabels(values);
     t.tail = " E" + numbertext(t.exponent);
     return t;
@@ -202,7 +208,7 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
     const double beside = boxwidth + gap;
     const scaleplace at{left + margin, y + line, std::min(tallest, room / indexcolors),
                         left + margin + beside, inner - beside};
-    if (contourfilled)
+    if (showsbands())
         drawbands(s, t, at);
     else
         drawlevels(s, t, at);

@@ -96,8 +96,9 @@ static void sumup(const textin& in, float& cell, int l, float factor, double val
 
 enum class rotations { drop, keep };
 
-// Blocks of .rvp into set 1 of nodes; the rotations that are kept overwrite set 0.
-static void readdispfile(rotations wanted) {
+// Blocks of .rvp into set 1 of nodes; the rotations that are kept overwrite set 0. Returns what the
+// user should know of the file, or nothing.
+static std::string readdispfile(rotations wanted) {
     textin in(findnocase(modelname + ".rvp"));
     const int anadof = readheader(in), count = nnodes();
     int l = 1;
@@ -119,7 +120,7 @@ static void readdispfile(rotations wanted) {
         in.text();
     }
     needblock(in, l - 1, "load case");
-    fieldnote = noteofcases(in, l - 1);
+    return noteofcases(in, l - 1);
 }
 
 static bool readguarded(const std::function<void()>& read, const char* message) {
@@ -135,7 +136,7 @@ static bool readguarded(const std::function<void()>& read, const char* message) 
 
 bool readdisp() {
     fieldismode = false;
-    return readguarded([] { readdispfile(rotations::drop); },
+    return readguarded([] { fieldnote = readdispfile(rotations::drop); },
                        "Error occurred while trying to read Displacements.");
 }
 
@@ -158,7 +159,11 @@ static void tellquietly(const runtimeerror& e) {
 
 bool readdispreport() {
     keepplaces();
-    return guarded([] { readdispfile(rotations::keep); }, tellquietly);
+    const auto read = [] {
+        const std::string note = readdispfile(rotations::keep);
+        if (!note.empty()) door().showstatus(note);
+    };
+    return guarded(read, tellquietly);
 }
 
 // What stood before is taken back where it was put aside: edits that are not saved yet live on.

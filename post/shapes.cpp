@@ -2,6 +2,8 @@
 // Switches of the result views.
 #include "post/shapes.h"
 
+#include <limits>
+
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -157,6 +159,13 @@ void choosemode(int number) {
     retryresults();
     readmode();
     showresults();
+}
+
+void typemode(const std::string& text) {
+    double number = 0;
+    if (!readnumber(text, number) || !(number >= 1 && number <= std::numeric_limits<int>::max()))
+        return;
+    if (const int whole = int(number); whole != curlcomb) choosemode(whole);
 }
 
 void rereadshown() {

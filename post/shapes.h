@@ -13,7 +13,10 @@ void showelementstress();  // toggles Element Stress; Contour plot goes off
 void toggleswitch(bool& on);
 
 void choosecombination(int c);  // from the main window's list: reads and redraws
-void choosemode(int number);    // from the field or list of the mode shape group
+void choosemode(int number);    // from the list of the mode shape group
+// What the group's field holds: a number other than that of the shape on show; any other text
+// changes nothing.
+void typemode(const std::string& text);
 
 // Prepares and draws what is on show.
 void showresults();

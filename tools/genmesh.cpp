@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "core/catalogue.h"
@@ -275,15 +276,16 @@ static point3 deviationb(int j) {
     return {edgechordbx(j), edgechordby(j), edgechordbz(j)};
 }
 
-// Nodes 2..last-1 of grid row i, whose ends stand. dev(j) is what is added to the chord.
-template <typename Deviation>
-static void fillrow(int i, int last, Deviation dev) {
+// Nodes 2..last-1 of grid row i, whose ends stand: on the chord, plus the deviations of the two
+// side edges, share of the way from the first to the second.
+static void fillrow(int i, int last, double share) {
     const auto grid = edgegrid.row(i);
     grid[0] = last;
     const point3 a = buffernode(grid[1]), b = buffernode(grid[std::size_t(last)]);
     for (int j = 2; j < last; ++j) {
         const double t = double(j - 1) / (last - 1);
-        grid[std::size_t(j)] = addbuffernode(a + t * (b - a) + dev(j));
+        const point3 side = deviationa(j) + share * (deviationb(j) - deviationa(j));
+        grid[std::size_t(j)] = addbuffernode(a + t * (b - a) + side);
     }
 }
 
@@ -297,31 +299,26 @@ static void placequad() {
     for (int i = 2; i < m; ++i) {
         edgegrid(i, 1) = edgedata(1, i);
         edgegrid(i, n) = edgedata(2, i);
-        const double s = double(i - 1) / (m - 1);
-        fillrow(i, n, [&](int j) { return deviationa(j) + s * (deviationb(j) - deviationa(j)); });
+        fillrow(i, n, double(i - 1) / (m - 1));
     }
 }
 
 // Row 1 is edge 3 backwards; each row is one node shorter, the last one is the corner of edges 1
-// and 2. The deviation of row 1 fades towards that corner, taken at the same share of the row.
+// and 2. The rows turn from the deviations of edge 2 to those of edge 3, each read from its own
+// start and as far as the row goes: edge 1 is the one that curves without bending the rows.
 static void placetriangle() {
     const int m = edgedata(1, 0);
     std::vector<int> first = nodesofedge(3);
     std::ranges::reverse(first);
     setgridrow(1, first);
     setgridrow(m, {edgedata(2, 1)});
-    deviations(first, edgechordax, edgechorday, edgechordaz);
+    deviations(nodesofedge(2), edgechordax, edgechorday, edgechordaz);
+    deviations(nodesofedge(3), edgechordbx, edgechordby, edgechordbz);
     for (int i = 2; i < m; ++i) {
         const int last = m - i + 1;
         edgegrid(i, 1) = edgedata(1, i);
         edgegrid(i, last) = edgedata(2, last);
-        const double s = double(i - 1) / (m - 1);
-        fillrow(i, last, [&](int j) {
-            const double at = 1 + double(j - 1) * (m - 1) / (last - 1);
-            const int k = std::min(int(at), m - 1);
-            const point3 a = deviationa(k), b = deviationa(k + 1);
-            return (1 - s) * (a + (at - k) * (b - a));
-        });
+        fillrow(i, last, double(i - 1) / (m - 1));
     }
 }
 
@@ -390,6 +387,52 @@ void createelements(graphiclist& list) {
         case 2:
             return createlines(list);
     }
+}
+
+// Twice the area of an element of 3 or 4 corners, along its normal.
+static point3 areavector(int e) {
+    const auto row = tmpelems.row(e);
+    const auto corner = [&](std::size_t k) { return buffernode(int(row[k])); };
+    if (row[4] == 0) return cross(corner(2) - corner(1), corner(3) - corner(1));
+    return cross(corner(3) - corner(1), corner(4) - corner(2));
+}
+
+namespace {
+struct elementside {
+    int from, to, element;
+};
+}  // namespace
+
+static std::vector<elementside> sidesofbuffer() {
+    std::vector<elementside> sides;
+    for (int e = 1; e <= int(tmpelems(0, 0)); ++e) {
+        const auto row = tmpelems.row(e);
+        const std::size_t corners = row[3] == 0 ? 2 : row[4] == 0 ? 3 : 4;
+        for (std::size_t k = 1; k <= corners; ++k) {
+            if (k == 2 && corners == 2) break;  // a line has one side
+            const int a = int(row[k]), b = int(row[k % corners + 1]);
+            sides.push_back({std::min(a, b), std::max(a, b), e});
+        }
+    }
+    return sides;
+}
+
+int foldedplaces() {
+    std::vector<elementside> sides = sidesofbuffer();
+    std::ranges::sort(sides, {}, [](const elementside& s) { return std::pair(s.from, s.to); });
+    int count = 0;
+    for (std::size_t i = 1; i < sides.size(); ++i) {
+        const elementside &a = sides[i - 1], &b = sides[i];
+        const bool shared = a.from == b.from && a.to == b.to;
+        if (shared && !(dot(areavector(a.element), areavector(b.element)) > 0)) ++count;
+    }
+    return count;
+}
+
+int shortsides() {
+    return int(std::ranges::count_if(sidesofbuffer(), [](const elementside& s) {
+        return meet(buffernode(s.from), buffernode(s.to));
+    }));
 }
 
 bool buildmesh(graphiclist& list) {

@@ -33,12 +33,17 @@ void sortchains(graphiclist& list);
 // Nodes of all edges into the buffer and edgedata. A corner has one for each edge that reaches it.
 void placeedgenodes(graphiclist& list);
 // The grid edgegrid and the nodes within: linear from edge 1 to edge 2 along each row, plus the
-// deviations of the first and the last row from their chords, blended over the rows.
+// deviations of the two side edges from their chords, blended over the rows: edges 3 and 4 of
+// quadrilaterals, 2 and 3 of triangles.
 void placeinterior();
 // Elements of 4, 3 or 2 nodes. With 2 nodes the chain is walked again: pieces do not share the node
 // where they meet, a circle section gives its end node in the last place alone, and a curve gives
 // nodes but no elements.
 void createelements(graphiclist& list);
+// Sides of the buffer's elements where the mesh turns back on itself or an element has no area.
+int foldedplaces();
+// Sides of the buffer's elements whose ends are one place within nodetol.
+int shortsides();
 
 // All steps but the checks of size. False with the buffers as they were when meshok went false.
 bool buildmesh(graphiclist& list);

@@ -151,11 +151,28 @@ void takeedge(mesh2dform& form) {
 
 // --- the mesh -----------------------------------------------------------------------------------
 
-static void tellskipped(mesh2dform& form) {
-    for (int k = 1; meshtype == "Line" && k <= graphmesh(1, 0); ++k)
-        if (const int g = graphmesh(1, k); kindof(graphics, g) == kindcurve)
-            form.message =
-                "Note: a curve gives nodes but no elements (graphic element " + numbertext(g) + ")";
+// What a line mesh leaves out, and a mesh that the solver could not use as it is.
+static std::string noteonmesh() {
+    const int count = meshtype == "Line" ? graphmesh(1, 0) : 0;
+    for (int k = 1; k <= count; ++k) {
+        const int g = graphmesh(1, k);
+        if (kindof(graphics, g) == kindcurve)
+            return "Note: a curve gives nodes but no elements (graphic element " + numbertext(g) +
+                   ")";
+        if (kindof(graphics, g) == kindcircle && k < count)
+            return "Note: a circle section inside a chain lacks its last element (graphic "
+                   "element " +
+                   numbertext(g) + "); mesh it on its own";
+    }
+    if (const int sides = shortsides(); sides > 0)
+        return "Note: " + numbertext(sides) +
+               " side(s) of elements are shorter than the merge tolerance; take fewer spaces or a "
+               "distribution factor nearer to 1";
+    const int folds = foldedplaces();
+    if (folds == 0) return "";
+    return "Note: the mesh is folded in " + numbertext(folds) + " place(s); " +
+           (meshtype == "Triang" ? "make the edge that is curved or unevenly spaced Edge 1"
+                                 : "divide the region into simpler ones");
 }
 
 void generatemesh(mesh2dform& form) {
@@ -172,7 +189,7 @@ void generatemesh(mesh2dform& form) {
     if (!meshok) return;
     form.message = numbertext(tmpnodes(0, 0)) + " nodes and " + numbertext(tmpelems(0, 0)) +
                    " elements; press <Accept> to add them to the model";
-    tellskipped(form);
+    if (const std::string note = noteonmesh(); !note.empty()) form.message = note;
 }
 
 // The mesh stands without its patch when the table can not hold it.

@@ -127,18 +127,12 @@ void editnumber(placenodesform& form, const std::string& text) {
 // --- edits --------------------------------------------------------------------------------------
 
 static void drawingraphiccolour(int g, colour c, bool marksalone) {
-    const keptpoint kept;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr || !mnudrawlist(4).checked) continue;
-        prepareview(v);
-        s->toplane(planes::model);
+    if (!mnudrawlist(4).checked) return;
+    drawinviews([&](int v) {
         drawcolor = c;
         drawgraphicnodes(graphics, g, v);
         if (!marksalone || c != backcolor) drawgraphic(graphics, g, v);
-        s->toplane(planes::marks);
-    }
-    drawcolor = meshcolor;
+    });
 }
 
 // Takes the marks (or the whole picture) of the edited elements away, changes them, draws anew.

@@ -115,18 +115,12 @@ static void followpointer(int nview) {
 }
 
 static void drawfinished(int g) {
-    const keptpoint kept;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr || !mnudrawlist(4).checked) continue;
-        prepareview(v);
-        s->toplane(planes::model);
+    if (!mnudrawlist(4).checked) return;
+    drawinviews([g](int v) {
         drawcolor = graphcolor;
         drawgraphic(graphics, g, v);
         drawgraphicnodes(graphics, g, v);
-        s->toplane(planes::marks);
-    }
-    drawcolor = meshcolor;
+    });
 }
 
 static void needroom() {

@@ -72,18 +72,10 @@ static void emptynodes() {
 }
 
 static void drawmade(int e) {
-    const keptpoint kept;
-    for (int v = 1; v <= shownviews(); ++v) {
-        surface* const s = target(v);
-        if (s == nullptr) continue;
-        prepareview(v);
-        s->toplane(planes::model);
+    drawinviews([e](int v) {
         drawcolor = eltypnodes(int(elems(e, 0))) == 2 ? linecolor : meshcolor;
         drawelement(e, v);
-        s->toplane(planes::marks);
-        s->show();
-    }
-    drawcolor = meshcolor;
+    });
 }
 
 static void appendelement() {

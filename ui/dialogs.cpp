@@ -53,6 +53,13 @@ void fallback(const runtimeerror& fault) {
     tellfault(fault);
 }
 
+void sidedialog::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    const int gap = 24;  // pixels
+    const QRect window = themainwindow->frameGeometry();
+    move(window.right() - width() - gap, window.center().y() - height() / 2);
+}
+
 void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (!dialog->property(besidemain).toBool()) dialog->setWindowModality(Qt::ApplicationModal);

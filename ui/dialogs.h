@@ -19,6 +19,15 @@ void wiredialogs();
 void showmodal(QDialog* dialog);
 const char* const besidemain = "besidemain";
 
+// A dialog that stands at the right border of the main window, beside the model.
+class sidedialog : public QDialog {
+  public:
+    using QDialog::QDialog;
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+};
+
 // Tells a run-time error that nothing nearer has handled, with its number.
 void tellfault(const runtimeerror& fault);
 // A command that fails returns to the rest state and tells why.

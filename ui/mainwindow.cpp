@@ -228,8 +228,8 @@ void mainwindow::buildleftbar() {
     connect(modes, &QComboBox::activated, this, [](int i) { choosemode(i + 1); });
     rows->addWidget(modegroup);
     connect(modenumber, &QLineEdit::editingFinished, this, [this] {
-        const int number = int(numberof(modenumber->text().toStdString()));
-        if (number != curlcomb) choosemode(number);
+        typemode(modenumber->text().toStdString());
+        modenumber->setText(QString::number(curlcomb));
     });
 
     resultlabel = new QLabel(leftbar);

@@ -19,9 +19,9 @@
 
 namespace {
 
-class meshdialog : public QDialog {
+class meshdialog : public sidedialog {
   public:
-    meshdialog() : QDialog(themainwindow) {
+    meshdialog() : sidedialog(themainwindow) {
         setWindowTitle("2-D Mesh Generator");
         auto* const rows = new QVBoxLayout(this);
         buildchoices(rows);
@@ -46,14 +46,6 @@ class meshdialog : public QDialog {
                     closemesh2d(form);
                     addready();
                 }));
-    }
-
-  protected:
-    void showEvent(QShowEvent* event) override {
-        QDialog::showEvent(event);
-        const int gap = 24;  // pixels
-        const QRect window = themainwindow->frameGeometry();
-        move(window.right() - width() - gap, window.center().y() - height() / 2);
     }
 
   private:

@@ -25,9 +25,9 @@ struct fieldgroup {
     std::array<QLineEdit*, 6> box{};
 };
 
-class attributedialog : public QDialog {
+class attributedialog : public sidedialog {
   public:
-    attributedialog() : QDialog(themainwindow) {
+    attributedialog() : sidedialog(themainwindow) {
         form = openattributes();
         setWindowTitle(qtext(form.title));
         auto* const rows = new QVBoxLayout(this);
@@ -51,14 +51,6 @@ class attributedialog : public QDialog {
         shown().box[0]->setFocus();
         connect(this, &QDialog::finished, this,
                 guardedhandler([this](int) { closeattributes(form); }));
-    }
-
-  protected:
-    void showEvent(QShowEvent* event) override {
-        QDialog::showEvent(event);
-        const int gap = 24;  // pixels
-        const QRect window = themainwindow->frameGeometry();
-        move(window.right() - width() - gap, window.center().y() - height() / 2);
     }
 
   private:

@@ -19,10 +19,9 @@ namespace {
 
 using fieldedit = void (*)(placenodesform&, const std::string&);
 
-// Stands at the right border of the main window, beside the model.
-class graphicdialog : public QDialog {
+class graphicdialog : public sidedialog {
   public:
-    graphicdialog() : QDialog(themainwindow) {
+    graphicdialog() : sidedialog(themainwindow) {
         setWindowTitle("Edit graphic Elements");
         form = openplacenodes();
         auto* const rows = new QVBoxLayout(this);
@@ -39,14 +38,6 @@ class graphicdialog : public QDialog {
                 guardedhandler([this](int) { closeplacenodes(form); }));
         showform();
         nodes->setFocus();
-    }
-
-  protected:
-    void showEvent(QShowEvent* event) override {
-        QDialog::showEvent(event);
-        const int gap = 24;  // pixels
-        const QRect window = themainwindow->frameGeometry();
-        move(window.right() - width() - gap, window.center().y() - height() / 2);
     }
 
   private:

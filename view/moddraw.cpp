@@ -206,6 +206,20 @@ void drawselectedplain() {
     drawonmodel(false);
 }
 
+void drawinviews(const std::function<void(int nview)>& draw) {
+    const keptpoint kept;
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr) continue;
+        prepareview(v);
+        s->toplane(planes::model);
+        draw(v);
+        s->toplane(planes::marks);
+        s->show();
+    }
+    drawcolor = meshcolor;
+}
+
 void showviews() {
     for (int v = 1; v <= shownviews(); ++v)
         if (surface* const s = target(v)) s->show();

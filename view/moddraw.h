@@ -55,6 +55,9 @@ void eraseselected();
 void drawselectedplain();
 // Number of views on show: 1 or 4.
 int shownviews();
+// Calls draw(view) for each view on show, prepared for points of the model and ready to draw
+// beneath the marks; what is drawn becomes visible. The point in work is kept.
+void drawinviews(const std::function<void(int nview)>& draw);
 void showviews();  // what was drawn becomes visible in all views
 
 void drawtriad(int nview);

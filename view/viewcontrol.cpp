@@ -75,6 +75,20 @@ static void storechoice(viewform& form) {
     viewgroup(form.current) = form.option == 1 ? form.group0 : 0;
 }
 
+// An eye distance of 0 would show every point at the centre of the view.
+static bool isallowed(int box, double value) {
+    switch (box) {
+        case boxscale:
+            return float(value) > 0;
+        case boxdistance:
+            return float(value) != 0;
+        case boxunit:
+            return value > 0 && value <= greatestunit;
+        default:
+            return true;
+    }
+}
+
 // A number that a Single holds; all but the unit vector are stored as Singles.
 static bool readsingle(const std::string& text, double& value) {
     return readnumber(text, value) && std::isfinite(float(value));
@@ -86,8 +100,8 @@ void getvalues(viewform& form) {
         double value = 0;
         if (!readsingle(form.box[box], value)) return;
         if (box == boxunit) {
-            if (value > 0 && value <= greatestunit) unitveclen = value;
-        } else if (box != boxscale || float(value) > 0) {
+            if (isallowed(box, value)) unitveclen = value;
+        } else if (isallowed(box, value)) {
             listof(box)(v) = float(isangle(box) ? toradians(value) : value);
         }
     }
@@ -109,10 +123,7 @@ static std::string shortdegrees(float radians) {
 void leavebox(viewform& form, int box) {
     if (box == boxaw || box == boxdepth) return;
     double value = 0;
-    bool good = readsingle(form.box[box], value);
-    if (box == boxscale) good = good && float(value) > 0;
-    if (box == boxunit) good = good && value > 0 && value <= greatestunit;
-    if (good) return;
+    if (readsingle(form.box[box], value) && isallowed(box, value)) return;
     form.box[box] =
         box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
 }

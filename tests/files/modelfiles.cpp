@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <limits>
 #include <random>
 
 #include "core/colours.h"
@@ -326,6 +327,28 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
     EXPECT_EQ(nnodes(), 12);
 }
 
+// What no reader would take is not written over what can be read.
+TEST(Modelfiles, NumbersBeyondAllBoundsNeverReachTheFiles) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    const std::string good = contentof(room.file("m.tek"));
+    nodes(0, 3, 1) = std::numeric_limits<float>::infinity();
+    lcomb(1, 1) = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_FALSE(savemodel());
+    EXPECT_EQ(room.door.messages.size(), 2u);
+    EXPECT_EQ(contentof(room.file("m.tek")), good);
+    ASSERT_TRUE(openmodel(room.file("m")));
+    room.door.messages.clear();
+    for (const char* row : {"1,4,1E37", "1,3,1E308", "1,1,1E39"}) {
+        writefile(room.file("m.vpl"), std::string("1\r\n") + row + "\r\n");
+        ASSERT_TRUE(openmodel(room.file("m")));
+        EXPECT_EQ(ncon, 0) << row;
+        EXPECT_TRUE(room.door.toldpart("m.vpl, line 2: the prescribed value")) << row;
+        room.door.messages.clear();
+    }
+}
+
 TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
     sessionroom room;
     fillmodel();
@@ -383,6 +406,20 @@ TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
     EXPECT_EQ(viewhor(4), 0.25f);
     EXPECT_EQ(viewdist(4), 100000);
     EXPECT_EQ(viewscale(4), 1);
+}
+
+// As many numbers as four views of the old layout.
+TEST(Modelfiles, ThreeWholeViewsAreNotTakenForTheOldLayout) {
+    sessionroom room;
+    fillmodel();
+    viewscale(2) = 0.5f;
+    saveas(room.file("m"));
+    const std::string text = contentof(room.file("m.tek"));
+    writefile(room.file("m.tek"), text.substr(0, text.rfind("\r\n", text.size() - 3) + 2));
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_EQ(viewscale(2), 0.5f);
+    EXPECT_EQ(viewdist(3), 1000000);
+    EXPECT_EQ(viewhor(4), 0);
 }
 
 TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
@@ -582,6 +619,22 @@ TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     runanalysis();
     EXPECT_TRUE(room.door.toldpart("The analysis ended without results."));
     EXPECT_FALSE(menulock);
+    EXPECT_EQ(nnodes(), 12);
+}
+
+TEST(Analyse, ASolverThatLingersAfterItsSignalEndsTheWait) {
+    sessionroom room;
+    fillmodel();
+    placesolver(room);
+    modelname = room.file("m");
+    room.door.onprocess = [&] {
+        fs::remove(controlfile());
+        room.door.running = true;
+    };
+    runanalysis();
+    EXPECT_FALSE(room.door.running) << "it gives way to the next run";
+    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_EQ(dorenumber, 0);
     EXPECT_EQ(nnodes(), 12);
 }
 

@@ -63,6 +63,35 @@ TEST(Settings, ADamagedFileIsToldAndAppliesWhatStandsBefore) {
     EXPECT_FLOAT_EQ(viewvert(1), float(pi / 4));
 }
 
+// A view that a value of the file would collapse keeps its own.
+TEST(Settings, AViewThatShowsNothingIsRefused) {
+    sessionroom room;
+    savesettings();
+    const std::string text = contentof(room.file("DEFAULTS.DAT"));
+    const struct {
+        int line;
+        const char *value, *told;
+    } cases[] = {
+        {16, "0", "line 16: an eye distance other than 0 was expected, found 0"},
+        {16, "nan", "line 16: a number was expected"},
+        {22, "0.0", "line 22: an eye distance other than 0 was expected, found 0"},
+        {14, "0", "line 14: a view scale above 0 was expected, found 0"},
+        {14, "-2", "line 14: a view scale above 0 was expected, found -2"},
+    };
+    for (const auto& c : cases) {
+        std::size_t begin = 0;
+        for (int line = 1; line < c.line; ++line) begin = text.find("\r\n", begin) + 2;
+        const std::size_t end = text.find("\r\n", begin);
+        writefile(room.file("DEFAULTS.DAT"), text.substr(0, begin) + c.value + text.substr(end));
+        getsettings();
+        EXPECT_TRUE(room.door.toldpart(c.told)) << c.told;
+        for (int v = 1; v <= nviews; ++v) {
+            EXPECT_EQ(viewdist(v), 1000000);
+            EXPECT_EQ(viewscale(v), 1);
+        }
+    }
+}
+
 TEST(Viewcontrol, BoxesAreCheckedOnLeaving) {
     sessionroom room;
     viewform form;
@@ -72,10 +101,10 @@ TEST(Viewcontrol, BoxesAreCheckedOnLeaving) {
     const struct {
         int box;
         const char *typed, *after;
-    } cases[] = {{boxx, "abc", "0"},          {boxx, "2.5", "2.5"},  {boxscale, "0", "1"},
-                 {boxscale, "-3", "1"},       {boxscale, "3", "3"},  {boxunit, "2", "2"},
-                 {boxunit, "2.01", "0.5"},    {boxunit, "0", "0.5"}, {boxaw, "abc", "abc"},
-                 {boxdistance, "", "1000000"}};
+    } cases[] = {{boxx, "abc", "0"},           {boxx, "2.5", "2.5"},         {boxscale, "0", "1"},
+                 {boxscale, "-3", "1"},        {boxscale, "3", "3"},         {boxunit, "2", "2"},
+                 {boxunit, "2.01", "0.5"},     {boxunit, "0", "0.5"},        {boxaw, "abc", "abc"},
+                 {boxdistance, "", "1000000"}, {boxdistance, "0", "1000000"}};
     for (const auto& c : cases) {
         showvalues(form, 1);
         form.box[c.box] = c.typed;

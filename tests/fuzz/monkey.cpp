@@ -2,7 +2,8 @@
 // A user without a plan: presses random menus, buttons, keys and mouse buttons in the real window
 // and types good and bad texts, while the sanitizers and the checks below watch.
 //   monkey EXAMPLES FOLDER SEED STEPS     (models are copied from EXAMPLES into FOLDER)
-// FOLDER/steps.txt tells what was done; the last line is the step that failed.
+// In every other run the copies are damaged. FOLDER/steps.txt tells what was done; the last line is
+// the step that failed.
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
@@ -59,19 +60,40 @@ void tell(const std::string& what) {
 std::string number() {
     static const std::vector<std::string> odd = {"0",    "-1",    "1",   "2",      "3",    "10",
                                                  "1e30", "-1e30", "nan", "inf",    "1e-9", "",
-                                                 "abc",  "1,5",   "7.5", "999999", "4;5",  "1E400"};
+                                                 "abc",  "1,5",   "7.5", "999999", "*",    "1E400"};
     if (upto(3) > 0) return oneof(odd);
     return std::to_string((upto(20001) - 10000) / 10.0);
 }
 
 std::string typedcommand() {
-    static const std::vector<std::string> verbs = {"ax", "dx", "sx", "rx", "mx",  "ps", "nn", "en",
-                                                   "a",  "d",  "c",  "r",  "x",   "n",  "e",  "g",
-                                                   "l",  "p",  "s",  "w",  "all", "*",  "ESC"};
+    static const std::vector<std::string> verbs = {"ax=", "ax=",  "dx=",     "dx=", "fn=",
+                                                   "rx=", "ry=",  "rz=",     "sc=", "mxy",
+                                                   "myz", "mxz=", "no such "};
     if (upto(6) == 0) return "help";
-    std::string text = oneof(verbs) + "=";
+    std::string text = oneof(verbs);
     for (int i = 0, n = 1 + upto(4); i < n; ++i) text += (i ? ";" : "") + number();
     return text;
+}
+
+// Half of the models' files lose their end, or some of their bytes become others.
+void damagefiles() {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.is_regular_file() && entry.path().extension() != ".txt")
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const fs::path& file : files) {
+        if (upto(2) == 0) continue;
+        std::ifstream in(file, std::ios::binary);
+        std::string bytes(std::istreambuf_iterator<char>(in), {});
+        in.close();
+        if (bytes.empty()) continue;
+        if (upto(4) == 0) bytes.resize(std::size_t(upto(int(bytes.size()))));
+        static const std::string others = "0123456789-.E \r\n;abc\x00\xff";
+        for (int i = upto(4); i > 0 && !bytes.empty(); --i)
+            bytes[std::size_t(upto(int(bytes.size())))] = oneof(others);
+        std::ofstream(file, std::ios::binary) << bytes;
+    }
 }
 
 // --- one step of each kind ----------------------------------------------------------------------
@@ -316,6 +338,7 @@ int main(int argc, char** argv) {
     qputenv("KALVANE_HOME", (folder / "home").c_str());
     steps.open(folder / "steps.txt");
     dice.seed(unsigned(std::atoi(argv[3])));
+    if (upto(2) == 0) damagefiles();
     guardedapplication application(argc, argv);
     setdoor(&theplatform());
     theplatform().scripted = true;

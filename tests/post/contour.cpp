@@ -145,6 +145,17 @@ TEST(Legend, DividesByOnePowerOfTen) {
     }
 }
 
+TEST(Legend, OfLineElementsHasTheBandsOfTheirColours) {
+    plotroom room;
+    contourfilled = 0;
+    showelementstress();
+    const legendtext t = makelegend();
+    ASSERT_EQ(t.labels.size(), 11u);
+    const int k = bandof(8);  // the mean of the bar, from 7 to 9
+    EXPECT_LE(std::stod(t.labels[std::size_t(k)]) * std::pow(10.0, t.exponent), 8);
+    EXPECT_GT(std::stod(t.labels[std::size_t(k + 1)]) * std::pow(10.0, t.exponent), 8);
+}
+
 TEST(Legend, NamesWhatIsShown) {
     plotroom room;
     showcontour();

@@ -13,6 +13,7 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "post/contour.h"
 #include "post/postproces.h"
 #include "post/reportlines.h"
 #include "post/stressfile.h"
@@ -448,6 +449,13 @@ TEST(Report, LeavesTheDisplayAsItWas) {
     EXPECT_EQ(stressaverage, 1);
     EXPECT_EQ(stressglobal, 0);
     EXPECT_FALSE(stressloaded);
+    menupostItem(2).checked = true;
+    ASSERT_TRUE(prepareplot());
+    const double most = indexmax;
+    room.report();
+    EXPECT_TRUE(plotready()) << "the plot on show keeps its scale";
+    EXPECT_EQ(indexmax, most);
+    menupostItem(2).checked = false;
     stressaverage = 0;
 }
 

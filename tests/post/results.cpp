@@ -134,6 +134,13 @@ TEST(Displacements, CountLoadCasesByTheFile) {
     room.put(".rvp", "3,1\r\n1,0\r\n1,0\r\n1,0\r\n\"LC\"\r\n");
     EXPECT_TRUE(readdisp()) << "fewer blocks: the rest of the sum is missing";
     EXPECT_FLOAT_EQ(nodes(1, 2, 0), 1.5f);
+    const std::string note = fieldnote;
+    EXPECT_NE(note.find("holds 1 load case"), std::string::npos) << note;
+    fieldnote = "of the mode on show";
+    EXPECT_TRUE(readdispreport());
+    EXPECT_EQ(room.door.status, note) << "a report with it tells the same";
+    EXPECT_EQ(fieldnote, "of the mode on show");
+    reloadmodel();
 }
 
 TEST(Displacements, OfTheReportOverwriteTheGeometryAndBringItBack) {

@@ -90,7 +90,11 @@ TEST(Switches, ModesAreListedWithTheirFrequency) {
     choosemode(2);
     EXPECT_EQ(room.door.status, "Mode shape 2 of 2: 10 Hz");
     EXPECT_EQ(curlcomb, 2);
-    choosemode(5);
+    for (const char* text : {"", "two", "-1", "0.5", "1E+300", "NaN"}) {
+        typemode(text);
+        EXPECT_EQ(curlcomb, 2) << text;
+    }
+    typemode("5");
     EXPECT_EQ(modetext(), "The results hold 2 mode shapes, number 5 is not among them");
     EXPECT_EQ(maxdisp, 0);
     contourdata = 1;

@@ -1,88 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Membranes: patch tests, bending in the plane, Cook's panel, plane strain.
+// Membranes: bending in the plane, Cook's panel, plane strain.
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "tests/solver/verify.h"
-
-namespace {
-// Square of side 1 in any plane, cut into five distorted quadrilaterals round four inner nodes:
-// MacNeal and Harder, A proposed standard set of problems to test finite element accuracy, Finite
-// Elements in Analysis and Design 1, 1985, figure 1 (0.24 x 0.12).
-struct patch {
-    build b;
-    mat3 axes;
-    double width = 0.24, height = 0.12;
-};
-}  // namespace
-
-static patch makepatch(int type, int doftype, const mat3& axes) {
-    patch p;
-    p.axes = axes;
-    const int g = p.b.plate(1e6, 0.25, 0.001);
-    const double at[8][2] = {{0, 0},       {0.24, 0},    {0.24, 0.12}, {0, 0.12},
-                             {0.04, 0.02}, {0.18, 0.03}, {0.16, 0.08}, {0.08, 0.08}};
-    for (const auto& xy : at) {
-        const vec3 x = axes.transpose() * vec3(xy[0], xy[1], 0);
-        p.b.node(x.x(), x.y(), x.z());
-    }
-    const int quads[5][4] = {{1, 2, 6, 5}, {2, 3, 7, 6}, {3, 4, 8, 7}, {4, 1, 5, 8}, {5, 6, 7, 8}};
-    for (const auto& q : quads) {
-        if (kindof(type).nodes == 4) {
-            p.b.element(type, g, {q[0], q[1], q[2], q[3]});
-        } else {
-            p.b.element(type, g, {q[0], q[1], q[2]});
-            p.b.element(type, g, {q[0], q[2], q[3]});
-        }
-    }
-    p.b.m.twod = doftype == 1;
-    return p;
-}
-
-// Displacements that strain the patch evenly are prescribed at its edge; inside everything must
-// follow, and every element has the same stress.
-TEST(Membrane, PatchTestIsExactInAnyPlane) {
-    mat3 tilted;
-    tilted.row(0) = vec3(2, 1, 2) / 3;
-    tilted.row(1) = vec3(-2, 2, 1) / 3;
-    tilted.row(2) = vec3(-1, -2, 2) / 3;
-    const mat3 flat = mat3::Identity();
-    for (const int type : {typememb3, typememb4})
-        for (const bool space : {false, true}) {
-            patch p = makepatch(type, space ? 2 : 1, space ? tilted : flat);
-            const double exx = 1e-3, eyy = 1.5e-3, gxy = 1e-3;
-            const auto field = [&](int n) {
-                const vec3 x = p.axes * p.b.m.nodes[std::size_t(n)];
-                const vec3 u(exx * x.x() + gxy / 2 * x.y(), eyy * x.y() + gxy / 2 * x.x(), 0);
-                return vec3(p.axes.transpose() * u);
-            };
-            for (int n = 1; n <= 4; ++n)
-                for (int dof = 1; dof <= 3; ++dof) p.b.fix(n, {dof}, field(n)[dof - 1]);
-            const results r = p.b.solve();
-            for (int n = 5; n <= 8; ++n)
-                for (int dof = 1; dof <= (space ? 3 : 2); ++dof)
-                    EXPECT_NEAR(moved(r, 1, n, dof), field(n)[dof - 1], 1e-9 * 1e-3);
-            const double e = 1e6 / (1 - 0.0625);
-            const double wanted[3] = {e * (exx + 0.25 * eyy), e * (eyy + 0.25 * exx),
-                                      1e6 / 2.5 * gxy};
-            for (std::size_t i = 0; i < r.plates.elements.size(); ++i) {
-                const element el = elementat(p.b.m, p.b.s, r.plates.elements[i]);
-                for (int c = r.plates.first[i]; c < r.plates.first[i + 1]; ++c) {
-                    double record[recordvalues];
-                    globalrecord(el, stressaxes(el), r.plates.of(1, c), record);
-                    mat3 stress;
-                    stress << record[0], record[3], record[4], record[3], record[1], record[5],
-                        record[4], record[5], record[2];
-                    stress = p.axes * stress * p.axes.transpose();
-                    EXPECT_NEAR(stress(0, 0), wanted[0], 1e-9 * 2e3);
-                    EXPECT_NEAR(stress(1, 1), wanted[1], 1e-9 * 2e3);
-                    EXPECT_NEAR(stress(0, 1), wanted[2], 1e-9 * 2e3);
-                    EXPECT_NEAR(stress.row(2).norm(), 0, 1e-9 * 2e3);
-                }
-            }
-        }
-}
 
 // A strip of rectangles bends exactly, however long they are: end moment M gives the slope M L / E
 // I.

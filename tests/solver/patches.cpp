@@ -66,17 +66,19 @@ static double patcherror(int type, double thickness, const field& at, const mat3
                          build& b) {
     makepatch(b, type, thickness, axes);
     const bool rotations = kindof(type).nodedofs == 6;
+    b.m.twod = !rotations && axes.isIdentity();
+    const int dofs = rotations ? 6 : b.m.twod ? 2 : 3;
     const auto global = [&](int n, int dof) {
         const motion local = at(places[n - 1][0], places[n - 1][1]);
         const vec3 v = axes.transpose() * (dof <= 3 ? local.u : local.r);
         return v[(dof - 1) % 3];
     };
     for (int n = 1; n <= 4; ++n)
-        for (int dof = 1; dof <= (rotations ? 6 : 3); ++dof) b.fix(n, {dof}, global(n, dof));
+        for (int dof = 1; dof <= dofs; ++dof) b.fix(n, {dof}, global(n, dof));
     r = b.solve();
     double error[2] = {}, size[2] = {};
     for (int n = 1; n <= 8; ++n)
-        for (int dof = 1; dof <= (rotations ? 6 : 3); ++dof) {
+        for (int dof = 1; dof <= dofs; ++dof) {
             double& worst = error[dof > 3];
             worst = std::max(worst, std::fabs(moved(r, 1, n, dof) - global(n, dof)));
             size[dof > 3] = std::max(size[dof > 3], std::fabs(global(n, dof)));

@@ -44,9 +44,6 @@ TEST(Graphics, ACurveDoesNotPassThroughItsThirdPoint) {
     expectpoint(graphicpoint(0), {0, 0, 0}, 0);
     expectpoint(graphicpoint(0.5), {1, 1, 0}, 1e-12);
     expectpoint(graphicpoint(1), {2, 0, 0}, 0);
-    EXPECT_EQ(curvedeg, 2);
-    EXPECT_EQ(curvebinom[1], 2);
-    EXPECT_EQ(curvex[2], 1);
 }
 
 TEST(Graphics, ACircleGoesThroughItsThreePoints) {
@@ -81,38 +78,15 @@ TEST(Graphics, ACircleGoesThroughItsThreePoints) {
     }
 }
 
-TEST(Graphics, HalfCirclesAndLongArcs) {
-    sessionroom room;
-    const struct {
-        const char* name;
-        point3 p3;
-        double radius, angle;
-    } cases[] = {
-        {"half", {0, 1, 0}, 1, pi},
-        {"half below", {0, -1, 0}, 1, pi},
-        {"long", {0, 2, 0}, 1.25, 2 * pi - 2 * std::asin(0.8)},
-        {"short", {0, 0.5, 0}, 1.25, 2 * std::asin(0.8)},
-    };
-    for (const auto& c : cases) {
-        const int g = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, c.p3);
-        ASSERT_TRUE(evaluatecircle(graphics, g)) << c.name;
-        EXPECT_NEAR(circleradius, c.radius, 1e-6) << c.name;
-        EXPECT_NEAR(circleangle, c.angle, 1e-6) << c.name;
-        const point3 top = circlepoint(circleangle / 2);
-        expectpoint(top, c.p3, 1e-6, c.name);
-    }
-}
-
 TEST(Graphics, ANearlyStraightArcBecomesALine) {
     sessionroom room;
     // Sagitta s over chord 2: R = (1 + s^2) / (2 s); 15 chords are 30.
-    const auto sagitta = [](double r) { return r - std::sqrt(r * r - 1); };
-    const int under = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, sagitta(29.9), 0});
-    const int above = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, sagitta(30.1), 0});
-    EXPECT_TRUE(evaluatecircle(graphics, under));
-    EXPECT_TRUE(evaluatecircle(graphics, above));
-    EXPECT_EQ(kindof(graphics, under), kindcircle);
-    EXPECT_EQ(kindof(graphics, above), kindline);
+    for (const double r : {29.9, 30.1}) {
+        const point3 top = {0, r - std::sqrt(r * r - 1), 0};
+        const int g = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, top);
+        EXPECT_TRUE(evaluatecircle(graphics, g));
+        EXPECT_EQ(kindof(graphics, g), r < 30 ? kindcircle : kindline);
+    }
 }
 
 TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
@@ -168,10 +142,6 @@ TEST(Graphics, ThePickedEndMovesWithTheLength) {
     linelength = 5;
     dline(1);
     expectpoint(definitionpoint(graphics, g, 1), {4, 5, 0}, 1e-6);
-    const int none = addline({2, 2, 2}, {2, 2, 2});
-    graphsel(1, 0) = none;
-    dline(1);
-    expectpoint(definitionpoint(graphics, none, 2), {2, 2, 2}, 0);
 }
 
 // --- cutting ------------------------------------------------------------------------------------
@@ -185,11 +155,7 @@ TEST(Intersect, CrossingLinesYieldFour) {
     EXPECT_EQ(graphsel(0, 0), 4);
     EXPECT_EQ(graphics(1, 0, 1), 7);  // the old one keeps its spaces and factor
     EXPECT_EQ(graphics(1, 0, 2), 2);
-    for (const int g : {3, 4}) {
-        EXPECT_EQ(kindof(graphics, g), kindline);
-        EXPECT_EQ(graphics(g, 0, 1), 1);
-        EXPECT_EQ(graphics(g, 0, 2), 1);
-    }
+    EXPECT_EQ(graphics(3, 0, 1), 1);
     expectpoint(definitionpoint(graphics, 1, 2), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 3, 1), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 3, 2), {4, 0, 0}, 0);
@@ -209,13 +175,7 @@ TEST(Intersect, LinesThatDoNotCross) {
         {"no length", {1, 0, 0}, {1, 0, 0}, {0, 0, 0}, {2, 0, 0}, 2, 2},
         {"short of each other", {0, 0, 0}, {2, 0, 0}, {4, 1, 0}, {4, 3, 0}, 2, 4},
         {"one falls short", {0, 0, 0}, {2, 0, 0}, {4, -1, 0}, {4, 3, 0}, 3, 4},
-        {"within the tolerance of the end",
-         {0, 0, 0},
-         {2, 0, 0},
-         {1.9995, -1, 0},
-         {1.9995, 1, 0},
-         3,
-         3},
+        {"at the tolerance", {0, 0, 0}, {2, 0, 0}, {1.9995, -1, 0}, {1.9995, 1, 0}, 3, 3},
     };
     for (const auto& c : cases)
         for (const bool extend : {false, true}) {
@@ -236,12 +196,7 @@ TEST(Intersect, AGridOfLinesIsCutEverywhere) {
     }
     connectgraphics(connectmodes::intersection);
     EXPECT_EQ(ngraphics(), 2 * n * (n + 1));
-    double length = 0;
-    for (int g = 1; g <= ngraphics(); ++g) {
-        EXPECT_NEAR(lengthofline(graphics, g), 1, 1e-5) << g;
-        length += lengthofline(graphics, g);
-    }
-    EXPECT_NEAR(length, 2 * n * (n + 1), 1e-4);
+    for (int g = 1; g <= ngraphics(); ++g) EXPECT_NEAR(lengthofline(graphics, g), 1, 1e-5) << g;
 }
 
 TEST(Intersect, ACircleCutsALineTwiceInPlan) {
@@ -251,8 +206,6 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     connectgraphics(connectmodes::intersection);
     ASSERT_EQ(ngraphics(), 4);
     const double x = std::sqrt(3.0);
-    EXPECT_EQ(kindof(graphics, 1), kindcircle);
-    expectpoint(definitionpoint(graphics, 2, 1), {-5, 1, 0}, 0);
     expectpoint(definitionpoint(graphics, 2, 2), {-x, 1, 0}, 1e-6);
     double length = 0;
     for (int g = 2; g <= 4; ++g) length += lengthofline(graphics, g);
@@ -289,9 +242,6 @@ TEST(Intersect, AFullModelIsTold) {
     connectgraphics(connectmodes::intersection);
     EXPECT_TRUE(room.door.toldpart("Increase 'Number of graphic elements'"));
     EXPECT_LE(ngraphics(), graphics.upper1);
-    graphsel(0, 0) = 0;
-    connectgraphics(connectmodes::extend);
-    EXPECT_TRUE(room.door.told("Please, select graphics before choosing this option."));
 }
 
 // --- picture and picking ------------------------------------------------------------------------
@@ -304,11 +254,9 @@ TEST(Graphics, LinesAndMarksStandInTheirLayers) {
     graphics(2, 0, 0) = 0;  // deleted
     drawview(1);
     EXPECT_EQ(room.door.views[0].count("circle"), 5);
-    const int lines = room.door.views[0].count("line");
     mnudrawlist(4).checked = false;
     drawview(1);
     EXPECT_EQ(room.door.views[0].count("circle"), 0);
-    EXPECT_EQ(room.door.views[0].count("line"), lines - 1);
     mnudrawlist(4).checked = true;
     graphics(1, 0, 1) = 1e9f;  // marks that no eye can tell apart are left out
     drawview(1);

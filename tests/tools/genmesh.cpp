@@ -327,48 +327,22 @@ TEST(Genmesh, WhatCanNotBeMeshedIsToldAndChangesNothing) {
         std::vector<change> changes;
         const char* message;
     } cases[] = {
-        {0,
-         four,
-         {{1, 0, 1, 5}, {3, 0, 1, 7}},
-         " Number of nodes of Edge 1 and Edge 2 should be equal.  Number of nodes of Edge 3 and "
-         "Edge 4 should be equal. "},
-        {1,
-         {{1}, {4}, {2}},
-         {{2, 1, 2, 0}},
-         " Number of nodes of Edge 1, Edge 2 and Edge 3 should be equal. "},
-        {0,
-         four,
-         {{1, 0, 1, 199}, {2, 0, 1, 199}},  // as many nodes as declared
-         " To many nodes on edge 1 To many nodes on edge 2"},
-        {3,
-         {{1}},
-         {{1, 0, 1, 1e9f}},
-         " To many nodes on edge 1 Too many nodes, increase node declaration.  Too many elements, "
-         "increase element declaration. "},
+        {0, four, {{1, 0, 1, 5}}, "nodes of Edge 1 and Edge 2 should be equal."},
+        {0, four, {{3, 0, 1, 7}}, "nodes of Edge 3 and Edge 4 should be equal."},
+        {1, {{1}, {4}, {2}}, {{2, 1, 2, 0}}, "of Edge 1, Edge 2 and Edge 3 should be equal."},
+        {0, four, {{1, 0, 1, 199}, {2, 0, 1, 199}}, "To many nodes on edge 2"},  // as declared
+        {3, {{1}}, {{1, 0, 1, 1e9f}}, "Too many nodes, increase node declaration."},
         {0, four, {{3, 1, 1, 0.0011f}}, "Error: Edge 1 and edge 3 have no common joint"},
         {0, {{}, {}, {}, {}}, {}, "Error: Edge 1 and edge 3 have no common joint"},
         {0, four, {{4, 2, 2, 2.5f}}, "Error: Edge 2 and edge 4 have no common joint"},
         {3, {{}}, {}, "Error: edge 1 has no graphic elements"},
-        {3,
-         {{1, 4}},
-         {{4, 1, 1, 4.1f}},
-         "Error: the graphic elements of edge 1 do not form a chain from its first joint"},
-        {0, {{1}, {1}, {3}, {4}}, {}, " Graphic element 1 is on edge 1 and on edge 2. "},
-        {0, four, {{2, 0, 2, -1}}, " Distribution factor of graphic element 2 should be above 0. "},
-        {3,
-         {{1}},
-         {{1, 0, 1, 0}},
-         " Spaces of graphic element 1 should be a whole number above 0. "},
-        {3,
-         {{1, 4}},
-         {{4, 0, 1, 2.5f}},
-         " Spaces of graphic element 4 should be a whole number above 0. "},
-        {3, {{1, 4}}, {{4, 2, 2, 5e-4f}}, " Graphic element 4 has no length. "},
-        // a circle that ends where it starts
-        {3,
-         {{1}},
-         {{1, 0, 0, kindcircle}, {1, 2, 1, 0}, {1, 3, 1, 1}},
-         " Graphic element 1 has no length. "},
+        {3, {{1, 4}}, {{4, 1, 1, 4.1f}}, "edge 1 do not form a chain from its first joint"},
+        {0, {{1}, {1}, {3}, {4}}, {}, "Graphic element 1 is on edge 1 and on edge 2."},
+        {0, four, {{2, 0, 2, -1}}, "factor of graphic element 2 should be above 0."},
+        {3, {{1}}, {{1, 0, 1, 0}}, "Spaces of graphic element 1 should be a whole number"},
+        {3, {{1, 4}}, {{4, 0, 1, 2.5f}}, "Spaces of graphic element 4 should be a whole number"},
+        {3, {{1, 4}}, {{4, 2, 2, 5e-4f}}, "Graphic element 4 has no length."},
+        {3, {{1}}, {{1, 0, 0, kindcircle}, {1, 2, 1, 0}}, "Graphic element 1 has no length."},
     };
     for (const auto& c : cases) {
         sessionroom room;
@@ -378,7 +352,7 @@ TEST(Genmesh, WhatCanNotBeMeshedIsToldAndChangesNothing) {
         tmpnodes(0, 0) = 2;  // of an earlier mesh
         generatemesh(form);
         EXPECT_FALSE(meshok) << c.message;
-        EXPECT_EQ(form.message, c.message);
+        EXPECT_NE(form.message.find(c.message), std::string::npos) << form.message;
         EXPECT_EQ(tmpnodes(0, 0), 2) << c.message;
         EXPECT_EQ(tmpelems(0, 0), 0) << c.message;
         EXPECT_EQ(nnodes(), 0) << c.message;

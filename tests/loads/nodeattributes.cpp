@@ -20,9 +20,6 @@ struct conrow {
     float value;
     bool operator==(const conrow&) const = default;
 };
-static void PrintTo(const conrow& r, std::ostream* out) {
-    *out << r.node << "/" << r.dof << "/" << r.value;
-}
 
 static std::vector<conrow> constraints() {
     std::vector<conrow> rows;
@@ -87,8 +84,8 @@ static int errorof(attributeform& form) {
     return number;
 }
 
-// The rewrite as it is told, for one node: fields overwrite the node's rows in their order, rows
-// left over become holes, fields left over are appended.
+// For one node: fields overwrite its rows in their order, rows left over become holes, fields left
+// over are appended.
 static void rewriteplainly(std::vector<conrow>& rows, int n, const std::vector<std::string>& text) {
     std::vector<conrow> fresh;
     for (int f = 1; f <= 6; ++f)
@@ -154,8 +151,6 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
     EXPECT_EQ(elementloads(1), (std::vector<conrow>{{3, 1, 1}, {1, 1, 1}}))
         << "the fields before the text that is no number are stored";
     EXPECT_TRUE(room.door.messages.empty());
-    fill(form, {"2", "", "1e39"});
-    EXPECT_EQ(errorof(form), erroverflow);
 }
 
 TEST(Attributes, CaptionsFollowTheTypeOfTheLoadCase) {
@@ -243,7 +238,7 @@ TEST(Attributes, SymbolsAreErasedAndDrawnInTheViewsConcerned) {
     fill(form, {"0"});
     applyattributes(form);
     for (int v = 0; v < 4; ++v)
-        EXPECT_EQ(room.door.views[std::size_t(v)].count("line"), v == 1 ? 1 : 0) << v;
+        EXPECT_EQ(room.door.views[std::size_t(v)].count("line"), v == 1) << v;
     for (auto& view : room.door.views) view.operations.clear();
     fill(form, {"", "0"});
     applyattributes(form);

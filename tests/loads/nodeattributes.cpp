@@ -137,7 +137,6 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
     EXPECT_EQ(loads(2), (std::vector<conrow>{{1, 2, -10}, {1, 6, 2}, {4, 2, -10}, {4, 6, 2}}));
     EXPECT_TRUE(loads(1).empty());
     chooseattributecase(form, 0);
-    EXPECT_EQ(curlc, 1) << "for the whole program";
     closeattributes(form);
 
     selectnodes({});
@@ -295,9 +294,8 @@ TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {
     loadcaseform casesform = openloadkees();
     addloadcase(casesform);
     setconstraints({{7, 1, 0}, {1, 2, 3}});
-    loadnode(1, 0) = 2;
+    loadnode(1, 0) = loadnode(1, 2) = 2;
     loadnode(1, 1) = 9;
-    loadnode(1, 2) = 2;
     loaddof(1, 2) = 4;
     elemload(2, 0, 0) = 1;
     elemload(2, 1, 0) = 3;  // elements 1 and 2 exist

@@ -14,7 +14,6 @@ struct elementroom : sessionroom {
     elementroom() {
         for (int i = 0; i < 5; ++i) addnode(float(i), float(i * i), 0);
         groups(0, 0) = 2;
-        groupname(2) = "GR 2";
         addelement(findtype("MEMB4"), {1, 2, 3, 4}, 1);
         addelement(findtype("SHELL4"), {2, 3, 4, 5}, 2);
         addelement(findtype("MEMB3"), {1, 2, 3}, 1);

@@ -16,8 +16,8 @@ namespace {
 struct record {
     std::string name, unit;
     int type;
-    double area, ixx, iyy, izz;
-    dimensions d;
+    double area = 0, ixx = 0, iyy = 0, izz = 0;
+    dimensions d = {};
 };
 
 struct range {
@@ -116,14 +116,9 @@ static std::vector<record> allrecords() {
     EXPECT_EQ(readsections(false), "");
     std::vector<record> list;
     for (long s = 1; s <= sectcount; ++s) {
-        record r{sectnames(s, 1),
-                 sectnames(s, 3),
-                 findsectiontype(sectnames(s, 2)),
-                 sectdata(s, 1),
-                 sectdata(s, 2),
-                 sectdata(s, 3),
-                 sectdata(s, 4),
-                 {}};
+        record r{sectnames(s, 1), sectnames(s, 3), findsectiontype(sectnames(s, 2))};
+        double* const values[] = {&r.area, &r.ixx, &r.iyy, &r.izz};
+        for (int k = 0; k < 4; ++k) *values[k] = sectdata(s, 1 + k);
         for (int k = 0; k < ndims; ++k) r.d[std::size_t(k)] = sectdata(s, 5 + k);
         list.push_back(r);
     }

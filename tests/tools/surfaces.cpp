@@ -30,8 +30,7 @@ TEST(Patches, AChainTooLongForAPatchStillGivesItsMesh) {
     sessionroom room;
     std::vector<int> chain;
     for (int i = 0; i < 21; ++i) chain.push_back(addline({double(i), 0, 0}, {i + 1.0, 0, 0}));
-    mesh2dform form = openwith(3, {chain});
-    generatemesh(form);
+    mesh2dform form = meshof(3, {chain});
     acceptmesh(form);
     EXPECT_EQ(nelems(), 21);
     EXPECT_EQ(patches(0, 0, 0), 0);
@@ -40,8 +39,7 @@ TEST(Patches, AChainTooLongForAPatchStillGivesItsMesh) {
 
 TEST(Patches, TheSecondListRebuildsTheMesh) {
     sessionroom room;
-    mesh2dform form = openwith(0, rectangle());
-    generatemesh(form);
+    mesh2dform form = meshof(0, rectangle());
     acceptmesh(form);
     for (int g = 0; g <= 4; ++g)
         for (int j = 0; j <= 3; ++j)

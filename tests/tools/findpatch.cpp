@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loops of lines, and the dialog of patches.
+// Loops of lines.
 #include "tools/findpatch.h"
 
 #include <algorithm>
@@ -7,11 +7,7 @@
 
 #include "core/session.h"
 #include "tests/support/recorder.h"
-#include "tests/tools/edges.h"
-#include "tools/Surfaces.h"
-#include "tools/genmesh.h"
-#include "tools/groups.h"
-#include "tools/patchedit.h"
+#include "tests/tools/drawn.h"
 
 TEST(Findpatch, JointsCarryTheEndOfTheOtherLine) {
     sessionroom room;
@@ -83,26 +79,4 @@ TEST(Findpatch, TheTightestTurnGoesRoundOneCell) {
     room.door.answerqueue.clear();
     findpatch();
     EXPECT_EQ(graphsel(0, 0), 4);
-}
-
-TEST(Patchedit, ShowsWhatIsSelected) {
-    sessionroom room;
-    patcheditform form = openpatchedit();
-    EXPECT_TRUE(room.door.told("Please, select patch for editing"));
-    for (int p = 1; p <= 2; ++p) {
-        meshtype = p == 1 ? "Quad" : "Triang";
-        mesheltype = p == 1 ? 3 : 2;
-        meshgroup = 1;
-        for (int e = 1; e <= 4; ++e) setedge(e, {10 * p + e, 7});
-        storepatch(p);
-        patches(0, 0, 0) = p;
-        patchsel(p) = patchsel(0) = float(p);
-    }
-    form = openpatchedit();
-    EXPECT_EQ(form.items, (std::vector<std::string>{"Selection", "1", "2"}));
-    EXPECT_EQ(form.mesh + form.element + form.group, "VariousVariousGR 1");
-    choosepatch(form, 2);
-    EXPECT_EQ(form.mesh + form.element, "TriangMEMB3");
-    EXPECT_EQ(form.edges,
-              (std::vector<std::string>{"Edge 1: 21, 7", "Edge 2: 22, 7", "Edge 3: 23, 7"}));
 }

@@ -168,17 +168,13 @@ TEST(Fill, LimitsAreKeptAsTheyAre) {
     using list = std::vector<int>;
     EXPECT_EQ(fill(4.5, 4.5, 4.5), list{4}) << "whole in one band";
     EXPECT_EQ(fill(4, 4, 4), (list{3, 4})) << "a value on a limit belongs to both neighbours";
-    EXPECT_EQ(fill(0, 0, 0), list{0});
     EXPECT_EQ(fill(10, 10, 10), list{9});
     EXPECT_EQ(fill(-1, -1, -1), list{}) << "outside the scale";
     EXPECT_EQ(fill(4, 4, 4.5), list{4}) << "no line is left in the band that only touches";
     indexmin = 0;
     indexmax = 1e7;
     EXPECT_EQ(fill(2e6, 2e6, 3e6), list{}) << "above the range of the painter";
-    EXPECT_EQ(fill(9e5, 9e5, 9.5e5), list{0});
     EXPECT_EQ(fill(9e5, 2e6, 2e6), (list{0, 1})) << "one corner within opens it";
-    indexmin = -1e7;
-    EXPECT_FALSE(fill(-2e6, -2e6, -2e6).empty());
     indexmin = indexmax = 5;
     EXPECT_EQ(fill(5, 5, 5).size(), 1u) << "one band where the scale has no width";
     EXPECT_EQ(painted(5, 5, 7).lines.size(), 1u);

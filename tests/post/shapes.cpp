@@ -43,38 +43,14 @@ TEST(Switches, OptionsReadAnew) {
               "Select Element(s); for Post-process; <Mouse Left Button> to select, <ESC> to stop");
     toggleelement(2);
     endpostselection(form);
-    EXPECT_EQ(postset, 2);
-    EXPECT_EQ(postcount, 1);
     EXPECT_TRUE(elemflag(2));
     EXPECT_FALSE(elemflag(1));
     soptionsclosed();
-    EXPECT_FALSE(postselpending);
     emptyselection();
     chooseset(form, 2);
     EXPECT_EQ(form.message, "The set holds no element");
     showresults();
     EXPECT_EQ(indexmin, -1) << "an empty set has the scale of a field of zeros";
-}
-
-TEST(Switches, ModesAreListedWithTheirFrequency) {
-    plotroom room;
-    const double w = 2 * 3.14159265358979;
-    room.writemodes({w * w * 4, w * w * 100});
-    showmode();
-    EXPECT_EQ(modelist(), (std::vector<std::string>{"1: 2 Hz", "2: 10 Hz"}));
-    choosemode(2);
-    EXPECT_EQ(room.door.status, "Mode shape 2 of 2: 10 Hz");
-    for (const char* text : {"", "two", "-1", "0.5", "1E+300", "NaN"}) {
-        typemode(text);
-        EXPECT_EQ(curlcomb, 2) << text;
-    }
-    typemode("5");
-    EXPECT_EQ(modetext(), "The results hold 2 mode shapes, number 5 is not among them");
-    EXPECT_EQ(maxdisp, 0);
-    curlcomb = 1;
-    showdeformed();
-    showmode();
-    EXPECT_EQ(maxdisp, 5) << "without the mode the combination's field is back";
 }
 
 TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
@@ -99,8 +75,9 @@ TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
 // The number of a mode shape may be that of no combination, and beyond the declared load cases.
 TEST(Switches, StressesBesideAModeShapeAreToldApart) {
     plotroom room;
-    room.writemodes(std::vector<double>(12, 4));
+    room.writemodes(std::vector<double>(12, 400 * 9.8696044));  // the square of 2 pi 10 Hz
     showmode();
+    EXPECT_EQ(modelist().back(), "12: 10 Hz");
     showcontour();
     EXPECT_TRUE(room.tells("Hz; the stresses are of load combination Wind")) << room.door.status;
     choosemode(12);

@@ -157,18 +157,12 @@ TEST(Legend, StandsInOrder) {
     EXPECT_EQ(labels[11].second, "E1");
 }
 
-TEST(Legend, BreaksAHeadingThatIsTooWide) {
+TEST(Legend, CutsAHeadingThatIsTooWide) {
     plotroom room;
     contourdata = 1;
     showcontour();
-    const auto ends = [&](double width, const char* text) {
-        recordsurface paper;  // 0.2 cm a letter
-        drawlegendon(paper, 0, 0, width, 9);
-        return std::ranges::count_if(paper.operations,
-                                     [&](const std::string& o) { return o.ends_with(text); });
-    };
-    EXPECT_EQ(ends(3, " XYZ"), 1);
-    EXPECT_EQ(ends(3, " Displacements"), 1);
-    EXPECT_EQ(ends(2, " Displacements"), 0);
-    EXPECT_GT(ends(2, "…"), 0) << "a word that does not fit is cut and marked";
+    recordsurface paper;  // 0.2 cm a letter
+    drawlegendon(paper, 0, 0, 2, 9);
+    EXPECT_TRUE(std::ranges::any_of(paper.operations,
+                                    [&](const std::string& o) { return o.ends_with("…"); }));
 }

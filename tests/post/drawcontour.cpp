@@ -44,6 +44,7 @@ TEST(Picture, LiesOnTheDeformedShape) {
     const std::vector<std::string> flat = room.door.views[0].operations;
     showdeformed();
     EXPECT_EQ(room.door.views[0].operations.size(), flat.size());
+    EXPECT_NE(room.door.views[0].operations, flat);
     // Node 2 moves by 4 along y of 5 in all, and 5 measures the unit vector's length.
     setdispscale(1);
     EXPECT_NEAR(4 * dispscale(1) * viewscale(1), 0.8 * unitveclen, 1e-6);

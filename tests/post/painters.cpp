@@ -137,12 +137,14 @@ static std::array<double, 10> bandareas(int corners) {
     return areas;
 }
 
-TEST(Fill, BandsHaveTheirExactAreas) {
+// Bands against the closed form; and the ends of every line of a triangle lie within it where the
+// field has the level, a value being the mean of the corners' by the areas opposite of them.
+TEST(Painters, BandsHaveTheirExactAreasAndLinesTheirLevels) {
     paintroom room;
-    const unsigned seed = 20260;
-    std::mt19937 random(seed);
+    std::mt19937 random(20260);
     std::uniform_real_distribution<double> place(0, 1), value(-3, 13), small(4, 4.8);
     for (int trial = 0; trial < 400; ++trial) {
+        SCOPED_TRACE(trial);
         const int corners = trial % 2 == 0 ? 3 : 4;
         const bool within = trial % 8 < 2;                // all in one band
         const double third = trial % 16 == 9 ? -1.5 : 3;  // a concave outline
@@ -154,11 +156,30 @@ TEST(Fill, BandsHaveTheirExactAreas) {
         EXPECT_TRUE(paper.whole);
         const std::array<double, 10> wanted = bandareas(corners);
         for (int k = 0; k < 10; ++k)
-            ASSERT_NEAR(paper.area(k + 1), wanted[std::size_t(k)], 2e-5)
-                << "seed " << seed << " trial " << trial << " band " << k;
+            ASSERT_NEAR(paper.area(k + 1), wanted[std::size_t(k)], 2e-5) << "band " << k;
         for (const auto& [c, list] : paper.polygons)
             for (const auto& p : list) ASSERT_LE(p.size(), 6u);
         EXPECT_TRUE(!within || paper.polygons.size() == 1) << "one band, one piece";
+        if (corners == 4) continue;
+        const auto [low, high] = std::minmax({ev[1], ev[2], ev[3]});
+        const double whole = areaof({placeof(1), placeof(2), placeof(3)});
+        for (int k = 0; k < 10; ++k) {
+            const auto& lines = paper.lines[k + 1];
+            ASSERT_EQ(lines.size(), levelof(k) > low && levelof(k) < high ? 1u : 0u) << k;
+            for (const auto& line : lines)
+                for (const point2& end : line) {
+                    double v = 0, sum = 0;
+                    for (int i = 1; i <= 3; ++i) {
+                        const double area = areaof({{end.x - vieww / 2, viewh / 2 - end.y},
+                                                    placeof(i % 3 + 1),
+                                                    placeof((i + 1) % 3 + 1)});
+                        sum += area;
+                        v += ev[i] * area / whole;
+                    }
+                    ASSERT_NEAR(sum, whole, 1e-4);
+                    ASSERT_NEAR(v, levelof(k), 2e-4);
+                }
+        }
     }
 }
 
@@ -179,36 +200,6 @@ TEST(Fill, LimitsAreKeptAsTheyAre) {
     EXPECT_EQ(fill(5, 5, 5).size(), 1u) << "one band where the scale has no width";
     EXPECT_EQ(painted(5, 5, 7).lines.size(), 1u);
     EXPECT_TRUE(painted(2).bands().empty()) << "no face";
-}
-
-// The ends of every line lie on the sides of its triangle where the field has the level, and every
-// crossing that the closed form tells is there.
-TEST(Lines, RunWhereTheFieldHasTheLevel) {
-    paintroom room;
-    const unsigned seed = 7;
-    std::mt19937 random(seed);
-    std::uniform_real_distribution<double> place(-4, 4), value(-3, 13);
-    for (int trial = 0; trial < 300; ++trial) {
-        for (int i = 1; i <= 3; ++i) setcorner(i, place(random), place(random), value(random));
-        paintkeeper paper = painted(3);
-        // The field's gradient in the plane.
-        const double y2 = ey[2] - ey[1], z2 = ez[2] - ez[1], y3 = ey[3] - ey[1], z3 = ez[3] - ez[1],
-                     area = y2 * z3 - y3 * z2;
-        if (std::fabs(area) < 0.5) continue;
-        const double v2 = ev[2] - ev[1], v3 = ev[3] - ev[1];
-        const double gy = (v2 * z3 - v3 * z2) / area, gz = (v3 * y2 - v2 * y3) / area;
-        const auto [low, high] = std::minmax({ev[1], ev[2], ev[3]});
-        for (int k = 0; k < 10; ++k) {
-            const double level = levelof(k);
-            const bool crosses = level > low && level < high;
-            ASSERT_EQ(paper.lines[k + 1].size(), crosses ? 1u : 0u) << trial << " " << k;
-            if (!crosses) continue;
-            for (const point2& p : paper.lines[k + 1][0]) {
-                const double y = p.x - vieww / 2, z = viewh / 2 - p.y;
-                ASSERT_NEAR(ev[1] + gy * (y - ey[1]) + gz * (z - ez[1]), level, 2e-4) << trial;
-            }
-        }
-    }
 }
 
 TEST(Lines, ThroughACornerAndAlongASide) {

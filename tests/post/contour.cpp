@@ -35,6 +35,9 @@ TEST(Scale, FollowsTheValuesOfTheSetOnTheActiveEntry) {
     showcontour();
     EXPECT_EQ(indexmax, 5) << "the length of 3, 4, 0";
     EXPECT_EQ(makelegend().heading[2], "XYZ Displacements");
+    curlcomb = 9;
+    EXPECT_EQ(makelegend().heading[1], "Load Case 1") << "there is no such combination";
+    curlcomb = 1;
     dispcontour = 1;
     showresults();
     EXPECT_EQ(indexmin, 0) << "no face of the set has node 6 and its -1";

@@ -157,6 +157,17 @@ TEST(Printing, LeavesViewsAndColoursAsTheyWere) {
     maxdisp = 0;
 }
 
+TEST(Printing, TheFootTellsModelAndCombination) {
+    printroom room;
+    modelname = room.file("jacket");
+    lcombname(1) = "Storm";
+    EXPECT_EQ(footleft(), "jacket") << "no results are on show";
+    menupostItem(1).checked = true;
+    EXPECT_EQ(footleft(), "jacket - Storm");
+    menupostItem(3).checked = true;
+    EXPECT_EQ(footleft(), "jacket - mode shape 1");
+}
+
 TEST(Printing, WhatStopsTheJobIsTold) {
     const std::string problem = "There was a problem printing to your printer.";
     const struct {

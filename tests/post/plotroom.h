@@ -26,7 +26,7 @@ struct plotroom : sessionroom {
         addelement(3, {1, 2, 5, 4});
         addelement(3, {2, 3, 6, 5}, 2);
         addelement(1, {1, 6});
-        ngroupsis(2);
+        groups(0, 0) = 2;
         lcomb(0, 0) = 2;
         lcomb(1, 1) = 1;
         lcomb(2, 1) = -2;
@@ -49,13 +49,17 @@ struct plotroom : sessionroom {
         write(".LES", {{3, 7}}, 12);
         write(".rvp", {}, 0);
     }
+    bool tells(const char* part) const { return door.status.find(part) != std::string::npos; }
+    // Modes of this eigenvalue each, that move the last node by 1 along y.
+    void writemodes(const std::vector<double>& values) const {
+        std::string text = "1," + std::to_string(values.size()) + "\r\n";
+        for (const double v : values)
+            text += std::to_string(v) + "\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n";
+        writefile(file("job.EIG"), text);
+    }
     ~plotroom() {
         for (layers l : {layers::contour, layers::elementstress, layers::extremes})
             layer(l).draw = nullptr;
-    }
-    static void ngroupsis(int count) {
-        groups(0, 0) = count;
-        groupname(2) = "Deck";
     }
     void write(const std::string& extension, const std::vector<std::pair<int, double>>& rows,
                int zeros) const {

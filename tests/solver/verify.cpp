@@ -124,8 +124,20 @@ void prove(const proof& p) {
                         << "; a run of all tests makes a new one";
 }
 
-void provebalance(const results& r) {
+results solvebalanced(build& b) {
+    const results r = b.solve();
     for (int lc = 1; lc <= r.u.cases; ++lc) EXPECT_LT(imbalance(r, lc), 1e-9) << "case " << lc;
+    return r;
+}
+
+void convergence::add(double value, double truth) {
+    const double error = std::fabs(value / truth - 1);
+    if (last > 0) order = std::log2(last / error);
+    last = error;
+}
+
+void expectwords(const std::string& said, std::initializer_list<const char*> words) {
+    for (const char* word : words) EXPECT_NE(said.find(word), said.npos) << word << " in: " << said;
 }
 
 std::string meshname(int type, int nx, int ny) {

@@ -25,7 +25,8 @@ static vec3 nudge(generator& random, double size) {
 
 // --- the model ----------------------------------------------------------------------------------
 
-// A patch of a plate kind whose first edge is held, 20 wide and from z -9 to 9.
+// A patch of a plate kind whose first edge is held, 20 wide and from z -9 to 9. What carries
+// nothing in its plane lies flat and shares its nodes with a membrane.
 static grid addsheet(build& b, generator& random, int type, int g, const vec3& origin) {
     const bool flat = type == typeplate3 || type == typeplate4;
     const grid at = b.mesh(type, g, 3, 3, [&](double r, double s) {
@@ -35,17 +36,22 @@ static grid addsheet(build& b, generator& random, int type, int g, const vec3& o
         return x;
     });
     b.fix(at.bottom(), clamped);
-    for (int e = at.firstelement; e < at.firstelement + at.elements; ++e) {
+    const auto dress = [&](int e, int first, int last) {
         b.m.elements[std::size_t(e)].turn = between(random, -1, 1);
-        for (int direction = 1; direction <= 3; ++direction)
-            if (!flat || direction == 3) b.press(1, e, direction, between(random, -1, 1));
-    }
-    for (int e = at.firstelement; flat && e < at.firstelement + at.elements; ++e) {
-        // a plate carries nothing in its plane; a membrane on the same nodes does
+        for (int direction = first; direction <= last; ++direction)
+            b.press(1, e, direction, between(random, -1, 1));
+    };
+    for (int e = at.firstelement; e < at.firstelement + at.elements; ++e) {
+        dress(e, flat ? 3 : 1, 3);
+        if (!flat) continue;
         elementdef twin = b.m.elements[std::size_t(e)];
         twin.type = type == typeplate3 ? typememb3 : typememb4;
         b.m.elements.push_back(twin);
+        dress(b.m.nelems(), 1, 2);
     }
+    if (type == typeplate4)
+        b.element(typeshear4, g,
+                  {at.number(1, 1), at.number(2, 1), at.number(2, 2), at.number(1, 2)});
     return at;
 }
 
@@ -83,36 +89,20 @@ static void addframe(build& b, generator& random, const vec3& origin, int tie, b
     b.load(1, arm, f);
 }
 
-// Membranes carry what lies in their plane: flat ones, held across it.
-static void addmembrane(build& b, generator& random, int type, int g, double y) {
-    const grid at = b.mesh(type, g, 2, 2, [&](double r, double s) {
-        return vec3(9 * r + s + between(random, -0.3, 0.3), y + 8 * s + between(random, -0.3, 0.3),
-                    40);
-    });
-    for (int n = at.firstnode; n <= b.m.nnodes(); ++n) b.fix(n, {3});
-    b.fix(at.bottom(), {1, 2}), b.fix(at.left(), {1, 2});
-    for (int direction = 1; direction <= 2; ++direction)
-        b.press(1, at.firstelement, direction, between(random, -1, 1));
-    b.element(typeshear4, g, {at.number(1, 1), at.number(2, 1), at.number(2, 2), at.number(1, 2)});
-}
-
-// directed: sections and membranes that stay what they are in turns about the vertical alone.
+// directed: sections that stay what they are in turns about the vertical alone.
 static build everything(unsigned seed, bool directed) {
     generator random(seed);
     std::srand(seed);
     build b;
     b.inmetres();
-    const int plane = b.plate(2e5, 0.3, 0.3, 8e-3), strain = b.plate(2e5, 0.3, 0.3, 8e-3);
-    b.field(strain, fieldplane) = 1;
     double along = 0;
     grid at;
-    for (const int type : {typeplate3, typeplate4, typeshell3, typeshell4})
-        at = addsheet(b, random, type, plane, {along += 30, 5, 2});
-    addframe(b, random, {along + 40, 0, 0}, at.number(3, 3), directed);
-    if (directed) {
-        addmembrane(b, random, typememb3, strain, -25);
-        addmembrane(b, random, typememb4, plane, -50);
+    for (const int type : {typeplate3, typeplate4, typeshell3, typeshell4}) {
+        const int g = b.plate(2e5, 0.3, 0.3, 8e-3);
+        b.field(g, fieldplane) = type == typeplate3;
+        at = addsheet(b, random, type, g, {along += 30, 5, 2});
     }
+    addframe(b, random, {along + 40, 0, 0}, at.number(3, 3), directed);
     return b;
 }
 

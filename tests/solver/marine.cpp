@@ -53,27 +53,6 @@ TEST(Wave, DispersionHoldsToTheLastDigits) {
     EXPECT_NEAR(2 * M_PI / 1e5 / shallow, std::sqrt(gravity * 10), 1e-6) << "long wave's speed";
 }
 
-TEST(Wave, FlowFollowsTheSurface) {
-    const linearwave w = makewave(6, 9, 30, 0.25, 40, gravity);
-    const vec3 along(std::cos(M_PI / 6), std::sin(M_PI / 6), 0);
-    EXPECT_NEAR(w.surface(along * w.length() / 4), 3, 1e-9) << "a quarter period moves the crest";
-    EXPECT_NEAR(w.surface(vec3(-along.y(), along.x(), 0) * 17), w.surface({0, 0, 0}), 1e-12);
-    vec3 u, a, later, rate;
-    w.flow(along * w.length() / 4 + vec3(0, 0, 3), u, a);
-    const double speed = 3 * w.omega / std::tanh(w.number * 40);
-    EXPECT_NEAR((u - speed * along).norm(), 0, 1e-9) << "at the crest as at still water";
-    EXPECT_NEAR((a - vec3(0, 0, -3 * w.omega * w.omega)).norm(), 0, 1e-9);
-    w.flow(vec3(2, 5, -40), u, a);
-    EXPECT_NEAR(u.z(), 0, 1e-12) << "nothing passes the bed";
-    // Acceleration is the rate of velocity, but for the stretching, which a small wave lacks.
-    const linearwave small = makewave(1e-6, 9, 30, 0, 40, gravity);
-    const double dt = 1e-3;
-    const linearwave then = makewave(1e-6, 9, 30, dt / 9, 40, gravity);
-    small.flow({20, 3, -8}, u, a);
-    then.flow({20, 3, -8}, later, rate);
-    EXPECT_NEAR(((later - u) / dt - (a + rate) / 2).norm() / a.norm(), 0, 1e-5);
-}
-
 // Integrals of the linear wave over its column 0..d of the still water, y from the bed.
 namespace {
 struct column {

@@ -38,23 +38,6 @@ static int squarebar(build& b, double a) {
     return b.bar(steel, a * a, {i, i, 2 * i}, density);
 }
 
-// Beams from the origin in eight directions in the plane; returns the nodes at their ends.
-static std::vector<int> star(build& b, int g, double length, int elements) {
-    const int middle = b.node(0, 0);
-    std::vector<int> ends;
-    for (int arm = 0; arm < 8; ++arm) {
-        int last = middle;
-        for (int i = 1; i <= elements; ++i) {
-            const double angle = M_PI / 4 * arm, at = length * i / elements;
-            const int n = b.node(at * std::cos(angle), at * std::sin(angle));
-            b.element(typebeam, g, {last, n});
-            last = n;
-        }
-        ends.push_back(last);
-    }
-    return ends;
-}
-
 static void row(const std::string& what, int mode, const std::string& mesh, const char* source,
                 double printed, double truth, double value, double tolerance) {
     prove({"vibration", what + ", mode " + std::to_string(mode), mesh, source, printed, truth,
@@ -96,9 +79,10 @@ TEST(Modes, MassOnASpringyBarInUnitsOfTheModel) {
     EXPECT_EQ(shapeat(r, 1, 2, 1), 1);
 }
 
+// What is prescribed is fixed in a vibration.
 TEST(Modes, WithoutElementMassTheNodalMassesAloneVibrate) {
     build b = vibrating(10);
-    b.fix(b.chain(typebeam, squarebar(b, 0.1), {0, 0, 0}, {3, 0, 0}, 8), clamped);
+    b.fix(b.chain(typebeam, squarebar(b, 0.1), {0, 0, 0}, {3, 0, 0}, 8), clamped, 0.25);
     b.load(b.addcase(caseaccx), 9, 3, 50);
     wanted what = modesalone;
     what.elementmass = false;
@@ -106,6 +90,7 @@ TEST(Modes, WithoutElementMassTheNodalMassesAloneVibrate) {
     ASSERT_EQ(r.modes.count(), 1);
     const double stiffness = 3 * steel * std::pow(0.1, 4) / 12 / 27;
     EXPECT_NEAR(r.modes.value[0], stiffness / 50, 1e-8 * stiffness / 50);
+    EXPECT_EQ(shapeat(r, 1, 1, 3), 0);
     b.m.cases[2].nodal.clear();
     expectwords(b.refusal(0, what), {"no mass"});
     b.load(2, 9, 3, -1);
@@ -130,35 +115,6 @@ TEST(Modes, FreeBeamHasSixRigidMotionsAndEqualPairs) {
         EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
         expectwords(b.log.text(), {"mechanisms): 6"});
     }
-}
-
-// Equal arms on one clamp: each frequency comes as often as there are arms and directions.
-TEST(Modes, MultipleFrequenciesComeAsOftenAsTheyAre) {
-    build b = vibrating(17);
-    star(b, squarebar(b, 0.05), 2, 10);
-    b.fix(1, clamped);
-    const results r = modesof(b);
-    const double first = hertz(r, 1);
-    for (int k = 2; k <= 16; ++k) EXPECT_NEAR(hertz(r, k), first, 1e-7 * first) << k;
-    EXPECT_GT(hertz(r, 17), 6 * first) << "the second bending mode, 6.27 times the first";
-    expectwords(b.log.text(), {"Sturm count: 16 mode(s)"});
-}
-
-TEST(Modes, ConstraintsThatPrescribeAValueAreFixedAndRigidLinksMoveAsOne) {
-    build b = vibrating(1);
-    const int g = squarebar(b, 0.1);
-    b.field(g, fielddensity) = 0;
-    b.single(typebeam, g, {{0, 0, 0}, {2, 0, 0}});
-    b.element(typerigid, g, {2, b.node(2, 0, 1.5)});
-    b.fix(1, clamped, 0.25);
-    b.load(b.addcase(caseaccx), 3, 2, 40);  // swings the bar in bending and torsion
-    const results r = modesof(b);
-    const double i = std::pow(0.1, 4) / 12;
-    const double flexible = 8 / (3 * steel * i) + 1.5 * 1.5 * 2 / (steel / 2.6 * 2 * i);
-    EXPECT_NEAR(r.modes.value[0], 1 / (40 * flexible), 1e-8 / flexible);
-    EXPECT_EQ(shapeat(r, 1, 1, 2), 0) << "a prescribed value takes no part in a vibration";
-    EXPECT_NEAR(shapeat(r, 1, 3, 2), 1, 1e-12);
-    EXPECT_NEAR(r.modes.effectivemass[0][1], 40, 1e-6) << "through the link";
 }
 
 // --- masses -------------------------------------------------------------------------------------
@@ -198,11 +154,19 @@ TEST(Masses, OfAGroupAreMassCentreAndRadiiOfGyration) {
 TEST(Verification, PinEndedDoubleCross) {
     build b = vibrating(16);
     b.m.twod = true;
-    b.fix(star(b, squarebar(b, 0.125), 5, 4), {1, 2});
+    const int g = squarebar(b, 0.125), middle = b.node(0, 0);
+    for (int arm = 0; arm < 8; ++arm) {
+        const vec3 to = 5 * vec3(std::cos(M_PI / 4 * arm), std::sin(M_PI / 4 * arm), 0);
+        const int first = b.chain(typebeam, g, to / 4, to, 3);
+        b.element(typebeam, g, {middle, first});
+        b.fix(first + 3, {1, 2});
+    }
     const results r = modesof(b);
     for (int k = 1; k <= 16; ++k) {
         const double wanted = k == 1 ? 11.336 : k < 9 ? 17.709 : k == 9 ? 45.345 : 57.390;
         row("FV2 double cross", k, "BEAM, 4 an arm", "NF", 0, wanted, hertz(r, k), 0.012);
+        const bool again = (k > 4 && k < 9) || k > 12;
+        EXPECT_NEAR(hertz(r, k), hertz(r, again ? k - 1 : k), 1e-7 * wanted) << "as often as it is";
     }
 }
 

@@ -23,12 +23,18 @@ build::build() {
     log.quiet();
 }
 
+void build::inmetres() {
+    s.length = s.force = s.mass = 1;
+}
+
 int build::node(double x, double y, double z) {
     m.nodes.emplace_back(x, y, z);
     return m.nnodes();
 }
 
-int build::group(std::initializer_list<fieldvalue> fields) {
+// --- groups and elements ------------------------------------------------------------------------
+
+int build::group(const std::vector<fieldvalue>& fields) {
     groupdata g;
     g.name = "GR " + std::to_string(m.groups.size());
     for (const fieldvalue& f : fields) g.field[f.field] = f.value;
@@ -43,7 +49,20 @@ int build::plate(double modulus, double poisson, double thickness, double densit
                   {fielddensity, density}});
 }
 
-int build::element(int type, int g, std::initializer_list<int> nodes) {
+int build::bar(double modulus, double area, const vec3& inertia, double density) {
+    const int g = plate(modulus, 0.3, area, density);
+    field(g, fieldixx) = inertia[0], field(g, fieldiyy) = inertia[1];
+    field(g, fieldizz) = inertia[2];
+    return g;
+}
+
+int build::spring(const mat6& stiffness) {
+    const int g = group({});
+    m.groups[std::size_t(g)].spring = stiffness;
+    return g;
+}
+
+int build::element(int type, int g, const std::vector<int>& nodes) {
     elementdef e;
     e.type = type;
     e.group = g;
@@ -52,25 +71,19 @@ int build::element(int type, int g, std::initializer_list<int> nodes) {
     return m.nelems();
 }
 
-void build::fix(int n, std::initializer_list<int> dofs, double value) {
-    for (const int dof : dofs) m.constraints.push_back({n, dof, value});
+int build::single(int type, int g, const std::vector<vec3>& corners) {
+    std::vector<int> nodes;
+    for (const vec3& at : corners) nodes.push_back(node(at));
+    return element(type, g, nodes);
 }
 
-void build::load(int lc, int n, int dof, double value) {
-    m.cases[std::size_t(lc)].nodal.push_back({n, dof, value});
-}
-
-int build::addcase(int type, std::initializer_list<double> par) {
-    loadcase c;
-    c.type = type;
-    c.name = "LC " + std::to_string(m.cases.size());
-    std::copy(par.begin(), par.end(), c.par);
-    m.cases.push_back(c);
-    return m.ncases();
-}
-
-void build::press(int lc, int e, int direction, double value) {
-    m.cases[std::size_t(lc)].element.push_back({e, direction, value});
+int build::chain(int type, int g, const vec3& from, const vec3& to, int n) {
+    const int first = node(from);
+    for (int i = 1; i <= n; ++i) {
+        const int last = node(from + (to - from) * i / n);
+        element(type, g, {last - 1, last});
+    }
+    return first;
 }
 
 build::grid build::mesh(int type, int g, int nx, int ny,
@@ -92,6 +105,80 @@ build::grid build::mesh(int type, int g, int nx, int ny,
     made.elements = m.nelems() + 1 - made.firstelement;
     return made;
 }
+
+static std::vector<int> row(int first, int step, int count) {
+    std::vector<int> nodes;
+    for (int i = 0; i < count; ++i) nodes.push_back(first + i * step);
+    return nodes;
+}
+
+std::vector<int> build::grid::left() const {
+    return row(firstnode, nx + 1, ny + 1);
+}
+
+std::vector<int> build::grid::right() const {
+    return row(number(nx, 0), nx + 1, ny + 1);
+}
+
+std::vector<int> build::grid::bottom() const {
+    return row(firstnode, 1, nx + 1);
+}
+
+std::vector<int> build::grid::top() const {
+    return row(number(0, ny), 1, nx + 1);
+}
+
+// --- supports and loads -------------------------------------------------------------------------
+
+void build::fix(int n, std::initializer_list<int> dofs, double value) {
+    for (const int dof : dofs) m.constraints.push_back({n, dof, value});
+}
+
+void build::fix(const std::vector<int>& nodes, std::initializer_list<int> dofs) {
+    for (const int n : nodes) fix(n, dofs);
+}
+
+void build::fixall(std::initializer_list<int> dofs) {
+    for (int n = 1; n <= m.nnodes(); ++n) fix(n, dofs);
+}
+
+int build::addcase(int type, std::initializer_list<double> par) {
+    loadcase c;
+    c.type = type;
+    c.name = "LC " + std::to_string(m.cases.size());
+    std::copy(par.begin(), par.end(), c.par);
+    m.cases.push_back(c);
+    return m.ncases();
+}
+
+void build::onlycase(int type, std::initializer_list<double> par) {
+    m.cases.resize(1);
+    addcase(type, par);
+}
+
+void build::load(int lc, int n, int dof, double value) {
+    m.cases[std::size_t(lc)].nodal.push_back({n, dof, value});
+}
+
+void build::load(int lc, int n, const vec6& forces) {
+    for (int k = 0; k < 6; ++k) load(lc, n, k + 1, forces[k]);
+}
+
+void build::spread(int lc, const std::vector<int>& edge, int dof, double total) {
+    const std::size_t n = edge.size() - 1;
+    for (std::size_t i = 0; i <= n; ++i)
+        load(lc, edge[i], dof, total / double(n) * (i == 0 || i == n ? 0.5 : 1));
+}
+
+void build::press(int lc, int e, int direction, double value) {
+    m.cases[std::size_t(lc)].element.push_back({e, direction, value});
+}
+
+void build::pressall(int lc, int direction, double value) {
+    for (int e = 1; e <= m.nelems(); ++e) press(lc, e, direction, value);
+}
+
+// --- results ------------------------------------------------------------------------------------
 
 results build::solve(int doftype, wanted what) {
     return solvemodel(m, s, doftype, what, log);
@@ -156,6 +243,14 @@ double moved(const results& r, int lc, int n, int dof) {
 
 double reacted(const results& r, int lc, int n, int dof) {
     return valueat(r, r.reactions.force, lc, n, dof);
+}
+
+vec3 movedby(const results& r, int lc, int n, int dof) {
+    return {moved(r, lc, n, dof), moved(r, lc, n, dof + 1), moved(r, lc, n, dof + 2)};
+}
+
+vec3 reactedby(const results& r, int lc, int n, int dof) {
+    return {reacted(r, lc, n, dof), reacted(r, lc, n, dof + 1), reacted(r, lc, n, dof + 2)};
 }
 
 double imbalance(const results& r, int lc) {

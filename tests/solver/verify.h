@@ -21,8 +21,29 @@ struct proof {
 // Checks value / truth and holds the page against the row.
 void prove(const proof& p);
 
-// Checks that the reactions of all cases balance the loads to 1e-9 of them.
-void provebalance(const results& r);
+// Solves; the reactions of all cases must balance the loads to 1e-9 of them.
+results solvebalanced(build& b);
+
+// Meshes of a benchmark, n elements along an edge, with the error that each may have.
+struct fineness {
+    int n;
+    double tolerance;
+};
+using meshes = std::vector<fineness>;
+
+// Errors of meshes each twice as fine as the one before.
+class convergence {
+  public:
+    void add(double value, double truth);
+    double order = 0;  // between the two finest
+
+  private:
+    double last = 0;
+};
+const double quadratic = 1.7;  // what a last step towards the second order shows at least
+
+// All words stand in a message.
+void expectwords(const std::string& said, std::initializer_list<const char*> words);
 
 // "SHELL4 8 x 8"
 std::string meshname(int type, int nx, int ny);

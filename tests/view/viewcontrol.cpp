@@ -46,6 +46,7 @@ TEST(Viewcontrol, APastedViewShowsTheElementsOfTheOther) {
         takeview(room.form, 2);
         EXPECT_EQ(room.form.group, "") << "no group of this view";
         pasteview(room.form);
+        EXPECT_EQ(viewtype(2), 0) << "nothing is stored yet";
         getvalues(room.form);
         EXPECT_EQ(room.shownin(2), room.shownin(1));
         EXPECT_EQ(viewtype(2), option);
@@ -66,17 +67,6 @@ TEST(Viewcontrol, AGroupCountsForAViewOfAGroupAlone) {
     EXPECT_FLOAT_EQ(viewptx(1), 1.5);
 }
 
-TEST(Viewcontrol, TheEndOfASelectionIsTheRestState) {
-    viewroom room;
-    startviewselection();
-    EXPECT_EQ(promptgoal, "to view");
-    elemsel(0) = 1;
-    elemsel(1) = 2;
-    endviewselection(room.form);
-    EXPECT_EQ(room.shownin(1), "2");
-    EXPECT_EQ(statusline(), "Select Elements; for editing");
-}
-
 TEST(Viewcontrol, AnEyeOnTheImagePlaneGivesNumbers) {
     viewroom room;
     room.form.box[boxdistance] = room.form.box[boxaw] = "0";
@@ -86,23 +76,40 @@ TEST(Viewcontrol, AnEyeOnTheImagePlaneGivesNumbers) {
     EXPECT_TRUE(std::isfinite(modelx) && std::isfinite(modely) && std::isfinite(modelz));
 }
 
-TEST(Viewcontrol, NoBoxTakesWhatASingleCanNotHold) {
-    viewroom room;
-    viewscale(1) = 0.25f;
+TEST(Viewcontrol, ABoxIsCheckedOnLeaving) {
     const struct {
         int box;
         const char *typed, *left;
-    } cases[] = {{boxx, "1E39", "0"},         {boxscale, "1E-50", "0.25"},
-                 {boxscale, "1E39", "0.25"},  {boxdistance, "-1E39", "1000000"},
-                 {boxvertical, "1E60", "45"}, {boxscale, "3E38", "3E38"},
-                 {boxz, "-3E+38", "-3E+38"}};
+    } cases[] = {{boxx, "abc", "0"},
+                 {boxx, "2.5", "2.5"},
+                 {boxx, "1E39", "0"},
+                 {boxz, "-3E+38", "-3E+38"},
+                 {boxscale, "0", "0.25"},
+                 {boxscale, "-3", "0.25"},
+                 {boxscale, "1E-50", "0.25"},
+                 {boxscale, "1E39", "0.25"},
+                 {boxscale, "3E38", "3E38"},
+                 {boxunit, "2", "2"},
+                 {boxunit, "2.01", "0.5"},
+                 {boxunit, "0", "0.5"},
+                 {boxaw, "abc", "abc"},
+                 {boxdistance, "", "1000000"},
+                 {boxdistance, "0", "1000000"},
+                 {boxdistance, "-1E39", "1000000"},
+                 {boxvertical, "1E60", "45"},
+                 {boxhorizontal, "x", "45"}};
     for (const auto& c : cases) {
+        viewroom room;
+        viewscale(1) = 0.25f;
+        showvalues(room.form, 1);
         room.form.box[c.box] = c.typed;
         leavebox(room.form, c.box);
-        EXPECT_EQ(room.form.box[c.box].substr(0, std::strlen(c.left)), c.left) << c.typed;
+        EXPECT_EQ(room.form.box[c.box].substr(0, std::strlen(c.left)), c.left)
+            << viewboxcaptions[c.box] << c.typed;
     }
-    showvalues(room.form, 1);
+    viewroom room;
     room.form.box[boxx] = "1E39";
+    room.form.box[boxaw] = "none";
     getvalues(room.form);
     EXPECT_EQ(viewptx(1), 0);
 }

@@ -10,6 +10,7 @@
 
 #include "bench/imagedoor.h"
 #include "bench/largemodel.h"
+#include "bench/plainread.h"
 #include "bench/ratio.h"
 #include "core/model.h"
 #include "core/session.h"
@@ -43,20 +44,6 @@ static void writestresses(const std::string& path, int elements) {
         }
     out.raw("END").endline();
     out.commit();
-}
-
-static double plainread(const std::string& path) {
-    const std::string content = readwhole(path);
-    const char *p = content.data(), *const last = p + content.size();
-    double sum = 0;
-    while (p < last) {
-        double value = 0;
-        const auto result = std::from_chars(p, last, value);
-        sum += value;
-        p = result.ptr == p ? p + 1 : result.ptr;
-        while (p < last && (*p == ',' || *p == '\r' || *p == '\n')) ++p;
-    }
-    return sum;
 }
 
 static void benchread(const std::string& base) {

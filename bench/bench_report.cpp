@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/largemodel.h"
+#include "bench/plainread.h"
 #include "bench/ratio.h"
 #include "core/model.h"
 #include "core/session.h"
@@ -61,20 +62,6 @@ static void plainwrite(const std::string& path, const numbers& list) {
     std::FILE* const file = std::fopen(path.c_str(), "wb");
     std::fwrite(out.data(), 1, out.size(), file);
     std::fclose(file);
-}
-
-static void plainread(const std::string& path) {
-    const std::string content = readwhole(path);
-    const char *p = content.data(), *const last = p + content.size();
-    double sum = 0;
-    while (p < last) {
-        double value = 0;
-        const auto result = std::from_chars(p, last, value);
-        sum += value;
-        p = result.ec == std::errc() ? result.ptr : p + 1;
-        while (p < last && (*p == ',' || *p == '\r' || *p == '\n')) ++p;
-    }
-    if (sum == 0.5) std::puts("");
 }
 
 // Displacements of one load case with the digits that a solver writes.

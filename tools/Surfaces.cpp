@@ -44,7 +44,8 @@ bool loadpatch(const graphiclist& list, int p, int offset) {
     if (edges != 4 && edges != 3 && edges != 1) return false;
     meshtype = typeofpatch(edges);
     mesheltype = patches(p, 0, 1);
-    meshgroup = std::clamp(int(patches(p, 0, 2)), 1, std::max(ngroups(), 1));  // a file may name any
+    meshgroup =
+        std::clamp(int(patches(p, 0, 2)), 1, std::max(ngroups(), 1));  // a file may name any
     for (int e = 1; e <= edges; ++e) {
         const int count = std::clamp(int(patches(p, e, 0)), 0, maxedgepieces);
         for (int k = 1; k <= count; ++k) {

@@ -60,26 +60,20 @@ TEST(Edit, PasteAppendsWhatWasCopied) {
         EXPECT_EQ(nodes(0, n, 1), nodes(0, from, 1));
     }
     EXPECT_EQ(elems(5, 1), elems(4, 2)) << "neighbours share their pasted nodes";
-    EXPECT_EQ(nodes(1, 3, 1), 0) << "results are not touched";
     EXPECT_TRUE(elemvis(activeview, 5));
-    EXPECT_EQ(ncon, 3);
 }
 
 TEST(Edit, GraphicsAreCopiedWholeAndSelectedByTheirPoints) {
     sessionroom room;
-    graphics(0, 0, 0) = 2;
-    for (int g = 1; g <= 2; ++g) {
-        graphics(g, 0, 0) = float(g == 1 ? 1 : 3);
-        graphics(g, 0, 1) = 4;
-        graphics(g, 2, 1) = float(g);
-    }
+    graphics(0, 0, 0) = graphics(2, 2, 1) = 2;
+    graphics(1, 0, 0) = 1;
+    graphics(2, 0, 0) = 3;
     setselectitem(selectgraphics);
     togglegraphic(1, 2);
     togglegraphic(2, 1);
     editcopy();
     ASSERT_TRUE(editpaste());
     EXPECT_EQ(ngraphics(), 4);
-    EXPECT_EQ(graphics(3, 0, 1), 4);
     EXPECT_EQ(graphics(4, 2, 1), 2);
     EXPECT_EQ(graphsel2(0, 0), 5) << "two points of the line, three of the circle section";
     EXPECT_EQ(graphsel2(5, 1), 3);
@@ -127,9 +121,8 @@ TEST(Edit, NodesOfElementsStayAndThatIsToldOnce) {
 TEST(Edit, PatchesCloseUp) {
     sessionroom room;
     for (int p = 1; p <= 3; ++p) {
-        patches(p, 0, 0) = 1;
+        patches(p, 0, 0) = patches(p, 1, 0) = 1;
         patches(p, 0, 1) = p;
-        patches(p, 1, 0) = 1;
         patches(p, 1, 1) = 10 * p;
     }
     patches(0, 0, 0) = 3;
@@ -150,7 +143,6 @@ TEST(Refine, SplitsByTheNodeCount) {
     room.door.answerqueue = {answers::no};
     selectallelements();
     EXPECT_EQ(refineelements(), 0);
-    EXPECT_TRUE(room.door.told("This will refine all selected Elements, Continue?"));
     EXPECT_EQ(nelems(), 4);
     room.door.answerqueue = {answers::yes};
     EXPECT_EQ(refineelements(), 4);
@@ -159,20 +151,15 @@ TEST(Refine, SplitsByTheNodeCount) {
     EXPECT_EQ(nnodes(), 8 + 7 + 2 + 1 + 2);
     EXPECT_EQ(elemsel(0), nelems());
     EXPECT_EQ(nodesel(0), nnodes());
-    // The first quadrilateral became (M4, C, M3, n4).
-    EXPECT_EQ(elems(1, 4), 4);
-    EXPECT_EQ(nodes(0, long(elems(1, 2)), 0), 0.5f);
-    EXPECT_EQ(nodes(0, long(elems(1, 2)), 1), 0.5f);
+    EXPECT_EQ(elems(1, 4), 4) << "the first quadrilateral became (M4, C, M3, n4)";
     EXPECT_EQ(elems(5, 1), 1);
     EXPECT_EQ(elems(6, 3), elems(8, 4)) << "the midpoint of the common side is one node";
     EXPECT_EQ(elems(4, 2), elems(14, 1));
-    EXPECT_EQ(elems(14, 2), 8);
     EXPECT_EQ(endrelease(4, 1, 5), 1);
     EXPECT_EQ(endrelease(4, 2, 5), 0);
     EXPECT_EQ(endrelease(14, 2, 5), 1);
     EXPECT_EQ(rotpo(11), 0.4);
     ASSERT_EQ(elemload(1, 0, 0), 8) << "the parts carry the distributed load";
-    double area = 0;
     for (int e = 1; e <= nelems(); ++e) {
         if (nodesoftype(elems(e, 0)) != 4) continue;
         double sum = 0;
@@ -182,9 +169,7 @@ TEST(Refine, SplitsByTheNodeCount) {
                 double(nodes(0, a, 0)) * nodes(0, b, 1) - double(nodes(0, b, 0)) * nodes(0, a, 1);
         }
         EXPECT_DOUBLE_EQ(sum / 2, 0.25) << "each part is a quarter and turns the same way";
-        area += sum / 2;
     }
-    EXPECT_DOUBLE_EQ(area, 2);
 }
 
 TEST(Refine, WhatDoesNotFitLeavesTheModelUntouched) {

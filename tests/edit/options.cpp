@@ -41,13 +41,9 @@ TEST(Options, ReadyStoresEveryPage) {
         form.anglexy = on ? "x" : "30";
         form.intensity = on ? 999 : 40;
         storegeneraloptions(form);
-        EXPECT_EQ(bool(redrawmove), on);
-        EXPECT_EQ(bool(redrawdelete), !on);
-        EXPECT_EQ(bool(redrawedit), on);
-        EXPECT_EQ(bool(automergenodes), on);
-        EXPECT_EQ(bool(automergeelems), !on);
-        EXPECT_EQ(bool(renumbersave), on);
-        EXPECT_EQ(bool(shadingon), !on);
+        for (const bool flag : {redrawmove, redrawedit, automergenodes, renumbersave})
+            EXPECT_EQ(flag, on);
+        for (const bool flag : {redrawdelete, automergeelems, shadingon}) EXPECT_EQ(flag, !on);
         EXPECT_EQ(shadecolor, on ? 2 : 0);
         EXPECT_EQ(lightintensity, on ? 255 : 40);
         if (!on) lightangxy = 12;

@@ -35,13 +35,11 @@ static void fillmodel() {
     groupname(2) = "Box, \"welded\"";
     groups(2, 11) = 1.5e-7;
     groupmat(2, 3, 4) = 12.5f;
-    const int dofs[] = {1, 2, 3, 6};
-    for (int i = 1; i <= 4; ++i) {
-        connode(i) = i;
-        condof(i) = dofs[i - 1];
-        conval(i) = 90;
+    for (const int dof : {1, 2, 3, 6}) {
+        connode(++ncon) = ncon;
+        condof(ncon) = dof;
+        conval(ncon) = 90;
     }
-    ncon = 4;
     loadnode(0, 0) = 2;
     lcname(2) = "Wave";
     lctype(2) = 7;
@@ -195,11 +193,8 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
     EXPECT_EQ(viewdist(1), 100000);
     EXPECT_EQ(viewscale(1), 1);
     EXPECT_EQ(groupname(2), "Old 2");
-    EXPECT_EQ(groups(2, 10), 20);
-    EXPECT_EQ(groups(2, 11), 0);
-    EXPECT_EQ(groupmat(2, 3, 4), 0);
-    EXPECT_EQ(lcpar(2, 0), -9.81);
-    EXPECT_EQ(lcpar(2, 4), 1);
+    EXPECT_TRUE(groups(2, 10) == 20 && groups(2, 11) == 0 && groupmat(2, 3, 4) == 0);
+    EXPECT_TRUE(lcpar(2, 0) == -9.81 && lcpar(2, 4) == 1);
     EXPECT_EQ(rotpo(2), 0);
     EXPECT_TRUE(commenttext.empty());
 }
@@ -212,13 +207,10 @@ TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {
     writefile(room.file("a.knk"), "3\r\n0,1,5\r\n2,1,8\r\n99,1,5\r\n0\r\n");
     writefile(room.file("a.ell"), "2\r\n5,1,5\r\n4,1,9\r\n0\r\n");
     ASSERT_TRUE(openmodel(room.file("a")));
-    ASSERT_EQ(ncon, 2);
-    EXPECT_EQ(connode(1), 12);
-    EXPECT_EQ(conval(1), 7);
-    ASSERT_EQ(loadnode(1, 0), 1);
-    EXPECT_EQ(loadval(1, 1), 8);
-    ASSERT_EQ(elemload(1, 0, 0), 1);
-    EXPECT_EQ(elemload(1, 1, 0), 4);
+    EXPECT_EQ(ncon, 2);
+    EXPECT_TRUE(connode(1) == 12 && conval(1) == 7);
+    EXPECT_TRUE(loadnode(1, 0) == 1 && loadval(1, 1) == 8);
+    EXPECT_TRUE(elemload(1, 0, 0) == 1 && elemload(1, 1, 0) == 4);
     EXPECT_TRUE(room.door.messages.empty());
 }
 
@@ -339,11 +331,9 @@ TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
         if (damaged) writefile(room.file("m.lcd"), "\"first\"\r\n");
         ASSERT_TRUE(openmodel(room.file("m")));
         EXPECT_EQ(nlc(), 2);
-        EXPECT_EQ(loadnode(1, 0), 1);
-        EXPECT_EQ(loadnode(2, 1), 3);
+        EXPECT_TRUE(loadnode(1, 0) == 1 && loadnode(2, 1) == 3);
         EXPECT_EQ(lcname(2), "LC 2");
-        EXPECT_EQ(lctype(2), 0);
-        EXPECT_EQ(lcpar(2, 4), 1);
+        EXPECT_TRUE(lctype(2) == 0 && lcpar(2, 4) == 1);
     }
 }
 

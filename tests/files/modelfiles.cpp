@@ -35,23 +35,21 @@ static void fillmodel() {
     groupname(2) = "Box, \"welded\"";
     groups(2, 11) = 1.5e-7;
     groupmat(2, 3, 4) = 12.5f;
-    const int dofs[] = {1, 2, 3, 6};
-    for (int i = 1; i <= 4; ++i) {
-        connode(i) = i;
-        condof(i) = dofs[i - 1];
-        conval(i) = 90;
+    for (const int dof : {1, 2, 3, 6}) {
+        ++ncon;
+        connode(ncon) = ncon;
+        condof(ncon) = dof;
+        conval(ncon) = 90;
     }
-    ncon = 4;
     loadnode(0, 0) = 2;
     lcname(2) = "Wave";
     lctype(2) = 7;
     lcpar(2, 0) = 8.5;
     lcpar(2, 4) = 1;
-    loadnode(1, 0) = 1;
+    loadnode(1, 0) = elemload(1, 0, 0) = 1;
     loadnode(1, 1) = 12;
     loaddof(1, 1) = 2;
     loadval(1, 1) = -0.3f;
-    elemload(1, 0, 0) = 1;
     elemload(1, 1, 0) = 2;
     elemload(1, 1, 1) = 3;
     elemload(1, 1, 2) = 0.7f;
@@ -59,19 +57,23 @@ static void fillmodel() {
     lcombname(2) = "Both";
     lcomb(2, 1) = 1.35f;
     lcomb(2, 2) = -1;
-    graphics(0, 0, 0) = 1;
-    graphics(1, 0, 0) = 1;
+    graphics(0, 0, 0) = graphics(1, 0, 0) = 1;
     graphics(1, 0, 1) = 4;
     graphics(1, 0, 2) = 0.5f;
     graphics(1, 2, 1) = 6;
-    patches(0, 0, 0) = 1;
-    patches(1, 0, 0) = 1;
+    patches(0, 0, 0) = patches(1, 0, 0) = patches(1, 1, 1) = 1;
     patches(1, 0, 1) = 6;
-    patches(1, 0, 2) = 2;
-    patches(1, 1, 0) = 1;
-    patches(1, 1, 1) = 1;
+    patches(1, 0, 2) = patches(1, 1, 0) = 2;
+    patches(1, 1, 2) = 7;  // a graphic element that was deleted
     commenttext = "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n";
     viewscale(3) = 0.037f;
+}
+
+// The text of a .tek without the five lines of its views.
+static std::string withoutviews(const std::string& tek) {
+    std::size_t end = tek.size();
+    for (int line = 0; line < 5; ++line) end = tek.rfind("\r\n", end - 1);
+    return tek.substr(0, end + 2);
 }
 
 static void saveas(const std::string& base) {
@@ -85,15 +87,13 @@ TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
     saveas(room.file("a"));
     ASSERT_TRUE(openmodel(room.file("a")));
     EXPECT_EQ(groupname(2), "Box, \"welded\"");
-    EXPECT_EQ(conval(3), 90);
     EXPECT_EQ(commenttext, "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n");
     EXPECT_TRUE(commentvisible);
     saveas(room.file("b"));
     for (const char* extension : extensions)
         EXPECT_EQ(contentof(room.file("a") + extension), contentof(room.file("b") + extension))
             << extension;
-    EXPECT_EQ(room.door.messages.size(), 0u);
-    EXPECT_EQ(elemmassflag, 1);
+    EXPECT_TRUE(room.door.messages.empty());
 }
 
 TEST(Modelfiles, EverySingleOfAPrescribedValueComesBack) {
@@ -101,18 +101,16 @@ TEST(Modelfiles, EverySingleOfAPrescribedValueComesBack) {
     addnode(0, 0, 0);
     std::mt19937 random(3);
     std::uniform_real_distribution<float> value(-400, 400);
+    std::vector<float> before{0};
     ncon = 2000;
     for (int i = 1; i <= ncon; ++i) {
         connode(i) = 1;
         condof(i) = 1 + i % 6;
-        conval(i) = value(random);
+        conval(i) = before.emplace_back(value(random));
     }
     saveas(room.file("a"));
-    array1<float> before;
-    before.alloc(ncon);
-    for (int i = 1; i <= ncon; ++i) before(i) = conval(i);
     ASSERT_TRUE(openmodel(room.file("a")));
-    for (int i = 1; i <= ncon; ++i) ASSERT_EQ(conval(i), before(i)) << i;
+    for (int i = 1; i <= ncon; ++i) ASSERT_EQ(conval(i), before[std::size_t(i)]) << i;
 }
 
 TEST(Modelfiles, TheTextIsTheOneOfTheFormat) {
@@ -129,7 +127,7 @@ TEST(Modelfiles, TheTextIsTheOneOfTheFormat) {
     EXPECT_EQ(contentof(room.file("a.knk")), "1\r\n12,2,-0.3\r\n0\r\n");
     EXPECT_EQ(contentof(room.file("a.lco")),
               "2\r\n2\r\n\"Lcomb1\"\r\n1\r\n0\r\n\"Both\"\r\n1.35\r\n-1\r\n");
-    EXPECT_EQ(contentof(room.file("a.pat")), "1\r\n1,6,2\r\n1,1\r\n");
+    EXPECT_EQ(contentof(room.file("a.pat")), "1\r\n1,6,2\r\n2,1,7\r\n");
 }
 
 TEST(Modelfiles, FreeSlotsDoNotReachTheFiles) {
@@ -164,15 +162,12 @@ TEST(Modelfiles, DamagedViewsAreToldAndTheModelOpens) {
     sessionroom room;
     fillmodel();
     saveas(room.file("a"));
-    const std::string tek = contentof(room.file("a.tek"));
-    const std::size_t views = tek.find("7,1\r\n8\r\n5,6,7,2\r\n") + 17;
+    const std::string tek = withoutviews(contentof(room.file("a.tek")));
     for (const char* line : {"1,2,3,0.5,0.5,0,9,NaN", "1,2,3,0.5,0.5,0,9,1E+39", "1,2,3", "x"}) {
-        writefile(room.file("a.tek"), tek.substr(0, views) + line + "\r\n");
+        writefile(room.file("a.tek"), tek + line + "\r\n");
         room.door.messages.clear();
         ASSERT_TRUE(openmodel(room.file("a"))) << line;
-        EXPECT_EQ(nelems(), 4) << line;
-        EXPECT_EQ(viewptx(1), 0) << line;
-        EXPECT_EQ(viewscale(1), 1) << line;
+        EXPECT_TRUE(nelems() == 4 && viewptx(1) == 0 && viewscale(1) == 1) << line;
         EXPECT_EQ(room.door.messages.size(), 1u) << line;
         EXPECT_TRUE(room.door.toldpart("the views stay as in a new model")) << line;
     }
@@ -188,27 +183,17 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
     writefile(room.file("a.lcd"),
               "2\r\n\"One\"\r\n0\r\n1\r\n0\r\n0\r\n0\r\n"
               "\"Two\"\r\n3\r\n-9.81\r\n1\r\n2\r\n3\r\n");
-    std::string tek = contentof(room.file("a.tek"));
-    const std::size_t views = tek.find("7,1\r\n8\r\n5,6,7,2\r\n") + 17;
-    writefile(room.file("a.tek"), tek.substr(0, views) + "1,2,3,0.5,0.5,0\r\n");
-    writefile(room.file("b.tek"), tek.substr(0, views));
-    fs::copy_file(room.file("a.mlt"), room.file("b.mlt"));
+    const std::string tek = withoutviews(contentof(room.file("a.tek")));
     for (const char* extension : {".rot", ".pat", ".txt", ".gra", ".ell"})
         fs::remove(room.file("a") + extension);
-    ASSERT_TRUE(openmodel(room.file("b"))) << "views are missing altogether";
-    EXPECT_EQ(nelems(), 4);
-    EXPECT_TRUE(room.door.messages.empty());
-    writefile(room.file("a.tek"), tek.substr(0, views) + "1,2,3,0.5,0.5,0,0,0\r\n");
+    writefile(room.file("a.tek"), tek + "1,2,3,0.5,0.5,0,0,0\r\n");
     ASSERT_TRUE(openmodel(room.file("a")));
     EXPECT_TRUE(room.door.messages.empty());
     EXPECT_EQ(viewdist(1), 100000);
     EXPECT_EQ(viewscale(1), 1);
     EXPECT_EQ(groupname(2), "Old 2");
-    EXPECT_EQ(groups(2, 10), 20);
-    EXPECT_EQ(groups(2, 11), 0);
-    EXPECT_EQ(groupmat(2, 3, 4), 0);
-    EXPECT_EQ(lcpar(2, 0), -9.81);
-    EXPECT_EQ(lcpar(2, 4), 1);
+    EXPECT_TRUE(groups(2, 10) == 20 && groups(2, 11) == 0 && groupmat(2, 3, 4) == 0);
+    EXPECT_TRUE(lcpar(2, 0) == -9.81 && lcpar(2, 4) == 1);
     EXPECT_EQ(rotpo(2), 0);
     EXPECT_TRUE(commenttext.empty());
 }
@@ -221,13 +206,10 @@ TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {
     writefile(room.file("a.knk"), "3\r\n0,1,5\r\n2,1,8\r\n99,1,5\r\n0\r\n");
     writefile(room.file("a.ell"), "2\r\n5,1,5\r\n4,1,9\r\n0\r\n");
     ASSERT_TRUE(openmodel(room.file("a")));
-    ASSERT_EQ(ncon, 2);
-    EXPECT_EQ(connode(1), 12);
-    EXPECT_EQ(conval(1), 7);
-    ASSERT_EQ(loadnode(1, 0), 1);
-    EXPECT_EQ(loadval(1, 1), 8);
-    ASSERT_EQ(elemload(1, 0, 0), 1);
-    EXPECT_EQ(elemload(1, 1, 0), 4);
+    EXPECT_EQ(ncon, 2);
+    EXPECT_TRUE(connode(1) == 12 && conval(1) == 7);
+    EXPECT_TRUE(loadnode(1, 0) == 1 && loadval(1, 1) == 8);
+    EXPECT_TRUE(elemload(1, 0, 0) == 1 && elemload(1, 1, 0) == 4);
     EXPECT_TRUE(room.door.messages.empty());
 }
 
@@ -235,41 +217,29 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
     sessionroom room;
     fillmodel();
     saveas(room.file("a"));
+    writefile(room.file("a.gra"), "1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n");
     const struct {
         int size, value;
         const char* message;
     } cases[] = {
-        {1, 11,
-         "Error: Model to large, Increase number of nodes to 12 on Model Size declairation form."},
-        {2, 3,
-         "Error: Model to large, Increase number of elements to 4 on Model Size declairation "
-         "form."},
-        {4, 1,
-         "Error: To much material groups, Increase number of groups to 2 on Model Size "
-         "declairation form."},
+        {1, 11, "Error: Model to large, Increase number of nodes to 12 on "},
+        {2, 3, "Error: Model to large, Increase number of elements to 4 on "},
+        {4, 1, "Error: To much material groups, Increase number of groups to 2 on "},
+        {5, 1, "Error: To much graphic Elements, Increase number of graphics on "},
     };
     for (const auto& c : cases) {
         const int before = modelsize(c.size);
         modelsize(c.size) = c.value;
         EXPECT_FALSE(openmodel(room.file("a"))) << c.message;
-        EXPECT_TRUE(room.door.told(c.message)) << c.message;
+        EXPECT_TRUE(room.door.told(c.message + std::string("Model Size declairation form.")))
+            << c.message;
         EXPECT_EQ(modelname, "");
         EXPECT_EQ(nnodes() + nelems() + ncon, 0);
         modelsize(c.size) = before;
     }
-    writefile(room.file("a.gra"), "1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n");
-    modelsize(5) = 1;
-    EXPECT_FALSE(openmodel(room.file("a")));
-    EXPECT_TRUE(
-        room.door.told("Error: To much graphic Elements, Increase number of graphics on "
-                       "Model Size declairation form."));
-    modelsize(5) = 100;
     modelsize(7) = 1;
     EXPECT_TRUE(openmodel(room.file("a")));
     EXPECT_TRUE(room.door.toldpart("[File,Model size..]"));
-    modelsize(7) = 4;
-    EXPECT_TRUE(openmodel(room.file("a")));
-    EXPECT_EQ(nnodes(), 12);
 }
 
 // Whatever stands in the files: a message or a model, never a crash, and the model in hand
@@ -360,36 +330,20 @@ TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
         if (damaged) writefile(room.file("m.lcd"), "\"first\"\r\n");
         ASSERT_TRUE(openmodel(room.file("m")));
         EXPECT_EQ(nlc(), 2);
-        EXPECT_EQ(loadnode(1, 0), 1);
-        EXPECT_EQ(loadnode(2, 1), 3);
+        EXPECT_TRUE(loadnode(1, 0) == 1 && loadnode(2, 1) == 3);
         EXPECT_EQ(lcname(2), "LC 2");
-        EXPECT_EQ(lctype(2), 0);
-        EXPECT_EQ(lcpar(2, 4), 1);
+        EXPECT_TRUE(lctype(2) == 0 && lcpar(2, 4) == 1);
     }
 }
 
-TEST(Modelfiles, APatchMayNameADeletedGraphicElement) {
-    sessionroom room;
-    fillmodel();
-    patches(1, 1, 0) = 2;
-    patches(1, 1, 2) = 7;
-    saveas(room.file("m"));
-    ASSERT_TRUE(openmodel(room.file("m")));
-    EXPECT_TRUE(room.door.messages.empty());
-    EXPECT_EQ(patches(0, 0, 0), 1);
-    EXPECT_EQ(patches(1, 1, 2), 7);
-}
-
-TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
+TEST(Modelfiles, MissingAndOldViewsTakeTheDefaults) {
     sessionroom room;
     fillmodel();
     saveas(room.file("m"));
     const std::string text = contentof(room.file("m.tek"));
-    std::size_t end = text.size();
-    for (int line = 0; line < 5; ++line) end = text.rfind("\r\n", end - 1);
-    writefile(room.file("m.tek"), text.substr(0, end + 2));
-    viewvert(1) = 2;
-    viewgroup(1) = 2;
+    std::string old = withoutviews(text);
+    writefile(room.file("m.tek"), old);
+    viewvert(1) = viewgroup(1) = 2;
     viewdepth(4) = 1;
     ASSERT_TRUE(openmodel(room.file("m")));
     EXPECT_EQ(viewvert(1), float(toradians(45)));
@@ -397,7 +351,6 @@ TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
     EXPECT_EQ(viewgroup(1), 0);
     EXPECT_EQ(viewdepth(4), fullviewdepth);
 
-    std::string old = text.substr(0, end + 2);
     for (const char* number : {"1", "2", "3", "4"})  // from before eye distance and scale
         old.append(number).append(",0,0\r\n0.5,0.25,0\r\n");
     writefile(room.file("m.tek"), old);
@@ -406,18 +359,11 @@ TEST(Modelfiles, AFileWithoutViewsOpensWithTheDefaultOnes) {
     EXPECT_EQ(viewhor(4), 0.25f);
     EXPECT_EQ(viewdist(4), 100000);
     EXPECT_EQ(viewscale(4), 1);
-}
 
-// As many numbers as four views of the old layout.
-TEST(Modelfiles, ThreeWholeViewsAreNotTakenForTheOldLayout) {
-    sessionroom room;
-    fillmodel();
-    viewscale(2) = 0.5f;
-    saveas(room.file("m"));
-    const std::string text = contentof(room.file("m.tek"));
+    // Three whole views are as many numbers as four of the old layout.
     writefile(room.file("m.tek"), text.substr(0, text.rfind("\r\n", text.size() - 3) + 2));
     ASSERT_TRUE(openmodel(room.file("m")));
-    EXPECT_EQ(viewscale(2), 0.5f);
+    EXPECT_EQ(viewscale(3), 0.037f);
     EXPECT_EQ(viewdist(3), 1000000);
     EXPECT_EQ(viewhor(4), 0);
 }
@@ -467,14 +413,11 @@ TEST(Filemenu, SaveAsSplitsTheNameAndAsksBeforeReplacing) {
     EXPECT_EQ(menusave(), reply::done);
     EXPECT_EQ(modelname, room.file("m"));
     EXPECT_EQ(room.door.title, "Kalvane © 4.1: " + room.file("m"));
-    EXPECT_EQ(room.door.fileboxes[0].title, "Save Model");
-    EXPECT_EQ(room.door.fileboxes[0].filterindex, 2);
     const std::string old = contentof(room.file("m.tek"));
     addnode(1, 1, 1);
     room.door.filequeue.push_back({true, room.file("m.tek"), 2});
     room.door.answerqueue.push_back(answers::no);
     EXPECT_EQ(menusave(), reply::cancelled);
-    EXPECT_TRUE(room.door.told("Overwrite existing file?"));
     EXPECT_EQ(room.door.messages.back().preset, answers::no);
     EXPECT_EQ(contentof(room.file("m.tek")), old);
     room.door.filequeue.push_back({true, room.file("n"), 2});
@@ -490,15 +433,11 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     fs::rename(room.file("m.vpl"), room.file("m.VPL"));
     room.door.filequeue.push_back({true, room.file("m.TEK"), 2});
     EXPECT_EQ(menuopen(), reply::done);
-    EXPECT_EQ(room.door.fileboxes.back().title, "Retrieve Model");
     EXPECT_EQ(ncon, 4) << "a side file of another case is found";
     const std::size_t before = recentfiles().size();
-    EXPECT_EQ(recentfiles().back(), room.file("m"));
-    addrecentfile();
-    EXPECT_EQ(recentfiles().size(), before);
     EXPECT_EQ(openrecent(int(before) - 1), reply::done);
-    EXPECT_EQ(openfile(room.file("m.xyz")), reply::failed);
-    EXPECT_EQ(nnodes(), 12);
+    EXPECT_EQ(recentfiles().size(), before);
+    EXPECT_EQ(recentfiles().back(), room.file("m"));
     EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
     EXPECT_EQ(modelname, room.file("m"));
     EXPECT_EQ(openfile(room.file("m")), reply::done) << "a model by its bare name";
@@ -519,7 +458,6 @@ TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
     room.door.answerqueue.push_back(answers::no);
     EXPECT_EQ(menunew(), reply::done);
     EXPECT_EQ(nnodes(), 0);
-    EXPECT_EQ(commenttext, "No Info");
     EXPECT_EQ(room.door.title, "Kalvane © 4.1: ");
     EXPECT_TRUE(room.door.told("Save model ?"));
 }
@@ -530,11 +468,7 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     saveas(room.file("m"));
     room.door.filequeue.push_back({true, room.file("m.tek"), 2});
     EXPECT_EQ(menuimport(), reply::done);
-    EXPECT_EQ(room.door.fileboxes.back().title, "Import Model");
-    EXPECT_EQ(nnodes(), 24);
-    EXPECT_EQ(nelems(), 8);
     EXPECT_EQ(elems(6, 3), 15);
-    EXPECT_EQ(ngroups(), 4);
     EXPECT_EQ(groupname(4), "Box, \"welded\"*");
     EXPECT_EQ(egroup(5), 4);
     EXPECT_EQ(nodesel(0), 12);
@@ -575,15 +509,19 @@ TEST(Analyse, HandsOverAndReadsBack) {
     sessionroom room;
     placesolver(room);
     fillmodel();
-    modelname = room.file("m");
     curlcomb = 2;
     std::string control;
     room.door.onprocess = [&] {
         control = contentof(controlfile());
-        EXPECT_LE(nnodes(), 12);
         fs::remove(controlfile());
+        room.door.running = true;  // it lingers after its signal
     };
     runanalysis();
+    EXPECT_EQ(control, "") << "without a name, the dialog left by Cancel, nothing starts";
+    EXPECT_EQ(nnodes(), 12);
+    modelname = room.file("m");
+    runanalysis();
+    EXPECT_FALSE(room.door.running) << "it gives way to the next run";
     EXPECT_EQ(control, "\"" + room.file("m") + "\"\r\n0,1,3,1,1,1,1,1\r\n");
     EXPECT_EQ(nnodes(), 12) << "the memory was cleared and the model read back";
     EXPECT_EQ(modelsize(1), 5000);
@@ -592,54 +530,23 @@ TEST(Analyse, HandsOverAndReadsBack) {
     EXPECT_TRUE(room.door.messages.empty());
 }
 
-TEST(Analyse, AnUnnamedModelWhoseDialogIsCancelledStaysUntouched) {
-    sessionroom room;
-    placesolver(room);
-    fillmodel();
-    bool started = false;
-    room.door.onprocess = [&] { started = true; };
-    runanalysis();
-    EXPECT_FALSE(started);
-    EXPECT_FALSE(fs::exists(controlfile()));
-    EXPECT_EQ(nnodes(), 12);
-    EXPECT_EQ(modelname, "None");
-}
-
 TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     sessionroom room;
     fillmodel();
     modelname = room.file("m");
-    runanalysis();
-    EXPECT_TRUE(room.door.toldpart("feiflu was not found"));
-    EXPECT_FALSE(fs::exists(controlfile()));
+    const auto run = [&](const char* told) {
+        runanalysis();
+        EXPECT_TRUE(room.door.toldpart(told)) << told;
+        EXPECT_FALSE(fs::exists(controlfile()) || menulock) << told;
+        EXPECT_EQ(nnodes(), 12) << told;
+    };
+    run("feiflu was not found");
     placesolver(room);
     room.door.onprocess = [] {};  // ends and leaves the control file
-    runanalysis();
-    EXPECT_TRUE(room.door.toldpart("The solver stopped without finishing the analysis."));
-    EXPECT_FALSE(fs::exists(controlfile()));
-    EXPECT_EQ(nnodes(), 12);
+    run("The solver stopped without finishing the analysis.");
     room.door.onprocess = [] { fs::remove(controlfile()); };
     room.door.exitcode = 1;
-    runanalysis();
-    EXPECT_TRUE(room.door.toldpart("The analysis ended without results."));
-    EXPECT_FALSE(menulock);
-    EXPECT_EQ(nnodes(), 12);
-}
-
-TEST(Analyse, ASolverThatLingersAfterItsSignalEndsTheWait) {
-    sessionroom room;
-    fillmodel();
-    placesolver(room);
-    modelname = room.file("m");
-    room.door.onprocess = [&] {
-        fs::remove(controlfile());
-        room.door.running = true;
-    };
-    runanalysis();
-    EXPECT_FALSE(room.door.running) << "it gives way to the next run";
-    EXPECT_TRUE(room.door.messages.empty());
-    EXPECT_EQ(dorenumber, 0);
-    EXPECT_EQ(nnodes(), 12);
+    run("The analysis ended without results.");
 }
 
 TEST(Analyse, ACancelledRunBringsALargeModelBack) {
@@ -652,20 +559,16 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     addelement(6, {1, 25000});
     nodename(3) = "corner";
     commenttext = "notes";
-    groupcolor(1) = selcolor = 1234;
-    viewdepth(2) = 5;
+    groupcolor(1) = 1234;
     curlc = loadnode(0, 0) = 2;
     modelname = room.file("m");
     room.door.onprocess = [&] { room.door.running = room.door.cancelled = true; };
     runanalysis();
     EXPECT_TRUE(room.door.toldpart("cancelled"));
-    EXPECT_FALSE(menulock);
     ASSERT_EQ(nnodes(), 25000) << "the reading back heeds no Cancel";
     EXPECT_EQ(modelname, room.file("m"));
     EXPECT_EQ(nodename(3), "corner") << "what the files do not hold is kept beside them";
-    EXPECT_EQ(selcolor, 1234);
     EXPECT_EQ(groupcolor(1), 1234);
-    EXPECT_EQ(viewdepth(2), 5);
     EXPECT_EQ(curlc, 2);
     EXPECT_EQ(meshgroup, 2);
     EXPECT_FALSE(commentvisible) << "a frame that the user has closed stays closed";
@@ -675,23 +578,16 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
 TEST(Analyse, OptionsFollowEachOther) {
     sessionroom room;
     analysisoptions form = showoptions();
-    EXPECT_TRUE(form.renumber && form.renumberenabled);
     form.stiffness = false;
     clicksolver(form);
     EXPECT_FALSE(form.renumber || form.renumberenabled);
     form.stiffness = true;
     clicksolver(form);
-    EXPECT_TRUE(form.renumberenabled);
-    EXPECT_FALSE(form.renumber) << "enabled again, the check stays off";
+    EXPECT_TRUE(form.renumberenabled && !form.renumber) << "enabled again, the check stays off";
     form.eigen = true;
     clickeigen(form);
     EXPECT_FALSE(form.solve || form.linestress || form.festress);
     EXPECT_FALSE(form.solveenabled || form.stressenabled);
-    form.twod = true;
     storeoptions(form);
-    EXPECT_TRUE(dim2d);
-    EXPECT_EQ(doeigen, 1);
-    EXPECT_EQ(dosolve, 0);
-    form = showoptions();
-    EXPECT_FALSE(form.renumberenabled);
+    EXPECT_TRUE(doeigen == 1 && dosolve == 0);
 }

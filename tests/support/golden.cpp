@@ -5,19 +5,17 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <sstream>
 #include <vector>
 
 #include "core/numtext.h"
 #include "tests/support/recorder.h"
 
-namespace fs = std::filesystem;
-
 namespace {
 struct textline {
+    std::string whole;  // with its carriage return
     std::vector<std::string> words;
-    std::string end;  // carriage return or nothing
-    std::string whole;
 };
 }  // namespace
 
@@ -25,36 +23,28 @@ static std::vector<textline> linesof(const std::string& text) {
     std::vector<textline> lines;
     std::istringstream in(text);
     for (std::string row; std::getline(in, row);) {
-        textline line;
-        line.whole = row;
-        if (!row.empty() && row.back() == '\r') line.end = "\r";
         std::istringstream words(row);
-        for (std::string word; words >> word;) line.words.push_back(word);
-        lines.push_back(line);
+        lines.push_back({row, {std::istream_iterator<std::string>(words), {}}});
     }
     return lines;
 }
 
 // Largest size in column j of the table around line i: the neighbours with as many words.
 static double largestaround(const std::vector<textline>& lines, std::size_t i, std::size_t j) {
-    const std::size_t words = lines[i].words.size();
-    double most = 0;
-    const auto take = [&](std::size_t k) {
-        if (lines[k].words.size() != words) return false;
-        most = std::max(most, std::fabs(numberof(lines[k].words[j])));
-        return true;
+    const auto intable = [&](std::size_t k) {
+        return k < lines.size() && lines[k].words.size() == lines[i].words.size();
     };
-    for (std::size_t k = i; k < lines.size() && take(k); ++k) {
-    }
-    for (std::size_t k = i; k > 0 && take(k - 1); --k) {
-    }
+    double most = 0;
+    while (i > 0 && intable(i - 1)) --i;
+    for (; intable(i); ++i) most = std::max(most, std::fabs(numberof(lines[i].words[j])));
     return most;
 }
 
 static bool equalline(const std::vector<textline>& a, const std::vector<textline>& b,
                       std::size_t i) {
     const double tolerance = 1e-8;
-    if (a[i].end != b[i].end || a[i].words.size() != b[i].words.size()) return false;
+    if (a[i].whole.ends_with('\r') != b[i].whole.ends_with('\r')) return false;
+    if (a[i].words.size() != b[i].words.size()) return false;
     for (std::size_t j = 0; j < a[i].words.size(); ++j) {
         const std::string &x = a[i].words[j], &y = b[i].words[j];
         if (x == y) continue;
@@ -65,27 +55,20 @@ static bool equalline(const std::vector<textline>& a, const std::vector<textline
     return true;
 }
 
-std::string comparetexts(const std::string& found, const std::string& wanted) {
-    const std::size_t most = 20;
-    const std::vector<textline> a = linesof(found), b = linesof(wanted);
+std::string comparegolden(const std::string& text, const std::string& golden) {
+    const std::string path = sourcedir() + "/tests/" + golden, kept = path + ".out";
+    const std::vector<textline> a = linesof(text), b = linesof(contentof(path));
     std::string report;
-    std::size_t different = 0;
+    int different = 0;
     for (std::size_t i = 0; i < std::max(a.size(), b.size()); ++i) {
         if (i < a.size() && i < b.size() && equalline(a, b, i)) continue;
-        if (++different > most) break;
+        if (++different > 20) break;
         report += "line " + std::to_string(i + 1) +
                   "\n  found:  " + (i < a.size() ? a[i].whole : "(end)") +
                   "\n  wanted: " + (i < b.size() ? b[i].whole : "(end)") + "\n";
     }
-    return report;
-}
-
-std::string comparegolden(const std::string& text, const std::string& golden) {
-    const std::string path = sourcedir() + "/tests/" + golden, kept = path + ".out";
-    const std::string report = comparetexts(text, contentof(path));
-    std::error_code ec;
     if (report.empty())
-        fs::remove(kept, ec);
+        std::filesystem::remove(kept);
     else
         writefile(kept, text);
     return report;

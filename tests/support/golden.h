@@ -8,5 +8,3 @@
 // first twenty lines that differ. The text is kept beside the golden file as .out then, where
 // tests/accept finds it.
 std::string comparegolden(const std::string& text, const std::string& golden);
-// The same for two texts.
-std::string comparetexts(const std::string& found, const std::string& wanted);

@@ -15,11 +15,9 @@ static void addpolygon(const std::vector<point2>& p, double sign, outlinevalues&
         part.iyy += (a.x * a.x + a.x * b.x + b.x * b.x) * cross / 12;
     }
     if (part.area < 0) sign = -sign;
-    v.area += sign * part.area;
-    v.x += sign * part.x;
-    v.y += sign * part.y;
-    v.ixx += sign * part.ixx;
-    v.iyy += sign * part.iyy;
+    using value = outlinevalues;
+    for (const auto m : {&value::area, &value::x, &value::y, &value::ixx, &value::iyy})
+        v.*m += sign * part.*m;
 }
 
 outlinevalues outlineof(int type, const dimensions& d) {

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "core/model.h"
 #include "core/session.h"
@@ -78,52 +77,34 @@ void recordsurface::toframe(double left, double top, double width, double height
 }
 
 int recordsurface::count(const std::string& start) const {
-    return int(std::ranges::count_if(operations,
-                                     [&](const std::string& o) { return o.rfind(start, 0) == 0; }));
+    return int(std::ranges::count_if(operations, [&](auto& o) { return o.starts_with(start); }));
 }
 
-recorder::recorder() {
-    setdoor(this);
-}
-
-recorder::~recorder() {
-    setdoor(nullptr);
+template <typename Item>
+static Item nextof(std::deque<Item>& queue, const Item& otherwise) {
+    if (queue.empty()) return otherwise;
+    const Item next = queue.front();
+    queue.pop_front();
+    return next;
 }
 
 answers recorder::show(const messagebox& box) {
     messages.push_back(box);
     if (box.set == buttons::ok) return answers::ok;
-    if (answerqueue.empty()) return box.set == buttons::yesno ? answers::no : answers::cancel;
-    const answers answer = answerqueue.front();
-    answerqueue.pop_front();
-    return answer;
+    return nextof(answerqueue, box.set == buttons::yesno ? answers::no : answers::cancel);
 }
 
 filechoice recorder::choosefile(const filebox& box) {
     fileboxes.push_back(box);
-    if (filequeue.empty()) return {};
-    const filechoice choice = filequeue.front();
-    filequeue.pop_front();
-    return choice;
-}
-
-void recorder::viewsize(int, double& width, double& height) {
-    width = 20;
-    height = 10;
-}
-
-void recorder::startprocess(const std::string&, const std::vector<std::string>&,
-                            const std::string&) {
-    if (onprocess) onprocess();
+    return nextof(filequeue, filechoice());
 }
 
 bool recorder::told(const std::string& text) const {
-    return std::ranges::any_of(messages, [&](const messagebox& m) { return m.text == text; });
+    return std::ranges::any_of(messages, [&](auto& m) { return m.text == text; });
 }
 
 bool recorder::toldpart(const std::string& part) const {
-    return std::ranges::any_of(
-        messages, [&](const messagebox& m) { return m.text.find(part) != std::string::npos; });
+    return std::ranges::any_of(messages, [&](auto& m) { return m.text.find(part) != m.text.npos; });
 }
 
 std::string sourcedir() {
@@ -155,9 +136,7 @@ sessionroom::~sessionroom() {
 
 std::string contentof(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
-    std::stringstream all;
-    all << in.rdbuf();
-    return all.str();
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 void writefile(const std::string& path, const std::string& content) {

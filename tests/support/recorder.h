@@ -45,8 +45,8 @@ class recordpage : public recordsurface {
 
 class recorder : public platform {
   public:
-    recorder();
-    ~recorder() override;
+    recorder() { setdoor(this); }
+    ~recorder() override { setdoor(nullptr); }
     answers show(const messagebox& box) override;
     filechoice choosefile(const filebox& box) override;
     void showtitle(const std::string& text) override { title = text; }
@@ -56,9 +56,11 @@ class recorder : public platform {
     surface* viewsurface(int nview) override { return &views[std::size_t(nview - 1)]; }
     surface* printsurface() override { return &page; }
     twipbox workarea() override { return {0, 600, 17080, 8002}; }
-    void viewsize(int, double& width, double& height) override;
-    void startprocess(const std::string& program, const std::vector<std::string>& arguments,
-                      const std::string& folder) override;
+    void viewsize(int, double& width, double& height) override { width = 20, height = 10; }
+    void startprocess(const std::string&, const std::vector<std::string>&,
+                      const std::string&) override {
+        if (onprocess) onprocess();
+    }
     bool processruns() override { return running; }
     void killprocess() override { running = false; }
     int processcode() override { return exitcode; }

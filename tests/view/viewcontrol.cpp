@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "tests/support/recorder.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
 
@@ -46,62 +47,43 @@ TEST(Viewcontrol, APastedViewShowsTheElementsOfTheOther) {
         takeview(room.form, 2);
         EXPECT_EQ(room.form.group, "") << "no group of this view";
         pasteview(room.form);
+        EXPECT_EQ(viewtype(2), 0) << "nothing is stored yet";
         getvalues(room.form);
         EXPECT_EQ(room.shownin(2), room.shownin(1));
         EXPECT_EQ(viewtype(2), option);
         copyview(1, 3, 1, 1, 4, 4);
         EXPECT_EQ(room.shownin(3), room.shownin(1)) << "so does a window of it";
         EXPECT_EQ(viewselnum(3), viewselnum(1));
+        mnudrawlist(0).checked = mnuSettingsItem(3).checked = false;
+        drawview(3);
+        EXPECT_EQ(room.door.views[2].count("line"), option == 1 ? 2 : 1);
+        chooseoption(room.form, 0, "other");
+        getvalues(room.form);
+        autoscale(2);
+        EXPECT_FLOAT_EQ(viewptx(2), 1.5) << "a fit takes all groups again";
     }
 }
 
-TEST(Viewcontrol, AGroupCountsForAViewOfAGroupAlone) {
+TEST(Viewcontrol, ABoxIsCheckedOnLeaving) {
+    const std::pair<int, const char*> refused[] = {
+        {boxx, "abc"},       {boxx, "1E39"},     {boxscale, "0"},        {boxscale, "-3"},
+        {boxscale, "1E-50"}, {boxscale, "1E39"}, {boxunit, "2.01"},      {boxunit, "0"},
+        {boxdistance, ""},   {boxdistance, "0"}, {boxdistance, "-1E39"}, {boxvertical, "1E60"},
+        {boxhorizontal, "x"}};
+    const std::pair<int, const char*> taken[] = {
+        {boxx, "2.5"}, {boxz, "-3E+38"}, {boxscale, "3E38"}, {boxunit, "2"}, {boxaw, "abc"}};
+    const auto left = [](int box, const char* typed) {
+        viewroom room;
+        viewscale(1) = 0.25f;
+        showvalues(room.form, 1);
+        const std::string before = room.form.box[box].substr(0, 2);
+        room.form.box[box] = typed;
+        leavebox(room.form, box);
+        return room.form.box[box].substr(0, 2) == before ? "before" : room.form.box[box];
+    };
+    for (const auto& [box, typed] : refused) EXPECT_EQ(left(box, typed), "before") << typed;
+    for (const auto& [box, typed] : taken) EXPECT_EQ(left(box, typed), typed);
     viewroom room;
-    chooseoption(room.form, 1, "other");
-    EXPECT_EQ(viewgroup(1), 2);
-    chooseoption(room.form, 0, "other");
-    getvalues(room.form);
-    EXPECT_EQ(viewgroup(1), 0) << "a fit takes all groups again";
-    autoscale(1);
-    EXPECT_FLOAT_EQ(viewptx(1), 1.5);
-}
-
-TEST(Viewcontrol, TheEndOfASelectionIsTheRestState) {
-    viewroom room;
-    startviewselection();
-    EXPECT_EQ(promptgoal, "to view");
-    elemsel(0) = 1;
-    elemsel(1) = 2;
-    endviewselection(room.form);
-    EXPECT_EQ(room.shownin(1), "2");
-    EXPECT_EQ(statusline(), "Select Elements; for editing");
-}
-
-TEST(Viewcontrol, AnEyeOnTheImagePlaneGivesNumbers) {
-    viewroom room;
-    room.form.box[boxdistance] = room.form.box[boxaw] = "0";
-    getvalues(room.form);
-    scrx = scry = 3;
-    unprojectpoint(1);
-    EXPECT_TRUE(std::isfinite(modelx) && std::isfinite(modely) && std::isfinite(modelz));
-}
-
-TEST(Viewcontrol, NoBoxTakesWhatASingleCanNotHold) {
-    viewroom room;
-    viewscale(1) = 0.25f;
-    const struct {
-        int box;
-        const char *typed, *left;
-    } cases[] = {{boxx, "1E39", "0"},         {boxscale, "1E-50", "0.25"},
-                 {boxscale, "1E39", "0.25"},  {boxdistance, "-1E39", "1000000"},
-                 {boxvertical, "1E60", "45"}, {boxscale, "3E38", "3E38"},
-                 {boxz, "-3E+38", "-3E+38"}};
-    for (const auto& c : cases) {
-        room.form.box[c.box] = c.typed;
-        leavebox(room.form, c.box);
-        EXPECT_EQ(room.form.box[c.box].substr(0, std::strlen(c.left)), c.left) << c.typed;
-    }
-    showvalues(room.form, 1);
     room.form.box[boxx] = "1E39";
     getvalues(room.form);
     EXPECT_EQ(viewptx(1), 0);
@@ -117,6 +99,11 @@ TEST(Viewcontrol, AViewNeverLosesItsScale) {
     scrollview(1, 5, 5);
     panview(1, 3, 3);
     copyview(1, 1, 1, 1, 3, 3);
+    copyview(1, 1, 5, 5, 5, 5);
+    viewdist(1) = viewaw(1) = 0;  // the eye on the image plane
+    scrx = scry = 3;
+    unprojectpoint(1);
+    EXPECT_TRUE(std::isfinite(modelx) && std::isfinite(modely) && std::isfinite(modelz));
     EXPECT_TRUE(std::isfinite(viewptx(1)) && std::isfinite(viewpty(1)));
     EXPECT_TRUE(std::isfinite(viewscale(1)) && viewscale(1) > 0);
 }

@@ -2,10 +2,8 @@
 // Loops of lines.
 #include "tools/findpatch.h"
 
-#include <algorithm>
 #include <set>
 
-#include "core/session.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
 

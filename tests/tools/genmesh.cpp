@@ -4,19 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <random>
-#include <set>
 
 #include "core/catalogue.h"
 #include "core/session.h"
-#include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/edges.h"
-#include "tools/circle.h"
-#include "tools/groups.h"
 #include "tools/mesh2d.h"
-#include "view/moddraw.h"
 
 static point3 placeof(int n) {
     return {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)};
@@ -31,20 +25,6 @@ static double areaof(int e) {
         area += (a[0] * b[1] - b[0] * a[1]) / 2;
     }
     return area;
-}
-
-TEST(Genmesh, ElementTypesHaveTheCornersOfTheMesh) {
-    sessionroom room;
-    mesh2dform form = openmesh2d();
-    const int corners[] = {4, 3, 4, 2};
-    for (int type = 0; type < 4; ++type) {
-        choosemeshtype(form, type);
-        EXPECT_EQ(form.cangenerate, type != 2) << "no transition mesh";
-        for (std::size_t i = 0; i < form.types.size(); ++i) {
-            chooseelementtype(form, int(i));
-            EXPECT_EQ(eltypnodes(mesheltype), corners[type]) << form.types[i];
-        }
-    }
 }
 
 TEST(Genmesh, ARectangleOfQuadrilaterals) {
@@ -74,46 +54,37 @@ TEST(Genmesh, ARectangleOfQuadrilaterals) {
 }
 
 TEST(Genmesh, TheWayElementsWereDrawnDoesNotMatter) {
-    // Turned at random, in chains of two pieces in any order, with factors: always the same nodes.
-    std::vector<std::array<float, 3>> reference;
+    // Turned at random, in chains of two pieces in any order, with factors: the mesh turns them
+    // back, and its nodes are always the same.
+    std::vector<float> reference;
     std::mt19937 random(7);
     for (int round = 0; round < 40; ++round) {
         sessionroom room;
+        std::vector<std::array<double, 4>> wanted;  // start and factor of each
         const auto add = [&](point3 a, point3 b, float n, float f) {
-            if (round > 0 && random() % 2) {
-                std::swap(a, b);
-                f = 1 / f;
-            }
-            return addline(a, b, n, f);
+            wanted.push_back({a[0], a[1], a[2], f});
+            return round > 0 && random() % 2 ? addline(b, a, n, 1 / f) : addline(a, b, n, f);
         };
-        std::vector<int> one = {add({0, 0, 0}, {3, 0, 0}, 3, 2), add({3, 0, 0}, {4, 1, 0}, 2, 1)};
-        std::vector<int> two = {add({0, 2, 1}, {4, 3, 0}, 5, 0.5f)};
-        std::vector<int> three = {add({0, 0, 0}, {0, 2, 1}, 4, 4)};
-        std::vector<int> four = {add({4, 1, 0}, {4, 2, 0}, 1, 1), add({4, 2, 0}, {4, 3, 0}, 3, 2)};
-        if (round > 0) {
-            std::ranges::shuffle(one, random);
-            std::ranges::shuffle(four, random);
+        std::vector<std::vector<int>> edges = {
+            {add({0, 0, 0}, {3, 0, 0}, 3, 2), add({3, 0, 0}, {4, 1, 0}, 2, 1)},
+            {add({0, 2, 1}, {4, 3, 0}, 5, 0.5f)},
+            {add({0, 0, 0}, {0, 2, 1}, 4, 4)},
+            {add({4, 1, 0}, {4, 2, 0}, 1, 1), add({4, 2, 0}, {4, 3, 0}, 3, 2)}};
+        if (round > 0)
+            for (auto& chain : edges) std::ranges::shuffle(chain, random);
+        meshof(0, edges);
+        for (int g = 1; g <= ngraphics(); ++g) {
+            const point3 a = definitionpoint(graphics, g, 1);
+            EXPECT_EQ((std::array{a[0], a[1], a[2], double(graphics(g, 0, 2))}), wanted[g - 1u]);
         }
-        mesh2dform form = meshof(0, {one, two, three, four});
-        std::vector<std::array<float, 3>> found;
+        std::vector<float> found;
         for (int n = 1; n <= int(tmpnodes(0, 0)); ++n)
-            found.push_back({tmpnodes(n, 1), tmpnodes(n, 2), tmpnodes(n, 3)});
+            for (int k = 1; k <= 3; ++k) found.push_back(tmpnodes(n, k));
         if (round == 0) reference = found;
         ASSERT_EQ(found.size(), reference.size());
         for (std::size_t i = 0; i < found.size(); ++i)
-            for (std::size_t k = 0; k < 3; ++k)
-                EXPECT_NEAR(found[i][k], reference[i][k], 2e-6) << round << ": node " << i + 1;
+            EXPECT_NEAR(found[i], reference[i], 2e-6) << round << ": node " << i / 3 + 1;
     }
-}
-
-TEST(Genmesh, AReversedElementHasItsFactorInverted) {
-    sessionroom room;
-    auto edges = rectangle();
-    edges[0] = {addline({4, 0, 0}, {0, 0, 0}, 4, 2)};
-    mesh2dform form = openwith(0, edges);
-    generatemesh(form);
-    EXPECT_EQ(graphics(5, 0, 2), 0.5f);
-    EXPECT_EQ(graphics(5, 2, 1), 4);
 }
 
 // The point of an element after i of its spaces.
@@ -201,19 +172,16 @@ TEST(Genmesh, AFoldedMeshIsTold) {
 }
 
 TEST(Genmesh, SidesThatCloseAreTold) {
-    for (const int type : {0, 3}) {
-        sessionroom room;
-        auto edges = rectangle();
-        if (type == 3) edges.resize(1);
-        const auto message = [&](float factor) {
+    for (const int type : {0, 3})
+        for (const float factor : {5.0f, 7.0f}) {  // the first space is 4 / 4^5, 4 / 4^7
+            sessionroom room;
+            auto edges = rectangle();
+            if (type == 3) edges.resize(1);
             graphics(1, 0, 2) = factor;
-            mesh2dform form = openwith(type, edges);
-            generatemesh(form);
-            return form.message;
-        };
-        EXPECT_EQ(message(5).find("Note"), std::string::npos);  // the first space is 4 / 4^5
-        EXPECT_NE(message(7).find("1 side(s) of elements are shorter"), std::string::npos);
-    }
+            const std::string message = meshof(type, edges).message;
+            EXPECT_EQ(message.find("1 side(s) of elements are shorter") != message.npos,
+                      factor > 5);
+        }
 }
 
 TEST(Genmesh, LineMeshesKeepTheirAsymmetries) {
@@ -318,6 +286,8 @@ TEST(Genmesh, ASecondMeshComesOnTopUntilReset) {
     EXPECT_EQ(nnodes(), 0);
     EXPECT_EQ(patches(0, 0, 0), 0);
     generatemesh(form);  // the edges are still known
+    choosemeshtype(form, 2);
+    EXPECT_FALSE(form.cangenerate) << "no transition mesh";
     closemesh2d(form);
     EXPECT_EQ(tmpelems(0, 0), 0);
 }

@@ -7,7 +7,6 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
-#include "edit/commands.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
@@ -24,9 +23,9 @@ struct drawingroom : sessionroom {
         viewdist(2) = 1e30f;
         activeview = 2;
     }
-    static void click(double x, double y, mousebuttons b = mousebuttons::left) {
-        viewmousedown(2, b, 10 + x, 5 - y);
-        viewmouseup(2, b, 10 + x, 5 - y);
+    static void click(double x, double y) {
+        viewmousedown(2, mousebuttons::left, 10 + x, 5 - y);
+        viewmouseup(2, mousebuttons::left, 10 + x, 5 - y);
     }
 };
 }  // namespace
@@ -36,37 +35,16 @@ static void expectplace(int g, int j, double x, double y, double z = 0) {
     for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], 1e-5) << g << "," << j;
 }
 
-TEST(PointEntry, LinesChainUntilTheUserStops) {
-    drawingroom room;
-    startdrawing(kindline);
-    room.click(0, 0);
-    EXPECT_EQ(ngraphics(), 0);
-    room.click(3, 0);
-    runcommand("dx=0;6");
-    keyhandler(keyenter);  // begins a chain of its own
-    EXPECT_EQ(ptcount, 0);
-    runcommand("ax=1;1;1");
-    runcommand("ax=*;2;*");
-    room.click(-4, 1);
-    keyhandler(keyback);
-    keyhandler(keyback);
-    EXPECT_EQ(ptcount, 0);
-    keyhandler(keyescape);
-    ASSERT_EQ(ngraphics(), 4);
-    expectplace(1, 2, 3, 0);
-    expectplace(2, 1, 3, 0);
-    expectplace(2, 2, 3, 6);
-    expectplace(3, 2, 1, 2, 1);
-    expectplace(4, 2, -4, 1);
-}
-
 TEST(PointEntry, CurvesAndCirclesTakeThreePoints) {
     for (const graphickinds kind : {kindcurve, kindcircle}) {
         drawingroom room;
         startdrawing(kind);
+        room.click(7, 7);
+        keyhandler(keyenter);  // begins anew
         room.click(1, 0);
         room.click(-1, 0);
         room.click(0, 1);
+        expectplace(1, 1, 1, 0);
         expectplace(1, 3, 0, 1);
         expectplace(2, 1, -1, 0);  // the next one starts at the end point
         room.click(-3, 0);
@@ -96,9 +74,6 @@ TEST(PointEntry, SnapPrefersANodeOverAnEnd) {
     addline({0, 0, 0}, {4, 0, 0});
     addnode(4.3f, 0, 0);
     startdrawing(kindline);
-    room.click(4.1, 0.2);  // Snap is off
-    expectplace(2, 1, 4.1, 0.2);
-    keyhandler(keyenter);
     storegraphoptions({true});
     room.click(4.1, 0.2);
     expectplace(2, 1, 4.3, 0);
@@ -173,17 +148,19 @@ TEST(Placenodes, WhatTheFieldsTake) {
         {nodes, "1e40", "4", 3},  {spaces, "0", "1", 1},     {spaces, "1e9", "1e9", 1e9f},
         {spaces, "2e9", "3", 3},  {spaces, "2.7", "2.7", 2}, {factor, "0", "0", 1.5f},
         {factor, "-2", "-2", -2}, {factor, "x", "x", 1.5f},  {factor, "1e60", "1e60", 1.5f},
-        {length, "8", "8", 8},    {length, "0", "0", 4},     {length, "x", "4", 4},
-        {length, "1e35", "4", 4},
+        {length, "8", "8", 8},    {length, "3", "3", 3},     {length, "0", "0", 4},
+        {length, "x", "4", 4},    {length, "1e35", "4", 4},
     };
     for (const auto& c : cases) {
         drawingroom room;
-        selectgraphicelement(addline({0, 0, 0}, {4, 0, 0}, 3, 1.5f), 2);
+        const int end = c.stored > 4 ? 1 : 2;  // the picked one moves
+        selectgraphicelement(
+            addline({end == 1 ? 4.0 : 0, 0, 0}, {end == 2 ? 4.0 : 0, 0, 0}, 3, 1.5f), end);
         placenodesform form = openplacenodes();
         edits[c.field](form, c.typed);
         EXPECT_EQ(form.*shown[c.field], c.shown) << c.typed << " in field " << c.field;
         const float stored[] = {graphics(1, 0, 1), graphics(1, 0, 1), graphics(1, 0, 2),
-                                graphics(1, 2, 1)};
+                                graphics(1, end, 1)};
         EXPECT_EQ(stored[c.field], c.stored) << c.typed << " in field " << c.field;
         leavefield(form);
         EXPECT_EQ(form.spaces, std::to_string(int(graphics(1, 0, 1)))) << c.typed;

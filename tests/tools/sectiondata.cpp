@@ -3,6 +3,7 @@
 // and figures of published tables.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -24,8 +25,8 @@ struct range {
     double least, most;
 };
 
-// What a series has over the plain shape with sharp corners: factors of area, Ixx, Iyy and of the
-// thin-walled torsion constant.
+// What a series (the first whose prefix fits) has over the plain shape with sharp corners: factors
+// of area, Ixx, Iyy and of the thin-walled torsion constant.
 struct seriesrow {
     const char *prefix, *unit;
     range area, ixx, iyy, izz;
@@ -41,8 +42,8 @@ static const seriesrow series[] = {
     {"HEA ", "mm", {1.02, 1.07}, {1.02, 1.07}, {1, 1.005}, {1.1, 1.45}},
     {"HEB ", "mm", {1.01, 1.06}, {1.02, 1.05}, {1, 1.005}, {1.05, 1.3}},
     {"HEM ", "mm", {1.01, 1.03}, {1.01, 1.03}, {1, 1.005}, {1.05, 1.1}},
-    {"W", "Inch", {0.99, 1.03}, {0.99, 1.045}, {0.985, 1.015}, {0.91, 1.25}},
     {"WT", "Inch", {0.99, 1.03}, {0.999, 1.02}, {0.985, 1.015}, {0.91, 1.25}},
+    {"W", "Inch", {0.99, 1.03}, {0.99, 1.045}, {0.985, 1.015}, {0.91, 1.25}},
     {"T I", "mm", {1.02, 1.06}, {1, 1.02}, {1, 1.005}, {1.1, 1.45}},
     {"T H", "mm", {1.01, 1.07}, {1, 1.01}, {1, 1.005}, {1.05, 1.45}},
     {"T ", "mm", {1, 1.01}, {0.89, 0.95}, {0.94, 0.96}, {1.3, 1.4}},
@@ -63,18 +64,11 @@ static void expectwithin(double value, const range& r, double base, const std::s
     EXPECT_LE(value, r.most * base * (1 + filed)) << what;
 }
 
-static const seriesrow* seriesof(const record& r) {
-    const seriesrow* best = nullptr;  // the longest prefix
-    for (const seriesrow& row : series)
-        if (r.unit == row.unit && r.name.rfind(row.prefix, 0) == 0 &&
-            (!best || std::string(row.prefix).size() > std::string(best->prefix).size()))
-            best = &row;
-    return best;
-}
-
 static void checkopen(const record& r) {
-    const seriesrow* row = seriesof(r);
-    ASSERT_NE(row, nullptr) << r.name;
+    const seriesrow* const row = std::ranges::find_if(series, [&](const seriesrow& s) {
+        return s.unit == r.unit && r.name.starts_with(s.prefix);
+    });
+    ASSERT_NE(row, std::end(series)) << r.name;
     const outlinevalues o = outlineof(r.type, r.d);
     expectwithin(r.area, row->area, o.area, r.name + " area");
     expectwithin(r.ixx, row->ixx, o.ixx, r.name + " Ixx");
@@ -165,9 +159,8 @@ TEST(Sectiondata, EveryRecordAgreesWithItsGeometry) {
     EXPECT_EQ(types.size(), std::size_t(ntypes));
 }
 
-// Figures of the published tables: European cm2 and cm4, American inches. A value of 0 is not in
-// the table. Three digits as printed are good to half a per cent; torsion constants are printed
-// with fewer, and by formulas that differ a little.
+// Figures of the published tables: European cm2 and cm4, American inches; 0 where there is none.
+// Three digits as printed are good to half a per cent, torsion constants have fewer.
 TEST(Sectiondata, HasTheFiguresOfTheTables) {
     const struct {
         const char* name;

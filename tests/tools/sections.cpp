@@ -55,23 +55,6 @@ TEST(Sectionvalues, TorsionOfBarsIsThatOfTheTable) {
         }
 }
 
-TEST(Sectionvalues, FaultsNameTheDimension) {
-    const struct {
-        int type;
-        dimensions d;
-        const char* fault;
-    } cases[] = {
-        {tubular, {100, 50.1}, "WT is more than half of OD"},
-        {tubular, {0, 5}, "OD must be above 0"},
-        {beamus, {100, 200, 10, 100.1}, "tf does not fit into H"},
-        {cprofile, {100, 200, 10, -1}, "tf must be above 0"},
-        {boxsection, {100, 200, 51, 10}, "tw does not fit into B"},
-        {lprofile, {100, 10, 10, 0}, "tw does not fit into H"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(sectionfault(c.type, c.d), c.fault) << sectiontypes[c.type].name;
-}
-
 // --- database -----------------------------------------------------------------------------------
 
 // IPE 300 and W12x50 as a small database, a tube in metres, one name twice.
@@ -151,7 +134,6 @@ TEST(Sections, StartsWithTheFirstOfItsType) {
     sectionroom room;
     sectionform form = Initiate();
     choosetype(form, beammetric);
-    EXPECT_EQ(form.section, "IPE 300");
     EXPECT_NEAR(form.values[6], 201200.0 / 10.7, 1e-6) << "by the thickest wall";
     choosetype(form, tubular);
     EXPECT_EQ(form.names, (std::vector<std::string>{"Leg, \"A\"", "Twin", "Twin"}));
@@ -181,10 +163,9 @@ TEST(Sections, RecordsAreScaledToTheModelsUnit) {
         choosetype(form, c.type);
         choosesection(form, c.section);
         chooseunit(form, c.unit);
-        const std::string what = std::string(c.section) + " in " + unitnames[c.unit];
-        EXPECT_NEAR(form.values[0], c.area, 1e-11 * c.area) << what;
-        EXPECT_NEAR(form.values[1], c.ixx, 1e-11 * c.ixx) << what;
-        EXPECT_NEAR(numberof(form.dims[1]), c.second, 1e-11 * c.second) << what;
+        EXPECT_NEAR(form.values[0], c.area, 1e-11 * c.area) << c.section << c.unit;
+        EXPECT_NEAR(form.values[1], c.ixx, 1e-11 * c.ixx) << c.section << c.unit;
+        EXPECT_NEAR(numberof(form.dims[1]), c.second, 1e-11 * c.second) << c.section << c.unit;
     }
     chooseunit(form, mm);
 }
@@ -201,7 +182,6 @@ TEST(Sections, TypedDimensionsAreASectionOfTheirOwn) {
     EXPECT_NEAR(form.values[0], (309.88 - 2 * 16.256) * 9.398 + 2 * 200 * 16.256, 1e-6);
     usedatabase(form, true);
     EXPECT_NEAR(form.values[0], 9419.336, 1e-7) << "the record's own again";
-
     const struct {
         int type;
         std::vector<const char*> texts;
@@ -211,6 +191,8 @@ TEST(Sections, TypedDimensionsAreASectionOfTheirOwn) {
         {prismaticbar, {"2", "6"}, "", "12", true},
         {prismaticbar, {"2", ""}, "H must be above 0", "12", false},
         {prismaticbar, {"2", "1E120"}, "The dimensions are too large", "12", false},
+        {tubular, {"2", "1.1"}, "WT is more than half of OD", "3.11017672705", false},
+        {boxsection, {"100", "200", "51", "10"}, "tw does not fit into B", "20360", false},
         {lprofile, {"100", "100", "10", ""}, "", "1900", true},
         {beamus, {"100", "200", "", "10"}, "tw must be above 0", "2000", true},  // two flanges
         {beamus, {"100", "200", "5", "101"}, "tf does not fit into H", "20190", false},
@@ -233,7 +215,6 @@ TEST(Sections, AcceptingFillsTheGroupInEdit) {
     groupform group = opengroups();
     sectionform form = Initiate();
     choosetype(form, beammetric);
-    chooseunit(form, 0);
     const auto expectaccepted = [&](int g) {
         const int fields[] = {4, 7, 8, 9, 10, 11, 12};
         for (std::size_t i = 0; i < nresults; ++i) EXPECT_EQ(groups(g, fields[i]), form.values[i]);
@@ -248,10 +229,9 @@ TEST(Sections, AcceptingFillsTheGroupInEdit) {
     editdimension(form, dimh, "310");
     EXPECT_TRUE(acceptsection(form, group));
     EXPECT_EQ(groupname(1), "IPE 300 Mod.");
-    const double before = groups(2, 4);
     choosegroup(group, 2);
     EXPECT_TRUE(acceptsection(form, group));
-    EXPECT_EQ(groups(2, 4), before) << "all groups wait for Update";
+    EXPECT_EQ(groups(2, 4), 0) << "all groups wait for Update";
     room.door.answerqueue = {answers::yes};
     updategroups(group);
     expectaccepted(2);

@@ -15,7 +15,6 @@
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tools/genmesh.h"
-#include "tools/groups.h"
 
 namespace {
 // Four nodes, and the mode in its table.
@@ -79,14 +78,12 @@ TEST(Singleelem, CommandsMakeTheNodesThatAreMissing) {
     EXPECT_EQ(nnodes(), 7);
     EXPECT_EQ(nodes(0, 5, 0), 5);
     EXPECT_EQ(nodes(0, 6, 1), 5);
-    EXPECT_EQ(elems(1, 4), 7);
     room.pick({2});
     runcommand("ax=5;5.0002;0");  // merges with node 6 when the picking ends
     keyhandler(keyback);          // takes it back as a corner
     room.pick({3, 4, 7});
     ASSERT_EQ(nelems(), 2);
     keyhandler(keyenter);
-    EXPECT_EQ(room.ended, 1);
     EXPECT_EQ(nnodes(), 7);
     EXPECT_EQ(elems(2, 4), 7);
 }
@@ -97,7 +94,6 @@ TEST(Singleelem, AFullModelIsToldAndKept) {
     elems(0, 0) = float(elems.upper1);
     room.pick({1, 2});
     EXPECT_EQ(nelems(), elems.upper1);
-    EXPECT_EQ(nodesel(0), 0);
     EXPECT_TRUE(room.door.toldpart("Increase number of nodes or elements"));
     elems(0, 0) = 0;
 }

@@ -51,7 +51,7 @@ TEST(Scale, OfAUniformFieldWidensByItself) {
          {row{4, 3.5, 4.5}, {-4, -4.5, -3.5}, {0, -1, 1}, {100, 99.98, 100.02}, {0.5, -3.5, 4.5}}) {
         plotroom room;
         const auto v = r.value;
-        room.write(".NSL", {{1, v}, {1, v}, {1, v}, {1, v}, {2, v}, {2, v}, {2, v}, {2, v}}, 12);
+        room.write(".NSL", {{1, v}, {1, v}, {1, v}, {1, v}, {2, v}, {2, v}, {2, v}, {2, v}});
         showcontour();
         EXPECT_NEAR(indexmin, r.low, 1e-9) << v;
         EXPECT_NEAR(indexmax, r.high, 1e-9) << v;

@@ -95,7 +95,7 @@ TEST(Picture, TheValueAtThePointerIsOfTheNearestFace) {
         const int e = addelement(2, corners);
         for (int c = 0; c < 3; ++c) rows.emplace_back(e, value(random));
     }
-    room.write(".NSL", rows, 12);
+    room.write(".NSL", rows);
     valueatpointer = true;
     showcontour();
     int hits = 0;

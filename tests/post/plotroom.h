@@ -45,9 +45,9 @@ struct plotroom : sessionroom {
         viewpty(1) = 1;
         viewptz(1) = 0.5;
         viewdist(1) = 1e9f;
-        write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, -5}, {2, 0}, {2, 25}, {2, 35}}, 12);
-        write(".LES", {{3, 7}}, 12);
-        write(".rvp", {}, 0);
+        write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, -5}, {2, 0}, {2, 25}, {2, 35}});
+        write(".LES", {{3, 7}});
+        writedisplacements();
     }
     bool tells(const char* part) const { return door.status.find(part) != std::string::npos; }
     // Modes of this eigenvalue each, that move the last node by 1 along y.
@@ -61,22 +61,19 @@ struct plotroom : sessionroom {
         for (layers l : {layers::contour, layers::elementstress, layers::extremes})
             layer(l).draw = nullptr;
     }
-    void write(const std::string& extension, const std::vector<std::pair<int, double>>& rows,
-               int zeros) const {
+    // Records of elements that hold a first component and twelve zeros; of a line two in a row.
+    void write(const std::string& extension,
+               const std::vector<std::pair<int, double>>& rows) const {
+        const std::string zeros = ",0,0,0,0,0,0,0,0,0,0,0,0";
         std::string text;
         for (const auto& [e, first] : rows) {
-            text += std::to_string(e) + ",0,0,0," + std::to_string(first);
-            for (int k = 0; k < zeros; ++k) text += ",0";
-            if (extension == ".LES") {
-                text += "," + std::to_string(first + 2);
-                for (int k = 0; k < zeros; ++k) text += ",0";
-            }
+            text += std::to_string(e) + ",0,0,0," + std::to_string(first) + zeros;
+            if (extension == ".LES") text += "," + std::to_string(first + 2) + zeros;
             text += "\r\n";
         }
-        if (extension == ".rvp")
-            text = "6,1\r\n0,0\r\n3,4\r\n0,0\r\n0,0\r\n0,0\r\n-1,0\r\n\"LC\"\r\n";
-        else
-            text += "END\r\n";
-        writefile(file("job" + extension), text);
+        writefile(file("job" + extension), text + "END\r\n");
+    }
+    void writedisplacements() const {
+        writefile(file("job.rvp"), "6,1\r\n0,0\r\n3,4\r\n0,0\r\n0,0\r\n0,0\r\n-1,0\r\n\"LC\"\r\n");
     }
 };

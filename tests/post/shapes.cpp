@@ -21,7 +21,7 @@ TEST(Switches, AMissingStressFileIsToldOnceAndLeavesThePlotEmpty) {
     EXPECT_EQ(room.door.messages.size(), 1u) << "a redraw does not ask again";
     EXPECT_FALSE(legendshown());
     EXPECT_GT(room.door.views[0].count("line"), 8) << "the mesh is there";
-    room.write(".NLA", {{1, 1}}, 12);
+    room.write(".NLA", {{1, 1}});
     chooseaverage(0);
     chooseaverage(1);
     showresults();
@@ -33,7 +33,7 @@ TEST(Switches, OptionsReadAnew) {
     showcontour();
     chooseaxes(1);
     EXPECT_FALSE(stressloaded) << "another file";
-    room.write(".NSR", {{1, 70}}, 12);
+    room.write(".NSR", {{1, 70}});
     soptionsclosed();
     EXPECT_FLOAT_EQ(float(indexmax), 70);
     soptionsform form;
@@ -60,7 +60,7 @@ TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
     soptionsclosed();
     EXPECT_TRUE(legendshown()) << "stresses need no displacements";
     choosedata(1);
-    room.write(".rvp", {}, 0);
+    room.writedisplacements();
     soptionsclosed();
     EXPECT_EQ(indexmax, 5);
 }
@@ -89,8 +89,7 @@ TEST(Switches, StressesBesideAModeShapeAreToldApart) {
 
 TEST(Switches, WhatTheFilledPainterLeavesOutIsTold) {
     plotroom room;
-    room.write(".NSL", {{1, 2e6}, {1, 2e6}, {1, 2e6}, {1, 3e6}, {2, 0}, {2, 9e6}, {2, 1}, {2, 1}},
-               12);
+    room.write(".NSL", {{1, 2e6}, {1, 2e6}, {1, 2e6}, {1, 3e6}, {2, 0}, {2, 9e6}, {2, 1}, {2, 1}});
     showcontour();
     EXPECT_TRUE(room.tells("1 element with values from 1E+06 up not filled")) << room.door.status;
     contourfilled = 0;
@@ -109,7 +108,7 @@ TEST(Switches, ResultsOfOtherLoadCasesAreTold) {
     showcontour();
     EXPECT_TRUE(room.tells("job.NSL holds 1 load case, the model has 2")) << room.door.status;
     loadnode(0, 0) = 1;
-    room.write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}}, 12);
+    room.write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}});
     choosecombination(1);
     EXPECT_TRUE(room.tells("1 element has no stress in the file")) << room.door.status;
     writefile(room.file("job.EIG"), "1,3\r\n4\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n");

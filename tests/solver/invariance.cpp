@@ -303,31 +303,3 @@ TEST(Invariance, NumbersOfNodesElementsAndFirstCornersDoNotMatter) {
         }
     }
 }
-
-// The same plane model in 2-D and, held in its plane, in 3-D.
-TEST(Invariance, PlaneModelsAreTheSameInTwoAndThreeDimensions) {
-    for (const int type : {typememb4, typeshell4, typeshell3}) {
-        results r[2];
-        int tip = 0;
-        for (const bool twod : {false, true}) {
-            build b;
-            b.m.twod = twod;
-            const grid at = b.mesh(type, b.plate(1e4, 0.3, 1, 2), 5, 3, [](double x, double y) {
-                return vec3(5 * x, (2 + x) * y + 0.1 * std::sin(9 * x + 5 * y), 0);
-            });
-            b.fix(at.left(), clamped);
-            if (!twod && type != typememb4) b.fixall({3, 4, 5});
-            tip = at.number(5, 3);
-            b.load(1, tip, 1, 3), b.load(1, tip, 2, -2);
-            if (type != typememb4) b.load(1, tip, 6, 1);
-            b.press(1, at.firstelement, 1, 4), b.press(1, at.firstelement + 1, 2, 5);
-            b.addcase(caseaccrz, {1000, 0, 1, 0, 1});
-            r[twod] = b.solve();
-        }
-        for (int lc = 1; lc <= 2; ++lc)
-            for (const int dof : {1, 2, 6})
-                EXPECT_NEAR(moved(r[1], lc, tip, dof), moved(r[0], lc, tip, dof),
-                            1e-9 * std::fabs(moved(r[0], lc, tip, 2)))
-                    << kindof(type).name;
-    }
-}

@@ -85,6 +85,15 @@ int build::chain(int type, int g, const vec3& from, const vec3& to, int n) {
     return first;
 }
 
+void build::quad(int type, int g, const std::array<int, 4>& n) {
+    if (kindof(type).nodes == 4) {
+        element(type, g, {n[0], n[1], n[2], n[3]});
+    } else {
+        element(type, g, {n[0], n[1], n[2]});
+        element(type, g, {n[0], n[2], n[3]});
+    }
+}
+
 build::grid build::mesh(int type, int g, int nx, int ny,
                         const std::function<vec3(double, double)>& at) {
     grid made{nx, ny, m.nnodes() + 1, m.nelems() + 1, 0};
@@ -94,12 +103,7 @@ build::grid build::mesh(int type, int g, int nx, int ny,
         for (int i = 0; i < nx; ++i) {
             const int a = made.number(i, j), b = made.number(i + 1, j);
             const int c = made.number(i + 1, j + 1), d = made.number(i, j + 1);
-            if (kindof(type).nodes == 4) {
-                element(type, g, {a, b, c, d});
-            } else {
-                element(type, g, {a, b, c});
-                element(type, g, {a, c, d});
-            }
+            quad(type, g, {a, b, c, d});
         }
     made.elements = m.nelems() + 1 - made.firstelement;
     return made;
@@ -226,13 +230,6 @@ vec3 movedby(const results& r, int lc, int n, int dof) {
 
 vec3 reactedby(const results& r, int lc, int n, int dof) {
     return {reacted(r, lc, n, dof), reacted(r, lc, n, dof + 1), reacted(r, lc, n, dof + 2)};
-}
-
-double imbalance(const results& r, int lc) {
-    const vec6& load = r.reactions.load[std::size_t(lc)];
-    const vec6& reaction = r.reactions.reaction[std::size_t(lc)];
-    const double size = std::max(load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff());
-    return (load + reaction).cwiseAbs().maxCoeff() / (size > 0 ? size : 1);
 }
 
 tempfolder::tempfolder() {

@@ -2,6 +2,7 @@
 // Builds models for the solver's tests, solves them, reads single results, writes their files.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -34,6 +35,7 @@ struct build {
     double& field(int g, groupfield f) { return m.groups[std::size_t(g)].field[f]; }
 
     int element(int type, int g, const std::vector<int>& nodes);
+    void quad(int type, int g, const std::array<int, 4>& nodes);    // one, or two triangles
     int single(int type, int g, const std::vector<vec3>& corners);  // on nodes of its own
     // n line elements in a row on nodes of their own; returns the first node.
     int chain(int type, int g, const vec3& from, const vec3& to, int n);
@@ -79,9 +81,6 @@ double reacted(const results& r, int lc, int n, int dof);
 // Three of them: dof 1 translations, forces; dof 4 rotations, moments.
 vec3 movedby(const results& r, int lc, int n, int dof = 1);
 vec3 reactedby(const results& r, int lc, int n, int dof = 1);
-
-// Largest part of a case's load, forces and moments, that its reactions do not balance.
-double imbalance(const results& r, int lc);
 
 // A fresh folder under the system's temporary one, removed with the object.
 struct tempfolder {

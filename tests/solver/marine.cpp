@@ -49,8 +49,6 @@ TEST(Wave, DispersionHoldsToTheLastDigits) {
             const double left = omega * omega, right = gravity * k * std::tanh(k * depth);
             EXPECT_NEAR(right / left, 1, 1e-15) << depth << " " << period;
         }
-    const double shallow = wavenumber(2 * M_PI / 1e5, 10, gravity);
-    EXPECT_NEAR(2 * M_PI / 1e5 / shallow, std::sqrt(gravity * 10), 1e-6) << "long wave's speed";
 }
 
 static const double height = 8, period = 10, depth = 30, diameter = 1;
@@ -153,22 +151,17 @@ TEST(Marine, MembersAlongTheWaveAgreeWithAFineSum) {
 // Millimetres and kilonewtons, a bar of the same area: only the units differ.
 TEST(Marine, UnitsOfTheModelAreTakenIntoAccount) {
     build b = member(typepipe, {0, 0, -20}, {3, 1, 12}, 2);
-    build c = member(typepipe, {0, 0, -20e3}, {3e3, 1e3, 12e3}, 2);
-    c.m.groups[1] = b.m.groups[1];
-    c.m.groups[1].field[fieldthickness] *= 1e6;
-    c.m.groups[1].field[fieldixx] *= 1e12;
-    c.s.length = 0.001;
-    c.s.force = 1000;
-    for (build* one : {&b, &c}) {
-        one->addcase(casewave, {4, 8, 25, 0.1, 25});
-        one->addcase(casewind, {30, 70});
-    }
-    const results r = b.solve(), q = c.solve();
+    b.addcase(casewave, {4, 8, 25, 0.1, 25});
+    b.addcase(casewind, {30, 70});
+    build c = b;
+    for (vec3& x : c.m.nodes) x *= 1000;
+    c.field(1, fieldthickness) *= 1e6, c.field(1, fieldixx) *= 1e12;
+    c.s.length = 0.001, c.s.force = 1000;
+    vec6 scale;
+    scale << 1e-3, 1e-3, 1e-3, 1, 1, 1;
     for (int lc = 1; lc <= 2; ++lc) {
-        const vec6 metres = r.reactions.load[std::size_t(lc)];
-        const vec6 small = q.reactions.load[std::size_t(lc)];
-        for (int k = 0; k < 6; ++k)
-            EXPECT_NEAR(small[k], metres[k] * (k < 3 ? 1e-3 : 1), 1e-9 * metres.norm());
+        const vec6 metres = totalof(b, lc).cwiseProduct(scale);
+        EXPECT_LT((totalof(c, lc) - metres).norm(), 1e-9 * metres.norm());
     }
 }
 

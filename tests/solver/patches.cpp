@@ -14,7 +14,7 @@
 // Five distorted quadrilaterals, 0.24 x 0.12: MacNeal and Harder, figure 1.
 static const double places[8][2] = {{0, 0},       {0.24, 0},    {0.24, 0.12}, {0, 0.12},
                                     {0.04, 0.02}, {0.18, 0.03}, {0.16, 0.08}, {0.08, 0.08}};
-static const int quads[5][4] = {
+static const std::array<int, 4> quads[5] = {
     {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 4, 8, 7}, {4, 1, 5, 8}, {5, 6, 7, 8}};
 
 static mat3 tilted() {
@@ -43,14 +43,7 @@ static double patcherror(int type, double thickness, field at, const mat3& axes,
                          build& b) {
     const int g = b.plate(1e6, 0.25, thickness);
     for (const auto& xy : places) b.node(axes.transpose() * vec3(xy[0], xy[1], 0));
-    for (const auto& q : quads) {
-        if (kindof(type).nodes == 4) {
-            b.element(type, g, {q[0], q[1], q[2], q[3]});
-        } else {
-            b.element(type, g, {q[0], q[1], q[2]});
-            b.element(type, g, {q[0], q[2], q[3]});
-        }
-    }
+    for (const auto& q : quads) b.quad(type, g, q);
     const bool rotations = kindof(type).nodedofs == 6;
     b.m.twod = !rotations && axes.isIdentity();
     const int dofs = rotations ? 6 : b.m.twod ? 2 : 3;

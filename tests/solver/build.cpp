@@ -5,8 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include "core/textfile.h"
 #include "solver/refuse.h"
@@ -23,12 +26,8 @@ build::build() {
     log.quiet();
 }
 
-void build::inmetres() {
-    s.length = s.force = s.mass = 1;
-}
-
-int build::node(double x, double y, double z) {
-    m.nodes.emplace_back(x, y, z);
+int build::node(const vec3& at) {
+    m.nodes.push_back(at);
     return m.nnodes();
 }
 
@@ -86,6 +85,15 @@ int build::chain(int type, int g, const vec3& from, const vec3& to, int n) {
     return first;
 }
 
+void build::quad(int type, int g, const std::array<int, 4>& n) {
+    if (kindof(type).nodes == 4) {
+        element(type, g, {n[0], n[1], n[2], n[3]});
+    } else {
+        element(type, g, {n[0], n[1], n[2]});
+        element(type, g, {n[0], n[2], n[3]});
+    }
+}
+
 build::grid build::mesh(int type, int g, int nx, int ny,
                         const std::function<vec3(double, double)>& at) {
     grid made{nx, ny, m.nnodes() + 1, m.nelems() + 1, 0};
@@ -95,37 +103,16 @@ build::grid build::mesh(int type, int g, int nx, int ny,
         for (int i = 0; i < nx; ++i) {
             const int a = made.number(i, j), b = made.number(i + 1, j);
             const int c = made.number(i + 1, j + 1), d = made.number(i, j + 1);
-            if (kindof(type).nodes == 4) {
-                element(type, g, {a, b, c, d});
-            } else {
-                element(type, g, {a, b, c});
-                element(type, g, {a, c, d});
-            }
+            quad(type, g, {a, b, c, d});
         }
     made.elements = m.nelems() + 1 - made.firstelement;
     return made;
 }
 
-static std::vector<int> row(int first, int step, int count) {
+std::vector<int> build::grid::edge(int first, int step, int steps) {
     std::vector<int> nodes;
-    for (int i = 0; i < count; ++i) nodes.push_back(first + i * step);
+    for (int i = 0; i <= steps; ++i) nodes.push_back(first + i * step);
     return nodes;
-}
-
-std::vector<int> build::grid::left() const {
-    return row(firstnode, nx + 1, ny + 1);
-}
-
-std::vector<int> build::grid::right() const {
-    return row(number(nx, 0), nx + 1, ny + 1);
-}
-
-std::vector<int> build::grid::bottom() const {
-    return row(firstnode, 1, nx + 1);
-}
-
-std::vector<int> build::grid::top() const {
-    return row(number(0, ny), 1, nx + 1);
 }
 
 // --- supports and loads -------------------------------------------------------------------------
@@ -156,10 +143,6 @@ void build::onlycase(int type, std::initializer_list<double> par) {
     addcase(type, par);
 }
 
-void build::load(int lc, int n, int dof, double value) {
-    m.cases[std::size_t(lc)].nodal.push_back({n, dof, value});
-}
-
 void build::load(int lc, int n, const vec6& forces) {
     for (int k = 0; k < 6; ++k) load(lc, n, k + 1, forces[k]);
 }
@@ -168,10 +151,6 @@ void build::spread(int lc, const std::vector<int>& edge, int dof, double total) 
     const std::size_t n = edge.size() - 1;
     for (std::size_t i = 0; i <= n; ++i)
         load(lc, edge[i], dof, total / double(n) * (i == 0 || i == n ? 0.5 : 1));
-}
-
-void build::press(int lc, int e, int direction, double value) {
-    m.cases[std::size_t(lc)].element.push_back({e, direction, value});
 }
 
 void build::pressall(int lc, int direction, double value) {
@@ -253,13 +232,6 @@ vec3 reactedby(const results& r, int lc, int n, int dof) {
     return {reacted(r, lc, n, dof), reacted(r, lc, n, dof + 1), reacted(r, lc, n, dof + 2)};
 }
 
-double imbalance(const results& r, int lc) {
-    const vec6& load = r.reactions.load[std::size_t(lc)];
-    const vec6& reaction = r.reactions.reaction[std::size_t(lc)];
-    const double size = std::max(load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff());
-    return (load + reaction).cwiseAbs().maxCoeff() / (size > 0 ? size : 1);
-}
-
 tempfolder::tempfolder() {
     path = (fs::temp_directory_path() / "feiflu-test-XXXXXX").string();
     if (!mkdtemp(path.data())) throw runtimeerror{errpathaccess, "no temporary folder"};
@@ -271,17 +243,10 @@ tempfolder::~tempfolder() {
 }
 
 std::vector<std::string> tokensof(const std::string& path) {
-    std::vector<std::string> tokens;
-    std::string token;
-    for (const char c : readwhole(path) + " ") {
-        if (c != ',' && c != ' ' && c != '\r' && c != '\n') {
-            token += c;
-        } else if (!token.empty()) {
-            tokens.push_back(token);
-            token.clear();
-        }
-    }
-    return tokens;
+    std::string text = readwhole(path);
+    std::replace(text.begin(), text.end(), ',', ' ');
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
 }
 
 int runfeiflu(const std::string& arguments, std::string& output) {

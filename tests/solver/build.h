@@ -2,6 +2,7 @@
 // Builds models for the solver's tests, solves them, reads single results, writes their files.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -17,9 +18,9 @@ struct build {
     settings s;
 
     build();
-    void inmetres();  // newtons and kilograms with them
-    int node(double x, double y, double z = 0);
-    int node(const vec3& at) { return node(at.x(), at.y(), at.z()); }
+    void inmetres() { s.length = s.force = s.mass = 1; }  // newtons, kilograms
+    int node(double x, double y, double z = 0) { return node(vec3(x, y, z)); }
+    int node(const vec3& at);
 
     // Groups; each returns its number. Fields by number: {{fieldmodulus, 210000}, ...}.
     struct fieldvalue {
@@ -34,6 +35,7 @@ struct build {
     double& field(int g, groupfield f) { return m.groups[std::size_t(g)].field[f]; }
 
     int element(int type, int g, const std::vector<int>& nodes);
+    void quad(int type, int g, const std::array<int, 4>& nodes);    // one, or two triangles
     int single(int type, int g, const std::vector<vec3>& corners);  // on nodes of its own
     // n line elements in a row on nodes of their own; returns the first node.
     int chain(int type, int g, const vec3& from, const vec3& to, int n);
@@ -43,11 +45,12 @@ struct build {
     struct grid {
         int nx, ny, firstnode, firstelement, elements;
         int number(int i, int j) const { return firstnode + i + j * (nx + 1); }
-        // Nodes along an edge.
-        std::vector<int> left() const;    // r = 0
-        std::vector<int> right() const;   // r = 1
-        std::vector<int> bottom() const;  // s = 0
-        std::vector<int> top() const;     // s = 1
+        // Nodes along the edges r = 0, r = 1, s = 0, s = 1.
+        std::vector<int> left() const { return edge(number(0, 0), nx + 1, ny); }
+        std::vector<int> right() const { return edge(number(nx, 0), nx + 1, ny); }
+        std::vector<int> bottom() const { return edge(number(0, 0), 1, nx); }
+        std::vector<int> top() const { return edge(number(0, ny), 1, nx); }
+        static std::vector<int> edge(int first, int step, int steps);
     };
     grid mesh(int type, int g, int nx, int ny, const std::function<vec3(double, double)>& at);
 
@@ -56,11 +59,14 @@ struct build {
     void fixall(std::initializer_list<int> dofs = clamped);
     int addcase(int type = caseapplied, std::initializer_list<double> par = {});
     void onlycase(int type, std::initializer_list<double> par);  // in place of all others
-    void load(int lc, int n, int dof, double value);
+    void load(int lc, int n, int dof, double value) { at(lc).nodal.push_back({n, dof, value}); }
     void load(int lc, int n, const vec6& forces);
     void spread(int lc, const std::vector<int>& edge, int dof, double total);  // evenly
-    void press(int lc, int e, int direction, double value);
+    void press(int lc, int e, int direction, double value) {
+        at(lc).element.push_back({e, direction, value});
+    }
     void pressall(int lc, int direction, double value);
+    loadcase& at(int lc) { return m.cases[std::size_t(lc)]; }
 
     results solve(int doftype = 0, wanted what = {});
     std::string refusal(int doftype = 0, wanted what = {});  // "" where none came
@@ -75,9 +81,6 @@ double reacted(const results& r, int lc, int n, int dof);
 // Three of them: dof 1 translations, forces; dof 4 rotations, moments.
 vec3 movedby(const results& r, int lc, int n, int dof = 1);
 vec3 reactedby(const results& r, int lc, int n, int dof = 1);
-
-// Largest part of a case's load, forces and moments, that its reactions do not balance.
-double imbalance(const results& r, int lc);
 
 // A fresh folder under the system's temporary one, removed with the object.
 struct tempfolder {

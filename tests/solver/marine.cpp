@@ -49,49 +49,40 @@ TEST(Wave, DispersionHoldsToTheLastDigits) {
             const double left = omega * omega, right = gravity * k * std::tanh(k * depth);
             EXPECT_NEAR(right / left, 1, 1e-15) << depth << " " << period;
         }
-    const double shallow = wavenumber(2 * M_PI / 1e5, 10, gravity);
-    EXPECT_NEAR(2 * M_PI / 1e5 / shallow, std::sqrt(gravity * 10), 1e-6) << "long wave's speed";
 }
 
-// Integrals of the linear wave over its column 0..d of the still water, y from the bed.
-namespace {
-struct column {
-    double k, d;
-    double sinh1() const { return std::sinh(k * d); }
-    double drag() const {  // of cosh^2(k y) / sinh^2(k d)
-        return (std::sinh(2 * k * d) / (4 * k) + d / 2) / (sinh1() * sinh1());
-    }
-    double dragmoment() const {  // of y times that
-        return (d * d / 4 + d * std::sinh(2 * k * d) / (4 * k) -
-                (std::cosh(2 * k * d) - 1) / (8 * k * k)) /
-               (sinh1() * sinh1());
-    }
-    double inertia() const { return 1 / k; }  // of cosh(k y) / sinh(k d)
-    double inertiamoment() const { return d / k - (std::cosh(k * d) - 1) / (k * k * sinh1()); }
-    double lift() const { return (std::cosh(k * d) - 1) / (k * sinh1()); }  // of sinh / sinh
-};
-}  // namespace
-
 static const double height = 8, period = 10, depth = 30, diameter = 1;
+
+static const double omega = 2 * M_PI / period, sea = water * M_PI / 4;
+
+// Integral over the column 0..depth of the still water, y from the bed.
+template <typename function>
+static double overcolumn(const function& f) {
+    const int points = 20000;
+    double sum = 0;
+    for (int i = 0; i < points; ++i) sum += f((i + 0.5) * depth / points) * depth / points;
+    return sum;
+}
 
 // Stretching makes the column of height d + eta one of height d: forces grow by the ratio, moments
 // about the bed by its square.
 TEST(Verification, WaveOnAVerticalCylinder) {
-    const double omega = 2 * M_PI / period, k = wavenumber(omega, depth, gravity);
-    const column c{k, depth};
+    const double k = wavenumber(omega, depth, gravity), a = height / 2;
     for (const double shift : {0.0, 0.125, 0.3, 0.8}) {
         for (const int pieces : {1, 40}) {
             build b = member(typepipe, {0, 0, -depth}, {0, 0, 10}, pieces);
             const vec6 load = totalunder(b, casewave, {height, period, 0, shift, depth});
-            const double t = -2 * M_PI * shift, a = height / 2;
-            const double ratio = 1 + a * std::cos(t) / depth;
+            const double t = -2 * M_PI * shift, ratio = 1 + a * std::cos(t) / depth;
             const double drag = 0.5 * water * b.s.cd * diameter * std::pow(a * omega, 2) *
                                 std::cos(t) * std::fabs(std::cos(t));
-            const double inertia = water * b.s.cm * M_PI / 4 * a * omega * omega * std::sin(t);
-            const double force = ratio * (drag * c.drag() + inertia * c.inertia());
-            const double moment =
-                ratio * ratio * (drag * c.dragmoment() + inertia * c.inertiamoment()) -
-                depth * force;  // about the origin
+            const double inertia = sea * b.s.cm * a * omega * omega * std::sin(t);
+            const auto push = [&](double y) {
+                const double part = std::cosh(k * y) / std::sinh(k * depth);
+                return drag * part * part + inertia * part;
+            };
+            const double force = ratio * overcolumn(push);
+            const double moment =  // about the origin
+                ratio * ratio * overcolumn([&](double y) { return y * push(y); }) - depth * force;
             char name[80];
             std::snprintf(name, sizeof name, "Morison, vertical tube, shift %g, ", shift);
             const char* const mesh = pieces == 1 ? "PIPE 1" : "PIPE 40";
@@ -104,8 +95,7 @@ TEST(Verification, WaveOnAVerticalCylinder) {
 
 // A cylinder that leans across the waves, under the crest: every place has the same phase.
 TEST(Verification, WaveOnALeaningCylinder) {
-    const double omega = 2 * M_PI / period, k = wavenumber(omega, depth, gravity);
-    const column c{k, depth};
+    const double k = wavenumber(omega, depth, gravity), deep = std::sinh(k * depth);
     const double lean = 0.6;  // horizontal run over height
     build b = member(typebeam, {0, -lean * depth, -depth}, {0, lean * 8, 8}, 6);
     b.field(1, fieldiyy) = b.field(1, fieldixx);
@@ -113,10 +103,12 @@ TEST(Verification, WaveOnALeaningCylinder) {
     b.field(1, fieldwxx) = b.field(1, fieldwyy) = 2 * b.field(1, fieldixx) / diameter;
     const vec6 load = totalunder(b, casewave, {height, period, 0, 0, depth});
     const double a = height / 2, ratio = 1 + a / depth, slant = std::hypot(1, lean);
-    const double drag = 0.5 * water * b.s.cd * std::pow(a * omega, 2) * ratio * slant * c.drag();
+    const double drag = 0.5 * water * b.s.cd * std::pow(a * omega, 2) * ratio * slant *
+                        overcolumn([&](double y) { return std::pow(std::cosh(k * y) / deep, 2); });
     row("BEAM 6", "Morison, bar leaning across the waves, drag, N", drag, load[0]);
     // The vertical acceleration's part across the member, cos^2 = 1 / slant^2 along it.
-    const double lift = -water * b.s.cm * M_PI / 4 * a * omega * omega * ratio * slant * c.lift();
+    const double lift = -sea * b.s.cm * a * omega * omega * ratio * slant *
+                        overcolumn([&](double y) { return std::sinh(k * y) / deep; });
     row("BEAM 6", "Morison, bar leaning across the waves, inertia, N",
         lift * (1 - 1 / (slant * slant)), load[2]);
     EXPECT_NEAR(load[1], -lift * lean / (slant * slant), 1e-5 * std::fabs(lift));
@@ -159,22 +151,17 @@ TEST(Marine, MembersAlongTheWaveAgreeWithAFineSum) {
 // Millimetres and kilonewtons, a bar of the same area: only the units differ.
 TEST(Marine, UnitsOfTheModelAreTakenIntoAccount) {
     build b = member(typepipe, {0, 0, -20}, {3, 1, 12}, 2);
-    build c = member(typepipe, {0, 0, -20e3}, {3e3, 1e3, 12e3}, 2);
-    c.m.groups[1] = b.m.groups[1];
-    c.m.groups[1].field[fieldthickness] *= 1e6;
-    c.m.groups[1].field[fieldixx] *= 1e12;
-    c.s.length = 0.001;
-    c.s.force = 1000;
-    for (build* one : {&b, &c}) {
-        one->addcase(casewave, {4, 8, 25, 0.1, 25});
-        one->addcase(casewind, {30, 70});
-    }
-    const results r = b.solve(), q = c.solve();
+    b.addcase(casewave, {4, 8, 25, 0.1, 25});
+    b.addcase(casewind, {30, 70});
+    build c = b;
+    for (vec3& x : c.m.nodes) x *= 1000;
+    c.field(1, fieldthickness) *= 1e6, c.field(1, fieldixx) *= 1e12;
+    c.s.length = 0.001, c.s.force = 1000;
+    vec6 scale;
+    scale << 1e-3, 1e-3, 1e-3, 1, 1, 1;
     for (int lc = 1; lc <= 2; ++lc) {
-        const vec6 metres = r.reactions.load[std::size_t(lc)];
-        const vec6 small = q.reactions.load[std::size_t(lc)];
-        for (int k = 0; k < 6; ++k)
-            EXPECT_NEAR(small[k], metres[k] * (k < 3 ? 1e-3 : 1), 1e-9 * metres.norm());
+        const vec6 metres = totalof(b, lc).cwiseProduct(scale);
+        EXPECT_LT((totalof(c, lc) - metres).norm(), 1e-9 * metres.norm());
     }
 }
 

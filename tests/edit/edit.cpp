@@ -54,6 +54,17 @@ TEST(Edit, PasteAppendsWhatWasCopied) {
     }
     EXPECT_EQ(elems(5, 1), elems(4, 2)) << "neighbours share their pasted nodes";
     EXPECT_TRUE(elemvis(activeview, 5));
+    graphics(0, 0, 0) = graphics(2, 2, 1) = 2;
+    graphics(1, 0, 0) = 1;
+    graphics(2, 0, 0) = 3;
+    setselectitem(selectgraphics);
+    togglegraphic(1, 2);
+    togglegraphic(2, 1);
+    editcopy();
+    ASSERT_TRUE(editpaste());
+    EXPECT_EQ(graphics(4, 2, 1), 2);
+    EXPECT_EQ(graphsel2(0, 0), 5) << "two points of the line, three of the circle section";
+    EXPECT_EQ(graphsel2(5, 1), 3);
 }
 
 TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {

@@ -166,6 +166,8 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
 
 TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
     gridroom room;
+    graphics(0, 0, 0) = graphics(1, 0, 0) = 1;
+    togglegraphic(1, 2);
     room.click(3, 2);
     room.click(3, 1);
     startmove();
@@ -182,6 +184,7 @@ TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
     EXPECT_NEAR(nodes(0, 12, 0), 5.5, 1e-6);
     editundo();
     EXPECT_EQ(nodes(0, 12, 0), 5) << "the last move alone is taken back, exactly";
+    EXPECT_EQ(graphics(1, 2, 1), 2);
     EXPECT_FALSE(mnuEditItem(0).enabled);
     keyhandler(keyescape);
     EXPECT_FALSE(movepending || editing);

@@ -54,6 +54,17 @@ TEST(Edit, PasteAppendsWhatWasCopied) {
     }
     EXPECT_EQ(elems(5, 1), elems(4, 2)) << "neighbours share their pasted nodes";
     EXPECT_TRUE(elemvis(activeview, 5));
+    graphics(0, 0, 0) = graphics(2, 2, 1) = 2;
+    graphics(1, 0, 0) = 1;
+    graphics(2, 0, 0) = 3;
+    setselectitem(selectgraphics);
+    togglegraphic(1, 2);
+    togglegraphic(2, 1);
+    editcopy();
+    ASSERT_TRUE(editpaste());
+    EXPECT_EQ(graphics(4, 2, 1), 2);
+    EXPECT_EQ(graphsel2(0, 0), 5) << "two points of the line, three of the circle section";
+    EXPECT_EQ(graphsel2(5, 1), 3);
 }
 
 TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {
@@ -77,11 +88,9 @@ TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {
     EXPECT_EQ(elems(2, 2), 5);
     EXPECT_EQ(ncon, 1) << "the row of node 1 went with it";
     EXPECT_EQ(connode(1), 2);
-    EXPECT_EQ(loadnode(1, 0), 1);
-    EXPECT_EQ(loadnode(1, 1), 4);
+    EXPECT_TRUE(loadnode(1, 0) == 1 && loadnode(1, 1) == 4);
     EXPECT_EQ(elemload(1, 0, 0), 1);
-    EXPECT_EQ(elemload(1, 1, 0), 2) << "the load of element 3 followed it";
-    EXPECT_EQ(elemload(1, 1, 2), 10);
+    EXPECT_TRUE(elemload(1, 1, 0) == 2 && elemload(1, 1, 2) == 10) << "the load of element 3";
     EXPECT_EQ(rotpo(2), 0.5);
     EXPECT_FALSE(menupostItem(1).checked) << "results leave the views";
     for (int p = 1; p <= 3; ++p) {
@@ -112,7 +121,6 @@ TEST(Refine, SplitsByTheNodeCount) {
     EXPECT_EQ(elemsel(0), nelems());
     EXPECT_EQ(nodesel(0), nnodes());
     EXPECT_EQ(elems(1, 4), 4) << "the first quadrilateral became (M4, C, M3, n4)";
-    EXPECT_EQ(elems(5, 1), 1);
     EXPECT_EQ(elems(6, 3), elems(8, 4)) << "the midpoint of the common side is one node";
     EXPECT_EQ(elems(4, 2), elems(14, 1));
     EXPECT_EQ(endrelease(4, 1, 5), 1);
@@ -125,8 +133,7 @@ TEST(Refine, SplitsByTheNodeCount) {
         double sum = 0;
         for (int k = 1; k <= 4; ++k) {
             const long a = long(elems(e, k)), b = long(elems(e, k % 4 + 1));
-            sum +=
-                double(nodes(0, a, 0)) * nodes(0, b, 1) - double(nodes(0, b, 0)) * nodes(0, a, 1);
+            sum += nodes(0, a, 0) * nodes(0, b, 1) - nodes(0, b, 0) * nodes(0, a, 1);
         }
         EXPECT_DOUBLE_EQ(sum / 2, 0.25) << "each part is a quarter and turns the same way";
     }

@@ -104,10 +104,8 @@ TEST(Mouse, EveryPickEqualsThePlainSearch) {
     viewvert(2) = 0.8f;
     viewdist(2) = 30;
     compare("the view has turned");
-    elems(0, 0) = loadnode(1, 0) = 0;
-    nodes(0, 0, 0) = 1;
-    compare("one node is left");
-    nodes(0, 0, 0) = 0;
+    elems(0, 0) = nodes(0, 0, 0) = 0;
+    loadnode(1, 0) = 0;
     compare("nothing is left");
 }
 
@@ -166,6 +164,8 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
 
 TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
     gridroom room;
+    graphics(0, 0, 0) = graphics(1, 0, 0) = 1;
+    togglegraphic(1, 2);
     room.click(3, 2);
     room.click(3, 1);
     startmove();
@@ -182,6 +182,7 @@ TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
     EXPECT_NEAR(nodes(0, 12, 0), 5.5, 1e-6);
     editundo();
     EXPECT_EQ(nodes(0, 12, 0), 5) << "the last move alone is taken back, exactly";
+    EXPECT_EQ(graphics(1, 2, 1), 2);
     EXPECT_FALSE(mnuEditItem(0).enabled);
     keyhandler(keyescape);
     EXPECT_FALSE(movepending || editing);

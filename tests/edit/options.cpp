@@ -8,7 +8,7 @@
 #include "tests/support/recorder.h"
 #include "view/hidden.h"
 
-TEST(Options, TheBoxesTakeNumbersAlone) {
+TEST(Options, ReadyStoresWhatFits) {
     const struct {
         const char *typed, *shown;
         double stored;
@@ -30,6 +30,15 @@ TEST(Options, TheBoxesTakeNumbersAlone) {
         EXPECT_EQ(showgeneraloptions().tolerance, c.shown) << c.typed;
     }
     sessionroom room;
+    for (const bool on : {true, false}) {
+        optionsform form = showgeneraloptions();
+        form.redrawmove = form.redrawedit = form.mergenodes = form.renumber = on;
+        form.redrawdelete = form.mergeelements = form.shading = !on;
+        storegeneraloptions(form);
+        for (const bool flag : {redrawmove, redrawedit, automergenodes, renumbersave})
+            EXPECT_EQ(flag, on);
+        for (const bool flag : {redrawdelete, automergeelems, shadingon}) EXPECT_EQ(flag, !on);
+    }
     lightangxy = 12;
     for (const char* typed : {"x", "1E39"}) {
         optionsform form = showgeneraloptions();

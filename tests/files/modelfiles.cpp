@@ -134,7 +134,11 @@ TEST(Modelfiles, FreeSlotsDoNotReachTheFiles) {
     sessionroom room;
     fillmodel();
     elems(2, 0) = 0;
+    elemsel(0) = endrelease(4, 1, 5) = 1;
+    elemsel(1) = 4;
     saveas(room.file("a"));
+    EXPECT_EQ(elemsel(1), 3) << "selection and releases follow their element";
+    EXPECT_EQ(endrelease(3, 1, 5), 1);
     EXPECT_EQ(contentof(room.file("a.tek")).substr(0, 6), "12,3\r\n");
     ASSERT_TRUE(openmodel(room.file("a")));
     EXPECT_EQ(nelems(), 3);

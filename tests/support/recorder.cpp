@@ -114,9 +114,8 @@ std::string sourcedir() {
 
 sessionroom::sessionroom() {
     static int number = 0;
-    folder = (fs::temp_directory_path() /
-              ("kalvane-test-" + std::to_string(::getpid()) + "-" + std::to_string(++number)))
-                 .string();
+    folder = fs::temp_directory_path() /
+             ("kalvane-test-" + std::to_string(::getpid()) + "-" + std::to_string(++number));
     fs::create_directories(folder);
     for (const char* name : {"ELTYP.DAT", "ELDES.DAT"})
         fs::copy_file(sourcedir() + "/data/" + name, folder + "/" + name);

@@ -233,6 +233,9 @@ TEST(Layers, DeformedShapeMeasuresTheUnitVector) {
     drawview(2);
     EXPECT_EQ(room.door.views[1].count("line 8.00 6.00 12.00 5.50 #0000ff w2"), 1)
         << "the largest displacement is 0.5 cm on the screen whatever the scale";
+    maxdisp = 0;
+    setdispscale(2);
+    EXPECT_EQ(dispscale(2), 1);
 }
 
 TEST(Layers, TheSlabCutsLines) {

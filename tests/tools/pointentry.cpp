@@ -42,6 +42,9 @@ TEST(PointEntry, CurvesAndCirclesTakeThreePoints) {
         room.click(7, 7);
         keyhandler(keyenter);  // begins anew
         room.click(1, 0);
+        room.click(-1, 9);
+        keyhandler(keyback);
+        EXPECT_EQ(ptcount, 1);
         room.click(-1, 0);
         room.click(0, 1);
         expectplace(1, 1, 1, 0);

@@ -21,7 +21,6 @@ TEST(Findpatch, JointsCarryTheEndOfTheOtherLine) {
     EXPECT_EQ(joints[2][6 + 1], (std::vector<int>{6 + 2}));
     EXPECT_TRUE(joints[2][6 + 2].empty());
     EXPECT_EQ(joints[2][1], (std::vector<int>{2, -3}));
-    EXPECT_TRUE(joints[1][1].empty());
     EXPECT_EQ(joints[1][2], (std::vector<int>{-1, -3}));
     EXPECT_EQ(joints[2][3], (std::vector<int>{-1, 2, 4}));
     EXPECT_TRUE(joints[1][5].empty());

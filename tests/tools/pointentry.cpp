@@ -7,6 +7,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/hover.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
@@ -42,6 +43,9 @@ TEST(PointEntry, CurvesAndCirclesTakeThreePoints) {
         room.click(7, 7);
         keyhandler(keyenter);  // begins anew
         room.click(1, 0);
+        room.click(-1, 9);
+        keyhandler(keyback);
+        EXPECT_EQ(ptcount, 1);
         room.click(-1, 0);
         room.click(0, 1);
         expectplace(1, 1, 1, 0);
@@ -108,9 +112,23 @@ TEST(PointEntry, TheSpaceKeyStepsThePickedPoint) {
     EXPECT_EQ(graphsel(1, 1), 2);
 }
 
+TEST(PointEntry, AnElementIsPickedAndShownByItsShape) {
+    drawingroom room;
+    addline({0, 0, 0}, {4, 0, 0});
+    addline({4, 0, 0}, {4, 4, 0});
+    setselectitem(selectgraphics);
+    pressat(4, 1, 0);  // typed in the coordinate boxes
+    ASSERT_EQ(graphsel(0, 0), 1);
+    EXPECT_EQ(graphsel(1, 0), 2);
+    hover(2, 10 + 3, 5 - 0.1);
+    EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00 #ffa500"), 1);
+    EXPECT_NE(room.door.status.find("Graphic element 1"), std::string::npos);
+    endhover();
+}
+
 // --- the dialog ---------------------------------------------------------------------------------
 
-TEST(Placenodes, ShowsOneElementOrWhatAllHave) {
+TEST(Placenodes, ShowsOneElement) {
     drawingroom room;
     selectgraphicelement(addline({0, 0, 0}, {1, 1, 0}, 4, 2));
     addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, 4);
@@ -125,12 +143,6 @@ TEST(Placenodes, ShowsOneElementOrWhatAllHave) {
     }
     for (const char* bad : {"5", "0", "-1", "1.5", "x", "", "1e30"}) editnumber(form, bad);
     EXPECT_EQ(curgraph, 4);
-    graphsel(1, 0) = 1;
-    selectgraphicelement(2);
-    form = openplacenodes();
-    EXPECT_EQ(form.type + form.spaces + form.factor, "Various4Various");
-    editspaces(form, "9");
-    for (int g = 1; g <= 2; ++g) EXPECT_EQ(graphics(g, 0, 1), 9);
 }
 
 TEST(Placenodes, WhatTheFieldsTake) {

@@ -21,12 +21,14 @@ TEST(Membrane, PlaneStrainHoldsTheThirdDirection) {
         for (const int n : at.right()) b.fix(n, {1}, 0.01);
         const results r = b.solve();
         const element e = elementat(b.m, b.s, 1);
-        double record[recordvalues];
+        double record[recordvalues], local[recordvalues];
         globalrecord(e, stressaxes(e), r.plates.of(1, 0), record);
+        localrecord(e, r.plates.of(1, 0), local);
         const double x = 0.01 * 1000 * 0.7 / (1.3 * 0.4);
         EXPECT_NEAR(record[0], x, 1e-9 * x);
         EXPECT_NEAR(record[1], x * 0.3 / 0.7, 1e-9 * x);
         EXPECT_NEAR(record[2], 0.3 * (x + x * 0.3 / 0.7), 1e-9 * x);
+        EXPECT_NEAR(local[2], record[2], 1e-9 * x);
     }
 }
 

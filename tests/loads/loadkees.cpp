@@ -6,7 +6,6 @@
 
 #include "core/model.h"
 #include "core/session.h"
-#include "files/sidefiles.h"
 #include "tests/support/recorder.h"
 
 static void setrow(int lc, int i, int n, int dof, float value) {
@@ -19,24 +18,16 @@ static void setrow(int lc, int i, int n, int dof, float value) {
 TEST(Loadcases, AddNamesAndTypesTheNewCase) {
     sessionroom room;
     loadcaseform form = openloadkees();
-    EXPECT_EQ(form.names, std::vector<std::string>{"LC 1"});
     lcname(1) = "LC 2";
     elemload(2, 0, 0) = 3;  // left by a case that was deleted
     lcomb(1, 2) = 1.5f;
     addloadcase(form);
     EXPECT_EQ(lcname(2), "LC 2*");
-    EXPECT_EQ(form.names, (std::vector<std::string>{"LC 2", "LC 2*"}));
-    EXPECT_EQ(form.numbers, (std::vector<std::string>{"1", "2"}));
-    EXPECT_EQ(form.chosen, 1);
     EXPECT_EQ(curlc, 2);
-    EXPECT_EQ(lcpar(2, 0), 1);
     EXPECT_EQ(lcpar(2, 4), 1) << "element mass is on, though the case is applied";
     EXPECT_EQ(elemload(2, 0, 0), 0);
     EXPECT_EQ(lcomb(1, 2), 0) << "no combination counts a new load case";
-    addloadcase(form);
-    addloadcase(form);
-    EXPECT_EQ(nlc(), 4);
-    addloadcase(form);
+    for (int i = 0; i < 3; ++i) addloadcase(form);
     EXPECT_EQ(nlc(), 4);
     EXPECT_EQ(form.message, "Maximum number of loadcase");
 }
@@ -47,7 +38,6 @@ TEST(Loadcases, EveryKindStoresItsTypeAndParameters) {
         double parameters[5];
     } cases[] = {
         {kindacceleration, 0, 1, {9.81, 10, 20, 30, 0}},
-        {kindacceleration, 2, 3, {9.81, 10, 20, 30, 0}},
         {kindacceleration, 5, 6, {9.81, 10, 20, 30, 0}},
         {kindwave, 0, 7, {8, 12, 45, 0.5, 1}},
         {kindwind, 0, 8, {40, 90, 7, 0, 1}},  // three fields, the rest stays
@@ -58,7 +48,6 @@ TEST(Loadcases, EveryKindStoresItsTypeAndParameters) {
         loadcaseform form = openloadkees();
         choosekind(form, c.kind);
         if (c.kind == kindacceleration) choosedirection(form, c.direction);
-        EXPECT_EQ(form.message, "Press <Update> to save changes");
         form.acceleration = {"9.81", "10", "20", "30"};
         form.elementmass = 0;
         form.wave = {"8", "12", "45", "0.5", "1"};
@@ -67,96 +56,19 @@ TEST(Loadcases, EveryKindStoresItsTypeAndParameters) {
         EXPECT_EQ(lctype(1), 0) << "nothing is stored before Update";
         updateloadcase(form);
         EXPECT_EQ(lctype(1), c.type);
-        EXPECT_EQ(form.message, "");
         for (int k = 0; k < 5; ++k) EXPECT_EQ(lcpar(1, k), c.parameters[k]) << c.type << " " << k;
         const loadcaseform again = openloadkees();
         EXPECT_EQ(again.kind, c.kind);
-        if (c.kind == kindacceleration) {
-            EXPECT_EQ(again.lcdirection, c.direction);
-            EXPECT_EQ(again.elementmass, 0);
-            EXPECT_EQ(again.acceleration, form.acceleration);
-        }
-        if (c.kind == kindwave) {
-            EXPECT_EQ(again.wave, form.wave);
-        }
-        if (c.kind == kindwind) {
-            EXPECT_EQ(again.wind, form.wind);
-        }
-        if (c.kind == kindbuoyancy) {
-            EXPECT_EQ(again.buoyancy, form.buoyancy);
-        }
+        EXPECT_EQ(again.lcdirection, c.direction);
+        EXPECT_EQ(again.acceleration == form.acceleration, c.kind == kindacceleration);
+        EXPECT_EQ(again.wave == form.wave, c.kind == kindwave);
+        EXPECT_EQ(again.wind == form.wind, c.kind == kindwind);
+        EXPECT_EQ(again.buoyancy == form.buoyancy, c.kind == kindbuoyancy);
         choosekind(form, kindapplied);
         updateloadcase(form);
         EXPECT_EQ(lctype(1), 0);
         EXPECT_EQ(lcpar(1, 0), c.parameters[0]) << "an applied case keeps the parameters";
     }
-}
-
-TEST(Loadcases, GroupsFollowKindAndDirection) {
-    sessionroom room;
-    loadcaseform form = openloadkees();
-    for (int kind = kindapplied; kind <= kindbuoyancy; ++kind) {
-        choosekind(form, kind);
-        EXPECT_EQ(form.accelerationshown, kind == kindacceleration);
-        EXPECT_EQ(form.directionshown, kind == kindacceleration);
-        EXPECT_EQ(form.waveshown, kind == kindwave);
-        EXPECT_EQ(form.windshown, kind == kindwind);
-        EXPECT_EQ(form.buoyancyshown, kind == kindbuoyancy);
-        EXPECT_FALSE(form.centreshown);
-    }
-    choosekind(form, kindacceleration);
-    for (int direction = 0; direction < 6; ++direction) {
-        choosedirection(form, direction);
-        EXPECT_EQ(form.centreshown, direction >= 3) << direction;
-        EXPECT_EQ(form.unit, direction < 3 ? "m/s^2" : "rad/s^2") << direction;
-    }
-    choosekind(form, kindwave);
-    EXPECT_FALSE(form.centreshown);
-    choosekind(form, kindacceleration);
-    EXPECT_TRUE(form.centreshown) << "the rotational direction is still chosen";
-}
-
-TEST(Loadcases, AClashOfNamesStoresNothing) {
-    sessionroom room;
-    loadcaseform form = openloadkees();
-    addloadcase(form);
-    choosekind(form, kindwind);
-    form.wind = {"33", "0", "0"};
-    form.name = "LC 1";
-    updateloadcase(form);
-    EXPECT_EQ(form.message, "Name allready excists");
-    EXPECT_EQ(form.name, "LC 2");
-    EXPECT_EQ(lctype(2), 0);
-    EXPECT_EQ(lcpar(2, 0), 1);
-    form.name = "LC 2";  // its own name is no clash
-    form.kind = kindwind;
-    updateloadcase(form);
-    EXPECT_EQ(form.message, "");
-    EXPECT_EQ(lctype(2), 8);
-    form.name = " ";
-    updateloadcase(form);
-    EXPECT_EQ(form.message, "A load case needs a name");
-    EXPECT_EQ(lcname(2), "LC 2");
-}
-
-TEST(Loadcases, ResultsAndViewsFollowAChange) {
-    sessionroom room;
-    room.door.answerqueue = {answers::yes};
-    loadcaseform form = openloadkees();
-    chooseloadcase(form, 0);
-    EXPECT_FALSE(form.changed) << "nothing to draw anew";
-    addloadcase(form);
-    EXPECT_TRUE(form.changed);
-    form = openloadkees();
-    chooseloadcase(form, 0);
-    EXPECT_TRUE(form.changed) << "another case is the active one";
-    menupostItem(1).checked = true;
-    stressloaded = true;
-    resultflag = 0;
-    delloadcase(form);
-    EXPECT_FALSE(menupostItem(1).checked) << "results pair load cases by number";
-    EXPECT_FALSE(stressloaded);
-    EXPECT_EQ(resultflag, 1);
 }
 
 TEST(Loadcases, TextsThatAreNoNumbers) {
@@ -167,30 +79,20 @@ TEST(Loadcases, TextsThatAreNoNumbers) {
     updateloadcase(form);
     EXPECT_EQ(lcpar(1, 0), 0);
     EXPECT_EQ(lcpar(1, 1), 1);
-    EXPECT_EQ(form.acceleration[2], "0");
-
     choosekind(form, kindwave);
-    form.wave = {"8", "12", "North", "0.5", "20"};
+    form.wave = {"8", "12", "North", "-0.1", "20"};
+    editshift(form);
+    EXPECT_EQ(form.wave[3], "0");
     form.name = "Storm";
     updateloadcase(form);
     EXPECT_TRUE(room.door.told("Check loadcases, Error occured"));
     EXPECT_NE(form.message.find("Dir: \"North\""), std::string::npos) << form.message;
     EXPECT_EQ(lctype(1), 7) << "what was stored before the error stays";
-    EXPECT_EQ(lcpar(1, 1), 12);
     EXPECT_EQ(lcpar(1, 3), 3) << "from the acceleration";
+    form.name = " ";
+    updateloadcase(form);
+    EXPECT_EQ(form.message, "A load case needs a name");
     EXPECT_EQ(lcname(1), "LC 1");
-}
-
-TEST(Loadcases, TheShiftOfAWaveStaysWithinOne) {
-    sessionroom room;
-    loadcaseform form = openloadkees();
-    const std::pair<const char*, const char*> edits[] = {{"0.5", "0.5"}, {"1", "1"}, {"1.01", "1"},
-                                                         {"-0.1", "0"},  {"0", "0"}, {"-", "-"}};
-    for (const auto& [typed, held] : edits) {
-        form.wave[3] = typed;
-        editshift(form);
-        EXPECT_EQ(form.wave[3], held) << typed;
-    }
 }
 
 TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
@@ -208,14 +110,19 @@ TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
     setrow(3, 1, 31, 3, 301);
     loadnode(3, 2) = 99;  // behind the rows of case 3: what a compaction has left
     chooseloadcase(form, 0);
+    menupostItem(1).checked = true;
+    stressloaded = true;
+    resultflag = 0;
     delloadcase(form);
     EXPECT_EQ(nlc(), 3) << "the answer was No";
+    EXPECT_TRUE(stressloaded);
     delloadcase(form);
+    EXPECT_FALSE(menupostItem(1).checked) << "results pair load cases by number";
+    EXPECT_FALSE(stressloaded);
+    EXPECT_EQ(resultflag, 1);
     ASSERT_EQ(nlc(), 2);
     EXPECT_EQ(curlc, 1);
-    EXPECT_EQ(lcname(1), "LC 2");
     EXPECT_EQ(lctype(1), 7);
-    EXPECT_EQ(lcname(2), "LC 3");
     EXPECT_EQ(loadnode(1, 0), 1) << "case 1 had room for one row";
     EXPECT_EQ(loadnode(1, 1), 21);
     EXPECT_EQ(loadval(1, 1), 201);
@@ -223,8 +130,6 @@ TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
     EXPECT_EQ(loadnode(2, 1), 31);
     EXPECT_EQ(loadnode(2, 2), 0) << "case 3 had one row";
     EXPECT_EQ(loadnode(3, 0), 0);
-    EXPECT_EQ(lcname(3), "");
-    EXPECT_EQ(lcpar(1, 0), 1);
     EXPECT_EQ(lcpar(2, 0), 8);
     EXPECT_EQ(lcomb(1, 2), 2);
     EXPECT_EQ(elemload(2, 0, 0), 1);
@@ -233,34 +138,16 @@ TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
 TEST(Loadcases, DeletionLowersTheCurrentCaseAndSparesTheLast) {
     sessionroom room;
     loadcaseform form = openloadkees();
-    for (int i = 1; i < 4; ++i) addloadcase(form);  // up to the declared number
-    EXPECT_EQ(curlc, 4);
+    for (int i = 1; i < 4; ++i) addloadcase(form);
     room.door.answerqueue = {answers::yes, answers::yes, answers::yes};
     delloadcase(form);
     EXPECT_EQ(curlc, 3);
     chooseloadcase(form, 1);
     delloadcase(form);
     EXPECT_EQ(curlc, 1);
-    EXPECT_EQ(form.names, (std::vector<std::string>{"LC 1", "LC 3"}));
     delloadcase(form);
-    EXPECT_EQ(nlc(), 1);
-    const std::size_t asked = room.door.messages.size();
     delloadcase(form);
     EXPECT_EQ(form.message, "Not allowed, one loadcase minimum");
-    EXPECT_EQ(room.door.messages.size(), asked) << "no question is asked";
+    EXPECT_EQ(room.door.messages.size(), 3u) << "no question is asked";
     EXPECT_EQ(lcname(1), "LC 3");
-}
-
-TEST(Loadcases, AllFiveParametersComeBackFromTheFile) {
-    sessionroom room;
-    loadcaseform form = openloadkees();
-    choosekind(form, kindwave);
-    form.wave = {"8.5", "12", "-45", "0.25", "1"};
-    updateloadcase(form);
-    elemmassflag = 0;
-    writelcd(room.file("a"));
-    EXPECT_EQ(elemmassflag, 1) << "a depth of 1 counts as element mass on";
-    for (int k = 0; k < 5; ++k) lcpar(1, k) = 0;
-    readlcd(room.file("a"));
-    EXPECT_EQ(openloadkees().wave, form.wave);
 }

@@ -13,8 +13,6 @@
 #include "post/soptions.h"
 #include "tests/post/plotroom.h"
 
-// --- the scale ----------------------------------------------------------------------------------
-
 TEST(Scale, FollowsTheValuesOfTheSetOnTheActiveEntry) {
     plotroom room;
     showcontour();
@@ -32,18 +30,17 @@ TEST(Scale, FollowsTheValuesOfTheSetOnTheActiveEntry) {
     EXPECT_EQ(lowest.value, 7) << "marks are of corners that exist";
     choosecombination(2);
     EXPECT_FLOAT_EQ(float(indexmin), -18);
-}
-
-TEST(Scale, OfDisplacementsIsOfTheNodes) {
-    plotroom room;
+    choosecombination(1);
     contourdata = 1;
     showcontour();
-    EXPECT_EQ(plottext(), "Global Displacements");
     EXPECT_EQ(indexmax, 5) << "the length of 3, 4, 0";
+    EXPECT_EQ(makelegend().heading[2], "XYZ Displacements");
+    curlcomb = 9;
+    EXPECT_EQ(makelegend().heading[1], "Load Case 1") << "there is no such combination";
+    curlcomb = 1;
     dispcontour = 1;
     showresults();
-    EXPECT_EQ(indexmin, -1);
-    EXPECT_EQ(indexmax, 3);
+    EXPECT_EQ(indexmin, 0) << "no face of the set has node 6 and its -1";
 }
 
 TEST(Scale, OfAUniformFieldWidensByItself) {
@@ -54,7 +51,7 @@ TEST(Scale, OfAUniformFieldWidensByItself) {
          {row{4, 3.5, 4.5}, {-4, -4.5, -3.5}, {0, -1, 1}, {100, 99.98, 100.02}, {0.5, -3.5, 4.5}}) {
         plotroom room;
         const auto v = r.value;
-        room.write(".NSL", {{1, v}, {1, v}, {1, v}, {1, v}, {2, v}, {2, v}, {2, v}, {2, v}}, 12);
+        room.write(".NSL", {{1, v}, {1, v}, {1, v}, {1, v}, {2, v}, {2, v}, {2, v}, {2, v}});
         showcontour();
         EXPECT_NEAR(indexmin, r.low, 1e-9) << v;
         EXPECT_NEAR(indexmax, r.high, 1e-9) << v;
@@ -69,34 +66,23 @@ TEST(Scale, ByHandIsCheckedAtReady) {
     soptionsform form;
     choosescale(form, false);
     EXPECT_EQ(form.maximum, "40") << "the first starts from the values";
-    form.maximum = "abc";
-    EXPECT_FALSE(storesoptions(form));
-    EXPECT_EQ(form.message, "Maximum and Minimum must be numbers");
-    for (const char* text : {"1e999", "1e300", "nan", ""}) {
+    for (const char* text : {"abc", "1e999", "1e300", "nan", ""}) {
         form.maximum = text;
         EXPECT_FALSE(storesoptions(form)) << text;
+        EXPECT_EQ(form.message, "Maximum and Minimum must be numbers");
     }
-    form.maximum = "-3";
-    form.minimum = "12.5";
-    EXPECT_FALSE(storesoptions(form));
-    EXPECT_EQ(form.message, "Maximum is below Minimum");
     choosescale(form, true);
     EXPECT_TRUE(storesoptions(form)) << "what is typed plays no part in an automatic scale";
-    EXPECT_EQ(scalemax, 0);
     choosescale(form, false);
+    form.maximum = "-6";
+    EXPECT_FALSE(storesoptions(form));
+    EXPECT_EQ(form.message, "Maximum is below Minimum");
     form.maximum = "12.5";
-    form.minimum = "-3";
     ASSERT_TRUE(storesoptions(form));
-    showresults();
-    EXPECT_EQ(indexmax, 12.5);
-    EXPECT_EQ(indexmin, -3);
     scalemin = 20;  // as another part of the program may set it
     showresults();
     EXPECT_EQ(indexmax, 20);
     EXPECT_EQ(indexmin, 12.5);
-    scalemin = scalemax;
-    showresults();
-    EXPECT_EQ(makelegend().labels.size(), 11u) << "a scale without width is drawn all the same";
 }
 
 TEST(Scale, BandsAndLevelsIncludeTheirBounds) {
@@ -107,16 +93,12 @@ TEST(Scale, BandsAndLevelsIncludeTheirBounds) {
         indexmax = indexmin + std::fabs(value(random));
         EXPECT_EQ(bandbound(10), indexmax) << "no rounding leaves the largest value out";
         EXPECT_EQ(levelof(9), indexmax);
+        EXPECT_EQ(bandof(indexmax), 9);
+        EXPECT_EQ(bandof(indexmin), 0);
     }
-    indexmin = -1e-12;
-    indexmax = 1;
-    EXPECT_EQ(bandof(1), 9);
-    EXPECT_EQ(bandof(-1e-12), 0);
-    EXPECT_EQ(bandof(1.0001), -1);
+    EXPECT_EQ(bandof(indexmax + 1e-3), -1);
     EXPECT_EQ(bandof(std::nan("")), -1);
 }
-
-// --- the legend ---------------------------------------------------------------------------------
 
 TEST(Legend, DividesByOnePowerOfTen) {
     struct row {
@@ -145,45 +127,6 @@ TEST(Legend, DividesByOnePowerOfTen) {
     }
 }
 
-TEST(Legend, OfLineElementsHasTheBandsOfTheirColours) {
-    plotroom room;
-    contourfilled = 0;
-    showelementstress();
-    const legendtext t = makelegend();
-    ASSERT_EQ(t.labels.size(), 11u);
-    const int k = bandof(8);  // the mean of the bar, from 7 to 9
-    EXPECT_LE(std::stod(t.labels[std::size_t(k)]) * std::pow(10.0, t.exponent), 8);
-    EXPECT_GT(std::stod(t.labels[std::size_t(k + 1)]) * std::pow(10.0, t.exponent), 8);
-}
-
-TEST(Legend, NamesWhatIsShown) {
-    plotroom room;
-    showcontour();
-    EXPECT_EQ(makelegend().title, "Contour Index");
-    EXPECT_EQ(makelegend().heading, (std::vector<std::string>{"Stress Index", "Wind", "SX"}));
-    stresscomp = 13;
-    EXPECT_EQ(makelegend().heading.back(), "Combined Stress ");
-    contourdata = 1;
-    dispcontour = 2;
-    EXPECT_EQ(makelegend().heading,
-              (std::vector<std::string>{"Stress Index", "Wind", "Y Displacements"}));
-    toprinter = 1;
-    EXPECT_EQ(makelegend().heading, (std::vector<std::string>{"Y Displacements", "Wind"}));
-    toprinter = 0;
-    curlcomb = 9;
-    EXPECT_EQ(makelegend().heading[1], "Load Case 1");
-    showelementstress();
-    EXPECT_EQ(makelegend().title, "Stress Index");
-    EXPECT_EQ(makelegend().heading.front(), "Stress Index");
-}
-
-namespace {
-struct mark {
-    double y;
-    std::string what;  // fill colour or text
-};
-}  // namespace
-
 // Ten boxes one above the other, the highest value on top, labels beside their bounds.
 TEST(Legend, StandsInOrder) {
     plotroom room;
@@ -191,88 +134,38 @@ TEST(Legend, StandsInOrder) {
     recordsurface paper;
     const double height = 9;
     drawlegendon(paper, 0, 0, 4, height);
-    std::vector<mark> labels, boxes;
+    std::vector<std::pair<double, std::string>> labels, boxes;  // height, text or fill colour
     for (const std::string& o : paper.operations) {
         double x = 0, y = 0;
         char what[40] = "";
         if (std::sscanf(o.c_str(), "text %lf %lf %39s", &x, &y, what) == 3) {
             EXPECT_GE(y, 0) << o;
             EXPECT_LE(y + paper.textheight(), height) << o;
-            if (x > 0.5) labels.push_back({y + paper.textheight() / 2, what});
+            if (x > 0.5) labels.emplace_back(y + paper.textheight() / 2, what);
         }
         if (std::sscanf(o.c_str(), "polygon %lf %lf %*f %*f %*f %*f %*f %*f %39s", &x, &y, what) ==
             3)
-            boxes.push_back({y, what});
+            boxes.emplace_back(y, what);
     }
     ASSERT_EQ(boxes.size(), 10u);
     ASSERT_EQ(labels.size(), 12u) << "eleven bounds and the power of ten";
-    EXPECT_EQ(boxes.front().what, "#0000ff") << "lowest first";
-    EXPECT_EQ(boxes.back().what, "#ff0000");
+    EXPECT_EQ(boxes.front().second, "#0000ff") << "lowest first";
+    EXPECT_EQ(boxes.back().second, "#ff0000");
     for (std::size_t k = 0; k < 10; ++k)
-        EXPECT_NEAR(labels[k + 1].y, boxes[k].y, 0.02) << "the upper bound at the top edge";
-    for (std::size_t k = 1; k < 10; ++k) EXPECT_LT(boxes[k].y, boxes[k - 1].y);
-    EXPECT_GT(labels[0].y, boxes[0].y + 0.2) << "the lowest bound at the foot";
-    EXPECT_EQ(labels[0].what, "-0.50");
-    EXPECT_EQ(labels[10].what, "4.00");
-    EXPECT_EQ(labels[11].what, "E1");
+        EXPECT_NEAR(labels[k + 1].first, boxes[k].first, 0.02) << "the upper bound at the top edge";
+    for (std::size_t k = 1; k < 10; ++k) EXPECT_LT(boxes[k].first, boxes[k - 1].first);
+    EXPECT_GT(labels[0].first, boxes[0].first + 0.2) << "the lowest bound at the foot";
+    EXPECT_EQ(labels[0].second, "-0.50");
+    EXPECT_EQ(labels[10].second, "4.00");
+    EXPECT_EQ(labels[11].second, "E1");
 }
 
-TEST(Legend, BreaksAHeadingThatIsTooWide) {
+TEST(Legend, CutsAHeadingThatIsTooWide) {
     plotroom room;
     contourdata = 1;
     showcontour();
     recordsurface paper;  // 0.2 cm a letter
-    drawlegendon(paper, 0, 0, 3, 9);
-    const auto ends = [&](const char* text) {
-        return std::ranges::count_if(paper.operations,
-                                     [&](const std::string& o) { return o.ends_with(text); });
-    };
-    EXPECT_EQ(ends(" XYZ"), 1);
-    EXPECT_EQ(ends(" Displacements"), 1);
-    paper.operations.clear();
     drawlegendon(paper, 0, 0, 2, 9);
-    EXPECT_EQ(ends(" Displacements"), 0);
-    EXPECT_GT(ends("…"), 0) << "a word that does not fit is cut and marked";
-}
-
-// --- palette ------------------------------------------------------------------------------------
-
-namespace {
-struct lab {
-    double l, a, b;
-};
-}  // namespace
-
-// sRGB to CIELAB (IEC 61966-2-1, CIE 15, white D65).
-static lab labof(colour c) {
-    const auto linear = [](int part) {
-        const double v = part / 255.0;
-        return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-    };
-    const double r = linear(redof(c)), g = linear(greenof(c)), b = linear(blueof(c));
-    const auto f = [](double t) {
-        return t > 216.0 / 24389 ? std::cbrt(t) : (24389.0 / 27 * t + 16) / 116;
-    };
-    const double x = f((0.4124564 * r + 0.3575761 * g + 0.1804375 * b) / 0.95047),
-                 y = f(0.2126729 * r + 0.7151522 * g + 0.0721750 * b),
-                 z = f((0.0193339 * r + 0.1191920 * g + 0.9503041 * b) / 1.08883);
-    return {116 * y - 16, 500 * (x - y), 200 * (y - z)};
-}
-
-TEST(Palette, TheEvenOneStepsEvenlyAndTheToldOneIsTheSettings) {
-    plotroom room;
-    fillpalette();
-    for (int k = 0; k < 10; ++k) EXPECT_EQ(int(indexcolor(k)), groupshow(k));
-    evenpalette = true;
-    fillpalette();
-    double least = 1e9, most = 0;
-    for (int k = 1; k < 10; ++k) {
-        const lab p = labof(int(indexcolor(k - 1))), q = labof(int(indexcolor(k)));
-        const double step = std::hypot(q.l - p.l, q.a - p.a, q.b - p.b);
-        least = std::min(least, step);
-        most = std::max(most, step);
-        EXPECT_GT(q.l, p.l) << "each is lighter than the one below, " << k;
-    }
-    EXPECT_LT(most / least, 1.2);
-    EXPECT_GT(least, 10) << "steps that are seen";
+    EXPECT_TRUE(std::ranges::any_of(paper.operations,
+                                    [&](const std::string& o) { return o.ends_with("…"); }));
 }

@@ -26,7 +26,7 @@ struct plotroom : sessionroom {
         addelement(3, {1, 2, 5, 4});
         addelement(3, {2, 3, 6, 5}, 2);
         addelement(1, {1, 6});
-        ngroupsis(2);
+        groups(0, 0) = 2;
         lcomb(0, 0) = 2;
         lcomb(1, 1) = 1;
         lcomb(2, 1) = -2;
@@ -45,34 +45,35 @@ struct plotroom : sessionroom {
         viewpty(1) = 1;
         viewptz(1) = 0.5;
         viewdist(1) = 1e9f;
-        write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, -5}, {2, 0}, {2, 25}, {2, 35}}, 12);
-        write(".LES", {{3, 7}}, 12);
-        write(".rvp", {}, 0);
+        write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, -5}, {2, 0}, {2, 25}, {2, 35}});
+        write(".LES", {{3, 7}});
+        writedisplacements();
+    }
+    bool tells(const char* part) const { return door.status.find(part) != std::string::npos; }
+    // Modes of this eigenvalue each, that move the last node by 1 along y.
+    void writemodes(const std::vector<double>& values) const {
+        std::string text = "1," + std::to_string(values.size()) + "\r\n";
+        for (const double v : values)
+            text += std::to_string(v) + "\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n";
+        writefile(file("job.EIG"), text);
     }
     ~plotroom() {
         for (layers l : {layers::contour, layers::elementstress, layers::extremes})
             layer(l).draw = nullptr;
     }
-    static void ngroupsis(int count) {
-        groups(0, 0) = count;
-        groupname(2) = "Deck";
-    }
-    void write(const std::string& extension, const std::vector<std::pair<int, double>>& rows,
-               int zeros) const {
+    // Records of elements that hold a first component and twelve zeros; of a line two in a row.
+    void write(const std::string& extension,
+               const std::vector<std::pair<int, double>>& rows) const {
+        const std::string zeros = ",0,0,0,0,0,0,0,0,0,0,0,0";
         std::string text;
         for (const auto& [e, first] : rows) {
-            text += std::to_string(e) + ",0,0,0," + std::to_string(first);
-            for (int k = 0; k < zeros; ++k) text += ",0";
-            if (extension == ".LES") {
-                text += "," + std::to_string(first + 2);
-                for (int k = 0; k < zeros; ++k) text += ",0";
-            }
+            text += std::to_string(e) + ",0,0,0," + std::to_string(first) + zeros;
+            if (extension == ".LES") text += "," + std::to_string(first + 2) + zeros;
             text += "\r\n";
         }
-        if (extension == ".rvp")
-            text = "6,1\r\n0,0\r\n3,4\r\n0,0\r\n0,0\r\n0,0\r\n-1,0\r\n\"LC\"\r\n";
-        else
-            text += "END\r\n";
-        writefile(file("job" + extension), text);
+        writefile(file("job" + extension), text + "END\r\n");
+    }
+    void writedisplacements() const {
+        writefile(file("job.rvp"), "6,1\r\n0,0\r\n3,4\r\n0,0\r\n0,0\r\n0,0\r\n-1,0\r\n\"LC\"\r\n");
     }
 };

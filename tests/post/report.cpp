@@ -22,25 +22,8 @@
 
 namespace fs = std::filesystem;
 
-// --- a model with made-up results that can be summed in the head --------------------------------
-
-static double displacement(int l, int n, int k) {
-    return l == 1 ? 0.001 * (10 * n + k) : -0.5 * n * k;
-}
-static double force(int l, int n, int k) {
-    return l == 1 ? 100.0 * n - k : 0.125 * k;
-}
-static double factor(int c, int l) {
-    return c == 1 ? (l == 1 ? 1 : 0) : (l == 1 ? 2 : -1.5);
-}
-
-// The six values of a node that a file of this analysis code holds.
-static std::vector<int> valuesof(int anadof) {
-    static const std::vector<int> sets[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
-    return sets[anadof];
-}
-
-// Four nodes; a quadrilateral, a triangle and a bar of the types that go with the analysis.
+// Four nodes with made-up results; a quadrilateral, a triangle and a bar of the types that go with
+// the analysis.
 struct reportroom : sessionroom {
     explicit reportroom(int code) : anadof(code) {
         fs::current_path(folder);
@@ -88,8 +71,9 @@ struct reportroom : sessionroom {
         lcomb(0, 0) = 2;
         lcombname(1) = "Dead alone";
         lcombname(2) = "Rolling";
-        for (int c = 1; c <= 2; ++c)
-            for (int l = 1; l <= 2; ++l) lcomb(c, l) = float(factor(c, l));
+        lcomb(1, 1) = 1;
+        lcomb(2, 1) = 2;
+        lcomb(2, 2) = -1.5f;
     }
 
     static std::string joined(const std::vector<double>& values) {
@@ -104,13 +88,14 @@ struct reportroom : sessionroom {
     }
 
     void writeresults() const {
+        static const std::vector<int> axes[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
         std::string rvp = "4," + std::to_string(anadof) + "\r\n", krt = rvp, les, plates;
         for (int l = 1; l <= 2; ++l) {
             for (int n = 1; n <= 5; ++n) {
                 std::vector<double> u, f;
-                for (const int k : valuesof(anadof)) {
-                    u.push_back(displacement(l, n, k));
-                    f.push_back(force(l, n, k));
+                for (const int k : axes[anadof]) {
+                    u.push_back(l == 1 ? 0.001 * (10 * n + k) : -0.5 * n * k);
+                    f.push_back(l == 1 ? 100.0 * n - k : 0.125 * k);
                 }
                 if (n <= 4) rvp += joined(u) + "\r\n";
                 krt += std::to_string(n % 5) + "," + joined(f) + "\r\n";
@@ -129,7 +114,8 @@ struct reportroom : sessionroom {
         writefile("frame.LES", les);
         for (const char* extension : {"NSR", "NSL", "NSA", "NLA"})
             writefile(std::string("frame.") + extension, plates);
-        // Two masses of 3 and 1 at a distance of 4 in x, turning about themselves with 0.5.
+        // Two masses of 3 and 1 at a distance of 4 in x, turning about themselves with 0.5: of the
+        // whole 4 at 1, 0.5, and about the axes across root(0.5^2 + (3 x 1 + 1 x 9) / 4) = 1.80.
         writefile("frame.EMS",
                   "1,3,0,0,0,0.5,0.5,0.5\r\n2,0,9,9,9,9,9,9\r\n3,1,4,0,0,0.5,0.5,0.5\r\n");
         writefile("frame.DAT", "4,17,3\r\n");
@@ -159,12 +145,12 @@ static std::vector<std::string> wordsof(const std::string& line) {
     return words;
 }
 
-// Index of the first line from begin on that starts with this text.
-static std::size_t find(const std::vector<std::string>& lines, const std::string& start,
+// Index of the first line from begin on that holds this text.
+static std::size_t find(const std::vector<std::string>& lines, const std::string& part,
                         std::size_t begin = 0) {
     for (std::size_t i = begin; i < lines.size(); ++i)
-        if (lines[i].rfind(start, 0) == 0) return i;
-    ADD_FAILURE() << "no line \"" << start << "\"";
+        if (lines[i].find(part) != std::string::npos) return i;
+    ADD_FAILURE() << "no line \"" << part << "\"";
     return lines.size() - 1;
 }
 
@@ -176,235 +162,71 @@ TEST(Report, AgreesWithItsGoldenTextForEveryKindOfAnalysis) {
     }
 }
 
-TEST(Report, HoldsTheSumsOfEachCombination) {
-    for (int anadof = 0; anadof <= 3; ++anadof) {
-        reportroom room(anadof);
-        const auto lines = linesof(room.report());
-        const std::vector<int> values = valuesof(anadof);
-        for (int c = 1; c <= 2; ++c) {
-            const auto sum = [&](double (*value)(int, int, int), int n, int k) {
-                return factor(c, 1) * value(1, n, k) + factor(c, 2) * value(2, n, k);
-            };
-            const std::string number = "Loadcombination number =  " + std::to_string(c);
-            const std::size_t moved =
-                find(lines, number, find(lines, "NODAL DIPLACEMENTS PER LOAD COMBINATION"));
-            const std::size_t loaded =
-                find(lines, number, find(lines, "NODAL FORCES PER LOAD COMBINATION"));
-            for (int n = 1; n <= 5; ++n) {
-                const auto u = wordsof(lines[moved + 3 + std::size_t(n)]);
-                const auto f = wordsof(lines[loaded + 3 + std::size_t(n)]);
-                for (std::size_t i = 0; i < values.size(); ++i) {
-                    const int k = values[i];
-                    const double degrees = k < 3 ? 1 : 180 / 3.14159265358979;
-                    const double wanted = sum(displacement, n, k) * degrees;
-                    ASSERT_EQ(f.size(), values.size() + 1);
-                    if (n <= 4) {
-                        EXPECT_NEAR(numberof(u.at(i + 1)), wanted, 1e-6 * std::fabs(wanted));
-                    }
-                    // The total is written with two decimals.
-                    EXPECT_NEAR(numberof(f[i + 1]), sum(force, n, k),
-                                n <= 4 ? 1e-9 : 0.005 * std::fabs(sum(force, n, k)));
-                }
-            }
-        }
-    }
-}
-
-// Rows of a stress table that follow a heading: element, node and the values.
-static std::vector<std::vector<double>> stressrows(const std::vector<std::string>& lines,
-                                                   std::size_t heading) {
-    std::vector<std::vector<double>> rows;
-    for (std::size_t i = heading + 1; i < lines.size() && !lines[i].empty(); ++i) {
-        rows.emplace_back();
-        for (const std::string& word : wordsof(lines[i])) rows.back().push_back(numberof(word));
-    }
-    return rows;
-}
-
-TEST(Report, CombinesStressesBeforeTheWorstSignIsTaken) {
-    reportroom room(3);
-    const auto lines = linesof(room.report());
-    // The second combination is 2 times the first case and -1.5 times twice that: -1.
-    std::size_t at = find(lines, "Line Element Stress report");
-    at = find(lines, "EL NO", find(lines, "Line Element Stress report", at + 1));
-    const auto ends = stressrows(lines, at);
-    ASSERT_EQ(ends.size(), 2u);
-    const std::vector<double> first = {2, 1, -100, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 100};
-    const std::vector<double> second = {2, 2, -100, 0, 0, 0, 0, 0, 0, 50, 0, 0, 0, 0, 150};
-    EXPECT_EQ(ends[0], first);
-    EXPECT_EQ(ends[1], second);
-
-    at = find(lines, "******************  FINITE ELEMENT LOCAL");
-    const auto shear = stressrows(lines, find(lines, "EL NO", at));
-    ASSERT_EQ(shear.size(), 4u);
-    for (int corner = 1; corner <= 4; ++corner) {
-        const auto& row = shear[std::size_t(corner - 1)];
-        EXPECT_EQ(row[1], corner);
-        EXPECT_EQ(row[5], 10 * corner);
-        EXPECT_NEAR(row[8], std::sqrt(3.0) * 10 * corner, 0.051) << "pure shear, three digits";
-    }
-    // Triangle of the third group: its second table holds bending.
-    at = find(lines, "                          Name   = Bracket", at);
-    at = find(lines, "EL NO", find(lines, "EL NO", at) + 1);
-    EXPECT_EQ(wordsof(lines[at])[3], "Sbx");
-    const auto bending = stressrows(lines, at);
-    ASSERT_EQ(bending.size(), 3u);
-    EXPECT_EQ(bending[2][1], 3);
-    EXPECT_EQ(bending[2][3], 20);
-    EXPECT_EQ(bending[2][8], 60);
-}
-
-TEST(Report, MembranesHaveNoBendingTable) {
-    reportroom room(1);
-    EXPECT_EQ(room.report().find("Sbx           Sby           Sbz           Stx           Sty   "
-                                 "        Stz           SC\r\n 1 "),
-              std::string::npos);
-    std::size_t tables = 0;
-    for (const std::string& line : linesof(contentof("frame.rpt")))
-        tables += line.rfind("EL NO         NODE          Sbx", 0) == 0;
-    EXPECT_EQ(tables, 0u);
-}
-
-TEST(Report, TotalMassIsThatOfTheWhole) {
-    reportroom room(3);
-    const auto lines = linesof(room.report());
-    const auto total = wordsof(lines[find(lines, "Total ")]);
-    const std::vector<std::string> wanted = {
-        "Total", "4.00E+00", "1.00E+00", "0.00E+00", "0.00E+00",
-        // 0.5^2, and 0.5^2 + (3 x 1 + 1 x 9) / 4 about the axes across
-        "5.00E-01", "1.80E+00", "1.80E+00"};
-    EXPECT_EQ(total, wanted);
-}
-
-TEST(Report, FieldsOfATableBeginAtTheirZone) {
-    reportroom room(3);
-    nodes(0, 2, 0) = -1.2345678e-05f;  // fourteen characters in full
-    nodes(0, 2, 1) = -123456.789f;
-    const auto lines = linesof(room.report());
-    const std::size_t at = find(lines, "NODAL            COORDINATES");
-    for (int n = 1; n <= 4; ++n) {
-        const std::string& row = lines[at + 3 + std::size_t(n)];
-        EXPECT_EQ(wordsof(row).size(), 4u) << row;
-        for (int k = 1; k <= 3; ++k) {
-            const std::size_t zone = std::size_t(14 * k);
-            EXPECT_EQ(row[zone - 1], ' ') << row;
-            EXPECT_NE(row.substr(zone, 2).find_first_not_of(' '), std::string::npos) << row;
-        }
-    }
-    EXPECT_EQ(lines[at + 5].substr(14, 28), "-1.234568E-05 -123456.79    ");
-}
-
 TEST(Report, RawNumbersKeepTheDigitsThatFit) {
-    const struct {
-        double number;
-        const char* text;
-    } cases[] = {
-        {0, " 0"},
+    const std::pair<double, const char*> cases[] = {
         {-0.0, " 0"},
-        {12, " 12"},
-        {-2.5, "-2.5"},
         {1234567.89012, " 1234567.8901"},
-        {123456789012.0, " 123456789012"},
         {1234567890123.0, " 1.234568E+12"},
         {0.1 + 0.2, " 0.3"},
-        {1.0 / 3, " 0.3333333333"},
         {-1.0 / 3000, "-0.0003333333"},
-        {2.0 / 3, " 0.6666666667"},
         {-2e5 / 3, "-66666.666667"},
-        {1e-100 / 3, " 3.33333E-101"},
         {-1e200 / 3, "-3.33333E+199"},
         {999999999999.9, " 1E+12"},
     };
     sessionroom room;
-    for (const auto& c : cases) {
+    for (const auto& [number, wanted] : cases) {
         reportlines out(room.file("numbers"));
-        out.raw(c.number).zone().text("x").end();
+        out.raw(number).zone().text("x").end();
         out.commit();
         std::string text = contentof(room.file("numbers"));
         EXPECT_EQ(text.find('x'), 14u) << text;
         text.resize(text.find_last_not_of(" x\r\n") + 1);
-        EXPECT_EQ(text, c.text);
+        EXPECT_EQ(text, wanted);
     }
 }
 
 TEST(Report, AnsweredByTheSectionsThatAreChecked) {
-    const struct {
-        int index;
-        const char* line;
-    } cases[] = {
-        {secgroups, "******************  ELEMENT GROUP DEFENITION"},
-        {secmesh, "******************  ELEMENT DEFINITION"},
-        {secconstraints, "******************  NODAL CONSTRAINS"},
-        {secloads, "******************     LOAD COMBINATIONS"},
-        {secdisplacements, "******************  DISPLACEMENTS REPORT"},
-        {secforces, "******************  NODAL FORCES REPORT"},
-        {secstresses, "******************  LINE ELEMENT LOCAL STRESS REPORT"},
-        {secaverages, "******************  NODAL STRESS AVERAGE GLOBAL STRESS REPORT"},
+    const std::pair<int, const char*> cases[] = {
+        {secgroups, "ELEMENT GROUP DEFENITION"},
+        {secconstraints, "NODAL CONSTRAINS"},
+        {secdisplacements, "DISPLACEMENTS REPORT"},
+        {secforces, "NODAL FORCES REPORT"},
+        {secstresses, "LINE ELEMENT LOCAL STRESS REPORT"},
+        {secaverages, "NODAL STRESS AVERAGE GLOBAL STRESS REPORT"},
     };
     reportroom room(3);
     const auto all = reportwanted;
-    for (const auto& c : cases) {
+    for (const auto& [index, line] : cases) {
         reportwanted.fill(false);
-        reportwanted[std::size_t(c.index)] = true;
+        reportwanted[std::size_t(index)] = true;
         const std::string text = room.report();
         for (const auto& other : cases)
-            EXPECT_EQ(text.find(other.line) != std::string::npos, other.index == c.index)
-                << c.line << " / " << other.line;
+            EXPECT_EQ(text.find(other.second) != std::string::npos, other.first == index)
+                << line << " / " << other.second;
     }
     reportwanted = all;
 }
 
-TEST(Report, PagesAreNumberedThrough) {
-    reportroom room(2);
-    int page = 0;
-    const auto lines = linesof(room.report());
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const std::size_t mark = lines[i].find("Page Number");
-        if (mark == std::string::npos) continue;
-        EXPECT_EQ(numberof(lines[i].substr(mark + 11)), ++page);
-        EXPECT_EQ(lines[i + 1], "                                      Model Name = frame");
-        EXPECT_EQ(lines[i - 1], lines[i + 2]);
-    }
-    // Four of the input, masses, displacements, forces, three of stresses, two of means.
-    EXPECT_EQ(page, 12);
-}
-
-// --- missing and unfit results ------------------------------------------------------------------
-
 TEST(Report, SaysWhatIsMissingWithoutABox) {
-    {
-        reportroom room(3);
-        for (const char* extension :
-             {"rvp", "KRT", "LES", "NSR", "NSL", "NSA", "NLA", "EMS", "DAT"})
-            fs::remove(std::string("frame.") + extension);
-        ncon = 0;
-        const auto lines = linesof(room.report());
-        ASSERT_GE(lines.size(), 2u);
-        EXPECT_EQ(lines.back(), "END");
-        EXPECT_EQ(lines[lines.size() - 2], "NO ANALYSIS PERFORMED");
-        find(lines, "NO CONSTRAINS DEFINED");
-        find(lines, "         BANDWIDTH= not calculated");
-        EXPECT_TRUE(room.door.messages.empty());
-    }
     const struct {
         const char *extension, *section, *line;
     } cases[] = {
-        {"EMS", "******************  MASS REPORT", "NO ANALYSIS PERFORMED"},
-        {"KRT", "******************  NODAL FORCES REPORT", "NO ANALYSIS PERFORMED"},
-        {"LES", "******************  LINE ELEMENT", "Stress component not calculated"},
-        {"NSL", "******************  FINITE ELEMENT LOCAL", "Stress component not calculated"},
-        {"NSR", "******************  FINITE ELEMENT GLOBAL", "Stress component not calculated"},
-        {"NLA", "******************  NODAL STRESS AVERAGE LOCAL",
-         "Stress component not calculated"},
-        {"NSA", "******************  NODAL STRESS AVERAGE GLOBAL",
-         "Stress component not calculated"},
+        {"EMS", "MASS REPORT", "NO ANALYSIS PERFORMED"},
+        {"rvp", "NO ANALYSIS PERFORMED", "END"},
+        {"KRT", "NODAL FORCES REPORT", "NO ANALYSIS PERFORMED"},
+        {"LES", "LINE ELEMENT LOCAL", "Stress component not calculated"},
+        {"NSL", "FINITE ELEMENT LOCAL", "Stress component not calculated"},
+        {"NSR", "FINITE ELEMENT GLOBAL", "Stress component not calculated"},
+        {"NLA", "NODAL STRESS AVERAGE LOCAL", "Stress component not calculated"},
+        {"NSA", "NODAL STRESS AVERAGE GLOBAL", "Stress component not calculated"},
+        {"DAT", "GENERAL INFORMATION", "         BANDWIDTH= not calculated"},
     };
     for (const auto& c : cases) {
         reportroom room(3);
         fs::remove(std::string("frame.") + c.extension);
         const auto lines = linesof(room.report());
-        const std::size_t begin = find(lines, c.section), line = find(lines, c.line, begin);
-        EXPECT_LE(line, begin + 8) << c.extension;
+        const std::size_t begin = find(lines, c.section);
+        EXPECT_LE(find(lines, c.line, begin), begin + 8) << c.extension;
         EXPECT_EQ(lines.back(), "END");
         EXPECT_TRUE(room.door.messages.empty());
     }
@@ -416,9 +238,7 @@ TEST(Report, HolesOfTheConstraintListAreNoRows) {
     connode(1) = 1, connode(2) = 0, connode(3) = 4;
     for (int i = 1; i <= 3; ++i) condof(i) = i, conval(i) = 0;
     const auto lines = linesof(room.report());
-    const std::size_t amount = find(lines, "AMOUNT= ");
-    EXPECT_EQ(lines[amount], "AMOUNT=  2");
-    EXPECT_EQ(wordsof(lines[amount + 4]), (std::vector<std::string>{"1", "1", "0"}));
+    const std::size_t amount = find(lines, "AMOUNT=  2");
     EXPECT_EQ(wordsof(lines[amount + 5]), (std::vector<std::string>{"4", "3", "0"}));
     connode(1) = connode(3) = 0;
     find(linesof(room.report()), "NO CONSTRAINS DEFINED");
@@ -428,8 +248,8 @@ TEST(Report, ResultsOfAnotherModelAreNotTakenForItsOwn) {
     reportroom room(3);
     addnode(9, 9, 9);
     const auto lines = linesof(room.report());
+    EXPECT_EQ(find(lines, "4 nodes, the model in hand has 5"), lines.size() - 3);
     EXPECT_EQ(lines[lines.size() - 2], "NO ANALYSIS PERFORMED");
-    EXPECT_NE(lines[lines.size() - 3].find("4 nodes, the model in hand has 5"), std::string::npos);
 }
 
 TEST(Report, LeavesTheDisplayAsItWas) {
@@ -438,32 +258,22 @@ TEST(Report, LeavesTheDisplayAsItWas) {
     ASSERT_TRUE(readdisp());
     const double largest = maxdisp;
     const float moved = nodes(1, 3, 1);
-    stressaverage = 1;
-    stressglobal = 0;
     nodes(0, 3, 1) = 1.75f;  // an edit that is in no file
+    menupostItem(2).checked = true;
+    ASSERT_TRUE(prepareplot());
+    const double most = indexmax;
     room.report();
     EXPECT_EQ(curlcomb, 2);
     EXPECT_EQ(maxdisp, largest);
     EXPECT_EQ(nodes(1, 3, 1), moved);
     EXPECT_EQ(nodes(0, 3, 1), 1.75f);
-    EXPECT_EQ(stressaverage, 1);
-    EXPECT_EQ(stressglobal, 0);
-    EXPECT_FALSE(stressloaded);
-    menupostItem(2).checked = true;
-    ASSERT_TRUE(prepareplot());
-    const double most = indexmax;
-    room.report();
     EXPECT_TRUE(plotready()) << "the plot on show keeps its scale";
     EXPECT_EQ(indexmax, most);
     menupostItem(2).checked = false;
-    stressaverage = 0;
 }
 
 TEST(Report, AFileThatCanNotBeWrittenIsToldAndTheFormerOneStays) {
     reportroom room(3);
-    fs::create_directory("closed.rpt");
-    EXPECT_FALSE(savereport("closed"));
-    EXPECT_TRUE(room.door.toldpart("closed.rpt"));
     EXPECT_FALSE(savereport("nowhere/frame"));
     EXPECT_TRUE(room.door.toldpart("nowhere/frame.rpt"));
     writefile("frame.rpt", "former");
@@ -474,9 +284,6 @@ TEST(Report, AFileThatCanNotBeWrittenIsToldAndTheFormerOneStays) {
 
 TEST(Report, WriteCutsTheExtensionAndAsksBeforeAnotherReportIsReplaced) {
     reportroom room(3);
-    EXPECT_FALSE(writereport()) << "cancelled";
-    EXPECT_EQ(room.door.fileboxes[0].filter,
-              "All Files (*.*)|*.*|FE model (*.rpt)|*.rpt|Model Files (*.tek)|*.tek");
     room.door.filequeue.push_back({true, "other.tek", 3});
     EXPECT_TRUE(writereport());
     EXPECT_TRUE(fs::exists("other.rpt"));
@@ -484,9 +291,8 @@ TEST(Report, WriteCutsTheExtensionAndAsksBeforeAnotherReportIsReplaced) {
     room.door.filequeue.push_back({true, "other.rpt", 2});
     room.door.answerqueue.push_back(answers::no);
     EXPECT_FALSE(writereport());
-    room.door.filequeue.push_back({true, "frame", 2});
-    EXPECT_TRUE(writereport());
-    room.door.filequeue.push_back({true, "frame.rpt", 2});
-    EXPECT_TRUE(writereport()) << "the model's own asks nothing";
-    EXPECT_EQ(viewertitle("frame.rpt"), " Kalvane Report viewer, Reportname: frame.rpt");
+    for (const char* own : {"frame", "frame.rpt"}) {
+        room.door.filequeue.push_back({true, own, 2});
+        EXPECT_TRUE(writereport()) << "the model's own asks nothing";
+    }
 }

@@ -5,8 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include "core/textfile.h"
 #include "solver/refuse.h"
@@ -23,12 +26,14 @@ build::build() {
     log.quiet();
 }
 
-int build::node(double x, double y, double z) {
-    m.nodes.emplace_back(x, y, z);
+int build::node(const vec3& at) {
+    m.nodes.push_back(at);
     return m.nnodes();
 }
 
-int build::group(std::initializer_list<fieldvalue> fields) {
+// --- groups and elements ------------------------------------------------------------------------
+
+int build::group(const std::vector<fieldvalue>& fields) {
     groupdata g;
     g.name = "GR " + std::to_string(m.groups.size());
     for (const fieldvalue& f : fields) g.field[f.field] = f.value;
@@ -43,7 +48,20 @@ int build::plate(double modulus, double poisson, double thickness, double densit
                   {fielddensity, density}});
 }
 
-int build::element(int type, int g, std::initializer_list<int> nodes) {
+int build::bar(double modulus, double area, const vec3& inertia, double density) {
+    const int g = plate(modulus, 0.3, area, density);
+    field(g, fieldixx) = inertia[0], field(g, fieldiyy) = inertia[1];
+    field(g, fieldizz) = inertia[2];
+    return g;
+}
+
+int build::spring(const mat6& stiffness) {
+    const int g = group({});
+    m.groups[std::size_t(g)].spring = stiffness;
+    return g;
+}
+
+int build::element(int type, int g, const std::vector<int>& nodes) {
     elementdef e;
     e.type = type;
     e.group = g;
@@ -52,25 +70,28 @@ int build::element(int type, int g, std::initializer_list<int> nodes) {
     return m.nelems();
 }
 
-void build::fix(int n, std::initializer_list<int> dofs, double value) {
-    for (const int dof : dofs) m.constraints.push_back({n, dof, value});
+int build::single(int type, int g, const std::vector<vec3>& corners) {
+    std::vector<int> nodes;
+    for (const vec3& at : corners) nodes.push_back(node(at));
+    return element(type, g, nodes);
 }
 
-void build::load(int lc, int n, int dof, double value) {
-    m.cases[std::size_t(lc)].nodal.push_back({n, dof, value});
+int build::chain(int type, int g, const vec3& from, const vec3& to, int n) {
+    const int first = node(from);
+    for (int i = 1; i <= n; ++i) {
+        const int last = node(from + (to - from) * i / n);
+        element(type, g, {last - 1, last});
+    }
+    return first;
 }
 
-int build::addcase(int type, std::initializer_list<double> par) {
-    loadcase c;
-    c.type = type;
-    c.name = "LC " + std::to_string(m.cases.size());
-    std::copy(par.begin(), par.end(), c.par);
-    m.cases.push_back(c);
-    return m.ncases();
-}
-
-void build::press(int lc, int e, int direction, double value) {
-    m.cases[std::size_t(lc)].element.push_back({e, direction, value});
+void build::quad(int type, int g, const std::array<int, 4>& n) {
+    if (kindof(type).nodes == 4) {
+        element(type, g, {n[0], n[1], n[2], n[3]});
+    } else {
+        element(type, g, {n[0], n[1], n[2]});
+        element(type, g, {n[0], n[2], n[3]});
+    }
 }
 
 build::grid build::mesh(int type, int g, int nx, int ny,
@@ -82,16 +103,61 @@ build::grid build::mesh(int type, int g, int nx, int ny,
         for (int i = 0; i < nx; ++i) {
             const int a = made.number(i, j), b = made.number(i + 1, j);
             const int c = made.number(i + 1, j + 1), d = made.number(i, j + 1);
-            if (kindof(type).nodes == 4) {
-                element(type, g, {a, b, c, d});
-            } else {
-                element(type, g, {a, b, c});
-                element(type, g, {a, c, d});
-            }
+            quad(type, g, {a, b, c, d});
         }
     made.elements = m.nelems() + 1 - made.firstelement;
     return made;
 }
+
+std::vector<int> build::grid::edge(int first, int step, int steps) {
+    std::vector<int> nodes;
+    for (int i = 0; i <= steps; ++i) nodes.push_back(first + i * step);
+    return nodes;
+}
+
+// --- supports and loads -------------------------------------------------------------------------
+
+void build::fix(int n, std::initializer_list<int> dofs, double value) {
+    for (const int dof : dofs) m.constraints.push_back({n, dof, value});
+}
+
+void build::fix(const std::vector<int>& nodes, std::initializer_list<int> dofs) {
+    for (const int n : nodes) fix(n, dofs);
+}
+
+void build::fixall(std::initializer_list<int> dofs) {
+    for (int n = 1; n <= m.nnodes(); ++n) fix(n, dofs);
+}
+
+int build::addcase(int type, std::initializer_list<double> par) {
+    loadcase c;
+    c.type = type;
+    c.name = "LC " + std::to_string(m.cases.size());
+    std::copy(par.begin(), par.end(), c.par);
+    m.cases.push_back(c);
+    return m.ncases();
+}
+
+void build::onlycase(int type, std::initializer_list<double> par) {
+    m.cases.resize(1);
+    addcase(type, par);
+}
+
+void build::load(int lc, int n, const vec6& forces) {
+    for (int k = 0; k < 6; ++k) load(lc, n, k + 1, forces[k]);
+}
+
+void build::spread(int lc, const std::vector<int>& edge, int dof, double total) {
+    const std::size_t n = edge.size() - 1;
+    for (std::size_t i = 0; i <= n; ++i)
+        load(lc, edge[i], dof, total / double(n) * (i == 0 || i == n ? 0.5 : 1));
+}
+
+void build::pressall(int lc, int direction, double value) {
+    for (int e = 1; e <= m.nelems(); ++e) press(lc, e, direction, value);
+}
+
+// --- results ------------------------------------------------------------------------------------
 
 results build::solve(int doftype, wanted what) {
     return solvemodel(m, s, doftype, what, log);
@@ -158,11 +224,12 @@ double reacted(const results& r, int lc, int n, int dof) {
     return valueat(r, r.reactions.force, lc, n, dof);
 }
 
-double imbalance(const results& r, int lc) {
-    const vec6& load = r.reactions.load[std::size_t(lc)];
-    const vec6& reaction = r.reactions.reaction[std::size_t(lc)];
-    const double size = std::max(load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff());
-    return (load + reaction).cwiseAbs().maxCoeff() / (size > 0 ? size : 1);
+vec3 movedby(const results& r, int lc, int n, int dof) {
+    return {moved(r, lc, n, dof), moved(r, lc, n, dof + 1), moved(r, lc, n, dof + 2)};
+}
+
+vec3 reactedby(const results& r, int lc, int n, int dof) {
+    return {reacted(r, lc, n, dof), reacted(r, lc, n, dof + 1), reacted(r, lc, n, dof + 2)};
 }
 
 tempfolder::tempfolder() {
@@ -176,17 +243,10 @@ tempfolder::~tempfolder() {
 }
 
 std::vector<std::string> tokensof(const std::string& path) {
-    std::vector<std::string> tokens;
-    std::string token;
-    for (const char c : readwhole(path) + " ") {
-        if (c != ',' && c != ' ' && c != '\r' && c != '\n') {
-            token += c;
-        } else if (!token.empty()) {
-            tokens.push_back(token);
-            token.clear();
-        }
-    }
-    return tokens;
+    std::string text = readwhole(path);
+    std::replace(text.begin(), text.end(), ',', ' ');
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
 }
 
 int runfeiflu(const std::string& arguments, std::string& output) {

@@ -1,69 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Membranes: bending in the plane, Cook's panel, plane strain.
+// Membranes: plane strain, Cook's panel, a ring.
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 #include "tests/solver/verify.h"
 
-// A strip of rectangles bends exactly, however long they are: end moment M gives the slope M L / E
-// I.
-TEST(Membrane, RectanglesOfAnyShapeBendExactlyInTheirPlane) {
-    for (const int count : {1, 3, 20}) {
-        build b;
-        b.m.twod = true;
-        const double length = 10, depth = 1, thickness = 0.1, modulus = 1e7;
-        const int g = b.plate(modulus, 0.3, thickness);
-        const auto grid = b.mesh(typememb4, g, count, 1, [&](double r, double s) {
-            return vec3(length * r, depth * s, 0);
-        });
-        b.fix(grid.number(0, 0), {1, 2});
-        b.fix(grid.number(0, 1), {1});
-        b.load(1, grid.number(count, 0), 1, 100);
-        b.load(1, grid.number(count, 1), 1, -100);
-        const results r = b.solve();
-        const double curvature = 100 * depth / (modulus * thickness * depth * depth * depth / 12);
-        const double turn =
-            (moved(r, 1, grid.number(count, 0), 1) - moved(r, 1, grid.number(count, 1), 1)) / depth;
-        EXPECT_NEAR(turn, curvature * length, 1e-9 * curvature * length);
-        EXPECT_NEAR(r.plates.of(1, 0)[0], modulus * curvature * depth / 2, 1e-6);
-        EXPECT_LT(imbalance(r, 1), 1e-9);
-    }
-}
-
-// Cook's tapered panel, E 1, Poisson 1/3, shear 1 along the right edge.
-TEST(Verification, CooksPanel) {
-    const struct {
-        int type;
-        double coarse, fine;  // error that 4 x 4 and 16 x 16 may have
-    } rows[] = {{typememb4, 0.04, 0.004},
-                {typeshell4, 0.025, 0.004},
-                {typeshell3, 0.13, 0.025},
-                {typememb3, 0.55, 0.11}};
-    for (const auto& row : rows)
-        for (const int n : {4, 8, 16}) {
-            build b;
-            const int g = b.plate(1, 1.0 / 3, 1);
-            b.m.twod = true;
-            const auto grid = b.mesh(row.type, g, n, n, [](double r, double s) {
-                const double low = 44 * r, high = 44 + 16 * r;
-                return vec3(48 * r, low + (high - low) * s, 0);
-            });
-            for (int j = 0; j <= n; ++j) {
-                b.fix(grid.number(0, j), {1, 2, 6});
-                b.load(1, grid.number(n, j), 2, (j == 0 || j == n ? 0.5 : 1.0) / n);
-            }
-            const results r = b.solve();
-            provebalance(r);
-            prove({"membrane", "Cook's panel, middle of the loaded edge",
-                   std::string(kindof(row.type).name) + " " + std::to_string(n) + " x " +
-                       std::to_string(n),
-                   "C", 23.96, 23.965, moved(r, 1, grid.number(n, n / 2), 2),
-                   n == 4   ? row.coarse
-                   : n == 8 ? (row.coarse + row.fine) / 2
-                            : row.fine});
-        }
-}
+using grid = build::grid;
 
 // A block that cannot widen: s_z = nu (s_x + s_y), modulus E (1-nu) / ((1+nu)(1-2nu)).
 TEST(Membrane, PlaneStrainHoldsTheThirdDirection) {
@@ -71,13 +14,11 @@ TEST(Membrane, PlaneStrainHoldsTheThirdDirection) {
         build b;
         b.m.twod = true;
         const int g = b.plate(1000, 0.3, 2);
-        b.m.groups[std::size_t(g)].field[fieldplane] = 1;
-        const auto grid = b.mesh(type, g, 1, 1, [](double r, double s) { return vec3(r, s, 0); });
-        for (int n = grid.firstnode; n < grid.firstnode + 4; ++n) b.fix(n, {2});
-        for (int j = 0; j < 2; ++j) {
-            b.fix(grid.number(0, j), {1});
-            b.fix(grid.number(1, j), {1}, 0.01);
-        }
+        b.field(g, fieldplane) = 1;
+        const grid at = b.mesh(type, g, 1, 1, [](double r, double s) { return vec3(r, s, 0); });
+        b.fixall({2});
+        b.fix(at.left(), {1});
+        for (const int n : at.right()) b.fix(n, {1}, 0.01);
         const results r = b.solve();
         const element e = elementat(b.m, b.s, 1);
         double record[recordvalues];
@@ -86,5 +27,59 @@ TEST(Membrane, PlaneStrainHoldsTheThirdDirection) {
         EXPECT_NEAR(record[0], x, 1e-9 * x);
         EXPECT_NEAR(record[1], x * 0.3 / 0.7, 1e-9 * x);
         EXPECT_NEAR(record[2], 0.3 * (x + x * 0.3 / 0.7), 1e-9 * x);
+    }
+}
+
+// Cook's tapered panel, E 1, Poisson 1/3, shear 1 along the right edge.
+TEST(Verification, CooksPanel) {
+    const struct {
+        int type;
+        meshes sizes;
+    } rows[] = {{typememb4, {{4, 0.04}, {8, 0.022}, {16, 0.004}}},
+                {typeshell4, {{4, 0.025}, {8, 0.015}, {16, 0.004}}},
+                {typeshell3, {{4, 0.13}, {8, 0.08}, {16, 0.025}}},
+                {typememb3, {{4, 0.55}, {8, 0.33}, {16, 0.11}}}};
+    for (const auto& [type, sizes] : rows)
+        for (const auto [n, tolerance] : sizes) {
+            build b;
+            b.m.twod = true;
+            const grid at = b.mesh(type, b.plate(1, 1.0 / 3, 1), n, n, [](double r, double s) {
+                return vec3(48 * r, 44 * r + (44 - 28 * r) * s, 0);
+            });
+            b.fix(at.left(), {1, 2, 6});
+            b.spread(1, at.right(), 2, 1);
+            prove({"membrane", "Cook's panel, middle of the loaded edge", meshname(type, n, n), "C",
+                   23.96, 23.965, moved(solvebalanced(b), 1, at.number(n, n / 2), 2), tolerance});
+        }
+}
+
+// Lame: ring of radii 1 and 2 in plane stress under pressure 1 from inside.
+TEST(Verification, RingUnderPressureFromInside) {
+    const double modulus = 1000, poisson = 0.3, inner = 1, outer = 2, right = M_PI / 2;
+    const double truth = inner / modulus / (outer * outer - inner * inner) *
+                         ((1 - poisson) * inner * inner + (1 + poisson) * outer * outer);
+    for (const int type : {typememb3, typememb4, typeshell3, typeshell4}) {
+        std::vector<double> values;
+        for (const int n : {8, 16, 32}) {
+            build b;
+            b.m.twod = true;
+            const grid at =
+                b.mesh(type, b.plate(modulus, poisson, 0.5), n, n, [&](double r, double s) {
+                    const double radius = inner + (outer - inner) * r;
+                    return vec3(radius * std::cos(right * s), radius * std::sin(right * s), 0);
+                });
+            b.fix(at.bottom(), {2, 6}), b.fix(at.top(), {1, 6});
+            for (int i = 0; i <= n; ++i) {
+                const double push = 0.5 * inner * right / n * (i == 0 || i == n ? 0.5 : 1);
+                b.load(1, at.number(0, i), 1, push * std::cos(right * i / n));
+                b.load(1, at.number(0, i), 2, push * std::sin(right * i / n));
+            }
+            const double widened = moved(solvebalanced(b), 1, at.number(0, 0), 1);
+            values.push_back(widened);
+            prove({"membrane", "Ring under pressure from inside, inner radius",
+                   meshname(type, n, n), "closed", 0, truth, widened,
+                   (type == typememb3 || type == typeshell3 ? 3.5 : 0.6) / (n * n)});
+        }
+        provequadratic(values, truth);
     }
 }

@@ -6,12 +6,8 @@
 
 #include "tests/solver/verify.h"
 
-static wanted modesalone() {
-    wanted what;
-    what.displacements = what.reactions = what.linestresses = what.platestresses = false;
-    what.modes = true;
-    return what;
-}
+static const double steel = 200e9, density = 8000;
+static const wanted modesalone = {false, false, false, false, true, true};
 
 static double hertz(const results& r, int mode) {
     return std::sqrt(r.modes.value[std::size_t(mode - 1)]) / (2 * M_PI);
@@ -22,29 +18,30 @@ static double shapeat(const results& r, int mode, int n, int dof) {
     return k < 0 ? 0 : r.modes.of(r.dofs, mode)[r.dofs.index(n, k)];
 }
 
-// Metres, newtons, kilograms.
-static void inmetres(build& b, int modes) {
-    b.s.length = b.s.force = b.s.mass = 1;
+// In metres, this many modes asked for.
+static build vibrating(int modes) {
+    build b;
+    b.inmetres();
     b.s.modes = modes;
+    return b;
 }
 
-static const double steel = 200e9, density = 8000;
+static results modesof(build& b) {
+    const results r = b.solve(0, modesalone);
+    EXPECT_EQ(r.modes.count(), b.s.modes);
+    return r;
+}
 
 // Square section of side a; torsion as the published cases take it, by the polar moment.
 static int squarebar(build& b, double a) {
     const double i = std::pow(a, 4) / 12;
-    return b.group({{fieldmodulus, steel},
-                    {fieldpoisson, 0.3},
-                    {fielddensity, density},
-                    {fieldthickness, a * a},
-                    {fieldixx, i},
-                    {fieldiyy, i},
-                    {fieldizz, 2 * i}});
+    return b.bar(steel, a * a, {i, i, 2 * i}, density);
 }
 
-static void chain(build& b, int type, int g, double length, int elements) {
-    for (int i = 0; i <= elements; ++i) b.node(length * i / elements, 0, 0);
-    for (int i = 1; i <= elements; ++i) b.element(type, g, {i, i + 1});
+static void row(const std::string& what, int mode, const std::string& mesh, const char* source,
+                double printed, double truth, double value, double tolerance) {
+    prove({"vibration", what + ", mode " + std::to_string(mode), mesh, source, printed, truth,
+           value, tolerance});
 }
 
 // --- exact values -------------------------------------------------------------------------------
@@ -53,125 +50,42 @@ static void chain(build& b, int type, int g, double length, int elements) {
 // omega^2 = 6 E / (rho h^2) (1 - cos t) / (2 + cos t), t = (2 k - 1) pi / (2 n).
 TEST(Modes, BarHasTheValuesOfItsDifferenceEquation) {
     for (const int n : {5, 300}) {  // through the flexibility, by Lanczos
-        build b;
-        inmetres(b, 5);
+        build b = vibrating(5);
         b.m.twod = true;
-        chain(b, typetruss, squarebar(b, 0.1), 6, n);
-        b.fix(1, {1, 2});
-        const results r = b.solve(0, modesalone());
-        ASSERT_EQ(r.modes.count(), 5);
+        b.fix(b.chain(typetruss, squarebar(b, 0.1), {0, 0, 0}, {6, 0, 0}, n), {1, 2});
+        const results r = modesof(b);
         for (int k = 1; k <= 5; ++k) {
             const double h = 6.0 / n, c = std::cos((2 * k - 1) * M_PI / (2 * n));
             const double square = 6 * steel / (density * h * h) * (1 - c) / (2 + c);
             EXPECT_NEAR(r.modes.value[std::size_t(k - 1)], square, 1e-8 * square) << n << " " << k;
         }
-        double largest = 0;
-        for (int i = 1; i <= n + 1; ++i) largest = std::max(largest, shapeat(r, 1, i, 1));
-        EXPECT_NEAR(largest, 1, 1e-12);
+        for (int i = 1; i <= n; ++i) EXPECT_LT(shapeat(r, 1, i, 1), 1);
         EXPECT_NEAR(shapeat(r, 1, n + 1, 1), 1, 1e-12) << "the free end moves most";
         EXPECT_EQ(shapeat(r, 1, 1, 1), 0);
     }
 }
 
-TEST(Modes, MassOnASpringyBarInUnitsOfTheModel) {
-    // Newton, millimetre, kilogram: omega^2 = 1000 k / m.
-    build b;
-    const int g = b.group({{fieldmodulus, 210000}, {fieldthickness, 10}});
-    b.node(0, 0), b.node(1000, 0);
-    b.element(typetruss, g, {1, 2});
-    b.fix(1, {1, 2, 3}), b.fix(2, {2, 3});
-    b.fix(1, {1}, 0);
-    const int lc = b.addcase(caseaccz);
-    b.load(lc, 2, 1, 7);
-    b.load(b.addcase(caseaccx), 2, 1, 1000);  // a second case with masses plays no part
-    const results r = b.solve(0, modesalone());
-    ASSERT_EQ(r.modes.count(), 1) << "one mass, one mode";
-    EXPECT_NEAR(r.modes.value[0], 2100 / 7.0 * 1000, 1e-6);
-    EXPECT_NEAR(r.modes.effectivemass[0][0], 7, 1e-9);
-    EXPECT_EQ(shapeat(r, 1, 2, 1), 1);
-}
-
+// Newton, millimetre, kilogram: omega^2 = 1000 k / m. What is prescribed is fixed in a vibration.
 TEST(Modes, WithoutElementMassTheNodalMassesAloneVibrate) {
     build b;
-    inmetres(b, 10);
-    chain(b, typebeam, squarebar(b, 0.1), 3, 8);
-    b.fix(1, {1, 2, 3, 4, 5, 6});
-    b.load(b.addcase(caseaccx), 9, 3, 50);
-    wanted what = modesalone();
+    const double inertia = 1e4, modulus = 2e5, length = 3000, mass = 50;
+    const int g = b.bar(modulus, 100, {inertia, inertia, inertia}, 8e-6);
+    b.fix(b.chain(typebeam, g, {0, 0, 0}, {length, 0, 0}, 8), clamped, 0.25);
+    b.load(b.addcase(caseaccz), 9, 3, mass);
+    b.load(b.addcase(caseaccx), 9, 3, 1000);  // a second case with masses plays no part
+    wanted what = modesalone;
     what.elementmass = false;
     const results r = b.solve(0, what);
-    ASSERT_EQ(r.modes.count(), 1);
-    const double stiffness = 3 * steel * std::pow(0.1, 4) / 12 / 27;
-    EXPECT_NEAR(r.modes.value[0], stiffness / 50, 1e-8 * stiffness / 50);
-    b.m.cases[2].nodal.clear();
-    EXPECT_NE(b.refusal(0, what).find("no mass"), std::string::npos);
-    b.load(2, 9, 3, -1);
-    EXPECT_NE(b.refusal(0, what).find("Node 9"), std::string::npos);
-}
-
-// A free beam in space: six motions without stiffness, then bending in equal pairs.
-TEST(Modes, FreeBeamHasSixRigidMotionsAndEqualPairs) {
-    for (const int n : {12, 120}) {
-        build b;
-        inmetres(b, 14);
-        chain(b, typebeam, squarebar(b, 0.05), 4, n);
-        const results r = b.solve(0, modesalone());
-        ASSERT_EQ(r.modes.count(), 14);
-        for (int k = 1; k <= 6; ++k) EXPECT_EQ(r.modes.value[std::size_t(k - 1)], 0) << k;
-        const double wave[3] = {4.73004074, 7.85320462, 10.9956079};
-        for (int k = 0; k < 6; ++k) {
-            // Blevins, table 8-1; the section's own rotary inertia lowers it a little.
-            const double l = wave[k / 2];
-            const double plain = l * l / (2 * M_PI * 16) * std::sqrt(steel / density / 12) * 0.05;
-            EXPECT_NEAR(hertz(r, 7 + k), plain, (n < 50 ? 4e-3 : 2.5e-3) * plain) << n << " " << k;
-        }
-        EXPECT_NEAR(hertz(r, 7), hertz(r, 8), 1e-6 * hertz(r, 7));
-        EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
-        EXPECT_NE(b.log.text().find("mechanisms): 6"), std::string::npos) << b.log.text();
-    }
-}
-
-// Equal arms on one clamp: each frequency comes as often as there are arms and directions.
-TEST(Modes, MultipleFrequenciesComeAsOftenAsTheyAre) {
-    build b;
-    inmetres(b, 17);
-    const int g = squarebar(b, 0.05), arms = 8, elements = 10;
-    const int clamp = b.node(0, 0, 0);
-    for (int a = 0; a < arms; ++a) {
-        int last = clamp;
-        for (int i = 1; i <= elements; ++i) {
-            const double angle = 2 * M_PI * a / arms, at = 2.0 * i / elements;
-            const int n = b.node(at * std::cos(angle), at * std::sin(angle), 0);
-            b.element(typebeam, g, {last, n});
-            last = n;
-        }
-    }
-    b.fix(clamp, {1, 2, 3, 4, 5, 6});
-    const results r = b.solve(0, modesalone());
-    ASSERT_EQ(r.modes.count(), 17);
-    const double first = hertz(r, 1);
-    for (int k = 2; k <= 16; ++k) EXPECT_NEAR(hertz(r, k), first, 1e-7 * first) << k;
-    EXPECT_GT(hertz(r, 17), 6 * first) << "the second bending mode, 6.27 times the first";
-    EXPECT_NE(b.log.text().find("Sturm count: 16 mode(s)"), std::string::npos) << b.log.text();
-}
-
-TEST(Modes, ConstraintsThatPrescribeAValueAreFixedAndRigidLinksMoveAsOne) {
-    build b;
-    inmetres(b, 1);
-    const int g = squarebar(b, 0.1);
-    b.m.groups[1].field[fielddensity] = 0;
-    b.node(0, 0, 0), b.node(2, 0, 0), b.node(2, 0, 1.5);
-    b.element(typebeam, g, {1, 2});
-    b.element(typerigid, g, {2, 3});
-    b.fix(1, {1, 2, 3, 4, 5, 6}, 0.25);
-    b.load(b.addcase(caseaccx), 3, 2, 40);  // swings the bar in bending and torsion
-    const results r = b.solve(0, modesalone());
-    const double i = std::pow(0.1, 4) / 12;
-    const double flexible = 8 / (3 * steel * i) + 1.5 * 1.5 * 2 / (steel / 2.6 * 2 * i);
-    EXPECT_NEAR(r.modes.value[0], 1 / (40 * flexible), 1e-8 / flexible);
-    EXPECT_EQ(shapeat(r, 1, 1, 2), 0) << "a prescribed value takes no part in a vibration";
-    EXPECT_NEAR(shapeat(r, 1, 3, 2), 1, 1e-12);
-    EXPECT_NEAR(r.modes.effectivemass[0][1], 40, 1e-6) << "through the link";
+    ASSERT_EQ(r.modes.count(), 1) << "one mass, one mode";
+    const double square = 1000 * 3 * modulus * inertia / std::pow(length, 3) / mass;
+    EXPECT_NEAR(r.modes.value[0], square, 1e-8 * square);
+    EXPECT_NEAR(r.modes.effectivemass[0][2], mass, 1e-6);
+    EXPECT_EQ(shapeat(r, 1, 1, 3), 0);
+    EXPECT_EQ(shapeat(r, 1, 9, 3), 1);
+    b.m.cases.resize(2);
+    expectwords(b.refusal(0, what), {"no mass"});
+    b.load(b.addcase(caseaccx), 9, 3, -1);
+    expectwords(b.refusal(0, what), {"Node 9"});
 }
 
 // --- masses -------------------------------------------------------------------------------------
@@ -182,11 +96,9 @@ TEST(Masses, OfAGroupAreMassCentreAndRadiiOfGyration) {
     const int point = b.group({{fielddensity, 30}, {fieldixx, 7}, {fieldiyy, 8}, {fieldizz, 9}});
     const int none = b.plate(2e11, 0.3, 0.1);
     const vec3 far(1e5, -2e5, 3e5);  // a distant origin costs no digits
-    const auto at = [&](double x, double y, double z) {
-        return b.node(far.x() + x, far.y() + y, far.z() + z);
-    };
-    b.element(typebeam, bar, {at(0, 0, 0), at(6, 0, 0)});
-    b.element(typeshell4, plate, {at(0, 0, 1), at(4, 0, 1), at(4, 2, 1), at(0, 2, 1)});
+    b.single(typebeam, bar, {far, far + vec3(6, 0, 0)});
+    b.single(typeshell4, plate,
+             {far + vec3(0, 0, 1), far + vec3(4, 0, 1), far + vec3(4, 2, 1), far + vec3(0, 2, 1)});
     b.element(typemass, point, {1});
     b.element(typememb3, none, {3, 4, 5});
     const auto masses = groupmasses(b.m, b.s);
@@ -211,140 +123,118 @@ TEST(Masses, OfAGroupAreMassCentreAndRadiiOfGyration) {
 
 // Eight arms of 5 m on pins, side 0.125 m, four elements an arm, in the plane.
 TEST(Verification, PinEndedDoubleCross) {
-    build b;
-    inmetres(b, 16);
+    build b = vibrating(16);
     b.m.twod = true;
-    const int g = squarebar(b, 0.125);
-    const int middle = b.node(0, 0);
+    const int g = squarebar(b, 0.125), middle = b.node(0, 0);
     for (int arm = 0; arm < 8; ++arm) {
-        int last = middle;
-        for (int i = 1; i <= 4; ++i) {
-            const double angle = M_PI / 4 * arm, at = 5.0 * i / 4;
-            const int n = b.node(at * std::cos(angle), at * std::sin(angle));
-            b.element(typebeam, g, {last, n});
-            last = n;
-        }
-        b.fix(last, {1, 2});
+        const vec3 to = 5 * vec3(std::cos(M_PI / 4 * arm), std::sin(M_PI / 4 * arm), 0);
+        const int first = b.chain(typebeam, g, to / 4, to, 3);
+        b.element(typebeam, g, {middle, first});
+        b.fix(first + 3, {1, 2});
     }
-    const results r = b.solve(0, modesalone());
-    ASSERT_EQ(r.modes.count(), 16);
-    const double wanted[16] = {11.336, 17.709, 17.709, 17.709, 17.709, 17.709, 17.709, 17.709,
-                               45.345, 57.390, 57.390, 57.390, 57.390, 57.390, 57.390, 57.390};
-    for (int k = 1; k <= 16; ++k)
-        prove({"vibration", "FV2 double cross, mode " + std::to_string(k), "BEAM, 4 an arm", "NF",
-               0, wanted[k - 1], hertz(r, k), 0.012});
+    const results r = modesof(b);
+    for (int k = 1; k <= 16; ++k) {
+        const double wanted = k == 1 ? 11.336 : k < 9 ? 17.709 : k == 9 ? 45.345 : 57.390;
+        row("FV2 double cross", k, "BEAM, 4 an arm", "NF", 0, wanted, hertz(r, k), 0.012);
+        const bool again = (k > 4 && k < 9) || k > 12;
+        EXPECT_NEAR(hertz(r, k), hertz(r, again ? k - 1 : k), 1e-7 * wanted) << "as often as it is";
+    }
 }
 
 // Ten metres of round bar, clamped, at its tip two masses on rigid arms of 2 m.
 TEST(Verification, CantileverWithMassesOffItsAxis) {
-    build b;
-    inmetres(b, 6);
+    build b = vibrating(6);
     const double d = 0.5, i = M_PI / 64 * std::pow(d, 4);
-    const int g = b.group({{fieldmodulus, steel},
-                           {fieldpoisson, 0.3},
-                           {fielddensity, density},
-                           {fieldthickness, M_PI / 4 * d * d},
-                           {fieldixx, i},
-                           {fieldiyy, i},
-                           {fieldizz, 2 * i}});
-    chain(b, typebeam, g, 10, 5);
-    b.fix(1, {1, 2, 3, 4, 5, 6});
+    const int g = b.bar(steel, M_PI / 4 * d * d, {i, i, 2 * i}, density);
+    b.fix(b.chain(typebeam, g, {0, 0, 0}, {10, 0, 0}, 5), clamped);
     const int one = b.node(10, 2, 0), other = b.node(10, -2, 0);
-    b.element(typerigid, g, {6, one});
-    b.element(typerigid, g, {6, other});
+    b.element(typerigid, g, {6, one}), b.element(typerigid, g, {6, other});
     const int lc = b.addcase(caseaccz);
     for (int k = 1; k <= 3; ++k) b.load(lc, one, k, 10000), b.load(lc, other, k, 1000);
-    const results r = b.solve(0, modesalone());
+    const results r = modesof(b);
     const double wanted[6] = {1.723, 1.727, 7.413, 9.972, 18.155, 26.957};
     for (int k = 1; k <= 6; ++k)
-        prove({"vibration", "FV4 cantilever with off-centre masses, mode " + std::to_string(k),
-               "BEAM 5, RIGID 2", "NF", 0, wanted[k - 1], hertz(r, k), 0.01});
+        row("FV4 cantilever with off-centre masses", k, "BEAM 5, RIGID 2", "NF", 0, wanted[k - 1],
+            hertz(r, k), 0.01);
 }
 
 // Ten metres of a square bar of 2 m: shear and rotary inertia count. Mode 8 is the third half wave
 // of bending on five elements, hence the finer mesh beside the published one.
 TEST(Verification, DeepSimplySupportedBeam) {
+    const double wanted[9] = {42.649, 42.649, 77.542, 125.00, 148.31,
+                              148.31, 233.10, 284.55, 284.55};
     for (const int elements : {5, 20}) {
-        build b;
-        inmetres(b, 9);
+        build b = vibrating(9);
         b.s.shear = 0.85;
-        chain(b, typebeam, squarebar(b, 2), 10, elements);
-        b.fix(1, {1, 2, 3, 4});
+        b.fix(b.chain(typebeam, squarebar(b, 2), {0, 0, 0}, {10, 0, 0}, elements), {1, 2, 3, 4});
         b.fix(elements + 1, {2, 3});
-        const results r = b.solve(0, modesalone());
-        const double wanted[9] = {42.649, 42.649, 77.542, 125.00, 148.31,
-                                  148.31, 233.10, 284.55, 284.55};
-        const std::string mesh = "BEAM " + std::to_string(elements);
+        const results r = modesof(b);
         for (int k = 1; k <= 9; ++k)
-            prove({"vibration", "FV5 deep beam, mode " + std::to_string(k), mesh, "NF", 0,
-                   wanted[k - 1], hertz(r, k),
-                   elements > 5 ? 0.005
-                   : k < 7      ? 0.02
-                                : 0.06});
+            row("FV5 deep beam", k, "BEAM " + std::to_string(elements), "NF", 0, wanted[k - 1],
+                hertz(r, k),
+                elements > 5 ? 0.005
+                : k < 7      ? 0.02
+                             : 0.06);
     }
 }
 
 // --- plates -------------------------------------------------------------------------------------
 
 // Ten metres square, 0.05 m thick; x, y and the drilling are held everywhere.
-static build squareplate(int type, int n, int modes) {
-    build b;
-    inmetres(b, modes);
-    const int g = b.plate(steel, 0.3, 0.05, density);
-    b.mesh(type, g, n, n, [](double r, double s) { return vec3(10 * r, 10 * s, 0); });
-    for (int i = 1; i <= b.m.nnodes(); ++i) b.fix(i, {1, 2, 6});
-    return b;
+static build::grid squareplate(build& b, int type, int n) {
+    const build::grid at = b.mesh(type, b.plate(steel, 0.3, 0.05, density), n, n,
+                                  [](double r, double s) { return vec3(10 * r, 10 * s, 0); });
+    b.fixall({1, 2, 6});
+    return at;
 }
 
 // The printed targets stand beside the coarse mesh; the fine one meets converged series (lambda of
 // omega a^2 sqrt(rho h / D)), which lie up to 1.2 % below some of them.
 static const double plateunit =
     std::sqrt(steel * 0.05 * 0.05 / (12 * 0.91 * density)) / (2 * M_PI * 100);
+static const meshes coarseandfine = {{8, 0.01}, {32, 0.001}};
 
 TEST(Verification, FreeSquarePlate) {
     const double printed[5] = {1.622, 2.360, 2.922, 4.233, 4.233};
     const double series[5] = {13.468, 19.596, 24.270, 34.801, 34.801};
-    for (const int n : {8, 32}) {
-        build b = squareplate(typeshell4, n, 8);
-        const results r = b.solve(0, modesalone());
-        ASSERT_EQ(r.modes.count(), 8);
-        for (int k = 0; k < 3; ++k) EXPECT_EQ(r.modes.value[std::size_t(k)], 0);
+    for (const auto [n, tolerance] : coarseandfine) {
+        build b = vibrating(8);
+        squareplate(b, typeshell4, n);
+        const results r = modesof(b);
+        for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(r.modes.value[k], 0);
         for (int k = 0; k < 5; ++k)
-            prove({"vibration", "FV12 free plate, mode " + std::to_string(k + 4),
-                   meshname(typeshell4, n, n), "NF, B", printed[k], series[k] * plateunit,
-                   hertz(r, k + 4), n == 8 ? 0.01 : 0.001});
+            row("FV12 free plate", k + 4, meshname(typeshell4, n, n), "NF, B", printed[k],
+                series[k] * plateunit, hertz(r, k + 4), tolerance);
         EXPECT_NEAR(hertz(r, 7), hertz(r, 8), 1e-6 * hertz(r, 7)) << "a pair";
         EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
+        expectwords(b.log.text(), {"mechanisms): 3"});
     }
 }
 
 TEST(Verification, CantileveredSquarePlate) {
     const double printed[6] = {0.421, 1.029, 2.582, 3.306, 3.753, 6.555};
     const double series[6] = {3.4710, 8.5066, 21.285, 27.199, 30.955, 54.183};
-    for (const int n : {8, 32})
+    for (const auto [n, tolerance] : coarseandfine)
         for (const int type : {typeshell4, typeshell3}) {
-            build b = squareplate(type, n, 6);
-            for (int j = 0; j <= n; ++j) b.fix(1 + j * (n + 1), {3, 4, 5});
-            const results r = b.solve(0, modesalone());
+            build b = vibrating(6);
+            b.fix(squareplate(b, type, n).left(), {3, 4, 5});
+            const results r = modesof(b);
             for (int k = 0; k < 6; ++k)
-                prove({"vibration", "FV16 cantilevered plate, mode " + std::to_string(k + 1),
-                       meshname(type, n, n), "NF, B", printed[k], series[k] * plateunit,
-                       hertz(r, k + 1), n == 8 ? 0.01 : 0.001});
+                row("FV16 cantilevered plate", k + 1, meshname(type, n, n), "NF, B", printed[k],
+                    series[k] * plateunit, hertz(r, k + 1), tolerance);
         }
 }
 
 // Simply supported: omega = pi^2 (i^2 + j^2) / a^2 sqrt(D / rho h), equal for i, j and j, i.
 TEST(Verification, SupportedSquarePlateHasItsPairs) {
-    build b = squareplate(typeshell4, 24, 6);
-    for (int i = 0; i <= 24; ++i)
-        for (int j = 0; j <= 24; ++j)
-            if (i % 24 == 0 || j % 24 == 0) b.fix(1 + i + 25 * j, {3});
-    const results r = b.solve(0, modesalone());
+    build b = vibrating(6);
+    const build::grid at = squareplate(b, typeshell4, 24);
+    for (const auto& edge : {at.left(), at.right(), at.bottom(), at.top()}) b.fix(edge, {3});
+    const results r = modesof(b);
     const int waves[6] = {2, 5, 5, 8, 10, 10};
     for (int k = 0; k < 6; ++k)
-        prove({"vibration", "Supported square plate, mode " + std::to_string(k + 1),
-               "SHELL4 24 x 24", "Bl", 0, waves[k] * M_PI * M_PI * plateunit, hertz(r, k + 1),
-               0.01});
+        row("Supported square plate", k + 1, "SHELL4 24 x 24", "Bl", 0,
+            waves[k] * M_PI * M_PI * plateunit, hertz(r, k + 1), 0.01);
     EXPECT_NEAR(hertz(r, 2), hertz(r, 3), 1e-6 * hertz(r, 2)) << "one turns into the other";
     EXPECT_NEAR(hertz(r, 5), hertz(r, 6), 1e-4 * hertz(r, 5)) << "alike in the plate, not the mesh";
 }

@@ -9,23 +9,59 @@
 
 using grid = build::grid;
 
-enum class edges { supported, clamped };
+static void row(const char* source, const std::string& what, const std::string& mesh,
+                double printed, double truth, double value, double tolerance) {
+    prove({"plate", what, mesh, source, printed, truth, value, tolerance});
+}
 
-// Supports of a quarter of a rectangular plate, planes of symmetry at r = 0 and s = 0.
-static void holdquarter(build& b, const grid& at, edges kind) {
-    for (int i = 0; i <= at.nx; ++i) {
-        b.fix(at.number(i, 0), {2, 4});
-        b.fix(at.number(i, at.ny), {3, 5});
-        if (kind == edges::clamped) b.fix(at.number(i, at.ny), {4});
-    }
-    for (int j = 0; j <= at.ny; ++j) {
-        b.fix(at.number(0, j), {1, 5});
-        b.fix(at.number(at.nx, j), {3, 4});
-        if (kind == edges::clamped) b.fix(at.number(at.nx, j), {5});
+// Quarter of a clamped circle, elements of every shape: w = q a^4 / 64 D.
+TEST(Verification, ClampedCircle) {
+    // D = 1; shear adds q a^2 / 4 k G t
+    const double truth = 1.0 / 64 + 1 / (4 * 5.0 / 6 * 4200 * 0.1);
+    for (const int type : {typeplate4, typeplate3, typeshell4}) {
+        std::vector<double> values;
+        for (const auto [n, tolerance] : meshes{{4, 0.02}, {8, 0.005}, {16, 0.0012}}) {
+            build b;
+            const grid at = b.mesh(type, b.plate(10.92e3, 0.3, 0.1), n, n, [](double r, double s) {
+                // a square drawn out to a circle towards its far edges
+                const double far = std::max(r, s), near = std::min(r, s);
+                const double a = far > 0 ? M_PI / 4 * near / far : 0;
+                const vec3 round = far * vec3(std::cos(a), std::sin(a), 0);
+                const vec3 corner = r >= s ? round : vec3(round.y(), round.x(), 0);
+                return vec3(far * corner + (1 - far) * vec3(r, s, 0) * 0.8);
+            });
+            b.fix(at.bottom(), {2, 4, 6}), b.fix(at.left(), {1, 5, 6});
+            b.fix(at.top(), {3, 4, 5}), b.fix(at.right(), {3, 4, 5});
+            b.pressall(1, 3, 1);
+            const double middle = moved(solvebalanced(b), 1, at.number(0, 0), 3);
+            values.push_back(middle);
+            row("T", "Clamped circle, even load", meshname(type, n, n), 0, truth, middle,
+                tolerance);
+        }
+        provequadratic(values, truth);
     }
 }
 
-// Quarter of a plate 2 x 2 or 2 x 10, thickness 0.0001, even load and load in the middle.
+// --- rectangles ---------------------------------------------------------------------------------
+
+enum class edges { supported, clamped };
+
+static const char* nameof(edges kind) {
+    return kind == edges::clamped ? "Clamped " : "Supported ";
+}
+
+// Quarter of a rectangular plate a x c, planes of symmetry at r = 0 and s = 0.
+static grid quarter(build& b, int type, int g, int n, double a, double c, edges kind) {
+    const grid at =
+        b.mesh(type, g, n, n, [&](double r, double s) { return vec3(a / 2 * r, c / 2 * s, 0); });
+    b.fix(at.bottom(), {2, 4}), b.fix(at.left(), {1, 5});
+    b.fix(at.top(), {3, 5}), b.fix(at.right(), {3, 4});
+    if (kind == edges::clamped) b.fix(at.top(), {4}), b.fix(at.right(), {5});
+    return at;
+}
+
+// Plates 2 x 2 or 2 x 10, thickness 0.0001, even load and load in the middle. Elements five times
+// as long as wide feel a point load late.
 TEST(Verification, ThinRectangularPlates) {
     const struct {
         edges kind;
@@ -35,34 +71,34 @@ TEST(Verification, ThinRectangularPlates) {
                 {edges::supported, 5, {12.97, 16.96}, {12.97, 16.96}},
                 {edges::clamped, 1, {1.26, 5.60}, {1.2653, 5.612}},
                 {edges::clamped, 5, {2.56, 7.23}, {2.604, 7.23}}};
-    for (const auto& row : rows)
-        for (const int type : {typeplate4, typeplate3, typeshell4})
-            for (const int n : {4, 8, 16}) {
-                if (type == typeshell4 && n != 8) continue;
+    struct tolerances {
+        int n;
+        double even, point, pointlong;
+    };
+    const struct {
+        int type;
+        std::vector<tolerances> sizes;
+    } kinds[] = {
+        {typeplate4, {{4, 0.005, 0.012, 0.1}, {8, 0.005, 0.003, 0.04}, {16, 0.005, 0.003, 0.012}}},
+        {typeplate3, {{4, 0.09, 0.02, 0.1}, {8, 0.02, 0.02, 0.04}, {16, 0.02, 0.02, 0.012}}},
+        {typeshell4, {{8, 0.005, 0.003, 0.04}}}};
+    for (const auto& p : rows)
+        for (const auto& [type, sizes] : kinds)
+            for (const tolerances& t : sizes) {
                 build b;
                 const int g = b.plate(1.7472e7, 0.3, 1e-4);
-                const grid at = b.mesh(
-                    type, g, n, n, [&](double r, double s) { return vec3(r, row.side * s, 0); });
-                holdquarter(b, at, row.kind);
+                const grid at = quarter(b, type, g, t.n, 2, 2 * p.side, p.kind);
                 b.addcase();
-                for (int e = 1; e <= b.m.nelems(); ++e) b.press(1, e, 3, 1e-4);
+                b.pressall(1, 3, 1e-4);
                 b.load(2, at.number(0, 0), 3, 1e-4);
-                const results r = b.solve();
-                provebalance(r);
+                const results r = solvebalanced(b);
                 const std::string name =
-                    std::string(row.kind == edges::clamped ? "Clamped" : "Supported") +
-                    (row.side == 1 ? " plate 1 : 1, " : " plate 1 : 5, ");
-                const bool quad = type != typeplate3, fine = n == 16;
-                // Elements five times as long as wide feel a point load late.
-                const double even = quad ? 0.005 : n == 4 ? 0.09 : 0.02;
-                const double point = row.side == 1 ? (quad ? (n == 4 ? 0.012 : 0.003) : 0.02)
-                                                   : (fine     ? 0.012
-                                                      : n == 8 ? 0.04
-                                                               : 0.1);
-                prove({"plate", name + "even load", meshname(type, n, n), "MH", row.printed[0],
-                       row.truth[0], moved(r, 1, at.number(0, 0), 3), even});
-                prove({"plate", name + "load in the middle", meshname(type, n, n), "MH",
-                       row.printed[1], row.truth[1], moved(r, 2, at.number(0, 0), 3), point});
+                    nameof(p.kind) + std::string(p.side == 1 ? "plate 1 : 1, " : "plate 1 : 5, ");
+                const std::string mesh = meshname(type, t.n, t.n);
+                row("MH", name + "even load", mesh, p.printed[0], p.truth[0],
+                    moved(r, 1, at.number(0, 0), 3), t.even);
+                row("MH", name + "load in the middle", mesh, p.printed[1], p.truth[1],
+                    moved(r, 2, at.number(0, 0), 3), p.side == 1 ? t.point : t.pointlong);
             }
 }
 
@@ -75,25 +111,19 @@ TEST(Verification, ThickSquarePlates) {
                 {edges::supported, 0.2, 0.0049043},
                 {edges::clamped, 0.1, 0.0015045},
                 {edges::clamped, 0.2, 0.0021723}};
-    for (const auto& row : rows)
+    for (const auto& p : rows)
         for (const int type : {typeplate4, typeplate3})
             for (const int n : {4, 8, 16}) {
                 build b;
-                const int g = b.plate(10.92, 0.3, row.thickness);
-                const grid at =
-                    b.mesh(type, g, n, n, [](double r, double s) { return vec3(r / 2, s / 2, 0); });
-                holdquarter(b, at, row.kind);
-                const double load = std::pow(row.thickness, 3);  // the rigidity D
-                for (int e = 1; e <= b.m.nelems(); ++e) b.press(1, e, 3, load);
-                const results r = b.solve();
-                provebalance(r);
-                const std::string name = row.kind == edges::clamped ? "Clamped" : "Supported";
-                prove({"plate",
-                       name + " thick plate, t / a = 0." + (row.thickness < 0.15 ? "1" : "2") + "",
-                       meshname(type, n, n), "L", 0, row.truth, moved(r, 1, at.number(0, 0), 3),
-                       type == typeplate4 ? 0.004
-                       : n == 4           ? 0.04
-                                          : 0.01});
+                const int g = b.plate(10.92, 0.3, p.thickness);
+                const grid at = quarter(b, type, g, n, 1, 1, p.kind);
+                b.pressall(1, 3, std::pow(p.thickness, 3));  // the rigidity D
+                const std::string ratio = p.thickness < 0.15 ? "0.1" : "0.2";
+                row("L", nameof(p.kind) + ("thick plate, t / a = " + ratio), meshname(type, n, n),
+                    0, p.truth, moved(solvebalanced(b), 1, at.number(0, 0), 3),
+                    type == typeplate4 ? 0.004
+                    : n == 4           ? 0.04
+                                       : 0.01);
             }
 }
 
@@ -102,20 +132,17 @@ TEST(Verification, ThickSquarePlates) {
 TEST(Verification, SupportedPlateUnderWaterPressure) {
     for (const int n : {8, 16}) {
         build b;
-        const int g = b.plate(10.92e6, 0.3, 0.01);
-        const grid at =
-            b.mesh(typeplate4, g, n, n, [](double r, double s) { return vec3(r, s, 0); });
-        for (int i = 0; i <= n; ++i) {
-            b.fix(at.number(i, 0), {3, 5}), b.fix(at.number(i, n), {3, 5});
-            b.fix(at.number(0, i), {3, 4}), b.fix(at.number(n, i), {3, 4});
-        }
+        const grid at = b.mesh(typeplate4, b.plate(10.92e6, 0.3, 0.01), n, n,
+                               [](double r, double s) { return vec3(r, s, 0); });
+        b.fix(at.bottom(), {3, 5}), b.fix(at.top(), {3, 5});
+        b.fix(at.left(), {3, 4}), b.fix(at.right(), {3, 4});
         for (int e = 1; e <= b.m.nelems(); ++e)
             b.press(1, e, 3, middleof(elementat(b.m, b.s, e)).x());
-        const results r = b.solve();
-        provebalance(r);
+        const results r = solvebalanced(b);
         const int middle = at.number(n / 2, n / 2);
-        prove({"plate", "Supported plate, water pressure, deflection", meshname(typeplate4, n, n),
-               "T", 0.00203, 0.0020312, moved(r, 1, middle, 3), 0.003});
+        const std::string mesh = meshname(typeplate4, n, n);
+        row("T", "Supported plate, water pressure, deflection", mesh, 0.00203, 0.0020312,
+            moved(r, 1, middle, 3), 0.003);
         double moment = 0;
         for (std::size_t i = 0; i < r.plates.elements.size(); ++i) {
             const elementdef& def = b.m.elements[std::size_t(r.plates.elements[i])];
@@ -123,7 +150,6 @@ TEST(Verification, SupportedPlateUnderWaterPressure) {
                 if (def.node[c] == middle)
                     moment += r.plates.of(1, r.plates.first[i] + c)[3] / 4 * 0.01 * 0.01 / 6;
         }
-        prove({"plate", "Supported plate, water pressure, moment", meshname(typeplate4, n, n), "T",
-               0.0239, 0.02395, moment, 0.02});
+        row("T", "Supported plate, water pressure, moment", mesh, 0.0239, 0.02395, moment, 0.02);
     }
 }

@@ -21,8 +21,21 @@ struct proof {
 // Checks value / truth and holds the page against the row.
 void prove(const proof& p);
 
-// Checks that the reactions of all cases balance the loads to 1e-9 of them.
-void provebalance(const results& r);
+// Solves; the reactions of all cases must balance the loads to 1e-9 of them.
+results solvebalanced(build& b);
+
+// Meshes of a benchmark, n elements along an edge, with the error that each may have.
+struct fineness {
+    int n;
+    double tolerance;
+};
+using meshes = std::vector<fineness>;
+
+// Values on meshes each twice as fine as the one before: the last step shows the second order.
+void provequadratic(const std::vector<double>& values, double truth);
+
+// All words stand in a message.
+void expectwords(const std::string& said, std::initializer_list<const char*> words);
 
 // "SHELL4 8 x 8"
 std::string meshname(int type, int nx, int ny);

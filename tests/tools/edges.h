@@ -19,6 +19,14 @@ inline mesh2dform openwith(int type, const std::vector<std::vector<int>>& edges)
     return form;
 }
 
+// With the mesh of them made.
+inline mesh2dform meshof(int type, const std::vector<std::vector<int>>& edges) {
+    mesh2dform form = openwith(type, edges);
+    generatemesh(form);
+    EXPECT_TRUE(meshok) << form.message;
+    return form;
+}
+
 // A rectangle 4 by 2: edges 1 and 2 along x with n1 spaces, 3 and 4 along y with n3.
 inline std::vector<std::vector<int>> rectangle(float n1 = 4, float n3 = 2) {
     const int a = addline({0, 0, 0}, {4, 0, 0}, n1), b = addline({0, 2, 0}, {4, 2, 0}, n1),

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <random>
 
-#include "core/colours.h"
 #include "core/session.h"
 #include "edit/find.h"
 #include "tests/support/recorder.h"
@@ -16,23 +15,20 @@
 #include "view/scaleview.h"
 #include "view/setviews.h"
 
-static void expectpoint(const point3& found, const point3& wanted, double tolerance,
-                        const std::string& name = "") {
-    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], tolerance) << name;
+static void expectpoint(const point3& found, const point3& wanted, double tolerance) {
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], tolerance);
 }
 
 TEST(Graphics, SpacingCrowdsTowardsAnEnd) {
     const struct {
         double i, n, f, t;
     } cases[] = {
-        {0, 4, 1, 0},      {1, 4, 1, 0.25},     {4, 4, 1, 1},   {1, 2, 2, 0.25},
-        {1, 2, 0.5, 0.75}, {1, 4, 3, 1.0 / 64}, {2, 2, 0.5, 1}, {0, 2, 0.5, 0},
-        {1, 2, 0, 0.5},    {1, 2, -3, 0.5},     {0, 0, 1, 0},   {1, -5, 1, 1},
-        {1, 1e9, 1, 1e-9}, {1e9, 1e9, 1e-6, 1},
+        {1, 4, 1, 0.25}, {1, 2, 2, 0.25}, {1, 4, 3, 1.0 / 64}, {1, 2, 0, 0.5},
+        {1, 2, -3, 0.5}, {0, 0, 1, 0},    {1, -5, 1, 1},       {1e9, 1e9, 1e-6, 1},
     };
     for (const auto& c : cases)
         EXPECT_NEAR(spacingat(c.i, c.n, c.f), c.t, 1e-15) << c.i << " " << c.n << " " << c.f;
-    for (const double f : {0.2, 0.7, 1.0, 1.6, 5.0})
+    for (const double f : {0.2, 1.0, 5.0})
         for (int i = 0; i <= 7; ++i)
             EXPECT_NEAR(spacingat(i, 7, f), 1 - spacingat(7 - i, 7, 1 / f), 1e-14) << f;
 }
@@ -41,12 +37,8 @@ TEST(Graphics, ACurveDoesNotPassThroughItsThirdPoint) {
     sessionroom room;
     const int g = addgraphic(kindcurve, {0, 0, 0}, {2, 0, 0}, {1, 2, 0});
     ASSERT_TRUE(setgraphic(graphics, g));
-    expectpoint(graphicpoint(0), {0, 0, 0}, 0);
     expectpoint(graphicpoint(0.5), {1, 1, 0}, 1e-12);
     expectpoint(graphicpoint(1), {2, 0, 0}, 0);
-    EXPECT_EQ(curvedeg, 2);
-    EXPECT_EQ(curvebinom[1], 2);
-    EXPECT_EQ(curvex[2], 1);
 }
 
 TEST(Graphics, ACircleGoesThroughItsThreePoints) {
@@ -75,44 +67,20 @@ TEST(Graphics, ACircleGoesThroughItsThreePoints) {
         EXPECT_NEAR(circleradius, radius, tolerance) << i;
         EXPECT_NEAR(circleangle, swept, 2e-3) << i;
         ASSERT_TRUE(setgraphic(graphics, g));
-        expectpoint(graphicpoint(0), at(0), 1e-4, "start");
-        expectpoint(graphicpoint(1), at(swept), 1e-4, "end");
-        EXPECT_NEAR(lengthof(circlen), 1, 1e-12);
-    }
-}
-
-TEST(Graphics, HalfCirclesAndLongArcs) {
-    sessionroom room;
-    const struct {
-        const char* name;
-        point3 p3;
-        double radius, angle;
-    } cases[] = {
-        {"half", {0, 1, 0}, 1, pi},
-        {"half below", {0, -1, 0}, 1, pi},
-        {"long", {0, 2, 0}, 1.25, 2 * pi - 2 * std::asin(0.8)},
-        {"short", {0, 0.5, 0}, 1.25, 2 * std::asin(0.8)},
-    };
-    for (const auto& c : cases) {
-        const int g = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, c.p3);
-        ASSERT_TRUE(evaluatecircle(graphics, g)) << c.name;
-        EXPECT_NEAR(circleradius, c.radius, 1e-6) << c.name;
-        EXPECT_NEAR(circleangle, c.angle, 1e-6) << c.name;
-        const point3 top = circlepoint(circleangle / 2);
-        expectpoint(top, c.p3, 1e-6, c.name);
+        expectpoint(graphicpoint(0), at(0), 1e-4);
+        expectpoint(graphicpoint(1), at(swept), 1e-4);
     }
 }
 
 TEST(Graphics, ANearlyStraightArcBecomesALine) {
     sessionroom room;
     // Sagitta s over chord 2: R = (1 + s^2) / (2 s); 15 chords are 30.
-    const auto sagitta = [](double r) { return r - std::sqrt(r * r - 1); };
-    const int under = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, sagitta(29.9), 0});
-    const int above = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, sagitta(30.1), 0});
-    EXPECT_TRUE(evaluatecircle(graphics, under));
-    EXPECT_TRUE(evaluatecircle(graphics, above));
-    EXPECT_EQ(kindof(graphics, under), kindcircle);
-    EXPECT_EQ(kindof(graphics, above), kindline);
+    for (const double r : {29.9, 30.1}) {
+        const point3 top = {0, r - std::sqrt(r * r - 1), 0};
+        const int g = addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, top);
+        EXPECT_TRUE(evaluatecircle(graphics, g));
+        EXPECT_EQ(kindof(graphics, g), r < 30 ? kindcircle : kindline);
+    }
 }
 
 TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
@@ -132,70 +100,26 @@ TEST(Graphics, PointsWithoutACircleKeepTheRegisters) {
         expectpoint(graphicpoint(1), definitionpoint(graphics, g, 2), 0);  // drawn as the chord
         EXPECT_EQ(kindof(graphics, g), kindcircle);
     }
-    EXPECT_FALSE(setgraphic(graphics, 6));  // a free slot
-    graphics(good, 0, 0) = 1e30f;           // of a damaged file
+    graphics(good, 0, 0) = 1e30f;  // of a damaged file
     EXPECT_FALSE(setgraphic(graphics, good));
 }
 
 TEST(Graphics, ANewRadiusKeepsTheEndsAndTheSide) {
     sessionroom room;
     const int g = addgraphic(kindcircle, {2, 0, 1}, {-2, 0, 1}, {0, -1, 1});
-    for (const double radius : {2.5, 7.0, 59.0}) {
+    for (const double radius : {2.5, 59.0, 1.0}) {
         setradius(graphics, g, radius);
         ASSERT_TRUE(evaluatecircle(graphics, g));
-        EXPECT_NEAR(circleradius, radius, 1e-4 * radius);
+        const double wanted = std::max(radius, 2.0);  // half the chord is the least
+        EXPECT_NEAR(circleradius, wanted, 1e-4 * wanted);
         EXPECT_LT(graphics(g, 3, 2), 0);
-        EXPECT_LE(circleangle, pi);
+        EXPECT_LE(circleangle, pi + 1e-6);
     }
-    setradius(graphics, g, 1);  // less than half the chord
-    ASSERT_TRUE(evaluatecircle(graphics, g));
-    EXPECT_NEAR(circleradius, 2, 1e-6);
-    EXPECT_NEAR(graphics(g, 3, 2), -2, 1e-6);
     setradius(graphics, g, 61);  // more than 15 chords
     EXPECT_EQ(kindof(graphics, g), kindline);
 }
 
-TEST(Graphics, ThePickedEndMovesWithTheLength) {
-    sessionroom room;
-    const int g = addline({1, 1, 0}, {4, 5, 0});
-    EXPECT_EQ(lengthofline(graphics, g), 5);
-    selectgraphicelement(g, 2);
-    linelength = 10;
-    dline(1);
-    expectpoint(definitionpoint(graphics, g, 1), {1, 1, 0}, 0);
-    expectpoint(definitionpoint(graphics, g, 2), {7, 9, 0}, 1e-6);
-    graphsel(1, 1) = 1;
-    linelength = 5;
-    dline(1);
-    expectpoint(definitionpoint(graphics, g, 1), {4, 5, 0}, 1e-6);
-    const int none = addline({2, 2, 2}, {2, 2, 2});
-    graphsel(1, 0) = none;
-    dline(1);
-    expectpoint(definitionpoint(graphics, none, 2), {2, 2, 2}, 0);
-}
-
 // --- cutting ------------------------------------------------------------------------------------
-
-TEST(Intersect, CrossingLinesYieldFour) {
-    sessionroom room;
-    selectgraphicelement(addline({0, 0, 0}, {4, 0, 0}, 7, 2));
-    selectgraphicelement(addline({1, -1, 0}, {1, 3, 0}));
-    connectgraphics(connectmodes::intersection);
-    ASSERT_EQ(ngraphics(), 4);
-    EXPECT_EQ(graphsel(0, 0), 4);
-    EXPECT_EQ(graphics(1, 0, 1), 7);  // the old one keeps its spaces and factor
-    EXPECT_EQ(graphics(1, 0, 2), 2);
-    for (const int g : {3, 4}) {
-        EXPECT_EQ(kindof(graphics, g), kindline);
-        EXPECT_EQ(graphics(g, 0, 1), 1);
-        EXPECT_EQ(graphics(g, 0, 2), 1);
-    }
-    expectpoint(definitionpoint(graphics, 1, 2), {1, 0, 0}, 1e-6);
-    expectpoint(definitionpoint(graphics, 3, 1), {1, 0, 0}, 1e-6);
-    expectpoint(definitionpoint(graphics, 3, 2), {4, 0, 0}, 0);
-    expectpoint(definitionpoint(graphics, 2, 2), {1, 0, 0}, 1e-6);
-    expectpoint(definitionpoint(graphics, 4, 2), {1, 3, 0}, 0);
-}
 
 TEST(Intersect, LinesThatDoNotCross) {
     const struct {
@@ -208,14 +132,8 @@ TEST(Intersect, LinesThatDoNotCross) {
         {"on one line", {0, 0, 0}, {2, 0, 0}, {3, 0, 0}, {5, 0, 0}, 2, 2},
         {"no length", {1, 0, 0}, {1, 0, 0}, {0, 0, 0}, {2, 0, 0}, 2, 2},
         {"short of each other", {0, 0, 0}, {2, 0, 0}, {4, 1, 0}, {4, 3, 0}, 2, 4},
-        {"one falls short", {0, 0, 0}, {2, 0, 0}, {4, -1, 0}, {4, 3, 0}, 3, 4},
-        {"within the tolerance of the end",
-         {0, 0, 0},
-         {2, 0, 0},
-         {1.9995, -1, 0},
-         {1.9995, 1, 0},
-         3,
-         3},
+        {"one falls short", {0, 0, 0}, {2, 0, 0}, {2.5, -1, 0}, {2.5, 3, 0}, 3, 4},
+        {"at the tolerance", {0, 0, 0}, {2, 0, 0}, {1.9995, -1, 0}, {1.9995, 1, 0}, 3, 3},
     };
     for (const auto& c : cases)
         for (const bool extend : {false, true}) {
@@ -231,17 +149,17 @@ TEST(Intersect, AGridOfLinesIsCutEverywhere) {
     sessionroom room;
     const int n = 4;
     for (int i = 1; i <= n; ++i) {
-        selectgraphicelement(addline({double(i), 0, 0}, {double(i), n + 1.0, 0}));
+        selectgraphicelement(addline({double(i), 0, 0}, {double(i), n + 1.0, 0}, 7, 2));
         selectgraphicelement(addline({0, double(i), 0}, {n + 1.0, double(i), 0}));
     }
     connectgraphics(connectmodes::intersection);
     EXPECT_EQ(ngraphics(), 2 * n * (n + 1));
-    double length = 0;
     for (int g = 1; g <= ngraphics(); ++g) {
         EXPECT_NEAR(lengthofline(graphics, g), 1, 1e-5) << g;
-        length += lengthofline(graphics, g);
+        const bool old = g <= 2 * n && g % 2 == 1;  // keeps its spaces and factor
+        EXPECT_EQ(graphics(g, 0, 1), old ? 7 : 1) << g;
+        EXPECT_EQ(graphics(g, 0, 2), old ? 2 : 1) << g;
     }
-    EXPECT_NEAR(length, 2 * n * (n + 1), 1e-4);
 }
 
 TEST(Intersect, ACircleCutsALineTwiceInPlan) {
@@ -251,14 +169,10 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     connectgraphics(connectmodes::intersection);
     ASSERT_EQ(ngraphics(), 4);
     const double x = std::sqrt(3.0);
-    EXPECT_EQ(kindof(graphics, 1), kindcircle);
-    expectpoint(definitionpoint(graphics, 2, 1), {-5, 1, 0}, 0);
     expectpoint(definitionpoint(graphics, 2, 2), {-x, 1, 0}, 1e-6);
-    double length = 0;
-    for (int g = 2; g <= 4; ++g) length += lengthofline(graphics, g);
-    EXPECT_NEAR(length, 10, 1e-5);
+    expectpoint(definitionpoint(graphics, 4, 2), {x, 1, 0}, 1e-6);
     EXPECT_TRUE(room.door.messages.empty());
-    // A curve takes no part, a line that misses the circle neither.
+    // A line that misses the circle takes no part, a curve neither.
     graphsel(0, 0) = graphsel2(0, 0) = 0;
     selectgraphicelement(addgraphic(kindcurve, {-9, -9, 0}, {9, 9, 0}, {0, 3, 0}));
     selectgraphicelement(addline({-5, 9, 0}, {5, 9, 0}));
@@ -274,7 +188,6 @@ TEST(Intersect, SkewLinesAreJoinedInSpace) {
     selectgraphicelement(addline({1, -2, 5}, {1, 2, 5}));
     connectgraphics(connectmodes::connect3d);
     ASSERT_EQ(ngraphics(), 5);
-    EXPECT_NEAR(lengthofline(graphics, 5), 5, 1e-6);
     expectpoint(definitionpoint(graphics, 5, 1), {1, 0, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 5, 2), {1, 0, 5}, 1e-6);
 }
@@ -289,9 +202,6 @@ TEST(Intersect, AFullModelIsTold) {
     connectgraphics(connectmodes::intersection);
     EXPECT_TRUE(room.door.toldpart("Increase 'Number of graphic elements'"));
     EXPECT_LE(ngraphics(), graphics.upper1);
-    graphsel(0, 0) = 0;
-    connectgraphics(connectmodes::extend);
-    EXPECT_TRUE(room.door.told("Please, select graphics before choosing this option."));
 }
 
 // --- picture and picking ------------------------------------------------------------------------
@@ -300,20 +210,15 @@ TEST(Graphics, LinesAndMarksStandInTheirLayers) {
     sessionroom room;
     wiregraphics();
     addline({0, 0, 0}, {4, 0, 0}, 4);
-    addgraphic(kindcurve, {0, 0, 0}, {2, 0, 0}, {1, 2, 0}, 2);
-    graphics(2, 0, 0) = 0;  // deleted
     drawview(1);
     EXPECT_EQ(room.door.views[0].count("circle"), 5);
-    const int lines = room.door.views[0].count("line");
     mnudrawlist(4).checked = false;
     drawview(1);
     EXPECT_EQ(room.door.views[0].count("circle"), 0);
-    EXPECT_EQ(room.door.views[0].count("line"), lines - 1);
     mnudrawlist(4).checked = true;
     graphics(1, 0, 1) = 1e9f;  // marks that no eye can tell apart are left out
     drawview(1);
     EXPECT_LE(room.door.views[0].count("circle"), 1001);
-    EXPECT_GE(room.door.views[0].count("circle"), 500);
 }
 
 TEST(Graphics, OfLinesThatMeetTheClickedOneIsPicked) {
@@ -324,17 +229,14 @@ TEST(Graphics, OfLinesThatMeetTheClickedOneIsPicked) {
     setpreset(1, 1);  // X-Y
     viewscale(1) = 1;
     viewptx(1) = viewpty(1) = 0;
-    const struct {
-        double x, y;
-        int line;
-    } clicks[] = {{1, 0.1, 1}, {3.9, 1, 2}, {3, 3.9, 3}, {0.1, 3, 4}, {0.1, 1, 4}, {-0.1, 1, 4}};
-    for (const auto& c : clicks) {
-        scrx = vieww / 2 + c.x;
-        scry = viewh / 2 - c.y;
-        persu = c.x;
-        persv = c.y;
+    for (const auto& [x, y, line] :
+         {std::tuple(1.0, 0.1, 1), {3.9, 1, 2}, {3, 3.9, 3}, {0.1, 3, 4}, {-0.1, 1, 4}}) {
+        scrx = vieww / 2 + x;
+        scry = viewh / 2 - y;
+        persu = x;
+        persv = y;
         unprojectpoint(1);
-        EXPECT_EQ(pickgraphic(1).item, c.line) << c.x << " " << c.y;
+        EXPECT_EQ(pickgraphic(1).item, line) << x << " " << y;
     }
 }
 

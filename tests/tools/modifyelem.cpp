@@ -2,8 +2,6 @@
 // Changes of the selected elements.
 #include "tools/modifyelem.h"
 
-#include <algorithm>
-
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "tests/support/recorder.h"
@@ -14,7 +12,6 @@ struct elementroom : sessionroom {
     elementroom() {
         for (int i = 0; i < 5; ++i) addnode(float(i), float(i * i), 0);
         groups(0, 0) = 2;
-        groupname(2) = "GR 2";
         addelement(findtype("MEMB4"), {1, 2, 3, 4}, 1);
         addelement(findtype("SHELL4"), {2, 3, 4, 5}, 2);
         addelement(findtype("MEMB3"), {1, 2, 3}, 1);
@@ -23,9 +20,6 @@ struct elementroom : sessionroom {
         elemsel(0) = 4;
     }
     static std::string nameof(int e) { return eltypname(long(elems(e, 0))); }
-    static int entryof(const std::vector<std::string>& list, const std::string& name) {
-        return int(std::ranges::find(list, name) - list.begin());
-    }
     static std::vector<int> corners(int e) {
         std::vector<int> list;
         for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) list.push_back(int(elems(e, k)));
@@ -34,26 +28,11 @@ struct elementroom : sessionroom {
 };
 }  // namespace
 
-TEST(Modifyelem, OffersTheTypesOfTheSelection) {
-    elementroom room;
-    modifyelemform form = openmodifyelem();
-    EXPECT_EQ(form.fromtypes,
-              (std::vector<std::string>{"All", "MEMB4", "SHELL4", "MEMB3", "TRUSS"}));
-    EXPECT_EQ(form.fromtype, 0);
-    EXPECT_EQ(form.totypes[0], "No Change");
-    EXPECT_EQ(form.togroups, (std::vector<std::string>{"No Change", "GR 1", "GR 2"}));
-    elemsel(0) = 1;
-    EXPECT_EQ(openmodifyelem().fromtype, 1);
-}
-
 TEST(Modifyelem, TypeAndGroupOfThoseThatAreMeant) {
     elementroom room;
     modifyelemform form = openmodifyelem();
-    applymodifyelem(form);  // nothing asked for
-    EXPECT_EQ(form.message, "Element succesfully Modified!");
-    EXPECT_EQ(room.nameof(1), "MEMB4");
-    form.fromtype = room.entryof(form.fromtypes, "MEMB4");
-    form.totype = room.entryof(form.totypes, "PLATE4");
+    form.fromtype = 1;  // MEMB4
+    form.totype = findtype("PLATE4");
     form.fromgroup = 2;  // no MEMB4 in it
     applymodifyelem(form);
     EXPECT_EQ(room.nameof(1), "MEMB4");
@@ -64,17 +43,10 @@ TEST(Modifyelem, TypeAndGroupOfThoseThatAreMeant) {
     EXPECT_EQ(egroup(1), 2);
     EXPECT_EQ(egroup(3), 1);
     EXPECT_EQ(room.nameof(2), "SHELL4");
-}
-
-TEST(Modifyelem, AnotherNumberOfNodesIsRefused) {
-    elementroom room;
-    modifyelemform form = openmodifyelem();
-    for (const char* from : {"MEMB4", "All"}) {
-        form.fromtype = room.entryof(form.fromtypes, from);
-        form.totype = room.entryof(form.totypes, "SHELL3");
+    for (const int from : {3, 0}) {  // another number of nodes
+        form.fromtype = from;
         applymodifyelem(form);
         EXPECT_EQ(form.message, "Element types not compatible!") << from;
-        EXPECT_EQ(room.nameof(1), "MEMB4");
         EXPECT_EQ(room.nameof(3), "MEMB3");
     }
 }
@@ -87,13 +59,9 @@ TEST(Modifyelem, TurnsAndMirrorsTheNodes) {
     applymodifyelem(form);
     EXPECT_EQ(room.corners(1), (std::vector<int>{2, 3, 4, 1}));
     EXPECT_EQ(room.corners(3), (std::vector<int>{2, 3, 1}));
-    EXPECT_EQ(room.corners(4), (std::vector<int>{5, 1}));
     form.rotate = false;
     form.mirror = true;
     applymodifyelem(form);
     EXPECT_EQ(room.corners(1), (std::vector<int>{3, 2, 1, 4}));
     EXPECT_EQ(rotpo(1), -0.5);
-    applymodifyelem(form);
-    EXPECT_EQ(room.corners(1), (std::vector<int>{2, 3, 4, 1}));
-    EXPECT_EQ(rotpo(1), 0.5);
 }

@@ -3,12 +3,10 @@
 #include "tools/pointentry.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
-#include "edit/commands.h"
 #include "edit/hover.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
@@ -20,102 +18,43 @@ namespace {
 struct drawingroom : sessionroom {
     drawingroom() {
         if (modes().empty()) wiremouse();
-        const bool wired =
-            std::ranges::any_of(modes(), [](const moderow& row) { return row.flag == &drawline; });
-        if (!wired) wirepointentry();
+        if (std::ranges::none_of(modes(), [](auto& row) { return row.flag == &drawline; }))
+            wirepointentry();
         wiregraphics();
         viewdist(2) = 1e30f;
         activeview = 2;
     }
-    static void click(double x, double y, mousebuttons b = mousebuttons::left) {
-        viewmousedown(2, b, 10 + x, 5 - y);
-        viewmouseup(2, b, 10 + x, 5 - y);
-    }
-    static void expectprompt(const char* first, const char* second) {
-        EXPECT_EQ(promptaction, "Define");
-        EXPECT_EQ(promptitem, first);
-        EXPECT_EQ(prompttail, second);
+    static void click(double x, double y) {
+        viewmousedown(2, mousebuttons::left, 10 + x, 5 - y);
+        viewmouseup(2, mousebuttons::left, 10 + x, 5 - y);
     }
 };
-const char stop[] = "<ESC> to stop", restart[] = "<ESC> to stop, <Enter> to restart";
 }  // namespace
 
 static void expectplace(int g, int j, double x, double y, double z = 0) {
-    EXPECT_NEAR(graphics(g, j, 1), x, 1e-5) << g << "," << j;
-    EXPECT_NEAR(graphics(g, j, 2), y, 1e-5) << g << "," << j;
-    EXPECT_NEAR(graphics(g, j, 3), z, 1e-5) << g << "," << j;
-}
-
-TEST(PointEntry, LinesChainUntilTheUserStops) {
-    drawingroom room;
-    startdrawing(kindline);
-    EXPECT_TRUE(drawline);
-    EXPECT_EQ(promptgoal, "for graphic line");
-    room.expectprompt("First point", stop);
-    room.click(0, 0);
-    room.expectprompt("Next point", restart);
-    EXPECT_EQ(ptcount, 1);
-    EXPECT_EQ(ngraphics(), 0);
-    room.click(3, 0);
-    EXPECT_EQ(ngraphics(), 1);
-    EXPECT_EQ(ptcount, 1);
-    runcommand("dx=0;6");
-    EXPECT_EQ(ngraphics(), 2);
-    keyhandler(keyenter);  // begins a chain of its own
-    EXPECT_EQ(ptcount, 0);
-    room.expectprompt("First point", stop);
-    runcommand("ax=1;1;1");
-    runcommand("ax=*;2;*");
-    room.click(-4, 1);
-    keyhandler(keyback);
-    keyhandler(keyback);
-    EXPECT_EQ(ptcount, 0);
-    keyhandler(keyescape);
-    EXPECT_FALSE(drawline);
-    EXPECT_EQ(promptaction, "Select");
-    ASSERT_EQ(ngraphics(), 4);
-    expectplace(1, 1, 0, 0);
-    expectplace(1, 2, 3, 0);
-    expectplace(2, 1, 3, 0);
-    expectplace(2, 2, 3, 6);
-    expectplace(3, 1, 1, 1, 1);
-    expectplace(3, 2, 1, 2, 1);
-    expectplace(4, 2, -4, 1);
-    for (int g = 1; g <= 4; ++g) {
-        EXPECT_EQ(graphics(g, 0, 0), kindline);
-        EXPECT_EQ(graphics(g, 0, 1), 1);
-        EXPECT_EQ(graphics(g, 0, 2), 1);
-        expectplace(g, 3, 0, 0);
-    }
+    const point3 wanted = {x, y, z}, found = definitionpoint(graphics, g, j);
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(found[k], wanted[k], 1e-5) << g << "," << j;
 }
 
 TEST(PointEntry, CurvesAndCirclesTakeThreePoints) {
-    const struct {
-        graphickinds kind;
-        const char *goal, *third, *second;
-    } cases[] = {{kindcurve, "for graphic curve", "Point", restart},
-                 {kindcircle, "for graphic circle", "Point on Circle", stop}};
-    for (const auto& c : cases) {
+    for (const graphickinds kind : {kindcurve, kindcircle}) {
         drawingroom room;
-        startdrawing(c.kind);
-        EXPECT_EQ(promptgoal, c.goal);
-        room.expectprompt("Start point", stop);
+        startdrawing(kind);
+        room.click(7, 7);
+        keyhandler(keyenter);  // begins anew
         room.click(1, 0);
-        room.expectprompt("End point", c.second);
-        room.click(-1, 0);
-        room.expectprompt(c.third, restart);
-        room.click(0, 1);
-        ASSERT_EQ(ngraphics(), 1);
+        room.click(-1, 9);
+        keyhandler(keyback);
         EXPECT_EQ(ptcount, 1);
+        room.click(-1, 0);
+        room.click(0, 1);
+        expectplace(1, 1, 1, 0);
         expectplace(1, 3, 0, 1);
         expectplace(2, 1, -1, 0);  // the next one starts at the end point
         room.click(-3, 0);
-        room.click(-2, 1);
-        ASSERT_EQ(ngraphics(), 2);
-        EXPECT_EQ(graphics(2, 0, 0), c.kind);
-        room.click(-5, 0);
         keyhandler(keyescape);
-        EXPECT_EQ(ngraphics(), 2);  // what was under construction is dropped
+        EXPECT_EQ(ngraphics(), 1);  // what was under construction is dropped
+        EXPECT_EQ(graphics(1, 0, 0), kind);
     }
 }
 
@@ -132,20 +71,6 @@ TEST(PointEntry, TheNextPieceFollowsThePointer) {
     EXPECT_EQ(room.door.views[1].count("line"), 60) << "a half circle in chords of 3 degrees";
     EXPECT_EQ(ngraphics(), 0);
     EXPECT_NEAR(modelx, -1, 1e-6) << "relative commands still go on from the last point";
-    viewmousemove(2, mousebuttons::none, 10, 5);  // straight: no circle
-    room.click(0, 1);
-    EXPECT_EQ(graphics(1, 0, 0), kindcircle);
-}
-
-TEST(PointEntry, StartingAnotherKindEndsTheFirst) {
-    drawingroom room;
-    startdrawing(kindline);
-    room.click(0, 0);
-    startdrawing(kindcircle);
-    EXPECT_FALSE(drawline);
-    EXPECT_TRUE(drawcircle);
-    EXPECT_EQ(ptcount, 0);
-    EXPECT_EQ(ngraphics(), 0);
 }
 
 TEST(PointEntry, SnapPrefersANodeOverAnEnd) {
@@ -153,16 +78,11 @@ TEST(PointEntry, SnapPrefersANodeOverAnEnd) {
     addline({0, 0, 0}, {4, 0, 0});
     addnode(4.3f, 0, 0);
     startdrawing(kindline);
-    room.click(4.1, 0.2);  // Snap is off
-    expectplace(2, 1, 4.1, 0.2);
-    keyhandler(keyenter);
     storegraphoptions({true});
-    EXPECT_TRUE(opengraphoptions().snap);
     room.click(4.1, 0.2);
     expectplace(2, 1, 4.3, 0);
     room.click(0.1, 0.3);
     expectplace(2, 2, 0, 0);
-    EXPECT_EQ(modelx, 0) << "a relative command goes on from the snapped point";
     room.click(0, 3);  // out of reach
     expectplace(3, 2, 0, 3);
     storegraphoptions({false});
@@ -177,10 +97,6 @@ TEST(PointEntry, AFullListIsToldAndNothingIsLost) {
     EXPECT_EQ(ngraphics(), graphics.upper1);
     EXPECT_TRUE(room.door.toldpart("Increase 'Number of graphic elements'"));
     EXPECT_FALSE(drawline);
-    startdrawing(kindline);
-    room.click(0, 0);
-    EXPECT_EQ(room.door.messages.size(), 2u);
-    EXPECT_EQ(ngraphics(), graphics.upper1);
 }
 
 TEST(PointEntry, TheSpaceKeyStepsThePickedPoint) {
@@ -204,7 +120,6 @@ TEST(PointEntry, AnElementIsPickedAndShownByItsShape) {
     pressat(4, 1, 0);  // typed in the coordinate boxes
     ASSERT_EQ(graphsel(0, 0), 1);
     EXPECT_EQ(graphsel(1, 0), 2);
-    room.door.views[1].operations.clear();
     hover(2, 10 + 3, 5 - 0.1);
     EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00 #ffa500"), 1);
     EXPECT_NE(room.door.status.find("Graphic element 1"), std::string::npos);
@@ -216,147 +131,51 @@ TEST(PointEntry, AnElementIsPickedAndShownByItsShape) {
 TEST(Placenodes, ShowsOneElement) {
     drawingroom room;
     selectgraphicelement(addline({0, 0, 0}, {1, 1, 0}, 4, 2));
-    placenodesform form = openplacenodes();
-    EXPECT_EQ(curgraph, 1);
-    EXPECT_EQ(form.nodes, "5");
-    EXPECT_EQ(form.spaces, "4");
-    EXPECT_EQ(form.factor, "2");
-    EXPECT_EQ(form.type, "Line");
-    EXPECT_EQ(form.valuelabel, "Length =");
-    EXPECT_EQ(form.value, "1.414");
-    EXPECT_EQ(form.number, "1");
-    addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0});
+    addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, 4);
     addgraphic(kindcurve, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0});
-    addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1e-3, 0});
-    editnumber(form, "2");
-    EXPECT_EQ(curgraph, 2);
-    EXPECT_EQ(graphsel(0, 0), 1);
-    EXPECT_EQ(graphsel(1, 0), 2);
-    EXPECT_EQ(form.type, "Circle");
-    EXPECT_EQ(form.valuelabel, "Radius =");
-    EXPECT_EQ(form.value, "1");
-    editnumber(form, "3");
-    EXPECT_EQ(form.type, "Arc");
-    EXPECT_FALSE(form.valueshown);
-    editnumber(form, "4");  // nearly straight
-    EXPECT_EQ(form.type, "Line");
+    addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1e-3, 0});  // nearly straight
+    placenodesform form = openplacenodes();
+    EXPECT_EQ(form.nodes + " " + form.spaces + " " + form.factor, "5 4 2");
+    for (const auto& [number, shown] :
+         {std::pair("1", "Line 1.414"), {"2", "Circle 1"}, {"3", "Arc "}, {"4", "Line 2"}}) {
+        editnumber(form, number);
+        EXPECT_EQ(form.type + " " + form.value, shown);
+    }
     for (const char* bad : {"5", "0", "-1", "1.5", "x", "", "1e30"}) editnumber(form, bad);
     EXPECT_EQ(curgraph, 4);
 }
 
-TEST(Placenodes, FieldsOfASelectionThatDiffer) {
-    drawingroom room;
-    selectgraphicelement(addline({0, 0, 0}, {3, 0, 0}, 4));
-    selectgraphicelement(addline({0, 0, 0}, {0, 3, 0}, 4, 2));
-    placenodesform form = openplacenodes();
-    EXPECT_EQ(form.numbers, (std::vector<std::string>{"Selection", "1", "2"}));
-    EXPECT_EQ(form.spaces, "4");
-    EXPECT_EQ(form.factor, "Various");
-    EXPECT_EQ(form.value, "3");
-    EXPECT_TRUE(form.valueenabled);
-    selectgraphicelement(addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, 6));
-    form = openplacenodes();
-    EXPECT_EQ(form.type, "Various");
-    EXPECT_EQ(form.nodes, "Various");
-    EXPECT_EQ(form.value, "Various");
-    EXPECT_FALSE(form.valueenabled);
-    editspaces(form, "9");
-    EXPECT_EQ(form.nodes, "10");
-    for (int g = 1; g <= 3; ++g) EXPECT_EQ(graphics(g, 0, 1), 9);
-    choosegraphic(form, 2);
-    editspaces(form, "5");
-    EXPECT_EQ(graphics(1, 0, 1), 9);
-    EXPECT_EQ(graphics(2, 0, 1), 5);
-}
-
 TEST(Placenodes, WhatTheFieldsTake) {
     enum fields { nodes, spaces, factor, length };
+    void (*const edits[])(placenodesform&, const std::string&) = {editnodes, editspaces, editfactor,
+                                                                  editlengthradius};
+    std::string placenodesform::*const shown[] = {&placenodesform::nodes, &placenodesform::spaces,
+                                                  &placenodesform::factor, &placenodesform::value};
     const struct {
         fields field;
         const char *typed, *shown;
         float stored;  // spaces, factor, or x of the end that moves
     } cases[] = {
-        {nodes, "7", "7", 6},
-        {nodes, "1", "1", 1},
-        {nodes, "-4", "-4", 1},
-        {nodes, "x", "2", 1},
-        {nodes, "", "2", 1},
-        {nodes, "1e40", "4", 3},
-        {spaces, "6", "6", 6},
-        {spaces, "0", "1", 1},
-        {spaces, "x", "1", 1},
-        {spaces, "1e9", "1e9", 1e9f},
-        {spaces, "2e9", "3", 3},
-        {spaces, "2.7", "2.7", 2},
-        {factor, "0", "0", 1.5f},
-        {factor, "-2", "-2", -2},
-        {factor, "0.25", "0.25", 0.25f},
-        {factor, "x", "x", 1.5f},
-        {factor, "1e60", "1e60", 1.5f},
-        {length, "8", "8", 8},
-        {length, "0", "0", 4},
-        {length, "x", "4", 4},
-        {length, "1e35", "4", 4},
+        {nodes, "7", "7", 6},     {nodes, "-4", "-4", 1},    {nodes, "x", "2", 1},
+        {nodes, "1e40", "4", 3},  {spaces, "0", "1", 1},     {spaces, "1e9", "1e9", 1e9f},
+        {spaces, "2e9", "3", 3},  {spaces, "2.7", "2.7", 2}, {factor, "0", "0", 1.5f},
+        {factor, "-2", "-2", -2}, {factor, "x", "x", 1.5f},  {factor, "1e60", "1e60", 1.5f},
+        {length, "8", "8", 8},    {length, "3", "3", 3},     {length, "0", "0", 4},
+        {length, "x", "4", 4},    {length, "1e35", "4", 4},
     };
     for (const auto& c : cases) {
         drawingroom room;
-        selectgraphicelement(addline({0, 0, 0}, {4, 0, 0}, 3, 1.5f), 2);
+        const int end = c.stored > 4 ? 1 : 2;  // the picked one moves
+        selectgraphicelement(
+            addline({end == 1 ? 4.0 : 0, 0, 0}, {end == 2 ? 4.0 : 0, 0, 0}, 3, 1.5f), end);
         placenodesform form = openplacenodes();
-        const std::string name = std::string(c.typed) + " in field " + std::to_string(c.field);
-        const auto edit = c.field == nodes    ? editnodes
-                          : c.field == spaces ? editspaces
-                          : c.field == factor ? editfactor
-                                              : editlengthradius;
-        edit(form, c.typed);
-        const std::string& shown = c.field == nodes    ? form.nodes
-                                   : c.field == spaces ? form.spaces
-                                   : c.field == factor ? form.factor
-                                                       : form.value;
-        EXPECT_EQ(shown, c.shown) << name;
-        const float stored = c.field == factor   ? graphics(1, 0, 2)
-                             : c.field == length ? graphics(1, 2, 1)
-                                                 : graphics(1, 0, 1);
-        EXPECT_EQ(stored, c.stored) << name;
+        edits[c.field](form, c.typed);
+        EXPECT_EQ(form.*shown[c.field], c.shown) << c.typed << " in field " << c.field;
+        const float stored[] = {graphics(1, 0, 1), graphics(1, 0, 1), graphics(1, 0, 2),
+                                graphics(1, end, 1)};
+        EXPECT_EQ(stored[c.field], c.stored) << c.typed << " in field " << c.field;
         leavefield(form);
-        EXPECT_EQ(form.spaces, std::to_string(int(graphics(1, 0, 1)))) << name;
-        EXPECT_EQ(form.nodes, std::to_string(int(graphics(1, 0, 1)) + 1)) << name;
+        EXPECT_EQ(form.spaces, std::to_string(int(graphics(1, 0, 1)))) << c.typed;
         closeplacenodes(form);
-        EXPECT_FALSE(editing);
     }
-}
-
-TEST(Placenodes, ARadiusBeyondFifteenChordsMakesALine) {
-    drawingroom room;
-    selectgraphicelement(addgraphic(kindcircle, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}));
-    placenodesform form = openplacenodes();
-    editlengthradius(form, "2");
-    EXPECT_EQ(form.type, "Circle");
-    EXPECT_NEAR(graphics(1, 3, 2), 2 - std::sqrt(3.0), 1e-6);
-    editlengthradius(form, "31");
-    EXPECT_EQ(form.type, "Line");
-    EXPECT_EQ(form.valuelabel, "Length =");
-    EXPECT_EQ(graphics(1, 0, 0), kindline);
-}
-
-TEST(Placenodes, ModifySelectionOpensWhatFits) {
-    drawingroom room;
-    const struct {
-        selectitems item;
-        const char* text;
-    } cases[] = {
-        {selectnodes, "Node properties can not be modified."},
-        {selectelements, "Please, select elements before choosing this option."},
-        {selectpatches, "Please, select patche(s) before choosing this option."},
-        {selectgraphics, "Please, select graphics before choosing this option."},
-    };
-    for (const auto& c : cases) {
-        setselectitem(c.item);
-        modifyselection();
-        EXPECT_TRUE(room.door.told(c.text)) << c.text;
-    }
-    EXPECT_TRUE(room.door.dialogs.empty());
-    addline({0, 0, 0}, {1, 0, 0});
-    room.click(0, 0);
-    modifyselection();
-    EXPECT_EQ(room.door.dialogs, std::vector<std::string>{"placenodes"});
 }

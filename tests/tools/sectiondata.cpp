@@ -3,6 +3,7 @@
 // and figures of published tables.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -16,16 +17,16 @@ namespace {
 struct record {
     std::string name, unit;
     int type;
-    double area, ixx, iyy, izz;
-    dimensions d;
+    double area = 0, ixx = 0, iyy = 0, izz = 0;
+    dimensions d = {};
 };
 
 struct range {
     double least, most;
 };
 
-// What a series has over the plain shape with sharp corners: factors of area, Ixx, Iyy and of the
-// thin-walled torsion constant.
+// What a series (the first whose prefix fits) has over the plain shape with sharp corners: factors
+// of area, Ixx, Iyy and of the thin-walled torsion constant.
 struct seriesrow {
     const char *prefix, *unit;
     range area, ixx, iyy, izz;
@@ -41,8 +42,8 @@ static const seriesrow series[] = {
     {"HEA ", "mm", {1.02, 1.07}, {1.02, 1.07}, {1, 1.005}, {1.1, 1.45}},
     {"HEB ", "mm", {1.01, 1.06}, {1.02, 1.05}, {1, 1.005}, {1.05, 1.3}},
     {"HEM ", "mm", {1.01, 1.03}, {1.01, 1.03}, {1, 1.005}, {1.05, 1.1}},
-    {"W", "Inch", {0.99, 1.03}, {0.99, 1.045}, {0.985, 1.015}, {0.91, 1.25}},
     {"WT", "Inch", {0.99, 1.03}, {0.999, 1.02}, {0.985, 1.015}, {0.91, 1.25}},
+    {"W", "Inch", {0.99, 1.03}, {0.99, 1.045}, {0.985, 1.015}, {0.91, 1.25}},
     {"T I", "mm", {1.02, 1.06}, {1, 1.02}, {1, 1.005}, {1.1, 1.45}},
     {"T H", "mm", {1.01, 1.07}, {1, 1.01}, {1, 1.005}, {1.05, 1.45}},
     {"T ", "mm", {1, 1.01}, {0.89, 0.95}, {0.94, 0.96}, {1.3, 1.4}},
@@ -63,18 +64,11 @@ static void expectwithin(double value, const range& r, double base, const std::s
     EXPECT_LE(value, r.most * base * (1 + filed)) << what;
 }
 
-static const seriesrow* seriesof(const record& r) {
-    const seriesrow* best = nullptr;  // the longest prefix
-    for (const seriesrow& row : series)
-        if (r.unit == row.unit && r.name.rfind(row.prefix, 0) == 0 &&
-            (!best || std::string(row.prefix).size() > std::string(best->prefix).size()))
-            best = &row;
-    return best;
-}
-
 static void checkopen(const record& r) {
-    const seriesrow* row = seriesof(r);
-    ASSERT_NE(row, nullptr) << r.name;
+    const seriesrow* const row = std::ranges::find_if(series, [&](const seriesrow& s) {
+        return s.unit == r.unit && r.name.starts_with(s.prefix);
+    });
+    ASSERT_NE(row, std::end(series)) << r.name;
     const outlinevalues o = outlineof(r.type, r.d);
     expectwithin(r.area, row->area, o.area, r.name + " area");
     expectwithin(r.ixx, row->ixx, o.ixx, r.name + " Ixx");
@@ -111,19 +105,28 @@ static void checkbox(const record& r) {
                  r.name + " Izz");
 }
 
+// The rule of typed dimensions gives the values of the outline; of a tee in y it does not, the stem
+// stands at the edge of the flange there.
+static void checkrule(const record& r) {
+    const sectionvalues v = calcsection(r.type, r.d);
+    const outlinevalues o = outlineof(r.type, r.d);
+    const double width = r.d[dimb] * (r.type == dlprofile ? 2 : 1), h = r.d[dimh];
+    EXPECT_NEAR(v.area, o.area, 1e-11 * o.area) << r.name;
+    EXPECT_NEAR(v.ixx, o.ixx, 1e-11 * o.ixx) << r.name;
+    EXPECT_NEAR(v.wxx, o.ixx / std::max(o.y, h - o.y), 1e-11 * v.wxx) << r.name;
+    if (r.type == tprofile) return;
+    EXPECT_NEAR(v.iyy, o.iyy, 1e-11 * o.iyy) << r.name;
+    EXPECT_NEAR(v.wyy, o.iyy / std::max(o.x, width - o.x), 1e-11 * v.wyy) << r.name;
+}
+
 static std::vector<record> allrecords() {
     appdir = sourcedir() + "/data";
     EXPECT_EQ(readsections(false), "");
     std::vector<record> list;
     for (long s = 1; s <= sectcount; ++s) {
-        record r{sectnames(s, 1),
-                 sectnames(s, 3),
-                 findsectiontype(sectnames(s, 2)),
-                 sectdata(s, 1),
-                 sectdata(s, 2),
-                 sectdata(s, 3),
-                 sectdata(s, 4),
-                 {}};
+        record r{sectnames(s, 1), sectnames(s, 3), findsectiontype(sectnames(s, 2))};
+        double* const values[] = {&r.area, &r.ixx, &r.iyy, &r.izz};
+        for (int k = 0; k < 4; ++k) *values[k] = sectdata(s, 1 + k);
         for (int k = 0; k < ndims; ++k) r.d[std::size_t(k)] = sectdata(s, 5 + k);
         list.push_back(r);
     }
@@ -132,18 +135,17 @@ static std::vector<record> allrecords() {
 
 TEST(Sectiondata, EveryRecordAgreesWithItsGeometry) {
     std::set<std::string> names;
-    std::set<int> types;
     for (const record& r : allrecords()) {
         EXPECT_TRUE(names.insert(r.name).second) << r.name << " stands twice";
         ASSERT_GE(r.type, 0) << r.name << " has a type that the tool does not know";
         EXPECT_TRUE(r.unit == "mm" || r.unit == "Inch") << r.name;
         ASSERT_EQ(sectionfault(r.type, r.d), "") << r.name;
-        types.insert(r.type);
         const bool threedims = r.type == lprofile || r.type == dlprofile;
         for (int k = 0; k < ndims; ++k)
             EXPECT_EQ(r.d[std::size_t(k)] == 0, *sectiontypes[r.type].fields[std::size_t(k)] == 0 ||
                                                     (threedims && k == dimtf))
                 << r.name;
+        if (r.type != tubular) checkrule(r);
         if (r.type == tubular)
             checktube(r);
         else if (r.type == boxsection)
@@ -152,65 +154,26 @@ TEST(Sectiondata, EveryRecordAgreesWithItsGeometry) {
             checkopen(r);
     }
     EXPECT_GT(names.size(), 2000u);
-    EXPECT_EQ(types.size(), std::size_t(ntypes));
 }
 
-// Figures of the published tables: European cm2 and cm4, American inches. A value of 0 is not in
-// the table. Three digits as printed are good to half a per cent; torsion constants are printed
-// with fewer, and by formulas that differ a little.
+// Figures of the published tables: European cm2 and cm4, American inches; 0 where there is none.
+// Three digits as printed are good to half a per cent, torsion constants have fewer.
 TEST(Sectiondata, HasTheFiguresOfTheTables) {
     const struct {
         const char* name;
         double area, ixx, iyy, izz;
     } spots[] = {
-        {"IPE 80", 7.64, 80.1, 8.49, 0.70},
-        {"IPE 200", 28.5, 1943, 142, 6.98},
-        {"IPE 300", 53.8, 8356, 604, 20.1},
-        {"IPE 600", 156, 92080, 3387, 165},
-        {"HEA 100", 21.2, 349, 134, 5.24},
-        {"HEA 200", 53.8, 3692, 1336, 21.0},
-        {"HEA 600", 226, 141200, 11270, 398},
-        {"HEB 200", 78.1, 5696, 2003, 59.3},
-        {"HEB 300", 149, 25170, 8563, 185},
-        {"HEB 1000", 400, 644700, 16280, 1254},
-        {"HEM 300", 303, 59200, 19400, 1408},
-        {"HEM 600", 364, 237400, 18980, 1564},
-        {"UPN 200", 32.2, 1910, 148, 11.9},
-        {"UPE 80", 10.1, 107, 25.5, 1.47},
-        {"UPE 200", 29.0, 1910, 187, 8.89},
-        {"UPE 400", 91.9, 20980, 1045, 79.1},
-        {"L 50x50x5", 4.80, 11.0, 11.0, 0},
-        {"L 100x100x10", 19.2, 177, 177, 0},
-        {"L 200x200x24", 90.6, 3331, 3331, 0},
-        {"L 60x40x5", 4.79, 17.2, 6.11, 0},
-        {"L 100x50x8", 11.4, 116, 19.7, 0},
-        {"L 150x100x10", 24.2, 553, 199, 0},
-        {"T 80", 13.6, 73.7, 37.0, 0},
-        {"CHS 60.3x4", 7.07, 28.2, 28.2, 56.3},
-        {"CHS 114.3x6.3", 21.4, 313, 313, 625},
-        {"CHS 508x10", 156, 48520, 48520, 97040},
-        {"SHS 40x4", 5.59, 11.8, 11.8, 19.5},
-        {"SHS 100x5", 18.7, 279, 279, 439},
-        {"SHS 200x10", 74.9, 4471, 4471, 7031},
-        {"RHS 60x40x4", 7.19, 32.8, 17.0, 36.7},
-        {"RHS 200x100x8", 44.8, 2234, 739, 1804},
-        {"W44x335", 98.5, 31100, 1200, 74.7},
-        {"W36x150", 44.3, 9040, 270, 10.1},
-        {"W14x90", 26.5, 999, 362, 4.06},
-        {"W12x50", 14.6, 391, 56.3, 1.71},
-        {"W8x31", 9.13, 110, 37.1, 0.536},
-        {"WT18x75", 22.1, 698, 135, 5.04},
-        {"WT6x25", 7.30, 18.7, 28.2, 0.855},
-        {"C10x20", 5.87, 78.9, 2.80, 0.368},
-        {"C15x33.9", 10.0, 315, 8.07, 1.01},
-        {"L4x4x1/2", 3.75, 5.52, 5.52, 0.322},
-        {"L6x4x3/8", 3.61, 13.4, 4.86, 0.177},
-        {"2L4x4x1/2", 7.50, 11.0, 21.5, 0.644},
-        {"HSS8x8x1/2", 13.5, 125, 125, 204},
-        {"HSS6x3x1/4", 3.84, 17.0, 5.70, 14.2},
-        {"HSS20x4x1/4", 10.8, 458, 34.3, 111},
-        {"HSS6.625x0.280", 5.20, 26.4, 26.4, 52.7},
-        {"Pipe 6 STD", 5.58, 28.1, 28.1, 56.3},
+        {"IPE 300", 53.8, 8356, 604, 20.1},       {"IPE 600", 156, 92080, 3387, 165},
+        {"HEA 100", 21.2, 349, 134, 5.24},        {"HEB 300", 149, 25170, 8563, 185},
+        {"HEM 300", 303, 59200, 19400, 1408},     {"UPN 200", 32.2, 1910, 148, 11.9},
+        {"UPE 200", 29.0, 1910, 187, 8.89},       {"L 100x100x10", 19.2, 177, 177, 0},
+        {"L 150x100x10", 24.2, 553, 199, 0},      {"T 80", 13.6, 73.7, 37.0, 0},
+        {"CHS 114.3x6.3", 21.4, 313, 313, 625},   {"SHS 100x5", 18.7, 279, 279, 439},
+        {"RHS 200x100x8", 44.8, 2234, 739, 1804}, {"W44x335", 98.5, 31100, 1200, 74.7},
+        {"W12x50", 14.6, 391, 56.3, 1.71},        {"WT18x75", 22.1, 698, 135, 5.04},
+        {"C15x33.9", 10.0, 315, 8.07, 1.01},      {"L4x4x1/2", 3.75, 5.52, 5.52, 0.322},
+        {"L6x4x3/8", 3.61, 13.4, 4.86, 0.177},    {"2L4x4x1/2", 7.50, 11.0, 21.5, 0.644},
+        {"HSS20x4x1/4", 10.8, 458, 34.3, 111},    {"HSS6.625x0.280", 5.20, 26.4, 26.4, 52.7},
         {"Pipe 12 XS", 19.2, 362, 362, 723},
     };
     allrecords();
@@ -219,13 +182,11 @@ TEST(Sectiondata, HasTheFiguresOfTheTables) {
         ASSERT_GT(s, 0) << spot.name;
         const bool metric = sectnames(s, 3) == "mm";
         const double square = metric ? 100 : 1, fourth = square * square;
-        const double tolerance = 0.005;
-        EXPECT_NEAR(sectdata(s, 1) / square, spot.area, tolerance * spot.area) << spot.name;
-        EXPECT_NEAR(sectdata(s, 2) / fourth, spot.ixx, tolerance * spot.ixx) << spot.name;
-        EXPECT_NEAR(sectdata(s, 3) / fourth, spot.iyy, tolerance * spot.iyy) << spot.name;
-        if (spot.izz != 0) {
-            EXPECT_NEAR(sectdata(s, 4) / fourth, spot.izz, 2 * tolerance * spot.izz) << spot.name;
-        }
+        EXPECT_NEAR(sectdata(s, 1) / square, spot.area, 0.005 * spot.area) << spot.name;
+        EXPECT_NEAR(sectdata(s, 2) / fourth, spot.ixx, 0.005 * spot.ixx) << spot.name;
+        EXPECT_NEAR(sectdata(s, 3) / fourth, spot.iyy, 0.005 * spot.iyy) << spot.name;
+        if (spot.izz == 0) continue;
+        EXPECT_NEAR(sectdata(s, 4) / fourth, spot.izz, 0.01 * spot.izz) << spot.name;
     }
 }
 

@@ -11,91 +11,32 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
-#include "tests/support/outline.h"
 #include "tests/support/recorder.h"
 #include "tools/sectionfile.h"
 
 // --- shapes -------------------------------------------------------------------------------------
 
-static std::array<double, nresults> listed(const sectionvalues& v) {
-    return {v.area, v.ixx, v.wxx, v.iyy, v.wyy, v.izz, v.wzz};
-}
-
 TEST(Sectionvalues, FollowTheRulesOfTheirTypes) {
     const struct {
-        const char* name;
         int type;
         dimensions d;
-        std::array<double, nresults> v;  // worked by hand
+        double area, ixx, iyy, izz, wzz;  // worked by hand
     } cases[] = {
-        {"full round",
-         tubular,
-         {100, 50},
-         {7853.981634, 4908738.521, 98174.77042, 4908738.521, 98174.77042, 9817477.042,
-          196349.5408}},
-        {"H 200",
-         beammetric,
-         {200, 200, 9, 15},
-         {7530, 55134750, 551347.5, 20010327.5, 200103.275, 494955, 32997}},
+        {tubular, {100, 50}, 7853.981634, 4908738.521, 4908738.521, 9817477.042, 196349.5408},
+        {beammetric, {200, 200, 9, 15}, 7530, 55134750, 20010327.5, 494955, 32997},
         // In y the stem stands at the flange's edge: Qy 54500, Iby 2522500, Ioy 840833.333.
-        {"tee",
-         tprofile,
-         {100, 100, 10, 10},
-         {1900, 1800043.860, 25240.46740, 1800043.860, 25240.46740, 65000, 6500}},
-        {"angle of one thickness",
-         lprofile,
-         {100, 100, 10, 0},
-         {1900, 1800043.860, 25240.46740, 1800043.860, 25240.46740, 63333.33333, 6333.333333}},
+        {tprofile, {100, 100, 10, 10}, 1900, 1800043.860, 1800043.860, 65000, 6500},
         // tf is taken off the area: c1 = 54500 / 1800.
-        {"angle with tf",
-         lprofile,
-         {100, 100, 10, 10},
-         {1800, 1713194.444, 24571.71315, 1713194.444, 24571.71315, 63333.33333, 6333.333333}},
-        {"pair of angles",
-         dlprofile,
-         {100, 100, 10, 0},
-         {3800, 3600087.719, 50480.93481, 6726666.667, 67266.66667, 126666.6667, 12666.66667}},
-        {"box",
-         boxsection,
-         {100, 100, 5, 5},
-         {1900, 2865833.333, 57316.66667, 2865833.333, 57316.66667, 4286875, 90250}},
-    };
-    for (const auto& c : cases) {
-        const auto found = listed(calcsection(c.type, c.d));
-        for (std::size_t i = 0; i < nresults; ++i)
-            EXPECT_NEAR(found[i], c.v[i], 1e-8 * c.v[i]) << c.name << " " << resultnames[i];
-    }
-    const sectionvalues bar = calcsection(prismaticbar, {2, 6});
-    EXPECT_DOUBLE_EQ(bar.ixx, 36);
-    EXPECT_DOUBLE_EQ(bar.iyy, 4);
-    EXPECT_DOUBLE_EQ(bar.wxx, 12);
-}
-
-// Shapes whose rule describes them truly have the values of their outline.
-TEST(Sectionvalues, AgreeWithTheOutline) {
-    const struct {
-        int type;
-        dimensions d;
-        bool truey;
-    } cases[] = {
-        {beamus, {8.08, 12.2, 0.37, 0.64}, true}, {cprofile, {80, 200, 6, 11}, true},
-        {boxsection, {100, 200, 6, 8}, true},     {prismaticbar, {12, 80}, true},
-        {lprofile, {65, 100, 9, 0}, true},        {dlprofile, {65, 100, 9, 0}, true},
-        {tprofile, {150, 90, 7, 11}, false},
+        {lprofile, {100, 100, 10, 10}, 1800, 1713194.444, 1713194.444, 63333.33333, 6333.333333},
+        {dlprofile, {100, 100, 10, 0}, 3800, 3600087.719, 6726666.667, 126666.6667, 12666.66667},
+        {boxsection, {100, 100, 5, 5}, 1900, 2865833.333, 2865833.333, 4286875, 90250},
     };
     for (const auto& c : cases) {
         const sectionvalues v = calcsection(c.type, c.d);
-        const outlinevalues o = outlineof(c.type, c.d);
-        const double h = c.d[dimh], farx = std::max(o.y, h - o.y);
-        EXPECT_NEAR(v.area, o.area, 1e-12 * o.area) << sectiontypes[c.type].name;
-        EXPECT_NEAR(v.ixx, o.ixx, 1e-12 * o.ixx) << sectiontypes[c.type].name;
-        EXPECT_NEAR(v.wxx, o.ixx / farx, 1e-12 * v.wxx) << sectiontypes[c.type].name;
-        if (c.truey) {
-            const double width = c.d[dimb] * (c.type == dlprofile ? 2 : 1);
-            EXPECT_NEAR(v.iyy, o.iyy, 1e-12 * o.iyy) << sectiontypes[c.type].name;
-            EXPECT_NEAR(v.wyy, o.iyy / std::max(o.x, width - o.x), 1e-12 * v.wyy)
-                << sectiontypes[c.type].name;
-        }
+        const std::pair<double, double> pairs[] = {
+            {v.area, c.area}, {v.ixx, c.ixx}, {v.iyy, c.iyy}, {v.izz, c.izz}, {v.wzz, c.wzz}};
+        for (const auto& [found, wanted] : pairs)
+            EXPECT_NEAR(found, wanted, 1e-8 * wanted) << sectiontypes[c.type].name;
     }
 }
 
@@ -112,30 +53,6 @@ TEST(Sectionvalues, TorsionOfBarsIsThatOfTheTable) {
             EXPECT_NEAR(v.izz / (256 * row.ratio), row.k1, 0.0006) << row.ratio;
             EXPECT_NEAR(v.wzz / (64 * row.ratio), row.k2, 0.0006) << row.ratio;
         }
-}
-
-TEST(Sectionvalues, FaultsNameTheDimension) {
-    const struct {
-        int type;
-        dimensions d;
-        const char* fault;
-    } cases[] = {
-        {tubular, {100, 50}, ""},
-        {tubular, {100, 50.1}, "WT is more than half of OD"},
-        {tubular, {0, 5}, "OD must be above 0"},
-        {beamus, {100, 200, 10, 100}, ""},
-        {beamus, {100, 200, 10, 100.1}, "tf does not fit into H"},
-        {beamus, {100, 200, 101, 10}, "tw does not fit into B"},
-        {cprofile, {100, 200, 10, -1}, "tf must be above 0"},
-        {boxsection, {100, 200, 50, 10}, ""},
-        {boxsection, {100, 200, 51, 10}, "tw does not fit into B"},
-        {tprofile, {100, 200, 10, 200}, ""},
-        {lprofile, {100, 200, 10, 0}, ""},
-        {lprofile, {100, 10, 10, 0}, "tw does not fit into H"},
-        {prismaticbar, {100, 0}, "H must be above 0"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(sectionfault(c.type, c.d), c.fault) << sectiontypes[c.type].name;
 }
 
 // --- database -----------------------------------------------------------------------------------
@@ -160,11 +77,9 @@ TEST(Sectionfile, ReadsTextAndBinaryAlike) {
     sectionroom room;
     EXPECT_EQ(readsections(false), "");
     EXPECT_EQ(sectcount, 5);
-    EXPECT_EQ(sectdata(0, 0), 5);
     EXPECT_EQ(sectnames(3, 1), "Leg, \"A\"");
     EXPECT_EQ(sectdata(2, 8), 0.64f);
     EXPECT_EQ(getsection("Twin"), 5) << "the last match wins";
-    EXPECT_EQ(getsection("twin"), 0);
 
     writesectionsbinary();
     const std::string image = contentof(room.file("sections.dig"));
@@ -175,10 +90,8 @@ TEST(Sectionfile, ReadsTextAndBinaryAlike) {
     sectnames.clear();
     sectdata.clear();
     EXPECT_EQ(readsections(true), "");
-    EXPECT_EQ(sectnames(3, 1), "Leg, \"A\"");
     EXPECT_EQ(sectnames(5, 3), "mm");
     EXPECT_EQ(sectdata(1, 2), 83560000.0f);
-    EXPECT_EQ(sectdata(5, 8), 0);
 }
 
 TEST(Sectionfile, DamageIsToldAndNothingIsLost) {
@@ -186,30 +99,26 @@ TEST(Sectionfile, DamageIsToldAndNothingIsLost) {
     readsections(false);
     writesectionsbinary();
     const std::string text = smallbase, image = contentof(room.file("sections.dig"));
-    const auto survives = [&](bool binary, const std::string& content, const std::string& what) {
-        writefile(room.file(binary ? "sections.dig" : "sections.dat"), content);
-        std::string fault;
+    const auto survives = [&](bool binary, const std::string& content) {
+        const std::string name = binary ? "sections.dig" : "sections.dat";
+        writefile(room.file(name), content);
+        std::string fault = name;
         const bool good =
             guarded([&] { readsections(binary); }, [&](const runtimeerror& e) { fault = e.what; });
-        EXPECT_EQ(sectcount, 5) << what;
-        EXPECT_EQ(sectnames(1, 1), "IPE 300") << what;
-        if (!good) {
-            EXPECT_NE(fault.find(binary ? "sections.dig" : "sections.dat"), fault.npos) << what;
-        }
+        EXPECT_EQ(sectcount, 5);
+        EXPECT_EQ(sectnames(1, 1), "IPE 300");
+        EXPECT_NE(fault.find(name), fault.npos) << fault;
         return good;
     };
     // The text is whole once its last digit is there, the image with its last byte.
     for (std::size_t cut = 0; cut < text.size() - 2; ++cut)
-        EXPECT_FALSE(survives(false, text.substr(0, cut), "text cut at " + std::to_string(cut)))
-            << cut;
+        EXPECT_FALSE(survives(false, text.substr(0, cut))) << "text cut at " << cut;
     for (std::size_t cut = 0; cut < image.size(); ++cut)
-        EXPECT_FALSE(survives(true, image.substr(0, cut), "image cut at " + std::to_string(cut)))
-            << cut;
-    EXPECT_FALSE(survives(true, image + "x", "more"));
-    EXPECT_FALSE(survives(true, std::string("\xff\xff\xff\x7f", 4) + image.substr(4), "count"));
-    EXPECT_FALSE(survives(true, std::string("\xff\xff\xff\xff", 4) + image.substr(4), "negative"));
-    EXPECT_FALSE(survives(false, "2000000000" + text.substr(1), "count"));
-    EXPECT_FALSE(survives(false, "-1" + text.substr(1), "count"));
+        EXPECT_FALSE(survives(true, image.substr(0, cut))) << "image cut at " << cut;
+    EXPECT_FALSE(survives(true, image + "x"));
+    EXPECT_FALSE(survives(true, std::string("\xff\xff\xff\x7f", 4) + image.substr(4)));
+    for (const char* count : {"2000000000", "-1"})
+        EXPECT_FALSE(survives(false, count + text.substr(1)));
     std::filesystem::remove(room.file("sections.dig"));
     EXPECT_THROW(readsections(true), runtimeerror);
 
@@ -225,31 +134,14 @@ TEST(Sections, StartsWithTheFirstOfItsType) {
     sectionroom room;
     sectionform form = Initiate();
     choosetype(form, beammetric);
-    chooseunit(form, 0);
-    EXPECT_TRUE(form.database);
-    EXPECT_EQ(form.section, "IPE 300");
-    EXPECT_EQ(form.labels[2], "tw =");
-    EXPECT_EQ(form.unitlabels[0], "O") << "until dimensions are typed";
-    EXPECT_EQ(form.dims[2], "7.1");
-    EXPECT_EQ(form.results[0], "5381");
-    EXPECT_EQ(form.results[1], "83560000");
-    EXPECT_NEAR(form.values[2], 83560000.0 / 150, 1e-5);
-    EXPECT_NEAR(form.values[4], 6038000.0 / 75, 1e-6);
     EXPECT_NEAR(form.values[6], 201200.0 / 10.7, 1e-6) << "by the thickest wall";
     choosetype(form, tubular);
     EXPECT_EQ(form.names, (std::vector<std::string>{"Leg, \"A\"", "Twin", "Twin"}));
-    EXPECT_EQ(form.labels[1], "WT =");
-    EXPECT_EQ(form.labels[2], "");
-    EXPECT_EQ(form.dims[2], "");
     choosesection(form, "Twin");
-    EXPECT_EQ(form.results[0], "2");
     EXPECT_EQ(Initiate().type, tubular) << "the next use starts with the type of the last";
     choosetype(form, cprofile);
     EXPECT_EQ(form.message, "The database holds no section of this type");
     EXPECT_EQ(form.results[0], "2") << "the results stay";
-    groupform group = opengroups();
-    EXPECT_FALSE(acceptsection(form, group));
-    EXPECT_EQ(groups(1, 4), 1);
 }
 
 TEST(Sections, RecordsAreScaledToTheModelsUnit) {
@@ -260,112 +152,60 @@ TEST(Sections, RecordsAreScaledToTheModelsUnit) {
         int type;
         const char* section;
         int unit;
-        double area, ixx, wxx, second;  // worked by hand; the second dimension
+        double area, ixx, second;  // worked by hand; the second dimension
     } cases[] = {
-        {beamus, "W12x50", inch, 14.6, 391, 391 / 6.1, 12.2},
-        {beamus, "W12x50", mm, 9419.336, 162746487.4096, 1050383.93836066, 309.88},
-        {beamus, "W12x50", m, 0.009419336, 1.627464874096e-4, 1.05038393836066e-3, 0.30988},
-        {beammetric, "IPE 300", cm, 53.81, 8356, 557.066666666667, 30},
-        {beammetric, "IPE 300", dm, 0.5381, 0.8356, 0.557066666666667, 3},
-        {tubular, "Leg, \"A\"", mm, 5e4, 2e9, 2e7 / 3, 30},
+        {beamus, "W12x50", inch, 14.6, 391, 12.2},
+        {beamus, "W12x50", mm, 9419.336, 162746487.4096, 309.88},
+        {beammetric, "IPE 300", dm, 0.5381, 0.8356, 3},
+        {tubular, "Leg, \"A\"", mm, 5e4, 2e9, 30},
     };
     for (const auto& c : cases) {
         choosetype(form, c.type);
         choosesection(form, c.section);
         chooseunit(form, c.unit);
-        const std::string what = std::string(c.section) + " in " + unitnames[c.unit];
-        EXPECT_NEAR(form.values[0], c.area, 1e-11 * c.area) << what;
-        EXPECT_NEAR(form.values[1], c.ixx, 1e-11 * c.ixx) << what;
-        EXPECT_NEAR(form.values[2], c.wxx, 1e-11 * c.wxx) << what;
-        EXPECT_NEAR(numberof(form.dims[1]), c.second, 1e-11 * c.second) << what;
+        EXPECT_NEAR(form.values[0], c.area, 1e-11 * c.area) << c.section << c.unit;
+        EXPECT_NEAR(form.values[1], c.ixx, 1e-11 * c.ixx) << c.section << c.unit;
+        EXPECT_NEAR(numberof(form.dims[1]), c.second, 1e-11 * c.second) << c.section << c.unit;
     }
-    choosetype(form, beamus);
-    chooseunit(form, 3);
-    EXPECT_EQ(form.results[0], "0.009419336") << "14.6 square inches, with no dust behind";
-    EXPECT_EQ(form.dims[1], "0.30988");
-    chooseunit(form, 0);
+    chooseunit(form, mm);
 }
 
 TEST(Sections, TypedDimensionsAreASectionOfTheirOwn) {
     sectionroom room;
+    groupform group = opengroups();
     sectionform form = Initiate();
     choosetype(form, beamus);
     chooseunit(form, 0);
-    EXPECT_EQ(form.name, "W12x50");
-    const std::string area = form.results[0];
     editdimension(form, dimb, "200");
-    EXPECT_FALSE(form.database);
-    EXPECT_EQ(sectscale, 1);
     EXPECT_EQ(form.name, "W12x50 Mod.");
-    EXPECT_EQ(form.unitlabels[0], "L");
     EXPECT_EQ(form.dims[1], "309.88") << "the others keep the size they had in the model's unit";
     EXPECT_NEAR(form.values[0], (309.88 - 2 * 16.256) * 9.398 + 2 * 200 * 16.256, 1e-6);
     usedatabase(form, true);
-    EXPECT_EQ(form.results[0], area) << "the record's own again";
-    EXPECT_EQ(form.name, "W12x50");
-    EXPECT_EQ(form.unitlabels[0], "L");
-
-    choosetype(form, prismaticbar);
-    usedatabase(form, false);
-    EXPECT_EQ(form.name, "Prismatic Bar Mod.") << "no section of this type to name";
-    editdimension(form, dimb, "2");
-    editdimension(form, dimh, "6");
-    EXPECT_EQ(form.results[1], "36");
-    EXPECT_FALSE(form.stale);
-    editdimension(form, dimh, "");
-    EXPECT_EQ(form.results[1], "36") << "a division by zero leaves the results";
-    EXPECT_EQ(form.message, "H must be above 0");
-    EXPECT_TRUE(form.stale);
-    editdimension(form, dimh, "6 mm");
-    EXPECT_TRUE(form.stale) << "no number counts as 0";
-    editdimension(form, dimh, "1E120");
-    EXPECT_EQ(form.message, "The dimensions are too large");
-    EXPECT_TRUE(form.stale);
-    choosetype(form, lprofile);
-    for (int k = 0; k < ndims; ++k) editdimension(form, k, k < dimtw ? "100" : "10");
-    EXPECT_NE(form.message.find("one thickness"), std::string::npos);
-    editdimension(form, dimtf, "");
-    EXPECT_EQ(form.message, "");
-    EXPECT_EQ(form.results[0], "1900");
+    EXPECT_NEAR(form.values[0], 9419.336, 1e-7) << "the record's own again";
+    const struct {
+        int type;
+        std::vector<const char*> texts;
+        const char *message, *area;
+        bool accepted;
+    } cases[] = {
+        {prismaticbar, {"2", "6"}, "", "12", true},
+        {prismaticbar, {"2", ""}, "H must be above 0", "12", false},
+        {prismaticbar, {"2", "1E120"}, "The dimensions are too large", "12", false},
+        {tubular, {"2", "1.1"}, "WT is more than half of OD", "3.11017672705", false},
+        {boxsection, {"100", "200", "51", "10"}, "tw does not fit into B", "20360", false},
+        {lprofile, {"100", "100", "10", ""}, "", "1900", true},
+        {beamus, {"100", "200", "", "10"}, "tw must be above 0", "2000", true},  // two flanges
+        {beamus, {"100", "200", "5", "101"}, "tf does not fit into H", "20190", false},
+    };
+    for (const auto& c : cases) {
+        choosetype(form, c.type);
+        for (std::size_t k = 0; k < c.texts.size(); ++k) editdimension(form, int(k), c.texts[k]);
+        EXPECT_EQ(form.message, c.message);
+        EXPECT_EQ(form.results[0], c.area) << c.message;
+        EXPECT_EQ(acceptsection(form, group), c.accepted) << c.message;
+    }
     choosetype(form, tubular);
     EXPECT_EQ(form.dims[dimb], "") << "the leg of an angle is no diameter";
-}
-
-TEST(Sections, AFieldOfZeroIsToldAndWhatCanNotBeIsRefused) {
-    sectionroom room;
-    groupform group = opengroups();
-    sectionform form = Initiate();
-    choosetype(form, beamus);
-    const auto type = [&](std::initializer_list<const char*> texts) {
-        int k = 0;
-        for (const char* text : texts) editdimension(form, k++, text);
-    };
-    type({"100", "200", "", "10"});
-    EXPECT_EQ(form.message, "tw must be above 0");
-    EXPECT_EQ(form.results[0], "2000") << "two flanges without a web";
-    EXPECT_TRUE(acceptsection(form, group));
-    EXPECT_EQ(groups(1, 4), 2000);
-    for (const char* thick : {"101", "-5"}) {
-        type({"100", "200", "5", thick});
-        EXPECT_FALSE(acceptsection(form, group)) << thick;
-        EXPECT_EQ(groups(1, 4), 2000);
-    }
-}
-
-// Rows that a user adds may give the properties alone.
-TEST(Sections, ARecordWithoutDimensionsHasItsAreaAndSecondMoments) {
-    sectionroom room("1\r\n\"Rail\",\"H-Beam Metric\",\"cm\",77,3038,512,90,0,0,0,0\r\n");
-    groupform group = opengroups();
-    groups(1, 8) = 5;
-    sectionform form = Initiate();
-    choosetype(form, beammetric);
-    chooseunit(form, 1);
-    EXPECT_EQ(form.message, "Rail: without all dimensions the section moduli are 0");
-    EXPECT_TRUE(acceptsection(form, group));
-    EXPECT_EQ(groups(1, 4), 77);
-    EXPECT_EQ(groups(1, 7), 3038);
-    EXPECT_EQ(groups(1, 8), 0) << "not what another section left";
-    chooseunit(form, 0);
 }
 
 TEST(Sections, AcceptingFillsTheGroupInEdit) {
@@ -375,17 +215,12 @@ TEST(Sections, AcceptingFillsTheGroupInEdit) {
     groupform group = opengroups();
     sectionform form = Initiate();
     choosetype(form, beammetric);
-    chooseunit(form, 0);
-    const auto accepted = [&](int g) {
-        return std::vector<double>{groups(g, 4),  groups(g, 7),  groups(g, 8), groups(g, 9),
-                                   groups(g, 10), groups(g, 11), groups(g, 12)};
+    const auto expectaccepted = [&](int g) {
+        const int fields[] = {4, 7, 8, 9, 10, 11, 12};
+        for (std::size_t i = 0; i < nresults; ++i) EXPECT_EQ(groups(g, fields[i]), form.values[i]);
     };
     EXPECT_TRUE(acceptsection(form, group));
-    EXPECT_EQ(accepted(1), std::vector<double>(form.values.begin(), form.values.end()));
-    EXPECT_EQ(groups(1, 1), 210000) << "the material stays";
-    EXPECT_EQ(group.text[4], "5381");
-    EXPECT_EQ(groupname(1), "GR 1");
-
+    expectaccepted(1);
     form.autoname = true;
     EXPECT_TRUE(acceptsection(form, group));
     EXPECT_EQ(groupname(1), "GR 1") << "the name is another group's";
@@ -393,34 +228,39 @@ TEST(Sections, AcceptingFillsTheGroupInEdit) {
     editdimension(form, dimh, "310");
     EXPECT_TRUE(acceptsection(form, group));
     EXPECT_EQ(groupname(1), "IPE 300 Mod.");
-    EXPECT_EQ(group.names[0], "IPE 300 Mod.");
-
-    const double before = groups(2, 4);
     choosegroup(group, 2);
     EXPECT_TRUE(acceptsection(form, group));
-    EXPECT_EQ(groups(2, 4), before) << "all groups wait for Update";
-    EXPECT_EQ(group.text[4], form.results[0]);
-    EXPECT_EQ(group.message, "Press <Update> to apply edit to all groups");
+    EXPECT_EQ(groups(2, 4), 0) << "all groups wait for Update";
     room.door.answerqueue = {answers::yes};
     updategroups(group);
-    EXPECT_EQ(accepted(2), std::vector<double>(form.values.begin(), form.values.end()));
+    expectaccepted(2);
 }
 
-TEST(Sections, WithoutAGoodDatabaseDimensionsCanBeTyped) {
-    sectionroom room("1\r\n\"Odd\",\"H-Beam US\",\"ft\",1,1,1,1,1,1,0.1,0.1\r\n");
+TEST(Sections, RecordsThatLackSomethingAreTold) {
+    sectionroom room(
+        "2\r\n\"Rail\",\"H-Beam Metric\",\"cm\",77,3038,512,90,0,0,0,0\r\n"
+        "\"Odd\",\"H-Beam US\",\"ft\",1,1,1,1,1,1,0.1,0.1\r\n");
+    groupform group = opengroups();
+    groups(1, 8) = 5;
     sectionform form = Initiate();
+    choosetype(form, beammetric);
+    EXPECT_EQ(form.message, "Rail: without all dimensions the section moduli are 0");
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(groups(1, 4), 7700);
+    EXPECT_EQ(groups(1, 8), 0) << "not what another section left";
     choosetype(form, beamus);
     EXPECT_EQ(form.message, "Odd: the unit \"ft\" is not known");
-    EXPECT_TRUE(form.stale);
+    EXPECT_FALSE(acceptsection(form, group));
+}
+
+TEST(Sections, WithoutADatabaseDimensionsCanBeTyped) {
+    sectionroom room;
+    sectionform form = Initiate();
+    choosetype(form, beamus);
     usebinary(form, true);
     EXPECT_FALSE(form.binary) << "there is no binary file";
     EXPECT_NE(form.message.find("sections.dig"), std::string::npos);
-    EXPECT_EQ(form.section, "Odd");
-    writebinary(form);
-    EXPECT_TRUE(room.door.messages.empty()) << "no file is replaced";
-    usebinary(form, true);
-    EXPECT_TRUE(form.binary);
-    EXPECT_EQ(form.names.size(), 1u);
+    EXPECT_EQ(form.section, "W12x50");
     writefile(room.file("sections.dig"), "the user's own");
     writebinary(form);
     EXPECT_EQ(contentof(room.file("sections.dig")), "the user's own") << "answered no";
@@ -428,9 +268,7 @@ TEST(Sections, WithoutAGoodDatabaseDimensionsCanBeTyped) {
     std::filesystem::remove(room.file("sections.dat"));
     sectcount = 0;
     form = Initiate();
-    EXPECT_FALSE(form.database);
     EXPECT_NE(form.message.find("sections.dat"), std::string::npos);
-    EXPECT_EQ(form.unitlabels[0], "L");
     for (int k = 0; k < ndims; ++k) editdimension(form, k, k < dimtw ? "10" : "1");
     EXPECT_EQ(form.results[0], "28");
 }

@@ -8,8 +8,6 @@
 #include <QFontMetricsF>
 #include <cmath>
 
-static const double dotsperinch[] = {150, 300, 600};
-
 struct paper {
     explicit paper(double dots) : pixels(dots / 2.54), image(size(dots), QImage::Format_RGB32) {
         image.setDotsPerMeterX(int(std::lround(dots / 0.0254)));
@@ -50,7 +48,7 @@ struct paper {
 };
 
 TEST(Paper, KeepsCentimetresAtEveryResolution) {
-    for (const double dots : dotsperinch)
+    for (const double dots : {150, 300, 600})
         for (const bool smooth : {true, false}) {
             paper p(dots);
             p.page.smooth = smooth;

@@ -1,55 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // From the window through the solver to the report and the printed page: the report's columns
 // against statics and beam theory, and PDF files that are whole or not there.
-#include <gtest/gtest.h>
-
-#include <QProcess>
-#include <QTemporaryDir>
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "tests/ui/playroom.h"
+
 namespace fs = std::filesystem;
-
-// A script played by the real program in a directory of its own with copies of the examples.
-class playroom {
-  public:
-    playroom() : folder(room.path().toStdString()) {
-        fs::create_directory(folder / "home");
-        fs::copy(source() / "data/examples", folder / "examples");
-        fs::copy(source() / "data/demo", folder / "home/demo");
-        fs::copy(source() / "data/examples", folder / "home/examples");
-    }
-    static fs::path source() {
-        const char* dir = std::getenv("KALVANE_SOURCE");
-        return dir ? dir : KALVANE_SOURCE_DIR;
-    }
-    void play(const std::string& script) {
-        std::ofstream(folder / "play.kds") << script;
-        QProcess program;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("KALVANE_HOME", room.path() + "/home");
-        environment.insert("QT_QPA_PLATFORM", "offscreen");
-        program.setProcessEnvironment(environment);
-        program.start(KALVANE_PROGRAM,
-                      {"--script", QString::fromStdString((folder / "play.kds").string())});
-        ASSERT_TRUE(program.waitForFinished(120000));
-        EXPECT_EQ(program.exitCode(), 0) << program.readAllStandardError().toStdString();
-    }
-    std::string content(const std::string& name) const {
-        std::ifstream in(folder / name, std::ios::binary);
-        std::stringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
-
-  private:
-    QTemporaryDir room;
-
-  public:
-    const fs::path folder;
-};
 
 // The numbers of a line; words that are none count as 0.
 static std::vector<double> numbersin(const std::string& line) {
@@ -70,49 +28,6 @@ static std::vector<std::string> linesbehind(const std::string& text, const std::
     return lines;
 }
 
-TEST(Reports, OfAPortalFrameAgreeWithStaticsAndBeamTheory) {
-    playroom room;
-    room.play(
-        "file examples/portal.tek\nmenu \"File/Open...\"\nmenu \"Analyse/Options...\"\n"
-        "check Aoptions Option1(0) on\npress Aoptions Ready\nmenu \"Analyse/Analyse\"\n"
-        "menu \"Post-Process/Report...\"\nfile portal.rpt\npress Roptions Write\n");
-    const std::string report = room.content("portal.rpt");
-    EXPECT_NE(report.find("Three Dimensional analysis X Y RZ degree of freedom"), report.npos);
-
-    // Sway alone: P = 40 kN at h = 5 m, feet l = 8 m apart. Frame with fixed feet, Kleinlogel,
-    // Rigid Frame Formulas: k = (I beam / I column) h / l, M foot = P h / 2 (1 + 3 k) / (1 + 6 k).
-    const auto forces = linesbehind(report, "NODAL FORCES PER LOAD COMBINATION");
-    const std::vector<double> left = numbersin(forces.at(6)), right = numbersin(forces.at(20));
-    ASSERT_EQ(left.at(0), 1);
-    ASSERT_EQ(right.at(0), 15);
-    EXPECT_NEAR(left[1] + right[1], -40000, 1e-3);
-    EXPECT_NEAR(left[2] + right[2], 0, 1e-3);
-    EXPECT_NEAR(left[3] + right[3] + right[2] * 8000, 40000.0 * 5000, 1);
-    const double icolumn = 182600000, ibeam = 231300000;  // HEA 300, IPE 400
-    const double k = ibeam / icolumn * 5 / 8;
-    EXPECT_NEAR(left[3], 40000 * 5000 / 2.0 * (1 + 3 * k) / (1 + 6 * k), 0.002 * left[3])
-        << "axial strain is not in the formula";
-
-    // Stress of the left foot: N / A and M / W.
-    const auto stresses = linesbehind(report, "Line Element Stress report");
-    const std::vector<double> foot = numbersin(stresses.at(6));
-    ASSERT_EQ(foot.at(1), 1);
-    EXPECT_NEAR(foot.at(2), -left[2] / 11250, 0.006);
-    EXPECT_NEAR(std::fabs(foot.at(10)), left[3] / 1260000, 0.06);
-    // The combined stress takes bending about e3 along x and y alike.
-    const double y = std::fabs(foot.at(10)), x = foot.at(2) + y;
-    EXPECT_NEAR(foot.at(14), std::sqrt(x * x + y * y - x * y), 0.06);
-
-    // Combinations add: Design = a x sway + b x gravity in every displacement.
-    const auto moved = linesbehind(report, "NODAL DIPLACEMENTS PER LOAD COMBINATION");
-    const auto row = [&](int c, int n) {
-        return numbersin(moved.at(std::size_t(6 + (c - 1) * 20 + n - 1)));
-    };
-    ASSERT_EQ(row(3, 5).at(0), 5);
-    EXPECT_NEAR(row(3, 5)[1], 1.5 * row(1, 5)[1] + 1.35 * row(2, 5)[1], 1e-4);
-    EXPECT_NEAR(row(3, 8)[2], 1.5 * row(1, 8)[2] + 1.35 * row(2, 8)[2], 1e-4);
-}
-
 static bool iswholepdf(const std::string& content) {
     return content.rfind("%PDF", 0) == 0 && content.find("%%EOF") != content.npos;
 }
@@ -126,7 +41,7 @@ static int pagesof(const std::string& pdf) {
 
 TEST(Reports, AJobFromTheEmptyWindowToThePrintedPageAgreesWithBeamTheory) {
     playroom room;
-    room.play(room.content(playroom::source() / "tests/ui/road.kds"));
+    room.play(contentof(sourcedir() + "/tests/ui/road.kds"));
     const std::string report = room.content("job.rpt");
     const auto row = [&](const std::vector<std::string>& lines, std::size_t line, int number) {
         const auto list = numbersin(lines.at(line));

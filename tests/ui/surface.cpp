@@ -77,21 +77,6 @@ TEST(Surface, WhatIsErasedFromTheModelLeavesNoTrace) {
     }
 }
 
-TEST(Surface, MeasuresInCentimetresFromTheTopLeft) {
-    qtsurface s;
-    s.resize(160, 80, 1, 40);
-    EXPECT_EQ(s.width(), 4);
-    EXPECT_EQ(s.height(), 2);
-    s.clear(rgb(255, 255, 255));
-    s.smooth = false;
-    s.line(1, 0.5, 3, 0.5, rgb(255, 0, 0));
-    s.show();
-    const QImage picture = s.picture();
-    EXPECT_EQ(picture.pixelColor(80, 20), QColor(255, 0, 0));
-    EXPECT_EQ(picture.pixelColor(80, 24), QColor(255, 255, 255));
-    EXPECT_EQ(picture.pixelColor(30, 20), QColor(255, 255, 255));
-}
-
 // A model at a scale of 1E+30, beside the eye, or with places that are no numbers.
 TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
     const double nan = std::numeric_limits<double>::quiet_NaN(), inf = HUGE_VAL;

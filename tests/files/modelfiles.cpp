@@ -592,6 +592,7 @@ TEST(Analyse, OptionsFollowEachOther) {
     clickeigen(form);
     EXPECT_FALSE(form.solve || form.linestress || form.festress);
     EXPECT_FALSE(form.solveenabled || form.stressenabled);
+    form.twod = true;
     storeoptions(form);
-    EXPECT_TRUE(doeigen == 1 && dosolve == 0);
+    EXPECT_TRUE(doeigen == 1 && dosolve == 0 && dim2d);
 }

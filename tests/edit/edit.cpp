@@ -65,6 +65,8 @@ TEST(Edit, PasteAppendsWhatWasCopied) {
     EXPECT_EQ(graphics(4, 2, 1), 2);
     EXPECT_EQ(graphsel2(0, 0), 5) << "two points of the line, three of the circle section";
     EXPECT_EQ(graphsel2(5, 1), 3);
+    editdelete();
+    EXPECT_TRUE(graphics(2, 0, 0) == 3 && graphics(3, 0, 0) == 0 && graphics(4, 0, 0) == 0);
 }
 
 TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {

@@ -569,6 +569,7 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     room.door.onprocess = [&] { room.door.running = room.door.cancelled = true; };
     runanalysis();
     EXPECT_TRUE(room.door.toldpart("cancelled"));
+    EXPECT_FALSE(room.door.running);
     ASSERT_EQ(nnodes(), 25000) << "the reading back heeds no Cancel";
     EXPECT_EQ(modelname, room.file("m"));
     EXPECT_EQ(nodename(3), "corner") << "what the files do not hold is kept beside them";
@@ -592,6 +593,7 @@ TEST(Analyse, OptionsFollowEachOther) {
     clickeigen(form);
     EXPECT_FALSE(form.solve || form.linestress || form.festress);
     EXPECT_FALSE(form.solveenabled || form.stressenabled);
+    form.twod = true;
     storeoptions(form);
-    EXPECT_TRUE(doeigen == 1 && dosolve == 0);
+    EXPECT_TRUE(doeigen == 1 && dosolve == 0 && dim2d);
 }

@@ -4,30 +4,20 @@
 //   monkey EXAMPLES FOLDER SEED STEPS     (models are copied from EXAMPLES into FOLDER)
 // In every other run the copies are damaged. FOLDER/steps.txt tells what was done; the last line is
 // the step that failed.
-#include <QAbstractButton>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialog>
-#include <QElapsedTimer>
-#include <QKeyEvent>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMouseEvent>
-#include <QScrollBar>
-#include <QTabBar>
-#include <QTableWidget>
-#include <QWheelEvent>
+#include <QtWidgets>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 
 #include "core/appdir.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "core/views.h"
+#include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
@@ -66,9 +56,8 @@ std::string number() {
 }
 
 std::string typedcommand() {
-    static const std::vector<std::string> verbs = {"ax=", "ax=",  "dx=",     "dx=", "fn=",
-                                                   "rx=", "ry=",  "rz=",     "sc=", "mxy",
-                                                   "myz", "mxz=", "no such "};
+    static const std::vector<std::string> verbs = {
+        "ax=", "dx=", "fn=", "rx=", "ry=", "rz=", "sc=", "mxy", "myz", "mxz=", "no such "};
     if (upto(6) == 0) return "help";
     std::string text = oneof(verbs);
     for (int i = 0, n = 1 + upto(4); i < n; ++i) text += (i ? ";" : "") + number();
@@ -77,17 +66,14 @@ std::string typedcommand() {
 
 // Half of the models' files lose their end, or some of their bytes become others.
 void damagefiles() {
-    std::vector<fs::path> files;
+    std::set<fs::path> files;
     for (const auto& entry : fs::directory_iterator(folder))
-        if (entry.is_regular_file() && entry.path().extension() != ".txt")
-            files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
+        if (entry.is_regular_file() && entry.path().extension() != ".txt") files.insert(entry);
     for (const fs::path& file : files) {
         if (upto(2) == 0) continue;
         std::ifstream in(file, std::ios::binary);
         std::string bytes(std::istreambuf_iterator<char>(in), {});
         in.close();
-        if (bytes.empty()) continue;
         if (upto(4) == 0) bytes.resize(std::size_t(upto(int(bytes.size()))));
         static const std::string others = "0123456789-.E \r\n;abc\x00\xff";
         for (int i = upto(4); i > 0 && !bytes.empty(); --i)
@@ -101,11 +87,11 @@ void damagefiles() {
 void pressmenu() {
     std::vector<menurow*> open;
     for (menurow& row : menus())
-        if (row.action && row.action->isEnabled() && !row.action->isSeparator() && row.run)
+        if (row.action && row.action->isEnabled() && !row.action->isSeparator() && row.run &&
+            std::string(row.caption).find("xit") == std::string::npos)
             open.push_back(&row);
     if (open.empty()) return;
     menurow& row = *oneof(open);
-    if (std::string(row.caption).find("xit") != std::string::npos) return;
     tell(std::string("menu ") + row.menu + "|" + row.caption);
     row.action->trigger();
 }
@@ -114,10 +100,7 @@ QPointF someplace(const viewwidget* w, int nview) {
     if (upto(2) == 0 && nodes(0, 0, 0) > 0) {
         const int n = 1 + upto(int(nodes(0, 0, 0)));
         prepareview(nview);
-        curx = viewscale(nview) * nodes(0, n, 0);
-        cury = viewscale(nview) * nodes(0, n, 1);
-        curz = viewscale(nview) * nodes(0, n, 2);
-        projectpoint(nview);
+        projectplace(nview, nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
         const QPointF at = QPointF(scrx, scry) * w->pixelspercm();
         if (std::isfinite(at.x()) && std::isfinite(at.y()) && w->rect().contains(at.toPoint()))
             return at;
@@ -138,9 +121,9 @@ void usemouse() {
     if (shown.empty() || !themainwindow->isEnabled()) return;
     const int v = oneof(shown);
     viewwidget* const w = themainwindow->view(v);
-    const Qt::MouseButton b = std::vector<Qt::MouseButton>{
-        Qt::LeftButton, Qt::LeftButton,  Qt::LeftButton,
-        Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}[std::size_t(upto(6))];
+    const Qt::MouseButton b = upto(3)   ? Qt::LeftButton
+                              : upto(2) ? Qt::RightButton
+                                        : Qt::MiddleButton;
     const Qt::KeyboardModifiers keys =
         upto(5) == 0 ? (upto(2) ? Qt::ControlModifier : Qt::ShiftModifier) : Qt::NoModifier;
     QPointF at = someplace(w, v);
@@ -171,9 +154,9 @@ void presskey(QWidget* w, int key, const QString& text = {}) {
 }
 
 void usekey() {
-    static const std::vector<int> keys = {Qt::Key_Escape, Qt::Key_Escape, Qt::Key_Return,
-                                          Qt::Key_Return, Qt::Key_Space,  Qt::Key_Backspace,
-                                          Qt::Key_Delete, Qt::Key_F1,     Qt::Key_Left};
+    static const std::vector<int> keys = {
+        Qt::Key_Escape,    Qt::Key_Escape, Qt::Key_Return, Qt::Key_Return, Qt::Key_Space,
+        Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_F1,     Qt::Key_F6,     Qt::Key_Left};
     const int key = oneof(keys);
     tell("key " + std::to_string(key));
     presskey(themainwindow, key, key == Qt::Key_Space ? " " : "");
@@ -199,23 +182,20 @@ void usecommand() {
 
 void usecontrol(QWidget* w) {
     const std::string name = w->objectName().toStdString();
-    if (auto* const edit = qobject_cast<QLineEdit*>(w)) {
-        if (edit->isReadOnly()) return;
+    if (auto* const edit = qobject_cast<QLineEdit*>(w); edit && !edit->isReadOnly()) {
         const std::string text = number();
         tell("set " + name + " " + text);
         typein(edit, text);
     } else if (auto* const b = qobject_cast<QAbstractButton*>(w)) {
         tell("press " + name + " " + b->text().toStdString());
         b->click();
-    } else if (auto* const combo = qobject_cast<QComboBox*>(w)) {
-        if (combo->count() == 0) return;
+    } else if (auto* const combo = qobject_cast<QComboBox*>(w); combo && combo->count() > 0) {
         const int i = upto(combo->count());
         tell("choose " + name + " " + combo->itemText(i).toStdString());
         combo->setCurrentIndex(i);
         emit combo->activated(i);
         emit combo->textActivated(combo->itemText(i));
-    } else if (auto* const list = qobject_cast<QListWidget*>(w)) {
-        if (list->count() == 0) return;
+    } else if (auto* const list = qobject_cast<QListWidget*>(w); list && list->count() > 0) {
         const int i = upto(list->count());
         tell("item " + name + " " + std::to_string(i));
         list->setCurrentRow(i);
@@ -227,8 +207,8 @@ void usecontrol(QWidget* w) {
     } else if (auto* const slider = qobject_cast<QAbstractSlider*>(w)) {
         tell("slide " + name);
         slider->setValue(slider->minimum() + upto(slider->maximum() - slider->minimum() + 1));
-    } else if (auto* const grid = qobject_cast<QTableWidget*>(w)) {
-        if (grid->rowCount() == 0 || grid->columnCount() == 0) return;
+    } else if (auto* const grid = qobject_cast<QTableWidget*>(w);
+               grid && grid->rowCount() > 0 && grid->columnCount() > 0) {
         const int r = upto(std::min(grid->rowCount(), 6)), c = upto(grid->columnCount());
         const std::string text = number();
         tell("cell " + name + " " + std::to_string(r) + " " + std::to_string(c) + " " + text);
@@ -266,9 +246,8 @@ void usedialog() {
 void useanything() {
     theplatform().answerqueue.clear();
     theplatform().filequeue.clear();
-    for (int i = 0; i < 4; ++i)
-        theplatform().answerqueue.push_back(
-            std::vector<answers>{answers::yes, answers::no, answers::cancel}[std::size_t(upto(3))]);
+    static const std::vector<answers> replies = {answers::yes, answers::no, answers::cancel};
+    for (int i = 0; i < 4; ++i) theplatform().answerqueue.push_back(oneof(replies));
     static const std::vector<std::string> names = {
         "portal.tek", "platehole.tek", "tower.tek", "platform.tek", "bracket.tek", "panel.tek",
         "joints.tek", "new.tek",       "new.pdf",   "none/x.tek",   "new.set",     "portal.DAT"};
@@ -307,16 +286,16 @@ void checkmodel() {
                  "node " + std::to_string(i) + " of element " + std::to_string(e));
         need(egroup(e) >= 0 && egroup(e) <= ng, "group of element " + std::to_string(e));
     }
-    for (int i = 1; i <= ncon; ++i)
-        need(connode(i) >= 1 && connode(i) <= nn, "node of constraint " + std::to_string(i));
+    const auto needrows = [](int rows, const auto& number, int most, const char* what) {
+        for (int i = 1; i <= rows; ++i)
+            need(number(i) >= 1 && number(i) <= most, what + std::to_string(i));
+    };
+    needrows(ncon, connode, nn, "node of constraint ");
     for (int lc = 1; lc <= loadnode(0, 0); ++lc)
-        for (int i = 1; i <= loadnode(lc, 0); ++i)
-            need(loadnode(lc, i) >= 1 && loadnode(lc, i) <= nn,
-                 "node of load " + std::to_string(i) + " in case " + std::to_string(lc));
-    for (int i = 1; i <= nodesel(0); ++i)
-        need(nodesel(i) >= 1 && nodesel(i) <= nn, "selected node " + std::to_string(i));
-    for (int i = 1; i <= elemsel(0); ++i)
-        need(elemsel(i) >= 1 && elemsel(i) <= ne, "selected element " + std::to_string(i));
+        needrows(
+            loadnode(lc, 0), [lc](int i) { return loadnode(lc, i); }, nn, "node of load ");
+    needrows(nodesel(0), nodesel, nn, "selected node ");
+    needrows(elemsel(0), elemsel, ne, "selected element ");
 }
 
 void settle() {
@@ -353,8 +332,7 @@ int main(int argc, char** argv) {
         useanything();
         settle();
         checkmodel();
-        const int slow = 5000;  // milliseconds
-        if (clock.elapsed() > slow) tell("SLOW: " + std::to_string(clock.elapsed()) + " ms");
+        if (clock.elapsed() > 5000) tell("SLOW: " + std::to_string(clock.elapsed()) + " ms");
     }
     window->ending = true;
     delete window;

@@ -53,7 +53,7 @@ class viewdialog : public QDialog {
         showform();
         singleview ? setonepreview() : setfourpreview();
         pendingselections().push_back({&viewselpending, [this] { selectionended(); }});
-        connect(this, &QDialog::finished, this, [this](int) {
+        connect(this, &QDialog::finished, this, [](int) {
             std::erase_if(pendingselections(),
                           [](const pendingselection& p) { return p.flag == &viewselpending; });
             viewselpending = false;

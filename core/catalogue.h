@@ -12,7 +12,7 @@ const int maxelementtypes = 41;  // records 0..40
 extern array1<std::string> eltypname;  // (0..40)
 extern array1<int> eltypnodes;         // (0..40) 1..4; 0 where no type stands
 extern array1<std::string> eltypdes;   // (0..40)
-extern int neltypes;                   // records read, the placeholder 0 included
+extern int neltypes;                   // records read, the empty record 0 included
 
 // Codes that the program itself knows.
 enum elementtype {

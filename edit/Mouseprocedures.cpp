@@ -170,21 +170,25 @@ static void addnodepress(int nview) {
     nodesel(nodesel(0)) = n;
 }
 
-void wiremouse() {
-    moderow row;
-    row.flag = &addnodemode;
-    row.press = addnodepress;
+void takepoints(moderow& row, void (*press)(int nview)) {
+    row.press = press;
     row.lastpoint = [](double* point) {
         point[0] = modelx;
         point[1] = modely;
         point[2] = modelz;
     };
-    row.commandpoint = [](double x, double y, double z) {
+    row.commandpoint = [press](double x, double y, double z) {
         modelx = x;
         modely = y;
         modelz = z;
-        addnodepress(activeview);
+        press(activeview);
     };
+}
+
+void wiremouse() {
+    moderow row;
+    row.flag = &addnodemode;
+    takepoints(row, addnodepress);
     row.end = endaddnode;
     row.enter = endbyescape;
     modes().push_back(row);

@@ -25,6 +25,8 @@ struct moderow {
     std::function<void()> back = {};             // Backspace takes the last point back
     std::function<void(int nview)> follow = {};  // the pointer moves: the point is in modelx..
 };
+// A mode that takes points as presses do: a command's point goes to modelx.. and then to press.
+void takepoints(moderow& row, void (*press)(int nview));
 std::vector<moderow>& modes();
 moderow* runningmode();
 // Ends what runs and raises the flag of a mode.

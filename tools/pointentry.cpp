@@ -212,18 +212,7 @@ void wirepointentry() {
     for (const drawmode& mode : drawmodes) {
         moderow m;
         m.flag = mode.flag;
-        m.press = [](int) { addgraphicpoint(pointsteps::place); };
-        m.lastpoint = [](double* point) {
-            point[0] = modelx;
-            point[1] = modely;
-            point[2] = modelz;
-        };
-        m.commandpoint = [](double x, double y, double z) {
-            modelx = x;
-            modely = y;
-            modelz = z;
-            addgraphicpoint(pointsteps::place);
-        };
+        takepoints(m, [](int) { addgraphicpoint(pointsteps::place); });
         m.enter = restartchain;
         m.back = [] { addgraphicpoint(pointsteps::back); };
         m.follow = followpointer;

@@ -5,8 +5,10 @@
 #include <cmath>
 #include <filesystem>
 #include <string>
+#include <variant>
 
 #include "core/model.h"
+#include "core/modeltable.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "view/moddraw.h"
@@ -52,18 +54,11 @@ void makelargemodel(int side) {
     elems(0, 0) = float(side * side);
 }
 
-template <typename T>
-static double bytesof(const T& array) {
-    return double(array.block.count) * sizeof(*array.block.cells.get());
-}
-
 double declaredbytes() {
     double sum = 0;
-    const auto add = [&](const auto&... arrays) { ((sum += bytesof(arrays)), ...); };
-    add(nodes, nodesel, nodename, tmpnodes, nodework, elems, egroup, rotpo, elemname, elemsel,
-        elemvis, tmpelems, elemdepth, endrelease, elemflag, groups, groupname, groupmat, groupcolor,
-        groupshow, connode, condof, conval, loadnode, loaddof, loadval, elemload, lcname, lctype,
-        lcpar, lcomb, lcombname, lcdesc, graphics, graphics2, graphsel, graphsel2, graphmesh,
-        edgedata, edgegrid, patches, patchsel);
+    for (const modelarray& row : modelarrays())
+        std::visit(
+            [&](const auto* a) { sum += double(a->block.count) * sizeof(*a->block.cells.get()); },
+            row.cells);
     return sum;
 }

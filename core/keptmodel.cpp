@@ -4,26 +4,16 @@
 
 #include <algorithm>
 #include <tuple>
+#include <type_traits>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "core/colours.h"
 #include "core/model.h"
+#include "core/modeltable.h"
 #include "core/session.h"
 #include "core/views.h"
-
-// Every array and scalar that makes up the model, by reference.
-static auto modelparts() {
-    return std::tie(nodes, nodesel, nodename, tmpnodes, nodework, elems, egroup, rotpo, elemname,
-                    elemsel, elemvis, tmpelems, elemdepth, endrelease, elemstress, elemflag, groups,
-                    groupname, groupmat, groupcolor, groupshow, ncon, connode, condof, conval,
-                    loadnode, loaddof, loadval, elemload, lcname, lctype, lcpar, curlc, nload,
-                    lcomb, lcombname, lcdesc, curlcomb, dispres, graphics, graphics2, graphsel,
-                    graphsel2, graphmesh, edgedata, edgegrid, edgechordax, edgechorday, edgechordaz,
-                    edgechordbx, edgechordby, edgechordbz, patches, patchsel, meshgroup, hasmass,
-                    hasplates, doftype, linepressure, commenttext, modeltoolarge, resultflag,
-                    stressloaded, maxdisp, undomark);
-}
 
 // Colours and views: small, held by value.
 static auto lookcolours() {
@@ -76,36 +66,52 @@ struct keptlook {
 
 // --- the whole model ----------------------------------------------------------------------------
 
-template <typename... T>
-static std::tuple<T...> emptyparts(const std::tuple<T&...>&) {
-    return {};
+// A value of the type that a pointer of the table points to.
+template <typename Value, typename Pointer>
+static Value emptyof(const Pointer& pointer) {
+    return std::visit(
+        [](auto* p) { return Value(std::in_place_type<std::remove_reference_t<decltype(*p)>>); },
+        pointer);
 }
 
+using scalarvalue = std::variant<int, double, bool, Flag, Integer, std::string>;
+
 struct keptmodel::store {
-    decltype(emptyparts(modelparts())) parts;
+    std::vector<arrayvalue> arrays;
+    std::vector<scalarvalue> scalars;
     keptlook look;
 };
 
-template <typename References, typename Values, typename Step, std::size_t... I>
-static void eachpart(References now, Values& kept, Step step, std::index_sequence<I...>) {
-    (step(std::get<I>(now), std::get<I>(kept)), ...);
+// Calls step(in the model, kept) for two of one type.
+template <typename Pointer, typename Value, typename Step>
+static void eachpair(const Pointer& pointer, Value& value, Step step) {
+    std::visit(
+        [&](auto* now) { step(*now, std::get<std::remove_reference_t<decltype(*now)>>(value)); },
+        pointer);
 }
 
-template <typename Values, typename Step>
-static void eachpart(Values& kept, Step step) {
-    eachpart(modelparts(), kept, step, std::make_index_sequence<std::tuple_size_v<Values>>());
+template <typename Store, typename Step>
+static void eachpart(Store& kept, Step step) {
+    for (std::size_t i = 0; i < kept.arrays.size(); ++i)
+        eachpair(modelarrays()[i].cells, kept.arrays[i], step);
+    for (std::size_t i = 0; i < kept.scalars.size(); ++i)
+        eachpair(modelscalars()[i].value, kept.scalars[i], step);
 }
 
 static const auto swapped = [](auto& now, auto& kept) { std::swap(now, kept); };
 
 keptmodel::keptmodel() : kept(std::make_unique<store>()) {
-    eachpart(kept->parts, swapped);
+    for (const modelarray& row : modelarrays())
+        kept->arrays.push_back(emptyof<arrayvalue>(row.cells));
+    for (const modelscalar& row : modelscalars())
+        kept->scalars.push_back(emptyof<scalarvalue>(row.value));
+    eachpart(*kept, swapped);
 }
 
 keptmodel::~keptmodel() = default;
 
 void keptmodel::restore() {
-    eachpart(kept->parts, swapped);
+    eachpart(*kept, swapped);
     kept->look.restore();
 }
 
@@ -141,7 +147,7 @@ static void takeover(array3<T>& now, array3<T>& kept) {
 }
 
 void keptmodel::restoreinto() {
-    eachpart(kept->parts, [](auto& now, auto& old) { takeover(now, old); });
+    eachpart(*kept, [](auto& now, auto& old) { takeover(now, old); });
     kept->look.restore();
 }
 

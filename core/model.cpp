@@ -2,8 +2,9 @@
 // Storage of the model database.
 #include "core/model.h"
 
-#include <algorithm>
+#include <vector>
 
+#include "core/modeltable.h"
 #include "core/platform.h"
 
 array1<int> modelsize;
@@ -67,77 +68,29 @@ Flag stressloaded;
 double maxdisp;
 int undomark;
 
-static void allocnodes(long m1) {
-    nodes.alloc(1, m1, 3);
-    nodesel.alloc(m1);
-    nodename.alloc(m1);
-    tmpnodes.alloc(m1, 3);
-    nodework.alloc(m1, 3);
+template <typename T>
+static void allocate(array1<T>& a, const std::vector<bound>& bounds) {
+    a.alloc(bounds[0].upper());
+}
+template <typename T>
+static void allocate(array2<T>& a, const std::vector<bound>& bounds) {
+    a.alloc(bounds[0].upper(), bounds[1].upper());
+}
+template <typename T>
+static void allocate(array3<T>& a, const std::vector<bound>& bounds) {
+    a.alloc(bounds[0].upper(), bounds[1].upper(), bounds[2].upper());
 }
 
-static void allocelems(long m2) {
-    elems.alloc(m2, 4);
-    egroup.alloc(m2);
-    rotpo.alloc(m2);
-    elemname.alloc(m2);
-    elemsel.alloc(m2);
-    elemvis.alloc(4, m2);
-    tmpelems.alloc(m2, 5);
-    elemdepth.alloc(m2, 1);
-    endrelease.alloc(m2, 4, 6);
-    elemstress.clear();
-    elemflag.alloc(m2);
-}
-
-static void allocgroups(long m4) {
-    groups.alloc(m4, 12);
-    groupname.alloc(m4);
-    groupmat.alloc(m4, 6, 6);
-    groupcolor.alloc(m4);
-    groupshow.alloc(std::max(m4, 9L));  // the palette has ten entries whatever is declared
-}
-
-static void allocloads(long m3, long m7) {
-    connode.alloc(m3);
-    condof.alloc(m3);
-    conval.alloc(m3);
-    loadnode.alloc(m7, m3);
-    loaddof.alloc(m7, m3);
-    loadval.alloc(m7, m3);
-    elemload.alloc(m7, m3, 2);
-    lcname.alloc(m7);
-    lctype.alloc(m7);
-    lcpar.alloc(m7, 4);
-    const long rows = std::max(m7, long(maxcombinations));
-    lcomb.alloc(rows, m7);
-    lcombname.alloc(rows);
-    lcdesc.alloc(rows);
-    dispres.clear();
-}
-
-static void allocgraphics(long m5, long m6) {
-    graphics.alloc(m5, 3, 3);
-    graphics2.alloc(m5, 3, 3);
-    graphsel.alloc(m5, 1);
-    graphsel2.alloc(3 * m5, 1);  // an element has up to three points
-    graphmesh.alloc(4, m5);
-    edgedata.alloc(4, m6);
-    edgegrid.alloc(m6, m6);
-    for (auto* list :
-         {&edgechordax, &edgechorday, &edgechordaz, &edgechordbx, &edgechordby, &edgechordbz})
-        list->alloc(m6);
-    patches.alloc(maxpatches, maxpatchedges, maxedgepieces);
-    patchsel.alloc(maxpatches);
+// Results get their room where they are read.
+static void allocate(const modelarray& row) {
+    std::visit([&](auto* a) { row.role == roles::result ? a->clear() : allocate(*a, row.bounds); },
+               row.cells);
 }
 
 bool allocmodel() {
     return guarded(
         [] {
-            allocnodes(modelsize(1));
-            allocelems(modelsize(2));
-            allocgroups(modelsize(4));
-            allocloads(modelsize(3), modelsize(7));
-            allocgraphics(modelsize(5), modelsize(6));
+            for (const modelarray& row : modelarrays()) allocate(row);
         },
         [](const runtimeerror&) {
             door().message("Out of Memory, Reduce size of declaired model", icons::exclamation);

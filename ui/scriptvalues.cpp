@@ -4,12 +4,14 @@
 #include <map>
 #include <string>
 #include <type_traits>
+#include <variant>
 #include <vector>
 
 #include "core/catalogue.h"
 #include "core/colours.h"
 #include "core/labels.h"
 #include "core/model.h"
+#include "core/modeltable.h"
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -88,64 +90,21 @@ static valuegetter computed(std::function<std::string()> value) {
 #define NAMED(name) \
     { #name, valueof(name) }
 
-static const std::map<std::string, valuegetter>& values() {
-    static const std::map<std::string, valuegetter> table = {
+using valuetable = std::map<std::string, valuegetter>;
+
+// What the table of the model tells by itself.
+static void addmodel(valuetable& table) {
+    const auto add = [&](const char* name, const auto& pointer) {
+        std::visit([&](const auto* p) { table[name] = valueof(*p); }, pointer);
+    };
+    for (const modelarray& row : modelarrays()) add(row.name, row.cells);
+    for (const modelscalar& row : modelscalars()) add(row.name, row.value);
+}
+
+static valuetable filltable() {
+    valuetable table = {
         // model
         NAMED(modelsize),
-        NAMED(nodes),
-        NAMED(nodesel),
-        NAMED(nodename),
-        NAMED(tmpnodes),
-        NAMED(elems),
-        NAMED(egroup),
-        NAMED(rotpo),
-        NAMED(elemname),
-        NAMED(elemsel),
-        NAMED(elemvis),
-        NAMED(tmpelems),
-        NAMED(elemdepth),
-        NAMED(endrelease),
-        NAMED(elemstress),
-        NAMED(elemflag),
-        NAMED(groups),
-        NAMED(groupname),
-        NAMED(groupmat),
-        NAMED(groupcolor),
-        NAMED(groupshow),
-        NAMED(ncon),
-        NAMED(connode),
-        NAMED(condof),
-        NAMED(conval),
-        NAMED(loadnode),
-        NAMED(loaddof),
-        NAMED(loadval),
-        NAMED(elemload),
-        NAMED(lcname),
-        NAMED(lctype),
-        NAMED(lcpar),
-        NAMED(curlc),
-        NAMED(lcomb),
-        NAMED(lcombname),
-        NAMED(lcdesc),
-        NAMED(curlcomb),
-        NAMED(dispres),
-        NAMED(graphics),
-        NAMED(graphics2),
-        NAMED(graphsel),
-        NAMED(graphsel2),
-        NAMED(graphmesh),
-        NAMED(edgedata),
-        NAMED(edgegrid),
-        NAMED(patches),
-        NAMED(patchsel),
-        NAMED(hasmass),
-        NAMED(hasplates),
-        NAMED(doftype),
-        NAMED(commenttext),
-        NAMED(resultflag),
-        NAMED(stressloaded),
-        NAMED(maxdisp),
-        NAMED(linepressure),
         {"nnodes", computed([] { return numbertext(nnodes()); })},
         {"nelems", computed([] { return numbertext(nelems()); })},
         {"ngroups", computed([] { return numbertext(ngroups()); })},
@@ -160,7 +119,6 @@ static const std::map<std::string, valuegetter>& values() {
         NAMED(lckindname),
         NAMED(lcsubname),
         // groups and sections
-        NAMED(meshgroup),
         NAMED(mesheltype),
         NAMED(meshtype),
         NAMED(meshok),
@@ -304,6 +262,12 @@ static const std::map<std::string, valuegetter>& values() {
         {"slabel3", computed(plottext)},
         {"modetext", computed(modetext)},
     };
+    addmodel(table);
+    return table;
+}
+
+static const valuetable& values() {
+    static const valuetable table = filltable();
     return table;
 }
 

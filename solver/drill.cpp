@@ -30,28 +30,41 @@ static double followed(const element& e, const flatshape& s) {
 // spurious modes, Finite Elements in Analysis and Design 50, 2012. Only edges do work, so nothing
 // has to be assumed about the displacement inside.
 namespace {
+const int straightmodes = 5;  // constant stress and bending: enough for edges that stay straight
+const int curvedmodes = 4;    // the others
+
 using mat39 = Eigen::Matrix<double, 3, 9>;
 using row12 = Eigen::Matrix<double, 1, 12>;
-
-const int straightmodes = 5;  // the first ones, enough for straight edges
+using mat5 = Eigen::Matrix<double, straightmodes, straightmodes>;
+using mat5x12 = Eigen::Matrix<double, straightmodes, 12>;
 
 struct isostatic {
-    Eigen::Matrix<double, 9, 9> flexibility;
-    Eigen::Matrix<double, 9, 12> work;
-    Eigen::Matrix<double, straightmodes, 12> straight;  // of edges that stay straight
     stressframe frame;
+    vec2 middle[2];  // unit vectors along the two middle lines
     row12 spin;
+    Eigen::Matrix<double, 9, 12> work;
+    mat5x12 straight;  // work of the first modes on edges that stay straight
+    mat5 flexibility;  // of the first modes
+    Eigen::Matrix<double, curvedmodes, straightmodes> coupling;
+    Eigen::Matrix<double, curvedmodes, curvedmodes> rest;  // of the others with the first set free
 };
 }  // namespace
 
 // Stress x, y, xy in the frame, at a place in the plane.
-static mat39 stressmodes(const stressframe& f, const vec2& at) {
+static mat39 stressmodes(const isostatic& h, const vec2& at) {
+    const stressframe& f = h.frame;
     const vec2 local = f.axes * at;
     const double x = local.x() / f.a, y = local.y() / f.b, b = f.b / f.a, a = 1 / b;
     mat39 p;
-    p << 1, 0, 0, y, 0, x, 0, y * y, a * x * y,   //
-        0, 1, 0, 0, x, 0, y, -x * x, -b * x * y,  //
+    p << 1, 0, 0, 0, 0, x, 0, y * y, a * x * y,   //
+        0, 1, 0, 0, 0, 0, y, -x * x, -b * x * y,  //
         0, 0, 1, 0, 0, -y * b, -x * a, 0, (x * x - y * y) / 2;
+    for (int m = 0; m < 2; ++m) {
+        const vec2 along = f.axes * h.middle[m];
+        const double off = along.x() * local.y() - along.y() * local.x();
+        p.col(3 + m) = off / (m == 0 ? f.b : f.a) *
+                       vec3(along.x() * along.x(), along.y() * along.y(), along.x() * along.y());
+    }
     return p;
 }
 
@@ -90,20 +103,53 @@ static Eigen::Matrix<double, 2, 12> straightdisplacement(const flatshape& s, int
     return u;
 }
 
+// Pure bending along a middle line, of the size of its stress mode, at the corners.
+static Eigen::Matrix<double, 12, 1> bendingmotion(const isostatic& h, const flatshape& s, int m,
+                                                  const mat3& compliance) {
+    const vec2 along = h.middle[m], across(-along.y(), along.x());
+    const double size = m == 0 ? h.frame.b : h.frame.a, stretch = compliance(0, 0) / size;
+    Eigen::Matrix<double, 12, 1> u;
+    for (int c = 0; c < 4; ++c) {
+        const double x = along.dot(s.at[c]), y = across.dot(s.at[c]);
+        const double contracted = compliance(0, 1) / size * y * y;
+        u.segment<2>(3 * c) = stretch * x * y * along + (contracted - stretch * x * x) / 2 * across;
+        u[3 * c + 2] = -stretch * x;
+    }
+    return u;
+}
+
+// In pure bending the edges contract by Poisson's ratio in ways that they cannot follow here, and
+// the work that lacks would load the other modes and stiffen the element. Hence what a bending mode
+// has to do with those is told by the motion of the edges, not by the strains inside: bending
+// along a middle line is then exact on a rectangle and all but exact on a parallelogram. The
+// constant modes stay as they are, and with them the patch test; the rest stays positive.
+static void divide(const Eigen::Matrix<double, 9, 9>& flexibility, const flatshape& s,
+                   const mat3& compliance, isostatic& h) {
+    h.flexibility = flexibility.topLeftCorner<straightmodes, straightmodes>();
+    h.coupling = flexibility.bottomLeftCorner<curvedmodes, straightmodes>();
+    h.rest = flexibility.bottomRightCorner<curvedmodes, curvedmodes>();
+    h.rest -= h.coupling * h.flexibility.inverse() * h.coupling.transpose();
+    for (int m = 0; m < 2; ++m)
+        h.coupling.col(3 + m) =
+            h.work.bottomRows<curvedmodes>() * bendingmotion(h, s, m, compliance);
+}
+
 static isostatic makeisostatic(const element& e, const flatshape& s) {
     isostatic h;
     h.frame = frameof(s);
+    const mat2 lines = jacobianof(s, shapesat(4, {0, 0}));
+    for (int m = 0; m < 2; ++m) h.middle[m] = lines.row(m).normalized();
     h.spin = spinof(s);
-    h.flexibility.setZero();
     h.work.setZero();
     h.straight.setZero();
+    Eigen::Matrix<double, 9, 9> flexibility = Eigen::Matrix<double, 9, 9>::Zero();
     const mat3 compliance = planestiffness(e, false).inverse();
     for (const surfacepoint& p : surfacepoints(4, 5)) {
         const surfaceshape n = shapesat(4, p.place);
-        const mat39 modes = stressmodes(h.frame, flatat(s, n));
+        const mat39 modes = stressmodes(h, flatat(s, n));
         const double weight = p.weight * jacobianof(s, n).determinant();
         const mat39 strains = weight * compliance * modes;
-        h.flexibility += modes.transpose().lazyProduct(strains);
+        flexibility += modes.transpose().lazyProduct(strains);
     }
     const int points = 3;
     for (int k = 0; k < 4; ++k) {
@@ -116,38 +162,48 @@ static isostatic makeisostatic(const element& e, const flatshape& s) {
             const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
             const vec2 at = (1 - x) * s.at[k] + x * s.at[s.next(k)];
             const Eigen::Matrix<double, 9, 2> traction =
-                weight * (normal * stressmodes(h.frame, at)).transpose();
+                weight * (normal * stressmodes(h, at)).transpose();
             h.work.noalias() += traction * edgedisplacement(s, k, x, h.spin);
             h.straight.noalias() +=
                 traction.topRows<straightmodes>() * straightdisplacement(s, k, x);
         }
     }
+    divide(flexibility, s, compliance, h);
     return h;
+}
+
+// What the other modes work when the first ones have taken their part.
+static Eigen::Matrix<double, curvedmodes, 12> restwork(const isostatic& h, const mat5x12& first) {
+    return h.work.bottomRows<curvedmodes>() - h.coupling * first;
 }
 
 static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatrix& k) {
     const isostatic h = makeisostatic(e, s);
+    const mat5 stiffness = h.flexibility.inverse();
+    const mat5x12 work = h.work.topRows<straightmodes>(), first = stiffness * work;
+    const Eigen::Matrix<double, curvedmodes, 12> others = restwork(h, first);
     const double part = followed(e, s);
-    k = part * h.work.transpose() * h.flexibility.inverse() * h.work;
+    k = part * work.transpose() * first;
+    k += part * others.transpose() * h.rest.inverse() * others;
     if (part == 1) return;
-    const Eigen::Matrix<double, straightmodes, straightmodes> flexibility =
-        h.flexibility.topLeftCorner<straightmodes, straightmodes>();
-    k += (1 - part) * h.straight.transpose() * flexibility.inverse() * h.straight;
+    k += (1 - part) * h.straight.transpose() * stiffness * h.straight;
     const double shear = planestiffness(e, false)(2, 2) * flatarea(s);
     k += (1 - part) * shear * h.spin.transpose() * h.spin;
 }
 
 static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix& rows) {
     const isostatic h = makeisostatic(e, s);
+    const mat5 stiffness = h.flexibility.inverse();
+    const mat5x12 first = stiffness * h.work.topRows<straightmodes>();
+    const Eigen::Matrix<double, curvedmodes, 12> others = h.rest.inverse() * restwork(h, first);
     const double part = followed(e, s);
-    Eigen::Matrix<double, 9, 12> parameters = part * h.flexibility.inverse() * h.work;
-    const Eigen::Matrix<double, straightmodes, straightmodes> flexibility =
-        h.flexibility.topLeftCorner<straightmodes, straightmodes>();
-    parameters.topRows<straightmodes>() += (1 - part) * flexibility.inverse() * h.straight;
+    Eigen::Matrix<double, 9, 12> parameters;
+    parameters << part * (first - stiffness * h.coupling.transpose() * others), part * others;
+    parameters.topRows<straightmodes>() += (1 - part) * stiffness * h.straight;
     parameters /= e.field(fieldthickness);
     rows.resize(12, 12);
     for (int c = 0; c < 4; ++c)
-        rows.middleRows<3>(3 * c) = h.frame.turn * stressmodes(h.frame, s.at[c]) * parameters;
+        rows.middleRows<3>(3 * c) = h.frame.turn * stressmodes(h, s.at[c]) * parameters;
 }
 
 // --- triangle -----------------------------------------------------------------------------------

@@ -55,6 +55,24 @@ TEST(Verification, CooksPanel) {
         }
 }
 
+// Webs of stiffeners are such strips: one element wide, pure bending, whatever Poisson's ratio.
+TEST(Verification, StripBentInItsPlane) {
+    for (const int type : {typememb4, typeshell4})
+        for (const auto& [name, length] :
+             {std::pair("5 : 1", 5.0), {"1 : 1", 1.0}, {"1 : 2", 0.5}, {"1 : 4", 0.25}}) {
+            build b;
+            b.m.twod = true;
+            const double whole = 8 * length;
+            const grid at = b.mesh(type, b.plate(1e4, 0.3, 1), 8, 1,
+                                   [&](double r, double s) { return vec3(whole * r, s, 0); });
+            b.fix(at.left(), {1}), b.fix(at.number(0, 0), {2});
+            b.load(1, at.number(8, 0), 1, 1), b.load(1, at.number(8, 1), 1, -1);
+            prove({"membrane", std::string("Strip of elements ") + name + ", bent in its plane",
+                   meshname(type, 8, 1), "closed", 0, whole * whole / 2 * 12 / 1e4,
+                   moved(solvebalanced(b), 1, at.number(8, 0), 2), 1e-6});
+        }
+}
+
 // Lame: ring of radii 1 and 2 in plane stress under pressure 1 from inside.
 TEST(Verification, RingUnderPressureFromInside) {
     const double modulus = 1000, poisson = 0.3, inner = 1, outer = 2, right = M_PI / 2;

@@ -81,7 +81,7 @@ TEST(Verification, StraightBeamOfShells) {
         for (int lc = 1; lc <= 3; ++lc)
             row("MH", std::string("Straight beam, ") + loads[lc - 1],
                 meshname(typeshell4, 6, 1) + " " + shapes[shape], 0, wanted[lc - 1],
-                (moved(r, lc, at.number(6, 0), lc) + moved(r, lc, at.number(6, 1), lc)) / 2, 0.03);
+                (moved(r, lc, at.number(6, 0), lc) + moved(r, lc, at.number(6, 1), lc)) / 2, 0.015);
     }
 }
 

@@ -75,8 +75,12 @@ struct lineend {
 // taken without perspective.
 void clipdepth(int nview, const lineend& near);
 
-// Fits elements, graphic elements and the buffers of one view into its surface.
+// Fits elements, graphic elements and, while they are drawn, the buffers of one view into its
+// surface, by the largest extent whatever the angles. Nothing to fit leaves a scale next to 0.
 void autoscale(int nview);
+// What the user's fit does: autoscale; where the view is fitted already, the picture of the model
+// as it is projected fills the view; where there is nothing, a square of ten units does.
+void fit(int nview);
 
 // Position of a node as drawn, scaled: at its place or displaced while undeformed is 0.
 extern int undeformed;  // 1 while the undeformed model is drawn

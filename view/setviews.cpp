@@ -168,7 +168,7 @@ void doubleview(int nview) {
 }
 
 void fitview(int nview) {
-    autoscale(nview);
+    fit(nview);
     drawview(nview);
 }
 

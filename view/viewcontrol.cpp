@@ -147,13 +147,13 @@ void pasteview(viewform& form) {
 
 void autoscaleview(viewform& form) {
     getvalues(form);
-    autoscale(form.current);
+    fit(form.current);
     showvalues(form, form.current);
 }
 
 void allviews(viewform& form) {
     getvalues(form);
-    for (int v = 1; v <= nviews; ++v) autoscale(v);
+    for (int v = 1; v <= nviews; ++v) fit(v);
     showvalues(form, form.current);
     setfourviews();
 }

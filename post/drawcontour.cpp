@@ -12,10 +12,23 @@
 #include "view/scaleview.h"
 #include "view/surface.h"
 
-static void drawmesh(int e, int nview) {
-    if (!mnudrawlist(1).checked) return;
+// On the filling of a band a label stands in its inverse, as on any filled element.
+static void setfilling(surface& s, int e, int elnn) {
+    const int middle = 5, band = elnn > 2 && isplotted(e) ? bandof(ev[middle]) : -1;
+    s.fillsolid = contourfilled && plotready() && band >= 0;
+    if (s.fillsolid) s.fillcolor = colour(indexcolor(band));
+}
+
+static void drawmesh(int e, int elnn, int nview) {
+    surface* const s = target(nview);
+    if (!mnudrawlist(1).checked || s == nullptr) return;
     drawcolor = colourofelement(e);
-    drawelement(e, nview);
+    setfilling(*s, e, elnn);
+    if (elnn > 2 && iscrowded(e, nview))
+        drawelementlabel(e, nview);  // outlines side by side would cover the plot
+    else
+        drawelement(e, nview);
+    s->fillsolid = false;
 }
 
 // Do the bands leave nothing of the element's face?
@@ -31,14 +44,14 @@ static void paintelement(int e, int elnn, int nview) {
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
     if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
         paintface(nview, elnn, backcolor);
-    if (!contourfilled) drawmesh(e, nview);
+    if (!contourfilled) drawmesh(e, elnn, nview);
     if (plotready() && isplotted(e)) {
         if (contourfilled)
             paintfill(nview, elnn);
         else
             paintlines(nview, elnn);
     }
-    if (contourfilled) drawmesh(e, nview);
+    if (contourfilled) drawmesh(e, elnn, nview);
 }
 
 void drawcontour(int nview) {
@@ -50,7 +63,7 @@ void drawcontour(int nview) {
         if (elnn > 2)
             paintelement(e, elnn, nview);
         else
-            drawmesh(e, nview);
+            drawmesh(e, elnn, nview);
     }
 }
 

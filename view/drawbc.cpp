@@ -4,13 +4,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "view/drawelems.h"
 #include "view/localaxes.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
+#include "view/thinning.h"
 
 static const int buoyancytype = 9;
 
@@ -38,13 +41,20 @@ void drawconstraints(int nview) {
     if (ncon == 0 || s == nullptr) return;
     s->toplane(planes::constraints);
     prepareview(nview);
-    s->drawwidth = 2;
+    const bool small = isovercontour(nview);
+    const double unit = small ? unitveclen / 2 : unitveclen;
+    s->drawwidth = small ? 1 : 2;
+    // Of each direction by itself: a support that holds three is seen as such.
+    std::vector<thinning> strokes(7, thinning(vieww, viewh, leastspacing(nview)));
     for (const bool rotations : {true, false})
         for (int i = 1; i <= ncon; ++i) {
             const int dof = condof(i);
             if ((dof > 3) != rotations || dof < 1 || dof > 6 || !isnode(connode(i))) continue;
-            nodestroke(*s, connode(i), (dof - 1) % 3, rotations ? 2 * unitveclen : unitveclen,
-                       nview, shown(rotations ? rotcolor : concolor));
+            setnode(connode(i), nview);
+            projectpoint(nview);
+            if (!strokes[std::size_t(dof)].takes(scrx, scry)) continue;
+            nodestroke(*s, connode(i), (dof - 1) % 3, rotations ? 2 * unit : unit, nview,
+                       shown(rotations ? rotcolor : concolor));
         }
     s->drawwidth = 1;
     s->toplane(planes::marks);

@@ -3,6 +3,7 @@
 #include "view/drawelems.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -10,12 +11,26 @@
 #include "core/session.h"
 #include "view/scaleview.h"
 #include "view/symbols.h"
+#include "view/thinning.h"
 
 double segx1, segy1, segx2, segy2;
 int nodecurrent, nodenext;
 
 static const double smallnode = 0.1;  // centimetres
 double nodesize = smallnode;
+
+// What stands so close that it would cover what lies under it, most of all a contour plot.
+static const double dotspacing = 0.2;       // centimetres between dots, supports and outlines
+static const double contourspacing = 0.35;  // over a contour plot
+static const double contourdot = 0.03;      // radius of a dot there
+
+bool isovercontour(int nview) {
+    return nview == 1 && menupostItem(2).checked;
+}
+
+double leastspacing(int nview) {
+    return isovercontour(nview) ? contourspacing : dotspacing;
+}
 
 void drawsegment(int nview) {
     if (surface* const s = target(nview)) s->line(segx1, segy1, segx2, segy2, drawcolor);
@@ -54,18 +69,27 @@ void drawnode(int nview) {
     if (nview == 1) labelnode(*s);
 }
 
+// A dot of the model's own nodes.
+static void drawdot(surface& s, int nview) {
+    nodesize = smallnode;
+    s.fillcolor = drawcolor;
+    s.circle(scrx, scry, isovercontour(nview) ? contourdot : nodesize / 4 * 3, drawcolor);
+}
+
 void drawallnodes(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
     prepareview(nview);
     s->drawwidth = 1;
     s->fillsolid = true;
+    thinning dots(vieww, viewh, leastspacing(nview));
     for (int n = 1; n <= nnodes(); ++n) {
         setnode(n, nview);
         projectpoint(nview);
         if (!isinslab()) continue;
         nodecurrent = n;
-        drawnode(nview);
+        if (dots.takes(scrx, scry)) drawdot(*s, nview);
+        if (nview == 1) labelnode(*s);
     }
     s->fillsolid = false;
 }
@@ -147,6 +171,18 @@ static std::string labelof(int e) {
     }
 }
 
+// On a filled element the label stands in the inverse of the filling. A middle grey is its own
+// inverse, or nearly so: there black or white does.
+static colour labelcolouron(colour fill) {
+    const double leastcontrast = 160;  // distance of two colours that are told apart at a glance
+    const colour inverse = invertcolor(fill);
+    const double red = redof(inverse) - redof(fill), green = greenof(inverse) - greenof(fill),
+                 blue = blueof(inverse) - blueof(fill);
+    if (std::sqrt(red * red + green * green + blue * blue) >= leastcontrast) return inverse;
+    const int middle = 3 * 128;
+    return redof(fill) + greenof(fill) + blueof(fill) < middle ? rgb(255, 255, 255) : rgb(0, 0, 0);
+}
+
 void drawelementlabel(int e, int nview) {
     if (nview != 1 || undeformed != 1 || elemlabeltype(0).checked) return;
     const std::string label = labelof(e);
@@ -156,8 +192,7 @@ void drawelementlabel(int e, int nview) {
     projectpoint(nview);
     if (!isinslab()) return;
     s->font = elemlabelfont;
-    // On a filled element the label stands in the inverse of the filling.
-    const colour c = s->fillsolid ? invertcolor(s->fillcolor) : elemlabelcolor;
+    const colour c = s->fillsolid ? labelcolouron(s->fillcolor) : elemlabelcolor;
     s->textcolor = drawcolor == backcolor ? backcolor : c;
     const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };  // a character, in UTF-8
     const double length = double(std::ranges::count_if(label, begins));
@@ -165,20 +200,40 @@ void drawelementlabel(int e, int nview) {
     s->text(label);
 }
 
+bool iscrowded(int e, int nview) {
+    const auto row = elems.row(e);
+    const int elnn = nodesoftype(row[0]);
+    const double least = leastspacing(nview);
+    const auto placeof = [&](int k) {
+        setnode(int(row[std::size_t(k)]), nview);
+        projectpoint(nview);
+        return point2{scrx, scry};
+    };
+    for (int k = 1; k <= elnn && elnn > 1; ++k) {
+        const point2 a = placeof(k), b = placeof(k % elnn + 1);
+        if (std::hypot(b.x - a.x, b.y - a.y) < least) return true;
+    }
+    return false;
+}
+
 void drawelementnodes(int e, int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
-    const colour before = drawcolor;
+    const colour before = drawcolor, filling = s->fillcolor;
     const bool solid = s->fillsolid;
     if (drawcolor != backcolor) drawcolor = nodecolor;
     s->fillsolid = true;
+    const bool crowded = iscrowded(e, nview);
     for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) {
         nodecurrent = int(elems(e, k));
         setnode(nodecurrent, nview);
         projectpoint(nview);
-        if (isinslab()) drawnode(nview);
+        if (!isinslab()) continue;
+        if (!crowded) drawdot(*s, nview);
+        if (nview == 1) labelnode(*s);
     }
     s->fillsolid = solid;
+    s->fillcolor = filling;
     drawcolor = before;
 }
 
@@ -201,6 +256,19 @@ void drawelementoutline(int e, int nview) {
         near = far;
     }
     if (elnn > 2) drawclipped(*s, near, first, nview);
+}
+
+void drawlineelements(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    prepareview(nview);
+    s->drawwidth = 2;
+    for (int e = 1; e <= nelems(); ++e) {
+        if (nodesoftype(elems(e, 0)) != 2 || !isshown(e, nview)) continue;
+        drawcolor = colourofelement(e);
+        drawelementoutline(e, nview);
+    }
+    s->drawwidth = 1;
 }
 
 void drawelement(int e, int nview) {

@@ -24,6 +24,16 @@ void drawelement(int e, int nview);
 // Its lines alone, in drawcolor and the surface's width.
 void drawelementoutline(int e, int nview);
 void drawallelements(int nview);
+// The outlines of the two-node elements alone, each in its colour; what was drawn over them before
+// does not change theirs.
+void drawlineelements(int nview);
+
+// Dots, supports and outlines thin out where they stand closer than this, centimetres: further
+// apart over a contour plot, which lies under them.
+double leastspacing(int nview);
+bool isovercontour(int nview);
+// Has the element a side shorter than that on the surface?
+bool iscrowded(int e, int nview);
 
 // The selected ones of one view, in drawcolor.
 void drawselectedelements(int nview);

@@ -123,6 +123,15 @@ static colour shadeofelement(int e, const direction& light, const direction& eye
 
 // --- the pass -----------------------------------------------------------------------------------
 
+static bool isoutlined(const point2* corner, int elnn, int nview) {
+    const double share = 0.5;  // of the distance that dots keep: a line covers less
+    for (int k = 0; k < elnn; ++k) {
+        const point2 &a = corner[k], &b = corner[(k + 1) % elnn];
+        if (std::hypot(b.x - a.x, b.y - a.y) < share * leastspacing(nview)) return false;
+    }
+    return true;
+}
+
 void drawfacet(int e, int nview) {
     surface* const s = target(nview);
     if (e == 0 || s == nullptr || !isshown(e, nview)) return;
@@ -144,7 +153,8 @@ void drawfacet(int e, int nview) {
         corner[k] = {std::floor(pixels * scrx) / pixels, std::floor(pixels * scry) / pixels};
     }
     s->fillsolid = true;
-    s->polygon(corner, elnn, drawcolor);
+    // Outlines side by side would leave nothing of the shading.
+    s->polygon(corner, elnn, isoutlined(corner, elnn, nview) ? drawcolor : fill);
     if (mnudrawlist(0).checked) drawelementnodes(e, nview);
     drawelementlabel(e, nview);  // in the inverse of the filling
     s->fillcolor = fill;
@@ -166,7 +176,8 @@ static void drawfacets(int nview) {
         const int e = int(elemdepth(i, 0));
         if (elems(e, 0) == 0) continue;
         s->fillcolor = shadingon ? shadeofelement(e, light, eye) : hidcolor;
-        drawcolor = undeformed == 1 ? colourofelement(e) : outline;
+        // A shape keeps its one colour, unless groups are told apart by theirs.
+        drawcolor = undeformed == 1 || elemlabeltype(4).checked ? colourofelement(e) : outline;
         drawfacet(e, nview);
         if (axes && isshown(e, nview)) drawlocalaxes(e, nview);
     }

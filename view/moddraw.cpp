@@ -43,6 +43,10 @@ static bool ishidden() {
     return mnudrawlist(10).checked;
 }
 
+static bool isshape() {
+    return menupostItem(1).checked || menupostItem(3).checked;
+}
+
 static void drawelementpass(int nview) {
     if (ishidden())
         drawhidden(nview);
@@ -103,6 +107,17 @@ void wirelayers() {
         layers::triad, planes::model, [](int) { return mnuSettingsItem(3).checked; }, drawtriad);
     setlayer(layers::graphicslines, planes::model, graphicson, nullptr);
     setlayer(
+        layers::lineelements, planes::model,
+        [](int) {
+            return mnudrawlist(1).checked && mnudrawlist(4).checked && graphics(0, 0, 0) > 0 &&
+                   !ishidden();
+        },
+        [](int v) {
+            undeformed = contourin(v) && isshape() ? 0 : 1;
+            drawlineelements(v);
+            undeformed = 1;
+        });
+    setlayer(
         layers::patches, planes::model, [](int) { return mnudrawlist(5).checked; }, nullptr);
     setlayer(
         layers::loads, planes::loads, [](int) { return !viewloads(0).checked; }, drawloads);
@@ -110,8 +125,7 @@ void wirelayers() {
         layers::constraints, planes::constraints, [](int) { return mnudrawlist(2).checked; },
         drawconstraints);
     setlayer(
-        layers::deformed, planes::results,
-        [](int v) { return (menupostItem(1).checked || menupostItem(3).checked) && !contourin(v); },
+        layers::deformed, planes::results, [](int v) { return isshape() && !contourin(v); },
         drawdeformed);
     setlayer(
         layers::elementstress, planes::results, [](int) { return menupostItem(4).checked; },
@@ -125,7 +139,9 @@ void wirelayers() {
     setlayer(layers::extremes, planes::results, always, nullptr);
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
-    setlayer(layers::selectednodes, planes::marks, always, drawselectednodes);
+    // What is being added is listed with them until the mode ends, and no selection.
+    setlayer(
+        layers::selectednodes, planes::marks, [](int) { return !addnodemode; }, drawselectednodes);
     setlayer(layers::selectedgraphics, planes::marks, always, nullptr);
     setlayer(
         layers::selectedothers, planes::marks, [](int) { return previewbuffers; },

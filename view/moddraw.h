@@ -18,6 +18,7 @@ enum class layers {
     elements,
     triad,
     graphicslines,  // graphic elements, line pass
+    lineelements,   // once more over the graphic lines, so that their colour is true
     patches,
     loads,
     constraints,

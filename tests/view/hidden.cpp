@@ -12,6 +12,7 @@
 #include "core/views.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
+#include "view/setviews.h"
 
 // The order told: for i from the top down, the greatest of 1..i, first met wins, changes with i.
 static std::vector<int> plainselection(std::vector<std::pair<double, int>> rows) {
@@ -85,5 +86,40 @@ TEST(Hidden, PaintsTheFarFacetFirstAndNodesOnTheirElement) {
     EXPECT_EQ(room.door.views[1].count(
                   "polygon 8.00 3.00 11.97 3.00 11.97 6.97 8.00 6.97 #00ff00 #00ff00"),
               1);
+    inithidden();
+}
+
+TEST(Hidden, LabelsStandOutFromTheFillingAndGroupsKeepTheirColour) {
+    sessionroom room;
+    inithidden();
+    for (const auto& at : {std::pair(-2, -2), {2, -2}, {2, 2}, {-2, 2}})
+        addnode(float(at.first), float(at.second), 0);
+    addelement(9, {1, 2, 3, 4});
+    setpreset(1, 1);
+    mnudrawlist(10).checked = true;
+    mnuSettingsItem(3).checked = false;
+    shadingon = false;
+    checkonly(elemlabeltype, 1);
+    const struct {
+        colour fill, label;
+    } cases[] = {{rgb(0, 150, 255), rgb(255, 106, 1)},  // the inverse, not that of the blue nodes
+                 {rgb(0, 0, 150), rgb(255, 255, 106)},
+                 {rgb(127, 127, 127), rgb(255, 255, 255)},  // its inverse is grey as well
+                 {rgb(150, 140, 120), rgb(0, 0, 0)}};
+    for (const auto& c : cases) {
+        hidcolor = c.fill;
+        drawview(1);
+        EXPECT_EQ(room.door.views[0].count("text"), 1);
+        EXPECT_EQ(room.door.views[0].textcolor, c.label);
+    }
+    hidcolor = rgb(0, 150, 255);
+    addelement(6, {1, 3}, 1);
+    checkonly(elemlabeltype, 4);
+    groups(0, 0) = 1;
+    menupostItem(1).checked = true;
+    drawview(1);
+    EXPECT_EQ(room.door.views[0].count("line"), 2);
+    EXPECT_EQ(room.door.views[0].count("line 8.00 7.00 12.00 3.00 #00ff00"), 2)
+        << "the beam has its group's colour, also on the shape";
     inithidden();
 }

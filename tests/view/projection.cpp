@@ -143,7 +143,48 @@ TEST(Autoscale, FitsTheLargestExtentLessTheMargin) {
     tmpnodes(0, 0) = 1;
     tmpnodes(1, 1) = -11;
     autoscale(3);
-    EXPECT_EQ(viewptx(3), -1) << "the buffers count as well";
+    EXPECT_EQ(viewptx(3), 5) << "a copy that waits to be pasted is not on show";
+    previewbuffers = true;
+    autoscale(3);
+    EXPECT_EQ(viewptx(3), -1) << "a preview is";
+    previewbuffers = false;
+}
+
+// The told fit goes by the extents, whatever the angles: from a corner the diagonals of a cube
+// stick out. Pressed again, the button frames what is seen.
+TEST(Autoscale, TheSecondPressOfFitFramesTheProjectedModel) {
+    sessionroom room;
+    fitview(2);
+    scrx = 15;
+    scry = 5;
+    unprojectpoint(2);
+    EXPECT_NEAR(modelx, 5 * 10 / 9.0, 1e-4) << "an empty view is fitted to a square of 10 units";
+    for (int i = 0; i < 8; ++i)
+        addnode(float(100 + 9 * (i & 1)), float(4 * (i & 2)), float(2 * (i & 4)));
+    for (int n = 1; n < 8; ++n) addelement(1, {n, n + 1});
+    for (const float distance : {1e6f, 40.0f}) {
+        viewdist(1) = distance;
+        viewscale(1) = 3;
+        fitview(1);
+        const float told = viewscale(1);
+        EXPECT_FLOAT_EQ(told, 1);
+        for (int press = 2; press <= 3; ++press) {
+            fitview(1);
+            double most[2] = {0, 0};
+            prepareview(1);
+            for (int n = 1; n <= 8; ++n) {
+                setnode(n, 1);
+                projectpoint(1);
+                most[0] = std::max(most[0], std::fabs(scrx - vieww / 2));
+                most[1] = std::max(most[1], std::fabs(scry - viewh / 2));
+            }
+            const double free = std::min(vieww / 2 - most[0], viewh / 2 - most[1]);
+            EXPECT_NEAR(free, unitveclen, 0.05) << press << " " << distance;
+        }
+        viewscale(1) = 3;
+        fitview(1);
+        EXPECT_EQ(viewscale(1), told) << "after a zoom it is the first press again";
+    }
 }
 
 TEST(Layout, FourViewsShareTheAreaBesideTheLeftBar) {
@@ -205,6 +246,51 @@ TEST(Layers, AreDrawnInTheirOrder) {
         "circle 6.00 3.00 0.075 #ff0000",
     };
     EXPECT_EQ(room.door.views[1].operations, expected);
+}
+
+// Dots side by side would be all that is seen of a contour plot; supports likewise.
+TEST(Layers, DotsAndSupportsThinOutWhereTheyStandClose) {
+    sessionroom room;
+    for (int n = 0; n < 41 * 41; ++n) addnode(float(n % 41) / 4, float(n / 41) / 4, 0);
+    for (int n = 1; n <= 41; ++n) {
+        connode(n) = n;
+        condof(n) = 2;
+    }
+    ncon = 41;
+    viewptx(1) = viewptx(2) = viewpty(1) = viewpty(2) = 5;
+    const auto drawn = [&](int v, const char* what) {
+        drawview(v);
+        return room.door.views[std::size_t(v - 1)].count(what);
+    };
+    setpreset(1, 1);
+    EXPECT_EQ(drawn(2, "circle"), 41 * 41) << "2.5 mm apart there is room";
+    EXPECT_EQ(drawn(2, "line"), 41 + 3);
+    viewscale(2) = 0.25;
+    EXPECT_LT(drawn(2, "circle"), 41 * 41 / 9);
+    EXPECT_GT(drawn(2, "circle"), 41 * 41 / 40);
+    EXPECT_LT(drawn(2, "line"), 41 / 2);
+    menupostItem(2).checked = true;
+    EXPECT_LT(drawn(1, "circle"), 900) << "further apart over a contour";
+    EXPECT_EQ(room.door.views[0].count("circle 10.00 5.00 0.03"), 1) << "and smaller";
+    viewscale(2) = 1;
+    EXPECT_EQ(drawn(2, "circle 10.00 5.00 0.075"), 1) << "which the other views do not show";
+}
+
+TEST(Layers, ABeamKeepsItsColourUnderAGraphicLine) {
+    sessionroom room;
+    makesquare();
+    addelement(1, {1, 2});
+    graphics(0, 0, 0) = 1;
+    layer(layers::graphicslines).draw = [](int v) { target(v)->line(0, 0, 1, 1, graphcolor); };
+    mnudrawlist(4).checked = true;
+    drawview(2);
+    const auto& drawn = room.door.views[1].operations;
+    EXPECT_EQ(room.door.views[1].count("line 6.00 7.00 14.00 7.00 #0096ff w2"), 2);
+    std::size_t line = 0;
+    while (line + 1 < drawn.size() && drawn[line].substr(0, 9) != "line 0.00") ++line;
+    ASSERT_LT(line + 1, drawn.size());
+    EXPECT_EQ(drawn[line + 1], "line 6.00 7.00 14.00 7.00 #0096ff w2");
+    layer(layers::graphicslines).draw = nullptr;
 }
 
 TEST(Layers, LabelsStandInViewOneAlone) {

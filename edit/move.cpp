@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The move of the selection. State: the reference point of the move under way, and the places that
-// undo puts back.
+// The move of the selection. State: the move under way - its reference point, the places of the
+// selected points as it began and the way since - and the places that undo puts back.
 #include "edit/move.h"
 
 #include <array>
@@ -20,10 +20,15 @@
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
-static double reference[3];
-static double pressx, pressy;  // where the reference point was pressed, centimetres
-static bool pressed;           // the button is held since then: a drag may begin
-static bool dragging, moved;
+using offset = std::array<double, 3>;
+
+static offset reference;            // as pressed, before the points moved
+static std::vector<offset> places;  // of the selected points where the way is 0
+static std::vector<offset> ways;    // that the points have been moved by, the present one last;
+                                    // a step back leads to one before it
+static double pressx, pressy;       // where the reference point was pressed, centimetres
+static bool pressed;                // the button is held since then: a drag may begin
+static bool dragging, anymoved;
 
 namespace {
 struct storedplace {
@@ -79,20 +84,30 @@ bool checkplace(const double* point) {
     return true;
 }
 
-bool changeselected(const std::function<void(double*)>& change) {
+static std::vector<float*> selectedpoints() {
     std::vector<float*> points;
     for (int i = 1; i <= nodesel(0); ++i) points.push_back(&nodes(0, nodesel(i), 0));
     for (int i = 1; i <= graphsel2(0, 0); ++i)
         points.push_back(&graphics(graphsel2(i, 0), graphsel2(i, 1), 1));
-    std::vector<std::array<double, 3>> places;
-    for (const float* p : points) {
-        places.push_back({p[0], p[1], p[2]});
-        change(places.back().data());
-        if (!checkplace(places.back().data())) return false;
-    }
+    return points;
+}
+
+static bool putpoints(const std::vector<float*>& points, const std::vector<offset>& to) {
+    for (const offset& place : to)
+        if (!checkplace(place.data())) return false;
     for (std::size_t i = 0; i < points.size(); ++i)
-        for (std::size_t k = 0; k < 3; ++k) points[i][k] = float(places[i][k]);
+        for (std::size_t k = 0; k < 3; ++k) points[i][k] = float(to[i][k]);
     return true;
+}
+
+bool changeselected(const std::function<void(double*)>& change) {
+    const std::vector<float*> points = selectedpoints();
+    std::vector<offset> to;
+    for (const float* p : points) {
+        to.push_back({p[0], p[1], p[2]});
+        change(to.back().data());
+    }
+    return putpoints(points, to);
 }
 
 bool ismoving() {
@@ -106,38 +121,71 @@ void startmove() {
     if (nodesel(0) == 0 && graphsel2(0, 0) == 0) return;
     movepending = true;
     editing = false;
-    moved = false;
+    anymoved = false;
+    ways.clear();
     showselection();
     prompt(ofnodes ? "Drag or Select Reference point of selected"
                    : "Select Reference point of selected",
            promptitem, "for moving", "<ESC>");
 }
 
-static void takereference() {
-    reference[0] = modelx;
-    reference[1] = modely;
-    reference[2] = modelz;
+// --- the way of a move --------------------------------------------------------------------------
+
+static offset moved(const offset& from, const offset& way) {
+    return {from[0] + way[0], from[1] + way[1], from[2] + way[2]};
 }
 
-// Takes the picture of the selection away, shifts it, draws it again. The reference point lies on
-// what has moved.
-static void shiftshown(const std::array<double, 3>& way) {
+static bool stand(const std::vector<float*>& points, const offset& way) {
+    if (points.size() != places.size()) return false;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const offset at = moved(places[i], way);
+        for (std::size_t k = 0; k < 3; ++k)
+            if (points[i][k] != float(at[k])) return false;
+    }
+    return true;
+}
+
+// Where the points stand: the way of the move, or one before it when a step was taken back. When
+// something else has changed them they begin anew, and the reference point lies where it lay.
+static void findway(const std::vector<float*>& points) {
+    for (std::size_t i = ways.size(); i-- > 0;)
+        if (stand(points, ways[i])) {
+            if (i + 1 < ways.size()) ways.push_back(ways[i]);
+            return;
+        }
+    if (!ways.empty()) reference = moved(reference, ways.back());
+    places.clear();
+    for (const float* p : points) places.push_back({p[0], p[1], p[2]});
+    ways.assign(1, {0, 0, 0});
+}
+
+static void takereference() {
+    ways.clear();
+    findway(selectedpoints());
+    reference = {modelx, modely, modelz};
+}
+
+// Takes the picture of the selection away, moves it, draws it again. The way is counted from where
+// the points stood as the move began, so that a hundred small ones round no more than one.
+static void showmoved(const std::vector<float*>& points, const offset& way) {
     hideselection();
     if (!redrawmove) eraseselected();
-    const bool shifted = changeselected([&](double* p) {
-        for (std::size_t k = 0; k < 3; ++k) p[k] += way[k];
-    });
+    std::vector<offset> to;
+    for (const offset& place : places) to.push_back(moved(place, way));
+    const bool shifted = putpoints(points, to);
     if (!redrawmove) drawselectedplain();
     showselection();
     if (!shifted) return;
-    for (std::size_t k = 0; k < 3; ++k) reference[k] += way[k];
-    moved = true;
+    ways.push_back(way);
+    anymoved = true;
     pasteflag = true;
     resultflag = 1;
 }
 
 static void shifttopoint() {
-    shiftshown({modelx - reference[0], modely - reference[1], modelz - reference[2]});
+    const std::vector<float*> points = selectedpoints();
+    findway(points);
+    showmoved(points, {modelx - reference[0], modely - reference[1], modelz - reference[2]});
 }
 
 void movepress(int nview) {
@@ -177,7 +225,9 @@ void moverelease(int) {
 void movetyped(const double* way) {
     if (!movepending || !checkplace(way)) return;
     storeundo();
-    shiftshown({way[0], way[1], way[2]});
+    const std::vector<float*> points = selectedpoints();
+    findway(points);
+    showmoved(points, moved(ways.back(), {way[0], way[1], way[2]}));
     if (redrawmove) redrawall();
 }
 
@@ -206,7 +256,7 @@ static bool mergeplaced() {
 void refreshselection() {
     if (!endmove()) return;
     hideselection();
-    const bool merged = moved && mergeplaced();
+    const bool merged = anymoved && mergeplaced();
     promptaction = "Select";
     promptgoal = "for moving";
     prompttail.clear();

@@ -12,6 +12,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/commands.h"
 #include "edit/find.h"
 #include "edit/hover.h"
 #include "edit/merge.h"
@@ -462,6 +463,7 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
 
 static void escape() {
     endhover();
+    endfind();
     const bool zoomed = zoomwinmode, boxed = windowdrag || viewwindow;
     endboxes();
     if (zoomed) return;

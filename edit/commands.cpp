@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Direct commands.
+// Direct commands. State: the circle of the node found last.
 #include "edit/commands.h"
 
 #include <cmath>
@@ -157,20 +157,41 @@ static int searchednode() {
     return found;
 }
 
+static point2 foundplace;  // of the circle about the node found last, in view 1
+static bool foundshown;    // the circle has not been taken away since
+
+static void drawfound(surface& s, colour c) {
+    const double foundsize = 0.5;
+    nodesize = foundsize;
+    s.toplane(planes::marks);
+    s.fillsolid = false;
+    s.circle(foundplace.x, foundplace.y, nodesize / 4 * 3, c);
+    s.show();
+}
+
+void endfind() {
+    surface* const s = target(1);
+    if (s == nullptr || !foundshown) return;
+    foundshown = false;
+    drawfound(*s, backcolor);
+    drawcolor = selcolor;
+    drawselection(1);  // where the circle lay on it
+    drawcolor = meshcolor;
+    s->show();
+}
+
 static void findnode() {
+    endfind();
     const int n = searchednode();
     surface* const s = target(1);
     if (n == 0 || s == nullptr) return;
     const keptpoint kept;
-    const double foundsize = 0.5;
     prepareview(1);
     setnode(n, 1);
     projectpoint(1);
-    nodesize = foundsize;
-    s->toplane(planes::marks);
-    s->fillsolid = false;
-    s->circle(scrx, scry, nodesize / 4 * 3, rgb(255, 0, 0));
-    s->show();
+    foundplace = {scrx, scry};
+    foundshown = true;
+    drawfound(*s, rgb(255, 0, 0));
 }
 
 // --- turns, scales, mirrors ---------------------------------------------------------------------

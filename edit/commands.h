@@ -16,6 +16,7 @@ void runcommand(const std::string& text);
 bool parsecommand();
 void dispatchcommand();
 void findcentroid();
+void endfind();  // takes the circle about a found node away
 
 // The lines of the help on direct commands.
 extern const char* const commandhelp[10];

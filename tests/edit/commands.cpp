@@ -108,6 +108,12 @@ TEST(Commands, NeedNoSelection) {
         EXPECT_EQ(room.door.views[0].count("circle 19.00 -4.00 0.375 #ff0000"), 1) << command;
     }
     EXPECT_EQ(nodesel(0), 0) << "the node found is not selected";
+    const auto erased = [&] {
+        return room.door.views[0].count("circle 19.00 -4.00 0.375 #ffffff");
+    };
+    EXPECT_EQ(erased(), 1) << "the circle before goes with the next";
+    for (int press = 1; press <= 2; ++press) keyhandler(keyescape);
+    EXPECT_EQ(erased(), 2) << "and with ESC";
     runcommand("help");
     EXPECT_EQ(room.door.dialogs.back(), "cardhelp");
     runcommand("dx=1;2;3;4");

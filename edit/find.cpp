@@ -10,13 +10,13 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/pickshape.h"
 #include "edit/placegrid.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 
 std::function<bool(int, const double*, double*)> footongraphic;
-std::function<std::vector<std::array<double, 3>>(int)> shapeofgraphic;
 
 static const int kindline = 1;
 
@@ -38,7 +38,7 @@ class search {
         projectpoint(nview);
         const double du = persu - u, dp = persv - p;
         const double plane = std::sqrt(du * du + dp * dp);
-        if (plane > best.plane) return;
+        if (!(plane <= best.plane)) return;  // nor what is no number
         double sum = 0;
         for (int k = 0; k < 3; ++k) sum += (double(at[k]) - click[k]) * (double(at[k]) - click[k]);
         const double space = std::sqrt(sum);
@@ -127,9 +127,10 @@ nearest pickfromall(int nview, const kindofitem& kind) {
 placegrid keptplaces;
 std::vector<double> keptstate;
 
-std::vector<double> stateof(int nview, int kind) {
+}  // namespace
+
+std::vector<double> pickstate(int nview) {
     std::vector<double> state = {double(nview),
-                                 double(kind),
                                  double(nnodes()),
                                  double(nelems()),
                                  double(mnudrawlist(0).checked),
@@ -144,10 +145,14 @@ std::vector<double> stateof(int nview, int kind) {
     return state;
 }
 
+namespace {
+
 nearest pickfromkept(int nview, const kindofitem& item) {
     const point2 pointer{persu, persv};
     search s(nview);
-    if (std::vector<double> state = stateof(nview, item.kind); state != keptstate) {
+    std::vector<double> state = pickstate(nview);
+    state.push_back(item.kind);
+    if (state != keptstate) {
         keptstate.clear();
         keptplaces.build(item.count, [&](int i, point2& at) {
             if (!item.wanted(i)) return false;
@@ -176,8 +181,17 @@ nearest pickloadednode(int nview) {
     return pickfromall(nview, kindloaded(nview));
 }
 
+// The one item that was found otherwise, with its distances.
+static nearest oneitem(int nview, const kindofitem& kind, int i) {
+    search s(nview);
+    kind.setplace(i);
+    s.offer(i, 0);
+    return s.result();
+}
+
 nearest pickelement(int nview) {
-    return pickfromall(nview, kindelement(nview));
+    const int e = elementunder(nview);
+    return e != 0 ? oneitem(nview, kindelement(nview), e) : pickfromall(nview, kindelement(nview));
 }
 
 nearest hovernode(int nview) {
@@ -189,7 +203,8 @@ nearest hoverloadednode(int nview) {
 }
 
 nearest hoverelement(int nview) {
-    return pickfromkept(nview, kindelement(nview));
+    const int e = elementunderkept(nview);
+    return e != 0 ? oneitem(nview, kindelement(nview), e) : pickfromkept(nview, kindelement(nview));
 }
 
 // --- graphic elements and patches ---------------------------------------------------------------
@@ -210,7 +225,7 @@ static double waytoshape(const search& s, int g, int nview) {
     return least;
 }
 
-// Elements often meet in a point: their shapes decide.
+// Elements often meet in a point: for a snap their shapes decide, at any distance.
 static nearest nearestshape(const search& s, int nview) {
     nearest best = s.result();
     if (best.item == 0 || !shapeofgraphic) return best;
@@ -229,19 +244,29 @@ static nearest nearestshape(const search& s, int nview) {
     return best;
 }
 
-nearest pickgraphic(int nview) {
-    search s(nview);
-    if (mnudrawlist(4).checked)
-        for (int g = 1; g <= ngraphics(); ++g)
-            for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
-                setpoint(nview, graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3));
-                s.offer(g, j);
-            }
-    return nearestshape(s, nview);
+// Offers the defining points of one graphic element.
+static void offergraphic(search& s, int g, int nview) {
+    for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
+        setpoint(nview, graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3));
+        s.offer(g, j);
+    }
 }
 
-// The mean of the end points of all pieces of a patch.
-static bool setpatchcentre(int p, int nview) {
+static void offergraphics(search& s, int nview) {
+    for (int g = 1; g <= ngraphics() && mnudrawlist(4).checked; ++g) offergraphic(s, g, nview);
+}
+
+nearest pickgraphic(int nview) {
+    const int g = graphicunder(nview);
+    search s(nview);
+    if (g != 0)
+        offergraphic(s, g, nview);
+    else
+        offergraphics(s, nview);
+    return s.result();
+}
+
+bool findpatchcentre(int p, double* centre) {
     double sum[3] = {0, 0, 0};
     int count = 0;
     for (int j = 1; j <= patches(p, 0, 0); ++j)
@@ -253,15 +278,19 @@ static bool setpatchcentre(int p, int nview) {
                 ++count;
             }
         }
-    if (count == 0) return false;
-    setpoint(nview, sum[0] / count, sum[1] / count, sum[2] / count);
-    return true;
+    for (int axis = 0; axis < 3; ++axis) centre[axis] = count == 0 ? 0 : sum[axis] / count;
+    return count != 0;
 }
 
 nearest pickpatch(int nview) {
+    const int under = patchunder(nview);
     search s(nview);
-    for (int p = 1; p <= patches(0, 0, 0); ++p)
-        if (setpatchcentre(p, nview)) s.offer(p, 0);
+    double centre[3];
+    for (int p = 1; p <= patches(0, 0, 0); ++p) {
+        if ((under != 0 && p != under) || !findpatchcentre(p, centre)) continue;
+        setpoint(nview, centre[0], centre[1], centre[2]);
+        s.offer(p, 0);
+    }
     return s.result();
 }
 
@@ -291,6 +320,12 @@ static void snappoint(int nview, const nearest& graphic) {
     if (footongraphic && footongraphic(g, point, foot)) snaptest(nview, foot);
 }
 
+static nearest snapgraphic(int nview) {
+    search s(nview);
+    offergraphics(s, nview);
+    return nearestshape(s, nview);
+}
+
 void snapto(int nview) {
     if (!MnuSelectItem(5).checked) return;
     if (const nearest node = picknode(nview); node.item != 0) {
@@ -298,5 +333,5 @@ void snapto(int nview) {
                                 nodes(0, node.item, 2)};
         if (snaptest(nview, place)) return;
     }
-    if (const nearest graphic = pickgraphic(nview); graphic.item != 0) snappoint(nview, graphic);
+    if (const nearest graphic = snapgraphic(nview); graphic.item != 0) snappoint(nview, graphic);
 }

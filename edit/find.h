@@ -3,10 +3,10 @@
 //
 // The clicked point is where unprojectpoint left it: curx, cury, curz and modelx, modely, modelz,
 // with persu, persv its place on the view's plane. A search has no reach: it finds the nearest
-// item however far; of items behind each other the one nearest in space wins.
+// item however far; of items behind each other the one nearest in space wins. Before that a shape
+// under the pointer decides, see edit/pickshape.h; nodes are their own shapes.
 #pragma once
 
-#include <array>
 #include <functional>
 #include <vector>
 
@@ -19,9 +19,7 @@ struct nearest {
 
 nearest picknode(int nview);
 nearest pickelement(int nview);
-// The defining points of each. Of elements that meet in the nearest point the one is found whose
-// shape passes nearest to the click.
-nearest pickgraphic(int nview);
+nearest pickgraphic(int nview);     // the defining points of each
 nearest pickpatch(int nview);       // by the middle of its edges
 nearest pickloadednode(int nview);  // a node with a load in the current load case
 
@@ -41,5 +39,8 @@ void snapto(int nview);
 // Finds the foot of a point on graphic element g, model coordinates; the graphics tool hangs its
 // geometry here.
 extern std::function<bool(int g, const double* point, double* foot)> footongraphic;
-// Graphic element g as a chain of points, model coordinates; hung in likewise.
-extern std::function<std::vector<std::array<double, 3>>(int g)> shapeofgraphic;
+
+// Mean of the end points of all pieces of patch p, model coordinates; false where it has none.
+bool findpatchcentre(int p, double* centre);
+// What the places of the items in a view depend on.
+std::vector<double> pickstate(int nview);

@@ -10,6 +10,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/find.h"
+#include "edit/pickshape.h"
 #include "edit/selection.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"

@@ -7,6 +7,7 @@
 
 #include "core/numtext.h"
 #include "core/session.h"
+#include "edit/pickshape.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
 
@@ -19,6 +20,7 @@ optionsform showgeneraloptions() {
     form.mergeelements = automergeelems;
     form.tolerance = numbertext(mergetol);
     form.renumber = renumbersave;
+    form.pickshapes = pickshapes;
     form.shading = shadingon;
     form.shadecolor = shadecolor;
     form.anglexy = numbertext(lightangxy);
@@ -58,6 +60,7 @@ void storegeneraloptions(const optionsform& given) {
     automergenodes = form.mergenodes;
     automergeelems = form.mergeelements;
     renumbersave = form.renumber;
+    pickshapes = form.pickshapes;
     shadingon = form.shading;
     shadecolor = form.shadecolor;
     lightangxy = float(numberof(form.anglexy));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The dialog "General Options": redraws, hidden line shading, automatic merging, saving.
+// The dialog "General Options": redraws, hidden line shading, automatic merging, saving,
+// picking.
 #pragma once
 
 #include <string>
@@ -9,6 +10,7 @@ struct optionsform {
     bool mergenodes = false, mergeelements = false;
     std::string tolerance;
     bool renumber = false;
+    bool pickshapes = false;
     bool shading = false;
     int shadecolor = 0;           // 3 BlueLight, 2 GreenLight, 1 Red Light, 0 Shades of Gray
     std::string anglexy, anglez;  // degrees

@@ -8,6 +8,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "edit/find.h"
+#include "edit/pickshape.h"
 #include "tools/circle.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"

@@ -81,6 +81,11 @@ class generaloptions : public QDialog {
         move = check(rows, "Check1(0)", "Redraw after move");
         remove = check(rows, "Check1(1)", "Redraw after delete");
         edit = check(rows, "Check1(2)", "Redraw after edit");
+        rows->addSpacing(12);
+        pick = check(rows, "Check5", "Pick what lies under the pointer");
+        help(rows,
+             "A click on a line or element, within 6 pixels, takes it. Elsewhere, and with this "
+             "option off, the nearest defining point decides.");
         rows->addStretch(1);
     }
     void buildhidden() {
@@ -195,6 +200,7 @@ class generaloptions : public QDialog {
         form.mergeelements = mergeelements->isChecked();
         form.tolerance = tolerance->text().toStdString();
         form.renumber = renumber->isChecked();
+        form.pickshapes = pick->isChecked();
         form.shading = shading->isChecked();
         for (int i = 0; i < 4; ++i)
             if (shade[i]->isChecked()) form.shadecolor = i;
@@ -218,6 +224,7 @@ class generaloptions : public QDialog {
         mergeelements->setChecked(form.mergeelements);
         showtext(tolerance, form.tolerance);
         renumber->setChecked(form.renumber);
+        pick->setChecked(form.pickshapes);
         shading->setChecked(form.shading);
         shade[form.shadecolor]->setChecked(true);
         showtext(anglexy, form.anglexy);
@@ -228,7 +235,7 @@ class generaloptions : public QDialog {
 
     optionsform form;
     QTabWidget* tabs;
-    QCheckBox *move, *remove, *edit, *shading, *mergenodes, *mergeelements, *renumber;
+    QCheckBox *move, *remove, *edit, *shading, *mergenodes, *mergeelements, *renumber, *pick;
     QRadioButton* shade[4];
     QLineEdit *anglexy, *anglez, *tolerance;
     QScrollBar* intensity;

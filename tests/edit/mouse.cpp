@@ -11,6 +11,7 @@
 #include "edit/commands.h"
 #include "edit/find.h"
 #include "edit/move.h"
+#include "edit/pickshape.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
@@ -62,6 +63,48 @@ TEST(Mouse, APressPicksTheNearestHoweverFarAndToggles) {
     for (const float x : {8.0f, -2.0f, 5.0f}) addnode(x, 6, 1);
     room.click(6, 1);
     EXPECT_EQ(nodesel(1), 14) << "of nodes behind each other the one nearer in depth";
+}
+
+// Beside a long line a short one's middle may be nearer: what is under the pointer is meant.
+TEST(Mouse, WhatLiesUnderThePointerIsPicked) {
+    gridroom room;  // 6 pixels are 0.15 cm
+    addnode(-4, 3, 0);
+    addnode(8, 3, 0);
+    addelement(1, {13, 14});          // 7: far middle
+    addelement(1, {13, 1});           // 8
+    addelement(3, {1, 4, 12, 9}, 3);  // 9: behind nothing, covers 1 to 6
+    for (const int n : {1, 4, 9, 12}) nodes(0, n, 2) = 0;
+    const struct {
+        double x, y;
+        int on, off;
+    } cases[] = {
+        {-3, 3.1, 7, 8},     // on the line, 4.9 from its middle
+        {-3, 3.2, 8, 8},     // 0.2 beside it: the told rule
+        {2.9, 1.97, 6, 6},   // faces at one depth: the nearer middle
+        {0.02, 1.02, 4, 4},  // in its corner
+        {-2, 1.45, 8, 8},    // a line
+        {6, 6, 7, 7},
+    };
+    setselectitem(selectelements);
+    for (const bool on : {true, false}) {
+        pickshapes = on;
+        for (const auto& c : cases) {
+            takepoint(2, 10 + c.x, 5 - c.y);
+            const int found = pickelement(2).item, hovered = hoverelement(2).item;
+            EXPECT_EQ(found, on ? c.on : c.off) << c.x << " " << c.y << on;
+            EXPECT_EQ(hovered, found);
+        }
+    }
+    pickshapes = true;
+    for (const float height : {2.0f, -2.0f}) {
+        for (int n = 1; n <= 12; ++n) nodes(0, n, 2) = n > 4 ? height : 0;
+        takepoint(2, 11.5, 3.8);
+        EXPECT_EQ(pickelement(2).item, height > 0 ? 5 : 9) << "of faces the front one";
+    }
+    const float nowhere = std::nanf("");
+    nodes(0, 1, 0) = nowhere;
+    takepoint(2, 10, 5);
+    EXPECT_NE(picknode(2).item, 1) << "what is no number lies nowhere";
 }
 
 // Against the plain search; the places that the pointer works with follow the view and the model,
@@ -161,6 +204,10 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
     room.drag(-3, -3, 3, 3);
     runcommand("dx=1");
     EXPECT_NEAR(nodes(0, 16, 0), 3, 1e-6) << "the last point stays where it was snapped";
+    redrawall();
+    for (const std::string& o : room.door.views[1].operations)
+        EXPECT_TRUE(o.substr(0, 6) != "circle" || o.find("#ff0000") == o.npos)
+            << "what is added is not selected: " << o;
     EXPECT_NEAR(nodes(0, 16, 1), 6.5, 1e-6);
     keyhandler(keyescape);
     EXPECT_EQ(nnodes(), 15) << "nodes at one place are merged at the end";
@@ -198,6 +245,37 @@ TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
     EXPECT_NEAR(nodes(0, 12, 0), 7, 1e-6) << "moved by dragging";
     editundo();
     EXPECT_NEAR(nodes(0, 12, 0), 5, 1e-6);
+}
+
+// A step back leaves the reference point on what moves, and many small moves round but once.
+TEST(Mouse, AMoveCountsItsWayFromWhereItBegan) {
+    gridroom room;
+    const auto at = [] { return nodes(0, 12, 0); };
+    room.click(3, 2);
+    startmove();
+    room.click(3, 2);
+    room.click(5, 2);
+    editundo();
+    room.click(4, 2);
+    EXPECT_NEAR(at(), 4, 1e-6) << "from 3, not from 5";
+    editundo();
+    const double way[] = {0.25, 0, 0};
+    movetyped(way);
+    EXPECT_NEAR(at(), 3.25, 1e-6);
+    nodes(0, 12, 0) = 8;  // by another hand
+    movetyped(way);
+    EXPECT_NEAR(at(), 8.25, 1e-6);
+    keyhandler(keyescape);
+    const float far = 50000.3f;
+    nodes(0, 12, 0) = far;
+    togglenode(12);
+    startmove();
+    room.click(3, 2);
+    const double small[] = {0.0013, 0, 0};
+    for (int i = 0; i < 1000; ++i) movetyped(small);
+    EXPECT_EQ(at(), float(double(far) + 1.3)) << "a thousand roundings would be 0.7 off";
+    room.click(3, 2);
+    EXPECT_EQ(at(), far) << "back at the reference point it stands where it stood";
 }
 
 TEST(Mouse, ATypedWayNeedsNoReferencePointAndMergesAtTheEnd) {

@@ -43,7 +43,7 @@ TEST(Picture, LiesOnTheDeformedShape) {
     showcontour();
     const std::vector<std::string> flat = room.door.views[0].operations;
     showdeformed();
-    EXPECT_EQ(room.door.views[0].operations.size(), flat.size());
+    EXPECT_EQ(room.door.views[0].operations.size(), flat.size() + 1) << "and its scale";
     EXPECT_NE(room.door.views[0].operations, flat);
     // Node 2 moves by 4 along y of 5 in all, and 5 measures the unit vector's length.
     setdispscale(1);
@@ -80,6 +80,28 @@ TEST(Picture, ShowsValuesAtThePointerAndTheExtremes) {
 
 // Triangles in chance places, one behind the other: the value of the nearest, by a plain look at
 // all.
+TEST(Picture, AMarkBehindAFaceSaysSo) {
+    plotroom room;
+    for (const auto& p : {point2{-1, -1}, {3, -1}, {3, 2}, {-1, 2}})
+        addnode(1, float(p.x), float(p.y));
+    addelement(3, {7, 8, 9, 10});
+    room.write(".NSL",
+               {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, 5}, {4, 7}, {4, 1}, {4, 7}, {4, 7}});
+    markextremes = true;
+    const auto marks = [&] {
+        std::string all;
+        for (const std::string& o : room.door.views[0].operations)
+            if (o.substr(0, 4) == "text" && o.find(" M") != o.npos) all += o.substr(o.find(" M"));
+        return all;
+    };
+    showcontour();
+    EXPECT_EQ(marks(), " Max 40 (behind) Min 0 (behind)");
+    nodes(0, 7, 0) = nodes(0, 8, 0) = nodes(0, 9, 0) = nodes(0, 10, 0) = -1;
+    showresults();
+    EXPECT_EQ(marks(), " Max 40 Min 0");
+    markextremes = false;
+}
+
 TEST(Picture, TheValueAtThePointerIsOfTheNearestFace) {
     plotroom room;
     std::mt19937 random(99);

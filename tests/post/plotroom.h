@@ -21,6 +21,7 @@ struct plotroom : sessionroom {
     plotroom() {
         wirepost();
         modelname = file("job");
+        resultflag = 0;
         for (const auto& p : {point2{0, 0}, {1, 0}, {2, 0}, {0, 1}, {1, 1}, {2, 1}})
             addnode(0, float(p.x), float(p.y));
         addelement(3, {1, 2, 5, 4});

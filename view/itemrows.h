@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Items by the rows of a view that they reach into, each row in rising order: a look under the
+// pointer needs those of one row.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+struct rowspan {
+    double low, high;  // centimetres down the surface
+};
+
+class itemrows {
+  public:
+    // reach(i, span) gives the span of item i, 1..count; false for one that is not on show.
+    template <typename Reach>
+    void build(int count, Reach reach) {
+        std::vector<rowspan> spans;
+        std::vector<int> numbers;
+        rowspan s;
+        for (int i = 1; i <= count; ++i) {
+            if (!reach(i, s) || !std::isfinite(s.low) || !std::isfinite(s.high)) continue;
+            spans.push_back(s);
+            numbers.push_back(i);
+        }
+        setrows(spans);
+        const auto eachrow = [&](const rowspan& span, auto work) {
+            for (std::size_t row = rowof(span.low); row <= rowof(span.high); ++row) work(row);
+        };
+        first.assign(std::size_t(rows) + 1, 0);
+        for (const rowspan& span : spans) eachrow(span, [&](std::size_t row) { ++first[row + 1]; });
+        for (std::size_t row = 1; row < first.size(); ++row) first[row] += first[row - 1];
+        items.resize(std::size_t(first.back()));
+        std::vector<int> next(first.begin(), first.end() - 1);
+        for (std::size_t i = 0; i < spans.size(); ++i)
+            eachrow(spans[i],
+                    [&](std::size_t row) { items[std::size_t(next[row]++)] = numbers[i]; });
+    }
+    // Calls look(i) for the items of the row at y.
+    template <typename Look>
+    void at(double y, Look look) const {
+        if (items.empty() || !(y >= all.low && y <= all.high)) return;
+        const std::size_t row = rowof(y);
+        for (int i = first[row]; i < first[row + 1]; ++i) look(items[std::size_t(i)]);
+    }
+
+  private:
+    std::size_t rowof(double y) const {
+        return std::size_t(std::clamp((y - all.low) / height, 0.0, rows - 1.0));
+    }
+    // As many rows as keep both the rows and the entries of tall items few.
+    void setrows(const std::vector<rowspan>& spans) {
+        const double entries = 4;  // an item, on the average
+        const double n = double(std::max<std::size_t>(spans.size(), 1));
+        double sum = 0;
+        all = {1e300, -1e300};
+        for (const rowspan& s : spans) {
+            all = {std::min(all.low, s.low), std::max(all.high, s.high)};
+            sum += s.high - s.low;
+        }
+        height = std::max((all.high - all.low) / std::sqrt(n), sum / (entries * n));
+        if (!(height > 0)) height = 1;
+        rows = spans.empty() ? 1 : int((all.high - all.low) / height) + 1;
+    }
+
+    rowspan all{0, 0};
+    double height = 1;  // of a row, centimetres
+    int rows = 1;
+    std::vector<int> first;  // of each row in items; one more at the end
+    std::vector<int> items;
+};

@@ -277,6 +277,7 @@ void runanalysis() {
     if (end == runend::finished) {
         dorenumber = 0;
         stressloaded = false;
+        resultflag = 0;
         if (rereadresults) rereadresults();
     } else if (end) {
         dropresults();  // the solver has removed the files of the run before

@@ -38,7 +38,7 @@ bool iselementstress() {
 }
 
 bool isdeformed() {
-    return menupostItem(1).checked || menupostItem(3).checked;
+    return (menupostItem(1).checked || menupostItem(3).checked) && !fieldisnoise;
 }
 
 // --- the index ----------------------------------------------------------------------------------
@@ -78,9 +78,16 @@ bool ispostelement(int e) {
     return elems(e, 0) != 0 && (postset == 0 || elemflag(e));
 }
 
+static bool canbestressed(int e) {
+    const int typespring2 = 12, typerigid = 13;  // lines that join and have no section
+    const int type = int(elems(e, 0));
+    return nodesoftype(elems(e, 0)) >= 2 && type != typespring2 && type != typerigid;
+}
+
+// Masses and springs have no value that could be shown, and none that counts for the scale.
 bool isplotted(int e) {
-    const int elnn = nodesoftype(elems(e, 0));
-    return elnn != 0 && (elnn == 2) == iselementstress() && (postset == 0 || elemflag(e));
+    const bool line = nodesoftype(elems(e, 0)) == 2;
+    return canbestressed(e) && line == iselementstress() && (postset == 0 || elemflag(e));
 }
 
 bool plotsstress() {
@@ -162,7 +169,7 @@ bool prepareplot() {
     ready = false;
     if (!iscontour() && !iselementstress()) return false;
     fillpalette();
-    if (plotsstress() ? !preparestress() : !fieldread) return false;
+    if (plotsstress() ? !preparestress() : !fieldread || fieldisnoise) return false;
     contourscale();
     ready = true;
     return true;

@@ -22,7 +22,7 @@ static bool showsdisplacement() {
 }
 
 bool legendshown() {
-    return (iscontour() || iselementstress()) && plotready();
+    return (iscontour() || iselementstress()) && plotready() && highest.e != 0;
 }
 
 // --- contents -----------------------------------------------------------------------------------
@@ -85,6 +85,7 @@ legendtext makelegend() {
     legendtext t;
     t.title = iselementstress() ? "Stress Index" : "Contour Index";
     t.heading = headinglines();
+    if (resultflag != 0) t.heading.push_back("older than the model");
     t.exponent = exponentof(std::max(std::fabs(indexmax), std::fabs(indexmin)));
     const bool bands = showsbands();
     const int count = bands ? indexcolors + 1 : indexcolors;

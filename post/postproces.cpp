@@ -13,12 +13,13 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/tekfile.h"
+#include "post/noise.h"
 
 double modevalue;
 int modecount;
 std::vector<double> modevalues;
-bool fieldismode, fieldread = true;
-std::string fieldnote;
+bool fieldismode, fieldread = true, fieldisnoise;
+std::string fieldnote, reportnote;
 
 noderow readnoderow(textin& in, int anadof) {
     noderow row;
@@ -136,8 +137,13 @@ static bool readguarded(const std::function<void()>& read, const char* message) 
 
 bool readdisp() {
     fieldismode = false;
-    return readguarded([] { fieldnote = readdispfile(rotations::drop); },
-                       "Error occurred while trying to read Displacements.");
+    const bool read = readguarded([] { fieldnote = readdispfile(rotations::drop); },
+                                  "Error occurred while trying to read Displacements.");
+    fieldisnoise = read && isnoise();
+    if (fieldisnoise)
+        fieldnote = "The displacements are numeric noise, " + numbertext(float(maxdisp)) +
+                    " at most, and are not drawn: the loads move nothing";
+    return read;
 }
 
 // --- the report's reading -----------------------------------------------------------------------
@@ -159,10 +165,8 @@ static void tellquietly(const runtimeerror& e) {
 
 bool readdispreport() {
     keepplaces();
-    const auto read = [] {
-        const std::string note = readdispfile(rotations::keep);
-        if (!note.empty()) door().showstatus(note);
-    };
+    reportnote.clear();
+    const auto read = [] { reportnote = readdispfile(rotations::keep); };
     return guarded(read, tellquietly);
 }
 
@@ -179,14 +183,19 @@ void reloadmodel() {
     keptplaces.clear();
 }
 
-static void readforces(textin& in, int anadof, int l, float lcfactor) {
+// What is kept of the nodal forces: a picture needs the combination alone, and not the room that
+// all cases of a large model take.
+enum class forcerows { combination, allcases };
+
+static void readforces(textin& in, int anadof, int l, forcerows kept) {
+    const float lcfactor = factorofcase(in, l);
     for (int n = 1; n <= nnodes() + 1; ++n) {
         in.word();  // the node
         const noderow row = readnoderow(in, anadof);
         const double value[6] = {row.x,           row.y,           row.z,
                                  row.rotation[0], row.rotation[1], row.rotation[2]};
         for (int k = 1; k <= 6; ++k) {
-            dispres(l, n, k) = value[k - 1];
+            if (kept == forcerows::allcases) dispres(l, n, k) = value[k - 1];
             dispres(0, n, k) += double(lcfactor) * value[k - 1];
         }
         reportreading("Reading nodal forces", n, in);
@@ -194,21 +203,42 @@ static void readforces(textin& in, int anadof, int l, float lcfactor) {
     in.text();
 }
 
+static void readforcefile(forcerows kept) {
+    dispres.clear();
+    textin in(findnocase(modelname + ".KRT"));
+    const int anadof = readheader(in);
+    const int cases = kept == forcerows::allcases ? modelsize(7) : 0;
+    dispres.alloc(cases, std::max(modelsize(1), nnodes() + 1), 6);
+    int l = 1;
+    for (; !in.atend(); ++l) readforces(in, anadof, l, kept);
+    needblock(in, l - 1, "load case");
+    if (kept == forcerows::allcases) reportnote = noteofcases(in, l - 1);
+}
+
 bool readkrt() {
-    return guarded(
-        [] {
-            dispres.clear();
-            textin in(findnocase(modelname + ".KRT"));
-            const int anadof = readheader(in);
-            dispres.alloc(modelsize(7), std::max(modelsize(1), nnodes() + 1), 6);
-            int l = 1;
-            for (; !in.atend(); ++l) readforces(in, anadof, l, factorofcase(in, l));
-            needblock(in, l - 1, "load case");
-        },
-        [](const runtimeerror& e) {
-            dispres.clear();
-            tellquietly(e);
-        });
+    reportnote.clear();
+    return guarded([] { readforcefile(forcerows::allcases); },
+                   [](const runtimeerror& e) {
+                       dispres.clear();
+                       tellquietly(e);
+                   });
+}
+
+// The displacements stand without them; a file that is no longer whole is worth a word.
+static void readreactions() {
+    guarded([] { readforcefile(forcerows::combination); },
+            [](const runtimeerror& e) {
+                dispres.clear();
+                if (e.number != errfilenotfound && fieldnote.empty()) fieldnote = e.what;
+            });
+    door().endprogress();
+}
+
+bool readshape() {
+    dispres.clear();
+    if (!readdisp()) return false;
+    readreactions();
+    return true;
 }
 
 // --- mode shapes --------------------------------------------------------------------------------
@@ -248,11 +278,13 @@ static void readmodefile() {
 
 bool readmode() {
     fieldismode = true;
+    fieldisnoise = false;
+    dispres.clear();  // a mode has no reactions
     return readguarded(readmodefile, "Error occurred while trying to read modeshapes.");
 }
 
 double frequencyof(double value) {
-    return std::sqrt(std::fabs(value)) / (2 * pi);
+    return std::sqrt(value) / (2 * pi);
 }
 
 // --- summaries ----------------------------------------------------------------------------------

@@ -30,16 +30,20 @@ std::string noteofcases(const textin& in, int blocks);
 // Displacements of the current combination into set 1 of nodes, and maxdisp. False after the
 // message of a failed read; what was read stands.
 bool readdisp();
+// The displacements, and in row 0 of dispres the nodal forces of the combination where .KRT holds
+// them; dispres is empty where it does not.
+bool readshape();
 // Mode shape number curlcomb of .EIG likewise. A number that the file does not reach leaves the
 // former shape, with maxdisp 0.
 bool readmode();
 extern double modevalue;                // omega^2 of the shape shown, 1/s^2; 0 where there is none
 extern int modecount;                   // modes that the file holds
 extern std::vector<double> modevalues;  // omega^2 of each of them
-double frequencyof(double modevalue);   // Hz
+double frequencyof(double modevalue);   // Hz; of a positive value
 // The last of the two: was it readmode, did it succeed, and what should the user know of the file.
 extern bool fieldismode, fieldread;
 extern std::string fieldnote;
+extern bool fieldisnoise;  // nothing but rounding: neither shape nor contour is drawn of it
 
 // The rest serves the report: no message; false when the file is missing or not whole. Reading
 // that the user gave up throws errstopped.
@@ -47,6 +51,7 @@ extern std::string fieldnote;
 // reloadmodel must follow before anything needs the geometry; any number of combinations may be
 // read before.
 bool readdispreport();
+extern std::string reportnote;  // what the reader of the report should know of the file last read
 // Brings the geometry back: what readdispreport put aside, else nodes and elements of .tek.
 void reloadmodel();
 // Nodal forces into dispres: by load case, and their combination in dispres(0). Row nnodes + 1 is

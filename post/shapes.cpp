@@ -15,6 +15,7 @@
 #include "post/probe.h"
 #include "post/soptions.h"
 #include "post/stressfile.h"
+#include "view/drawelems.h"
 #include "view/moddraw.h"
 
 enum postitem { deformedshape = 1, contourplot, modeshape, elementstress };
@@ -28,11 +29,17 @@ static bool needsdisplacements() {
     return ischecked(deformedshape) || (ischecked(contourplot) && contourdata == 1);
 }
 
+static bool showsfield() {
+    return ischecked(modeshape) || needsdisplacements();
+}
+
 static void readfield() {
     if (ischecked(modeshape))
         readmode();
     else if (needsdisplacements())
-        readdisp();
+        readshape();
+    else
+        dispres.clear();  // no reactions beside a model without results
 }
 
 static std::string noteofset() {
@@ -68,7 +75,7 @@ static std::string resultnote() {
         if (!note.empty() && !text.empty()) note += "; ";
         note += text;
     };
-    if (ischecked(modeshape) || needsdisplacements()) add(fieldnote);
+    if (showsfield()) add(fieldnote);
     if (plotready() && plotsstress()) add(stressnote);
     add(noteofcombination());
     add(noteofset());
@@ -104,7 +111,10 @@ static void takeset() {
 
 void showdeformed() {
     const hourglass wait;
-    if (toggle(deformedshape)) readdisp();
+    if (toggle(deformedshape))
+        readshape();
+    else
+        readfield();
     showresults();
 }
 
@@ -114,6 +124,8 @@ void showcontour() {
         takeset();
         menupostItem(elementstress).checked = false;
         if (contourdata == 1) readfield();
+    } else {
+        readfield();
     }
     showresults();
 }
@@ -175,20 +187,51 @@ void rereadshown() {
     tellnote();
 }
 
+// A value below 0 is no vibration: the structure gives way in this shape.
+static std::string frequencytext(double value) {
+    if (value < 0) return "omega^2 = " + shorttext(value) + ", no frequency";
+    return shorttext(frequencyof(value)) + " Hz";
+}
+
 std::string modetext() {
     if (!ischecked(modeshape) || !fieldismode || modecount == 0) return {};
     if (curlcomb > modecount)
         return "The results hold " + numbertext(modecount) + " mode shapes, number " +
                numbertext(curlcomb) + " is not among them";
     return "Mode shape " + numbertext(curlcomb) + " of " + numbertext(modecount) + ": " +
-           shorttext(frequencyof(modevalue)) + " Hz";
+           frequencytext(modevalue);
+}
+
+std::vector<std::string> picturenotes(int nview) {
+    std::vector<std::string> notes;
+    const bool stress = plotready() && plotsstress(), field = showsfield() && fieldread;
+    if (!stress && !field) return notes;
+    if (resultflag != 0) notes.push_back("The results are older than the model; analyse again");
+    if (field && !fieldnote.empty()) notes.push_back(fieldnote);
+    if (stress && !stressnote.empty()) notes.push_back(stressnote);
+    if (field && isdeformed() && !fieldismode && maxdisp > 0)
+        notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) + " times their size");
+    return notes;
+}
+
+static void drawnotes(int nview) {
+    const double margin = 0.15;  // centimetres
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    s->font = elemlabelfont;
+    s->textcolor = elemlabelcolor;
+    double y = margin;
+    for (const std::string& note : picturenotes(nview)) {
+        s->moveto(margin, y);
+        s->text(note);
+        y += s->textheight();
+    }
 }
 
 std::vector<std::string> modelist() {
     std::vector<std::string> list;
     for (const double value : modevalues)
-        list.push_back(numbertext(int(list.size()) + 1) + ": " + shorttext(frequencyof(value)) +
-                       " Hz");
+        list.push_back(numbertext(int(list.size()) + 1) + ": " + frequencytext(value));
     return list;
 }
 
@@ -196,5 +239,11 @@ void wirepost() {
     rereadresults = rereadshown;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
-    layer(layers::extremes).draw = drawextremes;
+    layer(layers::extremes).draw = [](int nview) {
+        drawextremes(nview);
+        drawnotes(nview);
+    };
+    layer(layers::deformed).wanted = [](int nview) {
+        return isdeformed() && !(nview == 1 && iscontour());
+    };
 }

@@ -25,6 +25,9 @@ void rereadshown();
 
 // "Mode shape 2 of 10: 12.5 Hz" while one is on show; "" otherwise.
 std::string modetext();
+// What the picture of a view says of the results on show beside their values: that they are older
+// than the model or not whole, and how much larger a shape is drawn.
+std::vector<std::string> picturenotes(int nview);
 // "1: 12.5 Hz" for each mode of the file last read.
 std::vector<std::string> modelist();
 

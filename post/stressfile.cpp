@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reading of .LES, .NSA, .NLA, .NSR and .NSL.
+// Reading of .LES, .NSA, .NLA, .NSR and .NSL. State: what a file held that does not fit.
 #include "post/stressfile.h"
 
 #include <cmath>
@@ -49,9 +49,12 @@ static void addvalues(textin& in, float factor, int e, int corner) {
     }
 }
 
+static int nolines;  // records of .LES that are of faces
+
 static void addrecord(textin& in, float factor, int e, int corner) {
     in.skip(3);  // the place
     if (lineelstress) {
+        nolines += nodesoftype(elems(e, 0)) != 2;
         addvalues(in, factor, e, 1);
         addvalues(in, factor, e, 2);
         return;
@@ -76,6 +79,12 @@ static void readblock(textin& in, float factor) {
     }
 }
 
+static std::string noteofnolines() {
+    if (nolines == 0) return {};
+    return numbertext(nolines) + (nolines == 1 ? " record" : " records") +
+           " of line stress belong to elements that are no lines; analyse again";
+}
+
 // Faces of the model that the file passed over; they stand at 0.
 static std::string noteofempty() {
     int empty = 0;
@@ -89,6 +98,7 @@ static std::string noteofempty() {
 static void readstressfile() {
     stressloaded = false;
     stressnote.clear();
+    nolines = 0;
     elemstress.clear();
     textin in(findnocase(stressfile()));
     elemstress.alloc(stressvalues, modelsize(2), stresscorners);
@@ -97,6 +107,7 @@ static void readstressfile() {
     if (l == 0) in.fail(errpastend, "the file holds no load case");
     combinedstress();
     stressnote = noteofcases(in, l);
+    if (stressnote.empty()) stressnote = noteofnolines();
     if (stressnote.empty()) stressnote = noteofempty();
     stressloaded = true;
 }

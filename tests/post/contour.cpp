@@ -60,6 +60,24 @@ TEST(Scale, OfAUniformFieldWidensByItself) {
     }
 }
 
+TEST(Scale, WhatHasNoValueDoesNotCount) {
+    plotroom room;
+    room.write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, 15}, {2, 15}, {2, 15}, {2, 15}});
+    addelement(4, {3});      // a mass
+    addelement(16, {6});     // a spring on the ground
+    addelement(12, {1, 2});  // between nodes
+    addelement(13, {2, 3});  // a rigid bar
+    showcontour();
+    EXPECT_EQ(indexmin, 10);
+    EXPECT_TRUE(legendshown());
+    showelementstress();
+    EXPECT_EQ(lowest.value, 7);
+    elems(1, 0) = elems(2, 0) = 0;
+    showcontour();
+    EXPECT_FALSE(legendshown()) << "no face, no scale";
+    EXPECT_TRUE(room.tells("The set holds no element with a face"));
+}
+
 TEST(Scale, ByHandIsCheckedAtReady) {
     plotroom room;
     showcontour();

@@ -71,7 +71,7 @@ TEST(Displacements, CountLoadCasesByTheFile) {
     EXPECT_NE(note.find("holds 1 load case"), std::string::npos) << note;
     fieldnote = "of the mode on show";
     EXPECT_TRUE(readdispreport());
-    EXPECT_EQ(room.door.status, note) << "a report with it tells the same";
+    EXPECT_EQ(reportnote, note) << "a report with it tells the same";
     EXPECT_EQ(fieldnote, "of the mode on show");
     reloadmodel();
 }

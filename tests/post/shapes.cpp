@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
 #include "post/legend.h"
@@ -114,4 +116,97 @@ TEST(Switches, ResultsOfOtherLoadCasesAreTold) {
     writefile(room.file("job.EIG"), "1,3\r\n4\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n");
     showmode();
     EXPECT_TRUE(room.tells("job.EIG announces 3 modes and holds 1")) << room.door.status;
+}
+
+TEST(Switches, ReactionsAreReadWithTheDisplacements) {
+    plotroom room;
+    writefile(room.file("job.KRT"),
+              "6,1\r\n1,0,8\r\n2,0,0\r\n3,4,0\r\n4,0,0\r\n5,0,0\r\n6,0,0\r\n0,4,8\r\n\"LC\"\r\n");
+    checkonly(viewloads, 2);
+    const auto arrows = [&] {
+        int red = 0;
+        for (const std::string& o : room.door.views[0].operations)
+            red += o.substr(0, 4) == "line" && o.find("#ff0000 w2") != o.npos;
+        return red;
+    };
+    showdeformed();
+    EXPECT_EQ(arrows(), 2);
+    EXPECT_EQ(dispres(0, 1, 2), 8);
+    choosecombination(2);
+    EXPECT_EQ(dispres(0, 1, 2), -16) << "of the combination";
+    std::filesystem::remove(room.file("job.KRT"));
+    choosecombination(1);
+    EXPECT_EQ(arrows(), 0);
+    EXPECT_EQ(maxdisp, 5) << "the displacements stand without";
+    EXPECT_TRUE(room.door.messages.empty());
+}
+
+// Rounding alone would else be drawn as large as any shape.
+TEST(Switches, NumericNoiseIsNotDrawn) {
+    const struct {
+        const char* what;
+        double moved, load, prescribed;
+        bool noise;
+    } cases[] = {
+        {"nothing moves", 1e-17, 0, 0, true},
+        {"loads of supports alone", 1e-17, 1000, 0, true},
+        {"a small load on a stiff plate", 4e-11, 1, 0, false},
+        {"a small prescribed displacement", 1e-10, 0, 1e-10, false},
+        {"the usual", 1e-3, 1000, 0, false},
+    };
+    for (const auto& c : cases) {
+        plotroom room;
+        SCOPED_TRACE(c.what);
+        groups(1, 1) = groups(2, 1) = 2e11f;
+        groups(1, 4) = groups(2, 4) = 0.1f;
+        loadnode(1, 0) = loadnode(1, 1) = loaddof(1, 1) = 1;
+        loadval(1, 1) = float(c.load);
+        ncon = connode(1) = condof(1) = 1;
+        conval(1) = float(c.prescribed);
+        const std::string d = std::to_string(int(c.moved * 1e20)) + "E-20";
+        writefile(room.file("job.rvp"),
+                  "6,1\r\n0,0\r\n0," + d + "\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n\"LC\"\r\n");
+        contourdata = 1;
+        showdeformed();
+        EXPECT_EQ(room.door.views[0].count("text 0.15"), 1);
+        EXPECT_EQ(room.tells("numeric noise"), c.noise) << room.door.status;
+        int shape = 0;
+        for (const std::string& o : room.door.views[0].operations)
+            shape += o.substr(0, 4) == "line" && o.find("#0000ff") != o.npos;
+        EXPECT_EQ(shape > 1, !c.noise) << "lines of the shape beside the triad's";
+        showcontour();
+        EXPECT_EQ(legendshown(), !c.noise);
+    }
+}
+
+TEST(Switches, ThePictureTellsWhatItsValuesDoNot) {
+    plotroom room;
+    EXPECT_TRUE(picturenotes(1).empty());
+    showdeformed();
+    setdispscale(2);
+    viewscale(1) = 4;
+    setdispscale(1);
+    EXPECT_EQ(picturenotes(1),
+              std::vector<std::string>{"Displacements drawn 0.025 times their size"});
+    EXPECT_EQ(picturenotes(2),
+              std::vector<std::string>{"Displacements drawn 0.1 times their size"});
+    loadnode(0, 0) = 2;
+    choosecombination(1);
+    resultflag = 1;
+    ASSERT_EQ(picturenotes(1).size(), 3u);
+    EXPECT_EQ(picturenotes(1)[0], "The results are older than the model; analyse again");
+    EXPECT_NE(picturenotes(1)[1].find("the sum is not whole"), std::string::npos);
+    room.writemodes({-9, 400 * 9.8696044});
+    resultflag = 0;
+    showmode();
+    EXPECT_EQ(modetext(), "Mode shape 1 of 2: omega^2 = -9, no frequency");
+    EXPECT_EQ(modelist().front(), "1: omega^2 = -9, no frequency");
+    EXPECT_EQ(modelist().back(), "2: 10 Hz");
+}
+
+TEST(Switches, LineStressOfAFaceIsTold) {
+    plotroom room;
+    room.write(".LES", {{3, 7}, {1, 5}});
+    showelementstress();
+    EXPECT_TRUE(room.tells("1 record of line stress belong")) << room.door.status;
 }

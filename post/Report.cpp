@@ -3,6 +3,7 @@
 #include "post/Report.h"
 
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 #include "core/model.h"
@@ -44,7 +45,8 @@ class keptdisplay {
           average(stressaverage),
           global(stressglobal),
           largest(maxdisp),
-          forces(dispres.upper2 >= 0) {
+          forces(std::move(dispres)) {
+        dispres.clear();
         for (int n = 1; n <= nnodes(); ++n)
             for (int k = 0; k < 3; ++k) shape.push_back(nodes(1, n, k));
     }
@@ -60,10 +62,7 @@ class keptdisplay {
         // What belongs to a combination is read again where it is needed.
         stressloaded = false;
         elemstress.clear();
-        if (forces)
-            readkrt();
-        else
-            dispres.clear();
+        dispres = std::move(forces);
     }
     keptdisplay(const keptdisplay&) = delete;
     keptdisplay& operator=(const keptdisplay&) = delete;
@@ -71,7 +70,7 @@ class keptdisplay {
   private:
     int combination, line, average, global;
     double largest;
-    bool forces;
+    array3<double> forces;
     std::vector<float> shape;
 };
 }  // namespace
@@ -155,6 +154,8 @@ bool savereport(const std::string& base) {
         },
         told);
     door().endprogress();
+    // A file that the report did without is told in the report.
+    door().showstatus(whole ? "Report written: " + base + ".rpt" : statusline());
     prepareplot();  // the legend and the value at the pointer live on what a plot has read
     return whole;
 }

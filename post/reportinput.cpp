@@ -15,6 +15,10 @@ void dashline(reporttext& r) {
     r.out.line(std::string(54, '-'));
 }
 
+void note(reporttext& r, const std::string& text) {
+    if (!text.empty()) r.out.line("Note: " + text);
+}
+
 void counted(reporttext& r, const char* label, double number) {
     r.out.text(label).raw(number).end();
 }
@@ -76,7 +80,7 @@ void writegeneral(reporttext& r) {
 
 static void writegrouprows(reporttext& r, int firstproperty) {
     for (int g = 1; g <= ngroups(); ++g) {
-        r.out.raw(g).zone().text(groupname(g));
+        r.out.raw(g).zone().cut(groupname(g));
         for (int k = firstproperty; k < firstproperty + 6; ++k) r.out.zone().sci(groups(g, k));
         r.out.end();
     }
@@ -114,7 +118,7 @@ void writegroups(reporttext& r) {
 static void writeelement(reporttext& r, int e) {
     const int type = int(elems(e, 0)), elnn = nodesoftype(elems(e, 0));
     if (elnn == 0) return;
-    r.out.raw(e).zone().text(eltypname(type));
+    r.out.raw(e).zone().cut(eltypname(type));
     for (int k = 1; k <= 4; ++k) {
         r.out.zone();
         if (k <= elnn) r.out.raw(elems(e, k));
@@ -137,7 +141,7 @@ static void writetypes(reporttext& r) {
     for (int t = 0; t < neltypes; ++t)
         r.out.raw(t)
             .column(namecolumn)
-            .text(eltypname(t))
+            .cut(eltypname(t), nodescolumn - namecolumn - 1)
             .column(nodescolumn)
             .raw(eltypnodes(t))
             .end();

@@ -21,6 +21,14 @@ reportlines& reportlines::text(std::string_view utf8) {
     return *this;
 }
 
+reportlines& reportlines::cut(std::string_view utf8, int most) {
+    std::size_t end = 0;
+    while (end < utf8.size() && most-- > 0) do
+            ++end;
+        while (end < utf8.size() && (static_cast<unsigned char>(utf8[end]) & 0xc0) == 0x80);
+    return text(utf8.substr(0, end));
+}
+
 reportlines& reportlines::column(int wanted) {
     if (wanted > at) {
         row.append(std::size_t(wanted - at), ' ');

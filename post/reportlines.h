@@ -15,6 +15,8 @@ class reportlines {
     explicit reportlines(const std::string& target);  // throws errpathaccess
 
     reportlines& text(std::string_view utf8);
+    // No more than so many characters of a name: what follows keeps its column.
+    reportlines& cut(std::string_view utf8, int most = zonewidth - 1);
     // On to the next zone, one that has not begun: at least one blank parts two fields.
     reportlines& zone();
     // Blanks up to a column that a table's own headings fix; none where the line is there already.

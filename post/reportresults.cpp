@@ -36,7 +36,7 @@ static massrow wholeof(const std::vector<massrow>& rows) {
 }
 
 static void writemass(reporttext& r, const std::string& name, const massrow& row) {
-    r.out.text(name).zone().sci(row.mass);
+    r.out.cut(name).zone().sci(row.mass);
     for (const double c : row.centre) r.out.zone().sci(c);
     for (const double k : row.gyration) r.out.zone().sci(k);
     r.out.end();
@@ -114,6 +114,8 @@ void writekind(reporttext& r, const analysiskind& kind) {
     };
     if (!kind.valid) return;
     r.out.line(sentences[kind.anadof]);
+    if (resultflag != 0)
+        note(r, "the results are older than the model, which was changed after the analysis");
     r.out.empty(2);
 }
 
@@ -156,6 +158,7 @@ void writedisplacements(reporttext& r) {
         curlcomb = c;
         const bool read = readdispreport();
         writenumberandname(r, c);
+        note(r, reportnote);
         if (read)
             writedisplacementrows(r);
         else
@@ -193,6 +196,7 @@ void writeforces(reporttext& r) {
         curlcomb = c;
         const bool read = readkrt();
         writenumberandname(r, c);
+        note(r, reportnote);
         if (read)
             writeforcerows(r);
         else

@@ -19,6 +19,9 @@ void dashline(reporttext& r);
 // Line with the label and the number behind it.
 void counted(reporttext& r, const char* label, double number);
 
+// What the reader should know of the results that follow; nothing where the text is empty.
+void note(reporttext& r, const std::string& text);
+
 // Model input.
 void writebanner(reporttext& r);
 void writegeneral(reporttext& r);

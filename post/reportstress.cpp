@@ -47,6 +47,7 @@ static void writecombination(reporttext& r, const char* title, const char* axes,
     r.out.line("Stress report for loadcombination: ");
     counted(r, "                          Number = ", c);
     r.out.line("                          Name   = " + lcombname(c));
+    note(r, stressnote);
 }
 
 // --- line elements ------------------------------------------------------------------------------

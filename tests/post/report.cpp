@@ -57,6 +57,7 @@ struct reportroom : sessionroom {
         loadnode(0, 0) = 2;
         lcname(1) = "Dead";
         lcname(2) = "Roll";
+        resultflag = 0;
         loadnode(1, 0) = 1;
         loadnode(1, 1) = 3;
         loaddof(1, 1) = 2;
@@ -230,6 +231,29 @@ TEST(Report, SaysWhatIsMissingWithoutABox) {
         EXPECT_EQ(lines.back(), "END");
         EXPECT_TRUE(room.door.messages.empty());
     }
+}
+
+TEST(Report, LongNamesKeepTheColumnsAndNotesStandByTheResults) {
+    reportroom room(3);
+    groupname(1) = "Fourteen chars";
+    groupname(2) = "Längsträger unten links";
+    resultflag = 1;
+    loadnode(0, 0) = 3;  // the files hold two
+    const std::string text = room.report();
+    const auto lines = linesof(text);
+    const std::size_t table = find(lines, "[F/L^2]"), masses = find(lines, "MASS REPORT");
+    EXPECT_EQ(lines[table + 1].substr(14, 14), "Fourteen char ");
+    EXPECT_NE(lines[table + 1][28], ' ');
+    EXPECT_NE(lines[table + 2].find(" Längsträger u "), std::string::npos) << lines[table + 2];
+    EXPECT_EQ(lines[masses + 3].substr(0, 14), "Fourteen char ");
+    find(lines, "Note: the results are older than the model");
+    find(lines, "Note: frame.rvp holds 2 load cases, the model has 3: the sum is not whole");
+    find(lines, "Note: frame.KRT holds 2 load cases");
+    find(lines, "Note: frame.LES holds 2 load cases");
+    EXPECT_TRUE(room.door.status.find("Report written") == 0) << room.door.status;
+    fs::remove("frame.KRT");
+    room.report();
+    EXPECT_TRUE(room.door.status.find("Report written") == 0) << room.door.status;
 }
 
 TEST(Report, HolesOfTheConstraintListAreNoRows) {

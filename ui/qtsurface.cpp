@@ -2,7 +2,6 @@
 // Drawing into the images of a view.
 #include "ui/qtsurface.h"
 
-#include <QFontMetricsF>
 #include <cmath>
 
 #include "ui/clip.h"
@@ -142,6 +141,19 @@ void qtsurface::flush() {
     lines.clear();
 }
 
+// A stroke along the raster covers whole pixels; between them it would be smeared over one more.
+void qtsurface::align(point2& a, point2& b) const {
+    const double straight = 0.02;  // device pixels off the raster's direction
+    const double width = penwidth(now) * ratio, middle = std::fmod(std::round(width), 2) / 2;
+    const auto onraster = [&](double& from, double& to) {
+        if (std::fabs(to - from) * ratio > straight) return;
+        from = to = (std::floor(from * ratio - middle + 0.5) + middle) / ratio;
+    };
+    if (!smooth) return;
+    onraster(a.x, b.x);
+    onraster(a.y, b.y);
+}
+
 void qtsurface::line(double x1, double y1, double x2, double y2, colour c) {
     const stroke s{c, drawwidth, drawstyle};
     if (!(s == now) || lines.size() >= linesatonce) {
@@ -151,6 +163,7 @@ void qtsurface::line(double x1, double y1, double x2, double y2, colour c) {
     moveto(x2, y2);
     point2 a{x1 * pixels, y1 * pixels}, b{x2 * pixels, y2 * pixels};
     if ((!isplain(a) || !isplain(b)) && !clipline(a, b)) return;
+    align(a, b);
     lines.emplace_back(a.x, a.y, b.x, b.y);
 }
 
@@ -176,21 +189,24 @@ void qtsurface::box(double x1, double y1, double x2, double y2, colour c) {
 }
 
 // Nodes come by the hundred thousand: each is a copy of one small disc, and a place that holds one
-// is not drawn again.
-void qtsurface::stamp(double x, double y, double radius, colour c) {
+// is not drawn again. A disc that erases covers the pixel by which a drawn one may lie off its
+// place.
+void qtsurface::stamp(double x, double y, double radius, colour c, bool erase) {
     const stroke key{c, 1, pens::solid};
-    if (!(key == stampkey) || radius != stampradius || stampimage.devicePixelRatio() != ratio ||
-        stampimage.isNull()) {
+    if (!(key == stampkey) || radius != stampradius || erase != stamperases ||
+        stampimage.devicePixelRatio() != ratio || stampimage.isNull()) {
         stampkey = key;
         stampradius = radius;
-        const int side = int(std::ceil(radius * 2 * ratio)) + 3;
+        stamperases = erase;
+        const double reach = erase ? radius * ratio + 2 : radius * ratio;
+        const int side = int(std::ceil(reach * 2)) + 3;
         stampimage = QImage(side, side, QImage::Format_ARGB32_Premultiplied);
         stampimage.fill(Qt::transparent);
         QPainter p(&stampimage);
-        p.setRenderHint(QPainter::Antialiasing, true);
+        p.setRenderHint(QPainter::Antialiasing, !erase);
         p.setPen(Qt::NoPen);
         p.setBrush(qtcolor(c));
-        p.drawEllipse(QPointF(side / 2.0, side / 2.0), radius * ratio, radius * ratio);
+        p.drawEllipse(QPointF(side / 2.0, side / 2.0), reach, reach);
         p.end();
         stampimage.setDevicePixelRatio(ratio);
         ++round;
@@ -207,22 +223,23 @@ void qtsurface::stamp(double x, double y, double radius, colour c) {
         there = round;
     }
     const double half = stampimage.width() / 2.0 / ratio;
-    painter().drawImage(QPointF(x - half, y - half), stampimage);
+    QPainter& p = painter();
+    setmode(p, false, smooth);
+    if (erase && plane != planes::model)
+        p.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    p.drawImage(QPointF(x - half, y - half), stampimage);
 }
 
 void qtsurface::circle(double x, double y, double radius, colour c) {
     if (!isplain({x * pixels, y * pixels}) || !isplain(radius * pixels)) return;
     flush();
     const bool erase = erases(c);
+    const double r = radius * pixels;
+    if (fillsolid && fillcolor == c && r * ratio <= stampmost)
+        return stamp(x * pixels, y * pixels, r, c, erase);
     QPainter& p = painter();
     setmode(p, erase, smooth);
-    const double r = radius * pixels;
-    if (!erase && fillsolid && fillcolor == c && r * ratio <= stampmost) {
-        stamp(x * pixels, y * pixels, r, c);
-        return;
-    }
     if (erase) {
-        // A stamped disc lies up to a pixel beside its place.
         p.setPen(QPen(qtcolor(background), 4));
         p.setBrush(qtcolor(background));
         ++round;
@@ -254,24 +271,43 @@ void qtsurface::polygon(const point2* points, int n, colour edge) {
         p.drawConvexPolygon(polygonpoints.data(), int(polygonpoints.size()));
 }
 
+// Wholly beside the image, whatever the letters: known without a look at the font.
+bool qtsurface::isoutside(std::string_view utf8) const {
+    const double letter = 4 * std::max(font.size, 8.0);  // pixels, more than any is wide or high
+    const double x = currentx * pixels, y = currenty * pixels;
+    return x > w || y > h || y < -letter || x < -letter * double(utf8.size());
+}
+
+static bool issame(const labelfont& a, const labelfont& b) {
+    return a.name == b.name && a.bold == b.bold && a.italic == b.italic && a.size == b.size &&
+           a.underline == b.underline;
+}
+
+void qtsurface::usefont() {
+    if (textfont && issame(fontkey, font)) return;
+    fontkey = font;
+    textfont = std::make_unique<QFont>(qtfont(font));
+    metrics = std::make_unique<QFontMetricsF>(*textfont);
+}
+
 void qtsurface::text(std::string_view utf8) {
-    if (!isplain({currentx * pixels, currenty * pixels})) return;
+    if (!isplain({currentx * pixels, currenty * pixels}) || isoutside(utf8)) return;
     flush();
     QPainter& p = painter();
-    const QFont f = qtfont(font);
-    const QFontMetricsF metrics(f);
+    usefont();
     const QPointF at(currentx * pixels, currenty * pixels);
     if (erases(textcolor)) {
         setmode(p, true, false);
-        p.fillRect(QRectF(at, QSizeF(metrics.horizontalAdvance(qtext(utf8)) + 2, metrics.height()))
-                       .adjusted(-1, -1, 1, 1),
-                   qtcolor(background));
+        p.fillRect(
+            QRectF(at, QSizeF(metrics->horizontalAdvance(qtext(utf8)) + 2, metrics->height()))
+                .adjusted(-1, -1, 1, 1),
+            qtcolor(background));
         return;
     }
     setmode(p, false, smooth);
-    p.setFont(f);
+    p.setFont(*textfont);
     p.setPen(qtcolor(textcolor));
-    p.drawText(QPointF(at.x(), at.y() + metrics.ascent()), qtext(utf8));
+    p.drawText(QPointF(at.x(), at.y() + metrics->ascent()), qtext(utf8));
 }
 
 void qtsurface::picture(std::string_view name, double x, double y) {
@@ -287,11 +323,13 @@ void qtsurface::picture(std::string_view name, double x, double y) {
 }
 
 double qtsurface::textwidth(std::string_view utf8) {
-    return pixels > 0 ? QFontMetricsF(qtfont(font)).horizontalAdvance(qtext(utf8)) / pixels : 0;
+    usefont();
+    return pixels > 0 ? metrics->horizontalAdvance(qtext(utf8)) / pixels : 0;
 }
 
 double qtsurface::textheight() {
-    return pixels > 0 ? QFontMetricsF(qtfont(font)).height() / pixels : 0;
+    usefont();
+    return pixels > 0 ? metrics->height() / pixels : 0;
 }
 
 void qtsurface::show() {

@@ -3,6 +3,8 @@
 // in one pass. Nothing here knows of widgets; the view widget shows the images.
 #pragma once
 
+#include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QLineF>
 #include <QPainter>
@@ -58,7 +60,10 @@ class qtsurface : public surface {
     QPen pen(const stroke& s) const;
     QBrush brush() const;
     void setmode(QPainter& p, bool erase, bool smoothed) const;
-    void stamp(double x, double y, double radius, colour c);
+    void align(point2& a, point2& b) const;
+    bool isoutside(std::string_view utf8) const;
+    void usefont();
+    void stamp(double x, double y, double radius, colour c, bool erase);
 
     int w = 0, h = 0;
     double ratio = 1, pixels = 0;
@@ -74,6 +79,10 @@ class qtsurface : public surface {
     QImage stampimage;  // a small disc, drawn once for many nodes
     stroke stampkey;
     double stampradius = 0;
+    bool stamperases = false;
+    labelfont fontkey;  // of textfont, which labels by the thousand share
+    std::unique_ptr<QFont> textfont;
+    std::unique_ptr<QFontMetricsF> metrics;
     // Device pixels that hold such a disc already: those marked with the present round. What
     // covers discs begins a new round.
     std::vector<unsigned> stamped;

@@ -77,6 +77,35 @@ TEST(Surface, WhatIsErasedFromTheModelLeavesNoTrace) {
     }
 }
 
+// Mesh lines along the raster are sharp and equally wide wherever they fall.
+TEST(Surface, StraightLinesCoverWholePixels) {
+    for (const double ratio : {1.0, 2.0})
+        for (const int width : {1, 2}) {
+            qtsurface s;
+            s.resize(160, 160, ratio, 40);
+            s.clear(rgb(255, 255, 255));
+            s.drawwidth = width;
+            for (int i = 0; i < 9; ++i) {
+                s.line(0.2, 0.2 + 0.3037 * i, 3.8, 0.2 + 0.3037 * i, rgb(0, 0, 0));
+                s.line(0.2 + 0.3037 * i, 3, 0.2 + 0.3037 * i, 3.8, rgb(0, 0, 0));
+            }
+            s.show();
+            const QImage picture = s.picture();
+            const auto black = [&](bool down) {
+                int count = 0;
+                for (int i = 0; i < picture.width(); ++i) {
+                    const int at = int((down ? 3.2 : 3.4) * 40 * ratio);
+                    const QRgb p = down ? picture.pixel(at, i) : picture.pixel(i, at);
+                    EXPECT_TRUE(qRed(p) == 0 || qRed(p) == 255) << "smeared " << ratio << width;
+                    count += qRed(p) == 0;
+                }
+                return count;
+            };
+            EXPECT_EQ(black(true), 9 * width * int(ratio));
+            EXPECT_EQ(black(false), 9 * width * int(ratio));
+        }
+}
+
 // A model at a scale of 1E+30, beside the eye, or with places that are no numbers.
 TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
     const double nan = std::numeric_limits<double>::quiet_NaN(), inf = HUGE_VAL;

@@ -231,7 +231,22 @@ void showprintsetup() {
 
 // --- other documents ----------------------------------------------------------------------------
 
-void printby(const QString& document, const std::function<void(QPrinter&, QPainter&)>& draw) {
+// The sheet lies for one document and then as it was set.
+namespace {
+struct turnedpaper {
+    explicit turnedpaper(bool landscape) : before(theprinter().pageLayout().orientation()) {
+        if (landscape) theprinter().setPageOrientation(QPageLayout::Landscape);
+    }
+    ~turnedpaper() { theprinter().setPageOrientation(before); }
+    turnedpaper(const turnedpaper&) = delete;
+    turnedpaper& operator=(const turnedpaper&) = delete;
+    const QPageLayout::Orientation before;
+};
+}  // namespace
+
+void printby(const QString& document, const std::function<void(QPrinter&, QPainter&)>& draw,
+             bool landscape) {
+    const turnedpaper turned(landscape);
     switch (askandbegin(document)) {
         case printstart::cancelled:
             return;

@@ -25,5 +25,6 @@ void showprintsetup();
 void printtopdf();  // asks for the file's name, then prints the views
 
 // Prints by a routine of its own, the report for one, through the same dialog. draw is given the
-// printer and a painter on its first page.
-void printby(const QString& document, const std::function<void(QPrinter&, QPainter&)>& draw);
+// printer and a painter on its first page. What is too wide for a standing sheet has it turned.
+void printby(const QString& document, const std::function<void(QPrinter&, QPainter&)>& draw,
+             bool landscape = false);

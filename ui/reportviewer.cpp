@@ -14,8 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QPainter>
-#include <QPrinter>
 #include <QPushButton>
 #include <QShortcut>
 
@@ -26,6 +24,7 @@
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "ui/printing.h"
+#include "ui/reportprint.h"
 
 namespace {
 
@@ -189,36 +188,13 @@ class reportwindow : public QDialog {
     }
 
     void printall() {
-        printby(QFileInfo(qtext(name)).fileName(),
-                [this](QPrinter& printer, QPainter& painter) { printlines(printer, painter); });
-    }
-
-    // A new page at each page header; the letters so small that the longest line fits.
-    void printlines(QPrinter& printer, QPainter& painter) {
-        const double largest = 9;  // points
-        const QSizeF paper = printer.pageLayout().paintRectPixels(printer.resolution()).size();
-        QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        font.setPointSizeF(largest);
-        const double wide = QFontMetricsF(font, &printer).horizontalAdvance('M') *
-                            double(std::max<std::size_t>(model->longestline(), 1));
-        if (wide > paper.width()) font.setPointSizeF(largest * paper.width() / wide);
-        painter.setFont(font);
-        const QFontMetricsF metrics(font, &printer);
-        double y = 0;
-        for (int i = 0; i < model->lines(); ++i) {
-            const bool header =
-                i > 0 && i + 1 < model->lines() &&
-                model->line(i + 1).find("R E P O R T   F I L E") != std::string::npos;
-            if (y > 0 && (header || y + metrics.height() > paper.height())) {
-                printer.newPage();
-                y = 0;
-            }
-            painter.drawText(QPointF(0, y + metrics.ascent()), model->text(i));
-            y += metrics.height();
-            if (i % 1000 == 0 &&
-                !door().progress("Printing the report", double(i) / model->lines()))
-                throw runtimeerror{errstopped, "The printing was cancelled"};
-        }
+        const reportlist report{QFileInfo(qtext(name)).fileName(), model->lines(),
+                                int(model->longestline()),
+                                [this](int line) { return model->text(line); }};
+        printby(
+            report.name,
+            [&](QPrinter& printer, QPainter& painter) { printsheets(report, printer, painter); },
+            islandscape(report));
     }
 
     std::string name;

@@ -5,12 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QPrinter>
 #include <QTemporaryDir>
 
 #include "core/runtime.h"
 #include "ui/qtplatform.h"
+#include "ui/reportprint.h"
 
 static QByteArray contentof(const QString& path) {
     QFile file(path);
@@ -50,4 +52,31 @@ TEST(PrintJob, KeepsTheFormerFileUntilTheNewOneIsWhole) {
     print([] {});
     EXPECT_TRUE(contentof(path).startsWith("%PDF"));
     EXPECT_EQ(QDir(room.path()).entryList(QDir::Files), QStringList{"page.pdf"});
+}
+
+// Heads of the report's own pages begin sheets; a sheet that is full goes on on the next; a line of
+// 130 characters turns paper that stands.
+TEST(PrintJob, AReportHasItsSheetsAndFitsThem) {
+    const auto text = [](int line) {
+        return line == 31 || line == 60 ? QString("  K A L   R E P O R T   F I L E  Page Number")
+                                        : QString(line == 8 ? 130 : 20, 'x');
+    };
+    const reportlist report{"job.rpt", 100, 130, text};
+    EXPECT_EQ(sheetsof(report, 25), (std::vector<int>{0, 25, 30, 55, 59, 84}));
+    EXPECT_EQ(sheetsof(report, 0).size(), 100u);
+    const QTemporaryDir room;
+    setdoor(&theplatform());
+    theplatform().scripted = true;
+    double overfull = 0;
+    const QString path = room.path() + "/report.pdf";
+    theplatform().filequeue.push_back(path.toStdString());
+    const auto print = [&](QPrinter& printer, QPainter& painter) {
+        printsheets(report, printer, painter);
+        overfull = QFontMetricsF(painter.font(), &printer).horizontalAdvance(text(8)) -
+                   printer.pageLayout().paintRectPixels(printer.resolution()).width();
+    };
+    printby("report", print, islandscape(report));
+    EXPECT_TRUE(contentof(path).contains("/MediaBox [0 0 842")) << "the sheet lies";
+    EXPECT_EQ(contentof(path).count("/Type /Page\n"), int(sheetsof(report, 60).size()));
+    EXPECT_LE(overfull, 0);
 }

@@ -156,6 +156,44 @@ static void benchpicks() {
     if (sum == 0) std::puts("nothing was projected");
 }
 
+static void printpart(const char* what, double part, const char* of, double whole) {
+    std::printf("%-46s ours %8.4f s  %-12s %8.4f s  ratio %6.3f\n", what, part, of, whole,
+                part / whole);
+}
+
+// All nodes taken by one press and let go with ESC.
+static void benchletgo() {
+    std::vector<double> taken, letgo;
+    setoneview();
+    redrawall();
+    checkselectitem(selectnodes);
+    selecttype = selecttypes::all;
+    for (int i = 0; i < 5; ++i) {
+        taken.push_back(secondsof([] { viewmousedown(1, mousebuttons::left, 5, 5); }));
+        letgo.push_back(secondsof([] { keyhandler(keyescape); }));
+    }
+    selecttype = selecttypes::single;
+    printpart("ESC with 1,000,000 selected nodes", median(letgo), "selecting", median(taken));
+}
+
+// One element in a hundred on show, each with its number.
+static void benchlabels() {
+    const double zoom = 10;
+    viewscale(1) = float(zoom * viewscale(1));
+    mnudrawlist(0).checked = false;
+    const auto redraw = [] {
+        redrawall();
+        return median({secondsof(redrawall), secondsof(redrawall), secondsof(redrawall)});
+    };
+    const double plain = redraw();
+    checkonly(elemlabeltype, 1);
+    const double labelled = redraw();
+    checkonly(elemlabeltype, 0);
+    mnudrawlist(0).checked = true;
+    viewscale(1) = float(viewscale(1) / zoom);
+    printpart("zoomed redraw with element labels", labelled, "without", plain);
+}
+
 // A thousand nodes among a million: what is drawn anew is what moved.
 static void benchmove() {
     redrawmove = false;
@@ -169,8 +207,7 @@ static void benchmove() {
     };
     const double whole = secondsof(redrawall);
     const double one = secondsof(move);
-    std::printf("%-46s ours %8.4f s  whole redraw %8.4f s  ratio %6.3f\n",
-                "move of 1,000 selected nodes", one, whole, one / whole);
+    printpart("move of 1,000 selected nodes", one, "whole redraw", whole);
 }
 
 // gmsh's own picture of a mesh of the same size with edges and lit faces, turned a little between
@@ -222,6 +259,8 @@ int main(int argc, char** argv) {
     startsession();
     makelargemodel(1000);
     benchwire(door);
+    benchletgo();
+    benchlabels();
     benchhidden(door);
     benchpicks();
     benchmove();

@@ -61,9 +61,9 @@ TEST(PrintJob, AReportHasItsSheetsAndFitsThem) {
         return line == 31 || line == 60 ? QString("  K A L   R E P O R T   F I L E  Page Number")
                                         : QString(line == 8 ? 130 : 20, 'x');
     };
-    const reportlist report{"job.rpt", 100, 130, text};
+    const reportlist report{"job.rpt", 90, 130, text};
     EXPECT_EQ(sheetsof(report, 25), (std::vector<int>{0, 25, 30, 55, 59, 84}));
-    EXPECT_EQ(sheetsof(report, 0).size(), 100u);
+    EXPECT_EQ(sheetsof(report, 0).size(), 90u);
     const QTemporaryDir room;
     setdoor(&theplatform());
     theplatform().scripted = true;

@@ -192,7 +192,7 @@ void mainwindow::buildcommandline() {
     inputfield->lineEdit()->setObjectName("inputtext");
     inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
-    inputfield->lineEdit()->installEventFilter(this);
+    inputfield->installEventFilter(this);  // it has the focus, and hands its keys to the line
     statuslabel = new QLabel(strip);
     statuslabel->setObjectName("Label1");
     statuslabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -233,7 +233,7 @@ void mainwindow::takecoordinates() {
 
 void mainwindow::runtypedcommand() {
     const QString text = inputfield->currentText();
-    if (text.isEmpty()) return;
+    if (text.isEmpty()) return keyhandler(keyenter);  // the end of a mode, as outside the line
     inputfield->addItem(text);
     inputfield->setCurrentIndex(-1);
     inputfield->clearEditText();
@@ -268,6 +268,25 @@ static bool isenter(const QEvent* event) {
     return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
+// Keys of the command line. True for one that goes no further; Up and Down between the commands of
+// the history are the list's own.
+bool mainwindow::commandkey(const QKeyEvent* event) {
+    const int last = inputfield->count() - 1;
+    if (isenter(event)) {
+        runtypedcommand();
+    } else if (event->key() == Qt::Key_Escape) {
+        keyhandler(keyescape);
+    } else if (event->key() == Qt::Key_Up && inputfield->currentIndex() < 0) {
+        inputfield->setCurrentIndex(last);  // upwards from the empty line lies the last command
+    } else if (event->key() == Qt::Key_Down && inputfield->currentIndex() == last) {
+        inputfield->setCurrentIndex(-1);
+        inputfield->clearEditText();
+    } else {
+        return false;
+    }
+    return true;
+}
+
 bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == workspace && event->type() == QEvent::Resize) {
         arrangeviews();
@@ -279,31 +298,12 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
         takecoordinates();
         return true;
     }
-    if (inputfield && watched == inputfield->lineEdit()) switch (event->type()) {
-            case QEvent::FocusIn:
-                inputfield->lineEdit()->setPlaceholderText("");
-                break;
-            case QEvent::FocusOut:
-                inputfield->lineEdit()->setPlaceholderText(commandprompt);
-                break;
-            default:
-                break;
-        }
-    if (inputfield && watched == inputfield->lineEdit() && event->type() == QEvent::KeyPress) {
-        if (isenter(event)) {
-            runtypedcommand();
+    if (watched == inputfield) {
+        if (event->type() == QEvent::FocusIn) inputfield->lineEdit()->setPlaceholderText("");
+        if (event->type() == QEvent::FocusOut)
+            inputfield->lineEdit()->setPlaceholderText(commandprompt);
+        if (event->type() == QEvent::KeyPress && commandkey(static_cast<QKeyEvent*>(event)))
             return true;
-        }
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Escape) {
-            keyhandler(keyescape);
-            return true;
-        }
-        // Upwards from the empty line lies the last command.
-        if (key == Qt::Key_Up && inputfield->currentIndex() < 0) {
-            inputfield->setCurrentIndex(inputfield->count() - 1);
-            return true;
-        }
     }
     return QMainWindow::eventFilter(watched, event);
 }

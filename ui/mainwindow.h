@@ -49,6 +49,7 @@ class mainwindow : public QMainWindow {
     void buildleftbar();
     void buildcommandline();
     void runtypedcommand();
+    bool commandkey(const QKeyEvent* event);
     void takecoordinates();
     void refreshcombinations();
     void refreshresults();

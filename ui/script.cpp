@@ -9,7 +9,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
@@ -95,23 +95,37 @@ QPointF placeof(int nview, double x, double y, double z) {
     return {scrx, scry};
 }
 
-void pressnamedkey(QWidget* w, const QString& name) {
-    static const std::pair<const char*, int> keys[] = {
-        {"ESC", Qt::Key_Escape},  {"ENTER", Qt::Key_Return},
-        {"SPACE", Qt::Key_Space}, {"BACKSPACE", Qt::Key_Backspace},
-        {"TAB", Qt::Key_Tab},     {"F6", Qt::Key_F6},
-        {"LEFT", Qt::Key_Left},   {"RIGHT", Qt::Key_Right},
-        {"UP", Qt::Key_Up},       {"DOWN", Qt::Key_Down}};
+struct namedkey {
+    int key;
+    Qt::KeyboardModifiers held;
+};
+
+namedkey keynamed(const QString& name) {
+    static const std::pair<const char*, int> keys[] = {{"ESC", Qt::Key_Escape},
+                                                       {"ENTER", Qt::Key_Return},
+                                                       {"SPACE", Qt::Key_Space},
+                                                       {"BACKSPACE", Qt::Key_Backspace}};
     for (const auto& [text, key] : keys)
-        if (name == text) return presskey(w, key, key == Qt::Key_Space ? " " : "");
-    refuse("there is no key " + name +
-           "; keys are ESC, ENTER, SPACE, BACKSPACE, TAB, F6, LEFT, RIGHT, UP and DOWN");
+        if (name == text) return {key, Qt::NoModifier};
+    const QKeySequence sequence(name, QKeySequence::PortableText);
+    if (sequence.count() != 1 || sequence[0].key() == Qt::Key_unknown)
+        refuse("there is no key " + name +
+               "; keys are ESC, ENTER, SPACE, BACKSPACE, TAB, F6, UP, Ctrl+Z and their like");
+    return {sequence[0].key(), sequence[0].keyboardModifiers()};
+}
+
+// At the keyboard's focus, or as after a click at the control that is named.
+void pressnamedkey(QWidget* control, const QString& name) {
+    if (control) control->setFocus();
+    QWidget* const target = control ? control->window()->focusWidget() : keyboardfocus();
+    const auto [key, held] = keynamed(name);
+    presskey(target ? target : control, key, key == Qt::Key_Space ? " " : "", held);
 }
 
 void typecommand(const QString& text) {
-    auto* const field = findkind<QComboBox>("main", "inputfield", "command line");
-    type(field->lineEdit(), text);
-    presskey(field->lineEdit(), Qt::Key_Return);
+    auto* const line = findkind<QComboBox>("main", "inputfield", "command line")->lineEdit();
+    type(line, text);
+    presskey(themainwindow->focusWidget(), Qt::Key_Return);
 }
 
 void savepicture(const QImage& image, const QString& path) {
@@ -312,7 +326,10 @@ bool scriptplayer::run(const QString& line) {
         drag(view, corner(2), corner(5));
     } else if (verb == "key") {
         need(1);
-        pressnamedkey(n >= 3 ? findcontrol(words[2], words[3]) : themainwindow, words[1]);
+        pressnamedkey(n >= 3 ? findcontrol(words[2], words[3]) : nullptr, words[1]);
+    } else if (verb == "type") {
+        need(1);
+        typekeys(keyboardfocus(), rest(1));
     } else if (verb == "set") {
         need(2);
         setcontrol(words[1], words[2], rest(3));

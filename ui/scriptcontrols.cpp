@@ -11,12 +11,20 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTableWidget>
 
 #include "ui/mainwindow.h"
+
+// The toolkit's own door for keys of a test, which tries the shortcuts.
+QT_BEGIN_NAMESPACE
+Q_GUI_EXPORT bool qt_sendShortcutOverrideEvent(QObject*, ulong timestamp, int key,
+                                               Qt::KeyboardModifiers, const QString& text, bool,
+                                               ushort);
+QT_END_NAMESPACE
 
 void refuse(const QString& text) {
     throw scriptfault{text};
@@ -55,19 +63,34 @@ static void needenabled(const QWidget* w, const QString& name) {
 
 // --- verbs --------------------------------------------------------------------------------------
 
-void presskey(QWidget* w, int key, const QString& text) {
-    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QApplication::sendEvent(w, &down);
-    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
-    QApplication::sendEvent(w, &up);
+QWidget* keyboardfocus() {
+    QWidget* window = QApplication::activePopupWidget();
+    if (window == nullptr) window = QApplication::activeModalWidget();
+    if (window == nullptr) window = themainwindow;
+    return window->focusWidget() ? window->focusWidget() : window;
 }
 
-// Typed key by key, then left as a user leaves a field.
+void presskey(QWidget* w, int key, const QString& text, Qt::KeyboardModifiers held) {
+    if (qt_sendShortcutOverrideEvent(w, 0, key, held, text, false, 1)) return;
+    const QPointer<QWidget> target = w;  // a key may close its window
+    for (const QEvent::Type kind : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(kind, key, held, text);
+        if (target) QApplication::sendEvent(target, &event);
+    }
+}
+
+void typekeys(QWidget* w, const QString& text) {
+    for (const QChar c : text) presskey(w, 0, QString(c));
+}
+
+// Typed key by key over what was there. The keys go where the keyboard's go: to the list whose text
+// the field is.
 void type(QLineEdit* edit, const QString& value) {
     edit->setFocus();
     edit->selectAll();
-    if (value.isEmpty()) presskey(edit, Qt::Key_Delete);
-    for (const QChar c : value) presskey(edit, 0, QString(c));
+    QWidget* const target = edit->focusProxy() ? edit->focusProxy() : edit;
+    if (value.isEmpty()) presskey(target, Qt::Key_Delete);
+    typekeys(target, value);
 }
 
 static void leave(QLineEdit* edit) {

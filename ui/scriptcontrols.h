@@ -24,8 +24,13 @@ T* findkind(const QString& form, const QString& name, const char* kind) {
     return w;
 }
 
-// Keys that arrive at a control, one by one.
-void presskey(QWidget* w, int key, const QString& text = QString());
+// The widget that a key of the keyboard reaches: in an open menu, else in the window that holds up
+// all others, else in the main window.
+QWidget* keyboardfocus();
+// A key at a widget, first as a shortcut of its window. Text is typed key by key.
+void presskey(QWidget* w, int key, const QString& text = QString(),
+              Qt::KeyboardModifiers held = Qt::NoModifier);
+void typekeys(QWidget* w, const QString& text);
 void type(QLineEdit* edit, const QString& value);
 
 void setcontrol(const QString& form, const QString& name, const QString& value);

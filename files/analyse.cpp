@@ -3,6 +3,7 @@
 #include "files/analyse.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <utility>
@@ -15,11 +16,13 @@
 #include "core/textfile.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
+#include "files/runlog.h"
 #include "view/moddraw.h"
 
 namespace fs = std::filesystem;
 
 std::function<void()> rereadresults;
+std::function<std::string()> resultsummary;
 
 // --- the options dialog -------------------------------------------------------------------------
 
@@ -165,6 +168,15 @@ static runreport waitforsolver() {
     return report;
 }
 
+// A frame drawn in one plane is free to fall out of it: the other analysis may be the one meant.
+static std::string hintoftwod(const std::string& words) {
+    if (dim2d || words.find("mechanism") == words.npos) return {};
+    for (int n = 1; n <= nnodes(); ++n)
+        if (nodes(0, n, 2) != 0) return {};
+    return "\nThe model lies in the plane z = 0: the 2-D analysis of [Analyse,Options...] lets it "
+           "move in that plane alone.";
+}
+
 static void tellend(const runreport& report) {
     switch (report.end) {
         case runend::finished:
@@ -173,8 +185,9 @@ static void tellend(const runreport& report) {
             door().message("The analysis was cancelled; there are no new results.");
             return;
         case runend::refused:
-            door().message("The analysis ended without results.\n" + report.words,
-                           icons::exclamation);
+            door().message(
+                "The analysis ended without results.\n" + report.words + hintoftwod(report.words),
+                icons::exclamation);
             return;
         case runend::crashed:
             door().message("The solver stopped without finishing the analysis. Its last words: " +
@@ -249,11 +262,23 @@ static runend runonmodel(const std::string& program) {
         const runlock locked;
         report = waitforsolver();
     }
+    readsolverlog();
     tellend(report);
     return report.end;
 }
 
+// What the run came to, in place of the silence after a progress window.
+static void tellsummary(double seconds) {
+    const int warned = solverlog().warnings;
+    std::string text = "Analysed in " + fixedtext(seconds, 1) + " s";
+    if (warned > 0) text += warned == 1 ? ", 1 warning" : ", " + numbertext(warned) + " warnings";
+    const std::string results = resultsummary ? resultsummary() : "";
+    if (!results.empty()) text += "; " + results;
+    door().showstatus(text);
+}
+
 void runanalysis() {
+    const auto begin = std::chrono::steady_clock::now();
     const hourglass wait;
     if (!isnamed()) {
         if (menusave() != reply::done) return;
@@ -284,4 +309,6 @@ void runanalysis() {
     }
     door().refresh();
     redrawall();
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+    if (end == runend::finished) tellsummary(taken.count());
 }

@@ -31,3 +31,5 @@ std::string findsolver();
 void runanalysis();
 // Reads results anew after a run; the post-processor hangs its routine here.
 extern std::function<void()> rereadresults;
+// What they amount to in a few words, for the status line after a run; hung in likewise.
+extern std::function<std::string()> resultsummary;

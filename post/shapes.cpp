@@ -11,6 +11,7 @@
 #include "files/analyse.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/outcome.h"
 #include "post/postproces.h"
 #include "post/probe.h"
 #include "post/soptions.h"
@@ -237,6 +238,7 @@ std::vector<std::string> modelist() {
 
 void wirepost() {
     rereadresults = rereadshown;
+    resultsummary = outcometext;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
     layer(layers::extremes).draw = [](int nview) {

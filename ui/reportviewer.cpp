@@ -74,8 +74,11 @@ class reportmodel : public QAbstractListModel {
     QSize size;
 };
 
-// "**** LOAD CASES ****" as "LOAD CASES"; empty for a line that is no heading.
+// "**** LOAD CASES ****" as "LOAD CASES", and a warning of a log; empty for a line that is no
+// heading.
 QString headingof(QString line) {
+    const int longest = 70;  // letters of a warning in the list
+    if (line.startsWith("Warning: ")) return line.left(longest);
     if (!line.startsWith("*****") && !line.startsWith("~~~~~")) return {};
     return line.remove('*').remove('~').simplified();
 }
@@ -106,6 +109,13 @@ class reportwindow : public QDialog {
         list->setFocus();
     }
 
+    // 0 is the begin of the text.
+    void gotosection(int i) {
+        if (i >= sections->count()) return;
+        sections->setCurrentIndex(i);
+        gotoline(sections->itemData(i).toInt(), QAbstractItemView::PositionAtTop);
+    }
+
   private:
     void buildtools(QBoxLayout* rows) {
         auto* const row = new QHBoxLayout;
@@ -133,16 +143,14 @@ class reportwindow : public QDialog {
         connect(wanted, &QLineEdit::returnPressed, this, [this] { findnext(); });
         connect(print, &QPushButton::clicked, this, [this] { printall(); });
         connect(close, &QPushButton::clicked, this, &QDialog::close);
-        connect(sections, &QComboBox::activated, this, [this](int i) {
-            gotoline(sections->itemData(i).toInt(), QAbstractItemView::PositionAtTop);
-        });
+        connect(sections, &QComboBox::activated, this, [this](int i) { gotosection(i); });
     }
 
     void fillsections() {
         sections->addItem(tr("Begin"), 0);
         for (int i = 0; i < model->lines(); ++i) {
             const char first = model->line(i).empty() ? ' ' : model->line(i).front();
-            if (first != '*' && first != '~') continue;
+            if (first != '*' && first != '~' && first != 'W') continue;
             const QString heading = headingof(model->text(i));
             if (!heading.isEmpty()) sections->addItem(heading, i);
         }
@@ -207,6 +215,17 @@ class reportwindow : public QDialog {
 
 }  // namespace
 
+static reportwindow* openwindow(const std::string& path) {
+    reportwindow* window = nullptr;
+    guarded([&] { window = new reportwindow(path, toutf8(readwhole(path))); }, tellfault);
+    if (window) window->show();
+    return window;
+}
+
 void showreport(const std::string& path) {
-    guarded([&] { (new reportwindow(path, toutf8(readwhole(path))))->show(); }, tellfault);
+    openwindow(path);
+}
+
+void showlog(const std::string& path) {
+    if (reportwindow* const window = openwindow(path)) window->gotosection(1);
 }

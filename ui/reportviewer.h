@@ -7,3 +7,5 @@
 
 // Opens the file; one that can not be read is told.
 void showreport(const std::string& path);
+// The log of an analysis, at its first warning; the warnings are its sections.
+void showlog(const std::string& path);

@@ -10,6 +10,7 @@
 #include "core/start.h"
 #include "files/filop.h"
 #include "post/combinedstress.h"
+#include "post/outcome.h"
 #include "post/postproces.h"
 #include "post/stressfile.h"
 #include "tests/support/recorder.h"
@@ -49,6 +50,21 @@ TEST(Displacements, AreTakenInAnyRows) {
         ASSERT_TRUE(readdisp()) << file;
         EXPECT_FLOAT_EQ(nodes(1, 2, 2), 9) << file;
     }
+}
+
+TEST(Displacements, AreToldAfterARunByTheLargest) {
+    resultroom room;
+    room.put(".rvp", twocases);
+    maxdisp = 7;
+    EXPECT_EQ(outcometext(), "largest displacement 69.22 at node 1, load combination Sum");
+    EXPECT_EQ(maxdisp, 7) << "what is on show stays";
+    room.put(".rvp", "3,1\r\n0,0\r\n0,0\r\n0,0\r\n\"LC\"\r\n");
+    EXPECT_EQ(outcometext(), "all displacements are 0");
+    room.put(".rvp", "");
+    EXPECT_EQ(outcometext(), "") << "a file that can not be read has its message elsewhere";
+    doeigen = 1;
+    room.put(".EIG", "1,2\r\n157.91367\r\n0,0\r\n0,0\r\n0,0\r\n900\r\n0,0\r\n0,0\r\n0,0\r\n");
+    EXPECT_EQ(outcometext(), "2 modes, the lowest 2 Hz");
 }
 
 TEST(Displacements, CountLoadCasesByTheFile) {

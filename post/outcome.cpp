@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The few words on new results.
+#include "post/outcome.h"
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "post/legend.h"
+#include "post/postproces.h"
+
+// Of the combination in hand.
+static std::string displacementtext() {
+    textin in(findnocase(modelname + ".rvp"));
+    const int anadof = readheader(in), count = nnodes();
+    std::vector<std::array<double, 3>> sum(std::size_t(count) + 1);
+    for (int l = 1; !in.atend(); ++l) {
+        const double factor = factorofcase(in, l);
+        for (int n = 1; n <= count; ++n) {
+            const noderow row = readnoderow(in, anadof);
+            auto& at = sum[std::size_t(n)];
+            at = {at[0] + factor * row.x, at[1] + factor * row.y, at[2] + factor * row.z};
+        }
+        in.text();
+    }
+    int worst = 0;
+    double most = 0;
+    for (int n = 1; n <= count; ++n) {
+        const auto& [x, y, z] = sum[std::size_t(n)];
+        const double length = std::hypot(x, y, z);
+        if (length <= most) continue;
+        most = length;
+        worst = n;
+    }
+    if (worst == 0) return "all displacements are 0";
+    return "largest displacement " + shorttext(most) + " at node " + numbertext(worst) +
+           ", load combination " + lcombname(curlcomb);
+}
+
+static std::string modestext() {
+    textin in(findnocase(modelname + ".EIG"));
+    in.number();
+    const long count = in.whole();
+    const double first = in.number();
+    return numbertext(double(count)) + (count == 1 ? " mode, " : " modes, the lowest ") +
+           shorttext(frequencyof(first)) + " Hz";
+}
+
+std::string outcometext() {
+    std::string text;
+    const auto unread = [](const runtimeerror&) {};
+    if (doeigen == 1)
+        guarded([&] { text = modestext(); }, unread);
+    else if (dosolve == 1 && curlcomb >= 1 && curlcomb <= ncomb())
+        guarded([&] { text = displacementtext(); }, unread);
+    return text;
+}

@@ -12,7 +12,9 @@
 #include "core/start.h"
 #include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
+#include "files/changed.h"
 #include "files/filop.h"
+#include "files/runlog.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -83,6 +85,7 @@ static splitpath splitformodel(const std::string& path) {
 
 static void afteropen() {
     stressloaded = false;
+    forgetsolverlog();
     for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
     nodesel(0) = 0;
     setscrollbars();
@@ -102,12 +105,31 @@ reply openfile(const std::string& path) {
     } else {
         return refuse(path);
     }
-    if (good) addrecentfile();
+    if (good) {
+        addrecentfile();
+        markassaved();
+    }
     if (good || modeltoolarge) afteropen();  // else the model before stands, with its results
     return good ? reply::done : reply::failed;
 }
 
+// "Save model ?" before another model takes the place of this one. False when it is to stay: also
+// where it was to be kept and was not saved.
+static bool mayleave() {
+    messagebox box;
+    box.text = "Save model ?";
+    box.set = buttons::yesnocancel;
+    box.icon = icons::question;
+    const answers answer = door().show(box);
+    return answer == answers::no || (answer == answers::yes && menusave() == reply::done);
+}
+
+reply askandopen(const std::string& path) {
+    return ischanged() && !mayleave() ? reply::cancelled : openfile(path);
+}
+
 reply menuopen() {
+    if (ischanged() && !mayleave()) return reply::cancelled;
     filebox box;
     box.title = "Retrieve Model";
     box.filter = openfilter;
@@ -174,18 +196,12 @@ static reply endwithoutmemory() {
 }
 
 reply menunew() {
-    messagebox box;
-    box.text = "Save model ?";
-    box.set = buttons::yesnocancel;
-    box.icon = icons::question;
-    const answers answer = door().show(box);
-    if (answer == answers::cancel) return reply::cancelled;
-    // A model that the user wanted to keep and that was not saved stays.
-    if (answer == answers::yes && menusave() != reply::done) return reply::cancelled;
+    if (!mayleave()) return reply::cancelled;
     addready();
     if (!resetmodel()) return endwithoutmemory();
     modelname.clear();
     commenttext = "No Info";
+    markassaved();
     showmodelname();
     afteropen();
     return reply::done;
@@ -205,7 +221,7 @@ void addrecentfile() {
 
 reply openrecent(int i) {
     if (i < 0 || i >= int(recent.size())) return reply::cancelled;
-    return openfile(recent[std::size_t(i)] + ".tek");
+    return askandopen(recent[std::size_t(i)] + ".tek");
 }
 
 // Saves under the model's name, or asks for one. False when it was not saved.
@@ -214,23 +230,26 @@ static bool savebeforeexit() {
     return menusave() == reply::done;
 }
 
-bool exitprompt(closemodes mode) {
-    if (mode == closemodes::user && door().yes("Save model before Exit?") && !savebeforeexit())
-        return false;
-    door().endprogram();
-    return true;
-}
-
-bool menuexit() {
+static bool askandend(buttons set) {
     messagebox box;
     box.text = "Save model before Exit?";
-    box.set = buttons::yesnocancel;
+    box.set = set;
     box.icon = icons::question;
     const answers answer = door().show(box);
     if (answer == answers::cancel) return false;
     if (answer == answers::yes && !savebeforeexit()) return false;
     door().endprogram();
     return true;
+}
+
+bool exitprompt(closemodes mode) {
+    if (mode == closemodes::user) return askandend(buttons::yesno);
+    door().endprogram();
+    return true;
+}
+
+bool menuexit() {
+    return askandend(buttons::yesnocancel);
 }
 
 void deletecontrolfile() {

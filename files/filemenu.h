@@ -19,7 +19,9 @@ std::vector<fileformat>& fileformats();
 enum class reply { done, cancelled, failed };
 
 reply menunew();  // asks "Save model ?", then an empty model stands
+// Asks "Save model ?" first where something changed since the last save.
 reply menuopen();
+reply askandopen(const std::string& path);
 reply menuimport();                       // the paste of the buffers takes place at once
 reply menusave();                         // the dialog of Save As, and the saving
 reply openfile(const std::string& path);  // by its extension
@@ -31,7 +33,8 @@ reply openrecent(int i);
 
 enum class closemodes { user, system };
 // Asks "Save model before Exit?" with Yes and No when the user closes the window, then ends the
-// program. False, and the program stays, when the user wanted to save and that failed.
+// program. False, and the program stays, when the question was put aside by Esc, or when the user
+// wanted to save and that failed.
 bool exitprompt(closemodes mode);
 // The Exit item: the same with Cancel. True when the program is to end.
 bool menuexit();

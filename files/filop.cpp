@@ -15,6 +15,7 @@
 #include "core/textfile.h"
 #include "core/views.h"
 #include "edit/renumber.h"
+#include "files/changed.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
 
@@ -71,6 +72,7 @@ bool savemodel() {
     if (renumbersave) renumbermodel();
     for (const savestep& step : savesteps) whole = runstep(step) && whole;
     door().endprogress();
+    if (whole) markassaved();
     return whole;
 }
 
@@ -250,6 +252,7 @@ bool openmodel(const std::string& name) {
         return false;
     }
     checkgroupsused();
+    markassaved();
     door().refresh();
     return true;
 }

@@ -149,7 +149,7 @@ static std::string settingsfile() {
 }
 
 void savesettings() {
-    guarded(
+    const bool saved = guarded(
         [] {
             textout out(settingsfile());
             for (const settingline& line : settinglines()) {
@@ -159,6 +159,7 @@ void savesettings() {
             out.commit();
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+    if (saved) door().showstatus("Settings saved in " + settingsfile());
 }
 
 // Exactly one entry of the load view is on; the last one where the file has none of the others.

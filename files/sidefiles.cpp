@@ -365,13 +365,24 @@ void readpat(const std::string& base) {
 
 // --- comment ------------------------------------------------------------------------------------
 
+// In memory a line ends with LF, in the file with CR LF as in all others.
 void writetxt(const std::string& base) {
     textout out(base + ".txt");
-    out.raw(commenttext);
+    std::string text;
+    for (const char c : commenttext) {
+        if (c == '\n') text += '\r';
+        text += c;
+    }
+    out.raw(text);
     out.commit();
 }
 
 void readtxt(const std::string& base) {
-    commenttext = toutf8(readwhole(findnocase(base + ".txt")));
+    const std::string text = toutf8(readwhole(findnocase(base + ".txt")));
+    commenttext.clear();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool pair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+        if (!pair) commenttext += text[i] == '\r' ? '\n' : text[i];
+    }
     commentvisible = !commenttext.empty();
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <limits>
 #include <random>
+#include <utility>
 
 #include "core/colours.h"
 #include "core/model.h"
@@ -16,6 +17,7 @@
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
+#include "files/runlog.h"
 #include "tests/support/recorder.h"
 
 namespace fs = std::filesystem;
@@ -65,7 +67,7 @@ static void fillmodel() {
     patches(1, 0, 1) = 6;
     patches(1, 0, 2) = patches(1, 1, 0) = 2;
     patches(1, 1, 2) = 7;  // a graphic element that was deleted
-    commenttext = "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n";
+    commenttext = "Lines, with \"quotes\"\nand 1,5 umlauts \xC3\xA4\n";
     viewscale(3) = 0.037f;
 }
 
@@ -87,7 +89,9 @@ TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
     saveas(room.file("a"));
     ASSERT_TRUE(openmodel(room.file("a")));
     EXPECT_EQ(groupname(2), "Box, \"welded\"");
-    EXPECT_EQ(commenttext, "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n");
+    EXPECT_EQ(commenttext, "Lines, with \"quotes\"\nand 1,5 umlauts \xC3\xA4\n");
+    EXPECT_EQ(contentof(room.file("a.txt")),
+              "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n");
     EXPECT_TRUE(commentvisible);
     saveas(room.file("b"));
     for (const char* extension : extensions)
@@ -466,6 +470,45 @@ TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
     EXPECT_TRUE(room.door.told("Save model ?"));
 }
 
+// One row a thing that a user changes; each is work that another model would replace.
+TEST(Filemenu, OpenAsksForWorkThatWouldBeLost) {
+    const std::pair<const char*, void (*)()> changes[] = {
+        {"nothing", [] { viewhor(1) = 2; }},
+        {"a place", [] { nodes(0, 3, 2) += 1; }},
+        {"a node", [] { addnode(9, 9, 9); }},
+        {"an element's group", [] { egroup(2) = 2; }},
+        {"a rotation", [] { rotpo(1) += 0.5; }},
+        {"a graphic element", [] { graphics(1, 1, 1) += 1; }},
+        {"a patch", [] { patches(1, 1, 1) = 9; }},
+        {"a constraint", [] { conval(1) += 1; }},
+        {"a nodal load", [] { loadval(1, 1) += 1; }},
+        {"an element load", [] { elemload(1, 1, 2) += 1; }},
+        {"a load case", [] { lcname(1) += "x"; }},
+        {"a parameter", [] { lcpar(1, 2) += 1; }},
+        {"a factor", [] { lcomb(1, 1) += 1; }},
+        {"a property", [] { groups(1, 4) += 1; }},
+        {"a group's name", [] { groupname(1) += "x"; }},
+        {"the comment", [] { commenttext += "x"; }},
+    };
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    for (const auto& [what, change] : changes) {
+        ASSERT_EQ(openfile(room.file("m.tek")), reply::done);
+        change();
+        room.door.messages.clear();
+        room.door.answerqueue = {answers::cancel};
+        const bool work = std::string(what) != "nothing";
+        EXPECT_EQ(openrecent(int(recentfiles().size()) - 1), work ? reply::cancelled : reply::done)
+            << what;
+        EXPECT_EQ(room.door.told("Save model ?"), work) << what;
+    }
+    saveas(room.file("m"));
+    room.door.messages.clear();
+    EXPECT_EQ(menuopen(), reply::cancelled) << "the file dialog, which the recorder leaves";
+    EXPECT_TRUE(room.door.messages.empty()) << "saved: nothing to lose";
+}
+
 TEST(Filemenu, ImportPastesBehindTheModel) {
     sessionroom room;
     fillmodel();
@@ -496,6 +539,9 @@ TEST(Filemenu, ExitSavesOrStays) {
     EXPECT_FALSE(room.door.ended);
     room.door.answerqueue = {answers::cancel};
     EXPECT_FALSE(menuexit());
+    room.door.answerqueue = {answers::cancel};
+    EXPECT_FALSE(exitprompt(closemodes::user)) << "Esc stays, where No would leave";
+    EXPECT_FALSE(room.door.ended);
     room.door.answerqueue = {answers::yes};
     room.door.filequeue.push_back({true, room.file("last.tek"), 2});
     EXPECT_TRUE(exitprompt(closemodes::user));
@@ -551,6 +597,58 @@ TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     room.door.onprocess = [] { fs::remove(controlfile()); };
     room.door.exitcode = 1;
     run("The analysis ended without results.");
+}
+
+TEST(Analyse, ItsEndIsToldInTheStatusLine) {
+    sessionroom room;
+    placesolver(room);
+    fillmodel();
+    modelname = room.file("m");
+    room.door.onprocess = [&] {
+        writefile(room.file("m.log"), "Warning: first\r\nA Warning: of none\r\nWarning: x\r\n");
+        fs::remove(controlfile());
+    };
+    resultsummary = [] { return std::string("the results"); };
+    runanalysis();
+    resultsummary = nullptr;
+    EXPECT_TRUE(room.door.status.starts_with("Analysed in ")) << room.door.status;
+    EXPECT_NE(room.door.status.find(" s, 2 warnings; the results"), std::string::npos)
+        << room.door.status;
+    EXPECT_EQ(solverlog().warnings, 2);
+    EXPECT_EQ(solverlog().path, room.file("m.log"));
+    room.door.answerqueue = {answers::no};
+    menunew();
+    EXPECT_EQ(solverlog().warnings, 0) << "they were of the other model";
+}
+
+// Stands for a solver that refuses, with these words.
+struct refusingdoor : recorder {
+    explicit refusingdoor(std::string w) : words(std::move(w)) {
+        exitcode = 1;
+        onprocess = [] { fs::remove(controlfile()); };
+    }
+    std::string processwords() override { return std::exchange(words, {}); }
+    std::string words;
+};
+
+// A frame drawn in the plane z = 0 that is free to leave it.
+TEST(Analyse, AMechanismInThePlaneNamesTheOtherAnalysis) {
+    const struct {
+        float z;
+        bool twod, told;
+    } cases[] = {{0, false, true}, {0, true, false}, {1, false, false}};
+    for (const auto& c : cases) {
+        sessionroom room;
+        placesolver(room);
+        addnode(0, 0, 0);
+        addnode(1, 0, c.z);
+        dim2d = c.twod;
+        modelname = room.file("m");
+        refusingdoor door("node 2 in DZ: the structure or a part of it is a mechanism.\n");
+        runanalysis();
+        EXPECT_TRUE(door.toldpart("ended without results")) << c.z << c.twod;
+        EXPECT_EQ(door.toldpart("2-D analysis"), c.told) << c.z << c.twod;
+    }
 }
 
 TEST(Analyse, ACancelledRunBringsALargeModelBack) {

@@ -13,6 +13,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
+#include "files/changed.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
 
@@ -123,6 +124,7 @@ sessionroom::sessionroom() {
     initsymbols();
     wirelayers();
     start(folder);
+    markassaved();
     vieww = 20;
     viewh = 10;
 }

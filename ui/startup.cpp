@@ -2,6 +2,8 @@
 // Wiring of the floors.
 #include "ui/startup.h"
 
+#include <QLabel>
+
 #include "core/runtime.h"
 #include "edit/Mouseprocedures.h"
 #include "post/shapes.h"
@@ -23,7 +25,16 @@ void wiremodules() {
     wiredialogs();
 }
 
+// Texts of labels come from files: names, comments, paths. Left to guess, a label would take one
+// with a tag in it for a page and fetch its pictures. Each label, those of message boxes, tips and
+// progress windows too, is polished before its text is laid out.
+static void keepplain(QObject* receiver) {
+    auto* const label = qobject_cast<QLabel*>(receiver);
+    if (label && label->textFormat() == Qt::AutoText) label->setTextFormat(Qt::PlainText);
+}
+
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
+    if (event->type() == QEvent::Polish) keepplain(receiver);
     bool taken = false;
     guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);
     return taken;

@@ -8,7 +8,8 @@
 // What the floors hang into the tables of the floors below them.
 void wiremodules();
 
-// What fails in a handler of the toolkit ends that handler, not the program.
+// What fails in a handler of the toolkit ends that handler, not the program; and the text of a
+// label is plain unless it was asked to be a page.
 class guardedapplication : public QApplication {
   public:
     using QApplication::QApplication;

@@ -2,6 +2,7 @@
 // The planes of a screen surface: what is drawn on an upper plane and drawn again in the
 // background colour leaves the picture under it as it was.
 #include "ui/qtsurface.h"
+#include "ui/startup.h"
 
 #include <gtest/gtest.h>
 
@@ -143,7 +144,7 @@ TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
+    const guardedapplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

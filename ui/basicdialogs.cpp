@@ -65,18 +65,10 @@ class sizedialog : public QDialog {
         auto* const cancel = button("Command3", tr("Cancel"), this, buttons);
         rows->addLayout(buttons);
         ok->setDefault(true);
-        connect(ok, &QPushButton::clicked, this, [this] {
-            take();
-            if (applysizes(form)) accept();
-            show(form);
-        });
+        connect(ok, &QPushButton::clicked, this, [this] { store(); });
         connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
-        connect(calculate, &QPushButton::clicked, this, [this] {
-            take();
-            recalculate(form);
-            show(form);
-            accept();
-        });
+        calculate->setToolTip(tr("Calculates the memory, stores the sizes and closes"));
+        connect(calculate, &QPushButton::clicked, this, [this] { store(); });
         show(showsizes());
     }
 
@@ -88,6 +80,11 @@ class sizedialog : public QDialog {
             if (box[i]->text() != qtext(form.text[i])) box[i]->setText(qtext(form.text[i]));
             memory[i]->setText(qtext(form.memory[i]));
         }
+    }
+    void store() {
+        take();
+        if (applysizes(form)) accept();
+        show(form);
     }
     void take() {
         for (std::size_t i = 0; i < 7; ++i) form.text[i] = box[i]->text().toStdString();
@@ -141,6 +138,7 @@ class optionsdialog : public QDialog {
         connect(ready, &QPushButton::clicked, this, [this] {
             take();
             storeoptions(form);
+            themainwindow->refresh();
             accept();
         });
         for (QCheckBox* c : {stiffness, solve}) on(c, clicksolver);

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <map>
+#include <optional>
 
 #include "core/platform.h"
 #include "edit/Mouseprocedures.h"
@@ -44,6 +45,12 @@ void wiredialogs() {
     adddialog("addsingleelem", makeaddsingleelem);
 }
 
+std::vector<std::string> dialognames() {
+    std::vector<std::string> names;
+    for (const auto& [name, make] : makers()) names.push_back(name);
+    return names;
+}
+
 void tellfault(const runtimeerror& fault) {
     door().message(fault.what + " (error " + std::to_string(fault.number) + ")", icons::critical);
 }
@@ -55,9 +62,41 @@ void fallback(const runtimeerror& fault) {
 
 void sidedialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    const char* const placed = "placed";
+    if (property(placed).toBool()) return;  // it stays where the user has it
+    setProperty(placed, true);
     const int gap = 24;  // pixels
     const QRect window = themainwindow->frameGeometry();
     move(window.right() - width() - gap, window.center().y() - height() / 2);
+}
+
+namespace {
+// A window that is hidden and shown again comes back where it stood. Left to the toolkit it would
+// come back with its inside where its frame was, and walk down by a title bar each time.
+class keptplace : public QObject {
+  public:
+    explicit keptplace(QDialog* dialog) : QObject(dialog) { dialog->installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* const dialog = static_cast<QDialog*>(watched);
+        if (event->spontaneous()) return false;
+        if (event->type() == QEvent::Hide) place = dialog->pos();
+        if (event->type() == QEvent::Show && place) dialog->move(*place);
+        return false;
+    }
+
+  private:
+    std::optional<QPoint> place;
+};
+}  // namespace
+
+selectionwait::selectionwait(Flag& f, std::function<void()> ended) : flag(f) {
+    pendingselections().push_back({&flag, std::move(ended)});
+}
+
+void selectionwait::end() {
+    std::erase_if(pendingselections(),
+                  [this](const pendingselection& p) { return p.flag == &flag; });
+    flag = false;
 }
 
 void showmodal(QDialog* dialog) {
@@ -83,6 +122,7 @@ bool opendialog(const std::string& name) {
     if (found == makers().end()) return false;
     QDialog* const dialog = found->second();
     dialog->setObjectName(QString::fromStdString(name));
+    new keptplace(dialog);
     showmodal(dialog);
     return true;
 }

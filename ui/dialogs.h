@@ -5,7 +5,9 @@
 #include <QDialog>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "core/array.h"
 #include "core/runtime.h"
 
 // Opens the dialog of this form name over the main window; false when there is none.
@@ -13,6 +15,7 @@ bool opendialog(const std::string& name);
 // Registers a dialog; each dialog's file does it once through wiredialogs.
 void adddialog(const std::string& name, std::function<QDialog*()> make);
 void wiredialogs();
+std::vector<std::string> dialognames();
 
 // Shows a dialog without holding up the caller: the main window is disabled until it closes, unless
 // the dialog carries the property besidemain.
@@ -26,6 +29,20 @@ class sidedialog : public QDialog {
 
   protected:
     void showEvent(QShowEvent* event) override;
+};
+
+// A dialog's wait for a selection, as long as the dialog is there: however it goes, nothing calls
+// into it afterwards.
+class selectionwait {
+  public:
+    selectionwait(Flag& flag, std::function<void()> ended);
+    ~selectionwait() { end(); }
+    selectionwait(const selectionwait&) = delete;
+    selectionwait& operator=(const selectionwait&) = delete;
+    void end();
+
+  private:
+    Flag& flag;
 };
 
 // Tells a run-time error that nothing nearer has handled, with its number.

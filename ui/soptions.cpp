@@ -43,12 +43,9 @@ class postoptions : public QDialog {
         rows->addLayout(foot);
         showsoptions(form);
         showform();
-        pendingselections().push_back({&postselpending, [this] { selectionended(); }});
-        connect(this, &QDialog::finished, this, guardedhandler([](int) {
-                    std::erase_if(pendingselections(), [](const pendingselection& p) {
-                        return p.flag == &postselpending;
-                    });
+        connect(this, &QDialog::finished, this, guardedhandler([this](int) {
                     soptionsclosed();
+                    waiting.end();
                 }));
     }
 
@@ -200,6 +197,7 @@ class postoptions : public QDialog {
     QLineEdit *maximum, *minimum, *count;
     QComboBox* groups;
     QLabel* message;
+    selectionwait waiting{postselpending, [this] { selectionended(); }};
 };
 
 }  // namespace

@@ -36,6 +36,9 @@ class viewdialog : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         heading = new QLabel(this);
         heading->setObjectName("heading");
+        QFont bold = heading->font();
+        bold.setBold(true);
+        heading->setFont(bold);
         rows->addWidget(heading);
         auto* const columns = new QHBoxLayout;
         auto *const left = new QVBoxLayout, *const right = new QVBoxLayout;
@@ -52,11 +55,8 @@ class viewdialog : public QDialog {
         showvalues(form, 1);
         showform();
         singleview ? setonepreview() : setfourpreview();
-        pendingselections().push_back({&viewselpending, [this] { selectionended(); }});
-        connect(this, &QDialog::finished, this, [](int) {
-            std::erase_if(pendingselections(),
-                          [](const pendingselection& p) { return p.flag == &viewselpending; });
-            viewselpending = false;
+        connect(this, &QDialog::finished, this, [this](int) {
+            waiting.end();
             setscrollbars();
         });
     }
@@ -242,7 +242,7 @@ class viewdialog : public QDialog {
         options[form.option]->setChecked(true);
         groups->setCurrentIndex(groups->findText(qtext(form.group)));
         selected->setText(qtext(form.selected));
-        heading->setText("<b>" + qtext(form.heading) + "</b>");
+        heading->setText(qtext(form.heading));
         for (int v = 1; v <= 4; ++v) {
             const QColor colour = v == form.current ? qtcolor(backcolor) : QColor(192, 192, 192);
             preview[v - 1]->setStyleSheet(
@@ -260,6 +260,7 @@ class viewdialog : public QDialog {
     QLineEdit* selected;
     QWidget* previews;
     QToolButton* preview[4];
+    selectionwait waiting{viewselpending, [this] { selectionended(); }};
 };
 
 }  // namespace

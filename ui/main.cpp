@@ -10,6 +10,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
+#include "files/changed.h"
 #include "files/filemenu.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -26,8 +27,28 @@ static int playscript(const QString& file) {
     const bool good = player.load(file) && player.play();
     themainwindow->ending = true;
     deletecontrolfile();
-    if (!good) QTextStream(stderr) << player.fault << "\n";
+    if (!good) QTextStream(stderr) << onterminal(player.fault) << "\n";
     return good ? 0 : 1;
+}
+
+static int refusestart(const QString& reason) {
+    QTextStream(stderr) << "kalvane: " << onterminal(reason) << "\n";
+    return 1;
+}
+
+// The home that is asked for, made where it is missing. False after a line or a box that says why
+// the session can not begin.
+static bool startsession() {
+    programdir = QCoreApplication::applicationDirPath().toStdString();
+    const std::string home = findappdir(programdir, programdir + "/../share/kalvane");
+    if (!QFileInfo(QString::fromStdString(home)).isDir())
+        door().message("The folder for catalogue and settings can not be made: " + home +
+                           ". Set KALVANE_HOME to a folder that can be written",
+                       icons::critical);
+    else if (start(home))
+        return true;
+    refusestart(QString::fromStdString(theplatform().lastmessage));
+    return false;
 }
 
 static bool isdisplayless() {
@@ -51,21 +72,24 @@ int main(int argc, char** argv) {
     arguments.addOption({"theme", "Colours of the window: <dark> or <light>.", "theme"});
     arguments.addPositionalArgument("model", "Model to open (.tek).", "[model]");
     arguments.process(application);
-    if (const QString theme = arguments.value("theme"); !theme.isEmpty() && !settheme(theme)) {
-        QTextStream(stderr) << "--theme takes dark or light, not " << theme << "\n";
-        return 1;
-    }
+    if (const QString theme = arguments.value("theme"); !theme.isEmpty() && !settheme(theme))
+        return refusestart("--theme takes dark or light, not " + theme);
+    const QStringList models = arguments.positionalArguments();
     const QString script = arguments.value("script");
+    if (arguments.isSet("script") && script.isEmpty())
+        return refusestart("--script takes the name of a file");
+    if (models.size() > (arguments.isSet("script") ? 0 : 1))
+        return refusestart("one model or one script can be opened, not also " + models.last());
     const QString scriptpath = script.isEmpty() ? script : QFileInfo(script).absoluteFilePath();
-    QString model = arguments.positionalArguments().value(0);
+    QString model = models.value(0);
     if (!model.isEmpty()) model = QFileInfo(model).absoluteFilePath();
 
     setdoor(&theplatform());
     theplatform().scripted = !scriptpath.isEmpty();
     wiremodules();
     loadspringpictures();
-    programdir = QCoreApplication::applicationDirPath().toStdString();
-    if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
+    if (!startsession()) return 1;
+    markassaved();
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());

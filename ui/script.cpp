@@ -19,6 +19,7 @@
 #include <cmath>
 
 #include "core/appdir.h"
+#include "core/runtime.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "ui/mainwindow.h"
@@ -182,7 +183,7 @@ void print(const QStringList& names) {
     for (const QString& name : names) {
         QString value;
         if (!namedvalue(name, value)) refuse("there is no value named " + name);
-        out << name << " = " << value << "\n";
+        out << name << " = " << onterminal(value) << "\n";
     }
 }
 
@@ -197,6 +198,17 @@ void queueanswer(const QString& word) {
 }
 
 }  // namespace
+
+QString onterminal(const QString& text) {
+    QString shown;
+    for (const QChar c : text) {
+        if (c.category() == QChar::Other_Control && c != '\n' && c != '\t')
+            shown += QString("\\x%1").arg(int(c.unicode()), 2, 16, QChar('0'));
+        else
+            shown += c;
+    }
+    return shown;
+}
 
 // --- the player ---------------------------------------------------------------------------------
 
@@ -256,7 +268,11 @@ bool scriptplayer::play() {
         if (line.isEmpty() || line.startsWith('#')) continue;
         if (stopped) return false;
         try {
-            if (!run(line)) refuse("unknown command \"" + line + "\"");
+            guarded(
+                [&] {
+                    if (!run(line)) refuse("unknown command \"" + line + "\"");
+                },
+                [](const runtimeerror& e) { refuse(QString::fromStdString(e.what)); });
             settle();
             if (pauses) pause(afterline);
             if (!theplatform().unanswered.empty()) {

@@ -30,6 +30,8 @@ class scriptplayer {
     QStringList lines;
 };
 
+// A text of a file as a terminal may have it: control characters as "\x1b".
+QString onterminal(const QString& text);
 // Words of a script line; a text in double quotes is one word.
 QStringList scriptwords(const QString& line);
 // Value of the model or the session by name: "nnodes", "nodes(0,3,1)", "lcname(2)". False when

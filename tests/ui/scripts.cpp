@@ -23,6 +23,49 @@ TEST(Program, AFailingScriptNamesItsLine) {
               std::string::npos);
 }
 
+TEST(Program, ControlCharactersOfAModelReachNoTerminal) {
+    const playroom room(false);
+    const std::string said = room.play("expect title \"\x1b[31m\"\n", 1);
+    EXPECT_EQ(said.find('\x1b'), said.npos) << said;
+    EXPECT_NE(said.find("\\x1b[31m"), said.npos) << said;
+}
+
+// Whatever keeps the program from its work is one line on standard error and exit code 1.
+TEST(Program, TellsWhyItCanNotBegin) {
+    namespace fs = std::filesystem;
+    const playroom room(false);
+    const std::string script = (room.folder / "play.kds").string();
+    writefile(script, "expect nnodes 0\n");
+    fs::create_directory(room.folder / "bin");  // a program without its catalogue
+    fs::copy_file(KALVANE_PROGRAM, room.folder / "bin/kalvane");
+    const struct {
+        const char *what, *program, *home;
+        QStringList arguments;
+        const char* said;
+    } cases[] = {
+        {"no home", KALVANE_PROGRAM, "play.kds/home", {"--script", "play.kds"}, "can not be made"},
+        {"no catalogue", "bin/kalvane", "home", {"--script", "play.kds"}, "ELTYP.DAT not found"},
+        {"no script", KALVANE_PROGRAM, "home2", {"--script", "none.kds"}, "can not be read"},
+        {"no name", KALVANE_PROGRAM, "home2", {"--script", ""}, "the name of a file"},
+        {"two", KALVANE_PROGRAM, "home2", {"--script", "play.kds", "m.tek"}, "not also m.tek"},
+        {"no such cell", KALVANE_PROGRAM, "home2", {"--script", "cell.kds"}, "line 1"},
+    };
+    writefile((room.folder / "cell.kds").string(), "expect nodes(0,99999999,0) 0\n");
+    for (const auto& c : cases) {
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("KALVANE_HOME", QString::fromStdString(room.folder / c.home));
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(QString::fromStdString(room.folder));
+        program.start(QString::fromStdString(room.folder / c.program), c.arguments);
+        ASSERT_TRUE(program.waitForFinished(60000)) << c.what;
+        EXPECT_EQ(program.exitCode(), 1) << c.what;
+        const std::string said = program.readAllStandardError().toStdString();
+        EXPECT_NE(said.find(c.said), said.npos) << c.what << ": " << said;
+    }
+}
+
 TEST(Program, ResultsOfAScriptGoWhereTheUserMayWrite) {
     const playroom room(false);
     room.play("results out/a\npicture 1 results:a.png\n");

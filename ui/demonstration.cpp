@@ -18,6 +18,7 @@
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
+#include "ui/examples.h"
 #include "ui/mainwindow.h"
 #include "ui/qtplatform.h"
 #include "ui/script.h"
@@ -125,16 +126,6 @@ class ownqueues {
 
 }  // namespace
 
-// Directory that holds demo and examples: installed, beside the program, or of the source tree.
-static fs::path demodata() {
-    const fs::path program = programdir;
-    std::error_code ec;
-    for (const fs::path& folder :
-         {fs::path(appdir), program, program / "../share/kalvane", program / "../../data"})
-        if (fs::exists(folder / "demo/tour.kds", ec)) return fs::weakly_canonical(folder, ec);
-    return {};
-}
-
 static void closedialogs() {
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* const dialog = qobject_cast<QDialog*>(w); dialog && dialog->isVisible())
@@ -163,7 +154,7 @@ void rundemo() {
     static bool running;
     static std::unique_ptr<QTemporaryDir> room;  // holds the models that stay open after it
     if (running) return;
-    const fs::path data = demodata();
+    const fs::path data = shippeddata();
     if (data.empty()) {
         door().message("The demonstration was not found: demo/tour.kds in " + appdir,
                        icons::exclamation);

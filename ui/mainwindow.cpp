@@ -10,7 +10,10 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QStyle>
+#include <QTimer>
 #include <QToolButton>
 #include <algorithm>
 #include <array>
@@ -25,15 +28,20 @@
 #include "edit/commands.h"
 #include "edit/move.h"
 #include "files/filemenu.h"
+#include "files/runlog.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
 #include "ui/controls.h"
+#include "ui/dialogs.h"
+#include "ui/examples.h"
 #include "ui/icons.h"
 #include "ui/legendwidget.h"
 #include "ui/menus.h"
+#include "ui/plotswitches.h"
 #include "ui/qtsurface.h"
+#include "ui/reportviewer.h"
 #include "ui/viewtools.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
@@ -47,6 +55,7 @@ mainwindow::mainwindow() {
     themainwindow = this;
     setObjectName("main");
     setWindowIcon(programicon());
+    setAcceptDrops(true);
     buildmenus(menuBar());
     buildtoolbars();
     buildworkspace();
@@ -88,6 +97,7 @@ void mainwindow::buildworkspace() {
     rows->addWidget(workspace, 1);
     setCentralWidget(central);
     for (int v = 1; v <= 4; ++v) views[std::size_t(v - 1)] = new viewwidget(v, workspace);
+    hint = new emptyhint(view(1));
 }
 
 void mainwindow::buildleftbar() {
@@ -148,6 +158,9 @@ void mainwindow::buildleftbar() {
     legendrows->addWidget(legend);
     rows->addWidget(legendframe);
 
+    switches = new plotswitches(leftbar);
+    rows->addWidget(switches);
+
     commentframe = new QGroupBox(tr("Comment"), leftbar);
     commentframe->setObjectName("commentframe");
     auto* const commentrows = new QVBoxLayout(commentframe);
@@ -158,7 +171,7 @@ void mainwindow::buildleftbar() {
     commentrows->addWidget(comment);
     rows->addWidget(commentframe, 1);
     connect(comment, &QPlainTextEdit::textChanged, this, [this] {
-        if (!refreshing) commenttext = comment->toPlainText().toStdString();
+        if (!refreshing) commenttext = commentshown = comment->toPlainText().toStdString();
     });
     rows->addStretch(0);
 
@@ -199,12 +212,24 @@ void mainwindow::buildcommandline() {
     statuslabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     snaplabel = new QLabel(strip);
     snaplabel->setObjectName("snap");
+    warningbutton = new QToolButton(strip);
+    warningbutton->setObjectName("warnings");
+    warningbutton->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    warningbutton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    warningbutton->setAutoRaise(true);
+    warningbutton->setToolTip(tr("Show what the last analysis warned of"));
+    dimensionlabel = new QLabel(tr("2-D analysis"), strip);
+    dimensionlabel->setObjectName("dimension");
+    dimensionlabel->setToolTip(tr("Analyse, Options... chooses between 2-D and 3-D"));
     row->addWidget(run);
     row->addWidget(inputfield);
     row->addWidget(statuslabel, 1);
+    row->addWidget(warningbutton);
+    row->addWidget(dimensionlabel);
     row->addWidget(snaplabel);
     centralWidget()->layout()->addWidget(strip);
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
+    connect(warningbutton, &QToolButton::clicked, this, [] { showlog(solverlog().path); });
 }
 
 // Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
@@ -323,6 +348,24 @@ void mainwindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) menuBar()->update();
 }
 
+// --- dropped files -------------------------------------------------------------------------------
+
+static QString modeldropped(const QDropEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    return urls.size() == 1 ? urls.first().toLocalFile() : QString();
+}
+
+void mainwindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!menulock && !modeldropped(event).isEmpty()) event->acceptProposedAction();
+}
+
+// After the drop is over: a question would hold up the window that the file comes from.
+void mainwindow::dropEvent(QDropEvent* event) {
+    const std::string path = modeldropped(event).toStdString();
+    event->acceptProposedAction();
+    QTimer::singleShot(0, this, [path] { guarded([&] { askandopen(path); }, fallback); });
+}
+
 // --- keys and closing ---------------------------------------------------------------------------
 
 void mainwindow::keyPressEvent(QKeyEvent* event) {
@@ -384,6 +427,8 @@ void mainwindow::refreshresults() {
     showlist(modes, modelist(), curlcomb <= modecount ? curlcomb - 1 : -1);
     resultlabel->setText(QString::fromStdString(plottext()).trimmed());
     legendframe->setVisible(legendshown());
+    switches->setVisible(legendshown());
+    switches->refresh();
     legendframe->setTitle(QString::fromStdString(makelegend().title));
 }
 
@@ -401,6 +446,19 @@ static std::array<double, 3> pointshown() {
     for (double& value : at)
         if (std::fabs(value) < greatest) value = 0;
     return at;
+}
+
+// Set anew where it is another one alone: setting it leads back to its top. A text that would hold
+// up the window is shown in its beginning and can not be edited.
+void mainwindow::showcomment() {
+    const std::size_t most = 200000;  // bytes
+    if (commenttext == commentshown) return;
+    commentshown = commenttext;
+    QString text = QString::fromStdString(commenttext.substr(0, most));
+    comment->setReadOnly(commenttext.size() > most);
+    if (comment->isReadOnly())
+        text += tr("\n... and %1 bytes more, which a save keeps").arg(commenttext.size() - most);
+    comment->setPlainText(text);
 }
 
 void mainwindow::refresh() {
@@ -429,8 +487,12 @@ void mainwindow::refresh() {
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))
         notes->setChecked(commentvisible);
-    const QString text = QString::fromStdString(commenttext);
-    if (comment->toPlainText() != text) comment->setPlainText(text);
+    showcomment();
+    hint->refresh();
+    dimensionlabel->setVisible(dim2d);
+    const int warned = solverlog().warnings;
+    warningbutton->setVisible(warned > 0);
+    warningbutton->setText(warned == 1 ? tr("1 warning") : tr("%1 warnings").arg(warned));
     refreshing = false;
 }
 

@@ -17,6 +17,8 @@ class QPlainTextEdit;
 class QToolBar;
 class QToolButton;
 class legendwidget;
+class emptyhint;
+class plotswitches;
 class viewwidget;
 struct surface;
 
@@ -40,6 +42,8 @@ class mainwindow : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -53,6 +57,7 @@ class mainwindow : public QMainWindow {
     void takecoordinates();
     void refreshcombinations();
     void refreshresults();
+    void showcomment();
     void placeleftbar();
     double pixelspertwip() const;
 
@@ -67,8 +72,13 @@ class mainwindow : public QMainWindow {
     legendwidget* legend = nullptr;
     QLineEdit* modenumber = nullptr;
     QPlainTextEdit* comment = nullptr;
-    QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr;
+    QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr,
+           *dimensionlabel = nullptr;
+    QToolButton* warningbutton = nullptr;
+    plotswitches* switches = nullptr;
+    emptyhint* hint = nullptr;
     std::array<QToolButton*, 5> modify{};
+    std::string commentshown;
     bool refreshing = false;
 };
 

@@ -132,9 +132,33 @@ static printstart asscripted(const QString& document) {
     return target.empty() ? printstart::cancelled : beginjob(aspdf(target), document);
 }
 
+// The PDF file to print to, which may be replaced; empty where the user gave it up.
+static std::string askpdf(const QString& document) {
+    filebox box;
+    box.title = "Print to PDF";
+    box.filter = "PDF files (*.pdf)|*.pdf|All Files (*.*)|*.*";
+    box.saving = true;
+    box.path =
+        isnamed() ? fs::path(modelname).parent_path() / (document.toStdString() + ".pdf") : "";
+    const filechoice choice = theplatform().choosefile(box);
+    if (!choice.chosen) return {};
+    const fs::path target = aspdf(choice.path);
+    return askoverwrite(fs::path(target).replace_extension().string(), target.extension().string())
+               ? target.string()
+               : std::string();
+}
+
+static printstart beginpdf(const QString& document) {
+    const std::string target = askpdf(document);
+    return target.empty() ? printstart::cancelled : beginjob(target, document);
+}
+
 static printstart askandbegin(const QString& document) {
     if (theplatform().scripted) return asscripted(document);
-    if (noprinters()) return printstart::noprinter;
+    if (noprinters()) {
+        theplatform().message("No printer found", icons::exclamation);
+        return beginpdf(document);  // what can be had without one
+    }
     QPrinter& printer = theprinter();
     topaper(printer);
     QPrintDialog dialog(&printer, themainwindow);
@@ -183,18 +207,14 @@ static void tellproblem() {
 }
 
 void printtopdf() {
-    filebox box;
-    box.title = "Print to PDF";
-    box.filter = "PDF files (*.pdf)|*.pdf|All Files (*.*)|*.*";
-    box.saving = true;
-    if (isnamed()) box.path = modelname + ".pdf";
-    const filechoice choice = theplatform().choosefile(box);
-    if (!choice.chosen) return;
-    const std::string target = aspdf(choice.path);
-    if (!askoverwrite(fs::path(target).replace_extension().string(),
-                      fs::path(target).extension().string()))
-        return;
-    if (beginjob(target, documentname()) != printstart::begun) return tellproblem();
+    switch (beginpdf(documentname())) {
+        case printstart::begun:
+            break;
+        case printstart::failed:
+            return tellproblem();
+        default:
+            return;
+    }
     layon(job->page, theprinter(), job->painter);
     if (!endjob(guarded(printview, tellfault))) tellproblem();
 }

@@ -9,13 +9,17 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
 #include <QTimer>
 #include <QUrl>
 
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "files/filop.h"
 #include "ui/dialogs.h"
+#include "ui/examples.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
@@ -112,6 +116,12 @@ answers qtplatform::show(const messagebox& box) {
     window.setStandardButtons(buttonsof(box.set));
     const QMessageBox::StandardButton preset = buttonof(box.preset);
     if (window.button(preset)) window.setDefaultButton(preset);
+    if (box.set == buttons::yesno) {
+        // Esc and the box's close button put a question aside. They press this one; without it, No.
+        QPushButton* const aside = window.addButton(QMessageBox::Cancel);
+        aside->hide();
+        window.setEscapeButton(aside);
+    }
     while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
     return answerof(window.exec());
 }
@@ -127,6 +137,24 @@ static QStringList filtersof(const std::string& filter) {
     return list;
 }
 
+// The folder that a file dialog of this or an earlier session ended in.
+static QSettings windowsettings() {
+    return QSettings(QDir(qtext(appdir)).filePath("window.ini"), QSettings::IniFormat);
+}
+
+static QString beginfolder() {
+    if (isnamed()) return QFileInfo(qtext(modelname)).path();
+    const QString last = windowsettings().value("folder").toString();
+    return QFileInfo(last).isDir() ? last : QDir::homePath();
+}
+
+static void addexamples(QFileDialog& dialog) {
+    const QUrl examples = QUrl::fromLocalFile(qtext(examplesfolder()));
+    QList<QUrl> places = dialog.sidebarUrls();
+    if (!examples.isEmpty() && !places.contains(examples))
+        dialog.setSidebarUrls(places << examples);
+}
+
 filechoice qtplatform::choosefile(const filebox& box) {
     filechoice choice;
     choice.filterindex = box.filterindex;
@@ -137,7 +165,9 @@ filechoice qtplatform::choosefile(const filebox& box) {
         choice.chosen = !choice.path.empty();
         return choice;
     }
-    QFileDialog dialog(themainwindow, qtext(box.title));
+    QFileDialog dialog(themainwindow, qtext(box.title), beginfolder());
+    dialog.setOption(QFileDialog::DontUseNativeDialog);  // others have no side bar to fill
+    if (!box.saving) addexamples(dialog);
     const QStringList filters = filtersof(box.filter);
     dialog.setNameFilters(filters);
     if (box.filterindex >= 1 && box.filterindex <= filters.size())
@@ -150,6 +180,7 @@ filechoice qtplatform::choosefile(const filebox& box) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return choice;
     choice.chosen = true;
     choice.path = dialog.selectedFiles().first().toStdString();
+    windowsettings().setValue("folder", dialog.directory().path());
     choice.filterindex = int(filters.indexOf(dialog.selectedNameFilter())) + 1;
     return choice;
 }

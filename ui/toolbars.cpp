@@ -9,7 +9,6 @@
 #include "core/session.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
-#include "post/contour.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -61,32 +60,6 @@ static QToolButton* printbutton(QMainWindow* window) {
     return button;
 }
 
-// Beside the contour plot, what helps in reading it.
-static void addplotswitches(QToolButton* button) {
-    struct plotswitch {
-        const char *name, *caption;
-        bool* on;
-    };
-    static const plotswitch switches[] = {
-        {"evenpalette", "Even Palette", &evenpalette},
-        {"markextremes", "Mark Highest and Lowest", &markextremes},
-        {"valueatpointer", "Value at Pointer", &valueatpointer},
-    };
-    auto* const menu = new QMenu(button);
-    for (const plotswitch& s : switches) {
-        QAction* const action = menu->addAction(QObject::tr(s.caption));
-        action->setObjectName(s.name);
-        action->setCheckable(true);
-        QObject::connect(action, &QAction::triggered,
-                         [&s] { guarded([&s] { toggleswitch(*s.on); }, fallback); });
-        QObject::connect(menu, &QMenu::aboutToShow, action,
-                         [&s, action] { action->setChecked(*s.on); });
-    }
-    button->setMenu(menu);
-    button->setPopupMode(QToolButton::MenuButtonPopup);
-    button->setObjectName("contourbutton");
-}
-
 void mainwindow::buildtoolbars() {
     QToolBar* const file = newbar(this, "filebar", tr("File"));
     for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
@@ -134,6 +107,4 @@ void mainwindow::buildtoolbars() {
           std::pair("Mnuadditem", 3), std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2),
           std::pair("menupostItem", 1), std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
         job->addAction(menuaction(array, i));
-    addplotswitches(
-        qobject_cast<QToolButton*>(job->widgetForAction(menuaction("menupostItem", 2))));
 }

@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
 #include "tests/support/recorder.h"
+#include "ui/dialogs.h"
 #include "ui/menus.h"
 
 // The items without a menu of their own as "menu/item", without the marks of their keys.
@@ -83,5 +84,90 @@ TEST(Mainwindow, IsNeverSmallerThanItsLeastSize) {
         QApplication::processEvents();
         EXPECT_NEAR(window.height(), c.leastheight * pixel, 1) << c.height;
         EXPECT_GE(window.width(), int(c.leastwidth * pixel)) << c.width;
+    }
+}
+
+// A window as after the start, with its dialogs.
+struct windowroom : sessionroom {
+    windowroom() {
+        window.ending = true;
+        wiredialogs();
+        window.show();
+    }
+    static QDialog* open(const std::string& name) {
+        EXPECT_TRUE(opendialog(name)) << name;
+        QApplication::processEvents();
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->isVisible() && w->objectName().toStdString() == name)
+                return qobject_cast<QDialog*>(w);
+        ADD_FAILURE() << name;
+        return nullptr;
+    }
+    mainwindow window;
+};
+
+// A text with a tag, left to guess, would be a page whose pictures are fetched.
+TEST(Mainwindow, NoLabelTakesATextForAPage) {
+    windowroom room;
+    const QString tagged = "<img src=\"/dev/zero\">";
+    groupname(1) = lcname(1) = lcombname(1) = modelname = tagged.toStdString();
+    room.window.refresh();
+    for (const std::string& name : dialognames()) room.open(name);
+    QMessageBox box(QMessageBox::NoIcon, tagged, tagged);
+    box.show();
+    QProgressDialog progress(tagged, "Cancel", 0, 10);
+    progress.show();
+    QApplication::processEvents();
+    QToolTip::showText(QPoint(10, 10), tagged, &room.window);
+    int labels = 0, tips = 0;
+    for (QWidget* w : QApplication::allWidgets())
+        if (const auto* label = qobject_cast<QLabel*>(w); label && label->isVisible()) {
+            ++labels;
+            tips += label->inherits("QTipLabel");
+            EXPECT_NE(label->textFormat(), Qt::AutoText) << label->text().toStdString();
+        }
+    EXPECT_GT(labels, 100);
+    EXPECT_EQ(tips, 1);
+    QToolTip::hideText();
+}
+
+TEST(Mainwindow, AHiddenDialogComesBackWhereItStood) {
+    windowroom room;
+    QDialog* const dialog = room.open("viewcontrol");
+    dialog->move(120, 90);
+    QApplication::processEvents();
+    for (int i = 0; i < 3; ++i) {
+        dialog->hide();
+        QApplication::processEvents();
+        dialog->show();
+        QApplication::processEvents();
+        EXPECT_EQ(dialog->pos(), QPoint(120, 90)) << i;
+    }
+}
+
+// However a dialog goes, no selection calls back into it.
+TEST(Mainwindow, ADialogThatIsGoneWaitsForNoSelection) {
+    windowroom room;
+    for (const char* name : {"viewcontrol", "Soptions"}) {
+        QDialog* const dialog = room.open(name);
+        dialog->findChild<QAbstractButton*>("Select")->click();
+        EXPECT_TRUE(isselectionpending()) << name;
+        delete dialog;
+        EXPECT_FALSE(isselectionpending()) << name;
+        EXPECT_FALSE(endpendingselection()) << name;
+    }
+}
+
+TEST(Mainwindow, ARefreshLeavesTheCommentWhereItWasScrolledTo) {
+    windowroom room;
+    for (const char* end : {"\r\n", "\n", "\xC2\xA0\r"}) {
+        commenttext.clear();
+        for (int i = 0; i < 500; ++i) commenttext += "a line" + std::string(end);
+        commentvisible = true;
+        room.window.refresh();
+        auto* const comment = room.window.findChild<QPlainTextEdit*>("comment");
+        comment->verticalScrollBar()->setValue(200);
+        room.window.refresh();
+        EXPECT_EQ(comment->verticalScrollBar()->value(), 200) << end;
     }
 }

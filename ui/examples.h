@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The examples that come with the program, and the way to them from an empty view.
+#pragma once
+
+#include <QFrame>
+#include <string>
+
+// Directory that holds demo and examples as they were shipped: installed, beside the program, or of
+// the source tree. Empty where there is none.
+std::string shippeddata();
+// The user's own copies of the examples, beside the settings: what is saved or analysed there
+// leaves the shipped ones alone. Those that are not there yet are copied first.
+std::string examplesfolder();
+
+// Over the first view while there is nothing in the model: what to begin with.
+class emptyhint : public QFrame {
+  public:
+    explicit emptyhint(QWidget* view);
+    void refresh();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void place();
+};

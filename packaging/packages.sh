@@ -4,6 +4,7 @@
 
 buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspectra-dev
   libsuitesparse-dev libopenblas-dev libgtest-dev fonts-dejavu-core"
+testpackages="xvfb xdotool"  # the screen and the hands of tests/window
 
 needpackages() {
     missing=""

@@ -63,6 +63,7 @@ QImage& qtsurface::image(planes p) {
 QPainter& qtsurface::painter() {
     if (!brushwork) {
         used[std::size_t(plane)] = true;
+        facetset = false;
         brushwork = std::make_unique<QPainter>(&image(plane));
         brushwork->setRenderHint(QPainter::Antialiasing, smooth);
     }
@@ -126,7 +127,8 @@ QBrush qtsurface::brush() const {
 
 // The plane of the model holds the background itself, the planes above it are clear where they are
 // empty.
-void qtsurface::setmode(QPainter& p, bool erase, bool smoothed) const {
+void qtsurface::setmode(QPainter& p, bool erase, bool smoothed) {
+    facetset = false;
     p.setCompositionMode(erase && plane != planes::model ? QPainter::CompositionMode_Clear
                                                          : QPainter::CompositionMode_SourceOver);
     p.setRenderHint(QPainter::Antialiasing, smoothed && !erase);
@@ -250,14 +252,28 @@ void qtsurface::circle(double x, double y, double radius, colour c) {
     p.drawEllipse(QPointF(x * pixels, y * pixels), r, r);
 }
 
+// Facets come by the hundred thousand, many alike: pen and brush stay until another is asked for.
+void qtsurface::usefacet(QPainter& p, const stroke& edge) {
+    const bool same = facetset && edge == facetedge && fillsolid == facetfilled &&
+                      (!fillsolid || fillcolor == facetfill) && smooth == facetsmooth &&
+                      erasing == faceterasing;
+    if (same) return;
+    setmode(p, erases(edge.c), smooth && !fillsolid);
+    p.setPen(pen(edge));
+    p.setBrush(brush());
+    facetedge = edge;
+    facetfilled = fillsolid;
+    facetfill = fillcolor;
+    facetsmooth = smooth;
+    faceterasing = erasing;
+    facetset = true;
+}
+
 void qtsurface::polygon(const point2* points, int n, colour edge) {
     flush();
     ++round;
     QPainter& p = painter();
-    const bool erase = erases(edge);
-    setmode(p, erase, smooth && !fillsolid);
-    p.setPen(pen({edge, drawwidth, drawstyle}));
-    p.setBrush(brush());
+    usefacet(p, {edge, drawwidth, drawstyle});
     corners.clear();
     bool plain = true;
     for (int i = 0; i < n; ++i) {

@@ -59,7 +59,8 @@ class qtsurface : public surface {
     double penwidth(const stroke& s) const;
     QPen pen(const stroke& s) const;
     QBrush brush() const;
-    void setmode(QPainter& p, bool erase, bool smoothed) const;
+    void setmode(QPainter& p, bool erase, bool smoothed);
+    void usefacet(QPainter& p, const stroke& edge);
     void align(point2& a, point2& b) const;
     bool isoutside(std::string_view utf8) const;
     void usefont();
@@ -76,6 +77,10 @@ class qtsurface : public surface {
     std::vector<point2> corners;  // of the polygon in work
     std::vector<QPointF> polygonpoints;
     stroke now;
+    // What the painter is set for, while the last operation was a polygon.
+    bool facetset = false, facetfilled = false, facetsmooth = false, faceterasing = false;
+    stroke facetedge;
+    colour facetfill = 0;
     QImage stampimage;  // a small disc, drawn once for many nodes
     stroke stampkey;
     double stampradius = 0;

@@ -16,6 +16,15 @@ double peakmemory() {
     return double(usage.ru_maxrss) / kibibytes;
 }
 
+double processortime() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& t) {
+        return double(t.tv_sec) + 1e-6 * double(t.tv_usec);
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
 std::string shortnumber(double value) {
     char buffer[40];
     std::snprintf(buffer, sizeof buffer, "%.6g", value == 0 ? 0.0 : value);
@@ -48,10 +57,11 @@ void runlog::stage(const std::string& name) {
     const auto now = std::chrono::steady_clock::now();
     if (!running.empty()) {
         const std::chrono::duration<double> spent = now - started;
-        stages.push_back({running, spent.count(), peakmemory()});
+        stages.push_back({running, spent.count(), processortime() - workbefore, peakmemory()});
     }
     running = name;
     started = now;
+    workbefore = processortime();
     if (!name.empty()) progress(name.c_str(), 0);
 }
 
@@ -66,10 +76,11 @@ void runlog::progress(const char* name, int percent) {
 bool runlog::write(const std::string& path, const std::string& outcome) {
     stage("");
     line();
-    line("Stage          seconds   peak MiB");
+    line("Stage          seconds  processor   peak MiB");
     for (const stagerow& s : stages) {
         char row[80];
-        std::snprintf(row, sizeof row, "%-12s %9.3f %10.1f", s.name.c_str(), s.seconds, s.peak);
+        std::snprintf(row, sizeof row, "%-12s %9.3f %10.3f %10.1f", s.name.c_str(), s.seconds,
+                      s.work, s.peak);
         line(row);
     }
     line();

@@ -25,14 +25,18 @@ class runlog {
   private:
     struct stagerow {
         std::string name;
-        double seconds, peak;  // wall time; peak memory of the process at its end, MiB
+        double seconds, work, peak;  // wall and processor time; peak memory at its end, MiB
     };
     std::string content, running, lastprogress;
     std::vector<std::string> warned;
     std::vector<stagerow> stages;
     std::chrono::steady_clock::time_point started;
+    double workbefore = 0;
     bool silent = false;
 };
+
+// Processor time of all threads so far, seconds.
+double processortime();
 
 // Largest memory that the process has held so far, MiB.
 double peakmemory();

@@ -116,11 +116,11 @@ static void addpiece(const piece& p, int thread, int count, sparsematrix& a) {
     for (int c = 0; c < p.count; ++c) {
         if ((p.unknown[c] / 64) % count != thread) continue;
         const auto column = std::size_t(p.unknown[c]);
-        const std::int64_t* const row = a.row.data();
-        const std::int64_t* at = row + a.start[column];
-        const std::int64_t* const end = row + a.start[column + 1];
+        const int* const row = a.row.data();
+        const int* at = row + a.start[column];
+        const int* const end = row + a.start[column + 1];
         for (int r = c; r < p.count; ++r) {
-            at = std::lower_bound(at, end, std::int64_t(p.unknown[r]));
+            at = std::lower_bound(at, end, p.unknown[r]);
             a.value[std::size_t(at - row)] += p.value[c * p.count + r];
         }
     }

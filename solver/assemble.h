@@ -10,7 +10,8 @@
 
 // Lower triangle by columns, rows ascending, diagonal first.
 struct sparsematrix {
-    std::vector<std::int64_t> start, row;
+    std::vector<std::int64_t> start;
+    std::vector<int> row;
     std::vector<double> value;
     std::int64_t size() const { return std::int64_t(start.size()) - 1; }
 };

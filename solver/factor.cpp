@@ -1,197 +1,331 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// CHOLMOD's supernodal factor. The unknowns are numbered in the order of elimination beforehand, so
-// that CHOLMOD takes the matrix as it lies, without a permuted copy.
+// Multifrontal elimination: Duff and Reid, The multifrontal solution of indefinite sparse symmetric
+// linear equations, ACM Trans. Math. Softw. 9, 1983. Where the tree is cut into subtrees depends on
+// the matrix alone, and children are added in a fixed order: so do the numbers.
 #include "solver/factor.h"
 
-#include <cholmod.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <atomic>
 #include <cmath>
-#include <cstdio>
-#include <fstream>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <numeric>
+#include <utility>
 
+#include "solver/blas.h"
 #include "solver/parallel.h"
-#include "solver/refuse.h"
+#include "solver/supernodes.h"
 
-extern "C" void openblas_set_num_threads(int);
-extern "C" [[gnu::weak]] void omp_set_max_active_levels(int);  // absent without OpenMP
-
-// CHOLMOD starts four threads for the small change of a factor, however many cores there are, and
-// they spin in the way of those of OpenBLAS, which do the work: a third of all time.
-static void calmlibraries() {
-    openblas_set_num_threads(threads());
-    if (omp_set_max_active_levels) omp_set_max_active_levels(0);
-}
-
-// --- order --------------------------------------------------------------------------------------
+static const double worthsharing = 1e7;  // operations of a front that pay for starting threads
 
 namespace {
-struct orderresult {
-    std::vector<int> order;
-    double entries = 0, operations = 0;
-};
-struct cholmodrun {
-    cholmod_common c;
-    cholmodrun() {
-        cholmod_start(&c);
-        c.print = 0;
+// Numbers without a first value.
+class room {
+  public:
+    void take(std::int64_t count) {
+        const std::size_t line = 64;  // bytes of the cache
+        const std::size_t bytes = std::size_t(std::max<std::int64_t>(count, 1)) * sizeof(double);
+        leave();
+        data = static_cast<double*>(std::aligned_alloc(line, (bytes + line - 1) / line * line));
+        if (data == nullptr) throw std::bad_alloc();
     }
-    ~cholmodrun() { cholmod_finish(&c); }
-    cholmodrun(const cholmodrun&) = delete;
-    cholmodrun& operator=(const cholmodrun&) = delete;
+    void leave() {
+        std::free(data);
+        data = nullptr;
+    }
+    room() = default;
+    ~room() { leave(); }
+    room(room&& other) noexcept : data(std::exchange(other.data, nullptr)) {}
+    room(const room&) = delete;
+    room& operator=(const room&) = delete;
+    double* data = nullptr;
+};
+
+// Consecutive rows of a child that are consecutive in its parent.
+struct rowrun {
+    int child, parent, count;
+};
+struct childpart {
+    staircase shape;
+    const double* update;
+    std::vector<rowrun> runs;
+};
+// One front while it is worked on; the columns from `columns.columns` on are the update's.
+struct openfront {
+    staircase columns, update;
+    double *l, *u;
+    std::vector<childpart> children;
+};
+
+// What a thread works with.
+struct worker {
+    room stack;              // of updates
+    std::vector<int> local;  // of each unknown its row in the open front
 };
 }  // namespace
 
-// Empty order where this CHOLMOD cannot do it (built without METIS).
-static orderresult tryorder(cholmod_sparse& graph, int method) {
-    cholmodrun run;
-    cholmod_common& c = run.c;
-    c.nmethods = 1;
-    c.method[0].ordering = method;
-    c.postorder = 1;
-    c.supernodal = CHOLMOD_SIMPLICIAL;
-    cholmod_factor* const symbolic = cholmod_analyze(&graph, &c);
-    orderresult result;
-    if (symbolic && c.status >= CHOLMOD_OK) {
-        const int* const perm = static_cast<int*>(symbolic->Perm);
-        result.order.assign(perm, perm + symbolic->n);
-        result.entries = c.lnz;
-        result.operations = c.fl;
-    }
-    cholmod_factor* doomed = symbolic;
-    cholmod_free_factor(&doomed, &c);
-    return result;
-}
-
-std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
-    const int n = graph.size();
-    if (n == 0) return {};
-    std::vector<int> start(std::size_t(n) + 1, 0), row;
-    for (int i = 0; i < n; ++i) {  // upper triangle by columns
-        for (auto k = graph.start[std::size_t(i)]; k < graph.start[std::size_t(i) + 1]; ++k)
-            if (graph.neighbour[std::size_t(k)] < i) row.push_back(graph.neighbour[std::size_t(k)]);
-        row.push_back(i);
-        start[std::size_t(i) + 1] = int(row.size());
-    }
-    cholmod_sparse a{};
-    a.nrow = a.ncol = std::size_t(n);
-    a.nzmax = row.size();
-    a.p = start.data();
-    a.i = row.data();
-    a.stype = 1;
-    a.itype = CHOLMOD_INT;
-    a.xtype = CHOLMOD_PATTERN;
-    a.dtype = CHOLMOD_DOUBLE;
-    a.sorted = a.packed = 1;
-    const orderresult degree = tryorder(a, CHOLMOD_AMD);
-    const int dissectfrom = 200;  // nodes; below it the choice does not matter
-    const orderresult dissected = n < dissectfrom ? orderresult{} : tryorder(a, CHOLMOD_METIS);
-    const bool usedegree = dissected.order.empty() || degree.operations <= dissected.operations;
-    const auto words = [](const char* name, const orderresult& r) {
-        char text[100];
-        std::snprintf(text, sizeof text, "%s %.3g entries %.3g operations", name, r.entries,
-                      r.operations);
-        return std::string(text);
-    };
-    told = "Order of nodes: " + words("minimum degree", degree);
-    if (!dissected.order.empty()) told += ", " + words("nested dissection", dissected);
-    told += usedegree ? "; minimum degree taken" : "; nested dissection taken";
-    if (usedegree && degree.order.empty()) refuse("Not enough memory to order the equations");
-    return usedegree ? degree.order : dissected.order;
-}
-
-// --- factor -------------------------------------------------------------------------------------
-
 struct factor::inside {
-    cholmod_common c;
-    cholmod_factor* l = nullptr;
-    cholmod_dense *y = nullptr, *e = nullptr, *x = nullptr;
+    supernodetree tree;
+    std::vector<std::int64_t> place;         // of each front's columns among the values
+    std::vector<std::vector<int>> subtrees;  // supernodes, children first, the root last
+    std::vector<int> top;                    // supernodes above the subtrees, children first
+    std::int64_t stack = 0, topstack = 0;    // numbers that the updates within them take at most
+    double bytes = 0;
+    room values;
+    std::vector<double*> updates;  // of supernodes that are eliminated and not yet added
+
+    void cut();
+    void measure();
+    bool workfront(const sparsematrix& a, int s, std::vector<int>& local, double* u, bool parallel);
+    bool worklist(const sparsematrix& a, const std::vector<int>& list, worker& w,
+                  std::vector<room>& kept, bool parallel);
+    void forward(int s, double* x, int sides, int inner, double* outer,
+                 const std::vector<int>& local, std::vector<double>& y) const;
+    void backward(int s, double* x, int sides, std::vector<double>& y) const;
+    void forwardall(double* x, int sides) const;
+    void backwardall(double* x, int sides) const;
+    std::int64_t unknowns() const { return tree.first.back(); }
 };
 
-static cholmod_sparse viewof(const sparsematrix& a) {
-    cholmod_sparse view{};
-    view.nrow = view.ncol = std::size_t(a.size());
-    view.nzmax = a.row.size();
-    view.p = const_cast<std::int64_t*>(a.start.data());
-    view.i = const_cast<std::int64_t*>(a.row.data());
-    view.x = const_cast<double*>(a.value.data());
-    view.stype = -1;
-    view.itype = CHOLMOD_LONG;
-    view.xtype = CHOLMOD_REAL;
-    view.dtype = CHOLMOD_DOUBLE;
-    view.sorted = view.packed = 1;
-    return view;
-}
-
 factor::factor() : in(new inside) {
-    calmlibraries();
-    cholmod_common& c = in->c;
-    cholmod_l_start(&c);
-    c.print = 0;
-    c.nmethods = 1;
-    c.method[0].ordering = CHOLMOD_NATURAL;
-    c.postorder = 0;  // the order is a postorder already
-    c.supernodal = CHOLMOD_SUPERNODAL;
-    c.useGPU = 0;
+    openblas_set_num_threads(1);  // its own threads would spin in the way of ours
 }
 
-factor::~factor() {
-    cholmod_l_free_factor(&in->l, &in->c);
-    cholmod_l_free_dense(&in->y, &in->c);
-    cholmod_l_free_dense(&in->e, &in->c);
-    cholmod_l_free_dense(&in->x, &in->c);
-    cholmod_l_finish(&in->c);
+factor::~factor() = default;
+
+// --- plan ---------------------------------------------------------------------------------------
+
+// Children in the order that needs the least room for updates: Liu, On the storage requirement in
+// the out-of-core multifrontal method, ACM Trans. Math. Softw. 12, 1986. Returns the room for each
+// subtree.
+static std::vector<std::int64_t> orderchildren(supernodetree& t) {
+    std::vector<std::int64_t> need(std::size_t(t.size()));
+    for (int s = 0; s < t.size(); ++s) {
+        std::vector<int>& children = t.children[std::size_t(s)];
+        const auto gain = [&](int c) { return need[std::size_t(c)] - t.update(c).size(); };
+        std::stable_sort(children.begin(), children.end(),
+                         [&](int a, int b) { return gain(a) > gain(b); });
+        std::int64_t held = 0, most = 0;
+        for (const int c : children) {
+            most = std::max(most, held + need[std::size_t(c)]);
+            held += t.update(c).size();
+        }
+        need[std::size_t(s)] = std::max(most, held + t.update(s).size());
+    }
+    return need;
 }
 
-static void checkstatus(const cholmod_common& c, const char* step) {
-    if (c.status == CHOLMOD_OUT_OF_MEMORY || c.status == CHOLMOD_TOO_LARGE)
-        refuse(std::string("Not enough memory to ") + step +
-               "; close other programs or make the model smaller");
-    if (c.status < CHOLMOD_OK)
-        refuse(std::string("The equations could not be brought to an end (") + step + ", status " +
-               std::to_string(c.status) + ")");
+static std::vector<int> postorder(const supernodetree& t, int root) {
+    std::vector<int> list, open{root};
+    while (!open.empty()) {  // root, last child, ... first child, reversed below
+        const int s = open.back();
+        open.pop_back();
+        list.push_back(s);
+        for (const int c : t.children[std::size_t(s)]) open.push_back(c);
+    }
+    std::reverse(list.begin(), list.end());
+    return list;
+}
+
+// Takes the roots of heavy subtrees away until the rest falls into many even parts.
+void factor::inside::cut() {
+    const double parts = 32, least = 1e7;  // subtrees at least; operations worth a thread
+    std::vector<double> load(std::size_t(tree.size()));
+    for (int s = 0; s < tree.size(); ++s) {
+        load[std::size_t(s)] = operationsof(tree, s);
+        for (const int c : tree.children[std::size_t(s)])
+            load[std::size_t(s)] += load[std::size_t(c)];
+    }
+    const double limit = std::max(tree.operations / parts, least);
+    const auto light = [&](int s) { return load[std::size_t(s)] <= limit; };
+    subtrees.clear();
+    top.clear();
+    for (int root = 0; root < tree.size(); ++root) {
+        if (tree.parent[std::size_t(root)] >= 0) continue;
+        if (light(root))
+            subtrees.push_back(postorder(tree, root));
+        else
+            for (const int s : postorder(tree, root)) {
+                if (light(s)) continue;
+                top.push_back(s);
+                for (const int c : tree.children[std::size_t(s)])
+                    if (light(c)) subtrees.push_back(postorder(tree, c));
+            }
+    }
+    std::stable_sort(subtrees.begin(), subtrees.end(), [&](const auto& a, const auto& b) {
+        return load[std::size_t(a.back())] > load[std::size_t(b.back())];
+    });
+}
+
+void factor::inside::measure() {
+    const std::vector<std::int64_t> need = orderchildren(tree);
+    cut();
+    place.assign(1, 0);
+    for (int s = 0; s < tree.size(); ++s) place.push_back(place.back() + tree.front(s).size());
+    stack = topstack = 0;
+    double kept = 0;
+    for (const std::vector<int>& list : subtrees) {
+        stack = std::max(stack, need[std::size_t(list.back())]);
+        kept += double(tree.update(list.back()).size());
+    }
+    for (const int s : top) topstack = std::max(topstack, need[std::size_t(s)]);
+    const double most = kept + std::max(double(stack) * threads(), double(topstack));
+    bytes = (double(place.back()) + most) * sizeof(double) +
+            double(unknowns()) * threads() * sizeof(int);
 }
 
 void factor::analyse(const sparsematrix& a) {
-    cholmod_sparse view = viewof(a);
-    cholmod_l_free_factor(&in->l, &in->c);
-    in->l = cholmod_l_analyze(&view, &in->c);
-    checkstatus(in->c, "analyse the equations");
+    in->values.leave();
+    in->tree = findsupernodes(a);
+    in->measure();
 }
 
 double factor::entries() const {
-    return in->c.lnz;
+    return in->tree.entries;
 }
 
 double factor::operations() const {
-    return in->c.fl;
+    return in->tree.operations;
 }
 
 double factor::bytes() const {
-    return double(in->l->xsize) * sizeof(double) + double(in->l->maxcsize) * sizeof(double);
+    return in->bytes;
 }
 
-bool factor::factorise(const sparsematrix& a) {
-    cholmod_sparse view = viewof(a);
-    cholmod_l_factorize(&view, in->l, &in->c);
-    if (in->c.status == CHOLMOD_NOT_POSDEF) return false;
-    checkstatus(in->c, "factorise the equations");
+// --- elimination --------------------------------------------------------------------------------
+
+// local: of each unknown its row in the parent. Runs end where the parent's own columns do.
+static std::vector<rowrun> runsof(const supernodetree& t, int child, const std::vector<int>& local,
+                                  int own) {
+    std::vector<rowrun> runs;
+    const int* const rows = t.rows(child);
+    for (int i = 0; i < t.below(child); ++i) {
+        const int at = local[std::size_t(rows[i])];
+        const bool goeson =
+            !runs.empty() && runs.back().parent + runs.back().count == at && at != own;
+        if (goeson)
+            ++runs.back().count;
+        else
+            runs.push_back({i, at, 1});
+    }
+    return runs;
+}
+
+// Adds the children to the columns from low on below high of the front.
+static void addchildren(const openfront& f, int low, int high) {
+    const int own = f.columns.columns;
+    for (const childpart& child : f.children)
+        for (std::size_t r = 0; r < child.runs.size(); ++r) {
+            const rowrun& run = child.runs[r];
+            const int begin = std::max(low, run.parent);
+            const int end = std::min(high, run.parent + run.count);
+            for (int c = begin; c < end; ++c) {
+                const int source = run.child + c - run.parent;
+                const double* const from = child.update + child.shape.column(source);
+                double* const to =
+                    c < own ? f.l + f.columns.column(c) : f.u + f.update.column(c - own) - own;
+                for (int i = source, q = c; i < run.child + run.count; ++i, ++q) to[q] += from[i];
+                for (std::size_t n = r + 1; n < child.runs.size(); ++n) {
+                    const rowrun& next = child.runs[n];
+                    double* const into = to + next.parent;
+                    const double* const out = from + next.child;
+                    for (int i = 0; i < next.count; ++i) into[i] += out[i];
+                }
+            }
+        }
+}
+
+static void addchildren(const openfront& f, int low, int high, bool parallel) {
+    if (f.children.empty()) return;
+    const int piece = parallel ? 64 : std::max(high - low, 1);
+    const auto add = [&](int first, int last, int) { addchildren(f, low + first, low + last); };
+    if (parallel)
+        parallelpieces(high - low, piece, add);
+    else
+        add(0, high - low, 0);
+}
+
+bool factor::inside::workfront(const sparsematrix& a, int s, std::vector<int>& local, double* u,
+                               bool parallel) {
+    openfront f{tree.front(s), tree.update(s), values.data + place[std::size_t(s)], u, {}};
+    const int first = tree.first[std::size_t(s)], own = f.columns.columns;
+    std::iota(local.begin() + first, local.begin() + first + own, 0);
+    for (int i = 0; i < tree.below(s); ++i) local[std::size_t(tree.rows(s)[i])] = own + i;
+    std::fill_n(f.l, f.columns.size(), 0.0);
+    for (int c = 0; c < own; ++c) {
+        double* const to = f.l + f.columns.column(c);
+        const auto j = std::size_t(first + c);
+        for (auto i = std::size_t(a.start[j]); i < std::size_t(a.start[j + 1]); ++i)
+            to[local[std::size_t(a.row[i])]] = a.value[i];
+    }
+    for (const int c : tree.children[std::size_t(s)])
+        f.children.push_back(
+            {tree.update(c), updates[std::size_t(c)], runsof(tree, c, local, own)});
+    addchildren(f, 0, own, parallel);
+    if (!eliminate(f.columns, f.l, f.u, parallel)) return false;
+    addchildren(f, own, f.columns.rows, parallel);
     return true;
 }
 
+// The updates lie on a stack: those of the children on top, and then the front's own in their
+// place. Those that outlive the list have rooms of their own.
+bool factor::inside::worklist(const sparsematrix& a, const std::vector<int>& list, worker& w,
+                              std::vector<room>& kept, bool parallel) {
+    double* end = w.stack.data;
+    w.local.resize(std::size_t(unknowns()));
+    for (const int s : list) {
+        const auto at = std::size_t(s);
+        const std::int64_t size = tree.update(s).size();
+        const bool keep = !parallel && s == list.back();
+        if (keep) kept[at].take(size);
+        double* const u = keep ? kept[at].data : end;
+        const bool shared = parallel && operationsof(tree, s) > worthsharing;
+        if (!workfront(a, s, w.local, u, shared)) return false;
+        double* begin = end;
+        for (const int c : tree.children[at]) {
+            if (kept[std::size_t(c)].data == nullptr)
+                begin = std::min(begin, updates[std::size_t(c)]);
+            kept[std::size_t(c)].leave();
+        }
+        updates[at] = keep ? u : begin;
+        if (keep) break;
+        if (begin != u) std::memmove(begin, u, std::size_t(size) * sizeof(double));
+        end = begin + size;
+    }
+    return true;
+}
+
+bool factor::factorise(const sparsematrix& a) {
+    inside& f = *in;
+    if (f.values.data == nullptr) f.values.take(f.place.back());
+    f.updates.assign(std::size_t(f.tree.size()), nullptr);
+    std::vector<room> kept{std::size_t(f.tree.size())};
+    std::atomic<bool> definite{true};
+    {
+        std::vector<worker> workers{std::size_t(threads())};
+        parallelpieces(int(f.subtrees.size()), 1, [&](int first, int last, int thread) {
+            worker& w = workers[std::size_t(thread)];
+            if (w.stack.data == nullptr) w.stack.take(f.stack);
+            for (int i = first; i < last && definite; ++i)
+                if (!f.worklist(a, f.subtrees[std::size_t(i)], w, kept, false)) definite = false;
+        });
+    }
+    if (!definite) return false;
+    worker w;
+    w.stack.take(f.topstack);
+    return f.worklist(a, f.top, w, kept, true);
+}
+
 double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) const {
-    const auto* const super = static_cast<std::int64_t*>(in->l->super);
-    const auto* const pi = static_cast<std::int64_t*>(in->l->pi);
-    const auto* const px = static_cast<std::int64_t*>(in->l->px);
-    const auto* const x = static_cast<double*>(in->l->x);
     double smallest = 1;
     unknown = 0;
-    for (std::size_t s = 0; s < in->l->nsuper; ++s) {
-        const std::int64_t rows = pi[s + 1] - pi[s];
-        for (std::int64_t j = super[s]; j < super[s + 1]; ++j) {
-            const double pivot = x[px[s] + (j - super[s]) * (rows + 1)];
+    for (int s = 0; s < in->tree.size(); ++s) {
+        const staircase shape = in->tree.front(s);
+        const double* const l = in->values.data + in->place[std::size_t(s)];
+        for (int c = 0; c < shape.columns; ++c) {
+            const std::int64_t j = in->tree.first[std::size_t(s)] + c;
+            const double pivot = l[shape.column(c) + c];
             const double before = a.value[std::size_t(a.start[std::size_t(j)])];
             const double ratio = pivot * pivot / before;
             if (ratio < smallest || !(ratio >= 0)) {
@@ -203,67 +337,94 @@ double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) const
     return smallest;
 }
 
-void factor::solve(double* values, int columns, triangles which) {
-    const int system = which == triangles::both    ? CHOLMOD_A
-                       : which == triangles::lower ? CHOLMOD_L
-                                                   : CHOLMOD_Lt;
-    cholmod_dense b{};
-    b.nrow = in->l->n;
-    b.ncol = std::size_t(columns);
-    b.d = b.nrow;
-    b.nzmax = b.nrow * b.ncol;
-    b.x = values;
-    b.xtype = CHOLMOD_REAL;
-    b.dtype = CHOLMOD_DOUBLE;
-    cholmod_l_solve2(system, in->l, &b, nullptr, &in->x, nullptr, &in->y, &in->e, &in->c);
-    checkstatus(in->c, "solve the equations");
-    const auto* const result = static_cast<double*>(in->x->x);
-    std::copy_n(result, b.nzmax, values);
-}
+// --- solution -----------------------------------------------------------------------------------
 
-std::int64_t countnegative(const sparsematrix& a, double mostoperations) {
-    cholmod_common c;
-    cholmod_l_start(&c);
-    c.print = 0;
-    c.nmethods = 1;
-    c.method[0].ordering = CHOLMOD_NATURAL;
-    c.postorder = 0;
-    c.supernodal = CHOLMOD_SIMPLICIAL;
-    cholmod_sparse view = viewof(a);
-    cholmod_factor* l = cholmod_l_analyze(&view, &c);
-    std::int64_t negative = -1;
-    if (l != nullptr && c.fl <= mostoperations) {
-        cholmod_l_factorize(&view, l, &c);
-        if (c.status == CHOLMOD_OK && l->minor == l->n) {
-            const auto* const start = static_cast<std::int64_t*>(l->p);
-            const auto* const value = static_cast<double*>(l->x);
-            negative = 0;
-            for (std::size_t j = 0; j < l->n; ++j) negative += value[start[j]] < 0;
+// Rows from `inner` on lie outside the subtree: what goes there is gathered in outer.
+void factor::inside::forward(int s, double* x, int sides, int inner, double* outer,
+                             const std::vector<int>& local, std::vector<double>& y) const {
+    const staircase shape = tree.front(s);
+    const int own = shape.columns, below = tree.below(s), first = tree.first[std::size_t(s)];
+    const int* const rows = tree.rows(s);
+    y.assign(std::size_t(shape.rows) * std::size_t(sides), 0);
+    for (int k = 0; k < sides; ++k)
+        std::copy_n(x + k * unknowns() + first, own, y.data() + std::int64_t(k) * shape.rows);
+    solveforward(shape, values.data + place[std::size_t(s)], y.data(), sides);
+    for (int k = 0; k < sides; ++k) {
+        const double* const from = y.data() + std::int64_t(k) * shape.rows;
+        double* const to = x + k * unknowns();
+        std::copy_n(from, own, to + first);
+        for (int i = 0; i < below; ++i) {
+            const int row = rows[i];
+            if (row < inner)
+                to[row] += from[own + i];
+            else
+                outer[std::int64_t(local[std::size_t(row)]) * sides + k] += from[own + i];
         }
     }
-    cholmod_l_free_factor(&l, &c);
-    cholmod_l_finish(&c);
-    return negative;
 }
 
-double freememory() {
-    double available = INFINITY;
-    std::ifstream file("/proc/meminfo");
-    std::string key;
-    double kibibytes = 0;
-    std::string unit;
-    while (file >> key >> kibibytes) {
-        if (key == "MemAvailable:") available = kibibytes * 1024;
-        std::getline(file, unit);
+void factor::inside::backward(int s, double* x, int sides, std::vector<double>& y) const {
+    const staircase shape = tree.front(s);
+    const int own = shape.columns, below = tree.below(s), first = tree.first[std::size_t(s)];
+    const int* const rows = tree.rows(s);
+    y.resize(std::size_t(shape.rows) * std::size_t(sides));
+    for (int k = 0; k < sides; ++k) {
+        double* const to = y.data() + std::int64_t(k) * shape.rows;
+        const double* const from = x + k * unknowns();
+        std::copy_n(from + first, own, to);
+        for (int i = 0; i < below; ++i) to[own + i] = from[rows[i]];
     }
-    rlimit limit{};
-    if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
-        double pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        // OpenBLAS maps a buffer for each thread when it begins, and waits for ever without it.
-        const double buffers = 128.0 * 1024 * 1024 * threads();
-        const double taken = pages * double(sysconf(_SC_PAGESIZE)) + buffers;
-        available = std::min(available, std::max(0.0, double(limit.rlim_cur) - taken));
+    solvebackward(shape, values.data + place[std::size_t(s)], y.data(), sides);
+    for (int k = 0; k < sides; ++k)
+        std::copy_n(y.data() + std::int64_t(k) * shape.rows, own, x + k * unknowns() + first);
+}
+
+void factor::inside::forwardall(double* x, int sides) const {
+    std::vector<std::vector<double>> outer(subtrees.size());
+    std::vector<std::vector<int>> locals{std::size_t(threads())};
+    parallelpieces(int(subtrees.size()), 1, [&](int begin, int end, int thread) {
+        std::vector<int>& local = locals[std::size_t(thread)];
+        local.resize(std::size_t(unknowns()));
+        std::vector<double> y;
+        for (int i = begin; i < end; ++i) {
+            const std::vector<int>& list = subtrees[std::size_t(i)];
+            const int root = list.back(), below = tree.below(root);
+            for (int k = 0; k < below; ++k) local[std::size_t(tree.rows(root)[k])] = k;
+            outer[std::size_t(i)].assign(std::size_t(below) * std::size_t(sides), 0);
+            for (const int s : list)
+                forward(s, x, sides, tree.first[std::size_t(root) + 1],
+                        outer[std::size_t(i)].data(), local, y);
+        }
+    });
+    for (std::size_t i = 0; i < subtrees.size(); ++i) {
+        const int root = subtrees[i].back();
+        for (int r = 0; r < tree.below(root); ++r)
+            for (int k = 0; k < sides; ++k)
+                x[k * unknowns() + tree.rows(root)[r]] +=
+                    outer[i][std::size_t(r) * std::size_t(sides) + std::size_t(k)];
     }
-    return available;
+    std::vector<double> y;
+    for (const int s : top) forward(s, x, sides, int(unknowns()), nullptr, {}, y);
+}
+
+void factor::inside::backwardall(double* x, int sides) const {
+    std::vector<double> y;
+    for (auto s = top.rbegin(); s != top.rend(); ++s) backward(*s, x, sides, y);
+    parallelpieces(int(subtrees.size()), 1, [&](int begin, int end, int) {
+        std::vector<double> part;
+        for (int i = begin; i < end; ++i) {
+            const std::vector<int>& list = subtrees[std::size_t(i)];
+            for (auto s = list.rbegin(); s != list.rend(); ++s) backward(*s, x, sides, part);
+        }
+    });
+}
+
+void factor::solve(double* x, int columns, triangles which) {
+    const int most = 32;  // right sides at a time
+    for (int c = 0; c < columns; c += most) {
+        const int sides = std::min(most, columns - c);
+        double* const from = x + c * in->unknowns();
+        if (which != triangles::upper) in->forwardall(from, sides);
+        if (which != triangles::lower) in->backwardall(from, sides);
+    }
 }

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "solver/inertia.h"
 #include "solver/loads.h"
 #include "solver/mass.h"
 #include "solver/refuse.h"

@@ -8,6 +8,8 @@
 #include <random>
 
 #include "solver/kinds.h"
+#include "solver/memory.h"
+#include "solver/order.h"
 #include "solver/parallel.h"
 #include "solver/refuse.h"
 

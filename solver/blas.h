@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The dense routines of the Fortran interface that the factor stands on. Matrices by columns.
+#pragma once
+
+extern "C" {
+void dpotrf_(const char* uplo, const int* n, double* a, const int* lda, int* info);
+void dtrsm_(const char* side, const char* uplo, const char* trans, const char* diag, const int* m,
+            const int* n, const double* alpha, const double* a, const int* lda, double* b,
+            const int* ldb);
+void dsyrk_(const char* uplo, const char* trans, const int* n, const int* k, const double* alpha,
+            const double* a, const int* lda, const double* beta, double* c, const int* ldc);
+void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+            const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
+            const double* beta, double* c, const int* ldc);
+void dtrsv_(const char* uplo, const char* trans, const char* diag, const int* n, const double* a,
+            const int* lda, double* x, const int* incx);
+void dgemv_(const char* trans, const int* m, const int* n, const double* alpha, const double* a,
+            const int* lda, const double* x, const int* incx, const double* beta, double* y,
+            const int* incy);
+void openblas_set_num_threads(int);
+char* openblas_get_corename();
+}

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The sparse factor on matrices whose answers are known beforehand.
+#include "solver/factor.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "solver/order.h"
+#include "solver/parallel.h"
+
+namespace {
+// A box of nodes with 1 to 6 unknowns each, neighbours along the edges and diagonals of its cells.
+nodegraph boxgraph(int nx, int ny, int nz) {
+    nodegraph g;
+    g.start.push_back(0);
+    for (int k = 0; k < nz; ++k)
+        for (int j = 0; j < ny; ++j)
+            for (int i = 0; i < nx; ++i) {
+                for (int c = std::max(k - 1, 0); c <= std::min(k + 1, nz - 1); ++c)
+                    for (int b = std::max(j - 1, 0); b <= std::min(j + 1, ny - 1); ++b)
+                        for (int a = std::max(i - 1, 0); a <= std::min(i + 1, nx - 1); ++a)
+                            if (a != i || b != j || c != k)
+                                g.neighbour.push_back(a + nx * (b + ny * c));
+                g.start.push_back(std::int64_t(g.neighbour.size()));
+            }
+    return g;
+}
+
+// Random entries off the diagonal, which outweighs them by `over`.
+sparsematrix boxmatrix(int nx, int ny, int nz, double over) {
+    const nodegraph g = boxgraph(nx, ny, nz);
+    std::string told;
+    const std::vector<int> order = ordernodes(g, told);
+    dofmap d;
+    for (const int node : order) {
+        d.firstunknown.push_back(d.unknowns);
+        d.unknowncount.push_back(1 + node % 6);
+        d.unknowns += d.unknowncount.back();
+    }
+    sparsematrix a = makepattern(d, g, order);
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> spread(-1, 1);
+    std::vector<double> sum(std::size_t(a.size()), 0);
+    for (std::int64_t j = 0; j < a.size(); ++j)
+        for (auto i = std::size_t(a.start[std::size_t(j)]) + 1;
+             i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
+            a.value[i] = spread(random);
+            sum[std::size_t(j)] += std::fabs(a.value[i]);
+            sum[std::size_t(a.row[i])] += std::fabs(a.value[i]);
+        }
+    for (std::int64_t j = 0; j < a.size(); ++j)
+        a.value[std::size_t(a.start[std::size_t(j)])] = sum[std::size_t(j)] + over;
+    return a;
+}
+
+// Right sides of a x = b for the x that waves over the unknowns.
+std::vector<double> waves(const sparsematrix& a, int columns) {
+    std::vector<double> x(std::size_t(a.size() * columns));
+    for (std::size_t i = 0; i < x.size(); ++i) x[i] = std::sin(0.37 * double(i) + 1);
+    return x;
+}
+
+struct threadsback {
+    ~threadsback() { setthreads(0); }
+};
+}  // namespace
+
+TEST(Factor, SolvesWithOneThreadAsWithMany) {
+    const threadsback back;
+    const struct {
+        const char* name;
+        int nx, ny, nz, columns;
+    } cases[] = {
+        {"one node", 1, 1, 1, 1},
+        {"a chain", 500, 1, 1, 2},
+        {"a plate", 40, 40, 1, 1},
+        {"a box", 12, 12, 10, 35},  // more right sides than one pass takes, fronts of many blocks
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const sparsematrix a = boxmatrix(c.nx, c.ny, c.nz, 1);
+        const std::vector<double> x = waves(a, c.columns);
+        std::vector<double> b(x.size()), first;
+        multiply(a, x.data(), b.data(), c.columns);
+        for (const int count : {1, 2, 5}) {
+            setthreads(count);
+            factor l;
+            l.analyse(a);
+            ASSERT_TRUE(l.factorise(a));
+            std::vector<double> whole = b, halves = b;
+            l.solve(whole.data(), c.columns);
+            for (std::size_t i = 0; i < x.size(); ++i) ASSERT_NEAR(whole[i], x[i], 1e-9) << i;
+            if (first.empty()) first = whole;
+            EXPECT_EQ(whole, first) << count << " threads";
+            l.solve(halves.data(), c.columns, factor::triangles::lower);
+            l.solve(halves.data(), c.columns, factor::triangles::upper);
+            EXPECT_EQ(halves, whole);
+        }
+    }
+}
+
+TEST(Factor, FindsWhatIsNotDefinite) {
+    sparsematrix a = boxmatrix(12, 12, 10, 1);
+    factor l;
+    l.analyse(a);
+    const double entries = l.entries(), dense = double(a.size()) * double(a.size() + 1) / 2;
+    EXPECT_GT(entries, double(a.row.size()));
+    EXPECT_LT(entries, dense);
+    EXPECT_GT(l.bytes(), 8 * entries);
+    for (const std::int64_t bad : {std::int64_t(0), a.size() / 2, a.size() - 1}) {
+        double& diagonal = a.value[std::size_t(a.start[std::size_t(bad)])];
+        const double before = diagonal;
+        diagonal = -1;
+        EXPECT_FALSE(l.factorise(a)) << bad;
+        diagonal = before;
+        EXPECT_TRUE(l.factorise(a)) << bad;
+    }
+    // A diagonal that is all but used up by the elimination of the others.
+    const std::int64_t last = a.size() - 1;
+    std::vector<double> unit(std::size_t(a.size()), 0);
+    unit[std::size_t(last)] = 1;
+    l.solve(unit.data(), 1);
+    double& diagonal = a.value[std::size_t(a.start[std::size_t(last)])];
+    diagonal -= (1 - 1e-6) / unit[std::size_t(last)];
+    ASSERT_TRUE(l.factorise(a));
+    std::int64_t unknown = 0;
+    const double pivot = l.smallestpivot(a, unknown);
+    EXPECT_EQ(unknown, last);
+    EXPECT_NEAR(pivot * diagonal * unit[std::size_t(last)], 1e-6, 1e-9);
+}

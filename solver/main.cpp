@@ -12,6 +12,7 @@
 #include "solver/control.h"
 #include "solver/refuse.h"
 #include "solver/run.h"
+#include "solver/tune.h"
 
 #ifndef KALVANE_VERSION
 #define KALVANE_VERSION "0"
@@ -126,6 +127,7 @@ static int run(const arguments& a) {
 }
 
 int main(int count, char** words) {
+    tunelibraries(words);
     arguments a;
     const bool understood = guarded(
         [&] {

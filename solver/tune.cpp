@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// OpenBLAS starts threads of its own when it is loaded, which spin; and on a processor younger than
+// itself it takes kernels of twenty years ago, which run at a fifth of the speed.
+#include "solver/tune.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+#include "solver/blas.h"
+
+// Kernels that fit the processor, or none where OpenBLAS knows better.
+static const char* betterkernels() {
+#if defined(__x86_64__)
+    if (std::string_view(openblas_get_corename()) != "Prescott") return nullptr;
+    const bool wide = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+                      __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl");
+    if (wide) return "SkylakeX";
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return "Haswell";
+#endif
+    return nullptr;
+}
+
+void tunelibraries(char** words) {
+    const char* const threads = "OPENBLAS_NUM_THREADS";
+    const char* const kernels = "OPENBLAS_CORETYPE";
+    const char* const told = std::getenv(threads);
+    const char* const better = std::getenv(kernels) == nullptr ? betterkernels() : nullptr;
+    if (told != nullptr && std::string_view(told) == "1" && better == nullptr) return;
+    setenv(threads, "1", 1);
+    if (better != nullptr) setenv(kernels, better, 1);
+    execv("/proc/self/exe", words);
+}

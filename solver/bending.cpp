@@ -8,6 +8,7 @@
 // The fibre at x, y moves by z (bx, by) with bx = r2, by = -r1.
 #include "solver/bending.h"
 
+#include <Eigen/Cholesky>
 #include <Eigen/LU>
 
 #include "solver/gauss.h"
@@ -214,7 +215,9 @@ halfmatrix plate::trianglestiffness() const {
 halfmatrix plate::stiffness() const {
     if (s.corners == 3) return trianglestiffness();
     const assumed h = makeassumed();
-    return h.work.transpose() * h.flexibility.inverse() * h.work;
+    const auto lower = h.flexibility.llt();
+    const Eigen::Matrix<double, modes, 12> half = lower.matrixL().solve(h.work);
+    return half.transpose().lazyProduct(half);
 }
 
 halfmatrix plate::cornerstress() const {
@@ -227,7 +230,7 @@ halfmatrix plate::cornerstress() const {
         return rows;
     }
     const assumed h = makeassumed();
-    const Eigen::Matrix<double, modes, 12> parameters = h.flexibility.inverse() * h.work;
+    const Eigen::Matrix<double, modes, 12> parameters = h.flexibility.llt().solve(h.work);
     for (int c = 0; c < 4; ++c) {
         const vec2 at = h.frame.axes * s.at[c] / h.size;
         rows.middleRows<3>(3 * c) = face * h.frame.turn * momentsat(at.x(), at.y()) * parameters;

@@ -26,6 +26,7 @@ TEST(Settings, SaveAndGetLeaveAllValuesAsTheyWere) {
     dim2d = true;
     singleview = false;
     savesettings();
+    EXPECT_EQ(room.door.status, "Settings saved in " + room.file("DEFAULTS.DAT"));
     const std::string text = contentof(room.file("DEFAULTS.DAT"));
     EXPECT_EQ(std::ranges::count(text, '\n'), 74);
     EXPECT_EQ(text.substr(0, 29), "0\r\n0.25\r\n3\r\n0\r\n#TRUE#\r\n0.7853");

@@ -171,3 +171,27 @@ TEST(Mainwindow, ARefreshLeavesTheCommentWhereItWasScrolledTo) {
         EXPECT_EQ(comment->verticalScrollBar()->value(), 200) << end;
     }
 }
+
+TEST(Mainwindow, ADroppedModelIsAskedAboutAsOpenDoes) {
+    windowroom room;
+    const std::string path = sourcedir() + "/data/examples/portal.tek";
+    const auto drop = [&] {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+        const QPoint middle = room.window.rect().center();
+        QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&room.window, &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&room.window, &event);
+        QApplication::processEvents();
+    };
+    addnode(1, 2, 3);
+    room.door.answerqueue = {answers::cancel};
+    drop();
+    EXPECT_EQ(nnodes(), 1) << "work that would be lost";
+    room.door.answerqueue = {answers::no};
+    drop();
+    EXPECT_GT(nnodes(), 1);
+    EXPECT_TRUE(room.door.told("Save model ?"));
+}

@@ -123,6 +123,26 @@ TEST_F(Window, TheFiveStepsOfTheReadme) {
     until("the view shifted", [&] { return viewptx(1) != at; });
 }
 
+TEST_F(Window, EveryWarningOfARunIsOneClickAway) {
+    open(model("portal.tek"));
+    ask([] {
+        dim2d = true;
+        const int empty = ++loadnode(0, 0);  // the solver warns of a case without loads
+        lcname(empty) = "Nothing";
+        return lcpar(empty, 0) = 1;
+    });
+    key("F9");
+    click("warnings");
+    untilactive("reportviewer");
+    const QString line = ask([] {
+        const auto* const text = active()->findChild<QListView*>("text");
+        return text->currentIndex().data().toString();
+    });
+    EXPECT_TRUE(line.startsWith("Warning: ") && line.contains("Nothing")) << line.toStdString();
+    key("Escape");
+    untilactive("main");
+}
+
 TEST_F(Window, AnEmptyViewLeadsToTheExamples) {
     click("examples");
     untilactive("QMenu");

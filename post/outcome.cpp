@@ -12,6 +12,7 @@
 #include "core/textfile.h"
 #include "post/legend.h"
 #include "post/postproces.h"
+#include "post/shapes.h"
 
 // Of the combination in hand.
 static std::string displacementtext() {
@@ -47,7 +48,7 @@ static std::string modestext() {
     const long count = in.whole();
     const double first = in.number();
     return numbertext(double(count)) + (count == 1 ? " mode, " : " modes, the lowest ") +
-           shorttext(frequencyof(first)) + " Hz";
+           frequencytext(first);
 }
 
 std::string outcometext() {

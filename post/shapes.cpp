@@ -188,8 +188,7 @@ void rereadshown() {
     tellnote();
 }
 
-// A value below 0 is no vibration: the structure gives way in this shape.
-static std::string frequencytext(double value) {
+std::string frequencytext(double value) {
     if (value < 0) return "omega^2 = " + shorttext(value) + ", no frequency";
     return shorttext(frequencyof(value)) + " Hz";
 }

@@ -65,6 +65,8 @@ TEST(Displacements, AreToldAfterARunByTheLargest) {
     doeigen = 1;
     room.put(".EIG", "1,2\r\n157.91367\r\n0,0\r\n0,0\r\n0,0\r\n900\r\n0,0\r\n0,0\r\n0,0\r\n");
     EXPECT_EQ(outcometext(), "2 modes, the lowest 2 Hz");
+    room.put(".EIG", "1,1\r\n-9\r\n0,0\r\n0,0\r\n0,0\r\n");
+    EXPECT_EQ(outcometext(), "1 mode, omega^2 = -9, no frequency");
 }
 
 TEST(Displacements, CountLoadCasesByTheFile) {

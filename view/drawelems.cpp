@@ -209,9 +209,13 @@ bool iscrowded(int e, int nview) {
         projectpoint(nview);
         return point2{scrx, scry};
     };
-    for (int k = 1; k <= elnn && elnn > 1; ++k) {
-        const point2 a = placeof(k), b = placeof(k % elnn + 1);
-        if (std::hypot(b.x - a.x, b.y - a.y) < least) return true;
+    if (elnn < 2) return false;
+    const point2 first = placeof(1);
+    point2 before = first;
+    for (int k = 2; k <= elnn + 1; ++k) {
+        const point2 here = k <= elnn ? placeof(k) : first;
+        if (std::hypot(here.x - before.x, here.y - before.y) < least) return true;
+        before = here;
     }
     return false;
 }

@@ -3,6 +3,7 @@
 #include "ui/script.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
@@ -13,6 +14,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSaveFile>
 #include <QTextStream>
 #include <QTimer>
 #include <algorithm>
@@ -129,9 +131,17 @@ void typecommand(const QString& text) {
     presskey(themainwindow->focusWidget(), Qt::Key_Return);
 }
 
+// Whole or not at all: a full disk leaves no half picture. A buffered file would take its last part
+// for written.
 void savepicture(const QImage& image, const QString& path) {
     QDir().mkpath(QFileInfo(path).path());
-    if (!image.save(path)) refuse("the picture can not be written: " + path);
+    QBuffer bytes;
+    const QByteArray format = QFileInfo(path).suffix().toLatin1();
+    QSaveFile file(path);
+    const bool whole = image.save(&bytes, format.constData()) &&
+                       file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+                       file.write(bytes.data()) == bytes.size();
+    if (!whole || !file.commit()) refuse("the picture can not be written: " + path);
 }
 
 // The main window with the dialogs that are open over it.

@@ -76,6 +76,26 @@ TEST(Program, ResultsOfAScriptGoWhereTheUserMayWrite) {
     EXPECT_NE(said.find("home/b"), said.npos) << said;
 }
 
+// A limit on the size of files stands for the full disk.
+TEST(Program, APictureIsWholeOrNotThere) {
+    const playroom room(false);
+    writefile((room.folder / "play.kds").string(), "picture 1 a.png\n");
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("KALVANE_HOME", QString::fromStdString(room.folder / "home"));
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    program.setProcessEnvironment(environment);
+    program.setWorkingDirectory(QString::fromStdString(room.folder));
+    program.start(
+        "sh", {"-c", "trap '' XFSZ; ulimit -f 2; exec \"$0\" --script play.kds", KALVANE_PROGRAM});
+    ASSERT_TRUE(program.waitForFinished(60000));
+    const std::string said = program.readAllStandardError().toStdString();
+    EXPECT_EQ(program.exitCode(), 1) << said;
+    EXPECT_NE(said.find("the picture can not be written"), said.npos) << said;
+    for (const auto& entry : std::filesystem::directory_iterator(room.folder))
+        EXPECT_EQ(entry.path().string().find(".png"), std::string::npos) << entry.path();
+}
+
 TEST(Program, ADemonstrationThatIsStoppedEndsWithoutAFault) {
     const playroom room(false);
     const std::string path = (room.folder / "demo.kds").string();

@@ -21,6 +21,7 @@ array1<std::string> elemname;
 array1<float> elemsel;
 array2<Flag> elemvis;
 array2<float> tmpelems;
+array1<double> tmprotpo;
 array2<double> elemdepth;
 array3<float> endrelease;
 array3<double> elemstress;

@@ -33,6 +33,7 @@ extern array1<std::string> elemname;  // (0..m2)
 extern array1<float> elemsel;         // (0..m2) selection: count, then element numbers
 extern array2<Flag> elemvis;          // (0..4, 0..m2) shown in view 1..4
 extern array2<float> tmpelems;        // (0..m2, 0..5) buffer: type, nodes 1..4, group
+extern array1<double> tmprotpo;       // (0..m2) rotation of the buffer's elements
 extern array2<double> elemdepth;      // (0..m2, 0..1) element and depth, sorted for hidden lines
 extern array3<float> endrelease;      // (0..m2, 0..4, 0..6) 1 releases (end, dof)
 extern array3<double> elemstress;     // (0..13, 0..m2, 0..4) result by component, element, corner;

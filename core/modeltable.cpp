@@ -180,6 +180,16 @@ static void addelements(table& t) {
                  onelist,
                  [](long) { return long(tmpelems(0, 0)); },
                  {{5, 5, "Group", "", kinds::count, "", items::group, losses::instead}}});
+    t.push_back({"tmprotpo",
+                 "Rotation of an element of the buffer",
+                 &tmprotpo,
+                 {m2},
+                 roles::buffer,
+                 items::none,
+                 1,
+                 onelist,
+                 [](long) { return long(tmpelems(0, 0)); },
+                 {{0, 0, "Rotation", "rad", kinds::angle}}});
     t.push_back({"elemdepth", "Depth of an element", &elemdepth, {m2, fixed(1)}, roles::work});
     t.push_back({"elemstress", "Stress", &elemstress, {fixed(13), m2, fixed(4)}, roles::result});
 }

@@ -41,6 +41,7 @@ static void copyelements() {
         for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
             tmpelems(i, k) = float(row[std::size_t(elems(e, k))]);
         tmpelems(i, 5) = float(egroup(e));
+        tmprotpo(i) = rotpo(e);
     }
     tmpelems(0, 0) = float(count);
 }
@@ -94,7 +95,7 @@ static void pasteelements(int nodesbefore) {
         for (int k = 1; k <= 4; ++k)
             elems(e, k) = k <= elnn ? float(nodesbefore) + tmpelems(i, k) : 0.0f;
         egroup(e) = int(tmpelems(i, 5));
-        rotpo(e) = 0;
+        rotpo(e) = tmprotpo(i);
         elemname(e).clear();
         elemsel(i) = float(e);
         elemvis(activeview, e) = true;

@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
+#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -33,7 +35,9 @@ namespace {
 // middle of their cells. The table holds chains of nodes of equal hash.
 class nodegrid {
   public:
-    explicit nodegrid(int count) : next(std::size_t(count) + 1, 0) {
+    // placeof(n) is the place of node n = 1..count.
+    template <typename Placeof>
+    nodegrid(int count, Placeof placeof) : next(std::size_t(count) + 1, 0) {
         std::size_t size = 16;
         while (size < std::size_t(count) * 2) size *= 2;
         heads.assign(size, 0);
@@ -41,8 +45,8 @@ class nodegrid {
         side = mergetol > 0 ? mergetol * tolerances : 1;
         // Chains are built from the last node on, so that each runs up in number.
         for (int n = count; n >= 1; --n) {
-            const auto row = nodes.row(0, n);
-            int& head = heads[bucket(cellof(row[0]), cellof(row[1]), cellof(row[2]))];
+            const float* const at = placeof(n);
+            int& head = heads[bucket(cellof(at[0]), cellof(at[1]), cellof(at[2]))];
             next[std::size_t(n)] = head;
             head = n;
         }
@@ -159,34 +163,119 @@ static void followselection(const std::vector<int>& number) {
     nodesel(0) = kept;
 }
 
+// Corners take the new numbers. Returns the elements that lost their shape by it: two of their
+// corners became one node.
+static std::vector<int> followcorners(const std::vector<int>& number) {
+    std::vector<int> collapsed;
+    for (int e = 1; e <= nelems(); ++e) {
+        const int elnn = nodesoftype(elems(e, 0));
+        const auto row = elems.row(e);
+        const auto doubles = [&] {
+            int count = 0;
+            for (int k = 2; k <= elnn; ++k)
+                for (int j = 1; j < k; ++j) count += row[std::size_t(k)] == row[std::size_t(j)];
+            return count;
+        };
+        const int before = doubles();
+        for (int k = 1; k <= elnn; ++k) {
+            const float n = elems(e, k);
+            if (n >= 1 && std::size_t(n) < number.size())
+                elems(e, k) = float(number[std::size_t(n)]);
+        }
+        if (doubles() > before) collapsed.push_back(e);
+    }
+    return collapsed;
+}
+
 static void follownodes(const std::vector<int>& number) {
-    const auto renumbered = [&](auto n) {
-        return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : int(n);
+    const auto renumbered = [&](int n) {
+        return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : n;
     };
-    for (int e = 1; e <= nelems(); ++e)
-        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
-            elems(e, k) = float(renumbered(elems(e, k)));
     for (int i = 1; i <= ncon; ++i) connode(i) = renumbered(connode(i));
     for (int lc = 1; lc <= nlc(); ++lc)
         for (int i = 1; i <= loadnode(lc, 0); ++i) loadnode(lc, i) = renumbered(loadnode(lc, i));
 }
 
-int mergenodes() {
-    if (nodesel(0) == 0 || !(mergetol > 0)) return 0;
-    const nodegrid grid(nnodes());
+// A quadrilateral with three corners left goes on as the triangle of its kind: SHELL4 as SHELL3.
+static bool maketriangle(int e) {
+    const int type = int(elems(e, 0));
+    if (nodesoftype(elems(e, 0)) != 4) return false;
+    std::vector<float> left;
+    for (int k = 1; k <= 4; ++k)
+        if (elems(e, k) != elems(e, k % 4 + 1)) left.push_back(elems(e, k));
+    if (left.size() != 3 || left[0] == left[2]) return false;
+    std::string name = eltypname(type);
+    if (!name.ends_with('4')) return false;
+    name.back() = '3';
+    const int triangle = findtype(name);
+    if (triangle < 1 || eltypnodes(triangle) != 3) return false;
+    elems(e, 0) = float(triangle);
+    for (int k = 1; k <= 3; ++k) elems(e, k) = left[std::size_t(k) - 1];
+    elems(e, 4) = 0;
+    return true;
+}
+
+// What has lost its shape leaves the model, and the user is told.
+static void dropcollapsed(const std::vector<int>& collapsed) {
+    if (collapsed.empty()) return;
+    int triangles = 0;
+    for (const int e : collapsed)
+        if (maketriangle(e))
+            ++triangles;
+        else
+            elems(e, 0) = 0;
+    const int gone = int(collapsed.size()) - triangles;
+    packelems();
+    compactbc();
+    std::string text = numbertext(int(collapsed.size())) +
+                       " element(s) lost their shape because nodes of theirs were merged:";
+    if (gone > 0) text += " " + numbertext(gone) + " removed";
+    if (triangles > 0) text += (gone > 0 ? ", " : " ") + numbertext(triangles) + " made triangles";
+    door().message(text + ". The merge tolerance is " + numbertext(mergetol) + ".",
+                   icons::exclamation);
+}
+
+// candidate(i) for i = 1..count are the nodes that merge with all others.
+template <typename Candidate>
+static int mergecandidates(int count, Candidate candidate) {
+    if (count == 0 || !(mergetol > 0)) return 0;
+    const nodegrid grid(nnodes(), [](int n) { return nodes.row(0, n).data(); });
     standins stand(nnodes());
     int merged = 0;
-    for (int i = 1; i <= nodesel(0); ++i)
-        if (nodesel(i) >= 1 && nodesel(i) <= nnodes()) merged += mergeone(nodesel(i), grid, stand);
+    for (int i = 1; i <= count; ++i)
+        if (const int n = candidate(i); n >= 1 && n <= nnodes()) merged += mergeone(n, grid, stand);
     if (merged == 0) return 0;
     const std::vector<int> number = closeup(stand);
+    const std::vector<int> collapsed = followcorners(number);
     follownodes(number);
     followselection(number);
     movenodes(stand, number);
     dropresults();
     dropundo();
     dorenumber = 1;
+    dropcollapsed(collapsed);
     return merged;
+}
+
+int mergenodes() {
+    return mergecandidates(nodesel(0), [](int i) { return nodesel(i); });
+}
+
+int newplaces() {
+    const int count = int(tmpnodes(0, 0)), before = nnodes();
+    const auto place = [before](int n) {
+        return n <= before ? nodes.row(0, n).data() : tmpnodes.row(n - before).data() + 1;
+    };
+    if (!automergenodes || !(mergetol > 0)) return count;
+    const nodegrid grid(before + count, place);
+    int places = 0;
+    for (int n = before + 1; n <= before + count; ++n) {
+        bool met = false;
+        grid.around(place(n),
+                    [&](int other) { met = met || (other < n && isnear(place(n), place(other))); });
+        places += !met;
+    }
+    return places;
 }
 
 // --- elements -----------------------------------------------------------------------------------
@@ -235,6 +324,33 @@ int mergeelements() {
     return merged;
 }
 
+// --- all at once --------------------------------------------------------------------------------
+
+std::string mergeall() {
+    const int merged = mergecandidates(nnodes(), [](int i) { return i; });
+    const int doubles = mergeelements();
+    if (merged + doubles > 0) resultflag = 1;
+    std::string text =
+        numbertext(merged) + " node(s) and " + numbertext(doubles) + " double element(s) merged";
+    if (const std::string note = tolerancenote(); !note.empty()) text += ". " + note;
+    return text;
+}
+
+std::string tolerancenote() {
+    float largest = 0;
+    const auto look = [&](const float* at) {
+        for (int k = 0; k < 3; ++k) largest = std::max(largest, std::fabs(at[k]));
+    };
+    for (int n = 1; n <= nnodes(); ++n) look(nodes.row(0, n).data());
+    for (int n = 1; n <= int(tmpnodes(0, 0)); ++n) look(tmpnodes.row(n).data() + 1);
+    const float step = std::nextafter(largest, std::numeric_limits<float>::infinity()) - largest;
+    if (!(mergetol > 0) || mergetol >= double(step) || !std::isfinite(step)) return "";
+    return "The merge tolerance " + numbertext(mergetol) +
+           " is less than the step of coordinates, " + numbertext(step) + " at " +
+           numbertext(largest) +
+           ": nodes that should meet may stay apart. Set a larger tolerance in General Options";
+}
+
 // --- reports ------------------------------------------------------------------------------------
 
 // Fields at the print zones of 14 columns.
@@ -248,8 +364,18 @@ static std::string zones(const std::vector<std::string>& fields) {
     return line;
 }
 
+// The report has the name of the file that holds the user's comment.
+static bool maytakecomment() {
+    const bool noted = !commenttext.empty() && commenttext != "No Info";
+    if (!noted || !std::filesystem::exists(modelname + ".txt")) return true;
+    return door().yes(modelname +
+                      ".txt holds the comment of the model. The report takes its place until the "
+                      "model is saved again. Continue?");
+}
+
 static int writereport(const std::vector<std::string>& lines) {
     int written = -1;
+    if (!maytakecomment()) return written;
     guarded(
         [&] {
             if (modelname.empty() || modelname == "None")
@@ -266,7 +392,7 @@ static int writereport(const std::vector<std::string>& lines) {
 }
 
 int findmergenodes() {
-    const nodegrid grid(nnodes());
+    const nodegrid grid(nnodes(), [](int n) { return nodes.row(0, n).data(); });
     std::vector<std::string> lines;
     for (int a = 1; a <= nnodes() && mergetol > 0; ++a) {
         std::vector<int> near;

@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
+#include <string>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -36,6 +41,11 @@ struct placehash {
 
 using corners = std::array<int, 4>;
 
+// A side by its two nodes.
+std::uint64_t sideof(int a, int b) {
+    return std::uint64_t(std::min(a, b)) << 32 | std::uint64_t(std::max(a, b));
+}
+
 struct part {
     int parent = 0;
     corners node{};
@@ -46,6 +56,7 @@ struct part {
 struct refinement {
     std::vector<place> made;
     std::unordered_map<place, int, placehash> known;
+    std::unordered_set<std::uint64_t> divided;      // sides
     std::vector<part> parts;                        // appended
     std::vector<std::pair<int, corners>> replaced;  // what becomes of the elements themselves
 
@@ -63,8 +74,8 @@ struct refinement {
         place middle;
         for (std::size_t k = 0; k < 3; ++k) middle[k] = (p[k] + q[k]) / 2;
         const auto found = known.find(middle);
-        if (found != known.end()) return found->second;
-        return known[middle] = addnode(middle);
+        divided.insert(sideof(a, b));
+        return found != known.end() ? found->second : known[middle] = addnode(middle);
     }
 };
 
@@ -167,6 +178,52 @@ static bool fits(const refinement& r, const std::vector<std::vector<int>>& parts
     return good;
 }
 
+// --- what the user should know ------------------------------------------------------------------
+
+// Degrees of freedom that are held, a bit each, by node.
+static std::vector<int> heldnodes() {
+    std::vector<int> held(std::size_t(nnodes()) + 1, 0);
+    for (int i = 1; i <= ncon; ++i)
+        if (connode(i) >= 1 && connode(i) <= nnodes())
+            held[std::size_t(connode(i))] |= 1 << condof(i);
+    return held;
+}
+
+// Sides that were divided and that an element which was not refined has too.
+static int dividedsides(const refinement& r) {
+    const auto selected = marksof(selectedelements(), nelems());
+    int count = 0;
+    for (int e = 1; e <= nelems(); ++e) {
+        const int elnn = nodesoftype(elems(e, 0));
+        if (selected[std::size_t(e)] || elnn < 2) continue;
+        for (int k = 1; k <= (elnn == 2 ? 1 : elnn); ++k)
+            count += int(r.divided.count(sideof(int(elems(e, k)), int(elems(e, k % elnn + 1)))));
+    }
+    return count;
+}
+
+// before: the nodes that there were.
+static std::string noteon(const refinement& r, int before) {
+    const std::vector<int> held = heldnodes();
+    int unheld = 0, twice = 0;
+    for (const std::uint64_t s : r.divided) unheld += (held[s >> 32] & held[s & 0xFFFFFFFFu]) != 0;
+    for (int n = 1; n <= before; ++n)
+        twice += int(r.known.count({nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)}));
+    std::string text;
+    const auto add = [&](int count, const std::string& what) {
+        if (count > 0) text += (text.empty() ? "" : "\n") + numbertext(count) + what;
+    };
+    add(unheld, " new node(s) between two supported nodes have no support themselves.");
+    add(dividedsides(r),
+        " divided side(s) belong to elements that were not refined too: the model is open there "
+        "until those are refined and merged.");
+    if (!automergenodes)
+        add(twice,
+            " new node(s) lie where a node stands already: merge them by [Merge now] in "
+            "General Options.");
+    return text;
+}
+
 int refineelements() {
     if (elemsel(0) == 0) return 0;
     if (!door().yes("This will refine all selected Elements, Continue?")) return 0;
@@ -183,6 +240,7 @@ int refineelements() {
         return 0;
     }
     hideselection();
+    const int before = nnodes();
     copyloads(parts);
     for (const place& p : r.made) {
         const int n = nnodes() + 1;
@@ -199,6 +257,10 @@ int refineelements() {
     dropresults();
     dropundo();
     dorenumber = 1;
+    resultflag = 1;
+    pasteflag = true;  // at its release the selection merges with neighbours refined before
     redrawall();
+    if (const std::string text = noteon(r, before); !text.empty())
+        door().message(text, icons::information);
     return int(r.replaced.size());
 }

@@ -164,8 +164,10 @@ void readtekbuffer(const std::string& base, int groupoffset) {
         row[0] = float(n);
         for (std::size_t k = 1; k <= 3; ++k) row[k] = in.single();
     }
-    for (int e = 1; e <= slots; ++e)
+    for (int e = 1; e <= slots; ++e) {
         tmpelems(e, 5) = float(readelement(in, tmpelems.row(e), count) + groupoffset);
+        tmprotpo(e) = 0;
+    }
     tmpnodes(0, 0) = float(count);
     tmpelems(0, 0) = float(slots);
 }

@@ -14,6 +14,7 @@
 #include <QScrollBar>
 #include <QTabWidget>
 
+#include "core/platform.h"
 #include "core/session.h"
 #include "edit/commands.h"
 #include "edit/merge.h"
@@ -21,6 +22,7 @@
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "ui/qtsurface.h"
+#include "view/moddraw.h"
 
 namespace {
 
@@ -44,6 +46,8 @@ class generaloptions : public QDialog {
         connect(ready, &QPushButton::clicked, this, guardedhandler([this](bool) {
                     take();
                     storegeneraloptions(form);
+                    const std::string note = tolerancenote();
+                    if (!note.empty()) door().message(note + ".", icons::exclamation);
                     accept();
                 }));
         rows->addLayout(row);
@@ -164,6 +168,8 @@ class generaloptions : public QDialog {
                 this, guardedhandler([this](bool) { report(findmergenodesnow); }));
         connect(newbutton("Command3", "Find double Elements", this, buttons), &QPushButton::clicked,
                 this, guardedhandler([this](bool) { report(finddoublesnow); }));
+        connect(newbutton("Command4", "Merge now", this, buttons), &QPushButton::clicked, this,
+                guardedhandler([this](bool) { report(mergenow); }));
         buttons->addStretch(1);
         rows->addLayout(buttons);
         found = new QLabel(this);
@@ -186,6 +192,12 @@ class generaloptions : public QDialog {
     }
     static std::string finddoublesnow() {
         return reportof(finddoubleelems(), " double element(s), written to ");
+    }
+    static std::string mergenow() {
+        const hourglass wait;
+        const std::string text = mergeall();
+        redrawall();
+        return text;
     }
     void report(std::string (*find)()) {
         take();

@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/start.h"
 #include "core/views.h"
+#include "edit/move.h"
 #include "edit/refine.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
@@ -40,8 +41,11 @@ TEST(Edit, PasteAppendsWhatWasCopied) {
     setselectitem(selectelements);
     toggleelement(2);
     toggleelement(3);
+    rotpo(3) = 0.7;
     editcopy();
     ASSERT_TRUE(editpaste());
+    EXPECT_EQ(rotpo(4), 0);
+    EXPECT_EQ(rotpo(5), 0.7);
     EXPECT_EQ(nnodes(), 13);
     EXPECT_EQ(nelems(), 5);
     EXPECT_EQ(elemsel(1), 4);
@@ -147,4 +151,31 @@ TEST(Refine, SplitsByTheNodeCount) {
     EXPECT_EQ(refineelements(), 0) << "what does not fit leaves the model untouched";
     EXPECT_TRUE(room.door.toldpart("Increase number of nodes or elements"));
     EXPECT_TRUE(nnodes() == 8 && nelems() == 3);
+}
+
+// Neighbours refined one after the other: the nodes on their common side become one when the
+// selection is released.
+TEST(Refine, NeighboursCloseAtTheRelease) {
+    for (const bool merges : {true, false}) {
+        sessionroom room;
+        makemodel();
+        automergenodes = merges;
+        connode(2) = 2;  // as node 1 in x: a support along the lower edge
+        setselectitem(selectelements);
+        const auto refine = [&](int e) {
+            toggleelement(e);
+            room.door.answerqueue = {answers::yes};
+            refineelements();
+            releaseselection();
+        };
+        refine(1);
+        EXPECT_TRUE(room.door.toldpart("1 new node(s) between two supported nodes"));
+        EXPECT_TRUE(room.door.toldpart("1 divided side(s) belong to elements that were not"));
+        EXPECT_EQ(nnodes(), 8 + 5);
+        room.door.messages.clear();
+        refine(2);
+        EXPECT_EQ(nnodes(), 8 + 5 + (merges ? 4 : 5));
+        EXPECT_TRUE(room.door.toldpart("1 divided side(s)")) << "the triangle's";
+        EXPECT_NE(room.door.toldpart("1 new node(s) lie where a node stands already"), merges);
+    }
 }

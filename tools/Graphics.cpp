@@ -18,8 +18,8 @@ short curvedeg = 2;
 double curvebinom[3];
 double linelength;
 
-static int loadedkind;           // of the element in the registers; a circle without centre: line
-static point3 loadedp, loadedd;  // of a line: point 1 and the way to point 2
+static int loadedkind;  // of the element in the registers; a circle without centre: line
+static point3 loadedp, loadedend, loadedd;  // of a line: its points, the way between them
 
 point3 operator+(const point3& a, const point3& b) {
     return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
@@ -111,7 +111,8 @@ bool setgraphic(graphiclist& list, int g) {
     if (kindof(list, g) == kindcurve) loadedkind = kindcurve;
     if (loadedkind == kindcurve) setcurve(list, g);
     loadedp = definitionpoint(list, g, 1);
-    loadedd = definitionpoint(list, g, 2) - loadedp;
+    loadedend = definitionpoint(list, g, 2);
+    loadedd = loadedend - loadedp;
     return true;
 }
 
@@ -121,12 +122,34 @@ point3 graphicpoint(double t) {
     return loadedp + t * loadedd;
 }
 
+// The exponent of a factor and of its reciprocal, F or 1/F, the same one for both although each is
+// rounded to a Single: rounding three times gives what rounding once gave.
+static double exponentof(double f) {
+    const float inverse = float(1 / f), back = 1 / inverse;
+    if (!(inverse > 0) || !std::isfinite(inverse) || !std::isfinite(back))
+        return std::max(f, 1 / f);
+    return std::max(inverse, back);
+}
+
 double spacingat(double i, double n, double f) {
     if (!(n > 0)) n = 1;
     if (!(f > 0)) f = 1;
     const double share = i / n;
     if (f == 1) return share;
-    return f > 1 ? std::pow(share, f) : 1 - std::pow(1 - share, 1 / f);
+    return f > 1 ? std::pow(share, exponentof(f)) : 1 - std::pow((n - i) / n, exponentof(f));
+}
+
+point3 graphicnode(double i, double n, double f) {
+    if (loadedkind != kindline) return graphicpoint(spacingat(i, n, f));
+    if (!(n > 0)) n = 1;
+    if (!(f > 0)) f = 1;
+    // Counted from the end where the nodes crowd; with equal spaces from the end that comes first
+    // in x, y, z, so that the way the line was drawn does not tell.
+    const bool backwards = f < 1 || (f == 1 && loadedend < loadedp);
+    const point3 &from = backwards ? loadedend : loadedp, &to = backwards ? loadedp : loadedend;
+    const double share = (backwards ? n - i : i) / n;
+    const double t = f == 1 ? share : std::pow(share, exponentof(f));
+    return t == 1 ? to : from + t * (to - from);
 }
 
 double lengthofline(const graphiclist& list, int g) {
@@ -217,7 +240,7 @@ void drawgraphicnodes(graphiclist& list, int g, int nview) {
     s->fillsolid = true;
     s->fillcolor = drawcolor;
     for (double i = 0; i <= n; i += step) {
-        project(graphicpoint(spacingat(i, n, f)), nview);
+        project(graphicnode(i, n, f), nview);
         s->circle(scrx, scry, markradius, drawcolor);
     }
     s->fillsolid = false;

@@ -80,6 +80,9 @@ void setradius(graphiclist& list, int g, double radius) {
         return;
     }
     if (!(size > 0)) return;
-    const double s = -std::sqrt(radius * radius - half * half);
+    // A section of more than half a circle has its centre on the side of its third point.
+    const double rounding = 1e-4;  // radians by which a half circle may miss pi in Singles
+    const bool major = evaluatecircle(list, g) && circleangle > pi + rounding;
+    const double s = (major ? 1 : -1) * std::sqrt(radius * radius - half * half);
     setdefinitionpoint(list, g, 3, 0.5 * (p1 + p2) + ((s + radius) / size) * outward);
 }

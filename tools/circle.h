@@ -18,5 +18,6 @@ const double straightfrom = 15;
 bool evaluatecircle(graphiclist& list, int g);
 point3 circlepoint(double angle);
 // Moves point 3 so that the section has this radius: at least half the chord; beyond 15 chords the
-// element becomes a line. The new arc is at most a half circle and bulges to the same side.
+// element becomes a line. The new arc bulges to the same side, and one of more than half a circle
+// stays so.
 void setradius(graphiclist& list, int g, double radius);

@@ -12,10 +12,11 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "tools/groups.h"
+#include "tools/meshcheck.h"
 
 std::string meshtype = "Quad", meshmessage;
 int mesheltype;
-Flag meshok;
+Flag meshok, meshfaded;
 
 static void refuse(const std::string& text) {
     meshmessage = text;
@@ -222,7 +223,7 @@ template <typename Emit>
 static void nodesalong(graphiclist& list, int g, double last, Emit emit) {
     if (!setgraphic(list, g)) return;
     const double n = list(g, 0, 1), f = list(g, 0, 2);
-    for (double i = 0; i <= last; ++i) emit(i, addbuffernode(graphicpoint(spacingat(i, n, f))));
+    for (double i = 0; i <= last; ++i) emit(i, addbuffernode(graphicnode(i, n, f)));
 }
 
 void placeedgenodes(graphiclist& list) {
@@ -304,28 +305,54 @@ static void placequad() {
 }
 
 // Row 1 is edge 3 backwards; each row is one node shorter, the last one is the corner of edges 1
-// and 2. The rows turn from the deviations of edge 2 to those of edge 3, each read from its own
-// start and as far as the row goes: edge 1 is the one that curves without bending the rows.
-static void placetriangle() {
+// and 2. fill(i, last, share) places the nodes within row i.
+template <typename Fill>
+static void placetriangle(Fill fill) {
     const int m = edgedata(1, 0);
     std::vector<int> first = nodesofedge(3);
     std::ranges::reverse(first);
     setgridrow(1, first);
     setgridrow(m, {edgedata(2, 1)});
-    deviations(nodesofedge(2), edgechordax, edgechorday, edgechordaz);
-    deviations(nodesofedge(3), edgechordbx, edgechordby, edgechordbz);
     for (int i = 2; i < m; ++i) {
         const int last = m - i + 1;
         edgegrid(i, 1) = edgedata(1, i);
         edgegrid(i, last) = edgedata(2, last);
-        fillrow(i, last, double(i - 1) / (m - 1));
+        fill(i, last, double(i - 1) / (m - 1));
     }
+}
+
+// The rows turn from the deviations of edge 2 to those of edge 3, each read from its own start and
+// as far as the row goes: edge 1 is the one that curves without bending the rows.
+static void placeblended() {
+    deviations(nodesofedge(2), edgechordax, edgechorday, edgechordaz);
+    deviations(nodesofedge(3), edgechordbx, edgechordby, edgechordbz);
+    placetriangle(fillrow);
+}
+
+// The rows follow edge 3, each less than the one before, down to the corner that it faces.
+static void placefaded() {
+    std::vector<int> first = nodesofedge(3);
+    std::ranges::reverse(first);
+    deviations(first, edgechordbx, edgechordby, edgechordbz);
+    const int m = int(first.size());
+    placetriangle([m](int i, int last, double share) {
+        const auto grid = edgegrid.row(i);
+        grid[0] = last;
+        const point3 a = buffernode(grid[1]), b = buffernode(grid[std::size_t(last)]);
+        for (int j = 2; j < last; ++j) {
+            const double t = double(j - 1) / (last - 1);
+            const double place = 1 + t * (m - 1);
+            const int k = std::min(int(place), m - 1);
+            const point3 side = deviationb(k) + (place - k) * (deviationb(k + 1) - deviationb(k));
+            grid[std::size_t(j)] = addbuffernode(a + t * (b - a) + (1 - share) * side);
+        }
+    });
 }
 
 void placeinterior() {
     const int corners = eltypnodes(mesheltype);
     if (corners == 4) placequad();
-    if (corners == 3) placetriangle();
+    if (corners == 3) placeblended();
 }
 
 // --- elements -----------------------------------------------------------------------------------
@@ -339,6 +366,7 @@ static void addelement(int n1, int n2, int n3, int n4) {
     row[3] = float(n3);
     row[4] = float(n4);
     row[5] = float(meshgroup);
+    tmprotpo(e) = 0;
     tmpelems(0, 0) = float(e);
 }
 
@@ -389,50 +417,18 @@ void createelements(graphiclist& list) {
     }
 }
 
-// Twice the area of an element of 3 or 4 corners, along its normal.
-static point3 areavector(int e) {
-    const auto row = tmpelems.row(e);
-    const auto corner = [&](std::size_t k) { return buffernode(int(row[k])); };
-    if (row[4] == 0) return cross(corner(2) - corner(1), corner(3) - corner(1));
-    return cross(corner(3) - corner(1), corner(4) - corner(2));
-}
-
-namespace {
-struct elementside {
-    int from, to, element;
-};
-}  // namespace
-
-static std::vector<elementside> sidesofbuffer() {
-    std::vector<elementside> sides;
-    for (int e = 1; e <= int(tmpelems(0, 0)); ++e) {
-        const auto row = tmpelems.row(e);
-        const std::size_t corners = row[3] == 0 ? 2 : row[4] == 0 ? 3 : 4;
-        for (std::size_t k = 1; k <= corners; ++k) {
-            if (k == 2 && corners == 2) break;  // a line has one side
-            const int a = int(row[k]), b = int(row[k % corners + 1]);
-            sides.push_back({std::min(a, b), std::max(a, b), e});
-        }
-    }
-    return sides;
-}
-
-int foldedplaces() {
-    std::vector<elementside> sides = sidesofbuffer();
-    std::ranges::sort(sides, {}, [](const elementside& s) { return std::pair(s.from, s.to); });
-    int count = 0;
-    for (std::size_t i = 1; i < sides.size(); ++i) {
-        const elementside &a = sides[i - 1], &b = sides[i];
-        const bool shared = a.from == b.from && a.to == b.to;
-        if (shared && !(dot(areavector(a.element), areavector(b.element)) > 0)) ++count;
-    }
-    return count;
-}
-
-int shortsides() {
-    return int(std::ranges::count_if(sidesofbuffer(), [](const elementside& s) {
-        return meet(buffernode(s.from), buffernode(s.to));
-    }));
+// The elements of a triangular region on rows that fade; as they were when those fold too.
+static void fadetriangle(graphiclist& list, float edgenodes, float elemsbefore) {
+    const int first = int(elemsbefore) + 1;
+    const auto again = [&](void (*place)()) {
+        tmpnodes(0, 0) = edgenodes;
+        tmpelems(0, 0) = elemsbefore;
+        place();
+        createelements(list);
+    };
+    again(placefaded);
+    meshfaded = invertedelements(first) == 0;
+    if (!meshfaded) again(placeblended);
 }
 
 bool buildmesh(graphiclist& list) {
@@ -441,11 +437,15 @@ bool buildmesh(graphiclist& list) {
         tmpnodes(0, 0) = nodesbefore;
         tmpelems(0, 0) = elemsbefore;
     };
+    meshfaded = false;
     try {
         sortchains(list);
         if (meshok) placeedgenodes(list);
+        const float edgenodes = tmpnodes(0, 0);
         if (meshok) placeinterior();
         if (meshok) createelements(list);
+        if (meshok && meshtype == "Triang" && invertedelements(int(elemsbefore) + 1) > 0)
+            fadetriangle(list, edgenodes, elemsbefore);
     } catch (...) {
         back();
         throw;

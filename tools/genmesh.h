@@ -15,6 +15,7 @@
 extern std::string meshtype;  // "Quad", "Triang", "Transit" or "Line"
 extern int mesheltype;        // element type, an index in the catalogue
 extern Flag meshok;           // result of the last check
+extern Flag meshfaded;  // the rows of the last triangular mesh follow edge 3, see placeinterior
 // What stopped the last check or sort, for the dialog's message field; empty when nothing did.
 extern std::string meshmessage;
 
@@ -34,16 +35,13 @@ void sortchains(graphiclist& list);
 void placeedgenodes(graphiclist& list);
 // The grid edgegrid and the nodes within: linear from edge 1 to edge 2 along each row, plus the
 // deviations of the two side edges from their chords, blended over the rows: edges 3 and 4 of
-// quadrilaterals, 2 and 3 of triangles.
+// quadrilaterals, 2 and 3 of triangles. Where that would invert elements of a triangular region,
+// buildmesh lets the rows follow edge 3 instead, each less than the one before.
 void placeinterior();
 // Elements of 4, 3 or 2 nodes. With 2 nodes the chain is walked again: pieces do not share the node
 // where they meet, a circle section gives its end node in the last place alone, and a curve gives
 // nodes but no elements.
 void createelements(graphiclist& list);
-// Sides of the buffer's elements where the mesh turns back on itself or an element has no area.
-int foldedplaces();
-// Sides of the buffer's elements whose ends are one place within nodetol.
-int shortsides();
 
 // All steps but the checks of size. False with the buffers as they were when meshok went false.
 bool buildmesh(graphiclist& list);

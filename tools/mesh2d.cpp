@@ -16,6 +16,7 @@
 #include "tools/Surfaces.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"
+#include "tools/meshcheck.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 
@@ -57,8 +58,9 @@ static void restoreselectmenu() {
     door().refresh();
 }
 
-static void emptybuffers() {
+static void emptybuffers(mesh2dform& form) {
     tmpnodes(0, 0) = tmpelems(0, 0) = 0;
+    form.inverted = 0;
 }
 
 // --- opening and choices ------------------------------------------------------------------------
@@ -71,7 +73,7 @@ static void countedges(mesh2dform& form) {
 
 mesh2dform openmesh2d() {
     mesh2dform form;
-    emptybuffers();
+    emptybuffers(form);
     for (int e = 0; e <= 4; ++e) graphmesh(e, 0) = 0;
     meshgroup = 1;
     meshmode = true;
@@ -84,9 +86,9 @@ mesh2dform openmesh2d() {
     return form;
 }
 
-void closemesh2d(mesh2dform&) {
+void closemesh2d(mesh2dform& form) {
     const bool shown = tmpnodes(0, 0) != 0;
-    emptybuffers();
+    emptybuffers(form);
     meshmode = edgepending = false;
     previewbuffers = false;
     restoreselectmenu();
@@ -152,7 +154,26 @@ void takeedge(mesh2dform& form) {
 // --- the mesh -----------------------------------------------------------------------------------
 
 // What a line mesh leaves out, and a mesh that the solver could not use as it is.
-static std::string noteonmesh() {
+static std::string noteonfolds(int first) {
+    const auto [a, b] = crossingedges();
+    if (a != 0)
+        return "Error: the contour crosses itself, " +
+               (a == b ? "Edge " + numbertext(a) + " cuts itself"
+                       : "Edge " + numbertext(a) + " cuts Edge " + numbertext(b)) +
+               "; the mesh can not be accepted, press <Reset>";
+    const char* const remedy = meshtype == "Triang"
+                                   ? "make the edge that is curved or unevenly spaced Edge 1"
+                                   : "divide the region into simpler ones";
+    if (const int count = invertedelements(first); count > 0)
+        return "Error: the mesh is folded, " + numbertext(count) +
+               " element(s) are inverted and it can not be accepted; press <Reset> and " + remedy;
+    if (const int folds = foldedplaces(first); folds > 0)
+        return "Note: the mesh is folded in " + numbertext(folds) + " place(s); " + remedy;
+    return "";
+}
+
+// first: of the elements just made.
+static std::string noteonmesh(int first) {
     const int count = meshtype == "Line" ? graphmesh(1, 0) : 0;
     for (int k = 1; k <= count; ++k) {
         const int g = graphmesh(1, k);
@@ -164,21 +185,28 @@ static std::string noteonmesh() {
                    "element " +
                    numbertext(g) + "); mesh it on its own";
     }
-    if (const int sides = shortsides(); sides > 0)
+    if (const int sides = shortsides(first); sides > 0)
         return "Note: " + numbertext(sides) +
                " side(s) of elements are shorter than the merge tolerance; take fewer spaces or a "
                "distribution factor nearer to 1";
-    const int folds = foldedplaces();
-    if (folds == 0) return "";
-    return "Note: the mesh is folded in " + numbertext(folds) + " place(s); " +
-           (meshtype == "Triang" ? "make the edge that is curved or unevenly spaced Edge 1"
-                                 : "divide the region into simpler ones");
+    if (const std::string note = noteonfolds(first); !note.empty()) return note;
+    if (meshfaded)
+        return "Note: the rows follow Edge 3, fading towards the opposite corner, because the "
+               "usual ones would invert elements";
+    if (const std::string note = tolerancenote(); !note.empty()) return "Note: " + note;
+    return "";
+}
+
+static std::string countsofbuffers() {
+    return numbertext(newplaces()) + " nodes and " + numbertext(tmpelems(0, 0)) + " elements";
 }
 
 void generatemesh(mesh2dform& form) {
     if (!form.cangenerate) return;
     checkedges(graphics);
     checkmeshsize(graphics);
+    const int before = int(tmpelems(0, 0));
+    const bool another = tmpnodes(0, 0) != 0;
     if (meshok) {
         const hourglass wait;
         hideselection();
@@ -187,9 +215,12 @@ void generatemesh(mesh2dform& form) {
     }
     form.message = meshmessage;
     if (!meshok) return;
-    form.message = numbertext(tmpnodes(0, 0)) + " nodes and " + numbertext(tmpelems(0, 0)) +
-                   " elements; press <Accept> to add them to the model";
-    if (const std::string note = noteonmesh(); !note.empty()) form.message = note;
+    const int inverted = invertedelements(before + 1);
+    form.inverted += inverted;
+    form.message = countsofbuffers();
+    if (another) form.message += ", with what was generated before (<Reset> takes that away)";
+    if (form.inverted == 0) form.message += "; press <Accept> to add them to the model";
+    if (const std::string note = noteonmesh(before + 1); !note.empty()) form.message += ". " + note;
 }
 
 // The mesh stands without its patch when the table can not hold it.
@@ -210,27 +241,34 @@ void acceptmesh(mesh2dform& form) {
         form.message = "There is no mesh to accept; press <Generate Mesh> first";
         return;
     }
+    if (form.inverted > 0) {
+        form.message = "The mesh can not be accepted: " + numbertext(form.inverted) +
+                       " of its elements are inverted. Press <Reset> and divide the region";
+        return;
+    }
     const hourglass wait;
     graphics2(0, 0, 0) = 0;
     const bool hasnodes = tmpnodes(0, 0) != 0, haselements = tmpelems(0, 0) != 0;
     hideselection();
     if (!editpaste()) return showselection();
     form.message = storenewpatch();
-    emptybuffers();
-    if (hasnodes && automergenodes) mergenodes();
-    if (haselements && automergeelems) mergeelements();
+    emptybuffers(form);
+    const int merged = hasnodes && automergenodes ? mergenodes() : 0;
+    const int doubles = haselements && automergeelems ? mergeelements() : 0;
     movepending = editing = false;
     resultflag = 1;
     dorenumber = 1;
     restoreselectmenu();
     redrawall();
     if (form.message.empty()) form.message = "The mesh is part of the model";
+    if (hasnodes && automergenodes) form.message += "; " + numbertext(merged) + " nodes merged";
+    if (doubles > 0) form.message += ", " + numbertext(doubles) + " double elements";
 }
 
 void resetmesh(mesh2dform& form) {
     hideselection();
     emptyselection();
-    emptybuffers();
+    emptybuffers(form);
     form.message = picking;
     redrawall();
 }

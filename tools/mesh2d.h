@@ -26,6 +26,7 @@ struct mesh2dform {
     std::array<std::string, 4> count;          // nodes on each edge
     std::string frame = "Quadrilateral Mesh";  // caption of the example drawing
     bool cangenerate = true;
+    int inverted = 0;  // elements of the meshes that stand in the buffers
     std::string message;
 };
 extern const char* const meshtypes[4];  // "Quad", "Triang", "Transit", "Line"

@@ -100,6 +100,7 @@ void closeplacenodes(const placenodesform&) {
 
 void choosegraphic(placenodesform& form, int entry) {
     if (entry < 0 || entry >= int(form.numbers.size())) return;
+    form.stood.clear();
     form.chosen = entry;
     const int first = form.numbers.size() > 1 ? 1 : 0;
     curgraph = graphsel(std::max(1, entry - first + 1), 0);
@@ -114,6 +115,7 @@ void editnumber(placenodesform& form, const std::string& text) {
     if (kindof(graphics, g) == kindfree) return;
     for (std::size_t i = 0; i < form.numbers.size(); ++i)
         if (form.numbers[i] == numbertext(g)) return choosegraphic(form, int(i));
+    form.stood.clear();
     hideselection();
     graphsel2(0, 0) = 0;
     for (int j = 1; j <= 2; ++j) togglegraphic(g, j);
@@ -188,6 +190,26 @@ void editfactor(placenodesform& form, const std::string& text) {
     applyedit(form, true, [&](int, int g) { graphics(g, 0, 2) = float(value); });
 }
 
+// Takes down the elements that the edit is for.
+static std::vector<stoodgraphic> asitstands(const placenodesform& form) {
+    std::vector<stoodgraphic> all;
+    for (int k = 1; k <= graphsel(0, 0); ++k) {
+        const int g = graphsel(k, 0);
+        if (!isselection(form) && g != curgraph) continue;
+        stoodgraphic one{g, graphics(g, 0, 0), {}};
+        for (std::size_t j = 1; j <= 3; ++j)
+            std::ranges::copy(graphics.row(g, long(j)), one.points[j].begin());
+        all.push_back(one);
+    }
+    return all;
+}
+
+static void putback(const stoodgraphic& one) {
+    graphics(one.g, 0, 0) = one.kind;
+    for (std::size_t j = 1; j <= 3; ++j)
+        std::ranges::copy(one.points[j], graphics.row(one.g, long(j)).begin());
+}
+
 void editlengthradius(placenodesform& form, const std::string& text) {
     const double largest = 1e30;  // model units, within the range of a Single
     double value = 0;
@@ -195,6 +217,10 @@ void editlengthradius(placenodesform& form, const std::string& text) {
     if (!readnumber(text, value) || std::fabs(value) > largest) return show(form);
     if (value == 0) return;
     linelength = value;
+    // The keys before this one were a part of the number: what they did is taken back.
+    if (form.stood.empty()) form.stood = asitstands(form);
+    for (const stoodgraphic& one : form.stood) drawingraphiccolour(one.g, backcolor, false);
+    std::ranges::for_each(form.stood, putback);
     applyedit(form, false, [&](int k, int g) {
         if (kindof(graphics, g) == kindline) dline(k);
         if (kindof(graphics, g) == kindcircle) setradius(graphics, g, value);
@@ -206,6 +232,7 @@ void editlengthradius(placenodesform& form, const std::string& text) {
 }
 
 void leavefield(placenodesform& form) {
+    form.stood.clear();
     if (graphsel(0, 0) > 0) show(form);
 }
 

@@ -5,10 +5,18 @@
 // And the dialog "Graphic Element Options" with its one check box.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
 extern int curgraph;  // graphic element in edit
+
+// A graphic element as it stood before a length or radius was typed.
+struct stoodgraphic {
+    int g = 0;
+    float kind = 0;
+    std::array<std::array<float, 4>, 4> points{};  // 1..3, 1..3
+};
 
 struct placenodesform {
     std::vector<std::string> numbers;  // "Selection" when there are several, then the numbers
@@ -18,7 +26,8 @@ struct placenodesform {
     std::string nodes, spaces, factor;
     std::string valuelabel, value;  // "Length =" or "Radius ="
     bool valueshown = false, valueenabled = true;
-    bool geometry = false;  // an edit has moved points
+    bool geometry = false;            // an edit has moved points
+    std::vector<stoodgraphic> stood;  // while a length or radius is typed: each key starts from it
 };
 
 placenodesform openplacenodes();

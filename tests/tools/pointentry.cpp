@@ -11,6 +11,7 @@
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
+#include "tools/circle.h"
 #include "tools/placenodes.h"
 
 namespace {
@@ -178,4 +179,31 @@ TEST(Placenodes, WhatTheFieldsTake) {
         EXPECT_EQ(form.spaces, std::to_string(int(graphics(1, 0, 1)))) << c.typed;
         closeplacenodes(form);
     }
+}
+
+// Each key starts from the ends as they stood: on the way to 12345 the line is 1 long, and an arc
+// of radius 100 would be straight.
+TEST(Placenodes, ATypedNumberDoesNotTurnOrStraightenWhatItIsFor) {
+    drawingroom room;
+    selectgraphicelement(addline({50000, 40000, 0}, {50123.4f, 40071.7f, 33.3f}), 2);
+    const point3 before = definitionpoint(graphics, 1, 2) - definitionpoint(graphics, 1, 1);
+    placenodesform form = openplacenodes();
+    const auto type = [&form](const std::string& text) {
+        for (std::size_t k = 1; k <= text.size(); ++k) editlengthradius(form, text.substr(0, k));
+    };
+    type("12345");
+    const point3 after = definitionpoint(graphics, 1, 2) - definitionpoint(graphics, 1, 1);
+    EXPECT_NEAR(lengthof(after), 12345, 0.01);
+    EXPECT_LT(lengthof(cross(before, after)) / (lengthof(before) * lengthof(after)), 1e-6);
+    leavefield(form);
+    type("200");
+    EXPECT_NEAR(lengthofline(graphics, 1), 200, 0.01);
+    emptyselection();
+    selectgraphicelement(addgraphic(kindcircle, {1, 0, 0}, {0, -1, 0}, {-0.7f, 0.7f, 0}));
+    form = openplacenodes();
+    type("100");
+    EXPECT_EQ(kindof(graphics, 2), kindline);
+    editlengthradius(form, "10");
+    EXPECT_EQ(kindof(graphics, 2), kindcircle) << "its own again while the number is typed";
+    EXPECT_TRUE(evaluatecircle(graphics, 2) && circleangle > pi);
 }

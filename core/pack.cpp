@@ -122,8 +122,8 @@ void packgraphics() {
         for (int j = 1; j <= std::min(int(patches(p, 0, 0)), maxpatchedges); ++j)
             for (int k = 1; k <= std::min(int(patches(p, j, 0)), maxedgepieces); ++k) {
                 const int g = patches(p, j, k);
-                if (g >= 1 && g <= count && newnumber[std::size_t(g)] != 0)
-                    patches(p, j, k) = newnumber[std::size_t(g)];
+                // 0 for what has gone, so that no other element stands in for it.
+                if (g >= 1 && g <= count) patches(p, j, k) = newnumber[std::size_t(g)];
             }
 }
 

@@ -50,6 +50,7 @@ bool loadpatch(const graphiclist& list, int p, int offset) {
         const int count = std::clamp(int(patches(p, e, 0)), 0, maxedgepieces);
         for (int k = 1; k <= count; ++k) {
             const int g = patches(p, e, k) + offset;
+            if (patches(p, e, k) == 0) return false;  // the element was deleted
             if (g < 1 || g > int(list(0, 0, 0)) || kindof(list, g) == kindfree) return false;
             graphmesh(e, k) = g;
         }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cutting and joining of graphic elements. State: the rows of the solver, and the lines made by the
-// command that runs.
+// Cutting and joining of graphic elements. State: the rows of the solver, and the lines that the
+// command that runs finds and makes.
 #include "tools/intersect.h"
 
 #include <algorithm>
 #include <cmath>
-#include <set>
+#include <map>
 
 #include "core/model.h"
+#include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "tools/circle.h"
@@ -16,8 +17,10 @@
 double gmat1[3][4], gmat2[3][4], lineparam[3], linetol[3];
 Flag linehit, extendmode;
 
-static bool connecting;                      // Connect 3-D runs on its two elements
-static std::set<std::array<float, 6>> made;  // end points of the lines made by this command
+static bool connecting;  // Connect 3-D runs on its two elements
+static int madelines;    // by this command
+// Lines of the drawing by the x of an end. A line that was cut since keeps its former entries.
+static std::multimap<double, int> linesbyx;
 
 static point3 rowof(const double (&matrix)[3][4], int row) {
     return {matrix[row][1], matrix[row][2], matrix[row][3]};
@@ -76,17 +79,33 @@ static void needroom() {
                            "with [File,Model size..]"};
 }
 
-// A line of no length is not made, nor one that this command made before. Returns how many.
+static void enterends(int g) {
+    for (const int end : {1, 2}) linesbyx.insert({definitionpoint(graphics, g, end)[0], g});
+}
+
+// Is there a line between these two points, either way round? One other than except.
+static bool isdrawn(const point3& from, const point3& to, int except = 0) {
+    const auto meet = [](const point3& a, const point3& b) { return lengthof(a - b) < nodetol; };
+    const auto last = linesbyx.upper_bound(from[0] + nodetol);
+    for (auto at = linesbyx.lower_bound(from[0] - nodetol); at != last; ++at) {
+        if (at->second == except || kindof(graphics, at->second) != kindline) continue;
+        const point3 a = definitionpoint(graphics, at->second, 1),
+                     b = definitionpoint(graphics, at->second, 2);
+        if ((meet(a, from) && meet(b, to)) || (meet(a, to) && meet(b, from))) return true;
+    }
+    return false;
+}
+
+// A line of no length is not made, nor one that stands there already. Returns how many.
 static int addline(const point3& from, const point3& to) {
-    if (lengthof(to - from) < nodetol) return 0;
-    const std::array<float, 6> ends = {float(from[0]), float(from[1]), float(from[2]),
-                                       float(to[0]),   float(to[1]),   float(to[2])};
-    if (!made.insert(ends).second) return 0;
+    if (lengthof(to - from) < nodetol || isdrawn(from, to)) return 0;
     const int g = ngraphics() + 1;
     openrecord(graphics, g, kindline);
     setdefinitionpoint(graphics, g, 1, from);
     setdefinitionpoint(graphics, g, 2, to);
     graphics(0, 0, 0) = float(g);
+    enterends(g);
+    ++madelines;
     const int count = graphsel(0, 0) + 1;
     graphsel(count, 0) = g;
     graphsel(count, 1) = 1;
@@ -106,8 +125,13 @@ static int cutline(int g, int row, double t) {
     if (extendmode && t < 0) return addline(rowof(gmat1, row), place);
     if (extendmode && t >= 1) return addline(alongrow(row, 1), place);
     if (!(linetol[row] < t && t < 1 - linetol[row])) return 0;
-    const int count = addline(place, definitionpoint(graphics, g, 2));
-    if (count > 0) setdefinitionpoint(graphics, g, 2, place);
+    const point3 end = definitionpoint(graphics, g, 2);
+    const bool stands = isdrawn(place, end);  // the rest of the line, as a line of its own
+    const int count = addline(place, end);
+    if (count > 0 || stands) {
+        setdefinitionpoint(graphics, g, 2, place);
+        enterends(g);
+    }
     return count;
 }
 
@@ -123,6 +147,19 @@ static int cutlines(int ga, int gb) {
     return count;
 }
 
+// Is the arc drawn where the line at parameter t meets its circle? Told of circles in a plane of
+// constant z; of others, which count as they are seen in plan, the whole circle cuts.
+static bool isonarc(double t) {
+    const double inplan = 1 - 1e-6;  // of the normal's z
+    if (std::fabs(circlen[2]) < inplan) return true;
+    point3 way = alongrow(1, t) - circlepoint(0) + circleradius * circleu;  // from the centre
+    way[2] = 0;
+    double angle = std::atan2(dot(way, circlev), dot(way, circleu));
+    if (angle < 0) angle += 2 * pi;
+    const double reach = nodetol / circleradius;
+    return angle <= circleangle + reach || angle >= 2 * pi - reach;
+}
+
 // The farther cut first, so that the nearer one finds the line's own piece still in its place.
 static int cutbycircle(int line, int circle) {
     if (!evaluatecircle(graphics, circle)) return 0;
@@ -130,8 +167,11 @@ static int cutbycircle(int line, int circle) {
     setrowto(1, line);
     intersectcircle(1);
     if (!linehit) return 0;
-    const int count = cutline(line, 1, lineparam[2]);
-    return lineparam[1] == lineparam[2] ? count : count + cutline(line, 1, lineparam[1]);
+    const double near = lineparam[1], far = lineparam[2];
+    int count = 0;
+    if (isonarc(far)) count += cutline(line, 1, far);
+    if (near != far && isonarc(near)) count += cutline(line, 1, near);
+    return count;
 }
 
 int connectpair(int i, int j) {
@@ -159,16 +199,31 @@ static void tellcurves() {
             return door().message("Intersection with Arc not Supported", icons::information);
 }
 
+// Lines that overlapped are cut into the same pieces: of those that the command made, after the
+// first before, one is enough.
+static void droptwice(int before) {
+    const int count = ngraphics();
+    bool dropped = false;
+    for (int g = before + 1; g <= count; ++g) {
+        if (!isdrawn(definitionpoint(graphics, g, 1), definitionpoint(graphics, g, 2), g)) continue;
+        graphics(g, 0, 0) = kindfree;
+        dropped = true;
+    }
+    if (dropped) packgraphics();
+}
+
 void connectgraphics(connectmodes mode) {
     if (graphsel(0, 0) == 0) {
         door().message("Please, select graphics before choosing this option.", icons::exclamation);
         return;
     }
     const hourglass wait;
-    const int selected = graphsel(0, 0);
+    const int selected = graphsel(0, 0), before = ngraphics();
     extendmode = mode == connectmodes::extend;
     connecting = mode == connectmodes::connect3d && selected == 2;
-    made.clear();
+    madelines = 0;
+    for (int g = 1; g <= ngraphics(); ++g)
+        if (kindof(graphics, g) == kindline) enterends(g);
     guarded(
         [&] {
             connectall(false);
@@ -177,8 +232,9 @@ void connectgraphics(connectmodes mode) {
             if (selected > 1) connectall(!extendmode);
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
-    const bool nothing = made.empty();
-    made.clear();
+    droptwice(before);
+    const bool nothing = madelines == 0;
+    linesbyx.clear();
     extendmode = false;
     redrawall();
     if (nothing) tellcurves();

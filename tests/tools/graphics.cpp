@@ -119,6 +119,45 @@ TEST(Graphics, ANewRadiusKeepsTheEndsAndTheSide) {
     EXPECT_EQ(kindof(graphics, g), kindline);
 }
 
+TEST(Graphics, ANewRadiusKeepsAMajorArc) {
+    sessionroom room;
+    const int g = addgraphic(kindcircle, {1, 0, 0}, {0, -1, 0}, {-0.7f, 0.7f, 0});  // 270 degrees
+    for (const double radius : {2.0, 0.9}) {
+        setradius(graphics, g, radius);
+        ASSERT_TRUE(evaluatecircle(graphics, g));
+        EXPECT_NEAR(circleradius, radius, 1e-5);
+        EXPECT_GT(circleangle, pi);
+        EXPECT_LT(graphics(g, 3, 1), 0) << "on its side";
+    }
+}
+
+// F and 1/F are rounded to Singles, and so are the places: none may move when a line is turned.
+TEST(Graphics, ALineTurnedRoundKeepsItsNodesToTheLastDigit) {
+    sessionroom room;
+    std::mt19937 random(5);
+    std::uniform_real_distribution<float> factor(0.1f, 9), place(-60000, 60000);
+    const int g = addline({0, 0, 0}, {1, 0, 0}, 20);
+    for (int round = 0; round < 2000; ++round) {
+        const point3 a = {place(random), place(random), 0}, b = {place(random), place(random), 7};
+        float f = round % 5 == 0 ? 1 : factor(random);
+        std::vector<float> before;
+        for (const bool turned : {false, true}) {
+            setdefinitionpoint(graphics, g, 1, turned ? b : a);
+            setdefinitionpoint(graphics, g, 2, turned ? a : b);
+            setgraphic(graphics, g);
+            if (turned) f = 1 / f;
+            std::size_t next = 0;
+            for (int i = 0; i <= 20; ++i)
+                for (const double x : graphicnode(turned ? 20 - i : i, 20, f)) {
+                    if (turned)
+                        ASSERT_EQ(float(x), before[next++]) << "factor " << f << " node " << i;
+                    else
+                        before.push_back(float(x));
+                }
+        }
+    }
+}
+
 // --- cutting ------------------------------------------------------------------------------------
 
 TEST(Intersect, LinesThatDoNotCross) {
@@ -180,6 +219,33 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     connectgraphics(connectmodes::intersection);
     EXPECT_EQ(ngraphics(), 6);
     EXPECT_TRUE(room.door.told("Intersection with Arc not Supported"));
+}
+
+TEST(Intersect, AnArcCutsWhereItIsDrawn) {
+    sessionroom room;
+    selectgraphicelement(addgraphic(kindcircle, {2, 0, 0}, {-2, 0, 0}, {0, 2, 0}));  // upper half
+    selectgraphicelement(addline({0, -5, 0}, {0, 5, 0}));
+    connectgraphics(connectmodes::intersection);
+    ASSERT_EQ(ngraphics(), 3);
+    expectpoint(definitionpoint(graphics, 2, 2), {0, 2, 0}, 1e-6);
+}
+
+TEST(Intersect, ExtendMakesNoLineTwice) {
+    sessionroom room;
+    for (const double y : {1.0, 2.0, 3.0}) selectgraphicelement(addline({0, y, 0}, {1, y, 0}));
+    selectgraphicelement(addline({3, 0, 0}, {3, 4, 0}));
+    selectgraphicelement(addline({3, 4, 0}, {3, 0, 0}));  // the same, drawn twice
+    connectgraphics(connectmodes::extend);
+    for (int g = 1; g <= ngraphics(); ++g)
+        for (int h = g + 1; h <= ngraphics(); ++h) {
+            const auto end = [](int line, int k) { return definitionpoint(graphics, line, k); };
+            const auto near = [](const point3& a, const point3& b) {
+                return lengthof(a - b) < 1e-4;
+            };
+            const bool same = near(end(g, 1), end(h, 1)) && near(end(g, 2), end(h, 2)),
+                       turned = near(end(g, 1), end(h, 2)) && near(end(g, 2), end(h, 1));
+            EXPECT_FALSE(h > 5 && (same || turned)) << g << " and " << h;
+        }
 }
 
 TEST(Intersect, SkewLinesAreJoinedInSpace) {

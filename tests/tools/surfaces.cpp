@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "core/pack.h"
 #include "core/session.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/edges.h"
@@ -55,4 +56,17 @@ TEST(Patches, TheSecondListRebuildsTheMesh) {
     EXPECT_EQ(tmpnodes(0, 0), 19);
     graphics2(3, 0, 0) = 0;
     EXPECT_FALSE(rebuildpatch(1));
+}
+
+// The elements behind a deleted one move up: it must not be read for another.
+TEST(Patches, ADeletedMemberLeavesAGap) {
+    sessionroom room;
+    mesh2dform form = meshof(0, rectangle());
+    acceptmesh(form);
+    graphics(2, 0, 0) = 0;
+    packgraphics();
+    EXPECT_EQ(patches(1, 1, 1), 1);
+    EXPECT_EQ(patches(1, 2, 1), 0);
+    EXPECT_EQ(patches(1, 3, 1), 2);
+    EXPECT_FALSE(loadpatch(graphics, 1, 1));
 }

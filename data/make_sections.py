@@ -258,7 +258,7 @@ def americanround(words):
 
 
 def pipe(words):
-    """ASME B36.10M: outside diameter, walls of STD, XS and XXS, nominal."""
+    """Sizes of ASME B36.10M: outside diameter, design walls of STD, XS and XXS."""
     for label, wall in zip(("STD", "XS", "XXS"), words[2:]):
         tube(f"Pipe {words[0]} {label}", "Inch", float(words[1]), float(wall))
 

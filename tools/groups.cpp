@@ -29,7 +29,8 @@ const fieldtext groupcaptions[groupfields + 1] = {
     {"W zz", "L^3"},
 };
 
-const int planefield = 5;  // 0 plane stress, 1 plane strain
+const int lastmaterialfield = 3;  // E modulus, Poisson ratio, specific mass
+const int planefield = 5;         // 0 plane stress, 1 plane strain
 
 // Place of row i, column j (1..6) among the matrix boxes.
 static std::size_t matrixbox(int i, int j) {
@@ -165,7 +166,9 @@ void addgroup(groupform& form) {
     while (isnametaken(name, 0)) name += "*";
     groups(0, 0) = g;
     groupname(g) = name;
-    for (int k = 1; k <= groupfields; ++k) groups(g, k) = 0;
+    // Of the group on show it has the material; the section is its own.
+    for (int k = 1; k <= groupfields; ++k)
+        groups(g, k) = k <= lastmaterialfield && meshgroup != 0 ? groups(meshgroup, k) : 0;
     for (int i = 1; i <= 6; ++i) std::ranges::fill(groupmat.row(g, i), 0.0f);
     notename(form);
     showgroup(form, g);

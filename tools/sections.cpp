@@ -24,13 +24,22 @@ int findunit(const std::string& name) {
     return -1;
 }
 
-// The number with twelve significant digits: what is left of rounding does not show.
-static double tidy(double value) {
-    const int digits = 12;
+// With as many significant digits.
+static double rounded(double value, int digits) {
     char text[40];
     const auto end =
         std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits);
     return numberof(std::string_view(text, std::size_t(end.ptr - text)));
+}
+
+// What is left of rounding does not show.
+static double tidy(double value) {
+    return rounded(value, 12);
+}
+
+// For a text that is read, not counted with.
+static double shortened(double value) {
+    return rounded(value, 6);
 }
 
 // A Single as the decimal number that it stands for.
@@ -93,8 +102,13 @@ static void calcrecord(sectionform& form, int s) {
     const double second = sectscale * sectscale * sectscale * sectscale;
     const int own = findsectiontype(sectnames(s, 2));
     std::array<double, 3> far{};
-    const bool known = guarded([&] { far = extremefibres(own >= 0 ? own : form.type, d); },
-                               [](const runtimeerror&) {});
+    const bool known = guarded(
+        [&] {
+            far = extremefibres(own >= 0 ? own : form.type, d);
+            if (own == cprofile)
+                far[1] = channeltips(d, decimal(sectdata(s, 1)), decimal(sectdata(s, 3)));
+        },
+        [](const runtimeerror&) {});
     const auto modulus = [&](int k, double distance) {
         if (!known) return 0.0;
         return decimal(sectdata(s, k)) / distance * sectscale * sectscale * sectscale;
@@ -115,13 +129,46 @@ static void calcrecord(sectionform& form, int s) {
 static std::string hintof(const sectionform& form, const dimensions& d) {
     if ((form.type == lprofile || form.type == dlprofile) && d[dimtf] != 0)
         return "An angle has one thickness, tw: leave tf empty, it is taken off the area";
-    if (form.type == tprofile) return "I yy, W yy: the stem is counted at the edge of the flange";
+    if (form.type == tprofile) {
+        const axisvalues centred = centredstem(d);
+        return "I yy, W yy: the stem is counted at the edge of the flange; with the stem in the "
+               "middle they are " +
+               numbertext(shortened(centred.i)) + " and " + numbertext(shortened(centred.w));
+    }
     return "";
 }
 
+// Do the typed dimensions still tell the chosen section, changed but none of them beyond twofold?
+static bool isofrecord(const sectionform& form) {
+    const int s = getsection(form.section), source = s == 0 ? -1 : findunit(sectnames(s, 3));
+    if (source < 0) return false;
+    const double scale = unitmetres[source] / unitmetres[form.unit];
+    const dimensions d = dimensionsof(form);
+    for (std::size_t k = 0; k < ndims; ++k) {
+        const double known = sectdata(s, 5 + long(k)) * scale;
+        if (form.labels[k].empty() || known == 0 || d[k] == 0) continue;
+        if (d[k] > 2 * known || 2 * d[k] < known) return false;
+    }
+    return true;
+}
+
+// A section of its own is called by its type and its dimensions.
+static std::string ownname(const sectionform& form) {
+    std::string name = sectiontypes[form.type].name;
+    const char* between = " ";
+    for (std::size_t k = 0; k < ndims; ++k) {
+        if (form.labels[k].empty() || form.dims[k].empty()) continue;
+        name += between + form.dims[k];
+        between = "x";
+    }
+    return name;
+}
+
 static void namesection(sectionform& form) {
-    const std::string base = form.section.empty() ? sectiontypes[form.type].name : form.section;
-    form.name = form.database ? form.section : base + " Mod.";
+    if (form.database)
+        form.name = form.section;
+    else
+        form.name = isofrecord(form) ? form.section + " Mod." : ownname(form);
 }
 
 // A field left 0 is told and counts as 0; what no section can have is not to be accepted.
@@ -189,6 +236,31 @@ sectionform Initiate() {
     settype(form, lasttype);
     readdatabase(form);
     return form;
+}
+
+// Is record s, in model unit u, what the group holds?
+static bool isrecordof(const groupform& group, long s, int u) {
+    const int source = findunit(sectnames(s, 3));
+    if (source < 0) return false;
+    const double scale = unitmetres[source] / unitmetres[u];
+    const auto agrees = [&](int field, int k, int power) {
+        const double value = decimal(sectdata(s, k)) * std::pow(scale, power);
+        return std::fabs(numberof(group.text[std::size_t(field)]) - value) <= 1e-6 * value;
+    };
+    return agrees(4, 1, 2) && agrees(7, 2, 4) && agrees(9, 3, 4) && agrees(11, 4, 4);
+}
+
+void showprofile(sectionform& form, const groupform& group) {
+    for (int tried = 0; tried < nunits; ++tried) {
+        const int u = (form.unit + tried) % nunits;  // the unit of the last use first
+        for (long s = 1; s <= sectcount; ++s) {
+            const int type = findsectiontype(sectnames(s, 2));
+            if (type < 0 || !isrecordof(group, s, u)) continue;
+            form.unit = lastunit = u;
+            choosetype(form, type);
+            return choosesection(form, sectnames(s, 1));
+        }
+    }
 }
 
 void choosetype(sectionform& form, int type) {

@@ -43,6 +43,8 @@ struct sectionform {
 // Prepares the lists: reads the database and shows the first section of the type. Without a
 // database the form starts with typed dimensions and says why.
 sectionform Initiate();
+// Goes to the profile whose values the group holds, in whichever unit; stays when there is none.
+void showprofile(sectionform& form, const groupform& group);
 
 void settype(sectionform& form, int type);  // labels of the fields
 void loadsections(sectionform& form);       // names of the type, the first one chosen

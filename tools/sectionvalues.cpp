@@ -230,6 +230,35 @@ std::array<double, 3> extremefibres(int type, const dimensions& d) {
     return {over(v.ixx, v.wxx), cy, over(v.izz, v.wzz)};
 }
 
+// The flanges beyond the web have area f and width w. Tapered, their centroid lies k w nearer to
+// the web than their middle, and their own second moment is f w^2 (1/12 - k^2), as of a trapezium.
+// k is the one that gives the known I yy by the theorem of parallel axes.
+double channeltips(const dimensions& d, double area, double iyy) {
+    const auto [b, h, tw, tf] = d;
+    const double w = b - tw, f = area - h * tw;
+    double centroid = 0;
+    const auto secondmoment = [&](double k) {
+        const double flange = tw + w * (0.5 - k);
+        centroid = over(h * tw * tw / 2 + f * flange, area);
+        return h * cube(tw) / 12 + h * tw * square(centroid - tw / 2) +
+               f * w * w * (1.0 / 12 - k * k) + f * square(flange - centroid);
+    };
+    double least = 0, most = 1.0 / 6;  // from parallel flanges to ones that end in an edge
+    const int halvings = 50;
+    for (int i = 0; i < halvings; ++i) {
+        const double middle = (least + most) / 2;
+        (secondmoment(middle) > iyy ? least : most) = middle;
+    }
+    secondmoment(least);
+    return b - centroid;
+}
+
+axisvalues centredstem(const dimensions& d) {
+    const auto [b, h, tw, tf] = d;
+    const double i = (h - tf) * cube(tw) / 12 + cube(b) * tf / 12;
+    return {i, over(i, b / 2)};
+}
+
 static std::string misfit(int type, const dimensions& d) {
     const bool anglelike = type == lprofile || type == dlprofile;
     const auto [b, h, tw, tf] = d;

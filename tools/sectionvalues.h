@@ -50,6 +50,15 @@ sectionvalues calcsection(int type, const dimensions& d);
 // For profiles of a database, whose I is known: a tee is symmetric, an angle has one thickness.
 std::array<double, 3> extremefibres(int type, const dimensions& d);
 
+// Distance in x from the centroid to the tips of the flanges of a channel whose area and I yy are
+// known: flanges that taper hold more of their area near the web than the dimensions tell.
+double channeltips(const dimensions& d, double area, double iyy);
+// A tee with its stem in the middle of the flange, about y.
+struct axisvalues {
+    double i = 0, w = 0;
+};
+axisvalues centredstem(const dimensions& d);
+
 // What makes the dimensions no section, "" when they are one. isimpossible leaves out a dimension
 // of 0: a web or flange that is not there has an area and second moments all the same.
 std::string sectionfault(int type, const dimensions& d);

@@ -39,6 +39,7 @@ class sectiondialog : public QDialog {
         addbuttons(rows);
         message = newmessageline("Label4", this, rows);
         form = Initiate();
+        showprofile(form, group);
         showform();
         names->setFocus();
     }

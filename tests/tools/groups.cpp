@@ -77,7 +77,8 @@ TEST(Groups, AddingFindsAFreeName) {
     groups(4, 1) = groupmat(4, 2, 2) = 9;
     addgroup(form);
     EXPECT_EQ(groupname(4), "GR 4**");
-    EXPECT_EQ(form.text[1], "0") << "nothing of a group that once stood there";
+    EXPECT_EQ(form.text[1], "5") << "the material of the group on show";
+    EXPECT_EQ(form.text[2] + form.text[3] + form.text[4], "1021030") << "its section is not";
     EXPECT_EQ(groupmat(4, 2, 2), 0);
     EXPECT_EQ(groups(1, 1), 5) << "the group that was left is kept";
     while (ngroups() < modelsize(4)) addgroup(form);

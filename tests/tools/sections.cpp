@@ -206,6 +206,38 @@ TEST(Sections, TypedDimensionsAreASectionOfTheirOwn) {
     }
     choosetype(form, tubular);
     EXPECT_EQ(form.dims[dimb], "") << "the leg of an angle is no diameter";
+    editdimension(form, dimb, "323.9");
+    editdimension(form, dimh, "10");
+    EXPECT_EQ(form.name, "Tubular 323.9x10") << "no modified one of the first in the list";
+    choosetype(form, tprofile);
+    const char* const tee[] = {"100", "100", "10", "10"};
+    for (int k = 0; k < ndims; ++k) editdimension(form, k, tee[k]);
+    // (90 10^3 + 10 100^3) / 12, and over 50
+    EXPECT_NE(form.message.find("840833 and 16816.7"), std::string::npos) << form.message;
+}
+
+TEST(Sections, ReopensOnTheProfileInUse) {
+    sectionroom room;
+    groupform group = opengroups();
+    sectionform form = Initiate();
+    choosetype(form, beammetric);
+    chooseunit(form, 3);
+    choosesection(form, "IPE 300");
+    EXPECT_TRUE(acceptsection(form, group));
+    putgroup(group);
+    choosetype(form, tubular);
+    chooseunit(form, 0);
+    form = Initiate();
+    EXPECT_EQ(form.type, tubular);
+    showprofile(form, group);
+    EXPECT_EQ(form.section, "IPE 300");
+    EXPECT_TRUE(form.type == beammetric && form.unit == 3 && form.database);
+    chooseunit(form, 0);
+    group.text[7] = "1";
+    choosetype(form, tubular);
+    const std::string section = form.section;
+    showprofile(form, group);
+    EXPECT_EQ(form.section, section) << "what is no profile changes nothing";
 }
 
 TEST(Sections, AcceptingFillsTheGroupInEdit) {

@@ -3,10 +3,14 @@
 #include "tools/modifyelem.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "edit/selection.h"
+#include "tools/Graphics.h"
+#include "view/localaxes.h"
 #include "view/moddraw.h"
 
 static const char all[] = "All", nochange[] = "No Change";
@@ -37,19 +41,118 @@ modifyelemform openmodifyelem() {
     return form;
 }
 
+// The ends of a line have changed places: a release stays with its node.
+static void swapends(int e) {
+    if (nodesoftype(elems(e, 0)) != 2) return;
+    std::ranges::swap_ranges(endrelease.row(e, 1), endrelease.row(e, 2));
+}
+
 void rotatenodes(int e) {
     const auto row = elems.row(e);
     const int count = nodesoftype(row[0]);
     if (count > 1) std::rotate(row.begin() + 1, row.begin() + 2, row.begin() + 1 + count);
+    swapends(e);
 }
 
 void mirrornodes(int e) {
     const auto row = elems.row(e);
     std::reverse(row.begin() + 1, row.begin() + 1 + nodesoftype(row[0]));
+    swapends(e);
     rotatenodes(e);
     rotatenodes(e);
     rotpo(e) = -rotpo(e);
 }
+
+// --- loads of elements whose axes turn ----------------------------------------------------------
+
+namespace {
+struct axes {
+    std::array<point3, 3> e;
+};
+struct loadrow {
+    int element, direction;
+    double value;
+};
+}  // namespace
+
+static axes axesof(int e) {
+    localaxes(e);
+    const auto vector = [](const double* v) { return point3{v[0], v[1], v[2]}; };
+    return {{vector(localx), vector(localy), vector(localz)}};
+}
+
+// The rows that give the load of one in the axes as they were: the same direction with either sign,
+// or parts along two or three.
+static std::vector<loadrow> turned(const loadrow& row, const axes& before, const axes& now) {
+    const double nothing = 1e-6;  // of the load: what Singles leave of a right angle
+    const point3 load = row.value * before.e[std::size_t(row.direction) - 1];
+    std::vector<loadrow> rows;
+    for (int k = 1; k <= 3; ++k) {
+        double part = dot(load, now.e[std::size_t(k) - 1]);
+        if (std::fabs(part) <= nothing * std::fabs(row.value)) continue;
+        const bool whole =
+            std::fabs(std::fabs(part) - std::fabs(row.value)) <= nothing * std::fabs(row.value);
+        if (whole) part = std::copysign(row.value, part);
+        rows.push_back({row.element, k, part});
+    }
+    return rows.empty() ? std::vector{row} : rows;
+}
+
+// Calls turn(e) for each element and gives the loads on them the directions that keep them where
+// they point. False, with nothing changed, when the rows exceed the declared number.
+template <typename Turn>
+static bool turnwithloads(const std::vector<int>& meant, Turn turn) {
+    std::vector<int> place(std::size_t(nelems()) + 1, -1);  // in meant
+    std::vector<axes> before, now;
+    std::vector<std::array<float, 5>> corners;
+    std::vector<double> rotation;
+    for (const int e : meant) {
+        place[std::size_t(e)] = int(before.size());
+        before.push_back(axesof(e));
+        corners.emplace_back();
+        std::ranges::copy(elems.row(e), corners.back().begin());
+        rotation.push_back(rotpo(e));
+        turn(e);
+        now.push_back(axesof(e));
+    }
+    std::vector<std::vector<loadrow>> cases(std::size_t(nlc()) + 1);
+    bool fits = true;
+    for (int lc = 1; lc <= nlc(); ++lc) {
+        std::vector<loadrow>& rows = cases[std::size_t(lc)];
+        for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
+            const loadrow row = {int(elemload(lc, i, 0)), int(elemload(lc, i, 1)),
+                                 double(elemload(lc, i, 2))};
+            const int at =
+                row.element >= 1 && row.element <= nelems() ? place[std::size_t(row.element)] : -1;
+            if (at < 0 || row.direction < 1 || row.direction > 3)
+                rows.push_back(row);
+            else
+                for (const loadrow& r : turned(row, before[std::size_t(at)], now[std::size_t(at)]))
+                    rows.push_back(r);
+        }
+        fits = fits && long(rows.size()) <= elemload.upper2;
+    }
+    if (!fits) {
+        for (std::size_t i = 0; i < meant.size(); ++i) {
+            std::ranges::copy(corners[i], elems.row(meant[i]).begin());
+            rotpo(meant[i]) = rotation[i];
+        }
+        return false;
+    }
+    for (int lc = 1; lc <= nlc(); ++lc) {
+        int i = 0;
+        for (const loadrow& row : cases[std::size_t(lc)]) {
+            ++i;
+            elemload(lc, i, 0) = float(row.element);
+            elemload(lc, i, 1) = float(row.direction);
+            elemload(lc, i, 2) = float(row.value);
+        }
+        elemload(lc, 0, 0) = float(i);
+    }
+    return true;
+}
+
+// --- the command --------------------------------------------------------------------------------
 
 static int chosentype(const std::vector<std::string>& list, int entry) {
     return entry == 0 ? 0 : findtype(list[std::size_t(entry)]);
@@ -68,11 +171,19 @@ void applymodifyelem(modifyelemform& form) {
         form.message = "Element types not compatible!";
         return;
     }
+    const auto turn = [&](int e) {
+        if (form.rotate) rotatenodes(e);
+        if (form.mirror) mirrornodes(e);
+    };
+    if ((form.rotate || form.mirror) && !turnwithloads(meant, turn)) {
+        form.message =
+            "The loads of the turned elements need more rows than declared; nothing was "
+            "changed. Increase 'Boundary Condition per loadcase'";
+        return;
+    }
     for (const int e : meant) {
         if (to != 0) elems(e, 0) = float(to);
         if (form.togroup != 0) egroup(e) = form.togroup;
-        if (form.rotate) rotatenodes(e);
-        if (form.mirror) mirrornodes(e);
     }
     resultflag = 1;
     form.message = "Element succesfully Modified!";

@@ -18,7 +18,8 @@ struct modifyelemform {
 
 modifyelemform openmodifyelem();
 // The OK command. Elements whose type has another number of nodes than the target type are not
-// changed, nor any other with them: the message tells.
+// changed, nor any other with them: the message tells. Loads of elements whose corners turn keep
+// their direction in space.
 void applymodifyelem(modifyelemform& form);
 
 // One place on: the first node goes to the end. And the other side up: the order is reversed and

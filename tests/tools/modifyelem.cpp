@@ -5,6 +5,8 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "tests/support/recorder.h"
+#include "tools/Graphics.h"
+#include "view/localaxes.h"
 
 namespace {
 // Two quadrilaterals, a triangle and a bar on five nodes, all selected.
@@ -64,4 +66,48 @@ TEST(Modifyelem, TurnsAndMirrorsTheNodes) {
     applymodifyelem(form);
     EXPECT_EQ(room.corners(1), (std::vector<int>{3, 2, 1, 4}));
     EXPECT_EQ(rotpo(1), -0.5);
+}
+
+// The load on an element in model axes.
+static point3 loadon(int e) {
+    localaxes(e);
+    point3 sum{};
+    for (int i = 1; i <= int(elemload(1, 0, 0)); ++i) {
+        if (int(elemload(1, i, 0)) != e) continue;
+        const double* const axis[] = {localx, localy, localz};
+        for (std::size_t k = 0; k < 3; ++k)
+            sum[k] += double(elemload(1, i, 2)) * axis[int(elemload(1, i, 1)) - 1][k];
+    }
+    return sum;
+}
+
+TEST(Modifyelem, LoadsAndReleasesStayWhereTheyPoint) {
+    elementroom room;
+    const float rows[][3] = {{1, 3, 10}, {1, 1, 4}, {2, 2, -7}, {4, 1, 5}, {4, 2, 6}, {4, 3, 8}};
+    for (const auto& row : rows) {
+        const int i = int(elemload(1, 0, 0)) + 1;
+        for (int k = 0; k < 3; ++k) elemload(1, i, k) = row[k];
+        elemload(1, 0, 0) = float(i);
+    }
+    nodes(0, 3, 2) = 1;
+    endrelease(4, 1, 5) = 1;
+    modifyelemform form = openmodifyelem();
+    for (const bool mirror : {false, true}) {
+        std::vector<point3> before;
+        for (int e = 1; e <= 4; ++e) before.push_back(loadon(e));
+        form.mirror = mirror;
+        form.rotate = !mirror;
+        applymodifyelem(form);
+        EXPECT_EQ(endrelease(4, mirror ? 1 : 2, 5), 1) << "with its node";
+        for (int e = 1; e <= 4; ++e)
+            EXPECT_LT(lengthof(loadon(e) - before[std::size_t(e) - 1]), 1e-4) << e << mirror;
+    }
+    elemload(1, 0, 0) = float(modelsize(3));
+    const auto corners = room.corners(2);
+    for (int i = 1; i <= modelsize(3); ++i) elemload(1, i, 0) = elemload(1, i, 1) = 2;
+    form.mirror = false;
+    form.rotate = true;
+    applymodifyelem(form);
+    EXPECT_NE(form.message.find("nothing was changed"), std::string::npos);
+    EXPECT_EQ(room.corners(2), corners);
 }

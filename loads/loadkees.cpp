@@ -278,4 +278,8 @@ void delloadcase(loadcaseform& form) {
     dropresults();
     loadloadcase(form);
     putloadcase(form);
+    form.message =
+        "Deleted. Parameters, element loads and multipliers stay with their numbers: check the "
+        "load "
+        "cases from the deleted one on";
 }

@@ -13,6 +13,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "edit/selection.h"
 #include "loads/attributerows.h"
 #include "view/drawbc.h"
 #include "view/moddraw.h"
@@ -26,6 +27,10 @@ const std::array<attributelabel, 6> constraintlabel = {{{"Dx  =", "L"},
                                                         {"Rx  =", "L"},
                                                         {"Ry  =", "L"},
                                                         {"Rz  =", "L"}}};
+
+const char linepressurehint[] =
+    "Line pressure is not at work: Apply stores nothing here. A load along a line goes to its "
+    "elements, by Element Pressure Loads.";
 
 attributemodes attributemode() {
     if (editconstraint) return attributemodes::constraints;
@@ -154,24 +159,34 @@ attributeform openattributes() {
         case attributemodes::constraints:
             form.title = "Edit constraints";
             form.constraintgroup = true;
+            form.hint = "0 holds, empty leaves free. Rx, Ry and Rz are angles in degrees.";
             break;
         case attributemodes::nodalloads:
             form.title = "Edit Nodal loads";
             break;
         case attributemodes::elementloads:
             form.title = "Edit Element loads";
+            form.hint =
+                "Px, Py and Pz act along the element's own axes 1, 2 and 3, drawn in red, green "
+                "and "
+                "blue: F/L^2 on faces, F/L on lines.";
             break;
         case attributemodes::none:
+            form.hint = linepressurehint;
             break;
     }
     if (curlc < 1 || curlc > nlc()) curlc = 1;
     Initiate(form);
+    if (editelemload) showselection();  // with the axes
     return form;
 }
 
 void closeattributes(const attributeform& form) {
+    const bool axes = editelemload;
+    if (axes) hideselection();
     editconstraint = editnodalload = editelemload = false;
     editing = false;
+    if (axes) showselection();
     // While the dialog was open the active view alone was kept up.
     if (form.changed && shownviews() > 1) redrawall();
 }

@@ -30,8 +30,11 @@ struct attributeform {
     int chosen = 0;                  // entry of items
     std::vector<std::string> cases;  // load cases
     int chosencase = 0;
+    std::string hint;      // what the fields mean, or that they mean nothing
     bool changed = false;  // something was applied
 };
+// Of the command "Line Pressure Loads".
+extern const char linepressurehint[];
 // Captions and unit of the six constraint fields.
 extern const std::array<attributelabel, 6> constraintlabel;
 

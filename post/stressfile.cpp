@@ -91,8 +91,10 @@ static std::string noteofempty() {
     for (int e = 1; e <= nelems() && !lineelstress; ++e)
         empty += nodesoftype(elems(e, 0)) > 2 && elemstress(0, e, 0) == 0;
     if (empty == 0) return {};
-    return numbertext(empty) + (empty == 1 ? " element has" : " elements have") +
-           " no stress in the file and stand at 0; analyse again";
+    return (empty == 1
+                ? std::string("1 element has no stress in the file and stands at 0")
+                : numbertext(empty) + " elements have no stress in the file and stand at 0") +
+           "; analyse again";
 }
 
 static void readstressfile() {

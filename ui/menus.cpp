@@ -177,6 +177,7 @@ static void addaddmenu(std::vector<menurow>& t) {
                  attributes(attributemodes::elementloads)});
     t.push_back({"&Add|Loads", "mnuloads", 2, "Line Pressure Loads", "", "",
                  attributes(attributemodes::none)});
+    t.back().tip = linepressurehint;
     t.push_back(separator(m, a, 8));
     const char* const drawing = "&Add|Graphics";
     const char* const g = "Mnugraphicitem";
@@ -330,6 +331,10 @@ static void addrow(QMenuBar* bar, menurow& row) {
     if (*row.icon) row.action->setIcon(iconof(row.icon));
     if (*row.shortcut) row.action->setShortcut(QKeySequence(row.shortcut));
     if (row.checked) row.action->setCheckable(true);
+    if (*row.tip) {
+        row.action->setToolTip(QString::fromUtf8(row.tip));
+        menu->setToolTipsVisible(true);
+    }
     if (row.run) QObject::connect(row.action, &QAction::triggered, guardedcommand(row.run));
 }
 

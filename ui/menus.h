@@ -19,6 +19,7 @@ struct menurow {
     std::function<bool()> checked = {};  // none: the item has no check mark
     std::function<bool()> enabled = {};  // none: always
     QAction* action = nullptr;
+    const char* tip = "";  // beside the item, where its caption promises what it does not do
 };
 std::vector<menurow>& menus();
 

@@ -169,11 +169,17 @@ class meshselect : public QDialog {
             accept();
             door().showdialog("mesh2d");
         });
-        newbutton("Command2", "3-D Mesh", this, rows);  // there is no generator in space
+        newbutton("Command2", "3-D Mesh", this, rows)->setToolTip(nospace);
         connect(newbutton("Command3", "Close", this, rows), &QPushButton::clicked, this,
                 &QDialog::reject);
+        newmessageline("hint", this, rows)->setText(nospace);
         setMinimumWidth(220);
     }
+
+  private:
+    const QString nospace =
+        tr("3-D Mesh does nothing: there is no mesh generator in space. Frames come from a mesh of "
+           "type Line and from Connect 3-D.");
 };
 
 }  // namespace

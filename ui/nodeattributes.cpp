@@ -37,6 +37,7 @@ class attributedialog : public sidedialog {
         constraints.frame->setObjectName("Constrains");
         constraints.frame->setTitle("Constrains");
         loads.frame->setObjectName("Loads");
+        newmessageline("hint", this, rows)->setText(qtext(form.hint));
         rows->addStretch(1);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);

@@ -6,6 +6,7 @@
 
 #include "core/runtime.h"
 #include "edit/Mouseprocedures.h"
+#include "loads/loadaxes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
 #include "tools/pointentry.h"
@@ -20,6 +21,7 @@ void wiremodules() {
     wiremouse();
     wiregraphics();
     wirepointentry();
+    wireloadaxes();
     wiresingleelem();
     wirepost();
     wiredialogs();

@@ -117,6 +117,7 @@ TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
     EXPECT_EQ(nlc(), 3) << "the answer was No";
     EXPECT_TRUE(stressloaded);
     delloadcase(form);
+    EXPECT_NE(form.message.find("stay with their numbers"), std::string::npos);
     EXPECT_FALSE(menupostItem(1).checked) << "results pair load cases by number";
     EXPECT_FALSE(stressloaded);
     EXPECT_EQ(resultflag, 1);

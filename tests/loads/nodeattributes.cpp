@@ -11,6 +11,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "loads/loadaxes.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
@@ -305,4 +306,26 @@ TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {
     EXPECT_EQ(constraints(), (std::vector<conrow>{{1, 2, 3}}));
     EXPECT_EQ(loads(1), (std::vector<conrow>{{2, 4, 0}}));
     EXPECT_TRUE(elementloads(2).empty());
+}
+
+TEST(Attributes, TheAxesOfElementLoadsStandWhileTheWindowIsOpen) {
+    sessionroom room;
+    makechain(3);
+    wirelayers();
+    wireloadaxes();
+    selectelements({2});
+    const auto drawn = [&](const std::string& start, const std::string& end) {
+        return std::ranges::count_if(room.door.views[0].operations, [&](const std::string& line) {
+            return line.starts_with(start) && line.ends_with(end);
+        });
+    };
+    redrawall();
+    EXPECT_EQ(drawn("line", "#0000ff"), 0);
+    const attributeform form = openin(attributemodes::elementloads);
+    EXPECT_EQ(drawn("line", "#0000ff"), 1) << "axis 3";
+    EXPECT_EQ(drawn("text", " 3"), 1);
+    closeattributes(form);
+    room.door.views[0].operations.clear();
+    redrawall();
+    EXPECT_EQ(drawn("line", "#0000ff"), 0);
 }

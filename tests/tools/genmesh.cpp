@@ -146,8 +146,8 @@ TEST(Genmesh, TrianglesBlendTheDeviationsOfEdges2And3) {
         }
 }
 
-// A quarter of a disc with its arc on each edge in turn. On edge 3 the usual rows bend although
-// nothing bounds them there: they fade instead.
+// A quarter of a disc with its arc on edge 1, 3 and 2. The last one bends rows that it does not
+// bound: they follow the straight edge 3 instead.
 TEST(Genmesh, ADiscIsSoundWhicheverEdgeIsItsArc) {
     for (int arc = 0; arc < 3; ++arc) {
         sessionroom room;

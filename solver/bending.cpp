@@ -13,6 +13,22 @@
 
 #include "solver/gauss.h"
 
+// Shear balances the change of the bending moment along the edge. In a quadrilateral, whose moments
+// may change in both directions, it is that of the twisting moment across the edge as well, which
+// St Venant's torsion of a narrow strip is all about: there half the width across the edge counts.
+edgeslip slipofedges(const element& e) {
+    const flatshape s = flatten(e, meanaxes(e));
+    const double correction = 5.0 / 6, thickness = e.field(fieldthickness);
+    const double ratio = 2 / (correction * (1 - e.field(fieldpoisson)));  // 12 D / (G s) over t t
+    edgeslip slip{};
+    for (int k = 0; k < s.corners; ++k) {
+        const double length = s.edge[k];
+        const double span = s.corners == 4 ? flatarea(s) / length / 2 : length;
+        slip[std::size_t(k)] = float(ratio * thickness * thickness / (span * span));
+    }
+    return slip;
+}
+
 plate::plate(const element& e, const flatshape& shape) : s(shape) {
     const double correction = 5.0 / 6;  // of the shear strain, which is not even over the thickness
     const double modulus = e.field(fieldmodulus), poisson = e.field(fieldpoisson);
@@ -20,14 +36,11 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     rigidity = planestiffness(e, false) * thickness * thickness / 12;
     shearrigidity = correction * modulus / (2 * (1 + poisson)) * thickness;
     area = flatarea(s);
+    const edgeslip slip = e.slip ? *e.slip : slipofedges(e);
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        // Shear balances the change of the bending moment along the edge, and in a quadrilateral,
-        // whose moments may change in both directions, also that of the twisting moment across it:
-        // then the edge counts as half as long. Both elements at an edge must find the same.
-        const double span = s.corners == 4 ? length / 2 : length;
-        const double phi = 12 * rigidity(0, 0) / (shearrigidity * span * span);
+        const double phi = double(slip[std::size_t(k)]);
         halfrow& row = bow[k];
         row.setZero(3 * s.corners);
         const double factor = -1.5 / (length * (1 + phi));
@@ -75,36 +88,48 @@ halfrow plate::deflection(const vec2& place) const {
 
 // --- quadrilateral ------------------------------------------------------------------------------
 
-// Moments Mx My Mxy: constant, linear, x y in the bending moments and x x, y y in the twisting one.
-// The linear ones alone would leave two ways to deform that cost nothing. With Q = div M and
-// div Q = 0 all are in balance, so that only the edges do work: the way of Pian, Derivation of
-// element stiffness matrices by assumed stress distributions, AIAA Journal 2, 1964, with the shear
-// force in the energy.
+// Moments Mx My Mxy: constant, linear, x y in the bending moments, and twisting along each middle
+// line that grows with the square of the distance from it, as in a strip that ends there. The
+// linear ones alone would leave two ways to deform that cost nothing. With Q = div M and div Q = 0
+// all are in balance, so that only the edges do work: the way of Pian, Derivation of element
+// stiffness matrices by assumed stress distributions, AIAA Journal 2, 1964, with the shear force in
+// the energy.
 static const int modes = 13;
 using momentmodes = Eigen::Matrix<double, 3, modes>;
 using shearmodes = Eigen::Matrix<double, 2, modes>;
+
+struct plate::moments {
+    momentmodes m;
+    shearmodes q;  // shear forces in balance with them
+};
 
 struct plate::assumed {
     Eigen::Matrix<double, modes, modes> flexibility;
     Eigen::Matrix<double, modes, 12> work;
     stressframe frame;
-    double size;  // by which x and y are divided
+    vec2 middle[2];  // unit vectors along the two middle lines, in the frame
+    double size;     // by which x and y are divided
 };
 
-// x, y in the frame over the size.
-static momentmodes momentsat(double x, double y) {
-    momentmodes m;
-    m << 1, 0, 0, x, y, 0, 0, 0, 0, x * y, 0, 0, 0,  //
-        0, 1, 0, 0, 0, x, y, 0, 0, 0, x * y, 0, 0,   //
-        0, 0, 1, 0, 0, 0, 0, x, y, 0, 0, x * x, y * y;
-    return m;
-}
-
-static shearmodes shearsat(double x, double y, double size) {
-    shearmodes q;
-    q << 0, 0, 0, 1, 0, 0, 0, 0, 1, y, 0, 0, 2 * y,  //
-        0, 0, 0, 0, 0, 0, 1, 1, 0, 0, x, 2 * x, 0;
-    return q / size;
+// In the frame, at a place there over the size.
+plate::moments plate::momentsat(const assumed& h, const vec2& at) {
+    const double x = at.x(), y = at.y();
+    moments f;
+    f.m << 1, 0, 0, x, y, 0, 0, 0, 0, x * y, 0, 0, 0,  //
+        0, 1, 0, 0, 0, x, y, 0, 0, 0, x * y, 0, 0,     //
+        0, 0, 1, 0, 0, 0, 0, x, y, 0, 0, 0, 0;
+    f.q << 0, 0, 0, 1, 0, 0, 0, 0, 1, y, 0, 0, 0,  //
+        0, 0, 0, 0, 0, 0, 1, 1, 0, 0, x, 0, 0;
+    for (int k = 0; k < 2; ++k) {
+        const vec2 along = h.middle[k], across(-along.y(), along.x());
+        const double off = across.dot(at);
+        f.m.col(modes - 2 + k) = off * off *
+                                 vec3(2 * along.x() * across.x(), 2 * along.y() * across.y(),
+                                      along.x() * across.y() + along.y() * across.x());
+        f.q.col(modes - 2 + k) = 2 * off * along;
+    }
+    f.q /= h.size;
+    return f;
 }
 
 // Rows bx by w at x of 0..1 along edge k.
@@ -128,6 +153,8 @@ plate::assumed plate::makeassumed() const {
     assumed h;
     h.frame = frameof(s);
     h.size = std::sqrt(area);
+    const mat2 lines = jacobianof(s, shapesat(4, {0, 0}));
+    for (int k = 0; k < 2; ++k) h.middle[k] = h.frame.axes * vec2(lines.row(k).normalized());
     h.flexibility.setZero();
     h.work.setZero();
     const mat3 compliance = rigidity.inverse();
@@ -135,24 +162,24 @@ plate::assumed plate::makeassumed() const {
         const surfaceshape n = shapesat(4, p.place);
         const vec2 at = h.frame.axes * flatat(s, n) / h.size;
         const double weight = p.weight * jacobianof(s, n).determinant();
-        const momentmodes m = momentsat(at.x(), at.y());
-        const shearmodes q = shearsat(at.x(), at.y(), h.size);
-        const momentmodes curvatures = weight * compliance * m;
-        const shearmodes strains = weight / shearrigidity * q;
-        h.flexibility += m.transpose().lazyProduct(curvatures) + q.transpose().lazyProduct(strains);
+        const moments f = momentsat(h, at);
+        const momentmodes curvatures = weight * compliance * f.m;
+        const shearmodes strains = weight / shearrigidity * f.q;
+        h.flexibility +=
+            f.m.transpose().lazyProduct(curvatures) + f.q.transpose().lazyProduct(strains);
     }
     const int points = 3;
     for (int k = 0; k < 4; ++k) {
         const double nx = s.along[k].y(), ny = -s.along[k].x();
-        mat3 moments = mat3::Zero();
-        moments.topRows<2>() << nx, 0, ny, 0, ny, nx;
+        mat3 normal = mat3::Zero();
+        normal.topRows<2>() << nx, 0, ny, 0, ny, nx;
         for (int i = 0; i < points; ++i) {
             const gausspoint& g = gausspoints(points)[i];
             const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
             const vec2 at = h.frame.axes * ((1 - x) * s.at[k] + x * s.at[s.next(k)]) / h.size;
-            momentmodes traction = moments * h.frame.turn * momentsat(at.x(), at.y());
-            traction.row(2) = vec2(nx, ny).transpose() * h.frame.axes.transpose() *
-                              shearsat(at.x(), at.y(), h.size);
+            const moments f = momentsat(h, at);
+            momentmodes traction = normal * h.frame.turn * f.m;
+            traction.row(2) = vec2(nx, ny).transpose() * h.frame.axes.transpose() * f.q;
             traction *= weight;
             h.work += traction.transpose().lazyProduct(edgemotion(k, x));
         }
@@ -233,7 +260,7 @@ halfmatrix plate::cornerstress() const {
     const Eigen::Matrix<double, modes, 12> parameters = h.flexibility.llt().solve(h.work);
     for (int c = 0; c < 4; ++c) {
         const vec2 at = h.frame.axes * s.at[c] / h.size;
-        rows.middleRows<3>(3 * c) = face * h.frame.turn * momentsat(at.x(), at.y()) * parameters;
+        rows.middleRows<3>(3 * c) = face * h.frame.turn * momentsat(h, at).m * parameters;
     }
     return rows;
 }

@@ -5,6 +5,9 @@
 
 #include "solver/flat.h"
 
+// Shear over bending of an element's edges, each taken as a beam with shear.
+edgeslip slipofedges(const element& e);
+
 class plate {
   public:
     plate(const element& e, const flatshape& s);
@@ -16,6 +19,8 @@ class plate {
 
   private:
     struct assumed;
+    struct moments;
+    static moments momentsat(const assumed& h, const vec2& at);
     assumed makeassumed() const;
     halfmatrix trianglestiffness() const;
     halfrows curvature(const vec2& place, double& area) const;

@@ -18,6 +18,7 @@ element elementat(const model& m, const settings& s, int number) {
     e.g = &m.groups[std::size_t(def.group)];
     e.turn = def.turn;
     e.shear = s.shear;
+    if (!m.slip.empty()) e.slip = &m.slip[std::size_t(number)];
     if (!m.curve.empty()) e.curve = m.curve[std::size_t(number)];
     e.twod = m.twod;
     for (int k = 0; k < e.nodes; ++k) {

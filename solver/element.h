@@ -12,7 +12,8 @@ struct element {
     int node[mostnodes] = {};
     vec3 x[mostnodes];  // corners in model axes; z is 0 in a 2-D analysis
     const groupdata* g = nullptr;
-    double turn = 0;   // of the axes of a plate about its normal, radians
+    double turn = 0;                 // of the axes of a plate about its normal, radians
+    const edgeslip* slip = nullptr;  // of a plate's edges; none: as the element alone finds it
     double curve = 0;  // radians by which the surface of a shell turns over the element
     double shear = 0;  // shear area over area of a line element, 0: stiff in shear
     bool twod = false;

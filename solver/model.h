@@ -2,6 +2,7 @@
 // The model as its files tell it. Items are numbered from 1; slot 0 of every list is unused.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,9 @@ struct loadcase {
     std::vector<elementrow> element;
 };
 
+// Shear against bending of a plate's edges, 0 where it is stiff in shear.
+using edgeslip = std::array<float, mostnodes>;
+
 struct model {
     std::string base;  // path without extension
     std::vector<vec3> nodes;
@@ -75,8 +79,9 @@ struct model {
     std::vector<groupdata> groups;
     std::vector<nodalrow> constraints;
     std::vector<loadcase> cases;
-    std::vector<float> curve;  // of shells: radians by which the surface turns over the element
-    bool twod = false;         // z of the nodes plays no part
+    std::vector<float> curve;    // of shells: radians by which the surface turns over the element
+    std::vector<edgeslip> slip;  // of bent plates: shared by the elements at an edge
+    bool twod = false;           // z of the nodes plays no part
 
     int nnodes() const { return int(nodes.size()) - 1; }
     int nelems() const { return int(elements.size()) - 1; }

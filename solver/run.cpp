@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "solver/curve.h"
+#include "solver/edges.h"
 #include "solver/held.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
@@ -151,6 +152,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
     measurecurve(m);
+    measureedges(m, s);
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);

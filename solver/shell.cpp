@@ -2,6 +2,8 @@
 // Plates and shells: the halves put together in the mean plane and hung on the nodes.
 #include "solver/shell.h"
 
+#include <algorithm>
+
 #include "solver/bending.h"
 #include "solver/drill.h"
 
@@ -28,10 +30,26 @@ void stiffenshell(const element& e, elmatrix& k) {
     tonodes(s, k);
 }
 
+// The cubic deflection gives a load on a flat plate its exact moments at the nodes, p l l / 12. A
+// thin curved shell carries the load by its membrane, where nothing balances these moments at an
+// edge: they bend it by half of l l / R t of the membrane stress. So the deflection that a load
+// meets is the more linear the more the surface is curved. Triangles keep the cubic one: their
+// membrane follows the rotations, however curved the surface.
+static double cubicpart(const element& e, const flatshape& s) {
+    if (s.corners == 3) return 1;
+    const double turned = *std::max_element(s.edge, s.edge + 4) * e.curve;
+    const double flat = 0.04 * e.field(fieldthickness);  // 2 % of the membrane stress
+    return turned > flat ? flat * flat / (turned * turned) : 1;
+}
+
 // Rows u1 u2 u3 at a place of the plane.
-static elmatrix displacement(const flatshape& s, const plate& bent, const vec2& place) {
+static elmatrix displacement(const element& e, const flatshape& s, const plate& bent,
+                             const vec2& place) {
     const surfaceshape n = shapesat(s.corners, place);
-    const halfrow w = bent.deflection(place);
+    halfrow w = bent.deflection(place);
+    const double cubic = cubicpart(e, s);
+    w *= cubic;
+    for (int c = 0; c < s.corners; ++c) w[3 * c] += (1 - cubic) * n.n[c];
     elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
         rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
@@ -48,7 +66,7 @@ void massshell(const element& e, elmatrix& m) {
     for (const surfacepoint& p : surfacepoints(e.nodes, 7)) {
         const surfaceshape n = shapesat(e.nodes, p.place);
         const double weight = density * thickness * p.weight * surfacenormal(e, n).norm();
-        const elmatrix u = displacement(s, bent, p.place);
+        const elmatrix u = displacement(e, s, bent, p.place);
         m.noalias() += weight * u.transpose() * u;
         for (int i = 0; i < e.nodes; ++i)
             for (int j = 0; j < e.nodes; ++j)
@@ -60,7 +78,7 @@ void massshell(const element& e, elmatrix& m) {
 
 void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f) {
     const flatshape s = flatten(e, meanaxes(e));
-    elmatrix work = (s.axes * force).transpose() * displacement(s, plate(e, s), place);
+    elmatrix work = (s.axes * force).transpose() * displacement(e, s, plate(e, s), place);
     rowstonodes(s, work);
     f += work.transpose();
 }

@@ -126,6 +126,40 @@ TEST(Verification, PatchTests) {
             }
 }
 
+// Meshes of random shape, thin and thick; in bending also triangles beside quadrilaterals.
+TEST(Patch, RandomMeshesAreExact) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<double> some(-0.3, 0.3);
+    for (const auto& [even, odd] :
+         {std::pair(typeshell4, typeshell4), {typeshell3, typeshell3}, {typeshell4, typeshell3}})
+        for (const double thickness : {0.001, 0.5, 2.0})
+            for (const field at : {twistedflat, bent}) {
+                if (even != odd && at == twistedflat) continue;  // their edges bow differently
+                build b;
+                const int n = 4, g = b.plate(1e6, 0.25, thickness);
+                for (int j = 0; j <= n; ++j)
+                    for (int i = 0; i <= n; ++i) {
+                        const bool inside = i > 0 && j > 0 && i < n && j < n;
+                        b.node(i + (inside ? some(random) : 0), j + (inside ? some(random) : 0));
+                        const vec3& x = b.m.nodes.back();
+                        const vec6 u = at(x.x(), x.y());
+                        for (int k = 1; k <= 6 && !inside; ++k) b.fix(b.m.nnodes(), {k}, u[k - 1]);
+                    }
+                for (int j = 0; j < n; ++j)
+                    for (int i = 0; i < n; ++i) {
+                        const int low = 1 + i + j * (n + 1), high = low + n + 1;
+                        b.quad((i + j) % 2 ? odd : even, g, {low, low + 1, high + 1, high});
+                    }
+                const results r = b.solve();
+                for (int k = 1; k <= b.m.nnodes(); ++k) {
+                    const vec6 u = at(b.m.nodes[std::size_t(k)].x(), b.m.nodes[std::size_t(k)].y());
+                    const double size = 1e-3 * n * n;
+                    EXPECT_LT((movedby(r, 1, k) - u.head<3>()).norm(), 1e-9 * size);
+                    EXPECT_LT((movedby(r, 1, k, 4) - u.tail<3>()).norm(), 1e-9 * size);
+                }
+            }
+}
+
 // --- single elements ----------------------------------------------------------------------------
 
 // Six rigid motions of an element by columns.

@@ -42,6 +42,24 @@ TEST(Verification, ClampedCircle) {
     }
 }
 
+// Skew plate of 30 degrees on simple supports: the moments are infinite at its obtuse corners.
+TEST(Verification, SkewPlateOfMorley) {
+    const double side = 100, thickness = 0.1, modulus = 1e5;
+    const double rigidity = modulus * std::pow(thickness, 3) / (12 * (1 - 0.09));
+    const double truth = 0.000408 * std::pow(side, 4) / rigidity;
+    for (const auto [n, tolerance] : meshes{{8, 0.05}, {16, 0.035}, {32, 0.025}}) {
+        build b;
+        const grid at =
+            b.mesh(typeplate4, b.plate(modulus, 0.3, thickness), n, n, [&](double r, double s) {
+                return vec3(side * (r + s * std::cos(M_PI / 6)), side * s / 2, 0);
+            });
+        for (const auto& edge : {at.left(), at.right(), at.top(), at.bottom()}) b.fix(edge, {3});
+        b.pressall(1, 3, 1);
+        row("M", "Skew plate of 30 degrees, even load", meshname(typeplate4, n, n), 0, truth,
+            moved(solvebalanced(b), 1, at.number(n / 2, n / 2), 3), tolerance);
+    }
+}
+
 // --- rectangles ---------------------------------------------------------------------------------
 
 enum class edges { supported, clamped };

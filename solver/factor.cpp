@@ -11,6 +11,7 @@
 #include <cstring>
 #include <new>
 #include <numeric>
+#include <span>
 #include <utility>
 
 #include "solver/blas.h"
@@ -61,7 +62,13 @@ struct openfront {
 // What a thread works with.
 struct worker {
     room stack;              // of updates
+    double* end = nullptr;   // of those on it
     std::vector<int> local;  // of each unknown its row in the open front
+};
+// Subtrees and then supernodes of the top that are worked on before the next: the updates of all
+// subtrees at once would take as much room as those of the top.
+struct stretch {
+    int subtrees, top;  // ends of the lists
 };
 }  // namespace
 
@@ -70,6 +77,7 @@ struct factor::inside {
     std::vector<std::int64_t> place;         // of each front's columns among the values
     std::vector<std::vector<int>> subtrees;  // supernodes, children first, the root last
     std::vector<int> top;                    // supernodes above the subtrees, children first
+    std::vector<stretch> stretches;          // of both, one after the other
     std::int64_t stack = 0, topstack = 0;    // numbers that the updates within them take at most
     double bytes = 0;
     room values;
@@ -78,7 +86,7 @@ struct factor::inside {
     void cut();
     void measure();
     bool workfront(const sparsematrix& a, int s, std::vector<int>& local, double* u, bool parallel);
-    bool worklist(const sparsematrix& a, const std::vector<int>& list, worker& w,
+    bool worklist(const sparsematrix& a, std::span<const int> list, worker& w,
                   std::vector<room>& kept, bool parallel);
     void forward(int s, double* x, int sides, int inner, double* outer,
                  const std::vector<int>& local, std::vector<double>& y) const;
@@ -139,23 +147,36 @@ void factor::inside::cut() {
     }
     const double limit = std::max(tree.operations / parts, least);
     const auto light = [&](int s) { return load[std::size_t(s)] <= limit; };
+    // Few threads are busy with few subtrees at a time; the numbers do not depend on it.
+    const double most = threads() > 4 ? tree.operations : tree.operations / 4;
     subtrees.clear();
     top.clear();
+    stretches.clear();
+    const auto close = [&] {
+        const int begin = stretches.empty() ? 0 : stretches.back().subtrees;
+        std::stable_sort(subtrees.begin() + begin, subtrees.end(),
+                         [&](const auto& a, const auto& b) {
+                             return load[std::size_t(a.back())] > load[std::size_t(b.back())];
+                         });
+        stretches.push_back({int(subtrees.size()), int(top.size())});
+    };
     for (int root = 0; root < tree.size(); ++root) {
         if (tree.parent[std::size_t(root)] >= 0) continue;
-        if (light(root))
+        if (light(root)) {
             subtrees.push_back(postorder(tree, root));
-        else
-            for (const int s : postorder(tree, root)) {
-                if (light(s)) continue;
-                top.push_back(s);
-                for (const int c : tree.children[std::size_t(s)])
-                    if (light(c)) subtrees.push_back(postorder(tree, c));
-            }
+            continue;
+        }
+        for (const int s : postorder(tree, root)) {
+            if (light(s)) continue;
+            top.push_back(s);
+            for (const int c : tree.children[std::size_t(s)])
+                if (light(c)) subtrees.push_back(postorder(tree, c));
+            const int above = tree.parent[std::size_t(s)];
+            const bool within = load[std::size_t(s)] <= most;
+            if (within && above >= 0 && load[std::size_t(above)] > most) close();
+        }
     }
-    std::stable_sort(subtrees.begin(), subtrees.end(), [&](const auto& a, const auto& b) {
-        return load[std::size_t(a.back())] > load[std::size_t(b.back())];
-    });
+    close();
 }
 
 void factor::inside::measure() {
@@ -164,13 +185,19 @@ void factor::inside::measure() {
     place.assign(1, 0);
     for (int s = 0; s < tree.size(); ++s) place.push_back(place.back() + tree.front(s).size());
     stack = topstack = 0;
-    double kept = 0;
-    for (const std::vector<int>& list : subtrees) {
-        stack = std::max(stack, need[std::size_t(list.back())]);
-        kept += double(tree.update(list.back()).size());
+    double most = 0;
+    int done = 0;
+    for (const stretch& next : stretches) {
+        double kept = 0;
+        for (; done < next.subtrees; ++done) {
+            const int root = subtrees[std::size_t(done)].back();
+            stack = std::max(stack, need[std::size_t(root)]);
+            kept += double(tree.update(root).size());
+        }
+        most = std::max(most, kept);
     }
     for (const int s : top) topstack = std::max(topstack, need[std::size_t(s)]);
-    const double most = kept + std::max(double(stack) * threads(), double(topstack));
+    most += double(stack) * threads() + double(topstack);
     bytes = (double(place.back()) + most) * sizeof(double) +
             double(unknowns()) * threads() * sizeof(int);
 }
@@ -270,28 +297,26 @@ bool factor::inside::workfront(const sparsematrix& a, int s, std::vector<int>& l
 
 // The updates lie on a stack: those of the children on top, and then the front's own in their
 // place. Those that outlive the list have rooms of their own.
-bool factor::inside::worklist(const sparsematrix& a, const std::vector<int>& list, worker& w,
+bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, worker& w,
                               std::vector<room>& kept, bool parallel) {
-    double* end = w.stack.data;
     w.local.resize(std::size_t(unknowns()));
     for (const int s : list) {
         const auto at = std::size_t(s);
         const std::int64_t size = tree.update(s).size();
         const bool keep = !parallel && s == list.back();
         if (keep) kept[at].take(size);
-        double* const u = keep ? kept[at].data : end;
+        double* const u = keep ? kept[at].data : w.end;
         const bool shared = parallel && operationsof(tree, s) > worthsharing;
         if (!workfront(a, s, w.local, u, shared)) return false;
-        double* begin = end;
+        double* begin = w.end;
         for (const int c : tree.children[at]) {
             if (kept[std::size_t(c)].data == nullptr)
                 begin = std::min(begin, updates[std::size_t(c)]);
             kept[std::size_t(c)].leave();
         }
         updates[at] = keep ? u : begin;
-        if (keep) break;
-        if (begin != u) std::memmove(begin, u, std::size_t(size) * sizeof(double));
-        end = begin + size;
+        if (!keep && begin != u) std::memmove(begin, u, std::size_t(size) * sizeof(double));
+        w.end = keep ? begin : begin + size;
     }
     return true;
 }
@@ -301,20 +326,29 @@ bool factor::factorise(const sparsematrix& a) {
     if (f.values.data == nullptr) f.values.take(f.place.back());
     f.updates.assign(std::size_t(f.tree.size()), nullptr);
     std::vector<room> kept{std::size_t(f.tree.size())};
-    std::atomic<bool> definite{true};
-    {
+    worker above;
+    above.stack.take(f.topstack);
+    above.end = above.stack.data;
+    stretch done{0, 0};
+    for (const stretch& next : f.stretches) {
+        std::atomic<bool> definite{true};
         std::vector<worker> workers{std::size_t(threads())};
-        parallelpieces(int(f.subtrees.size()), 1, [&](int first, int last, int thread) {
+        const int count = next.subtrees - done.subtrees;
+        parallelpieces(count, 1, [&](int first, int last, int thread) {
             worker& w = workers[std::size_t(thread)];
             if (w.stack.data == nullptr) w.stack.take(f.stack);
-            for (int i = first; i < last && definite; ++i)
-                if (!f.worklist(a, f.subtrees[std::size_t(i)], w, kept, false)) definite = false;
+            for (int i = first; i < last && definite; ++i) {
+                w.end = w.stack.data;
+                const auto& list = f.subtrees[std::size_t(done.subtrees + i)];
+                if (!f.worklist(a, list, w, kept, false)) definite = false;
+            }
         });
+        workers.clear();
+        const std::span<const int> top(f.top.data() + done.top, f.top.data() + next.top);
+        if (!definite || !f.worklist(a, top, above, kept, true)) return false;
+        done = next;
     }
-    if (!definite) return false;
-    worker w;
-    w.stack.take(f.topstack);
-    return f.worklist(a, f.top, w, kept, true);
+    return true;
 }
 
 double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) const {
@@ -396,7 +430,12 @@ void factor::inside::forwardall(double* x, int sides) const {
                         outer[std::size_t(i)].data(), local, y);
         }
     });
-    for (std::size_t i = 0; i < subtrees.size(); ++i) {
+    std::vector<std::size_t> order(subtrees.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(), [&](std::size_t i, std::size_t j) {
+        return subtrees[i].back() < subtrees[j].back();
+    });
+    for (const std::size_t i : order) {
         const int root = subtrees[i].back();
         for (int r = 0; r < tree.below(root); ++r)
             for (int k = 0; k < sides; ++k)

@@ -116,8 +116,11 @@ supernodetree findsupernodes(const sparsematrix& a) {
     // limits are for single unknowns.
     const double mean = double(a.size()) / std::max(q.size(), 1);
     const std::size_t limits[] = {4, 16, 48};
-    for (int i = 0; i < 3; ++i)
+    const double zeros[] = {0.5, 0.08, 0.02};  // part of the union, up to each limit and above
+    for (int i = 0; i < 3; ++i) {
+        c.zrelax[i] = zeros[i];
         c.nrelax[i] = std::max<std::size_t>(1, std::size_t(double(limits[i]) / mean));
+    }
     cholmod_sparse view = viewof(q);
     cholmod_factor* l = cholmod_analyze(&view, &c);
     if (l != nullptr && c.status >= CHOLMOD_OK) spreadout(q, *l, t);

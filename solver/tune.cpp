@@ -3,6 +3,7 @@
 // itself it takes kernels of twenty years ago, which run at a fifth of the speed.
 #include "solver/tune.h"
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -23,6 +24,8 @@ static const char* betterkernels() {
 }
 
 void tunelibraries(char** words) {
+    // Large blocks go back to the system when they are left, whatever was left before them.
+    mallopt(M_MMAP_THRESHOLD, 1 << 20);
     const char* const threads = "OPENBLAS_NUM_THREADS";
     const char* const kernels = "OPENBLAS_CORETYPE";
     const char* const told = std::getenv(threads);

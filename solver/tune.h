@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Settings that the numerical libraries read when the program is loaded.
+// Settings of memory, and those that the numerical libraries read when the program is loaded.
 #pragma once
 
 // Starts the program once more in its own place where these settings are not as they should be;

@@ -4,7 +4,9 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
+
+#include "core/besidefile.h"
+#include "core/runtime.h"
 
 namespace fs = std::filesystem;
 
@@ -12,10 +14,8 @@ bool iswritable(const std::string& directory) {
     const fs::path folder = directory;
     std::error_code ec;
     if (!fs::is_directory(folder, ec)) return false;
-    const fs::path probe = folder / ".kalvane-write-test~";
-    const bool good = std::ofstream(probe).good();
-    fs::remove(probe, ec);
-    return good;
+    return guarded([&] { const besidefile probe((folder / "write-test").string()); },
+                   [](const runtimeerror&) {});
 }
 
 static fs::path userdata() {
@@ -49,7 +49,7 @@ void copytree(const std::string& from, const std::string& to) {
 }
 
 static void fillfrom(const fs::path& source, const fs::path& target) {
-    static const char* const files[] = {"ELTYP.DAT", "ELDES.DAT", "sections.dat"};
+    static const char* const files[] = {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "decmem.DAT"};
     std::error_code ec;
     for (const char* name : files)
         if (!fs::exists(target / name, ec) && fs::exists(source / name, ec))

@@ -2,6 +2,10 @@
 // Storage of the model database.
 #include "core/model.h"
 
+#include <fstream>
+#include <limits>
+#include <string>
+#include <variant>
 #include <vector>
 
 #include "core/modeltable.h"
@@ -88,9 +92,34 @@ static void allocate(const modelarray& row) {
                row.cells);
 }
 
+static double bytesofsizes() {
+    double sum = 0;
+    for (const modelarray& row : modelarrays()) {
+        if (row.role == roles::result) continue;
+        double bytes = std::visit(
+            [](const auto* a) { return double(sizeof(*a->block.cells.get())); }, row.cells);
+        for (const bound& b : row.bounds) bytes *= double(b.upper() + 1);
+        sum += bytes;
+    }
+    return sum;
+}
+
+// What the machine can give at this moment; no limit where it does not tell.
+static double freebytes() {
+    const double kibibyte = 1024;
+    std::ifstream in("/proc/meminfo");
+    std::string name, unit;
+    double amount = 0, sum = 0;
+    while (in >> name >> amount && std::getline(in, unit))
+        if (name == "MemAvailable:" || name == "SwapFree:") sum += amount * kibibyte;
+    return sum > 0 ? sum : std::numeric_limits<double>::infinity();
+}
+
 bool allocmodel() {
     return guarded(
         [] {
+            // Not by trying: a machine that runs out of memory stands still for minutes before.
+            if (bytesofsizes() > freebytes()) throw memoryerror();
             for (const modelarray& row : modelarrays()) allocate(row);
         },
         [](const runtimeerror&) {

@@ -9,6 +9,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/start.h"
 #include "core/textfile.h"
 
 static const int nsizes = 7;
@@ -58,51 +59,71 @@ void writemodelsize() {
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
 }
 
-static void telllarge(const std::string& text) {
-    door().message(text, icons::exclamation);
+// --- needs --------------------------------------------------------------------------------------
+
+static std::array<long, nsizes + 1> needed;
+static bool agreed;  // the user has agreed to larger sizes
+
+void clearneeds() {
+    needed = {};
+    agreed = false;
+}
+
+void needsize(int i, long count) {
+    long& most = needed[std::size_t(i)];
+    most = std::max(most, count);
+}
+
+static bool exceeds(int i) {
+    return needed[std::size_t(i)] > modelsize(i);
+}
+
+static void telllarge(int i) {
+    static const char* const texts[] = {"",
+                                        "Error: Model to large, Increase number of nodes to ",
+                                        "Error: Model to large, Increase number of elements to ",
+                                        "Error: Model to large, Increase Boundary Condition per "
+                                        "loadcase to ",
+                                        "Error: To much material groups, Increase number of groups "
+                                        "to ",
+                                        "Error: To much graphic Elements, Increase number of "
+                                        "graphics",
+                                        "",
+                                        "Error: Model to large, Increase number of Loadcases to "};
+    if (!exceeds(i)) return;
     modeltoolarge = true;
+    if (agreed) return;
+    const int graphicelements = 5;  // told without their number
+    door().message(texts[i] + (i == graphicelements ? "" : std::to_string(needed[std::size_t(i)])) +
+                       " on Model Size declairation form.",
+                   icons::exclamation);
 }
 
 static void compare(int graphicsread) {
-    const std::string tail = " on Model Size declairation form.";
-    const auto count = [](float n) { return numbertext(n); };
-    if (nodes(0, 0, 0) > float(modelsize(1)))
-        telllarge("Error: Model to large, Increase number of nodes to " + count(nodes(0, 0, 0)) +
-                  tail);
-    if (elems(0, 0) > float(modelsize(2)))
-        telllarge("Error: Model to large, Increase number of elements to " + count(elems(0, 0)) +
-                  tail);
-    if (groups(0, 0) > modelsize(4))
-        telllarge("Error: To much material groups, Increase number of groups to " +
-                  numbertext(groups(0, 0)) + tail);
-    if (graphicsread > modelsize(5))
-        telllarge("Error: To much graphic Elements, Increase number of graphics" + tail);
+    needsize(1, nnodes());
+    needsize(2, nelems());
+    needsize(4, ngroups());
+    needsize(5, graphicsread);
+    for (const int i : {1, 2, 4, 5}) telllarge(i);
 }
 
-// These two have no message of old: a file that exceeds them fails where it is read.
 static void comparelists() {
-    long rows = ncon;
+    needsize(3, ncon);
     for (int lc = 1; lc <= nlc(); ++lc)
-        rows = std::max({rows, long(loadnode(lc, 0)), long(elemload(lc, 0, 0))});
-    const std::string tail = " on Model Size declairation form.";
-    if (rows > modelsize(3))
-        telllarge("Error: Model to large, Increase Boundary Condition per loadcase to " +
-                  std::to_string(rows) + tail);
-    const int cases = std::max(nlc(), ncomb() > maxcombinations ? ncomb() : 0);
-    if (cases > modelsize(7))
-        telllarge("Error: Model to large, Increase number of Loadcases to " +
-                  std::to_string(cases) + tail);
+        needsize(3, std::max(long(loadnode(lc, 0)), long(elemload(lc, 0, 0))));
+    needsize(7, nlc());
+    if (ncomb() > maxcombinations) needsize(7, ncomb());
+    for (const int i : {3, 7}) telllarge(i);
 }
 
 bool istoolarge() {
+    clearneeds();
     compare(ngraphics());
     comparelists();
     return std::exchange(modeltoolarge, false);
 }
 
-void checksize(int graphicsread) {
-    compare(graphicsread);
-    if (!modeltoolarge) return;
+static void dropcounts() {
     modelname.clear();
     ncon = nload = 0;
     nodes(0, 0, 0) = 0;
@@ -112,8 +133,57 @@ void checksize(int graphicsread) {
     resultflag = 0;
 }
 
+void checksize(int graphicsread) {
+    compare(graphicsread);
+    if (modeltoolarge) dropcounts();
+}
+
+void checkneeds() {
+    for (const int i : {3, 7}) telllarge(i);
+    if (modeltoolarge) dropcounts();
+}
+
 void checksize() {
     checksize(ngraphics());
+}
+
+// Room to go on working: a quarter more than the model needs.
+static long withroom(long count) {
+    return std::min(count + count / 4, 2000000000L);
+}
+
+bool askenlarge() {
+    static const char* const names[] = {"",
+                                        "Number of nodes",
+                                        "Number of elements",
+                                        "Boundary Condition per loadcase",
+                                        "Number of material groups",
+                                        "Number of graphic elements",
+                                        "Number of nodes on one edge",
+                                        "Number of Loadcases"};
+    std::string text;
+    for (int i = 1; i <= nsizes; ++i)
+        if (exceeds(i))
+            text += std::string("\n") + names[i] + ": " + numbertext(modelsize(i)) + " to " +
+                    std::to_string(withroom(needed[std::size_t(i)]));
+    return door().yes("Declare larger sizes now and open the model?\n" + text);
+}
+
+bool enlargesizes() {
+    std::array<int, nsizes + 1> before{};
+    bool larger = false;
+    for (int i = 1; i <= nsizes; ++i) {
+        before[std::size_t(i)] = modelsize(i);
+        if (!exceeds(i)) continue;
+        modelsize(i) = int(withroom(needed[std::size_t(i)]));
+        larger = true;
+    }
+    agreed = true;
+    if (larger && resetmodel()) return true;
+    agreed = false;
+    for (int i = 1; i <= nsizes; ++i) modelsize(i) = before[std::size_t(i)];
+    resetmodel();
+    return false;
 }
 
 std::array<double, 7> calcmem(const std::array<double, 7>& t) {

@@ -20,6 +20,19 @@ bool istoolarge();
 void checksize(int graphicsread);
 void checksize();
 
+// What readers find that the files need of size i. Rows beyond what is declared are counted and not
+// stored.
+void clearneeds();  // at the start of an opening
+void needsize(int i, long count);
+// Tells the needs that exceed the boundary conditions or the load cases declared, and drops the
+// model as checksize does.
+void checkneeds();
+// Offers sizes that hold what was found needed; until clearneeds the needs are not told again.
+bool askenlarge();
+// Declares and allocates them, for an empty model. False when that is no change, or the machine has
+// no room for them: the sizes are those of before.
+bool enlargesizes();
+
 // Kilobytes of memory for the numbers declared in the dialog's boxes 0..6: nodes, elements, load
 // lists, groups, graphic elements, edges, and in [6] the total in megabytes.
 std::array<double, 7> calcmem(const std::array<double, 7>& boxes);

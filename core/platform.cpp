@@ -5,13 +5,15 @@
 #include <cstdio>
 
 #include "core/runtime.h"
+#include "core/textfile.h"
 
 namespace {
 class consoledoor : public platform {
   public:
     answers show(const messagebox& box) override {
-        std::fprintf(stderr, "%s\n", box.text.c_str());
-        return box.set == buttons::ok ? answers::ok : answers::no;
+        std::fprintf(stderr, "%s\n", visible(box.text).c_str());
+        if (box.set == buttons::ok) return answers::ok;
+        return box.set == buttons::yesno ? answers::no : answers::cancel;
     }
     filechoice choosefile(const filebox&) override { return {}; }
 };

@@ -20,6 +20,8 @@ struct messagebox {
     icons icon = icons::none;
     answers preset = answers::ok;  // the button that Enter presses, where it is in the set
     std::string title;             // empty: the program's title
+    // Of the buttons in the order of the set's name; empty: those of the set.
+    std::vector<std::string> captions = {};
 };
 
 // Filters are pairs "caption|pattern|caption|pattern"; filterindex counts the pairs from 1.
@@ -100,6 +102,7 @@ class platform {
     virtual void openwithbrowser(const std::string&) {}
 };
 
-// The platform in use. Until one is set, messages go to standard error and questions get No.
+// The platform in use. Until one is set, messages go to standard error and questions get
+// Cancel, or No where there is none.
 platform& door();
 void setdoor(platform* p);

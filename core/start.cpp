@@ -137,13 +137,17 @@ void newcombination() {
     curlcomb = 1;
 }
 
+void defaultgroup(int g) {
+    groupname(g) = "GR " + std::to_string(g);
+    groups(g, 1) = 210000;
+    groups(g, 2) = 0.3;
+    groups(g, 3) = 7.85e-06;
+    groups(g, 4) = 1.0;
+}
+
 void newgroup() {
     groups(0, 0) = 1;
-    groupname(1) = "GR 1";
-    groups(1, 1) = 210000;
-    groups(1, 2) = 0.3;
-    groups(1, 3) = 7.85e-06;
-    groups(1, 4) = 1.0;
+    defaultgroup(1);
     meshgroup = 1;
 }
 

@@ -13,7 +13,8 @@ void initsettings();
 // The parts of a new model, each put into its first row.
 void newloadcase();
 void newcombination();
-void newgroup();  // the steel of a model in millimetres and newtons
+void newgroup();
+void defaultgroup(int g);  // the steel of a model in millimetres and newtons
 // One load case, one load combination, one element group, in arrays whose counts are 0.
 void newmodeldefaults();
 // Arrays allocated anew, colours, counts 0, views, new-model content. False when memory is short:

@@ -3,12 +3,12 @@
 #include "core/textfile.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "core/numtext.h"
 #include "core/runtime.h"
@@ -107,11 +107,32 @@ std::string findnocase(const std::string& path) {
     const fs::path wanted(path);
     if (fs::exists(wanted, ec)) return path;
     const fs::path folder = wanted.has_parent_path() ? wanted.parent_path() : fs::path(".");
-    const std::string name = lowered(wanted.filename().string());
-    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec))
-        if (lowered(it->path().filename().string()) == name)
-            return (wanted.has_parent_path() ? it->path() : it->path().filename()).string();
-    return path;
+    const std::string extension = lowered(wanted.extension().string());
+    std::string found;  // the first in the order of the names, where there are several
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        const fs::path& other = it->path();
+        if (other.stem() == wanted.stem() && lowered(other.extension().string()) == extension &&
+            (found.empty() || other.extension().string() < found))
+            found = other.extension().string();
+    }
+    return found.empty() ? path : fs::path(wanted).replace_extension(found).string();
+}
+
+std::string visible(std::string_view text) {
+    static const char digits[] = "0123456789ABCDEF";
+    std::string shown;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        // In UTF-8 the upper control characters 80..9F follow a C2.
+        const bool upper =
+            c == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+        const auto code = upper ? static_cast<unsigned char>(text[++i]) : c;
+        if (upper || (c < ' ' && c != '\n' && c != '\t') || c == 0x7F)
+            shown.append("\\x").append(1, digits[code / 16]).append(1, digits[code % 16]);
+        else
+            shown += char(c);
+    }
+    return shown;
 }
 
 textin::textin(const std::string& path) : textin(readwhole(path), path) {}
@@ -154,6 +175,14 @@ void textin::pasttoken() {
     if (at != last && *at == ',') ++at;
 }
 
+// The beginning of what was found, as far as a message has room for it.
+static std::string excerpt(std::string_view found) {
+    const std::size_t most = 40;
+    std::size_t n = std::min(found.size(), most);
+    while (n > 0 && n < found.size() && (found[n] & 0xC0) == 0x80) --n;
+    return visible(toutf8(found.substr(0, n)));
+}
+
 template <typename Real>
 Real textin::real() {
     toword();
@@ -164,8 +193,7 @@ Real textin::real() {
     if (fault == numberfault::toolarge && whole)
         fail(erroverflow, "the number " + std::string(at, end) + " is too large");
     if (fault != numberfault::none || !whole) {
-        const std::string found(word());
-        fail(errtype, "a number was expected, found \"" + toutf8(found.substr(0, 40)) + "\"");
+        fail(errtype, "a number was expected, found \"" + excerpt(word()) + "\"");
     }
     at = end;
     pasttoken();
@@ -196,6 +224,14 @@ int textin::count() {
     return int(value);
 }
 
+int textin::rows() {
+    const int n = count();
+    // The shortest row is a digit with what parts it from the next one.
+    if (n > (last - at + 1) / 2)
+        fail(errpastend, numbertext(long(n)) + " rows are announced, the file ends before them");
+    return n;
+}
+
 std::string textin::text() {
     toword();
     std::string result;
@@ -223,9 +259,7 @@ std::string textin::text() {
 std::string textin::quoted() {
     toword();
     if (*at != '"') {
-        const std::string found(word());
-        fail(errtype,
-             "a text in quotes was expected, found \"" + toutf8(found.substr(0, 40)) + "\"");
+        fail(errtype, "a text in quotes was expected, found \"" + excerpt(word()) + "\"");
     }
     return text();
 }
@@ -252,35 +286,12 @@ double textin::share() const {
     return content.empty() ? 1.0 : double(at - content.data()) / double(content.size());
 }
 
-// A link is followed, so that the file it points to is the one replaced.
-static std::string linkedtarget(const std::string& path) {
-    std::error_code ec;
-    if (!fs::is_symlink(path, ec)) return path;
-    const fs::path real = fs::weakly_canonical(path, ec);
-    return ec ? path : real.string();
-}
-
-textout::textout(const std::string& path) : target(linkedtarget(path)), beside(target + ".new~") {
-    std::error_code ec;
-    if (fs::exists(target, ec) && !fs::is_regular_file(target, ec))
-        throw runtimeerror{errpathaccess, "Not a file that can be written: " + target};
-    file = std::fopen(beside.c_str(), "wb");
-    if (!file)
-        throw runtimeerror{errpathaccess, "File can not be written: " + target + " (" +
-                                              std::strerror(errno) + ")"};
-    std::setvbuf(file, nullptr, _IONBF, 0);
+textout::textout(const std::string& path) : beside(path) {
     buffer.resize(writeblock);
 }
 
-textout::~textout() {
-    if (!file && beside.empty()) return;
-    if (file) std::fclose(file);
-    std::error_code ec;
-    fs::remove(beside, ec);
-}
-
 void textout::flush() {
-    if (used != 0 && std::fwrite(buffer.data(), 1, used, file) != used) failed = true;
+    beside.write(buffer.data(), used);
     used = 0;
 }
 
@@ -292,7 +303,8 @@ char* textout::room(std::size_t n) {
 template <typename Real>
 textout& textout::putreal(Real number) {
     if (!std::isfinite(number))
-        throw runtimeerror{erroverflow, target + " was not written, its former content stands: " +
+        throw runtimeerror{erroverflow, beside.target() +
+                                            " was not written, its former content stands: " +
                                             "a value is too large for a number"};
     char* const p = room(longestnumber);
     used += std::size_t(writenumber(p, number) - p);
@@ -334,24 +346,16 @@ textout& textout::quoted(std::string_view text) {
 }
 
 void textout::close() {
-    if (!file) return;
     flush();
-    if (std::fflush(file) != 0) failed = true;
-    if (std::fclose(file) != 0) failed = true;
-    file = nullptr;
-    if (failed)
-        throw runtimeerror{errdiskfull, "Disk full or write error: " + target +
-                                            " was not written, its former content stands"};
+    beside.finish();
+}
+
+besidefile textout::release() {
+    close();
+    return std::move(beside);
 }
 
 void textout::commit() {
     close();
-    std::error_code ec;
-    const fs::file_status old = fs::status(target, ec);
-    if (fs::exists(old)) fs::permissions(beside, old.permissions(), ec);
-    fs::rename(beside, target, ec);
-    if (ec)
-        throw runtimeerror{errpathaccess,
-                           "File can not be replaced: " + target + " (" + ec.message() + ")"};
-    beside.clear();
+    beside.takeplace();
 }

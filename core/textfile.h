@@ -8,10 +8,11 @@
 // target's place only when it is complete.
 #pragma once
 
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/besidefile.h"
 
 // Whole content of a file. Throws errfilenotfound or errpathaccess.
 std::string readwhole(const std::string& path);
@@ -20,9 +21,12 @@ std::string readwhole(const std::string& path);
 // mark is dropped.
 std::string toutf8(std::string_view bytes);
 
-// The path itself when it exists; else a file of the same folder whose name differs in case alone;
-// else the path.
+// The path itself when it exists; else a file of the same name whose extension differs in case
+// alone; else the path.
 std::string findnocase(const std::string& path);
+
+// For terminals and logs: control characters but line ends and tabs as \x1B.
+std::string visible(std::string_view text);
 
 class textin {
   public:
@@ -39,6 +43,7 @@ class textin {
     float single();
     long whole();             // a number without fraction, |n| < 1E+15
     int count();              // a whole number from 0 up to 2E+09
+    int rows();               // a count of rows that follow: no more than the file has room for
     std::string text();       // quoted or not, UTF-8
     std::string quoted();     // a text in double quotes; anything else is errtype
     std::string_view word();  // raw characters up to a comma, blank or line end
@@ -59,8 +64,8 @@ class textin {
 
 class textout {
   public:
-    explicit textout(const std::string& target);  // throws errpathaccess
-    ~textout();                                   // without commit the target is untouched
+    // Throws errpathaccess. Without commit the target is untouched.
+    explicit textout(const std::string& target);
     textout(const textout&) = delete;
     textout& operator=(const textout&) = delete;
 
@@ -85,15 +90,15 @@ class textout {
     void close();
     // close, then take the target's place. Throws errdiskfull or errpathaccess.
     void commit();
+    // close, and hand the file on to who puts it in its place with others.
+    besidefile release();
 
   private:
     template <typename Real>
     textout& putreal(Real number);
     char* room(std::size_t n);
     void flush();
-    std::string target, beside;
-    std::FILE* file = nullptr;
+    besidefile beside;
     std::vector<char> buffer;
     std::size_t used = 0;
-    bool failed = false;
 };

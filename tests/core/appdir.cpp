@@ -43,7 +43,7 @@ static bool mayownerwrite(const fs::path& file) {
 TEST(Appdir, FillsFromReadOnlyDataWhatCanBeWritten) {
     sessionroom room;
     const fs::path share = room.file("share"), home = room.file("user/kalvane");
-    for (const char* name : {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "manual.htm"})
+    for (const char* name : {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "decmem.DAT", "manual.htm"})
         put(share / name, "first");
     put(share / "manual/window.png", "picture");
     const char* const former = std::getenv("KALVANE_HOME");
@@ -53,8 +53,8 @@ TEST(Appdir, FillsFromReadOnlyDataWhatCanBeWritten) {
         const readonlytree installed(share);
         EXPECT_EQ(findappdir(room.file("bin"), share.string()), home.string());
     }
-    for (const char* name :
-         {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "manual.htm", "manual", "manual/window.png"}) {
+    for (const char* name : {"ELTYP.DAT", "ELDES.DAT", "sections.dat", "decmem.DAT", "manual.htm",
+                             "manual", "manual/window.png"}) {
         ASSERT_TRUE(fs::exists(home / name)) << name;
         EXPECT_TRUE(mayownerwrite(home / name)) << name;
     }

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Files beside their targets: links, rights, folders that take no file, and what killed writers
+// leave.
+#include "core/besidefile.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "core/runtime.h"
+#include "core/textfile.h"
+#include "tests/support/recorder.h"
+
+namespace fs = std::filesystem;
+
+static void writeby(const std::string& path) {
+    textout out(path);
+    out.raw("new");
+    out.commit();
+}
+
+TEST(Besidefile, TheTargetsRightsCountAndALinkLeadsToIt) {
+    sessionroom room;
+    writefile(room.file("real"), "old");
+    fs::create_symlink(room.file("real"), room.file("link"));
+    fs::permissions(room.file("real"), fs::perms(0640));
+    writeby(room.file("link"));
+    EXPECT_TRUE(fs::is_symlink(room.file("link")));
+    EXPECT_EQ(contentof(room.file("real")), "new");
+    EXPECT_EQ(fs::status(room.file("real")).permissions(), fs::perms(0640));
+    writefile(room.file("kept"), "old");
+    fs::permissions(room.file("kept"), fs::perms(0444));
+    EXPECT_THROW(writeby(room.file("kept")), runtimeerror);
+    EXPECT_EQ(contentof(room.file("kept")), "old");
+}
+
+TEST(Besidefile, IsItsWritersOwnAndNeverALink) {
+    sessionroom room;
+    const besidefile one(room.file("a")), other(room.file("a"));
+    EXPECT_NE(one.path(), other.path());
+    EXPECT_FALSE(besidemark(one.path()).empty());
+    EXPECT_FALSE(fs::is_symlink(one.path()));
+}
+
+// As a user without rights, since root may write into any folder.
+TEST(Besidefile, AFileInAFolderThatTakesNoneIsWrittenInPlace) {
+    if (geteuid() != 0) GTEST_SKIP() << "needs the rights to give up rights";
+    sessionroom room;
+    const uid_t nobody = 65534;
+    writefile(room.file("a"), "a longer old text");
+    fs::permissions(room.file("a"), fs::perms(0666));
+    fs::permissions(room.folder, fs::perms(0555));
+    ASSERT_EQ(seteuid(nobody), 0);
+    EXPECT_NO_THROW(writeby(room.file("a")));
+    EXPECT_THROW(writeby(room.file("b")), runtimeerror);
+    ASSERT_EQ(seteuid(0), 0);
+    EXPECT_EQ(contentof(room.file("a")), "new");
+}
+
+TEST(Besidefile, WhatAKilledWriterLeftIsRemovedAndNothingElse) {
+    sessionroom room;
+    const std::string left = besidename(room.file("m.tek"), "0123abcd");
+    const char* const others[] = {"m.tek", "m.tek.new~", "m.tek.0123abcg.new~",
+                                  "m.1.tek.0123abcd.new~", "n.tek.0123abcd.new~"};
+    writefile(left, "half");
+    for (const char* name : others) writefile(room.file(name), "somebody's");
+    const besidefile living(room.file("m.tek"));
+    removeleftovers(room.folder, "m");
+    EXPECT_FALSE(fs::exists(left));
+    for (const char* name : others) EXPECT_TRUE(fs::exists(room.file(name))) << name;
+    EXPECT_TRUE(fs::exists(living.path())) << "its writer is at work";
+}

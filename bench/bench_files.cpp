@@ -12,6 +12,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "files/filop.h"
+#include "files/saving.h"
 
 namespace fs = std::filesystem;
 

@@ -19,6 +19,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "files/saveset.h"
 
 bool isnear(const float* a, const float* b) {
     const double dx = double(a[0]) - b[0], dy = double(a[1]) - b[1], dz = double(a[2]) - b[2];
@@ -385,6 +386,7 @@ static int writereport(const std::vector<std::string>& lines) {
             textout out(modelname + ".txt");
             for (const std::string& line : lines) out.raw(line).endline();
             out.commit();
+            notewritten(modelname, ".txt");
             written = int(lines.size());
         },
         [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });

@@ -17,6 +17,7 @@
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/runlog.h"
+#include "files/saving.h"
 #include "view/moddraw.h"
 
 namespace fs = std::filesystem;

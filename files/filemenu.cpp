@@ -15,6 +15,7 @@
 #include "files/changed.h"
 #include "files/filop.h"
 #include "files/runlog.h"
+#include "files/saving.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -41,8 +42,12 @@ struct splitpath {
 };
 }  // namespace
 
+// What ends in ".1.2" or ".001" is a name without extension.
 static splitpath split(const std::string& path) {
     if (path.size() < 5 || path[path.size() - 4] != '.') return {path, ""};
+    const auto isletter = [](char c) { return (c | ' ') >= 'a' && (c | ' ') <= 'z'; };
+    if (!isletter(path[path.size() - 3]) || path.find('.', path.size() - 3) != path.npos)
+        return {path, ""};
     splitpath parts{path.substr(0, path.size() - 4), path.substr(path.size() - 3)};
     for (char& c : parts.extension)
         if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
@@ -147,6 +152,7 @@ reply menuimport() {
     const filechoice choice = door().choosefile(box);
     if (!choice.chosen) return reply::cancelled;
     const splitpath parts = splitformodel(choice.path);
+    const double groupsbefore = groups(0, 0);
     bool good = false;
     if (parts.extension == "tek") {
         good = importmodel(parts.base);
@@ -155,7 +161,10 @@ reply menuimport() {
     } else {
         return refuse(choice.path);
     }
-    if (good) editpaste();
+    if (good && !editpaste()) {
+        groups(0, 0) = groupsbefore;
+        good = false;
+    }
     redrawall();
     return good ? reply::done : reply::failed;
 }
@@ -172,7 +181,7 @@ reply menusave() {
     splitpath parts = split(absolute(choice.path));
     if (parts.extension.empty()) parts.extension = extensionoffilter(choice.filterindex);
     if (parts.extension == "tek") {
-        if (!askoverwrite(parts.base, ".tek")) return reply::cancelled;
+        if (!askreplacemodel(parts.base)) return reply::cancelled;
         modelname = parts.base;
         showmodelname();
         return savemodel() ? reply::done : reply::failed;

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Save, open and import.
+// Open and import.
 #include "files/filop.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/colours.h"
 #include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"
-#include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "core/textfile.h"
 #include "core/views.h"
-#include "edit/renumber.h"
 #include "files/changed.h"
+#include "files/saveset.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
 
@@ -25,86 +25,18 @@ bool isnamed() {
     return !modelname.empty() && modelname != "None";
 }
 
+// Behind the name stands what of the model its files hold and memory does not.
 void showmodelname() {
-    door().showtitle(apptitle + ": " + modelname);
+    std::string parts;
+    for (const std::string& path : unreadfiles(modelname))
+        parts += (parts.empty() ? "" : ", ") + fs::path(path).filename().string();
+    door().showtitle(apptitle + ": " + modelname +
+                     (parts.empty() ? "" : " (incomplete, not read: " + parts + ")"));
 }
-
-// --- save ---------------------------------------------------------------------------------------
-
-namespace {
-struct savestep {
-    void (*write)(const std::string& base);
-    const char* message;  // null: a failure is silent
-};
-}  // namespace
-
-static const savestep savesteps[] = {
-    {writetek, "Error occurred while trying to save model. Model Not saved, please retry."},
-    {writegra, "Error occurred while trying to save Graphics. Graphics Not saved, please retry."},
-    {writevpl,
-     "Error occurred while trying to save Constrains. Constrains Not saved, please retry."},
-    {writeknk, "Error occurred while trying to save Loads. Loads Not saved, please retry."},
-    {writemlt, "Error occurred while trying to save Groups. Groups Not saved, please retry."},
-    {writelcd, "Error occurred while trying to save Loadcases. Loadcases Not saved, please retry."},
-    {writelco,
-     "Error occurred while trying to save Loadcombinations. Loadcombinations Not saved, please "
-     "retry."},
-    {writeell,
-     "Error occurred while trying to save Element loads. Element Loads Not saved, please retry."},
-    {writepat, "Error occurred while trying to save patches. Patches Not saved, please retry."},
-    {writetxt, nullptr},
-};
-
-static bool runstep(const savestep& step) {
-    return guarded([&] { step.write(modelname); },
-                   [&](const runtimeerror& e) {
-                       if (step.message == nullptr) return;
-                       door().showstatus(e.what);  // the reason, beside the message
-                       door().message(step.message, icons::exclamation);
-                   }) ||
-           step.message == nullptr;
-}
-
-bool savemodel() {
-    bool whole = true;
-    packelems();
-    packgraphics();
-    if (renumbersave) renumbermodel();
-    for (const savestep& step : savesteps) whole = runstep(step) && whole;
-    door().endprogress();
-    if (whole) markassaved();
-    return whole;
-}
-
-bool savecombinations() {
-    bool whole = true;
-    for (const savestep& step : savesteps)
-        if (step.write == writelco) whole = runstep(step);
-    return whole;
-}
-
-bool askoverwrite(const std::string& name, const std::string& extension) {
-    std::error_code ec;
-    if (!fs::exists(name + extension, ec)) return true;
-    messagebox box;
-    box.text = "Overwrite existing file?";
-    box.set = buttons::yesno;
-    box.icon = icons::question;
-    box.preset = answers::no;
-    return door().show(box) == answers::yes;
-}
-
-bool savemodelas(const std::string& name) {
-    if (!askoverwrite(name, ".tek")) return false;
-    modelname = name;
-    showmodelname();
-    return savemodel();
-}
-
-// --- open ---------------------------------------------------------------------------------------
 
 namespace {
 struct readstep {
+    const char* extension;
     void (*read)(const std::string& base);
     void (*drop)();  // puts the part back to what a new model has
 };
@@ -132,11 +64,17 @@ static void droploadcases() {
     }
 }
 
+// The elements keep their group numbers, each with the properties of a new group.
 static void dropgroups() {
     groups.alloc(groups.upper1, groups.upper2);
     groupmat.alloc(groupmat.upper1, groupmat.upper2, groupmat.upper3);
     groupname.alloc(groupname.upper);
     newgroup();
+    int last = 1;
+    for (int e = 1; e <= nelems(); ++e)
+        if (egroup(e) <= modelsize(4)) last = std::max(last, egroup(e));
+    for (int g = 2; g <= last; ++g) defaultgroup(g);
+    groups(0, 0) = last;
 }
 
 static void dropcombinations() {
@@ -164,10 +102,11 @@ static void dropcomment() {
 }
 
 static const readstep readsteps[] = {
-    {readgra, dropgraphics},     {readvpl, dropconstraints}, {readknk, droploads},
-    {readmlt, dropgroups},       {readlcd, droploadcases},   {readlco, dropcombinations},
-    {readell, dropelementloads}, {readrot, droprotations},   {readpat, droppatches},
-    {readtxt, dropcomment},
+    {".gra", readgra, dropgraphics},     {".vpl", readvpl, dropconstraints},
+    {".knk", readknk, droploads},        {".mlt", readmlt, dropgroups},
+    {".lcd", readlcd, droploadcases},    {".lco", readlco, dropcombinations},
+    {".ell", readell, dropelementloads}, {".rot", readrot, droprotations},
+    {".pat", readpat, droppatches},      {".txt", readtxt, dropcomment},
 };
 
 static void telldamage(const runtimeerror& e) {
@@ -183,7 +122,10 @@ static void readside(const std::string& name, const readstep& step) {
     guarded([&] { step.read(name); },
             [&](const runtimeerror& e) {
                 step.drop();
-                if (e.number != errfilenotfound) telldamage(e);
+                if (e.number == errfilenotfound) return;
+                noteunread(name, step.extension);
+                telldamage({e.number, e.what + ".\nThe model is open without this file, and the "
+                                               "file is not overwritten without a question"});
             });
 }
 
@@ -232,27 +174,47 @@ static bool bringback(keptmodel& before) {
     return false;
 }
 
+// Reads the set into an empty model.
+static tekresult readset(const std::string& name) {
+    modelname = name;
+    dropcomment();
+    noteset(name);
+    const tekresult tek = readtekstep(name);
+    if (tek != tekresult::read) return tek;
+    for (const readstep& step : readsteps)
+        if (!modeltoolarge) readside(name, step);
+    if (!modeltoolarge) checkneeds();
+    return modeltoolarge ? tekresult::toolarge : tek;
+}
+
+// The user is asked once; then the sizes grow with what the files are found to need.
+static tekresult readlarger(const std::string& name) {
+    tekresult result = tekresult::toolarge;
+    const bool agreed = askenlarge();
+    while (agreed && result == tekresult::toolarge && enlargesizes()) result = readset(name);
+    if (agreed && result == tekresult::read) writemodelsize();
+    return result;
+}
+
 bool openmodel(const std::string& name) {
     previousname = modelname;
     modelname = name;
     showmodelname();
+    clearneeds();
     keptmodel before;
-    if (!resetmodel()) return bringback(before);
-    dropcomment();
-    const tekresult tek = readtekstep(name);
-    if (tek == tekresult::unreadable) return bringback(before);
-    if (tek == tekresult::read)
-        for (const readstep& step : readsteps) {
-            if (!modeltoolarge) readside(name, step);
-        }
+    if (!guarded([&] { finishsave(name); }, telldamage) || !resetmodel()) return bringback(before);
+    tekresult result = readset(name);
+    if (result == tekresult::toolarge && !menulock) result = readlarger(name);
+    if (result == tekresult::unreadable) return bringback(before);
     door().endprogress();
     stressloaded = false;
-    if (modeltoolarge) {
+    if (result == tekresult::toolarge) {
         dropmodel();
         return false;
     }
     checkgroupsused();
     markassaved();
+    showmodelname();
     door().refresh();
     return true;
 }

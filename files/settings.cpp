@@ -36,6 +36,17 @@ static settingline positive(double& value, double most) {
             }};
 }
 
+// Proximity tests are strict: at 0 nothing merges.
+static settingline tolerance(double& value) {
+    return {[&value](textout& out) { out.put(value); },
+            [&value](textin& in) {
+                const double read = in.number();
+                if (!(read >= 0 && std::isfinite(read)))
+                    in.fail(errtype, "a length from 0 up was expected, found " + numbertext(read));
+                value = read;
+            }};
+}
+
 static settingline whole(int& value, int low, int high) {
     return {[&value](textout& out) { out.put(value); },
             [&value, low, high](textin& in) {
@@ -114,7 +125,7 @@ static std::vector<settingline> settinglines() {
     std::vector<settingline> lines;
     lines.push_back({[](textout& out) { out.put(singleview ? 1 : 0); },
                      [](textin& in) { singleview = in.whole() != 0; }});
-    lines.push_back(positive(nodetol, 1e30));
+    lines.push_back(tolerance(nodetol));
     lines.push_back(whole(labeldigits, 0, 15));
     lines.push_back(whole(stressglobal, 0, 1));
     lines.push_back(truth([] { return bool(dim2d); }, [](bool on) { dim2d = on; }));

@@ -32,10 +32,17 @@ static int code(textin& in, int low, int high, const char* what) {
     return int(value);
 }
 
+// The degree of freedom of a row; any number in a row that falls away, such as the zeros that other
+// writers leave behind a deleted condition.
+static int dofof(textin& in, bool dropped) {
+    if (!dropped) return code(in, 1, 6, "a degree of freedom");
+    in.number();
+    return 0;
+}
+
 // --- graphic elements ---------------------------------------------------------------------------
 
-void writegra(const std::string& base) {
-    textout out(base + ".gra");
+void writegra(textout& out) {
     for (int g = 1; g <= ngraphics(); ++g) {
         if (graphics(g, 0, 0) == 0) continue;
         out.put(graphics(g, 0, 0));  // kind; row 0 goes on with spaces, factor and 0
@@ -43,7 +50,6 @@ void writegra(const std::string& base) {
             for (int k = 1; k <= 3; ++k) out.comma().put(graphics(g, j, k));
         out.endline();
     }
-    out.commit();
 }
 
 void readgra(const std::string& base) {
@@ -65,8 +71,7 @@ void readgra(const std::string& base) {
 
 // --- constraints --------------------------------------------------------------------------------
 
-void writevpl(const std::string& base) {
-    textout out(base + ".vpl");
+void writevpl(textout& out) {
     out.line(ncon);
     for (int i = 1; i <= ncon; ++i) {
         out.put(connode(i)).comma().put(condof(i)).comma();
@@ -77,40 +82,39 @@ void writevpl(const std::string& base) {
             out.put(conval(i));
         out.endline();
     }
-    out.commit();
 }
 
 void readvpl(const std::string& base) {
     textin in = open(base, ".vpl");
-    const int count = in.count();
+    const int count = in.rows();
     ncon = 0;
     int kept = 0;
     for (int i = 1; i <= count; ++i) {
         const long node = in.whole();
-        const int dof = code(in, 1, 6, "a degree of freedom");
+        const bool dropped = node < 1 || node > nnodes();
+        const int dof = dofof(in, dropped);
         const double written = in.number();
+        if (dropped) continue;
         const double value = dof >= scaledfrom ? written * 180 / pi : written;
         if (!std::isfinite(float(value)))
             in.fail(erroverflow, "the prescribed value " + numbertext(value) + " is too large");
-        if (node < 1 || node > nnodes()) continue;
-        ++kept;
+        if (++kept > modelsize(3)) continue;
         connode(kept) = int(node);
         condof(kept) = dof;
         conval(kept) = float(value);
     }
-    ncon = kept;
+    needsize(3, kept);
+    ncon = std::min(kept, modelsize(3));
 }
 
 // --- nodal loads --------------------------------------------------------------------------------
 
-void writeknk(const std::string& base) {
-    textout out(base + ".knk");
+void writeknk(textout& out) {
     for (int lc = 1; lc <= nlc(); ++lc) {
         out.line(loadnode(lc, 0));
         for (int i = 1; i <= loadnode(lc, 0); ++i)
             out.line(loadnode(lc, i), loaddof(lc, i), loadval(lc, i));
     }
-    out.commit();
 }
 
 void readknk(const std::string& base) {
@@ -118,30 +122,34 @@ void readknk(const std::string& base) {
     int lc = 0;
     while (!in.atend()) {
         ++lc;
-        const int count = in.count();
+        const int count = in.rows();
         checksize();
         if (modeltoolarge) return;
         int kept = 0;
         for (int i = 1; i <= count; ++i) {
             const long node = in.whole();
-            const int dof = code(in, 1, 6, "a degree of freedom");
-            const float value = in.single();
-            if (node < 1 || node > nnodes()) continue;
-            ++kept;
+            const bool dropped = node < 1 || node > nnodes();
+            const int dof = dofof(in, dropped);
+            const double value = in.number();
+            if (dropped) continue;
+            if (!std::isfinite(float(value)))
+                in.fail(erroverflow, "the load " + numbertext(value) + " is too large");
+            if (++kept > modelsize(3) || lc > modelsize(7)) continue;
             loadnode(lc, kept) = int(node);
             loaddof(lc, kept) = dof;
-            loadval(lc, kept) = value;
+            loadval(lc, kept) = float(value);
         }
-        loadnode(lc, 0) = kept;
-        nload = kept;
+        needsize(3, kept);
+        nload = std::min(kept, modelsize(3));
+        if (lc <= modelsize(7)) loadnode(lc, 0) = nload;
     }
-    loadnode(0, 0) = std::max(lc, 1);
+    needsize(7, lc);
+    loadnode(0, 0) = std::clamp(lc, 1, modelsize(7));
 }
 
 // --- element groups -----------------------------------------------------------------------------
 
-void writemlt(const std::string& base) {
-    textout out(base + ".mlt");
+void writemlt(textout& out) {
     const int n = ngroups();
     out.line(groups(0, 0));
     for (int g = 1; g <= n; ++g) {
@@ -153,7 +161,6 @@ void writemlt(const std::string& base) {
             const auto row = groupmat.row(g, i);
             out.line(row[1], row[2], row[3], row[4], row[5], row[6]);
         }
-    out.commit();
 }
 
 // Groups first..first+n-1 from a file with this many properties a group.
@@ -186,7 +193,7 @@ static bool isoldgrouptable(const std::string& base, int first, int n) {
 // does not fit is known by its count.
 static int readgrouptable(const std::string& base, int before) {
     textin in = open(base, ".mlt");
-    const int n = in.count();
+    const int n = in.rows();
     groups(0, 0) = before + n;
     if (before + n > modelsize(4)) return n;
     try {
@@ -229,8 +236,7 @@ int appendmlt(const std::string& base) {
 
 // --- load cases ---------------------------------------------------------------------------------
 
-void writelcd(const std::string& base) {
-    textout out(base + ".lcd");
+void writelcd(textout& out) {
     out.line(nlc());
     for (int lc = 1; lc <= nlc(); ++lc) {
         out.quoted(lcname(lc)).endline();
@@ -238,12 +244,12 @@ void writelcd(const std::string& base) {
         for (int k = 0; k < nparameters; ++k) out.line(lcpar(lc, k));
         if (lctype(lc) >= 2 && lcpar(lc, 4) == 1) elemmassflag = 1;
     }
-    out.commit();
 }
 
 static int readcasedata(textin& in, int parameters) {
-    const int count = in.count();
-    for (int lc = 1; lc <= count; ++lc) {
+    const int count = in.rows();
+    needsize(7, count);
+    for (int lc = 1; lc <= count && count <= modelsize(7); ++lc) {
         lcname(lc) = in.quoted();
         lctype(lc) = code(in, 0, 9, "a type of load case");
         for (int k = 0; k < parameters; ++k) lcpar(lc, k) = in.number();
@@ -265,25 +271,25 @@ void readlcd(const std::string& base) {
                            old.atend();
         if (!isold) throw;
     }
-    loadnode(0, 0) = std::max(count, 1);
+    loadnode(0, 0) = std::clamp(count, 1, modelsize(7));
 }
 
 // --- load combinations --------------------------------------------------------------------------
 
-void writelco(const std::string& base) {
-    textout out(base + ".lco");
+void writelco(textout& out) {
     out.line(lcomb(0, 0));
     out.line(nlc());
     for (int c = 1; c <= ncomb(); ++c) {
         out.quoted(lcombname(c)).endline();
         for (int lc = 1; lc <= nlc(); ++lc) out.line(lcomb(c, lc));
     }
-    out.commit();
 }
 
 void readlco(const std::string& base) {
     textin in = open(base, ".lco");
-    const int count = in.count(), cases = in.count();
+    const int count = in.rows(), cases = in.rows();
+    needsize(7, std::max(count > lcomb.upper1 ? count : 0, cases));
+    if (count > lcomb.upper1 || cases > modelsize(7)) return;
     for (int c = 1; c <= count; ++c) {
         lcombname(c) = in.quoted();
         for (int lc = 1; lc <= cases; ++lc) lcomb(c, lc) = in.single();
@@ -293,15 +299,13 @@ void readlco(const std::string& base) {
 
 // --- element loads ------------------------------------------------------------------------------
 
-void writeell(const std::string& base) {
-    textout out(base + ".ell");
+void writeell(textout& out) {
     for (int lc = 1; lc <= nlc(); ++lc) {
         const int count = int(elemload(lc, 0, 0));
         out.line(count);
         for (int i = 1; i <= count; ++i)
             out.line(elemload(lc, i, 0), elemload(lc, i, 1), elemload(lc, i, 2));
     }
-    out.commit();
 }
 
 void readell(const std::string& base) {
@@ -309,25 +313,26 @@ void readell(const std::string& base) {
     int lc = 0;
     while (!in.atend()) {
         ++lc;
-        const int count = in.count();
+        const int count = in.rows();
         int kept = 0;
         for (int i = 1; i <= count; ++i) {
             const float e = in.single(), kind = in.single(), value = in.single();
             if (e < 1 || e > elems(0, 0) || e != std::floor(e)) continue;
-            ++kept;
+            if (++kept > modelsize(3) || lc > modelsize(7)) continue;
             elemload(lc, kept, 0) = e;
             elemload(lc, kept, 1) = kind;
             elemload(lc, kept, 2) = value;
         }
-        elemload(lc, 0, 0) = float(kept);
+        needsize(3, kept);
+        if (lc <= modelsize(7)) elemload(lc, 0, 0) = float(std::min(kept, modelsize(3)));
     }
-    elemload(0, 0, 0) = float(lc);
+    needsize(7, lc);
+    elemload(0, 0, 0) = float(std::min(lc, modelsize(7)));
 }
 
 // --- patches ------------------------------------------------------------------------------------
 
-void writepat(const std::string& base) {
-    textout out(base + ".pat");
+void writepat(textout& out) {
     const int count = patches(0, 0, 0);
     out.line(count);
     for (int p = 1; p <= count; ++p) {
@@ -339,7 +344,6 @@ void writepat(const std::string& base) {
             out.endline();
         }
     }
-    out.commit();
 }
 
 // A patch may name a graphic element that was deleted since: the number is kept, and who uses
@@ -347,7 +351,7 @@ void writepat(const std::string& base) {
 void readpat(const std::string& base) {
     const int mostmember = 32767;
     textin in = open(base, ".pat");
-    const int count = in.count();
+    const int count = in.rows();
     for (int p = 1; p <= count; ++p) {
         const int edges = code(in, 0, maxpatchedges, "a number of edges");
         patches(p, 0, 0) = edges;
@@ -366,15 +370,13 @@ void readpat(const std::string& base) {
 // --- comment ------------------------------------------------------------------------------------
 
 // In memory a line ends with LF, in the file with CR LF as in all others.
-void writetxt(const std::string& base) {
-    textout out(base + ".txt");
+void writetxt(textout& out) {
     std::string text;
     for (const char c : commenttext) {
         if (c == '\n') text += '\r';
         text += c;
     }
     out.raw(text);
-    out.commit();
 }
 
 void readtxt(const std::string& base) {

@@ -8,15 +8,17 @@
 
 #include <string>
 
-void writegra(const std::string& base);
-void writevpl(const std::string& base);
-void writeknk(const std::string& base);
-void writemlt(const std::string& base);
-void writelcd(const std::string& base);  // also sets elemmassflag
-void writelco(const std::string& base);
-void writeell(const std::string& base);
-void writepat(const std::string& base);
-void writetxt(const std::string& base);
+class textout;
+
+void writegra(textout& out);
+void writevpl(textout& out);
+void writeknk(textout& out);
+void writemlt(textout& out);
+void writelcd(textout& out);  // also sets elemmassflag
+void writelco(textout& out);
+void writeell(textout& out);
+void writepat(textout& out);
+void writetxt(textout& out);
 
 void readgra(const std::string& base);
 void readvpl(const std::string& base);  // rows of nodes that do not exist are dropped

@@ -39,33 +39,32 @@ int deriveddoftype() {
     return (dim2d ? 1 : 2) + (rotations ? 1 : 0);
 }
 
-void writetek(const std::string& base) {
-    textout tek(base + ".tek"), rot(base + ".rot");
+void writetek(textout& out) {
     doftype = deriveddoftype();
     const int count = nnodes(), slots = nelems();
-    tek.line(count, livecount());
+    out.line(count, livecount());
     for (int n = 1; n <= count; ++n) {
         const auto at = nodes.row(0, n);
-        tek.line(at[0], at[1], at[2]);
+        out.line(at[0], at[1], at[2]);
         reportsaving("Saving nodes", n, double(n) / count / 2);
     }
     for (int e = 1; e <= slots; ++e) {
         const auto row = elems.row(e);
         if (row[0] == 0) continue;
-        tek.line(row[0]);
+        out.line(row[0]);
         const int elnn = nodesoftype(row[0]);
-        for (int k = 1; k <= elnn; ++k) tek.put(row[std::size_t(k)]).comma();
-        tek.line(egroup(e));
-        rot.line(rotpo(e));
+        for (int k = 1; k <= elnn; ++k) out.put(row[std::size_t(k)]).comma();
+        out.line(egroup(e));
         reportsaving("Saving elements", e, 0.5 + double(e) / slots / 2);
     }
     for (int v = 1; v <= nviews; ++v)
-        tek.line(viewptx(v), viewpty(v), viewptz(v), viewvert(v), viewhor(v), viewaw(v),
+        out.line(viewptx(v), viewpty(v), viewptz(v), viewvert(v), viewhor(v), viewaw(v),
                  viewdist(v), viewscale(v));
-    tek.close();
-    rot.close();
-    tek.commit();
-    rot.commit();
+}
+
+void writerot(textout& out) {
+    for (int e = 1; e <= nelems(); ++e)
+        if (elems(e, 0) != 0) out.line(rotpo(e));
 }
 
 // Type code, corners and group of one element; row receives type and corners.
@@ -83,7 +82,11 @@ static int readelement(textin& in, std::span<float> row, int nodecount) {
                                  numbertext(nodecount));
         row[std::size_t(k)] = n;
     }
-    return in.count();
+    const int group = in.count();
+    // A free slot has no nodes; with some, every number behind them would be taken for another.
+    if (type == 0 && !in.atlineend())
+        in.fail(errtype, "an element of type 0 has no nodes, a type from 1 up was expected");
+    return group;
 }
 
 // A file from before eye distance and scale existed has six numbers a view.
@@ -114,7 +117,7 @@ static void readviews(textin& in) {
 }
 
 static void readgeometry(textin& in) {
-    const int count = in.count(), slots = in.count();
+    const int count = in.rows(), slots = in.rows();
     nodes(0, 0, 0) = float(count);
     elems(0, 0) = float(slots);
     for (int n = 1; n <= count; ++n) {
@@ -158,7 +161,7 @@ void readrot(const std::string& base) {
 
 void readtekbuffer(const std::string& base, int groupoffset) {
     textin in(findnocase(base + ".tek"));
-    const int count = in.count(), slots = in.count();
+    const int count = in.rows(), slots = in.rows();
     for (int n = 1; n <= count; ++n) {
         const auto row = tmpnodes.row(n);
         row[0] = float(n);

@@ -7,10 +7,13 @@
 
 #include <string>
 
-// base is the path without extension. Free element slots are left out; both files are complete
-// before either takes the place of an older one.
-void writetek(const std::string& base);
-// Into arrays that hold an empty model. A model that does not fit throws errsubscript.
+class textout;
+
+// Free element slots are left out of both.
+void writetek(textout& out);
+void writerot(textout& out);
+// base is the path without extension. Into arrays that hold an empty model. A model that does not
+// fit throws errsubscript.
 void readtek(const std::string& base);
 void readtekgeometry(const std::string& base);  // nodes and elements alone, the views stay
 void readrot(const std::string& base);          // all rotations 0 first

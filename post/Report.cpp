@@ -10,6 +10,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "post/contour.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"

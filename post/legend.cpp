@@ -115,11 +115,13 @@ std::string plotnumber(double value) {
 
 // The text cut to a width, marked where something is missing.
 static std::string fitted(surface& s, std::string text, double width) {
-    if (s.textwidth(text) <= width) return text;
-    while (!text.empty() && s.textwidth(text + "…") > width) {
+    const std::size_t most = 400;  // bytes that a legend can show at all
+    if (text.size() <= most && s.textwidth(text) <= width) return text;
+    if (text.size() > most) text.resize(most);
+    do {
         while (!text.empty() && (text.back() & 0xC0) == 0x80) text.pop_back();
         if (!text.empty()) text.pop_back();
-    }
+    } while (!text.empty() && s.textwidth(text + "…") > width);
     return text + "…";
 }
 

@@ -16,6 +16,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "post/shapes.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"

@@ -12,10 +12,13 @@
 #include <QPrinterInfo>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
+#include "core/besidefile.h"
 #include "core/runtime.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "post/printdraw.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -52,19 +55,15 @@ namespace {
 struct printjob {
     QPainter painter;
     printsurface page;
-    std::string target;  // PDF file, empty for paper
+    std::optional<besidefile> pdf;  // none for paper
 };
 }  // namespace
 static std::unique_ptr<printjob> job;
 static printsurface* previewpage;  // while a preview draws
 
-static std::string besidename(const std::string& target) {
-    return target + ".new~";
-}
-
-static void topdf(QPrinter& printer, const std::string& target) {
+static void topdf(QPrinter& printer, const besidefile& file) {
     printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(QString::fromStdString(besidename(target)));
+    printer.setOutputFileName(QString::fromStdString(file.path()));
 }
 
 static void topaper(QPrinter& printer) {
@@ -91,30 +90,34 @@ static bool iswhole(const QString& path) {
     return file.readAll().contains("%%EOF");
 }
 
-static bool takeplace(const std::string& target) {
-    const std::string beside = besidename(target);
-    std::error_code ec;
-    const bool whole = iswhole(QString::fromStdString(beside));
-    if (whole) fs::rename(beside, target, ec);
-    if (whole && !ec) return true;
-    theplatform().showstatus("The file was not written: " + target);
-    fs::remove(beside, ec);
-    return false;
+static void tellunwritten(const std::string& reason) {
+    theplatform().showstatus(reason);
+}
+
+static bool takeplace(besidefile& file) {
+    if (!iswhole(QString::fromStdString(file.path()))) {
+        tellunwritten("The file was not written: " + file.target());
+        return false;
+    }
+    return guarded([&] { file.takeplace(); }, [](const runtimeerror& e) { tellunwritten(e.what); });
 }
 
 static printstart beginjob(const std::string& target, const QString& document) {
     QPrinter& printer = theprinter();
-    if (target.empty())
-        topaper(printer);
-    else
-        topdf(printer, target);
-    printer.setDocName(document);
     job = std::make_unique<printjob>();
-    job->target = target;
-    if (job->painter.begin(&printer)) return printstart::begun;
+    const bool opened = guarded(
+        [&] {
+            if (target.empty()) return topaper(printer);
+            job->pdf.emplace(target);
+            topdf(printer, *job->pdf);
+        },
+        [](const runtimeerror& e) { tellunwritten(e.what); });
+    printer.setDocName(document);
+    if (opened && job->painter.begin(&printer)) return printstart::begun;
     job.reset();
-    theplatform().showstatus(target.empty() ? "The printer does not answer"
-                                            : "File can not be written: " + target);
+    if (opened)
+        tellunwritten(target.empty() ? "The printer does not answer"
+                                     : "File can not be written: " + target);
     return printstart::failed;
 }
 
@@ -175,14 +178,11 @@ static bool endjob(bool whole) {
     job->page.end();
     if (!whole) theprinter().abort();
     const bool ended = job->painter.end() && theprinter().printerState() != QPrinter::Error;
-    const std::string target = job->target;
+    std::optional<besidefile> pdf = std::move(job->pdf);
     job.reset();
     topaper(theprinter());
-    if (target.empty()) return whole && ended;
-    if (whole) return takeplace(target) && ended;
-    std::error_code ignored;
-    fs::remove(besidename(target), ignored);
-    return false;
+    if (!pdf) return whole && ended;
+    return whole && takeplace(*pdf) && ended;
 }
 
 // --- views --------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 // The platform on Qt.
 #include "ui/qtplatform.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QDir>
@@ -96,6 +97,16 @@ static QMessageBox::Icon iconof(icons icon) {
     return QMessageBox::NoIcon;
 }
 
+static void setcaptions(QMessageBox& window, const messagebox& box) {
+    static const QMessageBox::StandardButton yesnocancel[] = {QMessageBox::Yes, QMessageBox::No,
+                                                              QMessageBox::Cancel};
+    static const QMessageBox::StandardButton okcancel[] = {QMessageBox::Ok, QMessageBox::Cancel};
+    const bool three = box.set == buttons::yesno || box.set == buttons::yesnocancel;
+    for (std::size_t i = 0; i < box.captions.size(); ++i)
+        if (QAbstractButton* const b = window.button(three ? yesnocancel[i] : okcancel[i]))
+            b->setText(qtext(box.captions[i]));
+}
+
 answers qtplatform::show(const messagebox& box) {
     lastmessage = box.text;
     if (scripted) {
@@ -114,6 +125,7 @@ answers qtplatform::show(const messagebox& box) {
     window.setTextFormat(Qt::PlainText);
     window.setIcon(iconof(box.icon));
     window.setStandardButtons(buttonsof(box.set));
+    setcaptions(window, box);
     const QMessageBox::StandardButton preset = buttonof(box.preset);
     if (window.button(preset)) window.setDefaultButton(preset);
     if (box.set == buttons::yesno) {

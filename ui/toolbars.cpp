@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "post/shapes.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"

@@ -46,6 +46,16 @@ TEST(Settings, SaveAndGetLeaveAllValuesAsTheyWere) {
     elemlabelfont = labelfont();
 }
 
+TEST(Settings, AToleranceOfZeroIsOneThatMergesNothing) {
+    sessionroom room;
+    nodetol = 0;
+    savesettings();
+    nodetol = 1;
+    getsettings();
+    EXPECT_EQ(mergetol, 0);
+    EXPECT_TRUE(room.door.messages.empty());
+}
+
 TEST(Settings, ADamagedFileIsToldAndAppliesWhatStandsBefore) {
     sessionroom room;
     getsettings();

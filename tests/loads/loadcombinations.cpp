@@ -6,7 +6,7 @@
 
 #include "core/model.h"
 #include "core/session.h"
-#include "files/filop.h"
+#include "files/saving.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"
 #include "view/drawbc.h"

@@ -8,7 +8,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
-#include "files/filop.h"
+#include "files/saving.h"
 #include "post/combinedstress.h"
 #include "post/outcome.h"
 #include "post/postproces.h"

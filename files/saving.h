@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Save of a whole model: each file of the set a guarded step, then all of them take their places at
+// once. What was not read, or changed on disk meanwhile, is replaced only after a question.
+#pragma once
+
+#include <string>
+
+// Writes the set under modelname. Each file that fails has its own message, with the reason; they
+// are shown together, and the user keeps the files of the last save, replaces those that could be
+// written, or saves under another name. Returns true when the whole model is on disk.
+bool savemodel();
+bool savecombinations();  // .lco alone, told in the same way
+// Takes the name, asks before an existing model is replaced, saves. False when the user said No or
+// a file failed.
+bool savemodelas(const std::string& name);
+// True when no file of that name and extension stands, or the user agrees to replace it.
+bool askoverwrite(const std::string& name, const std::string& extension);
+// The same for a whole model and its results: without a .tek, files of these names are somebody
+// else's, and are named in the question.
+bool askreplacemodel(const std::string& name);

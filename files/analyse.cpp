@@ -12,12 +12,14 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
+#include "core/resultfiles.h"
 #include "core/session.h"
 #include "core/textfile.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/runlog.h"
 #include "files/saving.h"
+#include "files/solverlock.h"
 #include "view/moddraw.h"
 
 namespace fs = std::filesystem;
@@ -83,10 +85,6 @@ void storeoptions(const analysisoptions& form) {
 
 // --- the run ------------------------------------------------------------------------------------
 
-std::string controlfile() {
-    return (fs::path(appdir) / "EEM.CTR").string();
-}
-
 void writecontrolfile() {
     textout out(controlfile());
     out.quoted(modelname).endline();
@@ -133,7 +131,30 @@ static void takewords(const std::string& text, std::string& stage, double& share
     }
 }
 
-static runreport waitforsolver() {
+namespace {
+// The log is the last file that a run writes. Only one that this run has written tells its end.
+class runlogfile {
+  public:
+    runlogfile() : before(stamp()) {}
+    bool isnewandcomplete() const {
+        if (stamp() == before) return false;
+        std::string text;
+        guarded([&] { text = readwhole(path); }, [](const runtimeerror&) {});
+        return text.find("Results are complete") != text.npos;
+    }
+
+  private:
+    fs::file_time_type stamp() const {
+        std::error_code ec;
+        const auto time = fs::last_write_time(path, ec);
+        return ec ? fs::file_time_type::min() : time;
+    }
+    const std::string path = modelname + ".log";
+    const fs::file_time_type before;
+};
+}  // namespace
+
+static runreport waitforsolver(const runlogfile& log) {
     const int steplength = 20;  // milliseconds between two looks
     const int patience = 2000;  // milliseconds between the signal and the solver's end
     runreport report;
@@ -145,27 +166,31 @@ static runreport waitforsolver() {
         takewords(door().processwords(), stage, share, report.words);
         if (!runs && fs::exists(controlfile(), ec)) {
             report.end = runend::crashed;
-            deletecontrolfile();
+            removecontrolfile();
             return report;
         }
         if (!door().progress("Analysing: " + stage, share)) {
             door().killprocess();
-            deletecontrolfile();
+            removecontrolfile();
             report.end = runend::stopped;
             return report;
         }
         door().yield(steplength);
     }
     // The file's removal is the signal. A solver that lingers after it is not waited for, but gives
-    // way to the next run.
+    // way to the next run; its results count when its log says that they are all there.
     for (int waited = 0; door().processruns() && waited < patience; waited += steplength)
         door().yield(steplength);
     const bool lingers = door().processruns();
     takewords(door().processwords(), stage, share, report.words);
-    if (lingers)
+    if (lingers) {
         door().killprocess();
-    else if (door().processcode() != 0)
+        if (log.isnewandcomplete()) return report;
+        report.words = "Another program has removed " + controlfile() + " before the solver's end";
         report.end = runend::refused;
+    } else if (door().processcode() != 0) {
+        report.end = runend::refused;
+    }
     return report;
 }
 
@@ -250,18 +275,19 @@ class runlock {
 static void startsolver(const std::string& program) {
     guarded([&] { door().startprocess(program, {}, appdir); },
             [&](const runtimeerror& e) {
-                deletecontrolfile();
+                removecontrolfile();
                 throw runtimeerror{e.number, "The solver could not be started: " + e.what};
             });
 }
 
 static runend runonmodel(const std::string& program) {
+    const runlogfile log;
     writecontrolfile();
     startsolver(program);
     runreport report;
     {
         const runlock locked;
-        report = waitforsolver();
+        report = waitforsolver(log);
     }
     readsolverlog();
     tellend(report);
@@ -278,25 +304,57 @@ static void tellsummary(double seconds) {
     door().showstatus(text);
 }
 
-void runanalysis() {
+static void tellnotstarted(const std::string& why) {
+    door().message("The analysis was not started: " + why, icons::exclamation);
+}
+
+// Another window's run is waited for; false when the user would rather not.
+static bool takelock(solverlock& lock) {
+    const int steplength = 100;  // milliseconds between two looks
+    bool waits = true;
+    while (waits && !lock.take(modelname)) {
+        waits = door().progress("Waiting for the analysis of " + solverlock::owner(), 0);
+        door().yield(steplength);
+    }
+    door().endprogress();
+    if (!waits) tellnotstarted("another window is analysing, " + solverlock::owner());
+    return waits;
+}
+
+// The files in the way of the results go when the user says so: the solver refuses them.
+static bool clearway() {
+    const std::vector<std::string> foreign = foreignresults(modelname);
+    std::string names;
+    for (const std::string& path : foreign) names += "\n" + path;
+    if (foreign.empty()) return true;
+    messagebox box;
+    box.text = "No results of an analysis, but in the place of some:" + names + "\n\nOverwrite?";
+    box.set = buttons::yesno;
+    box.icon = icons::question;
+    box.preset = answers::no;
+    std::error_code ec;
+    if (door().show(box) != answers::yes) return false;
+    for (const std::string& path : foreign) fs::remove(path, ec);
+    return true;
+}
+
+// The whole model on disk under a name. What failed has been told.
+static bool saveforrun() {
+    if (isnamed()) {
+        if (savemodel()) return true;  // the model in memory is the only whole one
+        tellnotstarted("the model was not saved.");
+        return false;
+    }
+    const reply saved = menusave();
+    if (saved == reply::failed) tellnotstarted("the model was not saved.");
+    if (saved != reply::done) return false;
+    addrecentfile();
+    std::error_code ec;
+    return fs::exists(modelname + ".tek", ec) || savemodel();  // another format was chosen
+}
+
+static void runlocked(const std::string& program) {
     const auto begin = std::chrono::steady_clock::now();
-    const hourglass wait;
-    if (!isnamed()) {
-        if (menusave() != reply::done) return;
-        addrecentfile();
-        std::error_code ec;
-        if (!fs::exists(modelname + ".tek", ec) && !savemodel())
-            return;  // another format was chosen
-    } else if (!savemodel()) {
-        return;  // the model in memory is the only whole one
-    }
-    const std::string program = findsolver();
-    if (program.empty()) {
-        door().message("The solver program feiflu was not found in " + appdir +
-                           "; place it in the same directory as kalvane",
-                       icons::critical);
-        return;
-    }
     std::optional<runend> end;
     guarded([&] { end = runonmodel(program); },
             [](const runtimeerror& e) { door().message(e.what, icons::critical); });
@@ -312,4 +370,20 @@ void runanalysis() {
     redrawall();
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     if (end == runend::finished) tellsummary(taken.count());
+}
+
+void runanalysis() {
+    const hourglass wait;
+    solverlock lock;
+    bool ready = false;
+    guarded([&] { ready = takelock(lock) && saveforrun() && clearway(); },
+            [](const runtimeerror& e) { tellnotstarted(e.what); });
+    if (!ready) return;
+    const std::string program = findsolver();
+    if (program.empty())
+        door().message("The solver program feiflu was not found in " + appdir +
+                           "; place it in the same directory as kalvane",
+                       icons::critical);
+    else
+        runlocked(program);
 }

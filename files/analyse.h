@@ -22,11 +22,11 @@ void clickpostprocessor(analysisoptions& form);
 void storeoptions(const analysisoptions& form);
 
 void writecontrolfile();  // throws runtimeerror
-std::string controlfile();
 // Path of the solver program, empty when there is none.
 std::string findsolver();
 
-// Saves the model, runs the solver on it and reads the model back. Every way out leaves a usable
+// Saves the model, runs the solver on it and reads the model back; waits while another window's
+// solver is at work. A result counts when this run has written it. Every way out leaves a usable
 // model; what went wrong is told.
 void runanalysis();
 // Reads results anew after a run; the post-processor hangs its routine here.

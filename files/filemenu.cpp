@@ -260,8 +260,3 @@ bool exitprompt(closemodes mode) {
 bool menuexit() {
     return askandend(buttons::yesnocancel);
 }
-
-void deletecontrolfile() {
-    std::error_code ignored;
-    fs::remove(fs::path(appdir) / "EEM.CTR", ignored);
-}

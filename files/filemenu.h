@@ -38,4 +38,3 @@ enum class closemodes { user, system };
 bool exitprompt(closemodes mode);
 // The Exit item: the same with Cancel. True when the program is to end.
 bool menuexit();
-void deletecontrolfile();  // EEM.CTR in appdir; a failure is ignored

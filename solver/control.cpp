@@ -2,7 +2,9 @@
 // The control file and its removal.
 #include "solver/control.h"
 
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -10,11 +12,10 @@
 #include <exception>
 #include <filesystem>
 
+#include "core/besidefile.h"
+#include "core/resultfiles.h"
 #include "core/textfile.h"
 #include "solver/refuse.h"
-
-static const char* const resultfiles[] = {".rvp", ".KRT", ".EIG", ".LES", ".NSA", ".NLA",
-                                          ".NSR", ".NSL", ".EMS", ".DAT", ".log"};
 
 job readcontrol(const std::string& path) {
     textin in(findnocase(path));
@@ -42,9 +43,26 @@ job readcontrol(const std::string& path) {
 
 // Read inside signal handlers, hence a plain array that is filled before they are armed.
 static char removedpath[4096];
+static struct stat removedfile;
+static char processpath[sizeof removedpath];
 
+// The file that was read and no other: a later run may have written its own by now.
 void removecontrol() {
-    if (removedpath[0] != 0) unlink(removedpath);
+    struct stat now;
+    if (processpath[0] != 0) unlink(processpath);
+    if (removedpath[0] == 0 || stat(removedpath, &now) != 0) return;
+    if (now.st_ino == removedfile.st_ino && now.st_dev == removedfile.st_dev) unlink(removedpath);
+}
+
+// The lock lasts as long as the process, whatever ends it.
+void holdprocessfile(const std::string& appdir) {
+    const std::string path = appdir + "/EEM.PID";
+    const int file = open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
+    if (file < 0) return;  // a directory that takes no file has no two windows either
+    if (!lockfile(file)) refuse("Another analysis is running in " + appdir + ", see " + path);
+    if (path.size() < sizeof processpath) std::memcpy(processpath, path.c_str(), path.size() + 1);
+    const std::string text = std::to_string(getpid()) + "\n";
+    if (ftruncate(file, 0) != 0 || write(file, text.data(), text.size()) < 0) close(file);
 }
 
 void onfault(const char* words) {
@@ -69,6 +87,7 @@ static void onterminate() {
 void armremoval(const std::string& controlpath) {
     if (controlpath.size() >= sizeof removedpath) refuse("The path is too long: " + controlpath);
     std::memcpy(removedpath, controlpath.c_str(), controlpath.size() + 1);
+    stat(removedpath, &removedfile);
     std::atexit(removecontrol);
     std::set_terminate(onterminate);
     // A stack of its own, so that an overflow of the stack is caught too.
@@ -86,6 +105,10 @@ void armremoval(const std::string& controlpath) {
 }
 
 void removeresults(const std::string& base) {
+    for (const std::string& path : foreignresults(base))
+        refuse(path + " is no file of an analysis and would be replaced by one; move it away, or " +
+               "give the model another name");
     std::error_code ec;
-    for (const char* extension : resultfiles) std::filesystem::remove(base + extension, ec);
+    for (const std::string& extension : resultextensions)
+        std::filesystem::remove(base + extension, ec);
 }

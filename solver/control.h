@@ -21,12 +21,17 @@ job readcontrol(const std::string& path);
 // handler, and the signals that end a program. An absent file is no fault.
 void armremoval(const std::string& controlpath);
 
-// Removes it now.
+// Removes it now, unless another file has taken its name since.
 void removecontrol();
+
+// Holds EEM.PID with the number of this process until it ends, so that a window finds a solver that
+// was left behind. Refuses where another solver holds it.
+void holdprocessfile(const std::string& appdir);
 
 // Called with the text of the fault when a signal or a stray exception ends the program; writes it
 // to standard error. Only what is safe inside a signal handler is done.
 void onfault(const char* words);
 
-// Deletes the result files of a model, so that none of an earlier run can be taken for new.
+// Deletes the result files of a model, so that none of an earlier run can be taken for new. Refuses
+// where a file of somebody else bears such a name.
 void removeresults(const std::string& base);

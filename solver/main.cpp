@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "core/textfile.h"
 #include "solver/control.h"
 #include "solver/refuse.h"
 #include "solver/run.h"
@@ -79,6 +80,7 @@ static job jobof(const arguments& a) {
     job j;
     if (a.model.empty()) {
         const std::string control = a.appdir + "/EEM.CTR";
+        holdprocessfile(a.appdir);
         armremoval(control);
         if (!std::filesystem::exists(control))
             refuse("There is no control file " + control +
@@ -107,22 +109,27 @@ static int run(const arguments& a) {
     job j;
     runlog log;
     std::string fault;
+    bool cleared = false;  // what stands under the names of the results is this run's
     const auto failed = [&](const runtimeerror& e) { fault = e.what; };
     guarded(
         [&] {
             j = jobof(a);
+            if (std::filesystem::exists(j.base + ".commit~"))
+                refuse("The last save of " + j.base +
+                       " was cut short; open the model in Kalvane, which finishes it");
             removeresults(j.base);
+            cleared = true;
             log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
             analyse(j, log);
         },
         failed);
-    if (!j.base.empty()) {
+    if (cleared) {
         if (!fault.empty()) removeresults(j.base);  // half a set could be taken for a whole one
         log.write(j.base + ".log", fault.empty() ? "Results are complete" : "Refused: " + fault);
     }
     removecontrol();
     if (fault.empty()) return 0;
-    std::fprintf(stderr, "%s\n", fault.c_str());
+    std::fprintf(stderr, "%s\n", visible(fault).c_str());
     return 1;
 }
 
@@ -133,7 +140,9 @@ int main(int count, char** words) {
         [&] {
             a = parse({words + 1, words + count});
         },
-        [](const runtimeerror& e) { std::fprintf(stderr, "feiflu: %s\n", e.what.c_str()); });
+        [](const runtimeerror& e) {
+            std::fprintf(stderr, "feiflu: %s\n", visible(e.what).c_str());
+        });
     if (!understood) return 1;
     if (a.help || a.version) {
         std::fputs(a.help ? usage : "feiflu " KALVANE_VERSION "\n", stdout);

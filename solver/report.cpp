@@ -44,7 +44,7 @@ std::string rightaligned(const std::string& text, int width) {
 }
 
 void runlog::line(const std::string& text) {
-    content += text;
+    content += visible(text);
     content += "\r\n";
 }
 

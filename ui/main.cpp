@@ -12,6 +12,7 @@
 #include "core/start.h"
 #include "files/changed.h"
 #include "files/filemenu.h"
+#include "files/solverlock.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
@@ -90,6 +91,7 @@ int main(int argc, char** argv) {
     loadspringpictures();
     if (!startsession()) return 1;
     markassaved();
+    deletecontrolfile();  // of a window that was killed
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());

@@ -29,6 +29,7 @@
 #include "edit/move.h"
 #include "files/filemenu.h"
 #include "files/runlog.h"
+#include "files/solverlock.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/postproces.h"

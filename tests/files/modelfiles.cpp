@@ -2,11 +2,18 @@
 // The file set both ways: round trips, old layouts, dropped rows, damage of every kind.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <filesystem>
 #include <limits>
 #include <random>
 #include <utility>
 
+#include "core/besidefile.h"
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/modelsize.h"
@@ -18,6 +25,8 @@
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/runlog.h"
+#include "files/saving.h"
+#include "files/solverlock.h"
 #include "tests/support/recorder.h"
 
 namespace fs = std::filesystem;
@@ -94,9 +103,11 @@ TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
               "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n");
     EXPECT_TRUE(commentvisible);
     saveas(room.file("b"));
-    for (const char* extension : extensions)
+    for (const char* extension : extensions) {
+        EXPECT_NE(contentof(room.file("a") + extension), "") << extension;
         EXPECT_EQ(contentof(room.file("a") + extension), contentof(room.file("b") + extension))
             << extension;
+    }
     EXPECT_TRUE(room.door.messages.empty());
 }
 
@@ -234,6 +245,8 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
         {2, 3, "Error: Model to large, Increase number of elements to 4 on "},
         {4, 1, "Error: To much material groups, Increase number of groups to 2 on "},
         {5, 1, "Error: To much graphic Elements, Increase number of graphics on "},
+        {3, 3, "Error: Model to large, Increase Boundary Condition per loadcase to 4 on "},
+        {7, 1, "Error: Model to large, Increase number of Loadcases to 2 on "},
     };
     for (const auto& c : cases) {
         const int before = modelsize(c.size);
@@ -245,9 +258,16 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
         EXPECT_EQ(nnodes() + nelems() + ncon, 0);
         modelsize(c.size) = before;
     }
-    modelsize(7) = 1;
-    EXPECT_TRUE(openmodel(room.file("a")));
-    EXPECT_TRUE(room.door.toldpart("[File,Model size..]"));
+    // All of them at once, and the user agrees to larger sizes: one question, nothing is cut.
+    for (const auto& c : cases) modelsize(c.size) = c.value;
+    room.door.messages.clear();
+    room.door.answerqueue = {answers::yes};
+    ASSERT_TRUE(openmodel(room.file("a")));
+    EXPECT_TRUE(nnodes() == 12 && ncon == 4 && nlc() == 2 && loadnode(1, 1) == 12);
+    EXPECT_TRUE(ngraphics() == 2 && ngroups() == 2 && lcomb(2, 2) == -1);
+    EXPECT_EQ(std::ranges::count(room.door.messages, buttons::yesno, &messagebox::set), 1);
+    EXPECT_EQ(contentof(room.file("decmem.DAT")).substr(0, 4), "15\r\n")
+        << "and they stay declared";
 }
 
 // Whatever stands in the files: a message or a model, never a crash, and the model in hand
@@ -299,8 +319,8 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
     room.door.messages.clear();
     writefile(room.file("bad.vpl"), "1\r\n1,1,abc\r\n");
     ASSERT_TRUE(openmodel(room.file("bad")));
-    EXPECT_TRUE(
-        room.door.told(room.file("bad.vpl") + ", line 2: a number was expected, found \"abc\""));
+    EXPECT_TRUE(room.door.toldpart(room.file("bad.vpl") +
+                                   ", line 2: a number was expected, found \"abc\""));
     EXPECT_EQ(ncon, 0);
     EXPECT_EQ(nnodes(), 12);
 }
@@ -314,7 +334,7 @@ TEST(Modelfiles, NumbersBeyondAllBoundsNeverReachTheFiles) {
     nodes(0, 3, 1) = std::numeric_limits<float>::infinity();
     lcomb(1, 1) = std::numeric_limits<float>::quiet_NaN();
     EXPECT_FALSE(savemodel());
-    EXPECT_EQ(room.door.messages.size(), 2u);
+    EXPECT_EQ(room.door.messages.size(), 1u);
     EXPECT_EQ(contentof(room.file("m.tek")), good);
     ASSERT_TRUE(openmodel(room.file("m")));
     room.door.messages.clear();
@@ -392,26 +412,103 @@ TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
     EXPECT_TRUE(menupostItem(1).checked) << "results of the model before stay on show";
 }
 
-TEST(Modelfiles, AFailedSaveTellsItsFileAndKeepsTheOldOnes) {
+TEST(Modelfiles, AFailedSaveTellsItsFilesInOneBoxAndKeepsTheOldOnes) {
     sessionroom room;
     fillmodel();
     saveas(room.file("a"));
-    const std::string old = contentof(room.file("a.vpl"));
-    fs::create_directory(room.file("b.tek"));  // can not be replaced by a file
-    fs::create_directory(room.file("b.vpl"));
-    modelname = room.file("b");
-    EXPECT_FALSE(savemodel());
-    EXPECT_EQ(room.door.messages.size(), 2u);
-    EXPECT_TRUE(room.door.told(
-        "Error occurred while trying to save model. Model Not saved, please retry."));
-    EXPECT_TRUE(room.door.told(
-        "Error occurred while trying to save Constrains. Constrains Not saved, please retry."));
-    EXPECT_EQ(contentof(room.file("b.mlt")), contentof(room.file("a.mlt"))) << "the others go on";
+    saveas(room.file("b"));
+    const std::string old = contentof(room.file("b.mlt")), vpl = contentof(room.file("b.vpl"));
+    for (const char* name : {"b.tek", "b.vpl"}) fs::permissions(room.file(name), fs::perms(0444));
+    groupname(2) = "later";
+    const auto save = [&](answers answer) {
+        room.door.messages.clear();
+        room.door.answerqueue = {answer};
+        return savemodel();
+    };
+    EXPECT_FALSE(save(answers::cancel));
+    ASSERT_EQ(room.door.messages.size(), 1u);
+    for (const char* part :
+         {"Error occurred while trying to save model. Model Not saved, please retry.",
+          "Error occurred while trying to save Constrains. Constrains Not saved, please retry.",
+          "b.vpl (the file is write-protected)"})
+        EXPECT_TRUE(room.door.toldpart(part)) << part;
+    EXPECT_EQ(contentof(room.file("b.mlt")), old) << "as delivered, no file of this save";
+    EXPECT_FALSE(save(answers::yes));
+    EXPECT_NE(contentof(room.file("b.mlt")), old) << "what could be written, as the user says";
+    EXPECT_EQ(contentof(room.file("b.vpl")), vpl);
+    room.door.filequeue.push_back({true, room.file("c.tek"), 2});
+    EXPECT_TRUE(save(answers::no)) << "saved under another name";
+    EXPECT_EQ(modelname, room.file("c"));
+    EXPECT_EQ(contentof(room.file("c.vpl")), vpl);
+    fs::remove(room.file("c.txt"));
     fs::create_directory(room.file("c.txt"));
-    room.door.messages.clear();
-    modelname = room.file("c");
-    EXPECT_TRUE(savemodel());
+    EXPECT_TRUE(save(answers::cancel));
     EXPECT_TRUE(room.door.messages.empty()) << "the comment fails silently";
+}
+
+// A damaged or changed file is not overwritten unasked, and is kept when it is.
+TEST(Modelfiles, WhatWasNotReadIsNotOverwrittenWithoutAQuestion) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    const std::string damaged = contentof(room.file("m.knk")).substr(0, 5);
+    writefile(room.file("m.knk"), damaged);
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_NE(room.door.title.find("incomplete, not read: m.knk"), std::string::npos);
+    EXPECT_FALSE(savemodel());
+    EXPECT_TRUE(room.door.toldpart("m.knk. The old file is kept with .bak"));
+    runanalysis();
+    EXPECT_TRUE(room.door.toldpart("The analysis was not started"));
+    EXPECT_EQ(contentof(room.file("m.knk")), damaged);
+    room.door.answerqueue = {answers::yes};
+    EXPECT_TRUE(savemodel());
+    EXPECT_EQ(contentof(room.file("m.knk.bak")), damaged);
+    EXPECT_EQ(room.door.title, "Kalvane © 4.1: " + room.file("m"));
+    room.door.messages.clear();
+    EXPECT_TRUE(savemodel());
+    EXPECT_TRUE(room.door.messages.empty());
+    writefile(room.file("m.lcd"), "written by another program");
+    EXPECT_FALSE(savemodel());
+    EXPECT_TRUE(room.door.toldpart("another program since the model was read or saved: m.lcd."));
+    EXPECT_EQ(contentof(room.file("m.lcd")), "written by another program");
+}
+
+TEST(Modelfiles, RowsOfNoNodeFallAwayWhateverElseTheyHold) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("m"));
+    writefile(room.file("m.vpl"), "3\r\n0,0,0\r\n1,2,5\r\n99,7,1E60\r\n");
+    writefile(room.file("m.knk"), "2\r\n0,0,0\r\n3,1,4\r\n0\r\n");
+    room.door.messages.clear();
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(ncon == 1 && condof(1) == 2 && loadnode(1, 0) == 1 && loadval(1, 1) == 4);
+}
+
+// The nodes of an element that has no type are no elements.
+TEST(Modelfiles, AnElementOfTypeZeroMayNotShiftTheNumbersBehindIt) {
+    sessionroom room;
+    const std::string nodelines = "2,2\r\n0,0,0\r\n1,0,0\r\n";
+    writefile(room.file("free.tek"), nodelines + "0\r\n1\r\n6\r\n1,2,1\r\n");
+    EXPECT_TRUE(openmodel(room.file("free")));
+    EXPECT_TRUE(elems(1, 0) == 0 && elems(2, 2) == 2) << "a free slot keeps its number";
+    writefile(room.file("bad.tek"), nodelines + "0\r\n1,2,1\r\n6\r\n1,2,1\r\n");
+    EXPECT_FALSE(openmodel(room.file("bad")));
+    EXPECT_TRUE(room.door.toldpart("bad.tek, line 5: an element of type 0 has no nodes"));
+}
+
+TEST(Modelfiles, WithoutAGroupFileTheElementsKeepTheirNumbers) {
+    sessionroom room;
+    fillmodel();
+    egroup(3) = 5;
+    saveas(room.file("m"));
+    fs::remove(room.file("m.mlt"));
+    room.door.messages.clear();
+    ASSERT_TRUE(openmodel(room.file("m")));
+    EXPECT_TRUE(room.door.messages.empty()) << "a missing side file is a normal case";
+    EXPECT_TRUE(egroup(3) == 5 && egroup(1) == 2 && ngroups() == 5);
+    EXPECT_EQ(groupname(5), "GR 5");
+    EXPECT_EQ(groups(5, 1), 210000);
 }
 
 TEST(Filemenu, SaveAsSplitsTheNameAndAsksBeforeReplacing) {
@@ -431,6 +528,10 @@ TEST(Filemenu, SaveAsSplitsTheNameAndAsksBeforeReplacing) {
     room.door.filequeue.push_back({true, room.file("n"), 2});
     EXPECT_EQ(menusave(), reply::done) << "a name without extension gets the filter's";
     EXPECT_TRUE(fs::exists(room.file("n.tek")));
+    room.door.filequeue.push_back({true, room.file("ver.1.2"), 2});
+    EXPECT_EQ(menusave(), reply::done);
+    EXPECT_TRUE(fs::exists(room.file("ver.1.2.tek")));
+    EXPECT_EQ(openfile(room.file("ver.1.2.tek")), reply::done);
     EXPECT_EQ(menusave(), reply::cancelled) << "the dialog was left by Cancel";
 }
 
@@ -439,6 +540,9 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     fillmodel();
     saveas(room.file("m"));
     fs::rename(room.file("m.vpl"), room.file("m.VPL"));
+    saveas(room.file("M"));  // another model
+    ncon = 1;
+    saveas(room.file("M"));
     room.door.filequeue.push_back({true, room.file("m.TEK"), 2});
     EXPECT_EQ(menuopen(), reply::done);
     EXPECT_EQ(ncon, 4) << "a side file of another case is found";
@@ -524,7 +628,8 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     openmodel(room.file("m"));
     room.door.filequeue.assign(2, {true, room.file("m.tek"), 2});
     EXPECT_EQ(menuimport(), reply::done);
-    EXPECT_EQ(menuimport(), reply::done);
+    EXPECT_EQ(menuimport(), reply::failed);
+    EXPECT_EQ(ngroups(), 4) << "and no groups behind";
     EXPECT_TRUE(
         room.door.told("Increase number of nodes or elements on Model declaration form. "
                        "Do: [File,modelsize..]"));
@@ -563,6 +668,7 @@ TEST(Analyse, HandsOverAndReadsBack) {
     std::string control;
     room.door.onprocess = [&] {
         control = contentof(controlfile());
+        writefile(modelname + ".log", "feiflu 4.1\nResults are complete\n");
         fs::remove(controlfile());
         room.door.running = true;  // it lingers after its signal
     };
@@ -597,6 +703,73 @@ TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     room.door.onprocess = [] { fs::remove(controlfile()); };
     room.door.exitcode = 1;
     run("The analysis ended without results.");
+    // The signal alone is not this run's: another program has removed the file, a log is old.
+    writefile(room.file("m.log"), "feiflu 4.1\nResults are complete\n");
+    room.door.exitcode = 0;
+    room.door.onprocess = [&] {
+        fs::remove(controlfile());
+        room.door.running = true;
+    };
+    run("before the solver's end");
+}
+
+// Stands for the solver of a window that was killed: it holds its lock until it is ended.
+static pid_t forkleftsolver(const sessionroom& room) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    const int file = open(room.file("EEM.PID").c_str(), O_RDWR | O_CREAT, 0644);
+    const std::string number = std::to_string(getpid());
+    if (lockfile(file) && write(file, number.data(), number.size()) > 0) pause();
+    _exit(0);
+}
+
+TEST(Analyse, OneWindowAtATimeAndNoSolverStaysBehind) {
+    sessionroom room;
+    placesolver(room);
+    fillmodel();
+    modelname = room.file("m");
+    const pid_t left = forkleftsolver(room);
+    while (contentof(room.file("EEM.PID")).empty()) usleep(1000);
+    writefile(room.file("EEM.LCK"), "1\nold\n");
+    writefile(controlfile(), "of the killed window");
+    deletecontrolfile();
+    int status = 0;
+    kill(left, SIGKILL);  // it would be too late
+    EXPECT_TRUE(waitpid(left, &status, 0) == left && WTERMSIG(status) == SIGTERM)
+        << "ended by the next start";
+    EXPECT_FALSE(fs::exists(controlfile()) || fs::exists(room.file("EEM.LCK")));
+    {
+        solverlock other;
+        ASSERT_TRUE(other.take("/their/bridge"));
+        writefile(controlfile(), "theirs");
+        room.door.cancelled = true;  // of the waiting
+        runanalysis();
+        deletecontrolfile();
+        EXPECT_TRUE(room.door.toldpart("(/their/bridge)"));
+        EXPECT_EQ(contentof(controlfile()), "theirs");
+    }
+    room.door.cancelled = false;
+    room.door.onprocess = [] { fs::remove(controlfile()); };
+    room.door.messages.clear();
+    runanalysis();
+    EXPECT_TRUE(room.door.messages.empty());
+}
+
+TEST(Analyse, FilesOfOthersInTheWayAreAskedAbout) {
+    sessionroom room;
+    placesolver(room);
+    fillmodel();
+    writefile(room.file("notes.log"), "my day");
+    room.door.filequeue.push_back({true, room.file("notes.tek"), 2});
+    EXPECT_EQ(menusave(), reply::cancelled);
+    EXPECT_TRUE(room.door.toldpart("notes.log"));
+    saveas(room.file("notes"));
+    runanalysis();
+    EXPECT_EQ(contentof(room.file("notes.log")), "my day");
+    room.door.onprocess = [] { fs::remove(controlfile()); };
+    room.door.answerqueue = {answers::yes};
+    runanalysis();
+    EXPECT_FALSE(fs::exists(room.file("notes.log"))) << "the solver has its way";
 }
 
 TEST(Analyse, ItsEndIsToldInTheStatusLine) {

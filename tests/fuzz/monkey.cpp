@@ -19,6 +19,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
+#include "files/solverlock.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/qtplatform.h"

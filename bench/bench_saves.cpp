@@ -114,7 +114,7 @@ static void look(const std::string& base, int former, counts& c) {
 
 static void print(const char* name, const counts& c) {
     std::printf(
-        "%-34s %4d points: %4d old save, %4d new save (%d finished at the opening), mixed sets %d, "
+        "%-34s %4d points: %4d old save, %4d new save (%d with a record), mixed sets %d, "
         "not opened %d, leftover files %d\n",
         name, c.points, c.former, c.later, c.finished, c.mixed, c.unopened, c.leftovers);
     std::fflush(stdout);

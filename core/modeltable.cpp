@@ -50,6 +50,43 @@ long countof(items of, long list) {
     return 0;
 }
 
+void setcount(items of, long count, long list) {
+    switch (of) {
+        case items::node:
+            nodes(0, 0, 0) = float(count);
+            break;
+        case items::element:
+            elems(0, 0) = float(count);
+            break;
+        case items::group:
+            groups(0, 0) = double(count);
+            break;
+        case items::constraint:
+            ncon = int(count);
+            break;
+        case items::loadcase:
+            loadnode(0, 0) = int(count);
+            break;
+        case items::nodalload:
+            loadnode(list, 0) = int(count);
+            break;
+        case items::elementload:
+            elemload(list, 0, 0) = float(count);
+            break;
+        case items::combination:
+            lcomb(0, 0) = float(count);
+            break;
+        case items::graphic:
+            graphics(0, 0, 0) = float(count);
+            break;
+        case items::patch:
+            patches(0, 0, 0) = int(count);
+            break;
+        case items::none:
+            break;
+    }
+}
+
 static std::function<long(long)> countsof(items of) {
     return [of](long list) { return countof(of, list); };
 }
@@ -452,11 +489,16 @@ long lastlist(const modelarray& row) {
 // --- references of higher floors ----------------------------------------------------------------
 
 std::vector<heldreference>& heldreferences() {
-    static std::vector<heldreference> rows;
+    static std::vector<heldreference> rows = {
+        {"Current group", items::group, losses::instead, [] { return std::span(&meshgroup, 1); }},
+        {"Group shown in a view", items::group, losses::zero,
+         [] { return viewgroup.row().subspan(1); }}};
     return rows;
 }
 
 void holdreference(const char* caption, items refers, losses lost,
                    std::function<std::span<int>()> numbers) {
+    std::erase_if(heldreferences(),
+                  [&](const auto& r) { return caption == std::string(r.caption); });
     heldreferences().push_back({caption, refers, lost, std::move(numbers)});
 }

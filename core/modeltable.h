@@ -162,3 +162,4 @@ void holdreference(const char* caption, items refers, losses lost,
 
 // How many items of a kind there are; `list` is the load case of a load.
 long countof(items of, long list = 0);
+void setcount(items of, long count, long list = 0);

@@ -154,7 +154,7 @@ static bool iskept;
 
 static std::vector<entry> done, undone;  // the last one is the next to be taken
 static states now;
-static long laststate, analysed;
+static long laststate, analysed, saved;
 
 std::function<void(bool)> afterstep;
 
@@ -392,7 +392,7 @@ struct openstep {
     reaches reach = reaches::nothing;
     keptcompany selected, shown;
     int nodes = 0, graphics = 0;
-    bool restarts = false, analyses = false;
+    bool restarts = false, analyses = false, saves = false, unsaves = false;
 };
 }  // namespace
 static openstep under;
@@ -457,13 +457,16 @@ static void restart() {
     forget();
     now = {++laststate, laststate};
     analysed = now.input;
+    saved = now.model;
 }
 
 // The end of a door: what has changed becomes an entry.
 static void finish() {
     if (under.restarts) {
         restart();
+        if (under.unsaves) saved = -1;
         keepall();
+        if (afterstep) afterstep(true);
     } else if (under.reach != reaches::nothing) {
         const bool wasstale = isresultstale();
         difference d;
@@ -471,19 +474,20 @@ static void finish() {
         if (under.reach == reaches::model) comparearrays(d);
         if (d.model) enter(d);
         if (under.analyses) analysed = now.input;
+        if (under.saves) saved = now.model;
         // The places of the last move belong to numbers that have changed.
         if (undomark != 0 && (under.nodes != nnodes() || under.graphics != ngraphics())) dropundo();
         if (d.input || under.analyses) noteresults();
-        if (d.model && afterstep) afterstep(wasstale != isresultstale());
+        if ((d.model || under.saves) && afterstep) afterstep(wasstale != isresultstale());
     }
-    under.restarts = under.analyses = false;
+    under.restarts = under.analyses = under.saves = under.unsaves = false;
 }
 
 static void begin() {
     under.name.clear();
     under.suggested.clear();
     under.reach = reaches::nothing;
-    under.restarts = under.analyses = false;
+    under.restarts = under.analyses = under.saves = under.unsaves = false;
     if (!iskept) keepall();
     under.selected = takeselection();
     under.shown = takeshown();
@@ -542,8 +546,23 @@ bool isresultstale() {
     return now.input != analysed;
 }
 
-long modelstate() {
-    return now.model;
+void notesaved() {
+    under.saves = under.depth > 0;
+    saved = now.model;
+}
+
+bool isunsaved() {
+    return now.model != saved;
+}
+
+void noteunsaved() {
+    startjournal();
+    under.unsaves = under.depth > 0;
+    if (under.depth == 0) saved = -1;
+}
+
+bool isstepopen() {
+    return under.depth > 0;
 }
 
 // --- back and forward ---------------------------------------------------------------------------

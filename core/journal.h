@@ -47,9 +47,13 @@ bool isresultstale();
 // Told wherever results are shown once they are stale.
 extern const char* const staletext;
 
-// Counts the steps that changed the model: two equal numbers are one model. It goes back with the
-// steps.
-long modelstate();
+// The model stands on disk as it is.
+void notesaved();
+// It was changed since it was opened or saved; taking the steps back makes it saved again.
+bool isunsaved();
+// The model in hand stands on no disk: it was recovered.
+void noteunsaved();
+bool isstepopen();  // a door is open: the model may be half changed
 
 // What follows a step that changed the model, told after it; `stale` when the results have just
 // become stale or current again.

@@ -6,6 +6,7 @@
 
 #include "core/catalogue.h"
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/modelsize.h"
@@ -49,6 +50,7 @@ static void preparesession() {
 }
 
 static void finishsession() {
+    startjournal();
     promptaction = "Select";
     promptitem = "Nodes";
     promptgoal = "for editing";

@@ -5,8 +5,11 @@
 
 #include <cmath>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -360,6 +363,7 @@ static bool checkpoint() {
 static void leftpress(int nview) {
     moderow* const row = runningmode();
     if (addelemmode && row && row->press) return row->press(nview);
+    if (viewwindow || zoomwinmode || isselectionpending()) nothingchanged();
     if (viewwindow) return viewwindowpress(nview);
     if (zoomwinmode) return zoompress(nview);
     if (isselectionpending()) return selectpress(nview);
@@ -372,6 +376,7 @@ static void leftpress(int nview) {
         if (checkpoint()) movepress(nview);
         return;
     }
+    nothingchanged();
     selectpress(nview);
 }
 
@@ -401,9 +406,22 @@ bool showviewmenu(int nview) {
     return true;
 }
 
+// What a press or its end does, as the list of the steps names it.
+static std::string pressname() {
+    static const std::pair<const Flag*, const char*> names[] = {
+        {&addnodemode, "Free Node"}, {&addelemmode, "Element"}, {&drawline, "Line"},
+        {&drawcircle, "Circle"},     {&drawcurve, "Curve"},     {&movepending, "Move"},
+        {&meshmode, "Mesh"},
+    };
+    for (const auto& [flag, name] : names)
+        if (*flag) return name;
+    return "Mouse";
+}
+
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
+    const step s(pressname());
     endhover();
-    if (button == mousebuttons::right && showviewmenu(nview)) return;
+    if (button == mousebuttons::right && showviewmenu(nview)) return nothingchanged();
     const hourglass wait;
     activeview = nview;
     std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
@@ -449,9 +467,13 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
     if (button != mousebuttons::left) return;
+    const step s(pressname());
     const keptpoint given;
     takepoint(nview, x, y);
-    if (movepending) moverelease(nview);
+    if (movepending)
+        moverelease(nview);
+    else
+        nothingchanged();
     // A box that was dragged open is closed by letting go.
     const bool dragged = std::fabs(x - bandx) > dragreach || std::fabs(y - bandy) > dragreach;
     if (!windowdrag || nview != bandview || !dragged) return;
@@ -486,6 +508,7 @@ static void nextgraphicpoint() {
 }
 
 void keyhandler(int code) {
+    const step s(code == keyescape ? "Release" : pressname());
     moderow* const row = runningmode();
     if (code == keyescape) escape();
     if (code == keyenter) mousedriver(activeview, mousebuttons::right);

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -297,6 +298,7 @@ void dispatchcommand() {
 }
 
 void runcommand(const std::string& text) {
+    const step s(text);
     const hourglass wait;
     commandtext = text;
     guarded(dispatchcommand, [](const runtimeerror& e) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/journal.h"
 #include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/numtext.h"
@@ -362,6 +363,7 @@ static void runlocked(const std::string& program) {
         dorenumber = 0;
         stressloaded = false;
         resultflag = 0;
+        noteanalysis();
         if (rereadresults) rereadresults();
     } else if (end) {
         dropresults();  // the solver has removed the files of the run before

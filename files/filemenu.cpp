@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/modelsize.h"
 #include "core/platform.h"
@@ -89,6 +90,7 @@ static splitpath splitformodel(const std::string& path) {
 }
 
 static void afteropen() {
+    startjournal();
     stressloaded = false;
     forgetsolverlog();
     for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;

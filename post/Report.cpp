@@ -89,15 +89,15 @@ static void reportprogress(double share) {
 }
 
 namespace {
-struct step {
+struct reportstep {
     reportsection wanted;
     void (*write)(reporttext&);
 };
 }  // namespace
 
-static void writewanted(reporttext& r, std::initializer_list<step> steps, double from, double to) {
+static void writewanted(reporttext& r, std::initializer_list<reportstep> steps, double from, double to) {
     const double part = (to - from) / double(steps.size());
-    for (const step& s : steps) {
+    for (const reportstep& s : steps) {
         if (reportwanted[s.wanted]) s.write(r);
         reportprogress(from += part);
     }

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -85,7 +86,7 @@ legendtext makelegend() {
     legendtext t;
     t.title = iselementstress() ? "Stress Index" : "Contour Index";
     t.heading = headinglines();
-    if (resultflag != 0) t.heading.push_back("older than the model");
+    if (isresultstale()) t.heading.emplace_back(staletext);
     t.exponent = exponentof(std::max(std::fabs(indexmax), std::fabs(indexmin)));
     const bool bands = showsbands();
     const int count = bands ? indexcolors + 1 : indexcolors;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -114,8 +115,7 @@ void writekind(reporttext& r, const analysiskind& kind) {
     };
     if (!kind.valid) return;
     r.out.line(sentences[kind.anadof]);
-    if (resultflag != 0)
-        note(r, "the results are older than the model, which was changed after the analysis");
+    if (isresultstale()) note(r, staletext);
     r.out.empty(2);
 }
 

@@ -4,7 +4,9 @@
 
 #include <limits>
 
+#include "core/journal.h"
 #include "core/model.h"
+#include "core/modeltable.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -202,11 +204,16 @@ std::string modetext() {
            frequencytext(modevalue);
 }
 
+bool isstaleshown() {
+    return isresultstale() && (ischecked(deformedshape) || ischecked(contourplot) ||
+                               ischecked(modeshape) || ischecked(elementstress));
+}
+
 std::vector<std::string> picturenotes(int nview) {
     std::vector<std::string> notes;
     const bool stress = plotready() && plotsstress(), field = showsfield() && fieldread;
     if (!stress && !field) return notes;
-    if (resultflag != 0) notes.push_back("The results are older than the model; analyse again");
+    if (isresultstale()) notes.emplace_back(staletext);
     if (field && !fieldnote.empty()) notes.push_back(fieldnote);
     if (stress && !stressnote.empty()) notes.push_back(stressnote);
     if (field && isdeformed() && !fieldismode && maxdisp > 0)
@@ -247,4 +254,6 @@ void wirepost() {
     layer(layers::deformed).wanted = [](int nview) {
         return isdeformed() && !(nview == 1 && iscontour());
     };
+    holdreference("Group of the plots", items::group, losses::instead,
+                  [] { return std::span(&postgroup, 1); });
 }

@@ -33,5 +33,8 @@ std::vector<std::string> picturenotes(int nview);
 // "1: 12.5 Hz" for each mode of the file last read.
 std::vector<std::string> modelist();
 
+// Results are on show, and the model differs from the one that they were computed from.
+bool isstaleshown();
+
 // The post-process routines into the rows and hooks of the floors below.
 void wirepost();

@@ -13,7 +13,7 @@
 
 const char allgroups[] = "All Groups";
 
-const fieldtext groupcaptions[groupfields + 1] = {
+const groupcaption groupcaptions[groupfields + 1] = {
     {"", ""},
     {"E Modulus", "F/L^2"},
     {"Poisson ratio", "-"},

@@ -16,10 +16,10 @@ const int groupfields = 12;     // the properties groups(g,1..12)
 const int matrixfields = 36;    // groupmat(g,1..6,1..6)
 extern const char allgroups[];  // the last entry of the list
 
-struct fieldtext {
+struct groupcaption {
     const char *caption, *unit;
 };
-extern const fieldtext groupcaptions[groupfields + 1];  // 1..12
+extern const groupcaption groupcaptions[groupfields + 1];  // 1..12
 
 struct groupform {
     std::vector<std::string> names;                 // of the list: all groups, then "All Groups"

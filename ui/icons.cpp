@@ -22,6 +22,10 @@ static const std::map<std::string, const char*> outlines = {
     {"save", "M 4 4 L 17 4 L 20 7 L 20 20 L 4 20 Z M 8 4 L 8 9 L 15 9 L 15 4 + R 7 13 10 7"},
     {"print", "M 7 9 L 7 3 L 17 3 L 17 9 R 3 9 18 8 + R 7 14 10 7"},
     {"undo", "M 4 9 L 9 4 M 4 9 L 9 14 + M 4 9 L 14 9 Q 20 9 20 14 Q 20 19 14 19 L 9 19"},
+    {"stepback",
+     "M 3 4 L 3 14 + M 6 9 L 11 4 M 6 9 L 11 14 M 6 9 L 15 9 Q 21 9 21 14 Q 21 19 15 19 L 10 19"},
+    {"stepforward",
+     "M 21 4 L 21 14 + M 18 9 L 13 4 M 18 9 L 13 14 M 18 9 L 9 9 Q 3 9 3 14 Q 3 19 9 19 L 14 19"},
     {"delete",
      "M 4 7 L 20 7 M 9 7 L 9 4 L 15 4 L 15 7 M 6 7 L 7 21 L 17 21 L 18 7 + M 10 11 L 10 17 "
      "M 14 11 L 14 17"},

@@ -20,6 +20,7 @@
 #include <cmath>
 
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
@@ -43,6 +44,7 @@
 #include "ui/plotswitches.h"
 #include "ui/qtsurface.h"
 #include "ui/reportviewer.h"
+#include "ui/steps.h"
 #include "ui/viewtools.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
@@ -172,7 +174,9 @@ void mainwindow::buildleftbar() {
     commentrows->addWidget(comment);
     rows->addWidget(commentframe, 1);
     connect(comment, &QPlainTextEdit::textChanged, this, [this] {
-        if (!refreshing) commenttext = commentshown = comment->toPlainText().toStdString();
+        if (refreshing) return;
+        const step s("Comment", reaches::texts);
+        commenttext = commentshown = comment->toPlainText().toStdString();
     });
     rows->addStretch(0);
 
@@ -224,9 +228,13 @@ void mainwindow::buildcommandline() {
     dimensionlabel->setToolTip(tr("Analyse, Options... chooses between 2-D and 3-D"));
     row->addWidget(run);
     row->addWidget(inputfield);
+    stalelabel = new QLabel(staletext, strip);
+    stalelabel->setObjectName("stale");
+    stalelabel->setStyleSheet("color: #c05000; font-weight: bold");
     row->addWidget(statuslabel, 1);
     row->addWidget(warningbutton);
     row->addWidget(dimensionlabel);
+    row->addWidget(stalelabel);
     row->addWidget(snaplabel);
     centralWidget()->layout()->addWidget(strip);
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
@@ -235,6 +243,7 @@ void mainwindow::buildcommandline() {
 
 // Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
 void mainwindow::takecoordinates() {
+    const step s("Coordinates");
     double value[3];
     for (std::size_t k = 0; k < 3; ++k) {
         const std::string text = coordinates[k]->text().toStdString();
@@ -468,6 +477,8 @@ void mainwindow::refresh() {
     refreshmenus();
     if (auto* const save = findChild<QAction*>("savebutton")) save->setEnabled(!menulock);
     snaplabel->setText(statusofsnap());
+    showsteps();
+    stalelabel->setVisible(isstaleshown());
     selectmethod->setCurrentIndex(int(selecttype));
     static const char* const x[] = {"x =", "y =", "z ="};
     static const char* const dx[] = {"dx=", "dy=", "dz="};

@@ -73,7 +73,7 @@ class mainwindow : public QMainWindow {
     QLineEdit* modenumber = nullptr;
     QPlainTextEdit* comment = nullptr;
     QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr,
-           *dimensionlabel = nullptr;
+           *dimensionlabel = nullptr, *stalelabel = nullptr;
     QToolButton* warningbutton = nullptr;
     plotswitches* switches = nullptr;
     emptyhint* hint = nullptr;

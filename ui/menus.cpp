@@ -7,6 +7,7 @@
 #include <cstring>
 #include <map>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "edit/Edit.h"
@@ -32,9 +33,20 @@
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
+// A caption without its mark of the key, dots and blanks at the end.
+static std::string plaincaption(const char* caption) {
+    std::string name = caption;
+    std::erase(name, '&');
+    while (!name.empty() && (name.back() == '.' || name.back() == ' ')) name.pop_back();
+    return name;
+}
+
 // A command that fails returns to the rest state and tells why.
-static std::function<void()> guardedcommand(std::function<void()> command) {
-    return [command] { guarded(command, fallback); };
+static std::function<void()> guardedcommand(const char* caption, std::function<void()> command) {
+    return [name = plaincaption(caption), command] {
+        const step s(name);
+        guarded(command, fallback);
+    };
 }
 
 static std::function<bool()> checkof(array1<menustate>& list, int i) {
@@ -122,7 +134,7 @@ static void addfilemenu(std::vector<menurow>& t) {
 static void addeditmenu(std::vector<menurow>& t) {
     const char* const m = "&Edit";
     const char* const a = "mnuEditItem";
-    t.push_back({m, a, 0, "Undo", "undo", "Ctrl+Z", editundo, {}, enabledof(mnuEditItem, 0)});
+    t.push_back({m, a, 0, "Undo", "undo", "", editundo, {}, enabledof(mnuEditItem, 0)});
     t.push_back({m, a, 1, "Delete", "delete", "Del", editdelete});
     t.push_back({m, a, 2, "Cu&t", "cut", "Ctrl+X", editcut});
     t.push_back({m, a, 3, "C&opy", "copy", "Ctrl+C", editcopy});
@@ -335,7 +347,8 @@ static void addrow(QMenuBar* bar, menurow& row) {
         row.action->setToolTip(QString::fromUtf8(row.tip));
         menu->setToolTipsVisible(true);
     }
-    if (row.run) QObject::connect(row.action, &QAction::triggered, guardedcommand(row.run));
+    if (row.run)
+        QObject::connect(row.action, &QAction::triggered, guardedcommand(row.caption, row.run));
 }
 
 void buildmenus(QMenuBar* bar) {
@@ -353,7 +366,8 @@ static void refreshrecent() {
         QAction* const action =
             filemenu->addAction(QString::fromStdString(files[i]).replace("&", "&&"));
         action->setObjectName(QString("mnuFileArray(%1)").arg(i));
-        QObject::connect(action, &QAction::triggered, guardedcommand([i] { openrecent(int(i)); }));
+        QObject::connect(action, &QAction::triggered,
+                         guardedcommand("Open", [i] { openrecent(int(i)); }));
         recentactions.push_back(action);
     }
 }
@@ -454,7 +468,7 @@ static QMenu* editingpopup(QWidget* parent) {
         QAction* const item = modify->addAction(caption);
         item->setObjectName(QString("modifypop(%1)").arg(i));
         item->setEnabled(enabled && !menulock);
-        QObject::connect(item, &QAction::triggered, guardedcommand(std::move(run)));
+        QObject::connect(item, &QAction::triggered, guardedcommand(caption, std::move(run)));
     };
     const bool any = nodesel(0) != 0 || elemsel(0) != 0;
     add("Nodal Loads or Constraints", 0, any, [] { startattributes(attributemodes::constraints); });

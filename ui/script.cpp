@@ -21,6 +21,7 @@
 #include <cmath>
 
 #include "core/appdir.h"
+#include "core/journal.h"
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -278,12 +279,7 @@ bool scriptplayer::play() {
         if (line.isEmpty() || line.startsWith('#')) continue;
         if (stopped) return false;
         try {
-            guarded(
-                [&] {
-                    if (!run(line)) refuse("unknown command \"" + line + "\"");
-                },
-                [](const runtimeerror& e) { refuse(QString::fromStdString(e.what)); });
-            settle();
+            runstep(line);
             if (pauses) pause(afterline);
             if (!theplatform().unanswered.empty()) {
                 const QString question = QString::fromStdString(theplatform().unanswered);
@@ -304,6 +300,19 @@ void scriptplayer::pause(int milliseconds) {
     const int step = 50;
     for (int gone = 0; gone < milliseconds && !stopped; gone += step)
         theplatform().yield(std::min(step, milliseconds - gone));
+}
+
+// A line is a step of its own, also where a menu item plays the script.
+void scriptplayer::runstep(const QString& line) {
+    cutstep();
+    const step s("");
+    suggestname(scriptwords(line).mid(1).join(' ').toStdString());
+    guarded(
+        [&] {
+            if (!run(line)) refuse("unknown command \"" + line + "\"");
+        },
+        [](const runtimeerror& e) { refuse(QString::fromStdString(e.what)); });
+    settle();
 }
 
 bool scriptplayer::run(const QString& line) {

@@ -21,6 +21,7 @@ class scriptplayer {
     std::function<void(const QString&)> say;  // explaining texts
 
   private:
+    void runstep(const QString& line);
     bool run(const QString& line);
     void pause(int milliseconds);
     QString inscript(const QString& path) const;

@@ -9,6 +9,7 @@
 
 #include "core/catalogue.h"
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/modeltable.h"
@@ -85,6 +86,10 @@ static valuegetter valueof(const T& scalar) {
 
 static valuegetter computed(std::function<std::string()> value) {
     return [value](const std::vector<long>&) { return value(); };
+}
+
+static std::string nextof(const std::vector<std::string>& steps) {
+    return steps.empty() ? "" : steps.front();
 }
 
 #define NAMED(name) \
@@ -183,6 +188,9 @@ static valuetable filltable() {
         {"drawlinemode", valueof(drawline)},
         {"drawcirclemode", valueof(drawcircle)},
         {"drawcurvemode", valueof(drawcurve)},
+        {"stepback", computed([] { return nextof(stepsback(1)); })},
+        {"stepforward", computed([] { return nextof(stepsforward(1)); })},
+        {"resultstale", computed([] { return std::string(isstaleshown() ? "-1" : "0"); })},
         {"statusline", computed([] { return statusline(); })},
         {"message", computed([] { return theplatform().lastmessage; })},
         {"title", computed([] { return theplatform().title; })},

@@ -3,7 +3,9 @@
 #include "ui/startup.h"
 
 #include <QLabel>
+#include <optional>
 
+#include "core/journal.h"
 #include "core/runtime.h"
 #include "edit/Mouseprocedures.h"
 #include "loads/loadaxes.h"
@@ -12,6 +14,7 @@
 #include "tools/pointentry.h"
 #include "tools/singleelem.h"
 #include "ui/dialogs.h"
+#include "ui/steps.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
 
@@ -25,6 +28,7 @@ void wiremodules() {
     wiresingleelem();
     wirepost();
     wiredialogs();
+    wiresteps();
 }
 
 // Texts of labels come from files: names, comments, paths. Left to guess, a label would take one
@@ -38,6 +42,11 @@ static void keepplain(QObject* receiver) {
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
     if (event->type() == QEvent::Polish) keepplain(receiver);
     bool taken = false;
+    std::optional<step> door;
+    if (isdoor(receiver, event)) {
+        door.emplace("");
+        suggeststep(receiver);
+    }
     guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);
     return taken;
 }

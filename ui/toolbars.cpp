@@ -16,6 +16,7 @@
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
+#include "ui/steps.h"
 #include "ui/viewtools.h"
 
 static QToolBar* newbar(QMainWindow* window, const char* name, const QString& title) {
@@ -71,7 +72,8 @@ void mainwindow::buildtoolbars() {
     file->addWidget(printbutton(this));
 
     QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
-    for (int i : {0, 1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
+    addsteptools(edit);
+    for (int i : {1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
 
     QToolBar* const select = newbar(this, "selectbar", tr("Selection"));
     static const int order[] = {0, 1, 4, 2, 3};  // Nodes, Elements, Graphics, then the others

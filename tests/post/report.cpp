@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
@@ -237,7 +238,10 @@ TEST(Report, LongNamesKeepTheColumnsAndNotesStandByTheResults) {
     reportroom room(3);
     groupname(1) = "Fourteen chars";
     groupname(2) = "Längsträger unten links";
-    resultflag = 1;
+    {
+        const step s("change");
+        rotpo(1) = 1;
+    }
     loadnode(0, 0) = 3;  // the files hold two
     const std::string text = room.report();
     const auto lines = linesof(text);
@@ -246,7 +250,7 @@ TEST(Report, LongNamesKeepTheColumnsAndNotesStandByTheResults) {
     EXPECT_NE(lines[table + 1][28], ' ');
     EXPECT_NE(lines[table + 2].find(" Längsträger u "), std::string::npos) << lines[table + 2];
     EXPECT_EQ(lines[masses + 3].substr(0, 14), "Fourteen char ");
-    find(lines, "Note: the results are older than the model");
+    find(lines, "Note: Results of the model before it was changed");
     find(lines, "Note: frame.rvp holds 2 load cases, the model has 3: the sum is not whole");
     find(lines, "Note: frame.KRT holds 2 load cases");
     find(lines, "Note: frame.LES holds 2 load cases");

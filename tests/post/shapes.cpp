@@ -7,6 +7,7 @@
 
 #include <filesystem>
 
+#include "core/journal.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
 #include "post/legend.h"
@@ -192,12 +193,15 @@ TEST(Switches, ThePictureTellsWhatItsValuesDoNot) {
               std::vector<std::string>{"Displacements drawn 0.1 times their size"});
     loadnode(0, 0) = 2;
     choosecombination(1);
-    resultflag = 1;
+    {
+        const step s("change");
+        rotpo(1) = 1;
+    }
     ASSERT_EQ(picturenotes(1).size(), 3u);
-    EXPECT_EQ(picturenotes(1)[0], "The results are older than the model; analyse again");
+    EXPECT_EQ(picturenotes(1)[0], staletext);
     EXPECT_NE(picturenotes(1)[1].find("the sum is not whole"), std::string::npos);
     room.writemodes({-9, 400 * 9.8696044});
-    resultflag = 0;
+    ASSERT_TRUE(stepback());
     showmode();
     EXPECT_EQ(modetext(), "Mode shape 1 of 2: omega^2 = -9, no frequency");
     EXPECT_EQ(modelist().front(), "1: omega^2 = -9, no frequency");

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The buttons of the journal, and what counts as a door.
+#include "ui/steps.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QApplication>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "core/journal.h"
+#include "core/session.h"
+#include "edit/Mouseprocedures.h"
+#include "edit/selection.h"
+#include "ui/dialogs.h"
+#include "ui/icons.h"
+#include "ui/mainwindow.h"
+#include "view/moddraw.h"
+
+static const std::size_t listed = 20;  // steps in the list of a button
+
+// --- taking steps -------------------------------------------------------------------------------
+
+// A dialog holds numbers of the model as it is; a selection that one waits for is its own.
+static bool maystep() {
+    return !menulock && !isselectionpending() && QApplication::activeModalWidget() == nullptr;
+}
+
+void takesteps(int count, bool back) {
+    if (!maystep()) {
+        door().message("Close the dialog first; steps are taken in the main window",
+                       icons::information);
+        return;
+    }
+    const hourglass wait;
+    pasteflag = false;  // what goes back to where it came from merges with nothing
+    addready();
+    hideselection();
+    back ? stepback(count) : stepforward(count);
+    redrawall();
+    readyprompt();
+}
+
+// --- the buttons --------------------------------------------------------------------------------
+
+namespace {
+struct stepbutton {
+    const char *name, *icon, *caption, *keys;
+    bool back;
+    QAction* action = nullptr;
+    std::vector<std::string> names() const {
+        return back ? stepsback(listed) : stepsforward(listed);
+    }
+};
+}  // namespace
+
+static stepbutton stepbuttons[] = {
+    {"stepback", "stepback", "Step Back", "Ctrl+Z", true},
+    {"stepforward", "stepforward", "Step Forward", "Ctrl+Shift+Z; Ctrl+Y", false},
+};
+
+static void filllist(QMenu* menu, const stepbutton& b) {
+    menu->clear();
+    int count = 0;
+    for (const std::string& name : b.names()) {
+        ++count;
+        menu->addAction(QString::fromStdString(name), menu, [count, back = b.back] {
+            guarded([&] { takesteps(count, back); }, fallback);
+        });
+    }
+}
+
+void addsteptools(QToolBar* bar) {
+    for (stepbutton& b : stepbuttons) {
+        b.action = new QAction(iconof(b.icon), QObject::tr(b.caption), bar);
+        b.action->setObjectName(b.name);
+        b.action->setShortcuts(QKeySequence::listFromString(b.keys));
+        QObject::connect(b.action, &QAction::triggered, bar,
+                         [back = b.back] { guarded([&] { takesteps(1, back); }, fallback); });
+        auto* const button = new QToolButton(bar);
+        auto* const menu = new QMenu(button);
+        QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, &b] { filllist(menu, b); });
+        button->setDefaultAction(b.action);
+        button->setMenu(menu);
+        button->setPopupMode(QToolButton::MenuButtonPopup);
+        button->setObjectName(QString(b.name) + "button");
+        bar->addWidget(button);
+    }
+}
+
+void showsteps() {
+    for (const stepbutton& b : stepbuttons) {
+        if (!b.action) continue;
+        const std::vector<std::string> names = b.names();
+        const QString what =
+            names.empty() ? QObject::tr("nothing to take") : QString::fromStdString(names.front());
+        b.action->setEnabled(!names.empty() && !menulock);
+        b.action->setToolTip(
+            QString("%1: %2 (%3)").arg(b.caption, what, QString(b.keys).section(';', 0, 0)));
+    }
+}
+
+void wiresteps() {
+    afterstep = [](bool stale) {
+        showsteps();
+        if (!stale) return;
+        door().refresh();
+        for (const int i : {1, 2, 3, 4})
+            if (menupostItem(i).checked) return redrawall();
+    };
+}
+
+// --- doors --------------------------------------------------------------------------------------
+
+// A key that only types into a field.
+static bool istyping(const QObject* receiver, const QKeyEvent* key) {
+    const bool field = receiver->inherits("QLineEdit") || receiver->inherits("QPlainTextEdit");
+    return field && !key->text().isEmpty() && key->text()[0].isPrint();
+}
+
+bool isdoor(QObject* receiver, const QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick: {
+            const auto button = static_cast<const QMouseEvent*>(event)->button();
+            if (button != Qt::LeftButton && button != Qt::RightButton) return false;
+            return receiver->isWidgetType() && !qobject_cast<QMenuBar*>(receiver) &&
+                   !qobject_cast<QMenu*>(receiver) && !qobject_cast<QAbstractSlider*>(receiver);
+        }
+        case QEvent::KeyPress:
+            return receiver->isWidgetType() &&
+                   !istyping(receiver, static_cast<const QKeyEvent*>(event));
+        case QEvent::KeyRelease:  // the space key presses a button when it is let go
+            return qobject_cast<QAbstractButton*>(receiver) != nullptr;
+        case QEvent::Shortcut:
+        case QEvent::Drop:
+        case QEvent::Close:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void suggeststep(const QObject* receiver) {
+    const auto* const w = qobject_cast<const QWidget*>(receiver);
+    if (!w) return;
+    QString name;
+    if (const auto* b = qobject_cast<const QAbstractButton*>(w)) name = b->text().remove('&');
+    if (qobject_cast<const QDialog*>(w->window())) {
+        const QString title = w->window()->windowTitle().trimmed();
+        name = name.isEmpty() ? title : title + ": " + name;
+    }
+    if (!name.isEmpty()) suggestname(name.toStdString());
+}

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Step Back and Step Forward in the window, and the doors of the toolkit through which steps come.
+#pragma once
+
+class QEvent;
+class QObject;
+class QToolBar;
+
+void addsteptools(QToolBar* bar);
+void showsteps();  // enabling and tips
+void wiresteps();
+void takesteps(int count, bool back);
+
+// Can what the user does here change the model?
+bool isdoor(QObject* receiver, const QEvent* event);
+// Names the step under way by the dialog and button that are pressed.
+void suggeststep(const QObject* receiver);

@@ -9,6 +9,7 @@
 #include <string>
 #include <utility>
 
+#include "core/journal.h"
 #include "core/model.h"
 
 namespace {
@@ -110,6 +111,7 @@ static std::uint64_t checksumofmodel() {
 
 void markassaved() {
     saved = checksumofmodel();
+    notesaved();
 }
 
 bool ischanged() {

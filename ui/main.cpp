@@ -17,6 +17,7 @@
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
 #include "ui/qtplatform.h"
+#include "ui/recovery.h"
 #include "ui/script.h"
 #include "ui/startup.h"
 #include "ui/theme.h"
@@ -28,6 +29,7 @@ static int playscript(const QString& file) {
     const bool good = player.load(file) && player.play();
     themainwindow->ending = true;
     deletecontrolfile();
+    endrecovery();
     if (!good) QTextStream(stderr) << onterminal(player.fault) << "\n";
     return good ? 0 : 1;
 }
@@ -95,7 +97,11 @@ int main(int argc, char** argv) {
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());
+    wirerecovery();
+    offerrecovery();
     if (!scriptpath.isEmpty()) return playscript(scriptpath);
     if (!model.isEmpty()) QTimer::singleShot(0, &window, [&] { openfile(model.toStdString()); });
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    endrecovery();
+    return code;
 }

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the journal adds to a change, steps back and forward, its memory, and the copy of unsaved
+// work against a save; at 100 000 and at a million elements.
+#include <cstdio>
+#include <string>
+
+#include "bench/largemodel.h"
+#include "bench/ratio.h"
+#include "core/journal.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "edit/Edit.h"
+#include "edit/commands.h"
+#include "edit/selection.h"
+#include "files/filop.h"
+#include "files/recovery.h"
+
+static void selectone() {
+    checkselectitem(selectelements);
+    elemsel(0) = 1;
+    elemsel(1) = float(nelems() / 2);
+    nodesel(0) = 0;
+}
+
+static void moveone() {
+    nodesel(0) = 1;
+    nodesel(1) = nnodes() / 2;
+    elemsel(0) = 0;
+    commandtext = "dx=0.001";
+    dispatchcommand();
+}
+
+static void deleteone() {
+    selectone();
+    editdelete();
+}
+
+// The same change within a step and without.
+static void withjournal(const std::string& what, void (*change)()) {
+    const double most = 1.15;
+    const auto kept = [&] {
+        const step s(what);
+        change();
+    };
+    printratio(what, 5, most, kept, change);
+}
+
+static void atmost(const char* what, double found, double limit) {
+    std::printf("%-46s %8.4f  (wanted: at most %.2f)%s\n", what, found, limit,
+                found > limit ? "  ABOVE" : "");
+}
+
+static void measure(int side, double secondsofstep) {
+    makelargemodel(side);
+    std::printf("%d elements\n", nelems());
+    startjournal();
+    withjournal("typed dx= of one node", moveone);
+    withjournal("delete of one element", deleteone);
+    atmost("step back, s", secondsof([] { stepback(); }), secondsofstep);
+    atmost("step forward, s", secondsof([] { stepforward(); }), secondsofstep);
+    const double mostmemory = 1.2, mostcopy = 1.5;
+    atmost("journal, of the declared arrays", double(journalbytes()) / declaredbytes(), mostmemory);
+    modelname = appdir + "/large";
+    printratio(
+        "copy of unsaved work against a save", 3, mostcopy, [] { writecopy(); },
+        [] { savemodel(); });
+    dropcopy();
+}
+
+int main() {
+    startsession();
+    measure(316, 0.05);
+    measure(1000, 0.3);
+}

@@ -280,6 +280,7 @@ bool scriptplayer::play() {
         if (stopped) return false;
         try {
             runstep(line);
+            settle();
             if (pauses) pause(afterline);
             if (!theplatform().unanswered.empty()) {
                 const QString question = QString::fromStdString(theplatform().unanswered);
@@ -312,7 +313,6 @@ void scriptplayer::runstep(const QString& line) {
             if (!run(line)) refuse("unknown command \"" + line + "\"");
         },
         [](const runtimeerror& e) { refuse(QString::fromStdString(e.what)); });
-    settle();
 }
 
 bool scriptplayer::run(const QString& line) {

@@ -14,6 +14,7 @@
 #include "edit/commands.h"
 #include "edit/selection.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "files/recovery.h"
 
 static void selectone() {

@@ -19,6 +19,7 @@
 #include "edit/renumber.h"
 #include "edit/selection.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "loads/attributerows.h"
 #include "loads/loadcombinations.h"
 #include "loads/loadkees.h"

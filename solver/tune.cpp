@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
 
 #include "solver/blas.h"
@@ -33,5 +34,7 @@ void tunelibraries(char** words) {
     if (told != nullptr && std::string_view(told) == "1" && better == nullptr) return;
     setenv(threads, "1", 1);
     if (better != nullptr) setenv(kernels, better, 1);
-    execv("/proc/self/exe", words);
+    std::error_code ec;  // by its own path, so that it keeps its name among the processes
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", ec);
+    if (!ec) execv(self.c_str(), words);
 }

@@ -46,16 +46,3 @@ struct platestresses {
 };
 platestresses findplatestresses(const model& m, const settings& s, const dofmap& d,
                                 const displacements& u, runlog& log);
-
-// The thirteen values of a stress record.
-const int recordvalues = 13;
-// Local axes of one corner to a record in local and in global axes. Combined stress included.
-void localrecord(const element& e, const double* corner, double* record);
-void globalrecord(const element& e, const mat3& axes, const double* corner, double* record);
-double combinedstress(const double* record);
-
-// Corner slots that share node and group, for averages: slot of each corner and number of slots.
-struct averageslots {
-    std::vector<int> slot, members;
-};
-averageslots findslots(const model& m, const platestresses& p);

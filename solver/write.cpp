@@ -1,72 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Result files. Text is made by all threads, a block of rows each, and written in order.
+// Result files.
 #include "solver/write.h"
 
 #include <algorithm>
 
-#include "core/numtext.h"
-#include "core/textfile.h"
-#include "solver/parallel.h"
-
-namespace {
-// Text of some rows.
-class rowtext {
-  public:
-    void put(double value) {
-        comma();
-        const std::size_t at = text.size();
-        text.resize(at + longestnumber);
-        char* const p = text.data() + at;
-        text.resize(at + std::size_t(writenumber(p, value) - p));
-    }
-    void put(int value) {
-        comma();
-        const std::size_t at = text.size();
-        text.resize(at + longestnumber);
-        char* const p = text.data() + at;
-        text.resize(at + std::size_t(writenumber(p, long(value)) - p));
-    }
-    void put(const vec3& at) {
-        for (int k = 0; k < 3; ++k) put(at[k]);
-    }
-    void put(const double* values, int count) {
-        for (int k = 0; k < count; ++k) put(values[k]);
-    }
-    void endline() {
-        text += "\r\n";
-        started = false;
-    }
-    const std::string& content() const { return text; }
-    void clear() { text.clear(); }
-
-  private:
-    void comma() {
-        if (started) text += ',';
-        started = true;
-    }
-    std::string text;
-    bool started = false;
-};
-}  // namespace
-
-// Writes rows 0..count-1, each made by row(i, text).
-template <typename Row>
-static void writerows(textout& out, int count, Row row) {
-    const int blockrows = 1024, blocks = 4 * threads();
-    std::vector<rowtext> texts;
-    texts.resize(std::size_t(blocks));
-    for (int begin = 0; begin < count; begin += blockrows * blocks) {
-        parallelpieces(blocks, 1, [&](int firstblock, int lastblock, int) {
-            for (int b = firstblock; b < lastblock; ++b) {
-                rowtext& text = texts[std::size_t(b)];
-                text.clear();
-                const int first = begin + b * blockrows;
-                for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, text);
-            }
-        });
-        for (const rowtext& text : texts) out.raw(text.content());
-    }
-}
+#include "solver/means.h"
+#include "solver/records.h"
+#include "solver/rowtext.h"
 
 std::string trailerof(const model& m, int lc) {
     std::string name;
@@ -180,27 +120,17 @@ static void writecorners(textout& out, const model& m, const settings& s, const 
 }
 
 static void writemeans(textout& out, const model& m, const settings& s, const platestresses& r,
-                       const averageslots& slots, int lc, axesof which) {
-    const int summed = recordvalues - 1;
-    std::vector<double> mean(slots.members.size() * std::size_t(summed), 0);
-    for (std::size_t i = 0; i < r.elements.size(); ++i) {
-        const element e = elementat(m, s, r.elements[i]);
-        for (int c = 0; c < e.nodes; ++c) {
-            double record[recordvalues];
-            makerecord(e, which, r.of(lc, r.first[i] + c), record);
-            const int slot = slots.slot[std::size_t(r.first[i] + c)];
-            for (int k = 0; k < summed; ++k)
-                mean[std::size_t(slot) * std::size_t(summed) + std::size_t(k)] +=
-                    record[k] / slots.members[std::size_t(slot)];
-        }
-    }
+                       const meanslots& slots, const std::vector<facestress>& means, axesof which) {
     writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
         const element e = elementat(m, s, r.elements[std::size_t(i)]);
+        const mat3& axes = slots.axes[std::size_t(i)];
         for (int c = 0; c < e.nodes; ++c) {
-            const int slot = slots.slot[std::size_t(r.first[std::size_t(i)] + c)];
+            const facestress mean = meanat(slots, means, r.first[std::size_t(i)] + c);
             double record[recordvalues];
-            std::copy_n(mean.data() + std::size_t(slot) * std::size_t(summed), summed, record);
-            record[recordvalues - 1] = combinedstress(record);
+            if (which == axesof::element)
+                localrecord(mean, axes, record);
+            else
+                globalrecord(e, axes, mean, record);
             putcorner(e, c, record, text);
         }
     });
@@ -208,25 +138,20 @@ static void writemeans(textout& out, const model& m, const settings& s, const pl
 }
 
 void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases) {
-    const averageslots slots = findslots(m, r);
-    const struct {
-        const char* extension;
-        axesof which;
-        bool mean;
-    } files[] = {{".NSR", axesof::model, false},
-                 {".NSL", axesof::element, false},
-                 {".NSA", axesof::model, true},
-                 {".NLA", axesof::element, true}};
-    for (const auto& file : files) {
-        textout out(m.base + file.extension);
-        for (int lc = 1; lc <= cases; ++lc) {
-            if (file.mean)
-                writemeans(out, m, s, r, slots, lc, file.which);
-            else
-                writecorners(out, m, s, r, lc, file.which);
-        }
+    for (const axesof which : {axesof::model, axesof::element}) {
+        textout out(m.base + (which == axesof::model ? ".NSR" : ".NSL"));
+        for (int lc = 1; lc <= cases; ++lc) writecorners(out, m, s, r, lc, which);
         out.commit();
     }
+    const meanslots slots = findslots(m, s, r);
+    textout global(m.base + ".NSA"), local(m.base + ".NLA");
+    for (int lc = 1; lc <= cases; ++lc) {
+        const std::vector<facestress> means = findmeans(m, s, r, slots, lc);
+        writemeans(global, m, s, r, slots, means, axesof::model);
+        writemeans(local, m, s, r, slots, means, axesof::element);
+    }
+    global.commit();
+    local.commit();
 }
 
 void writemasses(const model& m, const std::vector<massproperties>& masses) {

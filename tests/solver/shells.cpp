@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "solver/records.h"
 #include "tests/solver/verify.h"
 
 using grid = build::grid;

@@ -164,6 +164,10 @@ void massbeam(const element& e, elmatrix& m) {
     tomodelaxes(local, b.axes, m);
 }
 
+vec2 deflectbeam(const element& e, double x, const Eigen::Matrix<double, 12, 1>& ends) {
+    return (shapes(dataof(e), x) * ends).segment<2>(1);
+}
+
 void spreadbeam(const element& e, const vec2& place, const vec3& force, elvector& f) {
     const beamdata b = dataof(e);
     const Eigen::Matrix<double, 12, 1> local =

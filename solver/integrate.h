@@ -10,6 +10,8 @@
 // Adds a force a length that varies with x (0 at the first node, 1 at the second) from x = from to
 // x = to. Intervals are halved until the nodal forces change by less than 1e-6 of the load.
 using linedensity = std::function<vec3(double x)>;
+// Takes a density that holds from x = from to x = to.
+using linesink = std::function<void(double from, double to, const linedensity& load)>;
 void integrateline(const element& e, double from, double to, const linedensity& load, elvector& f);
 
 // Adds a force an area, given by place and unit normal, over the part of a plate whose z lies

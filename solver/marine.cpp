@@ -29,16 +29,23 @@ marineloads::marineloads(const model& m, const settings& set, const loadcase& c)
 }
 
 bool marineloads::onelement(const element& e, elvector& f) const {
-    const family fam = kindof(e.type).fam;
-    const bool line = fam == family::line, plate = fam == family::plate;
-    if (!(line || plate) || kindof(e.type).spread == nullptr) return false;
+    if (kindof(e.type).fam == family::line)
+        return online(e, [&](double from, double to, const linedensity& load) {
+            integrateline(e, from, to, load, f);
+        });
+    if (kindof(e.type).fam != family::plate) return false;
+    if (type == casewind) return windonplate(e, f);
+    return type == casebuoyancy && floatplate(e, f);
+}
+
+bool marineloads::online(const element& e, const linesink& sink) const {
     switch (type) {
         case casewave:
-            return line && wave.height > 0 && waveonline(e, f);
+            return wave.height > 0 && waveonline(e, sink);
         case casewind:
-            return line ? windonline(e, f) : windonplate(e, f);
+            return windonline(e, sink);
         case casebuoyancy:
-            return line ? floatline(e, f) : floatplate(e, f);
+            return floatline(e, sink);
         default:
             return false;
     }
@@ -62,7 +69,7 @@ static vec3 placeon(const element& e, double x) {
 
 // --- waves --------------------------------------------------------------------------------------
 
-bool marineloads::waveonline(const element& e, elvector& f) const {
+bool marineloads::waveonline(const element& e, const linesink& sink) const {
     const linesection section = sectionof(e);
     const mat3 axes = lineaxes(e);
     const vec3 axis = axes.row(0);
@@ -96,7 +103,7 @@ bool marineloads::waveonline(const element& e, elvector& f) const {
     for (int i = 0; i < pieces; ++i) {
         double a = from + (to - from) * i / pieces, b = from + (to - from) * (i + 1) / pieces;
         if (!cutpositive(under, a, b)) continue;
-        integrateline(e, a, b, load, f);
+        sink(a, b, load);
         any = true;
     }
     return any;
@@ -108,7 +115,7 @@ vec3 marineloads::windat(double height) const {
     return wind * std::pow(height * s.length / windheight, s.windexponent);
 }
 
-bool marineloads::windonline(const element& e, elvector& f) const {
+bool marineloads::windonline(const element& e, const linesink& sink) const {
     const linesection section = sectionof(e);
     const mat3 axes = lineaxes(e);
     const vec3 axis = axes.row(0);
@@ -119,14 +126,11 @@ bool marineloads::windonline(const element& e, elvector& f) const {
     const double speed = across.norm();
     if (!(speed > 0)) return false;
     const double width = s.length * widthacross(section, axes, across / speed);
-    integrateline(
-        e, from, to,
-        [&](double x) -> vec3 {
-            const double z = std::max(0.0, placeon(e, x).z());
-            const vec3 v = normalpart(windat(z), axis);
-            return 0.5 * s.airdensity * shape * width * v.norm() * v * s.length / s.force;
-        },
-        f);
+    sink(from, to, [&](double x) -> vec3 {
+        const double z = std::max(0.0, placeon(e, x).z());
+        const vec3 v = normalpart(windat(z), axis);
+        return 0.5 * s.airdensity * shape * width * v.norm() * v * s.length / s.force;
+    });
     return true;
 }
 
@@ -143,12 +147,11 @@ bool marineloads::windonplate(const element& e, elvector& f) const {
 
 // --- buoyancy -----------------------------------------------------------------------------------
 
-bool marineloads::floatline(const element& e, elvector& f) const {
+bool marineloads::floatline(const element& e, const linesink& sink) const {
     double from = 0, to = 1;
     if (!cutlevels(e.x[0].z(), e.x[1].z(), bed, level, from, to)) return false;
     const vec3 up(0, 0, weight * sectionof(e).enclosed);
-    integrateline(
-        e, from, to, [&](double) { return up; }, f);
+    sink(from, to, [&](double) { return up; });
     return true;
 }
 

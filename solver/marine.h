@@ -2,6 +2,7 @@
 // Loads of sea and wind on elements: wave cases (Morison), wind cases, buoyancy cases.
 #pragma once
 
+#include "solver/integrate.h"
 #include "solver/kinds.h"
 #include "solver/report.h"
 #include "solver/wave.h"
@@ -13,12 +14,14 @@ class marineloads {
     bool any() const { return type >= casewave; }
     // Adds the nodal forces on this element (model axes and units); false where there are none.
     bool onelement(const element& e, elvector& f) const;
+    // The forces a length on a line element, part by part; false where there are none.
+    bool online(const element& e, const linesink& sink) const;
 
   private:
-    bool waveonline(const element& e, elvector& f) const;
-    bool windonline(const element& e, elvector& f) const;
+    bool waveonline(const element& e, const linesink& sink) const;
+    bool windonline(const element& e, const linesink& sink) const;
     bool windonplate(const element& e, elvector& f) const;
-    bool floatline(const element& e, elvector& f) const;
+    bool floatline(const element& e, const linesink& sink) const;
     bool floatplate(const element& e, elvector& f) const;
     vec3 windat(double height) const;
 

@@ -69,8 +69,8 @@ class rigidfit {
 };
 }  // namespace
 
-static void forcesof(const model& m, const settings& s, const dofmap& d, const displacements& u,
-                     int number, elcases& f) {
+void elementforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                   int number, elcases& f) {
     const element e = elementat(m, s, number);
     const elementkind& kind = kindof(e.type);
     const elementdofs dofs = dofsof(d, m.elements[std::size_t(number)]);
@@ -101,7 +101,7 @@ void addforces(const model& m, const settings& s, const dofmap& d, const displac
         const int count = int(std::min<std::size_t>(batch, elements.size() - begin));
         parallelpieces(count, 32, [&](int first, int last, int) {
             for (int i = first; i < last; ++i)
-                forcesof(m, s, d, u, elements[begin + std::size_t(i)], forces[std::size_t(i)]);
+                elementforces(m, s, d, u, elements[begin + std::size_t(i)], forces[std::size_t(i)]);
         });
         for (int i = 0; i < count; ++i) {
             const int number = elements[begin + std::size_t(i)];

@@ -18,8 +18,12 @@ struct displacements {
 using elcases = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic>;
 void gather(const dofmap& d, const elementdofs& dofs, const displacements& u, elcases& out);
 
-// Adds the elements' nodal forces, stiffness times displacements, to force (like u). Their sums
-// over an element vanish to the rounding of the forces, not of the stiffness.
+// Nodal forces of one element (model axes), a column a case. Their sums vanish to the rounding of
+// the forces, not of the stiffness.
+void elementforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                   int number, elcases& f);
+
+// Adds the elements' nodal forces, stiffness times displacements, to force (like u).
 void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                const std::vector<int>& elements, std::vector<double>& force);
 

@@ -8,14 +8,17 @@
 #include "solver/held.h"
 
 #include <Eigen/Eigenvalues>
+#include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "solver/kinds.h"
 #include "solver/refuse.h"
 #include "solver/rigid.h"
 
-static const double nostiffness = 1e-9;  // of an element's own: an angle of 3e-5 between bars
+static const double leastangle = 3e-5;  // radians between elements that count as one plane
+static const double mostangle = 0.03;
 
 namespace {
 struct ownerblock {
@@ -23,6 +26,66 @@ struct ownerblock {
     mat6 stiffness = mat6::Zero();
 };
 }  // namespace
+
+// --- how flat a plane can be told ---------------------------------------------------------------
+
+// The least height of an element over its edges; a bar's length.
+static double heightof(const element& e) {
+    if (e.nodes == 2) return lengthof(e);
+    double longest = 0;
+    for (int c = 0; c < e.nodes; ++c)
+        longest = std::max(longest, (e.x[(c + 1) % e.nodes] - e.x[c]).norm());
+    const int last = e.nodes - 1;
+    const vec3 twice = (e.x[last] - e.x[last - 2]).cross(e.x[last - 1] - e.x[0]);
+    return twice.norm() / ((last - 1) * longest);
+}
+
+// Angle by which rounding may tilt an element. Coordinates come from Singles; four steps: two
+// elements, each with its corners' rounding on either side.
+static double tiltof(const element& e) {
+    const double step = std::numeric_limits<float>::epsilon(), steps = 4;
+    double far = 0;
+    for (int c = 0; c < e.nodes; ++c) far = std::max(far, e.x[c].cwiseAbs().maxCoeff());
+    return steps * step * far / heightof(e);
+}
+
+void warnfaraway(const model& m, const settings& s, runlog& log) {
+    long count = 0;
+    double worst = 0;
+    int at = 0;
+    for (int n = 1; n <= m.nelems(); ++n) {
+        const family fam = kindof(m.elements[std::size_t(n)].type).fam;
+        if (fam != family::line && fam != family::plate) continue;
+        const double tilt = tiltof(elementat(m, s, n));
+        if (!(tilt > mostangle)) continue;
+        ++count;
+        if (tilt <= worst) continue;
+        worst = tilt;
+        at = n;
+    }
+    if (count > 0)
+        log.warn(
+            std::to_string(count) +
+            " element(s) lie too far from the origin for their size: the files tell the places of "
+            "nodes in seven digits, which at element " +
+            std::to_string(at) + " is " + shortnumber(worst / 4) +
+            " of it. Move the model nearer to the origin");
+}
+
+std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) {
+    std::vector<float> angle(d.owner.size(), float(leastangle));
+    for (int n = 1; n <= m.nelems(); ++n) {
+        const family fam = kindof(m.elements[std::size_t(n)].type).fam;
+        if (fam != family::line && fam != family::plate) continue;
+        const element e = elementat(m, s, n);
+        const double noise = std::min(mostangle, tiltof(e));
+        for (int c = 0; c < e.nodes; ++c) {
+            float& at = angle[std::size_t(e.node[c])];
+            at = std::max(at, float(noise));
+        }
+    }
+    return angle;
+}
 
 // --- owners whose freedom may lack stiffness ----------------------------------------------------
 
@@ -44,15 +107,24 @@ static std::vector<char> surelystiff(const model& m, const dofmap& d) {
     return sure;
 }
 
-// Element matrix with unit largest diagonal among translations and among rotations; springs, whose
-// directions have nothing to do with each other, with unit diagonal.
+// All directions in which a spring has any stiffness count alike: they have nothing to do with each
+// other.
+static void levelout(elmatrix& k) {
+    const Eigen::SelfAdjointEigenSolver<elmatrix> spectrum(k);
+    const double rounding = 1e-13;
+    k.setZero();
+    for (int i = 0; i < k.cols(); ++i)
+        if (std::fabs(spectrum.eigenvalues()[i]) > rounding)
+            k += spectrum.eigenvectors().col(i) * spectrum.eigenvectors().col(i).transpose();
+}
+
+// Element matrix with unit largest diagonal among translations and among rotations.
 static void takeoutsize(const elementkind& kind, elmatrix& k) {
     const int count = int(k.rows());
     elvector size = elvector::Zero(count);
-    const bool each = kind.fam == family::point || kind.fam == family::link;
     for (int i = 0; i < count; ++i)
         for (int j = 0; j < count; ++j) {
-            const bool alike = each ? i == j : (i % kind.nodedofs < 3) == (j % kind.nodedofs < 3);
+            const bool alike = (i % kind.nodedofs < 3) == (j % kind.nodedofs < 3);
             if (alike) size[i] = std::max(size[i], k(j, j));
         }
     for (int i = 0; i < count; ++i)
@@ -60,6 +132,7 @@ static void takeoutsize(const elementkind& kind, elmatrix& k) {
             const double by = std::sqrt(size[i] * size[j]);
             k(i, j) = by > 0 ? k(i, j) / by : 0;
         }
+    if (kind.fam == family::point || kind.fam == family::link) levelout(k);
 }
 
 static void addelement(const model& m, const settings& s, const dofmap& d, int number,
@@ -109,8 +182,10 @@ static std::vector<ownerblock> blocksof(const model& m, const settings& s, const
 
 // --- the directions themselves ------------------------------------------------------------------
 
-// Directions without stiffness among the unknowns: unit vectors first, then the rest.
-static int emptydirections(const mat6& stiffness, int count, mat6& empty, bool& unitsalone) {
+// Directions without stiffness (of an element's own) among the unknowns: unit vectors first, then
+// the rest.
+static int emptydirections(const mat6& stiffness, int count, double nostiffness, mat6& empty,
+                           bool& unitsalone) {
     int found = 0;
     std::vector<int> kept;
     for (int i = 0; i < count; ++i) {
@@ -200,14 +275,19 @@ static vec6 comparable(const model& m, const dofmap& d, int owner, int count) {
 
 void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) {
     long heldtotal = 0, loose = 0;
-    for (const ownerblock& block : blocksof(m, s, d)) {
+    const std::vector<ownerblock> blocks = blocksof(m, s, d);
+    std::vector<float> angle;
+    if (!blocks.empty()) angle = flatness(m, s, d);
+    for (const ownerblock& block : blocks) {
         mat6 empty = mat6::Zero();
         bool unitsalone = true;
         const int count = unknownsof(d, block.owner);
         const bool single = d.bodyof[std::size_t(block.owner)] < 0;
         const vec6 by = comparable(m, d, block.owner, count);
         const mat6 scaled = by.asDiagonal() * block.stiffness * by.asDiagonal();
-        const int found = emptydirections(scaled, count, empty, unitsalone);
+        // The small turns of a body with a long arm are no noise.
+        const double noise = single ? angle[std::size_t(block.owner)] : leastangle;
+        const int found = emptydirections(scaled, count, noise * noise, empty, unitsalone);
         if (found == 0) continue;
         heldtotal += found;
         loose += single && found == count && count == d.pernode;
@@ -224,6 +304,15 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
 
 // --- loads --------------------------------------------------------------------------------------
 
+namespace {
+// Loads of a case that nothing takes up.
+struct letgo {
+    long count = 0;
+    int node = 0, dof = 0;  // of the largest
+    double largest = 0;
+};
+}  // namespace
+
 [[noreturn]] static void refuseload(int node, int dof, const std::string& casename) {
     refuse("Node " + std::to_string(node) + " can move freely in " + dofname(dof) +
            ": load case \"" + casename +
@@ -231,29 +320,92 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
            "load");
 }
 
-void checkheldloads(const model& m, const dofmap& d, const double* f, const std::string& casename) {
+// Forces or moments of a node or body along a held direction. Of a plane that is flat to an angle,
+// a load in it has a part across it that is noise; a little more than that is told, much more would
+// have to be carried.
+static void checkpart(double part, double whole, double angle, double noload, int node, int dof,
+                      const std::string& casename, letgo& gone) {
+    const double noise = std::max(1e-4, 2 * angle), mostletgo = 1e-2;
+    const double little = 1e6 * noload;  // what is left of loads in a plane that cancel
+    if (part < whole) whole = std::max(whole, little);
+    if (part <= std::max(noload, noise * whole)) return;
+    if (part > mostletgo * whole) refuseload(node, dof, casename);
+    ++gone.count;
+    if (part <= gone.largest) return;
+    gone.largest = part;
+    gone.node = node;
+    gone.dof = dof;
+}
+
+// Force or moment, whichever the k-th degree of freedom takes.
+static double loadat(const dofmap& d, const double* f, int n, int k) {
+    double square = 0;
+    for (int j = 0; j < d.pernode; ++j)
+        if ((d.code[j] > 3) == (d.code[k] > 3)) square += f[d.index(n, j)] * f[d.index(n, j)];
+    return std::sqrt(square);
+}
+
+static vec6 forceon(const model& m, const dofmap& d, const helddirection& h, const double* f) {
+    vec6 force = vec6::Zero();
+    const int b = d.bodyof[std::size_t(h.owner)];
+    if (b < 0) {
+        for (int k = 0; k < d.pernode; ++k) force[k] = f[d.index(h.owner, k)];
+        return force;
+    }
+    for (const int n : d.bodies[std::size_t(b)].nodes) {
+        const mat6 arm = bodyarm(m, d, d.bodies[std::size_t(b)], n);
+        for (int k = 0; k < d.pernode; ++k) force += arm.row(k).transpose() * f[d.index(n, k)];
+    }
+    return force;
+}
+
+vec6 heldload(const model& m, const dofmap& d, const double* f) {
+    vec6 sum = vec6::Zero();
+    const auto add = [&](int n, int dof, double value) {
+        vec3 at = m.nodes[std::size_t(n)];
+        if (m.twod) at.z() = 0;
+        sum[dof - 1] += value;
+        if (dof <= 3) sum.tail<3>() += at.cross(vec3(value * vec3::Unit(dof - 1)));
+    };
+    for (int i = 0; i < d.dofs(); ++i)
+        if (d.heldplain[std::size_t(i)] && f[i] != 0)
+            add(i / d.pernode + 1, d.code[i % d.pernode], f[i]);
+    for (const helddirection& h : d.held) {
+        if (d.bodyof[std::size_t(h.owner)] >= 0) continue;  // refused where it is loaded
+        const double part = forceon(m, d, h, f).dot(h.direction);
+        for (int k = 0; k < d.pernode; ++k) add(h.owner, d.code[k], part * h.direction[k]);
+    }
+    return sum;
+}
+
+void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& angle,
+                    const double* f, int lc, runlog& log) {
+    const std::string& casename = m.cases[std::size_t(lc)].name;
     double largest = 0;
     for (int i = 0; i < d.dofs(); ++i) largest = std::max(largest, std::fabs(f[i]));
     const double noload = 1e-9 * largest;
-    for (int i = 0; i < d.dofs(); ++i)
-        if (d.heldplain[std::size_t(i)] && std::fabs(f[i]) > noload)
-            refuseload(i / d.pernode + 1, d.code[i % d.pernode], casename);
+    letgo gone;
+    for (int i = 0; i < d.dofs(); ++i) {
+        if (!d.heldplain[std::size_t(i)] || std::fabs(f[i]) <= noload) continue;
+        const int n = i / d.pernode + 1, k = i % d.pernode;
+        checkpart(std::fabs(f[i]), loadat(d, f, n, k), angle[std::size_t(n)], noload, n, d.code[k],
+                  casename, gone);
+    }
     for (const helddirection& h : d.held) {
-        const int b = d.bodyof[std::size_t(h.owner)];
-        vec6 force = vec6::Zero();
-        if (b < 0) {
-            for (int k = 0; k < d.pernode; ++k) force[k] = f[d.index(h.owner, k)];
-        } else {
-            for (const int n : d.bodies[std::size_t(b)].nodes) {
-                const mat6 arm = bodyarm(m, d, d.bodies[std::size_t(b)], n);
-                for (int k = 0; k < d.pernode; ++k)
-                    force += arm.row(k).transpose() * f[d.index(n, k)];
-            }
-        }
-        if (std::fabs(force.dot(h.direction)) <= noload) continue;
+        const vec6 force = forceon(m, d, h, f);
+        const double part = std::fabs(force.dot(h.direction));
+        if (part <= noload) continue;
         int at = 0;
         h.direction.cwiseAbs().maxCoeff(&at);
-        const bool flatbody = b >= 0 && m.twod;
-        refuseload(h.owner, b < 0 ? d.code[at] : flatbody && at == 2 ? 6 : at + 1, casename);
+        const bool body = d.bodyof[std::size_t(h.owner)] >= 0;
+        const int dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
+        const double whole = body ? part : loadat(d, f, h.owner, at);
+        checkpart(part, whole, angle[std::size_t(h.owner)], noload, h.owner, dof, casename, gone);
     }
+    if (gone.count == 0) return;
+    log.warn("Load case \"" + casename + "\": " + std::to_string(gone.count) +
+                 " small load(s) fall away, nothing stiffens their direction; the largest, " +
+                 shortnumber(gone.largest) + ", at node " + std::to_string(gone.node) + " in " +
+                 dofname(gone.dof),
+             lc);
 }

@@ -4,11 +4,23 @@
 
 #include <Eigen/Geometry>
 #include <algorithm>
+#include <cmath>
 
 #include "solver/gauss.h"
 #include "solver/parallel.h"
 #include "solver/refuse.h"
+#include "solver/section.h"
 #include "solver/surface.h"
+
+void absentloads::add(int n, int direction, double value) {
+    if (value == 0) return;
+    ++count;
+    const bool turns = direction > 3, nothingyet = dof == 0 || (dof > 3 && !turns);
+    if (!nothingyet && (std::fabs(value) <= largest || turns != (dof > 3))) return;
+    largest = std::fabs(value);
+    node = n;
+    dof = direction;
+}
 
 caseloads::caseloads(const model& whole, const settings& set, int lc)
     : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, false) {}
@@ -59,11 +71,14 @@ void spreadevenly(const element& e, const vec3& load, elvector& f) {
     }
 }
 
-bool caseloads::rowsonelement(const element& e, elvector& f) const {
+std::vector<elementrow>::const_iterator caseloads::firstrow(int e) const {
     const auto before = [](const elementrow& row, int number) { return row.element < number; };
-    auto row = std::lower_bound(rows.begin(), rows.end(), e.number, before);
+    return std::lower_bound(rows.begin(), rows.end(), e, before);
+}
+
+bool caseloads::rowsonelement(const element& e, elvector& f) const {
     bool any = false;
-    for (; row != rows.end() && row->element == e.number; ++row) {
+    for (auto row = firstrow(e.number); row != rows.end() && row->element == e.number; ++row) {
         const elementkind& kind = kindof(e.type);
         if (kind.spread == nullptr)
             refuseelement(e, "has a distributed load in case \"" + c.name +
@@ -100,8 +115,28 @@ bool caseloads::onelement(const element& e, elvector& f) const {
     return byrows || bymass || bysea;
 }
 
-void caseloads::nodalforces(const dofmap& d, double* f, runlog& log) const {
-    long absent = 0;
+vec3 caseloads::online(const element& e, const linesink& sink) const {
+    vec3 sum = vec3::Zero(), moment = vec3::Zero();
+    const mat3 axes = lineaxes(e);
+    for (auto row = firstrow(e.number); row != rows.end() && row->element == e.number; ++row)
+        sum += row->value * axes.row(row->direction - 1).transpose();
+    if (!sum.isZero(0)) sink(0, 1, [&](double) { return sum; });
+    if (accelerated && c.par[4] == 1 && kindof(e.type).mass != nullptr && !pointmasses) {
+        const linesection section = sectionof(e);
+        const double density = e.field(fielddensity);
+        sink(0, 1, [&](double x) -> vec3 {
+            return density * section.area * accelerationat((1 - x) * e.x[0] + x * e.x[1]);
+        });
+        if (kindof(e.type).nodedofs == 6)
+            moment =
+                density *
+                vec3(section.i2 + section.i3, section.i2, section.i3).cwiseProduct(axes * rotation);
+    }
+    marine.online(e, sink);
+    return moment;
+}
+
+void caseloads::nodalforces(const dofmap& d, double* f, absentloads& absent) const {
     for (const nodalrow& row : c.nodal) {
         double value = row.value;
         if (c.type != caseapplied) {
@@ -113,17 +148,29 @@ void caseloads::nodalforces(const dofmap& d, double* f, runlog& log) const {
         if (k >= 0)
             f[d.index(row.node, k)] += value;
         else
-            absent += value != 0;
+            absent.add(row.node, row.dof, value);
     }
-    if (absent > 0)
-        log.warn("Case " + std::to_string(number) + " \"" + c.name +
-                 "\": " + std::to_string(absent) +
-                 " nodal load(s) act in directions that this analysis does not have");
+}
+
+void caseloads::tellabsent(const absentloads& absent, runlog& log) const {
+    if (absent.count == 0) return;
+    log.warn("Case " + std::to_string(number) + " \"" + c.name +
+                 "\": " + std::to_string(absent.count) +
+                 " load(s) fall away, this analysis does not have their direction; the largest, " +
+                 shortnumber(absent.largest) + ", at node " + std::to_string(absent.node) + " in " +
+                 dofname(absent.dof),
+             number);
 }
 
 void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
     std::fill_n(f, d.dofs(), 0.0);
-    nodalforces(d, f, log);
+    absentloads absent;
+    nodalforces(d, f, absent);
+    addelementloads(d, f, absent);
+    tellabsent(absent, log);
+}
+
+void caseloads::addelementloads(const dofmap& d, double* f, absentloads& absent) const {
     if (!loadselements()) return;
     struct elementload {
         bool any;
@@ -144,9 +191,16 @@ void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
         for (int i = 0; i < count; ++i) {
             const elementload& load = loads[std::size_t(i)];
             if (!load.any) continue;
-            const elementdofs dofs = dofsof(d, m.elements[std::size_t(begin + i)]);
-            for (int a = 0; a < dofs.count; ++a)
-                if (dofs.index[a] >= 0) f[dofs.index[a]] += load.f[a];
+            const elementdef& def = m.elements[std::size_t(begin + i)];
+            const elementdofs dofs = dofsof(d, def);
+            const int stride = kindof(def.type).nodedofs;
+            const double noload = 1e-9 * load.f.cwiseAbs().maxCoeff();
+            for (int a = 0; a < dofs.count; ++a) {
+                if (dofs.index[a] >= 0)
+                    f[dofs.index[a]] += load.f[a];
+                else if (std::fabs(load.f[a]) > noload)
+                    absent.add(def.node[a / stride], a % stride + 1, load.f[a]);
+            }
         }
     }
 }

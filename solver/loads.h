@@ -9,6 +9,14 @@
 #include "solver/kinds.h"
 #include "solver/marine.h"
 
+// Loads in directions that the analysis does not have.
+struct absentloads {
+    long count = 0;
+    int node = 0, dof = 0;  // of the largest force; of the largest moment where there is no force
+    double largest = 0;
+    void add(int n, int direction, double value);
+};
+
 class caseloads {
   public:
     caseloads(const model& m, const settings& s, int lc);
@@ -21,14 +29,20 @@ class caseloads {
     // Adds the nodal forces that stand for the distributed load on this element (model axes,
     // nodes x nodedofs); false where there is none.
     bool onelement(const element& e, elvector& f) const;
+    // The forces a length on a line element, part by part, what onelement stands for.
+    // Returns the moments a length (local axes) of its turning mass.
+    vec3 online(const element& e, const linesink& sink) const;
     // All forces of the case by degree of freedom; f: d.dofs() numbers, overwritten. Forces in
-    // directions that the analysis does not have are left out and counted.
+    // directions that the analysis does not have are left out and told.
     void collect(const dofmap& d, double* f, runlog& log) const;
 
   private:
-    void nodalforces(const dofmap& d, double* f, runlog& log) const;
+    void nodalforces(const dofmap& d, double* f, absentloads& absent) const;
+    void addelementloads(const dofmap& d, double* f, absentloads& absent) const;
+    void tellabsent(const absentloads& absent, runlog& log) const;
     bool rowsonelement(const element& e, elvector& f) const;
     bool massonelement(const element& e, elvector& f) const;
+    std::vector<elementrow>::const_iterator firstrow(int e) const;
     vec3 accelerationat(const vec3& at) const;
 
     const model& m;

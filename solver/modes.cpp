@@ -37,16 +37,17 @@ static sparsematrix combined(const sparsematrix& a, double factor, const sparsem
 // --- shift --------------------------------------------------------------------------------------
 
 // Factorises K + s M with the smallest s that makes it safely definite: 0 for a supported model,
-// more for one that floats or holds a mechanism. Returns s.
-static double shiftandfactorise(const model& m, const equations& q, const sparsematrix& mass,
-                                factor& l, runlog& log) {
+// more for one that floats or holds a mechanism, much more for one with negative stiffness. Returns
+// s.
+static double shiftandfactorise(const model& m, const settings& s, const equations& q,
+                                const sparsematrix& mass, factor& l, runlog& log) {
     log.stage("factor");
     const double safe = 1e-9, safeshifted = 1e-13;  // smallest pivot over its diagonal
     std::int64_t unknown = 0;
     if (l.factorise(q.stiffness) && l.smallestpivot(q.stiffness, unknown) > safe) return 0;
     const double scale = sumofdiagonal(q.stiffness, mass) / sumofdiagonal(mass, mass);
     double shift = 0;
-    for (const double part : {1e-11, 1e-9, 1e-7, 1e-5}) {
+    for (const double part : {1e-11, 1e-9, 1e-7, 1e-5, 1e-3, 0.1, 10.0, 1e3}) {
         shift = part * scale;
         const sparsematrix a = combined(q.stiffness, shift, mass);
         if (l.factorise(a) && l.smallestpivot(a, unknown) > safeshifted) {
@@ -58,7 +59,7 @@ static double shiftandfactorise(const model& m, const equations& q, const sparse
     equations shifted;
     shifted.dofs = q.dofs;
     shifted.stiffness = combined(q.stiffness, shift, mass);
-    factorise(m, shifted, l, log);
+    factorise(m, s, shifted, l, log);
     return shift;
 }
 
@@ -102,6 +103,16 @@ static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixX
         p.vector.col(i) = x.col(order[std::size_t(i)]);
     }
     return p;
+}
+
+static void warnunstable(const pairs& p, double units, runlog& log) {
+    const auto unstable = std::count_if(p.value.data(), p.value.data() + p.value.size(),
+                                        [](double v) { return v < 0; });
+    if (unstable > 0)
+        log.warn(std::to_string(unstable) + " mode(s) have a negative omega^2, the lowest " +
+                 shortnumber(p.value[0] * units) +
+                 " 1/s^2: the model is unstable, it has no frequency there. Check the spring "
+                 "matrices of the element groups");
 }
 
 // Sylvester's law of inertia: K - s M has as many negative pivots as there are modes below s.
@@ -189,14 +200,11 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
             "a specific mass, or nodal masses in a load case that is not of the applied kind");
     factor l;
     analysefactor(q, l, spectrumcolumns(mass, s.modes), log);
-    const double shift = shiftandfactorise(m, q, mass, l, log);
+    const double shift = shiftandfactorise(m, s, q, mass, l, log);
     log.stage("modes");
     const spectrum found = largestvalues(l, mass, s.modes, log);
     const pairs p = refine(q, mass, found.vectors, log);
-    if (p.value[0] < 0)
-        refuse(
-            "The stiffness has directions of negative stiffness; check the spring matrices of the "
-            "element groups");
+    warnunstable(p, s.force / (s.length * s.mass), log);
     if (p.value.size() < s.modes)
         log.line("The model's mass allows " + std::to_string(p.value.size()) + " mode(s) of " +
                  std::to_string(s.modes) + " wanted");

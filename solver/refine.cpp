@@ -7,12 +7,13 @@
 #include <algorithm>
 #include <cmath>
 
-double worstbalance(const reactionset& r) {
+double worstbalance(const reactionset& r, const std::vector<vec6>& letgo) {
     double worst = 0;
     for (std::size_t lc = 1; lc < r.load.size(); ++lc) {
         const vec6 &load = r.load[lc], &reaction = r.reaction[lc];
         const double size = std::max(load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff());
-        if (size > 0) worst = std::max(worst, (load + reaction).cwiseAbs().maxCoeff() / size);
+        const vec6 left = load + reaction - letgo[lc - 1];
+        if (size > 0) worst = std::max(worst, left.cwiseAbs().maxCoeff() / size);
     }
     return worst;
 }
@@ -23,7 +24,16 @@ static void addtwopart(double step, double& value, double& rest) {
     value = sum;
 }
 
-void refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u) {
+static double extent(const model& m) {
+    vec3 low = m.nodes[1], high = low;
+    for (int n = 2; n <= m.nnodes(); ++n) {
+        low = low.cwiseMin(m.nodes[std::size_t(n)]);
+        high = high.cwiseMax(m.nodes[std::size_t(n)]);
+    }
+    return (high - low).norm();
+}
+
+double refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u) {
     const dofmap& d = q.dofs;
     const std::size_t dofs = d.equation.size();
     const auto unknowns = std::size_t(d.unknowns);
@@ -42,11 +52,21 @@ void refine(const model& m, const settings& s, const equations& q, factor& l, di
         condense(d, step.data(), columns.data() + std::size_t(c) * unknowns);
     }
     l.solve(columns.data(), u.cases);
+    const double size = extent(m);  // makes lengths of rotations
+    double worst = 0;
     for (int c = 0; c < u.cases; ++c) {
         expand(d, columns.data() + std::size_t(c) * unknowns, step.data());
+        double change[2] = {}, largest[2] = {};  // of translations, of rotations
         for (std::size_t i = 0; i < dofs; ++i) {
             const std::size_t at = std::size_t(c) * dofs + i;
+            const bool turns = d.code[i % std::size_t(d.pernode)] > 3;
+            change[turns] = std::max(change[turns], std::fabs(step[i] - still[i]));
+            largest[turns] = std::max(largest[turns], std::fabs(u.u[at]));
             addtwopart(step[i] - still[i], u.u[at], u.rest[at]);
         }
+        const double part = std::max(change[0], change[1] * size);
+        const double whole = std::max(largest[0], largest[1] * size);
+        if (!(part <= worst * whole)) worst = part / whole;
     }
+    return worst;
 }

@@ -7,7 +7,9 @@
 #include "solver/solve.h"
 
 // Largest part of a case's load, in forces or in moments, that its reactions do not balance.
-double worstbalance(const reactionset& r);
+// letgo: by case from 0, what of the load nothing takes up.
+double worstbalance(const reactionset& r, const std::vector<vec6>& letgo);
 
 // One round: improves u by what the forces of the single elements leave of the loads; fills u.rest.
-void refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u);
+// Returns the largest change over the largest displacement.
+double refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u);

@@ -48,8 +48,9 @@ void runlog::line(const std::string& text) {
     content += "\r\n";
 }
 
-void runlog::warn(const std::string& text) {
+void runlog::warn(const std::string& text, int lc) {
     warned.push_back(text);
+    warnedcase.push_back(lc);
     line("Warning: " + text);
 }
 

@@ -11,13 +11,16 @@
 class runlog {
   public:
     void line(const std::string& text = {});
-    void warn(const std::string& text);  // numbered among the warnings, told at the end too
+    // Numbered among the warnings, told at the end too. lc: the case that it concerns, 0: the
+    // model.
+    void warn(const std::string& text, int lc = 0);
     // Ends the running stage, starts the next; "" only ends.
     void stage(const std::string& name);
     // "name percent" on standard output, at once; repeated values are left out.
     void progress(const char* name, int percent);
     void quiet() { silent = true; }
     const std::vector<std::string>& warnings() const { return warned; }
+    int caseof(std::size_t warning) const { return warnedcase[warning]; }
     const std::string& text() const { return content; }
     // Adds the table of stages and the outcome, writes the file; false where it cannot be written.
     bool write(const std::string& path, const std::string& outcome);
@@ -29,6 +32,7 @@ class runlog {
     };
     std::string content, running, lastprogress;
     std::vector<std::string> warned;
+    std::vector<int> warnedcase;
     std::vector<stagerow> stages;
     std::chrono::steady_clock::time_point started;
     double workbefore = 0;

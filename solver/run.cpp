@@ -39,8 +39,19 @@ static void checkelements(const model& m, const settings& s) {
 
 // --- static cases -------------------------------------------------------------------------------
 
+namespace {
+// What held directions mean to the loads.
+struct holding {
+    std::vector<float> angle;  // by node; empty where nothing is held
+    std::vector<vec6> letgo;   // by case from 0: what nothing takes up
+
+    // Part of the loads that the rounding of planes may tilt into held directions.
+    double noise() const { return angle.empty() ? 0 : *std::ranges::max_element(angle); }
+};
+}  // namespace
+
 static displacements solvecases(const model& m, const settings& s, const equations& q, factor& l,
-                                runlog& log) {
+                                std::vector<double>& residual, holding& held, runlog& log) {
     const dofmap& d = q.dofs;
     log.stage("loads");
     const std::vector<double> byconstants = constantforces(m, s, d);
@@ -49,34 +60,34 @@ static displacements solvecases(const model& m, const settings& s, const equatio
     result.u.resize(d.equation.size() * std::size_t(m.ncases()));
     std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(m.ncases()));
     std::vector<double> f(d.equation.size());
+    const bool anyheld = !d.held.empty() || std::ranges::count(d.heldplain, 1) > 0;
+    if (anyheld) held.angle = flatness(m, s, d);
     for (int lc = 1; lc <= m.ncases(); ++lc) {
         const std::string& name = m.cases[std::size_t(lc)].name;
         caseloads(m, s, lc).collect(d, f.data(), log);
-        checkheldloads(m, d, f.data(), name);
+        checkheldloads(m, d, held.angle, f.data(), lc, log);
+        held.letgo.push_back(heldload(m, d, f.data()));
         const bool none = std::all_of(f.begin(), f.end(), [](double v) { return v == 0; });
         if (none && byconstants.empty())
             log.warn("Case " + std::to_string(lc) + " \"" + name +
-                     "\" has no load; its displacements are 0");
+                         "\" has no load; its displacements are 0",
+                     lc);
         for (std::size_t i = 0; i < byconstants.size(); ++i) f[i] += byconstants[i];
         condense(d, f.data(), columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns));
         log.progress("loads", int(100.0 * lc / m.ncases()));
     }
     log.stage("solve");
-    const std::vector<double> residual = d.unknowns > 0
-                                             ? solvecolumns(q, l, columns.data(), m.ncases())
-                                             : std::vector<double>(std::size_t(m.ncases()), 0);
+    residual.assign(std::size_t(m.ncases()), 0);
+    if (d.unknowns > 0) residual = solvecolumns(q, l, columns.data(), m.ncases());
     for (int lc = 1; lc <= m.ncases(); ++lc) {
         const double rest = residual[std::size_t(lc - 1)];
-        log.line("Case " + std::to_string(lc) + " residual |Ku-f|/|f| = " + shortnumber(rest));
-        const double doubtful = 1e-8, useless = 1e-4;
-        if (!(rest < useless))
+        log.line("Case " + std::to_string(lc) +
+                 " residual |Ku-f|/(|K||u|+|f|) = " + shortnumber(rest));
+        const double wrong = 1e-6;
+        if (!(rest < wrong))
             refuse("The equations of case " + std::to_string(lc) +
                    " could not be solved to a useful accuracy (residual " + shortnumber(rest) +
                    "); the stiffness of the elements differs by too many powers of ten");
-        if (rest > doubtful)
-            log.warn("Case " + std::to_string(lc) +
-                     ": the residual is large, the model is "
-                     "ill-conditioned");
         expand(d, columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns),
                result.u.data() + std::size_t(lc - 1) * d.equation.size());
     }
@@ -97,17 +108,28 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 
 // Where rounding spoils the balance of a case, the displacements get more digits.
 static void refinereactions(const model& m, const settings& s, const equations& q, factor& l,
-                            results& r, runlog& log) {
-    const double good = 5e-10, before = worstbalance(r.reactions);
-    double now = before;
-    const int mostrounds = 2;
+                            const holding& held, results& r, runlog& log) {
+    const double good = 5e-10, before = worstbalance(r.reactions, held.letgo);
+    double now = before, change = 1, uncertainty = 0;
+    const int mostrounds = 3;
+    const double settled = 1e-10;  // there is nothing left to refine
     for (int round = 0; round < mostrounds && now > good && q.dofs.unknowns > 0; ++round) {
-        refine(m, s, q, l, r.u);
+        const double former = change;
+        change = refine(m, s, q, l, r.u);
+        uncertainty = change * change / former;  // what the next round would change
         r.reactions = findreactions(m, s, q.dofs, r.u, log);
-        now = worstbalance(r.reactions);
+        now = worstbalance(r.reactions, held.letgo);
+        if (change < settled) break;
     }
-    const double unbalanced = 1e-6;
-    if (now > unbalanced) warnunbalanced(m, now, log);
+    const double unbalanced = 1e-6, uncertain = 1e-6, wrong = 1e-2;
+    if (!(uncertainty < wrong))
+        refuse("The displacements could not be found, they change by " + shortnumber(change) +
+               " of themselves when they are refined. The stiffness of the elements differs by too "
+               "many powers of ten, or a part is next to a mechanism");
+    if (uncertainty > uncertain)
+        log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
+                 " of themselves, the model is ill-conditioned");
+    if (now > std::max(unbalanced, held.noise())) warnunbalanced(m, now, log);
     if (now != before)
         log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
                  shortnumber(now));
@@ -118,14 +140,15 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
     factor l;
     if (q.dofs.unknowns > 0) {
         analysefactor(q, l, m.ncases(), log);
-        factorise(m, q, l, log);
+        factorise(m, s, q, l, log);
     }
-    r.u = solvecases(m, s, q, l, log);
+    holding held;
+    r.u = solvecases(m, s, q, l, r.residual, held, log);
     telllargest(m, q.dofs, r.u, log);
     if (what.reactions) {
         log.stage("reactions");
         r.reactions = findreactions(m, s, q.dofs, r.u, log);
-        refinereactions(m, s, q, l, r, log);
+        refinereactions(m, s, q, l, held, r, log);
         tellbalance(m, r.reactions, log);
     }
     log.stage("stress");
@@ -151,6 +174,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkcontents(m);
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
+    warnfaraway(m, s, log);
     measurecurve(m);
     measureedges(m, s);
     results r;

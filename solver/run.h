@@ -22,6 +22,7 @@ struct results {
     dofmap dofs;
     std::int64_t halfbandwidth = 0;
     displacements u;
+    std::vector<double> residual;  // by case from 0: backward error of the equations
     reactionset reactions;
     linestresses lines;
     platestresses plates;

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <random>
 
+#include "solver/forces.h"
 #include "solver/kinds.h"
 #include "solver/memory.h"
 #include "solver/order.h"
@@ -88,28 +89,65 @@ namedunknown nameunknown(const dofmap& d, std::int64_t unknown) {
     return name;
 }
 
-// The motion that costs next to nothing, by inverse iteration with the matrix made definite by a
-// trace of its diagonal. energy: out, of the motion against the diagonal's.
-static std::vector<double> softestmotion(const equations& q, double& energy) {
-    const double trace = 1e-9;  // of the diagonal
-    sparsematrix a = q.stiffness;
-    const std::int64_t n = a.size();
-    std::vector<double> diagonal(std::size_t(n), 0);
-    for (std::int64_t j = 0; j < n; ++j) {
-        double& entry = a.value[std::size_t(a.start[std::size_t(j)])];
-        diagonal[std::size_t(j)] = entry;
-        entry *= 1 + trace;
+static std::vector<double> nodalmotion(const dofmap& d, const std::vector<double>& v) {
+    std::vector<double> u(d.equation.size()), rest(d.equation.size());
+    const std::vector<double> still(v.size(), 0);
+    expand(d, v.data(), u.data());
+    expand(d, still.data(), rest.data());
+    for (std::size_t i = 0; i < u.size(); ++i) u[i] -= rest[i];
+    return u;
+}
+
+static std::vector<double> diagonalof(const sparsematrix& a) {
+    std::vector<double> diagonal(std::size_t(a.size()));
+    for (std::size_t j = 0; j < diagonal.size(); ++j)
+        diagonal[j] = a.value[std::size_t(a.start[j])];
+    return diagonal;
+}
+
+// Factorises the matrix made definite by a trace of its diagonal; false where a trace is too
+// little.
+static bool factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a, factor& l) {
+    for (const double trace : {1e-12, 1e-9}) {
+        a = stiffness;
+        for (std::size_t j = 0; j < std::size_t(a.size()); ++j)
+            a.value[std::size_t(a.start[j])] *= 1 + trace;
+        l.analyse(a);
+        if (l.factorise(a)) return true;
     }
+    return false;
+}
+
+// Energy of a motion, element by element with the rigid part of it taken out: a slender structure's
+// softest motion costs less than the rounding of its matrix, a mechanism's nothing at all.
+static double energyof(const model& m, const settings& s, const dofmap& d,
+                       const std::vector<double>& u) {
+    displacements motion;
+    motion.u = u;
+    motion.cases = 1;
+    double energy = 0;
+    elcases f, ue;
+    for (const int e : stiffelements(m)) {
+        elementforces(m, s, d, motion, e, f);
+        gather(d, dofsof(d, m.elements[std::size_t(e)]), motion, ue);
+        energy += ue.col(0).dot(f.col(0));
+    }
+    return energy;
+}
+
+// The motion that costs next to nothing, by inverse iteration. energy: out, of the motion against
+// the diagonal's.
+static std::vector<double> softestmotion(const model& m, const settings& s, const equations& q,
+                                         double& energy) {
+    const std::int64_t n = q.stiffness.size();
+    const std::vector<double> diagonal = diagonalof(q.stiffness);
+    sparsematrix a;
     factor l;
-    l.analyse(a);
-    energy = 1;
-    if (!l.factorise(a)) {
-        energy = -1;
-        return {};
-    }
+    energy = -1;
+    if (!factorisewithtrace(q.stiffness, a, l)) return {};
     std::mt19937 random(1);
     std::uniform_real_distribution<double> spread(0.5, 1.5);
-    std::vector<double> v(std::size_t(n), 0), kv(v);
+    std::vector<double> v(std::size_t(n), 0);
     for (double& value : v) value = spread(random);
     const int rounds = 6;
     for (int round = 0; round < rounds; ++round) {
@@ -119,30 +157,82 @@ static std::vector<double> softestmotion(const equations& q, double& energy) {
         for (const double value : v) largest = std::max(largest, std::fabs(value));
         for (double& value : v) value /= largest;
     }
-    multiply(q.stiffness, v.data(), kv.data(), 1);
-    double own = 0, all = 0;
-    for (std::size_t j = 0; j < v.size(); ++j) {
-        own += v[j] * kv[j];
-        all += v[j] * v[j] * diagonal[j];
-    }
-    energy = own / all;
+    double all = 0;
+    for (std::size_t j = 0; j < v.size(); ++j) all += v[j] * v[j] * diagonal[j];
+    energy = energyof(m, s, q.dofs, nodalmotion(q.dofs, v)) / all;
     return v;
+}
+
+static vec3 translationof(const dofmap& d, const std::vector<double>& u, int n) {
+    vec3 at = vec3::Zero();
+    for (int k = 0; k < d.pernode; ++k)
+        if (d.code[k] <= 3) at[d.code[k] - 1] = u[d.index(n, k)];
+    return at;
+}
+
+// The nodes that move with node n: joined to it by elements whose nodes all move.
+static std::vector<int> movingpart(const model& m, const dofmap& d, const std::vector<double>& u,
+                                   int n) {
+    const double still = 1e-3 * translationof(d, u, n).norm();
+    std::vector<int> part(std::size_t(m.nnodes()) + 1), list;
+    for (int i = 1; i <= m.nnodes(); ++i)
+        part[std::size_t(i)] = translationof(d, u, i).norm() > still ? i : 0;
+    const auto root = [&](int i) {
+        while (part[std::size_t(i)] != i) {
+            part[std::size_t(i)] = part[std::size_t(part[std::size_t(i)])];
+            i = part[std::size_t(i)];
+        }
+        return i;
+    };
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        int before = 0;
+        for (int k = 0; k < kindof(def.type).nodes; ++k) {
+            if (part[std::size_t(def.node[k])] == 0) continue;
+            const int here = root(def.node[k]);
+            if (before > 0) part[std::size_t(std::max(before, here))] = std::min(before, here);
+            before = root(here);
+        }
+    }
+    for (int i = 1; i <= m.nnodes(); ++i)
+        if (part[std::size_t(i)] != 0 && root(i) == root(n)) list.push_back(i);
+    return list;
+}
+
+static std::string placetext(const vec3& at) {
+    return shortnumber(at.x()) + ", " + shortnumber(at.y()) + ", " + shortnumber(at.z());
+}
+
+// " along 0.6, 0.8, 0" where that is no axis, and the box of what moves with the node.
+static std::string extenttext(const model& m, const dofmap& d, const std::vector<double>& u,
+                              int n) {
+    const vec3 way = translationof(d, u, n);
+    if (!(way.norm() > 0)) return "";
+    std::string text;
+    const vec3 along = (way / way.norm() * 1000).array().round() / 1000;
+    if (along.cwiseAbs().maxCoeff() < 0.999) text = " (along " + placetext(along) + ")";
+    const std::vector<int> part = movingpart(m, d, u, n);
+    if (part.size() < 2) return text;
+    vec3 low = m.nodes[std::size_t(n)], high = low;
+    for (const int i : part) {
+        low = low.cwiseMin(m.nodes[std::size_t(i)]);
+        high = high.cwiseMax(m.nodes[std::size_t(i)]);
+    }
+    return text + " with " + std::to_string(part.size()) + " nodes between " + placetext(low) +
+           " and " + placetext(high);
 }
 
 // Names the largest translation of the motion, or its largest rotation where nothing translates.
 [[noreturn]] static void refusemotion(const model& m, const dofmap& d,
                                       const std::vector<double>& v) {
-    std::vector<double> u(d.equation.size()), rest(d.equation.size());
-    const std::vector<double> still(v.size(), 0);
-    expand(d, v.data(), u.data());
-    expand(d, still.data(), rest.data());
+    const std::vector<double> u = nodalmotion(d, v);
     double size = 0;
     for (int n = 1; n <= m.nnodes(); ++n)
         size = std::max(size, (m.nodes[std::size_t(n)] - m.nodes[1]).cwiseAbs().maxCoeff());
     double largest = -1;
     int at = 0;
     for (int i = 0; i < d.dofs(); ++i) {
-        double part = std::fabs(u[std::size_t(i)] - rest[std::size_t(i)]);
+        double part = std::fabs(u[std::size_t(i)]);
         const double spin = 1e-6;  // a rotation counts where next to nothing translates
         if (d.code[i % d.pernode] > 3) part *= spin * size;
         if (part > largest * (1 + 1e-6)) {
@@ -150,21 +240,22 @@ static std::vector<double> softestmotion(const equations& q, double& energy) {
             at = i;
         }
     }
-    refuse("Node " + std::to_string(at / d.pernode + 1) + " can move freely in " +
-           dofname(d.code[at % d.pernode]) +
+    const int n = at / d.pernode + 1, dof = d.code[at % d.pernode];
+    refuse("Node " + std::to_string(n) + " can move freely in " + dofname(dof) +
+           (dof <= 3 ? extenttext(m, d, u, n) : "") +
            ": the structure or a part of it is a mechanism. Add a constraint or an element that "
            "holds it");
 }
 
-void factorise(const model& m, const equations& q, factor& l, runlog& log) {
+void factorise(const model& m, const settings& s, const equations& q, factor& l, runlog& log) {
     log.stage("factor");
     const bool definite = l.factorise(q.stiffness);
     std::int64_t unknown = 0;
     const double pivot = definite ? l.smallestpivot(q.stiffness, unknown) : 0;
-    const double suspicious = 1e-9, nothing = 1e-13;  // of the diagonal
+    const double suspicious = 1e-9, nothing = 1e-22;  // of the diagonal
     if (definite && pivot > suspicious) return;
     double energy = 0;
-    const std::vector<double> v = softestmotion(q, energy);
+    const std::vector<double> v = softestmotion(m, s, q, energy);
     log.line("Smallest pivot " + shortnumber(pivot) + " of its diagonal; energy of the softest " +
              "motion " + shortnumber(energy));
     if (definite && energy > nothing) return;
@@ -181,41 +272,65 @@ void factorise(const model& m, const equations& q, factor& l, runlog& log) {
 
 // --- solution -----------------------------------------------------------------------------------
 
-static double largestof(const double* v, std::int64_t n) {
-    double largest = 0;
-    for (std::int64_t i = 0; i < n; ++i) largest = std::max(largest, std::fabs(v[i]));
-    return largest;
-}
-
-static double sizeof2(const double* v, std::int64_t n) {
-    const double largest = largestof(v, n);
+static double sizeof2(const std::vector<double>& v) {
+    double largest = 0, sum = 0;
+    for (const double value : v) largest = std::max(largest, std::fabs(value));
     if (!(largest > 0)) return largest;
-    double sum = 0;
-    for (std::int64_t i = 0; i < n; ++i) sum += (v[i] / largest) * (v[i] / largest);
+    for (const double value : v) sum += (value / largest) * (value / largest);
     return largest * std::sqrt(sum);
 }
 
-std::vector<double> solvecolumns(const equations& q, factor& l, double* values, int columns) {
-    const std::int64_t n = q.dofs.unknowns;
-    const auto count = std::size_t(n) * std::size_t(columns);
-    const std::vector<double> f(values, values + count);
-    l.solve(values, columns);
-    std::vector<double> rest(count), relative(std::size_t(columns), 0);
-    // One step of iterative refinement where the residual is above rounding.
-    for (int round = 0; round < 2; ++round) {
-        multiply(q.stiffness, values, rest.data(), columns);
-        bool good = true;
-        for (std::size_t i = 0; i < count; ++i) rest[i] = f[i] - rest[i];
-        for (int c = 0; c < columns; ++c) {
-            const std::int64_t at = c * n;
-            const double size = sizeof2(f.data() + at, n);
-            const double left = sizeof2(rest.data() + at, n);
-            relative[std::size_t(c)] = size > 0 ? left / size : 0;
-            good &= relative[std::size_t(c)] < 1e-12;
+// rest = f - a u; returns its size over that of |a||u| + |f|. Higham, Accuracy and Stability of
+// Numerical Algorithms, chapter 7.
+static double backwarderror(const sparsematrix& a, const double* u, const double* f,
+                            std::vector<double>& rest) {
+    const auto n = std::size_t(a.size());
+    rest.assign(f, f + n);
+    std::vector<double> size(n);
+    for (std::size_t j = 0; j < n; ++j) size[j] = std::fabs(f[j]);
+    for (std::size_t j = 0; j < n; ++j) {
+        const auto begin = std::size_t(a.start[j]), end = std::size_t(a.start[j + 1]);
+        double sum = a.value[begin] * u[j], sumofsizes = std::fabs(sum);
+        for (std::size_t i = begin + 1; i < end; ++i) {
+            const auto row = std::size_t(a.row[i]);
+            const double here = a.value[i] * u[row], there = a.value[i] * u[j];
+            sum += here;
+            sumofsizes += std::fabs(here);
+            rest[row] -= there;
+            size[row] += std::fabs(there);
         }
-        if (good || round == 1) break;
-        l.solve(rest.data(), columns);
-        for (std::size_t i = 0; i < count; ++i) values[i] += rest[i];
+        rest[j] -= sum;
+        size[j] += sumofsizes;
     }
-    return relative;
+    const double whole = sizeof2(size), left = sizeof2(rest);
+    return whole > 0 || !(left == 0) ? left / whole : 0;
+}
+
+std::vector<double> solvecolumns(const equations& q, factor& l, double* values, int columns) {
+    const auto n = std::size_t(q.dofs.unknowns);
+    const std::vector<double> f(values, values + n * std::size_t(columns));
+    l.solve(values, columns);
+    std::vector<double> error(std::size_t(columns), 0);
+    parallelpieces(columns, 1, [&](int first, int last, int) {
+        std::vector<double> rest;
+        for (int c = first; c < last; ++c) {
+            const std::size_t at = n * std::size_t(c);
+            error[std::size_t(c)] = backwarderror(q.stiffness, values + at, f.data() + at, rest);
+        }
+    });
+    // A step of iterative refinement where the solution is not as good as the numbers allow.
+    const double good = 1e-13;
+    for (int c = 0; c < columns; ++c) {
+        if (error[std::size_t(c)] < good) continue;
+        const std::size_t at = n * std::size_t(c);
+        std::vector<double> better(values + at, values + at + n), rest;
+        backwarderror(q.stiffness, better.data(), f.data() + at, rest);
+        l.solve(rest.data(), 1);
+        for (std::size_t i = 0; i < n; ++i) better[i] += rest[i];
+        const double now = backwarderror(q.stiffness, better.data(), f.data() + at, rest);
+        if (!(now < error[std::size_t(c)])) continue;
+        error[std::size_t(c)] = now;
+        std::copy(better.begin(), better.end(), values + at);
+    }
+    return error;
 }

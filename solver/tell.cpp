@@ -113,7 +113,8 @@ void tellmodes(const modeset& r, runlog& log) {
     log.line();
     log.line("  Mode omega^2, 1/s^2 frequency, Hz     period, s  effective mass, % of X Y Z");
     for (int i = 0; i < r.count(); ++i) {
-        const double square = r.value[std::size_t(i)], hertz = std::sqrt(square) / (2 * M_PI);
+        const double square = r.value[std::size_t(i)];
+        const double hertz = square > 0 ? std::sqrt(square) / (2 * M_PI) : 0;
         std::string text = rightaligned(std::to_string(i + 1), 6);
         for (const double v : {square, hertz, hertz > 0 ? 1 / hertz : 0})
             text += rightaligned(shortnumber(v), column);

@@ -32,6 +32,23 @@ static results modesof(build& b) {
     return r;
 }
 
+// A spring matrix with a direction of negative stiffness: told as unstable, with what it is.
+TEST(Modes, NegativeStiffnessIsToldAsUnstable) {
+    build b = vibrating(2);
+    mat6 k = mat6::Zero();
+    k.topLeftCorner<2, 2>() << 1, 2, 2, 1;
+    const int g = b.spring(k);
+    b.field(g, fielddensity) = 4;
+    const int n = b.node(0, 0);
+    b.element(typespring, g, {n}), b.element(typemass, g, {n});
+    b.fix(n, {3, 4, 5, 6});
+    const results r = modesof(b);
+    EXPECT_NEAR(r.modes.value[0], -1.0 / 4, 1e-9);
+    EXPECT_NEAR(r.modes.value[1], 3.0 / 4, 1e-9);
+    ASSERT_EQ(b.log.warnings().size(), 1u);
+    expectwords(b.log.warnings()[0], {"1 mode(s)", "-0.25 1/s^2", "unstable"});
+}
+
 // Square section of side a; torsion as the published cases take it, by the polar moment.
 static int squarebar(build& b, double a) {
     const double i = std::pow(a, 4) / 12;

@@ -8,6 +8,7 @@
 #include "solver/curve.h"
 #include "solver/edges.h"
 #include "solver/held.h"
+#include "solver/members.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
 #include "solver/refine.h"
@@ -211,6 +212,7 @@ void analyse(const job& j, runlog& log) {
     if (j.eigen) writemodes(m, r.dofs, r.modes);
     if (j.linestress) writelinestresses(m, s, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
+    if (j.linestress) writemembers(m, s, r.dofs, r.u);
     log.stage("");
     log.progress("done", 100);
 }

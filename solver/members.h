@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Forces and deflections along line elements.
+#pragma once
+
+#include "solver/forces.h"
+#include "solver/loads.h"
+
+const int memberstations = 21, membervalues = 9;
+
+// A station: place 0..1; N, Vy, Vz, T, My, Mz as they act, in local axes, on the face that looks
+// along +e1; deflections v along e2 and w along e3, the ends' own among them. A TRUSS, which has no
+// inertia, deflects as its ends do.
+using memberline = Eigen::Matrix<double, membervalues, memberstations>;
+
+// ends: nodal forces of the element's stiffness on the ends (model axes) and u: their
+// displacements, as elementforces and gather give them; loads: of the case.
+memberline memberof(const element& e, const elvector& ends, const elvector& u,
+                    const caseloads& loads);
+
+// BASE.MEM: by case a record a line element, then "END". A record: element, number of stations,
+// their values one after the other.
+void writemembers(const model& m, const settings& s, const dofmap& d, const displacements& u);

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Forces and deflections along members, against closed forms.
+#include "solver/members.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+#include "core/textfile.h"
+#include "tests/solver/verify.h"
+
+static const double modulus = 2e5, i2 = 3e6, i3 = 2e6, area = 900, length = 2000;
+
+// BASE.MEM of one case: by line element a column a station.
+static std::vector<memberline> membersof(build& b, const results& r, int lc = 1) {
+    tempfolder in;
+    b.m.base = in / "m";
+    writemembers(b.m, b.s, r.dofs, r.u);
+    textin file(in / "m.MEM");
+    std::vector<memberline> lines;
+    for (int block = 1; block <= lc; ++block) {
+        lines.clear();
+        while (file.word() != "END") {
+            EXPECT_EQ(file.whole(), memberstations);
+            lines.emplace_back();
+            for (int k = 0; k < memberstations * membervalues; ++k)
+                lines.back().data()[k] = file.number();
+        }
+    }
+    return lines;
+}
+
+enum column { place, axial, sheary, shearz, torsion, momenty, momentz, alongy, alongz };
+
+static void expectcolumn(const memberline& line, column which,
+                         const std::function<double(double)>& wanted, double tolerance,
+                         const char* what) {
+    double size = 0;
+    for (int i = 0; i < memberstations; ++i) size = std::max(size, std::fabs(wanted(i / 20.0)));
+    for (int i = 0; i < memberstations; ++i)
+        EXPECT_NEAR(line(which, i), wanted(i / 20.0), tolerance * size + 1e-9)
+            << what << " at station " << i;
+}
+
+static build clampedbeam(double shear) {
+    build b;
+    b.s.shear = shear;
+    b.fix(b.chain(typebeam, b.bar(modulus, area, {i2, i3, 4e6}, 8e-9), {0, 0, 0},
+                  {length * 0.6, length * 0.8, 0}, 1),
+          clamped);
+    return b;
+}
+
+// Even loads along all three axes on one element, with and without shear: exact to Singles.
+TEST(Members, EvenLoadsOnACantileverAndAClampedBeam) {
+    for (const double shear : {0.0, 0.8}) {
+        const double soft = shear > 0 ? 1 / (shear * area * modulus / 2.6) : 0;
+        const double l = length, p = 3, q = -2, n = 5;
+        build b = clampedbeam(shear);
+        b.press(1, 1, 1, n), b.press(1, 1, 2, p), b.press(1, 1, 3, q);
+        memberline line = membersof(b, b.solve())[0];
+        const auto tail = [&](double x) { return l * (1 - x); };
+        expectcolumn(
+            line, axial, [&](double x) { return n * tail(x); }, 1e-6, "N");
+        expectcolumn(
+            line, sheary, [&](double x) { return p * tail(x); }, 1e-6, "Vy");
+        expectcolumn(
+            line, momentz, [&](double x) { return p * tail(x) * tail(x) / 2; }, 1e-6, "Mz");
+        expectcolumn(
+            line, momenty, [&](double x) { return -q * tail(x) * tail(x) / 2; }, 1e-6, "My");
+        const auto cantilever = [&](double load, double inertia) {
+            return [=](double x) {
+                const double a = x * l;
+                return load * a * a * (6 * l * l - 4 * l * a + a * a) / (24 * modulus * inertia) +
+                       load * soft * (l * a - a * a / 2);
+            };
+        };
+        expectcolumn(line, alongy, cantilever(p, i3), 1e-6, "v");
+        expectcolumn(line, alongz, cantilever(q, i2), 1e-6, "w");
+
+        b.fix(2, clamped);
+        line = membersof(b, b.solve())[0];
+        expectcolumn(
+            line, alongz,
+            [&](double x) {
+                const double a = x * l;
+                return q * a * a * (l - a) * (l - a) / (24 * modulus * i2) +
+                       q * soft * a * (l - a) / 2;
+            },
+            1e-6, "w, clamped");
+        expectcolumn(
+            line, momenty, [&](double x) { return -q * l * l * (1 - 6 * x + 6 * x * x) / 12; },
+            1e-6, "My, clamped");
+    }
+}
+
+// End loads alone, weight, a spinning bar, a bar of a truss.
+TEST(Members, WeightSpinAndBars) {
+    build b = clampedbeam(0);
+    b.inmetres();
+    b.load(1, 2, 4, 60), b.load(1, 2, 5, 80);  // a moment along the beam
+    b.load(1, 2, 3, -7);
+    b.addcase(caseaccz, {-9.81, 0, 0, 0, 1});
+    b.addcase(caseaccrz, {3, 0, 0, 0, 1});  // tangential: force along e2 grows with x
+    const results r = b.solve();
+    memberline line = membersof(b, r)[0];
+    expectcolumn(
+        line, torsion, [](double) { return 100; }, 1e-6, "T");
+    expectcolumn(
+        line, shearz, [](double) { return -7; }, 1e-6, "Vz");
+    expectcolumn(
+        line, momenty, [](double x) { return 7 * length * (1 - x); }, 1e-6, "My");
+    line = membersof(b, r, 2)[0];
+    const double weight = 9.81 * 8e-9 * area;
+    expectcolumn(
+        line, shearz, [&](double x) { return -weight * length * (1 - x); }, 1e-6, "weight");
+    line = membersof(b, r, 3)[0];
+    const double spin = 3 * 8e-9 * area;
+    expectcolumn(
+        line, sheary, [&](double x) { return spin * length * length * (1 - x * x) / 2; }, 1e-6,
+        "spin");
+    expectcolumn(
+        line, alongy,
+        [&](double x) {
+            // q = c x: EI v = c (20 L^3 x^2 - 10 L^2 x^3 + x^5) / 120, and the beam's own turning
+            // mass
+            const double turning = 3 * 8e-9 * i3, a = x * length, l = length;
+            return (spin * (20 * l * l * l * a * a - 10 * l * l * a * a * a + std::pow(a, 5)) /
+                        120 +
+                    turning * (l * a * a / 2 - a * a * a / 6)) /
+                   (modulus * i3);
+        },
+        1e-5, "v of the spin");
+
+    build bar;
+    bar.chain(typetruss, bar.bar(modulus, area), {0, 0, 0}, {length, 0, 0}, 1);
+    bar.fix(1, {1, 2, 3}), bar.fix(2, {2, 3});
+    bar.press(1, 1, 1, 2), bar.press(1, 1, 2, 4);
+    line = membersof(bar, bar.solve())[0];
+    expectcolumn(
+        line, axial, [](double x) { return 2 * length * (1 - x); }, 1e-6, "N");
+    expectcolumn(
+        line, momentz, [](double x) { return -4 * length * length * x * (1 - x) / 2; }, 1e-6,
+        "M between hinges");
+    expectcolumn(
+        line, alongy, [](double) { return 0; }, 0, "v");
+}
+
+// Wave and wind on one long member against the same member in forty pieces.
+TEST(Members, SeaAndWindAgreeWithAFineMesh) {
+    for (const int type : {int(casewave), int(casewind), int(casebuoyancy)}) {
+        memberline whole;
+        std::vector<memberline> fine;
+        for (const int n : {1, 40}) {
+            build b;
+            b.inmetres();
+            const double d = 0.9, a = 0.05, i = a * (d * d - 2 * a / M_PI) / 8;
+            b.fix(
+                b.chain(typepipe, b.bar(2e11, a, {i, i, 2 * i}, 7850), {0, 0, -20}, {6, 3, 12}, n),
+                clamped);
+            b.onlycase(type, type == casewave   ? std::initializer_list<double>{6, 9, 20, 0.1, 30}
+                             : type == casewind ? std::initializer_list<double>{30, 70}
+                                                : std::initializer_list<double>{2, 15, 10000});
+            const std::vector<memberline> lines = membersof(b, b.solve());
+            if (n == 1) whole = lines[0];
+            fine = lines;
+        }
+        const int first[] = {axial, torsion, alongy, alongz + 1};  // forces, moments, deflections
+        for (int kind = 0, k = axial; k <= alongz; ++k) {
+            kind += k == first[kind + 1];
+            double size = 0;
+            for (const memberline& line : fine) {
+                const auto alike = line.middleRows(first[kind], first[kind + 1] - first[kind]);
+                size = std::max(
+                    {size, line.row(k).cwiseAbs().maxCoeff(), 1e-6 * alike.cwiseAbs().maxCoeff()});
+            }
+            for (int i = 0; i < 20; ++i)
+                EXPECT_NEAR(whole(k, i), fine[std::size_t(2 * i)](k, 0), 1e-3 * size)
+                    << "case type " << type << " value " << k << " station " << i;
+        }
+    }
+}

@@ -5,8 +5,9 @@
 #include <filesystem>
 #include <fstream>
 
-const std::vector<std::string> resultextensions = {".rvp", ".KRT", ".EIG", ".LES", ".NSA", ".NLA",
-                                                   ".NSR", ".NSL", ".EMS", ".DAT", ".log"};
+const std::vector<std::string> resultextensions = {".rvp", ".KRT", ".EIG", ".LES", ".NSA",
+                                                   ".NLA", ".NSR", ".NSL", ".MEM", ".sum",
+                                                   ".EMS", ".DAT", ".log"};
 
 static std::string beginning(const std::string& path) {
     const std::size_t enough = 64;
@@ -17,17 +18,19 @@ static std::string beginning(const std::string& path) {
     return text;
 }
 
-// A log begins with the solver's name; a summary is a line of whole numbers.
+// A log begins with the solver's name, the sums with their first word; a summary is a line of whole
+// numbers.
 static bool isforeign(const std::string& path) {
     const std::string text = beginning(path);
     if (path.ends_with(".log")) return !text.starts_with("feiflu ");
+    if (path.ends_with(".sum")) return !text.starts_with("\"static\",");
     return text.find_first_not_of("0123456789-, \r\n") != text.npos;
 }
 
 std::vector<std::string> foreignresults(const std::string& base) {
     std::vector<std::string> foreign;
     std::error_code ec;
-    for (const char* extension : {".log", ".DAT"}) {
+    for (const char* extension : {".log", ".DAT", ".sum"}) {
         const std::string path = base + extension;
         if (std::filesystem::exists(path, ec) && isforeign(path)) foreign.push_back(path);
     }

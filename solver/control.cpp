@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -16,6 +17,12 @@
 #include "core/resultfiles.h"
 #include "core/textfile.h"
 #include "solver/refuse.h"
+#include "solver/sums.h"
+
+static const char* const staticfiles[] = {".rvp", ".KRT", ".LES", ".MEM",
+                                          ".NSA", ".NLA", ".NSR", ".NSL"};
+static const char* const modefiles[] = {".EIG"};
+static const char* const commonfiles[] = {".EMS", ".DAT"};  // each run writes them anew
 
 job readcontrol(const std::string& path) {
     textin in(findnocase(path));
@@ -104,11 +111,28 @@ void armremoval(const std::string& controlpath) {
         sigaction(number, &action, nullptr);
 }
 
-void removeresults(const std::string& base) {
-    for (const std::string& path : foreignresults(base))
+void removeresults(const job& j) {
+    for (const std::string& path : foreignresults(j.base))
         refuse(path + " is no file of an analysis and would be replaced by one; move it away, or " +
                "give the model another name");
     std::error_code ec;
-    for (const std::string& extension : resultextensions)
-        std::filesystem::remove(base + extension, ec);
+    const auto remove = [&](const auto& extensions) {
+        for (const char* extension : extensions) std::filesystem::remove(j.base + extension, ec);
+    };
+    const auto any = [&](const auto& extensions) {
+        return std::any_of(std::begin(extensions), std::end(extensions), [&](const char* one) {
+            return std::filesystem::exists(j.base + one, ec);
+        });
+    };
+    std::filesystem::remove(j.base + ".log", ec);
+    const auto unwritten = [](const runtimeerror&) {};  // the new sums will tell
+    if (j.statics()) {
+        remove(staticfiles);
+        guarded([&] { dropsums(j.base, runkind::statics); }, unwritten);
+    }
+    if (j.eigen) {
+        remove(modefiles);
+        guarded([&] { dropsums(j.base, runkind::modes); }, unwritten);
+    }
+    if (!any(staticfiles) && !any(modefiles)) remove(commonfiles);
 }

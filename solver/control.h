@@ -12,6 +12,8 @@ struct job {
     bool linestress = true, platestress = true;
     int doftype = 0;    // 1..3; 0: taken from the model's element types
     bool twod = false;  // counts while doftype is 0
+
+    bool statics() const { return solve || linestress || platestress; }
 };
 
 // Reads EEM.CTR. Throws a refusal that names file and line.
@@ -32,6 +34,7 @@ void holdprocessfile(const std::string& appdir);
 // to standard error. Only what is safe inside a signal handler is done.
 void onfault(const char* words);
 
-// Deletes the result files of a model, so that none of an earlier run can be taken for new. Refuses
-// where a file of somebody else bears such a name.
-void removeresults(const std::string& base);
+// Deletes the result files of the kinds of run that the job asks for, so that none of an earlier
+// run can be taken for new: static results and modes stand side by side. Refuses where a file of
+// somebody else bears such a name.
+void removeresults(const job& j);

@@ -117,14 +117,14 @@ static int run(const arguments& a) {
             if (std::filesystem::exists(j.base + ".commit~"))
                 refuse("The last save of " + j.base +
                        " was cut short; open the model in Kalvane, which finishes it");
-            removeresults(j.base);
+            removeresults(j);
             cleared = true;
             log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
             analyse(j, log);
         },
         failed);
     if (cleared) {
-        if (!fault.empty()) removeresults(j.base);  // half a set could be taken for a whole one
+        if (!fault.empty()) removeresults(j);  // half a set could be taken for a whole one
         log.write(j.base + ".log", fault.empty() ? "Results are complete" : "Refused: " + fault);
     }
     removecontrol();

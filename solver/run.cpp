@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/checksum.h"
 #include "solver/curve.h"
 #include "solver/edges.h"
 #include "solver/held.h"
@@ -14,6 +15,7 @@
 #include "solver/refine.h"
 #include "solver/refuse.h"
 #include "solver/solve.h"
+#include "solver/sums.h"
 #include "solver/tell.h"
 #include "solver/write.h"
 
@@ -193,6 +195,7 @@ void analyse(const job& j, runlog& log) {
     log.stage("read");
     if (!j.stiffness)
         log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
+    const std::string checksum = modelchecksum(j.base);
     const settings s = readsettings(j.appdir + "/feiflu.ini", log);
     model m = readmodel(j.base, log);
     m.twod = j.twod;
@@ -213,6 +216,9 @@ void analyse(const job& j, runlog& log) {
     if (j.linestress) writelinestresses(m, s, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
     if (j.linestress) writemembers(m, s, r.dofs, r.u);
+    if (j.statics())
+        writesums(j.base, runkind::statics, checksum, m.ncases(), staticsums(m, s, r, log));
+    if (j.eigen) writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));
     log.stage("");
     log.progress("done", 100);
 }

@@ -117,7 +117,7 @@ std::string runset(const std::string& set, const std::string& folder) {
             job j = readcontrol(folder + "/EEM.CTR");
             j.base = folder + "/m";  // results stay in the folder, whatever the file says
             j.appdir = folder;
-            removeresults(j.base);
+            removeresults(j);
             runlog log;
             log.quiet();
             analyse(j, log);

@@ -2,10 +2,12 @@
 // The program from files to files: control file, result grammar, ways out.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
 
+#include "core/checksum.h"
 #include "core/textfile.h"
 #include "solver/readmodel.h"
 #include "tests/solver/verify.h"
@@ -53,10 +55,8 @@ static const char* const results3d = "0,1,3,1,1,1,1,1";
 
 TEST(Program, WritesEveryFileInItsGrammarAndRemovesTheControlFile) {
     room in(twobars());
-    writetext(in.base + ".EIG", "stale");
     ASSERT_EQ(in.run(results3d), 0) << in.said;
     EXPECT_FALSE(in.has("EEM.CTR"));
-    EXPECT_FALSE(in.has("two bars.EIG"));
     EXPECT_TRUE(in.has("feiflu.ini"));
     expectwords(in.said, {"assemble 100\n"});
 
@@ -88,11 +88,8 @@ TEST(Program, WritesEveryFileInItsGrammarAndRemovesTheControlFile) {
 // Modes alone: what the Analysis Options leave on when eigenmodes are asked for.
 TEST(Program, WritesModesAndMassesInTheirGrammar) {
     room in(twobars());
-    writetext(in.base + ".rvp", "stale");
     writetext(in / "feiflu.ini", "modes = 4\r\n");
     ASSERT_EQ(in.run("1,1,3,1,1,0,0,0"), 0) << in.said;
-    for (const char* extension : {".rvp", ".KRT", ".LES", ".NSA", ".NLA", ".NSR", ".NSL"})
-        EXPECT_FALSE(fs::exists(in.base + extension)) << extension;
     const auto eig = in.tokens(".EIG");
     ASSERT_EQ(eig.size(), 2u + 4 * (1 + 3 * 6));
     EXPECT_EQ(eig[0] + eig[1], "34");
@@ -112,6 +109,100 @@ TEST(Program, WritesModesAndMassesInTheirGrammar) {
     EXPECT_EQ(in.tokens(".DAT")[2], "2");
     expectwords(readwhole(in.base + ".log"), {"frequency, Hz", "Sturm count", "effective mass",
                                               "Mass of the elements 10", "centre"});
+}
+
+// Static results and modes stand side by side; a run, a refused one too, removes those of its kind,
+// and the sums tell of which model each kind is.
+TEST(Program, EachKindOfRunRemovesItsOwnResults) {
+    const char* const modes = "1,1,3,1,1,0,0,0";
+    const char* const statics[] = {".rvp", ".KRT", ".LES", ".MEM", ".NSA", ".NLA", ".NSR", ".NSL"};
+    room in(twobars());
+    writetext(in / "feiflu.ini", "modes = 2\r\n");
+    ASSERT_EQ(in.run(results3d), 0) << in.said;
+    const std::string first = modelchecksum(in.base);
+    build other = twobars();
+    other.load(1, 2, 3, 7);
+    other.write(in.base);
+    const std::string second = modelchecksum(in.base);
+    EXPECT_NE(first, second);
+    ASSERT_EQ(in.run(modes), 0) << in.said;
+    const auto sum = in.tokens(".sum");
+    EXPECT_EQ(sum[1] + sum[4], "\"" + first + "\"\"" + second + "\"");
+    EXPECT_EQ(sum[2] + sum[5], "22");
+    EXPECT_EQ(std::ranges::count(sum, "\"case\""), 2);
+    EXPECT_EQ(std::ranges::count(sum, "\"mode\""), 2);
+    EXPECT_TRUE(in.has("two bars.EIG") && in.has("two bars.EMS"));
+    const std::string text = readwhole(in.base + ".sum");
+    ASSERT_EQ(in.run(modes), 0) << in.said;
+    EXPECT_EQ(readwhole(in.base + ".sum"), text) << "the same run, the same file";
+
+    writetext(in.base + ".tek", "no model");
+    EXPECT_EQ(in.run(modes), 1);
+    EXPECT_FALSE(in.has("two bars.EIG"));
+    for (const char* extension : statics) EXPECT_TRUE(fs::exists(in.base + extension)) << extension;
+    EXPECT_EQ(in.tokens(".sum")[4], "\"\"");
+    EXPECT_EQ(in.run(results3d), 1);
+    for (const char* extension : statics)
+        EXPECT_FALSE(fs::exists(in.base + extension)) << extension;
+    EXPECT_FALSE(in.has("two bars.sum") || in.has("two bars.EMS"));
+}
+
+// Loads by kind, reactions and warnings of a case.
+TEST(Program, TheSumsOfACaseAreThoseOfItsLoads) {
+    build b;
+    b.inmetres();
+    const int shell = b.plate(1000, 0.3, 0.1, 2);
+    b.mesh(typeshell4, shell, 2, 1, [](double r, double s) { return vec3(4 * r, 0, 3 + 2 * s); });
+    b.fix({1, 4}, clamped);
+    b.load(1, 3, 1, 5);  // at 4, 0, 3
+    b.press(1, 2, 3, 0.5);
+    b.addcase(caseaccz, {-10, 0, 0, 0, 1});
+    b.press(2, 1, 3, 1);
+    b.node(9, 9, 9);
+    tempfolder in;
+    b.write(in / "m");
+    writetext(in / "feiflu.ini", "length = 1\r\n");
+    std::string said;
+    ASSERT_EQ(runfeiflu("--appdir " + in.path + " --model " + in.path + "/m", said), 0) << said;
+    textin sum(in / "m.sum");
+    const auto row = [&](const char* word, int values) {
+        EXPECT_EQ(sum.quoted(), word);
+        std::vector<double> list;
+        for (int i = 0; i < values; ++i) list.push_back(sum.number());
+        return list;
+    };
+    const auto expectload = [&](const char* kind, const vec6& wanted) {
+        EXPECT_EQ(sum.quoted(), "load");
+        const std::vector<double> found = row(kind, 6);
+        for (int k = 0; k < 6; ++k)
+            EXPECT_NEAR(found[std::size_t(k)], wanted[k], 1e-9) << kind << " " << k;
+    };
+    const double mass = 8 * 0.1 * 2;
+    EXPECT_EQ(sum.quoted(), "static");
+    sum.quoted(), sum.number(), sum.quoted(), sum.quoted(), sum.number();
+    for (int lc = 1; lc <= 2; ++lc) {
+        EXPECT_EQ(row("case", 1)[0], lc);
+        sum.quoted();
+        if (lc == 1) {
+            expectload("nodal", vec6{{5, 0, 0, 0, 15, 0}});
+            expectload("element", vec6{{0, -2, 0, 8, 0, -6}});
+        } else {
+            expectload("element", vec6{{0, -4, 0, 16, 0, -4}});
+            expectload("acceleration", vec6{{0, 0, -10 * mass, 0, 20 * mass, 0}});
+        }
+        const auto applied = row("applied", 6), back = row("reactions", 6);
+        const auto left = row("difference", 6);
+        for (std::size_t k = 0; k < 6; ++k) {
+            EXPECT_NEAR(applied[k], -back[k], 1e-8);
+            EXPECT_NEAR(left[k], 0, 1e-8);
+        }
+        EXPECT_LT(row("residual", 1)[0], 1e-12);
+        EXPECT_GT(row("translation", 2)[0], 0);
+        EXPECT_GT(row("rotation", 2)[1], 0);
+        EXPECT_EQ(row("held", 1)[0], 6) << "the node without elements";
+        EXPECT_EQ(row("warnings", 1)[0], 0);
+    }
+    EXPECT_TRUE(sum.atend());
 }
 
 TEST(Program, ANodeRowHasTheValuesOfItsAnalysisKind) {

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Fowler, Noll and Vo's hash 1a, 64 bits.
+#include "core/checksum.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+#include "core/textfile.h"
+
+std::string modelchecksum(const std::string& base) {
+    const std::uint64_t prime = 1099511628211u;
+    std::uint64_t hash = 14695981039346656037u;
+    const auto add = [&](unsigned char byte) { hash = (hash ^ byte) * prime; };
+    std::vector<char> block(1 << 16);
+    for (const char* const extension : {".tek", ".rot", ".vpl", ".knk", ".mlt", ".lcd", ".ell"}) {
+        for (const char* c = extension; *c != 0; ++c) add(static_cast<unsigned char>(*c));
+        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+            std::fopen(findnocase(base + extension).c_str(), "rb"), std::fclose);
+        if (!file) continue;
+        while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get()))
+            for (std::size_t i = 0; i < count; ++i) add(static_cast<unsigned char>(block[i]));
+    }
+    char text[20];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
+    return text;
+}

@@ -412,7 +412,7 @@ static void addpatches(table& t) {
     for (int j = 1; j <= maxpatchedges; ++j) {
         columns.push_back({edge * j, edge * j, "Pieces", "", kinds::count, ".pat"});
         columns.push_back({edge * j + 1, edge * j + maxedgepieces, "Graphic element", "",
-                           kinds::count, ".pat", items::graphic, losses::stays});
+                           kinds::count, ".pat", items::graphic});
     }
     t.push_back({"patches",
                  "Patch",

@@ -8,6 +8,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -162,14 +163,11 @@ bool editpaste() {
 static void deletepatches() {
     for (int i = 1; i <= int(patchsel(0)); ++i) patches(long(patchsel(i)), 0, 0) = 0;
     patchsel(0) = 0;
+    newnumbers number(std::size_t(countof(items::patch)) + 1, 0);
     int kept = 0;
-    for (int p = 1; p <= patches(0, 0, 0); ++p) {
-        if (patches(p, 0, 0) == 0) continue;
-        ++kept;
-        for (int j = 0; j <= maxpatchedges && kept != p; ++j)
-            std::ranges::copy(patches.row(p, j), patches.row(kept, j).begin());
-    }
-    patches(0, 0, 0) = kept;
+    for (std::size_t p = 1; p < number.size(); ++p)
+        if (patches(long(p), 0, 0) != 0) number[p] = ++kept;
+    closeitems(items::patch, number);
 }
 
 static void deleteelements() {
@@ -180,12 +178,12 @@ static void deleteelements() {
 
 // New numbers of the nodes when the selected ones go that no element uses; 0 for those. Sets
 // attached when a selected one has to stay.
-static std::vector<int> numbersafter(bool& attached) {
+static newnumbers numbersafter(bool& attached) {
     std::vector<bool> used(std::size_t(nnodes()) + 1, false);
     for (int e = 1; e <= nelems(); ++e)
         for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) used[std::size_t(elems(e, k))] = true;
     const std::vector<bool> selected = marksof(selectednodes(), nnodes());
-    std::vector<int> number(std::size_t(nnodes()) + 1, 0);
+    newnumbers number(std::size_t(nnodes()) + 1, 0);
     int c = 0;
     for (std::size_t n = 1; n < number.size(); ++n) {
         if (selected[n] && used[n]) attached = true;
@@ -194,31 +192,8 @@ static std::vector<int> numbersafter(bool& attached) {
     return number;
 }
 
-static void renumberto(const std::vector<int>& number) {
-    const auto renumbered = [&](auto n) {
-        return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : 0;
-    };
-    for (int e = 1; e <= nelems(); ++e)
-        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
-            elems(e, k) = float(renumbered(elems(e, k)));
-    for (int i = 1; i <= ncon; ++i) connode(i) = renumbered(connode(i));
-    for (int lc = 1; lc <= nlc(); ++lc)
-        for (int i = 1; i <= loadnode(lc, 0); ++i) loadnode(lc, i) = renumbered(loadnode(lc, i));
-    int kept = 0;
-    for (int n = 1; n <= nnodes(); ++n) {
-        const int c = number[std::size_t(n)];
-        if (c == 0) continue;
-        kept = c;
-        if (c == n) continue;
-        for (int set = 0; set <= 1; ++set)
-            std::ranges::copy(nodes.row(set, n), nodes.row(set, c).begin());
-        nodename(c) = std::move(nodename(n));
-    }
-    nodes(0, 0, 0) = float(kept);
-}
-
 // Those that go alone remain in the list, for their picture.
-static void keepgoing(const std::vector<int>& number) {
+static void keepgoing(const newnumbers& number) {
     int kept = 0;
     for (int i = 1; i <= nodesel(0); ++i)
         if (number[std::size_t(nodesel(i))] == 0) nodesel(++kept) = nodesel(i);
@@ -227,11 +202,12 @@ static void keepgoing(const std::vector<int>& number) {
 
 static void deletenodes(bool erase) {
     bool attached = false;
-    const std::vector<int> number = numbersafter(attached);
+    const newnumbers number = numbersafter(attached);
     keepgoing(number);
     if (erase) eraseselected();
     if (attached) door().message("Node(s) attached to element are not deleted", icons::exclamation);
-    renumberto(number);
+    followitems(items::node, number);
+    closeitems(items::node, number);
     nodesel(0) = 0;
 }
 

@@ -14,6 +14,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/numtext.h"
 #include "core/pack.h"
 #include "core/platform.h"
@@ -128,9 +129,9 @@ static int mergeone(int selected, const nodegrid& grid, standins& stand) {
 }
 
 // New numbers of the nodes after those that were merged are taken out.
-static std::vector<int> closeup(standins& stand) {
+static newnumbers closeup(standins& stand) {
     const int count = nnodes();
-    std::vector<int> number(std::size_t(count) + 1, 0);
+    newnumbers number(std::size_t(count) + 1, 0);
     int c = 0;
     for (int n = 1; n <= count; ++n)
         if (stand.alive(n)) number[std::size_t(n)] = ++c;
@@ -139,62 +140,26 @@ static std::vector<int> closeup(standins& stand) {
     return number;
 }
 
-static void movenodes(const standins& stand, const std::vector<int>& number) {
-    int c = 0;
-    for (int n = 1; n <= nnodes(); ++n) {
-        if (!stand.alive(n)) continue;
-        c = number[std::size_t(n)];
-        if (c == n) continue;
-        std::ranges::copy(nodes.row(0, n), nodes.row(0, c).begin());
-        std::ranges::copy(nodes.row(1, n), nodes.row(1, c).begin());
-        nodename(c) = std::move(nodename(n));
-    }
-    nodes(0, 0, 0) = float(c);
-}
-
-static void followselection(const std::vector<int>& number) {
-    std::vector<bool> listed(number.size(), false);
-    int kept = 0;
-    for (int i = 1; i <= nodesel(0); ++i) {
-        const int n = number[std::size_t(nodesel(i))];
-        if (listed[std::size_t(n)]) continue;
-        listed[std::size_t(n)] = true;
-        nodesel(++kept) = n;
-    }
-    nodesel(0) = kept;
-}
-
-// Corners take the new numbers. Returns the elements that lost their shape by it: two of their
-// corners became one node.
-static std::vector<int> followcorners(const std::vector<int>& number) {
-    std::vector<int> collapsed;
+// Elements that lose their shape by the new numbers: two of their corners become one node.
+static std::vector<int> collapsing(const newnumbers& number) {
+    std::vector<int> found;
+    const auto doubles = [](int elnn, auto corner) {
+        int count = 0;
+        for (int k = 2; k <= elnn; ++k)
+            for (int j = 1; j < k; ++j) count += corner(k) == corner(j);
+        return count;
+    };
     for (int e = 1; e <= nelems(); ++e) {
         const int elnn = nodesoftype(elems(e, 0));
         const auto row = elems.row(e);
-        const auto doubles = [&] {
-            int count = 0;
-            for (int k = 2; k <= elnn; ++k)
-                for (int j = 1; j < k; ++j) count += row[std::size_t(k)] == row[std::size_t(j)];
-            return count;
+        const auto before = [&](int k) { return int(row[std::size_t(k)]); };
+        const auto after = [&](int k) {
+            const int n = before(k);
+            return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : n;
         };
-        const int before = doubles();
-        for (int k = 1; k <= elnn; ++k) {
-            const float n = elems(e, k);
-            if (n >= 1 && std::size_t(n) < number.size())
-                elems(e, k) = float(number[std::size_t(n)]);
-        }
-        if (doubles() > before) collapsed.push_back(e);
+        if (doubles(elnn, after) > doubles(elnn, before)) found.push_back(e);
     }
-    return collapsed;
-}
-
-static void follownodes(const std::vector<int>& number) {
-    const auto renumbered = [&](int n) {
-        return n >= 1 && std::size_t(n) < number.size() ? number[std::size_t(n)] : n;
-    };
-    for (int i = 1; i <= ncon; ++i) connode(i) = renumbered(connode(i));
-    for (int lc = 1; lc <= nlc(); ++lc)
-        for (int i = 1; i <= loadnode(lc, 0); ++i) loadnode(lc, i) = renumbered(loadnode(lc, i));
+    return found;
 }
 
 // A quadrilateral with three corners left goes on as the triangle of its kind: SHELL4 as SHELL3.
@@ -246,11 +211,10 @@ static int mergecandidates(int count, Candidate candidate) {
     for (int i = 1; i <= count; ++i)
         if (const int n = candidate(i); n >= 1 && n <= nnodes()) merged += mergeone(n, grid, stand);
     if (merged == 0) return 0;
-    const std::vector<int> number = closeup(stand);
-    const std::vector<int> collapsed = followcorners(number);
-    follownodes(number);
-    followselection(number);
-    movenodes(stand, number);
+    const newnumbers number = closeup(stand);
+    const std::vector<int> collapsed = collapsing(number);
+    followitems(items::node, number);
+    closeitems(items::node, number);
     dropresults();
     dropundo();
     dorenumber = 1;

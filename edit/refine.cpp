@@ -14,6 +14,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -128,21 +129,14 @@ static void setcorners(int e, const corners& n) {
 
 static void appendpart(const part& p) {
     const int e = nelems() + 1;
-    elems(e, 0) = elems(p.parent, 0);
+    copyitem(items::element, p.parent, e);
     setcorners(e, p.node);
-    egroup(e) = egroup(p.parent);
-    rotpo(e) = rotpo(p.parent);
-    elemname(e) = elemname(p.parent);
-    elemflag(e) = elemflag(p.parent);
-    for (int v = 1; v <= nviews; ++v) {
-        elemvis(v, e) = elemvis(v, p.parent);
+    for (int v = 1; v <= nviews; ++v)
         if (elemvis(v, e) && viewselnum(v) != 0) ++viewselnum(v);
-    }
-    if (p.end == 2)  // the far half of a line has the release of that end, the near half loses it
-        for (int dof = 0; dof <= 6; ++dof) {
-            endrelease(e, 2, dof) = endrelease(p.parent, 2, dof);
-            endrelease(p.parent, 2, dof) = 0;
-        }
+    // The far half of a line has the release of that end, the near half loses it.
+    for (int end = 0; end <= 4; ++end)
+        if (p.end != end) std::ranges::fill(endrelease.row(e, end), 0.0f);
+    if (p.end == 2) std::ranges::fill(endrelease.row(p.parent, 2), 0.0f);
     elems(0, 0) = float(e);
     elemsel(0) = elemsel(0) + 1;
     elemsel(long(elemsel(0))) = float(e);

@@ -11,6 +11,7 @@
 #include "core/catalogue.h"
 #include "core/colours.h"
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -70,38 +71,20 @@ static void showsweep(const std::vector<int>& order) {
     s->show();
 }
 
-static void movenodes(const std::vector<int>& order) {
-    const auto count = int(order.size());
-    std::vector<std::string> names(order.size() + 1);
-    for (int i = 1; i <= count; ++i) {
-        const int old = order[std::size_t(i - 1)];
-        for (int k = 0; k < 3; ++k) nodework(i, k + 1) = nodes(0, old, k);
-        names[std::size_t(i)] = std::move(nodename(old));
-    }
-    for (int i = 1; i <= count; ++i) {
-        for (int k = 0; k < 3; ++k) {
-            nodes(0, i, k) = nodework(i, k + 1);
-            nodes(1, i, k) = 0;  // displacements belong to the old numbers
-        }
-        nodename(i) = std::move(names[std::size_t(i)]);
-    }
-}
-
 void renumbermodel() {
     const std::vector<int> order = sweeporder();
     showsweep(order);
     const int count = nnodes();
-    for (int i = 1; i <= count; ++i) nodework(order[std::size_t(i - 1)], 0) = float(i);
-    const auto renumbered = [&](auto n) {
-        return n >= 1 && int(n) <= count ? nodework(long(n), 0) : float(n);
-    };
-    for (int e = 1; e <= nelems(); ++e)
-        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) elems(e, k) = renumbered(elems(e, k));
-    for (int i = 1; i <= ncon; ++i) connode(i) = int(renumbered(connode(i)));
-    for (int lc = 1; lc <= nlc(); ++lc)
-        for (int i = 1; i <= loadnode(lc, 0); ++i)
-            loadnode(lc, i) = int(renumbered(loadnode(lc, i)));
-    movenodes(order);
+    newnumbers number(std::size_t(count) + 1, 0);
+    for (int i = 1; i <= count; ++i) {
+        const int old = order[std::size_t(i - 1)];
+        number[std::size_t(old)] = i;
+        nodework(old, 0) = float(i);
+    }
+    followitems(items::node, number);
+    orderitems(items::node, order);
+    for (int n = 1; n <= count; ++n)  // displacements belong to the old numbers
+        std::ranges::fill(nodes.row(1, n), 0.0f);
     nodesel(0) = 0;
     maxdisp = 0;
     dropundo();

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/modelitems.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/views.h"
@@ -175,33 +176,15 @@ void addgroup(groupform& form) {
 }
 
 // Row g leaves the table and those above move down. Its colour goes to the row that falls free, so
-// that no two groups get the same one.
-static void dropgrouprow(int g) {
-    const int last = ngroups();
-    const int shade = groupcolor(g);
-    for (int to = g; to < last; ++to) {
-        groupname(to) = groupname(to + 1);
-        std::ranges::copy(groups.row(to + 1), groups.row(to).begin());
-        for (int i = 1; i <= 6; ++i)
-            std::ranges::copy(groupmat.row(to + 1, i), groupmat.row(to, i).begin());
-        groupcolor(to) = groupcolor(to + 1);
-    }
+// that no two groups get the same one. No element is in group g; a patch, a buffered element or a
+// free slot that names it takes the group instead, a view shows all groups.
+static void dropgroup(int g, int instead) {
+    const int last = ngroups(), shade = groupcolor(g);
+    newnumbers number(std::size_t(last) + 1, 0);
+    for (int i = 1; i <= last; ++i) number[std::size_t(i)] = i < g ? i : i == g ? 0 : i - 1;
+    closeitems(items::group, number);
     groupcolor(last) = shade;
-    groupname(last).clear();
-    std::ranges::fill(groups.row(last), 0.0);
-    for (int i = 1; i <= 6; ++i) std::ranges::fill(groupmat.row(last, i), 0.0f);
-    groups(0, 0) = last - 1;
-}
-
-// What names groups by number follows them down. No element is in group g; a patch, a buffered
-// element or a free slot that names it takes the group instead, a view shows all groups.
-static void renumbergroups(int g, int instead) {
-    const auto moved = [g](int n, int other) { return n > g ? n - 1 : n == g ? other : n; };
-    for (int e = 1; e <= nelems(); ++e) egroup(e) = moved(egroup(e), instead);
-    for (int i = 1; i <= int(tmpelems(0, 0)); ++i)
-        tmpelems(i, 5) = float(moved(int(tmpelems(i, 5)), instead));
-    for (int p = 1; p <= patches(0, 0, 0); ++p) patches(p, 0, 2) = moved(patches(p, 0, 2), instead);
-    for (int v = 1; v <= nviews; ++v) viewgroup(v) = moved(viewgroup(v), 0);
+    followitems(items::group, number, instead);
 }
 
 static bool isused(int g) {
@@ -227,8 +210,7 @@ void deletegroup(groupform& form) {
         return;
     }
     const int next = std::max(g - 1, 1);
-    dropgrouprow(g);
-    renumbergroups(g, next);
+    dropgroup(g, next);
     form.redraw = true;
     notename(form);
     showgroup(form, next);

@@ -18,6 +18,7 @@
 #include "files/saveset.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
+#include "view/moddraw.h"
 
 namespace fs = std::filesystem;
 
@@ -201,6 +202,7 @@ bool openmodel(const std::string& name) {
     modelname = name;
     showmodelname();
     clearneeds();
+    const drawinghold hold;
     keptmodel before;
     if (!guarded([&] { finishsave(name); }, telldamage) || !resetmodel()) return bringback(before);
     tekresult result = readset(name);

@@ -8,6 +8,7 @@
 
 #include "core/model.h"
 #include "core/platform.h"
+#include "core/runtime.h"
 #include "core/session.h"
 #include "view/drawbc.h"
 #include "view/drawelems.h"
@@ -160,10 +161,26 @@ static void drawlayer(layers which, int nview) {
 
 long picturesdrawn;
 
+static int holds;
+static bool missed;  // a picture that was asked for while it could not be drawn
+
+drawinghold::drawinghold() {
+    ++holds;
+}
+
+drawinghold::~drawinghold() {
+    if (--holds > 0 || !std::exchange(missed, false)) return;
+    guarded(redrawall, [](const runtimeerror& e) { door().showstatus(e.what); });
+}
+
 void drawview(int nview) {
     ++picturesdrawn;
     surface* const s = target(nview);
     if (s == nullptr) return;
+    if (holds > 0) {
+        missed = true;
+        return;
+    }
     const hourglass wait;
     const keptpoint kept;
     setdispscale(nview);

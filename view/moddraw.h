@@ -46,6 +46,15 @@ void wirelayers();
 
 void drawview(int nview);
 void redrawall();
+// As long as one stands nothing is drawn: a model that is being read is none yet, and a box or a
+// progress window lets the toolkit ask for pictures of it. Those come when the last one goes.
+class drawinghold {
+  public:
+    drawinghold();
+    ~drawinghold();
+    drawinghold(const drawinghold&) = delete;
+    drawinghold& operator=(const drawinghold&) = delete;
+};
 extern long picturesdrawn;  // rises whenever the picture of the model is drawn or changed
 // The selection's layers alone, in drawcolor: backcolor erases, selcolor shows.
 void drawselection(int nview);

@@ -28,6 +28,7 @@
 #include "files/saving.h"
 #include "files/solverlock.h"
 #include "tests/support/recorder.h"
+#include "view/moddraw.h"
 
 namespace fs = std::filesystem;
 
@@ -268,6 +269,31 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
     EXPECT_EQ(std::ranges::count(room.door.messages, buttons::yesno, &messagebox::set), 1);
     EXPECT_EQ(contentof(room.file("decmem.DAT")).substr(0, 4), "15\r\n")
         << "and they stay declared";
+}
+
+// A box lets the toolkit ask for a picture, also of a model that is half read.
+class drawingdoor : public recorder {
+  public:
+    answers show(const messagebox& box) override {
+        redrawall();
+        return recorder::show(box);
+    }
+};
+
+TEST(Modelfiles, AModelThatIsHalfReadIsNotDrawn) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    for (const int i : {1, 2}) modelsize(i) = 3;
+    ASSERT_TRUE(resetmodel());
+    {
+        drawingdoor door;
+        door.answerqueue = {answers::yes};
+        ASSERT_TRUE(openmodel(room.file("a")));
+        EXPECT_EQ(door.messages.size(), 3u);
+        EXPECT_GT(door.views[0].count("line"), 0) << "the picture that was asked for comes";
+    }
+    setdoor(&room.door);
 }
 
 // Whatever stands in the files: a message or a model, never a crash, and the model in hand

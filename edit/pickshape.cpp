@@ -40,7 +40,7 @@ class pointer {
     explicit pointer(int v) : nview(v) {
         const double pixels = 6;
         prepareview(nview);
-        at = {viewreg.midx + scalex * persu, viewreg.midy - scaley * persv};
+        at = surfaceplace(viewcamera, persu, persv);
         const surface* const s = target(nview);
         reach = s != nullptr && s->pixpercm() > 0 ? pixels / s->pixpercm() : 0;
     }
@@ -61,11 +61,7 @@ class pointer {
 
 point2 projected(int nview, double x, double y, double z) {
     const float scale = viewscale(nview);
-    curx = float(scale * x);
-    cury = float(scale * y);
-    curz = float(scale * z);
-    projectpoint(nview);
-    return {scrx, scry};
+    return project(viewcamera, {float(scale * x), float(scale * y), float(scale * z)}).at;
 }
 
 }  // namespace
@@ -76,10 +72,9 @@ point2 projected(int nview, double x, double y, double z) {
 static bool takecorners(int e, int elnn, int nview, drawncorner* corner) {
     bool inslab = false;
     for (int k = 0; k < elnn; ++k) {
-        setnode(int(elems(e, k + 1)), nview);
-        projectpoint(nview);
-        corner[k] = {{scrx, scry}, rotw, 0};
-        inslab = inslab || isinslab();
+        const placedpoint p = project(viewcamera, drawnplace(int(elems(e, k + 1)), nview));
+        corner[k] = {p.at, p.turned.w, 0};
+        inslab = inslab || isinslab(viewcamera, p.turned.w);
     }
     return inslab;
 }

@@ -42,11 +42,7 @@ static spot between(int i, int j, double t) {
 
 static point2 project(const spot& p, int nview) {
     const double scale = viewscale(nview);
-    curx = float(scale * p.x);
-    cury = float(scale * p.y);
-    curz = float(scale * p.z);
-    projectpoint(nview);
-    return {scrx, scry};
+    return project(viewcamera, {float(scale * p.x), float(scale * p.y), float(scale * p.z)}).at;
 }
 
 void takeelement(int e, int nview) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -117,44 +118,22 @@ void setcentre(int e, int nview) {
     curz = float(z / elnn);
 }
 
-namespace {
-struct screenpoint {
-    double x, y;
-    lineend end;
-    bool inside;
-};
-}  // namespace
-
-static screenpoint projectnode(int n, int nview) {
-    setnode(n, nview);
-    projectpoint(nview);
-    return {scrx, scry, {rotw, rotu, rotv}, isinslab()};
-}
-
 // The part of a line that lies in the depth slab.
-static void drawclipped(surface& s, const screenpoint& a, const screenpoint& b, int nview) {
-    if (a.inside && b.inside) {
-        s.line(a.x, a.y, b.x, b.y, drawcolor);
-        return;
-    }
-    const auto enter = [&](const screenpoint& far, const screenpoint& near) {
-        rotw = far.end.w;
-        rotu = far.end.u;
-        rotv = far.end.v;
-        clipdepth(nview, near.end);
-        return point2{scrx, scry};
-    };
-    const double bound = viewreg.half, a0 = viewreg.aw;
-    if (a.inside || b.inside) {
-        const screenpoint &in = a.inside ? a : b, &out = a.inside ? b : a;
-        const point2 end = enter(out, in);
-        s.line(in.x, in.y, end.x, end.y, drawcolor);
-    } else if ((a.end.w - a0 > bound && b.end.w - a0 < -bound) ||
-               (b.end.w - a0 > bound && a.end.w - a0 < -bound)) {
-        const point2 first = enter(a, b), second = enter(b, a);
-        s.line(first.x, first.y, second.x, second.y, drawcolor);
+static void drawclipped(surface& s, const placedpoint& a, const placedpoint& b) {
+    const camera& c = viewcamera;
+    const double wa = a.turned.w, wb = b.turned.w;
+    const bool ina = isinslab(c, wa), inb = isinslab(c, wb);
+    point2 from = a.at, to = b.at;
+    if (!ina || !inb) {
+        const bool across = (wa - c.aw > c.half && wb - c.aw < -c.half) ||
+                            (wb - c.aw > c.half && wa - c.aw < -c.half);
+        if (!ina && !inb && !across) return;
+        if (!ina) from = clipdepth(c, b.turned, a.turned);
+        if (!inb) to = clipdepth(c, a.turned, b.turned);
+        if (!ina && inb) std::swap(from, to);  // from the end that is seen
     }
 }
+    s.line(from.x, from.y, to.x, to.y, drawcolor);
 
 static std::string labelof(int e) {
     switch (checkedof(elemlabeltype)) {
@@ -205,9 +184,7 @@ bool iscrowded(int e, int nview) {
     const int elnn = nodesoftype(row[0]);
     const double least = leastspacing(nview);
     const auto placeof = [&](int k) {
-        setnode(int(row[std::size_t(k)]), nview);
-        projectpoint(nview);
-        return point2{scrx, scry};
+        return project(viewcamera, drawnplace(int(row[std::size_t(k)]), nview)).at;
     };
     if (elnn < 2) return false;
     const point2 first = placeof(1);
@@ -247,19 +224,21 @@ void drawelementoutline(int e, int nview) {
     const auto row = elems.row(e);
     const int elnn = nodesoftype(row[0]);
     if (elnn == 0) return;
-    const screenpoint first = projectnode(int(row[1]), nview);
-    screenpoint near = first;
-    nodeinslab = first.inside;
-    if (elnn == 1 && first.inside) {
-        s->point(first.x, first.y, drawcolor);
-        drawsymbol(int(row[0]), nview, first.x, first.y);
+    const auto cornerof = [&](int k) {
+        return project(viewcamera, drawnplace(int(row[std::size_t(k)]), nview));
+    };
+    const placedpoint first = cornerof(1);
+    if (elnn == 1 && isinslab(viewcamera, first.turned.w)) {
+    placedpoint near = first;
+        s->point(first.at.x, first.at.y, drawcolor);
+        drawsymbol(int(row[0]), nview, first.at.x, first.at.y);
     }
     for (int k = 2; k <= elnn; ++k) {
-        const screenpoint far = projectnode(int(row[std::size_t(k)]), nview);
-        drawclipped(*s, near, far, nview);
+        const placedpoint far = cornerof(k);
+        drawclipped(*s, near, far);
         near = far;
     }
-    if (elnn > 2) drawclipped(*s, near, first, nview);
+    if (elnn > 2) drawclipped(*s, near, first);
 }
 
 void drawlineelements(int nview) {

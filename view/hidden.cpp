@@ -168,7 +168,7 @@ static void drawfacets(int nview) {
     prepareview(nview);
     sortdepth(nview);
     const direction light = directionoflight();
-    const direction eye{viewreg.coshcosv, viewreg.sinhcosv, viewreg.sinv};
+    const direction eye{viewcamera.coshcosv, viewcamera.sinhcosv, viewcamera.sinv};
     const colour outline = drawcolor;
     const bool axes = mnuSettingsItem(4).checked;
     s->drawwidth = 1;

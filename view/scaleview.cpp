@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Projection, its inverse, depth clipping and autoscale.
-//
-// What is held as Single is rounded to Single here and nowhere else: the scaled point, the eye, the
-// differences, the sum viewaw + viewdist and perspw. All else is Double.
+// The registers of the projection and autoscale.
 #include "view/scaleview.h"
 
 #include <algorithm>
@@ -15,64 +12,26 @@
 #include "core/session.h"
 #include "view/drawelems.h"
 
-viewregisters viewreg;
+camera viewcamera;
 double rotw, rotu, rotv, persu, persv;
-int nodeinslab;
 int undeformed = 1;
 
 void prepareview(int nview) {
-    const double h = viewhor(nview), v = viewvert(nview);
-    viewregisters& r = viewreg;
-    r.cosh = std::cos(h);
-    r.sinh = std::sin(h);
-    r.cosv = std::cos(v);
-    r.sinv = std::sin(v);
-    r.sinhcosv = r.sinh * r.cosv;
-    r.coshsinv = r.cosh * r.sinv;
-    r.sinhsinv = r.sinh * r.sinv;
-    r.coshcosv = r.cosh * r.cosv;
-    const float scale = viewscale(nview);
-    r.eyex = scale * viewptx(nview);
-    r.eyey = scale * viewpty(nview);
-    r.eyez = scale * viewptz(nview);
-    r.eyesum = viewaw(nview) + viewdist(nview);
-    r.half = scale * viewdepth(nview) / 2;
-    r.aw = viewaw(nview);
-    r.dist = viewdist(nview);
-    r.midx = vieww / 2;
-    r.midy = viewh / 2;
+    viewcamera = cameraof(nview);
 }
 
 void projectaxis(int nview) {
     projectpoint(nview);
 }
 
-// Of an angle that is a Single: a quarter turn is off by up to 1.2e-7. Points pressed in a view
-// along an axis shall lie in its plane, not beside it.
-static double exactquarter(double sineorcosine) {
-    const double rounding = 2e-7;
-    return std::fabs(sineorcosine) < rounding ? 0 : sineorcosine;
-}
-
 void unprojectpoint(int nview) {
-    const double aw = viewaw(nview), dist = viewdist(nview);
-    const double f0 = aw + dist == 0 ? 0 : dist / (aw + dist);
-    const double w = f0 == 0 ? 0 : aw / f0;
-    const double u = (scrx - vieww / 2) / scalex;
-    const double p = (viewh / 2 - scry) / scaley;
-    const double h = viewhor(nview), v = viewvert(nview);
-    const double cosh = exactquarter(std::cos(h)), sinh = exactquarter(std::sin(h));
-    const double cosv = exactquarter(std::cos(v)), sinv = exactquarter(std::sin(v));
-    const double x = cosh * cosv * w - sinh * u - sinv * cosh * p;
-    const double y = sinh * cosv * w + cosh * u - sinv * sinh * p;
-    const double z = sinv * w + cosv * p;
-    const float scale = viewscale(nview);
-    curx = float(x + double(scale * viewptx(nview)));
-    cury = float(y + double(scale * viewpty(nview)));
-    curz = float(z + double(scale * viewptz(nview)));
-    modelx = curx / double(scale);
-    modely = cury / double(scale);
-    modelz = curz / double(scale);
+    const backpoint p = unproject(cameraof(nview), {scrx, scry});
+    curx = p.scaled.x;
+    cury = p.scaled.y;
+    curz = p.scaled.z;
+    modelx = p.x;
+    modely = p.y;
+    modelz = p.z;
 }
 
 keptpoint::keptpoint()
@@ -91,32 +50,20 @@ keptpoint::~keptpoint() {
     persv = screen[3];
 }
 
-void clipdepth(int, const lineend& near) {
-    nodeinslab = isinslab();
-    if (nodeinslab || rotw == near.w) return;
-    const double half = viewreg.half, a = viewreg.aw;
-    const auto meeting = [&](double bound) { return (a + bound - near.w) / (rotw - near.w); };
-    const double bound = half < a - near.w ? half : -half;
-    double t = meeting(bound);
-    // A line that leaves the slab towards the eye meets the other bound.
-    if (t < 0 || t > 1) t = meeting(-bound);
-    const double u = near.u + (rotu - near.u) * t, v = near.v + (rotv - near.v) * t;
-    scrx = vieww / 2 + scalex * u;
-    scry = viewh / 2 - scaley * v;
+scaledpoint drawnplace(int n, int nview) {
+    const float scale = viewscale(nview);
+    const auto at = nodes.row(0, n);
+    if (undeformed == 1) return {scale * at[0], scale * at[1], scale * at[2]};
+    const float f = float(1 - undeformed) * dispscale(nview);
+    const auto d = nodes.row(1, n);
+    return {scale * (at[0] + f * d[0]), scale * (at[1] + f * d[1]), scale * (at[2] + f * d[2])};
 }
 
 void setnode(int n, int nview) {
-    const float scale = viewscale(nview);
-    if (undeformed == 1) {
-        curx = scale * nodes(0, n, 0);
-        cury = scale * nodes(0, n, 1);
-        curz = scale * nodes(0, n, 2);
-        return;
-    }
-    const float d = float(1 - undeformed) * dispscale(nview);
-    curx = scale * (nodes(0, n, 0) + d * nodes(1, n, 0));
-    cury = scale * (nodes(0, n, 1) + d * nodes(1, n, 1));
-    curz = scale * (nodes(0, n, 2) + d * nodes(1, n, 2));
+    const scaledpoint p = drawnplace(n, nview);
+    curx = p.x;
+    cury = p.y;
+    curz = p.z;
 }
 
 void setdispscale(int nview) {
@@ -224,22 +171,19 @@ static void frame(int nview) {
     for (int round = 0; round < 3; ++round) {
         const double scale = viewscale(nview);
         extent picture;
-        prepareview(nview);
+        const camera c = cameraof(nview);
         eachpoint(nview, [&](double x, double y, double z) {
-            curx = float(scale * x);
-            cury = float(scale * y);
-            curz = float(scale * z);
-            projectpoint(nview);
-            picture.take(persu, persv, 0);
+            const placedpoint p =
+                project(c, {float(scale * x), float(scale * y), float(scale * z)});
+            picture.take(p.u, p.v, 0);
         });
         const double du = picture.size(0), dv = picture.size(1);
         const double factor = std::min(roomu / du, roomv / dv);  // not finite for a single point
         if (!std::isfinite(factor) || !(factor > 0) || !(scale > 0)) return;
         const double u = picture.middle(0) / scale, v = picture.middle(1) / scale;
-        const viewregisters& r = viewreg;
-        viewptx(nview) = float(viewptx(nview) - r.sinh * u - r.coshsinv * v);
-        viewpty(nview) = float(viewpty(nview) + r.cosh * u - r.sinhsinv * v);
-        viewptz(nview) = float(viewptz(nview) + r.cosv * v);
+        viewptx(nview) = float(viewptx(nview) - c.sinh * u - c.coshsinv * v);
+        viewpty(nview) = float(viewpty(nview) + c.cosh * u - c.sinhsinv * v);
+        viewptz(nview) = float(viewptz(nview) + c.cosv * v);
         viewscale(nview) = float(scale * factor);
     }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Projection from model coordinates to a view's surface and back, depth clipping, autoscale.
+// The registers of the projection, a thin face on view/camera.h; autoscale.
 //
 // prepareview sets the registers of one view; after it projectpoint runs once a point. Points
 // enter in scaled coordinates curx, cury, curz (model coordinate times viewscale, as Singles) and
@@ -7,36 +7,25 @@
 #pragma once
 
 #include "core/views.h"
+#include "view/camera.h"
 
-// Registers of the view in work.
-struct viewregisters {
-    double cosh, sinhcosv, sinv, sinh, coshsinv, sinhsinv, cosv, coshcosv;
-    float eyex, eyey, eyez;  // viewscale times the view point, each product a Single
-    float eyesum;            // viewaw + viewdist as a Single
-    float half;              // half the slab in scaled units
-    float aw;
-    double dist, midx, midy;
-};
-extern viewregisters viewreg;
+extern camera viewcamera;        // of the view in work
 extern double rotw, rotu, rotv;  // depth, horizontal, vertical of the last point, no perspective
 extern double persu, persv;      // the same with perspective
 
 void prepareview(int nview);
 
-// Sets scrx, scry, perspw from curx, cury, curz. The depth takes cos h alone in its first term and
-// not cos h cos v; pictures at ordinary eye distances do not show it, and stored views rely on it.
+// Sets scrx, scry, perspw from curx, cury, curz.
 inline void projectpoint(int) {
-    const viewregisters& r = viewreg;
-    const double dx = curx - r.eyex, dy = cury - r.eyey, dz = curz - r.eyez;
-    rotw = r.cosh * dx + r.sinhcosv * dy + r.sinv * dz;
-    rotu = -r.sinh * dx + r.cosh * dy;
-    rotv = -r.coshsinv * dx - r.sinhsinv * dy + r.cosv * dz;
-    const double f = double(r.eyesum) == rotw ? 0 : r.dist / (double(r.eyesum) - rotw);
-    persu = f * rotu;
-    persv = f * rotv;
-    perspw = float(f * rotw);
-    scrx = r.midx + scalex * persu;
-    scry = r.midy - scaley * persv;
+    const placedpoint p = project(viewcamera, {curx, cury, curz});
+    rotw = p.turned.w;
+    rotu = p.turned.u;
+    rotv = p.turned.v;
+    persu = p.u;
+    persv = p.v;
+    perspw = p.depth;
+    scrx = p.at.x;
+    scry = p.at.y;
 }
 // The same sequence; it serves the axis triad alone.
 void projectaxis(int nview);
@@ -47,8 +36,7 @@ void unprojectpoint(int nview);
 
 // Is the point last projected inside the depth slab of the prepared view?
 inline bool isinslab() {
-    const double off = double(viewreg.aw) - rotw;
-    return double(viewreg.half) > (off < 0 ? -off : off);
+    return isinslab(viewcamera, rotw);
 }
 
 // The point in work, where it lies on the surface and its model point belong to the mouse and to
@@ -65,16 +53,6 @@ class keptpoint {
     double model[3], screen[4];
 };
 
-extern int nodeinslab;  // 1 when the end of a line lies inside the slab
-// Rotated values of the near end of a line.
-struct lineend {
-    double w, u, v;
-};
-// For the far end of a line, the point last projected: inside the slab it raises nodeinslab and
-// changes nothing; else it moves scrx, scry to where the line from near meets the slab's bound,
-// taken without perspective.
-void clipdepth(int nview, const lineend& near);
-
 // Fits elements, graphic elements and, while they are drawn, the buffers of one view into its
 // surface, by the largest extent whatever the angles. Nothing to fit leaves a scale next to 0.
 void autoscale(int nview);
@@ -84,7 +62,8 @@ void fit(int nview);
 
 // Position of a node as drawn, scaled: at its place or displaced while undeformed is 0.
 extern int undeformed;  // 1 while the undeformed model is drawn
-void setnode(int n, int nview);
+scaledpoint drawnplace(int n, int nview);
+void setnode(int n, int nview);  // into curx, cury, curz
 
 // dispscale of a view from the largest displacement: it measures unitveclen on the screen.
 void setdispscale(int nview);

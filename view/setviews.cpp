@@ -8,6 +8,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "view/camera.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 
@@ -98,46 +99,35 @@ static void setviewpoint(int nview, double x, double y, double z) {
 }
 
 // Moves the view point by the way from one place of the surface to another (cm).
-static void movepoint(int nview, double fromx, double fromy, double tox, double toy) {
-    const keptpoint kept;
-    scrx = fromx;
-    scry = fromy;
-    unprojectpoint(nview);
-    const float oldx = curx, oldy = cury, oldz = curz;
-    scrx = tox;
-    scry = toy;
-    unprojectpoint(nview);
-    const float scale = viewscale(nview);
-    setviewpoint(nview, viewptx(nview) + (curx - oldx) / scale,
-                 viewpty(nview) + (cury - oldy) / scale, viewptz(nview) + (curz - oldz) / scale);
+static void movepoint(int nview, const point2& from, const point2& to) {
+    const camera c = cameraof(nview);
+    const scaledpoint old = unproject(c, from).scaled, now = unproject(c, to).scaled;
+    setviewpoint(nview, viewptx(nview) + (now.x - old.x) / c.scale,
+                 viewpty(nview) + (now.y - old.y) / c.scale,
+                 viewptz(nview) + (now.z - old.z) / c.scale);
 }
 
 void scrollview(int nview, int horizontal, int vertical) {
-    movepoint(nview, lasthorizontal[nview], lastvertical[nview], horizontal, vertical);
+    movepoint(nview, {double(lasthorizontal[nview]), double(lastvertical[nview])},
+              {double(horizontal), double(vertical)});
     lasthorizontal[nview] = horizontal;
     lastvertical[nview] = vertical;
     drawview(nview);
 }
 
 void panview(int nview, double dx, double dy) {
-    movepoint(nview, dx, dy, 0, 0);
+    movepoint(nview, {dx, dy}, {0, 0});
 }
 
 void zoomview(int nview, double x, double y, double factor) {
     const double least = 1e-30, most = 1e30;
     const double scale = double(viewscale(nview)) * factor;
     if (!(std::fabs(scale) > least && std::fabs(scale) < most)) return;
-    const keptpoint kept;
-    scrx = x;
-    scry = y;
-    unprojectpoint(nview);
-    const double before[3] = {modelx, modely, modelz};
+    const backpoint before = unproject(cameraof(nview), {x, y});
     viewscale(nview) = float(scale);
-    scrx = x;
-    scry = y;
-    unprojectpoint(nview);
-    setviewpoint(nview, viewptx(nview) + (before[0] - modelx),
-                 viewpty(nview) + (before[1] - modely), viewptz(nview) + (before[2] - modelz));
+    const backpoint after = unproject(cameraof(nview), {x, y});
+    setviewpoint(nview, viewptx(nview) + (before.x - after.x),
+                 viewpty(nview) + (before.y - after.y), viewptz(nview) + (before.z - after.z));
 }
 
 void setpreset(int nview, int preset) {
@@ -187,13 +177,10 @@ static void copyparameters(int from, int to) {
 
 void copyview(int sourceview, int targetview, double x1, double y1, double x2, double y2) {
     if (sourceview != targetview) copyparameters(sourceview, targetview);
-    const keptpoint kept;
     prepareview(targetview);
     const double a = std::fabs(x2 - x1), b = std::fabs(y2 - y1);
-    scrx = (x1 + x2) / 2;
-    scry = (y1 + y2) / 2;
-    unprojectpoint(targetview);
-    setviewpoint(targetview, modelx, modely, modelz);
+    const backpoint middle = unproject(cameraof(targetview), {(x1 + x2) / 2, (y1 + y2) / 2});
+    setviewpoint(targetview, middle.x, middle.y, middle.z);
     const double r = a < b ? b : a;
     const double d = vieww < viewh ? vieww : viewh;
     const double q = r / viewscale(targetview);

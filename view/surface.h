@@ -11,10 +11,7 @@
 #include <string_view>
 
 #include "core/colours.h"
-
-struct point2 {
-    double x, y;
-};
+#include "view/camera.h"
 
 enum class planes { model, loads, constraints, results, marks, pointer };
 const int nplanes = 6;

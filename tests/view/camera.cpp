@@ -19,6 +19,9 @@ TEST(Camera, KeepsItsViewAndTouchesNoRegister) {
     scry = 4;
     unprojectpoint(1);
     const scaledpoint p{curx, cury, curz};
+    const double scale = viewscale(1);
+    EXPECT_TRUE(modelx == p.x / scale && modely == p.y / scale && modelz == p.z / scale)
+        << "from the Singles, not from what they were rounded of";
     prepareview(1);
     projectpoint(1);
     const double x = scrx, y = scry, w = rotw, u = persu, v = persv, across = modelx;

@@ -23,6 +23,7 @@
 #include "edit/selection.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/rubberband.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
@@ -129,13 +130,13 @@ void projectplace(int nview, double x, double y, double z) {
 }
 
 static void drawaddednode(int n, int nview) {
+    surface* const s = target(nview);
+    const keptpen pen(s);
     drawcolor = nodecolor;
     setnode(n, nview);
     projectpoint(nview);
-    surface* const s = target(nview);
     s->fillsolid = true;
     drawnode(nview);
-    s->fillsolid = false;
 }
 
 int addnodeat(int) {
@@ -458,9 +459,9 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
     takepoint(nview, x, y);
     if (moves) mousedrag(nview);
     if (boxes) {
+        const keptpen pen;
         drawcolor = selcolor;
         rubberband(nview);
-        drawcolor = meshcolor;
     }
     door().refresh();
 }

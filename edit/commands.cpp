@@ -16,6 +16,7 @@
 #include "edit/move.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 std::string commandtext;
@@ -164,6 +165,7 @@ static bool foundshown;    // the circle has not been taken away since
 static void drawfound(surface& s, colour c) {
     const double foundsize = 0.5;
     nodesize = foundsize;
+    const keptpen pen(&s);
     s.toplane(planes::marks);
     s.fillsolid = false;
     s.circle(foundplace.x, foundplace.y, nodesize / 4 * 3, c);
@@ -175,9 +177,9 @@ void endfind() {
     if (s == nullptr || !foundshown) return;
     foundshown = false;
     drawfound(*s, backcolor);
+    const keptpen pen;
     drawcolor = selcolor;
     drawselection(1);  // where the circle lay on it
-    drawcolor = meshcolor;
     s->show();
 }
 
@@ -276,9 +278,9 @@ static const commandrow commands[] = {
 };
 
 static void drawmoved(colour c) {
+    const keptpen pen;
     drawcolor = c;
     drawselectionall();
-    drawcolor = meshcolor;
 }
 
 void dispatchcommand() {

@@ -14,6 +14,7 @@
 #include "edit/selection.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 static int hoverview;  // 0: nothing is highlighted
@@ -44,7 +45,8 @@ static void drawhovered(int nview, selectitems item) {
     const colour highlight = rgb(255, 165, 0);
     const double ring = 0.16;  // centimetres
     if (s == nullptr) return;
-    s->toplane(planes::pointer);
+    const keptpen pen(s);
+    const onplane top(*s, planes::pointer);
     prepareview(nview);
     drawcolor = highlight;
     s->fillsolid = false;
@@ -62,9 +64,6 @@ static void drawhovered(int nview, selectitems item) {
         }
         s->circle(scrx, scry, ring, highlight);
     }
-    s->drawwidth = 1;
-    drawcolor = meshcolor;
-    s->toplane(planes::marks);
     s->show();
 }
 

@@ -14,6 +14,7 @@
 #include "edit/move.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 selectitems selectitem() {
@@ -280,15 +281,15 @@ void emptyselection() {
 }
 
 void showselection() {
+    const keptpen pen;
     drawcolor = selcolor;
     drawselectionall();
-    drawcolor = meshcolor;
 }
 
 void hideselection() {
+    const keptpen pen;
     drawcolor = backcolor;
     drawselectionall();
-    drawcolor = meshcolor;
 }
 
 void clearselection() {

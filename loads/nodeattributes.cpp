@@ -17,6 +17,7 @@
 #include "loads/attributerows.h"
 #include "view/drawbc.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 
 static const char* const wholeselection = "Selection";
 static const char* const noselection = "None";
@@ -264,12 +265,11 @@ static void drawviews(drawroutine draw, int first, int last, colour c) {
 // failed.
 static void erasechangedraw(drawroutine draw, int first, int last,
                             const std::function<void()>& change) {
-    const colour before = drawcolor;
+    const keptpen pen;
     drawviews(draw, first, last, backcolor);
     runtimeerror fault;
     const bool good = guarded(change, [&](const runtimeerror& e) { fault = e; });
     drawviews(draw, first, last, loadcolor);
-    drawcolor = before;
     showviews();
     if (!good) throw fault;
 }

@@ -9,6 +9,7 @@
 #include "post/probe.h"
 #include "view/drawelems.h"
 #include "view/hidden.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
 
@@ -72,12 +73,12 @@ void postdispatch(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
     prepareplot();
-    const colour before = drawcolor;
-    s->drawwidth = 1;
-    undeformed = isdeformed() ? 0 : 1;
-    drawcontour(nview);
-    undeformed = 1;
-    drawcolor = before;
+    {
+        const keptpen pen(s);
+        s->drawwidth = 1;
+        undeformed = isdeformed() ? 0 : 1;
+        drawcontour(nview);
+    }
     drawlegend();
 }
 
@@ -104,12 +105,11 @@ void drawelementstress(int nview) {
     const int strokewidth = 3;
     surface* const s = target(nview);
     if (s == nullptr || !prepareplot()) return;
+    const keptpen pen(s);
     prepareview(nview);
     undeformed = isdeformed() ? 0 : 1;
     s->drawwidth = strokewidth;
     for (int e = 1; e <= nelems(); ++e)
         if (isplotted(e) && isshown(e, nview)) drawhalves(*s, e, nview);
-    s->drawwidth = 1;
-    undeformed = 1;
     if (nview == 1) drawlegend();
 }

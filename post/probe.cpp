@@ -18,6 +18,7 @@
 #include "view/facehit.h"
 #include "view/itemrows.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 point2 cornerplace(int e, int corner, int nview) {
@@ -106,10 +107,10 @@ static hit findhit(int nview, const point2& p) {
 std::string valueunder(int nview, double x, double y) {
     if (!valueatpointer || !isplottedin(nview)) return {};
     const keptpoint kept;
+    const keptpen pen;
     prepareview(nview);
     undeformed = isdeformed() ? 0 : 1;
     const hit found = findhit(nview, {x, y});
-    undeformed = 1;
     if (found.e == 0) return {};
     return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
 }
@@ -139,6 +140,7 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     if (p.e == 0 || !isshown(p.e, nview)) return;
     const point2 at = cornerplace(p.e, p.corner, nview);
     const bool hidden = ishidden(at, rotw, nview);
+    const keptpen pen(&s);
     s.fillsolid = !hidden;
     s.fillcolor = backcolor;  // the ring stands out from any band
     s.drawwidth = 2;
@@ -154,7 +156,6 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();
     const point2 plate[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
     s.polygon(plate, 4, elemlabelcolor);
-    s.fillsolid = false;
     s.textcolor = elemlabelcolor;
     s.moveto(left + rim, top);
     s.text(text);
@@ -163,9 +164,9 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
 void drawextremes(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || !markextremes || !isplottedin(nview)) return;
+    const keptpen pen;
     prepareview(nview);
     undeformed = isdeformed() ? 0 : 1;
     markplace(*s, nview, highest, "Max");
     if (lowest.value != highest.value) markplace(*s, nview, lowest, "Min");
-    undeformed = 1;
 }

@@ -11,6 +11,7 @@
 #include "edit/pickshape.h"
 #include "tools/circle.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 float curvex[4], curvey[4], curvez[4];
@@ -237,13 +238,13 @@ void drawgraphicnodes(graphiclist& list, int g, int nview) {
     const double n = list(g, 0, 1) > 0 ? std::min(double(list(g, 0, 1)), 1e30) : 1,
                  f = list(g, 0, 2);
     const double step = std::max(1.0, std::ceil(n / maxmarks));
+    const keptpen pen(s);
     s->fillsolid = true;
     s->fillcolor = drawcolor;
     for (double i = 0; i <= n; i += step) {
         project(graphicnode(i, n, f), nview);
         s->circle(scrx, scry, markradius, drawcolor);
     }
-    s->fillsolid = false;
 }
 
 void drawallgraphics(int nview) {
@@ -270,6 +271,7 @@ static void drawpickedpoints(surface& s, int nview) {
 void drawselectedgraphics(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || graphsel(0, 0) == 0) return;
+    const keptpen pen(s);
     prepareview(nview);
     s->drawwidth = 2;
     for (int i = 1; i <= graphsel(0, 0); ++i) {
@@ -297,10 +299,10 @@ static void drawallpatches(int nview) {
 static void drawselectedpatches(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || patchsel(0) == 0) return;
+    const keptpen pen(s);
     prepareview(nview);
     s->drawwidth = 2;
     for (int i = 1; i <= int(patchsel(0)); ++i) drawpatch(int(patchsel(i)), nview);
-    s->drawwidth = 1;
 }
 
 // In a colour of its own unless the caller erases.

@@ -14,6 +14,7 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 namespace {
@@ -60,6 +61,7 @@ static void drawmarks(int nview) {
     if (s == nullptr || activemode() == nullptr || ptcount == 0) return;
     const double radius = 0.08;  // centimetres
     const float scale = viewscale(nview);
+    const keptpen pen(s);
     prepareview(nview);
     s->fillsolid = true;
     s->fillcolor = drawcolor;
@@ -71,11 +73,11 @@ static void drawmarks(int nview) {
         projectpoint(nview);
         s->circle(scrx, scry, radius, drawcolor);
     }
-    s->fillsolid = false;
 }
 
 static void showmarks() {
     const keptpoint kept;
+    const keptpen pen;
     drawcolor = selcolor;
     for (int v = 1; v <= shownviews(); ++v) {
         surface* const s = target(v);
@@ -85,7 +87,6 @@ static void showmarks() {
         drawmarks(v);
         s->show();
     }
-    drawcolor = meshcolor;
 }
 
 static void endfollow() {
@@ -103,14 +104,12 @@ static void followpointer(int nview) {
     setdefinitionpoint(graphics, g, ptcount + 1, {modelx, modely, modelz});
     graphics(g, 0, 0) = float(last ? mode->kind : kindline);
     s->clearplane(planes::pointer);
-    s->toplane(planes::pointer);
+    const keptpen pen(s);
+    const onplane top(*s, planes::pointer);
     s->drawstyle = pens::dotted;
     prepareview(nview);
     drawcolor = graphcolor;
     drawgraphic(graphics, g, nview);
-    drawcolor = meshcolor;
-    s->drawstyle = pens::solid;
-    s->toplane(planes::marks);
     s->show();
 }
 

@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "view/drawelems.h"
 #include "view/localaxes.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
 #include "view/thinning.h"
@@ -39,7 +40,8 @@ static bool isnode(int n) {
 void drawconstraints(int nview) {
     surface* const s = target(nview);
     if (ncon == 0 || s == nullptr) return;
-    s->toplane(planes::constraints);
+    const keptpen pen(s);
+    const onplane plane(*s, planes::constraints);
     prepareview(nview);
     const bool small = isovercontour(nview);
     const double unit = small ? unitveclen / 2 : unitveclen;
@@ -56,8 +58,6 @@ void drawconstraints(int nview) {
             nodestroke(*s, connode(i), (dof - 1) % 3, rotations ? 2 * unit : unit, nview,
                        shown(rotations ? rotcolor : concolor));
         }
-    s->drawwidth = 1;
-    s->toplane(planes::marks);
 }
 
 // Value of row i of the element loads of a case: in a buoyancy case the pressure at the height of
@@ -168,13 +168,12 @@ static void drawwater(surface& s, int lc, int nview) {
     if (lctype(lc) != buoyancytype || nnodes() == 0) return;
     const modelbox box = boxofmodel();
     const double level = lcpar(lc, 0), depth = lcpar(lc, 1);
+    const keptpen pen(&s);
     s.drawstyle = pens::dotted;
     s.drawwidth = 1;
     drawlevel(s, box, level, nview);
     if (depth > 0 && depth <= deepest * (box.high[2] - box.low[2]))
         drawlevel(s, box, level - depth, nview);
-    s.drawstyle = pens::solid;
-    s.drawwidth = 2;
 }
 
 // The combination's nodal forces, row 0 of dispres, where they have been read.
@@ -208,7 +207,8 @@ static bool iscombination(int c) {
 void drawloads(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || viewloads(0).checked) return;
-    s->toplane(planes::loads);
+    const keptpen pen(s);
+    const onplane plane(*s, planes::loads);
     prepareview(nview);
     s->drawwidth = 2;
     if (viewloads(1).checked) {
@@ -229,6 +229,4 @@ void drawloads(int nview) {
         }
         drawreactions(*s, nview);
     }
-    s->drawwidth = 1;
-    s->toplane(planes::marks);
 }

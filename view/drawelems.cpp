@@ -10,6 +10,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 #include "view/symbols.h"
 #include "view/thinning.h"
@@ -80,6 +81,7 @@ static void drawdot(surface& s, int nview) {
 void drawallnodes(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
+    const keptpen pen(s);
     prepareview(nview);
     s->drawwidth = 1;
     s->fillsolid = true;
@@ -92,7 +94,6 @@ void drawallnodes(int nview) {
         if (dots.takes(scrx, scry)) drawdot(*s, nview);
         if (nview == 1) labelnode(*s);
     }
-    s->fillsolid = false;
 }
 
 bool isshown(int e, int nview) {
@@ -132,8 +133,8 @@ static void drawclipped(surface& s, const placedpoint& a, const placedpoint& b) 
         if (!inb) to = clipdepth(c, a.turned, b.turned);
         if (!ina && inb) std::swap(from, to);  // from the end that is seen
     }
-}
     s.line(from.x, from.y, to.x, to.y, drawcolor);
+}
 
 static std::string labelof(int e) {
     switch (checkedof(elemlabeltype)) {
@@ -200,8 +201,7 @@ bool iscrowded(int e, int nview) {
 void drawelementnodes(int e, int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
-    const colour before = drawcolor, filling = s->fillcolor;
-    const bool solid = s->fillsolid;
+    const keptpen pen(s);
     if (drawcolor != backcolor) drawcolor = nodecolor;
     s->fillsolid = true;
     const bool crowded = iscrowded(e, nview);
@@ -213,9 +213,6 @@ void drawelementnodes(int e, int nview) {
         if (!crowded) drawdot(*s, nview);
         if (nview == 1) labelnode(*s);
     }
-    s->fillsolid = solid;
-    s->fillcolor = filling;
-    drawcolor = before;
 }
 
 void drawelementoutline(int e, int nview) {
@@ -229,10 +226,10 @@ void drawelementoutline(int e, int nview) {
     };
     const placedpoint first = cornerof(1);
     if (elnn == 1 && isinslab(viewcamera, first.turned.w)) {
-    placedpoint near = first;
         s->point(first.at.x, first.at.y, drawcolor);
         drawsymbol(int(row[0]), nview, first.at.x, first.at.y);
     }
+    placedpoint near = first;
     for (int k = 2; k <= elnn; ++k) {
         const placedpoint far = cornerof(k);
         drawclipped(*s, near, far);
@@ -244,6 +241,7 @@ void drawelementoutline(int e, int nview) {
 void drawlineelements(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
+    const keptpen pen(s);
     prepareview(nview);
     s->drawwidth = 2;
     for (int e = 1; e <= nelems(); ++e) {
@@ -251,7 +249,6 @@ void drawlineelements(int nview) {
         drawcolor = colourofelement(e);
         drawelementoutline(e, nview);
     }
-    s->drawwidth = 1;
 }
 
 void drawelement(int e, int nview) {
@@ -269,8 +266,8 @@ void drawelement(int e, int nview) {
 }
 
 void drawallelements(int nview) {
+    const keptpen pen;
     prepareview(nview);
-    const colour before = drawcolor;
     // A shape keeps its one colour, unless groups are told apart by theirs.
     const bool own = undeformed == 1 || elemlabeltype(4).checked;
     for (int e = 1; e <= nelems(); ++e) {
@@ -278,12 +275,12 @@ void drawallelements(int nview) {
         if (own) drawcolor = colourofelement(e);
         drawelement(e, nview);
     }
-    drawcolor = before;
 }
 
 void drawselectedelements(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || elemsel(0) == 0) return;
+    const keptpen pen(s);
     prepareview(nview);
     const colour before = drawcolor;
     for (int i = 1; i <= int(elemsel(0)); ++i) {
@@ -300,6 +297,7 @@ void drawselectedelements(int nview) {
 void drawselectednodes(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || nodesel(0) == 0) return;
+    const keptpen pen(s);
     prepareview(nview);
     s->fillsolid = true;
     for (int i = 1; i <= nodesel(0); ++i) {
@@ -312,7 +310,6 @@ void drawselectednodes(int nview) {
         nodecurrent = n;
         drawnode(nview);
     }
-    s->fillsolid = false;
 }
 
 // --- second lists -------------------------------------------------------------------------------
@@ -332,6 +329,7 @@ void drawbuffers(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
     const double radius = 0.04;  // centimetres; smaller than the nodes of the model
+    const keptpen pen(s);
     prepareview(nview);
     for (int e = 1; e <= int(tmpelems(0, 0)); ++e) {
         const auto row = tmpelems.row(e);
@@ -347,5 +345,4 @@ void drawbuffers(int nview) {
         setbuffernode(n, nview);
         s->circle(scrx, scry, radius, drawcolor);
     }
-    s->fillsolid = false;
 }

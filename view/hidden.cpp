@@ -13,6 +13,7 @@
 #include "core/session.h"
 #include "view/drawelems.h"
 #include "view/localaxes.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
 
@@ -142,7 +143,7 @@ void drawfacet(int e, int nview) {
         drawelement(e, nview);
         return;
     }
-    const colour before = drawcolor;
+    const keptpen pen(s);
     if (elemlabeltype(4).checked) drawcolor = s->fillcolor = groupcolor(egroup(e));
     const colour fill = s->fillcolor;
     const double pixels = s->pixpercm();
@@ -157,9 +158,6 @@ void drawfacet(int e, int nview) {
     s->polygon(corner, elnn, isoutlined(corner, elnn, nview) ? drawcolor : fill);
     if (mnudrawlist(0).checked) drawelementnodes(e, nview);
     drawelementlabel(e, nview);  // in the inverse of the filling
-    s->fillcolor = fill;
-    s->fillsolid = false;
-    drawcolor = before;
 }
 
 static void drawfacets(int nview) {
@@ -169,6 +167,7 @@ static void drawfacets(int nview) {
     sortdepth(nview);
     const direction light = directionoflight();
     const direction eye{viewcamera.coshcosv, viewcamera.sinhcosv, viewcamera.sinv};
+    const keptpen pen(s);
     const colour outline = drawcolor;
     const bool axes = mnuSettingsItem(4).checked;
     s->drawwidth = 1;
@@ -183,13 +182,9 @@ static void drawfacets(int nview) {
     }
 }
 
-// What a facet was drawn with does not reach the layers after a pass that failed.
 void drawhidden(int nview) {
-    const colour outline = drawcolor;
     guarded([&] { drawfacets(nview); },
             [](const runtimeerror&) {
                 door().message("Error Hiddenline; Try agian", icons::exclamation);
             });
-    drawcolor = outline;
-    if (surface* const s = target(nview)) s->fillsolid = false;
 }

@@ -14,6 +14,7 @@
 #include "view/drawelems.h"
 #include "view/hidden.h"
 #include "view/localaxes.h"
+#include "view/pen.h"
 #include "view/scaleview.h"
 
 static const int plainfrom = 20000;  // nodes or elements from which edges are not smoothed
@@ -59,7 +60,6 @@ static void drawdeformed(int nview) {
     drawcolor = defcolor;
     undeformed = 0;
     drawelementpass(nview);
-    undeformed = 1;
 }
 
 static void drawallaxes(int nview) {
@@ -70,10 +70,10 @@ static void drawallaxes(int nview) {
 static void drawallreleases(int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
+    const keptpen pen(s);
     s->drawwidth = 3;
     for (int e = 1; e <= nelems(); ++e)
         for (int end = 1; end <= 2 && isshown(e, nview); ++end) drawendrelease(e, end, nview);
-    s->drawwidth = 1;
 }
 
 static void setlayer(layers which, planes plane, std::function<bool(int)> wanted,
@@ -116,7 +116,6 @@ void wirelayers() {
         [](int v) {
             undeformed = contourin(v) && isshape() ? 0 : 1;
             drawlineelements(v);
-            undeformed = 1;
         });
     setlayer(
         layers::patches, planes::model, [](int) { return mnudrawlist(5).checked; }, nullptr);
@@ -152,10 +151,13 @@ void wirelayers() {
         });
 }
 
+// Each layer finds the pen as the picture began with it.
 static void drawlayer(layers which, int nview) {
     const layerrow& row = layer(which);
-    if (!row.draw || (row.wanted && !row.wanted(nview))) return;
-    if (surface* const s = target(nview)) s->toplane(row.plane);
+    surface* const s = target(nview);
+    if (s == nullptr || !row.draw || (row.wanted && !row.wanted(nview))) return;
+    const keptpen pen(s);
+    const onplane plane(*s, row.plane);
     row.draw(nview);
 }
 
@@ -183,24 +185,21 @@ void drawview(int nview) {
     }
     const hourglass wait;
     const keptpoint kept;
+    drawcolor = meshcolor;
+    const keptpen pen(s);
     setdispscale(nview);
     s->smooth = nelems() < plainfrom && nnodes() < plainfrom;
     s->clear(backcolor);
     for (int i = 0; i < int(layers::selectedpatches); ++i) drawlayer(layers(i), nview);
     drawcolor = selcolor;
     drawselection(nview);
-    drawcolor = meshcolor;
     s->show();
 }
 
 void drawselection(int nview) {
     const keptpoint kept;
-    const colour c = drawcolor;
-    for (int i = int(layers::selectedpatches); i < int(layers::count); ++i) {
-        drawcolor = c;
+    for (int i = int(layers::selectedpatches); i < int(layers::count); ++i)
         drawlayer(layers(i), nview);
-    }
-    drawcolor = c;
 }
 
 void drawselectionall() {
@@ -219,16 +218,15 @@ static void drawonmodel(bool erase) {
     for (int v = 1; v <= shownviews(); ++v) {
         surface* const s = target(v);
         if (s == nullptr) continue;
-        s->toplane(planes::model);
+        const keptpen pen(s);
+        const onplane plane(*s, planes::model);
         s->erasing = erase;
         for (const auto& [which, own] : rows) {
             drawcolor = erase ? backcolor : *own;
             if (layer(which).draw) layer(which).draw(v);
         }
         s->show();
-        s->erasing = false;
     }
-    drawcolor = meshcolor;
 }
 
 void eraseselected() {
@@ -244,13 +242,14 @@ void drawinviews(const std::function<void(int nview)>& draw) {
     for (int v = 1; v <= shownviews(); ++v) {
         surface* const s = target(v);
         if (s == nullptr) continue;
+        const keptpen pen(s);
         prepareview(v);
-        s->toplane(planes::model);
-        draw(v);
-        s->toplane(planes::marks);
+        {
+            const onplane plane(*s, planes::model);
+            draw(v);
+        }
         s->show();
     }
-    drawcolor = meshcolor;
 }
 
 void showviews() {
@@ -270,6 +269,7 @@ void drawtriad(int nview) {
     const double length = 0.1 * std::sqrt(vieww * vieww + viewh * viewh) / (2 * scalex);
     static const colour axiscolors[] = {rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
     static const char* const letters[] = {"X", "Y", "Z"};
+    const keptpen pen(s);
     s->drawwidth = 1;
     s->font = labelfont();
     const keptpoint kept;

@@ -4,6 +4,7 @@
 
 #include "core/views.h"
 #include "view/moddraw.h"
+#include "view/pen.h"
 #include "view/surface.h"
 
 double bandx, bandy;
@@ -13,13 +14,12 @@ static int lastview;  // 0: no box stands
 static void box(int nview, colour c) {
     surface* const s = target(nview);
     if (s == nullptr) return;
-    s->toplane(planes::pointer);
+    const keptpen pen(s);
+    const onplane top(*s, planes::pointer);
     s->drawstyle = pens::dotted;
     s->fillsolid = false;
     s->drawwidth = 1;
     s->box(bandx, bandy, lastx, lasty, c);
-    s->drawstyle = pens::solid;
-    s->toplane(planes::marks);
     s->show();
 }
 

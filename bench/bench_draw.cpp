@@ -21,6 +21,7 @@
 #include "edit/find.h"
 #include "edit/move.h"
 #include "edit/selection.h"
+#include "view/autoscale.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"

@@ -20,6 +20,7 @@
 #include "post/probe.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
+#include "view/autoscale.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The registers of the projection, a thin face on view/camera.h; autoscale.
+// The registers of the projection, a thin face on view/camera.h.
 //
 // prepareview sets the registers of one view; after it projectpoint runs once a point. Points
 // enter in scaled coordinates curx, cury, curz (model coordinate times viewscale, as Singles) and
@@ -52,13 +52,6 @@ class keptpoint {
     float point[3];
     double model[3], screen[4];
 };
-
-// Fits elements, graphic elements and, while they are drawn, the buffers of one view into its
-// surface, by the largest extent whatever the angles. Nothing to fit leaves a scale next to 0.
-void autoscale(int nview);
-// What the user's fit does: autoscale; where the view is fitted already, the picture of the model
-// as it is projected fills the view; where there is nothing, a square of ten units does.
-void fit(int nview);
 
 // Position of a node as drawn, scaled: at its place or displaced while undeformed is 0.
 extern int undeformed;  // 1 while the undeformed model is drawn

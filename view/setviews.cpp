@@ -8,6 +8,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "view/autoscale.h"
 #include "view/camera.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"

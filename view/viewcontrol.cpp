@@ -9,6 +9,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "view/autoscale.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"

@@ -15,6 +15,7 @@
 #include "post/contour.h"
 #include "post/shapes.h"
 #include "tests/support/recorder.h"
+#include "view/autoscale.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"

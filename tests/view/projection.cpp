@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "tests/support/recorder.h"
+#include "view/autoscale.h"
 #include "view/drawelems.h"
 #include "view/localaxes.h"
 #include "view/moddraw.h"

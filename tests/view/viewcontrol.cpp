@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "tests/support/recorder.h"
+#include "view/autoscale.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"

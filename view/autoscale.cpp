@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The box around what a view shows, and the scale and view point that bring it into the view.
+// State: what the last fit of each view came to.
+#include "view/autoscale.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "view/camera.h"
+#include "view/drawelems.h"
+#include "view/scaleview.h"
+
+// The box around the points of a view, model units.
+namespace {
+struct extent {
+    double low[3] = {1e30, 1e30, 1e30}, high[3] = {-1e30, -1e30, -1e30};
+    bool any = false;
+    void take(double x, double y, double z) {
+        const double at[3] = {x, y, z};
+        for (int k = 0; k < 3; ++k) {
+            low[k] = std::min(low[k], at[k]);
+            high[k] = std::max(high[k], at[k]);
+        }
+        any = true;
+    }
+    double size(int k) const { return high[k] - low[k]; }
+    float middle(int k) const { return float((low[k] + high[k]) / 2); }
+};
+}  // namespace
+
+// What a fit shows of a view, point by point, in model units.
+
+template <typename Take>
+static void takeelements(int nview, Take take) {
+    for (int e = 1; e <= nelems(); ++e) {
+        if (elems(e, 0) == 0) continue;
+        if (viewgroup(nview) != 0 && egroup(e) != viewgroup(nview)) continue;
+        const int elnn = nodesoftype(elems(e, 0));
+        for (int k = 1; k <= elnn; ++k) {
+            const auto at = nodes.row(0, long(elems(e, k)));
+            take(at[0], at[1], at[2]);
+        }
+    }
+}
+
+template <typename Take>
+static void takegraphics(const array3<float>& list, Take take) {
+    const int kindcircle = 3, kindcurve = 2;
+    for (int g = 1; g <= int(list(0, 0, 0)); ++g) {
+        const int kind = int(list(g, 0, 0));
+        if (kind == 0) continue;
+        // A line has two points; its third row is 0, 0, 0 and no place on the drawing.
+        const int points = kind == kindcircle || kind == kindcurve ? 3 : 2;
+        for (int j = 1; j <= points; ++j) take(list(g, j, 1), list(g, j, 2), list(g, j, 3));
+    }
+}
+
+// A copy waiting to be pasted is no part of the picture; a mesh on show is.
+template <typename Take>
+static void takebuffers(Take take) {
+    if (!previewbuffers) return;
+    for (int i = 1; i <= int(tmpnodes(0, 0)); ++i)
+        take(tmpnodes(i, 1), tmpnodes(i, 2), tmpnodes(i, 3));
+    takegraphics(graphics2, take);
+}
+
+template <typename Take>
+static void eachpoint(int nview, Take given) {
+    bool any = false;
+    const auto take = [&](double x, double y, double z) {
+        any = true;
+        given(x, y, z);
+    };
+    if (mnudrawlist(1).checked || mnudrawlist(0).checked) takeelements(nview, take);
+    if (mnudrawlist(4).checked) takegraphics(graphics, take);
+    takebuffers(take);
+    // A model of nodes alone, at its very start, is fitted to them.
+    if (any || !mnudrawlist(0).checked) return;
+    for (int n = 1; n <= nnodes(); ++n) given(nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
+}
+
+// Returns whether there was a point.
+static bool autoscaled(int nview) {
+    const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
+    extent box;
+    eachpoint(nview, [&](double x, double y, double z) { box.take(x, y, z); });
+    viewptx(nview) = box.middle(0);
+    viewpty(nview) = box.middle(1);
+    viewptz(nview) = box.middle(2);
+    const double ex = box.size(0), ey = box.size(1), ez = box.size(2);
+    const double e = ex > ey && ex > ez ? ex : ey > ez ? ey : ez;
+    const double most = std::numeric_limits<float>::max();
+    viewscale(nview) = e == 0 ? 1.0f : float(std::min((smaller / 2 - unitveclen) * 2 / e, most));
+    return box.any;
+}
+
+void autoscale(int nview) {
+    autoscaled(nview);
+}
+
+// --- fit ----------------------------------------------------------------------------------------
+
+// Scale and view point so that the projected model fills the view less a unit vector on each side.
+// With perspective both change the picture's shape a little: a few rounds settle it.
+static void frame(int nview) {
+    const double roomu = vieww / scalex - 2 * unitveclen, roomv = viewh / scaley - 2 * unitveclen;
+    if (!(roomu > 0) || !(roomv > 0)) return;
+    for (int round = 0; round < 3; ++round) {
+        const double scale = viewscale(nview);
+        extent picture;
+        const camera c = cameraof(nview);
+        eachpoint(nview, [&](double x, double y, double z) {
+            const placedpoint p =
+                project(c, {float(scale * x), float(scale * y), float(scale * z)});
+            picture.take(p.u, p.v, 0);
+        });
+        const double du = picture.size(0), dv = picture.size(1);
+        const double factor = std::min(roomu / du, roomv / dv);  // not finite for a single point
+        if (!std::isfinite(factor) || !(factor > 0) || !(scale > 0)) return;
+        const double u = picture.middle(0) / scale, v = picture.middle(1) / scale;
+        viewptx(nview) = float(viewptx(nview) - c.sinh * u - c.coshsinv * v);
+        viewpty(nview) = float(viewpty(nview) + c.cosh * u - c.sinhsinv * v);
+        viewptz(nview) = float(viewptz(nview) + c.cosv * v);
+        viewscale(nview) = float(scale * factor);
+    }
+}
+
+// An empty view: a square about the origin, so that the first points are of a size that one works
+// with.
+static void fitsquare(int nview) {
+    const double side = 10;  // model units
+    const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
+    const double room = smaller - 2 * unitveclen;
+    viewptx(nview) = viewpty(nview) = viewptz(nview) = 0;
+    viewscale(nview) = room > 0 ? float(room / side) : 1.0f;
+}
+
+void fit(int nview) {
+    using place = std::array<float, 6>;
+    static std::array<place, nviews + 1> framed;  // what frame came to, and for which angles
+    const auto placeof = [nview] {
+        return place{viewptx(nview),   viewpty(nview), viewptz(nview),
+                     viewscale(nview), viewhor(nview), viewvert(nview)};
+    };
+    const keptpoint kept;
+    const place before = placeof();
+    if (!autoscaled(nview)) return fitsquare(nview);
+    place& last = framed[std::size_t(nview)];
+    if (before != placeof() && before != last) return;
+    frame(nview);
+    last = placeof();
+}

@@ -9,7 +9,6 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
-#include "post/painters.h"
 #include "post/postproces.h"
 #include "post/stressfile.h"
 
@@ -76,6 +75,11 @@ void fillpalette() {
 
 bool ispostelement(int e) {
     return elems(e, 0) != 0 && (postset == 0 || elemflag(e));
+}
+
+void noteselection() {
+    postcount = 0;
+    for (int e = 1; e <= nelems(); ++e) postcount += ispostelement(e);
 }
 
 static bool canbestressed(int e) {

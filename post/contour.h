@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Contour plots: a stress component or a displacement as colours on the elements, and the stress
-// of line elements. Here are what is chosen, the values of an element, the scale, and the pass
-// that draws one view; the painters fill or line a single element.
+// of line elements. Here are what is chosen, the values of an element and the scale; the passes are
+// in post/drawcontour.h, and the painters fill or line a single element.
 #pragma once
 
 #include <string>
@@ -40,11 +40,13 @@ struct cornervalue {
 extern cornervalue highest, lowest;  // of the corners that exist, set by contourscale
 
 bool ispostelement(int e);           // of the chosen set and not a free slot
+void noteselection();                // counts the elements of the set into postcount
 bool isplotted(int e);               // and of a kind that the active entry shows
 float plotvalue(int e, int corner);  // what is plotted, corner 1..4
 // Sets indexmin and indexmax for the active entry, and counts what the filled painter leaves out.
 void contourscale();
-extern int unfilled;  // elements with no value below fillstart
+const float fillstart = 1e6f;  // values from here up are left out by the filled painter
+extern int unfilled;           // elements with no value below that
 
 // Reads the stresses that the plot needs and sets its scale; false when there is nothing to colour,
 // as after a failed read of displacements. A stress file that could not be read is not tried again
@@ -52,13 +54,6 @@ extern int unfilled;  // elements with no value below fillstart
 bool prepareplot();
 void retryresults();
 bool plotready();  // the last prepareplot succeeded
-
-// The passes of one view. The first is the contour plot: elements from the farthest to the nearest,
-// each with its outline where "&Elements" is checked; then the legend. The second colours the line
-// elements.
-void postdispatch(int nview);
-void drawcontour(int nview);  // its elements
-void drawelementstress(int nview);
 
 bool plotsstress();      // stresses are coloured, not displacements
 bool iscontour();        // "Contour plot" is checked

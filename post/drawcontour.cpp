@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The passes of the contour plots over the elements of a view.
+// The passes: painted faces from the farthest to the nearest, and coloured lines.
+#include "post/drawcontour.h"
+
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/session.h"

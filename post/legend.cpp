@@ -13,9 +13,9 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "post/components.h"
 #include "post/contour.h"
 #include "post/postproces.h"
-#include "post/soptions.h"
 #include "view/surface.h"
 
 static bool showsdisplacement() {
@@ -226,4 +226,9 @@ void drawlegend() {
     s->clear(backcolor);
     if (legendshown()) drawlegendon(*s, 0, 0, s->width(), s->height());
     s->show();
+}
+
+std::string frequencytext(double value) {
+    if (value < 0) return "omega^2 = " + shorttext(value) + ", no frequency";
+    return shorttext(frequencyof(value)) + " Hz";
 }

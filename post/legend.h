@@ -28,3 +28,6 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
 std::string plotlabel();               // "SX", "VM", "DX": the component in short
 std::string shorttext(double value);   // four digits that count
 std::string plotnumber(double value);  // the same; what is nothing beside the scale is 0
+// "12.5 Hz" of a mode's omega^2. One below 0 is no vibration: the structure gives way in this
+// shape.
+std::string frequencytext(double value);

@@ -12,7 +12,6 @@
 #include "core/textfile.h"
 #include "post/legend.h"
 #include "post/postproces.h"
-#include "post/shapes.h"
 
 // Of the combination in hand.
 static std::string displacementtext() {

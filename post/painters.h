@@ -20,5 +20,4 @@ void paintlines(int nview, int corners);
 // The ten bands of the index as filled polygons. An element whose values all lie at fillstart or
 // above is left unfilled and false is returned. One of less than two pixels has the colour of its
 // middle.
-const float fillstart = 1e6f;
 bool paintfill(int nview, int corners);

@@ -12,11 +12,11 @@
 #include "core/session.h"
 #include "files/analyse.h"
 #include "post/contour.h"
+#include "post/drawcontour.h"
 #include "post/legend.h"
 #include "post/outcome.h"
 #include "post/postproces.h"
 #include "post/probe.h"
-#include "post/soptions.h"
 #include "post/stressfile.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -188,11 +188,6 @@ void rereadshown() {
     readfield();
     prepareplot();
     tellnote();
-}
-
-std::string frequencytext(double value) {
-    if (value < 0) return "omega^2 = " + shorttext(value) + ", no frequency";
-    return shorttext(frequencyof(value)) + " Hz";
 }
 
 std::string modetext() {

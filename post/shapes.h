@@ -23,8 +23,6 @@ void showresults();
 // Reads again whatever is on show; after an analysis.
 void rereadshown();
 
-// "12.5 Hz" of a mode's omega^2. One below 0 is no vibration: the structure gives way in this shape.
-std::string frequencytext(double value);
 // "Mode shape 2 of 10: 12.5 Hz" while one is on show; "" otherwise.
 std::string modetext();
 // What the picture of a view says of the results on show beside their values: that they are older

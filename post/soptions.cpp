@@ -14,26 +14,6 @@
 #include "post/shapes.h"
 #include "post/stressfile.h"
 
-const componentrow stresscomponents[13] = {
-    {"Direct Stress X-direction", "SX", "SX"},
-    {"Direct Stress Y-direction", "SY", "SY"},
-    {"Direct Stress Z-direction", "SZ", "SZ"},
-    {"Shear stress XY-plane", "SXY", "SXY"},
-    {"Shear stress XZ-plane ", "SXZ", "SXZ"},
-    {"Shear stress YZ-plane ", "SYZ", "SYZ"},
-    {"Bending Stress around X-Axis", "SBX", ""},
-    {"Bending Stress around Y-Axis", "SBY", ""},
-    {"Bending Stress around Z-Axis", "SBZ", ""},
-    {"Torsion Shear around X-Axis", "STX", ""},
-    {"Torsion Shear around Y-Axis", "STY", ""},
-    {"Torsion Shear around Z-Axis", "STZ", ""},
-    {"Combined Stress (Von Mises)", "VM", "Combined Stress "},
-};
-
-const char* const displacementcaptions[4] = {
-    "X, Y, Z, Displacement (Length of displacement vector)", "X Displacement", "Y Displacement",
-    "Z Displacement"};
-
 static void markgroup() {
     for (int e = 1; e <= nelems(); ++e) elemflag(e) = egroup(e) == postgroup;
 }
@@ -93,11 +73,6 @@ void choosescale(soptionsform& form, bool automatic) {
 }
 
 // --- the elements -------------------------------------------------------------------------------
-
-void noteselection() {
-    postcount = 0;
-    for (int e = 1; e <= nelems(); ++e) postcount += ispostelement(e);
-}
 
 void getgr(soptionsform& form) {
     postgroup = form.group + 1;

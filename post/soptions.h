@@ -7,13 +7,6 @@
 
 #include <string>
 
-struct componentrow {
-    const char *caption, *label;
-    const char* legend;  // text in the legend; empty: the label stands there
-};
-extern const componentrow stresscomponents[13];  // component 1 first
-extern const char* const displacementcaptions[4];
-
 struct soptionsform {
     std::string maximum, minimum;  // as typed
     std::string message;           // at the foot of the dialog
@@ -34,7 +27,6 @@ void choosescale(soptionsform& form,
 // The elements: all, those of the group in the list, or those selected.
 void chooseset(soptionsform& form, int set);
 void getgr(soptionsform& form);  // the list's group into postgroup and, where it is in force, marks
-void noteselection();            // counts the elements of the set into postcount
 
 // "Select": the user selects elements in the views; endpostselection takes them as the set.
 void startpostselection();

@@ -15,6 +15,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
+#include "post/components.h"
 #include "post/contour.h"
 #include "post/stressfile.h"
 #include "ui/controls.h"

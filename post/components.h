@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The captions and short labels of what a plot can show.
+#pragma once
+
+struct componentrow {
+    const char *caption, *label;
+    const char* legend;  // text in the legend; empty: the label stands there
+};
+extern const componentrow stresscomponents[13];  // component 1 first
+extern const char* const displacementcaptions[4];

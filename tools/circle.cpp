@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "core/session.h"
-#include "tools/intersect.h"
+#include "tools/closestpoints.h"
 
 float circlecentre[4];
 double circleradius, circleangle;

@@ -2,7 +2,7 @@
 // The circle through the three points of a circle section, its points and the change of its radius.
 #pragma once
 
-#include "tools/Graphics.h"
+#include "tools/graphiclist.h"
 
 // Registers of the last evaluation. Vectors and lengths in model units, angle in radians.
 extern float circlecentre[4];  // 1..3

@@ -11,43 +11,18 @@
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "tools/Graphics.h"
 #include "tools/circle.h"
+#include "tools/closestpoints.h"
 #include "view/moddraw.h"
 
-double gmat1[3][4], gmat2[3][4], lineparam[3], linetol[3];
-Flag linehit, extendmode;
+double linetol[3];
+Flag extendmode;
 
 static bool connecting;  // Connect 3-D runs on its two elements
 static int madelines;    // by this command
 // Lines of the drawing by the x of an end. A line that was cut since keeps its former entries.
 static std::multimap<double, int> linesbyx;
-
-static point3 rowof(const double (&matrix)[3][4], int row) {
-    return {matrix[row][1], matrix[row][2], matrix[row][3]};
-}
-
-static point3 alongrow(int row, double t) {
-    return rowof(gmat1, row) + t * rowof(gmat2, row);
-}
-
-static void nohit() {
-    lineparam[1] = lineparam[2] = 0;
-    linehit = false;
-}
-
-// Least distance of p1 + t1 d1 and p2 + t2 d2: both derivatives of its square vanish.
-void intersectlines() {
-    const point3 d1 = rowof(gmat2, 1), d2 = rowof(gmat2, 2);
-    const point3 apart = rowof(gmat1, 2) - rowof(gmat1, 1);
-    const double a = dot(d1, d1), b = -dot(d2, d1), d = dot(d2, d2);
-    const double r1 = dot(apart, d1), r2 = -dot(apart, d2);
-    const double det = a * d - b * b;
-    // Parallel but for the rounding of the products.
-    if (!(std::fabs(det) > 1e-12 * a * d)) return nohit();
-    lineparam[1] = (d * r1 - b * r2) / det;
-    lineparam[2] = (-b * r1 + a * r2) / det;
-    linehit = true;
-}
 
 void intersectcircle(int row) {
     const double qx = gmat1[row][1] - circlecentre[1], qy = gmat1[row][2] - circlecentre[2];

@@ -6,16 +6,9 @@
 
 enum class connectmodes { intersection, extend, connect3d };
 
-// Rows 1 and 2 hold a point and a direction of the two lines; index 1..3 is x y z.
-extern double gmat1[3][4], gmat2[3][4];
-extern double lineparam[3];  // 1, 2: parameters found
-extern Flag linehit;
 extern double linetol[3];  // 1, 2: nodetol as a share of the line
 extern Flag extendmode;    // Extend runs
 
-// The points of closest approach of the two lines in space, one parameter on each. Parallel lines
-// are no hit.
-void intersectlines();
 // The line of a row with the circle evaluated last, both parameters on the line. In plan: x and y
 // alone are used.
 void intersectcircle(int row);

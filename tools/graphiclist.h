@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The records of graphic elements, and points in space.
+//
+// A record g of the lists graphics and graphics2 holds (g,0,0) kind, (g,0,1) spaces N, (g,0,2)
+// factor F, (g,j,1..3) x y z of point j, model units. Geometry is computed in Double from the
+// Singles of the record.
+#pragma once
+
+#include <array>
+
+#include "core/array.h"
+
+enum graphickinds { kindfree = 0, kindline = 1, kindcurve = 2, kindcircle = 3 };
+using graphiclist = array3<float>;
+using point3 = std::array<double, 3>;
+
+point3 operator+(const point3& a, const point3& b);
+point3 operator-(const point3& a, const point3& b);
+point3 operator*(double f, const point3& a);
+double dot(const point3& a, const point3& b);
+point3 cross(const point3& a, const point3& b);
+double lengthof(const point3& a);
+
+int kindof(const graphiclist& list, int g);
+const char* nameofkind(int kind);  // "Line", "Arc", "Circle"
+point3 definitionpoint(const graphiclist& list, int g, int j);
+void setdefinitionpoint(graphiclist& list, int g, int j, const point3& at);
+// Writes kind, N = 1, F = 1 and zeroes for the rest of the header and point 3.
+void openrecord(graphiclist& list, int g, int kind);

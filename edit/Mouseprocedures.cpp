@@ -20,6 +20,7 @@
 #include "edit/hover.h"
 #include "edit/merge.h"
 #include "edit/move.h"
+#include "edit/pickplaces.h"
 #include "edit/selection.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -31,71 +32,6 @@
 static int bandview;         // view in which the box under way began
 static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
 static double boxcorner[4];  // x1 y1 x2 y2 of the box that View Window holds
-
-std::vector<moderow>& modes() {
-    static std::vector<moderow> rows;
-    return rows;
-}
-
-std::vector<pendingselection>& pendingselections() {
-    static std::vector<pendingselection> rows;
-    return rows;
-}
-
-moderow* runningmode() {
-    for (moderow& row : modes())
-        if (row.flag != nullptr && *row.flag) return &row;
-    return nullptr;
-}
-
-static pendingselection* pendingone() {
-    for (pendingselection& row : pendingselections())
-        if (*row.flag) return &row;
-    return nullptr;
-}
-
-bool isselectionpending() {
-    return pendingone() != nullptr;
-}
-
-// --- modes --------------------------------------------------------------------------------------
-
-static void endmode() {
-    moderow* const row = runningmode();
-    if (row == nullptr) return;
-    *row->flag = false;
-    if (row->end) row->end();
-}
-
-static void endboxes() {
-    endband();
-    windowdrag = false;
-    zoomwinmode = false;
-    viewwindow = false;
-    windowstep = 0;
-    door().crosspointer(false);
-}
-
-bool endpendingselection() {
-    pendingselection* const pending = pendingone();
-    if (pending == nullptr) return false;
-    endboxes();
-    if (pending->ended) pending->ended();
-    return true;
-}
-
-void addready() {
-    endmode();
-    endboxes();
-    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
-                       &editconstraint, &editnodalload, &editelemload, &movepending, &singleel})
-        *flag = false;
-    for (menustate& item : Mnuadditem.row()) item = menustate();
-    Mnuadditem(0).checked = true;
-    ptcount = 0;
-    editing = false;
-    readyprompt();
-}
 
 void startmode(Flag& flag) {
     endmode();
@@ -109,24 +45,6 @@ void startmode(Flag& flag) {
 static void endbyescape() {
     endmode();
     addready();
-}
-
-// --- points -------------------------------------------------------------------------------------
-
-void takepoint(int nview, double x, double y) {
-    persu = (x - vieww / 2) / scalex;
-    persv = (viewh / 2 - y) / scaley;
-    scrx = x;
-    scry = y;
-    unprojectpoint(nview);
-}
-
-void projectplace(int nview, double x, double y, double z) {
-    const float scale = viewscale(nview);
-    curx = float(scale * x);
-    cury = float(scale * y);
-    curz = float(scale * z);
-    projectpoint(nview);
 }
 
 static void drawaddednode(int n, int nview) {
@@ -173,21 +91,6 @@ static void addnodepress(int nview) {
     if (n == 0) return;
     nodesel(0) = nodesel(0) + 1;
     nodesel(nodesel(0)) = n;
-}
-
-void takepoints(moderow& row, void (*press)(int nview)) {
-    row.press = press;
-    row.lastpoint = [](double* point) {
-        point[0] = modelx;
-        point[1] = modely;
-        point[2] = modelz;
-    };
-    row.commandpoint = [press](double x, double y, double z) {
-        modelx = x;
-        modely = y;
-        modelz = z;
-        press(activeview);
-    };
 }
 
 void wiremouse() {
@@ -318,6 +221,19 @@ static void promptselected() {
     labelselect();
 }
 
+// All elements of the group of the element nearest to the point, whatever the item in force; the
+// select menu goes to Elements with them.
+static void grouppress(int nview) {
+    const nearest found = pickelement(nview);
+    if (found.item == 0) {
+        door().message("Error find.notegroup", icons::exclamation);
+        return;
+    }
+    const int group = egroup(found.item);
+    setselectitem(selectelements);
+    selectgroup(group);
+}
+
 // For a dialog the prompts stay as they were set.
 static void selectpress(int nview) {
     const selectitems item = selectitem();
@@ -337,7 +253,7 @@ static void selectpress(int nview) {
             }
             break;
         case selecttypes::group:
-            selectgroup(nview);
+            grouppress(nview);
             break;
         case selecttypes::all:
             selectall();
@@ -348,11 +264,6 @@ static void selectpress(int nview) {
 }
 
 // --- the driver ---------------------------------------------------------------------------------
-
-bool snaps(const moderow& row) {
-    return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
-           row.flag == &drawcurve;
-}
 
 // Is the point in work a place that the model can hold? In a view of a scale next to nothing a
 // press may point far beyond.

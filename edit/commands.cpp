@@ -12,7 +12,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
-#include "edit/Mouseprocedures.h"
+#include "edit/modes.h"
 #include "edit/move.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"

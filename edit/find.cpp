@@ -10,6 +10,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/pickplaces.h"
 #include "edit/pickshape.h"
 #include "edit/placegrid.h"
 #include "view/drawelems.h"
@@ -17,12 +18,6 @@
 #include "view/scaleview.h"
 
 std::function<bool(int, const double*, double*)> footongraphic;
-
-static const int kindline = 1;
-
-int pointsofgraphic(int kind) {
-    return kind == 0 ? 0 : kind == kindline ? 2 : 3;
-}
 
 namespace {
 
@@ -126,26 +121,6 @@ nearest pickfromall(int nview, const kindofitem& kind) {
 // The places last asked for, and what they depend on.
 placegrid keptplaces;
 std::vector<double> keptstate;
-
-}  // namespace
-
-std::vector<double> pickstate(int nview) {
-    std::vector<double> state = {double(nview),
-                                 double(nnodes()),
-                                 double(nelems()),
-                                 double(mnudrawlist(0).checked),
-                                 double(curlc),
-                                 double(loadnode(curlc, 0)),
-                                 double(picturesdrawn),
-                                 double(viewtype(nview)),
-                                 double(viewselnum(nview))};
-    for (const auto* list :
-         {&viewptx, &viewpty, &viewptz, &viewvert, &viewhor, &viewscale, &viewdist, &viewaw})
-        state.push_back((*list)(nview));
-    return state;
-}
-
-namespace {
 
 nearest pickfromkept(int nview, const kindofitem& item) {
     const point2 pointer{persu, persv};
@@ -264,22 +239,6 @@ nearest pickgraphic(int nview) {
     else
         offergraphics(s, nview);
     return s.result();
-}
-
-bool findpatchcentre(int p, double* centre) {
-    double sum[3] = {0, 0, 0};
-    int count = 0;
-    for (int j = 1; j <= patches(p, 0, 0); ++j)
-        for (int k = 1; k <= patches(p, j, 0); ++k) {
-            const int g = patches(p, j, k);
-            if (g < 1 || g > ngraphics() || graphics(g, 0, 0) == 0) continue;
-            for (int end = 1; end <= 2; ++end) {
-                for (int axis = 0; axis < 3; ++axis) sum[axis] += graphics(g, end, axis + 1);
-                ++count;
-            }
-        }
-    for (int axis = 0; axis < 3; ++axis) centre[axis] = count == 0 ? 0 : sum[axis] / count;
-    return count != 0;
 }
 
 nearest pickpatch(int nview) {

@@ -8,7 +8,6 @@
 #pragma once
 
 #include <functional>
-#include <vector>
 
 struct nearest {
     int item = 0;           // 0: there is none
@@ -29,9 +28,6 @@ nearest hovernode(int nview);
 nearest hoverloadednode(int nview);
 nearest hoverelement(int nview);
 
-// Points that a graphic element has: 2 for a line, 3 for the others.
-int pointsofgraphic(int kind);
-
 // With Snap on: moves the point in work (scaled and model coordinates) to the nearest node or
 // graphic point within twice the unit vector; a node wins over the end of a graphic element, which
 // wins over the foot on one.
@@ -39,8 +35,3 @@ void snapto(int nview);
 // Finds the foot of a point on graphic element g, model coordinates; the graphics tool hangs its
 // geometry here.
 extern std::function<bool(int g, const double* point, double* foot)> footongraphic;
-
-// Mean of the end points of all pieces of patch p, model coordinates; false where it has none.
-bool findpatchcentre(int p, double* centre);
-// What the places of the items in a view depend on.
-std::vector<double> pickstate(int nview);

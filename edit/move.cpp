@@ -14,9 +14,9 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
-#include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/merge.h"
+#include "edit/modes.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
@@ -271,4 +271,11 @@ void releaseselection() {
     emptyselection();
     if (wasmoving || promptaction == "Select or move") readyprompt();
     if (merged || (redrawmove && (wasmoving || placed))) redrawall();
+}
+
+void setselectitem(int item) {
+    if (MnuSelectItem(item).checked) return;
+    releaseselection();
+    checkselectitem(item);
+    labelselect();
 }

@@ -24,6 +24,9 @@ void refreshselection();
 // this routine the user leaves a selection: ESC, another item type, a mode, a paste.
 void releaseselection();
 
+// The select menu goes to this item; the selection is released when it changes.
+void setselectitem(int item);
+
 // Coordinates are Singles: false for a point that lies beyond them, or at no place at all, after
 // the user was told.
 bool checkplace(const double* point);

@@ -11,7 +11,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
-#include "edit/find.h"
+#include "edit/pickplaces.h"
 #include "view/drawelems.h"
 #include "view/facehit.h"
 #include "view/itemrows.h"

@@ -7,11 +7,10 @@
 #include "core/catalogue.h"
 #include "core/colours.h"
 #include "core/model.h"
-#include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
-#include "edit/move.h"
+#include "edit/pickplaces.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
@@ -25,13 +24,6 @@ selectitems selectitem() {
 
 void checkselectitem(int item) {
     for (int i = 0; i <= selectgraphics; ++i) MnuSelectItem(i).checked = i == item;
-}
-
-void setselectitem(int item) {
-    if (MnuSelectItem(item).checked) return;
-    releaseselection();
-    checkselectitem(item);
-    labelselect();
 }
 
 // --- single items -------------------------------------------------------------------------------
@@ -216,14 +208,7 @@ void selectwindow(int nview, double x1, double y1, double x2, double y2) {
 
 // --- group and all ------------------------------------------------------------------------------
 
-void selectgroup(int nview) {
-    const nearest found = pickelement(nview);
-    if (found.item == 0) {
-        door().message("Error find.notegroup", icons::exclamation);
-        return;
-    }
-    const int group = egroup(found.item);
-    setselectitem(selectelements);
+void selectgroup(int group) {
     elemsel(0) = 0;
     for (int e = 1; e <= nelems(); ++e)
         if (elems(e, 0) != 0 && egroup(e) == group) append(elemsel, e);

@@ -7,8 +7,6 @@
 enum selectitems { selectnodes, selectelements, selectpatches, selectforces, selectgraphics };
 // What a press selects: the checked entry of MnuSelectItem.
 selectitems selectitem();
-// The select menu goes to this item; the selection is released when it changes.
-void setselectitem(int item);
 void checkselectitem(int item);  // the marks alone; Snap, a toggle beside them, stays
 
 // In the list already: taken out, those above move down; else appended.
@@ -20,9 +18,7 @@ void togglepatch(int p);
 // Everything of the item in force whose point lies strictly within the box with corners (x1,y1),
 // (x2,y2) in centimetres joins the selection.
 void selectwindow(int nview, double x1, double y1, double x2, double y2);
-// All elements of the group of the element nearest to the point, whatever the item in force; the
-// select menu goes to Elements with them. A message when there is none.
-void selectgroup(int nview);
+void selectgroup(int group);  // its elements, and no others
 void selectallnodes();
 void selectallelements();
 void selectallgraphics();

@@ -12,6 +12,7 @@
 #include "core/model.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "view/moddraw.h"
 

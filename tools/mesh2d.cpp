@@ -12,6 +12,7 @@
 #include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/merge.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "tools/Surfaces.h"
 #include "tools/genmesh.h"

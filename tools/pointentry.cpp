@@ -13,6 +13,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/find.h"
+#include "edit/pickplaces.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
 #include "view/scaleview.h"

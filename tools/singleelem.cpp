@@ -15,6 +15,7 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/merge.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"

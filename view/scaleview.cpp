@@ -26,6 +26,22 @@ void unprojectpoint(int nview) {
     modelz = p.z;
 }
 
+void takepoint(int nview, double x, double y) {
+    persu = (x - vieww / 2) / scalex;
+    persv = (viewh / 2 - y) / scaley;
+    scrx = x;
+    scry = y;
+    unprojectpoint(nview);
+}
+
+void projectplace(int nview, double x, double y, double z) {
+    const float scale = viewscale(nview);
+    curx = float(scale * x);
+    cury = float(scale * y);
+    curz = float(scale * z);
+    projectpoint(nview);
+}
+
 keptpoint::keptpoint()
     : point{curx, cury, curz}, model{modelx, modely, modelz}, screen{scrx, scry, persu, persv} {}
 

@@ -14,6 +14,7 @@
 #include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
+#include "edit/move.h"
 #include "edit/renumber.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"

@@ -8,6 +8,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/hover.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"

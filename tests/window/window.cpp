@@ -15,6 +15,7 @@
 #include "core/session.h"
 #include "core/start.h"
 #include "core/views.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "files/changed.h"
 #include "files/filemenu.h"

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The table of modes, the rest state and the pending selections.
+#include "edit/modes.h"
+
+#include "core/model.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "core/views.h"
+#include "view/rubberband.h"
+
+std::vector<moderow>& modes() {
+    static std::vector<moderow> rows;
+    return rows;
+}
+
+std::vector<pendingselection>& pendingselections() {
+    static std::vector<pendingselection> rows;
+    return rows;
+}
+
+moderow* runningmode() {
+    for (moderow& row : modes())
+        if (row.flag != nullptr && *row.flag) return &row;
+    return nullptr;
+}
+
+static pendingselection* pendingone() {
+    for (pendingselection& row : pendingselections())
+        if (*row.flag) return &row;
+    return nullptr;
+}
+
+bool isselectionpending() {
+    return pendingone() != nullptr;
+}
+
+// --- modes --------------------------------------------------------------------------------------
+
+void endmode() {
+    moderow* const row = runningmode();
+    if (row == nullptr) return;
+    *row->flag = false;
+    if (row->end) row->end();
+}
+
+void endboxes() {
+    endband();
+    windowdrag = false;
+    zoomwinmode = false;
+    viewwindow = false;
+    door().crosspointer(false);
+}
+
+bool endpendingselection() {
+    pendingselection* const pending = pendingone();
+    if (pending == nullptr) return false;
+    endboxes();
+    if (pending->ended) pending->ended();
+    return true;
+}
+
+void addready() {
+    endmode();
+    endboxes();
+    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
+                       &editconstraint, &editnodalload, &editelemload, &movepending, &singleel})
+        *flag = false;
+    for (menustate& item : Mnuadditem.row()) item = menustate();
+    Mnuadditem(0).checked = true;
+    ptcount = 0;
+    editing = false;
+    readyprompt();
+}
+
+void takepoints(moderow& row, void (*press)(int nview)) {
+    row.press = press;
+    row.lastpoint = [](double* point) {
+        point[0] = modelx;
+        point[1] = modely;
+        point[2] = modelz;
+    };
+    row.commandpoint = [press](double x, double y, double z) {
+        modelx = x;
+        modely = y;
+        modelz = z;
+        press(activeview);
+    };
+}
+
+bool snaps(const moderow& row) {
+    return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
+           row.flag == &drawcurve;
+}

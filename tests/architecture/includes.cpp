@@ -2,6 +2,7 @@
 // The floors of the house: what each folder may include, and no toolkit below the window.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <fstream>
@@ -70,4 +71,89 @@ TEST(Architecture, TheSolverSharesTheTextReaderAlone) {
                 EXPECT_TRUE(shared.count(include)) << file << " includes " << include;
             }
         }
+}
+
+// --- units --------------------------------------------------------------------------------------
+
+// A unit is a header with its source; what either includes, the unit does.
+using unitgraph = std::map<std::string, std::set<std::string>>;
+
+static std::string unitof(const std::string& file) {
+    return file.substr(0, file.rfind('.'));
+}
+
+static unitgraph readunits() {
+    unitgraph graph;
+    for (const auto& [folder, height] : floors) {
+        if (!fs::exists(fs::path(sourcedir()) / folder)) continue;
+        for (const fs::path& file : sourcesin(folder)) {
+            const std::string unit = folder + "/" + file.stem().string();
+            for (const std::string& include : includesof(file))
+                if (floors.count(include.substr(0, include.find('/'))))
+                    graph[unit].insert(unitof(include));
+        }
+    }
+    return graph;
+}
+
+static void reach(const unitgraph& graph, const std::string& unit, std::set<std::string>& seen) {
+    const auto at = graph.find(unit);
+    if (at == graph.end()) return;
+    for (const std::string& next : at->second)
+        if (seen.insert(next).second) reach(graph, next, seen);
+}
+
+// Each unit on a circle with the units that share one with it.
+static unitgraph circlesof(const unitgraph& graph) {
+    unitgraph reached, circles;
+    for (const auto& [unit, includes] : graph) reach(graph, unit, reached[unit]);
+    for (const auto& [unit, seen] : reached)
+        for (const std::string& other : seen)
+            if (other != unit && reached.count(other) && reached.at(other).count(unit))
+                circles[unit].insert(other);
+    return circles;
+}
+
+TEST(Architecture, UnitsStandInNoCircle) {
+    const std::set<std::string> known[] = {
+        // Model and session are cleared together, and the rows of the model's table name both.
+        {"core/catalogue", "core/model", "core/modeltable", "core/session", "core/views"},
+        // The declared sizes are read at the start, and larger ones start with an empty model.
+        {"core/modelsize", "core/start"},
+        // A save that failed offers Save As, which saves.
+        {"files/filemenu", "files/saving"},
+        // The demonstration is a row of the menus and plays a script, which presses them and
+        // prints.
+        {"ui/demonstration", "ui/menus", "ui/printing", "ui/qtplatform", "ui/script"},
+    };
+    unitgraph graph = readunits();
+    EXPECT_GT(graph.size(), 100u);
+    // The one window is the parent of all others, which it opens.
+    for (auto& [unit, includes] : graph) includes.erase("ui/mainwindow");
+    for (auto& [unit, circle] : circlesof(graph)) {
+        circle.insert(unit);
+        bool isknown = false;
+        for (const auto& allowed : known)
+            isknown = isknown || std::ranges::includes(allowed, circle);
+        if (isknown) continue;
+        std::string names;
+        for (const std::string& name : circle) names += " " + name;
+        ADD_FAILURE() << unit << " stands in a circle:" << names;
+    }
+    const unitgraph ring = {{"a", {"b"}}, {"b", {"c"}}, {"c", {"b", "d"}}, {"d", {}}};
+    EXPECT_EQ(circlesof(ring), (unitgraph{{"b", {"c"}}, {"c", {"b"}}}));
+}
+
+// What a source needs of another it takes from the header, where the includes show it.
+TEST(Architecture, SourcesDeclareNothingOfOthers) {
+    for (const auto& [folder, height] : floors) {
+        if (!fs::exists(fs::path(sourcedir()) / folder)) continue;
+        for (const fs::path& file : sourcesin(folder)) {
+            if (file.extension() != ".cpp") continue;
+            std::ifstream in(file);
+            for (std::string line; std::getline(in, line);)
+                EXPECT_FALSE(line.rfind("extern ", 0) == 0 && line.rfind("extern \"C\"", 0) != 0)
+                    << file << ": " << line;
+        }
+    }
 }

@@ -8,10 +8,10 @@
 // The fibre at x, y moves by z (bx, by) with bx = r2, by = -r1.
 #include "solver/bending.h"
 
-#include <Eigen/Cholesky>
 #include <Eigen/LU>
 
 #include "solver/gauss.h"
+#include "solver/smallsolve.h"
 
 // Shear balances the change of the bending moment along the edge. In a quadrilateral, whose moments
 // may change in both directions, it is that of the twisting moment across the edge as well, which
@@ -242,8 +242,7 @@ halfmatrix plate::trianglestiffness() const {
 halfmatrix plate::stiffness() const {
     if (s.corners == 3) return trianglestiffness();
     const assumed h = makeassumed();
-    const auto lower = h.flexibility.llt();
-    const Eigen::Matrix<double, modes, 12> half = lower.matrixL().solve(h.work);
+    const rowsof<modes, 12> half = halfsolved(h.flexibility, h.work);
     return half.transpose().lazyProduct(half);
 }
 
@@ -257,7 +256,7 @@ halfmatrix plate::cornerstress() const {
         return rows;
     }
     const assumed h = makeassumed();
-    const Eigen::Matrix<double, modes, 12> parameters = h.flexibility.llt().solve(h.work);
+    const rowsof<modes, 12> parameters = solved(h.flexibility, h.work);
     for (int c = 0; c < 4; ++c) {
         const vec2 at = h.frame.axes * s.at[c] / h.size;
         rows.middleRows<3>(3 * c) = face * h.frame.turn * momentsat(h, at).m * parameters;

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "solver/gauss.h"
+#include "solver/smallsolve.h"
 
 // Along the surface of a thin curved shell the rotation of a node about the normal of one flat
 // element is mostly bending of the neighbours. Held to the membrane of the element, it would stop
@@ -44,7 +45,7 @@ struct isostatic {
     row12 spin;
     Eigen::Matrix<double, 9, 12> work;
     mat5x12 straight;  // work of the first modes on edges that stay straight
-    mat5 flexibility;  // of the first modes
+    mat5 stiffness;    // of the first modes
     Eigen::Matrix<double, curvedmodes, straightmodes> coupling;
     Eigen::Matrix<double, curvedmodes, curvedmodes> rest;  // of the others with the first set free
 };
@@ -125,10 +126,11 @@ static Eigen::Matrix<double, 12, 1> bendingmotion(const isostatic& h, const flat
 // constant modes stay as they are, and with them the patch test; the rest stays positive.
 static void divide(const Eigen::Matrix<double, 9, 9>& flexibility, const flatshape& s,
                    const mat3& compliance, isostatic& h) {
-    h.flexibility = flexibility.topLeftCorner<straightmodes, straightmodes>();
+    const mat5 first = flexibility.topLeftCorner<straightmodes, straightmodes>();
+    h.stiffness = solved<straightmodes, straightmodes>(first, mat5::Identity());
     h.coupling = flexibility.bottomLeftCorner<curvedmodes, straightmodes>();
     h.rest = flexibility.bottomRightCorner<curvedmodes, curvedmodes>();
-    h.rest -= h.coupling * h.flexibility.inverse() * h.coupling.transpose();
+    h.rest -= h.coupling * h.stiffness * h.coupling.transpose();
     for (int m = 0; m < 2; ++m)
         h.coupling.col(3 + m) =
             h.work.bottomRows<curvedmodes>() * bendingmotion(h, s, m, compliance);
@@ -163,7 +165,7 @@ static isostatic makeisostatic(const element& e, const flatshape& s) {
             const vec2 at = (1 - x) * s.at[k] + x * s.at[s.next(k)];
             const Eigen::Matrix<double, 9, 2> traction =
                 weight * (normal * stressmodes(h, at)).transpose();
-            h.work.noalias() += traction * edgedisplacement(s, k, x, h.spin);
+            h.work += traction.lazyProduct(edgedisplacement(s, k, x, h.spin));
             h.straight.noalias() +=
                 traction.topRows<straightmodes>() * straightdisplacement(s, k, x);
         }
@@ -179,27 +181,26 @@ static Eigen::Matrix<double, curvedmodes, 12> restwork(const isostatic& h, const
 
 static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatrix& k) {
     const isostatic h = makeisostatic(e, s);
-    const mat5 stiffness = h.flexibility.inverse();
-    const mat5x12 work = h.work.topRows<straightmodes>(), first = stiffness * work;
+    const mat5x12 work = h.work.topRows<straightmodes>();
+    const mat5x12 first = h.stiffness.lazyProduct(work);
     const Eigen::Matrix<double, curvedmodes, 12> others = restwork(h, first);
     const double part = followed(e, s);
-    k = part * work.transpose() * first;
-    k += part * others.transpose() * h.rest.inverse() * others;
+    const Eigen::Matrix<double, curvedmodes, 12> forces = h.rest.inverse() * others;
+    k = part * (work.transpose().lazyProduct(first) + others.transpose().lazyProduct(forces));
     if (part == 1) return;
-    k += (1 - part) * h.straight.transpose() * stiffness * h.straight;
+    k += (1 - part) * h.straight.transpose() * h.stiffness * h.straight;
     const double shear = planestiffness(e, false)(2, 2) * flatarea(s);
     k += (1 - part) * shear * h.spin.transpose() * h.spin;
 }
 
 static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix& rows) {
     const isostatic h = makeisostatic(e, s);
-    const mat5 stiffness = h.flexibility.inverse();
-    const mat5x12 first = stiffness * h.work.topRows<straightmodes>();
+    const mat5x12 first = h.stiffness.lazyProduct(h.work.topRows<straightmodes>());
     const Eigen::Matrix<double, curvedmodes, 12> others = h.rest.inverse() * restwork(h, first);
     const double part = followed(e, s);
     Eigen::Matrix<double, 9, 12> parameters;
-    parameters << part * (first - stiffness * h.coupling.transpose() * others), part * others;
-    parameters.topRows<straightmodes>() += (1 - part) * stiffness * h.straight;
+    parameters << part * (first - h.stiffness * h.coupling.transpose() * others), part * others;
+    parameters.topRows<straightmodes>() += (1 - part) * h.stiffness * h.straight;
     parameters /= e.field(fieldthickness);
     rows.resize(12, 12);
     for (int c = 0; c < 4; ++c)

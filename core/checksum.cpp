@@ -4,10 +4,20 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <limits>
 #include <memory>
 #include <vector>
 
 #include "core/textfile.h"
+
+// Lines of .tek that tell the model, by its first one: a line a node, two an element. What follows
+// is how the views look at it.
+static long linesofmodel(const char* text) {
+    char* end = nullptr;
+    const long nodes = std::strtol(text, &end, 10);
+    return 1 + nodes + 2 * (*end == ',' ? std::strtol(end + 1, nullptr, 10) : 0);
+}
 
 std::string modelchecksum(const std::string& base) {
     const std::uint64_t prime = 1099511628211u;
@@ -19,8 +29,17 @@ std::string modelchecksum(const std::string& base) {
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
             std::fopen(findnocase(base + extension).c_str(), "rb"), std::fclose);
         if (!file) continue;
-        while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get()))
-            for (std::size_t i = 0; i < count; ++i) add(static_cast<unsigned char>(block[i]));
+        long lines = std::numeric_limits<long>::max();
+        for (bool first = true; lines > 0; first = false) {
+            const std::size_t count = std::fread(block.data(), 1, block.size() - 1, file.get());
+            if (count == 0) break;
+            block[count] = 0;
+            if (first && extension == std::string(".tek")) lines = linesofmodel(block.data());
+            for (std::size_t i = 0; i < count && lines > 0; ++i) {
+                add(static_cast<unsigned char>(block[i]));
+                lines -= block[i] == '\n';
+            }
+        }
     }
     char text[20];
     std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));

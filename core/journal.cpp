@@ -392,7 +392,7 @@ struct openstep {
     reaches reach = reaches::nothing;
     keptcompany selected, shown;
     int nodes = 0, graphics = 0;
-    bool restarts = false, analyses = false, saves = false, unsaves = false;
+    bool restarts = false, analyses = false, saves = false, unsaves = false, olds = false;
 };
 }  // namespace
 static openstep under;
@@ -465,6 +465,8 @@ static void finish() {
     if (under.restarts) {
         restart();
         if (under.unsaves) saved = -1;
+        if (under.olds) analysed = -1;
+        noteresults();
         keepall();
         if (afterstep) afterstep(true);
     } else if (under.reach != reaches::nothing) {
@@ -480,14 +482,14 @@ static void finish() {
         if (d.input || under.analyses) noteresults();
         if ((d.model || under.saves) && afterstep) afterstep(wasstale != isresultstale());
     }
-    under.restarts = under.analyses = under.saves = under.unsaves = false;
+    under.restarts = under.analyses = under.saves = under.unsaves = under.olds = false;
 }
 
 static void begin() {
     under.name.clear();
     under.suggested.clear();
     under.reach = reaches::nothing;
-    under.restarts = under.analyses = under.saves = under.unsaves = false;
+    under.restarts = under.analyses = under.saves = under.unsaves = under.olds = false;
     if (!iskept) keepall();
     under.selected = takeselection();
     under.shown = takeshown();
@@ -540,6 +542,11 @@ void startjournal() {
 void noteanalysis() {
     under.analyses = true;
     if (under.depth == 0) analysed = now.input;
+}
+
+void noteoldresults() {
+    under.olds = under.depth > 0;
+    if (under.depth == 0) analysed = -1;
 }
 
 bool isresultstale() {

@@ -42,6 +42,8 @@ std::vector<std::string> stepsforward(std::size_t most);
 void startjournal();
 // Its results have just been computed.
 void noteanalysis();
+// The model was just opened, and the results beside it are of another one.
+void noteoldresults();
 // The model differs from the one that its results were computed from.
 bool isresultstale();
 // Told wherever results are shown once they are stale.

@@ -91,6 +91,7 @@ static splitpath splitformodel(const std::string& path) {
 
 static void afteropen() {
     startjournal();
+    if (isnamed() && areresultsold(modelname)) noteoldresults();
     stressloaded = false;
     forgetsolverlog();
     for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;

@@ -10,5 +10,7 @@ struct runlog {
 };
 // Of the last analysis of the model in hand; empty before one.
 const runlog& solverlog();
+// The results beside a model are of another one than its files tell: their sums name its checksum.
+bool areresultsold(const std::string& base);
 void readsolverlog();    // of modelname, after a run
 void forgetsolverlog();  // another model takes its place

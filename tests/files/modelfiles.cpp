@@ -14,7 +14,9 @@
 #include <utility>
 
 #include "core/besidefile.h"
+#include "core/checksum.h"
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/modelsize.h"
 #include "core/session.h"
@@ -582,6 +584,26 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     writefile(room.file("notes.md"), "text");
     EXPECT_EQ(openfile(room.file("notes.md")), reply::failed);
     EXPECT_TRUE(room.door.toldpart("Files of type \".md\" can not be used here"));
+}
+
+// Results are of the model that their checksum names, however the views looked at it.
+TEST(Filemenu, ResultsOlderThanTheirModelAreKnownAtOpen) {
+    sessionroom room;
+    fillmodel();
+    saveas(room.file("a"));
+    writefile(room.file("a.sum"),
+              "\"static\",\"" + modelchecksum(room.file("a")) + "\",1\r\n\"modes\",\"\",0\r\n");
+    const auto reopened = [&] {
+        saveas(room.file("a"));
+        EXPECT_EQ(openfile(room.file("a.tek")), reply::done);
+        return isresultstale();
+    };
+    viewscale(1) *= 2;
+    EXPECT_FALSE(reopened());
+    nodes(0, 2, 0) += 1;
+    EXPECT_TRUE(reopened());
+    noteanalysis();
+    EXPECT_FALSE(isresultstale());
 }
 
 TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {

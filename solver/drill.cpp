@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "solver/edges.h"
 #include "solver/gauss.h"
 #include "solver/smallsolve.h"
 
@@ -211,7 +212,8 @@ static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix
 
 // Felippa, A study of optimal membrane triangles with drilling freedoms, Comput. Methods Appl.
 // Mech. Engrg. 192, 2003. Its free parameters are those of the optimum, which bends exactly in a
-// mesh of rectangles of two triangles.
+// mesh of rectangles of two triangles. Such edges bow by half more than a beam (his alpha); an edge
+// of a quadrilateral bows like a beam, and so does that of a triangle beside it.
 namespace {
 using mat9x3 = Eigen::Matrix<double, 9, 3>;
 using mat3x9 = Eigen::Matrix<double, 3, 9>;
@@ -225,6 +227,10 @@ struct optimal {
 };
 }  // namespace
 
+static double bowof(const element& e, int edge) {
+    return meetsquadrilateral(e, edge) ? 1 : 1.5;
+}
+
 static optimal makeoptimal(const element& e, const flatshape& s) {
     optimal t;
     const auto dx = [&](int i, int j) { return s.at[i].x() - s.at[j].x(); };
@@ -233,14 +239,15 @@ static optimal makeoptimal(const element& e, const flatshape& s) {
     const double poisson = e.field(fieldpoisson);
     const double leastbeta = 0.01;
     t.higher = std::max((1 - 4 * poisson * poisson) / 2, leastbeta);
-    const double alpha = 1.5;
     for (int i = 0; i < 3; ++i) {
         const int j = (i + 1) % 3, k = (i + 2) % 3;
+        const double to = bowof(e, i), from = bowof(e, k);  // of the edges to j, from k
         t.force.row(3 * i) << dy(j, k), 0, dx(k, j);
         t.force.row(3 * i + 1) << 0, dx(k, j), dy(j, k);
-        t.force.row(3 * i + 2) << alpha / 6 * dy(j, k) * (dy(i, k) - dy(j, i)),
-            alpha / 6 * dx(k, j) * (dx(k, i) - dx(i, j)),
-            alpha / 3 * (dx(k, i) * dy(i, k) - dx(i, j) * dy(j, i));
+        t.force.row(3 * i + 2) << from * dy(i, k) * dy(i, k) - to * dy(j, i) * dy(j, i),
+            from * dx(k, i) * dx(k, i) - to * dx(i, j) * dx(i, j),
+            2 * (from * dx(k, i) * dy(i, k) - to * dx(i, j) * dy(j, i));
+        t.force.row(3 * i + 2) /= 6;
     }
     t.force /= 2;
     const double l21 = s.edge[0] * s.edge[0], l32 = s.edge[1] * s.edge[1],

@@ -3,6 +3,7 @@
 #include "solver/edges.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "solver/bending.h"
 #include "solver/kinds.h"
@@ -46,10 +47,16 @@ static sidelist listsides(const model& m) {
     return list;
 }
 
+static const int meeting = 3;  // place of the bits in the slip of a triangle
+
+bool meetsquadrilateral(const element& e, int edge) {
+    return e.slip && int((*e.slip)[meeting]) >> edge & 1;
+}
+
 void measureedges(model& m, const settings& s) {
     m.slip.clear();
-    if (m.twod || std::none_of(m.elements.begin(), m.elements.end(),
-                               [](const elementdef& e) { return bends(e.type); }))
+    if (std::none_of(m.elements.begin(), m.elements.end(),
+                     [](const elementdef& e) { return bends(e.type); }))
         return;
     std::vector<edgeslip> own(m.elements.size(), edgeslip{});
     parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
@@ -59,19 +66,25 @@ void measureedges(model& m, const settings& s) {
     });
     const sidelist list = listsides(m);
     m.slip = own;
+    const auto typeat = [&m](const side& one) { return m.elements[std::size_t(one.element)].type; };
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
         for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n)
             for (std::size_t i = list.start[n]; i < list.start[n + 1]; ++i) {
                 const side& one = list.sides[i];
                 double sum = 0;
                 int count = 0;
+                bool quadrilateral = false;
                 for (std::size_t j = list.start[n]; j < list.start[n + 1]; ++j) {
                     const side& other = list.sides[j];
                     if (other.far != one.far) continue;
                     sum += double(own[std::size_t(other.element)][std::size_t(other.edge)]);
                     ++count;
+                    quadrilateral |= typeat(other) == typeshell4;
                 }
-                m.slip[std::size_t(one.element)][std::size_t(one.edge)] = float(sum / count);
+                edgeslip& slip = m.slip[std::size_t(one.element)];
+                slip[std::size_t(one.edge)] = float(sum / count);
+                if (quadrilateral && typeat(one) == typeshell3)
+                    std::atomic_ref(slip[meeting]).fetch_add(float(1 << one.edge));
             }
     });
 }

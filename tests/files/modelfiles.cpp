@@ -2,9 +2,6 @@
 // The file set both ways: round trips, old layouts, dropped rows, damage of every kind.
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -26,9 +23,8 @@
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
-#include "files/runlog.h"
 #include "files/saving.h"
-#include "files/solverlock.h"
+#include "tests/files/filledmodel.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
 
@@ -37,62 +33,11 @@ namespace fs = std::filesystem;
 static const char* const extensions[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
                                          ".lcd", ".lco", ".ell", ".pat", ".txt"};
 
-// A model that has something in every file.
-static void fillmodel() {
-    for (int n = 1; n <= 12; ++n) addnode(float(n) * 0.1f, float(n % 4) / 3, 1e-7f * float(n));
-    addelement(6, {1, 2}, 2);
-    addelement(9, {1, 2, 3, 4});
-    addelement(4, {7});
-    addelement(8, {5, 6, 7}, 2);
-    rotpo(2) = 0.1;
-    groups(0, 0) = 2;
-    groupname(2) = "Box, \"welded\"";
-    groups(2, 11) = 1.5e-7;
-    groupmat(2, 3, 4) = 12.5f;
-    for (const int dof : {1, 2, 3, 6}) {
-        ++ncon;
-        connode(ncon) = ncon;
-        condof(ncon) = dof;
-        conval(ncon) = 90;
-    }
-    loadnode(0, 0) = 2;
-    lcname(2) = "Wave";
-    lctype(2) = 7;
-    lcpar(2, 0) = 8.5;
-    lcpar(2, 4) = 1;
-    loadnode(1, 0) = elemload(1, 0, 0) = 1;
-    loadnode(1, 1) = 12;
-    loaddof(1, 1) = 2;
-    loadval(1, 1) = -0.3f;
-    elemload(1, 1, 0) = 2;
-    elemload(1, 1, 1) = 3;
-    elemload(1, 1, 2) = 0.7f;
-    lcomb(0, 0) = 2;
-    lcombname(2) = "Both";
-    lcomb(2, 1) = 1.35f;
-    lcomb(2, 2) = -1;
-    graphics(0, 0, 0) = graphics(1, 0, 0) = 1;
-    graphics(1, 0, 1) = 4;
-    graphics(1, 0, 2) = 0.5f;
-    graphics(1, 2, 1) = 6;
-    patches(0, 0, 0) = patches(1, 0, 0) = patches(1, 1, 1) = 1;
-    patches(1, 0, 1) = 6;
-    patches(1, 0, 2) = patches(1, 1, 0) = 2;
-    patches(1, 1, 2) = 7;  // a graphic element that was deleted
-    commenttext = "Lines, with \"quotes\"\nand 1,5 umlauts \xC3\xA4\n";
-    viewscale(3) = 0.037f;
-}
-
 // The text of a .tek without the five lines of its views.
 static std::string withoutviews(const std::string& tek) {
     std::size_t end = tek.size();
     for (int line = 0; line < 5; ++line) end = tek.rfind("\r\n", end - 1);
     return tek.substr(0, end + 2);
-}
-
-static void saveas(const std::string& base) {
-    modelname = base;
-    ASSERT_TRUE(savemodel());
 }
 
 TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
@@ -700,219 +645,4 @@ TEST(Filemenu, ExitSavesOrStays) {
     EXPECT_TRUE(exitprompt(closemodes::user));
     EXPECT_TRUE(room.door.ended);
     EXPECT_TRUE(fs::exists(room.file("last.tek")));
-}
-
-// --- hand-over to the solver --------------------------------------------------------------------
-
-static void placesolver(sessionroom& room) {
-    writefile(room.file("feiflu"), "stands for the solver");
-}
-
-TEST(Analyse, HandsOverAndReadsBack) {
-    sessionroom room;
-    placesolver(room);
-    fillmodel();
-    curlcomb = 2;
-    std::string control;
-    room.door.onprocess = [&] {
-        control = contentof(controlfile());
-        writefile(modelname + ".log", "feiflu 4.1\nResults are complete\n");
-        fs::remove(controlfile());
-        room.door.running = true;  // it lingers after its signal
-    };
-    runanalysis();
-    EXPECT_EQ(control, "") << "without a name, the dialog left by Cancel, nothing starts";
-    EXPECT_EQ(nnodes(), 12);
-    modelname = room.file("m");
-    runanalysis();
-    EXPECT_FALSE(room.door.running) << "it gives way to the next run";
-    EXPECT_EQ(control, "\"" + room.file("m") + "\"\r\n0,1,3,1,1,1,1,1\r\n");
-    EXPECT_EQ(nnodes(), 12) << "the memory was cleared and the model read back";
-    EXPECT_EQ(modelsize(1), 5000);
-    EXPECT_EQ(curlcomb, 2);
-    EXPECT_EQ(dorenumber, 0);
-    EXPECT_TRUE(room.door.messages.empty());
-}
-
-TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
-    sessionroom room;
-    fillmodel();
-    modelname = room.file("m");
-    const auto run = [&](const char* told) {
-        runanalysis();
-        EXPECT_TRUE(room.door.toldpart(told)) << told;
-        EXPECT_FALSE(fs::exists(controlfile()) || menulock) << told;
-        EXPECT_EQ(nnodes(), 12) << told;
-    };
-    run("feiflu was not found");
-    placesolver(room);
-    room.door.onprocess = [] {};  // ends and leaves the control file
-    run("The solver stopped without finishing the analysis.");
-    room.door.onprocess = [] { fs::remove(controlfile()); };
-    room.door.exitcode = 1;
-    run("The analysis ended without results.");
-    // The signal alone is not this run's: another program has removed the file, a log is old.
-    writefile(room.file("m.log"), "feiflu 4.1\nResults are complete\n");
-    room.door.exitcode = 0;
-    room.door.onprocess = [&] {
-        fs::remove(controlfile());
-        room.door.running = true;
-    };
-    run("before the solver's end");
-}
-
-// Stands for the solver of a window that was killed: it holds its lock until it is ended.
-static pid_t forkleftsolver(const sessionroom& room) {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    const int file = open(room.file("EEM.PID").c_str(), O_RDWR | O_CREAT, 0644);
-    const std::string number = std::to_string(getpid());
-    if (lockfile(file) && write(file, number.data(), number.size()) > 0) pause();
-    _exit(0);
-}
-
-TEST(Analyse, OneWindowAtATimeAndNoSolverStaysBehind) {
-    sessionroom room;
-    placesolver(room);
-    fillmodel();
-    modelname = room.file("m");
-    const pid_t left = forkleftsolver(room);
-    while (contentof(room.file("EEM.PID")).empty()) usleep(1000);
-    writefile(room.file("EEM.LCK"), "1\nold\n");
-    writefile(controlfile(), "of the killed window");
-    deletecontrolfile();
-    int status = 0;
-    kill(left, SIGKILL);  // it would be too late
-    EXPECT_TRUE(waitpid(left, &status, 0) == left && WTERMSIG(status) == SIGTERM)
-        << "ended by the next start";
-    EXPECT_FALSE(fs::exists(controlfile()) || fs::exists(room.file("EEM.LCK")));
-    {
-        solverlock other;
-        ASSERT_TRUE(other.take("/their/bridge"));
-        writefile(controlfile(), "theirs");
-        room.door.cancelled = true;  // of the waiting
-        runanalysis();
-        deletecontrolfile();
-        EXPECT_TRUE(room.door.toldpart("(/their/bridge)"));
-        EXPECT_EQ(contentof(controlfile()), "theirs");
-    }
-    room.door.cancelled = false;
-    room.door.onprocess = [] { fs::remove(controlfile()); };
-    room.door.messages.clear();
-    runanalysis();
-    EXPECT_TRUE(room.door.messages.empty());
-}
-
-TEST(Analyse, FilesOfOthersInTheWayAreAskedAbout) {
-    sessionroom room;
-    placesolver(room);
-    fillmodel();
-    writefile(room.file("notes.log"), "my day");
-    room.door.filequeue.push_back({true, room.file("notes.tek"), 2});
-    EXPECT_EQ(menusave(), reply::cancelled);
-    EXPECT_TRUE(room.door.toldpart("notes.log"));
-    saveas(room.file("notes"));
-    runanalysis();
-    EXPECT_EQ(contentof(room.file("notes.log")), "my day");
-    room.door.onprocess = [] { fs::remove(controlfile()); };
-    room.door.answerqueue = {answers::yes};
-    runanalysis();
-    EXPECT_FALSE(fs::exists(room.file("notes.log"))) << "the solver has its way";
-}
-
-TEST(Analyse, ItsEndIsToldInTheStatusLine) {
-    sessionroom room;
-    placesolver(room);
-    fillmodel();
-    modelname = room.file("m");
-    room.door.onprocess = [&] {
-        writefile(room.file("m.log"), "Warning: first\r\nA Warning: of none\r\nWarning: x\r\n");
-        fs::remove(controlfile());
-    };
-    resultsummary = [] { return std::string("the results"); };
-    runanalysis();
-    resultsummary = nullptr;
-    EXPECT_TRUE(room.door.status.starts_with("Analysed in ")) << room.door.status;
-    EXPECT_NE(room.door.status.find(" s, 2 warnings; the results"), std::string::npos)
-        << room.door.status;
-    EXPECT_EQ(solverlog().warnings, 2);
-    EXPECT_EQ(solverlog().path, room.file("m.log"));
-    room.door.answerqueue = {answers::no};
-    menunew();
-    EXPECT_EQ(solverlog().warnings, 0) << "they were of the other model";
-}
-
-// Stands for a solver that refuses, with these words.
-struct refusingdoor : recorder {
-    explicit refusingdoor(std::string w) : words(std::move(w)) {
-        exitcode = 1;
-        onprocess = [] { fs::remove(controlfile()); };
-    }
-    std::string processwords() override { return std::exchange(words, {}); }
-    std::string words;
-};
-
-// A frame drawn in the plane z = 0 that is free to leave it.
-TEST(Analyse, AMechanismInThePlaneNamesTheOtherAnalysis) {
-    const struct {
-        float z;
-        bool twod, told;
-    } cases[] = {{0, false, true}, {0, true, false}, {1, false, false}};
-    for (const auto& c : cases) {
-        sessionroom room;
-        placesolver(room);
-        addnode(0, 0, 0);
-        addnode(1, 0, c.z);
-        dim2d = c.twod;
-        modelname = room.file("m");
-        refusingdoor door("node 2 in DZ: the structure or a part of it is a mechanism.\n");
-        runanalysis();
-        EXPECT_TRUE(door.toldpart("ended without results")) << c.z << c.twod;
-        EXPECT_EQ(door.toldpart("2-D analysis"), c.told) << c.z << c.twod;
-    }
-}
-
-TEST(Analyse, ACancelledRunBringsALargeModelBack) {
-    sessionroom room;
-    placesolver(room);
-    modelsize(1) = 30000;
-    ASSERT_TRUE(resetmodel());
-    for (int n = 1; n <= 25000; ++n) addnode(float(n), 0, 0);
-    groups(0, 0) = meshgroup = 2;
-    addelement(6, {1, 25000});
-    nodename(3) = "corner";
-    commenttext = "notes";
-    groupcolor(1) = 1234;
-    curlc = loadnode(0, 0) = 2;
-    modelname = room.file("m");
-    room.door.onprocess = [&] { room.door.running = room.door.cancelled = true; };
-    runanalysis();
-    EXPECT_TRUE(room.door.toldpart("cancelled"));
-    EXPECT_FALSE(room.door.running);
-    ASSERT_EQ(nnodes(), 25000) << "the reading back heeds no Cancel";
-    EXPECT_EQ(modelname, room.file("m"));
-    EXPECT_EQ(nodename(3), "corner") << "what the files do not hold is kept beside them";
-    EXPECT_EQ(groupcolor(1), 1234);
-    EXPECT_EQ(curlc, 2);
-    EXPECT_EQ(meshgroup, 2);
-    EXPECT_FALSE(commentvisible) << "a frame that the user has closed stays closed";
-    EXPECT_EQ(modelsize(1), 30000) << "whatever the file of the sizes holds";
-}
-
-TEST(Analyse, OptionsFollowEachOther) {
-    sessionroom room;
-    analysisoptions form = showoptions();
-    form.stiffness = false;
-    clicksolver(form);
-    EXPECT_FALSE(form.renumber || form.renumberenabled);
-    form.stiffness = true;
-    clicksolver(form);
-    EXPECT_TRUE(form.renumberenabled && !form.renumber) << "enabled again, the check stays off";
-    form.eigen = true;
-    clickeigen(form);
-    EXPECT_FALSE(form.solve || form.linestress || form.festress);
-    EXPECT_FALSE(form.solveenabled || form.stressenabled);
-    form.twod = true;
-    storeoptions(form);
-    EXPECT_TRUE(doeigen == 1 && dosolve == 0 && dim2d);
 }

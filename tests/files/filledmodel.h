@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A model with something in every one of its files.
+#pragma once
+
+#include <string>
+
+void fillmodel();
+// The model in hand under another name.
+void saveas(const std::string& base);

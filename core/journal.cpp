@@ -67,6 +67,7 @@ struct entry {
     std::vector<std::pair<std::size_t, scalarvalue>> scalars;
     keptcompany selectedbefore, selectedafter, shownbefore, shownafter;
     states before, after;
+    bool typing = false;  // of a text that grows letter by letter
     std::size_t cost() const {
         std::size_t sum = 0;
         for (const auto& [at, p] : pages) sum += sizeof(place) + sizeof(page) + p.cost();
@@ -392,6 +393,7 @@ struct openstep {
     reaches reach = reaches::nothing;
     keptcompany selected, shown;
     int nodes = 0, graphics = 0;
+    bool typing = false;
     bool restarts = false, analyses = false, saves = false, unsaves = false, olds = false;
 };
 }  // namespace
@@ -420,10 +422,9 @@ static void keeplimit() {
     done.erase(done.begin(), done.begin() + std::ptrdiff_t(drop));
 }
 
-// Typing in the comment is one step.
-static bool iscomment(const entry& e) {
-    return e.pages.empty() && e.scalars.size() == 1 &&
-           modelscalars()[e.scalars[0].first].value == scalarpointer(&commenttext);
+// Typing on in the comment belongs to the step that it began with, unless a save lies between.
+static bool goeson(const entry& before, const entry& e) {
+    return before.typing && e.typing && before.after.model != saved;
 }
 
 static void noteresults() {
@@ -445,10 +446,13 @@ static void enter(difference& d) {
         e.shownbefore = under.shown;
         e.shownafter = std::move(after);
     }
-    if (undone.empty() && !done.empty() && iscomment(e) && iscomment(done.back()))
+    e.typing = under.typing && e.pages.empty() && !d.input;
+    if (undone.empty() && !done.empty() && goeson(done.back(), e)) {
         done.back().after = e.after;
-    else
+        done.back().selectedafter = e.selectedafter;
+    } else {
         done.push_back(std::move(e));
+    }
     undone.clear();
     keeplimit();
 }
@@ -489,6 +493,7 @@ static void begin() {
     under.name.clear();
     under.suggested.clear();
     under.reach = reaches::nothing;
+    under.typing = false;
     under.restarts = under.analyses = under.saves = under.unsaves = under.olds = false;
     if (!iskept) keepall();
     under.selected = takeselection();
@@ -511,6 +516,7 @@ step::step(const std::string& name, reaches reach) {
     if (under.depth++ == 0) surely(begin);
     if (under.name.empty()) under.name = name;
     under.reach = std::max(under.reach, reach);
+    under.typing = under.typing || reach == reaches::texts;
 }
 
 step::~step() {

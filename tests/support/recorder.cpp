@@ -2,6 +2,8 @@
 // The recording platform and surface.
 #include "tests/support/recorder.h"
 
+#include <gtest/gtest.h>
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 
 #include "core/model.h"
 #include "core/session.h"
@@ -142,6 +145,11 @@ std::string contentof(const std::string& path) {
 
 void writefile(const std::string& path, const std::string& content) {
     std::ofstream(path, std::ios::binary) << content;
+}
+
+unsigned randomseed() {
+    const int shuffled = testing::UnitTest::GetInstance()->random_seed();
+    return shuffled != 0 ? unsigned(shuffled) : std::random_device()();
 }
 
 int addnode(float x, float y, float z) {

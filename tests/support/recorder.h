@@ -107,6 +107,9 @@ std::string contentof(const std::string& path);
 void writefile(const std::string& path, const std::string& content);
 // The project's source directory.
 std::string sourcedir();
+// For random work: the seed of the shuffled run, by which the whole run is repeated
+// (--gtest_shuffle --gtest_random_seed=N), or any. Trace it, so that a failure tells it.
+unsigned randomseed();
 // Appends to the model; returns the number.
 int addnode(float x, float y, float z);
 int addelement(int type, std::vector<int> corners, int group = 1);

@@ -118,6 +118,18 @@ std::string findnocase(const std::string& path) {
     return found.empty() ? path : fs::path(wanted).replace_extension(found).string();
 }
 
+std::string shownname(std::string_view utf8, int most) {
+    const auto isinside = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+    if (utf8.size() <= std::size_t(most)) return std::string(utf8);
+    std::size_t end = 0, last = 0;  // behind most characters, and before the last one of them
+    for (; end < utf8.size() && most > 0; --most) {
+        last = end++;
+        while (end < utf8.size() && isinside(utf8[end])) ++end;
+    }
+    if (end == utf8.size()) return std::string(utf8);
+    return std::string(utf8.substr(0, last)) + "…";
+}
+
 std::string visible(std::string_view text) {
     static const char digits[] = "0123456789ABCDEF";
     std::string shown;

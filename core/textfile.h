@@ -28,6 +28,11 @@ std::string findnocase(const std::string& path);
 // For terminals and logs: control characters but line ends and tabs as \x1B.
 std::string visible(std::string_view text);
 
+// For lists, labels, titles and reports: a name as long as a screen can show. What goes beyond is
+// left out and marked "…": laying out a text takes time with its length, at every redraw.
+const int longestname = 200;  // characters
+std::string shownname(std::string_view utf8, int most = longestname);
+
 class textin {
   public:
     explicit textin(const std::string& path);       // throws as readwhole

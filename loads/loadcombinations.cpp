@@ -9,6 +9,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/textfile.h"
 
 static const int longestrow = 25;  // characters after which an equation goes on in a new row
 
@@ -27,13 +28,13 @@ std::vector<std::string> equationof(int c) {
         if (lengthof(rows.back()) > longestrow) rows.emplace_back();
         rows.back() += m < 0 ? "- " : "+ ";
         if (size != 1) rows.back() += numbertext(size) + " x ";
-        rows.back() += lcname(l) + " ";
+        rows.back() += shownname(lcname(l)) + " ";
     }
     return rows;
 }
 
 void showcomb(combinationform& form) {
-    form.heading = "Equation of Load Combination: " + lcombname(curlcomb);
+    form.heading = "Equation of Load Combination: " + shownname(lcombname(curlcomb));
     form.equation = equationof(curlcomb);
     for (std::string& row : lcdesc.row()) row.clear();
     for (std::size_t r = 0; r < form.equation.size(); ++r) lcdesc(long(r) + 1) = form.equation[r];

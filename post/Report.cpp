@@ -95,7 +95,8 @@ struct reportstep {
 };
 }  // namespace
 
-static void writewanted(reporttext& r, std::initializer_list<reportstep> steps, double from, double to) {
+static void writewanted(reporttext& r, std::initializer_list<reportstep> steps, double from,
+                        double to) {
     const double part = (to - from) / double(steps.size());
     for (const reportstep& s : steps) {
         if (reportwanted[s.wanted]) s.write(r);

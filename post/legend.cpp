@@ -12,6 +12,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "core/views.h"
 #include "post/components.h"
 #include "post/contour.h"
@@ -47,7 +48,7 @@ static std::string componenttext() {
 static std::string fieldname() {
     if (showsdisplacement() && menupostItem(3).checked && fieldismode)
         return "Mode shape " + numbertext(curlcomb);
-    return curlcomb >= 1 && curlcomb <= ncomb() ? lcombname(curlcomb) : "Load Case 1";
+    return curlcomb >= 1 && curlcomb <= ncomb() ? shownname(lcombname(curlcomb)) : "Load Case 1";
 }
 
 static std::vector<std::string> headinglines() {

@@ -38,7 +38,7 @@ static std::string displacementtext() {
     }
     if (worst == 0) return "all displacements are 0";
     return "largest displacement " + shorttext(most) + " at node " + numbertext(worst) +
-           ", load combination " + lcombname(curlcomb);
+           ", load combination " + shownname(lcombname(curlcomb));
 }
 
 static std::string modestext() {

@@ -11,6 +11,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "core/views.h"
 #include "files/filop.h"
 #include "post/legend.h"
@@ -95,7 +96,8 @@ std::string footleft() {
     if (menupostItem(3).checked) return text + " - mode shape " + numbertext(curlcomb);
     const bool results =
         menupostItem(1).checked || menupostItem(2).checked || menupostItem(4).checked;
-    if (results && curlcomb >= 1 && curlcomb <= ncomb()) text += " - " + lcombname(curlcomb);
+    if (results && curlcomb >= 1 && curlcomb <= ncomb())
+        text += " - " + shownname(lcombname(curlcomb));
     return text;
 }
 

@@ -7,6 +7,7 @@
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "loads/loadcombinations.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
@@ -199,7 +200,7 @@ void writeconstraints(reporttext& r) {
 
 static void writecombination(reporttext& r, int c) {
     counted(r, "Loadcombination number = ", c);
-    r.out.line("Loadcombination Name = " + lcombname(c));
+    r.out.line("Loadcombination Name = " + shownname(lcombname(c)));
     const std::string label = "Load Combination = ";
     const std::vector<std::string> equation = equationof(c);
     for (std::size_t i = 0; i < equation.size(); ++i)
@@ -253,7 +254,7 @@ static void writeloadrow(reporttext& r, int item, int direction, float value) {
 
 static void writeloadcase(reporttext& r, int lc) {
     counted(r, "Loadcase number = ", lc);
-    r.out.line("Loadcase Name = " + lcname(lc));
+    r.out.line("Loadcase Name = " + shownname(lcname(lc)));
     r.out.line("Loadcase Type = " + lcsubname(int(lctype(lc))));
     writekind(r, lc);
     r.out.line("NODE       DIRECTION        VALUE");

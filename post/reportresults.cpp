@@ -6,6 +6,7 @@
 #include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "core/views.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
@@ -126,7 +127,7 @@ void writenoanalysis(reporttext& r, const analysiskind& kind) {
 
 static void writenumberandname(reporttext& r, int c) {
     counted(r, "Loadcombination number = ", c);
-    r.out.line("Loadcombination Name = " + lcombname(c));
+    r.out.line("Loadcombination Name = " + shownname(lcombname(c)));
 }
 
 static void writedisplacementrows(reporttext& r) {

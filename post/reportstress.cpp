@@ -6,6 +6,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 #include "post/stressfile.h"
@@ -46,7 +47,7 @@ static void writecombination(reporttext& r, const char* title, const char* axes,
     r.out.line(axes);
     r.out.line("Stress report for loadcombination: ");
     counted(r, "                          Number = ", c);
-    r.out.line("                          Name   = " + lcombname(c));
+    r.out.line("                          Name   = " + shownname(lcombname(c)));
     note(r, stressnote);
 }
 
@@ -134,7 +135,7 @@ static void writeplates(reporttext& r, const platesection& s) {
             writecombination(r, s.caption, s.global ? globalaxestext : localaxestext, c);
             r.out.line("                    Element Group: ");
             counted(r, "                          Number = ", g);
-            r.out.line("                          Name   = " + groupname(g));
+            r.out.line("                          Name   = " + shownname(groupname(g)));
             writetable(r, list, membranevalues);
             std::vector<int> bent;
             std::ranges::copy_if(list, std::back_inserter(bent), hasbending);

@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "files/analyse.h"
 #include "post/contour.h"
 #include "post/drawcontour.h"
@@ -67,7 +68,7 @@ static std::string noteofcombination() {
         return "there is no load combination " + numbertext(curlcomb) + ", its " +
                (stress ? "stresses" : "displacements") + " are 0; choose one in the list";
     if (stress && ischecked(modeshape) && fieldismode)
-        return "the stresses are of load combination " + lcombname(curlcomb);
+        return "the stresses are of load combination " + shownname(lcombname(curlcomb));
     return {};
 }
 

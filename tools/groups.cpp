@@ -9,6 +9,7 @@
 #include "core/modelitems.h"
 #include "core/numtext.h"
 #include "core/platform.h"
+#include "core/textfile.h"
 #include "core/views.h"
 #include "view/moddraw.h"
 
@@ -148,7 +149,7 @@ bool changename(groupform& form, const std::string& name) {
 // Stores the group that is left; the message tells which one it was.
 static void leavegroup(groupform& form) {
     getgroup(form);
-    if (!form.message.empty()) form.message = groupname(meshgroup) + ", " + form.message;
+    if (!form.message.empty()) form.message = shownname(groupname(meshgroup)) + ", " + form.message;
 }
 
 void choosegroup(groupform& form, int row) {

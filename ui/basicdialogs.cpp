@@ -18,13 +18,10 @@
 #include "core/session.h"
 #include "files/analyse.h"
 #include "files/setmem.h"
+#include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
-
-static QString qtext(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 static QPushButton* button(const char* name, const QString& caption, QDialog* dialog,
                            QBoxLayout* row) {
@@ -252,7 +249,7 @@ QDialog* makemodelinfo() {
     auto* const dialog = new QDialog(themainwindow);
     dialog->setWindowTitle(QObject::tr("Model info"));
     auto* const rows = new QVBoxLayout(dialog);
-    rows->addWidget(new QLabel(QObject::tr("Model: %1").arg(qtext(modelname)), dialog));
+    rows->addWidget(new QLabel(QObject::tr("Model: %1").arg(qname(modelname)), dialog));
     auto* const table = new QTableWidget(7, 3, dialog);
     table->setObjectName("Grid1");
     table->setHorizontalHeaderLabels(

@@ -10,8 +10,14 @@
 #include <QPushButton>
 #include <QStringListModel>
 
+#include "core/textfile.h"
+
 QString qtext(const std::string& text) {
     return QString::fromStdString(text);
+}
+
+QString qname(const std::string& name) {
+    return qtext(shownname(name));
 }
 
 QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row) {
@@ -55,14 +61,22 @@ void showlist(QComboBox* list, const std::vector<std::string>& entries, int chos
     QStringListModel* const model = textsof(list);
     QStringList texts;
     texts.reserve(qsizetype(entries.size()));
-    for (const std::string& entry : entries) texts << qtext(entry);
+    for (const std::string& entry : entries) texts << qname(entry);
     if (texts != model->stringList()) model->setStringList(texts);
     if (list->currentIndex() != chosen) list->setCurrentIndex(chosen);
 }
 
+static const char* const wholetext = "wholetext";
+
 void showtext(QLineEdit* box, const std::string& text) {
-    const QString shown = qtext(text);
-    if (box->text() == shown) return;
-    box->setText(shown);
+    const QString beginning = qname(text);
+    box->setProperty(wholetext, qtext(text));
+    if (box->text() == beginning || box->text() == qtext(text)) return;
+    box->setText(beginning);
     if (!box->hasFocus()) box->setCursorPosition(0);
+}
+
+std::string typedtext(const QLineEdit* box) {
+    const std::string whole = box->property(wholetext).toString().toStdString();
+    return box->text() == qname(whole) ? whole : box->text().toStdString();
 }

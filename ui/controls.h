@@ -15,14 +15,18 @@ class QPushButton;
 class QWidget;
 
 QString qtext(const std::string& text);
+// A name from a model or a path from the settings, cut where it is longer than a list can show.
+QString qname(const std::string& name);
 QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row);
 // The line at the foot of a dialog that takes its remarks; it wraps where one is long.
 QLabel* newmessageline(const char* name, QWidget* parent, QBoxLayout* rows);
 // A list whose text can be typed over. The text is the user's own: leaving the field with the text
 // of another entry does not choose that entry.
 void maketyped(QComboBox* list);
-// Shows entries and the chosen one; entries that are there already stay.
+// Shows entries, as qname does, and the chosen one; entries that are there already stay.
 void showlist(QComboBox* list, const std::vector<std::string>& entries, int chosen);
 // Sets a text, with the cursor left alone where it is there already. One too long for its box shows
-// its beginning, sign and first digits.
+// its beginning, sign and first digits. A name too long to be shown is kept whole behind its
+// beginning: typedtext gives it until the user types over it.
 void showtext(QLineEdit* box, const std::string& text);
+std::string typedtext(const QLineEdit* box);

@@ -218,7 +218,7 @@ void groupdialog::showform() {
 void groupdialog::askcolour() {
     auto* const dialog = new QColorDialog(qcolour(form.shade), this);
     dialog->setObjectName("colordialog");
-    dialog->setWindowTitle(tr("Color of group %1").arg(qtext(form.name)));
+    dialog->setWindowTitle(tr("Color of group %1").arg(qname(form.name)));
     dialog->setOption(QColorDialog::DontUseNativeDialog);
     // Its controls by name for scripts: "Red", "Green", "Blue".
     for (QLabel* l : dialog->findChildren<QLabel*>())

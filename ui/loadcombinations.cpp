@@ -101,7 +101,7 @@ class combinationdialog : public QDialog {
 
     template <typename Operation>
     void run(Operation operation) {
-        form.name = names->currentText().toStdString();
+        form.name = typedtext(names->lineEdit());
         form.multiplier = multiplier->text().toStdString();
         operation(form);
         showform();
@@ -122,7 +122,7 @@ class combinationdialog : public QDialog {
         showtext(names->lineEdit(), form.name);
         showlist(cases, form.cases, form.chosencase);
         showtext(multiplier, form.multiplier);
-        frame->setTitle(qtext(form.heading).replace("&", "&&"));
+        frame->setTitle(qname(form.heading).replace("&", "&&"));
         equation->clear();
         for (const std::string& row : form.equation) equation->addItem(qtext(row));
         message->setText(qtext(form.message));

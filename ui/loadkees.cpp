@@ -249,7 +249,7 @@ class loadcasedialog : public QDialog {
         for (std::size_t i = 0; i < N; ++i) showtext(boxes[i], texts[i]);
     }
     void take() {
-        form.name = names->currentText().toStdString();
+        form.name = typedtext(names->lineEdit());
         form.elementmass = massbutton[1]->isChecked() ? 1 : 0;
         takeboxes(accelerationbox, form.acceleration);
         takeboxes(wave, form.wave);

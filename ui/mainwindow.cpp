@@ -420,7 +420,7 @@ void mainwindow::crosspointer(bool on) {
 
 void mainwindow::refreshcombinations() {
     QStringList names;
-    for (int c = 1; c <= ncomb(); ++c) names << QString::fromStdString(lcombname(c));
+    for (int c = 1; c <= ncomb(); ++c) names << qname(lcombname(c));
     QStringList shown;
     for (int i = 0; i < combinations->count(); ++i) shown << combinations->itemText(i);
     if (names != shown) {
@@ -509,7 +509,7 @@ void mainwindow::refresh() {
 }
 
 void showmainwindow(mainwindow& window, bool fixedsize) {
-    window.setWindowTitle(QString::fromStdString(apptitle + ": " + modelname));
+    window.setWindowTitle(qname(apptitle + ": " + modelname));
     window.resize(1280, 860);
     if (fixedsize)
         window.show();

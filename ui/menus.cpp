@@ -26,6 +26,7 @@
 #include "tools/intersect.h"
 #include "tools/placenodes.h"
 #include "tools/pointentry.h"
+#include "ui/controls.h"
 #include "ui/demonstration.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -363,8 +364,7 @@ void buildmenus(QMenuBar* bar) {
 static void refreshrecent() {
     const auto& files = recentfiles();
     for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
-        QAction* const action =
-            filemenu->addAction(QString::fromStdString(files[i]).replace("&", "&&"));
+        QAction* const action = filemenu->addAction(qname(files[i]).replace("&", "&&"));
         action->setObjectName(QString("mnuFileArray(%1)").arg(i));
         QObject::connect(action, &QAction::triggered,
                          guardedcommand("Open", [i] { openrecent(int(i)); }));

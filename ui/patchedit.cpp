@@ -61,7 +61,7 @@ class patchdialog : public QDialog {
         showlist(items, form.items, form.chosen);
         mesh->setText(qtext(form.mesh));
         element->setText(qtext(form.element));
-        group->setText(qtext(form.group));
+        group->setText(qname(form.group));
         edges->clear();
         for (const std::string& text : form.edges) edges->addItem(qtext(text));
     }

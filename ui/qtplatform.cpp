@@ -19,6 +19,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "files/filop.h"
+#include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/examples.h"
 #include "ui/helpwindow.h"
@@ -28,10 +29,6 @@
 #include "ui/viewwidget.h"
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
-
-static QString qtext(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 qtplatform& theplatform() {
     static qtplatform only;
@@ -208,7 +205,7 @@ void qtplatform::hourglass(bool on) {
 
 void qtplatform::showtitle(const std::string& text) {
     title = text;
-    if (themainwindow) themainwindow->setWindowTitle(qtext(text));
+    if (themainwindow) themainwindow->setWindowTitle(qname(text));
 }
 
 void qtplatform::showstatus(const std::string& text) {

@@ -18,6 +18,7 @@
 #include "edit/Mouseprocedures.h"
 #include "files/filop.h"
 #include "files/recovery.h"
+#include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "view/moddraw.h"
@@ -80,7 +81,7 @@ class recoverydialog : public sidedialog {
         list->setObjectName("List1");
         for (const orphan& copy : copies)
             list->addItem(QString("%1, %2, %3 KB")
-                              .arg(QString::fromStdString(copy.name.empty() ? "None" : copy.name),
+                              .arg(qname(copy.name.empty() ? "None" : copy.name),
                                    QString::fromStdString(copy.when))
                               .arg((copy.bytes + 1023) / 1024));
         list->setCurrentRow(0);

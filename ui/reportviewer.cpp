@@ -28,6 +28,10 @@
 
 namespace {
 
+// A log may hold a line without end. On show and on paper it is cut here; Find and Copy see it
+// whole.
+const int longestshown = 1000;  // characters
+
 // The lines of a text.
 class reportmodel : public QAbstractListModel {
   public:
@@ -36,7 +40,7 @@ class reportmodel : public QAbstractListModel {
         for (std::size_t at = 0; at < content.size();) {
             starts.push_back(at);
             const std::size_t end = std::min(content.find('\n', at), content.size());
-            longest = std::max(longest, end - at);
+            longest = std::clamp(end - at, longest, std::size_t(longestshown));
             at = end + 1;
         }
         const QFontMetrics metrics(font);
@@ -54,13 +58,14 @@ class reportmodel : public QAbstractListModel {
         const std::string_view l = line(row);
         return QString::fromUtf8(l.data(), qsizetype(l.size()));
     }
+    QString shownline(int row) const { return qtext(shownname(line(row), longestshown)); }
     int lines() const { return int(starts.size()); }
     std::size_t longestline() const { return longest; }
     int rowCount(const QModelIndex& parent) const override {
         return parent.isValid() ? 0 : lines();
     }
     QVariant data(const QModelIndex& index, int role) const override {
-        if (role == Qt::DisplayRole) return text(index.row());
+        if (role == Qt::DisplayRole) return shownline(index.row());
         if (role == Qt::SizeHintRole) return size;
         if (role == Qt::FontRole) return font;
         return {};
@@ -89,7 +94,7 @@ class reportwindow : public QDialog {
         : QDialog(themainwindow, Qt::Window), name(path) {
         setObjectName("reportviewer");
         setAttribute(Qt::WA_DeleteOnClose);
-        setWindowTitle(qtext(viewertitle(path)));
+        setWindowTitle(qname(viewertitle(path)));
         auto* const rows = new QVBoxLayout(this);
         QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
         font.setStyleHint(QFont::Monospace);
@@ -151,7 +156,7 @@ class reportwindow : public QDialog {
         for (int i = 0; i < model->lines(); ++i) {
             const char first = model->line(i).empty() ? ' ' : model->line(i).front();
             if (first != '*' && first != '~' && first != 'W') continue;
-            const QString heading = headingof(model->text(i));
+            const QString heading = headingof(model->shownline(i));
             if (!heading.isEmpty()) sections->addItem(heading, i);
         }
     }
@@ -198,7 +203,7 @@ class reportwindow : public QDialog {
     void printall() {
         const reportlist report{QFileInfo(qtext(name)).fileName(), model->lines(),
                                 int(model->longestline()),
-                                [this](int line) { return model->text(line); }};
+                                [this](int line) { return model->shownline(line); }};
         printby(
             report.name,
             [&](QPrinter& printer, QPainter& painter) { printsheets(report, printer, painter); },

@@ -124,7 +124,7 @@ class viewdialog : public QDialog {
         }
         groups = new QComboBox(this);
         groups->setObjectName("Combo1");
-        for (int g = 1; g <= ngroups(); ++g) groups->addItem(qtext(groupname(g)));
+        for (int g = 1; g <= ngroups(); ++g) groups->addItem(qname(groupname(g)));
         grid->addWidget(groups, 1, 1, 1, 2);
         connect(groups, &QComboBox::activated, this,
                 guardedhandler([this](int) { choose(form.option); }));
@@ -223,7 +223,7 @@ class viewdialog : public QDialog {
         if (option == 1 && groups->currentIndex() < 0) groups->setCurrentIndex(0);
         take();
         getvalues(form);
-        chooseoption(form, option, groups->currentText().toStdString());
+        chooseoption(form, option, chosengroup());
         showform();
     }
     void selectionended() {
@@ -231,16 +231,20 @@ class viewdialog : public QDialog {
         showmodal(this);
         showform();
     }
+    std::string chosengroup() const {
+        const int g = groups->currentIndex() + 1;
+        return g > 0 ? groupname(g) : "";
+    }
     void take() {
         for (int i = 0; i < viewboxcount; ++i) form.box[i] = boxes[i]->text().toStdString();
         for (int i = 0; i < 3; ++i)
             if (options[i]->isChecked()) form.option = i;
-        form.group = groups->currentText().toStdString();
+        form.group = chosengroup();
     }
     void showform() {
         for (int i = 0; i < viewboxcount; ++i) showtext(boxes[i], form.box[i]);
         options[form.option]->setChecked(true);
-        groups->setCurrentIndex(groups->findText(qtext(form.group)));
+        groups->setCurrentIndex(form.group.empty() ? -1 : form.group0 - 1);
         selected->setText(qtext(form.selected));
         heading->setText(qtext(form.heading));
         for (int v = 1; v <= 4; ++v) {

@@ -10,6 +10,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
 #include "view/symbols.h"
@@ -143,9 +144,9 @@ static std::string labelof(int e) {
         case 2:
             return eltypname(long(elems(e, 0)));
         case 3:
-            return groupname(egroup(e));
+            return shownname(groupname(egroup(e)));
         case 5:
-            return elemname(e);
+            return shownname(elemname(e));
         default:
             return {};
     }

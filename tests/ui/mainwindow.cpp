@@ -9,7 +9,9 @@
 
 #include "core/model.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "edit/Mouseprocedures.h"
+#include "files/filemenu.h"
 #include "tests/support/recorder.h"
 #include "ui/dialogs.h"
 #include "ui/menus.h"
@@ -129,6 +131,45 @@ TEST(Mainwindow, NoLabelTakesATextForAPage) {
     EXPECT_GT(labels, 100);
     EXPECT_EQ(tips, 1);
     QToolTip::hideText();
+}
+
+// Characters of the longest text that a control lays out, and of its entries.
+static qsizetype longestof(QWidget* w) {
+    qsizetype longest = w->windowTitle().size();
+    for (const char* property : {"text", "title", "plainText", "toolTip"})
+        longest = std::max(longest, w->property(property).toString().size());
+    const auto* const list = qobject_cast<QComboBox*>(w);
+    const auto* const view = qobject_cast<QAbstractItemView*>(w);
+    const QAbstractItemModel* const model = list ? list->model() : view ? view->model() : nullptr;
+    for (int row = 0; model != nullptr && row < model->rowCount(); ++row)
+        longest = std::max(longest, model->index(row, 0).data().toString().size());
+    for (const QAction* action : w->actions()) longest = std::max(longest, action->text().size());
+    return longest;
+}
+
+// What is laid out grows with no name of a file; what is stored stays whole.
+TEST(Mainwindow, NamesWithoutEndAreShownByTheirBeginning) {
+    windowroom room;
+    const std::string endless(100000, 'n');
+    groupname(1) = lcname(1) = endless;
+    // A text that a line of its own would cut short at 32,767 characters.
+    lcombname(1) = endless;
+    lcomb(1, 1) = 1;
+    modelname = endless;
+    addrecentfile();
+    textcaption();
+    room.window.refresh();
+    for (const std::string& name : dialognames()) room.open(name);
+    int seen = 0;
+    for (QWidget* w : QApplication::allWidgets()) {
+        const qsizetype longest = longestof(w);
+        EXPECT_LT(longest, 400) << w->metaObject()->className() << w->objectName().toStdString();
+        seen += longest >= longestname;
+    }
+    EXPECT_GT(seen, 10);
+    for (const char* name : {"Loadcombinations", "Loadkees"})
+        room.open(name)->findChild<QPushButton*>("Command2")->click();
+    EXPECT_TRUE(lcombname(1) == endless && lcname(1) == endless);
 }
 
 TEST(Mainwindow, AHiddenDialogComesBackWhereItStood) {

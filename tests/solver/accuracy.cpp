@@ -365,6 +365,23 @@ TEST(Accuracy, MechanismsAreToldWithDirectionAndExtent) {
     expectwords(said, {"can move freely in D", "(along ", "with 5 nodes between ", "mechanism"});
 }
 
+// Four bars without a diagonal, inside a truss in an oblique plane that is held otherwise.
+TEST(Accuracy, MechanismsInsideAnObliquePartAreTold) {
+    build b;
+    const mat3 q = Eigen::AngleAxisd(0.7, vec3(1, 2, -1).normalized()).toRotationMatrix();
+    const int g = b.bar(2e5, 100);
+    for (int i = 0; i < 8; ++i) b.node(asstored(q * vec3(100 * (i / 2), 100 * (i % 2), 0)));
+    for (int i = 0; i < 6; ++i) b.element(typetruss, g, {i + 1, i + 3});
+    for (int i = 1; i < 4; ++i) b.element(typetruss, g, {2 * i + 1, 2 * i + 2});
+    b.element(typetruss, g, {1, 4}), b.element(typetruss, g, {5, 8});  // none from 3 to 6
+    b.fix({1, 2}, {1, 2, 3});
+    const vec3 push = q * vec3(0, 1, 0);
+    for (int k = 0; k < 3; ++k) b.load(1, 8, k + 1, push[k]);
+    expectwords(b.refusal(), {"can move freely in D", "(along ", "mechanism"});
+    b.element(typetruss, g, {3, 6});
+    EXPECT_EQ(b.refusal(), "");
+}
+
 TEST(Accuracy, ElementsTooSmallForTheirPlaceAreTold) {
     for (const double far : {1e4, 1e6}) {
         build b;

@@ -104,3 +104,33 @@ TEST(Verification, RingUnderPressureFromInside) {
         provequadratic(values, truth);
     }
 }
+
+// Thick cylinder in plane strain, five rings of a quarter, all but incompressible. A shell is in
+// plane stress by its nature and has no part in this.
+TEST(Verification, ThickCylinder) {
+    const double radii[] = {3, 3.5, 4.2, 5.2, 6.75, 9};
+    const struct {
+        double poisson, truth;
+    } rows[] = {{0.49, 5.0399e-3}, {0.499, 5.0602e-3}, {0.4999, 5.0623e-3}};
+    for (const auto& [poisson, truth] : rows) {
+        build b;
+        b.m.twod = true;
+        const int g = b.plate(1000, poisson, 1), n = 9;
+        b.field(g, fieldplane) = 1;
+        const grid at = b.mesh(typememb4, g, 5, n, [&](double r, double s) {
+            const double radius = radii[std::lround(5 * r)], angle = M_PI / 2 * s;
+            return vec3(radius * std::cos(angle), radius * std::sin(angle), 0);
+        });
+        b.fix(at.bottom(), {2}), b.fix(at.top(), {1});
+        for (int i = 0; i <= n; ++i) {
+            const double angle = M_PI / 2 * i / n, half = i == 0 || i == n ? 0.5 : 1;
+            const double push = half * 2 * 3 * std::tan(M_PI / 4 / n);
+            b.load(1, at.number(0, i), 1, push * std::cos(angle));
+            b.load(1, at.number(0, i), 2, push * std::sin(angle));
+        }
+        char name[80];
+        std::snprintf(name, sizeof name, "Thick cylinder in plane strain, nu %g", poisson);
+        prove({"membrane", name, meshname(typememb4, 5, n), "MH", 0, truth,
+               moved(solvebalanced(b), 1, at.number(0, 0), 1), 0.02});
+    }
+}

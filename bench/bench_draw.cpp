@@ -10,7 +10,7 @@
 #include <fstream>
 #include <vector>
 
-#include "bench/imagedoor.h"
+#include "bench/imageplatform.h"
 #include "bench/largemodel.h"
 #include "bench/ratio.h"
 #include "core/colours.h"
@@ -85,7 +85,7 @@ static void plainpolygons(QImage& image, const std::vector<facet>& list) {
     }
 }
 
-static void benchwire(imagedoor& door) {
+static void benchwire(imageplatform& platform) {
     for (const bool single : {true, false}) {
         single ? setoneview() : setfourviews();
         std::vector<std::vector<QLineF>> prepared;
@@ -93,7 +93,7 @@ static void benchwire(imagedoor& door) {
         for (int v = 1; v <= shownviews(); ++v) {
             autoscale(v);
             prepared.push_back(segments(v));
-            images.push_back(door.views[std::size_t(v - 1)].picture());
+            images.push_back(platform.views[std::size_t(v - 1)].picture());
         }
         const auto plain = [&] {
             for (std::size_t v = 0; v < images.size(); ++v) plainpass(images[v], prepared[v]);
@@ -106,11 +106,11 @@ static void benchwire(imagedoor& door) {
     }
 }
 
-static void benchhidden(imagedoor& door) {
+static void benchhidden(imageplatform& platform) {
     setoneview();
     autoscale(1);
     const std::vector<facet> list = facets(1);
-    QImage image = door.views[0].picture();
+    QImage image = platform.views[0].picture();
     mnudrawlist(10).checked = true;
     const auto plain = [&] { plainpolygons(image, list); };
     mnudrawlist(0).checked = false;
@@ -143,7 +143,7 @@ static void benchpicks() {
     printratio(
         "item under a moving pointer", 9, 3,
         [&] {
-            takepoint(1, place += 0.1, 8);
+            unprojectat(1, place += 0.1, 8);
             sum += hovernode(1).item;
         },
         plain);
@@ -255,16 +255,16 @@ static void benchpeer() {
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    imagedoor door;
-    setdoor(&door);
+    imageplatform platform;
+    setplatform(&platform);
     startsession();
     makelargemodel(1000);
-    benchwire(door);
+    benchwire(platform);
     benchletgo();
     benchlabels();
-    benchhidden(door);
+    benchhidden(platform);
     benchpicks();
     benchmove();
     benchpeer();
-    setdoor(nullptr);
+    setplatform(nullptr);
 }

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "bench/imagedoor.h"
+#include "bench/imageplatform.h"
 #include "bench/largemodel.h"
 #include "bench/plainread.h"
 #include "bench/ratio.h"
@@ -86,8 +86,8 @@ static void setfield(double length) {
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    imagedoor door;
-    setdoor(&door);
+    imageplatform platform;
+    setplatform(&platform);
     const std::string base = std::string(startsession()) + "/large";
     wirepost();
     makelargemodel(1000);
@@ -119,5 +119,5 @@ int main(int argc, char** argv) {
                 for (int c = 1; c <= 4; ++c) sum += cornerplace(e, c, 1).x;
             if (sum == 0) std::puts("nothing was projected");
         });
-    setdoor(nullptr);
+    setplatform(nullptr);
 }

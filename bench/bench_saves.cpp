@@ -35,13 +35,13 @@ namespace fs = std::filesystem;
 
 namespace {
 // Keeps silent, and answers Cancel or No.
-class quietdoor : public platform {
+class quietplatform : public platform {
   public:
     answers show(const messagebox& box) override {
         ++messages;
         return box.set == buttons::yesno ? answers::no : answers::cancel;
     }
-    filechoice choosefile(const filebox&) override { return {}; }
+    filechoice askfile(const filebox&) override { return {}; }
     int messages = 0;
 };
 
@@ -258,8 +258,8 @@ static void limitsize(const std::string& base, int points) {
 int main(int count, char** words) {
     const int kills = count > 1 ? std::atoi(words[1]) : 200;
     const int points = count > 2 ? std::atoi(words[2]) : 50;
-    quietdoor door;
-    setdoor(&door);
+    quietplatform platform;
+    setplatform(&platform);
     const fs::path folder =
         fs::temp_directory_path() / ("kalvane-saves-" + std::to_string(getpid()));
     fs::create_directories(folder / "home");

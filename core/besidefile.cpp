@@ -199,7 +199,7 @@ void besidefile::startflush() {
 }
 
 // The new file has rights and owner of the old one, as far as this user may give them.
-static void takerights(int file, const std::string& target) {
+static void copyrights(int file, const std::string& target) {
     struct stat old {
     }, now{};
     if (stat(target.c_str(), &old) != 0 || fstat(file, &now) != 0) return;
@@ -209,7 +209,7 @@ static void takerights(int file, const std::string& target) {
 }
 
 void besidefile::flush() {
-    if (!inplace) takerights(file, final);
+    if (!inplace) copyrights(file, final);
     if (fsync(file) != 0 && errno != EINVAL && errno != ENOTSUP) failed = true;
     finish();
 }
@@ -229,13 +229,13 @@ void besidefile::overwrite() {
     finish();
 }
 
-void besidefile::takeplace() {
+void besidefile::replacetarget() {
     finish();
     if (inplace) {
         overwrite();
         unlink(beside.c_str());
     } else {
-        takerights(file, final);
+        copyrights(file, final);
         if (rename(beside.c_str(), final.c_str()) != 0)
             throw runtimeerror{errpathaccess, "File can not be replaced: " + final + " (" +
                                                   std::strerror(errno) + ")"};

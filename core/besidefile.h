@@ -21,14 +21,15 @@ class besidefile {
 
     const std::string& target() const { return final; }  // behind links
     const std::string& path() const { return beside; }   // for a writer that opens it by its name
-    // The folder takes no new file: the text waits elsewhere, and takeplace overwrites the target.
+    // The folder takes no new file: the text waits elsewhere, and replacetarget overwrites the
+    // target.
     bool isinplace() const { return inplace; }
 
     void write(const char* data, std::size_t n);
     void startflush();  // the disk begins to write what it has; of several files, before any flush
     void flush();       // what was written is on the disk itself. Throws errdiskfull
     void finish();      // all writes went well. Throws errdiskfull
-    void takeplace();   // throws errpathaccess, errdiskfull
+    void replacetarget();  // throws errpathaccess, errdiskfull
     void leave();  // the file beside stays where it is, for a later opening to put in its place
 
   private:

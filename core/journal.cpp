@@ -508,7 +508,8 @@ static void surely(void (*part)()) {
     guarded(part, [](const runtimeerror& e) {
         forget();
         if (!std::exchange(told, true))
-            door().message("Step Back forgets what went before: " + e.what, icons::exclamation);
+            theplatform().message("Step Back forgets what went before: " + e.what,
+                                  icons::exclamation);
     });
 }
 
@@ -651,7 +652,7 @@ static bool take(std::vector<entry>& from, std::vector<entry>& to, int count, bo
     bool renumbered = false;
     for (int i = 0; i < count; ++i) {
         if (!hasroom(from.back())) {
-            door().message(
+            theplatform().message(
                 "The model of that step does not fit the declared sizes. Increase them: "
                 "[File,Model size..]",
                 icons::exclamation);

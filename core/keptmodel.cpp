@@ -116,17 +116,17 @@ void keptmodel::restore() {
 }
 
 template <typename T>
-static void takeover(T& now, T& kept) {
+static void movecells(T& now, T& kept) {
     now = std::move(kept);
 }
 
 template <typename T>
-static void takeover(array1<T>& now, array1<T>& kept) {
+static void movecells(array1<T>& now, array1<T>& kept) {
     for (long i = 0; i <= std::min(now.upper, kept.upper); ++i) now(i) = std::move(kept(i));
 }
 
 template <typename T>
-static void takeover(array2<T>& now, array2<T>& kept) {
+static void movecells(array2<T>& now, array2<T>& kept) {
     const long last = std::min(now.upper2, kept.upper2);
     for (long i = 0; i <= std::min(now.upper1, kept.upper1); ++i)
         for (long j = 0; j <= last; ++j)
@@ -134,7 +134,7 @@ static void takeover(array2<T>& now, array2<T>& kept) {
 }
 
 template <typename T>
-static void takeover(array3<T>& now, array3<T>& kept) {
+static void movecells(array3<T>& now, array3<T>& kept) {
     if (now.upper1 < 0) {  // results: allocated where they are read
         std::swap(now, kept);
         return;
@@ -147,7 +147,7 @@ static void takeover(array3<T>& now, array3<T>& kept) {
 }
 
 void keptmodel::restoreinto() {
-    eachpart(*kept, [](auto& now, auto& old) { takeover(now, old); });
+    eachpart(*kept, [](auto& now, auto& old) { movecells(now, old); });
     kept->look.restore();
 }
 

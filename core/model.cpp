@@ -123,7 +123,8 @@ bool allocmodel() {
             for (const modelarray& row : modelarrays()) allocate(row);
         },
         [](const runtimeerror&) {
-            door().message("Out of Memory, Reduce size of declaired model", icons::exclamation);
+            theplatform().message("Out of Memory, Reduce size of declaired model",
+                                  icons::exclamation);
         });
 }
 

@@ -41,7 +41,7 @@ void readmodelsize() {
         [](const runtimeerror&) {
             defaultmodelsize();
             modelsize(7) = loadcasesafterfailure;
-            door().message(
+            theplatform().message(
                 "Error reading Model size. Set your default model size!!  Use [File,Model size..] "
                 "from the main menu",
                 icons::exclamation);
@@ -56,7 +56,7 @@ void writemodelsize() {
             for (int i = 1; i <= nsizes; ++i) out.line(modelsize(i));
             out.commit();
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+        [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
 }
 
 // --- needs --------------------------------------------------------------------------------------
@@ -94,9 +94,10 @@ static void telllarge(int i) {
     modeltoolarge = true;
     if (agreed) return;
     const int graphicelements = 5;  // told without their number
-    door().message(texts[i] + (i == graphicelements ? "" : std::to_string(needed[std::size_t(i)])) +
-                       " on Model Size declairation form.",
-                   icons::exclamation);
+    theplatform().message(texts[i] +
+                              (i == graphicelements ? "" : std::to_string(needed[std::size_t(i)])) +
+                              " on Model Size declairation form.",
+                          icons::exclamation);
 }
 
 static void compare(int graphicsread) {
@@ -166,7 +167,7 @@ bool askenlarge() {
         if (exceeds(i))
             text += std::string("\n") + names[i] + ": " + numbertext(modelsize(i)) + " to " +
                     std::to_string(withroom(needed[std::size_t(i)]));
-    return door().yes("Declare larger sizes now and open the model?\n" + text);
+    return theplatform().yes("Declare larger sizes now and open the model?\n" + text);
 }
 
 bool enlargesizes() {

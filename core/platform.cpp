@@ -8,25 +8,25 @@
 #include "core/textfile.h"
 
 namespace {
-class consoledoor : public platform {
+class consoleplatform : public platform {
   public:
     answers show(const messagebox& box) override {
         std::fprintf(stderr, "%s\n", visible(box.text).c_str());
         if (box.set == buttons::ok) return answers::ok;
         return box.set == buttons::yesno ? answers::no : answers::cancel;
     }
-    filechoice choosefile(const filebox&) override { return {}; }
+    filechoice askfile(const filebox&) override { return {}; }
 };
 }  // namespace
 
 static platform* current = nullptr;
 
-platform& door() {
-    static consoledoor console;
+platform& theplatform() {
+    static consoleplatform console;
     return current ? *current : console;
 }
 
-void setdoor(platform* p) {
+void setplatform(platform* p) {
     current = p;
 }
 

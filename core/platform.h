@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The only door from the core to a screen: messages, questions, file dialogs, the main window's
+// The only way from the core to a screen: messages, questions, file dialogs, the main window's
 // state, the view surfaces, processes and progress. The window program implements it with its
 // toolkit, tests with a recorder that answers from a queue.
 #pragma once
@@ -54,7 +54,7 @@ class platform {
 
     // Talk with the user.
     virtual answers show(const messagebox& box) = 0;
-    virtual filechoice choosefile(const filebox& box) = 0;
+    virtual filechoice askfile(const filebox& box) = 0;
     void message(const std::string& text, icons icon = icons::none);
     bool yes(const std::string& question);  // Yes and No, question mark
 
@@ -104,5 +104,5 @@ class platform {
 
 // The platform in use. Until one is set, messages go to standard error and questions get
 // Cancel, or No where there is none.
-platform& door();
-void setdoor(platform* p);
+platform& theplatform();
+void setplatform(platform* p);

@@ -75,8 +75,8 @@ void prompt(const std::string& action, const std::string& item, const std::strin
 }
 
 void textcaption() {
-    door().showstatus(statusline());
-    door().refresh();
+    theplatform().showstatus(statusline());
+    theplatform().refresh();
 }
 
 void labelselect() {

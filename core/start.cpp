@@ -63,7 +63,7 @@ static void finishsession() {
     filllabels();
     contourflag.alloc(5);
     for (Flag& flag : contourflag.row()) flag = true;
-    door().showtitle(apptitle + ": " + modelname);
+    theplatform().showtitle(apptitle + ": " + modelname);
     textcaption();
 }
 
@@ -73,14 +73,14 @@ bool start(const std::string& directory) {
     std::filesystem::current_path(appdir, ignored);
     bool goon = true;
     const auto unexplained = [](const runtimeerror& e) {
-        door().message(
+        theplatform().message(
             "Unexplained error in procedure start; " + std::to_string(e.number) + " " + e.what,
             icons::critical);
     };
     if (!guarded(preparesession, unexplained)) return true;
     guarded(loadcatalogue, [&](const runtimeerror& e) {
         if (e.number == errfilenotfound) {
-            door().message(e.what, icons::critical);
+            theplatform().message(e.what, icons::critical);
             goon = false;
         } else {
             unexplained(e);

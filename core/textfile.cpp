@@ -369,5 +369,5 @@ besidefile textout::release() {
 
 void textout::commit() {
     close();
-    beside.takeplace();
+    beside.replacetarget();
 }

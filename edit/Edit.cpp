@@ -137,7 +137,7 @@ bool editpaste() {
     if (tmpelems(0, 0) != 0) checkselectitem(selectelements);
     if (tmpnodes(0, 0) == 0 && graphics2(0, 0, 0) == 0) return true;
     if (!bufferfits()) {
-        door().message(
+        theplatform().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
             "[File,modelsize..]",
             icons::exclamation);
@@ -178,7 +178,7 @@ static void deleteelements() {
 
 // New numbers of the nodes when the selected ones go that no element uses; 0 for those. Sets
 // attached when a selected one has to stay.
-static newnumbers numbersafter(bool& attached) {
+static newnumbers numbersafterdelete(bool& attached) {
     std::vector<bool> used(std::size_t(nnodes()) + 1, false);
     for (int e = 1; e <= nelems(); ++e)
         for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k) used[std::size_t(elems(e, k))] = true;
@@ -193,7 +193,7 @@ static newnumbers numbersafter(bool& attached) {
 }
 
 // Those that go alone remain in the list, for their picture.
-static void keepgoing(const newnumbers& number) {
+static void keeponlydeleted(const newnumbers& number) {
     int kept = 0;
     for (int i = 1; i <= nodesel(0); ++i)
         if (number[std::size_t(nodesel(i))] == 0) nodesel(++kept) = nodesel(i);
@@ -202,10 +202,11 @@ static void keepgoing(const newnumbers& number) {
 
 static void deletenodes(bool erase) {
     bool attached = false;
-    const newnumbers number = numbersafter(attached);
-    keepgoing(number);
+    const newnumbers number = numbersafterdelete(attached);
+    keeponlydeleted(number);
     if (erase) eraseselected();
-    if (attached) door().message("Node(s) attached to element are not deleted", icons::exclamation);
+    if (attached)
+        theplatform().message("Node(s) attached to element are not deleted", icons::exclamation);
     followitems(items::node, number);
     closeitems(items::node, number);
     nodesel(0) = 0;

@@ -59,7 +59,7 @@ static void drawaddednode(int n, int nview) {
 
 int addnodeat(int) {
     if (nnodes() == nodes.upper2) {
-        door().message(
+        theplatform().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
             "[File,modelsize..]",
             icons::exclamation);
@@ -96,7 +96,7 @@ static void addnodepress(int nview) {
 void wiremouse() {
     moderow row;
     row.flag = &addnodemode;
-    takepoints(row, addnodepress);
+    acceptpoints(row, addnodepress);
     row.end = endaddnode;
     row.enter = endbyescape;
     modes().push_back(row);
@@ -138,7 +138,7 @@ void startzoomwindow() {
     if (viewwindow) addready();
     endboxes();
     zoomwinmode = true;
-    door().crosspointer(true);
+    theplatform().crosspointer(true);
 }
 
 static void viewwindowpress(int nview) {
@@ -175,7 +175,7 @@ static void zoompress(int nview) {
     const double x = scrx, y = scry;
     if (!closebox(nview)) return;
     zoomwinmode = false;
-    door().crosspointer(false);
+    theplatform().crosspointer(false);
     copyview(nview, nview, bandx, bandy, x, y);
     drawview(nview);
 }
@@ -226,7 +226,7 @@ static void promptselected() {
 static void grouppress(int nview) {
     const nearest found = pickelement(nview);
     if (found.item == 0) {
-        door().message("Error find.notegroup", icons::exclamation);
+        theplatform().message("Error find.notegroup", icons::exclamation);
         return;
     }
     const int group = egroup(found.item);
@@ -314,7 +314,7 @@ static bool menuallowed() {
 bool showviewmenu(int nview) {
     if (!menuallowed()) return false;
     activeview = nview;
-    door().showpopup(isselection() ? 2 : 1);
+    theplatform().showpopup(isselection() ? 2 : 1);
     return true;
 }
 
@@ -338,11 +338,11 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     activeview = nview;
     std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
     if (zoomwinmode || viewwindow || windowdrag) given.emplace();
-    takepoint(nview, x, y);
+    unprojectat(nview, x, y);
     // A model that is full, above all: the press is told off and nothing else happens.
     guarded([&] { mousedriver(nview, button); },
-            [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
-    door().refresh();
+            [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
+    theplatform().refresh();
 }
 
 void pressat(double x, double y, double z) {
@@ -357,7 +357,7 @@ static void followpointer(int nview, double x, double y) {
     moderow* const row = runningmode();
     if (row == nullptr || !row->follow) return;
     const keptpoint kept;
-    takepoint(nview, x, y);
+    unprojectat(nview, x, y);
     row->follow(nview);
 }
 
@@ -367,21 +367,21 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
     const bool boxes = windowdrag && nview == bandview;
     if (!moves && !boxes) return;
     const keptpoint given;
-    takepoint(nview, x, y);
+    unprojectat(nview, x, y);
     if (moves) mousedrag(nview);
     if (boxes) {
         const keptpen pen;
         drawcolor = selcolor;
         rubberband(nview);
     }
-    door().refresh();
+    theplatform().refresh();
 }
 
 void viewmouseup(int nview, mousebuttons button, double x, double y) {
     if (button != mousebuttons::left) return;
     const step s(pressname());
     const keptpoint given;
-    takepoint(nview, x, y);
+    unprojectat(nview, x, y);
     if (movepending)
         moverelease(nview);
     else
@@ -390,7 +390,7 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
     const bool dragged = std::fabs(x - bandx) > dragreach || std::fabs(y - bandy) > dragreach;
     if (!windowdrag || nview != bandview || !dragged) return;
     mousedriver(nview, mousebuttons::left);
-    door().refresh();
+    theplatform().refresh();
 }
 
 // --- keys ---------------------------------------------------------------------------------------
@@ -427,5 +427,5 @@ void keyhandler(int code) {
     if (code == keyspace && row && row->space) row->space();
     if (code == keyspace && !row) nextgraphicpoint();
     if (code == keyback && row && row->back) row->back();
-    door().refresh();
+    theplatform().refresh();
 }

@@ -43,7 +43,7 @@ static void tellunread(const std::string& text) {
     box.text = text;
     box.title = "Error reading input";
     box.icon = icons::exclamation;
-    door().show(box);
+    theplatform().show(box);
 }
 
 // A number, but one beyond the range of a Double.
@@ -266,7 +266,7 @@ struct commandrow {
 static const commandrow commands[] = {
     {"dx=", true, parsecommand, relativemove},
     {"ax=", true, parsecommand, absolutemove},
-    {"hel", true, nullptr, [] { door().showdialog("cardhelp"); }},
+    {"hel", true, nullptr, [] { theplatform().showdialog("cardhelp"); }},
     {"fn=", true, parsecommand, findnode},
     {"rx=", false, parsecommand, [] { rotate(0); }},
     {"ry=", false, parsecommand, [] { rotate(1); }},
@@ -305,7 +305,7 @@ void runcommand(const std::string& text) {
     commandtext = text;
     guarded(dispatchcommand, [](const runtimeerror& e) {
         drawmoved(selcolor);
-        door().message(e.what, icons::exclamation);
+        theplatform().message(e.what, icons::exclamation);
     });
-    door().refresh();
+    theplatform().refresh();
 }

@@ -75,7 +75,7 @@ void endhover() {
     }
     hoverview = 0;
     hovered = nearest();
-    door().showstatus(statusline());
+    theplatform().showstatus(statusline());
 }
 
 static bool hovers() {
@@ -105,7 +105,7 @@ static nearest itemunder(int nview, selectitems item) {
 void hover(int nview, double x, double y) {
     if (!hovers()) return endhover();
     const keptpoint kept;
-    takepoint(nview, x, y);
+    unprojectat(nview, x, y);
     const selectitems item = runningmode() ? selectnodes : selectitem();
     const nearest found = itemunder(nview, item);
     if (found.item == 0) return endhover();
@@ -117,5 +117,6 @@ void hover(int nview, double x, double y) {
     hoverview = nview;
     hoverpicture = picturesdrawn;
     drawhovered(nview, item);
-    door().showstatus(statusline() + "   " + nameofitem(item) + " " + numbertext(found.item));
+    theplatform().showstatus(statusline() + "   " + nameofitem(item) + " " +
+                             numbertext(found.item));
 }

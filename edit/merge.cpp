@@ -88,8 +88,8 @@ class nodegrid {
 };
 
 // Which node stands for each: itself, or the one it was merged into.
-struct standins {
-    explicit standins(int count) : of(std::size_t(count) + 1) {
+struct survivors {
+    explicit survivors(int count) : of(std::size_t(count) + 1) {
         std::iota(of.begin(), of.end(), 0);
     }
     int find(int n) {
@@ -105,38 +105,39 @@ struct standins {
 
 }  // namespace
 
-static void mergenodepair(int keep, int drop, standins& stand) {
-    stand.of[std::size_t(drop)] = keep;
+static void mergenodepair(int keep, int drop, survivors& survivor) {
+    survivor.of[std::size_t(drop)] = keep;
 }
 
 // All nodes near the selected one, in number order from the first; when a lower one takes its
 // place the search goes on from there with that node's place.
-static int mergeone(int selected, const nodegrid& grid, standins& stand) {
-    int keep = stand.find(selected), passed = 0, merged = 0;
+static int mergeone(int selected, const nodegrid& grid, survivors& survivor) {
+    int keep = survivor.find(selected), passed = 0, merged = 0;
     for (;;) {
         const auto place = nodes.row(0, keep);
         int found = 0;
         grid.around(place.data(), [&](int n) {
-            if (n <= passed || n == keep || !stand.alive(n) || (found != 0 && n >= found)) return;
+            if (n <= passed || n == keep || !survivor.alive(n) || (found != 0 && n >= found))
+                return;
             if (isnear(place.data(), nodes.row(0, n).data())) found = n;
         });
         if (found == 0) return merged;
         passed = found;
         ++merged;
-        mergenodepair(std::min(found, keep), std::max(found, keep), stand);
+        mergenodepair(std::min(found, keep), std::max(found, keep), survivor);
         keep = std::min(found, keep);
     }
 }
 
 // New numbers of the nodes after those that were merged are taken out.
-static newnumbers closeup(standins& stand) {
+static newnumbers numbersaftermerge(survivors& survivor) {
     const int count = nnodes();
     newnumbers number(std::size_t(count) + 1, 0);
     int c = 0;
     for (int n = 1; n <= count; ++n)
-        if (stand.alive(n)) number[std::size_t(n)] = ++c;
+        if (survivor.alive(n)) number[std::size_t(n)] = ++c;
     for (int n = 1; n <= count; ++n)
-        if (!stand.alive(n)) number[std::size_t(n)] = number[std::size_t(stand.find(n))];
+        if (!survivor.alive(n)) number[std::size_t(n)] = number[std::size_t(survivor.find(n))];
     return number;
 }
 
@@ -197,8 +198,8 @@ static void dropcollapsed(const std::vector<int>& collapsed) {
                        " element(s) lost their shape because nodes of theirs were merged:";
     if (gone > 0) text += " " + numbertext(gone) + " removed";
     if (triangles > 0) text += (gone > 0 ? ", " : " ") + numbertext(triangles) + " made triangles";
-    door().message(text + ". The merge tolerance is " + numbertext(mergetol) + ".",
-                   icons::exclamation);
+    theplatform().message(text + ". The merge tolerance is " + numbertext(mergetol) + ".",
+                          icons::exclamation);
 }
 
 // candidate(i) for i = 1..count are the nodes that merge with all others.
@@ -206,12 +207,13 @@ template <typename Candidate>
 static int mergecandidates(int count, Candidate candidate) {
     if (count == 0 || !(mergetol > 0)) return 0;
     const nodegrid grid(nnodes(), [](int n) { return nodes.row(0, n).data(); });
-    standins stand(nnodes());
+    survivors survivor(nnodes());
     int merged = 0;
     for (int i = 1; i <= count; ++i)
-        if (const int n = candidate(i); n >= 1 && n <= nnodes()) merged += mergeone(n, grid, stand);
+        if (const int n = candidate(i); n >= 1 && n <= nnodes())
+            merged += mergeone(n, grid, survivor);
     if (merged == 0) return 0;
-    const newnumbers number = closeup(stand);
+    const newnumbers number = numbersaftermerge(survivor);
     const std::vector<int> collapsed = collapsing(number);
     followitems(items::node, number);
     closeitems(items::node, number);
@@ -319,7 +321,7 @@ std::string tolerancenote() {
 // --- reports ------------------------------------------------------------------------------------
 
 // Fields at the print zones of 14 columns.
-static std::string zones(const std::vector<std::string>& fields) {
+static std::string inprintzones(const std::vector<std::string>& fields) {
     const std::size_t zone = 14;
     std::string line;
     for (const std::string& field : fields) {
@@ -333,9 +335,10 @@ static std::string zones(const std::vector<std::string>& fields) {
 static bool maytakecomment() {
     const bool noted = !commenttext.empty() && commenttext != "No Info";
     if (!noted || !std::filesystem::exists(modelname + ".txt")) return true;
-    return door().yes(modelname +
-                      ".txt holds the comment of the model. The report takes its place until the "
-                      "model is saved again. Continue?");
+    return theplatform().yes(
+        modelname +
+        ".txt holds the comment of the model. The report takes its place until the "
+        "model is saved again. Continue?");
 }
 
 static int writereport(const std::vector<std::string>& lines) {
@@ -353,7 +356,7 @@ static int writereport(const std::vector<std::string>& lines) {
             notewritten(modelname, ".txt");
             written = int(lines.size());
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+        [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
     return written;
 }
 
@@ -369,7 +372,7 @@ int findmergenodes() {
         near.erase(std::unique(near.begin(), near.end()), near.end());
         for (const int b : near)
             lines.push_back(
-                zones({" " + numbertext(a), " " + numbertext(b), nodename(a), nodename(b)}));
+                inprintzones({" " + numbertext(a), " " + numbertext(b), nodename(a), nodename(b)}));
     }
     return writereport(lines);
 }
@@ -387,7 +390,7 @@ int finddoubleelems() {
         for (const int e : {keys[first].element, keys[i].element})
             for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
                 fields.push_back(" " + numbertext(elems(e, k)));
-        lines.push_back(zones(fields));
+        lines.push_back(inprintzones(fields));
     }
     return writereport(lines);
 }

@@ -48,7 +48,7 @@ void endboxes() {
     windowdrag = false;
     zoomwinmode = false;
     viewwindow = false;
-    door().crosspointer(false);
+    theplatform().crosspointer(false);
 }
 
 bool endpendingselection() {
@@ -72,7 +72,7 @@ void addready() {
     readyprompt();
 }
 
-void takepoints(moderow& row, void (*press)(int nview)) {
+void acceptpoints(moderow& row, void (*press)(int nview)) {
     row.press = press;
     row.lastpoint = [](double* point) {
         point[0] = modelx;

@@ -21,7 +21,7 @@ struct moderow {
     std::function<void(int nview)> follow = {};  // the pointer moves: the point is in modelx..
 };
 // A mode that takes points as presses do: a command's point goes to modelx.. and then to press.
-void takepoints(moderow& row, void (*press)(int nview));
+void acceptpoints(moderow& row, void (*press)(int nview));
 std::vector<moderow>& modes();
 moderow* runningmode();
 void endmode();                  // the one that runs

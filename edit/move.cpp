@@ -67,7 +67,7 @@ void editundo() {
     undostore.clear();
     dropundo();
     redrawall();
-    door().refresh();
+    theplatform().refresh();
 }
 
 // --- moving -------------------------------------------------------------------------------------
@@ -76,9 +76,9 @@ bool checkplace(const double* point) {
     const double most = std::numeric_limits<float>::max();
     for (int k = 0; k < 3; ++k) {
         if (std::fabs(point[k]) <= most) continue;  // not so for what is no number
-        door().message("The coordinate " + numbertext(point[k]) +
-                           " is beyond the range of coordinates. Nothing was changed.",
-                       icons::exclamation);
+        theplatform().message("The coordinate " + numbertext(point[k]) +
+                                  " is beyond the range of coordinates. Nothing was changed.",
+                              icons::exclamation);
         return false;
     }
     return true;
@@ -159,7 +159,7 @@ static void findway(const std::vector<float*>& points) {
     ways.assign(1, {0, 0, 0});
 }
 
-static void takereference() {
+static void setreference() {
     ways.clear();
     findway(selectedpoints());
     reference = {modelx, modely, modelz};
@@ -191,7 +191,7 @@ static void shifttopoint() {
 void movepress(int nview) {
     snapto(nview);
     if (!editing) {
-        takereference();
+        setreference();
         editing = true;
         pressed = true;
         pressx = scrx;

@@ -69,7 +69,7 @@ point2 projected(int nview, double x, double y, double z) {
 // --- elements -----------------------------------------------------------------------------------
 
 // The corners as drawn; false where none lies in the view's depth slab.
-static bool takecorners(int e, int elnn, int nview, drawncorner* corner) {
+static bool placecorners(int e, int elnn, int nview, drawncorner* corner) {
     bool inslab = false;
     for (int k = 0; k < elnn; ++k) {
         const placedpoint p = project(viewcamera, drawnplace(int(elems(e, k + 1)), nview));
@@ -91,7 +91,7 @@ static meeting meetingof(const pointer& p, int e) {
     meeting m;
     drawncorner corner[4];
     const int elnn = nodesoftype(elems(e, 0));
-    if (!takecorners(e, elnn, p.nview, corner) || isbeside(p, corner, elnn)) return m;
+    if (!placecorners(e, elnn, p.nview, corner) || isbeside(p, corner, elnn)) return m;
     double way = elnn == 1 ? p.distance(corner[0].at) : HUGE_VAL, along = 0;
     for (int k = 0; k < elnn && elnn > 1; ++k)
         way = std::min(way, distanceto(corner[k].at, corner[(k + 1) % elnn].at, p.at, along));
@@ -131,7 +131,7 @@ static const itemrows& keptrows(const pointer& p) {
         if (!isonshow(e, nview)) return false;
         drawncorner corner[4];
         const int elnn = nodesoftype(elems(e, 0));
-        takecorners(e, elnn, nview, corner);
+        placecorners(e, elnn, nview, corner);
         s = {corner[0].at.y, corner[0].at.y};
         for (int k = 1; k < elnn; ++k)
             s = {std::min(s.low, corner[k].at.y), std::max(s.high, corner[k].at.y)};

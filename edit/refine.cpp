@@ -220,14 +220,14 @@ static std::string noteon(const refinement& r, int before) {
 
 int refineelements() {
     if (elemsel(0) == 0) return 0;
-    if (!door().yes("This will refine all selected Elements, Continue?")) return 0;
+    if (!theplatform().yes("This will refine all selected Elements, Continue?")) return 0;
     const hourglass wait;
     const refinement r = split();
     std::vector<std::vector<int>> parts(std::size_t(nelems()) + 1);
     for (std::size_t i = 0; i < r.parts.size(); ++i)
         parts[std::size_t(r.parts[i].parent)].push_back(nelems() + int(i) + 1);
     if (!fits(r, parts)) {
-        door().message(
+        theplatform().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
             "[File,modelsize..]",
             icons::exclamation);
@@ -255,6 +255,6 @@ int refineelements() {
     pasteflag = true;  // at its release the selection merges with neighbours refined before
     redrawall();
     if (const std::string text = noteon(r, before); !text.empty())
-        door().message(text, icons::information);
+        theplatform().message(text, icons::information);
     return int(r.replaced.size());
 }

@@ -61,7 +61,8 @@ static void showsweep(const std::vector<int>& order) {
     for (std::size_t i = 0; i < order.size(); ++i) {
         if (i % batch == 0) {
             s->show();
-            door().progress("Renumbering the nodes", double(i) / double(order.size()), false);
+            theplatform().progress("Renumbering the nodes", double(i) / double(order.size()),
+                                   false);
             prepareview(activeview);  // what runs meanwhile may draw
         }
         setnode(order[i], activeview);

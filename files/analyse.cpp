@@ -112,8 +112,8 @@ struct runreport {
 }  // namespace
 
 // The solver prints "stage percentage"; anything else is kept as its last words.
-static void takewords(const std::string& text, std::string& stage, double& share,
-                      std::string& words) {
+static void readprogress(const std::string& text, std::string& stage, double& share,
+                         std::string& words) {
     std::size_t begin = 0;
     while (begin < text.size()) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
@@ -163,40 +163,40 @@ static runreport waitforsolver(const runlogfile& log) {
     double share = 0;
     std::error_code ec;
     while (fs::exists(controlfile(), ec)) {
-        const bool runs = door().processruns();
-        takewords(door().processwords(), stage, share, report.words);
+        const bool runs = theplatform().processruns();
+        readprogress(theplatform().processwords(), stage, share, report.words);
         if (!runs && fs::exists(controlfile(), ec)) {
             report.end = runend::crashed;
             removecontrolfile();
             return report;
         }
-        if (!door().progress("Analysing: " + stage, share)) {
-            door().killprocess();
+        if (!theplatform().progress("Analysing: " + stage, share)) {
+            theplatform().killprocess();
             removecontrolfile();
             report.end = runend::stopped;
             return report;
         }
-        door().yield(steplength);
+        theplatform().yield(steplength);
     }
     // The file's removal is the signal. A solver that lingers after it is not waited for, but gives
     // way to the next run; its results count when its log says that they are all there.
-    for (int waited = 0; door().processruns() && waited < patience; waited += steplength)
-        door().yield(steplength);
-    const bool lingers = door().processruns();
-    takewords(door().processwords(), stage, share, report.words);
+    for (int waited = 0; theplatform().processruns() && waited < patience; waited += steplength)
+        theplatform().yield(steplength);
+    const bool lingers = theplatform().processruns();
+    readprogress(theplatform().processwords(), stage, share, report.words);
     if (lingers) {
-        door().killprocess();
+        theplatform().killprocess();
         if (log.isnewandcomplete()) return report;
         report.words = "Another program has removed " + controlfile() + " before the solver's end";
         report.end = runend::refused;
-    } else if (door().processcode() != 0) {
+    } else if (theplatform().processcode() != 0) {
         report.end = runend::refused;
     }
     return report;
 }
 
 // A frame drawn in one plane is free to fall out of it: the other analysis may be the one meant.
-static std::string hintoftwod(const std::string& words) {
+static std::string noteoftwod(const std::string& words) {
     if (dim2d || words.find("mechanism") == words.npos) return {};
     for (int n = 1; n <= nnodes(); ++n)
         if (nodes(0, n, 2) != 0) return {};
@@ -209,17 +209,18 @@ static void tellend(const runreport& report) {
         case runend::finished:
             return;
         case runend::stopped:
-            door().message("The analysis was cancelled; there are no new results.");
+            theplatform().message("The analysis was cancelled; there are no new results.");
             return;
         case runend::refused:
-            door().message(
-                "The analysis ended without results.\n" + report.words + hintoftwod(report.words),
+            theplatform().message(
+                "The analysis ended without results.\n" + report.words + noteoftwod(report.words),
                 icons::exclamation);
             return;
         case runend::crashed:
-            door().message("The solver stopped without finishing the analysis. Its last words: " +
-                               (report.words.empty() ? "none" : report.words),
-                           icons::critical);
+            theplatform().message(
+                "The solver stopped without finishing the analysis. Its last words: " +
+                    (report.words.empty() ? "none" : report.words),
+                icons::critical);
             return;
     }
 }
@@ -231,7 +232,7 @@ class runlock {
   public:
     runlock() {
         menulock = true;
-        door().refresh();
+        theplatform().refresh();
         if (clearmem != 1) return;
         beside.emplace();
         std::swap(sizes, modelsize);
@@ -241,10 +242,10 @@ class runlock {
         curlc = curlcomb = 1;
     }
     ~runlock() {
-        door().endprogress();
+        theplatform().endprogress();
         if (beside) regainmodel();
         menulock = false;
-        door().endprogress();
+        theplatform().endprogress();
     }
     runlock(const runlock&) = delete;
     runlock& operator=(const runlock&) = delete;
@@ -255,9 +256,10 @@ class runlock {
         std::swap(sizes, modelsize);
         const std::string name = modelname;
         if (!guarded([&] { openmodel(name); }, [](const runtimeerror&) {}) || nnodes() != count) {
-            door().message("The model could not be read back after the analysis; it stands in " +
-                               name + ".tek. Open it with [File,Open..].",
-                           icons::critical);
+            theplatform().message(
+                "The model could not be read back after the analysis; it stands in " + name +
+                    ".tek. Open it with [File,Open..].",
+                icons::critical);
             modelname.clear();  // a save must not put what is left over the files
             showmodelname();
             return;
@@ -274,7 +276,7 @@ class runlock {
 }  // namespace
 
 static void startsolver(const std::string& program) {
-    guarded([&] { door().startprocess(program, {}, appdir); },
+    guarded([&] { theplatform().startprocess(program, {}, appdir); },
             [&](const runtimeerror& e) {
                 removecontrolfile();
                 throw runtimeerror{e.number, "The solver could not be started: " + e.what};
@@ -302,22 +304,22 @@ static void tellsummary(double seconds) {
     if (warned > 0) text += warned == 1 ? ", 1 warning" : ", " + numbertext(warned) + " warnings";
     const std::string results = resultsummary ? resultsummary() : "";
     if (!results.empty()) text += "; " + results;
-    door().showstatus(text);
+    theplatform().showstatus(text);
 }
 
 static void tellnotstarted(const std::string& why) {
-    door().message("The analysis was not started: " + why, icons::exclamation);
+    theplatform().message("The analysis was not started: " + why, icons::exclamation);
 }
 
 // Another window's run is waited for; false when the user would rather not.
-static bool takelock(solverlock& lock) {
+static bool acquirelock(solverlock& lock) {
     const int steplength = 100;  // milliseconds between two looks
     bool waits = true;
-    while (waits && !lock.take(modelname)) {
-        waits = door().progress("Waiting for the analysis of " + solverlock::owner(), 0);
-        door().yield(steplength);
+    while (waits && !lock.acquire(modelname)) {
+        waits = theplatform().progress("Waiting for the analysis of " + solverlock::owner(), 0);
+        theplatform().yield(steplength);
     }
-    door().endprogress();
+    theplatform().endprogress();
     if (!waits) tellnotstarted("another window is analysing, " + solverlock::owner());
     return waits;
 }
@@ -334,7 +336,7 @@ static bool clearway() {
     box.icon = icons::question;
     box.preset = answers::no;
     std::error_code ec;
-    if (door().show(box) != answers::yes) return false;
+    if (theplatform().show(box) != answers::yes) return false;
     for (const std::string& path : foreign) fs::remove(path, ec);
     return true;
 }
@@ -358,7 +360,7 @@ static void runlocked(const std::string& program) {
     const auto begin = std::chrono::steady_clock::now();
     std::optional<runend> end;
     guarded([&] { end = runonmodel(program); },
-            [](const runtimeerror& e) { door().message(e.what, icons::critical); });
+            [](const runtimeerror& e) { theplatform().message(e.what, icons::critical); });
     if (end == runend::finished) {
         dorenumber = 0;
         stressloaded = false;
@@ -368,7 +370,7 @@ static void runlocked(const std::string& program) {
     } else if (end) {
         dropresults();  // the solver has removed the files of the run before
     }
-    door().refresh();
+    theplatform().refresh();
     redrawall();
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     if (end == runend::finished) tellsummary(taken.count());
@@ -378,14 +380,14 @@ void runanalysis() {
     const hourglass wait;
     solverlock lock;
     bool ready = false;
-    guarded([&] { ready = takelock(lock) && saveforrun() && clearway(); },
+    guarded([&] { ready = acquirelock(lock) && saveforrun() && clearway(); },
             [](const runtimeerror& e) { tellnotstarted(e.what); });
     if (!ready) return;
     const std::string program = findsolver();
     if (program.empty())
-        door().message("The solver program feiflu was not found in " + appdir +
-                           "; place it in the same directory as kalvane",
-                       icons::critical);
+        theplatform().message("The solver program feiflu was not found in " + appdir +
+                                  "; place it in the same directory as kalvane",
+                              icons::critical);
     else
         runlocked(program);
 }

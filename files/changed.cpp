@@ -18,21 +18,21 @@ class checksum {
   public:
     template <typename T>
     void add(std::span<const T> cells) {
-        take(cells.data(), cells.size_bytes());
+        mix(cells.data(), cells.size_bytes());
     }
     template <typename T>
     void add(T value) {
-        take(&value, sizeof value);
+        mix(&value, sizeof value);
     }
     void add(const std::string& text) {
         add(text.size());
-        take(text.data(), text.size());
+        mix(text.data(), text.size());
     }
     std::uint64_t value = 0;
 
   private:
     // Eight bytes a step; the factor is the golden ratio of 2^64, odd, so that no step loses a bit.
-    void take(const void* from, std::size_t bytes) {
+    void mix(const void* from, std::size_t bytes) {
         const auto* at = static_cast<const char*>(from);
         for (; bytes > 0; at += 8) {
             std::uint64_t word = 0;

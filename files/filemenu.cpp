@@ -75,9 +75,9 @@ static const fileformat* findformat(const std::string& extension) {
 }
 
 static reply refuse(const std::string& path) {
-    door().message("Files of type \"" + fs::path(path).extension().string() +
-                       "\" can not be used here: " + path,
-                   icons::exclamation);
+    theplatform().message("Files of type \"" + fs::path(path).extension().string() +
+                              "\" can not be used here: " + path,
+                          icons::exclamation);
     return reply::failed;
 }
 
@@ -97,7 +97,7 @@ static void afteropen() {
     for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
     nodesel(0) = 0;
     setscrollbars();
-    door().refresh();
+    theplatform().refresh();
     redrawall();
 }
 
@@ -128,7 +128,7 @@ static bool mayleave() {
     box.text = "Save model ?";
     box.set = buttons::yesnocancel;
     box.icon = icons::question;
-    const answers answer = door().show(box);
+    const answers answer = theplatform().show(box);
     return answer == answers::no || (answer == answers::yes && menusave() == reply::done);
 }
 
@@ -142,7 +142,7 @@ reply menuopen() {
     box.title = "Retrieve Model";
     box.filter = openfilter;
     box.filterindex = 2;
-    const filechoice choice = door().choosefile(box);
+    const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return reply::cancelled;
     return openfile(choice.path);
 }
@@ -152,7 +152,7 @@ reply menuimport() {
     box.title = "Import Model";
     box.filter = importfilter;
     box.filterindex = 2;
-    const filechoice choice = door().choosefile(box);
+    const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return reply::cancelled;
     const splitpath parts = splitformodel(choice.path);
     const double groupsbefore = groups(0, 0);
@@ -179,7 +179,7 @@ reply menusave() {
     box.filterindex = 2;
     box.saving = true;
     if (isnamed()) box.path = modelname + ".tek";
-    const filechoice choice = door().choosefile(box);
+    const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return reply::cancelled;
     splitpath parts = split(absolute(choice.path));
     if (parts.extension.empty()) parts.extension = extensionoffilter(choice.filterindex);
@@ -228,7 +228,7 @@ const std::vector<std::string>& recentfiles() {
 void addrecentfile() {
     if (!isnamed() || std::ranges::find(recent, modelname) != recent.end()) return;
     recent.push_back(modelname);
-    door().refresh();
+    theplatform().refresh();
 }
 
 reply openrecent(int i) {
@@ -247,16 +247,16 @@ static bool askandend(buttons set) {
     box.text = "Save model before Exit?";
     box.set = set;
     box.icon = icons::question;
-    const answers answer = door().show(box);
+    const answers answer = theplatform().show(box);
     if (answer == answers::cancel) return false;
     if (answer == answers::yes && !savebeforeexit()) return false;
-    door().endprogram();
+    theplatform().endprogram();
     return true;
 }
 
 bool exitprompt(closemodes mode) {
     if (mode == closemodes::user) return askandend(buttons::yesno);
-    door().endprogram();
+    theplatform().endprogram();
     return true;
 }
 

@@ -31,8 +31,8 @@ void showmodelname() {
     std::string parts;
     for (const std::string& path : unreadfiles(modelname))
         parts += (parts.empty() ? "" : ", ") + fs::path(path).filename().string();
-    door().showtitle(apptitle + ": " + modelname +
-                     (parts.empty() ? "" : " (incomplete, not read: " + parts + ")"));
+    theplatform().showtitle(apptitle + ": " + modelname +
+                            (parts.empty() ? "" : " (incomplete, not read: " + parts + ")"));
 }
 
 namespace {
@@ -116,7 +116,7 @@ static void telldamage(const runtimeerror& e) {
         text +=
             ". The model needs more than the declared sizes; increase them with [File,Model "
             "size..]";
-    door().message(text, icons::exclamation);
+    theplatform().message(text, icons::exclamation);
 }
 
 static void readside(const std::string& name, const readstep& step) {
@@ -140,10 +140,10 @@ static void checkgroupsused() {
         egroup(e) = 1;
     }
     if (count > 0)
-        door().message(std::to_string(count) + " element(s), the first number " +
-                           std::to_string(first) +
-                           ", use a group that does not exist; they were put into group 1",
-                       icons::exclamation);
+        theplatform().message(std::to_string(count) + " element(s), the first number " +
+                                  std::to_string(first) +
+                                  ", use a group that does not exist; they were put into group 1",
+                              icons::exclamation);
 }
 
 enum class tekresult { read, toolarge, unreadable };
@@ -154,7 +154,7 @@ static tekresult readtekstep(const std::string& name) {
             [&](const runtimeerror& e) {
                 result = tekresult::unreadable;
                 if (e.number == errsubscript) checksize();
-                if (!modeltoolarge) door().message(e.what, icons::exclamation);
+                if (!modeltoolarge) theplatform().message(e.what, icons::exclamation);
             });
     if (result == tekresult::read) checksize();
     return modeltoolarge ? tekresult::toolarge : result;
@@ -171,7 +171,7 @@ static bool bringback(keptmodel& before) {
     before.restore();
     modelname = previousname;
     showmodelname();
-    door().endprogress();
+    theplatform().endprogress();
     return false;
 }
 
@@ -208,7 +208,7 @@ bool openmodel(const std::string& name) {
     tekresult result = readset(name);
     if (result == tekresult::toolarge && !menulock) result = readlarger(name);
     if (result == tekresult::unreadable) return bringback(before);
-    door().endprogress();
+    theplatform().endprogress();
     stressloaded = false;
     if (result == tekresult::toolarge) {
         dropmodel();
@@ -217,7 +217,7 @@ bool openmodel(const std::string& name) {
     checkgroupsused();
     markassaved();
     showmodelname();
-    door().refresh();
+    theplatform().refresh();
     return true;
 }
 

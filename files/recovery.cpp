@@ -269,7 +269,7 @@ bool readcopy(const orphan& copy) {
             before.restore();
             modelname = name;
             std::ranges::copy(sizes.row(), modelsize.row().begin());
-            door().message(e.what, icons::exclamation);
+            theplatform().message(e.what, icons::exclamation);
         });
     if (good) noteunsaved();
     return good;

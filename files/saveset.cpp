@@ -224,9 +224,9 @@ void saveset::writerecord() {
 }
 
 // From here on the save counts: what can not be renamed now stays for the next opening.
-void saveset::takeplaces() {
+void saveset::replacetargets() {
     try {
-        for (member& m : files) m.file.takeplace();
+        for (member& m : files) m.file.replacetarget();
     } catch (const runtimeerror&) {
         for (member& m : files)
             if (!m.file.isinplace()) m.file.leave();
@@ -240,7 +240,7 @@ void saveset::commit() {
     for (const member& m : files) folders.insert(folderof(m.file.target()));
     for (const std::string& folder : folders) flushfolder(folder);
     if (openrecord()) writerecord();
-    takeplaces();
+    replacetargets();
     for (const std::string& folder : folders) flushfolder(folder);
     for (const member& m : files) notewritten(base, m.extension);
     if (record < 0) return;

@@ -30,7 +30,7 @@ class saveset {
     };
     bool openrecord();
     void writerecord();
-    void takeplaces();
+    void replacetargets();
     std::string base;
     std::vector<member> files;
     int record = -1;

@@ -72,7 +72,7 @@ static bool askno(const std::string& question) {
     box.set = buttons::yesno;
     box.icon = icons::question;
     box.preset = answers::no;
-    return door().show(box) == answers::yes;
+    return theplatform().show(box) == answers::yes;
 }
 
 static std::vector<std::string> only(std::vector<std::string> paths, const std::string& extension) {
@@ -186,7 +186,7 @@ static failurechoice askafterfailure(const std::vector<problem>& problems, bool 
         box.captions = {"Save &As...", "&Keep"};
         box.preset = answers::cancel;
     }
-    switch (door().show(box)) {
+    switch (theplatform().show(box)) {
         case answers::yes:
             return failurechoice::replace;
         case answers::no:
@@ -216,7 +216,7 @@ static bool endfailure(std::optional<saveset>& set, std::vector<problem>& proble
 // extension: of the one step to run; empty for all.
 static bool runsave(const std::string& extension) {
     if (!agreestoreplace(extension)) {
-        door().showstatus("Not saved: " + modelname);
+        theplatform().showstatus("Not saved: " + modelname);
         return false;
     }
     std::vector<problem> problems;
@@ -226,7 +226,7 @@ static bool runsave(const std::string& extension) {
         set.reset();
     };
     if (guarded([&] { set.emplace(modelname); }, failed)) runsteps(*set, extension, problems);
-    door().endprogress();
+    theplatform().endprogress();
     if (problems.empty()) guarded([&] { commitset(*set, extension); }, failed);
     if (!problems.empty()) return endfailure(set, problems);
     showmodelname();

@@ -38,14 +38,15 @@ void editsize(sizeform& form, int box) {
 }
 
 // Whole numbers from 1 up; false after a message that names the first box that holds none.
-static bool takesizes(const sizeform& form, std::array<int, 7>& sizes) {
+static bool readsizes(const sizeform& form, std::array<int, 7>& sizes) {
     const double most = 2e9;
     for (std::size_t i = 0; i < 7; ++i) {
         const double value = numberof(form.text[i]);
         if (!(value >= 1 && value <= most) || value != std::floor(value)) {
-            door().message(std::string(sizelabels[i]) + ": a whole number from 1 up is needed, \"" +
-                               form.text[i] + "\" is none",
-                           icons::exclamation);
+            theplatform().message(std::string(sizelabels[i]) +
+                                      ": a whole number from 1 up is needed, \"" + form.text[i] +
+                                      "\" is none",
+                                  icons::exclamation);
             return false;
         }
         sizes[i] = int(value);
@@ -71,7 +72,7 @@ static bool resizemodel() {
 
 bool applysizes(sizeform& form) {
     std::array<int, 7> sizes{}, old{};
-    if (!takesizes(form, sizes)) return false;
+    if (!readsizes(form, sizes)) return false;
     const hourglass wait;
     addready();
     for (std::size_t i = 0; i < 7; ++i) old[i] = modelsize(long(i) + 1);

@@ -26,7 +26,7 @@ struct settingline {
 
 static int labeldigits = 3;  // number of label digits, kept for the file
 
-static settingline positive(double& value, double most) {
+static settingline positiveline(double& value, double most) {
     return {[&value](textout& out) { out.put(value); },
             [&value, most](textin& in) {
                 const double read = in.number();
@@ -37,7 +37,7 @@ static settingline positive(double& value, double most) {
 }
 
 // Proximity tests are strict: at 0 nothing merges.
-static settingline tolerance(double& value) {
+static settingline toleranceline(double& value) {
     return {[&value](textout& out) { out.put(value); },
             [&value](textin& in) {
                 const double read = in.number();
@@ -47,7 +47,7 @@ static settingline tolerance(double& value) {
             }};
 }
 
-static settingline whole(int& value, int low, int high) {
+static settingline wholeline(int& value, int low, int high) {
     return {[&value](textout& out) { out.put(value); },
             [&value, low, high](textin& in) {
                 const long read = in.whole();
@@ -69,13 +69,14 @@ static settingline colourline(colour& value) {
             }};
 }
 
-static settingline single(array1<float>& list, int i) {
+static settingline singleline(array1<float>& list, int i) {
     return {[&list, i](textout& out) { out.put(list(i)); },
             [&list, i](textin& in) { list(i) = in.single(); }};
 }
 
 // Refuses what is not good for a view: a scale or an eye distance of 0 collapses the picture.
-static settingline single(array1<float>& list, int v, bool (*isgood)(float), const char* wanted) {
+static settingline singleline(array1<float>& list, int v, bool (*isgood)(float),
+                              const char* wanted) {
     return {[&list, v](textout& out) { out.put(list(v)); },
             [&list, v, isgood, wanted](textin& in) {
                 const float value = in.single();
@@ -87,7 +88,7 @@ static settingline single(array1<float>& list, int v, bool (*isgood)(float), con
 }
 
 // Written #TRUE# and #FALSE#; read in any case, with or without the marks, and as 0, -1 or 1.
-static bool readtruth(textin& in) {
+static bool readflag(textin& in) {
     std::string word = in.text();
     std::erase(word, '#');
     for (char& c : word)
@@ -98,60 +99,61 @@ static bool readtruth(textin& in) {
     return false;
 }
 
-static settingline truth(std::function<bool()> get, std::function<void(bool)> set) {
+static settingline flagline(std::function<bool()> get, std::function<void(bool)> set) {
     return {[get](textout& out) { out.raw(get() ? "#TRUE#" : "#FALSE#"); },
-            [set](textin& in) { set(readtruth(in)); }};
+            [set](textin& in) { set(readflag(in)); }};
 }
 
-static settingline check(array1<menustate>& list, int i) {
-    return truth([&list, i] { return list(i).checked; },
-                 [&list, i](bool on) { list(i).checked = on; });
+static settingline checkline(array1<menustate>& list, int i) {
+    return flagline([&list, i] { return list(i).checked; },
+                    [&list, i](bool on) { list(i).checked = on; });
 }
 
-static void addfont(std::vector<settingline>& lines, labelfont& font, colour& c) {
+static void addfontlines(std::vector<settingline>& lines, labelfont& font, colour& c) {
     lines.push_back({[&font](textout& out) { out.quoted(font.name); },
                      [&font](textin& in) { font.name = in.text(); }});
-    lines.push_back(truth([&font] { return font.bold; }, [&font](bool on) { font.bold = on; }));
-    lines.push_back(truth([&font] { return font.italic; }, [&font](bool on) { font.italic = on; }));
-    lines.push_back(positive(font.size, 1000));
+    lines.push_back(flagline([&font] { return font.bold; }, [&font](bool on) { font.bold = on; }));
+    lines.push_back(
+        flagline([&font] { return font.italic; }, [&font](bool on) { font.italic = on; }));
+    lines.push_back(positiveline(font.size, 1000));
     lines.push_back(colourline(c));
 }
 
-static settingline underline(labelfont& font) {
-    return truth([&font] { return font.underline; }, [&font](bool on) { font.underline = on; });
+static settingline underlineline(labelfont& font) {
+    return flagline([&font] { return font.underline; }, [&font](bool on) { font.underline = on; });
 }
 
 static std::vector<settingline> settinglines() {
     std::vector<settingline> lines;
     lines.push_back({[](textout& out) { out.put(singleview ? 1 : 0); },
                      [](textin& in) { singleview = in.whole() != 0; }});
-    lines.push_back(tolerance(nodetol));
-    lines.push_back(whole(labeldigits, 0, 15));
-    lines.push_back(whole(stressglobal, 0, 1));
-    lines.push_back(truth([] { return bool(dim2d); }, [](bool on) { dim2d = on; }));
+    lines.push_back(toleranceline(nodetol));
+    lines.push_back(wholeline(labeldigits, 0, 15));
+    lines.push_back(wholeline(stressglobal, 0, 1));
+    lines.push_back(flagline([] { return bool(dim2d); }, [](bool on) { dim2d = on; }));
     for (int v = 1; v <= nviews; ++v)
-        for (auto* list : {&viewvert, &viewhor}) lines.push_back(single(*list, v));
+        for (auto* list : {&viewvert, &viewhor}) lines.push_back(singleline(*list, v));
     for (int v = 1; v <= nviews; ++v) {
-        lines.push_back(single(
+        lines.push_back(singleline(
             viewscale, v, [](float scale) { return scale > 0; }, "a view scale above 0"));
-        lines.push_back(single(viewaw, v));
-        lines.push_back(single(
+        lines.push_back(singleline(viewaw, v));
+        lines.push_back(singleline(
             viewdist, v, [](float distance) { return distance != 0; },
             "an eye distance other than 0"));
-        for (auto* list : {&viewptx, &viewpty, &viewptz}) lines.push_back(single(*list, v));
+        for (auto* list : {&viewptx, &viewpty, &viewptz}) lines.push_back(singleline(*list, v));
     }
     for (colour* c :
          {&backcolor, &meshcolor, &nodecolor, &patchcolor, &selcolor, &freecolor, &graphcolor,
           &concolor, &rotcolor, &loadcolor, &momcolor, &edgecolor, &defcolor, &hidcolor})
         lines.push_back(colourline(*c));
-    lines.push_back(positive(unitveclen, 2));
-    for (int i : {2, 3, 4}) lines.push_back(check(mnuSettingsItem, i));
-    for (int i : {0, 1, 2, 3}) lines.push_back(check(mnudrawlist, i));
-    for (int i : {0, 1, 2}) lines.push_back(check(viewloads, i));
-    addfont(lines, nodelabelfont, nodelabelcolor);
-    lines.push_back(underline(nodelabelfont));  // node labels alone have this line
-    addfont(lines, elemlabelfont, elemlabelcolor);
-    lines.push_back(whole(labelsize, 1, 200));
+    lines.push_back(positiveline(unitveclen, 2));
+    for (int i : {2, 3, 4}) lines.push_back(checkline(mnuSettingsItem, i));
+    for (int i : {0, 1, 2, 3}) lines.push_back(checkline(mnudrawlist, i));
+    for (int i : {0, 1, 2}) lines.push_back(checkline(viewloads, i));
+    addfontlines(lines, nodelabelfont, nodelabelcolor);
+    lines.push_back(underlineline(nodelabelfont));  // node labels alone have this line
+    addfontlines(lines, elemlabelfont, elemlabelcolor);
+    lines.push_back(wholeline(labelsize, 1, 200));
     return lines;
 }
 
@@ -169,8 +171,8 @@ void savesettings() {
             }
             out.commit();
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
-    if (saved) door().showstatus("Settings saved in " + settingsfile());
+        [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
+    if (saved) theplatform().showstatus("Settings saved in " + settingsfile());
 }
 
 // Exactly one entry of the load view is on; the last one where the file has none of the others.
@@ -189,14 +191,15 @@ void getsettings() {
         },
         [](const runtimeerror& e) {
             addready();
-            door().message(e.what + (e.number == errfilenotfound
-                                         ? "\nStore settings first with [File,Save Settings]."
-                                         : ""),
-                           icons::exclamation);
+            theplatform().message(
+                e.what + (e.number == errfilenotfound
+                              ? "\nStore settings first with [File,Save Settings]."
+                              : ""),
+                icons::exclamation);
         });
     stressloaded = false;  // the axes of stresses may be others now
     completeloads();
     arrangeviews();
-    door().refresh();
+    theplatform().refresh();
     redrawall();
 }

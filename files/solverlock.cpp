@@ -73,7 +73,7 @@ static void writeowner(int file, const std::string& model) {
     [[maybe_unused]] const ssize_t n = pwrite(file, text.data(), text.size(), 0);
 }
 
-bool solverlock::take(const std::string& model) {
+bool solverlock::acquire(const std::string& model) {
     const std::string path = inappdir("EEM.LCK");
     for (;;) {
         file = open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
@@ -111,7 +111,7 @@ void deletecontrolfile() {
     guarded(
         [] {
             solverlock lock;
-            if (lock.take("")) removecontrolfile();
+            if (lock.acquire("")) removecontrolfile();
         },
         [](const runtimeerror&) {});
 }

@@ -16,7 +16,7 @@ class solverlock {
 
     // False while another process holds it. Ends a solver whose window is gone. Throws
     // errpathaccess where the directory takes no file.
-    bool take(const std::string& model);
+    bool acquire(const std::string& model);
     // Who holds it: "process 4711 (/home/me/bridge)".
     static std::string owner();
 

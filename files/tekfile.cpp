@@ -17,12 +17,12 @@
 static const int rowsperreport = 20000;  // rows between two looks at the progress window
 
 static void reportsaving(const char* what, int row, double share) {
-    if (row % rowsperreport == 0) door().progress(what, share, false);
+    if (row % rowsperreport == 0) theplatform().progress(what, share, false);
 }
 
 // While menus are locked the model comes back from an analysis: that reading is never given up.
 static void reportreading(const char* what, int row, const textin& in) {
-    if (row % rowsperreport != 0 || door().progress(what, in.share(), !menulock) || menulock)
+    if (row % rowsperreport != 0 || theplatform().progress(what, in.share(), !menulock) || menulock)
         return;
     throw runtimeerror{errstopped, "The reading of the model was cancelled"};
 }
@@ -143,7 +143,8 @@ void readtek(const std::string& base) {
     // A model is not lost for what its views looked at.
     guarded([&] { readviews(in); },
             [](const runtimeerror& e) {
-                door().message(e.what + "; the views stay as in a new model", icons::exclamation);
+                theplatform().message(e.what + "; the views stay as in a new model",
+                                      icons::exclamation);
             });
 }
 

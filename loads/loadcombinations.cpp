@@ -193,7 +193,7 @@ void delloadcomb(combinationform& form) {
         form.message = "Not allowed, one loadcombination minimum";
         return;
     }
-    if (!door().yes("Delete loadcombination?")) return;
+    if (!theplatform().yes("Delete loadcombination?")) return;
     removeloadcomb(curlcomb);
     loadloadcomb(form);
     putloadcomb(form);

@@ -237,7 +237,7 @@ void updateloadcase(loadcaseform& form) {
     };
     guarded(store, [&](const runtimeerror& e) {
         form.message = e.what;  // the reason, beside the message
-        door().message("Check loadcases, Error occured", icons::exclamation);
+        theplatform().message("Check loadcases, Error occured", icons::exclamation);
     });
 }
 
@@ -272,7 +272,7 @@ void delloadcase(loadcaseform& form) {
         form.message = "Not allowed, one loadcase minimum";
         return;
     }
-    if (!door().yes("Delete loadcase?")) return;
+    if (!theplatform().yes("Delete loadcase?")) return;
     removeloadcase(curlc);
     notechange(form);
     dropresults();

@@ -109,8 +109,8 @@ void startattributes(attributemodes mode) {
     editnodalload = mode == attributemodes::nodalloads;
     editelemload = mode == attributemodes::elementloads;
     if (mode == attributemodes::none) linepressure = true;
-    door().refresh();
-    door().showdialog("nodeattributes");
+    theplatform().refresh();
+    theplatform().showdialog("nodeattributes");
 }
 
 static void listnodes(attributeform& form) {
@@ -145,8 +145,8 @@ void Initiate(attributeform& form) {
     editing = true;
     fillitems(form);
     if (form.items.front() == noselection)
-        door().message("Please, select node(s)or elements before adding boundary conditions",
-                       icons::exclamation);
+        theplatform().message("Please, select node(s)or elements before adding boundary conditions",
+                              icons::exclamation);
     form.chosen = 0;
     form.cases.clear();
     for (int lc = 1; lc <= nlc(); ++lc) form.cases.push_back(lcname(lc));
@@ -301,7 +301,7 @@ static void tellnoneofkind(bool nodal, const attributeform& form) {
     const std::string what = attributemode() == attributemodes::constraints ? "Constraints"
                              : nodal                                        ? "Nodal loads"
                                                                             : "Element loads";
-    door().message(
+    theplatform().message(
         what + " are applied to " + kind + ", " +
             (ischosennumber(form) ? "the list holds " + std::string(nodal ? "elements" : "nodes")
                                   : "but none is selected") +
@@ -311,7 +311,7 @@ static void tellnoneofkind(bool nodal, const attributeform& form) {
 
 // What the fields go to: the chosen number, or the whole selection of the mode's kind. False after
 // a message where that is nothing, and without one for "None".
-static bool takeitems(const attributeform& form, bool nodal, std::vector<int>& items) {
+static bool gatheritems(const attributeform& form, bool nodal, std::vector<int>& items) {
     items.clear();
     if (form.items[std::size_t(form.chosen)] == noselection) return false;
     if (!ischosennumber(form)) {
@@ -351,18 +351,19 @@ void applysingelemload(const attributeform& form, int e) {
 
 void applyconstrains(const attributeform& form) {
     std::vector<int> items;
-    if (takeitems(form, true, items)) rewriteconstraints(items, nodalfields(form, constraintlabel));
+    if (gatheritems(form, true, items))
+        rewriteconstraints(items, nodalfields(form, constraintlabel));
 }
 
 void applyloads(const attributeform& form) {
     std::vector<int> items;
-    if (takeitems(form, true, items))
+    if (gatheritems(form, true, items))
         rewritenodalloads(curlc, items, nodalfields(form, form.loadlabel));
 }
 
 void applyelemloads(const attributeform& form) {
     std::vector<int> items;
-    if (takeitems(form, false, items)) rewriteelementloads(curlc, items, elementfields(form));
+    if (gatheritems(form, false, items)) rewriteelementloads(curlc, items, elementfields(form));
 }
 
 void applyattributes(attributeform& form) {

@@ -84,7 +84,7 @@ static void divider(reporttext& r, const char* text) {
 }
 
 static void reportprogress(double share) {
-    if (!door().progress("Writing the report", share))
+    if (!theplatform().progress("Writing the report", share))
         throw runtimeerror{errstopped, "The report was cancelled"};
 }
 
@@ -140,8 +140,8 @@ bool savereport(const std::string& base) {
     bool whole = true;
     const auto told = [&](const runtimeerror& e) {
         whole = false;
-        door().endprogress();
-        door().message(e.what, icons::exclamation);
+        theplatform().endprogress();
+        theplatform().message(e.what, icons::exclamation);
     };
     guarded(
         [&] {
@@ -155,9 +155,9 @@ bool savereport(const std::string& base) {
             r.out.commit();
         },
         told);
-    door().endprogress();
+    theplatform().endprogress();
     // A file that the report did without is told in the report.
-    door().showstatus(whole ? "Report written: " + base + ".rpt" : statusline());
+    theplatform().showstatus(whole ? "Report written: " + base + ".rpt" : statusline());
     prepareplot();  // the legend and the value at the pointer live on what a plot has read
     return whole;
 }
@@ -176,7 +176,7 @@ bool writereport() {
     box.filterindex = 2;
     box.saving = true;
     if (isnamed()) box.path = modelname + ".rpt";
-    const filechoice choice = door().choosefile(box);
+    const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return false;
     const std::string base =
         withoutextension(std::filesystem::path(choice.path).lexically_normal().string());
@@ -185,13 +185,13 @@ bool writereport() {
     return savereport(base);
 }
 
-std::string choosereport() {
+std::string askreport() {
     filebox box;
     box.title = "View Report";
     box.filter = "All Files (*.*)|*.*|Reports (*.rpt)|*.rpt|FE model (*.tek)|*.tek";
     box.filterindex = 2;
     if (isnamed()) box.path = modelname + ".rpt";
-    const filechoice choice = door().choosefile(box);
+    const filechoice choice = theplatform().askfile(box);
     return choice.chosen ? choice.path : std::string();
 }
 

@@ -31,7 +31,7 @@ extern std::array<bool, sectioncount> reportwanted;
 // The button Write: asks for a name and writes the report. False when nothing was written.
 bool writereport();
 // The button View: the name of the report to show, empty when none was chosen.
-std::string choosereport();
+std::string askreport();
 std::string viewertitle(const std::string& path);
 
 // Writes base + ".rpt". Results are those beside the model; the display's own, the combination in

@@ -112,7 +112,7 @@ static void spreadindex() {
     indexmin = v == 0 ? -1 : v - spread;
 }
 
-static void takecorner(int e, int corner, double value, bool& below) {
+static void includevalue(int e, int corner, double value, bool& below) {
     indexmin = std::min(indexmin, value);
     indexmax = std::max(indexmax, value);
     if (corner > nodesoftype(elems(e, 0))) return;
@@ -132,7 +132,7 @@ void contourscale() {
         if (!isplotted(e)) continue;
         const int corners = stress ? stresscorners : nodesoftype(elems(e, 0));
         bool below = false;  // has the element a value that opens it to the filled painter?
-        for (int c = 1; c <= corners; ++c) takecorner(e, c, plotvalue(e, c), below);
+        for (int c = 1; c <= corners; ++c) includevalue(e, c, plotvalue(e, c), below);
         unfilled += !below;
     }
     if (highest.e == 0) indexmin = indexmax = 0;
@@ -144,12 +144,12 @@ void contourscale() {
 
 // --- preparation --------------------------------------------------------------------------------
 
-static bool refused;  // the stress file of the present choices could not be read
-static bool ready;
+static bool stressunreadable;  // the stress file of the present choices could not be read
+static bool plotprepared;
 
 void retryresults() {
     stressloaded = false;
-    refused = false;
+    stressunreadable = false;
 }
 
 // Other parts may give up the stresses, or the model may have outgrown them.
@@ -158,24 +158,24 @@ static bool isloaded() {
 }
 
 bool plotready() {
-    return ready && (!plotsstress() || isloaded());
+    return plotprepared && (!plotsstress() || isloaded());
 }
 
 static bool preparestress() {
     lineelstress = iselementstress();
-    if (refused) return false;
+    if (stressunreadable) return false;
     if (!isloaded()) stressloaded = false;
-    refused = !readstress();
-    return !refused;
+    stressunreadable = !readstress();
+    return !stressunreadable;
 }
 
 bool prepareplot() {
-    ready = false;
+    plotprepared = false;
     if (!iscontour() && !iselementstress()) return false;
     fillpalette();
     if (plotsstress() ? !preparestress() : !fieldread || fieldisnoise) return false;
     contourscale();
-    ready = true;
+    plotprepared = true;
     return true;
 }
 

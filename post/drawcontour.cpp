@@ -43,7 +43,7 @@ static bool isfilledwhole(int e, int elnn) {
 }
 
 static void paintelement(int e, int elnn, int nview) {
-    takeelement(e, nview);
+    prepareelement(e, nview);
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
     if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
         paintface(nview, elnn, backcolor);

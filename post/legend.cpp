@@ -222,7 +222,7 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
 
 void drawlegend() {
     if (toprinter != 0) return;  // a printed page has a column for it
-    surface* const s = door().legendsurface();
+    surface* const s = theplatform().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);
     if (legendshown()) drawlegendon(*s, 0, 0, s->width(), s->height());

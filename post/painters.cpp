@@ -45,7 +45,7 @@ static point2 project(const spot& p, int nview) {
     return project(viewcamera, {float(scale * p.x), float(scale * p.y), float(scale * p.z)}).at;
 }
 
-void takeelement(int e, int nview) {
+void prepareelement(int e, int nview) {
     const float factor = float(1 - undeformed) * dispscale(nview);
     const int corners = nodesoftype(elems(e, 0));
     for (int c = 1; c <= corners; ++c) {

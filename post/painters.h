@@ -11,7 +11,7 @@ extern float ev[6];                // value
 extern int en[6];                  // node number
 
 // Places of the corners of element e as drawn, deformed while undeformed is 0, and their values.
-void takeelement(int e, int nview);
+void prepareelement(int e, int nview);
 // The whole face in one colour.
 void paintface(int nview, int corners, int colour);
 // Lines at the ten levels of the index, those at indexmin and indexmax included. corners other

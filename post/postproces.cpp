@@ -50,7 +50,7 @@ int readheader(textin& in) {
 static const int rowsperreport = 20000;  // rows between two looks at the progress window
 
 static void reportreading(const char* what, int row, const textin& in) {
-    if (row % rowsperreport != 0 || door().progress(what, in.share())) return;
+    if (row % rowsperreport != 0 || theplatform().progress(what, in.share())) return;
     throw runtimeerror{errstopped, "The reading of " + in.name() + " was cancelled"};
 }
 
@@ -91,7 +91,7 @@ static void needblock(const textin& in, int blocks, const char* what) {
 }
 
 // Adds factor times value to a cell; the first load case sets it.
-static void sumup(const textin& in, float& cell, int l, float factor, double value) {
+static void addtosum(const textin& in, float& cell, int l, float factor, double value) {
     cell = stored(in, (l == 1 ? 0 : double(cell)) + double(factor) * value);
 }
 
@@ -110,9 +110,9 @@ static std::string readdispfile(rotations wanted) {
             const noderow row = readnoderow(in, anadof);
             const double value[3] = {row.x, row.y, row.z};
             for (int k = 0; k < 3; ++k) {
-                sumup(in, nodes(1, n, k), l, lcfactor, value[k]);
+                addtosum(in, nodes(1, n, k), l, lcfactor, value[k]);
                 if (wanted == rotations::keep && anadof >= 2)
-                    sumup(in, nodes(0, n, k), l, lcfactor, row.rotation[k]);
+                    addtosum(in, nodes(0, n, k), l, lcfactor, row.rotation[k]);
             }
             most = std::max(most, lengthof(n));
             maxdisp = most;
@@ -128,10 +128,10 @@ static bool readguarded(const std::function<void()>& read, const char* message) 
     fieldnote.clear();
     fieldread = guarded(read, [&](const runtimeerror& e) {
         fieldnote = e.what;
-        door().showstatus(e.what);  // the reason, beside the message
-        door().message(message, icons::exclamation);
+        theplatform().showstatus(e.what);  // the reason, beside the message
+        theplatform().message(message, icons::exclamation);
     });
-    door().endprogress();
+    theplatform().endprogress();
     return fieldread;
 }
 
@@ -160,7 +160,7 @@ static void keepplaces() {
 // To the status line; what the user gave up ends the report too.
 static void tellquietly(const runtimeerror& e) {
     if (e.number == errstopped) throw e;
-    door().showstatus(e.what);
+    theplatform().showstatus(e.what);
 }
 
 bool readdispreport() {
@@ -231,7 +231,7 @@ static void readreactions() {
                 dispres.clear();
                 if (e.number != errfilenotfound && fieldnote.empty()) fieldnote = e.what;
             });
-    door().endprogress();
+    theplatform().endprogress();
 }
 
 bool readshape() {

@@ -123,7 +123,7 @@ static void drawfoot(surface& page, double width, double top) {
 }
 
 void printview() {
-    surface* const page = door().printsurface();
+    surface* const page = theplatform().printsurface();
     if (page == nullptr || vieww <= 0 || viewh <= 0) return;
     const bool legend = legendshown();
     const double paperwidth = page->width(), height = page->height() - footheight;
@@ -151,15 +151,15 @@ void printview() {
 }
 
 static void tellproblem() {
-    door().message("There was a problem printing to your printer.", icons::exclamation);
+    theplatform().message("There was a problem printing to your printer.", icons::exclamation);
 }
 
 void menuprint() {
-    switch (door().startprint()) {
+    switch (theplatform().startprint()) {
         case printstart::cancelled:
             return;
         case printstart::noprinter:
-            door().message("No printer found", icons::exclamation);
+            theplatform().message("No printer found", icons::exclamation);
             return;
         case printstart::failed:
             tellproblem();
@@ -167,7 +167,8 @@ void menuprint() {
         case printstart::begun:
             break;
     }
-    const bool drawn = guarded(printview, [](const runtimeerror& e) { door().showstatus(e.what); });
-    if (!door().endprint(drawn)) tellproblem();
+    const bool drawn =
+        guarded(printview, [](const runtimeerror& e) { theplatform().showstatus(e.what); });
+    if (!theplatform().endprint(drawn)) tellproblem();
     redrawall();
 }

@@ -119,9 +119,9 @@ void tellvalue(int nview, double x, double y) {
     static bool told;
     const std::string text = valueunder(nview, x, y);
     if (!text.empty())
-        door().showstatus(text);
+        theplatform().showstatus(text);
     else if (told)
-        door().showstatus(statusline());
+        theplatform().showstatus(statusline());
     told = !text.empty();
 }
 

@@ -90,13 +90,13 @@ static std::string resultnote() {
 static void tellnote() {
     static bool told;
     const std::string note = resultnote();
-    if (told || !note.empty()) door().showstatus(note.empty() ? statusline() : note);
+    if (told || !note.empty()) theplatform().showstatus(note.empty() ? statusline() : note);
     told = !note.empty();
 }
 
 void showresults() {
     prepareplot();
-    door().refresh();
+    theplatform().refresh();
     redrawall();
     tellnote();
 }
@@ -108,7 +108,7 @@ static bool toggle(postitem item) {
 }
 
 // A set that another model has left empty gives way to all elements.
-static void takeset() {
+static void refreshset() {
     noteselection();
     if (postcount == 0) postset = 0;
 }
@@ -125,7 +125,7 @@ void showdeformed() {
 void showcontour() {
     const hourglass wait;
     if (toggle(contourplot)) {
-        takeset();
+        refreshset();
         menupostItem(elementstress).checked = false;
         if (contourdata == 1) readfield();
     } else {
@@ -137,7 +137,7 @@ void showcontour() {
 void showelementstress() {
     const hourglass wait;
     if (toggle(elementstress)) {
-        takeset();
+        refreshset();
         menupostItem(contourplot).checked = false;
     }
     showresults();

@@ -74,7 +74,8 @@ static void readblock(textin& in, float factor) {
         former = e;
         addrecord(in, factor, e, corner);
         elemstress(0, e, 0) = corner;
-        if (++records % recordsperreport == 0 && !door().progress("Reading stresses", in.share()))
+        if (++records % recordsperreport == 0 &&
+            !theplatform().progress("Reading stresses", in.share()))
             throw runtimeerror{errstopped, "The reading of the stresses was cancelled"};
     }
 }
@@ -125,7 +126,7 @@ static bool readonce(Onfail onfail) {
         elemstress.clear();
         onfail(e);
     });
-    door().endprogress();
+    theplatform().endprogress();
     running = false;
     return good;
 }
@@ -133,11 +134,11 @@ static bool readonce(Onfail onfail) {
 bool readstress() {
     return readonce([](const runtimeerror& e) {
         if (e.number == errfilenotfound)
-            door().message("Stress output file: " + stressfile() + " Not found",
-                           icons::exclamation);
+            theplatform().message("Stress output file: " + stressfile() + " Not found",
+                                  icons::exclamation);
         else
-            door().message("Error occurred while trying to read stresses. " + e.what,
-                           icons::exclamation);
+            theplatform().message("Error occurred while trying to read stresses. " + e.what,
+                                  icons::exclamation);
     });
 }
 
@@ -145,7 +146,7 @@ bool readstressquiet() {
     bool stopped = false;
     const bool good = readonce([&](const runtimeerror& e) {
         stopped = e.number == errstopped;
-        door().showstatus(e.what);
+        theplatform().showstatus(e.what);
     });
     if (stopped) throw runtimeerror{errstopped, "The report was cancelled"};
     return good;

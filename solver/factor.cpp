@@ -24,19 +24,19 @@ namespace {
 // Numbers without a first value.
 class room {
   public:
-    void take(std::int64_t count) {
+    void allocate(std::int64_t count) {
         const std::size_t line = 64;  // bytes of the cache
         const std::size_t bytes = std::size_t(std::max<std::int64_t>(count, 1)) * sizeof(double);
-        leave();
+        release();
         data = static_cast<double*>(std::aligned_alloc(line, (bytes + line - 1) / line * line));
         if (data == nullptr) throw std::bad_alloc();
     }
-    void leave() {
+    void release() {
         std::free(data);
         data = nullptr;
     }
     room() = default;
-    ~room() { leave(); }
+    ~room() { release(); }
     room(room&& other) noexcept : data(std::exchange(other.data, nullptr)) {}
     room(const room&) = delete;
     room& operator=(const room&) = delete;
@@ -203,7 +203,7 @@ void factor::inside::measure() {
 }
 
 void factor::analyse(const sparsematrix& a) {
-    in->values.leave();
+    in->values.release();
     in->tree = findsupernodes(a);
     in->measure();
 }
@@ -304,7 +304,7 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
         const auto at = std::size_t(s);
         const std::int64_t size = tree.update(s).size();
         const bool keep = !parallel && s == list.back();
-        if (keep) kept[at].take(size);
+        if (keep) kept[at].allocate(size);
         double* const u = keep ? kept[at].data : w.end;
         const bool shared = parallel && operationsof(tree, s) > worthsharing;
         if (!workfront(a, s, w.local, u, shared)) return false;
@@ -312,7 +312,7 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
         for (const int c : tree.children[at]) {
             if (kept[std::size_t(c)].data == nullptr)
                 begin = std::min(begin, updates[std::size_t(c)]);
-            kept[std::size_t(c)].leave();
+            kept[std::size_t(c)].release();
         }
         updates[at] = keep ? u : begin;
         if (!keep && begin != u) std::memmove(begin, u, std::size_t(size) * sizeof(double));
@@ -323,11 +323,11 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
 
 bool factor::factorise(const sparsematrix& a) {
     inside& f = *in;
-    if (f.values.data == nullptr) f.values.take(f.place.back());
+    if (f.values.data == nullptr) f.values.allocate(f.place.back());
     f.updates.assign(std::size_t(f.tree.size()), nullptr);
     std::vector<room> kept{std::size_t(f.tree.size())};
     worker above;
-    above.stack.take(f.topstack);
+    above.stack.allocate(f.topstack);
     above.end = above.stack.data;
     stretch done{0, 0};
     for (const stretch& next : f.stretches) {
@@ -336,7 +336,7 @@ bool factor::factorise(const sparsematrix& a) {
         const int count = next.subtrees - done.subtrees;
         parallelpieces(count, 1, [&](int first, int last, int thread) {
             worker& w = workers[std::size_t(thread)];
-            if (w.stack.data == nullptr) w.stack.take(f.stack);
+            if (w.stack.data == nullptr) w.stack.allocate(f.stack);
             for (int i = first; i < last && definite; ++i) {
                 w.end = w.stack.data;
                 const auto& list = f.subtrees[std::size_t(done.subtrees + i)];

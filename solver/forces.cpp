@@ -39,7 +39,7 @@ class rigidfit {
     }
 
     // Takes the motion out of u, of which rest (or null) is left off.
-    void takeout(const double* rest, double* u) const {
+    void removemotion(const double* rest, double* u) const {
         vec3 shift = vec3::Zero(), moment = vec3::Zero();
         for (int i = 0; i < at.nodes; ++i) {
             const Eigen::Map<const vec3> translation(u + stride * i);
@@ -87,7 +87,7 @@ void elementforces(const model& m, const settings& s, const dofmap& d, const dis
                     dofs.index[a] < 0
                         ? 0
                         : u.rest[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])];
-            fit.takeout(u.rest.empty() ? nullptr : rest, ue.col(c).data());
+            fit.removemotion(u.rest.empty() ? nullptr : rest, ue.col(c).data());
         }
     }
     f.noalias() = k * ue;

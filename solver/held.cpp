@@ -109,7 +109,7 @@ static std::vector<char> surelystiff(const model& m, const dofmap& d) {
 
 // All directions in which a spring has any stiffness count alike: they have nothing to do with each
 // other.
-static void levelout(elmatrix& k) {
+static void equalisestiffness(elmatrix& k) {
     const Eigen::SelfAdjointEigenSolver<elmatrix> spectrum(k);
     const double rounding = 1e-13;
     k.setZero();
@@ -119,7 +119,7 @@ static void levelout(elmatrix& k) {
 }
 
 // Element matrix with unit largest diagonal among translations and among rotations.
-static void takeoutsize(const elementkind& kind, elmatrix& k) {
+static void scaletounit(const elementkind& kind, elmatrix& k) {
     const int count = int(k.rows());
     elvector size = elvector::Zero(count);
     for (int i = 0; i < count; ++i)
@@ -132,7 +132,7 @@ static void takeoutsize(const elementkind& kind, elmatrix& k) {
             const double by = std::sqrt(size[i] * size[j]);
             k(i, j) = by > 0 ? k(i, j) / by : 0;
         }
-    if (kind.fam == family::point || kind.fam == family::link) levelout(k);
+    if (kind.fam == family::point || kind.fam == family::link) equalisestiffness(k);
 }
 
 static void addelement(const model& m, const settings& s, const dofmap& d, int number,
@@ -141,7 +141,7 @@ static void addelement(const model& m, const settings& s, const dofmap& d, int n
     const elementkind& kind = kindof(e.type);
     elmatrix k;
     kind.stiffness(e, k);
-    takeoutsize(kind, k);
+    scaletounit(kind, k);
     vec6 row[mostdofs];
     int block[mostdofs];
     for (int i = 0; i < e.nodes; ++i)

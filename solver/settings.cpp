@@ -52,7 +52,7 @@ static std::string trimmed(const std::string& text) {
     return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
 }
 
-static bool takereal(settings& s, const std::string& key, double number, bool& inrange) {
+static bool setreal(settings& s, const std::string& key, double number, bool& inrange) {
     for (const realkey& k : realkeys) {
         if (key != k.name) continue;
         const double most = 1e30;
@@ -63,7 +63,7 @@ static bool takereal(settings& s, const std::string& key, double number, bool& i
     return false;
 }
 
-static bool takewhole(settings& s, const std::string& key, double number, bool& inrange) {
+static bool setwhole(settings& s, const std::string& key, double number, bool& inrange) {
     for (const wholekey& k : wholekeys) {
         if (key != k.name) continue;
         inrange = number >= k.least && number <= k.most && number == double(int(number));
@@ -73,7 +73,7 @@ static bool takewhole(settings& s, const std::string& key, double number, bool& 
     return false;
 }
 
-static void takeline(settings& s, const std::string& text, const std::string& where, runlog& log) {
+static void storeline(settings& s, const std::string& text, const std::string& where, runlog& log) {
     const std::size_t equals = text.find('=');
     if (equals == text.npos)
         refuse(where + ": \"key = value\" was expected, found \"" + toutf8(text.substr(0, 40)) +
@@ -83,7 +83,7 @@ static void takeline(settings& s, const std::string& text, const std::string& wh
     double number = 0;
     bool inrange = false;
     const bool isnumber = readnumber(value, number);
-    if (!takereal(s, key, number, inrange) && !takewhole(s, key, number, inrange)) {
+    if (!setreal(s, key, number, inrange) && !setwhole(s, key, number, inrange)) {
         log.warn(where + ": the key \"" + toutf8(key.substr(0, 40)) +
                  "\" is not known and ignored");
         return;
@@ -102,7 +102,7 @@ settings parsesettings(const std::string& text, const std::string& name, runlog&
         begin = end + 1;
         content = trimmed(content.substr(0, content.find_first_of("#;")));
         if (content.empty() || content.front() == '[') continue;
-        takeline(s, content, name + ", line " + std::to_string(line), log);
+        storeline(s, content, name + ", line " + std::to_string(line), log);
     }
     return s;
 }

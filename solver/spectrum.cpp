@@ -13,7 +13,7 @@
 #include "solver/refuse.h"
 
 static const int fewmasses = 200, manymasses = 2000;
-static const int agains = 4;  // vectors of each further look
+static const int furthervectors = 4;  // vectors of each further look
 
 // --- few masses ---------------------------------------------------------------------------------
 
@@ -148,7 +148,7 @@ static void lookagain(reduced& op, int wanted, std::int64_t most, runlog& log) {
         const bool full = op.value.size() >= wanted;
         const ritzpairs first = lanczos(op, 1, most, full ? rough : fine);
         if (first.value.size() == 0 || (full && !(first.value[0] > smallest))) return;
-        const ritzpairs more = lanczos(op, agains, most, fine);
+        const ritzpairs more = lanczos(op, furthervectors, most, fine);
         if (more.value.size() == 0) return;
         log.line("A further look found " + std::to_string(more.value.size()) + " mode(s)");
         const Eigen::Index before = op.value.size(), count = more.value.size();

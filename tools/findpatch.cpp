@@ -162,7 +162,7 @@ static bool tellfound() {
     box.text = "found patch";
     box.set = buttons::okcancel;
     box.icon = icons::information;
-    return door().show(box) == answers::ok;
+    return theplatform().show(box) == answers::ok;
 }
 
 int findpatch() {
@@ -178,6 +178,6 @@ int findpatch() {
             if (!tellfound()) return found;
         }
     clearselection();
-    if (found == 0) door().message("No lines form a closed loop", icons::information);
+    if (found == 0) theplatform().message("No lines form a closed loop", icons::information);
     return found;
 }

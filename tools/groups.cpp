@@ -205,7 +205,7 @@ void deletegroup(groupform& form) {
         form.message = "Choose the group to delete from the list";
         return;
     }
-    if (!door().yes("Delete Group?")) return;
+    if (!theplatform().yes("Delete Group?")) return;
     if (isused(g)) {
         form.message = "Not deleted,Group in use";
         return;
@@ -255,7 +255,7 @@ void togglesprings(groupform& form) {
 }
 
 static void updateall(groupform& form) {
-    if (!door().yes("Edit will be applied to all groups, continue?")) return;
+    if (!theplatform().yes("Edit will be applied to all groups, continue?")) return;
     for (int k = 1; k <= groupfields; ++k) {
         double value = 0;
         const std::string& text = form.text[std::size_t(k)];

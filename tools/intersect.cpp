@@ -171,7 +171,7 @@ static void connectall(bool pieces) {
 static void tellcurves() {
     for (int i = 1; i <= graphsel(0, 0); ++i)
         if (kindof(graphics, graphsel(i, 0)) == kindcurve)
-            return door().message("Intersection with Arc not Supported", icons::information);
+            return theplatform().message("Intersection with Arc not Supported", icons::information);
 }
 
 // Lines that overlapped are cut into the same pieces: of those that the command made, after the
@@ -189,7 +189,8 @@ static void droptwice(int before) {
 
 void connectgraphics(connectmodes mode) {
     if (graphsel(0, 0) == 0) {
-        door().message("Please, select graphics before choosing this option.", icons::exclamation);
+        theplatform().message("Please, select graphics before choosing this option.",
+                              icons::exclamation);
         return;
     }
     const hourglass wait;
@@ -206,7 +207,7 @@ void connectgraphics(connectmodes mode) {
             // Extended pieces would call for extensions without end; pieces of a cut do not.
             if (selected > 1) connectall(!extendmode);
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+        [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
     droptwice(before);
     const bool nothing = madelines == 0;
     linesbyx.clear();

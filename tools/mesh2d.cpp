@@ -51,12 +51,12 @@ static const char picking[] =
 static void reduceselectmenu() {
     setselectitem(selectgraphics);
     for (int i = 0; i < selectgraphics; ++i) MnuSelectItem(i).enabled = false;
-    door().refresh();
+    theplatform().refresh();
 }
 
 static void restoreselectmenu() {
     for (menustate& item : MnuSelectItem.row()) item.enabled = true;
-    door().refresh();
+    theplatform().refresh();
 }
 
 static void emptybuffers(mesh2dform& form) {
@@ -142,7 +142,7 @@ void startedge(mesh2dform& form, int index) {
            "<Mouse Left Button> to select, <ESC> or <Enter> to return");
 }
 
-void takeedge(mesh2dform& form) {
+void storeedge(mesh2dform& form) {
     if (!edgepending) return;
     edgepending = false;
     for (int k = 1; k <= graphsel(0, 0); ++k) graphmesh(edgeno + 1, k) = graphsel(k, 0);

@@ -39,9 +39,9 @@ void LoadElem(mesh2dform& form);  // the element types with as many nodes as the
 void chooseelementtype(mesh2dform& form, int entry);
 void choosemeshgroup(mesh2dform& form, int entry);
 
-// An edge button: the main window picks graphic elements until takeedge gets them.
+// An edge button: the main window picks graphic elements until storeedge gets them.
 void startedge(mesh2dform& form, int index);
-void takeedge(mesh2dform& form);
+void storeedge(mesh2dform& form);
 
 void generatemesh(mesh2dform& form);  // on top of what stands in the buffers
 void acceptmesh(mesh2dform& form);    // into the model: patch, paste, merges

@@ -57,7 +57,7 @@ patcheditform openpatchedit() {
     const int count = int(patchsel(0));
     form.items.emplace_back(count == 0 ? "None" : "Selection");
     for (int i = 1; i <= count; ++i) form.items.push_back(numbertext(int(patchsel(i))));
-    if (count == 0) door().message("Please, select patch for editing", icons::exclamation);
+    if (count == 0) theplatform().message("Please, select patch for editing", icons::exclamation);
     choosepatch(form, 0);
     return form;
 }

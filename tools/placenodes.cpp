@@ -239,24 +239,24 @@ void leavefield(placenodesform& form) {
 // --- Modify Selection ---------------------------------------------------------------------------
 
 void modifyselection() {
-    const auto refuse = [](const char* text) { door().message(text, icons::exclamation); };
+    const auto refuse = [](const char* text) { theplatform().message(text, icons::exclamation); };
     switch (selectitem()) {
         case selectnodes:
             return refuse("Node properties can not be modified.");
         case selectelements:
             if (elemsel(0) == 0)
                 return refuse("Please, select elements before choosing this option.");
-            return door().showdialog("modifyelem");
+            return theplatform().showdialog("modifyelem");
         case selectpatches:
             if (patchsel(0) == 0)
                 return refuse("Please, select patche(s) before choosing this option.");
-            return door().showdialog("patchedit");
+            return theplatform().showdialog("patchedit");
         case selectforces:
             return startattributes(attributemodes::nodalloads);
         case selectgraphics:
             if (graphsel(0, 0) == 0)
                 return refuse("Please, select graphics before choosing this option.");
-            return door().showdialog("placenodes");
+            return theplatform().showdialog("placenodes");
     }
 }
 

@@ -212,7 +212,7 @@ void wirepointentry() {
     for (const drawmode& mode : drawmodes) {
         moderow m;
         m.flag = mode.flag;
-        takepoints(m, [](int) { addgraphicpoint(pointsteps::place); });
+        acceptpoints(m, [](int) { addgraphicpoint(pointsteps::place); });
         m.enter = restartchain;
         m.back = [] { addgraphicpoint(pointsteps::back); };
         m.follow = followpointer;

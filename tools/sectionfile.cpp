@@ -25,7 +25,7 @@ struct database {
         data.alloc(n, nnumbers);
         data(0, 0) = float(n);
     }
-    void take() {
+    void install() {
         sectcount = names.upper1;
         std::swap(sectnames, names);
         std::swap(sectdata, data);
@@ -82,7 +82,7 @@ static std::string readtext(const std::string& path) {
         for (int k = 1; k <= nnumbers; ++k) base.data(s, k) = in.single();
     }
     const bool more = !in.atend();
-    base.take();
+    base.install();
     return more ? "sections.dat goes on behind the " + std::to_string(n) +
                       " records that its first line counts"
                 : "";
@@ -101,7 +101,7 @@ static void readbinary(const std::string& path) {
     for (int k = 0; k <= nnumbers; ++k)
         for (long s = 0; s <= n; ++s) base.data(s, k) = in.single();
     if (!in.atend() || base.data(0, 0) != float(n)) in.fail("the file is no database of sections");
-    base.take();
+    base.install();
 }
 
 std::string readsections(bool binary) {

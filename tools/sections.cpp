@@ -33,12 +33,12 @@ static double rounded(double value, int digits) {
 }
 
 // What is left of rounding does not show.
-static double tidy(double value) {
+static double withoutnoise(double value) {
     return rounded(value, 12);
 }
 
 // For a text that is read, not counted with.
-static double shortened(double value) {
+static double sixdigits(double value) {
     return rounded(value, 6);
 }
 
@@ -85,7 +85,7 @@ static void showresults(sectionform& form, const sectionvalues& v) {
     for (const double value : values)
         if (!std::isfinite(value)) throw runtimeerror{erroverflow, "The dimensions are too large"};
     for (std::size_t i = 0; i < nresults; ++i) {
-        form.values[i] = tidy(values[i]);
+        form.values[i] = withoutnoise(values[i]);
         form.results[i] = numbertext(form.values[i]);
     }
     form.stale = false;
@@ -97,7 +97,7 @@ static void calcrecord(sectionform& form, int s) {
         const bool used = !form.labels[std::size_t(k)].empty();
         d[std::size_t(k)] = decimal(sectdata(s, 5 + k));
         form.dims[std::size_t(k)] =
-            used ? numbertext(tidy(d[std::size_t(k)] * sectscale)) : std::string();
+            used ? numbertext(withoutnoise(d[std::size_t(k)] * sectscale)) : std::string();
     }
     const double second = sectscale * sectscale * sectscale * sectscale;
     const int own = findsectiontype(sectnames(s, 2));
@@ -126,14 +126,14 @@ static void calcrecord(sectionform& form, int s) {
 }
 
 // What the user should know of the rule by which typed dimensions are counted.
-static std::string hintof(const sectionform& form, const dimensions& d) {
+static std::string noteofrule(const sectionform& form, const dimensions& d) {
     if ((form.type == lprofile || form.type == dlprofile) && d[dimtf] != 0)
         return "An angle has one thickness, tw: leave tf empty, it is taken off the area";
     if (form.type == tprofile) {
         const axisvalues centred = centredstem(d);
         return "I yy, W yy: the stem is counted at the edge of the flange; with the stem in the "
                "middle they are " +
-               numbertext(shortened(centred.i)) + " and " + numbertext(shortened(centred.w));
+               numbertext(sixdigits(centred.i)) + " and " + numbertext(sixdigits(centred.w));
     }
     return "";
 }
@@ -179,7 +179,7 @@ static void checktyped(sectionform& form) {
     if (!fault.empty())
         form.message = fault;
     else if (!form.stale)
-        form.message = hintof(form, d);
+        form.message = noteofrule(form, d);
 }
 
 void sectioncalc(sectionform& form) {
@@ -297,7 +297,7 @@ void usebinary(sectionform& form, bool on) {
 
 void writebinary(sectionform& form) {
     if (std::filesystem::exists(sectionsfile(true)) &&
-        !door().yes("sections.dig stands there already, replace it?"))
+        !theplatform().yes("sections.dig stands there already, replace it?"))
         return;
     guarded(
         [&] {

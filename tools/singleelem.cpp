@@ -82,7 +82,7 @@ static void drawmade(int e) {
 static void appendelement() {
     if (nelems() == elems.upper1) {
         emptynodes();
-        door().message(
+        theplatform().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
             "[File,modelsize..]",
             icons::exclamation);

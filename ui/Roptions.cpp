@@ -32,7 +32,7 @@ class reportdialog : public QDialog {
         write->setDefault(true);
         connect(write, &QPushButton::clicked, this, guardedhandler([](bool) { writereport(); }));
         connect(view, &QPushButton::clicked, this, guardedhandler([](bool) {
-                    if (const std::string path = choosereport(); !path.empty()) showreport(path);
+                    if (const std::string path = askreport(); !path.empty()) showreport(path);
                 }));
         connect(ready, &QPushButton::clicked, this, &QDialog::accept);
     }

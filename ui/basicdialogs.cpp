@@ -79,15 +79,15 @@ class sizedialog : public QDialog {
         }
     }
     void store() {
-        take();
+        readform();
         if (applysizes(form)) accept();
         show(form);
     }
-    void take() {
+    void readform() {
         for (std::size_t i = 0; i < 7; ++i) form.text[i] = box[i]->text().toStdString();
     }
     void edited(int i) {
-        take();
+        readform();
         editsize(form, i);
         show(form);
     }
@@ -133,7 +133,7 @@ class optionsdialog : public QDialog {
         ready->setDefault(true);
         rows->addLayout(buttons);
         connect(ready, &QPushButton::clicked, this, [this] {
-            take();
+            readform();
             storeoptions(form);
             themainwindow->refresh();
             accept();
@@ -159,12 +159,12 @@ class optionsdialog : public QDialog {
     }
     void on(QCheckBox* c, void (*click)(analysisoptions&)) {
         connect(c, &QCheckBox::clicked, this, [this, click] {
-            take();
+            readform();
             click(form);
             show();
         });
     }
-    void take() {
+    void readform() {
         form.twod = twod->isChecked();
         form.clear = clear->isChecked();
         form.stiffness = stiffness->isChecked();

@@ -221,12 +221,12 @@ class symbolsdialog : public QDialog {
         filebox box;
         box.title = "Retrieve Symbol";
         box.filter = "All Files (*.*)|*.*|Bitmap (*.bmp)|*.bmp|Icon (*.ico)|*.ico";
-        const filechoice choice = door().choosefile(box);
+        const filechoice choice = theplatform().askfile(box);
         if (!choice.chosen) return;
         const QPixmap picture(qtext(choice.path));
         if (picture.isNull()) {
-            door().message("This file holds no picture that can be read: " + choice.path,
-                           icons::exclamation);
+            theplatform().message("This file holds no picture that can be read: " + choice.path,
+                                  icons::exclamation);
             return;
         }
         symbolpictures()[pictureof(i, selected)] = picture;
@@ -244,7 +244,7 @@ class symbolsdialog : public QDialog {
     QLabel* size[3];
 };
 
-void choosefont(labelfont& font) {
+void askfont(labelfont& font) {
     auto* const dialog = new QFontDialog(qtfont(font), themainwindow);
     dialog->setObjectName("fontdialog");
     QObject::connect(dialog, &QFontDialog::fontSelected, dialog, [&font](const QFont& chosen) {
@@ -253,7 +253,7 @@ void choosefont(labelfont& font) {
         font.italic = chosen.italic();
         font.size = chosen.pointSizeF();
         font.underline = chosen.underline();
-        door().refresh();
+        theplatform().refresh();
         redrawall();
     });
     showmodal(dialog);
@@ -269,10 +269,10 @@ QDialog* makesymbols() {
     return new symbolsdialog;
 }
 
-void choosenodefont() {
-    choosefont(nodelabelfont);
+void asknodefont() {
+    askfont(nodelabelfont);
 }
 
-void chooseelementfont() {
-    choosefont(elemlabelfont);
+void askelementfont() {
+    askfont(elemlabelfont);
 }

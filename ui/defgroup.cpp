@@ -59,12 +59,12 @@ class groupdialog : public QDialog {
     void run(const std::function<void()>& action) {
         guarded(
             [&] {
-                if (takename()) action();
+                if (storetypedname()) action();
             },
             tellfault);
         showform();
     }
-    bool takename();
+    bool storetypedname();
     void showform();
     void askcolour();
     void opensections();
@@ -189,7 +189,7 @@ void groupdialog::addbuttons(QBoxLayout* rows) {
     rows->addLayout(row);
 }
 
-bool groupdialog::takename() {
+bool groupdialog::storetypedname() {
     if (!istyped) return true;
     istyped = false;
     return changename(form, typed.toStdString());

@@ -104,16 +104,16 @@ class inputrest : public QObject {
 // Answers of the demonstration go into queues of their own.
 class ownqueues {
   public:
-    ownqueues() : scripted(theplatform().scripted) {
-        theplatform().answerqueue.swap(answered);
-        theplatform().filequeue.swap(files);
-        theplatform().scripted = true;
+    ownqueues() : scripted(theqtplatform().scripted) {
+        theqtplatform().answerqueue.swap(answered);
+        theqtplatform().filequeue.swap(files);
+        theqtplatform().scripted = true;
     }
     ~ownqueues() {
-        theplatform().answerqueue.swap(answered);
-        theplatform().filequeue.swap(files);
-        theplatform().scripted = scripted;
-        theplatform().unanswered.clear();
+        theqtplatform().answerqueue.swap(answered);
+        theqtplatform().filequeue.swap(files);
+        theqtplatform().scripted = scripted;
+        theqtplatform().unanswered.clear();
     }
     ownqueues(const ownqueues&) = delete;
     ownqueues& operator=(const ownqueues&) = delete;
@@ -146,8 +146,8 @@ static void play(const fs::path& script, bool pauses) {
     }
     addready();
     if (!good && !player.stopped)
-        door().message("The demonstration ended early: " + player.fault.toStdString(),
-                       icons::exclamation);
+        theplatform().message("The demonstration ended early: " + player.fault.toStdString(),
+                              icons::exclamation);
 }
 
 void rundemo() {
@@ -156,8 +156,8 @@ void rundemo() {
     if (running) return;
     const fs::path data = shippeddata();
     if (data.empty()) {
-        door().message("The demonstration was not found: demo/tour.kds in " + appdir,
-                       icons::exclamation);
+        theplatform().message("The demonstration was not found: demo/tour.kds in " + appdir,
+                              icons::exclamation);
         return;
     }
     if (menunew() != reply::done) return;
@@ -166,6 +166,6 @@ void rundemo() {
     for (const char* folder : {"demo", "examples"})
         copytree((data / folder).string(), (copy / folder).string());
     running = true;
-    play(copy / "demo/tour.kds", !theplatform().scripted);
+    play(copy / "demo/tour.kds", !theqtplatform().scripted);
     running = false;
 }

@@ -52,7 +52,8 @@ std::vector<std::string> dialognames() {
 }
 
 void tellfault(const runtimeerror& fault) {
-    door().message(fault.what + " (error " + std::to_string(fault.number) + ")", icons::critical);
+    theplatform().message(fault.what + " (error " + std::to_string(fault.number) + ")",
+                          icons::critical);
 }
 
 void fallback(const runtimeerror& fault) {

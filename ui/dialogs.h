@@ -66,8 +66,8 @@ QDialog* makecolorset();
 QDialog* makesymbols();
 QDialog* makeoptions();
 QDialog* makecardhelp();
-void choosenodefont();  // the font dialogs of the labels
-void chooseelementfont();
+void asknodefont();  // the font dialogs of the labels
+void askelementfont();
 QDialog* makeloadkees();
 QDialog* makeloadcombinations();
 QDialog* makenodeattributes();

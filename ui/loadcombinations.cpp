@@ -24,7 +24,7 @@
 #include "view/moddraw.h"
 
 // A changed multiplier needs no new analysis: it is stored at once and shows in the results.
-static void takechanges(const combinationform& form) {
+static void applychanges(const combinationform& form) {
     const hourglass wait;
     closeloadcombinations(form);
     rereadshown();
@@ -55,7 +55,8 @@ class combinationdialog : public QDialog {
         message = newmessageline("Label6", this, rows);
         form = openloadcombinations();
         showform();
-        connect(this, &QDialog::finished, this, guardedhandler([this](int) { takechanges(form); }));
+        connect(this, &QDialog::finished, this,
+                guardedhandler([this](int) { applychanges(form); }));
     }
 
   private:

@@ -55,7 +55,7 @@ class loadcasedialog : public QDialog {
         form = openloadkees();
         showform();
         connect(this, &QDialog::finished, this, guardedhandler([this](int) {
-                    door().refresh();
+                    theplatform().refresh();
                     if (form.changed) redrawall();
                 }));
     }
@@ -135,7 +135,7 @@ class loadcasedialog : public QDialog {
             rows->addWidget(b);
             directionbutton[i] = b;
             connect(b, &QRadioButton::clicked, this, guardedhandler([this, i](bool) {
-                        take();
+                        readform();
                         choosedirection(form, i);
                         showform();
                     }));
@@ -156,7 +156,7 @@ class loadcasedialog : public QDialog {
             accelerationbox[std::size_t(i)] = box;
             connect(box, &QLineEdit::textEdited, this, [this] { edited(editloadcase); });
             connect(box, &QLineEdit::editingFinished, this, [this, i] {
-                take();
+                readform();
                 leaveacceleration(form, i);
                 showform();
             });
@@ -217,7 +217,7 @@ class loadcasedialog : public QDialog {
 
     void onbutton(QPushButton* b, void (*operation)(loadcaseform&)) {
         connect(b, &QPushButton::clicked, this, guardedhandler([this, operation](bool) {
-                    take();
+                    readform();
                     operation(form);
                     showform();
                 }));
@@ -225,13 +225,13 @@ class loadcasedialog : public QDialog {
     template <typename Choose>
     void onlist(QComboBox* list, Choose choose) {
         connect(list, &QComboBox::activated, this, guardedhandler([this, choose](int i) {
-                    take();
+                    readform();
                     choose(i);
                     showform();
                 }));
     }
     void edited(void (*edit)(loadcaseform&)) {
-        take();
+        readform();
         edit(form);
         showform();
     }
@@ -239,7 +239,7 @@ class loadcasedialog : public QDialog {
     // --- form and controls ---
 
     template <std::size_t N>
-    static void takeboxes(const std::array<QLineEdit*, N>& boxes,
+    static void readboxes(const std::array<QLineEdit*, N>& boxes,
                           std::array<std::string, N>& texts) {
         for (std::size_t i = 0; i < N; ++i) texts[i] = boxes[i]->text().toStdString();
     }
@@ -248,13 +248,13 @@ class loadcasedialog : public QDialog {
                           const std::array<std::string, N>& texts) {
         for (std::size_t i = 0; i < N; ++i) showtext(boxes[i], texts[i]);
     }
-    void take() {
+    void readform() {
         form.name = typedtext(names->lineEdit());
         form.elementmass = massbutton[1]->isChecked() ? 1 : 0;
-        takeboxes(accelerationbox, form.acceleration);
-        takeboxes(wave, form.wave);
-        takeboxes(wind, form.wind);
-        takeboxes(buoyancy, form.buoyancy);
+        readboxes(accelerationbox, form.acceleration);
+        readboxes(wave, form.wave);
+        readboxes(wind, form.wind);
+        readboxes(buoyancy, form.buoyancy);
     }
     void showgroups() {
         centre->setVisible(form.centreshown);

@@ -24,7 +24,7 @@
 #include "view/setviews.h"
 
 static int playscript(const QString& file) {
-    theplatform().scripted = true;
+    theqtplatform().scripted = true;
     scriptplayer player;
     const bool good = player.load(file) && player.play();
     themainwindow->ending = true;
@@ -45,12 +45,12 @@ static bool startsession() {
     programdir = QCoreApplication::applicationDirPath().toStdString();
     const std::string home = findappdir(programdir, programdir + "/../share/kalvane");
     if (!QFileInfo(QString::fromStdString(home)).isDir())
-        door().message("The folder for catalogue and settings can not be made: " + home +
-                           ". Set KALVANE_HOME to a folder that can be written",
-                       icons::critical);
+        theplatform().message("The folder for catalogue and settings can not be made: " + home +
+                                  ". Set KALVANE_HOME to a folder that can be written",
+                              icons::critical);
     else if (start(home))
         return true;
-    refusestart(QString::fromStdString(theplatform().lastmessage));
+    refusestart(QString::fromStdString(theqtplatform().lastmessage));
     return false;
 }
 
@@ -87,8 +87,8 @@ int main(int argc, char** argv) {
     QString model = models.value(0);
     if (!model.isEmpty()) model = QFileInfo(model).absoluteFilePath();
 
-    setdoor(&theplatform());
-    theplatform().scripted = !scriptpath.isEmpty();
+    setplatform(&theqtplatform());
+    theqtplatform().scripted = !scriptpath.isEmpty();
     wiremodules();
     loadspringpictures();
     if (!startsession()) return 1;

@@ -242,15 +242,15 @@ void mainwindow::buildcommandline() {
 }
 
 // Typed coordinates: the way of a move, a point for the mode that runs, or a place to pick at.
-void mainwindow::takecoordinates() {
+void mainwindow::runtypedcoordinates() {
     const step s("Coordinates");
     double value[3];
     for (std::size_t k = 0; k < 3; ++k) {
         const std::string text = coordinates[k]->text().toStdString();
         if (readnumber(text, value[k])) continue;
-        door().message(coordinatelabels[k]->text().toStdString() + " \"" + text +
-                           "\" is no number. Nothing was changed.",
-                       icons::exclamation);
+        theplatform().message(coordinatelabels[k]->text().toStdString() + " \"" + text +
+                                  "\" is no number. Nothing was changed.",
+                              icons::exclamation);
         return;
     }
     guarded(
@@ -263,7 +263,7 @@ void mainwindow::takecoordinates() {
             else
                 pressat(value[0], value[1], value[2]);
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+        [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
 }
 
 void mainwindow::runtypedcommand() {
@@ -330,7 +330,7 @@ bool mainwindow::eventFilter(QObject* watched, QEvent* event) {
     }
     // Enter gives the point and goes no further: to the window it means the end of the mode.
     if (isenter(event) && std::ranges::find(coordinates, watched) != coordinates.end()) {
-        takecoordinates();
+        runtypedcoordinates();
         return true;
     }
     if (watched == inputfield) {

@@ -54,7 +54,7 @@ class mainwindow : public QMainWindow {
     void buildcommandline();
     void runtypedcommand();
     bool commandkey(const QKeyEvent* event);
-    void takecoordinates();
+    void runtypedcoordinates();
     void refreshcombinations();
     void refreshresults();
     void showcomment();

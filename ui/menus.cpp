@@ -61,7 +61,7 @@ static std::function<bool()> enabledof(array1<menustate>& list, int i) {
 static std::function<void()> toggleandredraw(array1<menustate>& list, int i) {
     return [&list, i] {
         list(i).checked = !list(i).checked;
-        door().refresh();
+        theplatform().refresh();
         redrawall();
     };
 }
@@ -69,7 +69,7 @@ static std::function<void()> toggleandredraw(array1<menustate>& list, int i) {
 static std::function<void()> chooseandredraw(array1<menustate>& list, int i) {
     return [&list, i] {
         checkonly(list, i);
-        door().refresh();
+        theplatform().refresh();
         redrawall();
     };
 }
@@ -86,7 +86,7 @@ static void toggleselect(int i) {
         labelselect();
     } else {
         setselectitem(i);
-        door().refresh();  // the item that was on already stays on
+        theplatform().refresh();  // the item that was on already stays on
     }
 }
 
@@ -127,7 +127,7 @@ static void addfilemenu(std::vector<menurow>& t) {
     t.push_back(separator(m, a, 5));
     t.push_back({m, a, 6, "Save Settings", "", "", savesettings});
     t.push_back({m, a, 7, "Get Settings", "", "", getsettings});
-    t.push_back({m, a, 8, "Model Size...", "size", "", [] { door().showdialog("setmem"); }});
+    t.push_back({m, a, 8, "Model Size...", "size", "", [] { theplatform().showdialog("setmem"); }});
     t.push_back(separator(m, a, 9));
     t.push_back({m, a, 10, "E&xit", "exit", "Ctrl+Q", [] { menuexit(); }});
 }
@@ -172,13 +172,13 @@ static void addaddmenu(std::vector<menurow>& t) {
         addready();
         resultflag = 1;
         mnuEditItem(0).enabled = false;
-        door().showdialog("addsingleelem");
+        theplatform().showdialog("addsingleelem");
     });
     add(3, "Mesh...", "mesh", [] {
         addready();
         resultflag = 1;
         mnuEditItem(0).enabled = false;
-        door().showdialog("Mselect");
+        theplatform().showdialog("Mselect");
     });
     add(4, "Object...", "");
     t.push_back(separator(m, a, 5));
@@ -211,9 +211,10 @@ static void addaddmenu(std::vector<menurow>& t) {
 static void adddefinemenu(std::vector<menurow>& t) {
     const char* const m = "&Define";
     const char* const a = "definegroup";
-    const auto groups = [] { door().showdialog("defgroup"); };
+    const auto groups = [] { theplatform().showdialog("defgroup"); };
     t.push_back({m, a, 0, "Element Group...", "group", "", groups});
-    t.push_back({m, a, 1, "Loadcase", "loadcase", "", [] { door().showdialog("Loadkees"); }});
+    t.push_back(
+        {m, a, 1, "Loadcase", "loadcase", "", [] { theplatform().showdialog("Loadkees"); }});
     t.push_back({m, a, 2, "Object..."});
     t.push_back({m, a, 3, "Group Settings ....", "", "", groups});
 }
@@ -221,16 +222,19 @@ static void adddefinemenu(std::vector<menurow>& t) {
 static void addsettingsmenu(std::vector<menurow>& t) {
     const char* const m = "&Settings";
     const char* const a = "mnuSettingsItem";
-    t.push_back({m, a, 0, "&Colors ...", "colors", "", [] { door().showdialog("Colorset"); }});
     t.push_back(
-        {"&Settings|&Font ...", "mnusetfont", 0, "Node Labels...", "font", "", choosenodefont});
+        {m, a, 0, "&Colors ...", "colors", "", [] { theplatform().showdialog("Colorset"); }});
     t.push_back(
-        {"&Settings|&Font ...", "mnusetfont", 1, "Element Lables...", "", "", chooseelementfont});
+        {"&Settings|&Font ...", "mnusetfont", 0, "Node Labels...", "font", "", asknodefont});
+    t.push_back(
+        {"&Settings|&Font ...", "mnusetfont", 1, "Element Lables...", "", "", askelementfont});
     t.push_back({m, a, 2, "Scrollbars", "", "", togglescrollbars, checkof(mnuSettingsItem, 2)});
     t.push_back(check(m, a, 3, "Global Axis", mnuSettingsItem, 3));
     t.push_back(check(m, a, 4, "Local Axis", mnuSettingsItem, 4));
-    t.push_back({m, a, 5, "Options...", "options", "", [] { door().showdialog("Options"); }});
-    t.push_back({m, a, 6, "Symbols ...", "symbols", "", [] { door().showdialog("Symbols"); }});
+    t.push_back(
+        {m, a, 5, "Options...", "options", "", [] { theplatform().showdialog("Options"); }});
+    t.push_back(
+        {m, a, 6, "Symbols ...", "symbols", "", [] { theplatform().showdialog("Symbols"); }});
     t.push_back({m, a, 7, "Toolbars ..."});
     t.push_back(check(m, a, 8, "End Releases", mnuSettingsItem, 8));
 }
@@ -239,7 +243,7 @@ static void addviewmenu(std::vector<menurow>& t) {
     const char* const m = "&view";
     const char* const a = "mnudrawlist";
     t.push_back(
-        {m, "view", 0, "&View Set...", "iso", "", [] { door().showdialog("viewcontrol"); }});
+        {m, "view", 0, "&View Set...", "iso", "", [] { theplatform().showdialog("viewcontrol"); }});
     t.push_back({m, "redraw", 0, "&Redraw", "redraw", "F5", [] { redrawall(); }});
     t.push_back(separator(m, "redraw", 1));
     t.push_back(check(m, a, 0, "&Nodes", mnudrawlist, 0));
@@ -268,7 +272,8 @@ static void addanalysemenu(std::vector<menurow>& t) {
     const char* const m = "A&nalyse";
     const char* const a = "menuanalyseitem";
     t.push_back({m, a, 0, "Check model", "check"});
-    t.push_back({m, a, 1, "Options...", "options", "", [] { door().showdialog("Aoptions"); }});
+    t.push_back(
+        {m, a, 1, "Options...", "options", "", [] { theplatform().showdialog("Aoptions"); }});
     t.push_back({m, a, 2, "Analyse", "analyse", "F9", [] { runanalysis(); }});
 }
 
@@ -276,7 +281,7 @@ static void addpostmenu(std::vector<menurow>& t) {
     const char* const m = "&Post-Process";
     const char* const a = "menupostItem";
     t.push_back({m, "Loadcase", 0, "Load Combinations ...", "combination", "",
-                 [] { door().showdialog("Loadcombinations"); }});
+                 [] { theplatform().showdialog("Loadcombinations"); }});
     t.push_back(separator(m, a, 0));
     t.push_back(
         {m, a, 1, "Deformed Shape", "deformed", "", showdeformed, checkof(menupostItem, 1)});
@@ -284,19 +289,21 @@ static void addpostmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 3, "Mode Shape", "modeshape", "", showmode, checkof(menupostItem, 3)});
     t.push_back(
         {m, a, 4, "Element Stress ", "stress", "", showelementstress, checkof(menupostItem, 4)});
-    t.push_back({m, a, 5, "Report...", "report", "", [] { door().showdialog("Roptions"); }});
+    t.push_back({m, a, 5, "Report...", "report", "", [] { theplatform().showdialog("Roptions"); }});
     t.push_back(separator(m, a, 6));
-    t.push_back({m, a, 7, "Options...", "options", "", [] { door().showdialog("Soptions"); }});
+    t.push_back(
+        {m, a, 7, "Options...", "options", "", [] { theplatform().showdialog("Soptions"); }});
 }
 
 static void addinformationmenu(std::vector<menurow>& t) {
     const char* const m = "Information";
-    t.push_back({m, "Info", 0, "Info", "info", "", [] { door().showdialog("Info"); }});
+    t.push_back({m, "Info", 0, "Info", "info", "", [] { theplatform().showdialog("Info"); }});
     t.push_back({m, "userhelp", 0, "User Manual...", "help", "F1",
-                 [] { door().openwithbrowser(appdir + "/manual.htm"); }});
+                 [] { theplatform().openwithbrowser(appdir + "/manual.htm"); }});
+    t.push_back({m, "mnuAbout", 0, "&About Kalvane...", "", "",
+                 [] { theplatform().showdialog("frmAbout"); }});
     t.push_back(
-        {m, "mnuAbout", 0, "&About Kalvane...", "", "", [] { door().showdialog("frmAbout"); }});
-    t.push_back({m, "info", 0, "Model info...", "", "", [] { door().showdialog("modelinfo"); }});
+        {m, "info", 0, "Model info...", "", "", [] { theplatform().showdialog("modelinfo"); }});
     t.push_back({m, "demo01", 0, "Run Demo", "demo", "", rundemo});
 }
 
@@ -445,7 +452,8 @@ static QMenu* addingpopup(QWidget* parent) {
     graphics->addSeparator();
     QAction* const options = graphics->addAction("Options...");
     options->setObjectName("grapop(5)");
-    QObject::connect(options, &QAction::triggered, [] { door().showdialog("graphoptions"); });
+    QObject::connect(options, &QAction::triggered,
+                     [] { theplatform().showdialog("graphoptions"); });
     addlike(menu, "Mnuadditem", 1, "Add Nodes", "popItem01(1)");
     addlike(menu, "Mnuadditem", 2, "Add elements", "popItem01(2)");
     menu->addSeparator();

@@ -129,7 +129,7 @@ class meshdialog : public sidedialog {
         rows->addLayout(row);
     }
     void edgeended() {
-        takeedge(form);
+        storeedge(form);
         showmodal(this);
         showform();
         buttons[(edgeno + 1) % form.edges]->setFocus();
@@ -167,7 +167,7 @@ class meshselect : public QDialog {
         // The generator opens once this window is gone.
         connect(newbutton("Command1", "2-D Mesh", this, rows), &QPushButton::clicked, this, [this] {
             accept();
-            door().showdialog("mesh2d");
+            theplatform().showdialog("mesh2d");
         });
         newbutton("Command2", "3-D Mesh", this, rows)->setToolTip(nospace);
         connect(newbutton("Command3", "Close", this, rows), &QPushButton::clicked, this,

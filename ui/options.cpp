@@ -44,10 +44,10 @@ class generaloptions : public QDialog {
         QPushButton* const ready = newbutton("Command1", "Ready", this, row);
         ready->setDefault(true);
         connect(ready, &QPushButton::clicked, this, guardedhandler([this](bool) {
-                    take();
+                    readform();
                     storegeneraloptions(form);
                     const std::string note = tolerancenote();
-                    if (!note.empty()) door().message(note + ".", icons::exclamation);
+                    if (!note.empty()) theplatform().message(note + ".", icons::exclamation);
                     accept();
                 }));
         rows->addLayout(row);
@@ -115,7 +115,7 @@ class generaloptions : public QDialog {
         anglez->setObjectName("Text3");
         for (QLineEdit* box : {anglexy, anglez})
             connect(box, &QLineEdit::editingFinished, this, [this] {
-                take();
+                readform();
                 leaveangles(form);
                 showform();
             });
@@ -155,7 +155,7 @@ class generaloptions : public QDialog {
         row->addWidget(tolerance);
         rows->addLayout(row);
         connect(tolerance, &QLineEdit::editingFinished, this, [this] {
-            take();
+            readform();
             leavetolerance(form);
             showform();
         });
@@ -200,11 +200,11 @@ class generaloptions : public QDialog {
         return text;
     }
     void report(std::string (*find)()) {
-        take();
+        readform();
         storetolerance(form);
         found->setText(qtext(find()));
     }
-    void take() {
+    void readform() {
         form.redrawmove = move->isChecked();
         form.redrawdelete = remove->isChecked();
         form.redrawedit = edit->isChecked();

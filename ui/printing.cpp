@@ -76,7 +76,7 @@ static QString documentname() {
     return QString::fromStdString(name);
 }
 
-static void layon(printsurface& page, QPrinter& printer, QPainter& painter) {
+static void beginpage(printsurface& page, QPrinter& printer, QPainter& painter) {
     const QRectF paper(QPointF(0, 0), printer.pageLayout().paintRectPixels(dotsperinch).size());
     page.begin(&painter, paper, dotsperinch / cmperinch);
 }
@@ -91,15 +91,16 @@ static bool iswhole(const QString& path) {
 }
 
 static void tellunwritten(const std::string& reason) {
-    theplatform().showstatus(reason);
+    theqtplatform().showstatus(reason);
 }
 
-static bool takeplace(besidefile& file) {
+static bool replacetarget(besidefile& file) {
     if (!iswhole(QString::fromStdString(file.path()))) {
         tellunwritten("The file was not written: " + file.target());
         return false;
     }
-    return guarded([&] { file.takeplace(); }, [](const runtimeerror& e) { tellunwritten(e.what); });
+    return guarded([&] { file.replacetarget(); },
+                   [](const runtimeerror& e) { tellunwritten(e.what); });
 }
 
 static printstart beginjob(const std::string& target, const QString& document) {
@@ -128,7 +129,7 @@ static std::string aspdf(const std::string& path) {
 
 // While a script plays, the file queued for the next file dialog is the PDF to print to.
 static printstart asscripted(const QString& document) {
-    std::deque<std::string>& queue = theplatform().filequeue;
+    std::deque<std::string>& queue = theqtplatform().filequeue;
     if (queue.empty()) return noprinters() ? printstart::noprinter : printstart::cancelled;
     const std::string target = queue.front();
     queue.pop_front();
@@ -143,7 +144,7 @@ static std::string askpdf(const QString& document) {
     box.saving = true;
     box.path =
         isnamed() ? fs::path(modelname).parent_path() / (document.toStdString() + ".pdf") : "";
-    const filechoice choice = theplatform().choosefile(box);
+    const filechoice choice = theqtplatform().askfile(box);
     if (!choice.chosen) return {};
     const fs::path target = aspdf(choice.path);
     return askoverwrite(fs::path(target).replace_extension().string(), target.extension().string())
@@ -157,9 +158,9 @@ static printstart beginpdf(const QString& document) {
 }
 
 static printstart askandbegin(const QString& document) {
-    if (theplatform().scripted) return asscripted(document);
+    if (theqtplatform().scripted) return asscripted(document);
     if (noprinters()) {
-        theplatform().message("No printer found", icons::exclamation);
+        theqtplatform().message("No printer found", icons::exclamation);
         return beginpdf(document);  // what can be had without one
     }
     QPrinter& printer = theprinter();
@@ -182,14 +183,14 @@ static bool endjob(bool whole) {
     job.reset();
     topaper(theprinter());
     if (!pdf) return whole && ended;
-    return whole && takeplace(*pdf) && ended;
+    return whole && replacetarget(*pdf) && ended;
 }
 
 // --- views --------------------------------------------------------------------------------------
 
 printstart startprint() {
     const printstart start = askandbegin(documentname());
-    if (start == printstart::begun) layon(job->page, theprinter(), job->painter);
+    if (start == printstart::begun) beginpage(job->page, theprinter(), job->painter);
     return start;
 }
 
@@ -203,7 +204,7 @@ bool endprint(bool whole) {
 }
 
 static void tellproblem() {
-    theplatform().message("There was a problem printing to your printer.", icons::exclamation);
+    theqtplatform().message("There was a problem printing to your printer.", icons::exclamation);
 }
 
 void printtopdf() {
@@ -215,7 +216,7 @@ void printtopdf() {
         default:
             return;
     }
-    layon(job->page, theprinter(), job->painter);
+    beginpage(job->page, theprinter(), job->painter);
     if (!endjob(guarded(printview, tellfault))) tellproblem();
 }
 
@@ -271,7 +272,7 @@ void printby(const QString& document, const std::function<void(QPrinter&, QPaint
         case printstart::cancelled:
             return;
         case printstart::noprinter:
-            theplatform().message("No printer found", icons::exclamation);
+            theqtplatform().message("No printer found", icons::exclamation);
             return;
         case printstart::failed:
             return tellproblem();
@@ -284,7 +285,7 @@ void printby(const QString& document, const std::function<void(QPrinter&, QPaint
                                    cancelled = e.number == errstopped;
                                    if (!cancelled) tellfault(e);
                                });
-    theplatform().endprogress();
+    theqtplatform().endprogress();
     if (!endjob(drawn) && !cancelled) tellproblem();
-    if (cancelled) theplatform().showstatus("The printing was cancelled");
+    if (cancelled) theqtplatform().showstatus("The printing was cancelled");
 }

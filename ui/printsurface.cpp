@@ -62,7 +62,7 @@ void printsurface::clear(colour background) {
 }
 
 // A pixel of the picture is one of the printer's; letters are told for a screen's.
-qtsurface* printsurface::dense() {
+qtsurface* printsurface::densesurface() {
     if (!densepicture) return nullptr;
     surface& to = *densepicture;
     to.moveto(currentx, currenty);
@@ -99,7 +99,7 @@ QBrush printsurface::brush() const {
 
 void printsurface::line(double x1, double y1, double x2, double y2, colour c) {
     moveto(x2, y2);
-    if (qtsurface* const to = dense()) return to->line(x1, y1, x2, y2, c);
+    if (qtsurface* const to = densesurface()) return to->line(x1, y1, x2, y2, c);
     point2 a{x1 * pixels, y1 * pixels}, b{x2 * pixels, y2 * pixels};
     if (!painter || ((!isplain(a) || !isplain(b)) && !clipline(a, b))) return;
     painter->setPen(pen(c, drawwidth));
@@ -108,7 +108,7 @@ void printsurface::line(double x1, double y1, double x2, double y2, colour c) {
 
 void printsurface::point(double x, double y, colour c) {
     moveto(x, y);
-    if (qtsurface* const to = dense()) return to->point(x, y, c);
+    if (qtsurface* const to = densesurface()) return to->point(x, y, c);
     if (!painter || !isplain({x * pixels, y * pixels})) return;
     painter->setPen(Qt::NoPen);
     painter->setBrush(ink(c));
@@ -116,7 +116,7 @@ void printsurface::point(double x, double y, colour c) {
 }
 
 void printsurface::box(double x1, double y1, double x2, double y2, colour c) {
-    if (qtsurface* const to = dense()) return to->box(x1, y1, x2, y2, c);
+    if (qtsurface* const to = densesurface()) return to->box(x1, y1, x2, y2, c);
     if (!painter || !isplain({x1 * pixels, y1 * pixels}) || !isplain({x2 * pixels, y2 * pixels}))
         return;
     painter->setPen(pen(c, drawwidth));
@@ -125,7 +125,7 @@ void printsurface::box(double x1, double y1, double x2, double y2, colour c) {
 }
 
 void printsurface::circle(double x, double y, double radius, colour c) {
-    if (qtsurface* const to = dense()) return to->circle(x, y, radius, c);
+    if (qtsurface* const to = densesurface()) return to->circle(x, y, radius, c);
     if (!painter || !isplain({x * pixels, y * pixels}) || !isplain(radius * pixels)) return;
     painter->setPen(pen(c, drawwidth));
     painter->setBrush(fillsolid && fillcolor == c ? QBrush(ink(c)) : brush());
@@ -133,7 +133,7 @@ void printsurface::circle(double x, double y, double radius, colour c) {
 }
 
 void printsurface::polygon(const point2* points, int n, colour edge) {
-    if (qtsurface* const to = dense()) return to->polygon(points, n, edge);
+    if (qtsurface* const to = densesurface()) return to->polygon(points, n, edge);
     if (!painter) return;
     std::vector<point2> list(points, points + n);
     bool plain = true;
@@ -157,7 +157,7 @@ QFontMetricsF printsurface::metrics() const {
 }
 
 void printsurface::text(std::string_view utf8) {
-    if (qtsurface* const to = dense()) return to->text(utf8);
+    if (qtsurface* const to = densesurface()) return to->text(utf8);
     if (!painter || !isplain({currentx * pixels, currenty * pixels})) return;
     painter->setFont(qtfont(font));
     painter->setPen(ink(textcolor));

@@ -41,7 +41,8 @@ class printsurface : public surface {
     QFontMetricsF metrics() const;
     QPointF place(double x, double y) const { return {x * pixels, y * pixels}; }
 
-    qtsurface* dense();  // the picture of a view of very many strokes, with the present settings
+    qtsurface*
+    densesurface();  // the picture of a view of very many strokes, with the present settings
     void enddense();
 
     std::unique_ptr<qtsurface> densepicture;

@@ -30,7 +30,7 @@
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
 
-qtplatform& theplatform() {
+qtplatform& theqtplatform() {
     static qtplatform only;
     return only;
 }
@@ -164,7 +164,7 @@ static void addexamples(QFileDialog& dialog) {
         dialog.setSidebarUrls(places << examples);
 }
 
-filechoice qtplatform::choosefile(const filebox& box) {
+filechoice qtplatform::askfile(const filebox& box) {
     filechoice choice;
     choice.filterindex = box.filterindex;
     if (scripted) {

@@ -15,7 +15,7 @@
 class qtplatform : public platform {
   public:
     answers show(const messagebox& box) override;
-    filechoice choosefile(const filebox& box) override;
+    filechoice askfile(const filebox& box) override;
     void hourglass(bool on) override;
     void showtitle(const std::string& text) override;
     void showstatus(const std::string& text) override;
@@ -59,4 +59,4 @@ class qtplatform : public platform {
     bool cancelled = false;
 };
 
-qtplatform& theplatform();
+qtplatform& theqtplatform();

@@ -112,13 +112,14 @@ class recoverydialog : public sidedialog {
         showmodelname();
         for (const int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
         setscrollbars();
-        door().refresh();
+        theplatform().refresh();
         redrawall();
         return true;
     }
     // What the user has begun since the start is not to be lost for it.
     bool maychange() {
-        return !isunsaved() || shown || door().yes("The model in hand is not saved. Replace it?");
+        return !isunsaved() || shown ||
+               theplatform().yes("The model in hand is not saved. Replace it?");
     }
     void look() {
         const int row = list->currentRow();
@@ -128,17 +129,17 @@ class recoverydialog : public sidedialog {
         const int row = list->currentRow();
         if (row < 0 || !maychange() || !present(copies[std::size_t(row)])) return;
         // The copy of this process takes the place of the one that was left.
-        if (writecopy()) takeout(row);
+        if (writecopy()) removerow(row);
         shown = false;
         close();
     }
     void drop() {
         const int row = list->currentRow();
-        if (row < 0 || !door().yes("Drop the unsaved work of this model?")) return;
-        takeout(row);
+        if (row < 0 || !theplatform().yes("Drop the unsaved work of this model?")) return;
+        removerow(row);
         if (copies.empty()) close();
     }
-    void takeout(int row) {
+    void removerow(int row) {
         droporphan(copies[std::size_t(row)]);
         copies.erase(copies.begin() + row);
         delete list->takeItem(row);

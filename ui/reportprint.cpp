@@ -70,7 +70,7 @@ void printsheets(const reportlist& report, QPrinter& printer, QPainter& painter)
         double y = headroom * metrics.height() + metrics.ascent();
         for (int line = sheets[i]; line < end; ++line, y += metrics.height())
             painter.drawText(QPointF(0, y), report.text(line));
-        if (!door().progress("Printing the report", double(i + 1) / double(sheets.size())))
+        if (!theplatform().progress("Printing the report", double(i + 1) / double(sheets.size())))
             throw runtimeerror{errstopped, "The printing was cancelled"};
     }
 }

@@ -204,7 +204,7 @@ void queueanswer(const QString& word) {
                                                             {"cancel", answers::cancel},
                                                             {"ok", answers::ok}};
     for (const auto& [text, answer] : words)
-        if (word == text) return theplatform().answerqueue.push_back(answer);
+        if (word == text) return theqtplatform().answerqueue.push_back(answer);
     refuse("answers are yes, no, cancel and ok, not " + word);
 }
 
@@ -282,9 +282,9 @@ bool scriptplayer::play() {
             runstep(line);
             settle();
             if (pauses) pause(afterline);
-            if (!theplatform().unanswered.empty()) {
-                const QString question = QString::fromStdString(theplatform().unanswered);
-                theplatform().unanswered.clear();
+            if (!theqtplatform().unanswered.empty()) {
+                const QString question = QString::fromStdString(theqtplatform().unanswered);
+                theqtplatform().unanswered.clear();
                 refuse("the question \"" + question + "\" was asked and no answer was queued");
             }
         } catch (const scriptfault& f) {
@@ -300,7 +300,7 @@ bool scriptplayer::play() {
 void scriptplayer::pause(int milliseconds) {
     const int step = 50;
     for (int gone = 0; gone < milliseconds && !stopped; gone += step)
-        theplatform().yield(std::min(step, milliseconds - gone));
+        theqtplatform().yield(std::min(step, milliseconds - gone));
 }
 
 // A line is a step of its own, also where a menu item plays the script.
@@ -328,7 +328,7 @@ bool scriptplayer::run(const QString& line) {
         runmenu(rest(1));
     } else if (verb == "file") {
         need(1);
-        theplatform().filequeue.push_back(inscript(rest(1)).toStdString());
+        theqtplatform().filequeue.push_back(inscript(rest(1)).toStdString());
     } else if (verb == "results") {
         need(1);
         setresults(rest(1));

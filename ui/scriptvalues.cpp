@@ -192,8 +192,8 @@ static valuetable filltable() {
         {"stepforward", computed([] { return nextof(stepsforward(1)); })},
         {"resultstale", computed([] { return std::string(isstaleshown() ? "-1" : "0"); })},
         {"statusline", computed([] { return statusline(); })},
-        {"message", computed([] { return theplatform().lastmessage; })},
-        {"title", computed([] { return theplatform().title; })},
+        {"message", computed([] { return theqtplatform().lastmessage; })},
+        {"title", computed([] { return theqtplatform().title; })},
         // colours
         NAMED(linecolor),
         NAMED(backcolor),

@@ -126,7 +126,7 @@ class postoptions : public QDialog {
         select->setObjectName("Select");
         grid->addWidget(select, 3, 1);
         connect(select, &QPushButton::clicked, this, guardedhandler([this](bool) {
-                    take();
+                    readform();
                     hide();
                     startpostselection();
                 }));
@@ -160,12 +160,12 @@ class postoptions : public QDialog {
         column->addStretch(1);
     }
 
-    void take() {
+    void readform() {
         form.maximum = maximum->text().toStdString();
         form.minimum = minimum->text().toStdString();
     }
     void finish() {
-        take();
+        readform();
         if (storesoptions(form)) return accept();
         message->setText(qtext(form.message));
     }

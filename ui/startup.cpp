@@ -43,7 +43,7 @@ bool guardedapplication::notify(QObject* receiver, QEvent* event) {
     if (event->type() == QEvent::Polish) keepplain(receiver);
     bool taken = false;
     std::optional<step> door;
-    if (isdoor(receiver, event)) {
+    if (maychangemodel(receiver, event)) {
         door.emplace("");
         suggeststep(receiver);
     }

@@ -33,10 +33,10 @@ static bool maystep() {
     return !menulock && !isselectionpending() && QApplication::activeModalWidget() == nullptr;
 }
 
-void takesteps(int count, bool back) {
+void stepby(int count, bool back) {
     if (!maystep()) {
-        door().message("Close the dialog first; steps are taken in the main window",
-                       icons::information);
+        theplatform().message("Close the dialog first; steps are taken in the main window",
+                              icons::information);
         return;
     }
     const hourglass wait;
@@ -72,7 +72,7 @@ static void filllist(QMenu* menu, const stepbutton& b) {
     for (const std::string& name : b.names()) {
         ++count;
         menu->addAction(QString::fromStdString(name), menu, [count, back = b.back] {
-            guarded([&] { takesteps(count, back); }, fallback);
+            guarded([&] { stepby(count, back); }, fallback);
         });
     }
 }
@@ -83,7 +83,7 @@ void addsteptools(QToolBar* bar) {
         b.action->setObjectName(b.name);
         b.action->setShortcuts(QKeySequence::listFromString(b.keys));
         QObject::connect(b.action, &QAction::triggered, bar,
-                         [back = b.back] { guarded([&] { takesteps(1, back); }, fallback); });
+                         [back = b.back] { guarded([&] { stepby(1, back); }, fallback); });
         auto* const button = new QToolButton(bar);
         auto* const menu = new QMenu(button);
         QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, &b] { filllist(menu, b); });
@@ -111,7 +111,7 @@ void wiresteps() {
     afterstep = [](bool stale) {
         showsteps();
         if (!stale) return;
-        door().refresh();
+        theplatform().refresh();
         for (const int i : {1, 2, 3, 4})
             if (menupostItem(i).checked) return redrawall();
     };
@@ -125,7 +125,7 @@ static bool istyping(const QObject* receiver, const QKeyEvent* key) {
     return field && !key->text().isEmpty() && key->text()[0].isPrint();
 }
 
-bool isdoor(QObject* receiver, const QEvent* event) {
+bool maychangemodel(QObject* receiver, const QEvent* event) {
     switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonRelease:

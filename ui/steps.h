@@ -9,9 +9,9 @@ class QToolBar;
 void addsteptools(QToolBar* bar);
 void showsteps();  // enabling and tips
 void wiresteps();
-void takesteps(int count, bool back);
+void stepby(int count, bool back);
 
 // Can what the user does here change the model?
-bool isdoor(QObject* receiver, const QEvent* event);
+bool maychangemodel(QObject* receiver, const QEvent* event);
 // Names the step under way by the dialog and button that are pressed.
 void suggeststep(const QObject* receiver);

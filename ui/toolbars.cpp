@@ -99,7 +99,7 @@ void mainwindow::buildtoolbars() {
     graphics->addAction(menuaction("mnuEditItem", 7));
     graphics
         ->addAction(iconof("options"), tr("Graphic Element Options"),
-                    [] { door().showdialog("graphoptions"); })
+                    [] { theplatform().showdialog("graphoptions"); })
         ->setObjectName("graphoptionsbutton");
 
     addviewtools(newbar(this, "viewbar", tr("View")));

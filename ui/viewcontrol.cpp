@@ -71,7 +71,7 @@ class viewdialog : public QDialog {
         if (*unit) grid->addWidget(new QLabel(unit, this), row, 2);
         boxes[box] = edit;
         connect(edit, &QLineEdit::editingFinished, this, guardedhandler([this, box] {
-                    take();
+                    readform();
                     leavebox(form, box);
                     showform();
                 }));
@@ -97,7 +97,7 @@ class viewdialog : public QDialog {
             QPushButton* const b = newbutton("", viewpresets[i].caption, this, row);
             b->setObjectName(QString("preset(%1)").arg(i));
             connect(b, &QPushButton::clicked, this, guardedhandler([this, i](bool) {
-                        take();
+                        readform();
                         presetboxes(form, i);
                         showform();
                     }));
@@ -136,7 +136,7 @@ class viewdialog : public QDialog {
         select->setObjectName("Select");
         grid->addWidget(select, 2, 2);
         connect(select, &QPushButton::clicked, this, guardedhandler([this](bool) {
-                    take();
+                    readform();
                     getvalues(form);
                     hide();
                     setselectitem(selectelements);
@@ -153,8 +153,8 @@ class viewdialog : public QDialog {
             rectangle->setToolTip(tr("View %1").arg(v));
             preview[v - 1] = rectangle;
             connect(rectangle, &QToolButton::clicked, this, guardedhandler([this, v](bool) {
-                        take();
-                        takeview(form, v);
+                        readform();
+                        chooseview(form, v);
                         showform();
                     }));
         }
@@ -162,16 +162,16 @@ class viewdialog : public QDialog {
         auto* const row = new QHBoxLayout;
         connect(newbutton("Single", "Single", this, row), &QPushButton::clicked, this,
                 guardedhandler([this](bool) {
-                    take();
+                    readform();
                     setoneview();
                     setonepreview();
-                    takeview(form, 1);
+                    chooseview(form, 1);
                     showform();
                     redrawall();
                 }));
         connect(newbutton("Multi", "Multi", this, row), &QPushButton::clicked, this,
                 guardedhandler([this](bool) {
-                    take();
+                    readform();
                     allviews(form);
                     setfourpreview();
                     showform();
@@ -185,7 +185,7 @@ class viewdialog : public QDialog {
         const auto add = [&](const char* caption, auto action) {
             connect(newbutton(caption, caption, this, row), &QPushButton::clicked, this,
                     guardedhandler([this, action](bool) {
-                        take();
+                        readform();
                         action();
                         showform();
                     }));
@@ -200,7 +200,7 @@ class viewdialog : public QDialog {
         QPushButton* const ok = newbutton("OK", "OK", this, row);
         ok->setDefault(true);
         connect(ok, &QPushButton::clicked, this, guardedhandler([this](bool) {
-                    take();
+                    readform();
                     getvalues(form);
                     refreshselection();
                     accept();
@@ -221,7 +221,7 @@ class viewdialog : public QDialog {
     }
     void choose(int option) {
         if (option == 1 && groups->currentIndex() < 0) groups->setCurrentIndex(0);
-        take();
+        readform();
         getvalues(form);
         chooseoption(form, option, chosengroup());
         showform();
@@ -235,7 +235,7 @@ class viewdialog : public QDialog {
         const int g = groups->currentIndex() + 1;
         return g > 0 ? groupname(g) : "";
     }
-    void take() {
+    void readform() {
         for (int i = 0; i < viewboxcount; ++i) form.box[i] = boxes[i]->text().toStdString();
         for (int i = 0; i < 3; ++i)
             if (options[i]->isChecked()) form.option = i;

@@ -80,7 +80,7 @@ static bool barsshown() {
 
 int viewwidget::barwidth() const {
     const int least = 14;
-    const double t = scrollbarsof(0, 0, door().workarea().width).thickness;
+    const double t = scrollbarsof(0, 0, theplatform().workarea().width).thickness;
     return std::max(least, int(std::lround(t * pixelspercm())));
 }
 

@@ -21,7 +21,7 @@ namespace {
 struct extent {
     double low[3] = {1e30, 1e30, 1e30}, high[3] = {-1e30, -1e30, -1e30};
     bool any = false;
-    void take(double x, double y, double z) {
+    void include(double x, double y, double z) {
         const double at[3] = {x, y, z};
         for (int k = 0; k < 3; ++k) {
             low[k] = std::min(low[k], at[k]);
@@ -36,50 +36,50 @@ struct extent {
 
 // What a fit shows of a view, point by point, in model units.
 
-template <typename Take>
-static void takeelements(int nview, Take take) {
+template <typename Visit>
+static void eachelementpoint(int nview, Visit visit) {
     for (int e = 1; e <= nelems(); ++e) {
         if (elems(e, 0) == 0) continue;
         if (viewgroup(nview) != 0 && egroup(e) != viewgroup(nview)) continue;
         const int elnn = nodesoftype(elems(e, 0));
         for (int k = 1; k <= elnn; ++k) {
             const auto at = nodes.row(0, long(elems(e, k)));
-            take(at[0], at[1], at[2]);
+            visit(at[0], at[1], at[2]);
         }
     }
 }
 
-template <typename Take>
-static void takegraphics(const array3<float>& list, Take take) {
+template <typename Visit>
+static void eachgraphicpoint(const array3<float>& list, Visit visit) {
     const int kindcircle = 3, kindcurve = 2;
     for (int g = 1; g <= int(list(0, 0, 0)); ++g) {
         const int kind = int(list(g, 0, 0));
         if (kind == 0) continue;
         // A line has two points; its third row is 0, 0, 0 and no place on the drawing.
         const int points = kind == kindcircle || kind == kindcurve ? 3 : 2;
-        for (int j = 1; j <= points; ++j) take(list(g, j, 1), list(g, j, 2), list(g, j, 3));
+        for (int j = 1; j <= points; ++j) visit(list(g, j, 1), list(g, j, 2), list(g, j, 3));
     }
 }
 
 // A copy waiting to be pasted is no part of the picture; a mesh on show is.
-template <typename Take>
-static void takebuffers(Take take) {
+template <typename Visit>
+static void eachbufferpoint(Visit visit) {
     if (!previewbuffers) return;
     for (int i = 1; i <= int(tmpnodes(0, 0)); ++i)
-        take(tmpnodes(i, 1), tmpnodes(i, 2), tmpnodes(i, 3));
-    takegraphics(graphics2, take);
+        visit(tmpnodes(i, 1), tmpnodes(i, 2), tmpnodes(i, 3));
+    eachgraphicpoint(graphics2, visit);
 }
 
-template <typename Take>
-static void eachpoint(int nview, Take given) {
+template <typename Visit>
+static void eachpoint(int nview, Visit given) {
     bool any = false;
-    const auto take = [&](double x, double y, double z) {
+    const auto visit = [&](double x, double y, double z) {
         any = true;
         given(x, y, z);
     };
-    if (mnudrawlist(1).checked || mnudrawlist(0).checked) takeelements(nview, take);
-    if (mnudrawlist(4).checked) takegraphics(graphics, take);
-    takebuffers(take);
+    if (mnudrawlist(1).checked || mnudrawlist(0).checked) eachelementpoint(nview, visit);
+    if (mnudrawlist(4).checked) eachgraphicpoint(graphics, visit);
+    eachbufferpoint(visit);
     // A model of nodes alone, at its very start, is fitted to them.
     if (any || !mnudrawlist(0).checked) return;
     for (int n = 1; n <= nnodes(); ++n) given(nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
@@ -89,7 +89,7 @@ static void eachpoint(int nview, Take given) {
 static bool autoscaled(int nview) {
     const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
     extent box;
-    eachpoint(nview, [&](double x, double y, double z) { box.take(x, y, z); });
+    eachpoint(nview, [&](double x, double y, double z) { box.include(x, y, z); });
     viewptx(nview) = box.middle(0);
     viewpty(nview) = box.middle(1);
     viewptz(nview) = box.middle(2);
@@ -118,7 +118,7 @@ static void frame(int nview) {
         eachpoint(nview, [&](double x, double y, double z) {
             const placedpoint p =
                 project(c, {float(scale * x), float(scale * y), float(scale * z)});
-            picture.take(p.u, p.v, 0);
+            picture.include(p.u, p.v, 0);
         });
         const double du = picture.size(0), dv = picture.size(1);
         const double factor = std::min(roomu / du, roomv / dv);  // not finite for a single point

@@ -54,7 +54,7 @@ void drawconstraints(int nview) {
             if ((dof > 3) != rotations || dof < 1 || dof > 6 || !isnode(connode(i))) continue;
             setnode(connode(i), nview);
             projectpoint(nview);
-            if (!strokes[std::size_t(dof)].takes(scrx, scry)) continue;
+            if (!strokes[std::size_t(dof)].accepts(scrx, scry)) continue;
             nodestroke(*s, connode(i), (dof - 1) % 3, rotations ? 2 * unit : unit, nview,
                        shown(rotations ? rotcolor : concolor));
         }

@@ -92,7 +92,7 @@ void drawallnodes(int nview) {
         projectpoint(nview);
         if (!isinslab()) continue;
         nodecurrent = n;
-        if (dots.takes(scrx, scry)) drawdot(*s, nview);
+        if (dots.accepts(scrx, scry)) drawdot(*s, nview);
         if (nview == 1) labelnode(*s);
     }
 }

@@ -185,6 +185,6 @@ static void drawfacets(int nview) {
 void drawhidden(int nview) {
     guarded([&] { drawfacets(nview); },
             [](const runtimeerror&) {
-                door().message("Error Hiddenline; Try agian", icons::exclamation);
+                theplatform().message("Error Hiddenline; Try agian", icons::exclamation);
             });
 }

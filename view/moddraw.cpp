@@ -17,7 +17,7 @@
 #include "view/pen.h"
 #include "view/scaleview.h"
 
-static const int plainfrom = 20000;  // nodes or elements from which edges are not smoothed
+static const int smoothlimit = 20000;  // nodes or elements from which edges are not smoothed
 
 static std::array<layerrow, std::size_t(layers::count)> table;
 
@@ -30,11 +30,11 @@ int shownviews() {
 }
 
 hourglass::hourglass() {
-    door().hourglass(true);
+    theplatform().hourglass(true);
 }
 
 hourglass::~hourglass() {
-    door().hourglass(false);
+    theplatform().hourglass(false);
 }
 
 static bool contourin(int nview) {
@@ -172,7 +172,7 @@ drawinghold::drawinghold() {
 
 drawinghold::~drawinghold() {
     if (--holds > 0 || !std::exchange(missed, false)) return;
-    guarded(redrawall, [](const runtimeerror& e) { door().showstatus(e.what); });
+    guarded(redrawall, [](const runtimeerror& e) { theplatform().showstatus(e.what); });
 }
 
 void drawview(int nview) {
@@ -188,7 +188,7 @@ void drawview(int nview) {
     drawcolor = meshcolor;
     const keptpen pen(s);
     setdispscale(nview);
-    s->smooth = nelems() < plainfrom && nnodes() < plainfrom;
+    s->smooth = nelems() < smoothlimit && nnodes() < smoothlimit;
     s->clear(backcolor);
     for (int i = 0; i < int(layers::selectedpatches); ++i) drawlayer(layers(i), nview);
     drawcolor = selcolor;

@@ -26,7 +26,7 @@ void unprojectpoint(int nview) {
     modelz = p.z;
 }
 
-void takepoint(int nview, double x, double y) {
+void unprojectat(int nview, double x, double y) {
     persu = (x - vieww / 2) / scalex;
     persv = (viewh / 2 - y) / scaley;
     scrx = x;

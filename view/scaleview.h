@@ -34,7 +34,7 @@ void projectaxis(int nview);
 // and modelx, modely, modelz. Works from the view's angles, prepareview need not have run.
 void unprojectpoint(int nview);
 
-void takepoint(int nview, double x, double y);  // a place in a view becomes the point in work
+void unprojectat(int nview, double x, double y);  // a place in a view becomes the point in work
 void projectplace(int nview, double x, double y, double z);  // a model point, projected
 
 // Is the point last projected inside the depth slab of the prepared view?

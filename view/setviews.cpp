@@ -35,14 +35,14 @@ twipbox viewplace(int nview, const twipbox& work, bool single) {
 }
 
 static void placeviews(bool single) {
-    const twipbox work = door().workarea();
+    const twipbox work = theplatform().workarea();
     for (int v = 1; v <= nviews; ++v) {
         const twipbox box = viewplace(v, work, single);
         const bool shown = (v == 1 || !single) && box.width > 0 && box.height > 0;
-        door().placeview(v, box, shown);
+        theplatform().placeview(v, box, shown);
     }
     double width = 0, height = 0;
-    door().viewsize(1, width, height);
+    theplatform().viewsize(1, width, height);
     if (width > 0 && height > 0) {
         vieww = width;
         viewh = height;
@@ -50,7 +50,7 @@ static void placeviews(bool single) {
     scalex = scaley = single ? 1 : 0.5;
     singleview = single;
     setscrollbars();
-    door().refresh();
+    theplatform().refresh();
 }
 
 void setoneview() {
@@ -77,10 +77,10 @@ scrollrange scrollbarsof(double width, double height, double clientwidth) {
 }
 
 void setscrollbars() {
-    const twipbox work = door().workarea();
+    const twipbox work = theplatform().workarea();
     const scrollrange range = scrollbarsof(vieww, viewh, work.width);
     for (int v = 1; v <= nviews; ++v) {
-        door().setscrollbars(v, range);
+        theplatform().setscrollbars(v, range);
         lasthorizontal[v] = lastvertical[v] = 0;
     }
 }

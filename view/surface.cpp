@@ -8,7 +8,7 @@ bool printing;
 int toprinter;
 
 surface* target(int nview) {
-    if (toprinter == 0) return door().viewsurface(nview);
-    if (printing) return door().printsurface();
-    return nview == 1 ? nullptr : door().viewsurface(nview);
+    if (toprinter == 0) return theplatform().viewsurface(nview);
+    if (printing) return theplatform().printsurface();
+    return nview == 1 ? nullptr : theplatform().viewsurface(nview);
 }

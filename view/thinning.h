@@ -19,7 +19,7 @@ class thinning {
         cells.assign(std::size_t(columns) * std::size_t(rows), {none, none});
     }
     // A cell is so small that it holds one mark at most.
-    bool takes(double x, double y) {
+    bool accepts(double x, double y) {
         const double column = std::floor(x / side), row = std::floor(y / side);
         if (!(column >= 0 && column < columns && row >= 0 && row < rows)) return true;
         const int i = int(column), j = int(row);

@@ -129,7 +129,7 @@ void leavebox(viewform& form, int box) {
         box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
 }
 
-void takeview(viewform& form, int nview) {
+void chooseview(viewform& form, int nview) {
     getvalues(form);
     form.current = nview;
     showvalues(form, nview);

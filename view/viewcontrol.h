@@ -35,8 +35,8 @@ void showvalues(viewform& form, int nview);
 // Stores the boxes into the current view. A box that holds no number ends it; what stood before
 // that box is stored.
 void getvalues(viewform& form);
-void leavebox(viewform& form, int box);    // a text that is no number goes back to the stored value
-void takeview(viewform& form, int nview);  // a click on a preview rectangle
+void leavebox(viewform& form, int box);  // a text that is no number goes back to the stored value
+void chooseview(viewform& form, int nview);  // a click on a preview rectangle
 void presetboxes(viewform& form, int preset);
 void pasteview(viewform& form);
 void autoscaleview(viewform& form);

@@ -139,7 +139,7 @@ TEST(Journal, TakesRandomChangesOfEveryArrayBackAndForward) {
     }
     ASSERT_TRUE(digest() == model[0]) << "declared sizes are no part of the model";
     EXPECT_TRUE(stepforward(int(model.size()) - 1)) << "goes as far as there is room";
-    EXPECT_TRUE(room.door.toldpart("The model of that step does not fit the declared sizes."));
+    EXPECT_TRUE(room.platform.toldpart("The model of that step does not fit the declared sizes."));
     for (const std::size_t i : {0u, 2u, 6u}) form.text[i] = "6000";
     form.text[6] = "5";
     {

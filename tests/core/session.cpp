@@ -48,8 +48,8 @@ TEST(Arrays, AnIntegerNeverWraps) {
 
 TEST(Start, GivesANewModelAndItsCatalogue) {
     sessionroom room;
-    EXPECT_EQ(room.door.title, "Kalvane © 4.1: None");
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_EQ(room.platform.title, "Kalvane © 4.1: None");
+    EXPECT_TRUE(room.platform.messages.empty());
     EXPECT_EQ(nnodes() + nelems() + ngraphics() + ncon, 0);
     EXPECT_EQ(lcname(nlc()) + lcombname(ncomb()) + groupname(ngroups()), "LC 1Lcomb1GR 1");
     EXPECT_EQ(lcpar(1, 4), 1);
@@ -64,9 +64,9 @@ TEST(Start, WithoutSizesTheFailurePathDeclaresThem) {
     sessionroom room;
     std::filesystem::remove(room.file("decmem.DAT"));
     EXPECT_TRUE(start(room.folder));
-    EXPECT_TRUE(
-        room.door.told("Error reading Model size. Set your default model size!!  Use [File,Model "
-                       "size..] from the main menu"));
+    EXPECT_TRUE(room.platform.told(
+        "Error reading Model size. Set your default model size!!  Use [File,Model "
+        "size..] from the main menu"));
     EXPECT_EQ(contentof(room.file("decmem.DAT")),
               "5000\r\n5000\r\n5000\r\n5000\r\n2000\r\n200\r\n2\r\n");
     for (const char* damage :
@@ -84,7 +84,7 @@ TEST(Start, AMissingCatalogueEndsTheProgram) {
         sessionroom room;
         std::filesystem::remove(room.file(name));
         EXPECT_FALSE(start(room.folder));
-        EXPECT_TRUE(room.door.told(
+        EXPECT_TRUE(room.platform.told(
             " " + name + " not found; Place this file in the same directory as kalvane.exe"));
     }
 }
@@ -99,7 +99,7 @@ TEST(Start, ADamagedCatalogueIsToldAndTheProgramGoesOn) {
         sessionroom room;
         writefile(room.file("ELTYP.DAT"), damage);
         EXPECT_TRUE(start(room.folder));
-        EXPECT_TRUE(room.door.toldpart("Unexplained error in procedure start; "));
+        EXPECT_TRUE(room.platform.toldpart("Unexplained error in procedure start; "));
     }
 }
 
@@ -135,8 +135,8 @@ TEST(Modelsize, ChangingTheSizesKeepsTheModel) {
     form.text[0] = "4";
     EXPECT_FALSE(applysizes(form));
     EXPECT_TRUE(
-        room.door.told("Error: Model to large, Increase number of nodes to 5 on Model Size "
-                       "declairation form."));
+        room.platform.told("Error: Model to large, Increase number of nodes to 5 on Model Size "
+                           "declairation form."));
     EXPECT_EQ(form.text[0], "5") << "the boxes show the old sizes";
     EXPECT_EQ(nnodes(), 5);
     EXPECT_EQ(elems(1, 2), 5);
@@ -156,7 +156,7 @@ TEST(Modelsize, ChangingTheSizesKeepsTheModel) {
     form = showsizes();
     form.text[5] = "2000000000";
     EXPECT_FALSE(applysizes(form));
-    EXPECT_TRUE(room.door.told("Out of Memory, Reduce size of declaired model"));
+    EXPECT_TRUE(room.platform.told("Out of Memory, Reduce size of declaired model"));
     EXPECT_EQ(nnodes(), 5);
     EXPECT_EQ(modelsize(6), 200);
     nodename(2) = "kept";

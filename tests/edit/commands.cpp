@@ -75,7 +75,7 @@ TEST(Commands, ChangeTheSelectedNodes) {
         EXPECT_EQ(room.nodetext(2), c.second) << c.command;
         EXPECT_EQ(room.nodetext(3), "9 9 9") << c.command;
         EXPECT_EQ(nodesel(0), 2) << c.command;
-        EXPECT_EQ(room.door.messages.size(), c.told) << c.command;
+        EXPECT_EQ(room.platform.messages.size(), c.told) << c.command;
     }
     commandroom room;
     runcommand("rz=45");
@@ -98,26 +98,26 @@ TEST(Commands, NeedNoSelection) {
     for (const char* command : {"dx=1", "ax=1", "rx=5", "sc=2", "mxy", "fn=99", "fn=", "fn=abc"})
         runcommand(command);
     EXPECT_EQ(room.nodetext(1), "1 0 0");
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
     viewvert(1) = viewvert(2);
     viewhor(1) = viewhor(2);
     nodename(3) = "tip";
     for (const char* command : {"fn=3", "fn=tip"}) {
-        room.door.views[0].operations.clear();
+        room.platform.views[0].operations.clear();
         runcommand(command);
-        EXPECT_EQ(room.door.views[0].count("circle 19.00 -4.00 0.375 #ff0000"), 1) << command;
+        EXPECT_EQ(room.platform.views[0].count("circle 19.00 -4.00 0.375 #ff0000"), 1) << command;
     }
     EXPECT_EQ(nodesel(0), 0) << "the node found is not selected";
     const auto erased = [&] {
-        return room.door.views[0].count("circle 19.00 -4.00 0.375 #ffffff");
+        return room.platform.views[0].count("circle 19.00 -4.00 0.375 #ffffff");
     };
     EXPECT_EQ(erased(), 1) << "the circle before goes with the next";
     for (int press = 1; press <= 2; ++press) keyhandler(keyescape);
     EXPECT_EQ(erased(), 2) << "and with ESC";
     runcommand("help");
-    EXPECT_EQ(room.door.dialogs.back(), "cardhelp");
+    EXPECT_EQ(room.platform.dialogs.back(), "cardhelp");
     runcommand("dx=1;2;3;4");
-    EXPECT_TRUE(room.door.told("Error format direct input command. Use ; as list seperator"));
+    EXPECT_TRUE(room.platform.told("Error format direct input command. Use ; as list seperator"));
 }
 
 TEST(Commands, PointsGoToTheModeThatAddsNodes) {
@@ -127,9 +127,9 @@ TEST(Commands, PointsGoToTheModeThatAddsNodes) {
     runcommand("ax=-2;0.1;0");
     runcommand("dx=0;6");
     runcommand("ax=*;*;7");
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
     runcommand("ax=1E39");
-    EXPECT_EQ(room.door.messages.size(), 1u);
+    EXPECT_EQ(room.platform.messages.size(), 1u);
     runcommand("ax=3E38;-3E38;1E-400");
     EXPECT_EQ(room.nodetext(1), "1 0 0") << "the selection is not moved";
     keyhandler(keyescape);

@@ -78,8 +78,8 @@ TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {
     makemodel();
     for (const int n : {2, 8, 5}) togglenode(n);
     editdelete();
-    EXPECT_TRUE(room.door.told("Node(s) attached to element are not deleted"));
-    EXPECT_EQ(room.door.messages.size(), 1u) << "once";
+    EXPECT_TRUE(room.platform.told("Node(s) attached to element are not deleted"));
+    EXPECT_EQ(room.platform.messages.size(), 1u) << "once";
     EXPECT_EQ(nnodes(), 7) << "the free node went";
     EXPECT_EQ(ncon, 2);
     setselectitem(selectelements);
@@ -119,7 +119,7 @@ TEST(Refine, SplitsByTheNodeCount) {
     setselectitem(selectelements);
     selectallelements();
     EXPECT_EQ(refineelements(), 0) << "answered with no";
-    room.door.answerqueue = {answers::yes};
+    room.platform.answerqueue = {answers::yes};
     EXPECT_EQ(refineelements(), 4);
     EXPECT_EQ(nelems(), 4 + 3 + 3 + 3 + 1);
     // 7 sides of the quadrilaterals, 2 more of the triangle, the beam, 2 centres.
@@ -147,9 +147,9 @@ TEST(Refine, SplitsByTheNodeCount) {
     resetmodel();
     makemodel();
     selectallelements();
-    room.door.answerqueue = {answers::yes};
+    room.platform.answerqueue = {answers::yes};
     EXPECT_EQ(refineelements(), 0) << "what does not fit leaves the model untouched";
-    EXPECT_TRUE(room.door.toldpart("Increase number of nodes or elements"));
+    EXPECT_TRUE(room.platform.toldpart("Increase number of nodes or elements"));
     EXPECT_TRUE(nnodes() == 8 && nelems() == 3);
 }
 
@@ -164,18 +164,18 @@ TEST(Refine, NeighboursCloseAtTheRelease) {
         setselectitem(selectelements);
         const auto refine = [&](int e) {
             toggleelement(e);
-            room.door.answerqueue = {answers::yes};
+            room.platform.answerqueue = {answers::yes};
             refineelements();
             releaseselection();
         };
         refine(1);
-        EXPECT_TRUE(room.door.toldpart("1 new node(s) between two supported nodes"));
-        EXPECT_TRUE(room.door.toldpart("1 divided side(s) belong to elements that were not"));
+        EXPECT_TRUE(room.platform.toldpart("1 new node(s) between two supported nodes"));
+        EXPECT_TRUE(room.platform.toldpart("1 divided side(s) belong to elements that were not"));
         EXPECT_EQ(nnodes(), 8 + 5);
-        room.door.messages.clear();
+        room.platform.messages.clear();
         refine(2);
         EXPECT_EQ(nnodes(), 8 + 5 + (merges ? 4 : 5));
-        EXPECT_TRUE(room.door.toldpart("1 divided side(s)")) << "the triangle's";
-        EXPECT_NE(room.door.toldpart("1 new node(s) lie where a node stands already"), merges);
+        EXPECT_TRUE(room.platform.toldpart("1 divided side(s)")) << "the triangle's";
+        EXPECT_NE(room.platform.toldpart("1 new node(s) lie where a node stands already"), merges);
     }
 }

@@ -125,8 +125,8 @@ TEST(Merge, ElementsThatLoseTheirShapeLeaveOrBecomeTriangles) {
     EXPECT_EQ(eltypname(long(elems(1, 0))), "SHELL3");
     for (int k = 1; k <= 4; ++k) EXPECT_EQ(elems(1, k), k == 4 ? 0 : k);
     EXPECT_EQ(elemload(1, 1, 0), 2) << "the load follows its element";
-    EXPECT_TRUE(room.door.toldpart("4 element(s) lost their shape"));
-    EXPECT_TRUE(room.door.toldpart("3 removed, 1 made triangles"));
+    EXPECT_TRUE(room.platform.toldpart("4 element(s) lost their shape"));
+    EXPECT_TRUE(room.platform.toldpart("3 removed, 1 made triangles"));
 }
 
 TEST(Merge, NowMergesWhateverIsSelectedAndTellsATooFineTolerance) {
@@ -157,7 +157,7 @@ TEST(Merge, ReportsEveryPairAndMergesDoubleElements) {
     addelement(9, {1, 2, 3, 5});
     addelement(9, {4, 3, 2, 1});  // double of 1
     EXPECT_EQ(findmergenodes(), -1);
-    EXPECT_TRUE(room.door.toldpart("no name yet"));
+    EXPECT_TRUE(room.platform.toldpart("no name yet"));
     modelname = room.file("m");
     EXPECT_EQ(findmergenodes(), 2);
     EXPECT_EQ(contentof(room.file("m.txt")),
@@ -165,8 +165,8 @@ TEST(Merge, ReportsEveryPairAndMergesDoubleElements) {
               " 1             4                          \r\n");
     commenttext = "notes";
     EXPECT_EQ(finddoubleelems(), -1) << "answered no: the comment stays";
-    EXPECT_TRUE(room.door.toldpart("holds the comment of the model"));
-    room.door.answerqueue = {answers::yes};
+    EXPECT_TRUE(room.platform.toldpart("holds the comment of the model"));
+    room.platform.answerqueue = {answers::yes};
     EXPECT_EQ(finddoubleelems(), 2);
     EXPECT_EQ(contentof(room.file("m.txt")).substr(0, 28), " 1             3            ");
     EXPECT_EQ(nelems(), 6) << "the reports change nothing";

@@ -89,7 +89,7 @@ TEST(Mouse, WhatLiesUnderThePointerIsPicked) {
     for (const bool on : {true, false}) {
         pickshapes = on;
         for (const auto& c : cases) {
-            takepoint(2, 10 + c.x, 5 - c.y);
+            unprojectat(2, 10 + c.x, 5 - c.y);
             const int found = pickelement(2).item, hovered = hoverelement(2).item;
             EXPECT_EQ(found, on ? c.on : c.off) << c.x << " " << c.y << on;
             EXPECT_EQ(hovered, found);
@@ -98,12 +98,12 @@ TEST(Mouse, WhatLiesUnderThePointerIsPicked) {
     pickshapes = true;
     for (const float height : {2.0f, -2.0f}) {
         for (int n = 1; n <= 12; ++n) nodes(0, n, 2) = n > 4 ? height : 0;
-        takepoint(2, 11.5, 3.8);
+        unprojectat(2, 11.5, 3.8);
         EXPECT_EQ(pickelement(2).item, height > 0 ? 5 : 9) << "of faces the front one";
     }
     const float nowhere = std::nanf("");
     nodes(0, 1, 0) = nowhere;
-    takepoint(2, 10, 5);
+    unprojectat(2, 10, 5);
     EXPECT_NE(picknode(2).item, 1) << "what is no number lies nowhere";
 }
 
@@ -136,7 +136,7 @@ TEST(Mouse, EveryPickEqualsThePlainSearch) {
             for (int i = 0; i < 20; ++i) {
                 const double wide = i % 4 ? 1 : 20, x = 10 + wide * double(place(random)),
                              y = 5 + wide * double(place(random));
-                takepoint(2, x, y);
+                unprojectat(2, x, y);
                 const int found = picks(2).item;
                 ASSERT_EQ(hovers(2).item, found);
                 if (picks != picknode) continue;
@@ -184,7 +184,7 @@ TEST(Mouse, WindowsAddUpWhicheverWayTheyAreDrawn) {
     elems(0, 0) = nodes(0, 0, 0) = 0;
     selecttype = selecttypes::group;
     room.click(0, 0);
-    EXPECT_TRUE(room.door.told("Error find.notegroup"));
+    EXPECT_TRUE(room.platform.told("Error find.notegroup"));
     selecttype = selecttypes::single;
 }
 
@@ -205,7 +205,7 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
     runcommand("dx=1");
     EXPECT_NEAR(nodes(0, 16, 0), 3, 1e-6) << "the last point stays where it was snapped";
     redrawall();
-    for (const std::string& o : room.door.views[1].operations)
+    for (const std::string& o : room.platform.views[1].operations)
         EXPECT_TRUE(o.substr(0, 6) != "circle" || o.find("#ff0000") == o.npos)
             << "what is added is not selected: " << o;
     EXPECT_NEAR(nodes(0, 16, 1), 6.5, 1e-6);
@@ -347,17 +347,17 @@ TEST(Mouse, WhatCanNotBePlacedIsToldAndChangesNothing) {
     startmove();
     room.click(3, 2);
     EXPECT_EQ(nodes(0, 12, 0), 3);
-    EXPECT_TRUE(room.door.toldpart("beyond the range of coordinates"));
-    room.door.messages.clear();
+    EXPECT_TRUE(room.platform.toldpart("beyond the range of coordinates"));
+    room.platform.messages.clear();
     startmode(addnodemode);
     room.click(4, 3);
-    EXPECT_TRUE(room.door.toldpart("beyond the range of coordinates"));
+    EXPECT_TRUE(room.platform.toldpart("beyond the range of coordinates"));
     EXPECT_EQ(nnodes(), 12);
     viewscale(2) = 1;
     while (nnodes() < modelsize(1)) addnode(0, 0, 0);
     room.click(1, 1);
     runcommand("ax=1;1;1");
-    EXPECT_EQ(room.door.messages.size(), 3u);
-    EXPECT_TRUE(room.door.toldpart("Increase number of nodes"));
+    EXPECT_EQ(room.platform.messages.size(), 3u);
+    EXPECT_TRUE(room.platform.toldpart("Increase number of nodes"));
     EXPECT_EQ(nnodes(), modelsize(1));
 }

@@ -37,24 +37,24 @@ TEST(Analyse, HandsOverAndReadsBack) {
     fillmodel();
     curlcomb = 2;
     std::string control;
-    room.door.onprocess = [&] {
+    room.platform.onprocess = [&] {
         control = contentof(controlfile());
         writefile(modelname + ".log", "feiflu 4.1\nResults are complete\n");
         fs::remove(controlfile());
-        room.door.running = true;  // it lingers after its signal
+        room.platform.running = true;  // it lingers after its signal
     };
     runanalysis();
     EXPECT_EQ(control, "") << "without a name, the dialog left by Cancel, nothing starts";
     EXPECT_EQ(nnodes(), 12);
     modelname = room.file("m");
     runanalysis();
-    EXPECT_FALSE(room.door.running) << "it gives way to the next run";
+    EXPECT_FALSE(room.platform.running) << "it gives way to the next run";
     EXPECT_EQ(control, "\"" + room.file("m") + "\"\r\n0,1,3,1,1,1,1,1\r\n");
     EXPECT_EQ(nnodes(), 12) << "the memory was cleared and the model read back";
     EXPECT_EQ(modelsize(1), 5000);
     EXPECT_EQ(curlcomb, 2);
     EXPECT_EQ(dorenumber, 0);
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
@@ -63,23 +63,23 @@ TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
     modelname = room.file("m");
     const auto run = [&](const char* told) {
         runanalysis();
-        EXPECT_TRUE(room.door.toldpart(told)) << told;
+        EXPECT_TRUE(room.platform.toldpart(told)) << told;
         EXPECT_FALSE(fs::exists(controlfile()) || menulock) << told;
         EXPECT_EQ(nnodes(), 12) << told;
     };
     run("feiflu was not found");
     placesolver(room);
-    room.door.onprocess = [] {};  // ends and leaves the control file
+    room.platform.onprocess = [] {};  // ends and leaves the control file
     run("The solver stopped without finishing the analysis.");
-    room.door.onprocess = [] { fs::remove(controlfile()); };
-    room.door.exitcode = 1;
+    room.platform.onprocess = [] { fs::remove(controlfile()); };
+    room.platform.exitcode = 1;
     run("The analysis ended without results.");
     // The signal alone is not this run's: another program has removed the file, a log is old.
     writefile(room.file("m.log"), "feiflu 4.1\nResults are complete\n");
-    room.door.exitcode = 0;
-    room.door.onprocess = [&] {
+    room.platform.exitcode = 0;
+    room.platform.onprocess = [&] {
         fs::remove(controlfile());
-        room.door.running = true;
+        room.platform.running = true;
     };
     run("before the solver's end");
 }
@@ -113,17 +113,17 @@ TEST(Analyse, OneWindowAtATimeAndNoSolverStaysBehind) {
         solverlock other;
         ASSERT_TRUE(other.take("/their/bridge"));
         writefile(controlfile(), "theirs");
-        room.door.cancelled = true;  // of the waiting
+        room.platform.cancelled = true;  // of the waiting
         runanalysis();
         deletecontrolfile();
-        EXPECT_TRUE(room.door.toldpart("(/their/bridge)"));
+        EXPECT_TRUE(room.platform.toldpart("(/their/bridge)"));
         EXPECT_EQ(contentof(controlfile()), "theirs");
     }
-    room.door.cancelled = false;
-    room.door.onprocess = [] { fs::remove(controlfile()); };
-    room.door.messages.clear();
+    room.platform.cancelled = false;
+    room.platform.onprocess = [] { fs::remove(controlfile()); };
+    room.platform.messages.clear();
     runanalysis();
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Analyse, FilesOfOthersInTheWayAreAskedAbout) {
@@ -131,14 +131,14 @@ TEST(Analyse, FilesOfOthersInTheWayAreAskedAbout) {
     placesolver(room);
     fillmodel();
     writefile(room.file("notes.log"), "my day");
-    room.door.filequeue.push_back({true, room.file("notes.tek"), 2});
+    room.platform.filequeue.push_back({true, room.file("notes.tek"), 2});
     EXPECT_EQ(menusave(), reply::cancelled);
-    EXPECT_TRUE(room.door.toldpart("notes.log"));
+    EXPECT_TRUE(room.platform.toldpart("notes.log"));
     saveas(room.file("notes"));
     runanalysis();
     EXPECT_EQ(contentof(room.file("notes.log")), "my day");
-    room.door.onprocess = [] { fs::remove(controlfile()); };
-    room.door.answerqueue = {answers::yes};
+    room.platform.onprocess = [] { fs::remove(controlfile()); };
+    room.platform.answerqueue = {answers::yes};
     runanalysis();
     EXPECT_FALSE(fs::exists(room.file("notes.log"))) << "the solver has its way";
 }
@@ -148,26 +148,26 @@ TEST(Analyse, ItsEndIsToldInTheStatusLine) {
     placesolver(room);
     fillmodel();
     modelname = room.file("m");
-    room.door.onprocess = [&] {
+    room.platform.onprocess = [&] {
         writefile(room.file("m.log"), "Warning: first\r\nA Warning: of none\r\nWarning: x\r\n");
         fs::remove(controlfile());
     };
     resultsummary = [] { return std::string("the results"); };
     runanalysis();
     resultsummary = nullptr;
-    EXPECT_TRUE(room.door.status.starts_with("Analysed in ")) << room.door.status;
-    EXPECT_NE(room.door.status.find(" s, 2 warnings; the results"), std::string::npos)
-        << room.door.status;
+    EXPECT_TRUE(room.platform.status.starts_with("Analysed in ")) << room.platform.status;
+    EXPECT_NE(room.platform.status.find(" s, 2 warnings; the results"), std::string::npos)
+        << room.platform.status;
     EXPECT_EQ(solverlog().warnings, 2);
     EXPECT_EQ(solverlog().path, room.file("m.log"));
-    room.door.answerqueue = {answers::no};
+    room.platform.answerqueue = {answers::no};
     menunew();
     EXPECT_EQ(solverlog().warnings, 0) << "they were of the other model";
 }
 
 // Stands for a solver that refuses, with these words.
-struct refusingdoor : recorder {
-    explicit refusingdoor(std::string w) : words(std::move(w)) {
+struct refusingplatform : recorder {
+    explicit refusingplatform(std::string w) : words(std::move(w)) {
         exitcode = 1;
         onprocess = [] { fs::remove(controlfile()); };
     }
@@ -188,10 +188,10 @@ TEST(Analyse, AMechanismInThePlaneNamesTheOtherAnalysis) {
         addnode(1, 0, c.z);
         dim2d = c.twod;
         modelname = room.file("m");
-        refusingdoor door("node 2 in DZ: the structure or a part of it is a mechanism.\n");
+        refusingplatform platform("node 2 in DZ: the structure or a part of it is a mechanism.\n");
         runanalysis();
-        EXPECT_TRUE(door.toldpart("ended without results")) << c.z << c.twod;
-        EXPECT_EQ(door.toldpart("2-D analysis"), c.told) << c.z << c.twod;
+        EXPECT_TRUE(platform.toldpart("ended without results")) << c.z << c.twod;
+        EXPECT_EQ(platform.toldpart("2-D analysis"), c.told) << c.z << c.twod;
     }
 }
 
@@ -208,10 +208,10 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     groupcolor(1) = 1234;
     curlc = loadnode(0, 0) = 2;
     modelname = room.file("m");
-    room.door.onprocess = [&] { room.door.running = room.door.cancelled = true; };
+    room.platform.onprocess = [&] { room.platform.running = room.platform.cancelled = true; };
     runanalysis();
-    EXPECT_TRUE(room.door.toldpart("cancelled"));
-    EXPECT_FALSE(room.door.running);
+    EXPECT_TRUE(room.platform.toldpart("cancelled"));
+    EXPECT_FALSE(room.platform.running);
     ASSERT_EQ(nnodes(), 25000) << "the reading back heeds no Cancel";
     EXPECT_EQ(modelname, room.file("m"));
     EXPECT_EQ(nodename(3), "corner") << "what the files do not hold is kept beside them";

@@ -56,7 +56,7 @@ TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
         EXPECT_EQ(contentof(room.file("a") + extension), contentof(room.file("b") + extension))
             << extension;
     }
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Modelfiles, EverySingleOfAPrescribedValueComesBack) {
@@ -132,11 +132,11 @@ TEST(Modelfiles, DamagedViewsAreToldAndTheModelOpens) {
     const std::string tek = withoutviews(contentof(room.file("a.tek")));
     for (const char* line : {"1,2,3,0.5,0.5,0,9,NaN", "1,2,3,0.5,0.5,0,9,1E+39", "1,2,3", "x"}) {
         writefile(room.file("a.tek"), tek + line + "\r\n");
-        room.door.messages.clear();
+        room.platform.messages.clear();
         ASSERT_TRUE(openmodel(room.file("a"))) << line;
         EXPECT_TRUE(nelems() == 4 && viewptx(1) == 0 && viewscale(1) == 1) << line;
-        EXPECT_EQ(room.door.messages.size(), 1u) << line;
-        EXPECT_TRUE(room.door.toldpart("the views stay as in a new model")) << line;
+        EXPECT_EQ(room.platform.messages.size(), 1u) << line;
+        EXPECT_TRUE(room.platform.toldpart("the views stay as in a new model")) << line;
     }
 }
 
@@ -155,7 +155,7 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
         fs::remove(room.file("a") + extension);
     writefile(room.file("a.tek"), tek + "1,2,3,0.5,0.5,0,0,0\r\n");
     ASSERT_TRUE(openmodel(room.file("a")));
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
     EXPECT_EQ(viewdist(1), 100000);
     EXPECT_EQ(viewscale(1), 1);
     EXPECT_EQ(groupname(2), "Old 2");
@@ -177,7 +177,7 @@ TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {
     EXPECT_TRUE(connode(1) == 12 && conval(1) == 7);
     EXPECT_TRUE(loadnode(1, 0) == 1 && loadval(1, 1) == 8);
     EXPECT_TRUE(elemload(1, 0, 0) == 1 && elemload(1, 1, 0) == 4);
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
@@ -200,7 +200,7 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
         const int before = modelsize(c.size);
         modelsize(c.size) = c.value;
         EXPECT_FALSE(openmodel(room.file("a"))) << c.message;
-        EXPECT_TRUE(room.door.told(c.message + std::string("Model Size declairation form.")))
+        EXPECT_TRUE(room.platform.told(c.message + std::string("Model Size declairation form.")))
             << c.message;
         EXPECT_EQ(modelname, "");
         EXPECT_EQ(nnodes() + nelems() + ncon, 0);
@@ -208,18 +208,18 @@ TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
     }
     // All of them at once, and the user agrees to larger sizes: one question, nothing is cut.
     for (const auto& c : cases) modelsize(c.size) = c.value;
-    room.door.messages.clear();
-    room.door.answerqueue = {answers::yes};
+    room.platform.messages.clear();
+    room.platform.answerqueue = {answers::yes};
     ASSERT_TRUE(openmodel(room.file("a")));
     EXPECT_TRUE(nnodes() == 12 && ncon == 4 && nlc() == 2 && loadnode(1, 1) == 12);
     EXPECT_TRUE(ngraphics() == 2 && ngroups() == 2 && lcomb(2, 2) == -1);
-    EXPECT_EQ(std::ranges::count(room.door.messages, buttons::yesno, &messagebox::set), 1);
+    EXPECT_EQ(std::ranges::count(room.platform.messages, buttons::yesno, &messagebox::set), 1);
     EXPECT_EQ(contentof(room.file("decmem.DAT")).substr(0, 4), "15\r\n")
         << "and they stay declared";
 }
 
 // A box lets the toolkit ask for a picture, also of a model that is half read.
-class drawingdoor : public recorder {
+class drawingplatform : public recorder {
   public:
     answers show(const messagebox& box) override {
         redrawall();
@@ -234,13 +234,13 @@ TEST(Modelfiles, AModelThatIsHalfReadIsNotDrawn) {
     for (const int i : {1, 2}) modelsize(i) = 3;
     ASSERT_TRUE(resetmodel());
     {
-        drawingdoor door;
-        door.answerqueue = {answers::yes};
+        drawingplatform platform;
+        platform.answerqueue = {answers::yes};
         ASSERT_TRUE(openmodel(room.file("a")));
-        EXPECT_EQ(door.messages.size(), 3u);
-        EXPECT_GT(door.views[0].count("line"), 0) << "the picture that was asked for comes";
+        EXPECT_EQ(platform.messages.size(), 3u);
+        EXPECT_GT(platform.views[0].count("line"), 0) << "the picture that was asked for comes";
     }
-    setdoor(&room.door);
+    setplatform(&room.platform);
 }
 
 // Whatever stands in the files: a message or a model, never a crash, and the model in hand
@@ -289,11 +289,11 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
         }
         writefile(path, good);
     }
-    room.door.messages.clear();
+    room.platform.messages.clear();
     writefile(room.file("bad.vpl"), "1\r\n1,1,abc\r\n");
     ASSERT_TRUE(openmodel(room.file("bad")));
-    EXPECT_TRUE(room.door.toldpart(room.file("bad.vpl") +
-                                   ", line 2: a number was expected, found \"abc\""));
+    EXPECT_TRUE(room.platform.toldpart(room.file("bad.vpl") +
+                                       ", line 2: a number was expected, found \"abc\""));
     EXPECT_EQ(ncon, 0);
     EXPECT_EQ(nnodes(), 12);
 }
@@ -307,16 +307,16 @@ TEST(Modelfiles, NumbersBeyondAllBoundsNeverReachTheFiles) {
     nodes(0, 3, 1) = std::numeric_limits<float>::infinity();
     lcomb(1, 1) = std::numeric_limits<float>::quiet_NaN();
     EXPECT_FALSE(savemodel());
-    EXPECT_EQ(room.door.messages.size(), 1u);
+    EXPECT_EQ(room.platform.messages.size(), 1u);
     EXPECT_EQ(contentof(room.file("m.tek")), good);
     ASSERT_TRUE(openmodel(room.file("m")));
-    room.door.messages.clear();
+    room.platform.messages.clear();
     for (const char* row : {"1,4,1E37", "1,3,1E308", "1,1,1E39"}) {
         writefile(room.file("m.vpl"), std::string("1\r\n") + row + "\r\n");
         ASSERT_TRUE(openmodel(room.file("m")));
         EXPECT_EQ(ncon, 0) << row;
-        EXPECT_TRUE(room.door.toldpart("m.vpl, line 2: the prescribed value")) << row;
-        room.door.messages.clear();
+        EXPECT_TRUE(room.platform.toldpart("m.vpl, line 2: the prescribed value")) << row;
+        room.platform.messages.clear();
     }
 }
 
@@ -394,29 +394,29 @@ TEST(Modelfiles, AFailedSaveTellsItsFilesInOneBoxAndKeepsTheOldOnes) {
     for (const char* name : {"b.tek", "b.vpl"}) fs::permissions(room.file(name), fs::perms(0444));
     groupname(2) = "later";
     const auto save = [&](answers answer) {
-        room.door.messages.clear();
-        room.door.answerqueue = {answer};
+        room.platform.messages.clear();
+        room.platform.answerqueue = {answer};
         return savemodel();
     };
     EXPECT_FALSE(save(answers::cancel));
-    ASSERT_EQ(room.door.messages.size(), 1u);
+    ASSERT_EQ(room.platform.messages.size(), 1u);
     for (const char* part :
          {"Error occurred while trying to save model. Model Not saved, please retry.",
           "Error occurred while trying to save Constrains. Constrains Not saved, please retry.",
           "b.vpl (the file is write-protected)"})
-        EXPECT_TRUE(room.door.toldpart(part)) << part;
+        EXPECT_TRUE(room.platform.toldpart(part)) << part;
     EXPECT_EQ(contentof(room.file("b.mlt")), old) << "as delivered, no file of this save";
     EXPECT_FALSE(save(answers::yes));
     EXPECT_NE(contentof(room.file("b.mlt")), old) << "what could be written, as the user says";
     EXPECT_EQ(contentof(room.file("b.vpl")), vpl);
-    room.door.filequeue.push_back({true, room.file("c.tek"), 2});
+    room.platform.filequeue.push_back({true, room.file("c.tek"), 2});
     EXPECT_TRUE(save(answers::no)) << "saved under another name";
     EXPECT_EQ(modelname, room.file("c"));
     EXPECT_EQ(contentof(room.file("c.vpl")), vpl);
     fs::remove(room.file("c.txt"));
     fs::create_directory(room.file("c.txt"));
     EXPECT_TRUE(save(answers::cancel));
-    EXPECT_TRUE(room.door.messages.empty()) << "the comment fails silently";
+    EXPECT_TRUE(room.platform.messages.empty()) << "the comment fails silently";
 }
 
 // A damaged or changed file is not overwritten unasked, and is kept when it is.
@@ -427,22 +427,23 @@ TEST(Modelfiles, WhatWasNotReadIsNotOverwrittenWithoutAQuestion) {
     const std::string damaged = contentof(room.file("m.knk")).substr(0, 5);
     writefile(room.file("m.knk"), damaged);
     ASSERT_TRUE(openmodel(room.file("m")));
-    EXPECT_NE(room.door.title.find("incomplete, not read: m.knk"), std::string::npos);
+    EXPECT_NE(room.platform.title.find("incomplete, not read: m.knk"), std::string::npos);
     EXPECT_FALSE(savemodel());
-    EXPECT_TRUE(room.door.toldpart("m.knk. The old file is kept with .bak"));
+    EXPECT_TRUE(room.platform.toldpart("m.knk. The old file is kept with .bak"));
     runanalysis();
-    EXPECT_TRUE(room.door.toldpart("The analysis was not started"));
+    EXPECT_TRUE(room.platform.toldpart("The analysis was not started"));
     EXPECT_EQ(contentof(room.file("m.knk")), damaged);
-    room.door.answerqueue = {answers::yes};
+    room.platform.answerqueue = {answers::yes};
     EXPECT_TRUE(savemodel());
     EXPECT_EQ(contentof(room.file("m.knk.bak")), damaged);
-    EXPECT_EQ(room.door.title, "Kalvane © 4.1: " + room.file("m"));
-    room.door.messages.clear();
+    EXPECT_EQ(room.platform.title, "Kalvane © 4.1: " + room.file("m"));
+    room.platform.messages.clear();
     EXPECT_TRUE(savemodel());
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
     writefile(room.file("m.lcd"), "written by another program");
     EXPECT_FALSE(savemodel());
-    EXPECT_TRUE(room.door.toldpart("another program since the model was read or saved: m.lcd."));
+    EXPECT_TRUE(
+        room.platform.toldpart("another program since the model was read or saved: m.lcd."));
     EXPECT_EQ(contentof(room.file("m.lcd")), "written by another program");
 }
 
@@ -452,9 +453,9 @@ TEST(Modelfiles, RowsOfNoNodeFallAwayWhateverElseTheyHold) {
     saveas(room.file("m"));
     writefile(room.file("m.vpl"), "3\r\n0,0,0\r\n1,2,5\r\n99,7,1E60\r\n");
     writefile(room.file("m.knk"), "2\r\n0,0,0\r\n3,1,4\r\n0\r\n");
-    room.door.messages.clear();
+    room.platform.messages.clear();
     ASSERT_TRUE(openmodel(room.file("m")));
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
     EXPECT_TRUE(ncon == 1 && condof(1) == 2 && loadnode(1, 0) == 1 && loadval(1, 1) == 4);
 }
 
@@ -467,7 +468,7 @@ TEST(Modelfiles, AnElementOfTypeZeroMayNotShiftTheNumbersBehindIt) {
     EXPECT_TRUE(elems(1, 0) == 0 && elems(2, 2) == 2) << "a free slot keeps its number";
     writefile(room.file("bad.tek"), nodelines + "0\r\n1,2,1\r\n6\r\n1,2,1\r\n");
     EXPECT_FALSE(openmodel(room.file("bad")));
-    EXPECT_TRUE(room.door.toldpart("bad.tek, line 5: an element of type 0 has no nodes"));
+    EXPECT_TRUE(room.platform.toldpart("bad.tek, line 5: an element of type 0 has no nodes"));
 }
 
 TEST(Modelfiles, WithoutAGroupFileTheElementsKeepTheirNumbers) {
@@ -476,9 +477,9 @@ TEST(Modelfiles, WithoutAGroupFileTheElementsKeepTheirNumbers) {
     egroup(3) = 5;
     saveas(room.file("m"));
     fs::remove(room.file("m.mlt"));
-    room.door.messages.clear();
+    room.platform.messages.clear();
     ASSERT_TRUE(openmodel(room.file("m")));
-    EXPECT_TRUE(room.door.messages.empty()) << "a missing side file is a normal case";
+    EXPECT_TRUE(room.platform.messages.empty()) << "a missing side file is a normal case";
     EXPECT_TRUE(egroup(3) == 5 && egroup(1) == 2 && ngroups() == 5);
     EXPECT_EQ(groupname(5), "GR 5");
     EXPECT_EQ(groups(5, 1), 210000);
@@ -487,21 +488,21 @@ TEST(Modelfiles, WithoutAGroupFileTheElementsKeepTheirNumbers) {
 TEST(Filemenu, SaveAsSplitsTheNameAndAsksBeforeReplacing) {
     sessionroom room;
     fillmodel();
-    room.door.filequeue.push_back({true, room.file("m.tek"), 2});
+    room.platform.filequeue.push_back({true, room.file("m.tek"), 2});
     EXPECT_EQ(menusave(), reply::done);
     EXPECT_EQ(modelname, room.file("m"));
-    EXPECT_EQ(room.door.title, "Kalvane © 4.1: " + room.file("m"));
+    EXPECT_EQ(room.platform.title, "Kalvane © 4.1: " + room.file("m"));
     const std::string old = contentof(room.file("m.tek"));
     addnode(1, 1, 1);
-    room.door.filequeue.push_back({true, room.file("m.tek"), 2});
-    room.door.answerqueue.push_back(answers::no);
+    room.platform.filequeue.push_back({true, room.file("m.tek"), 2});
+    room.platform.answerqueue.push_back(answers::no);
     EXPECT_EQ(menusave(), reply::cancelled);
-    EXPECT_EQ(room.door.messages.back().preset, answers::no);
+    EXPECT_EQ(room.platform.messages.back().preset, answers::no);
     EXPECT_EQ(contentof(room.file("m.tek")), old);
-    room.door.filequeue.push_back({true, room.file("n"), 2});
+    room.platform.filequeue.push_back({true, room.file("n"), 2});
     EXPECT_EQ(menusave(), reply::done) << "a name without extension gets the filter's";
     EXPECT_TRUE(fs::exists(room.file("n.tek")));
-    room.door.filequeue.push_back({true, room.file("ver.1.2"), 2});
+    room.platform.filequeue.push_back({true, room.file("ver.1.2"), 2});
     EXPECT_EQ(menusave(), reply::done);
     EXPECT_TRUE(fs::exists(room.file("ver.1.2.tek")));
     EXPECT_EQ(openfile(room.file("ver.1.2.tek")), reply::done);
@@ -516,7 +517,7 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     saveas(room.file("M"));  // another model
     ncon = 1;
     saveas(room.file("M"));
-    room.door.filequeue.push_back({true, room.file("m.TEK"), 2});
+    room.platform.filequeue.push_back({true, room.file("m.TEK"), 2});
     EXPECT_EQ(menuopen(), reply::done);
     EXPECT_EQ(ncon, 4) << "a side file of another case is found";
     const std::size_t before = recentfiles().size();
@@ -528,7 +529,7 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     EXPECT_EQ(openfile(room.file("m")), reply::done) << "a model by its bare name";
     writefile(room.file("notes.md"), "text");
     EXPECT_EQ(openfile(room.file("notes.md")), reply::failed);
-    EXPECT_TRUE(room.door.toldpart("Files of type \".md\" can not be used here"));
+    EXPECT_TRUE(room.platform.toldpart("Files of type \".md\" can not be used here"));
 }
 
 // Results are of the model that their checksum names, however the views looked at it.
@@ -554,17 +555,17 @@ TEST(Filemenu, ResultsOlderThanTheirModelAreKnownAtOpen) {
 TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
     sessionroom room;
     fillmodel();
-    room.door.answerqueue.push_back(answers::cancel);
+    room.platform.answerqueue.push_back(answers::cancel);
     EXPECT_EQ(menunew(), reply::cancelled);
     EXPECT_EQ(nnodes(), 12);
-    room.door.answerqueue.push_back(answers::yes);  // and the save dialog is left by Cancel
+    room.platform.answerqueue.push_back(answers::yes);  // and the save dialog is left by Cancel
     EXPECT_EQ(menunew(), reply::cancelled);
     EXPECT_EQ(nnodes(), 12);
-    room.door.answerqueue.push_back(answers::no);
+    room.platform.answerqueue.push_back(answers::no);
     EXPECT_EQ(menunew(), reply::done);
     EXPECT_EQ(nnodes(), 0);
-    EXPECT_EQ(room.door.title, "Kalvane © 4.1: ");
-    EXPECT_TRUE(room.door.told("Save model ?"));
+    EXPECT_EQ(room.platform.title, "Kalvane © 4.1: ");
+    EXPECT_TRUE(room.platform.told("Save model ?"));
 }
 
 // One row a thing that a user changes; each is work that another model would replace.
@@ -593,24 +594,24 @@ TEST(Filemenu, OpenAsksForWorkThatWouldBeLost) {
     for (const auto& [what, change] : changes) {
         ASSERT_EQ(openfile(room.file("m.tek")), reply::done);
         change();
-        room.door.messages.clear();
-        room.door.answerqueue = {answers::cancel};
+        room.platform.messages.clear();
+        room.platform.answerqueue = {answers::cancel};
         const bool work = std::string(what) != "nothing";
         EXPECT_EQ(openrecent(int(recentfiles().size()) - 1), work ? reply::cancelled : reply::done)
             << what;
-        EXPECT_EQ(room.door.told("Save model ?"), work) << what;
+        EXPECT_EQ(room.platform.told("Save model ?"), work) << what;
     }
     saveas(room.file("m"));
-    room.door.messages.clear();
+    room.platform.messages.clear();
     EXPECT_EQ(menuopen(), reply::cancelled) << "the file dialog, which the recorder leaves";
-    EXPECT_TRUE(room.door.messages.empty()) << "saved: nothing to lose";
+    EXPECT_TRUE(room.platform.messages.empty()) << "saved: nothing to lose";
 }
 
 TEST(Filemenu, ImportPastesBehindTheModel) {
     sessionroom room;
     fillmodel();
     saveas(room.file("m"));
-    room.door.filequeue.push_back({true, room.file("m.tek"), 2});
+    room.platform.filequeue.push_back({true, room.file("m.tek"), 2});
     EXPECT_EQ(menuimport(), reply::done);
     EXPECT_EQ(elems(6, 3), 15);
     EXPECT_EQ(groupname(4), "Box, \"welded\"*");
@@ -619,30 +620,30 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     EXPECT_EQ(ncon, 4) << "conditions do not come along";
     modelsize(1) = 30;
     openmodel(room.file("m"));
-    room.door.filequeue.assign(2, {true, room.file("m.tek"), 2});
+    room.platform.filequeue.assign(2, {true, room.file("m.tek"), 2});
     EXPECT_EQ(menuimport(), reply::done);
     EXPECT_EQ(menuimport(), reply::failed);
     EXPECT_EQ(ngroups(), 4) << "and no groups behind";
     EXPECT_TRUE(
-        room.door.told("Increase number of nodes or elements on Model declaration form. "
-                       "Do: [File,modelsize..]"));
+        room.platform.told("Increase number of nodes or elements on Model declaration form. "
+                           "Do: [File,modelsize..]"));
     EXPECT_EQ(nnodes(), 24) << "a paste that does not fit leaves the model as it was";
 }
 
 TEST(Filemenu, ExitSavesOrStays) {
     sessionroom room;
     fillmodel();
-    room.door.answerqueue = {answers::yes};
+    room.platform.answerqueue = {answers::yes};
     EXPECT_FALSE(exitprompt(closemodes::user)) << "the save was cancelled, nothing is lost";
-    EXPECT_FALSE(room.door.ended);
-    room.door.answerqueue = {answers::cancel};
+    EXPECT_FALSE(room.platform.ended);
+    room.platform.answerqueue = {answers::cancel};
     EXPECT_FALSE(menuexit());
-    room.door.answerqueue = {answers::cancel};
+    room.platform.answerqueue = {answers::cancel};
     EXPECT_FALSE(exitprompt(closemodes::user)) << "Esc stays, where No would leave";
-    EXPECT_FALSE(room.door.ended);
-    room.door.answerqueue = {answers::yes};
-    room.door.filequeue.push_back({true, room.file("last.tek"), 2});
+    EXPECT_FALSE(room.platform.ended);
+    room.platform.answerqueue = {answers::yes};
+    room.platform.filequeue.push_back({true, room.file("last.tek"), 2});
     EXPECT_TRUE(exitprompt(closemodes::user));
-    EXPECT_TRUE(room.door.ended);
+    EXPECT_TRUE(room.platform.ended);
     EXPECT_TRUE(fs::exists(room.file("last.tek")));
 }

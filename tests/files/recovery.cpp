@@ -93,9 +93,9 @@ TEST(Recovery, ACopyThatIsCutShortLeavesTheModelAsItWas) {
     nodes(0, 0, 0) = 2;
     for (std::size_t cut = 0; cut < whole.size(); cut += whole.size() / 97 + 1) {
         writefile(file, whole.substr(0, cut));
-        room.door.messages.clear();
+        room.platform.messages.clear();
         EXPECT_FALSE(readcopy(copy)) << cut;
-        EXPECT_TRUE(room.door.toldpart("can not be read")) << cut;
+        EXPECT_TRUE(room.platform.toldpart("can not be read")) << cut;
         EXPECT_EQ(nnodes(), 2);
         EXPECT_EQ(modelname, "other");
         EXPECT_EQ(nodename(3), "top, \"corner\"");

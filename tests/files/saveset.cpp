@@ -76,7 +76,7 @@ TEST(Saveset, ASaveThatCanNotBeFinishedIsToldAndOpensNothing) {
     fs::create_directory(room.file("m.txt"));  // no file can be put in its place
     modelname = "former";
     EXPECT_FALSE(openmodel(room.file("m")));
-    EXPECT_TRUE(room.door.toldpart("was cut short and can not be finished"));
+    EXPECT_TRUE(room.platform.toldpart("was cut short and can not be finished"));
     EXPECT_EQ(modelname, "former");
     fs::remove(room.file("m.txt"));
     EXPECT_TRUE(openmodel(room.file("m")));

@@ -26,14 +26,14 @@ TEST(Settings, SaveAndGetLeaveAllValuesAsTheyWere) {
     dim2d = true;
     singleview = false;
     savesettings();
-    EXPECT_EQ(room.door.status, "Settings saved in " + room.file("DEFAULTS.DAT"));
+    EXPECT_EQ(room.platform.status, "Settings saved in " + room.file("DEFAULTS.DAT"));
     const std::string text = contentof(room.file("DEFAULTS.DAT"));
     EXPECT_EQ(std::ranges::count(text, '\n'), 74);
     EXPECT_EQ(text.substr(0, 29), "0\r\n0.25\r\n3\r\n0\r\n#TRUE#\r\n0.7853");
     sessionroom fresh;
     writefile(fresh.file("DEFAULTS.DAT"), text);
     getsettings();
-    EXPECT_TRUE(fresh.door.messages.empty());
+    EXPECT_TRUE(fresh.platform.messages.empty());
     EXPECT_EQ(viewhor(2), -1.25f);
     EXPECT_EQ(backcolor, rgb(10, 20, 30));
     EXPECT_EQ(nodelabelfont.name, "Courier, \"New\"");
@@ -53,18 +53,18 @@ TEST(Settings, AToleranceOfZeroIsOneThatMergesNothing) {
     nodetol = 1;
     getsettings();
     EXPECT_EQ(mergetol, 0);
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Settings, ADamagedFileIsToldAndAppliesWhatStandsBefore) {
     sessionroom room;
     getsettings();
-    EXPECT_TRUE(room.door.toldpart("File not found"));
+    EXPECT_TRUE(room.platform.toldpart("File not found"));
     writefile(room.file("DEFAULTS.DAT"), "1\r\n0.5\r\n3\r\n0\r\nTrue\r\nabc\r\n");
     getsettings();
     EXPECT_EQ(nodetol, 0.5);
     EXPECT_TRUE(dim2d) << "a truth without marks is read";
-    EXPECT_TRUE(room.door.toldpart("DEFAULTS.DAT, line 6"));
+    EXPECT_TRUE(room.platform.toldpart("DEFAULTS.DAT, line 6"));
     EXPECT_FLOAT_EQ(viewvert(1), float(pi / 4));
 }
 
@@ -89,7 +89,7 @@ TEST(Settings, AViewThatShowsNothingIsRefused) {
         const std::size_t end = text.find("\r\n", begin);
         writefile(room.file("DEFAULTS.DAT"), text.substr(0, begin) + c.value + text.substr(end));
         getsettings();
-        EXPECT_TRUE(room.door.toldpart(c.told)) << c.told;
+        EXPECT_TRUE(room.platform.toldpart(c.told)) << c.told;
         for (int v = 1; v <= nviews; ++v) {
             EXPECT_EQ(viewdist(v), 1000000);
             EXPECT_EQ(viewscale(v), 1);

@@ -49,7 +49,7 @@ class randomuser {
             &randomuser::modify, &randomuser::loadcase,  &randomuser::combination,
             &randomuser::draw,   &randomuser::renumber,  &randomuser::comment,
             &randomuser::free,   &randomuser::importone, &randomuser::type};
-        room.door.answerqueue.assign(9, answers::yes);
+        room.platform.answerqueue.assign(9, answers::yes);
         const step s("work");
         (this->*actions[upto(std::size(actions) - 1)])();
     }

@@ -245,14 +245,14 @@ void usedialog() {
 }
 
 void useanything() {
-    theplatform().answerqueue.clear();
-    theplatform().filequeue.clear();
+    theqtplatform().answerqueue.clear();
+    theqtplatform().filequeue.clear();
     static const std::vector<answers> replies = {answers::yes, answers::no, answers::cancel};
-    for (int i = 0; i < 4; ++i) theplatform().answerqueue.push_back(oneof(replies));
+    for (int i = 0; i < 4; ++i) theqtplatform().answerqueue.push_back(oneof(replies));
     static const std::vector<std::string> names = {
         "portal.tek", "platehole.tek", "tower.tek", "platform.tek", "bracket.tek", "panel.tek",
         "joints.tek", "new.tek",       "new.pdf",   "none/x.tek",   "new.set",     "portal.DAT"};
-    theplatform().filequeue.push_back((folder / oneof(names)).string());
+    theqtplatform().filequeue.push_back((folder / oneof(names)).string());
     const bool dialog = !opendialogs().empty();
     const int kind = upto(20);
     if (dialog && kind < 14) return usedialog();
@@ -320,8 +320,8 @@ int main(int argc, char** argv) {
     dice.seed(unsigned(std::atoi(argv[3])));
     if (upto(2) == 0) damagefiles();
     guardedapplication application(argc, argv);
-    setdoor(&theplatform());
-    theplatform().scripted = true;
+    setplatform(&theqtplatform());
+    theqtplatform().scripted = true;
     wiremodules();
     programdir = QCoreApplication::applicationDirPath().toStdString();
     if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;

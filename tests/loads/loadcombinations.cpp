@@ -92,7 +92,7 @@ TEST(Combinations, ADeletionMovesTheUpperOnesDown) {
         addloadcomb(form);
         lcomb(c, 2) = float(c);
     }
-    room.door.answerqueue = {answers::no, answers::yes, answers::yes};
+    room.platform.answerqueue = {answers::no, answers::yes, answers::yes};
     choosecomb(form, 3);
     delloadcomb(form);
     EXPECT_EQ(ncomb(), 10);
@@ -117,9 +117,9 @@ TEST(Combinations, ANumberOfAModeShapeIsNoCombination) {
     checkonly(viewloads, 3);
     for (const auto& [number, lines] : {std::pair(1, 1), {2, 0}, {0, 0}, {25, 0}}) {
         curlcomb = number;
-        room.door.views[0].operations.clear();
+        room.platform.views[0].operations.clear();
         drawloads(1);
-        EXPECT_EQ(room.door.views[0].count("line"), lines) << number;
+        EXPECT_EQ(room.platform.views[0].count("line"), lines) << number;
     }
     closeloadcombinations(openloadcombinations());
     EXPECT_EQ(curlcomb, 1) << "no mode shape is on show";
@@ -135,5 +135,5 @@ TEST(Combinations, AFileThatCanNotBeWrittenIsTold) {
     sessionroom room;
     modelname = room.file("missing/a");
     EXPECT_FALSE(savecombinations());
-    EXPECT_TRUE(room.door.toldpart("Loadcombinations Not saved, please retry."));
+    EXPECT_TRUE(room.platform.toldpart("Loadcombinations Not saved, please retry."));
 }

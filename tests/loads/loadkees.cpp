@@ -85,7 +85,7 @@ TEST(Loadcases, TextsThatAreNoNumbers) {
     EXPECT_EQ(form.wave[3], "0");
     form.name = "Storm";
     updateloadcase(form);
-    EXPECT_TRUE(room.door.told("Check loadcases, Error occured"));
+    EXPECT_TRUE(room.platform.told("Check loadcases, Error occured"));
     EXPECT_NE(form.message.find("Dir: \"North\""), std::string::npos) << form.message;
     EXPECT_EQ(lctype(1), 7) << "what was stored before the error stays";
     EXPECT_EQ(lcpar(1, 3), 3) << "from the acceleration";
@@ -97,7 +97,7 @@ TEST(Loadcases, TextsThatAreNoNumbers) {
 
 TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
     sessionroom room;
-    room.door.answerqueue = {answers::no, answers::yes};
+    room.platform.answerqueue = {answers::no, answers::yes};
     loadcaseform form = openloadkees();
     addloadcase(form);
     addloadcase(form);
@@ -140,7 +140,7 @@ TEST(Loadcases, DeletionLowersTheCurrentCaseAndSparesTheLast) {
     sessionroom room;
     loadcaseform form = openloadkees();
     for (int i = 1; i < 4; ++i) addloadcase(form);
-    room.door.answerqueue = {answers::yes, answers::yes, answers::yes};
+    room.platform.answerqueue = {answers::yes, answers::yes, answers::yes};
     delloadcase(form);
     EXPECT_EQ(curlc, 3);
     chooseloadcase(form, 1);
@@ -149,6 +149,6 @@ TEST(Loadcases, DeletionLowersTheCurrentCaseAndSparesTheLast) {
     delloadcase(form);
     delloadcase(form);
     EXPECT_EQ(form.message, "Not allowed, one loadcase minimum");
-    EXPECT_EQ(room.door.messages.size(), 3u) << "no question is asked";
+    EXPECT_EQ(room.platform.messages.size(), 3u) << "no question is asked";
     EXPECT_EQ(lcname(1), "LC 3");
 }

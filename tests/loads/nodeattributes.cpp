@@ -150,7 +150,7 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
     applyattributes(form);
     EXPECT_EQ(elementloads(1), (std::vector<conrow>{{3, 1, 1}, {1, 1, 1}}))
         << "the fields before the text that is no number are stored";
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Attributes, CaptionsFollowTheTypeOfTheLoadCase) {
@@ -178,7 +178,7 @@ TEST(Attributes, WithoutModeOrSelectionApplyChangesNothing) {
         EXPECT_TRUE(loads(1).empty());
         selectnodes({1});
     }
-    EXPECT_EQ(room.door.messages.size(), 1u) << "that nothing is selected is told once";
+    EXPECT_EQ(room.platform.messages.size(), 1u) << "that nothing is selected is told once";
 }
 
 TEST(Attributes, NumbersOfTheOtherKindAreRefused) {
@@ -192,10 +192,10 @@ TEST(Attributes, NumbersOfTheOtherKindAreRefused) {
     fill(form, {"0"});
     applyattributes(form);
     EXPECT_EQ(constraints(), (std::vector<conrow>{{2, 1, 5}}));
-    EXPECT_TRUE(room.door.toldpart("applied to nodes, the list holds elements"));
+    EXPECT_TRUE(room.platform.toldpart("applied to nodes, the list holds elements"));
     chooseitem(form, 0);
     applyattributes(form);
-    EXPECT_TRUE(room.door.toldpart("applied to nodes, but none is selected"));
+    EXPECT_TRUE(room.platform.toldpart("applied to nodes, but none is selected"));
 }
 
 TEST(Attributes, AFailedApplyLeavesTheListsAsTheyWere) {
@@ -216,11 +216,11 @@ TEST(Attributes, AFailedApplyLeavesTheListsAsTheyWere) {
                  {{"1e39"}, erroverflow},
                  {{"1", "2", "3"}, errsubscript}};  // six rows, four are declared
     for (const auto& c : cases) {
-        room.door.views[0].operations.clear();
+        room.platform.views[0].operations.clear();
         fill(form, c.fields);
         EXPECT_EQ(errorof(form), c.error);
         EXPECT_EQ(constraints(), before);
-        EXPECT_EQ(room.door.views[0].count("line"), 6) << "three erased, three drawn again";
+        EXPECT_EQ(room.platform.views[0].count("line"), 6) << "three erased, three drawn again";
     }
     selectnodes({1, 2, 1, 2});
     fill(form, {"1", "2"});
@@ -238,24 +238,24 @@ TEST(Attributes, SymbolsAreErasedAndDrawnInTheViewsConcerned) {
     fill(form, {"0"});
     applyattributes(form);
     for (int v = 0; v < 4; ++v)
-        EXPECT_EQ(room.door.views[std::size_t(v)].count("line"), v == 1) << v;
-    for (auto& view : room.door.views) view.operations.clear();
+        EXPECT_EQ(room.platform.views[std::size_t(v)].count("line"), v == 1) << v;
+    for (auto& view : room.platform.views) view.operations.clear();
     fill(form, {"", "0"});
     applyattributes(form);
-    const auto& drawn = room.door.views[1].operations;
-    ASSERT_EQ(room.door.views[1].count("line"), 2);
+    const auto& drawn = room.platform.views[1].operations;
+    ASSERT_EQ(room.platform.views[1].count("line"), 2);
     EXPECT_NE(drawn.front().find("#ffffff"), std::string::npos) << "the old one is erased first";
     EXPECT_EQ(drawn.back().find("#ffffff"), std::string::npos);
     closeattributes(form);
-    EXPECT_GT(room.door.views[3].count("line"), 0) << "the other views follow at the end";
+    EXPECT_GT(room.platform.views[3].count("line"), 0) << "the other views follow at the end";
 
     form = openin(attributemodes::nodalloads);
     fill(form, {"5"});
     for (const int on : {2, 0}) {
-        for (auto& view : room.door.views) view.operations.clear();
+        for (auto& view : room.platform.views) view.operations.clear();
         checkonly(viewloads, on);
         applyattributes(form);
-        for (auto& view : room.door.views) EXPECT_EQ(view.count("line") > 0, on != 0);
+        for (auto& view : room.platform.views) EXPECT_EQ(view.count("line") > 0, on != 0);
     }
 }
 
@@ -270,10 +270,10 @@ TEST(Attributes, AnotherLoadCaseIsDrawnInThePlaceOfTheFirst) {
     attributeform form = openin(attributemodes::nodalloads);
     checkonly(viewloads, 1);
     chooseattributecase(form, 1);
-    room.door.views[0].operations.clear();
+    room.platform.views[0].operations.clear();
     chooseattributecase(form, 0);
-    ASSERT_EQ(room.door.views[0].count("line"), 1);
-    EXPECT_NE(room.door.views[0].operations[0].find("#ffffff"), std::string::npos) << "erased";
+    ASSERT_EQ(room.platform.views[0].count("line"), 1);
+    EXPECT_NE(room.platform.views[0].operations[0].find("#ffffff"), std::string::npos) << "erased";
 }
 
 TEST(Attributes, TheFirstRowMakesTheFirstLoadCase) {
@@ -316,9 +316,10 @@ TEST(Attributes, TheAxesOfElementLoadsStandWhileTheWindowIsOpen) {
     mnuSettingsItem(3).checked = false;  // the triad has a blue line too
     selectelements({2});
     const auto drawn = [&](const std::string& start, const std::string& end) {
-        return std::ranges::count_if(room.door.views[0].operations, [&](const std::string& line) {
-            return line.starts_with(start) && line.ends_with(end);
-        });
+        return std::ranges::count_if(room.platform.views[0].operations,
+                                     [&](const std::string& line) {
+                                         return line.starts_with(start) && line.ends_with(end);
+                                     });
     };
     redrawall();
     EXPECT_EQ(drawn("line", "#0000ff"), 0);
@@ -326,7 +327,7 @@ TEST(Attributes, TheAxesOfElementLoadsStandWhileTheWindowIsOpen) {
     EXPECT_EQ(drawn("line", "#0000ff"), 1) << "axis 3";
     EXPECT_EQ(drawn("text", " 3"), 1);
     closeattributes(form);
-    room.door.views[0].operations.clear();
+    room.platform.views[0].operations.clear();
     redrawall();
     EXPECT_EQ(drawn("line", "#0000ff"), 0);
 }

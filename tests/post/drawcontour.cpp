@@ -14,7 +14,7 @@ TEST(Picture, FillsThenOutlinesAndTheOtherWayRoundWithLines) {
     plotroom room;
     mnudrawlist(0).checked = mnudrawlist(2).checked = false;
     showcontour();
-    const auto& list = room.door.views[0].operations;
+    const auto& list = room.platform.views[0].operations;
     const auto firstof = [&](const std::string& start, const std::string& end) {
         return std::ranges::find_if(list,
                                     [&](const std::string& o) {
@@ -25,11 +25,11 @@ TEST(Picture, FillsThenOutlinesAndTheOtherWayRoundWithLines) {
     EXPECT_LT(firstof("polygon", ""), firstof("line", "#000000"));
     contourfilled = 0;
     redrawall();
-    EXPECT_EQ(room.door.views[0].count("polygon"), 0) << "nothing is filled in a wire picture";
+    EXPECT_EQ(room.platform.views[0].count("polygon"), 0) << "nothing is filled in a wire picture";
     EXPECT_GT(firstof("line", "#00c832 w2"), firstof("line", "#000000"));
     mnudrawlist(10).checked = true;
     redrawall();
-    EXPECT_EQ(room.door.views[0].count("polygon"), 2) << "faces cover what lies behind them";
+    EXPECT_EQ(room.platform.views[0].count("polygon"), 2) << "faces cover what lies behind them";
     mnudrawlist(1).checked = false;
     redrawall();
     EXPECT_EQ(firstof("line", "#000000"), std::ssize(list)) << "no mesh, no outline";
@@ -41,10 +41,10 @@ TEST(Picture, LiesOnTheDeformedShape) {
     mnudrawlist(1).checked = false;
     stresscomp = 2;  // all 0: each element in one piece
     showcontour();
-    const std::vector<std::string> flat = room.door.views[0].operations;
+    const std::vector<std::string> flat = room.platform.views[0].operations;
     showdeformed();
-    EXPECT_EQ(room.door.views[0].operations.size(), flat.size() + 1) << "and its scale";
-    EXPECT_NE(room.door.views[0].operations, flat);
+    EXPECT_EQ(room.platform.views[0].operations.size(), flat.size() + 1) << "and its scale";
+    EXPECT_NE(room.platform.views[0].operations, flat);
     // Node 2 moves by 4 along y of 5 in all, and 5 measures the unit vector's length.
     setdispscale(1);
     EXPECT_NEAR(4 * dispscale(1) * viewscale(1), 0.8 * unitveclen, 1e-6);
@@ -61,7 +61,7 @@ TEST(Picture, ShowsValuesAtThePointerAndTheExtremes) {
     EXPECT_EQ(valueunder(1, vieww / 2 + 5, viewh / 2), "");
     EXPECT_EQ(valueunder(2, vieww / 2 - 1, viewh / 2), "") << "the plot is in view 1";
     toggleswitch(markextremes);
-    const auto& list = room.door.views[0].operations;
+    const auto& list = room.platform.views[0].operations;
     const auto has = [&](const char* text) {
         return std::ranges::any_of(
             list, [&](const std::string& o) { return o.find(text) != std::string::npos; });
@@ -70,7 +70,7 @@ TEST(Picture, ShowsValuesAtThePointerAndTheExtremes) {
     EXPECT_TRUE(has("Min -5"));
     printview();
     std::string lastcircle;
-    for (const std::string& o : room.door.page.operations)
+    for (const std::string& o : room.platform.page.operations)
         if (o.starts_with("circle")) lastcircle = o;
     EXPECT_NE(lastcircle.find(" 0.120 "), std::string::npos)
         << "no node covers the rings on paper: " << lastcircle;
@@ -90,7 +90,7 @@ TEST(Picture, AMarkBehindAFaceSaysSo) {
     markextremes = true;
     const auto marks = [&] {
         std::string all;
-        for (const std::string& o : room.door.views[0].operations)
+        for (const std::string& o : room.platform.views[0].operations)
             if (o.substr(0, 4) == "text" && o.find(" M") != o.npos) all += o.substr(o.find(" M"));
         return all;
     };
@@ -155,7 +155,7 @@ TEST(Picture, HalvesOfALineElementHaveTheColoursOfTheirEnds) {
     showelementstress();
     const auto thick = [&] {
         std::vector<std::string> colours;
-        for (const std::string& o : room.door.views[0].operations)
+        for (const std::string& o : room.platform.views[0].operations)
             if (o.find(" w3") != std::string::npos) colours.push_back(o.substr(o.find('#'), 7));
         return colours;
     };
@@ -188,7 +188,7 @@ TEST(Picture, OnPaperHasTheLegendBesideItAndTheBoundsOfTheScreen) {
     printview();
     EXPECT_EQ(indexmax, most);
     EXPECT_EQ(indexmin, least);
-    const auto& page = room.door.page.operations;
+    const auto& page = room.platform.page.operations;
     EXPECT_EQ(page.front(), "frame 0.00 0.00 16.00 9.30");
     const auto column = std::ranges::find(page, "frame 16.00 0.00 4.00 9.30");
     const auto foot = std::ranges::find(page, "frame 0.00 9.30 20.00 0.70");

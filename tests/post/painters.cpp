@@ -84,9 +84,9 @@ struct paintroom : sessionroom {
     }
 };
 
-class paperdoor : public recorder {
+class paperplatform : public recorder {
   public:
-    explicit paperdoor(surface& s) : paper(s) {}
+    explicit paperplatform(surface& s) : paper(s) {}
     surface* viewsurface(int) override { return &paper; }
 
   private:
@@ -108,7 +108,7 @@ static point2 placeof(int i) {
 // What both painters make of the element in the work arrays.
 static paintkeeper painted(int corners) {
     paintkeeper paper;
-    paperdoor door(paper);
+    paperplatform platform(paper);
     paper.whole = paintfill(1, corners);
     paintlines(1, corners);
     return paper;

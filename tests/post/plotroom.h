@@ -50,7 +50,7 @@ struct plotroom : sessionroom {
         write(".LES", {{3, 7}});
         writedisplacements();
     }
-    bool tells(const char* part) const { return door.status.find(part) != std::string::npos; }
+    bool tells(const char* part) const { return platform.status.find(part) != std::string::npos; }
     // Modes of this eigenvalue each, that move the last node by 1 along y.
     void writemodes(const std::vector<double>& values) const {
         std::string text = "1," + std::to_string(values.size()) + "\r\n";

@@ -38,9 +38,9 @@ struct printroom : sessionroom {
     }
     // Paper for views of this size.
     void paper(double width, double height) {
-        door.page.framewidth = width;
-        door.page.frameheight = height + foot;
-        door.page.operations.clear();
+        platform.page.framewidth = width;
+        platform.page.frameheight = height + foot;
+        platform.page.operations.clear();
     }
     ~printroom() {
         singleview = true;
@@ -78,14 +78,14 @@ TEST(Printing, APageHoldsTheViewsPictureInPerspective) {
     viewdist(1) = 12;
     viewaw(1) = 1.5f;
     drawview(1);
-    std::vector<std::string> screen = room.door.views[0].operations;
+    std::vector<std::string> screen = room.platform.views[0].operations;
     screen.erase(screen.begin());  // clear
     EXPECT_GT(screen.size(), 6u);
     printview();
-    EXPECT_EQ(firstframe(room.door.page), screen) << "paper of the view's size";
+    EXPECT_EQ(firstframe(room.platform.page), screen) << "paper of the view's size";
     room.paper(40 - 2 * unitveclen, 20 - 2 * unitveclen);  // exactly twice what a view leaves free
     printview();
-    const auto drawn = linesin(screen), page = linesin(firstframe(room.door.page));
+    const auto drawn = linesin(screen), page = linesin(firstframe(room.platform.page));
     ASSERT_EQ(drawn.size(), page.size());
     for (std::size_t i = 0; i < 2; ++i) {  // the elements
         EXPECT_NEAR(page[i].x1 - 19.5, 2 * (drawn[i].x1 - 10), 0.021);
@@ -102,7 +102,7 @@ TEST(Printing, TheModelFillsThePaperAndSymbolsKeepTheirSize) {
         condof(1) = 2;
         room.paper(width, height);
         printview();
-        const auto operations = firstframe(room.door.page);
+        const auto operations = firstframe(room.platform.page);
         const auto lines = linesin(operations);
         ASSERT_EQ(lines.size(), 3u);
         // On the screen of 20 x 10 the longer side of the model measures 10 less a unit vector at
@@ -127,8 +127,8 @@ TEST(Printing, FourViewsStandInTwoRows) {
     for (const char* frame :
          {"0.00 0.00 10.00 5.00", "10.20 0.00 10.00 5.00", "0.00 5.20 10.00 5.00",
           "10.20 5.20 10.00 5.00", "0.00 10.20 20.20 0.70"})
-        EXPECT_EQ(room.door.page.count(std::string("frame ") + frame), 1) << frame;
-    EXPECT_EQ(room.door.page.count("box 0.00 0.00 10.00 5.00"), 4);
+        EXPECT_EQ(room.platform.page.count(std::string("frame ") + frame), 1) << frame;
+    EXPECT_EQ(room.platform.page.count("box 0.00 0.00 10.00 5.00"), 4);
 }
 
 TEST(Printing, LeavesViewsAndColoursAsTheyWere) {
@@ -139,7 +139,7 @@ TEST(Printing, LeavesViewsAndColoursAsTheyWere) {
     addelement(2, {1, 2, 3});
     maxdisp = 0.5;
     drawview(1);
-    const auto before = room.door.views[0].operations;
+    const auto before = room.platform.views[0].operations;
     const auto state = [] {
         return std::vector<double>{
             viewscale(1), viewdist(1),       dispscale(1),     vieww,
@@ -148,11 +148,11 @@ TEST(Printing, LeavesViewsAndColoursAsTheyWere) {
     const std::vector<double> stood = state();
     room.paper(13, 17);
     printview();
-    EXPECT_EQ(room.door.views[0].operations, before) << "nothing went to the screen";
+    EXPECT_EQ(room.platform.views[0].operations, before) << "nothing went to the screen";
     EXPECT_EQ(state(), stood);
     EXPECT_FALSE(printing);
-    EXPECT_EQ(room.door.page.count("polygon"), 1);
-    for (const std::string& o : room.door.page.operations)
+    EXPECT_EQ(room.platform.page.count("polygon"), 1);
+    for (const std::string& o : room.platform.page.operations)
         EXPECT_TRUE(!o.starts_with("polygon") || o.find("#ffffff") != o.npos)
             << "a hidden face has the paper's colour: " << o;
     maxdisp = 0;
@@ -188,16 +188,16 @@ TEST(Printing, WhatStopsTheJobIsTold) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         printroom room;
-        room.door.printing = c.start;
-        room.door.printed = c.printed;
+        room.platform.printing = c.start;
+        room.platform.printed = c.printed;
         if (c.throws)
             layer(layers::selectedgraphics).draw = [](int) {
                 if (toprinter) throw runtimeerror{errsubscript, "broken"};
             };
         menuprint();
-        EXPECT_EQ(room.door.pages, c.pages);
-        EXPECT_EQ(room.door.messages.size(), c.message.empty() ? 0u : 1u);
-        EXPECT_TRUE(c.message.empty() || room.door.told(c.message));
+        EXPECT_EQ(room.platform.pages, c.pages);
+        EXPECT_EQ(room.platform.messages.size(), c.message.empty() ? 0u : 1u);
+        EXPECT_TRUE(c.message.empty() || room.platform.told(c.message));
         EXPECT_EQ(toprinter, 0);
         EXPECT_EQ(footleft(), "Model without a name");
     }

@@ -230,7 +230,7 @@ TEST(Report, SaysWhatIsMissingWithoutABox) {
         const std::size_t begin = find(lines, c.section);
         EXPECT_LE(find(lines, c.line, begin), begin + 8) << c.extension;
         EXPECT_EQ(lines.back(), "END");
-        EXPECT_TRUE(room.door.messages.empty());
+        EXPECT_TRUE(room.platform.messages.empty());
     }
 }
 
@@ -254,10 +254,10 @@ TEST(Report, LongNamesKeepTheColumnsAndNotesStandByTheResults) {
     find(lines, "Note: frame.rvp holds 2 load cases, the model has 3: the sum is not whole");
     find(lines, "Note: frame.KRT holds 2 load cases");
     find(lines, "Note: frame.LES holds 2 load cases");
-    EXPECT_TRUE(room.door.status.find("Report written") == 0) << room.door.status;
+    EXPECT_TRUE(room.platform.status.find("Report written") == 0) << room.platform.status;
     fs::remove("frame.KRT");
     room.report();
-    EXPECT_TRUE(room.door.status.find("Report written") == 0) << room.door.status;
+    EXPECT_TRUE(room.platform.status.find("Report written") == 0) << room.platform.status;
 }
 
 TEST(Report, HolesOfTheConstraintListAreNoRows) {
@@ -303,24 +303,24 @@ TEST(Report, LeavesTheDisplayAsItWas) {
 TEST(Report, AFileThatCanNotBeWrittenIsToldAndTheFormerOneStays) {
     reportroom room(3);
     EXPECT_FALSE(savereport("nowhere/frame"));
-    EXPECT_TRUE(room.door.toldpart("nowhere/frame.rpt"));
+    EXPECT_TRUE(room.platform.toldpart("nowhere/frame.rpt"));
     writefile("frame.rpt", "former");
-    room.door.cancelled = true;
+    room.platform.cancelled = true;
     EXPECT_FALSE(savereport("frame"));
     EXPECT_EQ(contentof("frame.rpt"), "former");
 }
 
 TEST(Report, WriteCutsTheExtensionAndAsksBeforeAnotherReportIsReplaced) {
     reportroom room(3);
-    room.door.filequeue.push_back({true, "other.tek", 3});
+    room.platform.filequeue.push_back({true, "other.tek", 3});
     EXPECT_TRUE(writereport());
     EXPECT_TRUE(fs::exists("other.rpt"));
     EXPECT_FALSE(fs::exists("other.tek"));
-    room.door.filequeue.push_back({true, "other.rpt", 2});
-    room.door.answerqueue.push_back(answers::no);
+    room.platform.filequeue.push_back({true, "other.rpt", 2});
+    room.platform.answerqueue.push_back(answers::no);
     EXPECT_FALSE(writereport());
     for (const char* own : {"frame", "frame.rpt"}) {
-        room.door.filequeue.push_back({true, own, 2});
+        room.platform.filequeue.push_back({true, own, 2});
         EXPECT_TRUE(writereport()) << "the model's own asks nothing";
     }
 }

@@ -82,7 +82,7 @@ TEST(Displacements, CountLoadCasesByTheFile) {
     EXPECT_FLOAT_EQ(nodes(1, 2, 0), 9.5) << "load cases beyond nlc join the sum";
     room.put(".rvp", blocks(5));
     EXPECT_FALSE(readdisp());
-    EXPECT_NE(room.door.status.find("declared 4"), std::string::npos) << room.door.status;
+    EXPECT_NE(room.platform.status.find("declared 4"), std::string::npos) << room.platform.status;
     room.put(".rvp", blocks(1));
     EXPECT_TRUE(readdisp()) << "fewer blocks: the rest of the sum is missing";
     const std::string note = fieldnote;
@@ -121,14 +121,14 @@ TEST(ModeShapes, AreTakenByNumber) {
     EXPECT_EQ(maxdisp, 1);
     room.put(".EIG", "3,2\r\n400\r\n1,0,0,0,0,0\r\n");
     EXPECT_FALSE(readmode());
-    EXPECT_TRUE(room.door.told("Error occurred while trying to read modeshapes."));
+    EXPECT_TRUE(room.platform.told("Error occurred while trying to read modeshapes."));
 }
 
 TEST(NodalForces, WithoutTheirTotalRowAreRefusedInSilence) {
     resultroom room;
     room.put(".KRT", "3,2\r\n1,1,2,3\r\n2,4,5,6\r\n3,7,8,9\r\n\"LC1\"\r\n");
     EXPECT_FALSE(readkrt());
-    EXPECT_TRUE(room.door.messages.empty()) << "the report tells it in its own words";
+    EXPECT_TRUE(room.platform.messages.empty()) << "the report tells it in its own words";
 }
 
 static std::string record(int e, double first) {
@@ -146,7 +146,7 @@ TEST(Stresses, ChooseTheirFile) {
         stressglobal = k % 2;
         EXPECT_EQ(stressfile(), room.file("job") + extensions[k]);
         EXPECT_FALSE(readstress());
-        EXPECT_TRUE(room.door.told("Stress output file: " + stressfile() + " Not found"));
+        EXPECT_TRUE(room.platform.told("Stress output file: " + stressfile() + " Not found"));
         EXPECT_FALSE(stressloaded);
     }
 }
@@ -181,10 +181,10 @@ TEST(Results, AFileThatDoesNotFitIsToldAndWhatStoodStays) {
         room.put(c.extension, c.file);
         const bool shape = c.extension == std::string(".rvp");
         EXPECT_FALSE(shape ? readdisp() : readstress());
-        ASSERT_EQ(room.door.messages.size(), 1u);
-        const std::string& box = room.door.messages[0].text;
+        ASSERT_EQ(room.platform.messages.size(), 1u);
+        const std::string& box = room.platform.messages[0].text;
         EXPECT_TRUE(!shape || box == "Error occurred while trying to read Displacements.") << box;
-        const std::string& told = shape ? room.door.status : box;
+        const std::string& told = shape ? room.platform.status : box;
         EXPECT_NE(told.find(c.reason), told.npos) << told;
         EXPECT_EQ(nodes(1, 1, 0), 5);
         EXPECT_FALSE(stressloaded);

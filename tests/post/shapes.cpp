@@ -19,11 +19,11 @@ TEST(Switches, AMissingStressFileIsToldOnceAndLeavesThePlotEmpty) {
     plotroom room;
     stressaverage = 1;
     showcontour();
-    EXPECT_TRUE(room.door.told("Stress output file: " + room.file("job") + ".NLA Not found"));
+    EXPECT_TRUE(room.platform.told("Stress output file: " + room.file("job") + ".NLA Not found"));
     redrawall();
-    EXPECT_EQ(room.door.messages.size(), 1u) << "a redraw does not ask again";
+    EXPECT_EQ(room.platform.messages.size(), 1u) << "a redraw does not ask again";
     EXPECT_FALSE(legendshown());
-    EXPECT_GT(room.door.views[0].count("line"), 8) << "the mesh is there";
+    EXPECT_GT(room.platform.views[0].count("line"), 8) << "the mesh is there";
     room.write(".NLA", {{1, 1}});
     chooseaverage(0);
     chooseaverage(1);
@@ -54,11 +54,11 @@ TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
     contourdata = 1;
     writefile(room.file("job.rvp"), "7,1\r\n0,0\r\n");
     showcontour();
-    EXPECT_TRUE(room.door.told("Error occurred while trying to read Displacements."));
-    EXPECT_TRUE(room.tells("7 nodes, the model in hand has 6")) << room.door.status;
+    EXPECT_TRUE(room.platform.told("Error occurred while trying to read Displacements."));
+    EXPECT_TRUE(room.tells("7 nodes, the model in hand has 6")) << room.platform.status;
     EXPECT_FALSE(legendshown());
-    EXPECT_EQ(room.door.views[0].count("polygon"), 0);
-    EXPECT_GT(room.door.views[0].count("line"), 8) << "the mesh is there";
+    EXPECT_EQ(room.platform.views[0].count("polygon"), 0);
+    EXPECT_GT(room.platform.views[0].count("line"), 8) << "the mesh is there";
     choosedata(0);
     soptionsclosed();
     EXPECT_TRUE(legendshown()) << "stresses need no displacements";
@@ -75,10 +75,11 @@ TEST(Switches, StressesBesideAModeShapeAreToldApart) {
     showmode();
     EXPECT_EQ(modelist().back(), "12: 10 Hz");
     showcontour();
-    EXPECT_TRUE(room.tells("Hz; the stresses are of load combination Wind")) << room.door.status;
+    EXPECT_TRUE(room.tells("Hz; the stresses are of load combination Wind"))
+        << room.platform.status;
     choosemode(12);
-    EXPECT_TRUE(room.door.messages.empty()) << room.door.messages.front().text;
-    EXPECT_TRUE(room.tells("no load combination 12, its stresses are 0")) << room.door.status;
+    EXPECT_TRUE(room.platform.messages.empty()) << room.platform.messages.front().text;
+    EXPECT_TRUE(room.tells("no load combination 12, its stresses are 0")) << room.platform.status;
     showcontour();
     showdeformed();
     EXPECT_EQ(maxdisp, 0) << "displacements take the place of the mode's shape";
@@ -87,36 +88,37 @@ TEST(Switches, StressesBesideAModeShapeAreToldApart) {
     showmode();
     choosecombination(1);
     EXPECT_EQ(maxdisp, 5);
-    EXPECT_FALSE(room.tells("no load")) << room.door.status;
+    EXPECT_FALSE(room.tells("no load")) << room.platform.status;
 }
 
 TEST(Switches, WhatTheFilledPainterLeavesOutIsTold) {
     plotroom room;
     room.write(".NSL", {{1, 2e6}, {1, 2e6}, {1, 2e6}, {1, 3e6}, {2, 0}, {2, 9e6}, {2, 1}, {2, 1}});
     showcontour();
-    EXPECT_TRUE(room.tells("1 element with values from 1E+06 up not filled")) << room.door.status;
+    EXPECT_TRUE(room.tells("1 element with values from 1E+06 up not filled"))
+        << room.platform.status;
     contourfilled = 0;
     showresults();
-    EXPECT_FALSE(room.tells("filled")) << room.door.status;
+    EXPECT_FALSE(room.tells("filled")) << room.platform.status;
 }
 
 // A file of an older analysis reads well and still does not fit: the status line says so.
 TEST(Switches, ResultsOfOtherLoadCasesAreTold) {
     plotroom room;
     showdeformed();
-    EXPECT_FALSE(room.tells("load case")) << room.door.status;
+    EXPECT_FALSE(room.tells("load case")) << room.platform.status;
     loadnode(0, 0) = 2;
     choosecombination(1);
-    EXPECT_TRUE(room.tells("job.rvp holds 1 load case, the model has 2")) << room.door.status;
+    EXPECT_TRUE(room.tells("job.rvp holds 1 load case, the model has 2")) << room.platform.status;
     showcontour();
-    EXPECT_TRUE(room.tells("job.NSL holds 1 load case, the model has 2")) << room.door.status;
+    EXPECT_TRUE(room.tells("job.NSL holds 1 load case, the model has 2")) << room.platform.status;
     loadnode(0, 0) = 1;
     room.write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}});
     choosecombination(1);
-    EXPECT_TRUE(room.tells("1 element has no stress in the file")) << room.door.status;
+    EXPECT_TRUE(room.tells("1 element has no stress in the file")) << room.platform.status;
     writefile(room.file("job.EIG"), "1,3\r\n4\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n0,1\r\n");
     showmode();
-    EXPECT_TRUE(room.tells("job.EIG announces 3 modes and holds 1")) << room.door.status;
+    EXPECT_TRUE(room.tells("job.EIG announces 3 modes and holds 1")) << room.platform.status;
 }
 
 TEST(Switches, ReactionsAreReadWithTheDisplacements) {
@@ -126,7 +128,7 @@ TEST(Switches, ReactionsAreReadWithTheDisplacements) {
     checkonly(viewloads, 2);
     const auto arrows = [&] {
         int red = 0;
-        for (const std::string& o : room.door.views[0].operations)
+        for (const std::string& o : room.platform.views[0].operations)
             red += o.substr(0, 4) == "line" && o.find("#ff0000 w2") != o.npos;
         return red;
     };
@@ -139,7 +141,7 @@ TEST(Switches, ReactionsAreReadWithTheDisplacements) {
     choosecombination(1);
     EXPECT_EQ(arrows(), 0);
     EXPECT_EQ(maxdisp, 5) << "the displacements stand without";
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
 }
 
 // Rounding alone would else be drawn as large as any shape.
@@ -169,10 +171,10 @@ TEST(Switches, NumericNoiseIsNotDrawn) {
                   "6,1\r\n0,0\r\n0," + d + "\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n\"LC\"\r\n");
         contourdata = 1;
         showdeformed();
-        EXPECT_EQ(room.door.views[0].count("text 0.15"), 1);
-        EXPECT_EQ(room.tells("numeric noise"), c.noise) << room.door.status;
+        EXPECT_EQ(room.platform.views[0].count("text 0.15"), 1);
+        EXPECT_EQ(room.tells("numeric noise"), c.noise) << room.platform.status;
         int shape = 0;
-        for (const std::string& o : room.door.views[0].operations)
+        for (const std::string& o : room.platform.views[0].operations)
             shape += o.substr(0, 4) == "line" && o.find("#0000ff") != o.npos;
         EXPECT_EQ(shape > 1, !c.noise) << "lines of the shape beside the triad's";
         showcontour();
@@ -212,5 +214,5 @@ TEST(Switches, LineStressOfAFaceIsTold) {
     plotroom room;
     room.write(".LES", {{3, 7}, {1, 5}});
     showelementstress();
-    EXPECT_TRUE(room.tells("1 record of line stress belong")) << room.door.status;
+    EXPECT_TRUE(room.tells("1 record of line stress belong")) << room.platform.status;
 }

@@ -98,7 +98,7 @@ answers recorder::show(const messagebox& box) {
     return nextof(answerqueue, box.set == buttons::yesno ? answers::no : answers::cancel);
 }
 
-filechoice recorder::choosefile(const filebox& box) {
+filechoice recorder::askfile(const filebox& box) {
     fileboxes.push_back(box);
     return nextof(filequeue, filechoice());
 }

@@ -45,10 +45,10 @@ class recordpage : public recordsurface {
 
 class recorder : public platform {
   public:
-    recorder() { setdoor(this); }
-    ~recorder() override { setdoor(nullptr); }
+    recorder() { setplatform(this); }
+    ~recorder() override { setplatform(nullptr); }
     answers show(const messagebox& box) override;
-    filechoice choosefile(const filebox& box) override;
+    filechoice askfile(const filebox& box) override;
     void showtitle(const std::string& text) override { title = text; }
     void showstatus(const std::string& text) override { status = text; }
     void showdialog(const std::string& name) override { dialogs.push_back(name); }
@@ -99,7 +99,7 @@ class sessionroom {
     ~sessionroom();
     std::string file(const std::string& name) const { return folder + "/" + name; }
     std::string folder;
-    recorder door;
+    recorder platform;
 };
 
 // Contents of a file, and writing one.

@@ -46,12 +46,12 @@ TEST(Findpatch, LoopsThatCloseAreFoundOncePerStart) {
     for (const auto& c : cases) {
         sessionroom room;
         for (std::size_t i = 1; i < c.path.size(); ++i) addline(c.path[i - 1], c.path[i]);
-        room.door.answerqueue.assign(50, answers::ok);
+        room.platform.answerqueue.assign(50, answers::ok);
         EXPECT_EQ(findpatch(), c.found) << c.name;
-        EXPECT_EQ(room.door.told("found patch"), c.found > 0) << c.name;
-        EXPECT_EQ(room.door.told("No lines form a closed loop"), c.found == 0) << c.name;
+        EXPECT_EQ(room.platform.told("found patch"), c.found > 0) << c.name;
+        EXPECT_EQ(room.platform.told("No lines form a closed loop"), c.found == 0) << c.name;
         if (c.found == 0) continue;
-        room.door.answerqueue.clear();
+        room.platform.answerqueue.clear();
         EXPECT_EQ(findpatch(), 1) << "Cancel stops there";
         std::set<int> lines;
         for (int k = 1; k <= graphsel(0, 0); ++k) lines.insert(graphsel(k, 0));
@@ -71,9 +71,9 @@ TEST(Findpatch, TheTightestTurnGoesRoundOneCell) {
             addline({double(j), double(i), 0}, {j + 1.0, double(i), 0});
         }
     // The corner at the start of a line is right for each; crossings are walked all the same.
-    room.door.answerqueue.assign(1000, answers::ok);
+    room.platform.answerqueue.assign(1000, answers::ok);
     EXPECT_GE(findpatch(), 2 * n * (n + 1));
-    room.door.answerqueue.clear();
+    room.platform.answerqueue.clear();
     findpatch();
     EXPECT_EQ(graphsel(0, 0), 4);
 }

@@ -210,7 +210,7 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     const double x = std::sqrt(3.0);
     expectpoint(definitionpoint(graphics, 2, 2), {-x, 1, 0}, 1e-6);
     expectpoint(definitionpoint(graphics, 4, 2), {x, 1, 0}, 1e-6);
-    EXPECT_TRUE(room.door.messages.empty());
+    EXPECT_TRUE(room.platform.messages.empty());
     // A line that misses the circle takes no part, a curve neither.
     graphsel(0, 0) = graphsel2(0, 0) = 0;
     selectgraphicelement(addgraphic(kindcurve, {-9, -9, 0}, {9, 9, 0}, {0, 3, 0}));
@@ -218,7 +218,7 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
     selectgraphicelement(1);
     connectgraphics(connectmodes::intersection);
     EXPECT_EQ(ngraphics(), 6);
-    EXPECT_TRUE(room.door.told("Intersection with Arc not Supported"));
+    EXPECT_TRUE(room.platform.told("Intersection with Arc not Supported"));
 }
 
 TEST(Intersect, AnArcCutsWhereItIsDrawn) {
@@ -266,7 +266,7 @@ TEST(Intersect, AFullModelIsTold) {
         selectgraphicelement(addline({-1, 0.1 * i, 0}, {4, 0.1 * i, 0}));
     }
     connectgraphics(connectmodes::intersection);
-    EXPECT_TRUE(room.door.toldpart("Increase 'Number of graphic elements'"));
+    EXPECT_TRUE(room.platform.toldpart("Increase 'Number of graphic elements'"));
     EXPECT_LE(ngraphics(), graphics.upper1);
 }
 
@@ -277,14 +277,14 @@ TEST(Graphics, LinesAndMarksStandInTheirLayers) {
     wiregraphics();
     addline({0, 0, 0}, {4, 0, 0}, 4);
     drawview(1);
-    EXPECT_EQ(room.door.views[0].count("circle"), 5);
+    EXPECT_EQ(room.platform.views[0].count("circle"), 5);
     mnudrawlist(4).checked = false;
     drawview(1);
-    EXPECT_EQ(room.door.views[0].count("circle"), 0);
+    EXPECT_EQ(room.platform.views[0].count("circle"), 0);
     mnudrawlist(4).checked = true;
     graphics(1, 0, 1) = 1e9f;  // marks that no eye can tell apart are left out
     drawview(1);
-    EXPECT_LE(room.door.views[0].count("circle"), 1001);
+    EXPECT_LE(room.platform.views[0].count("circle"), 1001);
 }
 
 TEST(Graphics, OfLinesThatMeetTheClickedOneIsPicked) {

@@ -99,7 +99,7 @@ TEST(Groups, DeletingMovesAllThatNamesAGroup) {
     for (int v = 1; v <= 3; ++v) viewgroup(v) = v;
     groupform form = opengroups();
     choosegroup(form, 1);
-    room.door.answerqueue = {answers::no, answers::yes};
+    room.platform.answerqueue = {answers::no, answers::yes};
     deletegroup(form);
     EXPECT_EQ(ngroups(), 4) << "answered no";
     deletegroup(form);
@@ -122,7 +122,7 @@ TEST(Groups, WhatCanNotBeDeletedStays) {
     sessionroom room;
     makegroups(2);
     addelement(1, {1, 2}, 2);
-    room.door.answerqueue = {answers::yes, answers::yes};
+    room.platform.answerqueue = {answers::yes, answers::yes};
     groupform form = opengroups();
     choosegroup(form, 2);
     deletegroup(form);
@@ -130,10 +130,10 @@ TEST(Groups, WhatCanNotBeDeletedStays) {
     choosegroup(form, 0);
     deletegroup(form);
     EXPECT_EQ(egroup(1), 1);
-    room.door.messages.clear();
+    room.platform.messages.clear();
     deletegroup(form);
     EXPECT_EQ(form.message, "Not allowed, one group minimum");
-    EXPECT_TRUE(room.door.messages.empty()) << "before any question";
+    EXPECT_TRUE(room.platform.messages.empty()) << "before any question";
 }
 
 TEST(Groups, AnEditOfAllGroupsTakesTheNumbersAlone) {
@@ -146,7 +146,7 @@ TEST(Groups, AnEditOfAllGroupsTakesTheNumbersAlone) {
     editfield(form, 3, "steel");
     updategroups(form);
     EXPECT_EQ(groups(1, 2), 102) << "answered no";
-    room.door.answerqueue = {answers::yes};
+    room.platform.answerqueue = {answers::yes};
     updategroups(form);
     for (int g = 1; g <= 3; ++g) {
         EXPECT_EQ(groups(g, 2), 0.25);

@@ -64,13 +64,13 @@ TEST(PointEntry, TheNextPieceFollowsThePointer) {
     drawingroom room;
     startdrawing(kindcircle);
     room.click(1, 0);
-    room.door.views[1].operations.clear();
+    room.platform.views[1].operations.clear();
     viewmousemove(2, mousebuttons::none, 10 - 1, 5);
-    EXPECT_EQ(room.door.views[1].count("line 11.00 5.00 9.00 5.00"), 1);
+    EXPECT_EQ(room.platform.views[1].count("line 11.00 5.00 9.00 5.00"), 1);
     room.click(-1, 0);
-    room.door.views[1].operations.clear();
+    room.platform.views[1].operations.clear();
     viewmousemove(2, mousebuttons::none, 10, 5 - 1);
-    EXPECT_EQ(room.door.views[1].count("line"), 60) << "a half circle in chords of 3 degrees";
+    EXPECT_EQ(room.platform.views[1].count("line"), 60) << "a half circle in chords of 3 degrees";
     EXPECT_EQ(ngraphics(), 0);
     EXPECT_NEAR(modelx, -1, 1e-6) << "relative commands still go on from the last point";
 }
@@ -97,7 +97,7 @@ TEST(PointEntry, AFullListIsToldAndNothingIsLost) {
     room.click(0, 0);
     room.click(1, 1);
     EXPECT_EQ(ngraphics(), graphics.upper1);
-    EXPECT_TRUE(room.door.toldpart("Increase 'Number of graphic elements'"));
+    EXPECT_TRUE(room.platform.toldpart("Increase 'Number of graphic elements'"));
     EXPECT_FALSE(drawline);
 }
 
@@ -123,8 +123,8 @@ TEST(PointEntry, AnElementIsPickedAndShownByItsShape) {
     ASSERT_EQ(graphsel(0, 0), 1);
     EXPECT_EQ(graphsel(1, 0), 2);
     hover(2, 10 + 3, 5 - 0.1);
-    EXPECT_EQ(room.door.views[1].count("line 10.00 5.00 14.00 5.00 #ffa500"), 1);
-    EXPECT_NE(room.door.status.find("Graphic element 1"), std::string::npos);
+    EXPECT_EQ(room.platform.views[1].count("line 10.00 5.00 14.00 5.00 #ffa500"), 1);
+    EXPECT_NE(room.platform.status.find("Graphic element 1"), std::string::npos);
     endhover();
 }
 

@@ -263,7 +263,7 @@ TEST(Sections, AcceptingFillsTheGroupInEdit) {
     choosegroup(group, 2);
     EXPECT_TRUE(acceptsection(form, group));
     EXPECT_EQ(groups(2, 4), 0) << "all groups wait for Update";
-    room.door.answerqueue = {answers::yes};
+    room.platform.answerqueue = {answers::yes};
     updategroups(group);
     expectaccepted(2);
 }

@@ -93,6 +93,6 @@ TEST(Singleelem, AFullModelIsToldAndKept) {
     elems(0, 0) = float(elems.upper1);
     room.pick({1, 2});
     EXPECT_EQ(nelems(), elems.upper1);
-    EXPECT_TRUE(room.door.toldpart("Increase number of nodes or elements"));
+    EXPECT_TRUE(room.platform.toldpart("Increase number of nodes or elements"));
     elems(0, 0) = 0;
 }

@@ -228,11 +228,11 @@ TEST(Mainwindow, ADroppedModelIsAskedAboutAsOpenDoes) {
         QApplication::processEvents();
     };
     addnode(1, 2, 3);
-    room.door.answerqueue = {answers::cancel};
+    room.platform.answerqueue = {answers::cancel};
     drop();
     EXPECT_EQ(nnodes(), 1) << "work that would be lost";
-    room.door.answerqueue = {answers::no};
+    room.platform.answerqueue = {answers::no};
     drop();
     EXPECT_GT(nnodes(), 1);
-    EXPECT_TRUE(room.door.told("Save model ?"));
+    EXPECT_TRUE(room.platform.told("Save model ?"));
 }

@@ -26,10 +26,10 @@ TEST(PrintJob, KeepsTheFormerFileUntilTheNewOneIsWhole) {
     ASSERT_TRUE(former.open(QIODevice::WriteOnly));
     former.write("former");
     former.close();
-    setdoor(&theplatform());
-    theplatform().scripted = true;
+    setplatform(&theqtplatform());
+    theqtplatform().scripted = true;
     const auto print = [&](const std::function<void()>& half) {
-        theplatform().filequeue.push_back(path.toStdString());
+        theqtplatform().filequeue.push_back(path.toStdString());
         printby("page", [&](QPrinter&, QPainter& painter) {
             painter.drawText(100, 100, "first line");
             half();
@@ -44,10 +44,10 @@ TEST(PrintJob, KeepsTheFormerFileUntilTheNewOneIsWhole) {
         {"fails", errsubscript, "There was a problem printing to your printer."},
     };
     for (const auto& c : cases) {
-        theplatform().lastmessage.clear();
+        theqtplatform().lastmessage.clear();
         print([&] { throw runtimeerror{c.fault, "half a page"}; });
         EXPECT_EQ(contentof(path), "former") << c.name;
-        EXPECT_EQ(theplatform().lastmessage, c.message) << c.name;
+        EXPECT_EQ(theqtplatform().lastmessage, c.message) << c.name;
     }
     print([] {});
     EXPECT_TRUE(contentof(path).startsWith("%PDF"));
@@ -65,11 +65,11 @@ TEST(PrintJob, AReportHasItsSheetsAndFitsThem) {
     EXPECT_EQ(sheetsof(report, 25), (std::vector<int>{0, 25, 30, 55, 59, 84}));
     EXPECT_EQ(sheetsof(report, 0).size(), 90u);
     const QTemporaryDir room;
-    setdoor(&theplatform());
-    theplatform().scripted = true;
+    setplatform(&theqtplatform());
+    theqtplatform().scripted = true;
     double overfull = 0;
     const QString path = room.path() + "/report.pdf";
-    theplatform().filequeue.push_back(path.toStdString());
+    theqtplatform().filequeue.push_back(path.toStdString());
     const auto print = [&](QPrinter& printer, QPainter& painter) {
         printsheets(report, printer, painter);
         overfull = QFontMetricsF(painter.font(), &printer).horizontalAdvance(text(8)) -

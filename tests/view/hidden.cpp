@@ -74,16 +74,16 @@ TEST(Hidden, PaintsTheFarFacetFirstAndNodesOnTheirElement) {
     lightangz = 90;       // light along the normals
     viewdist(2) = 1e30f;  // no perspective
     drawview(2);
-    const auto& drawn = room.door.views[1].operations;
+    const auto& drawn = room.platform.views[1].operations;
     ASSERT_EQ(drawn.size(), 11u);
     EXPECT_EQ(drawn[1], "polygon 8.00 3.00 11.97 3.00 11.97 6.97 8.00 6.97 #ffffff #000000");
     EXPECT_EQ(drawn[6].substr(0, 7), "polygon");
-    EXPECT_EQ(room.door.views[1].count("circle"), 8);
+    EXPECT_EQ(room.platform.views[1].count("circle"), 8);
     shadingon = false;
     mnudrawlist(0).checked = false;
     checkonly(elemlabeltype, 4);
     drawview(2);
-    EXPECT_EQ(room.door.views[1].count(
+    EXPECT_EQ(room.platform.views[1].count(
                   "polygon 8.00 3.00 11.97 3.00 11.97 6.97 8.00 6.97 #00ff00 #00ff00"),
               1);
     inithidden();
@@ -109,8 +109,8 @@ TEST(Hidden, LabelsStandOutFromTheFillingAndGroupsKeepTheirColour) {
     for (const auto& c : cases) {
         hidcolor = c.fill;
         drawview(1);
-        EXPECT_EQ(room.door.views[0].count("text"), 1);
-        EXPECT_EQ(room.door.views[0].textcolor, c.label);
+        EXPECT_EQ(room.platform.views[0].count("text"), 1);
+        EXPECT_EQ(room.platform.views[0].textcolor, c.label);
     }
     hidcolor = rgb(0, 150, 255);
     addelement(6, {1, 3}, 1);
@@ -118,8 +118,8 @@ TEST(Hidden, LabelsStandOutFromTheFillingAndGroupsKeepTheirColour) {
     groups(0, 0) = 1;
     menupostItem(1).checked = true;
     drawview(1);
-    EXPECT_EQ(room.door.views[0].count("line"), 2);
-    EXPECT_EQ(room.door.views[0].count("line 8.00 7.00 12.00 3.00 #00ff00"), 2)
+    EXPECT_EQ(room.platform.views[0].count("line"), 2);
+    EXPECT_EQ(room.platform.views[0].count("line 8.00 7.00 12.00 3.00 #00ff00"), 2)
         << "the beam has its group's colour, also on the shape";
     inithidden();
 }

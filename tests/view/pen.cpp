@@ -54,7 +54,7 @@ TEST(Pen, AFaultInAnyLayerLeavesNothingBehind) {
     sessionroom room;
     nodesel(0) = nodesel(1) = addnode(1, 2, 3);
     drawview(1);
-    recordsurface& s = room.door.views[0];
+    recordsurface& s = room.platform.views[0];
     s.fillcolor = rgb(9, 9, 9);
     const auto before = stateof(s);
     void (*const redraws[])() = {[] { drawview(1); }, [] { drawselectionall(); },

@@ -246,7 +246,7 @@ TEST(Layers, AreDrawnInTheirOrder) {
         "line 6.00 7.00 6.50 7.00 #ff00ff w2",
         "circle 6.00 3.00 0.075 #ff0000",
     };
-    EXPECT_EQ(room.door.views[1].operations, expected);
+    EXPECT_EQ(room.platform.views[1].operations, expected);
 }
 
 // Dots side by side would be all that is seen of a contour plot; supports likewise.
@@ -261,7 +261,7 @@ TEST(Layers, DotsAndSupportsThinOutWhereTheyStandClose) {
     viewptx(1) = viewptx(2) = viewpty(1) = viewpty(2) = 5;
     const auto drawn = [&](int v, const char* what) {
         drawview(v);
-        return room.door.views[std::size_t(v - 1)].count(what);
+        return room.platform.views[std::size_t(v - 1)].count(what);
     };
     setpreset(1, 1);
     EXPECT_EQ(drawn(2, "circle"), 41 * 41) << "2.5 mm apart there is room";
@@ -272,7 +272,7 @@ TEST(Layers, DotsAndSupportsThinOutWhereTheyStandClose) {
     EXPECT_LT(drawn(2, "line"), 41 / 2);
     menupostItem(2).checked = true;
     EXPECT_LT(drawn(1, "circle"), 900) << "further apart over a contour";
-    EXPECT_EQ(room.door.views[0].count("circle 10.00 5.00 0.03"), 1) << "and smaller";
+    EXPECT_EQ(room.platform.views[0].count("circle 10.00 5.00 0.03"), 1) << "and smaller";
     viewscale(2) = 1;
     EXPECT_EQ(drawn(2, "circle 10.00 5.00 0.075"), 1) << "which the other views do not show";
 }
@@ -285,8 +285,8 @@ TEST(Layers, ABeamKeepsItsColourUnderAGraphicLine) {
     layer(layers::graphicslines).draw = [](int v) { target(v)->line(0, 0, 1, 1, graphcolor); };
     mnudrawlist(4).checked = true;
     drawview(2);
-    const auto& drawn = room.door.views[1].operations;
-    EXPECT_EQ(room.door.views[1].count("line 6.00 7.00 14.00 7.00 #0096ff w2"), 2);
+    const auto& drawn = room.platform.views[1].operations;
+    EXPECT_EQ(room.platform.views[1].count("line 6.00 7.00 14.00 7.00 #0096ff w2"), 2);
     std::size_t line = 0;
     while (line + 1 < drawn.size() && drawn[line].substr(0, 9) != "line 0.00") ++line;
     ASSERT_LT(line + 1, drawn.size());
@@ -304,9 +304,9 @@ TEST(Layers, LabelsStandInViewOneAlone) {
     checkonly(Nodelabeltype, 1);
     drawview(1);
     drawview(2);
-    EXPECT_EQ(room.door.views[0].count("text"), 3 + 4 + 1);
-    EXPECT_EQ(room.door.views[0].count("text 9.60 4.68 MEMB4"), 1);
-    EXPECT_EQ(room.door.views[1].count("text"), 3) << "the triad's letters";
+    EXPECT_EQ(room.platform.views[0].count("text"), 3 + 4 + 1);
+    EXPECT_EQ(room.platform.views[0].count("text 9.60 4.68 MEMB4"), 1);
+    EXPECT_EQ(room.platform.views[1].count("text"), 3) << "the triad's letters";
 }
 
 TEST(Layers, DeformedShapeMeasuresTheUnitVector) {
@@ -318,7 +318,7 @@ TEST(Layers, DeformedShapeMeasuresTheUnitVector) {
     menupostItem(1).checked = true;
     viewscale(2) = 0.5;
     drawview(2);
-    EXPECT_EQ(room.door.views[1].count("line 8.00 6.00 12.00 5.50 #0000ff w2"), 1)
+    EXPECT_EQ(room.platform.views[1].count("line 8.00 6.00 12.00 5.50 #0000ff w2"), 1)
         << "the largest displacement is 0.5 cm on the screen whatever the scale";
     maxdisp = 0;
     setdispscale(2);
@@ -344,8 +344,8 @@ TEST(Layers, TheSlabCutsLines) {
         nodes(0, 1, 2) = c.z1;
         nodes(0, 2, 2) = c.z2;
         drawview(2);
-        EXPECT_EQ(room.door.views[1].count("line"), c.lines) << c.z1;
-        EXPECT_EQ(room.door.views[1].count(c.line), c.lines) << c.z1;
+        EXPECT_EQ(room.platform.views[1].count("line"), c.lines) << c.z1;
+        EXPECT_EQ(room.platform.views[1].count(c.line), c.lines) << c.z1;
     }
 }
 

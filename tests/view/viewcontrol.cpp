@@ -45,7 +45,7 @@ TEST(Viewcontrol, APastedViewShowsTheElementsOfTheOther) {
         EXPECT_EQ(room.shownin(1), option == 1 ? "23" : "3");
         elemsel(0) = 0;
         room.form.copied = 1;
-        takeview(room.form, 2);
+        chooseview(room.form, 2);
         EXPECT_EQ(room.form.group, "") << "no group of this view";
         pasteview(room.form);
         EXPECT_EQ(viewtype(2), 0) << "nothing is stored yet";
@@ -57,7 +57,7 @@ TEST(Viewcontrol, APastedViewShowsTheElementsOfTheOther) {
         EXPECT_EQ(viewselnum(3), viewselnum(1));
         mnudrawlist(0).checked = mnuSettingsItem(3).checked = false;
         drawview(3);
-        EXPECT_EQ(room.door.views[2].count("line"), option == 1 ? 2 : 1);
+        EXPECT_EQ(room.platform.views[2].count("line"), option == 1 ? 2 : 1);
         chooseoption(room.form, 0, "other");
         getvalues(room.form);
         autoscale(2);

@@ -38,7 +38,8 @@ TEST(Waterplane, IsDrawnAroundTheModelForBuoyancyCasesOnShow) {
         drawcolor = meshcolor;
         drawloads(1);
         int dotted = 0;
-        for (const std::string& o : room.door.views[0].operations) dotted += o.ends_with("dotted");
+        for (const std::string& o : room.platform.views[0].operations)
+            dotted += o.ends_with("dotted");
         EXPECT_EQ(dotted, c.lines) << c.name;
     }
     sessionroom room;
@@ -52,7 +53,7 @@ TEST(Waterplane, IsDrawnAroundTheModelForBuoyancyCasesOnShow) {
     drawcolor = backcolor;
     drawloads(1);
     // A margin of a tenth of the height: y from -0.5 to 2.5, the middle of the surface at 10, 5.
-    const recordsurface& drawn = room.door.views[0];
+    const recordsurface& drawn = room.platform.views[0];
     EXPECT_EQ(drawn.count("line 9.50 2.00 12.50 2.00 #ffffff"), 1);
     EXPECT_EQ(drawn.count("line 12.50 2.00 9.50 2.00 #ffffff"), 1);
     EXPECT_EQ(drawn.drawstyle, pens::solid);

@@ -116,7 +116,7 @@ int main(int argc, char** argv) {
     guardedapplication application(argc, argv);
     keyboardgiver giver;
     application.installEventFilter(&giver);
-    setdoor(&theplatform());
+    setplatform(&theqtplatform());
     wiremodules();
     std::atomic<bool> done = false;
     int code = 0;

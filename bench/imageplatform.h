@@ -10,10 +10,10 @@
 inline const double pixelspercm = 96 / 2.54;
 
 // The four surfaces without a window around them.
-class imagedoor : public platform {
+class imageplatform : public platform {
   public:
     answers show(const messagebox&) override { return answers::ok; }
-    filechoice choosefile(const filebox&) override { return {}; }
+    filechoice askfile(const filebox&) override { return {}; }
     surface* viewsurface(int nview) override { return &views[std::size_t(nview - 1)]; }
     twipbox workarea() override { return {0, 0, 2080 + 1600 * 15, 900 * 15}; }
     void placeview(int nview, const twipbox& box, bool) override {

@@ -163,12 +163,3 @@ std::string fixedtext(double number, int decimals) {
         std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::fixed, decimals);
     return {buffer, result.ptr};
 }
-
-std::string scientifictext(double number, int decimals) {
-    char buffer[64];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, number,
-                                      std::chars_format::scientific, decimals);
-    for (char* c = buffer; c != result.ptr; ++c)
-        if (*c == 'e') *c = 'E';
-    return {buffer, result.ptr};
-}

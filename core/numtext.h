@@ -40,5 +40,3 @@ double numberof(std::string_view text);
 
 // Rounded to the nearest whole number or fixed decimals: 12.30 for fixedtext(12.3, 2).
 std::string fixedtext(double number, int decimals);
-// Two decimals and exponent: 1.23E+04.
-std::string scientifictext(double number, int decimals);

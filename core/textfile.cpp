@@ -228,6 +228,14 @@ long textin::whole() {
     return long(value);
 }
 
+int textin::wholewithin(int low, int high, const char* what) {
+    const long value = whole();
+    if (value < low || value > high)
+        fail(errtype, std::string(what) + " from " + std::to_string(low) + " to " +
+                          std::to_string(high) + " was expected, found " + std::to_string(value));
+    return int(value);
+}
+
 int textin::count() {
     const double value = number();
     if (value > mostcount) fail(erroverflow, "the count " + numbertext(value) + " is too large");

@@ -46,7 +46,9 @@ class textin {
     // the kind, erroverflow for what does not fit; the text names file, line and what was found.
     double number();
     float single();
-    long whole();             // a number without fraction, |n| < 1E+15
+    long whole();  // a number without fraction, |n| < 1E+15
+    // A whole number low..high; what names it in the fault, "a degree of freedom".
+    int wholewithin(int low, int high, const char* what);
     int count();              // a whole number from 0 up to 2E+09
     int rows();               // a count of rows that follow: no more than the file has room for
     std::string text();       // quoted or not, UTF-8

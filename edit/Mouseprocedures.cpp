@@ -22,6 +22,7 @@
 #include "edit/move.h"
 #include "edit/pickplaces.h"
 #include "edit/selection.h"
+#include "edit/snap.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/pen.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Nearest items and snapping. State: the places of the items last asked for by the moving pointer.
+// Nearest items. State: the places of the items last asked for by the moving pointer.
 #include "edit/find.h"
 
 #include <algorithm>
@@ -16,8 +16,6 @@
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
-
-std::function<bool(int, const double*, double*)> footongraphic;
 
 namespace {
 
@@ -56,13 +54,6 @@ class search {
     double u, p;
     nearest best;
 };
-
-void setpoint(int nview, double x, double y, double z) {
-    const float scale = viewscale(nview);
-    curx = float(scale * x);
-    cury = float(scale * y);
-    curz = float(scale * z);
-}
 
 }  // namespace
 
@@ -253,44 +244,8 @@ nearest pickpatch(int nview) {
     return s.result();
 }
 
-// --- snap ---------------------------------------------------------------------------------------
-
-// The point in work takes a place in model coordinates when that lies within reach.
-static bool snaptest(int nview, const double* place) {
-    const double at[] = {modelx, modely, modelz};
-    double sum = 0;
-    for (int k = 0; k < 3; ++k) sum += (place[k] - at[k]) * (place[k] - at[k]);
-    const double reach = 2 * unitveclen;
-    if (reach < std::sqrt(sum)) return false;
-    modelx = place[0];
-    modely = place[1];
-    modelz = place[2];
-    setpoint(nview, modelx, modely, modelz);
-    return true;
-}
-
-// To the end of a graphic element that was picked, else to the nearest place of its shape.
-static void snappoint(int nview, const nearest& graphic) {
-    const int g = graphic.item, j = graphic.part;
-    const double end[] = {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)};
-    if (snaptest(nview, end)) return;
-    const double point[] = {modelx, modely, modelz};
-    double foot[3];
-    if (footongraphic && footongraphic(g, point, foot)) snaptest(nview, foot);
-}
-
-static nearest snapgraphic(int nview) {
+nearest picksnapgraphic(int nview) {
     search s(nview);
     offergraphics(s, nview);
     return nearestshape(s, nview);
-}
-
-void snapto(int nview) {
-    if (!MnuSelectItem(5).checked) return;
-    if (const nearest node = picknode(nview); node.item != 0) {
-        const double place[] = {nodes(0, node.item, 0), nodes(0, node.item, 1),
-                                nodes(0, node.item, 2)};
-        if (snaptest(nview, place)) return;
-    }
-    if (const nearest graphic = snapgraphic(nview); graphic.item != 0) snappoint(nview, graphic);
 }

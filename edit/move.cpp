@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The move of the selection. State: the move under way - its reference point, the places of the
-// selected points as it began and the way since - and the places that undo puts back.
+// selected points as it began and the way since.
 #include "edit/move.h"
 
 #include <array>
@@ -18,6 +18,8 @@
 #include "edit/merge.h"
 #include "edit/modes.h"
 #include "edit/selection.h"
+#include "edit/snap.h"
+#include "edit/undo.h"
 #include "view/moddraw.h"
 
 using offset = std::array<double, 3>;
@@ -29,46 +31,6 @@ static std::vector<offset> ways;    // that the points have been moved by, the p
 static double pressx, pressy;       // where the reference point was pressed, centimetres
 static bool pressed;                // the button is held since then: a drag may begin
 static bool dragging, anymoved;
-
-namespace {
-struct storedplace {
-    int node = 0;  // or
-    int graphic = 0, point = 0;
-    std::array<float, 3> at{};
-};
-}  // namespace
-static std::vector<storedplace> undostore;
-
-// --- undo ---------------------------------------------------------------------------------------
-
-void storeundo() {
-    undostore.clear();
-    for (int i = 1; i <= nodesel(0); ++i) {
-        const int n = nodesel(i);
-        undostore.push_back({n, 0, 0, {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)}});
-    }
-    for (int i = 1; i <= graphsel2(0, 0); ++i) {
-        const int g = graphsel2(i, 0), j = graphsel2(i, 1);
-        undostore.push_back({0, g, j, {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)}});
-    }
-    undomark = 1;
-    mnuEditItem(0).enabled = true;
-}
-
-void editundo() {
-    if (undomark == 0) return;
-    for (const storedplace& place : undostore)
-        for (int k = 0; k < 3; ++k) {
-            const float value = place.at[std::size_t(k)];
-            if (place.node >= 1 && place.node <= nnodes()) nodes(0, place.node, k) = value;
-            if (place.graphic >= 1 && place.graphic <= ngraphics())
-                graphics(place.graphic, place.point, k + 1) = value;
-        }
-    undostore.clear();
-    dropundo();
-    redrawall();
-    theplatform().refresh();
-}
 
 // --- moving -------------------------------------------------------------------------------------
 

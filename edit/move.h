@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The move of the selection: reference point, target point or typed way, drag, and the one step
-// back.
+// The move of the selection: reference point, target point or typed way, drag.
 #pragma once
 
 #include <functional>
@@ -33,6 +32,3 @@ bool checkplace(const double* point);
 // Calls change(point) with the three coordinates of every selected node and graphic point, and
 // stores them as Singles. None is stored where one lies beyond them: false, after it was told.
 bool changeselected(const std::function<void(double*)>& change);
-// The places of the selection before the last move.
-void storeundo();
-void editundo();

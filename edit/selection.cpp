@@ -159,13 +159,6 @@ static void windowelements(int nview, const screenbox& box) {
     }
 }
 
-static void setgraphicpoint(int g, int j, int nview) {
-    const float scale = viewscale(nview);
-    curx = scale * graphics(g, j, 1);
-    cury = scale * graphics(g, j, 2);
-    curz = scale * graphics(g, j, 3);
-}
-
 static void windowgraphics(int nview, const screenbox& box) {
     std::vector<bool> already(std::size_t(ngraphics() + 1) * 4, false);
     for (int i = 1; i <= graphsel2(0, 0); ++i)
@@ -173,7 +166,7 @@ static void windowgraphics(int nview, const screenbox& box) {
     for (int g = 1; g <= ngraphics(); ++g)
         for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
             if (already[std::size_t(g * 4 + j)]) continue;
-            setgraphicpoint(g, j, nview);
+            setpoint(nview, graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3));
             if (box.holds(nview)) appendgraphic(g, j);
         }
 }
@@ -183,7 +176,7 @@ static void windowpatches(int nview, const screenbox& box) {
     for (int p = 1; p <= patches(0, 0, 0); ++p) {
         const int g = patches(p, 1, 1);
         if (already[std::size_t(p)] || g < 1 || g > ngraphics()) continue;
-        setgraphicpoint(g, 1, nview);
+        setpoint(nview, graphics(g, 1, 1), graphics(g, 1, 2), graphics(g, 1, 3));
         if (box.holds(nview)) append(patchsel, p);
     }
 }

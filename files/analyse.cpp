@@ -86,7 +86,8 @@ void storeoptions(const analysisoptions& form) {
 
 // --- the run ------------------------------------------------------------------------------------
 
-void writecontrolfile() {
+// Throws runtimeerror.
+static void writecontrolfile() {
     textout out(controlfile());
     out.quoted(modelname).endline();
     out.line(doeigen, elemmassflag, doftype, dorenumber, dostiffness, dosolve, dolinestress,
@@ -94,7 +95,8 @@ void writecontrolfile() {
     out.commit();
 }
 
-std::string findsolver() {
+// Path of the solver program, empty when there is none.
+static std::string findsolver() {
     std::error_code ec;
     for (const std::string& folder : {appdir, programdir}) {
         const fs::path program = fs::path(folder) / "feiflu";

@@ -21,10 +21,6 @@ void clickeigen(analysisoptions& form);   // a click at Solve Eigen Modes and fr
 void clickpostprocessor(analysisoptions& form);
 void storeoptions(const analysisoptions& form);
 
-void writecontrolfile();  // throws runtimeerror
-// Path of the solver program, empty when there is none.
-std::string findsolver();
-
 // Saves the model, runs the solver on it and reads the model back; waits while another window's
 // solver is at work. A result counts when this run has written it. Every way out leaves a usable
 // model; what went wrong is told.

@@ -17,7 +17,7 @@ const char* const sizelabels[7] = {
     "Number of material groups", "Number of graphic elements", " Number of nodes on one edge",
     "Number of Loadcases"};
 
-void recalculate(sizeform& form) {
+static void recalculate(sizeform& form) {
     std::array<double, 7> boxes{};
     for (std::size_t i = 0; i < 7; ++i) boxes[i] = numberof(form.text[i]);
     const auto cost = calcmem(boxes);

@@ -14,7 +14,6 @@ extern const char* const sizelabels[7];
 
 sizeform showsizes();                    // the declared sizes
 void editsize(sizeform& form, int box);  // after a key press: no number becomes "0"
-void recalculate(sizeform& form);
 // Takes the sizes over and moves the model in hand into arrays of them. A model that
 // does not fit, or sizes beyond the memory, are told; the old sizes come back and the boxes show
 // them. True when the sizes changed.

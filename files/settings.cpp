@@ -48,15 +48,9 @@ static settingline toleranceline(double& value) {
 }
 
 static settingline wholeline(int& value, int low, int high) {
-    return {[&value](textout& out) { out.put(value); },
-            [&value, low, high](textin& in) {
-                const long read = in.whole();
-                if (read < low || read > high)
-                    in.fail(errtype, "a whole number from " + numbertext(low) + " to " +
-                                         numbertext(high) + " was expected, found " +
-                                         numbertext(read));
-                value = int(read);
-            }};
+    return {
+        [&value](textout& out) { out.put(value); },
+        [&value, low, high](textin& in) { value = in.wholewithin(low, high, "a whole number"); }};
 }
 
 static settingline colourline(colour& value) {

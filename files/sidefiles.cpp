@@ -22,20 +22,10 @@ static textin open(const std::string& base, const char* extension) {
     return textin(findnocase(base + extension));
 }
 
-// A number that stands for one of the codes low..high.
-static int code(textin& in, int low, int high, const char* what) {
-    const long value = in.whole();
-    if (value < low || value > high)
-        in.fail(errtype, std::string(what) + " from " + std::to_string(low) + " to " +
-                             std::to_string(high) + " was expected, found " +
-                             std::to_string(value));
-    return int(value);
-}
-
 // The degree of freedom of a row; any number in a row that falls away, such as the zeros that other
 // writers leave behind a deleted condition.
 static int dofof(textin& in, bool dropped) {
-    if (!dropped) return code(in, 1, 6, "a degree of freedom");
+    if (!dropped) return in.wholewithin(1, 6, "a degree of freedom");
     in.number();
     return 0;
 }
@@ -61,7 +51,7 @@ void readgra(const std::string& base) {
             in.skip(13);
             continue;
         }
-        graphics(count, 0, 0) = float(code(in, 1, 3, "a kind of graphic element"));
+        graphics(count, 0, 0) = float(in.wholewithin(1, 3, "a kind of graphic element"));
         for (int j = 0; j <= 3; ++j)
             for (int k = 1; k <= 3; ++k) graphics(count, j, k) = in.single();
         graphics(0, 0, 0) = float(count);
@@ -251,7 +241,7 @@ static int readcasedata(textin& in, int parameters) {
     needsize(7, count);
     for (int lc = 1; lc <= count && count <= modelsize(7); ++lc) {
         lcname(lc) = in.quoted();
-        lctype(lc) = code(in, 0, 9, "a type of load case");
+        lctype(lc) = in.wholewithin(0, 9, "a type of load case");
         for (int k = 0; k < parameters; ++k) lcpar(lc, k) = in.number();
         if (parameters == oldparameters) lcpar(lc, 4) = 1;
     }
@@ -353,15 +343,15 @@ void readpat(const std::string& base) {
     textin in = open(base, ".pat");
     const int count = in.rows();
     for (int p = 1; p <= count; ++p) {
-        const int edges = code(in, 0, maxpatchedges, "a number of edges");
+        const int edges = in.wholewithin(0, maxpatchedges, "a number of edges");
         patches(p, 0, 0) = edges;
         patches(p, 0, 1) = in.whole();
         patches(p, 0, 2) = in.whole();
         for (int j = 1; j <= edges; ++j) {
-            const int pieces = code(in, 0, maxedgepieces, "a number of graphic elements");
+            const int pieces = in.wholewithin(0, maxedgepieces, "a number of graphic elements");
             patches(p, j, 0) = pieces;
             for (int k = 1; k <= pieces; ++k)
-                patches(p, j, k) = code(in, 0, mostmember, "a graphic element");
+                patches(p, j, k) = in.wholewithin(0, mostmember, "a graphic element");
         }
     }
     patches(0, 0, 0) = count;

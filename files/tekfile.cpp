@@ -33,7 +33,8 @@ static int livecount() {
     return live;
 }
 
-int deriveddoftype() {
+// Degrees of freedom for the solver: 1 in 2-D, 2 in 3-D, one more with an element of type 6..11.
+static int deriveddoftype() {
     bool rotations = false;
     for (int e = 1; e <= nelems() && !rotations; ++e) rotations = hasrotations(int(elems(e, 0)));
     return (dim2d ? 1 : 2) + (rotations ? 1 : 0);

@@ -18,9 +18,6 @@ void readtek(const std::string& base);
 void readtekgeometry(const std::string& base);  // nodes and elements alone, the views stay
 void readrot(const std::string& base);          // all rotations 0 first
 
-// Degrees of freedom for the solver: 1 in 2-D, 2 in 3-D, one more with an element of type 6..11.
-int deriveddoftype();
-
 // The whole part of a model's nodes and elements, for import: .tek into tmpnodes and tmpelems.
 // groupoffset is added to group numbers.
 void readtekbuffer(const std::string& base, int groupoffset);

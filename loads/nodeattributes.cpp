@@ -33,7 +33,7 @@ const char linepressurehint[] =
     "Line pressure is not at work: Apply stores nothing here. A load along a line goes to its "
     "elements, by Element Pressure Loads.";
 
-attributemodes attributemode() {
+static attributemodes attributemode() {
     if (editconstraint) return attributemodes::constraints;
     if (editnodalload) return attributemodes::nodalloads;
     if (editelemload) return attributemodes::elementloads;

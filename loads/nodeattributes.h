@@ -11,7 +11,6 @@
 #include <vector>
 
 enum class attributemodes { none, constraints, nodalloads, elementloads };
-attributemodes attributemode();
 
 struct attributelabel {
     std::string caption, unit;

@@ -66,14 +66,16 @@ static const colour evencolors[indexcolors] = {
     rgb(14, 57, 133),  rgb(14, 75, 125), rgb(18, 101, 129), rgb(23, 132, 135), rgb(27, 155, 128),
     rgb(30, 170, 109), rgb(83, 181, 86), rgb(143, 188, 72), rgb(195, 193, 69), rgb(243, 195, 81)};
 
-void fillpalette() {
+// Indexcolor from the settings or the even palette.
+static void fillpalette() {
     for (int k = 0; k < indexcolors; ++k)
         indexcolor(k) = float(evenpalette ? evencolors[k] : groupshow(k));
 }
 
 // --- values -------------------------------------------------------------------------------------
 
-bool ispostelement(int e) {
+// Of the chosen set and not a free slot.
+static bool ispostelement(int e) {
     return elems(e, 0) != 0 && (postset == 0 || elemflag(e));
 }
 

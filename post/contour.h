@@ -30,7 +30,6 @@ extern array1<float> indexcolor;  // (0..9) colours, lowest first
 double bandbound(int k);          // lower bound of band k = 0..9; 10 gives indexmax
 double levelof(int k);            // value of contour line k = 0..9, both bounds included
 int bandof(double value);         // 0..9; -1 outside the scale
-void fillpalette();               // indexcolor from the settings or the even palette
 
 // A place of the plot.
 struct cornervalue {
@@ -39,7 +38,6 @@ struct cornervalue {
 };
 extern cornervalue highest, lowest;  // of the corners that exist, set by contourscale
 
-bool ispostelement(int e);           // of the chosen set and not a free slot
 void noteselection();                // counts the elements of the set into postcount
 bool isplotted(int e);               // and of a kind that the active entry shows
 float plotvalue(int e, int corner);  // what is plotted, corner 1..4

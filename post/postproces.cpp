@@ -32,19 +32,12 @@ noderow readnoderow(textin& in, int anadof) {
     return row;
 }
 
-static int readanadof(textin& in) {
-    const long code = in.whole();
-    if (code < 0 || code > 3)
-        in.fail(errtype, "an analysis code from 0 to 3 was expected, found " + numbertext(code));
-    return int(code);
-}
-
 int readheader(textin& in) {
     const int count = in.count();
     if (count != nnodes())
         in.fail(errtype, "the results are of a model with " + numbertext(count) +
                              " nodes, the model in hand has " + numbertext(nnodes()));
-    return readanadof(in);
+    return in.wholewithin(0, 3, "an analysis code");
 }
 
 static const int rowsperreport = 20000;  // rows between two looks at the progress window
@@ -259,7 +252,7 @@ static void readmodefile() {
     modevalue = 0;
     modevalues.clear();
     textin in(findnocase(modelname + ".EIG"));
-    const int anadof = readanadof(in);
+    const int anadof = in.wholewithin(0, 3, "an analysis code");
     const double announced = in.number();
     maxdisp = 0;
     while (!in.atend()) {

@@ -33,15 +33,10 @@ job readcontrol(const std::string& path) {
     bool* const flags[] = {&j.eigen,     &j.elementmass, nullptr,       &renumber,
                            &j.stiffness, &j.solve,       &j.linestress, &j.platestress};
     for (bool* flag : flags) {
-        const long value = in.whole();
-        if (flag) {
-            *flag = value != 0;
-        } else {
-            if (value < 1 || value > 3)
-                in.fail(errtype,
-                        "a doftype from 1 to 3 was expected, found " + std::to_string(value));
-            j.doftype = int(value);
-        }
+        if (flag)
+            *flag = in.whole() != 0;
+        else
+            j.doftype = in.wholewithin(1, 3, "a doftype");
     }
     return j;
 }
@@ -72,7 +67,9 @@ void holdprocessfile(const std::string& appdir) {
     if (ftruncate(file, 0) != 0 || write(file, text.data(), text.size()) < 0) close(file);
 }
 
-void onfault(const char* words) {
+// Called with the text of the fault when a signal or a stray exception ends the program; writes it
+// to standard error. Only what is safe inside a signal handler is done.
+static void onfault(const char* words) {
     removecontrol();
     const char* const texts[] = {"feiflu: ", words, "\n"};
     for (const char* text : texts)

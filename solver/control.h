@@ -30,10 +30,6 @@ void removecontrol();
 // was left behind. Refuses where another solver holds it.
 void holdprocessfile(const std::string& appdir);
 
-// Called with the text of the fault when a signal or a stray exception ends the program; writes it
-// to standard error. Only what is safe inside a signal handler is done.
-void onfault(const char* words);
-
 // Deletes the result files of the kinds of run that the job asks for, so that none of an earlier
 // run can be taken for new: static results and modes stand side by side. Refuses where a file of
 // somebody else bears such a name.

@@ -29,7 +29,8 @@ element elementat(const model& m, const settings& s, int number) {
     return e;
 }
 
-std::string elementname(const element& e) {
+// "Element 12 (BEAM, group 2 \"legs\")".
+static std::string elementname(const element& e) {
     return "Element " + std::to_string(e.number) + " (" + kindof(e.type).name + ", group " +
            std::to_string(e.group) + " \"" + e.g->name + "\")";
 }

@@ -27,7 +27,7 @@ caseloads::caseloads(const model& whole, const settings& set, int lc)
 
 caseloads::caseloads(const model& whole, const settings& set, const loadcase& one, int lc,
                      bool pointsalone)
-    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone), marine(whole, set, one) {
+    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone), sea(whole, set, one) {
     uniform = rotation = centre = vec3::Zero();
     accelerated = c.type >= caseaccx && c.type <= caseaccrz;
     if (accelerated) {
@@ -47,14 +47,15 @@ caseloads::caseloads(const model& whole, const settings& set, const loadcase& on
 }
 
 bool caseloads::loadselements() const {
-    return !rows.empty() || marine.any() || (accelerated && c.par[4] == 1);
+    return !rows.empty() || sea.any() || (accelerated && c.par[4] == 1);
 }
 
 vec3 caseloads::accelerationat(const vec3& at) const {
     return uniform + rotation.cross(at - centre);
 }
 
-void spreadevenly(const element& e, const vec3& load, elvector& f) {
+// Adds a force a length (line) or an area (plate) that is the same all over the element.
+static void spreadevenly(const element& e, const vec3& load, elvector& f) {
     const elementkind& kind = kindof(e.type);
     if (kind.fam == family::plate) {
         for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
@@ -111,7 +112,7 @@ bool caseloads::massonelement(const element& e, elvector& f) const {
 bool caseloads::onelement(const element& e, elvector& f) const {
     const bool byrows = rowsonelement(e, f);
     const bool bymass = massonelement(e, f);
-    const bool bysea = marine.onelement(e, f);
+    const bool bysea = sea.onelement(e, f);
     return byrows || bymass || bysea;
 }
 
@@ -132,7 +133,7 @@ vec3 caseloads::online(const element& e, const linesink& sink) const {
                 density *
                 vec3(section.i2 + section.i3, section.i2, section.i3).cwiseProduct(axes * rotation);
     }
-    marine.online(e, sink);
+    sea.online(e, sink);
     return moment;
 }
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Loads of a case: nodal forces, distributed loads on elements, accelerations of masses, and what
-// sea and wind do to the elements (marine).
+// sea and wind do to the elements (waveloads).
 #pragma once
 
 #include <vector>
 
 #include "solver/dofs.h"
 #include "solver/kinds.h"
-#include "solver/marine.h"
+#include "solver/waveloads.h"
 
 // Loads in directions that the analysis does not have.
 struct absentloads {
@@ -51,9 +51,6 @@ class caseloads {
     int number;
     bool accelerated, pointmasses;
     vec3 uniform, rotation, centre;  // accelerations times mass unit over force unit
-    marineloads marine;
+    waveloads sea;
     std::vector<elementrow> rows;  // by element
 };
-
-// Adds a force a length (line) or an area (plate) that is the same all over the element.
-void spreadevenly(const element& e, const vec3& load, elvector& f);

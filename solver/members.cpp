@@ -121,8 +121,10 @@ static vec12 localends(const elvector& v, const mat3& axes) {
     return local;
 }
 
-memberline memberof(const element& e, const elvector& ends, const elvector& u,
-                    const caseloads& loads) {
+// ends: nodal forces of the element's stiffness on the ends (model axes) and u: their
+// displacements, as elementforces and gather give them; loads: of the case.
+static memberline memberof(const element& e, const elvector& ends, const elvector& u,
+                           const caseloads& loads) {
     const mat3 axes = lineaxes(e);
     const memberload load = loadof(e, axes, loads);
     elvector between = elvector::Zero(ends.size());

@@ -12,11 +12,6 @@ const int memberstations = 21, membervalues = 9;
 // inertia, deflects as its ends do.
 using memberline = Eigen::Matrix<double, membervalues, memberstations>;
 
-// ends: nodal forces of the element's stiffness on the ends (model axes) and u: their
-// displacements, as elementforces and gather give them; loads: of the case.
-memberline memberof(const element& e, const elvector& ends, const elvector& u,
-                    const caseloads& loads);
-
 // BASE.MEM: by case a record a line element, then "END". A record: element, number of stations,
 // their values one after the other.
 void writemembers(const model& m, const settings& s, const dofmap& d, const displacements& u);

@@ -20,15 +20,6 @@ static double boundednumber(textin& in) {
     return value;
 }
 
-static int code(textin& in, int low, int high, const char* what) {
-    const long value = in.whole();
-    if (value < low || value > high)
-        in.fail(errtype, std::string(what) + " from " + std::to_string(low) + " to " +
-                             std::to_string(high) + " was expected, found " +
-                             std::to_string(value));
-    return int(value);
-}
-
 // A count of items of which each takes at least this many bytes of the file.
 static int countof(textin& in, std::size_t filesize, std::size_t leastbytes, const char* what) {
     const int count = in.count();
@@ -95,7 +86,8 @@ void readmlt(textin& in, model& m) {
             for (int j = 0; j < 6; ++j) m.groups[std::size_t(g)].spring(i, j) = boundednumber(in);
 }
 
-void readoldmlt(textin& in, model& m) {
+// Ten fields a group, no matrices.
+static void readoldmlt(textin& in, model& m) {
     readgroups(in, m, oldfields);
     if (!in.atend()) in.fail(errtype, "the file goes on behind the last group");
 }
@@ -108,7 +100,7 @@ static int readrows(textin& in, int count, const model& m, std::vector<nodalrow>
     int dropped = 0;
     for (int i = 0; i < count; ++i) {
         const long node = in.whole();
-        const int dof = code(in, 1, 6, "a degree of freedom");
+        const int dof = in.wholewithin(1, 6, "a degree of freedom");
         const double value = boundednumber(in);
         if (node >= 1 && node <= m.nnodes())
             rows.push_back({int(node), dof, value});
@@ -137,7 +129,7 @@ static void readcases(textin& in, model& m, int parameters) {
     for (int lc = 1; lc <= n; ++lc) {
         loadcase c;
         c.name = in.quoted();
-        c.type = code(in, caseapplied, casebuoyancy, "a type of load case");
+        c.type = in.wholewithin(caseapplied, casebuoyancy, "a type of load case");
         for (int k = 0; k < parameters; ++k) c.par[k] = boundednumber(in);
         m.cases.push_back(std::move(c));
     }
@@ -147,7 +139,8 @@ void readlcd(textin& in, model& m) {
     readcases(in, m, caseparameters);
 }
 
-void readoldlcd(textin& in, model& m) {
+// Four parameters a case.
+static void readoldlcd(textin& in, model& m) {
     readcases(in, m, oldparameters);
 }
 
@@ -183,7 +176,7 @@ void readell(textin& in, model& m, runlog& log) {
         const int count = in.count();
         for (int i = 0; i < count; ++i) {
             const long e = in.whole();
-            const int direction = code(in, 1, 3, "a direction");
+            const int direction = in.wholewithin(1, 3, "a direction");
             const double value = boundednumber(in);
             if (e >= 1 && e <= m.nelems())
                 (c ? c : &spare)->element.push_back({int(e), direction, value});

@@ -16,10 +16,8 @@ model readmodel(const std::string& base, runlog& log);
 void readtek(textin& in, std::size_t filesize, model& m);
 void readrot(textin& in, model& m);
 void readmlt(textin& in, model& m);
-void readoldmlt(textin& in, model& m);  // ten fields a group, no matrices
 void readvpl(textin& in, model& m, runlog& log);
 void readlcd(textin& in, model& m);
-void readoldlcd(textin& in, model& m);  // four parameters a case
 void readknk(textin& in, model& m, runlog& log);
 void readell(textin& in, model& m, runlog& log);
 

@@ -3,8 +3,8 @@
 // that reactions feel the rounding.
 #pragma once
 
-#include "solver/recover.h"
 #include "solver/solve.h"
+#include "solver/stresses.h"
 
 // Largest part of a case's load, in forces or in moments, that its reactions do not balance.
 // letgo: by case from 0, what of the load nothing takes up.

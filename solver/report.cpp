@@ -16,7 +16,8 @@ double peakmemory() {
     return double(usage.ru_maxrss) / kibibytes;
 }
 
-double processortime() {
+// Processor time of all threads so far, seconds.
+static double processortime() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     const auto seconds = [](const timeval& t) {

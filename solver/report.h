@@ -39,9 +39,6 @@ class runlog {
     bool silent = false;
 };
 
-// Processor time of all threads so far, seconds.
-double processortime();
-
 // Largest memory that the process has held so far, MiB.
 double peakmemory();
 

@@ -17,7 +17,7 @@
 #include "solver/solve.h"
 #include "solver/sums.h"
 #include "solver/tell.h"
-#include "solver/write.h"
+#include "solver/writeresults.h"
 
 // doftype as the workbench derives it, for runs without a control file.
 static int derivedtype(const model& m, bool twod) {
@@ -176,7 +176,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
     checkelements(m, s);
-    for (int lc = 1; lc <= m.ncases(); ++lc) checkmarine(m, s, lc, log);
+    for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     warnfaraway(m, s, log);
     measurecurve(m);
     measureedges(m, s);

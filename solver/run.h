@@ -5,8 +5,8 @@
 #include "solver/control.h"
 #include "solver/mass.h"
 #include "solver/modes.h"
-#include "solver/recover.h"
 #include "solver/report.h"
+#include "solver/stresses.h"
 
 // What is worked out.
 struct wanted {

@@ -93,7 +93,8 @@ static void storeline(settings& s, const std::string& text, const std::string& w
                "; correct it or delete the file, then it is written anew with its defaults");
 }
 
-settings parsesettings(const std::string& text, const std::string& name, runlog& log) {
+// The same from a text that is in memory.
+static settings parsesettings(const std::string& text, const std::string& name, runlog& log) {
     settings s;
     std::size_t begin = 0;
     for (int line = 1; begin < text.size(); ++line) {

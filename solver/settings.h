@@ -24,6 +24,3 @@ struct settings {
 // Reads the file; a missing one is written with the defaults. Throws a refusal that names key and
 // line. An unknown key and a folder that cannot be written are warnings.
 settings readsettings(const std::string& path, runlog& log);
-
-// The same from a text that is in memory.
-settings parsesettings(const std::string& text, const std::string& name, runlog& log);

@@ -73,7 +73,7 @@ void analysefactor(const equations& q, factor& l, int columns, runlog& log) {
 
 // --- mechanisms ---------------------------------------------------------------------------------
 
-namedunknown nameunknown(const dofmap& d, std::int64_t unknown) {
+static namedunknown nameunknown(const dofmap& d, std::int64_t unknown) {
     const auto after = std::upper_bound(d.firstunknown.begin(), d.firstunknown.end(), int(unknown));
     const int place = int(after - d.firstunknown.begin()) - 1;
     const auto owner = std::find(d.position.begin() + 1, d.position.end(), place);

@@ -35,4 +35,3 @@ std::vector<double> solvecolumns(const equations& q, factor& l, double* values, 
 struct namedunknown {
     int node = 0, dof = 0;
 };
-namedunknown nameunknown(const dofmap& d, std::int64_t unknown);

@@ -107,13 +107,6 @@ vec3 surfacenormal(const element& e, const surfaceshape& n) {
     return gr.cross(gs);
 }
 
-double areaof(const element& e) {
-    double area = 0;
-    for (const surfacepoint& p : surfacepoints(e.nodes, 2))
-        area += p.weight * surfacenormal(e, shapesat(e.nodes, p.place)).norm();
-    return area;
-}
-
 lamina laminaat(const element& e, const mat3& axes, const surfaceshape& n) {
     vec3 gr, gs;
     basevectors(e, n, gr, gs);

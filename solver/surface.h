@@ -29,7 +29,6 @@ const std::vector<surfacepoint>& surfacepoints(int nodes, int degree);
 vec3 surfaceat(const element& e, const surfaceshape& n);
 // Area of the surface a unit of natural area, and its normal times that.
 vec3 surfacenormal(const element& e, const surfaceshape& n);
-double areaof(const element& e);
 
 // The membrane's tangent plane at a place of a surface that may be warped.
 struct lamina {

@@ -4,7 +4,7 @@
 
 #include "solver/mass.h"
 #include "solver/modes.h"
-#include "solver/recover.h"
+#include "solver/stresses.h"
 
 void tellunits(const settings& s, runlog& log);
 void tellmodel(const model& m, runlog& log);

@@ -7,8 +7,8 @@
 
 #include "core/model.h"
 #include "core/session.h"
-#include "edit/find.h"
 #include "edit/pickshape.h"
+#include "edit/snap.h"
 #include "tools/circle.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
@@ -25,7 +25,7 @@ static point3 loadedp, loadedend, loadedd;  // of a line: its points, the way be
 // --- geometry -----------------------------------------------------------------------------------
 
 // Control points in the order point 1, point 3, point 2.
-void setcurve(const graphiclist& list, int g) {
+static void setcurve(const graphiclist& list, int g) {
     static const int order[] = {0, 1, 3, 2};
     for (int i = 1; i <= 3; ++i) {
         const auto row = list.row(g, order[i]);
@@ -38,7 +38,7 @@ void setcurve(const graphiclist& list, int g) {
     for (int i = 1; i <= curvedeg; ++i) curvebinom[i] = curvebinom[i - 1] * (curvedeg - i + 1) / i;
 }
 
-point3 curvepoint(double t) {
+static point3 curvepoint(double t) {
     const double weight[] = {(1 - t) * (1 - t), t * (1 - t), t * t};
     point3 at = {0, 0, 0};
     for (int i = 0; i <= 2; ++i) {
@@ -113,7 +113,8 @@ void dline(int k) {
         setdefinitionpoint(graphics, g, 1, p2 - way);
 }
 
-std::vector<point3> polylineof(graphiclist& list, int g) {
+// The element as a chain of points, few for a line, many for the others.
+static std::vector<point3> polylineof(graphiclist& list, int g) {
     const double perpiece = 3 * pi / 180;  // swept angle of one chord
     const int curvepieces = 40;
     if (!setgraphic(list, g)) return {};
@@ -156,11 +157,7 @@ static const double markradius = 0.05;  // centimetres
 static const int maxmarks = 1000;       // of one element; more would not be told apart
 
 static void project(const point3& at, int nview) {
-    const float scale = viewscale(nview);
-    curx = float(scale * at[0]);
-    cury = float(scale * at[1]);
-    curz = float(scale * at[2]);
-    projectpoint(nview);
+    projectplace(nview, at[0], at[1], at[2]);
 }
 
 void drawgraphic(graphiclist& list, int g, int nview) {
@@ -191,12 +188,12 @@ void drawgraphicnodes(graphiclist& list, int g, int nview) {
     }
 }
 
-void drawallgraphics(int nview) {
+static void drawallgraphics(int nview) {
     prepareview(nview);
     for (int g = 1; g <= ngraphics(); ++g) drawgraphic(graphics, g, nview);
 }
 
-void drawallgraphicnodes(int nview) {
+static void drawallgraphicnodes(int nview) {
     prepareview(nview);
     for (int g = 1; g <= ngraphics(); ++g) drawgraphicnodes(graphics, g, nview);
 }
@@ -212,7 +209,8 @@ static void drawpickedpoints(surface& s, int nview) {
     }
 }
 
-void drawselectedgraphics(int nview) {
+// Those of graphsel with marks and picked points.
+static void drawselectedgraphics(int nview) {
     surface* const s = target(nview);
     if (s == nullptr || graphsel(0, 0) == 0) return;
     const keptpen pen(s);

@@ -14,8 +14,6 @@
 extern float curvex[4], curvey[4], curvez[4];
 extern short curvedeg;        // always 2
 extern double curvebinom[3];  // binomial coefficients
-void setcurve(const graphiclist& list, int g);
-point3 curvepoint(double t);
 
 // Loads element g; a circle section may become a line by that (tools/circle.h). False for a free
 // slot.
@@ -36,16 +34,10 @@ double lengthofline(const graphiclist& list, int g);
 // Applies linelength to the line graphsel(k,0): the picked end moves, the other one stays.
 void dline(int k);
 
-// The element as a chain of points, few for a line, many for the others.
-std::vector<point3> polylineof(graphiclist& list, int g);
-
 // Drawing in drawcolor; the single ones need prepareview before.
 void drawgraphic(graphiclist& list, int g, int nview);
 void drawgraphicnodes(graphiclist& list, int g, int nview);  // spacing marks
-void drawallgraphics(int nview);
-void drawallgraphicnodes(int nview);
-void drawselectedgraphics(int nview);  // those of graphsel with marks and picked points
-void drawpatch(int p, int nview);      // its edges
+void drawpatch(int p, int nview);                            // its edges
 
 // Layers, picking and snapping into the tables of the floors below.
 void wiregraphics();

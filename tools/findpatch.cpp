@@ -92,7 +92,9 @@ static point3 wayof(int signedline) {
     return signedline > 0 ? way : -1.0 * way;
 }
 
-void turningvector(int a, int b, point3& wayofa, point3& wayofb, point3& turn) {
+// Directions of the signed lines a and b, each from point 2 to point 1 times its sign, and their
+// cross product.
+static void turningvector(int a, int b, point3& wayofa, point3& wayofb, point3& turn) {
     wayofa = wayof(a);
     wayofb = wayof(b);
     turn = cross(wayofa, wayofb);

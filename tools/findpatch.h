@@ -12,10 +12,6 @@
 using jointtable = std::array<std::vector<std::vector<int>>, 3>;
 jointtable findjoints();
 
-// Directions of the signed lines a and b, each from point 2 to point 1 times its sign, and their
-// cross product.
-void turningvector(int a, int b, point3& wayofa, point3& wayofb, point3& turn);
-
 // The command Findpatch: from the first end of each line along each line that meets it there,
 // always with the tightest turn in the plane of the first two. A loop that closes is the selection;
 // the user is told and goes on to the next one, or stops there with Cancel. Returns how many

@@ -179,7 +179,9 @@ static void needjoint(int a, int b, const point3& ofa, const point3& ofb) {
                " have no common joint");
 }
 
-void sortchains(graphiclist& list) {
+// Puts the elements of each edge in the order of the chain and turns them to run along it; a turned
+// element has its points exchanged and its factor inverted, for good. meshok tells the outcome.
+static void sortchains(graphiclist& list) {
     meshok = true;
     edgedata(0, 0) = edgesof(meshtype);
     if (meshtype == "Line") {
@@ -226,7 +228,8 @@ static void nodesalong(graphiclist& list, int g, double last, Emit emit) {
     for (double i = 0; i <= last; ++i) emit(i, addbuffernode(graphicnode(i, n, f)));
 }
 
-void placeedgenodes(graphiclist& list) {
+// Nodes of all edges into the buffer and edgedata. A corner has one for each edge that reaches it.
+static void placeedgenodes(graphiclist& list) {
     for (int e = 1; e <= edgedata(0, 0); ++e) {
         edgedata(e, 0) = 0;
         const int count = graphmesh(e, 0);
@@ -349,7 +352,11 @@ static void placefaded() {
     });
 }
 
-void placeinterior() {
+// The grid edgegrid and the nodes within: linear from edge 1 to edge 2 along each row, plus the
+// deviations of the two side edges from their chords, blended over the rows: edges 3 and 4 of
+// quadrilaterals, 2 and 3 of triangles. Where that would invert elements of a triangular region,
+// buildmesh lets the rows follow edge 3 instead, each less than the one before.
+static void placeinterior() {
     const int corners = eltypnodes(mesheltype);
     if (corners == 4) placequad();
     if (corners == 3) placeblended();
@@ -406,7 +413,10 @@ static void createlines(graphiclist& list) {
     }
 }
 
-void createelements(graphiclist& list) {
+// Elements of 4, 3 or 2 nodes. With 2 nodes the chain is walked again: pieces do not share the node
+// where they meet, a circle section gives its end node in the last place alone, and a curve gives
+// nodes but no elements.
+static void createelements(graphiclist& list) {
     switch (eltypnodes(mesheltype)) {
         case 4:
             return createquads();

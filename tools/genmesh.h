@@ -28,20 +28,5 @@ void checkedges(const graphiclist& list);
 // Room for the nodes and elements that the mesh needs at most, beside model and buffers.
 void checkmeshsize(const graphiclist& list);
 
-// Puts the elements of each edge in the order of the chain and turns them to run along it; a turned
-// element has its points exchanged and its factor inverted, for good. meshok tells the outcome.
-void sortchains(graphiclist& list);
-// Nodes of all edges into the buffer and edgedata. A corner has one for each edge that reaches it.
-void placeedgenodes(graphiclist& list);
-// The grid edgegrid and the nodes within: linear from edge 1 to edge 2 along each row, plus the
-// deviations of the two side edges from their chords, blended over the rows: edges 3 and 4 of
-// quadrilaterals, 2 and 3 of triangles. Where that would invert elements of a triangular region,
-// buildmesh lets the rows follow edge 3 instead, each less than the one before.
-void placeinterior();
-// Elements of 4, 3 or 2 nodes. With 2 nodes the chain is walked again: pieces do not share the node
-// where they meet, a circle section gives its end node in the last place alone, and a curve gives
-// nodes but no elements.
-void createelements(graphiclist& list);
-
 // All steps but the checks of size. False with the buffers as they were when meshok went false.
 bool buildmesh(graphiclist& list);

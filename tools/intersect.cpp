@@ -24,7 +24,9 @@ static int madelines;    // by this command
 // Lines of the drawing by the x of an end. A line that was cut since keeps its former entries.
 static std::multimap<double, int> linesbyx;
 
-void intersectcircle(int row) {
+// The line of a row with the circle evaluated last, both parameters on the line. In plan: x and y
+// alone are used.
+static void intersectcircle(int row) {
     const double qx = gmat1[row][1] - circlecentre[1], qy = gmat1[row][2] - circlecentre[2];
     const double dx = gmat2[row][1], dy = gmat2[row][2];
     const double b = 2 * qx * dx + 2 * qy * dy, a = dx * dx + dy * dy;

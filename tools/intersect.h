@@ -9,10 +9,6 @@ enum class connectmodes { intersection, extend, connect3d };
 extern double linetol[3];  // 1, 2: nodetol as a share of the line
 extern Flag extendmode;    // Extend runs
 
-// The line of a row with the circle evaluated last, both parameters on the line. In plan: x and y
-// alone are used.
-void intersectcircle(int row);
-
 // Treats the pair graphsel(i), graphsel(j); returns how many lines it made.
 int connectpair(int i, int j);
 // Runs over all pairs of the selection, then once more over the lengthened selection. New lines

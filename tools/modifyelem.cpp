@@ -47,14 +47,16 @@ static void swapends(int e) {
     std::ranges::swap_ranges(endrelease.row(e, 1), endrelease.row(e, 2));
 }
 
-void rotatenodes(int e) {
+// One place on: the first node goes to the end. And the other side up: the order is reversed and
+// turned two places, the rotation angle changes its sign.
+static void rotatenodes(int e) {
     const auto row = elems.row(e);
     const int count = nodesoftype(row[0]);
     if (count > 1) std::rotate(row.begin() + 1, row.begin() + 2, row.begin() + 1 + count);
     swapends(e);
 }
 
-void mirrornodes(int e) {
+static void mirrornodes(int e) {
     const auto row = elems.row(e);
     std::reverse(row.begin() + 1, row.begin() + 1 + nodesoftype(row[0]));
     swapends(e);

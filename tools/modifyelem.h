@@ -21,8 +21,3 @@ modifyelemform openmodifyelem();
 // changed, nor any other with them: the message tells. Loads of elements whose corners turn keep
 // their direction in space.
 void applymodifyelem(modifyelemform& form);
-
-// One place on: the first node goes to the end. And the other side up: the order is reversed and
-// turned two places, the rotation angle changes its sign.
-void rotatenodes(int e);
-void mirrornodes(int e);

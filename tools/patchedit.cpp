@@ -9,6 +9,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "tools/Surfaces.h"
+#include "tools/severalitems.h"
 
 static std::string elementof(int p) {
     const int t = patches(p, 0, 1);
@@ -18,10 +19,6 @@ static std::string elementof(int p) {
 static std::string groupof(int p) {
     const int g = patches(p, 0, 2);
     return g >= 1 && g <= ngroups() ? groupname(g) : numbertext(g);
-}
-
-static void vary(std::string& field, const std::string& other) {
-    if (field != other) field = "Various";
 }
 
 static void showpatch(patcheditform& form, int p) {
@@ -46,9 +43,9 @@ void choosepatch(patcheditform& form, int entry) {
     form.edges.clear();
     for (int i = 2; i <= count; ++i) {
         const int p = int(patchsel(i));
-        vary(form.mesh, typeofpatch(patches(p, 0, 0)));
-        vary(form.element, elementof(p));
-        vary(form.group, groupof(p));
+        keepcommon(form.mesh, typeofpatch(patches(p, 0, 0)));
+        keepcommon(form.element, elementof(p));
+        keepcommon(form.group, groupof(p));
     }
 }
 

@@ -14,12 +14,13 @@
 #include "loads/nodeattributes.h"
 #include "tools/Graphics.h"
 #include "tools/circle.h"
+#include "tools/severalitems.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 
 int curgraph;
 
-static const char wholeselection[] = "Selection", various[] = "Various";
+static const char wholeselection[] = "Selection";
 static const double mostspaces = 1e9;  // what a Single still holds to the unit, rounded
 
 // --- what is shown ------------------------------------------------------------------------------
@@ -58,24 +59,20 @@ void putprop(placenodesform& form) {
     form.valuelabel = kind == kindcircle ? "Radius =" : "Length =";
 }
 
-static void vary(std::string& field, const std::string& other) {
-    if (field != other) field = various;
-}
-
 void putpropsel(placenodesform& form) {
     form.number = wholeselection;
     for (int i = 2; i <= graphsel(0, 0); ++i) {
         const int g = graphsel(i, 0);
-        vary(form.nodes, numbertext(spacesof(g) + 1));
-        vary(form.spaces, numbertext(spacesof(g)));
-        vary(form.factor, numbertext(graphics(g, 0, 2)));
-        vary(form.value, valueof(g));
-        vary(form.type, nameofkind(kindof(graphics, g)));
+        keepcommon(form.nodes, numbertext(spacesof(g) + 1));
+        keepcommon(form.spaces, numbertext(spacesof(g)));
+        keepcommon(form.factor, numbertext(graphics(g, 0, 2)));
+        keepcommon(form.value, valueof(g));
+        keepcommon(form.type, nameofkind(kindof(graphics, g)));
     }
-    if (form.type != various) return;
+    if (form.type != differingtext) return;
     form.valueshown = true;
     form.valueenabled = false;
-    form.value = various;
+    form.value = differingtext;
 }
 
 static void show(placenodesform& form) {

@@ -14,6 +14,7 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/pickplaces.h"
+#include "edit/snap.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
 #include "view/scaleview.h"

@@ -18,7 +18,8 @@ const char* const resultnames[nresults] = {"Area", "I xx", "W xx", "I yy", "W yy
 double sectscale = 1;
 static int lasttype = tubular, lastunit = 0;
 
-int findunit(const std::string& name) {
+// -1 for none.
+static int findunit(const std::string& name) {
     for (int u = 0; u < nunits; ++u)
         if (name == unitnames[u]) return u;
     return -1;

@@ -15,7 +15,6 @@
 const int nunits = 5;
 extern const char* const unitnames[nunits];  // mm cm dm m Inch
 extern const double unitmetres[nunits];
-int findunit(const std::string& name);  // -1 for none
 
 // Record unit over model unit; 1 when the database is not in use.
 extern double sectscale;

@@ -15,6 +15,7 @@
 #include "edit/move.h"
 #include "edit/refine.h"
 #include "edit/selection.h"
+#include "edit/undo.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/settings.h"

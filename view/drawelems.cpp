@@ -304,10 +304,7 @@ void drawselectednodes(int nview) {
     for (int i = 1; i <= nodesel(0); ++i) {
         const int n = nodesel(i);
         if (n <= 0) continue;
-        curx = viewscale(nview) * nodes(0, n, 0);
-        cury = viewscale(nview) * nodes(0, n, 1);
-        curz = viewscale(nview) * nodes(0, n, 2);
-        projectpoint(nview);
+        projectplace(nview, nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
         nodecurrent = n;
         drawnode(nview);
     }
@@ -319,11 +316,7 @@ bool previewbuffers;
 
 static void setbuffernode(long n, int nview) {
     const auto row = tmpnodes.row(n);
-    const float scale = viewscale(nview);
-    curx = scale * row[1];
-    cury = scale * row[2];
-    curz = scale * row[3];
-    projectpoint(nview);
+    projectplace(nview, row[1], row[2], row[3]);
 }
 
 void drawbuffers(int nview) {

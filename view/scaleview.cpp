@@ -34,11 +34,15 @@ void unprojectat(int nview, double x, double y) {
     unprojectpoint(nview);
 }
 
-void projectplace(int nview, double x, double y, double z) {
+void setpoint(int nview, double x, double y, double z) {
     const float scale = viewscale(nview);
     curx = float(scale * x);
     cury = float(scale * y);
     curz = float(scale * z);
+}
+
+void projectplace(int nview, double x, double y, double z) {
+    setpoint(nview, x, y, z);
     projectpoint(nview);
 }
 

@@ -35,6 +35,7 @@ void projectaxis(int nview);
 void unprojectpoint(int nview);
 
 void unprojectat(int nview, double x, double y);  // a place in a view becomes the point in work
+void setpoint(int nview, double x, double y, double z);  // a model point, scaled: curx, cury, curz
 void projectplace(int nview, double x, double y, double z);  // a model point, projected
 
 // Is the point last projected inside the depth slab of the prepared view?

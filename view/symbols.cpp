@@ -14,7 +14,8 @@ void initsymbols() {
     symbolname(2) = "Rotation Spring symbol";
 }
 
-int symbolrow(int elementtype) {
+// Row of an element type, -1 for types without a symbol.
+static int symbolrow(int elementtype) {
     switch (elementtype) {
         case typespring:
             return 0;

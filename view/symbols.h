@@ -11,8 +11,6 @@ const int nsymbols = 11;
 extern array1<std::string> symbolname;  // (0..10), rows 0, 1, 2 for element types 16, 14, 15
 
 void initsymbols();
-// Row of an element type, -1 for types without a symbol.
-int symbolrow(int elementtype);
 // Name under which a surface finds the picture of a row in its normal or selected state.
 std::string pictureof(int row, bool selected);
 // The symbol of a type centred at x, y (cm); selected where drawcolor is selcolor.

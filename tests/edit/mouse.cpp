@@ -13,6 +13,7 @@
 #include "edit/move.h"
 #include "edit/pickshape.h"
 #include "edit/selection.h"
+#include "edit/undo.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"

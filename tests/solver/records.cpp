@@ -9,8 +9,8 @@
 #include <cmath>
 #include <random>
 
-#include "solver/means.h"
-#include "solver/write.h"
+#include "solver/stressmeans.h"
+#include "solver/writeresults.h"
 #include "tests/solver/verify.h"
 
 static double mises(const mat3& t) {

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "core/session.h"
-#include "edit/find.h"
+#include "edit/snap.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
 #include "tools/circle.h"

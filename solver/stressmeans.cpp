@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Means at the nodes.
-#include "solver/means.h"
+#include "solver/stressmeans.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 // The linear wave: Dean and Dalrymple, Water Wave Mechanics for Engineers and Scientists, chapters
 // 3 and 4. Stretching: Wheeler, Method for calculating forces produced by irregular waves, J.
 // Petroleum Technology, March 1970.
-#include "solver/wave.h"
+#include "solver/wavetheory.h"
 
 #include <cmath>
 

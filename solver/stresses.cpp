@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reactions and stresses.
-#include "solver/recover.h"
+#include "solver/stresses.h"
 
 #include <Eigen/Geometry>
 #include <algorithm>

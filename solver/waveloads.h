@@ -5,12 +5,12 @@
 #include "solver/integrate.h"
 #include "solver/kinds.h"
 #include "solver/report.h"
-#include "solver/wave.h"
+#include "solver/wavetheory.h"
 
-class marineloads {
+class waveloads {
   public:
     // Of a case of any type; other than the three it loads nothing.
-    marineloads(const model& m, const settings& s, const loadcase& c);
+    waveloads(const model& m, const settings& s, const loadcase& c);
     bool any() const { return type >= casewave; }
     // Adds the nodal forces on this element (model axes and units); false where there are none.
     bool onelement(const element& e, elvector& f) const;
@@ -33,4 +33,4 @@ class marineloads {
 };
 
 // Refuses parameters that no sea has and warns of those that are doubtful.
-void checkmarine(const model& m, const settings& s, int lc, runlog& log);
+void checkwaveloads(const model& m, const settings& s, int lc, runlog& log);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Sea and wind. Morison's formula takes the parts of velocity and acceleration that are normal to
 // the member: Sarpkaya, Wave Forces on Offshore Structures, chapter 7.
-#include "solver/marine.h"
+#include "solver/waveloads.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,7 @@
 
 static const double windheight = 10;  // metres at which a wind case tells its speed
 
-marineloads::marineloads(const model& m, const settings& set, const loadcase& c)
+waveloads::waveloads(const model& m, const settings& set, const loadcase& c)
     : s(set), type(m.twod ? int(caseapplied) : c.type) {
     const double* const p = c.par;
     if (type == casewave && p[0] > 0) wave = makewave(p[0], p[1], p[2], p[3], p[4], s.gravity);
@@ -28,7 +28,7 @@ marineloads::marineloads(const model& m, const settings& set, const loadcase& c)
     }
 }
 
-bool marineloads::onelement(const element& e, elvector& f) const {
+bool waveloads::onelement(const element& e, elvector& f) const {
     if (kindof(e.type).fam == family::line)
         return online(e, [&](double from, double to, const linedensity& load) {
             integrateline(e, from, to, load, f);
@@ -38,7 +38,7 @@ bool marineloads::onelement(const element& e, elvector& f) const {
     return type == casebuoyancy && floatplate(e, f);
 }
 
-bool marineloads::online(const element& e, const linesink& sink) const {
+bool waveloads::online(const element& e, const linesink& sink) const {
     switch (type) {
         case casewave:
             return wave.height > 0 && waveonline(e, sink);
@@ -69,7 +69,7 @@ static vec3 placeon(const element& e, double x) {
 
 // --- waves --------------------------------------------------------------------------------------
 
-bool marineloads::waveonline(const element& e, const linesink& sink) const {
+bool waveloads::waveonline(const element& e, const linesink& sink) const {
     const linesection section = sectionof(e);
     const mat3 axes = lineaxes(e);
     const vec3 axis = axes.row(0);
@@ -111,11 +111,11 @@ bool marineloads::waveonline(const element& e, const linesink& sink) const {
 
 // --- wind ---------------------------------------------------------------------------------------
 
-vec3 marineloads::windat(double height) const {
+vec3 waveloads::windat(double height) const {
     return wind * std::pow(height * s.length / windheight, s.windexponent);
 }
 
-bool marineloads::windonline(const element& e, const linesink& sink) const {
+bool waveloads::windonline(const element& e, const linesink& sink) const {
     const linesection section = sectionof(e);
     const mat3 axes = lineaxes(e);
     const vec3 axis = axes.row(0);
@@ -134,7 +134,7 @@ bool marineloads::windonline(const element& e, const linesink& sink) const {
     return true;
 }
 
-bool marineloads::windonplate(const element& e, elvector& f) const {
+bool waveloads::windonplate(const element& e, elvector& f) const {
     const double units = s.length * s.length / s.force;
     return integrateplate(
         e, 0, INFINITY,
@@ -147,7 +147,7 @@ bool marineloads::windonplate(const element& e, elvector& f) const {
 
 // --- buoyancy -----------------------------------------------------------------------------------
 
-bool marineloads::floatline(const element& e, const linesink& sink) const {
+bool waveloads::floatline(const element& e, const linesink& sink) const {
     double from = 0, to = 1;
     if (!cutlevels(e.x[0].z(), e.x[1].z(), bed, level, from, to)) return false;
     const vec3 up(0, 0, weight * sectionof(e).enclosed);
@@ -155,7 +155,7 @@ bool marineloads::floatline(const element& e, const linesink& sink) const {
     return true;
 }
 
-bool marineloads::floatplate(const element& e, elvector& f) const {
+bool waveloads::floatplate(const element& e, elvector& f) const {
     return integrateplate(
         e, bed, level,
         [&](const vec3& at, const vec3& normal) -> vec3 {
@@ -197,7 +197,7 @@ static void checkwave(const model& m, const settings& s, const loadcase& c, cons
     if (plates) log.warn(name + ": waves load line elements alone, the plates take none");
 }
 
-void checkmarine(const model& m, const settings& s, int lc, runlog& log) {
+void checkwaveloads(const model& m, const settings& s, int lc, runlog& log) {
     const loadcase& c = m.cases[std::size_t(lc)];
     if (c.type < casewave) return;
     const std::string name = "Load case " + std::to_string(lc) + " \"" + c.name + "\"";

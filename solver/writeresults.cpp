@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Result files.
-#include "solver/write.h"
+#include "solver/writeresults.h"
 
 #include <algorithm>
 
-#include "solver/means.h"
 #include "solver/records.h"
 #include "solver/rowtext.h"
+#include "solver/stressmeans.h"
 
-std::string trailerof(const model& m, int lc) {
+// The name of a case as the trailer of its block: without blanks.
+static std::string trailerof(const model& m, int lc) {
     std::string name;
     for (const char c : m.cases[std::size_t(lc)].name)
         if (std::string_view(" \t\r\n\",").find(c) == std::string_view::npos) name += c;

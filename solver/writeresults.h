@@ -6,7 +6,7 @@
 
 #include "solver/mass.h"
 #include "solver/modes.h"
-#include "solver/recover.h"
+#include "solver/stresses.h"
 
 // .rvp: header, then a case's node rows and its name.
 void writedisplacements(const model& m, const dofmap& d, const displacements& u);
@@ -22,6 +22,3 @@ void writeplatestresses(const model& m, const settings& s, const platestresses& 
 void writemasses(const model& m, const std::vector<massproperties>& masses);
 // .DAT
 void writesummary(const model& m, std::int64_t halfbandwidth);
-
-// The name of a case as the trailer of its block: without blanks.
-std::string trailerof(const model& m, int lc);

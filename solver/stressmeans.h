@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "solver/records.h"
-#include "solver/recover.h"
+#include "solver/stresses.h"
 
 // Which corners share a mean. Elements of a group that meet at a node belong together where their
 // normals, whichever way they point, are within 20 degrees of each other, or of others between

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "view/celllists.h"
 #include "view/surface.h"
 
 class placegrid {
@@ -24,18 +25,13 @@ class placegrid {
             numbers.push_back(i);
         }
         setcells(places);
-        first.assign(std::size_t(columns) * std::size_t(rows) + 1, 0);
-        for (const point2& p : places) ++first[cellof(p) + 1];
-        for (std::size_t c = 1; c < first.size(); ++c) first[c] += first[c - 1];
-        items.resize(places.size());
-        std::vector<int> next(first.begin(), first.end() - 1);
-        for (std::size_t i = 0; i < places.size(); ++i)
-            items[std::size_t(next[cellof(places[i])]++)] = numbers[i];
+        items.build(std::size_t(columns) * std::size_t(rows), numbers,
+                    [&](std::size_t i, auto work) { work(cellof(places[i])); });
     }
-    // Calls take(i) for items ring by ring around a point until no other can be nearer than the
-    // distance that take returns, which is that of the best so far.
-    template <typename Take>
-    void around(const point2& p, Take take) const {
+    // Calls look(i) for items ring by ring around a point until no other can be nearer than the
+    // distance that look returns, which is that of the best so far.
+    template <typename Look>
+    void around(const point2& p, Look look) const {
         if (items.empty()) return;
         const int x = column(p.x), y = row(p.y);
         double best = farthest;
@@ -44,8 +40,7 @@ class placegrid {
                 const bool whole = j == y - ring || j == y + ring;
                 for (int i = x - ring; i <= x + ring; i += whole || ring == 0 ? 1 : 2 * ring)
                     if (i >= 0 && i < columns)
-                        for (int k = first[index(i, j)]; k < first[index(i, j) + 1]; ++k)
-                            best = take(items[std::size_t(k)]);
+                        for (const int item : items.of(index(i, j))) best = look(item);
             }
             if (outside(p, x, y, ring) > best) return;
         }
@@ -95,6 +90,5 @@ class placegrid {
     point2 origin{0, 0};
     double side = 1;
     int columns = 1, rows = 1;
-    std::vector<int> first;  // of each cell in items; one more at the end
-    std::vector<int> items;
+    celllists items;
 };

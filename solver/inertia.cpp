@@ -2,24 +2,7 @@
 // Counts of eigenvalues by the simplicial l d l' factor of CHOLMOD.
 #include "solver/inertia.h"
 
-#include <cholmod.h>
-
-// rows: of the matrix, as wide as CHOLMOD's large models take them.
-static cholmod_sparse viewof(const sparsematrix& a, std::vector<std::int64_t>& rows) {
-    rows.assign(a.row.begin(), a.row.end());
-    cholmod_sparse view{};
-    view.nrow = view.ncol = std::size_t(a.size());
-    view.nzmax = rows.size();
-    view.p = const_cast<std::int64_t*>(a.start.data());
-    view.i = rows.data();
-    view.x = const_cast<double*>(a.value.data());
-    view.stype = -1;
-    view.itype = CHOLMOD_LONG;
-    view.xtype = CHOLMOD_REAL;
-    view.dtype = CHOLMOD_DOUBLE;
-    view.sorted = view.packed = 1;
-    return view;
-}
+#include "solver/cholmodview.h"
 
 std::int64_t countnegative(const sparsematrix& a, double mostoperations) {
     cholmod_common c;
@@ -29,8 +12,8 @@ std::int64_t countnegative(const sparsematrix& a, double mostoperations) {
     c.method[0].ordering = CHOLMOD_NATURAL;
     c.postorder = 0;
     c.supernodal = CHOLMOD_SIMPLICIAL;
-    std::vector<std::int64_t> rows;
-    cholmod_sparse view = viewof(a, rows);
+    const std::vector<std::int64_t> rows(a.row.begin(), a.row.end());  // as wide as the starts
+    cholmod_sparse view = lowerview(a.start, rows, a.value.data());
     cholmod_factor* l = cholmod_l_analyze(&view, &c);
     std::int64_t negative = -1;
     if (l != nullptr && c.fl <= mostoperations) {

@@ -3,11 +3,10 @@
 // nodes, some six times fewer, and is spread out to the unknowns afterwards.
 #include "solver/supernodes.h"
 
-#include <cholmod.h>
-
 #include <algorithm>
 #include <string>
 
+#include "solver/cholmodview.h"
 #include "solver/refuse.h"
 
 namespace {
@@ -47,20 +46,6 @@ static quotient makequotient(const sparsematrix& a) {
         q.start.push_back(int(q.row.size()));
     }
     return q;
-}
-
-static cholmod_sparse viewof(quotient& q) {
-    cholmod_sparse view{};
-    view.nrow = view.ncol = std::size_t(q.size());
-    view.nzmax = q.row.size();
-    view.p = q.start.data();
-    view.i = q.row.data();
-    view.stype = -1;
-    view.itype = CHOLMOD_INT;
-    view.xtype = CHOLMOD_PATTERN;
-    view.dtype = CHOLMOD_DOUBLE;
-    view.sorted = view.packed = 1;
-    return view;
 }
 
 double operationsof(const supernodetree& t, int s) {
@@ -121,7 +106,7 @@ supernodetree findsupernodes(const sparsematrix& a) {
         c.zrelax[i] = zeros[i];
         c.nrelax[i] = std::max<std::size_t>(1, std::size_t(double(limits[i]) / mean));
     }
-    cholmod_sparse view = viewof(q);
+    cholmod_sparse view = lowerview(q.start, q.row);
     cholmod_factor* l = cholmod_analyze(&view, &c);
     if (l != nullptr && c.status >= CHOLMOD_OK) spreadout(q, *l, t);
     cholmod_free_factor(&l, &c);

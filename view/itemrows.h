@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "view/celllists.h"
+
 struct rowspan {
     double low, high;  // centimetres down the surface
 };
@@ -26,24 +28,17 @@ class itemrows {
             numbers.push_back(i);
         }
         setrows(spans);
-        const auto eachrow = [&](const rowspan& span, auto work) {
-            for (std::size_t row = rowof(span.low); row <= rowof(span.high); ++row) work(row);
+        const auto eachrow = [&](std::size_t i, auto work) {
+            for (std::size_t row = rowof(spans[i].low); row <= rowof(spans[i].high); ++row)
+                work(row);
         };
-        first.assign(std::size_t(rows) + 1, 0);
-        for (const rowspan& span : spans) eachrow(span, [&](std::size_t row) { ++first[row + 1]; });
-        for (std::size_t row = 1; row < first.size(); ++row) first[row] += first[row - 1];
-        items.resize(std::size_t(first.back()));
-        std::vector<int> next(first.begin(), first.end() - 1);
-        for (std::size_t i = 0; i < spans.size(); ++i)
-            eachrow(spans[i],
-                    [&](std::size_t row) { items[std::size_t(next[row]++)] = numbers[i]; });
+        items.build(std::size_t(rows), numbers, eachrow);
     }
     // Calls look(i) for the items of the row at y.
     template <typename Look>
     void at(double y, Look look) const {
         if (items.empty() || !(y >= all.low && y <= all.high)) return;
-        const std::size_t row = rowof(y);
-        for (int i = first[row]; i < first[row + 1]; ++i) look(items[std::size_t(i)]);
+        for (const int i : items.of(rowof(y))) look(i);
     }
 
   private:
@@ -68,6 +63,5 @@ class itemrows {
     rowspan all{0, 0};
     double height = 1;  // of a row, centimetres
     int rows = 1;
-    std::vector<int> first;  // of each row in items; one more at the end
-    std::vector<int> items;
+    celllists items;  // by rows
 };

@@ -100,9 +100,9 @@ static void benchwire(imageplatform& platform) {
         };
         const char* const views = single ? "one view" : "four views";
         printratio(std::string("wire redraw with nodes, ") + views, 5, 3, redrawall, plain);
-        mnudrawlist(0).checked = false;
+        mnudrawlist(nodesdrawn).checked = false;
         printratio(std::string("wire redraw, ") + views, 5, 3, redrawall, plain);
-        mnudrawlist(0).checked = true;
+        mnudrawlist(nodesdrawn).checked = true;
     }
 }
 
@@ -111,16 +111,16 @@ static void benchhidden(imageplatform& platform) {
     autoscale(1);
     const std::vector<facet> list = facets(1);
     QImage image = platform.views[0].picture();
-    mnudrawlist(10).checked = true;
+    mnudrawlist(hiddenline).checked = true;
     const auto plain = [&] { plainpolygons(image, list); };
-    mnudrawlist(0).checked = false;
+    mnudrawlist(nodesdrawn).checked = false;
     printratio("hidden line redraw, sort and shading", 5, 3, redrawall, plain);
     // Seen straight from above many elements have one depth.
     setpreset(1, 1);
     for (int n = 1; n <= nnodes(); ++n) nodes(0, n, 2) = 0;
     printratio("hidden line redraw, all at one depth", 5, 3, redrawall, plain);
-    mnudrawlist(0).checked = true;
-    mnudrawlist(10).checked = false;
+    mnudrawlist(nodesdrawn).checked = true;
+    mnudrawlist(hiddenline).checked = false;
 }
 
 static void benchpicks() {
@@ -181,16 +181,16 @@ static void benchletgo() {
 static void benchlabels() {
     const double zoom = 10;
     viewscale(1) = float(zoom * viewscale(1));
-    mnudrawlist(0).checked = false;
+    mnudrawlist(nodesdrawn).checked = false;
     const auto redraw = [] {
         redrawall();
         return median({secondsof(redrawall), secondsof(redrawall), secondsof(redrawall)});
     };
     const double plain = redraw();
-    checkonly(elemlabeltype, 1);
+    checkonly(elemlabeltype, elementnumbers);
     const double labelled = redraw();
-    checkonly(elemlabeltype, 0);
-    mnudrawlist(0).checked = true;
+    checkonly(elemlabeltype, noelementlabels);
+    mnudrawlist(nodesdrawn).checked = true;
     viewscale(1) = float(viewscale(1) / zoom);
     printpart("zoomed redraw with element labels", labelled, "without", plain);
 }
@@ -243,8 +243,8 @@ static void benchpeer() {
     makelargemodel(1000);
     setpreset(1, 0);
     autoscale(1);
-    mnudrawlist(0).checked = false;
-    mnudrawlist(10).checked = true;
+    mnudrawlist(nodesdrawn).checked = false;
+    mnudrawlist(hiddenline).checked = true;
     redrawall();
     const double ours = median({secondsof(redrawall), secondsof(redrawall), secondsof(redrawall)});
     const double theirs = gmshredraw();

@@ -126,10 +126,10 @@ static void drawsquare(double x) {
 }
 
 static void declare(int nodescount, int elemscount) {
-    modelsize(1) = nodescount;
-    modelsize(2) = elemscount;
-    modelsize(5) = 50;
-    modelsize(6) = side + 2;
+    modelsize(sizenodes) = nodescount;
+    modelsize(sizeelements) = elemscount;
+    modelsize(sizegraphics) = 50;
+    modelsize(sizeedgenodes) = side + 2;
     resetmodel();
     nodetol = 1e-6;
     meshtype = "Quad";

@@ -63,15 +63,15 @@ static void benchread(const std::string& base) {
 }
 
 static void benchdraw(const char* name, bool mesh) {
-    mnudrawlist(1).checked = mesh;
+    mnudrawlist(elementsdrawn).checked = mesh;
     const auto hidden = [] {
-        menupostItem(2).checked = false;
-        mnudrawlist(1).checked = true;  // the faces of the hidden picture
+        menupostItem(contourplot).checked = false;
+        mnudrawlist(elementsdrawn).checked = true;  // the faces of the hidden picture
         redrawall();
     };
     const auto filled = [mesh] {
-        menupostItem(2).checked = true;
-        mnudrawlist(1).checked = mesh;
+        menupostItem(contourplot).checked = true;
+        mnudrawlist(elementsdrawn).checked = mesh;
         redrawall();
     };
     printratio(name, 5, 3, filled, hidden);
@@ -95,8 +95,8 @@ int main(int argc, char** argv) {
     benchread(base);
     setoneview();
     autoscale(1);
-    mnudrawlist(0).checked = false;
-    mnudrawlist(10).checked = true;
+    mnudrawlist(nodesdrawn).checked = false;
+    mnudrawlist(hiddenline).checked = true;
     contourdata = 1;
     dispcontour = 1;
     setfield(20);
@@ -108,7 +108,7 @@ int main(int argc, char** argv) {
     setfield(20);
     benchdraw("contour lines, smooth field, with mesh", true);
     valueatpointer = true;
-    menupostItem(2).checked = true;
+    menupostItem(contourplot).checked = true;
     prepareplot();
     printratio(
         "value under the pointer", 5, 3, [] { valueunder(1, 20, 10); },

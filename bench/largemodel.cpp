@@ -30,8 +30,8 @@ const char* startsession() {
 
 void makelargemodel(int side) {
     const int row = side + 1;
-    modelsize(1) = row * row;
-    modelsize(2) = side * side;
+    modelsize(sizenodes) = row * row;
+    modelsize(sizeelements) = side * side;
     resetmodel();
     for (int i = 0; i < row; ++i)
         for (int j = 0; j < row; ++j) {

@@ -19,8 +19,8 @@
 // 16-bit signed whole number. Storing a number that does not fit throws overflowerror.
 struct Integer {
     Integer() = default;
-    template <typename T, typename = std::enable_if_t<std::is_arithmetic_v<T>>>
-    Integer(T number) {  // NOLINT: assigned from numbers everywhere
+    template <typename T, typename = std::enable_if_t<std::is_arithmetic_v<T> || std::is_enum_v<T>>>
+    Integer(T number) {  // NOLINT: assigned from numbers and codes everywhere
         const double d = double(number);
         if (!(d >= -32768.0 && d <= 32767.0))
             throw overflowerror(std::to_string(d) + " does not fit a 16-bit number");

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/array.h"
+#include "core/codes.h"
 
 const int maxelementtypes = 41;  // records 0..40
 
@@ -13,19 +14,6 @@ extern array1<std::string> eltypname;  // (0..40)
 extern array1<int> eltypnodes;         // (0..40) 1..4; 0 where no type stands
 extern array1<std::string> eltypdes;   // (0..40)
 extern int neltypes;                   // records read, the empty record 0 included
-
-// Codes that the program itself knows.
-enum elementtype {
-    typenone = 0,
-    typebeam = 6,  // 6..11 have rotations and raise doftype
-    typeplate4 = 11,
-    typespringt = 14,  // springs are drawn with a symbol
-    typespringr = 15,
-    typespring = 16,
-};
-inline bool hasrotations(int type) {
-    return type >= typebeam && type <= typeplate4;
-}
 
 void alloccatalogue();
 // Reads both files. A missing file throws errfilenotfound with the text that the user is shown;

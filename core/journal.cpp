@@ -279,7 +279,7 @@ static void putselection(const company& kept) {
     });
     int item = 0;
     takecells(kept.lists[i], &item, 1);
-    for (int k = 0; k <= 4; ++k) MnuSelectItem(k).checked = k == item;
+    for (int k = selectnodes; k <= selectgraphics; ++k) MnuSelectItem(k).checked = k == item;
 }
 
 static keptcompany takeshown() {
@@ -639,7 +639,7 @@ static bool touches(const entry& e, const std::string& array) {
 static void keepinrange() {
     if (curlc < 1 || curlc > nlc()) curlc = 1;
     if (meshgroup > ngroups()) meshgroup = 1;
-    if (!menupostItem(3).checked && (curlcomb < 1 || curlcomb > ncomb())) curlcomb = 1;
+    if (!menupostItem(modeshape).checked && (curlcomb < 1 || curlcomb > ncomb())) curlcomb = 1;
     for (int v = 1; v <= nviews; ++v)
         if (viewgroup(v) > ngroups()) viewgroup(v) = 0;
 }

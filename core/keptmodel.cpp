@@ -30,7 +30,7 @@ struct keptlook {
     std::vector<std::vector<int>> viewchoices;
     int stress = stresskind;
     bool comment = commentvisible;
-    bool undo = mnuEditItem(0).enabled;
+    bool undo = mnuEditItem(undoitem).enabled;
 
     static auto numbers() {
         return std::array{&viewptx,   &viewpty,  &viewptz, &viewvert,  &viewhor,
@@ -59,7 +59,7 @@ struct keptlook {
         restoreviews();
         stresskind = stress;
         commentvisible = comment;
-        mnuEditItem(0).enabled = undo;
+        mnuEditItem(undoitem).enabled = undo;
     }
 };
 }  // namespace

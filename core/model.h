@@ -11,6 +11,7 @@
 #include <string>
 
 #include "core/array.h"
+#include "core/codes.h"
 
 // Declared maxima: 1 nodes, 2 elements, 3 boundary conditions a load case, 4 element groups,
 // 5 graphic elements, 6 nodes on one edge, 7 load cases.

@@ -40,7 +40,7 @@ void readmodelsize() {
         },
         [](const runtimeerror&) {
             defaultmodelsize();
-            modelsize(7) = loadcasesafterfailure;
+            modelsize(sizeloadcases) = loadcasesafterfailure;
             theplatform().message(
                 "Error reading Model size. Set your default model size!!  Use [File,Model size..] "
                 "from the main menu",
@@ -93,28 +93,27 @@ static void telllarge(int i) {
     if (!exceeds(i)) return;
     modeltoolarge = true;
     if (agreed) return;
-    const int graphicelements = 5;  // told without their number
     theplatform().message(texts[i] +
-                              (i == graphicelements ? "" : std::to_string(needed[std::size_t(i)])) +
+                              (i == sizegraphics ? "" : std::to_string(needed[std::size_t(i)])) +
                               " on Model Size declairation form.",
                           icons::exclamation);
 }
 
 static void compare(int graphicsread) {
-    needsize(1, nnodes());
-    needsize(2, nelems());
-    needsize(4, ngroups());
-    needsize(5, graphicsread);
-    for (const int i : {1, 2, 4, 5}) telllarge(i);
+    needsize(sizenodes, nnodes());
+    needsize(sizeelements, nelems());
+    needsize(sizegroups, ngroups());
+    needsize(sizegraphics, graphicsread);
+    for (const int i : {sizenodes, sizeelements, sizegroups, sizegraphics}) telllarge(i);
 }
 
 static void comparelists() {
-    needsize(3, ncon);
+    needsize(sizeconditions, ncon);
     for (int lc = 1; lc <= nlc(); ++lc)
-        needsize(3, std::max(long(loadnode(lc, 0)), long(elemload(lc, 0, 0))));
-    needsize(7, nlc());
-    if (ncomb() > maxcombinations) needsize(7, ncomb());
-    for (const int i : {3, 7}) telllarge(i);
+        needsize(sizeconditions, std::max(long(loadnode(lc, 0)), long(elemload(lc, 0, 0))));
+    needsize(sizeloadcases, nlc());
+    if (ncomb() > maxcombinations) needsize(sizeloadcases, ncomb());
+    for (const int i : {sizeconditions, sizeloadcases}) telllarge(i);
 }
 
 bool istoolarge() {
@@ -126,12 +125,7 @@ bool istoolarge() {
 
 static void dropcounts() {
     modelname.clear();
-    ncon = nload = 0;
-    nodes(0, 0, 0) = 0;
-    elems(0, 0) = 0;
-    graphics(0, 0, 0) = 0;
-    groups(0, 0) = 0;
-    resultflag = 0;
+    clearcounts();
 }
 
 void checksize(int graphicsread) {
@@ -140,7 +134,7 @@ void checksize(int graphicsread) {
 }
 
 void checkneeds() {
-    for (const int i : {3, 7}) telllarge(i);
+    for (const int i : {sizeconditions, sizeloadcases}) telllarge(i);
     if (modeltoolarge) dropcounts();
 }
 

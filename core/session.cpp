@@ -82,7 +82,7 @@ void textcaption() {
 void labelselect() {
     static const char* const names[] = {"Nodes", "Elements", "Patches", "Forces", "Graphics "};
     promptitem.clear();
-    for (int i = 0; i < 5; ++i) {
+    for (int i = selectnodes; i <= selectgraphics; ++i) {
         if (!MnuSelectItem(i).checked) continue;
         if (!promptitem.empty()) promptitem += " / ";
         promptitem += names[i];
@@ -98,17 +98,17 @@ void readyprompt() {
 }
 
 const char* statusofsnap() {
-    return MnuSelectItem(5).checked ? "Snap On" : "Snap Off";
+    return MnuSelectItem(selectsnap).checked ? "Snap On" : "Snap Off";
 }
 
 void dropundo() {
     undomark = 0;
-    mnuEditItem(0).enabled = false;
+    mnuEditItem(undoitem).enabled = false;
 }
 
 void dropresults() {
     resultflag = 1;
     stressloaded = false;
     maxdisp = 0;
-    for (int i = 1; i <= 4; ++i) menupostItem(i).checked = false;
+    for (int i = deformedshape; i <= elementstress; ++i) menupostItem(i).checked = false;
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/array.h"
+#include "core/codes.h"
 
 const bool True = true, False = false;
 const double pi = 3.14159265358979;  // the value with which all angles are converted
@@ -23,18 +24,14 @@ struct menustate {
     bool checked = false;
     bool enabled = true;
 };
-extern array1<menustate> MnuSelectItem;    // (0..5) Nodes Elements Patches Forces Graphics Snap
-extern array1<menustate> Mnuadditem;       // (0..9)
-extern array1<menustate> mnuSettingsItem;  // (0..8) 2 Scrollbars, 3 Global Axis, 4 Local Axis,
-                                           // 8 End Releases
-extern array1<menustate> mnudrawlist;      // (0..10) 0 Nodes 1 Elements 2 Constrains 3 Loads
-                                           // 4 Graphic Elements 5 Patches 9 Window 10 Hidden Line
-extern array1<menustate> viewloads;        // (0..3) Off, Active Loadcase, All Loadcases, Active
-                                           // Load combination
-extern array1<menustate> Nodelabeltype;    // (0..2) Off Numbers Names
-extern array1<menustate> elemlabeltype;    // (0..5) Off Number Type Group Color code Name
-extern array1<menustate> menupostItem;     // (0..7) 1 Deformed Shape 2 Contour plot 3 Mode Shape
-                                           // 4 Element Stress
+extern array1<menustate> MnuSelectItem;    // (0..5) selectitems
+extern array1<menustate> Mnuadditem;       // (0..9) additems
+extern array1<menustate> mnuSettingsItem;  // (0..8) settingitems
+extern array1<menustate> mnudrawlist;      // (0..10) drawnitems
+extern array1<menustate> viewloads;        // (0..3) loadsonshow
+extern array1<menustate> Nodelabeltype;    // (0..2) nodelabelkinds
+extern array1<menustate> elemlabeltype;    // (0..5) elementlabelkinds
+extern array1<menustate> menupostItem;     // (0..7) postitems
 extern array1<menustate> mnuEditItem;      // (0..10)
 
 // Checks entry i of a list of which exactly one is checked.

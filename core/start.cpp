@@ -56,7 +56,7 @@ static void finishsession() {
     promptgoal = "for editing";
     prompttail.clear();
     selecttype = selecttypes::single;
-    checkonly(MnuSelectItem, 0);
+    checkonly(MnuSelectItem, selectnodes);
     graphics(0, 0, 0) = 0;
     elems(0, 0) = 0;
     nodes(0, 0, 0) = 0;
@@ -101,16 +101,16 @@ void initsettings() {
     nodetol = 0.001;
     dim2d = false;
     clearchecks();
-    Mnuadditem(0).checked = true;
-    mnuSettingsItem(2).checked = true;   // Scrollbars
-    mnuSettingsItem(3).checked = true;   // Global Axis
-    mnuSettingsItem(4).checked = false;  // Local Axis
-    for (int i = 0; i <= 4; ++i) mnudrawlist(i).checked = true;
-    viewloads(2).checked = true;
-    Nodelabeltype(0).checked = true;
-    elemlabeltype(0).checked = true;
-    MnuSelectItem(0).checked = true;
-    mnuEditItem(0).enabled = false;
+    Mnuadditem(readyitem).checked = true;
+    mnuSettingsItem(scrollbarson).checked = true;
+    mnuSettingsItem(globalaxison).checked = true;
+    mnuSettingsItem(localaxison).checked = false;
+    for (int i = nodesdrawn; i <= graphicsdrawn; ++i) mnudrawlist(i).checked = true;
+    viewloads(allcases).checked = true;
+    Nodelabeltype(nonodelabels).checked = true;
+    elemlabeltype(noelementlabels).checked = true;
+    MnuSelectItem(selectnodes).checked = true;
+    mnuEditItem(undoitem).enabled = false;
     clearmem = 1;
     unitveclen = 0.5;
     sidebarw = 2000;
@@ -121,15 +121,19 @@ void initsettings() {
     newmodeldefaults();
 }
 
+void defaultloadcase(int lc) {
+    lctype(lc) = caseapplied;
+    lcpar(lc, accvalue) = 1;
+    for (int k = acccentrex; k <= acccentrez; ++k) lcpar(lc, k) = 0;
+    lcpar(lc, accelementmass) = 1;
+}
+
 void newloadcase() {
     curlc = 1;
     loadnode(0, 0) = 1;
     loadnode(1, 0) = 0;
     lcname(1) = "LC 1";
-    lctype(1) = 0;
-    lcpar(1, 0) = 1;
-    for (int k = 1; k <= 3; ++k) lcpar(1, k) = 0;
-    lcpar(1, 4) = 1;
+    defaultloadcase(1);
 }
 
 void newcombination() {
@@ -141,10 +145,10 @@ void newcombination() {
 
 void defaultgroup(int g) {
     groupname(g) = "GR " + std::to_string(g);
-    groups(g, 1) = 210000;
-    groups(g, 2) = 0.3;
-    groups(g, 3) = 7.85e-06;
-    groups(g, 4) = 1.0;
+    groups(g, fieldmodulus) = 210000;
+    groups(g, fieldpoisson) = 0.3;
+    groups(g, fielddensity) = 7.85e-06;
+    groups(g, fieldthickness) = 1.0;
 }
 
 void newgroup() {

@@ -14,7 +14,8 @@ void initsettings();
 void newloadcase();
 void newcombination();
 void newgroup();
-void defaultgroup(int g);  // the steel of a model in millimetres and newtons
+void defaultgroup(int g);      // the steel of a model in millimetres and newtons
+void defaultloadcase(int lc);  // kind and parameters
 // One load case, one load combination, one element group, in arrays whose counts are 0.
 void newmodeldefaults();
 // Arrays allocated anew, colours, counts 0, views, new-model content. False when memory is short:

@@ -18,8 +18,6 @@
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
-static const int kindline = 1;
-
 // --- copy ---------------------------------------------------------------------------------------
 
 static void copynodes() {
@@ -121,7 +119,7 @@ static void pastegraphics() {
             std::ranges::copy(graphics2.row(i, j), graphics.row(g, j).begin());
         select(g, 1);
         select(g, 2);
-        if (graphics(g, 0, 0) > kindline) select(g, 3);
+        if (int(graphics(g, 0, 0)) > kindline) select(g, 3);
     }
     graphics(0, 0, 0) = float(before + count);
     graphsel2(0, 0) = entries;
@@ -222,8 +220,8 @@ void editdelete() {
     endhover();
     hideselection();
     const bool elementschosen = elemsel(0) != 0;
-    const bool shown = menupostItem(1).checked || menupostItem(2).checked ||
-                       menupostItem(3).checked || menupostItem(4).checked;
+    const bool shown = menupostItem(deformedshape).checked || menupostItem(contourplot).checked ||
+                       menupostItem(modeshape).checked || menupostItem(elementstress).checked;
     const bool redraws = redrawdelete || shown;
     if (elementschosen) nodesel(0) = 0;
     if (!redraws && nodesel(0) == 0) eraseselected();

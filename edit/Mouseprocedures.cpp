@@ -76,7 +76,7 @@ int addnodeat(int) {
     nodes(0, 0, 0) = float(n);
     dorenumber = 1;
     nodecurrent = n;
-    if (mnudrawlist(0).checked) drawinviews([n](int v) { drawaddednode(n, v); });
+    if (mnudrawlist(nodesdrawn).checked) drawinviews([n](int v) { drawaddednode(n, v); });
     return n;
 }
 

@@ -73,7 +73,7 @@ kindofitem kindnode(int nview) {
         const auto at = nodes.row(0, n);
         setpoint(nview, at[0], at[1], at[2]);
     };
-    return {0, mnudrawlist(0).checked ? nnodes() : 0, [](int) { return true; }, setplace};
+    return {0, mnudrawlist(nodesdrawn).checked ? nnodes() : 0, [](int) { return true; }, setplace};
 }
 
 std::vector<bool> loadedmarks() {
@@ -219,7 +219,8 @@ static void offergraphic(search& s, int g, int nview) {
 }
 
 static void offergraphics(search& s, int nview) {
-    for (int g = 1; g <= ngraphics() && mnudrawlist(4).checked; ++g) offergraphic(s, g, nview);
+    for (int g = 1; g <= ngraphics() && mnudrawlist(graphicsdrawn).checked; ++g)
+        offergraphic(s, g, nview);
 }
 
 nearest pickgraphic(int nview) {

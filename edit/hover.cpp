@@ -82,7 +82,7 @@ static bool hovers() {
     const moderow* const row = runningmode();
     if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
     if (row != nullptr)
-        return row->flag == &addelemmode || (snaps(*row) && MnuSelectItem(5).checked);
+        return row->flag == &addelemmode || (snaps(*row) && MnuSelectItem(selectsnap).checked);
     return selecttype == selecttypes::single || selecttype == selecttypes::group;
 }
 

@@ -66,7 +66,7 @@ void addready() {
                        &editconstraint, &editnodalload, &editelemload, &movepending, &singleel})
         *flag = false;
     for (menustate& item : Mnuadditem.row()) item = menustate();
-    Mnuadditem(0).checked = true;
+    Mnuadditem(readyitem).checked = true;
     ptcount = 0;
     editing = false;
     readyprompt();

@@ -7,10 +7,8 @@
 #include "core/views.h"
 #include "view/moddraw.h"
 
-static const int kindline = 1;
-
 int pointsofgraphic(int kind) {
-    return kind == 0 ? 0 : kind == kindline ? 2 : 3;
+    return kind == kindfree ? 0 : kind == kindline ? 2 : 3;
 }
 
 bool findpatchcentre(int p, double* centre) {
@@ -33,7 +31,7 @@ std::vector<double> pickstate(int nview) {
     std::vector<double> state = {double(nview),
                                  double(nnodes()),
                                  double(nelems()),
-                                 double(mnudrawlist(0).checked),
+                                 double(mnudrawlist(nodesdrawn).checked),
                                  double(curlc),
                                  double(loadnode(curlc, 0)),
                                  double(picturesdrawn),

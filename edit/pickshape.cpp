@@ -176,7 +176,7 @@ static meeting meetingat(const pointer& p, int item, double way, double place) {
 }
 
 int graphicunder(int nview) {
-    if (!pickshapes || !shapeofgraphic || !mnudrawlist(4).checked) return 0;
+    if (!pickshapes || !shapeofgraphic || !mnudrawlist(graphicsdrawn).checked) return 0;
     const pointer p(nview);
     meeting best;
     for (int g = 1; g <= ngraphics(); ++g) {

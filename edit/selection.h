@@ -4,7 +4,8 @@
 
 #include <vector>
 
-enum selectitems { selectnodes, selectelements, selectpatches, selectforces, selectgraphics };
+#include "core/codes.h"
+
 // What a press selects: the checked entry of MnuSelectItem.
 selectitems selectitem();
 void checkselectitem(int item);  // the marks alone; Snap, a toggle beside them, stays

@@ -36,7 +36,7 @@ static void snappoint(int nview, const nearest& graphic) {
 }
 
 void snapto(int nview) {
-    if (!MnuSelectItem(5).checked) return;
+    if (!MnuSelectItem(selectsnap).checked) return;
     if (const nearest node = picknode(nview); node.item != 0) {
         const double place[] = {nodes(0, node.item, 0), nodes(0, node.item, 1),
                                 nodes(0, node.item, 2)};

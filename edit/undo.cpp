@@ -30,7 +30,7 @@ void storeundo() {
         undostore.push_back({0, g, j, {graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3)}});
     }
     undomark = 1;
-    mnuEditItem(0).enabled = true;
+    mnuEditItem(undoitem).enabled = true;
 }
 
 void editundo() {

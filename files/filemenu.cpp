@@ -94,7 +94,7 @@ static void afteropen() {
     if (isnamed() && areresultsold(modelname)) noteoldresults();
     stressloaded = false;
     forgetsolverlog();
-    for (int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
+    for (int i = deformedshape; i <= elementstress; ++i) menupostItem(i).checked = false;
     nodesel(0) = 0;
     setscrollbars();
     theplatform().refresh();

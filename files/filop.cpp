@@ -60,8 +60,7 @@ static void droploads() {
 static void droploadcases() {
     for (int lc = 1; lc <= nlc(); ++lc) {
         lcname(lc) = "LC " + std::to_string(lc);
-        lctype(lc) = 0;
-        for (int k = 0; k <= 4; ++k) lcpar(lc, k) = k == 0 || k == 4 ? 1 : 0;
+        defaultloadcase(lc);
     }
 }
 
@@ -73,7 +72,7 @@ static void dropgroups() {
     newgroup();
     int last = 1;
     for (int e = 1; e <= nelems(); ++e)
-        if (egroup(e) <= modelsize(4)) last = std::max(last, egroup(e));
+        if (egroup(e) <= modelsize(sizegroups)) last = std::max(last, egroup(e));
     for (int g = 2; g <= last; ++g) defaultgroup(g);
     groups(0, 0) = last;
 }

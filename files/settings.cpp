@@ -141,9 +141,10 @@ static std::vector<settingline> settinglines() {
           &concolor, &rotcolor, &loadcolor, &momcolor, &edgecolor, &defcolor, &hidcolor})
         lines.push_back(colourline(*c));
     lines.push_back(positiveline(unitveclen, 2));
-    for (int i : {2, 3, 4}) lines.push_back(checkline(mnuSettingsItem, i));
-    for (int i : {0, 1, 2, 3}) lines.push_back(checkline(mnudrawlist, i));
-    for (int i : {0, 1, 2}) lines.push_back(checkline(viewloads, i));
+    for (int i : {scrollbarson, globalaxison, localaxison})
+        lines.push_back(checkline(mnuSettingsItem, i));
+    for (int i = nodesdrawn; i <= loadsdrawn; ++i) lines.push_back(checkline(mnudrawlist, i));
+    for (int i = noloads; i <= allcases; ++i) lines.push_back(checkline(viewloads, i));
     addfontlines(lines, nodelabelfont, nodelabelcolor);
     lines.push_back(underlineline(nodelabelfont));  // node labels alone have this line
     addfontlines(lines, elemlabelfont, elemlabelcolor);

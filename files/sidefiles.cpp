@@ -47,7 +47,7 @@ void readgra(const std::string& base) {
     int count = 0;
     while (!in.atend()) {
         ++count;
-        if (count > modelsize(5)) {
+        if (count > modelsize(sizegraphics)) {
             in.skip(13);
             continue;
         }
@@ -88,13 +88,13 @@ void readvpl(const std::string& base) {
         const double value = dof >= scaledfrom ? written * 180 / pi : written;
         if (!std::isfinite(float(value)))
             in.fail(erroverflow, "the prescribed value " + numbertext(value) + " is too large");
-        if (++kept > modelsize(3)) continue;
+        if (++kept > modelsize(sizeconditions)) continue;
         connode(kept) = int(node);
         condof(kept) = dof;
         conval(kept) = float(value);
     }
-    needsize(3, kept);
-    ncon = std::min(kept, modelsize(3));
+    needsize(sizeconditions, kept);
+    ncon = std::min(kept, modelsize(sizeconditions));
 }
 
 // --- nodal loads --------------------------------------------------------------------------------
@@ -124,17 +124,17 @@ void readknk(const std::string& base) {
             if (dropped) continue;
             if (!std::isfinite(float(value)))
                 in.fail(erroverflow, "the load " + numbertext(value) + " is too large");
-            if (++kept > modelsize(3) || lc > modelsize(7)) continue;
+            if (++kept > modelsize(sizeconditions) || lc > modelsize(sizeloadcases)) continue;
             loadnode(lc, kept) = int(node);
             loaddof(lc, kept) = dof;
             loadval(lc, kept) = float(value);
         }
-        needsize(3, kept);
-        nload = std::min(kept, modelsize(3));
-        if (lc <= modelsize(7)) loadnode(lc, 0) = nload;
+        needsize(sizeconditions, kept);
+        nload = std::min(kept, modelsize(sizeconditions));
+        if (lc <= modelsize(sizeloadcases)) loadnode(lc, 0) = nload;
     }
-    needsize(7, lc);
-    loadnode(0, 0) = std::clamp(lc, 1, modelsize(7));
+    needsize(sizeloadcases, lc);
+    loadnode(0, 0) = std::clamp(lc, 1, modelsize(sizeloadcases));
 }
 
 // --- element groups -----------------------------------------------------------------------------
@@ -185,7 +185,7 @@ static int readgrouptable(const std::string& base, int before) {
     textin in = open(base, ".mlt");
     const int n = in.rows();
     groups(0, 0) = before + n;
-    if (before + n > modelsize(4)) return n;
+    if (before + n > modelsize(sizegroups)) return n;
     try {
         readgroupdata(in, before + 1, n, nproperties);
         readmatrices(in, before + 1, n);
@@ -215,7 +215,8 @@ int appendmlt(const std::string& base) {
     int n = 0;
     try {
         n = readgrouptable(base, before);
-        if (before + n > modelsize(4)) throw subscripterror(before + n, modelsize(4));
+        if (before + n > modelsize(sizegroups))
+            throw subscripterror(before + n, modelsize(sizegroups));
     } catch (const runtimeerror&) {
         groups(0, 0) = before;
         throw;
@@ -232,18 +233,18 @@ void writelcd(textout& out) {
         out.quoted(lcname(lc)).endline();
         out.line(int(lctype(lc)));
         for (int k = 0; k < nparameters; ++k) out.line(lcpar(lc, k));
-        if (lctype(lc) >= 2 && lcpar(lc, 4) == 1) elemmassflag = 1;
+        if (lctype(lc) > caseaccx && lcpar(lc, accelementmass) == 1) elemmassflag = 1;
     }
 }
 
 static int readcasedata(textin& in, int parameters) {
     const int count = in.rows();
-    needsize(7, count);
-    for (int lc = 1; lc <= count && count <= modelsize(7); ++lc) {
+    needsize(sizeloadcases, count);
+    for (int lc = 1; lc <= count && count <= modelsize(sizeloadcases); ++lc) {
         lcname(lc) = in.quoted();
-        lctype(lc) = in.wholewithin(0, 9, "a type of load case");
+        lctype(lc) = in.wholewithin(caseapplied, casebuoyancy, "a type of load case");
         for (int k = 0; k < parameters; ++k) lcpar(lc, k) = in.number();
-        if (parameters == oldparameters) lcpar(lc, 4) = 1;
+        if (parameters == oldparameters) lcpar(lc, accelementmass) = 1;
     }
     return count;
 }
@@ -261,7 +262,7 @@ void readlcd(const std::string& base) {
                            old.atend();
         if (!isold) throw;
     }
-    loadnode(0, 0) = std::clamp(count, 1, modelsize(7));
+    loadnode(0, 0) = std::clamp(count, 1, modelsize(sizeloadcases));
 }
 
 // --- load combinations --------------------------------------------------------------------------
@@ -278,8 +279,8 @@ void writelco(textout& out) {
 void readlco(const std::string& base) {
     textin in = open(base, ".lco");
     const int count = in.rows(), cases = in.rows();
-    needsize(7, std::max(count > lcomb.upper1 ? count : 0, cases));
-    if (count > lcomb.upper1 || cases > modelsize(7)) return;
+    needsize(sizeloadcases, std::max(count > lcomb.upper1 ? count : 0, cases));
+    if (count > lcomb.upper1 || cases > modelsize(sizeloadcases)) return;
     for (int c = 1; c <= count; ++c) {
         lcombname(c) = in.quoted();
         for (int lc = 1; lc <= cases; ++lc) lcomb(c, lc) = in.single();
@@ -308,16 +309,17 @@ void readell(const std::string& base) {
         for (int i = 1; i <= count; ++i) {
             const float e = in.single(), kind = in.single(), value = in.single();
             if (e < 1 || e > elems(0, 0) || e != std::floor(e)) continue;
-            if (++kept > modelsize(3) || lc > modelsize(7)) continue;
+            if (++kept > modelsize(sizeconditions) || lc > modelsize(sizeloadcases)) continue;
             elemload(lc, kept, 0) = e;
             elemload(lc, kept, 1) = kind;
             elemload(lc, kept, 2) = value;
         }
-        needsize(3, kept);
-        if (lc <= modelsize(7)) elemload(lc, 0, 0) = float(std::min(kept, modelsize(3)));
+        needsize(sizeconditions, kept);
+        if (lc <= modelsize(sizeloadcases))
+            elemload(lc, 0, 0) = float(std::min(kept, modelsize(sizeconditions)));
     }
-    needsize(7, lc);
-    elemload(0, 0, 0) = float(std::min(lc, modelsize(7)));
+    needsize(sizeloadcases, lc);
+    elemload(0, 0, 0) = float(std::min(lc, modelsize(sizeloadcases)));
 }
 
 // --- patches ------------------------------------------------------------------------------------

@@ -82,7 +82,7 @@ static void readfields(const fieldtexts& fields, std::vector<rowvalue>& values) 
 static runtimeerror toomanyrows(const char* list, long needed) {
     return {errsubscript,
             "The " + std::string(list) + " need " + std::to_string(needed) + " rows, " +
-                std::to_string(modelsize(3)) +
+                std::to_string(modelsize(sizeconditions)) +
                 " are declared; nothing was changed. Increase 'Boundary Condition per loadcase' "
                 "with [File,Model size..]"};
 }
@@ -107,7 +107,7 @@ static void rewrite(const Rows& rows, int highest, const std::vector<int>& items
             ++*u;
             --missing;
         }
-    if (count + missing > modelsize(3)) throw toomanyrows(Rows::name, count + missing);
+    if (count + missing > modelsize(sizeconditions)) throw toomanyrows(Rows::name, count + missing);
 
     for (const int n : items)
         if (int* const u = ofitem(n)) *u = 0;

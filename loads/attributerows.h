@@ -16,7 +16,7 @@ struct fieldtext {
 using fieldtexts = std::vector<fieldtext>;
 
 // Throw errtype where a field holds no number, erroverflow where it is too large, errsubscript
-// where the rows exceed modelsize(3); nothing is changed then.
+// where the rows exceed modelsize(sizeconditions); nothing is changed then.
 void rewriteconstraints(const std::vector<int>& items, const fieldtexts& fields);
 void rewritenodalloads(int lc, const std::vector<int>& items, const fieldtexts& fields);
 // Stops without a word at a field that holds no number: the fields before it are stored, the rest

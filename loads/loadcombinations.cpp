@@ -59,7 +59,7 @@ void putloadcomb(combinationform& form) {
 
 combinationform openloadcombinations() {
     combinationform form;
-    if (menupostItem(3).checked) form.mode = curlcomb;
+    if (menupostItem(modeshape).checked) form.mode = curlcomb;
     // A mode shape's number stays when the shape is switched off.
     if (curlcomb < 1 || curlcomb > ncomb()) curlcomb = 1;
     loadloadcomb(form);

@@ -7,9 +7,9 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/start.h"
 
-static const int rotational = 3;     // directions from here on turn about an axis
-static const int firstwavetype = 7;  // lctype of kindwave; wind and buoyancy follow
+static const int rotational = 3;  // directions from here on turn about an axis
 
 static const char* const presstosave = "Press <Update> to save changes";
 
@@ -37,8 +37,8 @@ static void showkind(loadcaseform& form, int kind) {
 }
 
 static int kindoftype(int type) {
-    if (type == 0) return kindapplied;
-    return type < firstwavetype ? kindacceleration : kindwave + type - firstwavetype;
+    if (type == caseapplied) return kindapplied;
+    return type < casewave ? kindacceleration : kindwave + type - casewave;
 }
 
 void loadloadcase(loadcaseform& form) {
@@ -59,12 +59,12 @@ void putloadcase(loadcaseform& form) {
     const int type = lctype(curlc);
     form.chosen = curlc - 1;
     form.name = lcname(curlc);
-    if (kindoftype(type) == kindacceleration) form.lcdirection = type - kindacceleration;
+    if (kindoftype(type) == kindacceleration) form.lcdirection = type - caseaccx;
     showkind(form, kindoftype(type));
     switch (form.kind) {
         case kindacceleration:
             showparameters(form.acceleration);
-            form.elementmass = lcpar(curlc, 4) == 0 ? 0 : 1;
+            form.elementmass = lcpar(curlc, accelementmass) == 0 ? 0 : 1;
             break;
         case kindwave:
             showparameters(form.wave);
@@ -149,7 +149,7 @@ static void notechange(loadcaseform& form) {
 }
 
 void addloadcase(loadcaseform& form) {
-    if (nlc() >= modelsize(7)) {
+    if (nlc() >= modelsize(sizeloadcases)) {
         form.message = "Maximum number of loadcase";
         return;
     }
@@ -160,10 +160,7 @@ void addloadcase(loadcaseform& form) {
     std::string name = "LC " + numbertext(int(curlc));
     while (isname(name, before)) name += "*";
     lcname(curlc) = name;
-    lctype(curlc) = 0;
-    lcpar(curlc, 0) = 1;
-    for (int k = 1; k <= 3; ++k) lcpar(curlc, k) = 0;
-    lcpar(curlc, 4) = 1;
+    defaultloadcase(curlc);
     notechange(form);
     loadloadcase(form);
     putloadcase(form);
@@ -188,13 +185,13 @@ static void storekind(loadcaseform& form) {
     static const char* const waves[] = {"H", "T", "Dir", "Shift", "WD"};
     static const char* const winds[] = {"Vel", "Dir", "third field"};
     static const char* const buoyancies[] = {"WL", "WD", "Density"};
-    if (form.kind >= kindwave) lctype(curlc) = firstwavetype + form.kind - kindwave;
+    if (form.kind >= kindwave) lctype(curlc) = casewave + form.kind - kindwave;
     switch (form.kind) {
         case kindacceleration:
-            lctype(curlc) = form.lcdirection + kindacceleration;
+            lctype(curlc) = caseaccx + form.lcdirection;
             for (int i = 0; i < 4; ++i) leaveacceleration(form, i);
             storeparameters(form.acceleration, accelerations);
-            lcpar(curlc, 4) = form.elementmass;
+            lcpar(curlc, accelementmass) = form.elementmass;
             break;
         case kindwave:
             storeparameters(form.wave, waves);
@@ -206,7 +203,7 @@ static void storekind(loadcaseform& form) {
             storeparameters(form.buoyancy, buoyancies);
             break;
         default:
-            lctype(curlc) = 0;
+            lctype(curlc) = caseapplied;
     }
 }
 
@@ -265,7 +262,7 @@ static void removeloadcase(int lc) {
     }
     loadnode(old, 0) = 0;
     lcname(old).clear();
-    lctype(old) = 0;
+    lctype(old) = caseapplied;
     loadnode(0, 0) = old > 1 ? old - 1 : 1;
     if (curlc >= lc && curlc > 1) curlc = curlc - 1;
 }

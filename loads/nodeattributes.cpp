@@ -89,7 +89,7 @@ void Elemloadlock(attributeform& form) {
 // Element loads are entered in load cases of any type, so the last step shows their fields again.
 static void setcaptions(attributeform& form) {
     const bool elements = attributemode() == attributemodes::elementloads;
-    if (lctype(curlc) != 0) {
+    if (lctype(curlc) != caseapplied) {
         lockload(form);
         if (elements) Elemloadlock(form);
     } else {
@@ -104,7 +104,7 @@ static void setcaptions(attributeform& form) {
 void startattributes(attributemodes mode) {
     addready();
     resultflag = 1;
-    mnuEditItem(0).enabled = false;
+    mnuEditItem(undoitem).enabled = false;
     editconstraint = mode == attributemodes::constraints;
     editnodalload = mode == attributemodes::nodalloads;
     editelemload = mode == attributemodes::elementloads;
@@ -279,14 +279,14 @@ static int viewinuse() {
 }
 
 static void drawconstraintsonshow(int nview) {
-    if (mnudrawlist(2).checked) drawconstraints(nview);
+    if (mnudrawlist(constraintsdrawn).checked) drawconstraints(nview);
 }
 
 void chooseattributecase(attributeform& form, int entry) {
     if (entry < 0 || entry >= nlc()) return;
     form.chosencase = entry;
     const auto change = [&] { curlc = entry + 1; };
-    if (viewloads(1).checked)
+    if (viewloads(activecase).checked)
         erasechangedraw(drawloads, 1, shownviews(), change);
     else
         change();

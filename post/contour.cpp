@@ -29,15 +29,16 @@ static array1<float> tencolors() {
 array1<float> indexcolor = tencolors();
 
 bool iscontour() {
-    return menupostItem(2).checked;
+    return menupostItem(contourplot).checked;
 }
 
 bool iselementstress() {
-    return menupostItem(4).checked;
+    return menupostItem(elementstress).checked;
 }
 
 bool isdeformed() {
-    return (menupostItem(1).checked || menupostItem(3).checked) && !fieldisnoise;
+    return (menupostItem(deformedshape).checked || menupostItem(modeshape).checked) &&
+           !fieldisnoise;
 }
 
 // --- the index ----------------------------------------------------------------------------------
@@ -84,8 +85,8 @@ void noteselection() {
     for (int e = 1; e <= nelems(); ++e) postcount += ispostelement(e);
 }
 
+// Springs and rigid links join and have no section.
 static bool canbestressed(int e) {
-    const int typespring2 = 12, typerigid = 13;  // lines that join and have no section
     const int type = int(elems(e, 0));
     return nodesoftype(elems(e, 0)) >= 2 && type != typespring2 && type != typerigid;
 }

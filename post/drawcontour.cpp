@@ -24,7 +24,7 @@ static void setfilling(surface& s, int e, int elnn) {
 
 static void drawmesh(int e, int elnn, int nview) {
     surface* const s = target(nview);
-    if (!mnudrawlist(1).checked || s == nullptr) return;
+    if (!mnudrawlist(elementsdrawn).checked || s == nullptr) return;
     drawcolor = colourofelement(e);
     setfilling(*s, e, elnn);
     if (elnn > 2 && iscrowded(e, nview))
@@ -45,7 +45,7 @@ static bool isfilledwhole(int e, int elnn) {
 static void paintelement(int e, int elnn, int nview) {
     prepareelement(e, nview);
     // With hidden lines a face covers what lies behind it, whatever is painted on it.
-    if (mnudrawlist(10).checked && !(contourfilled && isfilledwhole(e, elnn)))
+    if (mnudrawlist(hiddenline).checked && !(contourfilled && isfilledwhole(e, elnn)))
         paintface(nview, elnn, backcolor);
     if (!contourfilled) drawmesh(e, elnn, nview);
     if (plotready() && isplotted(e)) {

@@ -46,7 +46,7 @@ static std::string componenttext() {
 }
 
 static std::string fieldname() {
-    if (showsdisplacement() && menupostItem(3).checked && fieldismode)
+    if (showsdisplacement() && menupostItem(modeshape).checked && fieldismode)
         return "Mode shape " + numbertext(curlcomb);
     return curlcomb >= 1 && curlcomb <= ncomb() ? shownname(lcombname(curlcomb)) : "Load Case 1";
 }

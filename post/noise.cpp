@@ -28,7 +28,8 @@ static double sizeofelement(int e) {
 
 // Force that lengthens an element by a unit: E A / L of a line, about E t of a face.
 static double stiffnessof(int e) {
-    const double modulus = groups(egroup(e), 1), dimension = groups(egroup(e), 4);
+    const double modulus = groups(egroup(e), fieldmodulus),
+                 dimension = groups(egroup(e), fieldthickness);
     const double length = sizeofelement(e);
     if (nodesoftype(elems(e, 0)) > 2) return modulus * dimension;
     return length > 0 ? modulus * dimension / length : 0;
@@ -57,7 +58,7 @@ static double leastanswer(double size) {
     for (int lc = 1; lc <= nlc() && curlcomb >= 1 && curlcomb <= ncomb(); ++lc) {
         const double factor = std::fabs(double(lcomb(curlcomb, lc)));
         if (factor == 0) continue;
-        if (lctype(lc) != 0) return 0;
+        if (lctype(lc) != caseapplied) return 0;
         force = std::max(force, factor * largestforce(lc, size));
     }
     for (int e = 1; e <= nelems() && force > 0; ++e)

@@ -48,9 +48,9 @@ static void reportreading(const char* what, int row, const textin& in) {
 }
 
 float factorofcase(const textin& in, int l) {
-    if (l > modelsize(7))
+    if (l > modelsize(sizeloadcases))
         in.fail(errsubscript, "the file holds more load cases than the declared " +
-                                  numbertext(modelsize(7)) + "; see File, Model Size");
+                                  numbertext(modelsize(sizeloadcases)) + "; see File, Model Size");
     return curlcomb >= 1 && curlcomb <= ncomb() ? lcomb(curlcomb, l) : 0;
 }
 
@@ -200,8 +200,8 @@ static void readforcefile(forcerows kept) {
     dispres.clear();
     textin in(findnocase(modelname + ".KRT"));
     const int anadof = readheader(in);
-    const int cases = kept == forcerows::allcases ? modelsize(7) : 0;
-    dispres.alloc(cases, std::max(modelsize(1), nnodes() + 1), 6);
+    const int cases = kept == forcerows::allcases ? modelsize(sizeloadcases) : 0;
+    dispres.alloc(cases, std::max(modelsize(sizenodes), nnodes() + 1), 6);
     int l = 1;
     for (; !in.atend(); ++l) readforces(in, anadof, l, kept);
     needblock(in, l - 1, "load case");

@@ -93,9 +93,9 @@ static void scaleview(int v, const keptviews& screen, double factor) {
 std::string footleft() {
     std::string text = isnamed() ? std::filesystem::path(modelname).filename().string()
                                  : std::string("Model without a name");
-    if (menupostItem(3).checked) return text + " - mode shape " + numbertext(curlcomb);
-    const bool results =
-        menupostItem(1).checked || menupostItem(2).checked || menupostItem(4).checked;
+    if (menupostItem(modeshape).checked) return text + " - mode shape " + numbertext(curlcomb);
+    const bool results = menupostItem(deformedshape).checked || menupostItem(contourplot).checked ||
+                         menupostItem(elementstress).checked;
     if (results && curlcomb >= 1 && curlcomb <= ncomb())
         text += " - " + shownname(lcombname(curlcomb));
     return text;

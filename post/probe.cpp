@@ -130,7 +130,7 @@ void tellvalue(int nview, double x, double y) {
 // Does a painted face lie in front of the corner? Then the colour about the mark is not its own.
 static bool ishidden(const point2& at, double depth, int nview) {
     const double nothing = 1e-3;  // of the view's width: faces that meet in the corner
-    if (iselementstress() || (!contourfilled && !mnudrawlist(10).checked)) return false;
+    if (iselementstress() || (!contourfilled && !mnudrawlist(hiddenline).checked)) return false;
     const hit front = findhit(nview, at);
     return front.e != 0 && front.depth > depth + nothing * vieww;
 }

@@ -217,9 +217,9 @@ static void writeparameters(reporttext& r, int lc) {
         const char* names[5];
     };
     static const parameterrow rows[] = {
-        {7, {"H = ", ", T = ", ", Dir = ", ", Shift = ", ", WD = "}},
-        {8, {"Vel = ", ", Dir = "}},
-        {9, {"WL = ", ", WD = ", ", Density = "}},
+        {casewave, {"H = ", ", T = ", ", Dir = ", ", Shift = ", ", WD = "}},
+        {casewind, {"Vel = ", ", Dir = "}},
+        {casebuoyancy, {"WL = ", ", WD = ", ", Density = "}},
     };
     for (const parameterrow& row : rows) {
         if (row.type != lctype(lc)) continue;
@@ -231,20 +231,19 @@ static void writeparameters(reporttext& r, int lc) {
 }
 
 static void writekind(reporttext& r, int lc) {
-    const int lastlinear = 3;
-    if (lctype(lc) < 1) {
+    if (lctype(lc) == caseapplied) {
         r.out.line(" Nodal defined forces:");
         return;
     }
-    if (lctype(lc) <= lastlinear) {
-        r.out.text(" Acceleration = ").raw(lcpar(lc, 0)).text(" m/s^2").end();
+    if (lctype(lc) <= caseaccz) {
+        r.out.text(" Acceleration = ").raw(lcpar(lc, accvalue)).text(" m/s^2").end();
     } else {
-        r.out.text(" Acceleration = ").raw(lcpar(lc, 0)).text(" rad/t^2").end();
-        r.out.text(" Center of rotation (x,y,z)= (").raw(lcpar(lc, 1)).text(",");
-        r.out.raw(lcpar(lc, 2)).text(",").raw(lcpar(lc, 3)).text(")").end();
+        r.out.text(" Acceleration = ").raw(lcpar(lc, accvalue)).text(" rad/t^2").end();
+        r.out.text(" Center of rotation (x,y,z)= (").raw(lcpar(lc, acccentrex)).text(",");
+        r.out.raw(lcpar(lc, acccentrey)).text(",").raw(lcpar(lc, acccentrez)).text(")").end();
         writeparameters(r, lc);
     }
-    r.out.text(" Element mass switched ").text(lcpar(lc, 4) == 1 ? "ON" : "OFF").end();
+    r.out.text(" Element mass switched ").text(lcpar(lc, accelementmass) == 1 ? "ON" : "OFF").end();
     r.out.line(" Nodal defined masses:");
 }
 

@@ -22,9 +22,7 @@
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 
-enum postitem { deformedshape = 1, contourplot, modeshape, elementstress };
-
-static bool ischecked(postitem item) {
+static bool ischecked(postitems item) {
     return menupostItem(item).checked;
 }
 
@@ -101,7 +99,7 @@ void showresults() {
     tellnote();
 }
 
-static bool toggle(postitem item) {
+static bool toggle(postitems item) {
     retryresults();
     menupostItem(item).checked = !menupostItem(item).checked;
     return menupostItem(item).checked;

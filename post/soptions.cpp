@@ -94,7 +94,8 @@ void chooseset(soptionsform& form, int set) {
 }
 
 void startpostselection() {
-    for (int i = 0; i <= 4; ++i) MnuSelectItem(i).checked = i == 1;
+    for (int i = selectnodes; i <= selectgraphics; ++i)
+        MnuSelectItem(i).checked = i == selectelements;
     postselpending = true;
     prompt("Select", "Element(s)", "for Post-process",
            "<Mouse Left Button> to select, <ESC> to stop");

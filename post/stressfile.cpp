@@ -104,7 +104,7 @@ static void readstressfile() {
     nolines = 0;
     elemstress.clear();
     textin in(findnocase(stressfile()));
-    elemstress.alloc(stressvalues, modelsize(2), stresscorners);
+    elemstress.alloc(stressvalues, modelsize(sizeelements), stresscorners);
     int l = 0;
     while (!in.atend()) readblock(in, factorofcase(in, ++l));
     if (l == 0) in.fail(errpastend, "the file holds no load case");

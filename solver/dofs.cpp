@@ -14,7 +14,7 @@
 int analysiskind(const model& m, int doftype) {
     bool rotations = false;
     for (int e = 1; e <= m.nelems() && !rotations; ++e)
-        rotations = bringsrotations(m.elements[std::size_t(e)].type);
+        rotations = hasrotations(m.elements[std::size_t(e)].type);
     switch (doftype) {
         case 1:
             if (rotations)

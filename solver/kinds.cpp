@@ -53,7 +53,3 @@ const elementkind& kindof(int type) {
     if (type < 0 || type > lasttype) throw subscripterror(type, lasttype);
     return kinds[type];
 }
-
-bool bringsrotations(int type) {
-    return type >= typebeam && type <= typeplate4;
-}

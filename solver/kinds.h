@@ -37,30 +37,7 @@ struct elementkind {
     void (*stress)(const element& e, elmatrix& s);
 };
 
-const int lasttype = 16;
-
-enum elementtype {
-    typenone,
-    typetruss,
-    typememb3,
-    typememb4,
-    typemass,
-    typeshear4,
-    typebeam,
-    typepipe,
-    typeshell3,
-    typeshell4,
-    typeplate3,
-    typeplate4,
-    typespring2,
-    typerigid,
-    typespringt,
-    typespringr,
-    typespring
-};
+const int lasttype = typespring;
 
 // type: 1..lasttype.
 const elementkind& kindof(int type);
-
-// True for the kinds whose presence gives the nodes rotations.
-bool bringsrotations(int type);

@@ -33,11 +33,11 @@ caseloads::caseloads(const model& whole, const settings& set, const loadcase& on
     if (accelerated) {
         const double units = s.mass / s.force;
         const int axis = (c.type - caseaccx) % 3;
-        if (c.type <= 3) {
-            uniform[axis] = c.par[0] * units;
+        if (c.type <= caseaccz) {
+            uniform[axis] = c.par[accvalue] * units;
         } else {
-            rotation[axis] = c.par[0] * s.length * units;
-            centre = vec3(c.par[1], c.par[2], c.par[3]);
+            rotation[axis] = c.par[accvalue] * s.length * units;
+            centre = vec3(c.par[acccentrex], c.par[acccentrey], c.par[acccentrez]);
         }
     }
     rows = c.element;
@@ -47,7 +47,7 @@ caseloads::caseloads(const model& whole, const settings& set, const loadcase& on
 }
 
 bool caseloads::loadselements() const {
-    return !rows.empty() || sea.any() || (accelerated && c.par[4] == 1);
+    return !rows.empty() || sea.any() || (accelerated && c.par[accelementmass] == 1);
 }
 
 vec3 caseloads::accelerationat(const vec3& at) const {
@@ -95,7 +95,7 @@ bool caseloads::rowsonelement(const element& e, elvector& f) const {
 
 bool caseloads::massonelement(const element& e, elvector& f) const {
     const elementkind& kind = kindof(e.type);
-    if (!accelerated || c.par[4] != 1 || kind.mass == nullptr) return false;
+    if (!accelerated || c.par[accelementmass] != 1 || kind.mass == nullptr) return false;
     if (pointmasses && kind.fam != family::point) return false;
     elmatrix mass;
     kind.mass(e, mass);
@@ -122,7 +122,8 @@ vec3 caseloads::online(const element& e, const linesink& sink) const {
     for (auto row = firstrow(e.number); row != rows.end() && row->element == e.number; ++row)
         sum += row->value * axes.row(row->direction - 1).transpose();
     if (!sum.isZero(0)) sink(0, 1, [&](double) { return sum; });
-    if (accelerated && c.par[4] == 1 && kindof(e.type).mass != nullptr && !pointmasses) {
+    if (accelerated && c.par[accelementmass] == 1 && kindof(e.type).mass != nullptr &&
+        !pointmasses) {
         const linesection section = sectionof(e);
         const double density = e.field(fielddensity);
         sink(0, 1, [&](double x) -> vec3 {

@@ -6,24 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "core/codes.h"
 #include "solver/matrix.h"
-
-// Fields of an element group.
-enum groupfield {
-    fieldmodulus = 1,
-    fieldpoisson,
-    fielddensity,
-    fieldthickness,  // thickness of plates, area of line elements
-    fieldplane,      // 0 plane stress, 1 plane strain
-    fieldrotation,   // of the section about the element's axis, degrees
-    fieldixx,
-    fieldwxx,
-    fieldiyy,
-    fieldwyy,
-    fieldizz,
-    fieldwzz,
-    groupfields = fieldwzz
-};
 
 struct groupdata {
     std::string name;
@@ -47,19 +31,6 @@ struct elementrow {
     int element, direction;  // direction: 1..3, the element's local axis
     double value;            // force a length on line elements, a area on plates
 };
-
-enum casetype {
-    caseapplied = 0,
-    caseaccx = 1,  // ..3: accelerations along x y z
-    caseaccz = 3,
-    caseaccrx = 4,  // ..6: about x y z
-    caseaccrz = 6,
-    casewave = 7,
-    casewind = 8,
-    casebuoyancy = 9
-};
-
-const int caseparameters = 5;
 
 struct loadcase {
     std::string name;

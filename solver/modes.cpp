@@ -145,7 +145,7 @@ static Eigen::MatrixXd translated(const model& m, const settings& s, const dofma
     for (int axis = 0; axis < 3; ++axis) {
         loadcase unit;
         unit.type = caseaccx + axis;
-        unit.par[0] = s.force / s.mass;  // gives 1 in units of the model
+        unit.par[accvalue] = s.force / s.mass;  // gives 1 in units of the model
         if (nodal > 0) unit.nodal = m.cases[std::size_t(nodal)].nodal;
         caseloads(m, s, unit, nodal, !elements).collect(d, f.data(), unheard);
         condense(d, f.data(), result.col(axis).data());

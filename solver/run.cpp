@@ -23,7 +23,7 @@
 static int derivedtype(const model& m, bool twod) {
     bool rotations = false;
     for (int e = 1; e <= m.nelems() && !rotations; ++e)
-        rotations = bringsrotations(m.elements[std::size_t(e)].type);
+        rotations = hasrotations(m.elements[std::size_t(e)].type);
     return (twod ? 1 : 2) + (rotations ? 1 : 0);
 }
 

@@ -16,15 +16,17 @@ static const double windheight = 10;  // metres at which a wind case tells its s
 waveloads::waveloads(const model& m, const settings& set, const loadcase& c)
     : s(set), type(m.twod ? int(caseapplied) : c.type) {
     const double* const p = c.par;
-    if (type == casewave && p[0] > 0) wave = makewave(p[0], p[1], p[2], p[3], p[4], s.gravity);
+    if (type == casewave && p[waveheight] > 0)
+        wave = makewave(p[waveheight], p[waveperiod], p[wavedirection], p[waveshift], p[wavedepth],
+                        s.gravity);
     if (type == casewind) {
-        const double angle = p[1] * M_PI / 180;
-        wind = p[0] * vec3(std::cos(angle), std::sin(angle), 0);
+        const double angle = p[winddirection] * M_PI / 180;
+        wind = p[windspeed] * vec3(std::cos(angle), std::sin(angle), 0);
     }
     if (type == casebuoyancy) {
-        level = p[0];
-        bed = p[0] - p[1];
-        weight = p[2];
+        level = p[buoyancylevel];
+        bed = p[buoyancylevel] - p[buoyancydepth];
+        weight = p[buoyancydensity];
     }
 }
 
@@ -168,14 +170,15 @@ bool waveloads::floatplate(const element& e, elvector& f) const {
 
 static void checkwave(const model& m, const settings& s, const loadcase& c, const std::string& name,
                       runlog& log) {
-    const double height = c.par[0], period = c.par[1], depth = c.par[4];
+    const double height = c.par[waveheight], period = c.par[waveperiod], depth = c.par[wavedepth];
     if (height < 0) refuse(name + " has a wave height H below 0; correct it");
     if (height == 0) return;  // no load, which is told
     if (!(period > 0)) refuse(name + " needs a wave period T above 0; give it one");
     if (!(depth > 0)) refuse(name + " needs a water depth WD above 0; give it one");
     if (!(height < 2 * depth))
         refuse(name + " has a wave whose trough lies below the sea bed; lower H or deepen WD");
-    const linearwave w = makewave(height, period, c.par[2], c.par[3], depth, s.gravity);
+    const linearwave w =
+        makewave(height, period, c.par[wavedirection], c.par[waveshift], depth, s.gravity);
     log.line(name + ": wave length " + shortnumber(w.length()) +
              " m, crest at Z = " + shortnumber(height / 2 / s.length) +
              ", sea bed at Z = " + shortnumber(-depth / s.length));
@@ -207,6 +210,6 @@ void checkwaveloads(const model& m, const settings& s, int lc, runlog& log) {
                "change the type of the case");
     if (c.type == casewave) checkwave(m, s, c, name, log);
     if (c.type != casebuoyancy) return;
-    if (c.par[1] < 0) refuse(name + " has a water depth WD below 0; correct it");
-    if (c.par[2] < 0) refuse(name + " has a density below 0; correct it");
+    if (c.par[buoyancydepth] < 0) refuse(name + " has a water depth WD below 0; correct it");
+    if (c.par[buoyancydensity] < 0) refuse(name + " has a density below 0; correct it");
 }

@@ -93,7 +93,7 @@ void checkedges(const graphiclist& list) {
     if (meshtype == "Triang" && (n[1] != n[2] || n[1] != n[3]))
         append(" Number of nodes of Edge 1, Edge 2 and Edge 3 should be equal. ");
     for (int e = 1; e <= edgesof(meshtype); ++e)
-        if (!(n[e] < modelsize(6))) append(" To many nodes on edge " + numbertext(e));
+        if (!(n[e] < modelsize(sizeedgenodes))) append(" To many nodes on edge " + numbertext(e));
     if (!meshok) return;
     checkshared();
     checkspacing(list);
@@ -104,9 +104,9 @@ void checkmeshsize(const graphiclist& list) {
     const double e1 = nodesonedge(list, 1), e3 = line ? 0 : nodesonedge(list, 3);
     const double nodesneeded = quad ? e3 * e1 + 2 * e3 + 2 * e1 : line ? 2 * e1 : e3 * e1 + 3 * e1;
     const double elemsneeded = line ? e1 - 1 : (e3 - 1) * (e1 - 1);
-    if (nnodes() + tmpnodes(0, 0) + nodesneeded > modelsize(1))
+    if (nnodes() + tmpnodes(0, 0) + nodesneeded > modelsize(sizenodes))
         append(" Too many nodes, increase node declaration. ");
-    if (nelems() + tmpelems(0, 0) + elemsneeded > modelsize(2))
+    if (nelems() + tmpelems(0, 0) + elemsneeded > modelsize(sizeelements))
         append(" Too many elements, increase element declaration. ");
 }
 

@@ -9,8 +9,8 @@
 #include <array>
 
 #include "core/array.h"
+#include "core/codes.h"
 
-enum graphickinds { kindfree = 0, kindline = 1, kindcurve = 2, kindcircle = 3 };
 using graphiclist = array3<float>;
 using point3 = std::array<double, 3>;
 

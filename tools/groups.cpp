@@ -158,7 +158,7 @@ void choosegroup(groupform& form, int row) {
 }
 
 void addgroup(groupform& form) {
-    if (ngroups() >= modelsize(4)) {
+    if (ngroups() >= modelsize(sizegroups)) {
         form.message = "Maximum number of groups";
         return;
     }

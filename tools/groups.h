@@ -12,7 +12,6 @@
 #include "core/colours.h"
 #include "core/model.h"
 
-const int groupfields = 12;     // the properties groups(g,1..12)
 const int matrixfields = 36;    // groupmat(g,1..6,1..6)
 extern const char allgroups[];  // the last entry of the list
 

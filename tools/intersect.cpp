@@ -51,7 +51,7 @@ static void needroom() {
     const int room = 5;  // lines that one pair can make
     if (ngraphics() + room <= graphics.upper1 && graphsel(0, 0) + room <= graphsel.upper1) return;
     throw runtimeerror{errsubscript,
-                       "The new lines do not fit the " + std::to_string(modelsize(5)) +
+                       "The new lines do not fit the " + std::to_string(modelsize(sizegraphics)) +
                            " graphic elements declared. Increase 'Number of graphic elements' "
                            "with [File,Model size..]"};
 }

@@ -126,7 +126,7 @@ void editnumber(placenodesform& form, const std::string& text) {
 // --- edits --------------------------------------------------------------------------------------
 
 static void drawingraphiccolour(int g, colour c, bool marksalone) {
-    if (!mnudrawlist(4).checked) return;
+    if (!mnudrawlist(graphicsdrawn).checked) return;
     drawinviews([&](int v) {
         drawcolor = c;
         drawgraphicnodes(graphics, g, v);
@@ -258,10 +258,10 @@ void modifyselection() {
 }
 
 graphoptionsform opengraphoptions() {
-    return {MnuSelectItem(5).checked};
+    return {MnuSelectItem(selectsnap).checked};
 }
 
 void storegraphoptions(const graphoptionsform& form) {
-    MnuSelectItem(5).checked = form.snap;
+    MnuSelectItem(selectsnap).checked = form.snap;
     labelselect();
 }

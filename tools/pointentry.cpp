@@ -116,7 +116,7 @@ static void followpointer(int nview) {
 }
 
 static void drawfinished(int g) {
-    if (!mnudrawlist(4).checked) return;
+    if (!mnudrawlist(graphicsdrawn).checked) return;
     drawinviews([g](int v) {
         drawcolor = graphcolor;
         drawgraphic(graphics, g, v);
@@ -128,7 +128,7 @@ static void needroom() {
     if (ngraphics() < graphics.upper1) return;
     addready();
     throw runtimeerror{errsubscript,
-                       "All " + std::to_string(modelsize(5)) +
+                       "All " + std::to_string(modelsize(sizegraphics)) +
                            " graphic elements declared are in use. Increase 'Number of graphic "
                            "elements' with [File,Model size..]"};
 }
@@ -145,7 +145,7 @@ static void acceptelement() {
 }
 
 static void snapgiven() {
-    if (!MnuSelectItem(5).checked) return;
+    if (!MnuSelectItem(selectsnap).checked) return;
     const float scale = viewscale(activeview);
     prepareview(activeview);
     curx = float(scale * modelx);
@@ -188,8 +188,8 @@ void startdrawing(graphickinds kind) {
         startmode(*mode.flag);
         ptcount = 0;
         resultflag = 1;
-        mnuEditItem(0).enabled = false;
-        checkonly(Mnuadditem, 9);
+        mnuEditItem(undoitem).enabled = false;
+        checkonly(Mnuadditem, graphicitem);
         promptpoint();
     }
 }

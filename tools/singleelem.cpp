@@ -137,9 +137,9 @@ void startsingle(std::function<void()> ended) {
     nodesel(0) = 0;
     madenodes.clear();
     addedany = false;
-    mnuEditItem(0).enabled = false;
+    mnuEditItem(undoitem).enabled = false;
     whenended = std::move(ended);
-    checkonly(Mnuadditem, 2);
+    checkonly(Mnuadditem, elementitem);
     promptnode();
 }
 

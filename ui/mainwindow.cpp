@@ -431,7 +431,7 @@ void mainwindow::refreshcombinations() {
 }
 
 void mainwindow::refreshresults() {
-    const bool mode = menupostItem(3).checked;
+    const bool mode = menupostItem(modeshape).checked;
     modegroup->setVisible(mode);
     if (mode && !modenumber->hasFocus()) modenumber->setText(QString::number(curlcomb));
     showlist(modes, modelist(), curlcomb <= modecount ? curlcomb - 1 : -1);

@@ -110,7 +110,7 @@ class recoverydialog : public sidedialog {
         addready();
         if (!readcopy(copy)) return false;
         showmodelname();
-        for (const int i : {1, 2, 3, 4}) menupostItem(i).checked = false;
+        for (int i = deformedshape; i <= elementstress; ++i) menupostItem(i).checked = false;
         setscrollbars();
         theplatform().refresh();
         redrawall();

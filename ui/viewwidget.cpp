@@ -75,7 +75,7 @@ double viewwidget::pixelspertwip() const {
 }
 
 static bool barsshown() {
-    return mnuSettingsItem(2).checked;
+    return mnuSettingsItem(scrollbarson).checked;
 }
 
 int viewwidget::barwidth() const {

@@ -51,10 +51,9 @@ static void eachelementpoint(int nview, Visit visit) {
 
 template <typename Visit>
 static void eachgraphicpoint(const array3<float>& list, Visit visit) {
-    const int kindcircle = 3, kindcurve = 2;
     for (int g = 1; g <= int(list(0, 0, 0)); ++g) {
         const int kind = int(list(g, 0, 0));
-        if (kind == 0) continue;
+        if (kind == kindfree) continue;
         // A line has two points; its third row is 0, 0, 0 and no place on the drawing.
         const int points = kind == kindcircle || kind == kindcurve ? 3 : 2;
         for (int j = 1; j <= points; ++j) visit(list(g, j, 1), list(g, j, 2), list(g, j, 3));
@@ -77,11 +76,12 @@ static void eachpoint(int nview, Visit given) {
         any = true;
         given(x, y, z);
     };
-    if (mnudrawlist(1).checked || mnudrawlist(0).checked) eachelementpoint(nview, visit);
-    if (mnudrawlist(4).checked) eachgraphicpoint(graphics, visit);
+    if (mnudrawlist(elementsdrawn).checked || mnudrawlist(nodesdrawn).checked)
+        eachelementpoint(nview, visit);
+    if (mnudrawlist(graphicsdrawn).checked) eachgraphicpoint(graphics, visit);
     eachbufferpoint(visit);
     // A model of nodes alone, at its very start, is fitted to them.
-    if (any || !mnudrawlist(0).checked) return;
+    if (any || !mnudrawlist(nodesdrawn).checked) return;
     for (int n = 1; n <= nnodes(); ++n) given(nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
 }
 

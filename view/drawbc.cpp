@@ -16,8 +16,6 @@
 #include "view/surface.h"
 #include "view/thinning.h"
 
-static const int buoyancytype = 9;
-
 static colour shown(colour c) {
     return drawcolor == backcolor ? backcolor : c;
 }
@@ -63,8 +61,9 @@ void drawconstraints(int nview) {
 // Value of row i of the element loads of a case: in a buoyancy case the pressure at the height of
 // the element's centre, 0 above the water plane and below the depth.
 static double elementvalue(int lc, int i) {
-    if (lctype(lc) != buoyancytype) return elemload(lc, i, 2);
-    const double level = lcpar(lc, 0), depth = lcpar(lc, 1), density = lcpar(lc, 2);
+    if (lctype(lc) != casebuoyancy) return elemload(lc, i, 2);
+    const double level = lcpar(lc, buoyancylevel), depth = lcpar(lc, buoyancydepth),
+                 density = lcpar(lc, buoyancydensity);
     localaxes(int(elemload(lc, i, 0)));
     const double z = axisorigin[2];
     return z > level || z < level - depth ? 0 : density * (level - z);
@@ -95,8 +94,7 @@ static void drawnodalloads(surface& s, int lc, double factor, double maxload, in
     }
 }
 
-static void drawelementrows(surface& s, int lc, double factor, double maxload, int nview) {
-    const float scale = viewscale(nview);
+static void drawelementrows(int lc, double factor, double maxload, int nview) {
     for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
         if (!iselementrow(lc, i)) continue;
         const double value = factor * elementvalue(lc, i);
@@ -104,24 +102,16 @@ static void drawelementrows(surface& s, int lc, double factor, double maxload, i
         const double* const axes[] = {localx, localy, localz};
         const double* const axis = axes[int(elemload(lc, i, 1)) - 1];
         const double length = unitveclen * value / maxload;
-        curx = float(axisorigin[0] * scale);
-        cury = float(axisorigin[1] * scale);
-        curz = float(axisorigin[2] * scale);
+        setpoint(nview, axisorigin[0], axisorigin[1], axisorigin[2]);
         const float from[3] = {curx, cury, curz};
-        projectpoint(nview);
-        const double x = scrx, y = scry;
-        curx = float(from[0] + length * axis[0]);
-        cury = float(from[1] + length * axis[1]);
-        curz = float(from[2] + length * axis[2]);
-        projectpoint(nview);
-        s.line(x, y, scrx, scry, shown(loadcolor));
+        drawstroke(from, axis, length, nview, shown(loadcolor));
     }
 }
 
 static void drawcase(surface& s, int lc, double factor, double maxload, int nview) {
     if (maxload == 0) return;
     drawnodalloads(s, lc, factor, maxload, nview);
-    drawelementrows(s, lc, factor, maxload, nview);
+    drawelementrows(lc, factor, maxload, nview);
 }
 
 namespace {
@@ -165,9 +155,9 @@ static void drawlevel(surface& s, const modelbox& box, double z, int nview) {
 // The water plane of a buoyancy case, and the bed unless it lies too deep to be of the picture.
 static void drawwater(surface& s, int lc, int nview) {
     const double deepest = 2;  // of the model's height
-    if (lctype(lc) != buoyancytype || nnodes() == 0) return;
+    if (lctype(lc) != casebuoyancy || nnodes() == 0) return;
     const modelbox box = boxofmodel();
-    const double level = lcpar(lc, 0), depth = lcpar(lc, 1);
+    const double level = lcpar(lc, buoyancylevel), depth = lcpar(lc, buoyancydepth);
     const keptpen pen(&s);
     s.drawstyle = pens::dotted;
     s.drawwidth = 1;
@@ -206,16 +196,16 @@ static bool iscombination(int c) {
 
 void drawloads(int nview) {
     surface* const s = target(nview);
-    if (s == nullptr || viewloads(0).checked) return;
+    if (s == nullptr || viewloads(noloads).checked) return;
     const keptpen pen(s);
     const onplane plane(*s, planes::loads);
     prepareview(nview);
     s->drawwidth = 2;
-    if (viewloads(1).checked) {
+    if (viewloads(activecase).checked) {
         drawcase(*s, curlc, 1, largestload(curlc, 1), nview);
         drawwater(*s, curlc, nview);
     } else {
-        const bool combination = viewloads(3).checked;
+        const bool combination = viewloads(activecombination).checked;
         const auto factor = [&](int lc) {
             if (!combination) return 1.0f;
             return iscombination(curlcomb) ? lcomb(curlcomb, lc) : 0.0f;  // else a mode's number

@@ -28,7 +28,7 @@ static const double contourspacing = 0.35;  // over a contour plot
 static const double contourdot = 0.03;      // radius of a dot there
 
 bool isovercontour(int nview) {
-    return nview == 1 && menupostItem(2).checked;
+    return nview == 1 && menupostItem(contourplot).checked;
 }
 
 double leastspacing(int nview) {
@@ -56,11 +56,11 @@ void printat(int nview, double x, double y, const std::string& text) {
 
 static void labelnode(surface& s) {
     const int kind = checkedof(Nodelabeltype);
-    if (kind <= 0) return;
+    if (kind <= nonodelabels) return;
     s.font = nodelabelfont;
     s.textcolor = drawcolor == backcolor ? backcolor : nodelabelcolor;
     s.moveto(scrx, scry);
-    s.text(kind == 1 ? numbertext(nodecurrent) : nodename(nodecurrent));
+    s.text(kind == nodenumbers ? numbertext(nodecurrent) : nodename(nodecurrent));
 }
 
 void drawnode(int nview) {
@@ -102,7 +102,7 @@ bool isshown(int e, int nview) {
 }
 
 colour colourofelement(int e) {
-    if (elemlabeltype(4).checked) return groupcolor(egroup(e));
+    if (elemlabeltype(elementcolours).checked) return groupcolor(egroup(e));
     return nodesoftype(elems(e, 0)) == 2 ? linecolor : meshcolor;
 }
 
@@ -139,13 +139,13 @@ static void drawclipped(surface& s, const placedpoint& a, const placedpoint& b) 
 
 static std::string labelof(int e) {
     switch (checkedof(elemlabeltype)) {
-        case 1:
+        case elementnumbers:
             return numbertext(e);
-        case 2:
+        case elementtypes:
             return eltypname(long(elems(e, 0)));
-        case 3:
+        case elementgroups:
             return shownname(groupname(egroup(e)));
-        case 5:
+        case elementnames:
             return shownname(elemname(e));
         default:
             return {};
@@ -165,7 +165,7 @@ static colour labelcolouron(colour fill) {
 }
 
 void drawelementlabel(int e, int nview) {
-    if (nview != 1 || undeformed != 1 || elemlabeltype(0).checked) return;
+    if (nview != 1 || undeformed != 1 || elemlabeltype(noelementlabels).checked) return;
     const std::string label = labelof(e);
     surface* const s = target(nview);
     if (label.empty() || s == nullptr) return;
@@ -262,7 +262,8 @@ void drawelement(int e, int nview) {
     drawelementoutline(e, nview);
     s->drawwidth = 1;
     drawelementlabel(e, nview);
-    if (mnudrawlist(0).checked && (mnudrawlist(10).checked || viewtype(nview) != 0))
+    if (mnudrawlist(nodesdrawn).checked &&
+        (mnudrawlist(hiddenline).checked || viewtype(nview) != 0))
         drawelementnodes(e, nview);
 }
 
@@ -270,7 +271,7 @@ void drawallelements(int nview) {
     const keptpen pen;
     prepareview(nview);
     // A shape keeps its one colour, unless groups are told apart by theirs.
-    const bool own = undeformed == 1 || elemlabeltype(4).checked;
+    const bool own = undeformed == 1 || elemlabeltype(elementcolours).checked;
     for (int e = 1; e <= nelems(); ++e) {
         if (elems(e, 0) == 0) continue;
         if (own) drawcolor = colourofelement(e);
@@ -288,7 +289,7 @@ void drawselectedelements(int nview) {
         const int e = int(elemsel(i));
         if (before == selcolor)
             s->fillcolor = selcolor;
-        else if (before != backcolor && elemlabeltype(4).checked)
+        else if (before != backcolor && elemlabeltype(elementcolours).checked)
             drawcolor = invertcolor(groupcolor(egroup(e)));
         drawelement(e, nview);
         drawcolor = before;

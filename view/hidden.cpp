@@ -144,7 +144,7 @@ void drawfacet(int e, int nview) {
         return;
     }
     const keptpen pen(s);
-    if (elemlabeltype(4).checked) drawcolor = s->fillcolor = groupcolor(egroup(e));
+    if (elemlabeltype(elementcolours).checked) drawcolor = s->fillcolor = groupcolor(egroup(e));
     const colour fill = s->fillcolor;
     const double pixels = s->pixpercm();
     point2 corner[4];
@@ -156,7 +156,7 @@ void drawfacet(int e, int nview) {
     s->fillsolid = true;
     // Outlines side by side would leave nothing of the shading.
     s->polygon(corner, elnn, isoutlined(corner, elnn, nview) ? drawcolor : fill);
-    if (mnudrawlist(0).checked) drawelementnodes(e, nview);
+    if (mnudrawlist(nodesdrawn).checked) drawelementnodes(e, nview);
     drawelementlabel(e, nview);  // in the inverse of the filling
 }
 
@@ -169,14 +169,15 @@ static void drawfacets(int nview) {
     const direction eye{viewcamera.coshcosv, viewcamera.sinhcosv, viewcamera.sinv};
     const keptpen pen(s);
     const colour outline = drawcolor;
-    const bool axes = mnuSettingsItem(4).checked;
+    const bool axes = mnuSettingsItem(localaxison).checked;
     s->drawwidth = 1;
     for (int i = 1; i <= nelems(); ++i) {
         const int e = int(elemdepth(i, 0));
         if (elems(e, 0) == 0) continue;
         s->fillcolor = shadingon ? shadeofelement(e, light, eye) : hidcolor;
         // A shape keeps its one colour, unless groups are told apart by theirs.
-        drawcolor = undeformed == 1 || elemlabeltype(4).checked ? colourofelement(e) : outline;
+        drawcolor =
+            undeformed == 1 || elemlabeltype(elementcolours).checked ? colourofelement(e) : outline;
         drawfacet(e, nview);
         if (axes && isshown(e, nview)) drawlocalaxes(e, nview);
     }

@@ -12,8 +12,6 @@
 
 double axisorigin[3], localx[3], localy[3], localz[3];
 
-static const int sectionrotation = 6;  // field of the group, degrees
-
 static void normalise(double* v) {
     const double length = std::pow(v[0] * v[0] + v[1] * v[1] + v[2] * v[2], 0.5);
     if (length == 0) return;
@@ -49,7 +47,7 @@ static void finishline(int e) {
     }
     cross(localx, localy, localz);
     normalise(localz);
-    const double angle = toradians(groups(egroup(e), sectionrotation));
+    const double angle = toradians(groups(egroup(e), fieldrotation));
     const double c = std::cos(angle), s = std::sin(angle);
     for (int k = 0; k < 3; ++k) {
         const double y = localy[k], z = localz[k];
@@ -84,8 +82,7 @@ void localaxes(int e) {
         finishline(e);
 }
 
-// A stroke of this length (cm) from a scaled point along a unit vector.
-static void stroke(const float* from, const double* direction, double length, int nview, colour c) {
+void drawstroke(const float* from, const double* direction, double length, int nview, colour c) {
     surface* const s = target(nview);
     if (s == nullptr) return;
     curx = from[0];
@@ -108,9 +105,9 @@ void drawlocalaxes(int e, int nview) {
     const float origin[3] = {float(axisorigin[0] * scale), float(axisorigin[1] * scale),
                              float(axisorigin[2] * scale)};
     const bool erase = drawcolor == backcolor;
-    stroke(origin, localx, unitveclen, nview, erase ? backcolor : rgb(255, 0, 0));
-    stroke(origin, localy, unitveclen, nview, erase ? backcolor : rgb(0, 255, 0));
-    stroke(origin, localz, unitveclen, nview, erase ? backcolor : rgb(0, 0, 255));
+    drawstroke(origin, localx, unitveclen, nview, erase ? backcolor : rgb(255, 0, 0));
+    drawstroke(origin, localy, unitveclen, nview, erase ? backcolor : rgb(0, 255, 0));
+    drawstroke(origin, localz, unitveclen, nview, erase ? backcolor : rgb(0, 0, 255));
 }
 
 void drawendrelease(int e, int end, int nview) {
@@ -135,6 +132,7 @@ void drawendrelease(int e, int end, int nview) {
     for (int dof = 1; dof <= 6; ++dof) {
         if (endrelease(e, end, dof) != 1) continue;
         const colour c = dof <= 3 ? concolor : rotcolor;
-        stroke(at, axes[(dof - 1) % 3], unitveclen, nview, drawcolor == backcolor ? backcolor : c);
+        drawstroke(at, axes[(dof - 1) % 3], unitveclen, nview,
+                   drawcolor == backcolor ? backcolor : c);
     }
 }

@@ -2,6 +2,8 @@
 // Local axes of an element from its undeformed nodes, their picture, and end releases.
 #pragma once
 
+#include "core/colours.h"
+
 // Result of the last call of localaxes, model units.
 extern double axisorigin[3];
 extern double localx[3], localy[3], localz[3];  // e1, e2, e3; 0 where the element is degenerate
@@ -13,3 +15,5 @@ void localaxes(int e);
 
 void drawlocalaxes(int e, int nview);            // red, green, blue
 void drawendrelease(int e, int end, int nview);  // end 1 or 2
+// A stroke of this length (cm) from a scaled point along a unit vector, in the prepared view.
+void drawstroke(const float* from, const double* direction, double length, int nview, colour c);

@@ -38,15 +38,15 @@ hourglass::~hourglass() {
 }
 
 static bool contourin(int nview) {
-    return nview == 1 && menupostItem(2).checked;
+    return nview == 1 && menupostItem(contourplot).checked;
 }
 
 static bool ishidden() {
-    return mnudrawlist(10).checked;
+    return mnudrawlist(hiddenline).checked;
 }
 
 static bool isshape() {
-    return menupostItem(1).checked || menupostItem(3).checked;
+    return menupostItem(deformedshape).checked || menupostItem(modeshape).checked;
 }
 
 static void drawelementpass(int nview) {
@@ -86,56 +86,58 @@ static void setlayer(layers which, planes plane, std::function<bool(int)> wanted
 
 void wirelayers() {
     const auto always = [](int) { return true; };
-    const auto graphicson = [](int) { return bool(mnudrawlist(4).checked); };
+    const auto graphicson = [](int) { return bool(mnudrawlist(graphicsdrawn).checked); };
     setlayer(layers::contour, planes::model, contourin, nullptr);
     setlayer(layers::graphicsfill, planes::model, graphicson, nullptr);
     setlayer(
         layers::nodes, planes::model,
-        [](int v) { return mnudrawlist(0).checked && viewtype(v) == 0 && !ishidden(); },
+        [](int v) { return mnudrawlist(nodesdrawn).checked && viewtype(v) == 0 && !ishidden(); },
         [](int v) {
             drawcolor = nodecolor;
             drawallnodes(v);
         });
     setlayer(
         layers::elements, planes::model,
-        [](int v) { return mnudrawlist(1).checked && !contourin(v); },
+        [](int v) { return mnudrawlist(elementsdrawn).checked && !contourin(v); },
         [](int v) {
             drawcolor = meshcolor;
             undeformed = 1;
             drawelementpass(v);
         });
     setlayer(
-        layers::triad, planes::model, [](int) { return mnuSettingsItem(3).checked; }, drawtriad);
+        layers::triad, planes::model, [](int) { return mnuSettingsItem(globalaxison).checked; },
+        drawtriad);
     setlayer(layers::graphicslines, planes::model, graphicson, nullptr);
     setlayer(
         layers::lineelements, planes::model,
         [](int) {
-            return mnudrawlist(1).checked && mnudrawlist(4).checked && graphics(0, 0, 0) > 0 &&
-                   !ishidden();
+            return mnudrawlist(elementsdrawn).checked && mnudrawlist(graphicsdrawn).checked &&
+                   graphics(0, 0, 0) > 0 && !ishidden();
         },
         [](int v) {
             undeformed = contourin(v) && isshape() ? 0 : 1;
             drawlineelements(v);
         });
     setlayer(
-        layers::patches, planes::model, [](int) { return mnudrawlist(5).checked; }, nullptr);
+        layers::patches, planes::model, [](int) { return mnudrawlist(patchesdrawn).checked; },
+        nullptr);
     setlayer(
-        layers::loads, planes::loads, [](int) { return !viewloads(0).checked; }, drawloads);
+        layers::loads, planes::loads, [](int) { return !viewloads(noloads).checked; }, drawloads);
     setlayer(
-        layers::constraints, planes::constraints, [](int) { return mnudrawlist(2).checked; },
-        drawconstraints);
+        layers::constraints, planes::constraints,
+        [](int) { return mnudrawlist(constraintsdrawn).checked; }, drawconstraints);
     setlayer(
         layers::deformed, planes::results, [](int v) { return isshape() && !contourin(v); },
         drawdeformed);
     setlayer(
-        layers::elementstress, planes::results, [](int) { return menupostItem(4).checked; },
-        nullptr);
+        layers::elementstress, planes::results,
+        [](int) { return menupostItem(elementstress).checked; }, nullptr);
     setlayer(
         layers::localaxes, planes::results,
-        [](int) { return mnuSettingsItem(4).checked && !ishidden(); }, drawallaxes);
+        [](int) { return mnuSettingsItem(localaxison).checked && !ishidden(); }, drawallaxes);
     setlayer(
         layers::endreleases, planes::results,
-        [](int) { return mnuSettingsItem(8).checked && !ishidden(); }, drawallreleases);
+        [](int) { return mnuSettingsItem(endreleaseson).checked && !ishidden(); }, drawallreleases);
     setlayer(layers::extremes, planes::results, always, nullptr);
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);

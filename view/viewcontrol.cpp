@@ -170,7 +170,8 @@ void chooseoption(viewform& form, int option, const std::string& group) {
 }
 
 void startviewselection() {
-    for (int i = 0; i <= 4; ++i) MnuSelectItem(i).checked = i == 1;
+    for (int i = selectnodes; i <= selectgraphics; ++i)
+        MnuSelectItem(i).checked = i == selectelements;
     viewselpending = true;
     prompt("Select", "Element(s)", "to view", "<Mouse Left Button> to select, <ESC> to stop");
 }

@@ -74,8 +74,8 @@ TEST(Start, WithoutSizesTheFailurePathDeclaresThem) {
           "5000\r\n-3\r\n5000\r\n5000\r\n2000\r\n200\r\n4\r\n"}) {
         writefile(room.file("decmem.DAT"), damage);
         readmodelsize();
-        EXPECT_EQ(modelsize(7), 2) << damage;
-        EXPECT_EQ(modelsize(2), 5000) << damage;
+        EXPECT_EQ(modelsize(sizeloadcases), 2) << damage;
+        EXPECT_EQ(modelsize(sizeelements), 5000) << damage;
     }
 }
 
@@ -158,7 +158,7 @@ TEST(Modelsize, ChangingTheSizesKeepsTheModel) {
     EXPECT_FALSE(applysizes(form));
     EXPECT_TRUE(room.platform.told("Out of Memory, Reduce size of declaired model"));
     EXPECT_EQ(nnodes(), 5);
-    EXPECT_EQ(modelsize(6), 200);
+    EXPECT_EQ(modelsize(sizeedgenodes), 200);
     nodename(2) = "kept";
     form = showsizes();
     form.text[1] = "17";

@@ -84,7 +84,7 @@ TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {
     EXPECT_EQ(ncon, 2);
     setselectitem(selectelements);
     toggleelement(1);
-    menupostItem(1).checked = true;
+    menupostItem(deformedshape).checked = true;
     rotpo(3) = 0.5;
     editdelete();
     EXPECT_EQ(nelems(), 2);
@@ -98,7 +98,7 @@ TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {
     EXPECT_EQ(elemload(1, 0, 0), 1);
     EXPECT_TRUE(elemload(1, 1, 0) == 2 && elemload(1, 1, 2) == 10) << "the load of element 3";
     EXPECT_EQ(rotpo(2), 0.5);
-    EXPECT_FALSE(menupostItem(1).checked) << "results leave the views";
+    EXPECT_FALSE(menupostItem(deformedshape).checked) << "results leave the views";
     for (int p = 1; p <= 3; ++p) {
         patches(p, 0, 0) = patches(p, 1, 0) = 1;
         patches(p, 1, 1) = 10 * p;
@@ -143,7 +143,7 @@ TEST(Refine, SplitsByTheNodeCount) {
         }
         EXPECT_DOUBLE_EQ(sum / 2, 0.25) << "each part is a quarter and turns the same way";
     }
-    modelsize(1) = 12;
+    modelsize(sizenodes) = 12;
     resetmodel();
     makemodel();
     selectallelements();

@@ -218,11 +218,12 @@ TEST(Merge, RunsWhenWhatWasPlacedIsReleased) {
         editcopy();
         ASSERT_TRUE(editpaste());
         EXPECT_EQ(nnodes(), 8) << "a paste merges nothing itself";
-        menupostItem(1).checked = true;
+        menupostItem(deformedshape).checked = true;
         c.release();
         EXPECT_EQ(nnodes(), c.nodesleft);
         EXPECT_EQ(nelems(), c.elementsleft);
-        EXPECT_EQ(menupostItem(1).checked, !c.merges) << "results of the old numbers leave";
+        EXPECT_EQ(menupostItem(deformedshape).checked, !c.merges)
+            << "results of the old numbers leave";
         addready();
     }
 }

@@ -193,7 +193,7 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
     gridroom room;
     automergenodes = true;
     addnode(2, 6, 3);
-    MnuSelectItem(5).checked = true;
+    MnuSelectItem(selectsnap).checked = true;
     startmode(addnodemode);
     room.click(2, 6.5);  // the node is 3 behind the view plane: out of reach
     ASSERT_EQ(nnodes(), 14);
@@ -212,7 +212,7 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
     EXPECT_NEAR(nodes(0, 16, 1), 6.5, 1e-6);
     keyhandler(keyescape);
     EXPECT_EQ(nnodes(), 15) << "nodes at one place are merged at the end";
-    MnuSelectItem(5).checked = false;
+    MnuSelectItem(selectsnap).checked = false;
 }
 
 TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
@@ -236,7 +236,7 @@ TEST(Mouse, AMoveHasAReferenceATargetAndOneStepBack) {
     editundo();
     EXPECT_EQ(nodes(0, 12, 0), 5) << "the last move alone is taken back, exactly";
     EXPECT_EQ(graphics(1, 2, 1), 2);
-    EXPECT_FALSE(mnuEditItem(0).enabled);
+    EXPECT_FALSE(mnuEditItem(undoitem).enabled);
     keyhandler(keyescape);
     EXPECT_FALSE(movepending || editing);
     EXPECT_EQ(nodesel(0), 0);
@@ -355,10 +355,10 @@ TEST(Mouse, WhatCanNotBePlacedIsToldAndChangesNothing) {
     EXPECT_TRUE(room.platform.toldpart("beyond the range of coordinates"));
     EXPECT_EQ(nnodes(), 12);
     viewscale(2) = 1;
-    while (nnodes() < modelsize(1)) addnode(0, 0, 0);
+    while (nnodes() < modelsize(sizenodes)) addnode(0, 0, 0);
     room.click(1, 1);
     runcommand("ax=1;1;1");
     EXPECT_EQ(room.platform.messages.size(), 3u);
     EXPECT_TRUE(room.platform.toldpart("Increase number of nodes"));
-    EXPECT_EQ(nnodes(), modelsize(1));
+    EXPECT_EQ(nnodes(), modelsize(sizenodes));
 }

@@ -51,7 +51,7 @@ TEST(Analyse, HandsOverAndReadsBack) {
     EXPECT_FALSE(room.platform.running) << "it gives way to the next run";
     EXPECT_EQ(control, "\"" + room.file("m") + "\"\r\n0,1,3,1,1,1,1,1\r\n");
     EXPECT_EQ(nnodes(), 12) << "the memory was cleared and the model read back";
-    EXPECT_EQ(modelsize(1), 5000);
+    EXPECT_EQ(modelsize(sizenodes), 5000);
     EXPECT_EQ(curlcomb, 2);
     EXPECT_EQ(dorenumber, 0);
     EXPECT_TRUE(room.platform.messages.empty());
@@ -111,7 +111,7 @@ TEST(Analyse, OneWindowAtATimeAndNoSolverStaysBehind) {
     EXPECT_FALSE(fs::exists(controlfile()) || fs::exists(room.file("EEM.LCK")));
     {
         solverlock other;
-        ASSERT_TRUE(other.take("/their/bridge"));
+        ASSERT_TRUE(other.acquire("/their/bridge"));
         writefile(controlfile(), "theirs");
         room.platform.cancelled = true;  // of the waiting
         runanalysis();
@@ -198,7 +198,7 @@ TEST(Analyse, AMechanismInThePlaneNamesTheOtherAnalysis) {
 TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     sessionroom room;
     placesolver(room);
-    modelsize(1) = 30000;
+    modelsize(sizenodes) = 30000;
     ASSERT_TRUE(resetmodel());
     for (int n = 1; n <= 25000; ++n) addnode(float(n), 0, 0);
     groups(0, 0) = meshgroup = 2;
@@ -219,7 +219,7 @@ TEST(Analyse, ACancelledRunBringsALargeModelBack) {
     EXPECT_EQ(curlc, 2);
     EXPECT_EQ(meshgroup, 2);
     EXPECT_FALSE(commentvisible) << "a frame that the user has closed stays closed";
-    EXPECT_EQ(modelsize(1), 30000) << "whatever the file of the sizes holds";
+    EXPECT_EQ(modelsize(sizenodes), 30000) << "whatever the file of the sizes holds";
 }
 
 TEST(Analyse, OptionsFollowEachOther) {

@@ -375,14 +375,14 @@ TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
     selcolor = 99;
     commentvisible = true;
     viewvert(2) = 0.25f;
-    menupostItem(1).checked = true;
+    menupostItem(deformedshape).checked = true;
     writefile(room.file("bad.tek"), "3,0\r\n1,2,x\r\n");
     EXPECT_EQ(openfile(room.file("bad.tek")), reply::failed);
     EXPECT_EQ(nnodes(), 12);
     EXPECT_EQ(selcolor, 99);
     EXPECT_EQ(viewvert(2), 0.25f);
     EXPECT_TRUE(commentvisible);
-    EXPECT_TRUE(menupostItem(1).checked) << "results of the model before stay on show";
+    EXPECT_TRUE(menupostItem(deformedshape).checked) << "results of the model before stay on show";
 }
 
 TEST(Modelfiles, AFailedSaveTellsItsFilesInOneBoxAndKeepsTheOldOnes) {
@@ -618,7 +618,7 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     EXPECT_EQ(egroup(5), 4);
     EXPECT_EQ(nodesel(0), 12);
     EXPECT_EQ(ncon, 4) << "conditions do not come along";
-    modelsize(1) = 30;
+    modelsize(sizenodes) = 30;
     openmodel(room.file("m"));
     room.platform.filequeue.assign(2, {true, room.file("m.tek"), 2});
     EXPECT_EQ(menuimport(), reply::done);

@@ -46,7 +46,7 @@ static void makemodel() {
 TEST(Recovery, AModelComesBackWithAllThatBelongsToIt) {
     sessionroom room;
     makemodel();
-    modelsize(1) = 5000;
+    modelsize(sizenodes) = 5000;
     ASSERT_TRUE(writecopy());
     EXPECT_TRUE(findorphans().empty()) << "its process is alive";
     const std::string file = killedcopy(room);
@@ -56,7 +56,7 @@ TEST(Recovery, AModelComesBackWithAllThatBelongsToIt) {
     EXPECT_EQ(found[0].bytes, fs::file_size(file));
     EXPECT_EQ(found[0].when.size(), std::string("2026-01-01 00:00:00").size());
 
-    modelsize(1) = 2;  // the settings declare less by now
+    modelsize(sizenodes) = 2;  // the settings declare less by now
     ASSERT_TRUE(resetmodel());
     commenttext.clear();
     modelname.clear();

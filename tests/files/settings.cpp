@@ -20,8 +20,8 @@ TEST(Settings, SaveAndGetLeaveAllValuesAsTheyWere) {
     nodelabelfont.name = "Courier, \"New\"";
     nodelabelfont.bold = true;
     elemlabelfont.size = 11.5;
-    mnudrawlist(2).checked = false;
-    checkonly(viewloads, 3);
+    mnudrawlist(constraintsdrawn).checked = false;
+    checkonly(viewloads, activecombination);
     nodetol = 0.25;
     dim2d = true;
     singleview = false;
@@ -37,8 +37,8 @@ TEST(Settings, SaveAndGetLeaveAllValuesAsTheyWere) {
     EXPECT_EQ(viewhor(2), -1.25f);
     EXPECT_EQ(backcolor, rgb(10, 20, 30));
     EXPECT_EQ(nodelabelfont.name, "Courier, \"New\"");
-    EXPECT_FALSE(mnudrawlist(2).checked);
-    EXPECT_TRUE(viewloads(3).checked) << "on when none of the first three is";
+    EXPECT_FALSE(mnudrawlist(constraintsdrawn).checked);
+    EXPECT_TRUE(viewloads(activecombination).checked) << "on when none of the first three is";
     EXPECT_EQ(mergetol, 0.25);
     savesettings();
     EXPECT_EQ(contentof(fresh.file("DEFAULTS.DAT")), text);

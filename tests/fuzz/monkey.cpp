@@ -276,7 +276,7 @@ void checkmodel() {
     const int nn = int(nodes(0, 0, 0)), ne = int(elems(0, 0)), ng = int(groups(0, 0));
     need(nn >= 0 && nn <= nodes.upper2, "count of nodes");
     need(ne >= 0 && ne <= elems.upper1, "count of elements");
-    need(ncon >= 0 && ncon <= modelsize(3), "count of constraints");
+    need(ncon >= 0 && ncon <= modelsize(sizeconditions), "count of constraints");
     for (int n = 1; n <= nn; ++n)
         for (int d = 0; d < 3; ++d)
             need(std::isfinite(nodes(0, n, d)), "place of node " + std::to_string(n));

@@ -110,7 +110,7 @@ TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
     setrow(3, 1, 31, 3, 301);
     loadnode(3, 2) = 99;  // behind the rows of case 3: what a compaction has left
     chooseloadcase(form, 0);
-    menupostItem(1).checked = true;
+    menupostItem(deformedshape).checked = true;
     stressloaded = true;
     resultflag = 0;
     delloadcase(form);
@@ -118,7 +118,7 @@ TEST(Loadcases, ADeletionMovesNamesTypesAndTheRowsThatFit) {
     EXPECT_TRUE(stressloaded);
     delloadcase(form);
     EXPECT_NE(form.message.find("stay with their numbers"), std::string::npos);
-    EXPECT_FALSE(menupostItem(1).checked) << "results pair load cases by number";
+    EXPECT_FALSE(menupostItem(deformedshape).checked) << "results pair load cases by number";
     EXPECT_FALSE(stressloaded);
     EXPECT_EQ(resultflag, 1);
     ASSERT_EQ(nlc(), 2);

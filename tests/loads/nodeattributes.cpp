@@ -52,12 +52,12 @@ static void setconstraints(const std::vector<conrow>& rows) {
     }
 }
 
-static void selectnodes(const std::vector<int>& list) {
+static void setselectednodes(const std::vector<int>& list) {
     nodesel(0) = int(list.size());
     for (std::size_t i = 0; i < list.size(); ++i) nodesel(long(i) + 1) = list[i];
 }
 
-static void selectelements(const std::vector<int>& list) {
+static void setselectedelements(const std::vector<int>& list) {
     elemsel(0) = float(list.size());
     for (std::size_t i = 0; i < list.size(); ++i) elemsel(long(i) + 1) = float(list[i]);
 }
@@ -117,7 +117,7 @@ TEST(Attributes, ASelectionGivesTheRowsOfItsNodesOneByOne) {
         if (round % 2) std::ranges::replace(typed, "", " ");  // blanks are empty
 
         setconstraints(rows);
-        selectnodes(selected);
+        setselectednodes(selected);
         attributeform form = openin(attributemodes::constraints);
         fill(form, typed);
         applyconstrains(form);
@@ -131,7 +131,7 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
     makechain(4);
     loadcaseform casesform = openloadkees();
     addloadcase(casesform);
-    selectnodes({1, 4});
+    setselectednodes({1, 4});
     attributeform form = openin(attributemodes::nodalloads);
     fill(form, {"", "-10", "", "", "", "2"});
     applyattributes(form);
@@ -140,8 +140,8 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
     chooseattributecase(form, 0);
     closeattributes(form);
 
-    selectnodes({});
-    selectelements({3, 1});
+    setselectednodes({});
+    setselectedelements({3, 1});
     form = openin(attributemodes::elementloads);
     fill(form, {"", "", "-0.5"});
     applyattributes(form);
@@ -156,7 +156,7 @@ TEST(Attributes, LoadsAndElementLoadsAreOfTheirLoadCase) {
 TEST(Attributes, CaptionsFollowTheTypeOfTheLoadCase) {
     sessionroom room;
     makechain(2);
-    selectnodes({1});
+    setselectednodes({1});
     for (const bool mass : {false, true}) {
         lctype(1) = mass ? 3 : 0;
         const attributeform form = openin(attributemodes::nodalloads);
@@ -176,7 +176,7 @@ TEST(Attributes, WithoutModeOrSelectionApplyChangesNothing) {
         applyattributes(form);
         EXPECT_EQ(constraints(), rows);
         EXPECT_TRUE(loads(1).empty());
-        selectnodes({1});
+        setselectednodes({1});
     }
     EXPECT_EQ(room.platform.messages.size(), 1u) << "that nothing is selected is told once";
 }
@@ -184,7 +184,7 @@ TEST(Attributes, WithoutModeOrSelectionApplyChangesNothing) {
 TEST(Attributes, NumbersOfTheOtherKindAreRefused) {
     sessionroom room;
     makechain(4);
-    selectelements({2});
+    setselectedelements({2});
     attributeform form = openin(attributemodes::constraints);
     setconstraints({{2, 1, 5}});
     chooseitem(form, 1);
@@ -200,14 +200,14 @@ TEST(Attributes, NumbersOfTheOtherKindAreRefused) {
 
 TEST(Attributes, AFailedApplyLeavesTheListsAsTheyWere) {
     sessionroom room;
-    modelsize(3) = 4;
+    modelsize(sizeconditions) = 4;
     allocmodel();
     makechain(4);
     loadnode(0, 0) = 1;
     curlc = 1;
     setconstraints({{1, 1, 0}, {2, 1, 7}, {2, 2, 8}});
     const std::vector<conrow> before = constraints();
-    selectnodes({1, 2});
+    setselectednodes({1, 2});
     attributeform form = openin(attributemodes::constraints);
     const struct {
         std::vector<std::string> fields;
@@ -222,7 +222,7 @@ TEST(Attributes, AFailedApplyLeavesTheListsAsTheyWere) {
         EXPECT_EQ(constraints(), before);
         EXPECT_EQ(room.platform.views[0].count("line"), 6) << "three erased, three drawn again";
     }
-    selectnodes({1, 2, 1, 2});
+    setselectednodes({1, 2, 1, 2});
     fill(form, {"1", "2"});
     EXPECT_EQ(errorof(form), 0) << "four rows fit, a node named twice needs them once";
     EXPECT_EQ(ncon, 4);
@@ -233,7 +233,7 @@ TEST(Attributes, SymbolsAreErasedAndDrawnInTheViewsConcerned) {
     makechain(3);
     singleview = false;
     activeview = 2;
-    selectnodes({1});
+    setselectednodes({1});
     attributeform form = openin(attributemodes::constraints);
     fill(form, {"0"});
     applyattributes(form);
@@ -266,9 +266,9 @@ TEST(Attributes, AnotherLoadCaseIsDrawnInThePlaceOfTheFirst) {
     addloadcase(casesform);
     loadnode(2, 0) = loadnode(2, 1) = loaddof(2, 1) = 1;
     loadval(2, 1) = 7;
-    selectnodes({1});
+    setselectednodes({1});
     attributeform form = openin(attributemodes::nodalloads);
-    checkonly(viewloads, 1);
+    checkonly(viewloads, activecase);
     chooseattributecase(form, 1);
     room.platform.views[0].operations.clear();
     chooseattributecase(form, 0);
@@ -300,7 +300,7 @@ TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {
     loaddof(1, 2) = 4;
     elemload(2, 0, 0) = 1;
     elemload(2, 1, 0) = 3;  // elements 1 and 2 exist
-    selectnodes({3});
+    setselectednodes({3});
     attributeform form = openin(attributemodes::nodalloads);
     applyattributes(form);
     EXPECT_EQ(constraints(), (std::vector<conrow>{{1, 2, 3}}));
@@ -313,8 +313,8 @@ TEST(Attributes, TheAxesOfElementLoadsStandWhileTheWindowIsOpen) {
     makechain(3);
     wirelayers();
     wireloadaxes();
-    mnuSettingsItem(3).checked = false;  // the triad has a blue line too
-    selectelements({2});
+    mnuSettingsItem(globalaxison).checked = false;  // the triad has a blue line too
+    setselectedelements({2});
     const auto drawn = [&](const std::string& start, const std::string& end) {
         return std::ranges::count_if(room.platform.views[0].operations,
                                      [&](const std::string& line) {

@@ -12,7 +12,7 @@
 
 TEST(Picture, FillsThenOutlinesAndTheOtherWayRoundWithLines) {
     plotroom room;
-    mnudrawlist(0).checked = mnudrawlist(2).checked = false;
+    mnudrawlist(nodesdrawn).checked = mnudrawlist(constraintsdrawn).checked = false;
     showcontour();
     const auto& list = room.platform.views[0].operations;
     const auto firstof = [&](const std::string& start, const std::string& end) {
@@ -27,10 +27,10 @@ TEST(Picture, FillsThenOutlinesAndTheOtherWayRoundWithLines) {
     redrawall();
     EXPECT_EQ(room.platform.views[0].count("polygon"), 0) << "nothing is filled in a wire picture";
     EXPECT_GT(firstof("line", "#00c832 w2"), firstof("line", "#000000"));
-    mnudrawlist(10).checked = true;
+    mnudrawlist(hiddenline).checked = true;
     redrawall();
     EXPECT_EQ(room.platform.views[0].count("polygon"), 2) << "faces cover what lies behind them";
-    mnudrawlist(1).checked = false;
+    mnudrawlist(elementsdrawn).checked = false;
     redrawall();
     EXPECT_EQ(firstof("line", "#000000"), std::ssize(list)) << "no mesh, no outline";
 }
@@ -38,7 +38,7 @@ TEST(Picture, FillsThenOutlinesAndTheOtherWayRoundWithLines) {
 // The plot follows the deformed shape: every place of the fill is displaced.
 TEST(Picture, LiesOnTheDeformedShape) {
     plotroom room;
-    mnudrawlist(1).checked = false;
+    mnudrawlist(elementsdrawn).checked = false;
     stresscomp = 2;  // all 0: each element in one piece
     showcontour();
     const std::vector<std::string> flat = room.platform.views[0].operations;

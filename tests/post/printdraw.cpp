@@ -34,7 +34,7 @@ struct printroom : sessionroom {
         viewvert(1) = float(toradians(90));  // x to the right, y upwards
         viewhor(1) = float(toradians(-90));
         autoscale(1);
-        mnuSettingsItem(3).checked = false;  // the triad keeps to its view's size
+        mnuSettingsItem(globalaxison).checked = false;  // the triad keeps to its view's size
     }
     // Paper for views of this size.
     void paper(double width, double height) {
@@ -70,7 +70,7 @@ static std::vector<stroke> linesin(const std::vector<std::string>& operations) {
 
 TEST(Printing, APageHoldsTheViewsPictureInPerspective) {
     printroom room;
-    checkonly(Nodelabeltype, 1);
+    checkonly(Nodelabeltype, nodenumbers);
     ncon = 1;
     connode(1) = condof(1) = 1;
     viewhor(1) = float(toradians(-60));
@@ -134,7 +134,7 @@ TEST(Printing, FourViewsStandInTwoRows) {
 TEST(Printing, LeavesViewsAndColoursAsTheyWere) {
     printroom room;
     backcolor = hidcolor = rgb(10, 20, 30);
-    mnudrawlist(10).checked = true;
+    mnudrawlist(hiddenline).checked = true;
     shadingon = false;
     addelement(2, {1, 2, 3});
     maxdisp = 0.5;
@@ -163,9 +163,9 @@ TEST(Printing, TheFootTellsModelAndCombination) {
     modelname = room.file("jacket");
     lcombname(1) = "Storm";
     EXPECT_EQ(footleft(), "jacket") << "no results are on show";
-    menupostItem(1).checked = true;
+    menupostItem(deformedshape).checked = true;
     EXPECT_EQ(footleft(), "jacket - Storm");
-    menupostItem(3).checked = true;
+    menupostItem(modeshape).checked = true;
     EXPECT_EQ(footleft(), "jacket - mode shape 1");
 }
 

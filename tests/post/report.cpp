@@ -287,7 +287,7 @@ TEST(Report, LeavesTheDisplayAsItWas) {
     const double largest = maxdisp;
     const float moved = nodes(1, 3, 1);
     nodes(0, 3, 1) = 1.75f;  // an edit that is in no file
-    menupostItem(2).checked = true;
+    menupostItem(contourplot).checked = true;
     ASSERT_TRUE(prepareplot());
     const double most = indexmax;
     room.report();
@@ -297,7 +297,7 @@ TEST(Report, LeavesTheDisplayAsItWas) {
     EXPECT_EQ(nodes(0, 3, 1), 1.75f);
     EXPECT_TRUE(plotready()) << "the plot on show keeps its scale";
     EXPECT_EQ(indexmax, most);
-    menupostItem(2).checked = false;
+    menupostItem(contourplot).checked = false;
 }
 
 TEST(Report, AFileThatCanNotBeWrittenIsToldAndTheFormerOneStays) {

@@ -346,8 +346,8 @@ TEST(Genmesh, RoomIsNeededForNodesAndElements) {
          {std::tuple(0, 0, "press <Accept>"), {1, 0, "Too many nodes"}, {0, 1, "Too many elem"}}) {
         sessionroom room;
         mesh2dform form = openwith(0, rectangle(59, 69));
-        nodes(0, 0, 0) = float(modelsize(1) - nodesneeded + lessnodes);
-        elems(0, 0) = float(modelsize(2) - elemsneeded + lesselems);
+        nodes(0, 0, 0) = float(modelsize(sizenodes) - nodesneeded + lessnodes);
+        elems(0, 0) = float(modelsize(sizeelements) - elemsneeded + lesselems);
         generatemesh(form);
         EXPECT_NE(form.message.find(message), std::string::npos) << form.message;
         nodes(0, 0, 0) = elems(0, 0) = 0;

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "core/session.h"
+#include "edit/find.h"
 #include "edit/snap.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/drawn.h"
@@ -278,10 +279,10 @@ TEST(Graphics, LinesAndMarksStandInTheirLayers) {
     addline({0, 0, 0}, {4, 0, 0}, 4);
     drawview(1);
     EXPECT_EQ(room.platform.views[0].count("circle"), 5);
-    mnudrawlist(4).checked = false;
+    mnudrawlist(graphicsdrawn).checked = false;
     drawview(1);
     EXPECT_EQ(room.platform.views[0].count("circle"), 0);
-    mnudrawlist(4).checked = true;
+    mnudrawlist(graphicsdrawn).checked = true;
     graphics(1, 0, 1) = 1e9f;  // marks that no eye can tell apart are left out
     drawview(1);
     EXPECT_LE(room.platform.views[0].count("circle"), 1001);

@@ -81,10 +81,10 @@ TEST(Groups, AddingFindsAFreeName) {
     EXPECT_EQ(form.text[2] + form.text[3] + form.text[4], "1021030") << "its section is not";
     EXPECT_EQ(groupmat(4, 2, 2), 0);
     EXPECT_EQ(groups(1, 1), 5) << "the group that was left is kept";
-    while (ngroups() < modelsize(4)) addgroup(form);
+    while (ngroups() < modelsize(sizegroups)) addgroup(form);
     addgroup(form);
     EXPECT_EQ(form.message, "Maximum number of groups");
-    EXPECT_EQ(ngroups(), modelsize(4));
+    EXPECT_EQ(ngroups(), modelsize(sizegroups));
 }
 
 TEST(Groups, DeletingMovesAllThatNamesAGroup) {

@@ -102,9 +102,9 @@ TEST(Modifyelem, LoadsAndReleasesStayWhereTheyPoint) {
         for (int e = 1; e <= 4; ++e)
             EXPECT_LT(lengthof(loadon(e) - before[std::size_t(e) - 1]), 1e-4) << e << mirror;
     }
-    elemload(1, 0, 0) = float(modelsize(3));
+    elemload(1, 0, 0) = float(modelsize(sizeconditions));
     const auto corners = room.corners(2);
-    for (int i = 1; i <= modelsize(3); ++i) elemload(1, i, 0) = elemload(1, i, 1) = 2;
+    for (int i = 1; i <= modelsize(sizeconditions); ++i) elemload(1, i, 0) = elemload(1, i, 1) = 2;
     form.mirror = false;
     form.rotate = true;
     applymodifyelem(form);

@@ -69,8 +69,8 @@ TEST(Hidden, PaintsTheFarFacetFirstAndNodesOnTheirElement) {
             addnode(float(at.first), float(at.second), z);
     addelement(9, {1, 2, 3, 4});
     addelement(9, {8, 7, 6, 5});  // its normal points away from the eye
-    mnudrawlist(10).checked = true;
-    mnuSettingsItem(3).checked = false;
+    mnudrawlist(hiddenline).checked = true;
+    mnuSettingsItem(globalaxison).checked = false;
     lightangz = 90;       // light along the normals
     viewdist(2) = 1e30f;  // no perspective
     drawview(2);
@@ -80,8 +80,8 @@ TEST(Hidden, PaintsTheFarFacetFirstAndNodesOnTheirElement) {
     EXPECT_EQ(drawn[6].substr(0, 7), "polygon");
     EXPECT_EQ(room.platform.views[1].count("circle"), 8);
     shadingon = false;
-    mnudrawlist(0).checked = false;
-    checkonly(elemlabeltype, 4);
+    mnudrawlist(nodesdrawn).checked = false;
+    checkonly(elemlabeltype, elementcolours);
     drawview(2);
     EXPECT_EQ(room.platform.views[1].count(
                   "polygon 8.00 3.00 11.97 3.00 11.97 6.97 8.00 6.97 #00ff00 #00ff00"),
@@ -96,10 +96,10 @@ TEST(Hidden, LabelsStandOutFromTheFillingAndGroupsKeepTheirColour) {
         addnode(float(at.first), float(at.second), 0);
     addelement(9, {1, 2, 3, 4});
     setpreset(1, 1);
-    mnudrawlist(10).checked = true;
-    mnuSettingsItem(3).checked = false;
+    mnudrawlist(hiddenline).checked = true;
+    mnuSettingsItem(globalaxison).checked = false;
     shadingon = false;
-    checkonly(elemlabeltype, 1);
+    checkonly(elemlabeltype, elementnumbers);
     const struct {
         colour fill, label;
     } cases[] = {{rgb(0, 150, 255), rgb(255, 106, 1)},  // the inverse, not that of the blue nodes
@@ -114,9 +114,9 @@ TEST(Hidden, LabelsStandOutFromTheFillingAndGroupsKeepTheirColour) {
     }
     hidcolor = rgb(0, 150, 255);
     addelement(6, {1, 3}, 1);
-    checkonly(elemlabeltype, 4);
+    checkonly(elemlabeltype, elementcolours);
     groups(0, 0) = 1;
-    menupostItem(1).checked = true;
+    menupostItem(deformedshape).checked = true;
     drawview(1);
     EXPECT_EQ(room.platform.views[0].count("line"), 2);
     EXPECT_EQ(room.platform.views[0].count("line 8.00 7.00 12.00 3.00 #00ff00"), 2)

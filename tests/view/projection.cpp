@@ -270,7 +270,7 @@ TEST(Layers, DotsAndSupportsThinOutWhereTheyStandClose) {
     EXPECT_LT(drawn(2, "circle"), 41 * 41 / 9);
     EXPECT_GT(drawn(2, "circle"), 41 * 41 / 40);
     EXPECT_LT(drawn(2, "line"), 41 / 2);
-    menupostItem(2).checked = true;
+    menupostItem(contourplot).checked = true;
     EXPECT_LT(drawn(1, "circle"), 900) << "further apart over a contour";
     EXPECT_EQ(room.platform.views[0].count("circle 10.00 5.00 0.03"), 1) << "and smaller";
     viewscale(2) = 1;
@@ -283,7 +283,7 @@ TEST(Layers, ABeamKeepsItsColourUnderAGraphicLine) {
     addelement(1, {1, 2});
     graphics(0, 0, 0) = 1;
     layer(layers::graphicslines).draw = [](int v) { target(v)->line(0, 0, 1, 1, graphcolor); };
-    mnudrawlist(4).checked = true;
+    mnudrawlist(graphicsdrawn).checked = true;
     drawview(2);
     const auto& drawn = room.platform.views[1].operations;
     EXPECT_EQ(room.platform.views[1].count("line 6.00 7.00 14.00 7.00 #0096ff w2"), 2);
@@ -300,8 +300,8 @@ TEST(Layers, LabelsStandInViewOneAlone) {
     addelement(3, {1, 2, 3, 4});
     viewvert(1) = viewvert(2);
     viewhor(1) = viewhor(2);
-    checkonly(elemlabeltype, 2);
-    checkonly(Nodelabeltype, 1);
+    checkonly(elemlabeltype, elementtypes);
+    checkonly(Nodelabeltype, nodenumbers);
     drawview(1);
     drawview(2);
     EXPECT_EQ(room.platform.views[0].count("text"), 3 + 4 + 1);
@@ -315,7 +315,7 @@ TEST(Layers, DeformedShapeMeasuresTheUnitVector) {
     addelement(1, {1, 2});
     nodes(1, 2, 1) = 0.002f;
     maxdisp = 0.002;
-    menupostItem(1).checked = true;
+    menupostItem(deformedshape).checked = true;
     viewscale(2) = 0.5;
     drawview(2);
     EXPECT_EQ(room.platform.views[1].count("line 8.00 6.00 12.00 5.50 #0000ff w2"), 1)
@@ -331,7 +331,7 @@ TEST(Layers, TheSlabCutsLines) {
     addnode(8, 0, 0);
     addelement(1, {1, 2});
     viewdepth(2) = 5;
-    mnudrawlist(0).checked = mnuSettingsItem(3).checked = false;
+    mnudrawlist(nodesdrawn).checked = mnuSettingsItem(globalaxison).checked = false;
     const struct {
         float z1, z2;  // the view looks along z
         const char* line;

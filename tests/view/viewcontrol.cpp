@@ -55,7 +55,7 @@ TEST(Viewcontrol, APastedViewShowsTheElementsOfTheOther) {
         copyview(1, 3, 1, 1, 4, 4);
         EXPECT_EQ(room.shownin(3), room.shownin(1)) << "so does a window of it";
         EXPECT_EQ(viewselnum(3), viewselnum(1));
-        mnudrawlist(0).checked = mnuSettingsItem(3).checked = false;
+        mnudrawlist(nodesdrawn).checked = mnuSettingsItem(globalaxison).checked = false;
         drawview(3);
         EXPECT_EQ(room.platform.views[2].count("line"), option == 1 ? 2 : 1);
         chooseoption(room.form, 0, "other");

@@ -48,7 +48,7 @@ TEST(Waterplane, IsDrawnAroundTheModelForBuoyancyCasesOnShow) {
     lctype(1) = 9;
     lcpar(1, 0) = 3;
     lcpar(1, 1) = 1000;
-    checkonly(viewloads, 1);
+    checkonly(viewloads, activecase);
     viewvert(1) = viewhor(1) = 0;  // y to the right, z upwards
     drawcolor = backcolor;
     drawloads(1);

@@ -108,7 +108,7 @@ TEST_F(Window, TheFiveStepsOfTheReadme) {
     });
     EXPECT_TRUE(status().contains("Analysed in")) << status().toStdString();
     choose("p", "Deformed Shape");
-    until("the deformed shape", [] { return menupostItem(1).checked && maxdisp > 0; });
+    until("the deformed shape", [] { return menupostItem(deformedshape).checked && maxdisp > 0; });
     const double first = ask([] { return maxdisp; });
     click("Combo1");
     untilactive("QComboBoxPrivateContainer");

@@ -2,8 +2,6 @@
 // The first filling of the working directory from installed data that nobody may write.
 #include "core/appdir.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>

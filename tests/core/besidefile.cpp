@@ -3,7 +3,6 @@
 // leave.
 #include "core/besidefile.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>

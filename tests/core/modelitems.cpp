@@ -2,12 +2,8 @@
 // Whole items and references, over every row of the table that has to do with them.
 #include "core/modelitems.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
 
-#include "core/model.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 
 static const int many = 8;  // items of each kind

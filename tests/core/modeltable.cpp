@@ -2,14 +2,11 @@
 // The table of the model: complete, and what goes over its rows.
 #include "core/modeltable.h"
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <regex>
 #include <set>
 
 #include "core/keptmodel.h"
-#include "core/model.h"
 #include "files/setmem.h"
 #include "tests/support/recorder.h"
 

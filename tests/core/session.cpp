@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Arrays, start of a session, declared sizes, compaction.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "core/catalogue.h"
 #include "core/colours.h"
 #include "core/labels.h"
-#include "core/model.h"
 #include "core/modelsize.h"
 #include "core/pack.h"
-#include "core/session.h"
 #include "core/start.h"
-#include "core/views.h"
 #include "files/setmem.h"
 #include "tests/support/recorder.h"
 

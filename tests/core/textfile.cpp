@@ -2,8 +2,6 @@
 // Number text, the token reader and the whole-or-nothing writer.
 #include "core/textfile.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstring>
 #include <filesystem>

@@ -2,11 +2,6 @@
 // Direct commands on the selection and in the mode that adds nodes.
 #include "edit/commands.h"
 
-#include <gtest/gtest.h>
-
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
 #include "tests/support/recorder.h"

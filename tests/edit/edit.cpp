@@ -2,13 +2,8 @@
 // Copy, paste, delete with renumbering, refinement.
 #include "edit/Edit.h"
 
-#include <gtest/gtest.h>
-
 #include "core/catalogue.h"
-#include "core/model.h"
-#include "core/session.h"
 #include "core/start.h"
-#include "core/views.h"
 #include "edit/move.h"
 #include "edit/refine.h"
 #include "edit/selection.h"

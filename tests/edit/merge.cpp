@@ -2,15 +2,11 @@
 // Merging against the plain sweep over all pairs, and what has to follow a merged node.
 #include "edit/merge.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <random>
 
 #include "core/catalogue.h"
-#include "core/model.h"
-#include "core/session.h"
 #include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"

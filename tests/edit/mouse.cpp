@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Picking, windows, snap, moves and modes through the events of a view.
-#include <gtest/gtest.h>
-
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
 #include "edit/find.h"

@@ -2,9 +2,6 @@
 // The dialog "General Options": what its boxes take and what it stores.
 #include "edit/options.h"
 
-#include <gtest/gtest.h>
-
-#include "core/session.h"
 #include "tests/support/recorder.h"
 #include "view/hidden.h"
 

@@ -2,8 +2,6 @@
 // The hand-over to the solver: control file, lock, end of a run and what is left of it.
 #include "files/analyse.h"
 
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -14,9 +12,7 @@
 
 #include "core/besidefile.h"
 #include "core/colours.h"
-#include "core/model.h"
 #include "core/modelsize.h"
-#include "core/session.h"
 #include "core/start.h"
 #include "files/filemenu.h"
 #include "files/runlog.h"
@@ -58,8 +54,7 @@ TEST(Analyse, HandsOverAndReadsBack) {
 }
 
 TEST(Analyse, AMissingFailingOrCrashingSolverIsTold) {
-    sessionroom room;
-    fillmodel();
+    filledroom room;
     modelname = room.file("m");
     const auto run = [&](const char* told) {
         runanalysis();

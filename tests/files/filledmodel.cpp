@@ -2,9 +2,6 @@
 #include "tests/files/filledmodel.h"
 
 #include "core/colours.h"
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "files/saving.h"
 #include "tests/support/recorder.h"
 

@@ -1,31 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The file set both ways: round trips, old layouts, dropped rows, damage of every kind.
-#include <gtest/gtest.h>
-
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <limits>
 #include <random>
-#include <utility>
 
-#include "core/besidefile.h"
-#include "core/checksum.h"
 #include "core/colours.h"
-#include "core/journal.h"
-#include "core/model.h"
-#include "core/modelsize.h"
-#include "core/session.h"
 #include "core/start.h"
-#include "core/views.h"
-#include "edit/Edit.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/saving.h"
 #include "tests/files/filledmodel.h"
-#include "tests/support/recorder.h"
 #include "view/moddraw.h"
 
 namespace fs = std::filesystem;
@@ -41,9 +27,7 @@ static std::string withoutviews(const std::string& tek) {
 }
 
 TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     ASSERT_TRUE(openmodel(room.file("a")));
     EXPECT_EQ(groupname(2), "Box, \"welded\"");
     EXPECT_EQ(commenttext, "Lines, with \"quotes\"\nand 1,5 umlauts \xC3\xA4\n");
@@ -77,9 +61,7 @@ TEST(Modelfiles, EverySingleOfAPrescribedValueComesBack) {
 }
 
 TEST(Modelfiles, TheTextIsTheOneOfTheFormat) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     const std::string tek = contentof(room.file("a.tek"));
     EXPECT_EQ(tek.substr(0, 6), "12,4\r\n");
     EXPECT_NE(tek.find("\r\n6\r\n1,2,2\r\n9\r\n1,2,3,4,1\r\n4\r\n7,1\r\n"), tek.npos);
@@ -94,8 +76,7 @@ TEST(Modelfiles, TheTextIsTheOneOfTheFormat) {
 }
 
 TEST(Modelfiles, FreeSlotsDoNotReachTheFiles) {
-    sessionroom room;
-    fillmodel();
+    filledroom room;
     elems(2, 0) = 0;
     elemsel(0) = endrelease(4, 1, 5) = 1;
     elemsel(1) = 4;
@@ -126,9 +107,7 @@ TEST(Modelfiles, DofTypeFollowsElementsAndDimension) {
 }
 
 TEST(Modelfiles, DamagedViewsAreToldAndTheModelOpens) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     const std::string tek = withoutviews(contentof(room.file("a.tek")));
     for (const char* line : {"1,2,3,0.5,0.5,0,9,NaN", "1,2,3,0.5,0.5,0,9,1E+39", "1,2,3", "x"}) {
         writefile(room.file("a.tek"), tek + line + "\r\n");
@@ -141,9 +120,7 @@ TEST(Modelfiles, DamagedViewsAreToldAndTheModelOpens) {
 }
 
 TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     writefile(room.file("a.mlt"),
               "2\r\n\"Old 1\"\r\n1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n"
               "\"Old 2\"\r\n11\r\n12\r\n13\r\n14\r\n15\r\n16\r\n17\r\n18\r\n19\r\n20\r\n");
@@ -166,9 +143,7 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
 }
 
 TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     writefile(room.file("a.vpl"), "4\r\n0,1,5\r\n13,1,5\r\n12,2,7\r\n1,4,0\r\n");
     writefile(room.file("a.knk"), "3\r\n0,1,5\r\n2,1,8\r\n99,1,5\r\n0\r\n");
     writefile(room.file("a.ell"), "2\r\n5,1,5\r\n4,1,9\r\n0\r\n");
@@ -177,13 +152,16 @@ TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {
     EXPECT_TRUE(connode(1) == 12 && conval(1) == 7);
     EXPECT_TRUE(loadnode(1, 0) == 1 && loadval(1, 1) == 8);
     EXPECT_TRUE(elemload(1, 0, 0) == 1 && elemload(1, 1, 0) == 4);
+    writefile(room.file("a.vpl"), "3\r\n0,0,0\r\n1,2,5\r\n99,7,1E60\r\n");
+    writefile(room.file("a.knk"), "2\r\n0,0,0\r\n3,1,4\r\n0\r\n");
+    ASSERT_TRUE(openmodel(room.file("a")));
+    EXPECT_TRUE(ncon == 1 && condof(1) == 2 && loadnode(1, 0) == 1 && loadval(1, 1) == 4)
+        << "whatever else the row of no node holds";
     EXPECT_TRUE(room.platform.messages.empty());
 }
 
 TEST(Modelfiles, AModelOverTheSizesIsToldAndDropped) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     writefile(room.file("a.gra"), "1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n1,4,0.5,0,0,0,0,6,0,0,0,0,0\r\n");
     const struct {
         int size, value;
@@ -228,9 +206,7 @@ class drawingplatform : public recorder {
 };
 
 TEST(Modelfiles, AModelThatIsHalfReadIsNotDrawn) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     for (const int i : {1, 2}) modelsize(i) = 3;
     ASSERT_TRUE(resetmodel());
     {
@@ -246,9 +222,7 @@ TEST(Modelfiles, AModelThatIsHalfReadIsNotDrawn) {
 // Whatever stands in the files: a message or a model, never a crash, and the model in hand
 // survives a .tek that can not be read.
 TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("good"));
+    filledroom room("good");
     saveas(room.file("bad"));
     for (int i = 1; i <= 6; ++i) modelsize(i) = 64;
     std::mt19937 random(11);
@@ -300,9 +274,7 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
 
 // What no reader would take is not written over what can be read.
 TEST(Modelfiles, NumbersBeyondAllBoundsNeverReachTheFiles) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
+    filledroom room("m");
     const std::string good = contentof(room.file("m.tek"));
     nodes(0, 3, 1) = std::numeric_limits<float>::infinity();
     lcomb(1, 1) = std::numeric_limits<float>::quiet_NaN();
@@ -321,8 +293,7 @@ TEST(Modelfiles, NumbersBeyondAllBoundsNeverReachTheFiles) {
 }
 
 TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
-    sessionroom room;
-    fillmodel();
+    filledroom room;
     loadnode(2, 0) = loaddof(2, 1) = 1;
     loadnode(2, 1) = 3;
     saveas(room.file("m"));
@@ -338,9 +309,7 @@ TEST(Modelfiles, AMissingOrDamagedCaseFileLeavesTheLoads) {
 }
 
 TEST(Modelfiles, MissingAndOldViewsTakeTheDefaults) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
+    filledroom room("m");
     const std::string text = contentof(room.file("m.tek"));
     std::string old = withoutviews(text);
     writefile(room.file("m.tek"), old);
@@ -370,8 +339,7 @@ TEST(Modelfiles, MissingAndOldViewsTakeTheDefaults) {
 }
 
 TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
-    sessionroom room;
-    fillmodel();
+    filledroom room;
     selcolor = 99;
     commentvisible = true;
     viewvert(2) = 0.25f;
@@ -386,9 +354,7 @@ TEST(Modelfiles, AFailedOpenBringsBackColoursViewsAndComment) {
 }
 
 TEST(Modelfiles, AFailedSaveTellsItsFilesInOneBoxAndKeepsTheOldOnes) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
+    filledroom room("a");
     saveas(room.file("b"));
     const std::string old = contentof(room.file("b.mlt")), vpl = contentof(room.file("b.vpl"));
     for (const char* name : {"b.tek", "b.vpl"}) fs::permissions(room.file(name), fs::perms(0444));
@@ -421,9 +387,7 @@ TEST(Modelfiles, AFailedSaveTellsItsFilesInOneBoxAndKeepsTheOldOnes) {
 
 // A damaged or changed file is not overwritten unasked, and is kept when it is.
 TEST(Modelfiles, WhatWasNotReadIsNotOverwrittenWithoutAQuestion) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
+    filledroom room("m");
     const std::string damaged = contentof(room.file("m.knk")).substr(0, 5);
     writefile(room.file("m.knk"), damaged);
     ASSERT_TRUE(openmodel(room.file("m")));
@@ -447,18 +411,6 @@ TEST(Modelfiles, WhatWasNotReadIsNotOverwrittenWithoutAQuestion) {
     EXPECT_EQ(contentof(room.file("m.lcd")), "written by another program");
 }
 
-TEST(Modelfiles, RowsOfNoNodeFallAwayWhateverElseTheyHold) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
-    writefile(room.file("m.vpl"), "3\r\n0,0,0\r\n1,2,5\r\n99,7,1E60\r\n");
-    writefile(room.file("m.knk"), "2\r\n0,0,0\r\n3,1,4\r\n0\r\n");
-    room.platform.messages.clear();
-    ASSERT_TRUE(openmodel(room.file("m")));
-    EXPECT_TRUE(room.platform.messages.empty());
-    EXPECT_TRUE(ncon == 1 && condof(1) == 2 && loadnode(1, 0) == 1 && loadval(1, 1) == 4);
-}
-
 // The nodes of an element that has no type are no elements.
 TEST(Modelfiles, AnElementOfTypeZeroMayNotShiftTheNumbersBehindIt) {
     sessionroom room;
@@ -472,8 +424,7 @@ TEST(Modelfiles, AnElementOfTypeZeroMayNotShiftTheNumbersBehindIt) {
 }
 
 TEST(Modelfiles, WithoutAGroupFileTheElementsKeepTheirNumbers) {
-    sessionroom room;
-    fillmodel();
+    filledroom room;
     egroup(3) = 5;
     saveas(room.file("m"));
     fs::remove(room.file("m.mlt"));
@@ -483,167 +434,4 @@ TEST(Modelfiles, WithoutAGroupFileTheElementsKeepTheirNumbers) {
     EXPECT_TRUE(egroup(3) == 5 && egroup(1) == 2 && ngroups() == 5);
     EXPECT_EQ(groupname(5), "GR 5");
     EXPECT_EQ(groups(5, 1), 210000);
-}
-
-TEST(Filemenu, SaveAsSplitsTheNameAndAsksBeforeReplacing) {
-    sessionroom room;
-    fillmodel();
-    room.platform.filequeue.push_back({true, room.file("m.tek"), 2});
-    EXPECT_EQ(menusave(), reply::done);
-    EXPECT_EQ(modelname, room.file("m"));
-    EXPECT_EQ(room.platform.title, "Kalvane © 4.1: " + room.file("m"));
-    const std::string old = contentof(room.file("m.tek"));
-    addnode(1, 1, 1);
-    room.platform.filequeue.push_back({true, room.file("m.tek"), 2});
-    room.platform.answerqueue.push_back(answers::no);
-    EXPECT_EQ(menusave(), reply::cancelled);
-    EXPECT_EQ(room.platform.messages.back().preset, answers::no);
-    EXPECT_EQ(contentof(room.file("m.tek")), old);
-    room.platform.filequeue.push_back({true, room.file("n"), 2});
-    EXPECT_EQ(menusave(), reply::done) << "a name without extension gets the filter's";
-    EXPECT_TRUE(fs::exists(room.file("n.tek")));
-    room.platform.filequeue.push_back({true, room.file("ver.1.2"), 2});
-    EXPECT_EQ(menusave(), reply::done);
-    EXPECT_TRUE(fs::exists(room.file("ver.1.2.tek")));
-    EXPECT_EQ(openfile(room.file("ver.1.2.tek")), reply::done);
-    EXPECT_EQ(menusave(), reply::cancelled) << "the dialog was left by Cancel";
-}
-
-TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
-    fs::rename(room.file("m.vpl"), room.file("m.VPL"));
-    saveas(room.file("M"));  // another model
-    ncon = 1;
-    saveas(room.file("M"));
-    room.platform.filequeue.push_back({true, room.file("m.TEK"), 2});
-    EXPECT_EQ(menuopen(), reply::done);
-    EXPECT_EQ(ncon, 4) << "a side file of another case is found";
-    const std::size_t before = recentfiles().size();
-    EXPECT_EQ(openrecent(int(before) - 1), reply::done);
-    EXPECT_EQ(recentfiles().size(), before);
-    EXPECT_EQ(recentfiles().back(), room.file("m"));
-    EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
-    EXPECT_EQ(modelname, room.file("m"));
-    EXPECT_EQ(openfile(room.file("m")), reply::done) << "a model by its bare name";
-    writefile(room.file("notes.md"), "text");
-    EXPECT_EQ(openfile(room.file("notes.md")), reply::failed);
-    EXPECT_TRUE(room.platform.toldpart("Files of type \".md\" can not be used here"));
-}
-
-// Results are of the model that their checksum names, however the views looked at it.
-TEST(Filemenu, ResultsOlderThanTheirModelAreKnownAtOpen) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("a"));
-    writefile(room.file("a.sum"),
-              "\"static\",\"" + modelchecksum(room.file("a")) + "\",1\r\n\"modes\",\"\",0\r\n");
-    const auto reopened = [&] {
-        saveas(room.file("a"));
-        EXPECT_EQ(openfile(room.file("a.tek")), reply::done);
-        return isresultstale();
-    };
-    viewscale(1) *= 2;
-    EXPECT_FALSE(reopened());
-    nodes(0, 2, 0) += 1;
-    EXPECT_TRUE(reopened());
-    noteanalysis();
-    EXPECT_FALSE(isresultstale());
-}
-
-TEST(Filemenu, NewAsksFirstAndNeverLosesWork) {
-    sessionroom room;
-    fillmodel();
-    room.platform.answerqueue.push_back(answers::cancel);
-    EXPECT_EQ(menunew(), reply::cancelled);
-    EXPECT_EQ(nnodes(), 12);
-    room.platform.answerqueue.push_back(answers::yes);  // and the save dialog is left by Cancel
-    EXPECT_EQ(menunew(), reply::cancelled);
-    EXPECT_EQ(nnodes(), 12);
-    room.platform.answerqueue.push_back(answers::no);
-    EXPECT_EQ(menunew(), reply::done);
-    EXPECT_EQ(nnodes(), 0);
-    EXPECT_EQ(room.platform.title, "Kalvane © 4.1: ");
-    EXPECT_TRUE(room.platform.told("Save model ?"));
-}
-
-// One row a thing that a user changes; each is work that another model would replace.
-TEST(Filemenu, OpenAsksForWorkThatWouldBeLost) {
-    const std::pair<const char*, void (*)()> changes[] = {
-        {"nothing", [] { viewhor(1) = 2; }},
-        {"a place", [] { nodes(0, 3, 2) += 1; }},
-        {"a node", [] { addnode(9, 9, 9); }},
-        {"an element's group", [] { egroup(2) = 2; }},
-        {"a rotation", [] { rotpo(1) += 0.5; }},
-        {"a graphic element", [] { graphics(1, 1, 1) += 1; }},
-        {"a patch", [] { patches(1, 1, 1) = 9; }},
-        {"a constraint", [] { conval(1) += 1; }},
-        {"a nodal load", [] { loadval(1, 1) += 1; }},
-        {"an element load", [] { elemload(1, 1, 2) += 1; }},
-        {"a load case", [] { lcname(1) += "x"; }},
-        {"a parameter", [] { lcpar(1, 2) += 1; }},
-        {"a factor", [] { lcomb(1, 1) += 1; }},
-        {"a property", [] { groups(1, 4) += 1; }},
-        {"a group's name", [] { groupname(1) += "x"; }},
-        {"the comment", [] { commenttext += "x"; }},
-    };
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
-    for (const auto& [what, change] : changes) {
-        ASSERT_EQ(openfile(room.file("m.tek")), reply::done);
-        change();
-        room.platform.messages.clear();
-        room.platform.answerqueue = {answers::cancel};
-        const bool work = std::string(what) != "nothing";
-        EXPECT_EQ(openrecent(int(recentfiles().size()) - 1), work ? reply::cancelled : reply::done)
-            << what;
-        EXPECT_EQ(room.platform.told("Save model ?"), work) << what;
-    }
-    saveas(room.file("m"));
-    room.platform.messages.clear();
-    EXPECT_EQ(menuopen(), reply::cancelled) << "the file dialog, which the recorder leaves";
-    EXPECT_TRUE(room.platform.messages.empty()) << "saved: nothing to lose";
-}
-
-TEST(Filemenu, ImportPastesBehindTheModel) {
-    sessionroom room;
-    fillmodel();
-    saveas(room.file("m"));
-    room.platform.filequeue.push_back({true, room.file("m.tek"), 2});
-    EXPECT_EQ(menuimport(), reply::done);
-    EXPECT_EQ(elems(6, 3), 15);
-    EXPECT_EQ(groupname(4), "Box, \"welded\"*");
-    EXPECT_EQ(egroup(5), 4);
-    EXPECT_EQ(nodesel(0), 12);
-    EXPECT_EQ(ncon, 4) << "conditions do not come along";
-    modelsize(sizenodes) = 30;
-    openmodel(room.file("m"));
-    room.platform.filequeue.assign(2, {true, room.file("m.tek"), 2});
-    EXPECT_EQ(menuimport(), reply::done);
-    EXPECT_EQ(menuimport(), reply::failed);
-    EXPECT_EQ(ngroups(), 4) << "and no groups behind";
-    EXPECT_TRUE(
-        room.platform.told("Increase number of nodes or elements on Model declaration form. "
-                           "Do: [File,modelsize..]"));
-    EXPECT_EQ(nnodes(), 24) << "a paste that does not fit leaves the model as it was";
-}
-
-TEST(Filemenu, ExitSavesOrStays) {
-    sessionroom room;
-    fillmodel();
-    room.platform.answerqueue = {answers::yes};
-    EXPECT_FALSE(exitprompt(closemodes::user)) << "the save was cancelled, nothing is lost";
-    EXPECT_FALSE(room.platform.ended);
-    room.platform.answerqueue = {answers::cancel};
-    EXPECT_FALSE(menuexit());
-    room.platform.answerqueue = {answers::cancel};
-    EXPECT_FALSE(exitprompt(closemodes::user)) << "Esc stays, where No would leave";
-    EXPECT_FALSE(room.platform.ended);
-    room.platform.answerqueue = {answers::yes};
-    room.platform.filequeue.push_back({true, room.file("last.tek"), 2});
-    EXPECT_TRUE(exitprompt(closemodes::user));
-    EXPECT_TRUE(room.platform.ended);
-    EXPECT_TRUE(fs::exists(room.file("last.tek")));
 }

@@ -2,15 +2,10 @@
 // The copy of unsaved work outlives its process.
 #include "files/recovery.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "core/journal.h"
-#include "core/model.h"
-#include "core/session.h"
 #include "core/start.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 
 namespace fs = std::filesystem;

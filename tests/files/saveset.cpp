@@ -2,12 +2,8 @@
 // A save that was cut: whatever of it stands on disk, the next opening finds one whole save.
 #include "files/saveset.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
-#include "core/model.h"
-#include "core/session.h"
 #include "files/filop.h"
 #include "files/saving.h"
 #include "tests/support/recorder.h"

@@ -2,14 +2,9 @@
 // The working settings both ways.
 #include "files/settings.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "core/colours.h"
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 
 TEST(Settings, SaveAndGetLeaveAllValuesAsTheyWere) {

@@ -2,10 +2,6 @@
 // Load combinations: the equation text, and the changes of names and multipliers.
 #include "loads/loadcombinations.h"
 
-#include <gtest/gtest.h>
-
-#include "core/model.h"
-#include "core/session.h"
 #include "files/saving.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"

@@ -2,10 +2,6 @@
 // Load cases: names, kinds and their parameters, the narrow shift of a deletion.
 #include "loads/loadkees.h"
 
-#include <gtest/gtest.h>
-
-#include "core/model.h"
-#include "core/session.h"
 #include "tests/support/recorder.h"
 
 static void setrow(int lc, int i, int n, int dof, float value) {

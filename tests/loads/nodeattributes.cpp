@@ -3,14 +3,9 @@
 // symbols on show, and what is refused.
 #include "loads/nodeattributes.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "loads/loadaxes.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"

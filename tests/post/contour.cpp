@@ -2,8 +2,6 @@
 // The scale, the legend and the palette of the plots.
 #include "post/contour.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <random>

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The picture of a plot: its order, its place, the value under the pointer, the page.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <random>

@@ -3,17 +3,12 @@
 // runs, and the told limits of both.
 #include "post/painters.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <map>
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "post/contour.h"
 #include "tests/support/recorder.h"
 #include "view/scaleview.h"

@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/model.h"
-#include "core/session.h"
 #include "post/contour.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"

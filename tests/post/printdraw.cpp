@@ -2,16 +2,11 @@
 // The printed page: the layers of the screen at the paper's scale, views and colours left alone.
 #include "post/printdraw.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
 #include "core/colours.h"
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "post/contour.h"
 #include "post/shapes.h"
 #include "tests/support/recorder.h"

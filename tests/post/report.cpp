@@ -3,16 +3,12 @@
 // and what it says where results are missing or unfit.
 #include "post/Report.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <filesystem>
 #include <sstream>
 
 #include "core/journal.h"
-#include "core/model.h"
 #include "core/numtext.h"
-#include "core/session.h"
 #include "files/filop.h"
 #include "post/contour.h"
 #include "post/postproces.h"

@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Result files: sums over load cases, combined stress, and files that are not as they should be.
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
 #include "core/start.h"
 #include "files/saving.h"
 #include "post/combinedstress.h"

@@ -3,8 +3,6 @@
 // results that do not fit.
 #include "post/shapes.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "core/journal.h"

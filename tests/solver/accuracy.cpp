@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Models that are hard on the numbers: planes at any angle and far from the origin, stiffness over
 // many powers of ten, next to mechanisms.
-#include <gtest/gtest.h>
-
 #include <Eigen/Geometry>
 #include <cmath>
 #include <random>

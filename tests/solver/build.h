@@ -2,6 +2,8 @@
 // Builds models for the solver's tests, solves them, reads single results, writes their files.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <functional>
 #include <initializer_list>

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Damaged files end in a message, never otherwise.
-#include <gtest/gtest.h>
-
 #include "tests/solver/build.h"
 #include "tests/solver/mutate.h"
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A random model of every family under every kind of load, turned, mirrored or renumbered:
 // displacements, reactions and each single stress go along.
-#include <gtest/gtest.h>
-
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Lines, springs, masses and rigid links against closed forms, to six digits (Roark's Formulas for
 // Stress and Strain, 7th ed., chapter 8, where nothing else is told).
-#include <gtest/gtest.h>
-
 #include <Eigen/LU>
 #include <cmath>
 

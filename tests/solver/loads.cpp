@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Accelerations, distributed loads by local axis, prescribed values.
-#include <gtest/gtest.h>
-
 #include <Eigen/Geometry>
 #include <cmath>
 

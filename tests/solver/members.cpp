@@ -2,8 +2,6 @@
 // Forces and deflections along members, against closed forms.
 #include "solver/members.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <functional>
 

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Membranes: plane strain, Cook's panel, a ring.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "solver/records.h"

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Eigenmodes of bars, beams and masses against closed forms and published benchmarks.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "tests/solver/verify.h"

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What every element must do whatever its shape: even strain and curvature come out exact, rigid
 // motions cost nothing, and nothing else is free.
-#include <gtest/gtest.h>
-
 #include <Eigen/Eigenvalues>
 #include <Eigen/Geometry>
 #include <cmath>

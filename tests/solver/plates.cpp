@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Plates, thin and thick, against series solutions and published benchmarks. Sources by their
 // letters: docs/verification.md.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "tests/solver/verify.h"

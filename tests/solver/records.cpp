@@ -2,8 +2,6 @@
 // Stress records and means at the nodes: what must hold in any plane and for any order of nodes.
 #include "solver/records.h"
 
-#include <gtest/gtest.h>
-
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the solver refuses, and that its words name the item.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "tests/solver/verify.h"

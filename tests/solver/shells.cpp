@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shells against the problems on which published elements are compared. Sources by their letters:
 // docs/verification.md.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "solver/records.h"

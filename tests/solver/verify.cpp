@@ -2,8 +2,6 @@
 // The verification page held against what is computed.
 #include "tests/solver/verify.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Sea and wind: the wave's formulas, forces on members against integrals in closed form, wind and
 // water on plates.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "tests/solver/verify.h"

@@ -2,8 +2,6 @@
 // The recording platform and surface.
 #include "tests/support/recorder.h"
 
-#include <gtest/gtest.h>
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,8 +11,6 @@
 #include <fstream>
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
 #include "core/start.h"
 #include "files/changed.h"
 #include "view/moddraw.h"

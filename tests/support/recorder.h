@@ -3,13 +3,18 @@
 // text, and a surface that keeps the list of drawing operations.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <deque>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "core/model.h"
 #include "core/platform.h"
+#include "core/session.h"
+#include "core/views.h"
 #include "view/surface.h"
 
 // Every operation is a line of text: "line 1.00 4.00 9.00 4.00 #000000".

@@ -8,7 +8,6 @@
 #include <random>
 
 #include "core/catalogue.h"
-#include "core/session.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/edges.h"
 #include "tools/mesh2d.h"

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <random>
 
-#include "core/session.h"
 #include "edit/find.h"
 #include "edit/snap.h"
 #include "tests/support/recorder.h"

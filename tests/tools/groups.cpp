@@ -2,10 +2,6 @@
 // Element groups: list, boxes, matrix, the mode for all groups, and deletion with what follows it.
 #include "tools/groups.h"
 
-#include <gtest/gtest.h>
-
-#include "core/model.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 
 // A model with n groups whose property k is 100 g + k, and matrix cell (i,j) 1000 g + 10 i + j.

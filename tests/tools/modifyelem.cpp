@@ -3,7 +3,6 @@
 #include "tools/modifyelem.h"
 
 #include "core/catalogue.h"
-#include "core/model.h"
 #include "tests/support/recorder.h"
 #include "tools/Graphics.h"
 #include "view/localaxes.h"

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-#include "core/session.h"
-#include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/hover.h"
 #include "edit/move.h"

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The supplied database of standard profiles: every record against the geometry of its dimensions,
 // and figures of published tables.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <set>
 
-#include "core/session.h"
 #include "tests/support/outline.h"
 #include "tests/support/recorder.h"
 #include "tools/sectionfile.h"

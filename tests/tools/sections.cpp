@@ -3,12 +3,9 @@
 // group in edit.
 #include "tools/sections.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <filesystem>
 
-#include "core/model.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
 #include "tests/support/recorder.h"

@@ -2,14 +2,9 @@
 // Single elements: the choices, corners by press and by command, the end of the picking.
 #include "tools/singleelem.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "core/catalogue.h"
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
 #include "edit/selection.h"

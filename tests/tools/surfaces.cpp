@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "core/pack.h"
-#include "core/session.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/edges.h"
 #include "tools/groups.h"

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The example models, solved by the solver program and held against closed forms and published
 // values.
-#include <gtest/gtest.h>
-
 #include <QProcess>
 #include <cmath>
 #include <filesystem>
 
-#include "core/model.h"
-#include "core/session.h"
 #include "files/filop.h"
 #include "post/postproces.h"
 #include "tests/support/recorder.h"

@@ -2,13 +2,9 @@
 // The menu bar, item by item, what locks it, and the least size of the window.
 #include "ui/mainwindow.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QMenu>
 
-#include "core/model.h"
-#include "core/session.h"
 #include "core/textfile.h"
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"

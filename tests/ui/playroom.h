@@ -2,8 +2,6 @@
 // A directory of its own in which the real program plays scripts, off screen.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <QProcess>
 #include <QTemporaryDir>
 #include <filesystem>

@@ -2,9 +2,6 @@
 // The projection as a value, and the registers as its face.
 #include "view/camera.h"
 
-#include <gtest/gtest.h>
-
-#include "core/views.h"
 #include "tests/support/recorder.h"
 #include "view/scaleview.h"
 

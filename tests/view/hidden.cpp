@@ -2,14 +2,9 @@
 // Depth order, shading, and the painter's pass.
 #include "view/hidden.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"

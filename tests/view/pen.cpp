@@ -2,13 +2,9 @@
 // A redraw that fails half way leaves the pen, the plane and the point in work as they stood.
 #include "view/pen.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <tuple>
 
-#include "core/model.h"
-#include "core/platform.h"
 #include "tests/support/recorder.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"

@@ -1,13 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Projection, its inverse, depth slab, autoscale, layouts, and what the layers draw.
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <random>
 
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 #include "view/autoscale.h"
 #include "view/drawelems.h"

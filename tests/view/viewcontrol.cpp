@@ -2,14 +2,9 @@
 // The form of the dialog "View", and what a copied view shows.
 #include "view/viewcontrol.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstring>
 
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 #include "view/autoscale.h"
 #include "view/moddraw.h"

@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The water plane and the bed of a buoyancy load case.
-#include <gtest/gtest.h>
-
 #include "core/colours.h"
-#include "core/model.h"
-#include "core/session.h"
-#include "core/views.h"
 #include "tests/support/recorder.h"
 #include "view/drawbc.h"
 

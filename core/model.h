@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The model database: the global parallel arrays that every tool reads and writes by row number.
-//
+// The room core: model, its table and journal, session, sizes, texts of numbers and files. Chief of
+// it the model database, global parallel arrays that all tools read and write by row number.
 // Slot 0 is no entity: it holds a count or stays empty; entities run from 1. Bounds are included;
 // m1..m7 below are modelsize(1..7). Nearly all model numbers are Singles (float), also node
 // numbers and type codes, and what the files hold follows from that. A free element or graphic

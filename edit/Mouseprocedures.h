@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room edit: mouse, keys and typed commands; picking (find), snap, selection; move, copy,
+// merge, refine, renumber.
+//
 // The mouse driver: presses, drags and keys in a view, and the modes that give them a meaning.
 //
 // It knows the rows of edit/modes.h, not tools. Starting a mode ends the one that runs; ESC ends it

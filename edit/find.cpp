@@ -40,7 +40,7 @@ class search {
     }
     nearest result() const { return best; }
     // Distance of the click from the line between two points on the view's plane.
-    double wayto(const point2& a, const point2& b) const {
+    double distanceto(const point2& a, const point2& b) const {
         const double dx = b.x - a.x, dy = b.y - a.y, square = dx * dx + dy * dy;
         double t = square == 0 ? 0 : ((u - a.x) * dx + (p - a.y) * dy) / square;
         t = std::clamp(t, 0.0, 1.0);
@@ -68,7 +68,7 @@ struct kindofitem {
     std::function<void(int i)> setplace;  // scaled, into the point in work
 };
 
-kindofitem kindnode(int nview) {
+kindofitem nodekind(int nview) {
     const auto setplace = [nview](int n) {
         const auto at = nodes.row(0, n);
         setpoint(nview, at[0], at[1], at[2]);
@@ -83,8 +83,8 @@ std::vector<bool> loadedmarks() {
     return marks;
 }
 
-kindofitem kindloaded(int nview) {
-    kindofitem kind = kindnode(nview);
+kindofitem loadedkind(int nview) {
+    kindofitem kind = nodekind(nview);
     kind.kind = 1;
     // Marked when the first item is asked for, which kept places need not do.
     kind.wanted = [marks = std::vector<bool>()](int n) mutable {
@@ -94,7 +94,7 @@ kindofitem kindloaded(int nview) {
     return kind;
 }
 
-kindofitem kindelement(int nview) {
+kindofitem elementkind(int nview) {
     return {2, nelems(), [nview](int e) { return elems(e, 0) != 0 && isshown(e, nview); },
             [nview](int e) { setcentre(e, nview); }};
 }
@@ -140,11 +140,11 @@ nearest pickfromkept(int nview, const kindofitem& item) {
 }  // namespace
 
 nearest picknode(int nview) {
-    return pickfromall(nview, kindnode(nview));
+    return pickfromall(nview, nodekind(nview));
 }
 
 nearest pickloadednode(int nview) {
-    return pickfromall(nview, kindloaded(nview));
+    return pickfromall(nview, loadedkind(nview));
 }
 
 // The one item that was found otherwise, with its distances.
@@ -157,26 +157,26 @@ static nearest oneitem(int nview, const kindofitem& kind, int i) {
 
 nearest pickelement(int nview) {
     const int e = elementunder(nview);
-    return e != 0 ? oneitem(nview, kindelement(nview), e) : pickfromall(nview, kindelement(nview));
+    return e != 0 ? oneitem(nview, elementkind(nview), e) : pickfromall(nview, elementkind(nview));
 }
 
 nearest hovernode(int nview) {
-    return pickfromkept(nview, kindnode(nview));
+    return pickfromkept(nview, nodekind(nview));
 }
 
 nearest hoverloadednode(int nview) {
-    return pickfromkept(nview, kindloaded(nview));
+    return pickfromkept(nview, loadedkind(nview));
 }
 
 nearest hoverelement(int nview) {
     const int e = elementunderkept(nview);
-    return e != 0 ? oneitem(nview, kindelement(nview), e) : pickfromkept(nview, kindelement(nview));
+    return e != 0 ? oneitem(nview, elementkind(nview), e) : pickfromkept(nview, elementkind(nview));
 }
 
 // --- graphic elements and patches ---------------------------------------------------------------
 
 // Distance of the click from the shape of a graphic element as drawn.
-static double waytoshape(const search& s, int g, int nview) {
+static double distancetoshape(const search& s, int g, int nview) {
     double least = 1e30;
     point2 before{};
     bool first = true;
@@ -184,7 +184,7 @@ static double waytoshape(const search& s, int g, int nview) {
         setpoint(nview, at[0], at[1], at[2]);
         projectpoint(nview);
         const point2 here = {persu, persv};
-        least = std::min(least, s.wayto(first ? here : before, here));
+        least = std::min(least, s.distanceto(first ? here : before, here));
         before = here;
         first = false;
     }
@@ -196,12 +196,12 @@ static nearest nearestshape(const search& s, int nview) {
     nearest best = s.result();
     if (best.item == 0 || !shapeofgraphic) return best;
     const auto place = graphics.row(best.item, best.part);
-    double least = waytoshape(s, best.item, nview);
+    double least = distancetoshape(s, best.item, nview);
     for (int g = best.item + 1; g <= ngraphics(); ++g)
         for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
             const auto other = graphics.row(g, j);
             if (other[1] != place[1] || other[2] != place[2] || other[3] != place[3]) continue;
-            if (const double way = waytoshape(s, g, nview); way < least) {
+            if (const double way = distancetoshape(s, g, nview); way < least) {
                 least = way;
                 best.item = g;
                 best.part = j;

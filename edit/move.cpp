@@ -97,7 +97,7 @@ static offset moved(const offset& from, const offset& way) {
     return {from[0] + way[0], from[1] + way[1], from[2] + way[2]};
 }
 
-static bool stand(const std::vector<float*>& points, const offset& way) {
+static bool standmovedby(const std::vector<float*>& points, const offset& way) {
     if (points.size() != places.size()) return false;
     for (std::size_t i = 0; i < points.size(); ++i) {
         const offset at = moved(places[i], way);
@@ -111,7 +111,7 @@ static bool stand(const std::vector<float*>& points, const offset& way) {
 // something else has changed them they begin anew, and the reference point lies where it lay.
 static void findway(const std::vector<float*>& points) {
     for (std::size_t i = ways.size(); i-- > 0;)
-        if (stand(points, ways[i])) {
+        if (standmovedby(points, ways[i])) {
             if (i + 1 < ways.size()) ways.push_back(ways[i]);
             return;
         }

@@ -197,7 +197,7 @@ static int dividedsides(const refinement& r) {
 }
 
 // before: the nodes that there were.
-static std::string noteon(const refinement& r, int before) {
+static std::string noteofrefinement(const refinement& r, int before) {
     const std::vector<int> held = heldnodes();
     int unheld = 0, twice = 0;
     for (const std::uint64_t s : r.divided) unheld += (held[s >> 32] & held[s & 0xFFFFFFFFu]) != 0;
@@ -254,7 +254,7 @@ int refineelements() {
     resultflag = 1;
     pasteflag = true;  // at its release the selection merges with neighbours refined before
     redrawall();
-    if (const std::string text = noteon(r, before); !text.empty())
+    if (const std::string text = noteofrefinement(r, before); !text.empty())
         theplatform().message(text, icons::information);
     return int(r.replaced.size());
 }

@@ -166,7 +166,7 @@ static void dropmodel() {
     showmodelname();
 }
 
-static bool bringback(keptmodel& before) {
+static bool restoremodel(keptmodel& before) {
     before.restore();
     modelname = previousname;
     showmodelname();
@@ -203,10 +203,11 @@ bool openmodel(const std::string& name) {
     clearneeds();
     const drawinghold hold;
     keptmodel before;
-    if (!guarded([&] { finishsave(name); }, telldamage) || !resetmodel()) return bringback(before);
+    if (!guarded([&] { finishsave(name); }, telldamage) || !resetmodel())
+        return restoremodel(before);
     tekresult result = readset(name);
     if (result == tekresult::toolarge && !menulock) result = readlarger(name);
-    if (result == tekresult::unreadable) return bringback(before);
+    if (result == tekresult::unreadable) return restoremodel(before);
     theplatform().endprogress();
     stressloaded = false;
     if (result == tekresult::toolarge) {

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room files: the native files of a model, read and saved whole, settings, unsaved work and its
+// recovery, and the hand-over to the solver.
+//
 // Open and import of a whole model: the file set in its order, each file a guarded step.
 #pragma once
 

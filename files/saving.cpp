@@ -66,7 +66,7 @@ static std::string namesof(const std::vector<std::string>& paths) {
     return names;
 }
 
-static bool askno(const std::string& question) {
+static bool askwithnopreset(const std::string& question) {
     messagebox box;
     box.text = question;
     box.set = buttons::yesno;
@@ -95,7 +95,7 @@ static bool agreestoreplace(const std::string& extension) {
     if (!changed.empty())
         text += "Changed on disk by another program since the model was read or saved: " +
                 namesof(changed) + ".\n\n";
-    return text.empty() || askno(text + "Overwrite?");
+    return text.empty() || askwithnopreset(text + "Overwrite?");
 }
 
 static void keepold(const std::string& path) {
@@ -250,7 +250,7 @@ bool savecombinations() {
 
 bool askoverwrite(const std::string& name, const std::string& extension) {
     std::error_code ec;
-    return !fs::exists(name + extension, ec) || askno("Overwrite existing file?");
+    return !fs::exists(name + extension, ec) || askwithnopreset("Overwrite existing file?");
 }
 
 bool askreplacemodel(const std::string& name) {
@@ -263,7 +263,7 @@ bool askreplacemodel(const std::string& name) {
     for (const std::string& extension : setextensions) look(extension);
     for (const std::string& extension : resultextensions) look(extension);
     return foreign.empty() ||
-           askno(
+           askwithnopreset(
                "These files stand there and belong to no model; a model of that name or its "
                "results would replace them: " +
                namesof(foreign) + ".\n\nOverwrite them?");

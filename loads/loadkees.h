@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room loads: load cases, their combinations, constraints and loads, all as forms without their
+// windows.
+//
 // The dialog "Define Loadcases": creates, names, types and deletes load cases.
 //
 // Nothing that is typed reaches the model before updateloadcase. The load case shown is curlc,

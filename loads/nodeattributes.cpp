@@ -15,7 +15,7 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
 #include "loads/attributerows.h"
-#include "view/drawbc.h"
+#include "view/drawconditions.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room post: result files, shapes, contour plots with scale and legend, report, printing.
+//
 // Reading of the solver's result files and their sum over load cases for a combination.
 //
 // Results stand beside the model, named as it is. A value of a combination is the sum over the

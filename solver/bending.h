@@ -3,7 +3,7 @@
 // in the axes of the plane.
 #pragma once
 
-#include "solver/flat.h"
+#include "solver/meanplane.h"
 
 // Shear over bending of an element's edges, each taken as a beam with shear.
 edgeslip slipofedges(const element& e);

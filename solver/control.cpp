@@ -17,7 +17,7 @@
 #include "core/resultfiles.h"
 #include "core/textfile.h"
 #include "solver/refuse.h"
-#include "solver/sums.h"
+#include "solver/sumfile.h"
 
 static const char* const staticfiles[] = {".rvp", ".KRT", ".LES", ".MEM",
                                           ".NSA", ".NLA", ".NSR", ".NSL"};

@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <string>
 
-#include "solver/held.h"
 #include "solver/kinds.h"
 #include "solver/refuse.h"
 #include "solver/rigid.h"
+#include "solver/unstiffened.h"
 
 int analysiskind(const model& m, int doftype) {
     bool rotations = false;

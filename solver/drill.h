@@ -4,7 +4,7 @@
 // it.
 #pragma once
 
-#include "solver/flat.h"
+#include "solver/meanplane.h"
 
 void stiffendrilling(const element& e, const flatshape& s, halfmatrix& k);
 // Rows 3c..3c+2: membrane stress x, y, xy at corner c.

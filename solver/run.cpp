@@ -8,15 +8,15 @@
 #include "core/checksum.h"
 #include "solver/curve.h"
 #include "solver/edges.h"
-#include "solver/held.h"
+#include "solver/logtexts.h"
 #include "solver/members.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
 #include "solver/refine.h"
 #include "solver/refuse.h"
 #include "solver/solve.h"
-#include "solver/sums.h"
-#include "solver/tell.h"
+#include "solver/sumfile.h"
+#include "solver/unstiffened.h"
 #include "solver/writeresults.h"
 
 // doftype as the workbench derives it, for runs without a control file.

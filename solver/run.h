@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room solver: the program feiflu, from a model's files (readmodel) through elements (kinds),
+// loads, equations (solve, factor) and modes to stresses and result files.
+//
 // One analysis: from its files to its results, or from a model in memory to results in memory.
 #pragma once
 
 #include "solver/control.h"
+#include "solver/eigenmodes.h"
 #include "solver/mass.h"
-#include "solver/modes.h"
 #include "solver/report.h"
 #include "solver/stresses.h"
 

@@ -4,8 +4,8 @@
 
 #include <string>
 
+#include "solver/eigenmodes.h"
 #include "solver/mass.h"
-#include "solver/modes.h"
 #include "solver/stresses.h"
 
 // .rvp: header, then a case's node rows and its name.

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room tools: what makes geometry and properties: graphic elements, mesh generator, patches,
+// groups, sections, single elements.
+//
 // Graphic elements: drawn contour pieces that carry mesh spaces and a distribution factor. Their
 // geometry, the spacing of the nodes along them, and their picture.
 //

@@ -155,7 +155,7 @@ void storeedge(mesh2dform& form) {
 // --- the mesh -----------------------------------------------------------------------------------
 
 // What a line mesh leaves out, and a mesh that the solver could not use as it is.
-static std::string noteonfolds(int first) {
+static std::string noteoffolds(int first) {
     const auto [a, b] = crossingedges();
     if (a != 0)
         return "Error: the contour crosses itself, " +
@@ -174,7 +174,7 @@ static std::string noteonfolds(int first) {
 }
 
 // first: of the elements just made.
-static std::string noteonmesh(int first) {
+static std::string noteofmesh(int first) {
     const int count = meshtype == "Line" ? graphmesh(1, 0) : 0;
     for (int k = 1; k <= count; ++k) {
         const int g = graphmesh(1, k);
@@ -190,7 +190,7 @@ static std::string noteonmesh(int first) {
         return "Note: " + numbertext(sides) +
                " side(s) of elements are shorter than the merge tolerance; take fewer spaces or a "
                "distribution factor nearer to 1";
-    if (const std::string note = noteonfolds(first); !note.empty()) return note;
+    if (const std::string note = noteoffolds(first); !note.empty()) return note;
     if (meshfaded)
         return "Note: the rows follow Edge 3, fading towards the opposite corner, because the "
                "usual ones would invert elements";
@@ -221,7 +221,7 @@ void generatemesh(mesh2dform& form) {
     form.message = countsofbuffers();
     if (another) form.message += ", with what was generated before (<Reset> takes that away)";
     if (form.inverted == 0) form.message += "; press <Accept> to add them to the model";
-    if (const std::string note = noteonmesh(before + 1); !note.empty()) form.message += ". " + note;
+    if (const std::string note = noteofmesh(before + 1); !note.empty()) form.message += ". " + note;
 }
 
 // The mesh stands without its patch when the table can not hold it.

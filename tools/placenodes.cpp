@@ -188,12 +188,12 @@ void editfactor(placenodesform& form, const std::string& text) {
 }
 
 // Takes down the elements that the edit is for.
-static std::vector<stoodgraphic> asitstands(const placenodesform& form) {
-    std::vector<stoodgraphic> all;
+static std::vector<placedgraphic> placesbefore(const placenodesform& form) {
+    std::vector<placedgraphic> all;
     for (int k = 1; k <= graphsel(0, 0); ++k) {
         const int g = graphsel(k, 0);
         if (!isselection(form) && g != curgraph) continue;
-        stoodgraphic one{g, graphics(g, 0, 0), {}};
+        placedgraphic one{g, graphics(g, 0, 0), {}};
         for (std::size_t j = 1; j <= 3; ++j)
             std::ranges::copy(graphics.row(g, long(j)), one.points[j].begin());
         all.push_back(one);
@@ -201,7 +201,7 @@ static std::vector<stoodgraphic> asitstands(const placenodesform& form) {
     return all;
 }
 
-static void putback(const stoodgraphic& one) {
+static void restoreplaces(const placedgraphic& one) {
     graphics(one.g, 0, 0) = one.kind;
     for (std::size_t j = 1; j <= 3; ++j)
         std::ranges::copy(one.points[j], graphics.row(one.g, long(j)).begin());
@@ -215,9 +215,9 @@ void editlengthradius(placenodesform& form, const std::string& text) {
     if (value == 0) return;
     linelength = value;
     // The keys before this one were a part of the number: what they did is taken back.
-    if (form.stood.empty()) form.stood = asitstands(form);
-    for (const stoodgraphic& one : form.stood) drawingraphiccolour(one.g, backcolor, false);
-    std::ranges::for_each(form.stood, putback);
+    if (form.stood.empty()) form.stood = placesbefore(form);
+    for (const placedgraphic& one : form.stood) drawingraphiccolour(one.g, backcolor, false);
+    std::ranges::for_each(form.stood, restoreplaces);
     applyedit(form, false, [&](int k, int g) {
         if (kindof(graphics, g) == kindline) dline(k);
         if (kindof(graphics, g) == kindcircle) setradius(graphics, g, value);

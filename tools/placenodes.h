@@ -12,7 +12,7 @@
 extern int curgraph;  // graphic element in edit
 
 // A graphic element as it stood before a length or radius was typed.
-struct stoodgraphic {
+struct placedgraphic {
     int g = 0;
     float kind = 0;
     std::array<std::array<float, 4>, 4> points{};  // 1..3, 1..3
@@ -26,8 +26,8 @@ struct placenodesform {
     std::string nodes, spaces, factor;
     std::string valuelabel, value;  // "Length =" or "Radius ="
     bool valueshown = false, valueenabled = true;
-    bool geometry = false;            // an edit has moved points
-    std::vector<stoodgraphic> stood;  // while a length or radius is typed: each key starts from it
+    bool geometry = false;             // an edit has moved points
+    std::vector<placedgraphic> stood;  // while a length or radius is typed: each key starts from it
 };
 
 placenodesform openplacenodes();

@@ -259,7 +259,7 @@ axisvalues centredstem(const dimensions& d) {
     return {i, over(i, b / 2)};
 }
 
-static std::string misfit(int type, const dimensions& d) {
+static std::string faultoffit(int type, const dimensions& d) {
     const bool anglelike = type == lprofile || type == dlprofile;
     const auto [b, h, tw, tf] = d;
     if (type == tubular) return 2 * h > b ? "WT is more than half of OD" : "";
@@ -272,7 +272,8 @@ static std::string misfit(int type, const dimensions& d) {
 }
 
 bool isimpossible(int type, const dimensions& d) {
-    return std::ranges::any_of(d, [](double size) { return size < 0; }) || !misfit(type, d).empty();
+    return std::ranges::any_of(d, [](double size) { return size < 0; }) ||
+           !faultoffit(type, d).empty();
 }
 
 std::string sectionfault(int type, const dimensions& d) {
@@ -286,7 +287,7 @@ std::string sectionfault(int type, const dimensions& d) {
         if (*fields[std::size_t(k)] == 0 || (k == dimtf && anglelike && d[dimtf] == 0)) continue;
         if (!(d[std::size_t(k)] > 0)) return name(k) + " must be above 0";
     }
-    return misfit(type, d);
+    return faultoffit(type, d);
 }
 
 static std::vector<point2> circle(double diameter, double inset) {

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room ui: the window, its menus and dialogs, the script player. It alone knows the toolkit;
+// what can be right or wrong is decided in the forms of the rooms below.
+//
 // The main window: menus, toolbars, left bar, the four views, command line and status line.
 #pragma once
 

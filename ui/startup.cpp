@@ -34,13 +34,13 @@ void wiremodules() {
 // Texts of labels come from files: names, comments, paths. Left to guess, a label would take one
 // with a tag in it for a page and fetch its pictures. Each label, those of message boxes, tips and
 // progress windows too, is polished before its text is laid out.
-static void keepplain(QObject* receiver) {
+static void forceplaintext(QObject* receiver) {
     auto* const label = qobject_cast<QLabel*>(receiver);
     if (label && label->textFormat() == Qt::AutoText) label->setTextFormat(Qt::PlainText);
 }
 
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
-    if (event->type() == QEvent::Polish) keepplain(receiver);
+    if (event->type() == QEvent::Polish) forceplaintext(receiver);
     bool taken = false;
     std::optional<step> door;
     if (maychangemodel(receiver, event)) {

@@ -10,7 +10,7 @@
 #include "core/platform.h"
 #include "core/runtime.h"
 #include "core/session.h"
-#include "view/drawbc.h"
+#include "view/drawconditions.h"
 #include "view/drawelems.h"
 #include "view/hidden.h"
 #include "view/localaxes.h"

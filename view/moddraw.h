@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+// The room view: cameras and layouts of the four views, and the drawing of the model on surfaces.
+//
 // The picture of a view: its layers in their fixed order, and the redraws that run them.
 //
 // The layers are a table. Each row has the condition under which it is drawn and the routine that

@@ -5,7 +5,7 @@
 #include "files/saving.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"
-#include "view/drawbc.h"
+#include "view/drawconditions.h"
 
 static void makecases(int count) {
     loadcaseform form = openloadkees();

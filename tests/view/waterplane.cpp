@@ -2,7 +2,7 @@
 // The water plane and the bed of a buoyancy load case.
 #include "core/colours.h"
 #include "tests/support/recorder.h"
-#include "view/drawbc.h"
+#include "view/drawconditions.h"
 
 TEST(Waterplane, IsDrawnAroundTheModelForBuoyancyCasesOnShow) {
     const struct {

@@ -5,7 +5,7 @@
 // there, it gives none anywhere, because the stiffness of each element has no negative energy. Each
 // element is counted with its own size taken out, so that a soft spring beside a stiff bar still
 // counts.
-#include "solver/held.h"
+#include "solver/unstiffened.h"
 
 #include <Eigen/Eigenvalues>
 #include <Eigen/Geometry>

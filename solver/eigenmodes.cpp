@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Eigenmodes: shift, search, checks, scaling.
-#include "solver/modes.h"
+#include "solver/eigenmodes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,10 +8,10 @@
 
 #include "solver/inertia.h"
 #include "solver/loads.h"
+#include "solver/logtexts.h"
 #include "solver/mass.h"
 #include "solver/refuse.h"
 #include "solver/spectrum.h"
-#include "solver/tell.h"
 
 namespace {
 struct pairs {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The mean plane of plates and shells.
-#include "solver/flat.h"
+#include "solver/meanplane.h"
 
 #include <Eigen/LU>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tables of the log.
-#include "solver/tell.h"
+#include "solver/logtexts.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Strokes for constraints, loads and reactions.
-#include "view/drawbc.h"
+#include "view/drawconditions.h"
 
 #include <algorithm>
 #include <cmath>

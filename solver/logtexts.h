@@ -2,8 +2,8 @@
 // What the log says of a model and its results, in words and tables for an engineer.
 #pragma once
 
+#include "solver/eigenmodes.h"
 #include "solver/mass.h"
-#include "solver/modes.h"
 #include "solver/stresses.h"
 
 void tellunits(const settings& s, runlog& log);

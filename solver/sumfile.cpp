@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The sums of a run.
-#include "solver/sums.h"
+#include "solver/sumfile.h"
 
 #include <Eigen/Geometry>
 #include <cmath>

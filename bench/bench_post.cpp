@@ -97,7 +97,7 @@ int main(int argc, char** argv) {
     autoscale(1);
     mnudrawlist(nodesdrawn).checked = false;
     mnudrawlist(hiddenline).checked = true;
-    contourdata = 1;
+    contourdata = displacementdata;
     dispcontour = 1;
     setfield(20);
     benchdraw("filled contours, smooth field", false);

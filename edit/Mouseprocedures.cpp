@@ -30,8 +30,8 @@
 #include "view/scaleview.h"
 #include "view/setviews.h"
 
-static int bandview;         // view in which the box under way began
-static int windowstep;       // of View Window: 0 corner awaited, 1 box, 2 target view
+static int bandview;  // view in which the box under way began
+static enum class windowsteps { corner, box, target } windowstep;  // of View Window
 static double boxcorner[4];  // x1 y1 x2 y2 of the box that View Window holds
 
 void startmode(Flag& flag) {
@@ -130,7 +130,7 @@ static bool closebox(int nview) {
 void startviewwindow() {
     addready();
     viewwindow = true;
-    windowstep = 0;
+    windowstep = windowsteps::corner;
     prompt("View Window", "", "", "<Mouse Left Button> to define lower left corner, <ESC> to stop");
 }
 
@@ -144,24 +144,24 @@ void startzoomwindow() {
 
 static void viewwindowpress(int nview) {
     switch (windowstep) {
-        case 0:
+        case windowsteps::corner:
             startbox(nview);
-            windowstep = 1;
+            windowstep = windowsteps::box;
             prompt("View Window", "", "",
                    "<Mouse Left Button> to define upper right corner, <ESC> to stop");
             return;
-        case 1:
+        case windowsteps::box:
             if (!fixbox(nview)) return;
             boxcorner[0] = bandx;
             boxcorner[1] = bandy;
             boxcorner[2] = scrx;
             boxcorner[3] = scry;
-            windowstep = 2;
+            windowstep = windowsteps::target;
             prompt("View Window", "", "", "<Mouse Left Button> to select view, <ESC> to stop");
             return;
         default:
             viewwindow = false;
-            windowstep = 0;
+            windowstep = windowsteps::corner;
             copyview(bandview, nview, boxcorner[0], boxcorner[1], boxcorner[2], boxcorner[3]);
             drawview(nview);
             addready();

@@ -77,7 +77,7 @@ static void fillpalette() {
 
 // Of the chosen set and not a free slot.
 static bool ispostelement(int e) {
-    return elems(e, 0) != 0 && (postset == 0 || elemflag(e));
+    return elems(e, 0) != 0 && (postset == setofall || elemflag(e));
 }
 
 void noteselection() {
@@ -94,11 +94,11 @@ static bool canbestressed(int e) {
 // Masses and springs have no value that could be shown, and none that counts for the scale.
 bool isplotted(int e) {
     const bool line = nodesoftype(elems(e, 0)) == 2;
-    return canbestressed(e) && line == iselementstress() && (postset == 0 || elemflag(e));
+    return canbestressed(e) && line == iselementstress() && (postset == setofall || elemflag(e));
 }
 
 bool plotsstress() {
-    return iselementstress() || contourdata == 0;
+    return iselementstress() || contourdata == stressdata;
 }
 
 float plotvalue(int e, int corner) {
@@ -185,7 +185,7 @@ bool prepareplot() {
 std::string plottext() {
     if (iselementstress()) return stressglobal ? "Global Element Stress" : "Local Element Stress";
     if (!iscontour()) return isdeformed() ? "Global Displacements" : "";
-    if (contourdata == 1) return "Global Displacements";
+    if (contourdata == displacementdata) return "Global Displacements";
     return std::string(stressaverage ? " Nodal Stress Average" : " Nodal Element Stress") +
            (stressglobal ? " Global" : " Local");
 }

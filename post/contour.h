@@ -10,13 +10,15 @@
 
 // What the dialog of the options chooses. stressaverage is in post/stressfile.h, stressglobal in
 // core/session.h.
-extern int stresscomp;       // component 1..13 of a stress record, 13 the combined stress
-extern int contourdata;      // 0 stresses, 1 displacements
+extern int stresscomp;  // component 1..13 of a stress record, 13 the combined stress
+enum plotteddata { stressdata, displacementdata };
+extern int contourdata;      // plotteddata
 extern int dispcontour;      // 0 length of the displacement vector, 1 x, 2 y, 3 z
 extern int contourfilled;    // 1 filled bands, 0 lines
 extern bool indexautoscale;  // the scale follows the values; else scalemin..scalemax
 extern double scalemax, scalemin;
-extern int postset;               // 0 all elements, 1 a group, 2 a selection: those with elemflag
+enum plottedset { setofall, setofgroup, setofselection };
+extern int postset;               // plottedset; but for all elements those with elemflag
 extern int postgroup, postcount;  // the group; elements in the set
 
 // Beyond the choices of the dialog: an evenly stepped palette in place of the settings' one, marks

@@ -20,7 +20,7 @@
 #include "view/surface.h"
 
 static bool showsdisplacement() {
-    return iscontour() && contourdata == 1;
+    return iscontour() && contourdata == displacementdata;
 }
 
 bool legendshown() {

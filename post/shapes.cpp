@@ -28,7 +28,7 @@ static bool ischecked(postitems item) {
 
 // Displacements are needed by a shape and by a contour plot of them.
 static bool needsdisplacements() {
-    return ischecked(deformedshape) || (ischecked(contourplot) && contourdata == 1);
+    return ischecked(deformedshape) || (ischecked(contourplot) && contourdata == displacementdata);
 }
 
 static bool showsfield() {
@@ -108,7 +108,7 @@ static bool toggle(postitems item) {
 // A set that another model has left empty gives way to all elements.
 static void refreshset() {
     noteselection();
-    if (postcount == 0) postset = 0;
+    if (postcount == 0) postset = setofall;
 }
 
 void showdeformed() {
@@ -125,7 +125,7 @@ void showcontour() {
     if (toggle(contourplot)) {
         refreshset();
         menupostItem(elementstress).checked = false;
-        if (contourdata == 1) readfield();
+        if (contourdata == displacementdata) readfield();
     } else {
         readfield();
     }

@@ -23,7 +23,7 @@ void showsoptions(soptionsform& form) {
     form.minimum = numbertext(scalemin);
     form.message.clear();
     if (postgroup < 1 || postgroup > ngroups()) postgroup = 1;
-    if (postset == 1) markgroup();
+    if (postset == setofgroup) markgroup();
     form.group = postgroup - 1;
     noteselection();
 }
@@ -76,7 +76,7 @@ void choosescale(soptionsform& form, bool automatic) {
 
 void getgr(soptionsform& form) {
     postgroup = form.group + 1;
-    if (postset == 1) markgroup();
+    if (postset == setofgroup) markgroup();
     noteselection();
 }
 

@@ -23,7 +23,7 @@
 
 int edgeno;
 Flag edgepending;
-const char* const meshtypes[4] = {"Quad", "Triang", "Transit", "Line"};
+const char* const meshtypes[linemesh + 1] = {"Quad", "Triang", "Transit", "Line"};
 
 namespace {
 struct meshrow {
@@ -83,7 +83,7 @@ mesh2dform openmesh2d() {
     for (int g = ngroups(); g >= 1; --g) form.groups.push_back(groupname(g));
     form.chosengroup = ngroups() - 1;
     reduceselectmenu();
-    choosemeshtype(form, 0);
+    choosemeshtype(form, quadmesh);
     return form;
 }
 

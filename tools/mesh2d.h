@@ -29,7 +29,8 @@ struct mesh2dform {
     int inverted = 0;  // elements of the meshes that stand in the buffers
     std::string message;
 };
-extern const char* const meshtypes[4];  // "Quad", "Triang", "Transit", "Line"
+enum meshkinds { quadmesh, triangmesh, transitmesh, linemesh };
+extern const char* const meshtypes[linemesh + 1];  // "Quad", "Triang", "Transit", "Line"
 
 mesh2dform openmesh2d();
 void closemesh2d(mesh2dform& form);  // Ready, or the window's own close

@@ -6,6 +6,8 @@
 #include <QPainterPath>
 #include <cmath>
 
+#include "tools/mesh2d.h"
+
 // The drawings live in a square of side 1, y up. An edge is a quadratic curve over three points.
 namespace {
 struct exampleedge {
@@ -22,12 +24,12 @@ static const QPointF joint(0.12, 0.12), along(0.90, 0.16), across(0.16, 0.86), f
 static std::vector<exampleedge> edgesofkind(int kind) {
     const exampleedge bottom = {joint, {0.5, 0.02}, along};
     switch (kind) {
-        case 0:
+        case quadmesh:
             return {bottom,
                     {across, {0.5, 0.98}, far},
                     {joint, {0.06, 0.5}, across},
                     {along, {0.80, 0.55}, far}};
-        case 3:
+        case linemesh:
             return {{{0.08, 0.3}, {0.5, 1.0}, {0.92, 0.3}}};
         default: {
             const QPointF top(0.42, 0.92);
@@ -57,14 +59,14 @@ static std::vector<QLineF> gridof(int kind, const std::vector<exampleedge>& e) {
     const int pieces = 4;
     for (int i = 1; i < pieces; ++i) {
         const double t = double(i) / pieces;
-        if (kind == 0) {
+        if (kind == quadmesh) {
             lines.emplace_back(e[0].at(t), e[1].at(t));
             lines.emplace_back(e[2].at(t), e[3].at(t));
-        } else if (kind == 1) {
+        } else if (kind == triangmesh) {
             lines.emplace_back(e[0].at(t), e[1].at(1 - t));
             lines.emplace_back(e[1].at(t), e[2].at(1 - t));
             lines.emplace_back(e[2].at(t), e[0].at(1 - t));
-        } else if (kind == 2) {
+        } else if (kind == transitmesh) {
             lines.emplace_back(e[0].at(t), e[1].at(1 - t));
             if (i == 2) lines.emplace_back(e[2].at(t), e[0].at(1 - t));
         }
@@ -106,7 +108,7 @@ void meshpicture::paintEvent(QPaintEvent*) {
     const std::vector<exampleedge> edges = edgesofkind(kind);
     QPointF middle(0, 0);
     for (const exampleedge& e : edges) middle += place(e.at(0.5)) / double(edges.size());
-    if (kind == 3) middle = place({0.5, 0.2});
+    if (kind == linemesh) middle = place({0.5, 0.2});
     p.setPen(QPen(palette().color(QPalette::Mid), 1));
     for (const QLineF& l : gridof(kind, edges)) p.drawLine(place(l.p1()), place(l.p2()));
     QFont bold = font();

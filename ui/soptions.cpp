@@ -176,13 +176,13 @@ class postoptions : public QDialog {
     }
     void showform() {
         kind[contourfilled ? 1 : 0]->setChecked(true);
-        source[contourdata == 1 ? 0 : 1]->setChecked(true);
+        source[contourdata == displacementdata ? 0 : 1]->setChecked(true);
         scaling[indexautoscale ? 0 : 1]->setChecked(true);
         for (QLineEdit* box : {maximum, minimum}) box->setEnabled(!indexautoscale);
         if (!maximum->isModified()) showtext(maximum, form.maximum);
         if (!minimum->isModified()) showtext(minimum, form.minimum);
         elements[postset]->setChecked(true);
-        groups->setEnabled(postset == 1);
+        groups->setEnabled(postset == setofgroup);
         if (groups->currentIndex() != form.group) groups->setCurrentIndex(form.group);
         count->setText(QString::number(postcount));
         components[stresscomp - 1]->setChecked(true);

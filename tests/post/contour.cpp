@@ -29,7 +29,7 @@ TEST(Scale, FollowsTheValuesOfTheSetOnTheActiveEntry) {
     choosecombination(2);
     EXPECT_FLOAT_EQ(float(indexmin), -18);
     choosecombination(1);
-    contourdata = 1;
+    contourdata = displacementdata;
     showcontour();
     EXPECT_EQ(indexmax, 5) << "the length of 3, 4, 0";
     EXPECT_EQ(makelegend().heading[2], "XYZ Displacements");
@@ -178,7 +178,7 @@ TEST(Legend, StandsInOrder) {
 
 TEST(Legend, CutsAHeadingThatIsTooWide) {
     plotroom room;
-    contourdata = 1;
+    contourdata = displacementdata;
     showcontour();
     recordsurface paper;  // 0.2 cm a letter
     drawlegendon(paper, 0, 0, 2, 9);

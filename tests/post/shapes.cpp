@@ -49,7 +49,7 @@ TEST(Switches, OptionsReadAnew) {
 
 TEST(Switches, DisplacementsThatCannotBeReadLeaveThePlotEmpty) {
     plotroom room;
-    contourdata = 1;
+    contourdata = displacementdata;
     writefile(room.file("job.rvp"), "7,1\r\n0,0\r\n");
     showcontour();
     EXPECT_TRUE(room.platform.told("Error occurred while trying to read Displacements."));
@@ -167,7 +167,7 @@ TEST(Switches, NumericNoiseIsNotDrawn) {
         const std::string d = std::to_string(int(c.moved * 1e20)) + "E-20";
         writefile(room.file("job.rvp"),
                   "6,1\r\n0,0\r\n0," + d + "\r\n0,0\r\n0,0\r\n0,0\r\n0,0\r\n\"LC\"\r\n");
-        contourdata = 1;
+        contourdata = displacementdata;
         showdeformed();
         EXPECT_EQ(room.platform.views[0].count("text 0.15"), 1);
         EXPECT_EQ(room.tells("numeric noise"), c.noise) << room.platform.status;

@@ -42,9 +42,9 @@ static void forceplaintext(QObject* receiver) {
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
     if (event->type() == QEvent::Polish) forceplaintext(receiver);
     bool taken = false;
-    std::optional<step> door;
+    std::optional<step> change;
     if (maychangemodel(receiver, event)) {
-        door.emplace("");
+        change.emplace("");
         suggeststep(receiver);
     }
     guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);

@@ -249,10 +249,7 @@ static void moverows(int lc) {
     }
 }
 
-// Takes load case lc out, those above it move down by name, type and nodal rows. The count of rows
-// of a slot bounds what is moved into it and stays, as do parameters, element loads and the
-// multipliers of the combinations: they belong to the number.
-static void removeloadcase(int lc) {
+void removeloadcase(int lc) {
     const int old = nlc();
     if (lc < 1 || lc > old) return;
     for (int i = lc; i < old; ++i) {

@@ -52,3 +52,8 @@ void editshift(loadcaseform& form);                 // holds the shift within 0.
 void addloadcase(loadcaseform& form);
 void updateloadcase(loadcaseform& form);
 void delloadcase(loadcaseform& form);  // asks; results on show go, they pair cases by number
+
+// Takes load case lc out, those above it move down by name, type and nodal rows. The count of rows
+// of a slot bounds what is moved into it and stays, as do parameters, element loads and the
+// multipliers of the combinations: they belong to the number.
+void removeloadcase(int lc);

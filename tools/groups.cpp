@@ -179,7 +179,8 @@ void addgroup(groupform& form) {
 // Row g leaves the table and those above move down. Its colour goes to the row that falls free, so
 // that no two groups get the same one. No element is in group g; a patch, a buffered element or a
 // free slot that names it takes the group instead, a view shows all groups.
-static void dropgroup(int g, int instead) {
+void removegroup(int g) {
+    const int instead = std::max(g - 1, 1);
     const int last = ngroups(), shade = groupcolor(g);
     newnumbers number(std::size_t(last) + 1, 0);
     for (int i = 1; i <= last; ++i) number[std::size_t(i)] = i < g ? i : i == g ? 0 : i - 1;
@@ -188,7 +189,7 @@ static void dropgroup(int g, int instead) {
     followitems(items::group, number, instead);
 }
 
-static bool isused(int g) {
+bool isgroupused(int g) {
     for (int e = 1; e <= nelems(); ++e)
         if (egroup(e) == g && elems(e, 0) != 0) return true;
     return false;
@@ -206,12 +207,12 @@ void deletegroup(groupform& form) {
         return;
     }
     if (!theplatform().yes("Delete Group?")) return;
-    if (isused(g)) {
+    if (isgroupused(g)) {
         form.message = "Not deleted,Group in use";
         return;
     }
     const int next = std::max(g - 1, 1);
-    dropgroup(g, next);
+    removegroup(g);
     form.redraw = true;
     notename(form);
     showgroup(form, next);

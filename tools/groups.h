@@ -59,3 +59,8 @@ void updategroups(groupform& form);
 // Stores the group in edit. False where a box held no number: the form shows what was stored and
 // says so, and stays open until the next time.
 bool readygroups(groupform& form);
+
+bool isgroupused(int g);  // by an element
+// Takes group g out, those above it move down; the group before it takes its place where a patch or
+// a view named it. No element may be in it.
+void removegroup(int g);

@@ -43,6 +43,7 @@ void wiredialogs() {
     adddialog("patchedit", makepatchedit);
     adddialog("modifyelem", makemodifyelem);
     adddialog("addsingleelem", makeaddsingleelem);
+    adddialog("Numint", makenumint);
 }
 
 std::vector<std::string> dialognames() {

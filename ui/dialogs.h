@@ -81,5 +81,6 @@ QDialog* makemesh2d();
 QDialog* makepatchedit();
 QDialog* makemodifyelem();
 QDialog* makeaddsingleelem();
+QDialog* makenumint();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -145,7 +145,8 @@ static void addeditmenu(std::vector<menurow>& t) {
     t.push_back({m, a, 6, "Drag/Drop", "", "", startmove});
     t.push_back({m, a, 7, "Modify Selection...", "modify", "", modifyselection});
     t.push_back({m, a, 8, "Refine elements", "refine", "", [] { refineelements(); }});
-    t.push_back({m, a, 9, "Numerical Interface", "numbers"});
+    t.push_back({m, a, 9, "Numerical Interface", "numbers", "",
+                 [] { theplatform().showdialog("Numint"); }});
     t.push_back({m, a, 10, "Findpatch", "patch", "", [] { findpatch(); }});
 }
 

@@ -15,7 +15,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabBar>
-#include <QTableWidget>
+#include <QTableView>
 
 #include "ui/mainwindow.h"
 
@@ -166,12 +166,13 @@ void presscontrol(const QString& form, const QString& name) {
 }
 
 void setcell(const QString& form, const QString& name, int row, int column, const QString& value) {
-    auto* const grid = findkind<QTableWidget>(form, name, "grid");
-    if (row < 0 || row >= grid->rowCount() || column < 0 || column >= grid->columnCount())
-        refuse(QString("%1 has no cell %2, %3").arg(name).arg(row).arg(column));
-    grid->setCurrentCell(row, column);
-    if (grid->item(row, column) == nullptr) grid->setItem(row, column, new QTableWidgetItem);
-    grid->item(row, column)->setText(value);
+    auto* const grid = findkind<QTableView>(form, name, "grid");
+    const QModelIndex cell = grid->model()->index(row, column);
+    if (!cell.isValid()) refuse(QString("%1 has no cell %2, %3").arg(name).arg(row).arg(column));
+    if (!(cell.flags() & Qt::ItemIsEditable))
+        refuse(QString("cell %1, %2 of %3 is not typed over").arg(row).arg(column).arg(name));
+    grid->setCurrentIndex(cell);
+    grid->model()->setData(cell, value, Qt::EditRole);
 }
 
 // --- values -------------------------------------------------------------------------------------

@@ -42,9 +42,9 @@ static void forceplaintext(QObject* receiver) {
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
     if (event->type() == QEvent::Polish) forceplaintext(receiver);
     bool taken = false;
-    std::optional<step> change;
+    std::optional<step> door;
     if (maychangemodel(receiver, event)) {
-        change.emplace("");
+        door.emplace("");
         suggeststep(receiver);
     }
     guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);

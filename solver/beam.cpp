@@ -168,9 +168,10 @@ vec2 deflectbeam(const element& e, double x, const Eigen::Matrix<double, 12, 1>&
     return (shapes(dataof(e), x) * ends).segment<2>(1);
 }
 
-void spreadbeam(const element& e, const vec2& place, const vec3& force, elvector& f) {
+void spreadbeam(const element& e, placedforces forces, elvector& f) {
     const beamdata b = dataof(e);
-    const Eigen::Matrix<double, 12, 1> local =
-        shapes(b, place[0]).topRows<3>().transpose() * (b.axes * force);
+    Eigen::Matrix<double, 12, 1> local = Eigen::Matrix<double, 12, 1>::Zero();
+    for (const auto& [place, force] : forces)
+        local += shapes(b, place[0]).topRows<3>().transpose() * (b.axes * force);
     for (int i = 0; i < 4; ++i) f.segment<3>(3 * i) += b.axes.transpose() * local.segment<3>(3 * i);
 }

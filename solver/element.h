@@ -2,6 +2,7 @@
 // One element with its geometry, as the element families see it, and its local axes.
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "solver/model.h"
@@ -20,6 +21,14 @@ struct element {
 
     double field(groupfield f) const { return g->field[f]; }
 };
+
+// A force (model axes) at a place of an element. Line: place[0] in 0..1 from the first node. Plate:
+// natural coordinates of its shape.
+struct placedforce {
+    vec2 place;
+    vec3 force;
+};
+using placedforces = std::span<const placedforce>;
 
 element elementat(const model& m, const settings& s, int e);
 

@@ -23,13 +23,15 @@ static linepart linepartof(const element& e, double a, double b, const linedensi
     part.force = elvector::Zero(e.nodes * kind.nodedofs);
     const int points = 5;
     const double half = (b - a) / 2 * lengthof(e);
+    placedforce forces[points];
     for (int i = 0; i < points; ++i) {
         const gausspoint& g = gausspoints(points)[i];
         const double x = (a + b) / 2 + g.at * (b - a) / 2;
         const vec3 force = g.weight * half * load(x);
         part.size += force.norm();
-        kind.spread(e, {x, 0}, force, part.force);
+        forces[i] = {{x, 0}, force};
     }
+    kind.spread(e, placedforces(forces), part.force);
     return part;
 }
 
@@ -92,7 +94,7 @@ static clippolygon cutpolygon(const clippolygon& p, double level, double sign) {
 }
 
 static void addpolygon(const element& e, const clippolygon& p, const platedensity& load,
-                       elvector& f) {
+                       std::vector<placedforce>& forces) {
     for (std::size_t i = 2; i < p.size(); ++i) {
         const vec2 u = p[i - 1].place - p[0].place, v = p[i].place - p[0].place;
         const double size = std::fabs(u.x() * v.y() - u.y() * v.x());
@@ -102,7 +104,7 @@ static void addpolygon(const element& e, const clippolygon& p, const platedensit
             const vec3 normal = surfacenormal(e, n);
             const double area = normal.norm();
             const vec3 force = q.weight * size * area * load(surfaceat(e, n), normal / area);
-            kindof(e.type).spread(e, place, force, f);
+            forces.push_back({place, force});
         }
     }
 }
@@ -138,12 +140,12 @@ bool integrateplate(const element& e, double lower, double upper, const plateden
     // A plate that reaches a level is worked out finely: the load bends or begins there.
     const bool whole = low > lower && high < upper;
     const int cells = whole ? 1 : 8;
-    bool any = false;
+    std::vector<placedforce> forces;
     for (const clippolygon& triangle : trianglesof(e, cells)) {
         const clippolygon part = cutpolygon(cutpolygon(triangle, lower, 1), upper, -1);
         if (part.size() < 3) continue;
-        addpolygon(e, part, load, f);
-        any = true;
+        addpolygon(e, part, load, forces);
     }
-    return any;
+    kindof(e.type).spread(e, forces, f);
+    return !forces.empty();
 }

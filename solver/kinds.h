@@ -29,9 +29,8 @@ struct elementkind {
     void (*stiffness)(const element& e, elmatrix& k);
     // Consistent mass, same shape, mass units. Null: none.
     void (*mass)(const element& e, elmatrix& m);
-    // Adds to f the nodal forces that stand for a force (model axes) at a place of the element.
-    // Line: place[0] in 0..1 from the first node. Plate: natural coordinates of its shape.
-    void (*spread)(const element& e, const vec2& place, const vec3& force, elvector& f);
+    // Adds to f the nodal forces that stand for these.
+    void (*spread)(const element& e, placedforces forces, elvector& f);
     // Plates: rows 6c..6c+5 of s give membrane x, y, xy and bending x, y, xy (at the +e3 face) at
     // corner c in stress axes, from the nodal displacements in model axes.
     void (*stress)(const element& e, elmatrix& s);

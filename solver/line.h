@@ -7,11 +7,11 @@
 void checktruss(const element& e);
 void stiffentruss(const element& e, elmatrix& k);
 void masstruss(const element& e, elmatrix& m);
-void spreadtruss(const element& e, const vec2& place, const vec3& force, elvector& f);
+void spreadtruss(const element& e, placedforces forces, elvector& f);
 
 void checkbeam(const element& e);
 void stiffenbeam(const element& e, elmatrix& k);
 void massbeam(const element& e, elmatrix& m);
-void spreadbeam(const element& e, const vec2& place, const vec3& force, elvector& f);
+void spreadbeam(const element& e, placedforces forces, elvector& f);
 // Deflections along e2 and e3 at x of 0..1 that the twelve end values (local axes) alone give.
 vec2 deflectbeam(const element& e, double x, const Eigen::Matrix<double, 12, 1>& ends);

@@ -57,19 +57,24 @@ vec3 caseloads::accelerationat(const vec3& at) const {
 // Adds a force a length (line) or an area (plate) that is the same all over the element.
 static void spreadevenly(const element& e, const vec3& load, elvector& f) {
     const elementkind& kind = kindof(e.type);
+    const int most = 9;  // points of a rule
+    placedforce forces[most];
+    std::size_t count = 0;
     if (kind.fam == family::plate) {
         for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
             const double area = surfacenormal(e, shapesat(e.nodes, p.place)).norm();
-            kind.spread(e, p.place, p.weight * area * load, f);
+            forces[count++] = {p.place, p.weight * area * load};
         }
+        kind.spread(e, {forces, count}, f);
         return;
     }
     const int points = 2;  // exact for the cubic shapes of a beam
     const double half = lengthof(e) / 2;
     for (int i = 0; i < points; ++i) {
         const gausspoint& g = gausspoints(points)[i];
-        kind.spread(e, {(1 + g.at) / 2, 0}, g.weight * half * load, f);
+        forces[count++] = {{(1 + g.at) / 2, 0}, g.weight * half * load};
     }
+    kind.spread(e, {forces, count}, f);
 }
 
 std::vector<elementrow>::const_iterator caseloads::firstrow(int e) const {

@@ -42,14 +42,19 @@ static double cubicpart(const element& e, const flatshape& s) {
     return turned > flat ? flat * flat / (turned * turned) : 1;
 }
 
+// Deflection at a place of the plane with this part of the cubic one; n: the shapes there.
+static halfrow deflection(const flatshape& s, const plate& bent, double cubic, const vec2& place,
+                          const surfaceshape& n) {
+    halfrow w = cubic * bent.deflection(place);
+    for (int c = 0; c < s.corners; ++c) w[3 * c] += (1 - cubic) * n.n[c];
+    return w;
+}
+
 // Rows u1 u2 u3 at a place of the plane.
 static elmatrix displacement(const element& e, const flatshape& s, const plate& bent,
                              const vec2& place) {
     const surfaceshape n = shapesat(s.corners, place);
-    halfrow w = bent.deflection(place);
-    const double cubic = cubicpart(e, s);
-    w *= cubic;
-    for (int c = 0; c < s.corners; ++c) w[3 * c] += (1 - cubic) * n.n[c];
+    const halfrow w = deflection(s, bent, cubicpart(e, s), place, n);
     elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
         rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
@@ -76,9 +81,21 @@ void massshell(const element& e, elmatrix& m) {
     tonodes(s, m);
 }
 
-void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f) {
+void spreadshell(const element& e, placedforces forces, elvector& f) {
     const flatshape s = flatten(e, meanaxes(e));
-    elmatrix work = (s.axes * force).transpose() * displacement(e, s, plate(e, s), place);
+    const plate bent(e, s);
+    const double cubic = cubicpart(e, s);
+    elmatrix work = elmatrix::Zero(1, 6 * s.corners);
+    for (const auto& [place, force] : forces) {
+        const vec3 local = s.axes * force;
+        const surfaceshape n = shapesat(s.corners, place);
+        const halfrow w = deflection(s, bent, cubic, place, n);
+        for (int c = 0; c < s.corners; ++c) {
+            work(0, 6 * c) += local.x() * n.n[c];
+            work(0, 6 * c + 1) += local.y() * n.n[c];
+            for (int i = 0; i < 3; ++i) work(0, 6 * c + bendingdofs[i]) += local.z() * w[3 * c + i];
+        }
+    }
     rowstonodes(s, work);
     f += work.transpose();
 }

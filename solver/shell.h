@@ -11,6 +11,6 @@ void stiffenshell(const element& e, elmatrix& k);
 // Consistent mass with the deflection of the bent plate and the rotary inertia of its thickness;
 // no mass turns about the normal.
 void massshell(const element& e, elmatrix& m);
-void spreadshell(const element& e, const vec2& place, const vec3& force, elvector& f);
+void spreadshell(const element& e, placedforces forces, elvector& f);
 void stressplate(const element& e, elmatrix& s);
 void stressshell(const element& e, elmatrix& s);

@@ -204,8 +204,10 @@ void masssurface(const element& e, elmatrix& m) {
     }
 }
 
-void spreadsurface(const element& e, const vec2& place, const vec3& force, elvector& f) {
-    const surfaceshape n = shapesat(e.nodes, place);
+void spreadsurface(const element& e, placedforces forces, elvector& f) {
     const int stride = int(f.size()) / e.nodes;
-    for (int c = 0; c < e.nodes; ++c) f.segment<3>(stride * c) += n.n[c] * force;
+    for (const auto& [place, force] : forces) {
+        const surfaceshape n = shapesat(e.nodes, place);
+        for (int c = 0; c < e.nodes; ++c) f.segment<3>(stride * c) += n.n[c] * force;
+    }
 }

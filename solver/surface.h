@@ -55,5 +55,5 @@ void checkplateshape(const element& e, double mostwarp);
 
 // Consistent mass of the translations, the same in all directions (3 x 3 nodes).
 void masssurface(const element& e, elmatrix& m);
-// Shares a force among the corners by their shape functions.
-void spreadsurface(const element& e, const vec2& place, const vec3& force, elvector& f);
+// Shares forces among the corners by their shape functions.
+void spreadsurface(const element& e, placedforces forces, elvector& f);

@@ -26,7 +26,9 @@ void masstruss(const element& e, elmatrix& m) {
     m << 2 * one, one, one, 2 * one;
 }
 
-void spreadtruss(const element&, const vec2& place, const vec3& force, elvector& f) {
-    f.segment<3>(0) += (1 - place[0]) * force;
-    f.segment<3>(3) += place[0] * force;
+void spreadtruss(const element&, placedforces forces, elvector& f) {
+    for (const auto& [place, force] : forces) {
+        f.segment<3>(0) += (1 - place[0]) * force;
+        f.segment<3>(3) += place[0] * force;
+    }
 }

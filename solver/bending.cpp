@@ -104,7 +104,7 @@ struct plate::moments {
 };
 
 struct plate::assumed {
-    Eigen::Matrix<double, modes, modes> flexibility;
+    Eigen::Matrix<double, modes, modes> flexibility;  // lower triangle
     Eigen::Matrix<double, modes, 12> work;
     stressframe frame;
     vec2 middle[2];  // unit vectors along the two middle lines, in the frame
@@ -165,8 +165,7 @@ plate::assumed plate::makeassumed() const {
         const moments f = momentsat(h, at);
         const momentmodes curvatures = weight * compliance * f.m;
         const shearmodes strains = weight / shearrigidity * f.q;
-        h.flexibility +=
-            f.m.transpose().lazyProduct(curvatures) + f.q.transpose().lazyProduct(strains);
+        h.flexibility += lowerproduct(f.m, curvatures) + lowerproduct(f.q, strains);
     }
     const int points = 3;
     for (int k = 0; k < 4; ++k) {
@@ -181,7 +180,10 @@ plate::assumed plate::makeassumed() const {
             momentmodes traction = normal * h.frame.turn * f.m;
             traction.row(2) = vec2(nx, ny).transpose() * h.frame.axes.transpose() * f.q;
             traction *= weight;
-            h.work += traction.transpose().lazyProduct(edgemotion(k, x));
+            const halfrows motion = edgemotion(k, x);
+            for (const int c : {k, s.next(k)})  // the other corners do not move
+                h.work.middleCols<3>(3 * c) +=
+                    traction.transpose().lazyProduct(motion.middleCols<3>(3 * c));
         }
     }
     return h;

@@ -17,33 +17,35 @@ sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vec
     a.start.reserve(std::size_t(d.unknowns) + 1);
     a.start.push_back(0);
     std::vector<int> later;
-    const auto eachplace = [&](auto use) {
-        for (std::size_t p = 0; p < order.size(); ++p) {
-            later.clear();
-            const auto node = std::size_t(order[p]);
-            for (auto i = graph.start[node]; i < graph.start[node + 1]; ++i) {
-                const int q = place[std::size_t(graph.neighbour[std::size_t(i)])];
-                if (q > int(p)) later.push_back(q);
-            }
-            use(p);
+    const auto findlater = [&](std::size_t p, std::vector<int>& list) {
+        list.clear();
+        const auto node = std::size_t(order[p]);
+        for (auto i = graph.start[node]; i < graph.start[node + 1]; ++i) {
+            const int q = place[std::size_t(graph.neighbour[std::size_t(i)])];
+            if (q > int(p)) list.push_back(q);
         }
     };
-    eachplace([&](std::size_t p) {
+    for (std::size_t p = 0; p < order.size(); ++p) {
+        findlater(p, later);
         std::int64_t below = 0;
         for (const int q : later) below += d.unknowncount[std::size_t(q)];
         for (int c = 0; c < d.unknowncount[p]; ++c)
             a.start.push_back(a.start.back() + d.unknowncount[p] - c + below);
-    });
+    }
     a.row.resize(std::size_t(a.start.back()));
     a.value.assign(std::size_t(a.start.back()), 0);
-    auto next = a.row.begin();
-    eachplace([&](std::size_t p) {
-        std::sort(later.begin(), later.end());
-        for (int c = 0; c < d.unknowncount[p]; ++c) {
-            for (int r = c; r < d.unknowncount[p]; ++r) *next++ = d.firstunknown[p] + r;
-            for (const int q : later)
-                for (int r = 0; r < d.unknowncount[std::size_t(q)]; ++r)
-                    *next++ = d.firstunknown[std::size_t(q)] + r;
+    parallelpieces(int(order.size()), 1024, [&](int first, int last, int) {
+        std::vector<int> list;
+        for (auto p = std::size_t(first); p < std::size_t(last); ++p) {
+            findlater(p, list);
+            std::sort(list.begin(), list.end());
+            int* next = a.row.data() + a.start[std::size_t(d.firstunknown[p])];
+            for (int c = 0; c < d.unknowncount[p]; ++c) {
+                for (int r = c; r < d.unknowncount[p]; ++r) *next++ = d.firstunknown[p] + r;
+                for (const int q : list)
+                    for (int r = 0; r < d.unknowncount[std::size_t(q)]; ++r)
+                        *next++ = d.firstunknown[std::size_t(q)] + r;
+            }
         }
     });
     return a;
@@ -120,8 +122,9 @@ static void addpiece(const piece& p, int thread, int count, sparsematrix& a) {
         const int* at = row + a.start[column];
         const int* const end = row + a.start[column + 1];
         for (int r = c; r < p.count; ++r) {
-            at = std::lower_bound(at, end, p.unknown[r]);
-            a.value[std::size_t(at - row)] += p.value[c * p.count + r];
+            // Those of one node follow each other.
+            if (*at != p.unknown[r]) at = std::lower_bound(at, end, p.unknown[r]);
+            a.value[std::size_t(at++ - row)] += p.value[c * p.count + r];
         }
     }
 }

@@ -164,8 +164,16 @@ void massbeam(const element& e, elmatrix& m) {
     tomodelaxes(local, b.axes, m);
 }
 
-vec2 deflectbeam(const element& e, double x, const Eigen::Matrix<double, 12, 1>& ends) {
-    return (shapes(dataof(e), x) * ends).segment<2>(1);
+void deflectbeam(const element& e, const Eigen::Matrix<double, 12, 1>& ends, int intervals,
+                 vec2* deflections) {
+    const beamdata b = dataof(e);
+    const Eigen::Vector4d about3(ends[1], ends[5], ends[7], ends[11]);
+    const Eigen::Vector4d about2(ends[2], -ends[4], ends[8], -ends[10]);
+    for (int i = 0; i <= intervals; ++i) {
+        const double x = double(i) / intervals;
+        deflections[i] = vec2(deflection(x, b.length, b.phi3).dot(about3),
+                              deflection(x, b.length, b.phi2).dot(about2));
+    }
 }
 
 void spreadbeam(const element& e, placedforces forces, elvector& f) {

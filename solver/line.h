@@ -13,5 +13,7 @@ void checkbeam(const element& e);
 void stiffenbeam(const element& e, elmatrix& k);
 void massbeam(const element& e, elmatrix& m);
 void spreadbeam(const element& e, placedforces forces, elvector& f);
-// Deflections along e2 and e3 at x of 0..1 that the twelve end values (local axes) alone give.
-vec2 deflectbeam(const element& e, double x, const Eigen::Matrix<double, 12, 1>& ends);
+// Deflections along e2 and e3 that the twelve end values (local axes) alone give, at both ends and
+// between equal intervals.
+void deflectbeam(const element& e, const Eigen::Matrix<double, 12, 1>& ends, int intervals,
+                 vec2* deflections);

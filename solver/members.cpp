@@ -29,6 +29,7 @@ struct memberforce {
 static memberload loadof(const element& e, const mat3& axes, const caseloads& loads) {
     memberload sum;
     for (int i = 0; i < intervals; ++i) sum.force[i] = sum.first[i] = vec3::Zero();
+    if (!loads.loadselements()) return sum;
     const double length = lengthof(e);
     sum.moment = loads.online(e, [&](double from, double to, const linedensity& load) {
         sum.any = true;
@@ -131,13 +132,15 @@ static memberline memberof(const element& e, const elvector& ends, const elvecto
     if (load.any) loads.onelement(e, between);
     const vec12 moved = localends(u, axes), clamps = localends(-between, axes);
     vec2 deflection[memberstations];
-    const bool bends = kindof(e.type).nodedofs == 6;
-    for (int i = 0; i < memberstations; ++i) {
-        const double x = double(i) / intervals;
-        deflection[i] = bends ? deflectbeam(e, x, moved)
-                              : vec2((1 - x) * moved.segment<2>(1) + x * moved.segment<2>(7));
+    if (kindof(e.type).nodedofs == 6) {
+        deflectbeam(e, moved, intervals, deflection);
+        if (load.any) deflectclamped(e, load, clamps, deflection);
+    } else {
+        for (int i = 0; i < memberstations; ++i) {
+            const double x = double(i) / intervals;
+            deflection[i] = (1 - x) * moved.segment<2>(1) + x * moved.segment<2>(7);
+        }
     }
-    if (load.any && bends) deflectclamped(e, load, clamps, deflection);
     memberline line;
     memberforce at = atfirstend(localends(ends, axes) + clamps);
     const double h = lengthof(e) / intervals;
@@ -152,6 +155,8 @@ void writemembers(const model& m, const settings& s, const dofmap& d, const disp
     std::vector<int> lines;
     for (int e = 1; e <= m.nelems(); ++e)
         if (kindof(m.elements[std::size_t(e)].type).fam == family::line) lines.push_back(e);
+    std::vector<keptnumber> places;
+    for (int at = 0; at < memberstations; ++at) places.emplace_back(float(double(at) / intervals));
     textout out(m.base + ".MEM");
     for (int lc = 1; lc <= u.cases; ++lc) {
         displacements one;
@@ -169,7 +174,11 @@ void writemembers(const model& m, const settings& s, const dofmap& d, const disp
             const memberline line = memberof(e, ends.col(0), moved.col(0), loads);
             text.put(e.number);
             text.put(memberstations);
-            for (int k = 0; k < line.size(); ++k) text.put(float(line.data()[k]));
+            keptnumber same[membervalues];  // what nothing loads stays the same all along
+            for (int at = 0; at < memberstations; ++at) {
+                text.put(places[std::size_t(at)]);
+                for (int k = 1; k < membervalues; ++k) text.put(float(line(k, at)), same[k]);
+            }
             text.endline();
         });
         out.raw("END").endline();

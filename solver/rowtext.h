@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Rows of result files: the text is made by all threads, a block of rows each, and written in
-// order.
+// Rows of result files: the text is made by all threads, a block of rows each, while one of them
+// writes what was made before.
 #pragma once
 
 #include <algorithm>
@@ -12,12 +12,30 @@
 #include "solver/matrix.h"
 #include "solver/parallel.h"
 
+// A number with its text, kept for the case that the same one comes again.
+struct keptnumber {
+    float value;
+    char text[longestnumber];
+    std::size_t length;
+    explicit keptnumber(float number = 0) : value(number) {
+        length = std::size_t(writenumber(text, number) - text);
+    }
+};
+
 // Text of some rows.
 class rowtext {
   public:
     void put(double value) { number(value); }
     void put(float value) { number(value); }
     void put(int value) { number(long(value)); }
+    void put(float value, keptnumber& kept) {
+        if (value != kept.value) kept = keptnumber(value);
+        put(kept);
+    }
+    void put(const keptnumber& kept) {
+        comma();
+        text.append(kept.text, kept.length);
+    }
     void put(const vec3& at) {
         for (int k = 0; k < 3; ++k) put(at[k]);
     }
@@ -50,18 +68,27 @@ class rowtext {
 // Writes rows 0..count-1, each made by row(i, text).
 template <typename Row>
 void writerows(textout& out, int count, Row row) {
-    const int blockrows = 1024, blocks = 4 * threads();
-    std::vector<rowtext> texts;
+    const int blockrows = 512, blocks = 8 * threads();
+    std::vector<rowtext> texts, made;
     texts.resize(std::size_t(blocks));
+    made.resize(std::size_t(blocks));
+    const auto writemade = [&] {
+        for (const rowtext& text : made) out.raw(text.content());
+    };
     for (int begin = 0; begin < count; begin += blockrows * blocks) {
-        parallelpieces(blocks, 1, [&](int firstblock, int lastblock, int) {
-            for (int b = firstblock; b < lastblock; ++b) {
-                rowtext& text = texts[std::size_t(b)];
+        parallelpieces(1 + blocks, 1, [&](int firstpiece, int lastpiece, int) {
+            for (int piece = firstpiece; piece < lastpiece; ++piece) {
+                if (piece == 0) {
+                    writemade();
+                    continue;
+                }
+                rowtext& text = texts[std::size_t(piece) - 1];
                 text.clear();
-                const int first = begin + b * blockrows;
+                const int first = begin + (piece - 1) * blockrows;
                 for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, text);
             }
         });
-        for (const rowtext& text : texts) out.raw(text.content());
+        std::swap(texts, made);
     }
+    writemade();
 }

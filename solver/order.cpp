@@ -3,6 +3,7 @@
 #include "solver/order.h"
 
 #include <cholmod.h>
+#include <signal.h>
 
 #include <cstdio>
 
@@ -23,6 +24,21 @@ struct cholmodrun {
     ~cholmodrun() { cholmod_finish(&c); }
     cholmodrun(const cholmodrun&) = delete;
     cholmodrun& operator=(const cholmodrun&) = delete;
+};
+
+// METIS takes SIGTERM for a fault of its own and jumps to where the thread that gets it may never
+// have been. While this stands the signal waits.
+struct termwaits {
+    sigset_t former;
+    termwaits() {
+        sigset_t term;
+        sigemptyset(&term);
+        sigaddset(&term, SIGTERM);
+        pthread_sigmask(SIG_BLOCK, &term, &former);
+    }
+    ~termwaits() { pthread_sigmask(SIG_SETMASK, &former, nullptr); }
+    termwaits(const termwaits&) = delete;
+    termwaits& operator=(const termwaits&) = delete;
 };
 }  // namespace
 
@@ -69,10 +85,13 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     a.sorted = a.packed = 1;
     const int dissectfrom = 200;  // nodes; below it the choice does not matter
     orderresult degree, dissected;
-    parallelpieces(n < dissectfrom ? 1 : 2, 1, [&](int first, int last, int) {
-        for (int i = first; i < last; ++i)
-            (i == 0 ? degree : dissected) = tryorder(a, i == 0 ? CHOLMOD_AMD : CHOLMOD_METIS);
-    });
+    {
+        const termwaits waits;
+        parallelpieces(n < dissectfrom ? 1 : 2, 1, [&](int first, int last, int) {
+            for (int i = first; i < last; ++i)
+                (i == 0 ? degree : dissected) = tryorder(a, i == 0 ? CHOLMOD_AMD : CHOLMOD_METIS);
+        });
+    }
     const bool usedegree = dissected.order.empty() || degree.operations <= dissected.operations;
     const auto words = [](const char* name, const orderresult& r) {
         char text[100];

@@ -33,7 +33,8 @@ static double extent(const model& m) {
     return (high - low).norm();
 }
 
-double refine(const model& m, const settings& s, const equations& q, factor& l, displacements& u) {
+double refine(const model& m, const settings& s, const equations& q, factor& l,
+              const std::vector<double>& applied, displacements& u) {
     const dofmap& d = q.dofs;
     const std::size_t dofs = d.equation.size();
     const auto unknowns = std::size_t(d.unknowns);
@@ -42,13 +43,11 @@ double refine(const model& m, const settings& s, const equations& q, factor& l, 
     std::vector<double> still(dofs), step(dofs), columns(unknowns * std::size_t(u.cases));
     expand(d, nothing.data(), still.data());
     u.rest.resize(u.u.size());
-    runlog unheard;
-    unheard.quiet();
     std::vector<double> force(u.u.size(), 0);
     addforces(m, s, d, u, elements, force);
     for (int c = 0; c < u.cases; ++c) {
-        caseloads(m, s, c + 1).collect(d, step.data(), unheard);
-        for (std::size_t i = 0; i < dofs; ++i) step[i] -= force[std::size_t(c) * dofs + i];
+        const std::size_t at = std::size_t(c) * dofs;
+        for (std::size_t i = 0; i < dofs; ++i) step[i] = applied[at + i] - force[at + i];
         condense(d, step.data(), columns.data() + std::size_t(c) * unknowns);
     }
     l.solve(columns.data(), u.cases);

@@ -53,23 +53,28 @@ struct holding {
 };
 }  // namespace
 
+// applied: out, the loads of the cases, numbered like the displacements.
 static displacements solvecases(const model& m, const settings& s, const equations& q, factor& l,
-                                std::vector<double>& residual, holding& held, runlog& log) {
+                                std::vector<double>& applied, std::vector<double>& residual,
+                                holding& held, runlog& log) {
     const dofmap& d = q.dofs;
     log.stage("loads");
     const std::vector<double> byconstants = constantforces(m, s, d);
     displacements result;
     result.cases = m.ncases();
     result.u.resize(d.equation.size() * std::size_t(m.ncases()));
+    applied.resize(result.u.size());
     std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(m.ncases()));
-    std::vector<double> f(d.equation.size());
+    std::vector<double> f;
     const bool anyheld = !d.held.empty() || std::ranges::count(d.heldplain, 1) > 0;
     if (anyheld) held.angle = flatness(m, s, d);
     for (int lc = 1; lc <= m.ncases(); ++lc) {
         const std::string& name = m.cases[std::size_t(lc)].name;
-        caseloads(m, s, lc).collect(d, f.data(), log);
-        checkheldloads(m, d, held.angle, f.data(), lc, log);
-        held.letgo.push_back(heldload(m, d, f.data()));
+        double* const load = applied.data() + std::size_t(lc - 1) * d.equation.size();
+        caseloads(m, s, lc).collect(d, load, log);
+        checkheldloads(m, d, held.angle, load, lc, log);
+        held.letgo.push_back(heldload(m, d, load));
+        f.assign(load, load + d.equation.size());
         const bool none = std::all_of(f.begin(), f.end(), [](double v) { return v == 0; });
         if (none && byconstants.empty())
             log.warn("Case " + std::to_string(lc) + " \"" + name +
@@ -111,16 +116,17 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 
 // Where rounding spoils the balance of a case, the displacements get more digits.
 static void refinereactions(const model& m, const settings& s, const equations& q, factor& l,
-                            const holding& held, results& r, runlog& log) {
-    const double good = 5e-10, before = worstbalance(r.reactions, held.letgo);
+                            const std::vector<double>& applied, const holding& held, results& r,
+                            runlog& log) {
+    const double good = 1e-9, before = worstbalance(r.reactions, held.letgo);
     double now = before, change = 1, uncertainty = 0;
     const int mostrounds = 3;
     const double settled = 1e-10;  // there is nothing left to refine
     for (int round = 0; round < mostrounds && now > good && q.dofs.unknowns > 0; ++round) {
         const double former = change;
-        change = refine(m, s, q, l, r.u);
+        change = refine(m, s, q, l, applied, r.u);
         uncertainty = change * change / former;  // what the next round would change
-        r.reactions = findreactions(m, s, q.dofs, r.u, log);
+        r.reactions = findreactions(m, s, q.dofs, r.u, applied, log);
         now = worstbalance(r.reactions, held.letgo);
         if (change < settled) break;
     }
@@ -146,12 +152,13 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
         factorise(m, s, q, l, log);
     }
     holding held;
-    r.u = solvecases(m, s, q, l, r.residual, held, log);
+    std::vector<double> applied;
+    r.u = solvecases(m, s, q, l, applied, r.residual, held, log);
     telllargest(m, q.dofs, r.u, log);
     if (what.reactions) {
         log.stage("reactions");
-        r.reactions = findreactions(m, s, q.dofs, r.u, log);
-        refinereactions(m, s, q, l, held, r, log);
+        r.reactions = findreactions(m, s, q.dofs, r.u, applied, log);
+        refinereactions(m, s, q, l, applied, held, r, log);
         tellbalance(m, r.reactions, log);
     }
     log.stage("stress");
@@ -167,6 +174,7 @@ static void checkcontents(const model& m) {
 }
 
 results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log) {
+    log.stage("check");
     setthreads(s.threads);
     const int anadof = analysiskind(m, doftype > 0 ? doftype : derivedtype(m, m.twod));
     m.twod = anadof == 1 || anadof == 2;
@@ -195,9 +203,17 @@ void analyse(const job& j, runlog& log) {
     log.stage("read");
     if (!j.stiffness)
         log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
-    const std::string checksum = modelchecksum(j.base);
     const settings s = readsettings(j.appdir + "/feiflu.ini", log);
-    model m = readmodel(j.base, log);
+    setthreads(s.threads);
+    model m;
+    std::string checksum;
+    parallelpieces(2, 1, [&](int first, int last, int) {
+        for (int i = first; i < last; ++i)
+            if (i == 0)
+                m = readmodel(j.base, log);
+            else
+                checksum = modelchecksum(j.base);
+    });
     m.twod = j.twod;
     wanted what;
     what.reactions = j.solve;

@@ -59,7 +59,7 @@ equations makeequations(const model& m, const settings& s, int anadof, runlog& l
 void analysefactor(const equations& q, factor& l, int columns, runlog& log) {
     log.stage("analyse");
     l.analyse(q.stiffness);
-    const double vectors = 4;  // right sides, result, CHOLMOD's work and residual
+    const double vectors = 5;  // loads, right sides, result, work and residual
     const double needed = l.bytes() + vectors * columns * double(q.dofs.unknowns) * sizeof(double);
     const double available = freememory();
     log.line("Factor: " + shortnumber(l.entries()) + " entries, " + shortnumber(l.operations()) +

@@ -71,7 +71,7 @@ static void addgroundsprings(const model& m, const settings& s, const dofmap& d,
 }
 
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
-                          const displacements& u, runlog& log) {
+                          const displacements& u, const std::vector<double>& applied, runlog& log) {
     reactionset r;
     const std::size_t dofs = d.equation.size();
     const std::vector<char> supported = supportednodes(d);
@@ -80,10 +80,8 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
     r.force.assign(u.u.size(), 0);
     r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
     r.reaction = r.load;
-    std::vector<double> load(dofs);
-    runlog unheard;
     for (int lc = 1; lc <= u.cases; ++lc) {
-        caseloads(m, s, lc).collect(d, load.data(), unheard);
+        const double* const load = applied.data() + std::size_t(lc - 1) * dofs;
         double* const rest = unbalanced.data() + std::size_t(lc - 1) * dofs;
         double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
         for (std::size_t i = 0; i < dofs; ++i) {
@@ -92,7 +90,7 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
             if (d.prescribed[i]) force[i] = rest[i];
         }
         for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
-        r.load[std::size_t(lc)] = resultant(m, d, load.data());
+        r.load[std::size_t(lc)] = resultant(m, d, load);
         log.progress("reactions", int(100.0 * lc / u.cases));
     }
     addgroundsprings(m, s, d, u, r.force);

@@ -15,8 +15,9 @@ struct reactionset {
     std::vector<vec6> load;      // (1..cases): sum of applied forces DX..RZ; moments about the
     std::vector<vec6> reaction;  // origin of the model
 };
+// applied: the loads, numbered like the displacements.
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
-                          const displacements& u, runlog& log);
+                          const displacements& u, const std::vector<double>& applied, runlog& log);
 
 // Line elements: for each, for each case, at both ends axial force, moment about e2, moment about
 // e3, torsion, as they act on the face that looks along +e1, over area and section moduli.

@@ -20,6 +20,7 @@
 #include "edit/hover.h"
 #include "edit/merge.h"
 #include "edit/move.h"
+#include "edit/outcome.h"
 #include "edit/pickplaces.h"
 #include "edit/selection.h"
 #include "edit/snap.h"
@@ -97,10 +98,24 @@ static void addnodepress(int nview) {
 void wiremouse() {
     moderow row;
     row.flag = &addnodemode;
+    row.name = "Free Node";
+    row.snaps = true;
     acceptpoints(row, addnodepress);
     row.end = endaddnode;
     row.enter = endbyescape;
     modes().push_back(row);
+    // States that dialogs and the move keep.
+    const auto state = [](Flag& flag, const char* name, bool endsatrest) {
+        moderow kept;
+        kept.flag = &flag;
+        kept.name = name;
+        kept.endsatrest = endsatrest;
+        modes().push_back(kept);
+    };
+    state(movepending, "Move", true);
+    state(meshmode, "Mesh", false);  // ends with its dialog
+    for (Flag* flag : {&editconstraint, &editnodalload, &editelemload, &singleel})
+        state(*flag, "", true);
 }
 
 // --- boxes --------------------------------------------------------------------------------------
@@ -275,13 +290,13 @@ static bool checkpoint() {
 
 static void leftpress(int nview) {
     moderow* const row = runningmode();
-    if (addelemmode && row && row->press) return row->press(nview);
+    if (row && row->picks) return row->press(nview);
     if (viewwindow || zoomwinmode || isselectionpending()) nothingchanged();
     if (viewwindow) return viewwindowpress(nview);
     if (zoomwinmode) return zoompress(nview);
     if (isselectionpending()) return selectpress(nview);
-    if (row && row->press) {
-        if (snaps(*row)) snapto(nview);
+    if (row) {
+        if (row->snaps) snapto(nview);
         if (checkpoint()) row->press(nview);
         return;
     }
@@ -321,14 +336,7 @@ bool showviewmenu(int nview) {
 
 // What a press or its end does, as the list of the steps names it.
 static std::string pressname() {
-    static const std::pair<const Flag*, const char*> names[] = {
-        {&addnodemode, "Free Node"}, {&addelemmode, "Element"}, {&drawline, "Line"},
-        {&drawcircle, "Circle"},     {&drawcurve, "Curve"},     {&movepending, "Move"},
-        {&meshmode, "Mesh"},
-    };
-    for (const auto& [flag, name] : names)
-        if (*flag) return name;
-    return "Mouse";
+    return *stepname() ? stepname() : "Mouse";
 }
 
 void viewmousedown(int nview, mousebuttons button, double x, double y) {
@@ -339,7 +347,8 @@ void viewmousedown(int nview, mousebuttons button, double x, double y) {
     activeview = nview;
     std::optional<keptpoint> given;  // the point given last, which the corner of a box is not
     if (zoomwinmode || viewwindow || windowdrag) given.emplace();
-    unprojectat(nview, x, y);
+    takeplace(nview, x, y);
+    newpress();
     // A model that is full, above all: the press is told off and nothing else happens.
     guarded([&] { mousedriver(nview, button); },
             [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
@@ -368,8 +377,8 @@ void viewmousemove(int nview, mousebuttons button, double x, double y) {
     const bool boxes = windowdrag && nview == bandview;
     if (!moves && !boxes) return;
     const keptpoint given;
-    unprojectat(nview, x, y);
-    if (moves) mousedrag(nview);
+    takeplace(nview, x, y);
+    if (moves && mousedrag(nview)) notedrag();
     if (boxes) {
         const keptpen pen;
         drawcolor = selcolor;
@@ -382,14 +391,16 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
     if (button != mousebuttons::left) return;
     const step s(pressname());
     const keptpoint given;
-    unprojectat(nview, x, y);
+    takeplace(nview, x, y);
     if (movepending)
         moverelease(nview);
     else
         nothingchanged();
     // A box that was dragged open is closed by letting go.
-    const bool dragged = std::fabs(x - bandx) > dragreach || std::fabs(y - bandy) > dragreach;
+    const bool dragged =
+        isplacegiven() || std::fabs(x - bandx) > dragreach || std::fabs(y - bandy) > dragreach;
     if (!windowdrag || nview != bandview || !dragged) return;
+    notedrag();
     mousedriver(nview, mousebuttons::left);
     theplatform().refresh();
 }

@@ -10,6 +10,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/outcome.h"
 #include "edit/pickplaces.h"
 #include "edit/pickshape.h"
 #include "edit/placegrid.h"
@@ -139,12 +140,24 @@ nearest pickfromkept(int nview, const kindofitem& item) {
 
 }  // namespace
 
+// What a player has been given, or what the search finds.
+static nearest agreed(int count, const std::function<nearest()>& search) {
+    nearest found;
+    const pickhit hit = agreedhit(count, [&] {
+        found = search();
+        return pickhit{found.item, found.part};
+    });
+    found.item = hit.item;
+    found.part = hit.part;
+    return found;
+}
+
 nearest picknode(int nview) {
-    return pickfromall(nview, nodekind(nview));
+    return agreed(nnodes(), [&] { return pickfromall(nview, nodekind(nview)); });
 }
 
 nearest pickloadednode(int nview) {
-    return pickfromall(nview, loadedkind(nview));
+    return agreed(nnodes(), [&] { return pickfromall(nview, loadedkind(nview)); });
 }
 
 // The one item that was found otherwise, with its distances.
@@ -156,8 +169,11 @@ static nearest oneitem(int nview, const kindofitem& kind, int i) {
 }
 
 nearest pickelement(int nview) {
-    const int e = elementunder(nview);
-    return e != 0 ? oneitem(nview, elementkind(nview), e) : pickfromall(nview, elementkind(nview));
+    return agreed(nelems(), [&] {
+        const int e = elementunder(nview);
+        const kindofitem kind = elementkind(nview);
+        return e != 0 ? oneitem(nview, kind, e) : pickfromall(nview, kind);
+    });
 }
 
 nearest hovernode(int nview) {
@@ -223,7 +239,7 @@ static void offergraphics(search& s, int nview) {
         offergraphic(s, g, nview);
 }
 
-nearest pickgraphic(int nview) {
+static nearest searchgraphic(int nview) {
     const int g = graphicunder(nview);
     search s(nview);
     if (g != 0)
@@ -233,7 +249,11 @@ nearest pickgraphic(int nview) {
     return s.result();
 }
 
-nearest pickpatch(int nview) {
+nearest pickgraphic(int nview) {
+    return agreed(ngraphics(), [&] { return searchgraphic(nview); });
+}
+
+static nearest searchpatch(int nview) {
     const int under = patchunder(nview);
     search s(nview);
     double centre[3];
@@ -245,8 +265,14 @@ nearest pickpatch(int nview) {
     return s.result();
 }
 
+nearest pickpatch(int nview) {
+    return agreed(patches(0, 0, 0), [&] { return searchpatch(nview); });
+}
+
 nearest picksnapgraphic(int nview) {
-    search s(nview);
-    offergraphics(s, nview);
-    return nearestshape(s, nview);
+    return agreed(ngraphics(), [&] {
+        search s(nview);
+        offergraphics(s, nview);
+        return nearestshape(s, nview);
+    });
 }

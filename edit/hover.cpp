@@ -81,8 +81,7 @@ void endhover() {
 static bool hovers() {
     const moderow* const row = runningmode();
     if (windowdrag || zoomwinmode || viewwindow || movepending) return false;
-    if (row != nullptr)
-        return row->flag == &addelemmode || (snaps(*row) && MnuSelectItem(selectsnap).checked);
+    if (row != nullptr) return row->picks || (row->snaps && MnuSelectItem(selectsnap).checked);
     return selecttype == selecttypes::single || selecttype == selecttypes::group;
 }
 

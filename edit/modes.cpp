@@ -20,8 +20,14 @@ std::vector<pendingselection>& pendingselections() {
 
 moderow* runningmode() {
     for (moderow& row : modes())
-        if (row.flag != nullptr && *row.flag) return &row;
+        if (*row.flag && row.press) return &row;
     return nullptr;
+}
+
+const char* stepname() {
+    for (const moderow& row : modes())
+        if (*row.flag && *row.name) return row.name;
+    return "";
 }
 
 static pendingselection* pendingone() {
@@ -62,9 +68,8 @@ bool endpendingselection() {
 void addready() {
     endmode();
     endboxes();
-    for (Flag* flag : {&addnodemode, &addelemmode, &drawline, &drawcircle, &drawcurve,
-                       &editconstraint, &editnodalload, &editelemload, &movepending, &singleel})
-        *flag = false;
+    for (const moderow& row : modes())
+        if (row.endsatrest) *row.flag = false;
     for (menustate& item : Mnuadditem.row()) item = menustate();
     Mnuadditem(readyitem).checked = true;
     ptcount = 0;
@@ -85,9 +90,4 @@ void acceptpoints(moderow& row, void (*press)(int nview)) {
         modelz = z;
         press(activeview);
     };
-}
-
-bool snaps(const moderow& row) {
-    return row.flag == &addnodemode || row.flag == &drawline || row.flag == &drawcircle ||
-           row.flag == &drawcurve;
 }

@@ -11,8 +11,13 @@
 #include "core/array.h"
 
 struct moderow {
-    Flag* flag = nullptr;                          // up while the mode runs
-    std::function<void(int nview)> press;          // left press, snapped: the point is in modelx..
+    Flag* flag = nullptr;    // up while the mode runs
+    const char* name = "";   // of the steps that its presses are
+    bool snaps = false;      // its points snap
+    bool picks = false;      // its presses pick nodes: at once, before any window under way
+    bool endsatrest = true;  // the rest state takes the flag down
+    std::function<void(int nview)> press;  // left press, snapped: the point is in modelx..; none: a
+                                           // state that others keep, and no mode
     std::function<void(double* point)> lastpoint;  // point that a relative command starts from
     std::function<void(double x, double y, double z)> commandpoint;  // a point from a command
     std::function<void()> enter, space;          // Enter restarts where it is told; the space key
@@ -24,8 +29,8 @@ struct moderow {
 void acceptpoints(moderow& row, void (*press)(int nview));
 std::vector<moderow>& modes();
 moderow* runningmode();
-void endmode();                  // the one that runs
-bool snaps(const moderow& row);  // do the points of this mode snap?
+void endmode();          // the one that runs
+const char* stepname();  // of the first row whose flag is up; "" with none
 
 // Selections that serve a dialog: while the flag is up presses select, and ESC, Enter or the right
 // button call ended instead of emptying the lists.

@@ -17,6 +17,7 @@
 #include "edit/find.h"
 #include "edit/merge.h"
 #include "edit/modes.h"
+#include "edit/outcome.h"
 #include "edit/selection.h"
 #include "edit/snap.h"
 #include "edit/undo.h"
@@ -167,15 +168,16 @@ void movepress(int nview) {
     if (redrawmove) redrawall();
 }
 
-void mousedrag(int) {
-    if (!editing || !pressed) return;
+bool mousedrag(int) {
+    if (!editing || !pressed) return false;
     if (!dragging) {
         // A hand that trembles while it presses does not move anything.
-        if (std::hypot(scrx - pressx, scry - pressy) < dragreach) return;
+        if (!isplacegiven() && std::hypot(scrx - pressx, scry - pressy) < dragreach) return false;
         dragging = true;
         storeundo();
     }
     shifttopoint();
+    return true;
 }
 
 void moverelease(int) {

@@ -12,7 +12,7 @@ void startmove();
 bool ismoving();  // a reference point is awaited or given
 // A press or a drag at modelx, modely, modelz while a move is under way.
 void movepress(int nview);
-void mousedrag(int nview);
+bool mousedrag(int nview);  // true when it moves something
 void moverelease(int nview);
 // A way typed in the coordinate boxes, model units. It needs no reference point.
 void movetyped(const double* way);

@@ -23,7 +23,7 @@ namespace {
 struct drawmode {
     Flag* flag;
     graphickinds kind;
-    const char* goal;
+    const char *name, *goal;
     struct {
         const char *first, *second;
     } prompt[3];  // by ptcount
@@ -33,13 +33,19 @@ struct drawmode {
 static const char stop[] = "<ESC> to stop", restart[] = "<ESC> to stop, <Enter> to restart";
 
 static const drawmode drawmodes[] = {
-    {&drawline, kindline, "for graphic line", {{"First point", stop}, {"Next point", restart}, {}}},
+    {&drawline,
+     kindline,
+     "Line",
+     "for graphic line",
+     {{"First point", stop}, {"Next point", restart}, {}}},
     {&drawcurve,
      kindcurve,
+     "Curve",
      "for graphic curve",
      {{"Start point", stop}, {"End point", restart}, {"Point", restart}}},
     {&drawcircle,
      kindcircle,
+     "Circle",
      "for graphic circle",
      {{"Start point", stop}, {"End point", stop}, {"Point on Circle", restart}}},
 };
@@ -213,6 +219,8 @@ void wirepointentry() {
     for (const drawmode& mode : drawmodes) {
         moderow m;
         m.flag = mode.flag;
+        m.name = mode.name;
+        m.snaps = true;
         acceptpoints(m, [](int) { addgraphicpoint(pointsteps::place); });
         m.enter = restartchain;
         m.back = [] { addgraphicpoint(pointsteps::back); };

@@ -146,6 +146,8 @@ void startsingle(std::function<void()> ended) {
 void wiresingleelem() {
     moderow row;
     row.flag = &addelemmode;
+    row.name = "Element";
+    row.picks = true;
     row.press = [](int nview) { addelementnode(picknode(nview).item); };
     // Commands start from the first node of the element in work.
     row.lastpoint = [](double* point) {

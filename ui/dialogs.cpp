@@ -8,6 +8,7 @@
 
 #include "core/platform.h"
 #include "edit/Mouseprocedures.h"
+#include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 
 static std::map<std::string, std::function<QDialog*()>>& makers() {
@@ -125,6 +126,7 @@ bool opendialog(const std::string& name) {
     QDialog* const dialog = found->second();
     dialog->setObjectName(QString::fromStdString(name));
     new keptplace(dialog);
+    helpbykey(dialog, helptopic);
     showmodal(dialog);
     return true;
 }

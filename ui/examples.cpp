@@ -11,11 +11,13 @@
 #include <filesystem>
 #include <set>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "ui/dialogs.h"
+#include "ui/record.h"
 
 namespace fs = std::filesystem;
 
@@ -53,6 +55,16 @@ std::string examplesfolder() {
     return fs::is_directory(own, ec) ? own.string() : std::string();
 }
 
+void openpointed(const std::string& path) {
+    const step s("Open");
+    const recordedline line("menu File/Open...");
+    filechoice choice;
+    choice.chosen = true;
+    choice.path = path;
+    recordfile(choice, {});
+    guarded([&] { askandopen(path); }, fallback);
+}
+
 // --- the hint -----------------------------------------------------------------------------------
 
 static void fillexamples(QMenu* menu) {
@@ -62,7 +74,7 @@ static void fillexamples(QMenu* menu) {
         QString caption = file.chopped(4);
         const std::string path = folder.filePath(file).toStdString();
         QObject::connect(menu->addAction(caption.replace("&", "&&")), &QAction::triggered, menu,
-                         [path] { guarded([&] { askandopen(path); }, fallback); });
+                         [path] { openpointed(path); });
     }
     if (menu->isEmpty()) menu->addAction(QObject::tr("There are none"))->setEnabled(false);
 }

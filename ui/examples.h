@@ -13,6 +13,9 @@ std::string shippeddata();
 std::string examplesfolder();
 
 // Over the first view while there is nothing in the model: what to begin with.
+// Opens a model that the user points at: a recent one, an example, a file that was dropped.
+void openpointed(const std::string& path);
+
 class emptyhint : public QFrame {
   public:
     explicit emptyhint(QWidget* view);

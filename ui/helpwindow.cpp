@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The help window.
+// The help window, and the key that leads to the manual. State: the topic of the action under way.
 #include "ui/helpwindow.h"
 
 #include <QAction>
@@ -7,11 +7,16 @@
 #include <QDialog>
 #include <QImage>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QUrl>
 
+#include "core/appdir.h"
+#include "core/platform.h"
+#include "core/session.h"
 #include "ui/controls.h"
 #include "ui/mainwindow.h"
+#include "ui/record.h"
 
 namespace {
 // The text scales its pictures without smoothing; they come in the size they are shown in.
@@ -32,7 +37,22 @@ class helptext : public QTextBrowser {
 };
 }  // namespace
 
-void showhelp(const QString& path) {
+std::string helptopic;
+
+void openmanual(const std::string& topic) {
+    const std::string page = appdir + "/manual.htm";
+    theplatform().openwithbrowser(topic.empty() ? page : page + "#" + topic);
+}
+
+void helpbykey(QDialog* dialog, const std::string& topic) {
+    auto* const key = new QShortcut(QKeySequence("F1"), dialog);
+    QObject::connect(key, &QShortcut::activated, dialog, [topic] {
+        const recordedline line("menu \"Information/User Manual...\"");
+        openmanual(topic);
+    });
+}
+
+void showhelp(const QUrl& page) {
     auto* const dialog = new QDialog(themainwindow, Qt::Window);
     dialog->setObjectName("HelpWindow");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -40,7 +60,7 @@ void showhelp(const QString& path) {
     auto* const text = new helptext(dialog);
     text->setObjectName("text");
     text->setOpenExternalLinks(true);
-    text->setSource(QUrl::fromLocalFile(path));
+    text->setSource(page);
     dialog->setWindowTitle(text->documentTitle());
     rows->addWidget(text, 1);
     auto* const buttons = new QHBoxLayout;

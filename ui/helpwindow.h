@@ -2,6 +2,15 @@
 // The help window: shows the manual where no browser can be started, and while a script plays.
 #pragma once
 
-#include <QString>
+#include <QUrl>
+#include <string>
 
-void showhelp(const QString& path);
+class QDialog;
+
+void showhelp(const QUrl& page);
+
+// The manual, at a topic of it.
+void openmanual(const std::string& topic = "");
+// Of the action that runs; "" while none does. A dialog that it opens leads there by F1.
+extern std::string helptopic;
+void helpbykey(QDialog* dialog, const std::string& topic);

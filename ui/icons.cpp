@@ -26,6 +26,8 @@ static const std::map<std::string, const char*> outlines = {
      "M 3 4 L 3 14 + M 6 9 L 11 4 M 6 9 L 11 14 M 6 9 L 15 9 Q 21 9 21 14 Q 21 19 15 19 L 10 19"},
     {"stepforward",
      "M 21 4 L 21 14 + M 18 9 L 13 4 M 18 9 L 13 14 M 18 9 L 9 9 Q 3 9 3 14 Q 3 19 9 19 L 14 19"},
+    {"record", "C 12 12 9 + = C 12 12 5"},
+    {"play", "C 12 12 9 + = M 10 7 L 17 12 L 10 17 Z"},
     {"delete",
      "M 4 7 L 20 7 M 9 7 L 9 4 L 15 4 L 15 7 M 6 7 L 7 21 L 17 21 L 18 7 + M 10 11 L 10 17 "
      "M 14 11 L 14 17"},

@@ -35,6 +35,7 @@
 #include "post/legend.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
+#include "ui/actionrows.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/examples.h"
@@ -43,9 +44,10 @@
 #include "ui/menus.h"
 #include "ui/plotswitches.h"
 #include "ui/qtsurface.h"
+#include "ui/record.h"
 #include "ui/reportviewer.h"
 #include "ui/steps.h"
-#include "ui/viewtools.h"
+#include "ui/viewkeys.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -59,6 +61,7 @@ mainwindow::mainwindow() {
     setObjectName("main");
     setWindowIcon(programicon());
     setAcceptDrops(true);
+    fillactions();
     buildmenus(menuBar());
     buildtoolbars();
     buildworkspace();
@@ -308,6 +311,8 @@ static bool isenter(const QEvent* event) {
 bool mainwindow::commandkey(const QKeyEvent* event) {
     const int last = inputfield->count() - 1;
     if (isenter(event)) {
+        const QString text = inputfield->currentText();
+        const recordedline line(text.isEmpty() ? text : "command " + text);
         runtypedcommand();
     } else if (event->key() == Qt::Key_Escape) {
         keyhandler(keyescape);
@@ -373,7 +378,7 @@ void mainwindow::dragEnterEvent(QDragEnterEvent* event) {
 void mainwindow::dropEvent(QDropEvent* event) {
     const std::string path = modeldropped(event).toStdString();
     event->acceptProposedAction();
-    QTimer::singleShot(0, this, [path] { guarded([&] { askandopen(path); }, fallback); });
+    QTimer::singleShot(0, this, [path] { openpointed(path); });
 }
 
 // --- keys and closing ---------------------------------------------------------------------------
@@ -475,7 +480,6 @@ void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
     refreshmenus();
-    if (auto* const save = findChild<QAction*>("savebutton")) save->setEnabled(!menulock);
     snaplabel->setText(statusofsnap());
     showsteps();
     stalelabel->setVisible(isstaleshown());

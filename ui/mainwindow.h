@@ -80,7 +80,6 @@ class mainwindow : public QMainWindow {
     QToolButton* warningbutton = nullptr;
     plotswitches* switches = nullptr;
     emptyhint* hint = nullptr;
-    std::array<QToolButton*, 5> modify{};
     std::string commentshown;
     bool refreshing = false;
 };

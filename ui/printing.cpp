@@ -25,6 +25,7 @@
 #include "ui/pagesetup.h"
 #include "ui/printsurface.h"
 #include "ui/qtplatform.h"
+#include "ui/record.h"
 
 namespace fs = std::filesystem;
 
@@ -167,6 +168,8 @@ static printstart askandbegin(const QString& document) {
     topaper(printer);
     QPrintDialog dialog(&printer, themainwindow);
     while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
+    recordremark("not recorded: what the print dialog was told; played, nothing is printed");
+    const recordrest quiet;
     if (dialog.exec() != QDialog::Accepted) return printstart::cancelled;
     printer.setResolution(dotsperinch);
     const bool tofile = printer.outputFormat() == QPrinter::PdfFormat;

@@ -14,6 +14,7 @@
 #include <QSettings>
 #include <QTimer>
 #include <QUrl>
+#include <utility>
 
 #include "core/runtime.h"
 #include "core/session.h"
@@ -26,6 +27,7 @@
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/printing.h"
+#include "ui/record.h"
 #include "ui/viewwidget.h"
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
@@ -106,6 +108,12 @@ static void setcaptions(QMessageBox& window, const messagebox& box) {
 
 answers qtplatform::show(const messagebox& box) {
     lastmessage = box.text;
+    const answers answer = answered(box);
+    if (box.set != buttons::ok) recordanswer(answer);
+    return answer;
+}
+
+answers qtplatform::answered(const messagebox& box) {
     if (scripted) {
         if (box.set == buttons::ok) return answers::ok;
         if (answerqueue.empty()) {
@@ -132,6 +140,7 @@ answers qtplatform::show(const messagebox& box) {
         window.setEscapeButton(aside);
     }
     while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
+    const recordrest quiet;
     return answerof(window.exec());
 }
 
@@ -165,6 +174,12 @@ static void addexamples(QFileDialog& dialog) {
 }
 
 filechoice qtplatform::askfile(const filebox& box) {
+    const filechoice choice = chosenfile(box);
+    recordfile(choice, box);
+    return choice;
+}
+
+filechoice qtplatform::chosenfile(const filebox& box) {
     filechoice choice;
     choice.filterindex = box.filterindex;
     if (scripted) {
@@ -172,6 +187,7 @@ filechoice qtplatform::askfile(const filebox& box) {
         choice.path = filequeue.front();
         filequeue.pop_front();
         choice.chosen = !choice.path.empty();
+        if (const int filter = std::exchange(nextfilter, 0)) choice.filterindex = filter;
         return choice;
     }
     QFileDialog dialog(themainwindow, qtext(box.title), beginfolder());
@@ -186,6 +202,7 @@ filechoice qtplatform::askfile(const filebox& box) {
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // the program asks in its own words
     if (!box.path.empty()) dialog.selectFile(qtext(box.path));
     while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
+    const recordrest quiet;
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return choice;
     choice.chosen = true;
     choice.path = dialog.selectedFiles().first().toStdString();
@@ -302,7 +319,10 @@ bool qtplatform::progress(const std::string& what, double share, bool cancellabl
     }
     bar->setLabelText(qtext(what));
     bar->setValue(int(share * 100));
-    if (bar->wasCanceled()) cancelled = true;
+    if (bar->wasCanceled() && !cancelled) {
+        cancelled = true;
+        recordremark("not recorded: the work that follows was cancelled");
+    }
     return !cancelled;
 }
 
@@ -349,9 +369,12 @@ void qtplatform::killprocess() {
 }
 
 void qtplatform::openwithbrowser(const std::string& path) {
-    if (!QFile::exists(qtext(path)))
+    const QString whole = qtext(path);
+    const bool topical = !QFile::exists(whole) && whole.contains('#');  // FILE#TOPIC
+    QUrl page = QUrl::fromLocalFile(topical ? whole.section('#', 0, -2) : whole);
+    if (!QFile::exists(page.toLocalFile()))
         return message("File not found: " + path + "; it comes with the program",
                        icons::exclamation);
-    if (scripted || !QDesktopServices::openUrl(QUrl::fromLocalFile(qtext(path))))
-        showhelp(qtext(path));
+    if (topical) page.setFragment(whole.section('#', -1));
+    if (scripted || !QDesktopServices::openUrl(page)) showhelp(page);
 }

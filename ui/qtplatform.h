@@ -48,11 +48,14 @@ class qtplatform : public platform {
     bool scripted = false;
     std::deque<answers> answerqueue;
     std::deque<std::string> filequeue;
+    int nextfilter = 0;       // of the next file dialog, from 1; 0: as it is proposed
     std::string lastmessage;  // text of the last message or question
     std::string unanswered;   // the question for which the queue held no answer
     std::string title;
 
   private:
+    answers answered(const messagebox& box);
+    filechoice chosenfile(const filebox& box);
     QElapsedTimer busy;  // since the first report of the work under way
     QPointer<QProgressDialog> bar;
     QProcess process;

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <vector>
 
 class scriptplayer {
   public:
@@ -20,16 +21,32 @@ class scriptplayer {
     bool stopped = false;  // set from outside: play ends before the next line, without a fault
     std::function<void(const QString&)> say;  // explaining texts
 
+    // What the verbs ask for.
+    void pause(int milliseconds);
+    QString inscript(const QString& path) const;  // a path of the script, whole
+    void setresults(const QString& directory);
+
   private:
     void runstep(const QString& line);
     bool run(const QString& line);
-    void pause(int milliseconds);
-    QString inscript(const QString& path) const;
-    void setresults(const QString& directory);
     QString path, folder;
     QString results;  // directory of the names that begin with "results:"
     QStringList lines;
 };
+
+// The verbs of scripts, as one table in scriptverbs.cpp.
+struct scriptline {
+    QString text;       // as it stands
+    QStringList words;  // the verb first
+};
+
+struct scriptverb {
+    const char* name;
+    int words;          // that must follow
+    const char* usage;  // as the manual has it
+    void (*run)(scriptplayer&, const scriptline&);
+};
+const std::vector<scriptverb>& scriptverbs();
 
 // A text of a file as a terminal may have it: control characters as "\x1b".
 QString onterminal(const QString& text);

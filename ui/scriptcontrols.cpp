@@ -4,37 +4,13 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QSlider>
-#include <QSpinBox>
-#include <QTabBar>
+#include <QRegularExpression>
 #include <QTableView>
 
+#include "ui/controlkinds.h"
 #include "ui/mainwindow.h"
 
-// The toolkit's own door for keys of a test, which tries the shortcuts.
-QT_BEGIN_NAMESPACE
-Q_GUI_EXPORT bool qt_sendShortcutOverrideEvent(QObject*, ulong timestamp, int key,
-                                               Qt::KeyboardModifiers, const QString& text, bool,
-                                               ushort);
-QT_END_NAMESPACE
-
-void refuse(const QString& text) {
-    throw scriptfault{text};
-}
-
 // --- finding windows and controls ---------------------------------------------------------------
-
-static QString plain(QString caption) {
-    return caption.remove('&').trimmed();
-}
 
 static QWidget* findform(const QString& name) {
     if (name == "main") return themainwindow;
@@ -44,16 +20,58 @@ static QWidget* findform(const QString& name) {
 }
 
 static QString captionof(const QObject* o) {
-    if (const auto* b = qobject_cast<const QAbstractButton*>(o)) return plain(b->text());
+    if (const auto* b = qobject_cast<const QAbstractButton*>(o)) return plaintext(b->text());
     return {};
+}
+
+static QWidget* findcaption(const QWidget* window, const QString& caption) {
+    for (QWidget* w : window->findChildren<QWidget*>())
+        if (captionof(w) == plaintext(caption)) return w;
+    return nullptr;
+}
+
+// "QLineEdit#3": the third of its class in the window.
+static QWidget* numbered(const QWidget* window, const QString& name) {
+    int number = name.section('#', 1).toInt();
+    for (QWidget* w : window->findChildren<QWidget*>())
+        if (name.section('#', 0, 0) == w->metaObject()->className() && --number == 0) return w;
+    return nullptr;
 }
 
 QWidget* findcontrol(const QString& form, const QString& name) {
     QWidget* const window = findform(form);
+    if (name == form) return window;
     if (auto* const w = window->findChild<QWidget*>(name)) return w;
-    for (QWidget* w : window->findChildren<QWidget*>())
-        if (captionof(w) == plain(name)) return w;
+    if (QWidget* const w = findcaption(window, name)) return w;
+    if (QWidget* const w = numbered(window, name)) return w;
     refuse(form + " has no control " + name);
+}
+
+QString quotedword(const QString& text) {
+    static const QRegularExpression plain("^[\\w.:+/&=-][\\w.:+/&=#()-]*$");
+    if (plain.match(text).hasMatch() && text.count('(') == text.count(')')) return text;
+    QString quoted = text;
+    quoted.replace('\\', "\\\\").replace('"', "\\\"").replace('\n', "\\n");
+    return '"' + quoted + '"';
+}
+
+QString controlname(const QWidget* w) {
+    QWidget* const window = w->window();
+    const QString form = window == themainwindow ? QString("main") : window->objectName();
+    const QString words = quotedword(form) + " ";
+    if (w == window) return words + quotedword(form);
+    if (const QString name = w->objectName();
+        !name.isEmpty() && window->findChild<QWidget*>(name) == w)
+        return words + quotedword(name);
+    if (const QString caption = captionof(w);
+        !caption.isEmpty() && findcaption(window, caption) == w)
+        return words + quotedword(caption);
+    int number = 0;
+    for (const QWidget* other : window->findChildren<QWidget*>()) {
+        number += other->metaObject() == w->metaObject();
+        if (other == w) break;
+    }
+    return words + QString("%1#%2").arg(w->metaObject()->className()).arg(number);
 }
 
 static void needenabled(const QWidget* w, const QString& name) {
@@ -63,88 +81,25 @@ static void needenabled(const QWidget* w, const QString& name) {
 
 // --- verbs --------------------------------------------------------------------------------------
 
-QWidget* keyboardfocus() {
-    QWidget* window = QApplication::activePopupWidget();
-    if (window == nullptr) window = QApplication::activeModalWidget();
-    if (window == nullptr) window = themainwindow;
-    return window->focusWidget() ? window->focusWidget() : window;
-}
-
-void presskey(QWidget* w, int key, const QString& text, Qt::KeyboardModifiers held) {
-    if (qt_sendShortcutOverrideEvent(w, 0, key, held, text, false, 1)) return;
-    const QPointer<QWidget> target = w;  // a key may close its window
-    for (const QEvent::Type kind : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(kind, key, held, text);
-        if (target) QApplication::sendEvent(target, &event);
-    }
-}
-
-void typekeys(QWidget* w, const QString& text) {
-    for (const QChar c : text) presskey(w, 0, QString(c));
-}
-
-// Typed key by key over what was there. The keys go where the keyboard's go: to the list whose text
-// the field is.
-void type(QLineEdit* edit, const QString& value) {
-    edit->setFocus();
-    edit->selectAll();
-    QWidget* const target = edit->focusProxy() ? edit->focusProxy() : edit;
-    if (value.isEmpty()) presskey(target, Qt::Key_Delete);
-    typekeys(target, value);
-}
-
-static void leave(QLineEdit* edit) {
-    if (edit->hasFocus())
-        edit->clearFocus();
-    else
-        QMetaObject::invokeMethod(edit, "editingFinished");
-}
-
 void setcontrol(const QString& form, const QString& name, const QString& value) {
     QWidget* const w = findcontrol(form, name);
     needenabled(w, name);
-    if (auto* const edit = qobject_cast<QLineEdit*>(w)) {
-        type(edit, value);
-        leave(edit);
-    } else if (auto* const combo = qobject_cast<QComboBox*>(w); combo && combo->isEditable()) {
-        type(combo->lineEdit(), value);
-        leave(combo->lineEdit());
-    } else if (auto* const spin = qobject_cast<QSpinBox*>(w)) {
-        spin->setValue(value.toInt());
-    } else if (auto* const slider = qobject_cast<QAbstractSlider*>(w)) {
-        slider->setValue(value.toInt());
-    } else if (auto* const text = qobject_cast<QPlainTextEdit*>(w)) {
-        text->setPlainText(value);
-    } else {
-        refuse(name + " of " + form + " takes no text");
-    }
+    const controlkind* const kind = kindofcontrol(w);
+    if (!kind || !kind->set) refuse(name + " of " + form + " takes no text");
+    kind->set(w, value);
 }
 
 void choose(const QString& form, const QString& name, const QString& text) {
     QWidget* const w = findcontrol(form, name);
     needenabled(w, name);
-    if (auto* const combo = qobject_cast<QComboBox*>(w)) {
-        const int i = combo->findText(text);
-        if (i < 0) refuse(name + " holds no entry \"" + text + "\"");
-        combo->setCurrentIndex(i);
-        emit combo->activated(i);
-        emit combo->textActivated(text);
-    } else if (auto* const list = qobject_cast<QListWidget*>(w)) {
-        const auto items = list->findItems(text, Qt::MatchExactly);
-        if (items.isEmpty()) refuse(name + " holds no entry \"" + text + "\"");
-        list->setCurrentItem(items.first());
-        emit list->itemClicked(items.first());
-    } else if (auto* const tabs = qobject_cast<QTabBar*>(w)) {
-        for (int i = 0; i < tabs->count(); ++i)
-            if (plain(tabs->tabText(i)) == plain(text)) return tabs->setCurrentIndex(i);
-        refuse(name + " has no page \"" + text + "\"");
-    } else if (auto* const pages = qobject_cast<QTabWidget*>(w)) {
-        for (int i = 0; i < pages->count(); ++i)
-            if (plain(pages->tabText(i)) == plain(text)) return pages->setCurrentIndex(i);
-        refuse(name + " has no page \"" + text + "\"");
-    } else {
-        refuse(name + " of " + form + " is no list");
-    }
+    const controlkind* const kind = kindofcontrol(w);
+    if (!kind || !kind->entries) refuse(name + " of " + form + " is no list");
+    const QStringList entries = kind->entries(w);
+    int entry = int(entries.indexOf(text));
+    if (entry < 0 && text.startsWith('#')) entry = text.mid(1).toInt() - 1;  // by its number
+    if (entry >= entries.size()) entry = -1;
+    if (entry < 0) refuse(name + " holds no entry \"" + text + "\"");
+    kind->choose(w, entry);
 }
 
 void checkcontrol(const QString& form, const QString& name, bool on) {
@@ -177,31 +132,16 @@ void setcell(const QString& form, const QString& name, int row, int column, cons
 
 // --- values -------------------------------------------------------------------------------------
 
-static QStringList textsof(const QListWidget* list) {
-    QStringList rows;
-    for (int i = 0; i < list->count(); ++i) rows << list->item(i)->text();
-    return rows;
-}
-
 bool controlvalue(const QString& name, QString& value) {
     const qsizetype dot = name.indexOf('.');
     if (dot < 0) return false;
     const QWidget* const w = findcontrol(name.left(dot), name.mid(dot + 1));
-    if (!w->isVisible())
+    const controlkind* const kind = kindofcontrol(w);
+    if (!w->isVisible()) {
         value = "hidden";
-    else if (const auto* label = qobject_cast<const QLabel*>(w))
-        value = label->text();
-    else if (const auto* edit = qobject_cast<const QLineEdit*>(w))
-        value = edit->text();
-    else if (const auto* combo = qobject_cast<const QComboBox*>(w))
-        value = combo->currentText();
-    else if (const auto* group = qobject_cast<const QGroupBox*>(w))
-        value = group->title();
-    else if (const auto* list = qobject_cast<const QListWidget*>(w))
-        value = textsof(list).join('|');
-    else if (const auto* b = qobject_cast<const QAbstractButton*>(w))
-        value = b->isCheckable() ? (b->isChecked() ? "-1" : "0") : b->text();
-    else
-        return false;
+    } else {
+        if (!kind || !kind->value) return false;
+        value = kind->value(w);
+    }
     return true;
 }

@@ -5,16 +5,14 @@
 
 #include <QString>
 
-class QComboBox;
-class QLineEdit;
+#include "ui/scriptkeys.h"
+
 class QWidget;
 
-// A line that can not be carried out.
-struct scriptfault {
-    QString text;
-};
-[[noreturn]] void refuse(const QString& text);
-
+// A text as a word of a line, in quotes where it needs them.
+QString quotedword(const QString& text);
+// "FORM CONTROL" as findcontrol takes them: by name, else by caption, else "CLASS#NUMBER".
+QString controlname(const QWidget* w);
 // A control of an open window; form "main" is the main window. Refuses where there is none.
 QWidget* findcontrol(const QString& form, const QString& name);
 template <typename T>
@@ -23,15 +21,6 @@ T* findkind(const QString& form, const QString& name, const char* kind) {
     if (w == nullptr) refuse(name + " of " + form + " is no " + kind);
     return w;
 }
-
-// The widget that a key of the keyboard reaches: in an open menu, else in the window that holds up
-// all others, else in the main window.
-QWidget* keyboardfocus();
-// A key at a widget, first as a shortcut of its window. Text is typed key by key.
-void presskey(QWidget* w, int key, const QString& text = QString(),
-              Qt::KeyboardModifiers held = Qt::NoModifier);
-void typekeys(QWidget* w, const QString& text);
-void type(QLineEdit* edit, const QString& value);
 
 void setcontrol(const QString& form, const QString& name, const QString& value);
 void choose(const QString& form, const QString& name, const QString& text);

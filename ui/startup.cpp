@@ -14,6 +14,7 @@
 #include "tools/pointentry.h"
 #include "tools/singleelem.h"
 #include "ui/dialogs.h"
+#include "ui/record.h"
 #include "ui/steps.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
@@ -42,7 +43,8 @@ static void forceplaintext(QObject* receiver) {
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
     if (event->type() == QEvent::Polish) forceplaintext(receiver);
     bool taken = false;
-    std::optional<step> door;
+    const recordedevent recorded(receiver, event);
+    std::optional<step> change;
     if (maychangemodel(receiver, event)) {
         door.emplace("");
         suggeststep(receiver);

@@ -12,19 +12,14 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
-#include <QToolBar>
-#include <QToolButton>
 
 #include "core/journal.h"
 #include "core/session.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
-#include "ui/dialogs.h"
-#include "ui/icons.h"
+#include "ui/actions.h"
 #include "ui/mainwindow.h"
 #include "view/moddraw.h"
-
-static const std::size_t listed = 20;  // steps in the list of a button
 
 // --- taking steps -------------------------------------------------------------------------------
 
@@ -50,60 +45,21 @@ void stepby(int count, bool back) {
 
 // --- the buttons --------------------------------------------------------------------------------
 
-namespace {
-struct stepbutton {
-    const char *name, *icon, *caption, *keys;
-    bool back;
-    QAction* action = nullptr;
-    std::vector<std::string> names() const {
-        return back ? stepsback(listed) : stepsforward(listed);
-    }
-};
-}  // namespace
-
-static stepbutton stepbuttons[] = {
-    {"stepback", "stepback", "Step Back", "Ctrl+Z", true},
-    {"stepforward", "stepforward", "Step Forward", "Ctrl+Shift+Z; Ctrl+Y", false},
-};
-
-static void filllist(QMenu* menu, const stepbutton& b) {
-    menu->clear();
-    int count = 0;
-    for (const std::string& name : b.names()) {
-        ++count;
-        menu->addAction(QString::fromStdString(name), menu, [count, back = b.back] {
-            guarded([&] { stepby(count, back); }, fallback);
-        });
-    }
-}
-
-void addsteptools(QToolBar* bar) {
-    for (stepbutton& b : stepbuttons) {
-        b.action = new QAction(iconof(b.icon), QObject::tr(b.caption), bar);
-        b.action->setObjectName(b.name);
-        b.action->setShortcuts(QKeySequence::listFromString(b.keys));
-        QObject::connect(b.action, &QAction::triggered, bar,
-                         [back = b.back] { guarded([&] { stepby(1, back); }, fallback); });
-        auto* const button = new QToolButton(bar);
-        auto* const menu = new QMenu(button);
-        QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, &b] { filllist(menu, b); });
-        button->setDefaultAction(b.action);
-        button->setMenu(menu);
-        button->setPopupMode(QToolButton::MenuButtonPopup);
-        button->setObjectName(QString(b.name) + "button");
-        bar->addWidget(button);
-    }
+std::vector<std::string> stepnames(bool back) {
+    const std::size_t most = 20;  // in the list of a button
+    return back ? stepsback(most) : stepsforward(most);
 }
 
 void showsteps() {
-    for (const stepbutton& b : stepbuttons) {
-        if (!b.action) continue;
-        const std::vector<std::string> names = b.names();
+    for (const char* name : {"stepback", "stepforward"}) {
+        const action* const row = findaction(name);
+        if (!row->item) continue;
+        const std::vector<std::string> names = row->list();
         const QString what =
             names.empty() ? QObject::tr("nothing to take") : QString::fromStdString(names.front());
-        b.action->setEnabled(!names.empty() && !menulock);
-        b.action->setToolTip(
-            QString("%1: %2 (%3)").arg(b.caption, what, QString(b.keys).section(';', 0, 0)));
+        row->item->setEnabled(isallowed(*row));
+        row->item->setToolTip(
+            QString("%1: %2 (%3)").arg(row->caption, what, QString(row->keys).section(';', 0, 0)));
     }
 }
 

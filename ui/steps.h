@@ -2,11 +2,14 @@
 // Step Back and Step Forward in the window, and the doors of the toolkit through which steps come.
 #pragma once
 
+#include <string>
+#include <vector>
+
 class QEvent;
 class QObject;
-class QToolBar;
 
-void addsteptools(QToolBar* bar);
+// The last steps by name, the next to be taken first.
+std::vector<std::string> stepnames(bool back);
 void showsteps();  // enabling and tips
 void wiresteps();
 void stepby(int count, bool back);

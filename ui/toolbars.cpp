@@ -1,113 +1,85 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The toolbars of the main window.
+// The toolbars of the main window, built from the table of actions.
 #include <QComboBox>
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
 
-#include "core/runtime.h"
 #include "core/session.h"
-#include "files/filemenu.h"
-#include "files/filop.h"
-#include "files/saving.h"
-#include "post/shapes.h"
-#include "ui/dialogs.h"
-#include "ui/icons.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
-#include "ui/printing.h"
-#include "ui/steps.h"
-#include "ui/viewtools.h"
 
-static QToolBar* newbar(QMainWindow* window, const char* name, const QString& title) {
-    QToolBar* const bar = window->addToolBar(title);
-    bar->setObjectName(name);
-    bar->setIconSize(QSize(20, 20));
-    return bar;
-}
+static const struct {
+    const char *name, *title;
+    Qt::ToolBarArea area;
+} bars[] = {
+    {"filebar", "File", Qt::TopToolBarArea},
+    {"editbar", "Edit", Qt::TopToolBarArea},
+    {"selectbar", "Selection", Qt::TopToolBarArea},
+    {"graphicbar", "Graphics", Qt::LeftToolBarArea},  // the row on top is full
+    {"scriptbar", "Script", Qt::LeftToolBarArea},
+    {"viewbar", "View", Qt::TopToolBarArea},
+    {"jobbar", "Job", Qt::TopToolBarArea},
+};
 
-// Saves under the model's name, or asks for one.
-static void savenow() {
-    if (isnamed())
-        savemodel();
-    else if (menusave() == reply::done)
-        addrecentfile();
-}
-
-// Print, and beside it what prepares for it.
-static QToolButton* printbutton(QMainWindow* window) {
-    struct printtool {
-        const char *name, *caption, *shortcut;
-        void (*run)();
-    };
-    static const printtool tools[] = {
-        {"printpreviewbutton", "Print preview...", "Ctrl+Shift+P", showprintpreview},
-        {"printsetupbutton", "Page setup...", "", showprintsetup},
-        {"printpdfbutton", "Print to PDF...", "Ctrl+Shift+F", printtopdf},
-    };
-    auto* const button = new QToolButton(window);
+// The action itself and what is prepared for beside it.
+static QMenu* menuofplace(QToolButton* button, const action& row, const QString& where) {
     auto* const menu = new QMenu(button);
-    menu->addAction(menuaction("mnuFileItem", 4));
-    for (const printtool& tool : tools) {
-        QAction* const action =
-            menu->addAction(QObject::tr(tool.caption), window, [&tool] { tool.run(); });
-        action->setObjectName(tool.name);
-        if (*tool.shortcut) action->setShortcut(QKeySequence(tool.shortcut));
-        window->addAction(action);
+    menu->addAction(row.item);
+    for (const auto& [beside, place] : actionsat(where)) menu->addAction(beside->item);
+    return menu;
+}
+
+// What the action could be done with, asked for when the list opens.
+static QMenu* menuoflist(QToolButton* button, const action& row) {
+    auto* const menu = new QMenu(button);
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [menu, &row] {
+        menu->clear();
+        int number = 0;
+        for (const std::string& caption : row.list())
+            menu->addAction(QString::fromStdString(caption), menu,
+                            [&row, i = ++number] { runlisted(row, i); });
+    });
+    return menu;
+}
+
+static void addbutton(QToolBar* bar, const action& row, const actionplace& place) {
+    const QString beside = QString("%1/%2").arg(place.where, place.name);
+    if (*place.name == 0) return bar->addAction(row.item);
+    auto* const button = new QToolButton(bar);
+    button->setObjectName(place.name);
+    button->setDefaultAction(row.item);
+    if (row.list) button->setMenu(menuoflist(button, row));
+    if (!actionsat(beside).empty()) button->setMenu(menuofplace(button, row, beside));
+    if (button->menu()) button->setPopupMode(QToolButton::MenuButtonPopup);
+    bar->addWidget(button);
+}
+
+static void fillbar(QToolBar* bar) {
+    int before = -1;
+    for (const auto& [row, place] : actionsat(bar->objectName())) {
+        if (QString(place->where) != bar->objectName()) continue;  // beside one of its buttons
+        if (before >= 0 && before / 10 != place->order / 10) bar->addSeparator();
+        before = place->order;
+        addbutton(bar, *row, *place);
     }
-    button->setDefaultAction(menuaction("mnuFileItem", 4));
-    button->setMenu(menu);
-    button->setPopupMode(QToolButton::MenuButtonPopup);
-    button->setObjectName("printbutton");
-    return button;
 }
 
 void mainwindow::buildtoolbars() {
-    QToolBar* const file = newbar(this, "filebar", tr("File"));
-    for (int i : {0, 1}) file->addAction(menuaction("mnuFileItem", i));
-    QAction* const save = file->addAction(iconof("save"), tr("Save"), [] { savenow(); });
-    save->setObjectName("savebutton");
-    save->setShortcut(QKeySequence::Save);
-    save->setToolTip(tr("Save the model under its name (Ctrl+S)"));
-    file->addWidget(printbutton(this));
-
-    QToolBar* const edit = newbar(this, "editbar", tr("Edit"));
-    addsteptools(edit);
-    for (int i : {1, 3, 4}) edit->addAction(menuaction("mnuEditItem", i));
-
-    QToolBar* const select = newbar(this, "selectbar", tr("Selection"));
-    static const int order[] = {0, 1, 4, 2, 3};  // Nodes, Elements, Graphics, then the others
-    for (std::size_t i = 0; i < modify.size(); ++i) {
-        QAction* const action = menuaction("MnuSelectItem", order[i]);
-        modify[i] = new QToolButton(select);
-        modify[i]->setDefaultAction(action);
-        modify[i]->setObjectName(QString("Modify(%1)").arg(i));
-        select->addWidget(modify[i]);
+    for (action& row : ::actions())
+        if (*row.menu == 0) addAction(makeitem(row, this));  // its keys work in the whole window
+    for (const auto& [name, title, area] : bars) {
+        auto* const bar = new QToolBar(tr(title), this);
+        bar->setObjectName(name);
+        bar->setIconSize(QSize(20, 20));
+        addToolBar(area, bar);
+        fillbar(bar);
     }
-    select->addAction(menuaction("MnuSelectItem", 5));
+    auto* const select = findChild<QToolBar*>("selectbar");
     selectmethod = new QComboBox(select);
     selectmethod->setObjectName("selectmethod");
     selectmethod->setToolTip(tr("Selection method"));
     selectmethod->addItems({"Single", "Window", "Group", "All"});
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
-
-    // Along the left border: the row on top is full.
-    QToolBar* const graphics = newbar(this, "graphicbar", tr("Graphics"));
-    addToolBar(Qt::LeftToolBarArea, graphics);
-    for (int i : {0, 1, 2, 4, 5, 6}) graphics->addAction(menuaction("Mnugraphicitem", i));
-    graphics->addAction(menuaction("mnuEditItem", 7));
-    graphics
-        ->addAction(iconof("options"), tr("Graphic Element Options"),
-                    [] { theplatform().showdialog("graphoptions"); })
-        ->setObjectName("graphoptionsbutton");
-
-    addviewtools(newbar(this, "viewbar", tr("View")));
-
-    QToolBar* const job = newbar(this, "jobbar", tr("Job"));
-    for (const auto& [array, i] :
-         {std::pair("definegroup", 0), std::pair("definegroup", 1), std::pair("Loadcase", 0),
-          std::pair("Mnuadditem", 3), std::pair("Mnuadditem", 6), std::pair("menuanalyseitem", 2),
-          std::pair("menupostItem", 1), std::pair("menupostItem", 2), std::pair("menupostItem", 5)})
-        job->addAction(menuaction(array, i));
 }

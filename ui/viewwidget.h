@@ -16,6 +16,7 @@ class viewwidget : public QWidget {
     Q_OBJECT
   public:
     viewwidget(int number, QWidget* parent);
+    int number() const { return nview; }
     qtsurface surface;
     // Logical pixels a centimetre and a twip of this screen.
     double pixelspercm() const;

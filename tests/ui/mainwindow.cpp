@@ -9,6 +9,7 @@
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "tests/support/recorder.h"
+#include "ui/actionrows.h"
 #include "ui/dialogs.h"
 #include "ui/menus.h"
 
@@ -27,6 +28,7 @@ static void leavesof(const QList<QAction*>& actions, const QString& path, QStrin
 
 TEST(Mainwindow, TheMenuTreeIsWhole) {
     const sessionroom room;
+    fillactions();
     QMenuBar bar;
     buildmenus(&bar);
     QStringList leaves, checked;
@@ -46,6 +48,7 @@ TEST(Mainwindow, TheMenuTreeIsWhole) {
 
 TEST(Mainwindow, AnAnalysisLocksWhatChangesModelOrFiles) {
     const sessionroom room;
+    fillactions();
     QMenuBar bar;
     buildmenus(&bar);
     for (const bool locked : {true, false}) {

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The table of actions: its rows are whole, and F1 leads from each to its topic.
+#include "ui/actions.h"
+
+#include <gtest/gtest.h>
+
+#include <QMenu>
+#include <set>
+
+#include "core/session.h"
+#include "tests/support/recorder.h"
+#include "ui/dialogs.h"
+#include "ui/mainwindow.h"
+#include "ui/qtplatform.h"
+#include "ui/script.h"
+#include "ui/scriptcontrols.h"
+
+TEST(Actions, EveryVerbOfScriptsIsInTheManual) {
+    const std::string manual = contentof(sourcedir() + "/data/manual.htm");
+    for (const scriptverb& verb : scriptverbs())
+        EXPECT_NE(manual.find("<code>" + std::string(verb.name)), manual.npos) << verb.usage;
+    EXPECT_GT(scriptverbs().size(), 25u);
+}
+
+TEST(Actions, EveryRowIsWhole) {
+    const sessionroom room;
+    mainwindow window;
+    window.ending = true;
+    const std::string manual = contentof(sourcedir() + "/data/manual.htm");
+    std::set<std::string> names, keys;
+    for (const action& row : actions()) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        if (*row.caption == 0) continue;
+        EXPECT_NE(manual.find("id=\"" + std::string(row.topic) + "\""), manual.npos) << row.name;
+        ASSERT_TRUE(row.item) << row.name;
+        for (const QKeySequence& key : row.item->shortcuts())
+            EXPECT_TRUE(keys.insert(key.toString().toStdString()).second) << row.name;
+        for (const actionplace& place : row.places) {
+            const QString where = QString(place.where).section('/', 0, 0);
+            EXPECT_TRUE(where.startsWith("popup") || window.findChild<QWidget*>(where))
+                << row.name << " stands in no bar " << place.where;
+        }
+    }
+    EXPECT_GT(names.size(), 110u);
+}
+
+static void pressf1(QWidget* w) {
+    presskey(w, Qt::Key_F1);
+    QApplication::processEvents();
+}
+
+// The page that the help window shows; the window closes.
+static std::string helptopic() {
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->objectName() != "HelpWindow" || !w->isVisible()) continue;
+        w->close();
+        return w->findChild<QTextBrowser*>()->source().fragment().toStdString();
+    }
+    return "no help";
+}
+
+TEST(Actions, F1OpensTheTopicOfAnItemAndOfItsDialog) {
+    const sessionroom room;
+    writefile(appdir + "/manual.htm", contentof(sourcedir() + "/data/manual.htm"));
+    setplatform(&theqtplatform());
+    theqtplatform().scripted = true;
+    wiredialogs();
+    mainwindow window;
+    window.ending = true;
+    window.show();
+    QMenu* const menu = qobject_cast<QMenu*>(findaction("mnuFileItem(8)")->item->parent());
+    menu->popup(QPoint());
+    menu->setActiveAction(findaction("mnuFileItem(8)")->item);
+    pressf1(menu);
+    EXPECT_EQ(helptopic(), "files");
+    findaction("definegroup(1)")->item->trigger();
+    QApplication::processEvents();
+    QWidget* const dialog = QApplication::activeModalWidget();
+    ASSERT_TRUE(dialog);
+    pressf1(dialog);
+    EXPECT_EQ(helptopic(), "cases");
+    dialog->close();
+}

@@ -1,0 +1,647 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The rows of the table of actions.
+#include "ui/actionrows.h"
+
+#include "ui/actions.h"
+
+#include "core/model.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "edit/Edit.h"
+#include "edit/Mouseprocedures.h"
+#include "edit/move.h"
+#include "edit/refine.h"
+#include "edit/selection.h"
+#include "edit/undo.h"
+#include "files/analyse.h"
+#include "files/filemenu.h"
+#include "files/filop.h"
+#include "files/saving.h"
+#include "files/settings.h"
+#include "loads/nodeattributes.h"
+#include "post/contour.h"
+#include "post/printdraw.h"
+#include "post/shapes.h"
+#include "tools/findpatch.h"
+#include "tools/intersect.h"
+#include "tools/placenodes.h"
+#include "tools/pointentry.h"
+#include "ui/demonstration.h"
+#include "ui/dialogs.h"
+#include "ui/helpwindow.h"
+#include "ui/mainwindow.h"
+#include "ui/printing.h"
+#include "ui/record.h"
+#include "ui/recordplay.h"
+#include "ui/steps.h"
+#include "view/moddraw.h"
+#include "view/setviews.h"
+
+using actionrows = std::vector<action>;
+using command = std::function<void()>;
+using condition = std::function<bool()>;
+
+// --- what rows run, where it is more than a call ------------------------------------------------
+
+static condition checkof(array1<menustate>& list, int i) {
+    return [&list, i] { return list(i).checked; };
+}
+
+static condition enabledof(array1<menustate>& list, int i) {
+    return [&list, i] { return list(i).enabled; };
+}
+
+static command dialog(const char* name) {
+    return [name] { theplatform().showdialog(name); };
+}
+
+static void togglescrollbars() {
+    mnuSettingsItem(scrollbarson).checked = !mnuSettingsItem(scrollbarson).checked;
+    arrangeviews();  // the views give them room
+    redrawall();
+}
+
+static void toggleselect(int i) {
+    if (i == selectsnap) {
+        MnuSelectItem(selectsnap).checked = !MnuSelectItem(selectsnap).checked;
+        labelselect();
+    } else {
+        setselectitem(i);
+        theplatform().refresh();  // the item that was on already stays on
+    }
+}
+
+// The mode "Free Node": each press or command point adds a node.
+static void startaddnode() {
+    startmode(addnodemode);
+    checkonly(Mnuadditem, freenodeitem);
+    resultflag = dorenumber = 1;
+    mnuEditItem(undoitem).enabled = false;
+    prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
+}
+
+// What a dialog adds makes the results those of another model.
+static command addingdialog(const char* name) {
+    return [name] {
+        addready();
+        resultflag = 1;
+        mnuEditItem(undoitem).enabled = false;
+        theplatform().showdialog(name);
+    };
+}
+
+static command attributes(attributemodes mode) {
+    return [mode] { startattributes(mode); };
+}
+
+// Saves under the model's name, or asks for one.
+static void savenow() {
+    if (isnamed())
+        savemodel();
+    else if (menusave() == reply::done)
+        addrecentfile();
+}
+
+static void saveas() {
+    if (menusave() == reply::done) addrecentfile();
+}
+
+static void showlayout(void (*setviews)()) {
+    setviews();
+    redrawall();
+}
+
+static bool isfree() {
+    return !menulock;
+}
+
+static bool isattributable() {
+    return isfree() && (nodesel(0) != 0 || elemsel(0) != 0);
+}
+
+static bool iselementselected() {
+    return isfree() && elemsel(0) != 0;
+}
+
+static bool isgraphicselected() {
+    return isfree() && graphsel(0, 0) != 0;
+}
+
+// --- kinds of rows ------------------------------------------------------------------------------
+
+// A mark in one of the told lists, which shows in the views.
+static action mark(const char* array, int index, const char* caption, array1<menustate>& list,
+                   int i, command change, const char* icon = "") {
+    action row;
+    row.name = std::string(array) + "(" + std::to_string(index) + ")";
+    row.caption = caption;
+    row.icon = icon;
+    row.run = std::move(change);
+    row.checked = checkof(list, i);
+    row.isswitch = true;
+    return row;
+}
+
+static action toggle(const char* array, int index, const char* caption, array1<menustate>& list,
+                     const char* icon = "") {
+    const auto change = [&list, index] {
+        list(index).checked = !list(index).checked;
+        theplatform().refresh();
+        redrawall();
+    };
+    return mark(array, index, caption, list, index, change, icon);
+}
+
+static action choice(const char* array, int index, const char* caption, array1<menustate>& list) {
+    const auto change = [&list, index] {
+        checkonly(list, index);
+        theplatform().refresh();
+        redrawall();
+    };
+    return mark(array, index, caption, list, index, change);
+}
+
+static action selectrow(int i, const char* caption, const char* icon,
+                        std::vector<actionplace> places) {
+    action row = mark(
+        "MnuSelectItem", i, caption, MnuSelectItem, i, [i] { toggleselect(i); }, icon);
+    row.enabled = enabledof(MnuSelectItem, i);
+    row.places = std::move(places);
+    return row;
+}
+
+// An item of the Add menu with the state that is told for it.
+static action addrow(int i, const char* caption, const char* icon, command run,
+                     std::vector<actionplace> places = {}) {
+    action row;
+    row.name = "Mnuadditem(" + std::to_string(i) + ")";
+    row.caption = caption;
+    row.icon = icon;
+    row.run = std::move(run);
+    row.places = std::move(places);
+    row.checked = checkof(Mnuadditem, i);
+    row.enabled = enabledof(Mnuadditem, i);
+    return row;
+}
+
+static action drawrow(int i, const char* caption, const char* icon, graphickinds kind,
+                      const Flag& flag, std::vector<actionplace> places) {
+    action row;
+    row.name = "Mnugraphicitem(" + std::to_string(i) + ")";
+    row.caption = caption;
+    row.icon = icon;
+    row.run = [kind] { startdrawing(kind); };
+    row.checked = [&flag] { return bool(flag); };
+    row.places = std::move(places);
+    return row;
+}
+
+static command connectrow(connectmodes mode) {
+    return [mode] { connectgraphics(mode); };
+}
+
+static action steprow(const char* name, const char* caption, const char* keys, int order,
+                      bool back) {
+    action row;
+    row.name = name;
+    row.caption = caption;
+    row.icon = name;
+    row.keys = keys;
+    row.run = [back] { stepby(1, back); };
+    row.places = {{"editbar", order, back ? "stepbackbutton" : "stepforwardbutton"}};
+    row.enabled = [back] { return isfree() && !stepnames(back).empty(); };
+    row.list = [back] { return stepnames(back); };
+    row.runlisted = [back](int count) { stepby(count, back); };
+    return row;
+}
+
+// --- the rows -----------------------------------------------------------------------------------
+
+// Rows of one menu, and of one topic of the manual where a row names no other.
+static void addto(actionrows& table, const char* menu, const char* topic, actionrows rows) {
+    for (action& row : rows) {
+        row.menu = menu;
+        if (*row.topic == 0) row.topic = topic;
+        table.push_back(std::move(row));
+    }
+}
+
+static void addfile(actionrows& t) {
+    addto(
+        t, "&File", "files",
+        {
+            {"mnuFileItem(0)", "&New", "new", "Ctrl+N", [] { menunew(); }, {{"filebar", 1}}},
+            {"mnuFileItem(1)", "&Open...", "open", "Ctrl+O", [] { menuopen(); }, {{"filebar", 2}}},
+            {"mnuFileItem(2)", "&Import model...", "", "", [] { menuimport(); }},
+            {"mnuFileItem(3)", "Save &As...", "save", "Ctrl+Shift+S", saveas},
+            {"mnuFileItem(4)",
+             "&Print",
+             "print",
+             "Ctrl+P",
+             menuprint,
+             {{"filebar", 4, "printbutton"}}},
+            {"mnuFileItem(5)"},
+            {"mnuFileItem(6)", "Save Settings", "", "", savesettings},
+            {"mnuFileItem(7)", "Get Settings", "", "", getsettings},
+            {"mnuFileItem(8)", "Model Size...", "size", "", dialog("setmem")},
+            {"mnuFileItem(9)"},
+            {"mnuFileItem(10)", "E&xit", "exit", "Ctrl+Q", [] { menuexit(); }},
+        });
+    addto(t, "", "files",
+          {{.name = "savebutton",
+            .caption = "Save",
+            .icon = "save",
+            .keys = "Ctrl+S",
+            .run = savenow,
+            .places = {{"filebar", 3}},
+            .enabled = isfree,
+            .tip = "Save the model under its name"}});
+    addto(t, "", "print",
+          {
+              {"printpreviewbutton",
+               "Print preview...",
+               "",
+               "Ctrl+Shift+P",
+               showprintpreview,
+               {{"filebar/printbutton", 1}}},
+              {"printsetupbutton",
+               "Page setup...",
+               "",
+               "",
+               showprintsetup,
+               {{"filebar/printbutton", 2}}},
+              {"printpdfbutton",
+               "Print to PDF...",
+               "",
+               "Ctrl+Shift+F",
+               printtopdf,
+               {{"filebar/printbutton", 3}}},
+          });
+}
+
+static void addedit(actionrows& t) {
+    addto(t, "", "edit",
+          {
+              steprow("stepback", "Step Back", "Ctrl+Z", 1, true),
+              steprow("stepforward", "Step Forward", "Ctrl+Shift+Z; Ctrl+Y", 2, false),
+          });
+    addto(t, "", "script",
+          {
+              {.name = "record",
+               .caption = "Record",
+               .icon = "record",
+               .keys = "Ctrl+Shift+R",
+               .run = togglerecording,
+               .places = {{"scriptbar", 1, "recordbutton"}},
+               .checked = isrecording,
+               .tip = "Record what is done as a script; again: end it",
+               .unrecorded = true},
+              {.name = "playscript",
+               .caption = "Play Script...",
+               .icon = "play",
+               .keys = "Ctrl+Shift+L",
+               .run = playfile,
+               .places = {{"scriptbar/recordbutton", 1}},
+               .enabled = isfree},
+          });
+    addto(t, "&Edit", "edit",
+          {
+              {.name = "mnuEditItem(0)",
+               .caption = "Undo",
+               .icon = "undo",
+               .run = editundo,
+               .enabled = enabledof(mnuEditItem, 0)},
+              {"mnuEditItem(1)",
+               "Delete",
+               "delete",
+               "Del",
+               editdelete,
+               {{"editbar", 3}, {"popup02", 4, "popItem02(3)"}}},
+              {"mnuEditItem(2)", "Cu&t", "cut", "Ctrl+X", editcut},
+              {"mnuEditItem(3)",
+               "C&opy",
+               "copy",
+               "Ctrl+C",
+               editcopy,
+               {{"editbar", 4}, {"popup02", 1, "popItem02(0)", "Copy"}}},
+              {"mnuEditItem(4)",
+               "&Paste",
+               "paste",
+               "Ctrl+V",
+               [] { editpaste(); },
+               {{"editbar", 5}, {"popup02", 2, "popItem02(1)", "Paste"}}},
+              {"mnuEditItem(5)"},
+              {"mnuEditItem(6)",
+               "Drag/Drop",
+               "",
+               "",
+               startmove,
+               {{"popup02", 3, "popItem02(2)", "Move"}}},
+              {"mnuEditItem(7)",
+               "Modify Selection...",
+               "modify",
+               "",
+               modifyselection,
+               {{"graphicbar", 7}}},
+              {"mnuEditItem(8)", "Refine elements", "refine", "", [] { refineelements(); }},
+              {"mnuEditItem(9)", "Numerical Interface", "numbers", "", dialog("Numint")},
+              {"mnuEditItem(10)", "Findpatch", "patch", "", [] { findpatch(); }},
+          });
+    const char* const modify = "popup02/Modify Selection";
+    addto(t, "", "conditions",
+          {
+              {.name = "modifypop(0)",
+               .caption = "Nodal Loads or Constraints",
+               .run = attributes(attributemodes::constraints),
+               .places = {{modify, 11}},
+               .enabled = isattributable},
+              {.name = "modifypop(1)",
+               .caption = "Element Loads",
+               .run = attributes(attributemodes::elementloads),
+               .places = {{modify, 12}},
+               .enabled = iselementselected},
+              {.name = "modifypop(2)",
+               .caption = "Element properties",
+               .run = modifyselection,
+               .places = {{modify, 13}},
+               .enabled = iselementselected,
+               .topic = "edit"},
+              {.name = "modifypop(3)",
+               .caption = "Graphic Properties",
+               .run = modifyselection,
+               .places = {{modify, 14}},
+               .enabled = isgraphicselected,
+               .topic = "edit"},
+          });
+}
+
+static void addselect(actionrows& t) {
+    const char* const pop = "popup01";
+    addto(
+        t, "&Select", "mouse",
+        {
+            selectrow(0, "Nodes", "node",
+                      {{"selectbar", 1, "Modify(0)"}, {pop, 11, "popItem01(4)", "Select Nodes"}}),
+            selectrow(
+                1, "Elements", "element",
+                {{"selectbar", 2, "Modify(1)"}, {pop, 12, "popItem01(5)", "Select Elements"}}),
+            selectrow(2, "Patches", "patch",
+                      {{"selectbar", 4, "Modify(3)"}, {pop, 13, "popItem01(6)", "Select Patches"}}),
+            selectrow(3, "Forces", "force", {{"selectbar", 5, "Modify(4)"}}),
+            selectrow(
+                4, "Graphics", "graphic",
+                {{"selectbar", 3, "Modify(2)"}, {pop, 14, "popItem01(7)", "Select Graphics"}}),
+            selectrow(5, "Snap", "snap", {{"selectbar", 6}}),
+        });
+}
+
+static void addadd(actionrows& t) {
+    const char* const drawing = "popup01/Add Graphics";
+    addto(t, "&Add", "mesh",
+          {
+              addrow(0, "Ready", "", [] { addready(); }),
+              addrow(1, "Free Node", "node", startaddnode,
+                     {{"popup01", 2, "popItem01(1)", "Add Nodes"}}),
+              addrow(2, "Element...", "element", addingdialog("addsingleelem"),
+                     {{"popup01", 3, "popItem01(2)", "Add elements"}}),
+              addrow(3, "Mesh...", "mesh", addingdialog("Mselect"), {{"jobbar", 4}}),
+              addrow(4, "Object...", "", nullptr),
+              {"Mnuadditem(5)"},
+              addrow(6, "Constraints...", "constraint", attributes(attributemodes::constraints),
+                     {{"jobbar", 5}}),
+          });
+    addto(t, "&Add|Loads", "conditions",
+          {
+              {"mnuloads(0)", "Nodal Loads or Mass", "load", "",
+               attributes(attributemodes::nodalloads)},
+              {"mnuloads(1)", "Element Pressure Loads", "", "",
+               attributes(attributemodes::elementloads)},
+              {.name = "mnuloads(2)",
+               .caption = "Line Pressure Loads",
+               .run = attributes(attributemodes::none),
+               .tip = linepressurehint},
+          });
+    addto(t, "&Add", "", {{"Mnuadditem(8)"}});
+    addto(t, "&Add|Graphics", "drawing",
+          {
+              drawrow(0, "Line", "graphic", kindline, drawline,
+                      {{"graphicbar", 1}, {drawing, 1, "grapop(0)"}}),
+              drawrow(1, "Circle Section", "circle", kindcircle, drawcircle,
+                      {{"graphicbar", 2}, {drawing, 11, "grapop(2)", "Circle"}}),
+              drawrow(2, "Curve", "curve", kindcurve, drawcurve,
+                      {{"graphicbar", 3}, {drawing, 12, "grapop(3)"}}),
+              {"Mnugraphicitem(3)"},
+              {"Mnugraphicitem(4)",
+               "Intersection",
+               "intersection",
+               "",
+               connectrow(connectmodes::intersection),
+               {{"graphicbar", 4}}},
+              {"Mnugraphicitem(5)",
+               "Extend line",
+               "extend",
+               "",
+               connectrow(connectmodes::extend),
+               {{"graphicbar", 5}}},
+              {"Mnugraphicitem(6)",
+               "Connect 3-D",
+               "connect",
+               "",
+               connectrow(connectmodes::connect3d),
+               {{"graphicbar", 6}}},
+          });
+    addto(t, "", "drawing",
+          {{"graphoptionsbutton",
+            "Graphic Element Options",
+            "options",
+            "",
+            dialog("graphoptions"),
+            {{"graphicbar", 8}, {drawing, 21, "grapop(5)", "Options..."}}}});
+}
+
+static void adddefine(actionrows& t) {
+    addto(t, "&Define", "groups",
+          {
+              {"definegroup(0)",
+               "Element Group...",
+               "group",
+               "",
+               dialog("defgroup"),
+               {{"jobbar", 1}}},
+              {.name = "definegroup(1)",
+               .caption = "Loadcase",
+               .icon = "loadcase",
+               .run = dialog("Loadkees"),
+               .places = {{"jobbar", 2}},
+               .topic = "cases"},
+              {"definegroup(2)", "Object..."},
+              {"definegroup(3)", "Group Settings ....", "", "", dialog("defgroup")},
+          });
+}
+
+static void addsettings(actionrows& t) {
+    addto(t, "&Settings", "settings",
+          {{"mnuSettingsItem(0)", "&Colors ...", "colors", "", dialog("Colorset")}});
+    addto(t, "&Settings|&Font ...", "settings",
+          {
+              {"mnusetfont(0)", "Node Labels...", "font", "", asknodefont},
+              {"mnusetfont(1)", "Element Lables...", "", "", askelementfont},
+          });
+    addto(t, "&Settings", "settings",
+          {
+              mark("mnuSettingsItem", 2, "Scrollbars", mnuSettingsItem, 2, togglescrollbars),
+              toggle("mnuSettingsItem", 3, "Global Axis", mnuSettingsItem),
+              toggle("mnuSettingsItem", 4, "Local Axis", mnuSettingsItem),
+              {"mnuSettingsItem(5)", "Options...", "options", "", dialog("Options")},
+              {"mnuSettingsItem(6)", "Symbols ...", "symbols", "", dialog("Symbols")},
+              {"mnuSettingsItem(7)", "Toolbars ..."},
+              toggle("mnuSettingsItem", 8, "End Releases", mnuSettingsItem),
+          });
+}
+
+static void addview(actionrows& t) {
+    const char* const a = "mnudrawlist";
+    addto(t, "&view", "views",
+          {
+              {"view(0)", "&View Set...", "iso", "", dialog("viewcontrol")},
+              {"redraw(0)", "&Redraw", "redraw", "F5", [] { redrawall(); }},
+              {"redraw(1)"},
+              toggle(a, 0, "&Nodes", mnudrawlist),
+              toggle(a, 1, "&Elements", mnudrawlist),
+              toggle(a, 2, "&Constrains", mnudrawlist),
+          });
+    addto(t, "&view|&Loads", "views",
+          {
+              choice("viewloads", 0, "Off", viewloads),
+              choice("viewloads", 1, "Active Loadcase", viewloads),
+              choice("viewloads", 2, "All Loadcases", viewloads),
+              choice("viewloads", 3, "Active Load combination", viewloads),
+          });
+    addto(t, "&view", "views",
+          {
+              toggle(a, 4, "Graphic Elements", mnudrawlist),
+              toggle(a, 5, "Patches", mnudrawlist),
+          });
+    addto(t, "&view|Node labels", "views",
+          {
+              choice("Nodelabeltype", 0, "Off", Nodelabeltype),
+              choice("Nodelabeltype", 1, "Numbers", Nodelabeltype),
+              choice("Nodelabeltype", 2, "Names", Nodelabeltype),
+          });
+    addto(t, "&view|Element Label", "views",
+          {
+              choice("elemlabeltype", 0, "Off", elemlabeltype),
+              choice("elemlabeltype", 1, "Number", elemlabeltype),
+              choice("elemlabeltype", 2, "Type", elemlabeltype),
+              choice("elemlabeltype", 3, "Group", elemlabeltype),
+              choice("elemlabeltype", 4, "Color code", elemlabeltype),
+              choice("elemlabeltype", 5, "Name", elemlabeltype),
+          });
+    addto(t, "&view", "views",
+          {
+              {"mnudrawlist(8)"},
+              {"mnudrawlist(9)", "Window", "zoomwindow", "", startviewwindow},
+              toggle(a, 10, "Hidden Line", mnudrawlist, "hidden"),
+          });
+}
+
+// Tools of the active view.
+static void addviewtools(actionrows& t) {
+    const double degrees = 5;
+    const auto preset = [](int i) { return [i] { setpreset(activeview, i); }; };
+    const auto turn = [](double right, double up) {
+        return [right, up] { turnview(activeview, right, up); };
+    };
+    const auto scale = [](double factor) { return [factor] { scaleview(activeview, factor); }; };
+    const std::vector<actionplace> tool = {{"viewbar", 1}}, layout = {{"viewbar", 11}};
+    addto(
+        t, "", "views",
+        {
+            {"viewtool(0)", "Redraw", "redraw", "", [] { redrawall(); }, tool},
+            {"viewtool(1)", "Fit the model to the view", "fit", "Ctrl+0",
+             [] { fitview(activeview); }, tool},
+            {"viewtool(2)", "Half size", "zoomout", "Ctrl+-", scale(0.5), tool},
+            {"viewtool(3)", "Zoom window", "zoomwindow", "", startzoomwindow, tool},
+            {"viewtool(4)", "ISO", "iso", "Ctrl+1", preset(0), tool},
+            {"viewtool(5)", "X-Y", "viewxy", "Ctrl+2", preset(1), tool},
+            {"viewtool(6)", "X-Z", "viewxz", "Ctrl+3", preset(2), tool},
+            {"viewtool(7)", "Y-Z", "viewyz", "Ctrl+4", preset(3), tool},
+            {"viewtool(8)", "Turn right", "turnright", "Ctrl+Right", turn(degrees, 0), tool},
+            {"viewtool(9)", "Turn left", "turnleft", "Ctrl+Left", turn(-degrees, 0), tool},
+            {"viewtool(10)", "Turn up", "turnup", "Ctrl+Up", turn(0, degrees), tool},
+            {"viewtool(11)", "Turn down", "turndown", "Ctrl+Down", turn(0, -degrees), tool},
+            {"oneview", "One view", "onewindow", "Ctrl+5", [] { showlayout(setoneview); }, layout},
+            {"fourviews", "Four views", "fourwindows", "Ctrl+6", [] { showlayout(setfourviews); },
+             layout},
+            // A button of each view, by a key here alone.
+            {"doublesize", "Double size", "", "Ctrl++; Ctrl+=", scale(2)},
+        });
+}
+
+static void addjob(actionrows& t) {
+    addto(t, "A&nalyse", "solve",
+          {
+              {"menuanalyseitem(0)", "Check model", "check"},
+              {"menuanalyseitem(1)", "Options...", "options", "", dialog("Aoptions")},
+              {"menuanalyseitem(2)",
+               "Analyse",
+               "analyse",
+               "F9",
+               [] { runanalysis(); },
+               {{"jobbar", 6}}},
+          });
+    const auto checked = [](int i) { return checkof(menupostItem, i); };
+    addto(
+        t, "&Post-Process", "results",
+        {
+            {.name = "Loadcase(0)",
+             .caption = "Load Combinations ...",
+             .icon = "combination",
+             .run = dialog("Loadcombinations"),
+             .places = {{"jobbar", 3}},
+             .topic = "cases"},
+            {"menupostItem(0)"},
+            {"menupostItem(1)",
+             "Deformed Shape",
+             "deformed",
+             "",
+             showdeformed,
+             {{"jobbar", 7}},
+             checked(1)},
+            {"menupostItem(2)",
+             "Contour plot",
+             "contour",
+             "",
+             showcontour,
+             {{"jobbar", 8}},
+             checked(2)},
+            {"menupostItem(3)", "Mode Shape", "modeshape", "", showmode, {}, checked(3)},
+            {"menupostItem(4)", "Element Stress ", "stress", "", showelementstress, {}, checked(4)},
+            {.name = "menupostItem(5)",
+             .caption = "Report...",
+             .icon = "report",
+             .run = dialog("Roptions"),
+             .places = {{"jobbar", 9}},
+             .topic = "report"},
+            {"menupostItem(6)"},
+            {"menupostItem(7)", "Options...", "options", "", dialog("Soptions")},
+        });
+}
+
+static void addinformation(actionrows& t) {
+    addto(t, "Information", "start",
+          {
+              {"Info(0)", "Info", "info", "", dialog("Info")},
+              {"userhelp(0)", "User Manual...", "help", "F1", [] { openmanual(); }},
+              {"mnuAbout(0)", "&About Kalvane...", "", "", dialog("frmAbout")},
+              {"info(0)", "Model info...", "", "", dialog("modelinfo")},
+              {"demo01(0)", "Run Demo", "demo", "", rundemo},
+          });
+}
+
+void fillactions() {
+    if (!actions().empty()) return;
+    for (const auto add : {addfile, addedit, addselect, addadd, adddefine, addsettings, addview,
+                           addviewtools, addjob, addinformation})
+        add(actions());
+}

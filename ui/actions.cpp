@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Finding and running actions, and the items made of them.
+#include "ui/actions.h"
+
+#include <algorithm>
+
+#include "core/journal.h"
+#include "core/session.h"
+#include "edit/modes.h"
+#include "ui/controlkinds.h"
+#include "ui/dialogs.h"
+#include "ui/helpwindow.h"
+#include "ui/icons.h"
+#include "ui/record.h"
+#include "ui/scriptcontrols.h"
+
+std::vector<action>& actions() {
+    static std::vector<action> table;
+    return table;
+}
+
+action* findaction(const std::string& name) {
+    const auto found = std::ranges::find(actions(), name, &action::name);
+    return found == actions().end() ? nullptr : &*found;
+}
+
+QAction* menuaction(const char* array, int index) {
+    const action* const row = findaction(std::string(array) + "(" + std::to_string(index) + ")");
+    return row ? row->item.data() : nullptr;
+}
+
+// A caption without its mark of the key, dots and blanks at the end.
+static std::string plaincaption(const char* caption) {
+    std::string name = caption;
+    std::erase(name, '&');
+    while (!name.empty() && (name.back() == '.' || name.back() == ' ')) name.pop_back();
+    return name;
+}
+
+// What fails returns to the rest state and tells why.
+// The line of a script that does the same.
+static QString lineof(const action& row) {
+    if (row.unrecorded) return {};
+    if (*row.menu == 0) return QString::fromStdString("press main " + row.name);
+    const QString path = QString(row.menu).replace('|', '/') + "/" + row.caption;
+    return "menu " + quotedword(plaintext(path));
+}
+
+static void runas(const action& row, const QString& line, const std::function<void()>& run) {
+    const recordedline recorded(line);
+    const step s(plaincaption(row.caption));
+    helptopic = row.topic;
+    guarded(run, fallback);
+    helptopic.clear();
+}
+
+void runaction(const action& row) {
+    runas(row, lineof(row), row.run);
+}
+
+void runlisted(const action& row, int number) {
+    const QStringList lines(number, lineof(row));
+    runas(row, lines.join('\n'), [&row, number] { row.runlisted(number); });
+}
+
+// During an analysis, and while a dialog waits for a selection, nothing may change the model or its
+// files; shortcuts stay away with the menus.
+bool islocked(const std::string& menu) {
+    static const char* const locked[] = {"&File",   "&Edit",    "&Add",
+                                         "&Define", "A&nalyse", "&Post-Process"};
+    const std::string first = menu.substr(0, menu.find('|'));
+    return (menulock || isselectionpending() || singleel) &&
+           std::ranges::any_of(locked, [&](const char* name) { return first == name; });
+}
+
+bool isallowed(const action& row) {
+    return row.run && (!row.enabled || row.enabled()) && !islocked(row.menu);
+}
+
+QAction* makeitem(action& row, QObject* parent) {
+    auto* const item = new QAction(QString::fromUtf8(row.caption), parent);
+    item->setObjectName(QString::fromStdString(row.name));
+    if (*row.icon) item->setIcon(iconof(row.icon));
+    if (*row.keys) item->setShortcuts(QKeySequence::listFromString(row.keys));
+    item->setCheckable(bool(row.checked));
+    if (*row.tip) item->setToolTip(QString::fromUtf8(row.tip));
+    // Items of the menus show their keys themselves.
+    if (*row.keys && *row.menu == 0)
+        item->setToolTip(
+            QString("%1 (%2)").arg(item->toolTip(), QString(row.keys).section(';', 0, 0)));
+    if (row.run) QObject::connect(item, &QAction::triggered, item, [&row] { runaction(row); });
+    row.item = item;
+    return item;
+}

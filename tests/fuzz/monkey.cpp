@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A user without a plan: presses random menus, buttons, keys and mouse buttons in the real window
 // and types good and bad texts, while the sanitizers and the checks below watch.
-//   monkey EXAMPLES FOLDER SEED STEPS     (models are copied from EXAMPLES into FOLDER)
-// In every other run the copies are damaged. FOLDER/steps.txt tells what was done; the last line is
-// the step that failed.
+//   monkey EXAMPLES FOLDER SEED STEPS [record]     (models are copied from EXAMPLES into FOLDER)
+// The same seed does the same again. In every other run the copies are damaged. FOLDER/steps.txt
+// tells what was done; the last line is the step that failed. With "record" the copies stay whole,
+// FOLDER/session.kds is the record of the session, and the model is saved at its end as end.tek.
 #include <QtWidgets>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -18,11 +20,13 @@
 #include "core/start.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
+#include "files/changed.h"
 #include "files/filemenu.h"
 #include "files/solverlock.h"
+#include "ui/actions.h"
 #include "ui/mainwindow.h"
-#include "ui/menus.h"
 #include "ui/qtplatform.h"
+#include "ui/scriptkeys.h"
 #include "ui/startup.h"
 #include "ui/viewwidget.h"
 #include "view/scaleview.h"
@@ -34,6 +38,7 @@ namespace {
 std::mt19937 dice;
 std::ofstream steps;
 fs::path folder;
+bool recording;
 
 int upto(int n) {  // 0..n-1
     return n > 0 ? int(dice() % unsigned(n)) : 0;
@@ -86,15 +91,17 @@ void damagefiles() {
 // --- one step of each kind ----------------------------------------------------------------------
 
 void pressmenu() {
-    std::vector<menurow*> open;
-    for (menurow& row : menus())
-        if (row.action && row.action->isEnabled() && !row.action->isSeparator() && row.run &&
-            std::string(row.caption).find("xit") == std::string::npos)
+    static const std::set<std::string> kept = {"mnuFileItem(10)", "record", "playscript"};
+    std::vector<action*> open;
+    for (action& row : actions()) {
+        const bool slow = recording && row.name == "demo01(0)";
+        if (row.item && row.item->isEnabled() && row.run && !slow && !kept.contains(row.name))
             open.push_back(&row);
+    }
     if (open.empty()) return;
-    menurow& row = *oneof(open);
+    const action& row = *oneof(open);
     tell(std::string("menu ") + row.menu + "|" + row.caption);
-    row.action->trigger();
+    row.item->trigger();
 }
 
 QPointF someplace(const viewwidget* w, int nview) {
@@ -142,16 +149,10 @@ void usemouse() {
         at = someplace(w, v);
         mouse(w, QEvent::MouseMove, at, Qt::NoButton, b, keys);
     }
-    if (upto(40) == 0) return;  // released elsewhere
     mouse(w, QEvent::MouseButtonRelease, at, b, Qt::NoButton, keys);
-    if (upto(10) == 0) mouse(w, QEvent::MouseButtonDblClick, at, b, b, keys);
-}
-
-void presskey(QWidget* w, int key, const QString& text = {}) {
-    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QApplication::sendEvent(w, &down);
-    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
-    QApplication::sendEvent(w, &up);
+    if (upto(10) > 0) return;
+    mouse(w, QEvent::MouseButtonDblClick, at, b, b, keys);
+    mouse(w, QEvent::MouseButtonRelease, at, b, Qt::NoButton, keys);
 }
 
 void usekey() {
@@ -160,16 +161,13 @@ void usekey() {
         Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_F1,     Qt::Key_F6,     Qt::Key_Left};
     const int key = oneof(keys);
     tell("key " + std::to_string(key));
-    presskey(themainwindow, key, key == Qt::Key_Space ? " " : "");
+    presskey(keyboardfocus(), key, key == Qt::Key_Space ? " " : "");
 }
 
 void typein(QLineEdit* edit, const std::string& text) {
-    edit->setFocus();
-    edit->selectAll();
-    if (text.empty()) presskey(edit, Qt::Key_Delete);
-    for (const char c : text) presskey(edit, 0, QString(QChar::fromLatin1(c)));
-    presskey(edit, upto(2) ? Qt::Key_Return : Qt::Key_Tab);
-    QMetaObject::invokeMethod(edit, "editingFinished");
+    const QPointer<QWidget> target = edit->focusProxy() ? edit->focusProxy() : edit;
+    type(edit, QString::fromStdString(text));
+    if (target) presskey(target, upto(2) ? Qt::Key_Return : Qt::Key_Tab);
 }
 
 void usecommand() {
@@ -177,8 +175,15 @@ void usecommand() {
     if (field == nullptr || !field->isEnabled() || !themainwindow->isEnabled()) return;
     const std::string text = typedcommand();
     tell("command " + text);
-    typein(field->lineEdit(), text);
-    presskey(field->lineEdit(), Qt::Key_Return);
+    type(field->lineEdit(), QString::fromStdString(text));
+    presskey(field, Qt::Key_Return);
+}
+
+void clickat(QWidget* w, const QPointF& at) {
+    const QPointer<QWidget> target = w;
+    mouse(w, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    if (target)
+        mouse(w, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
 }
 
 void usecontrol(QWidget* w) {
@@ -188,35 +193,42 @@ void usecontrol(QWidget* w) {
         tell("set " + name + " " + text);
         typein(edit, text);
     } else if (auto* const b = qobject_cast<QAbstractButton*>(w)) {
+        const auto* const tool = qobject_cast<QToolButton*>(w);
+        if (tool && (tool->menu() || tool->defaultAction())) return;  // actions are pressed above
         tell("press " + name + " " + b->text().toStdString());
-        b->click();
+        clickat(w, QPoint(std::min(8, w->width() / 2), w->height() / 2));  // on the mark of a box
     } else if (auto* const combo = qobject_cast<QComboBox*>(w); combo && combo->count() > 0) {
-        const int i = upto(combo->count());
-        tell("choose " + name + " " + combo->itemText(i).toStdString());
-        combo->setCurrentIndex(i);
-        emit combo->activated(i);
-        emit combo->textActivated(combo->itemText(i));
+        static const std::vector<int> ways = {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown};
+        const int key = oneof(ways);
+        tell("list " + name + " key " + std::to_string(key));
+        combo->setFocus();
+        presskey(combo, key);
     } else if (auto* const list = qobject_cast<QListWidget*>(w); list && list->count() > 0) {
         const int i = upto(list->count());
         tell("item " + name + " " + std::to_string(i));
-        list->setCurrentRow(i);
-        emit list->itemClicked(list->item(i));
-        if (upto(3) == 0) emit list->itemDoubleClicked(list->item(i));
+        list->scrollToItem(list->item(i));
+        clickat(list->viewport(), list->visualItemRect(list->item(i)).center());
     } else if (auto* const tabs = qobject_cast<QTabBar*>(w)) {
-        tell("tab " + name);
-        tabs->setCurrentIndex(upto(tabs->count()));
-    } else if (auto* const slider = qobject_cast<QAbstractSlider*>(w)) {
-        tell("slide " + name);
-        slider->setValue(slider->minimum() + upto(slider->maximum() - slider->minimum() + 1));
+        const int i = upto(tabs->count());
+        tell("tab " + name + " " + std::to_string(i));
+        clickat(tabs, tabs->tabRect(i).center());
+    } else if (qobject_cast<QAbstractSlider*>(w)) {
+        static const std::vector<int> ways = {Qt::Key_Right, Qt::Key_Left, Qt::Key_PageUp,
+                                              Qt::Key_PageDown};
+        const int key = oneof(ways);
+        tell("slide " + name + " key " + std::to_string(key));
+        presskey(w, key);
     } else if (auto* const grid = qobject_cast<QTableWidget*>(w);
                grid && grid->rowCount() > 0 && grid->columnCount() > 0) {
         const int r = upto(std::min(grid->rowCount(), 6)), c = upto(grid->columnCount());
         const std::string text = number();
         tell("cell " + name + " " + std::to_string(r) + " " + std::to_string(c) + " " + text);
         grid->setCurrentCell(r, c);
-        if (grid->item(r, c) == nullptr) grid->setItem(r, c, new QTableWidgetItem);
-        if (grid->item(r, c)->flags() & Qt::ItemIsEditable)
-            grid->item(r, c)->setText(QString::fromStdString(text));
+        presskey(grid, Qt::Key_F2);
+        if (auto* const field = grid->viewport()->findChild<QLineEdit*>()) {
+            type(field, QString::fromStdString(text));
+            presskey(field, Qt::Key_Return);
+        }
     }
 }
 
@@ -224,6 +236,7 @@ std::vector<QWidget*> opendialogs() {
     std::vector<QWidget*> open;
     for (QWidget* w : QApplication::topLevelWidgets())
         if (w->isVisible() && qobject_cast<QDialog*>(w)) open.push_back(w);
+    std::ranges::sort(open, {}, &QWidget::objectName);  // their addresses differ from run to run
     return open;
 }
 
@@ -232,13 +245,13 @@ void usedialog() {
     QWidget* const window = open.empty() || upto(8) == 0 ? themainwindow : oneof(open);
     if (!window->isEnabled()) return;
     if (window != themainwindow && upto(30) == 0) {
-        tell("close " + window->objectName().toStdString());
-        window->close();
+        tell("leave " + window->objectName().toStdString());
+        presskey(window, Qt::Key_Escape);
         return;
     }
     QList<QWidget*> usable;
     for (QWidget* w : window->findChildren<QWidget*>())
-        if (w->isEnabled() && w->isVisible()) usable << w;
+        if (w->isEnabled() && w->isVisible() && w->window() == window) usable << w;
     if (usable.isEmpty()) return;
     steps << window->objectName().toStdString() << ": ";
     usecontrol(oneof(usable));
@@ -307,6 +320,26 @@ void settle() {
     if (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
 }
 
+// --- the record ---------------------------------------------------------------------------------
+
+void runnamed(const char* name, const fs::path& file) {
+    theqtplatform().answerqueue.assign(4, answers::yes);
+    theqtplatform().filequeue.assign(1, file.string());
+    findaction(name)->item->trigger();
+    settle();
+}
+
+// What is open closes, and the model is saved.
+void endsession() {
+    for (int i = 0; i < 20; ++i) {
+        const std::vector<QWidget*> open = opendialogs();
+        presskey(open.empty() ? keyboardfocus() : open.back(), Qt::Key_Escape);
+        settle();
+    }
+    runnamed("mnuFileItem(3)", folder / "end.tek");
+    runnamed("record", "");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -314,19 +347,26 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     folder = argv[2];
     fs::create_directories(folder / "home");
-    fs::copy(argv[1], folder, fs::copy_options::overwrite_existing);
+    fs::copy(argv[1], folder, fs::copy_options::overwrite_existing | fs::copy_options::recursive);
     qputenv("KALVANE_HOME", (folder / "home").c_str());
     steps.open(folder / "steps.txt");
     dice.seed(unsigned(std::atoi(argv[3])));
-    if (upto(2) == 0) damagefiles();
+    recording = argc > 5 && std::string(argv[5]) == "record";
+    if (upto(2) == 0 && !recording) damagefiles();
     guardedapplication application(argc, argv);
     setplatform(&theqtplatform());
     theqtplatform().scripted = true;
     wiremodules();
     programdir = QCoreApplication::applicationDirPath().toStdString();
     if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
+    markassaved();
     auto* const window = new mainwindow;
     showmainwindow(*window, true);
+    if (recording) {
+        window->resize(1010, 700);
+        runnamed("mnuFileItem(1)", folder / "portal.tek");
+        runnamed("record", folder / "session.kds");
+    }
     QElapsedTimer clock;
     for (int i = 0; i < std::atoi(argv[4]) && !window->ending; ++i) {
         clock.start();
@@ -335,6 +375,7 @@ int main(int argc, char** argv) {
         checkmodel();
         if (clock.elapsed() > 5000) tell("SLOW: " + std::to_string(clock.elapsed()) + " ms");
     }
+    if (recording) endsession();
     window->ending = true;
     delete window;
     deletecontrolfile();

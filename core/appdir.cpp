@@ -7,6 +7,7 @@
 
 #include "core/besidefile.h"
 #include "core/runtime.h"
+#include "core/textfile.h"
 
 namespace fs = std::filesystem;
 
@@ -30,7 +31,8 @@ static void copyfile(const fs::path& source, const fs::path& target) {
     std::error_code ec;
     const auto age = fs::last_write_time(source, ec);
     fs::permissions(target, fs::perms::owner_write, fs::perm_options::add, ec);
-    fs::copy_file(source, target, fs::copy_options::overwrite_existing, ec);
+    if (!guarded([&] { copywhole(source.string(), target.string()); }, [](const runtimeerror&) {}))
+        return;
     fs::permissions(target, fs::perms::owner_write, fs::perm_options::add, ec);
     fs::last_write_time(target, age, ec);
 }
@@ -62,6 +64,7 @@ static void copymanual(const fs::path& source, const fs::path& target) {
     std::error_code ec;
     if (!fs::exists(source / "manual.htm", ec)) return;
     copyfile(source / "manual.htm", target / "manual.htm");
+    removeleftovers((target / "manual").string(), [](const std::string&) { return true; });
     copytree((source / "manual").string(), (target / "manual").string());
 }
 

@@ -63,12 +63,8 @@ std::string besidemark(const std::string& path) {
     return mark.find_first_not_of("0123456789abcdef") == mark.npos ? mark : std::string();
 }
 
-// NAME.EXT.mark.new~, where EXT has no point: those of "a.b" are not those of "a".
-static bool isbesideof(const std::string& file, const std::string& name) {
-    if (besidemark(file).empty()) return false;
-    if (name.empty()) return true;
-    const std::string target = file.substr(0, file.size() - besideending.size() - marklength - 1);
-    return target.starts_with(name + ".") && target.find('.', name.size() + 1) == target.npos;
+static std::string targetof(const std::string& beside) {
+    return beside.substr(0, beside.size() - besideending.size() - marklength - 1);
 }
 
 // The lock tells a writer at work from one that is gone.
@@ -80,12 +76,16 @@ static void removeifleft(const std::string& path) {
     close(file);
 }
 
-void removeleftovers(const std::string& folder, const std::string& name) {
+void removeleftovers(const std::string& folder,
+                     const std::function<bool(const std::string& target)>& isours) {
     std::error_code ec;
     std::vector<std::string> left;
     for (fs::directory_iterator it(folder.empty() ? "." : folder, ec), end; !ec && it != end;
-         it.increment(ec))
-        if (isbesideof(it->path().filename().string(), name)) left.push_back(it->path().string());
+         it.increment(ec)) {
+        const std::string name = it->path().filename().string();
+        if (!besidemark(name).empty() && isours(targetof(name)))
+            left.push_back(it->path().string());
+    }
     for (const std::string& path : left) removeifleft(path);
 }
 
@@ -137,7 +137,8 @@ void besidefile::createelsewhere(const std::string& reason) {
     std::string name = (fs::temp_directory_path(ec) / "kalvane-XXXXXX").string();
     file = mkostemp(name.data(), O_CLOEXEC);
     if (file < 0) refuse(final, reason);
-    beside = name;
+    unlink(name.c_str());  // it goes with its writer, however that ends
+    beside = "/proc/self/fd/" + std::to_string(file);
     inplace = true;
 }
 
@@ -158,7 +159,7 @@ besidefile& besidefile::operator=(besidefile&& other) noexcept {
 }
 
 besidefile::~besidefile() {
-    if (!beside.empty()) unlink(beside.c_str());
+    if (!beside.empty() && !inplace) unlink(beside.c_str());
     release();
 }
 
@@ -233,7 +234,6 @@ void besidefile::replacetarget() {
     finish();
     if (inplace) {
         overwrite();
-        unlink(beside.c_str());
     } else {
         copyrights(file, final);
         if (rename(beside.c_str(), final.c_str()) != 0)

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 class besidefile {
@@ -49,9 +50,10 @@ std::string linkedtarget(const std::string& path);
 std::string besidemark(const std::string& path);
 std::string besidename(const std::string& target, const std::string& mark);
 
-// Removes what killed writers have left in a folder beside the files NAME.EXT; all of it where the
-// name is empty.
-void removeleftovers(const std::string& folder, const std::string& name);
+// Removes what killed writers have left in a folder beside those of its files, by their names
+// there, that isours takes.
+void removeleftovers(const std::string& folder,
+                     const std::function<bool(const std::string& target)>& isours);
 
 // Makes new, renamed and removed names of a folder last through a power cut.
 void flushfolder(const std::string& folder);

@@ -40,6 +40,13 @@ std::string readwhole(const std::string& path) {
     return content;
 }
 
+void copywhole(const std::string& source, const std::string& target) {
+    const std::string content = readwhole(source);
+    besidefile copy(target);
+    copy.write(content.data(), content.size());
+    copy.replacetarget();
+}
+
 // Length of the UTF-8 sequence at p, 0 where it is none (RFC 3629, table 3-7 of Unicode).
 static int utf8length(const unsigned char* p, const unsigned char* last) {
     const unsigned char lead = *p;

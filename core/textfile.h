@@ -17,6 +17,9 @@
 // Whole content of a file. Throws errfilenotfound or errpathaccess.
 std::string readwhole(const std::string& path);
 
+// A copy that is there whole or not at all. Throws as readwhole and textout do.
+void copywhole(const std::string& source, const std::string& target);
+
 // The text as UTF-8: taken as it is where it is valid UTF-8, else as Windows-1252. A byte order
 // mark is dropped.
 std::string toutf8(std::string_view bytes);

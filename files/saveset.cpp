@@ -113,7 +113,17 @@ void finishsave(const std::string& base) {
                                                   " at this moment; try again later"};
         std::this_thread::sleep_for(step);
     }
-    removeleftovers(folderof(base), fs::path(base).filename().string());
+    sweepfolder(base);
+}
+
+// The files of another model's save are left to the opening of that model, which may finish it.
+void sweepfolder(const std::string& base) {
+    const std::string own = fs::path(base).filename().string();
+    removeleftovers(folderof(base), [&own](const std::string& target) {
+        const fs::path name = target;
+        return name.stem() == own ||
+               std::ranges::find(setextensions, name.extension().string()) == setextensions.end();
+    });
 }
 
 // --- what the session knows of the files on disk ------------------------------------------------

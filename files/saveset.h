@@ -40,6 +40,10 @@ class saveset {
 // errpathaccess where a save that counts can not be finished: the files on disk are of two saves.
 void finishsave(const std::string& base);
 
+// Removes what killed writers have left in the folder of a model, or of any file that is written:
+// of its own files, and of files that belong to no model.
+void sweepfolder(const std::string& base);
+
 // --- what the session knows of the files on disk ------------------------------------------------
 
 // Remembers the files as they are now: they are about to be read.

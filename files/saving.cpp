@@ -102,9 +102,9 @@ static void keepold(const std::string& path) {
     std::error_code ec;
     std::string kept = path + ".bak";
     for (int i = 1; fs::exists(kept, ec); ++i) kept = path + ".bak" + std::to_string(i);
-    if (fs::copy_file(path, kept, ec) || !fs::exists(path)) return;
-    fs::remove(kept, ec);
-    throw runtimeerror{errdiskfull, "The old file could not be kept as " + kept};
+    if (!fs::exists(path)) return;
+    if (!guarded([&] { copywhole(path, kept); }, [](const runtimeerror&) {}))
+        throw runtimeerror{errdiskfull, "The old file could not be kept as " + kept};
 }
 
 // --- save ---------------------------------------------------------------------------------------

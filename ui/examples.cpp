@@ -8,14 +8,18 @@
 #include <QLabel>
 #include <QMenu>
 #include <QToolButton>
+#include <algorithm>
 #include <filesystem>
 #include <set>
+#include <vector>
 
 #include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
+#include "files/saveset.h"
 #include "ui/dialogs.h"
 #include "ui/record.h"
 
@@ -39,10 +43,17 @@ static void copymissing(const fs::path& from, const fs::path& to) {
     for (const auto& entry : fs::directory_iterator(from, ec))
         if (entry.path().extension() == ".tek" && !fs::exists(to / entry.path().filename(), ec))
             missing.insert(entry.path().stem());
-    for (const auto& entry : fs::directory_iterator(from, ec)) {
-        if (!entry.is_regular_file(ec) || !missing.contains(entry.path().stem())) continue;
-        const fs::path target = to / entry.path().filename();
-        fs::copy_file(entry.path(), target, fs::copy_options::skip_existing, ec);
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(from, ec))
+        if (entry.is_regular_file(ec) && missing.contains(entry.path().stem()))
+            files.push_back(entry.path());
+    // The file that makes a model the user's comes last, when the others are there.
+    std::ranges::stable_partition(files, [](const fs::path& f) { return f.extension() != ".tek"; });
+    sweepfolder((to / "").string());
+    for (const fs::path& file : files) {
+        const fs::path target = to / file.filename();
+        if (fs::exists(target, ec)) continue;
+        guarded([&] { copywhole(file.string(), target.string()); }, [](const runtimeerror&) {});
         fs::permissions(target, fs::perms::owner_write, fs::perm_options::add, ec);
     }
 }

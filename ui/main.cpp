@@ -12,6 +12,7 @@
 #include "core/start.h"
 #include "files/changed.h"
 #include "files/filemenu.h"
+#include "files/saveset.h"
 #include "files/solverlock.h"
 #include "ui/dialogs.h"
 #include "ui/icons.h"
@@ -94,6 +95,7 @@ int main(int argc, char** argv) {
     if (!startsession()) return 1;
     markassaved();
     deletecontrolfile();  // of a window that was killed
+    sweepfolder(appdir + "/");
 
     mainwindow window;
     showmainwindow(window, !scriptpath.isEmpty());

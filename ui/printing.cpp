@@ -18,6 +18,7 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "files/saveset.h"
 #include "files/saving.h"
 #include "post/printdraw.h"
 #include "ui/dialogs.h"
@@ -110,6 +111,7 @@ static printstart beginjob(const std::string& target, const QString& document) {
     const bool opened = guarded(
         [&] {
             if (target.empty()) return topaper(printer);
+            sweepfolder(target);
             job->pdf.emplace(target);
             topdf(printer, *job->pdf);
         },

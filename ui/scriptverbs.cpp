@@ -10,16 +10,18 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QSaveFile>
 #include <QTextStream>
 #include <algorithm>
 #include <cmath>
 #include <functional>
 #include <optional>
 
+#include "core/besidefile.h"
+#include "core/runtime.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/outcome.h"
+#include "files/saveset.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/qtplatform.h"
@@ -136,17 +138,19 @@ void typecommand(const QString& text) {
     presskey(themainwindow->focusWidget(), Qt::Key_Return);
 }
 
-// Whole or not at all: a full disk leaves no half picture. A buffered file would take its last part
-// for written.
+// Whole or not at all: a full disk leaves no half picture.
 void savepicture(const QImage& image, const QString& path) {
     QDir().mkpath(QFileInfo(path).path());
     QBuffer bytes;
     const QByteArray format = QFileInfo(path).suffix().toLatin1();
-    QSaveFile file(path);
-    const bool whole = image.save(&bytes, format.constData()) &&
-                       file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-                       file.write(bytes.data()) == bytes.size();
-    if (!whole || !file.commit()) refuse("the picture can not be written: " + path);
+    const auto write = [&] {
+        sweepfolder(path.toStdString());
+        besidefile file(path.toStdString());
+        file.write(bytes.data().constData(), std::size_t(bytes.size()));
+        file.replacetarget();
+    };
+    if (!image.save(&bytes, format.constData()) || !guarded(write, [](const runtimeerror&) {}))
+        refuse("the picture can not be written: " + path);
 }
 
 // The main window with the dialogs that are open over it.

@@ -65,7 +65,7 @@ TEST(Besidefile, WhatAKilledWriterLeftIsRemovedAndNothingElse) {
     writefile(left, "half");
     for (const char* name : others) writefile(room.file(name), "somebody's");
     const besidefile living(room.file("m.tek"));
-    removeleftovers(room.folder, "m");
+    removeleftovers(room.folder, [](const std::string& name) { return name == "m.tek"; });
     EXPECT_FALSE(fs::exists(left));
     for (const char* name : others) EXPECT_TRUE(fs::exists(room.file(name))) << name;
     EXPECT_TRUE(fs::exists(living.path())) << "its writer is at work";

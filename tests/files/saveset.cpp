@@ -78,3 +78,18 @@ TEST(Saveset, ASaveThatCanNotBeFinishedIsToldAndOpensNothing) {
     EXPECT_TRUE(openmodel(room.file("m")));
     EXPECT_EQ(commenttext, "second");
 }
+
+// A sheet, a report or settings whose writer was killed, but nothing that another model's opening
+// may still put in its place.
+TEST(Saveset, TheFolderOfAModelIsSweptOfFilesUnderOtherNames) {
+    sessionroom room;
+    addnode(1, 0, 0);
+    modelname = room.file("m");
+    ASSERT_TRUE(savemodel());
+    const char* const files[] = {"page.pdf", "view.png", "n.rpt", "DEFAULTS.DAT", "m.gra", "n.tek"};
+    for (const char* name : files) writefile(besidename(room.file(name), mark), "half");
+    ASSERT_TRUE(openmodel(room.file("m")));
+    for (const char* name : files)
+        EXPECT_EQ(fs::exists(besidename(room.file(name), mark)), std::string(name) == "n.tek")
+            << name;
+}

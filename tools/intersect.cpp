@@ -124,11 +124,9 @@ static int cutlines(int ga, int gb) {
     return count;
 }
 
-// Is the arc drawn where the line at parameter t meets its circle? Told of circles in a plane of
-// constant z; of others, which count as they are seen in plan, the whole circle cuts.
+// Is the arc drawn where the line at parameter t meets its circle? A circle in any plane is met in
+// plan, at its radius; the point of it that lies farthest that way is the one that must be drawn.
 static bool isonarc(double t) {
-    const double inplan = 1 - 1e-6;  // of the normal's z
-    if (std::fabs(circlen[2]) < inplan) return true;
     point3 way = alongrow(1, t) - circlepoint(0) + circleradius * circleu;  // from the centre
     way[2] = 0;
     double angle = std::atan2(dot(way, circlev), dot(way, circleu));

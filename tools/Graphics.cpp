@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "core/model.h"
 #include "core/session.h"
 #include "edit/pickshape.h"
 #include "edit/snap.h"
+#include "tools/beamlines.h"
 #include "tools/circle.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
@@ -188,9 +190,27 @@ void drawgraphicnodes(graphiclist& list, int g, int nview) {
     }
 }
 
+// The places of an element between which beams along it run: the ends of a line, the nodes of a
+// curve.
+static std::vector<point3> chainof(graphiclist& list, int g) {
+    const double most = 10000;  // spaces of a curve that carries beams
+    const double n = list(g, 0, 1), f = list(g, 0, 2);
+    if (kindof(list, g) == kindline)
+        return {definitionpoint(list, g, 1), definitionpoint(list, g, 2)};
+    std::vector<point3> chain;
+    if (!setgraphic(list, g) || !(n >= 1) || n > most) return chain;
+    for (double i = 0; i <= n; ++i) chain.push_back(graphicnode(i, n, f));
+    return chain;
+}
+
 static void drawallgraphics(int nview) {
     prepareview(nview);
-    for (int g = 1; g <= ngraphics(); ++g) drawgraphic(graphics, g, nview);
+    // Elsewhere the beams are drawn once more over the lines.
+    const bool hides =
+        mnudrawlist(hiddenline).checked && mnudrawlist(elementsdrawn).checked && ngraphics() > 0;
+    const std::optional<beamlines> beams = hides ? std::optional<beamlines>(nview) : std::nullopt;
+    for (int g = 1; g <= ngraphics(); ++g)
+        if (!beams || !beams->lieon(chainof(graphics, g))) drawgraphic(graphics, g, nview);
 }
 
 static void drawallgraphicnodes(int nview) {

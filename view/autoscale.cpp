@@ -14,7 +14,9 @@
 #include "core/views.h"
 #include "view/camera.h"
 #include "view/drawelems.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
+#include "view/surface.h"
 
 // The box around the points of a view, model units.
 namespace {
@@ -106,24 +108,78 @@ void autoscale(int nview) {
 
 // --- fit ----------------------------------------------------------------------------------------
 
-// Scale and view point so that the projected model fills the view less a unit vector on each side.
-// With perspective both change the picture's shape a little: a few rounds settle it.
+// Keeps the box around the strokes that it is given, centimetres from its middle as seen.
+namespace {
+class boundsurface : public surface {
+  public:
+    explicit boundsurface(int nview) : device(target(nview)) { measuring = this; }
+    ~boundsurface() override { measuring = nullptr; }
+    boundsurface(const boundsurface&) = delete;
+    boundsurface& operator=(const boundsurface&) = delete;
+    void line(double x1, double y1, double x2, double y2, colour) override {
+        include(x1, y1);
+        include(x2, y2);
+        moveto(x2, y2);
+    }
+    void clear(colour) override {}
+    void point(double, double, colour) override {}
+    void box(double, double, double, double, colour) override {}
+    void circle(double, double, double, colour) override {}
+    void polygon(const point2*, int, colour) override {}
+    void text(std::string_view) override {}
+    double textwidth(std::string_view) override { return 0; }
+    double textheight() override { return 0; }
+    double width() const override { return vieww; }
+    double height() const override { return viewh; }
+    double pixpercm() const override { return device != nullptr ? device->pixpercm() : 1; }
+    extent strokes;
+
+  private:
+    void include(double x, double y) {
+        strokes.include((x - vieww / 2) / scalex, (viewh / 2 - y) / scaley, 0);
+    }
+    surface* const device;
+};
+}  // namespace
+
+// The model as it is projected with a unit vector on each side, and what stands out beyond that.
+static extent outline(int nview, const extent& model) {
+    const double edge = 0.1;  // centimetres, half of a wide stroke and then some
+    boundsurface symbols(nview);
+    drawsymbols(nview);
+    extent all = model;
+    for (int k = 0; k < 2; ++k) {
+        all.low[k] = std::min(model.low[k] - unitveclen, symbols.strokes.low[k] - edge);
+        all.high[k] = std::max(model.high[k] + unitveclen, symbols.strokes.high[k] + edge);
+    }
+    return all;
+}
+
+// Scale and view point so that the projected model fills the view, with its symbols, whose size is
+// that of the screen. With perspective both change the picture's shape a little: a few rounds
+// settle it.
 static void frame(int nview) {
-    const double roomu = vieww / scalex - 2 * unitveclen, roomv = viewh / scaley - 2 * unitveclen;
-    if (!(roomu > 0) || !(roomv > 0)) return;
+    const double roomu = vieww / scalex, roomv = viewh / scaley;
     for (int round = 0; round < 3; ++round) {
         const double scale = viewscale(nview);
-        extent picture;
+        extent model;
         const camera c = cameraof(nview);
         eachpoint(nview, [&](double x, double y, double z) {
             const placedpoint p =
                 project(c, {float(scale * x), float(scale * y), float(scale * z)});
-            picture.include(p.u, p.v, 0);
+            model.include(p.u, p.v, 0);
         });
-        const double du = picture.size(0), dv = picture.size(1);
-        const double factor = std::min(roomu / du, roomv / dv);  // not finite for a single point
+        const extent all = outline(nview, model);
+        const double du = model.size(0), dv = model.size(1);
+        // Not finite for a single point.
+        const double factor =
+            std::min((roomu - (all.size(0) - du)) / du, (roomv - (all.size(1) - dv)) / dv);
         if (!std::isfinite(factor) || !(factor > 0) || !(scale > 0)) return;
-        const double u = picture.middle(0) / scale, v = picture.middle(1) / scale;
+        // Where the middle of the whole comes to lie, once the model has its new scale.
+        const auto middle = [&](int k) {
+            return (model.middle(k) + (all.middle(k) - model.middle(k)) / factor) / scale;
+        };
+        const double u = middle(0), v = middle(1);
         viewptx(nview) = float(viewptx(nview) - c.sinh * u - c.coshsinv * v);
         viewpty(nview) = float(viewpty(nview) + c.cosh * u - c.sinhsinv * v);
         viewptz(nview) = float(viewptz(nview) + c.cosv * v);

@@ -163,6 +163,11 @@ static void drawlayer(layers which, int nview) {
     row.draw(nview);
 }
 
+void drawsymbols(int nview) {
+    for (const layers which : {layers::loads, layers::constraints, layers::localaxes})
+        drawlayer(which, nview);
+}
+
 long picturesdrawn;
 
 static int holds;

@@ -47,6 +47,8 @@ layerrow& layer(layers which);
 void wirelayers();
 
 void drawview(int nview);
+// Supports, loads and local axes, where they are on show: they stand out from the model.
+void drawsymbols(int nview);
 void redrawall();
 // As long as one stands nothing is drawn: a model that is being read is none yet, and a box or a
 // progress window lets the toolkit ask for pictures of it. Those come when the last one goes.

@@ -6,8 +6,10 @@
 
 bool printing;
 int toprinter;
+surface* measuring;
 
 surface* target(int nview) {
+    if (measuring != nullptr) return measuring;
     if (toprinter == 0) return theplatform().viewsurface(nview);
     if (printing) return theplatform().printsurface();
     return nview == 1 ? nullptr : theplatform().viewsurface(nview);

@@ -65,5 +65,6 @@ struct surface {
 // Where primitives for a view go: its surface, or the printer while the print flags are up.
 // Null when nothing is to be drawn.
 surface* target(int nview);
-extern bool printing;  // a page is being built
-extern int toprinter;  // 1 while drawing goes to the printer
+extern surface* measuring;  // takes the place of all of them while a picture is measured
+extern bool printing;       // a page is being built
+extern int toprinter;       // 1 while drawing goes to the printer

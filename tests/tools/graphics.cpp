@@ -222,12 +222,24 @@ TEST(Intersect, ACircleCutsALineTwiceInPlan) {
 }
 
 TEST(Intersect, AnArcCutsWhereItIsDrawn) {
-    sessionroom room;
-    selectgraphicelement(addgraphic(kindcircle, {2, 0, 0}, {-2, 0, 0}, {0, 2, 0}));  // upper half
-    selectgraphicelement(addline({0, -5, 0}, {0, 5, 0}));
-    connectgraphics(connectmodes::intersection);
-    ASSERT_EQ(ngraphics(), 3);
-    expectpoint(definitionpoint(graphics, 2, 2), {0, 2, 0}, 1e-6);
+    const double s = std::sqrt(2.0);
+    const struct {
+        const char* plane;
+        point3 first, last, within, from, to, cut;  // the one place of two that the arc reaches
+    } cases[] = {
+        {"plan", {2, 0, 0}, {-2, 0, 0}, {0, 2, 0}, {0, -5, 0}, {0, 5, 0}, {0, 2, 0}},
+        {"upright", {2, 0, 0}, {0, 0, 2}, {s, 0, s}, {-5, 0, 0}, {5, 0, 0}, {2, 0, 0}},
+        {"along y", {0, 2, 0}, {0, 0, 2}, {0, s, s}, {0, -5, 0}, {0, 5, 0}, {0, 2, 0}},
+        {"at 45 degrees", {2, 0, 0}, {-2, 0, 0}, {0, s, s}, {0, -5, 0}, {0, 5, 0}, {0, 2, 0}},
+    };
+    for (const auto& c : cases) {
+        sessionroom room;
+        selectgraphicelement(addgraphic(kindcircle, c.first, c.last, c.within));
+        selectgraphicelement(addline(c.from, c.to));
+        connectgraphics(connectmodes::intersection);
+        ASSERT_EQ(ngraphics(), 3) << c.plane;
+        expectpoint(definitionpoint(graphics, 2, 2), c.cut, 1e-6);
+    }
 }
 
 TEST(Intersect, ExtendMakesNoLineTwice) {
@@ -285,6 +297,36 @@ TEST(Graphics, LinesAndMarksStandInTheirLayers) {
     graphics(1, 0, 1) = 1e9f;  // marks that no eye can tell apart are left out
     drawview(1);
     EXPECT_LE(room.platform.views[0].count("circle"), 1001);
+}
+
+// With hidden lines too, where nothing is drawn again over what hides it.
+TEST(Graphics, ABeamKeepsItsColourUnderALine) {
+    sessionroom room;
+    wiregraphics();
+    for (const double x : {0.0, 1.0, 4.0, 6.0}) addnode(x, 0, 0);
+    addelement(6, {1, 2});
+    addelement(6, {3, 2});
+    graphcolor = rgb(1, 2, 3);
+    mnuSettingsItem(3).checked = false;
+    const struct {
+        const char* name;
+        point3 from, to;
+        int drawn;
+    } cases[] = {{"along both", {4, 0, 0}, {0, 0, 0}, 0},
+                 {"along one", {0, 0, 0}, {1, 0, 0}, 0},
+                 {"beyond them", {0, 0, 0}, {6, 0, 0}, 1},
+                 {"beside them", {0, 0, 0}, {4, 0.5, 0}, 1}};
+    for (const auto& c : cases)
+        for (const bool hidden : {true, false}) {
+            graphics(0, 0, 0) = 0;
+            addline(c.from, c.to);
+            mnudrawlist(hiddenline).checked = hidden;
+            drawview(1);
+            int lines = 0;
+            for (const std::string& o : room.platform.views[0].operations)
+                lines += o.starts_with("line") && o.ends_with("#010203");
+            EXPECT_EQ(lines, hidden ? c.drawn : 1) << c.name << hidden;
+        }
 }
 
 TEST(Graphics, OfLinesThatMeetTheClickedOneIsPicked) {

@@ -2,6 +2,7 @@
 // Projection, its inverse, depth slab, autoscale, layouts, and what the layers draw.
 #include <cmath>
 #include <random>
+#include <sstream>
 
 #include "tests/support/recorder.h"
 #include "view/autoscale.h"
@@ -181,6 +182,35 @@ TEST(Autoscale, TheSecondPressOfFitFramesTheProjectedModel) {
         fitview(1);
         EXPECT_EQ(viewscale(1), told) << "after a zoom it is the first press again";
     }
+}
+
+TEST(Autoscale, TheFrameLeavesRoomForSymbols) {
+    for (const int dof : {1, 2, 3, 4, 5, 6})
+        for (const float force : {0.0f, 3.0f, -3.0f}) {
+            sessionroom room;
+            for (int i = 0; i < 8; ++i)
+                addnode(float(9 * (i & 1)), float(4 * (i & 2)), float(2 * (i & 4)));
+            for (int n = 1; n < 8; ++n) addelement(1, {n, n + 1});
+            ncon = 8;
+            for (int n = 1; n <= ncon; ++n) {
+                connode(n) = n;
+                condof(n) = dof;
+            }
+            loadnode(1, 0) = force != 0;
+            loadnode(1, 1) = 8;
+            loaddof(1, 1) = dof;
+            loadval(1, 1) = force;
+            for (int press = 1; press <= 3; ++press) fitview(1);
+            drawview(1);
+            for (const std::string& o : room.platform.views[0].operations) {
+                std::istringstream text(o);
+                std::string kind;
+                double x[2], y[2];
+                if (!(text >> kind >> x[0] >> y[0] >> x[1] >> y[1]) || kind != "line") continue;
+                EXPECT_GE(std::min({x[0], x[1], y[0], y[1]}), 0) << o << dof;
+                EXPECT_TRUE(std::max(x[0], x[1]) <= 20 && std::max(y[0], y[1]) <= 10) << o << dof;
+            }
+        }
 }
 
 TEST(Layout, FourViewsShareTheAreaBesideTheLeftBar) {

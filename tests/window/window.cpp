@@ -7,9 +7,11 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPrinterInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "core/model.h"
 #include "core/session.h"
@@ -286,4 +288,69 @@ TEST_F(Window, OpenAsksOnlyForWorkThatWouldBeLost) {
     untilactive("QFileDialog");
     key("Escape");
     untilactive("main");
+}
+
+TEST_F(Window, DialogsStartInTheFolderLastUsed) {
+    const auto folder = [] {
+        return ask([] { return qobject_cast<QFileDialog*>(active())->directory().path(); });
+    };
+    open(model("portal.tek"));
+    fs::create_directory(home / "other");
+    key("ctrl+shift+s");
+    untilactive("QFileDialog");
+    EXPECT_EQ(folder().toStdString(), (home / "models").string()) << "beside the model";
+    key("ctrl+a");
+    typetext((home / "other/mine.tek").string());
+    key("Return");
+    until("the copy", [this] { return fs::exists(home / "other/mine.tek"); });
+    untilactive("main");
+    key("ctrl+n");
+    untilactive("QMessageBox");
+    key("alt+n");
+    until("an empty model", [] { return nnodes() == 0; });
+    untilactive("main");
+    key("ctrl+o");
+    untilactive("QFileDialog");
+    EXPECT_EQ(folder().toStdString(), (home / "other").string()) << "the one last used";
+    key("Escape");
+    untilactive("main");
+}
+
+// This window and a program beside it, in one home: the second run begins when the first has ended,
+// and each has its own results.
+TEST_F(Window, TwoProgramsAnalyseOneAfterTheOther) {
+    const fs::path runs = home / "runs", go = home / "go", seen = home / "seen.png";
+    std::ofstream(home / "feiflu")
+        << "#!/bin/sh\necho begin >>" << runs << "\nwhile [ ! -e " << go
+        << " ]; do sleep 0.05; done\n"
+        << KALVANE_FEIFLU << "\ncode=$?\necho end >>" << runs << "\nexit $code\n";
+    fs::permissions(home / "feiflu", fs::perms(0755));
+    open(model("portal.tek"));
+    ask([] { return dim2d = true; });
+    key("F9");
+    until("the first run", [&] { return fs::exists(runs); });
+    std::ofstream(home / "other.kds") << "file models/tower.tek\nmenu \"File/Open...\"\nwindow "
+                                      << seen.string() << "\nmenu \"Analyse/Analyse\"\n";
+    QProcess other;
+    QProcessEnvironment room = QProcessEnvironment::systemEnvironment();
+    room.insert("KALVANE_HOME", QString::fromStdString(home));
+    room.insert("QT_QPA_PLATFORM", "offscreen");
+    other.setProcessEnvironment(room);
+    other.start(KALVANE_PROGRAM, {"--script", QString::fromStdString(home / "other.kds")});
+    until("the other program", [&] { return fs::exists(seen); });
+    std::this_thread::sleep_for(std::chrono::seconds(1));  // it would have begun by then
+    std::ofstream(go) << "go";
+    const int patience = 60000;  // milliseconds
+    EXPECT_TRUE(other.waitForFinished(patience));
+    EXPECT_EQ(other.exitCode(), 0) << other.readAllStandardError().toStdString();
+    until("the end of the first", [] { return status().startsWith("Analysed in"); });
+    std::ifstream in(runs);
+    std::string order, word;
+    while (in >> word) order += word + " ";
+    EXPECT_EQ(order, "begin end begin end ");
+    for (const char* name : {"portal.log", "tower.log"}) {
+        std::ifstream log(model(name));
+        const std::string text{std::istreambuf_iterator<char>(log), {}};
+        EXPECT_TRUE(text.find("Results are complete") != text.npos) << name;
+    }
 }

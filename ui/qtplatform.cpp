@@ -206,7 +206,8 @@ filechoice qtplatform::chosenfile(const filebox& box) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return choice;
     choice.chosen = true;
     choice.path = dialog.selectedFiles().first().toStdString();
-    windowsettings().setValue("folder", dialog.directory().path());
+    // A path that was typed may lead elsewhere than the list of the dialog.
+    windowsettings().setValue("folder", QFileInfo(qtext(choice.path)).path());
     choice.filterindex = int(filters.indexOf(dialog.selectedNameFilter())) + 1;
     return choice;
 }

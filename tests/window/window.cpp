@@ -343,7 +343,9 @@ TEST_F(Window, TwoProgramsAnalyseOneAfterTheOther) {
     const int patience = 60000;  // milliseconds
     EXPECT_TRUE(other.waitForFinished(patience));
     EXPECT_EQ(other.exitCode(), 0) << other.readAllStandardError().toStdString();
-    until("the end of the first", [] { return status().startsWith("Analysed in"); });
+    until("the end of the first", [] {
+        return themainwindow->findChild<QLabel*>("Label1")->text().startsWith("Analysed in");
+    });
     std::ifstream in(runs);
     std::string order, word;
     while (in >> word) order += word + " ";

@@ -78,7 +78,7 @@ static bool exceeds(int i) {
     return needed[std::size_t(i)] > modelsize(i);
 }
 
-static void telllarge(int i) {
+std::string sizefault(int i, long count) {
     static const char* const texts[] = {"",
                                         "Error: Model to large, Increase number of nodes to ",
                                         "Error: Model to large, Increase number of elements to ",
@@ -90,13 +90,15 @@ static void telllarge(int i) {
                                         "graphics",
                                         "",
                                         "Error: Model to large, Increase number of Loadcases to "};
+    if (count <= modelsize(i)) return {};
+    return texts[i] + (i == sizegraphics ? "" : std::to_string(count)) +
+           " on Model Size declairation form.";
+}
+
+static void telllarge(int i) {
     if (!exceeds(i)) return;
     modeltoolarge = true;
-    if (agreed) return;
-    theplatform().message(texts[i] +
-                              (i == sizegraphics ? "" : std::to_string(needed[std::size_t(i)])) +
-                              " on Model Size declairation form.",
-                          icons::exclamation);
+    if (!agreed) theplatform().message(sizefault(i, needed[std::size_t(i)]), icons::exclamation);
 }
 
 static void compare(int graphicsread) {

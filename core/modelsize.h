@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 // 5000 for sizes 1..4, 2000, 200, 4.
 void defaultmodelsize();
@@ -11,6 +12,9 @@ void defaultmodelsize();
 // message, and the file is written anew.
 void readmodelsize();
 void writemodelsize();  // a failure is told in a message
+
+// The message for a count of size i that exceeds its declared maximum; empty when it fits.
+std::string sizefault(int i, long count);
 
 // Tells every count of the model in hand that exceeds its declared maximum; true when one does.
 bool istoolarge();

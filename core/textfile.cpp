@@ -300,6 +300,17 @@ std::string_view textin::word() {
     return result;
 }
 
+std::string textin::line() {
+    while (at != last && isgap(*at)) ++at;
+    token = at;
+    while (at != last && !islineend(*at)) ++at;
+    std::string_view rest(token, std::size_t(at - token));
+    while (!rest.empty() && (isgap(rest.back()) || rest.back() == '\x1A')) rest.remove_suffix(1);
+    if (at != last && *at == '\r') ++at;
+    if (at != last && *at == '\n') ++at;
+    return toutf8(rest);
+}
+
 void textin::skip(long n) {
     for (long i = 0; i < n; ++i) number();
 }

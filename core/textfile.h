@@ -57,6 +57,7 @@ class textin {
     std::string text();       // quoted or not, UTF-8
     std::string quoted();     // a text in double quotes; anything else is errtype
     std::string_view word();  // raw characters up to a comma, blank or line end
+    std::string line();       // what is left of the line, UTF-8; passes its end
     void skip(long n);        // passes over n numbers without storing them
     // A run-time error that names this place of the file.
     [[noreturn]] void fail(int errornumber, const std::string& what) const;

@@ -1,103 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Loops of lines. The ends lie in a hashed grid of cells as wide as the tolerance.
+// Loops of graphic elements.
 #include "tools/findpatch.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <set>
-#include <unordered_map>
 
 #include "core/colours.h"
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "edit/move.h"
 #include "edit/selection.h"
+#include "tools/Surfaces.h"
 #include "view/moddraw.h"
-
-namespace {
-
-struct lineend {
-    int g, end;
-};
-
-// The ends of all lines by place.
-class endgrid {
-  public:
-    endgrid() {
-        for (int g = 1; g <= ngraphics(); ++g)
-            for (int end = 1; end <= 2 && kindof(graphics, g) == kindline; ++end)
-                cells[keyof(cellof(definitionpoint(graphics, g, end)))].push_back({g, end});
-    }
-    // Calls take(end) for the ends nearer than nodetol to a place.
-    template <typename Take>
-    void around(const point3& at, Take take) const {
-        const cell c = cellof(at);
-        for (int i = -1; i <= 1; ++i)
-            for (int j = -1; j <= 1; ++j)
-                for (int k = -1; k <= 1; ++k) {
-                    const auto found = cells.find(keyof({c[0] + i, c[1] + j, c[2] + k}));
-                    if (found == cells.end()) continue;
-                    for (const lineend& e : found->second)
-                        if (lengthof(definitionpoint(graphics, e.g, e.end) - at) < nodetol) take(e);
-                }
-    }
-
-  private:
-    using cell = std::array<std::int64_t, 3>;
-    cell cellof(const point3& at) const {
-        const double most = 1e18;  // what lies farther off shares the last cells
-        cell c{};
-        for (std::size_t k = 0; k < 3; ++k)
-            c[k] = std::int64_t(std::clamp(std::floor(at[k] / side), -most, most));
-        return c;
-    }
-    static std::uint64_t keyof(const cell& c) {
-        std::uint64_t h = 0;
-        for (const std::int64_t v : c) {
-            h = (h ^ std::uint64_t(v)) * 0x9E3779B97F4A7C15u;
-            h ^= h >> 31;
-        }
-        return h;
-    }
-    double side = nodetol > 0 ? nodetol*(1 + 1e-6) : 1;
-    std::unordered_map<std::uint64_t, std::vector<lineend>> cells;
-};
-
-}  // namespace
-
-jointtable findjoints() {
-    jointtable joints;
-    const endgrid grid;
-    for (int end = 1; end <= 2; ++end) {
-        joints[std::size_t(end)].resize(std::size_t(ngraphics()) + 1);
-        for (int g = 1; g <= ngraphics(); ++g) {
-            if (kindof(graphics, g) != kindline) continue;
-            auto& list = joints[std::size_t(end)][std::size_t(g)];
-            grid.around(definitionpoint(graphics, g, end), [&](const lineend& e) {
-                if (e.g != g) list.push_back(e.end == 1 ? e.g : -e.g);
-            });
-            std::ranges::sort(list, {}, [](int c) { return std::pair(std::abs(c), c < 0); });
-            // Two cells of equal hash show an end twice.
-            list.erase(std::unique(list.begin(), list.end()), list.end());
-        }
-    }
-    return joints;
-}
+#include "view/pen.h"
+#include "view/scaleview.h"
 
 static point3 wayof(int signedline) {
     const int g = std::abs(signedline);
     const point3 way = definitionpoint(graphics, g, 1) - definitionpoint(graphics, g, 2);
     return signedline > 0 ? way : -1.0 * way;
-}
-
-// Directions of the signed lines a and b, each from point 2 to point 1 times its sign, and their
-// cross product.
-static void turningvector(int a, int b, point3& wayofa, point3& wayofb, point3& turn) {
-    wayofa = wayof(a);
-    wayofb = wayof(b);
-    turn = cross(wayofa, wayofb);
 }
 
 // Angle from the way back to the way on, about the loop's normal, 0 to 2 pi; -1 where the way on
@@ -110,35 +34,89 @@ static double turnof(const point3& back, const point3& on, const point3& normal)
     return angle <= 0 ? angle + 2 * pi : angle;
 }
 
-// Follows the lines from g by way of c, which meets its end 1, and back. Empty where none leads
-// back.
-static std::vector<int> walk(const jointtable& joints, int g, int c) {
-    std::vector<int> loop = {g, std::abs(c)};
-    std::set<int> used(loop.begin(), loop.end());
-    point3 back, on, normal;
-    // Ways from the joint: of g towards its end 2, of c towards its far end.
-    turningvector(-g, -c, back, on, normal);
-    if (!(lengthof(normal) > 0)) return {};
-    for (int current = c;;) {
-        const int far = current > 0 ? 2 : 1;
-        const auto& list = joints[std::size_t(far)][std::size_t(std::abs(current))];
-        if (loop.size() > 2 && std::ranges::find(list, -g) != list.end()) return loop;
-        back = wayof(current);  // from the far end to the joint before
-        int best = 0;
-        double least = 2 * pi;
-        for (const int next : list) {
-            if (used.count(std::abs(next)) != 0) continue;
-            const double turn = turnof(back, wayof(-next), normal);
-            if (turn < 0 || turn >= least) continue;
-            least = turn;
-            best = next;
+// --- walking ------------------------------------------------------------------------------------
+
+namespace {
+
+enum class ending { closed, lost, toolong };
+
+class walker {
+  public:
+    explicit walker(const jointtable& table);
+    // Follows the elements from g by way of c, which meets its end 1, and back, over at most `most`
+    // of them.
+    ending walk(int g, int c, std::size_t most);
+    std::vector<int> loop;  // the elements of the last walk
+
+  private:
+    static int endof(int signedpiece) { return signedpiece > 0 ? 1 : 2; }
+    // From an end into the element: along a line as far as it goes, along others a tenth of the
+    // way.
+    const point3& into(int g, int end) const {
+        return ways[2 * std::size_t(g) + std::size_t(end - 1)];
+    }
+    int tightest(const std::vector<int>& list, const point3& back, const point3& normal) const;
+    bool isused(int g) const { return usedby[std::size_t(g)] == round; }
+    void use(int g) {
+        usedby[std::size_t(g)] = round;
+        loop.push_back(g);
+    }
+
+    const jointtable& joints;
+    std::vector<point3> ways;
+    std::vector<int> usedby;  // the number of the walk that came along last
+    int round = 0;
+};
+
+walker::walker(const jointtable& table)
+    : joints(table), ways(2 * std::size_t(ngraphics()) + 2), usedby(std::size_t(ngraphics()) + 1) {
+    const double share = 0.1;
+    for (int g = 1; g <= ngraphics(); ++g) {
+        const std::size_t at = 2 * std::size_t(g);
+        if (kindof(graphics, g) == kindline) {
+            ways[at + 1] = wayof(g);
+            ways[at] = -1.0 * ways[at + 1];
+        } else if (setgraphic(graphics, g)) {
+            ways[at] = graphicpoint(share) - graphicpoint(0);
+            ways[at + 1] = graphicpoint(1 - share) - graphicpoint(1);
         }
-        if (best == 0) return {};
-        loop.push_back(std::abs(best));
-        used.insert(std::abs(best));
-        current = best;
     }
 }
+
+int walker::tightest(const std::vector<int>& list, const point3& back, const point3& normal) const {
+    int best = 0;
+    double least = 2 * pi;
+    for (const int next : list) {
+        if (isused(std::abs(next))) continue;
+        const double turn = turnof(back, into(std::abs(next), endof(next)), normal);
+        if (turn < 0 || turn >= least) continue;
+        least = turn;
+        best = next;
+    }
+    return best;
+}
+
+ending walker::walk(int g, int c, std::size_t most) {
+    ++round;
+    loop.clear();
+    use(g);
+    use(std::abs(c));
+    const point3 normal = cross(into(g, 1), into(std::abs(c), endof(c)));
+    if (!(lengthof(normal) > 0)) return ending::lost;
+    for (int current = c;;) {
+        const int far = 3 - endof(current);
+        const auto& list = joints[std::size_t(far)][std::size_t(std::abs(current))];
+        if (loop.size() > 2 && std::ranges::find(list, -g) != list.end()) return ending::closed;
+        if (loop.size() >= most) return ending::toolong;
+        current = tightest(list, into(std::abs(current), far), normal);
+        if (current == 0) return ending::lost;
+        use(std::abs(current));
+    }
+}
+
+}  // namespace
+
+// --- telling ------------------------------------------------------------------------------------
 
 static void selectloop(const std::vector<int>& loop) {
     hideselection();
@@ -158,28 +136,95 @@ static void selectloop(const std::vector<int>& loop) {
     showselection();
 }
 
+// What was found from the two that the search began with.
+static void drawway(const std::vector<int>& loop) {
+    for (int v = 1; v <= shownviews(); ++v) {
+        surface* const s = target(v);
+        if (s == nullptr) continue;
+        const keptpen pen(s);
+        prepareview(v);
+        drawcolor = rgb(255, 0, 0);
+        s->drawwidth = 2;
+        for (std::size_t k = 2; k < loop.size(); ++k) drawgraphic(graphics, loop[k], v);
+        s->show();
+    }
+}
+
 // True when the user wants to see the next one.
-static bool tellfound() {
+static bool tellfound(const std::vector<int>& loop, const char* text) {
+    selectloop(loop);
+    drawway(loop);
     messagebox box;
-    box.text = "found patch";
+    box.text = text;
     box.set = buttons::okcancel;
     box.icon = icons::information;
     return theplatform().show(box) == answers::ok;
 }
 
-int findpatch() {
-    setselectitem(selectgraphics);
-    const jointtable joints = findjoints();
+// --- the search ---------------------------------------------------------------------------------
+
+namespace {
+struct start {
+    int g, c;
+};
+struct outcome {
     int found = 0;
+    bool stopped = false;
+    bool cut = false;  // loops may be longer than was searched
+};
+}  // namespace
+
+// Tries every start, first over loops that a patch can hold, then over longer ones as far as the
+// work goes. found(loop) returns false to stop.
+template <typename Found>
+static outcome searchloops(const jointtable& joints, Found found) {
+    const std::size_t patchholds = 4 * std::size_t(maxedgepieces);
+    std::size_t work = 3000000;  // steps along elements
+    walker w(joints);
+    outcome result;
+    std::vector<start> longer;
     for (int g = 1; g <= ngraphics(); ++g)
         for (const int c : joints[1][std::size_t(g)]) {
-            const std::vector<int> loop = walk(joints, g, c);
-            if (loop.empty()) continue;
-            ++found;
-            selectloop(loop);
-            if (!tellfound()) return found;
+            const ending end = w.walk(g, c, patchholds);
+            if (end == ending::toolong) longer.push_back({g, c});
+            if (end != ending::closed || ++result.found == 0) continue;
+            if (!found(w.loop)) return result.stopped = true, result;
         }
+    for (const start& s : longer) {
+        result.cut = work == 0;
+        if (result.cut) break;
+        const ending end = w.walk(s.g, s.c, work);
+        work -= std::min(work, w.loop.size());
+        if (end != ending::closed || ++result.found == 0) continue;
+        if (!found(w.loop)) return result.stopped = true, result;
+    }
+    return result;
+}
+
+static bool holdscurve(const std::vector<int>& loop) {
+    return std::ranges::any_of(loop, [](int g) { return kindof(graphics, g) != kindline; });
+}
+
+int findpatch() {
+    setselectitem(selectgraphics);
+    const outcome lines = searchloops(
+        findjoints(), [](const std::vector<int>& loop) { return tellfound(loop, "found patch"); });
+    if (lines.stopped) return lines.found;
+    int found = lines.found;
+    std::set<std::vector<int>> seen;
+    const outcome wider = searchloops(findalljoints(), [&](const std::vector<int>& loop) {
+        std::vector<int> sorted = loop;
+        std::ranges::sort(sorted);
+        if (!holdscurve(loop) || !seen.insert(sorted).second) return true;
+        ++found;
+        return tellfound(loop, "found a loop with arcs or curves");
+    });
+    if (wider.stopped) return found;
     clearselection();
     if (found == 0) theplatform().message("No lines form a closed loop", icons::information);
+    if (lines.cut || wider.cut)
+        theplatform().message("Loops of more than " + numbertext(4 * maxedgepieces) +
+                           " graphic elements were not all searched for",
+                       icons::information);
     return found;
 }

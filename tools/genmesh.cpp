@@ -18,6 +18,14 @@ std::string meshtype = "Quad", meshmessage;
 int mesheltype;
 Flag meshok, meshfaded;
 
+keptmeshchoice::keptmeshchoice() : type(meshtype), elementtype(mesheltype), group(meshgroup) {}
+
+keptmeshchoice::~keptmeshchoice() {
+    meshtype = type;
+    mesheltype = elementtype;
+    meshgroup = group;
+}
+
 static void refuse(const std::string& text) {
     meshmessage = text;
     meshok = false;

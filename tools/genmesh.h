@@ -19,6 +19,19 @@ extern Flag meshfaded;  // the rows of the last triangular mesh follow edge 3, s
 // What stopped the last check or sort, for the dialog's message field; empty when nothing did.
 extern std::string meshmessage;
 
+// The choices come back when it goes: for meshes that are made beside the dialog's own.
+class keptmeshchoice {
+  public:
+    keptmeshchoice();
+    ~keptmeshchoice();
+    keptmeshchoice(const keptmeshchoice&) = delete;
+    keptmeshchoice& operator=(const keptmeshchoice&) = delete;
+
+  private:
+    std::string type;
+    int elementtype, group;
+};
+
 int edgesof(const std::string& type);  // 4, 3, 3, 1
 // 1 + the spaces of the graphic elements on an edge.
 double nodesonedge(const graphiclist& list, int edge);

@@ -9,14 +9,15 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "tools/Surfaces.h"
+#include "tools/enterbuffers.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"
+#include "tools/loopedges.h"
 #include "tools/meshcheck.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -72,8 +73,30 @@ static void countedges(mesh2dform& form) {
             graphmesh(e, 0) == 0 ? "" : numbertext(nodesonedge(graphics, e));
 }
 
+static std::vector<int> selectedgraphicelements() {
+    std::vector<int> list;
+    for (int i = 1; i <= graphsel(0, 0); ++i) list.push_back(graphsel(i, 0));
+    return list;
+}
+
+// A closed loop that is selected becomes the edges.
+static void takeloop(mesh2dform& form, const std::vector<int>& elements) {
+    const regionedges region = divideloop(elements);
+    if (region.count == 0) return;
+    choosemeshtype(form, region.count == 4 ? quadmesh : triangmesh);
+    for (int e = 1; e <= region.count; ++e) {
+        const auto& chain = region.chain[std::size_t(e - 1)];
+        for (std::size_t k = 0; k < chain.size(); ++k) graphmesh(e, long(k) + 1) = chain[k];
+        graphmesh(e, 0) = int(chain.size());
+    }
+    countedges(form);
+    form.message = "The selected loop: " + tellregion(region) +
+                   ". Press <Generate Mesh>, or an edge button to change an edge";
+}
+
 mesh2dform openmesh2d() {
     mesh2dform form;
+    const std::vector<int> selected = selectedgraphicelements();
     emptybuffers(form);
     for (int e = 0; e <= 4; ++e) graphmesh(e, 0) = 0;
     meshgroup = 1;
@@ -84,6 +107,7 @@ mesh2dform openmesh2d() {
     form.chosengroup = ngroups() - 1;
     reduceselectmenu();
     choosemeshtype(form, quadmesh);
+    takeloop(form, selected);
     return form;
 }
 
@@ -248,22 +272,12 @@ void acceptmesh(mesh2dform& form) {
         return;
     }
     const hourglass wait;
-    graphics2(0, 0, 0) = 0;
-    const bool hasnodes = tmpnodes(0, 0) != 0, haselements = tmpelems(0, 0) != 0;
-    hideselection();
-    if (!editpaste()) return showselection();
-    form.message = storenewpatch();
+    const entrance entered = enterbuffers([&] { form.message = storenewpatch(); });
+    if (!entered.done) return;
     emptybuffers(form);
-    const int merged = hasnodes && automergenodes ? mergenodes() : 0;
-    const int doubles = haselements && automergeelems ? mergeelements() : 0;
-    movepending = editing = false;
-    resultflag = 1;
-    dorenumber = 1;
     restoreselectmenu();
-    redrawall();
     if (form.message.empty()) form.message = "The mesh is part of the model";
-    if (hasnodes && automergenodes) form.message += "; " + numbertext(merged) + " nodes merged";
-    if (doubles > 0) form.message += ", " + numbertext(doubles) + " double elements";
+    form.message += entered.text;
 }
 
 void resetmesh(mesh2dform& form) {

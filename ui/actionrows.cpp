@@ -405,7 +405,7 @@ static void addadd(actionrows& t) {
               addrow(2, "Element...", "element", addingdialog("addsingleelem"),
                      {{"popup01", 3, "popItem01(2)", "Add elements"}}),
               addrow(3, "Mesh...", "mesh", addingdialog("Mselect"), {{"jobbar", 4}}),
-              addrow(4, "Object...", "", nullptr),
+              addrow(4, "Object...", "", addingdialog("Objects")),
               {"Mnuadditem(5)"},
               addrow(6, "Constraints...", "constraint", attributes(attributemodes::constraints),
                      {{"jobbar", 5}}),
@@ -474,7 +474,7 @@ static void adddefine(actionrows& t) {
                .run = dialog("Loadkees"),
                .places = {{"jobbar", 2}},
                .topic = "cases"},
-              {"definegroup(2)", "Object..."},
+              {"definegroup(2)", "Object...", "", "", dialog("Defobject")},
               {"definegroup(3)", "Group Settings ....", "", "", dialog("defgroup")},
           });
 }

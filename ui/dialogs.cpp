@@ -42,6 +42,8 @@ void wiredialogs() {
     adddialog("Mselect", makemselect);
     adddialog("mesh2d", makemesh2d);
     adddialog("patchedit", makepatchedit);
+    adddialog("Objects", makeobjects);
+    adddialog("Defobject", makedefobject);
     adddialog("modifyelem", makemodifyelem);
     adddialog("addsingleelem", makeaddsingleelem);
     adddialog("Numint", makenumint);

@@ -79,6 +79,8 @@ QDialog* makegraphoptions();
 QDialog* makemselect();
 QDialog* makemesh2d();
 QDialog* makepatchedit();
+QDialog* makeobjects();
+QDialog* makedefobject();
 QDialog* makemodifyelem();
 QDialog* makeaddsingleelem();
 QDialog* makenumint();

@@ -325,10 +325,15 @@ const std::vector<scriptverb> verbs = {
      [](player, line l) {
          setcell(l.words[1], l.words[2], l.words[3].toInt(), l.words[4].toInt(), rest(l, 5));
      }},
-    {"picture", 2, "picture V FILE.png",
+    {"picture", 2, "picture V FILE.png or picture FORM CONTROL FILE.png",
      [](player p, line l) {
-         viewwidget* const view = viewof(l.words[1]);
-         savepicture(view->surface.picture(), p.inscript(rest(l, 2)));
+         bool isview = false;
+         (void)l.words[1].toInt(&isview);
+         if (isview)
+             savepicture(viewof(l.words[1])->surface.picture(), p.inscript(rest(l, 2)));
+         else
+             savepicture(findcontrol(l.words[1], l.words[2])->grab().toImage(),
+                         p.inscript(rest(l, 3)));
      }},
     {"window", 1, "window FILE.png",
      [](player p, line l) { savepicture(windowpicture(), p.inscript(rest(l, 1))); }},

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "core/elempatch.h"
 #include "core/modeltable.h"
 #include "core/platform.h"
 
@@ -21,6 +22,7 @@ array2<float> tmpnodes, nodework;
 array2<float> elems;
 array1<int> egroup;
 array1<double> rotpo;
+array1<int> elempatch;
 array1<std::string> elemname;
 array1<float> elemsel;
 array2<Flag> elemvis;

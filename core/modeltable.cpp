@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/catalogue.h"
+#include "core/elempatch.h"
 #include "core/model.h"
 #include "core/views.h"
 
@@ -174,6 +175,8 @@ static void addelements(table& t) {
             {0, 0, "Group", "", kinds::count, ".tek", items::group, losses::instead}, true);
     element("rotpo", "Rotation of an element", &rotpo, {m2},
             {0, 0, "Rotation", "rad", kinds::angle, ".rot"}, true);
+    element("elempatch", "Patch of an element", &elempatch, {m2},
+            {0, 0, "Patch", "", kinds::count, "", items::patch}, false);
     element("elemname", "Element name", &elemname, {m2}, {0, 0, "Name", "", kinds::text}, false);
     element("endrelease", "End release", &endrelease, {m2, fixed(4), fixed(6)},
             {0, 34, "Release", "", kinds::flag}, true);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/catalogue.h"
+#include "core/elempatch.h"
 #include "core/model.h"
 #include "core/modelitems.h"
 #include "core/pack.h"
@@ -95,6 +96,7 @@ static void pasteelements(int nodesbefore) {
             elems(e, k) = k <= elnn ? float(nodesbefore) + tmpelems(i, k) : 0.0f;
         egroup(e) = int(tmpelems(i, 5));
         rotpo(e) = tmprotpo(i);
+        elempatch(e) = 0;
         elemname(e).clear();
         elemsel(i) = float(e);
         elemvis(activeview, e) = true;
@@ -166,6 +168,7 @@ static void deletepatches() {
     for (std::size_t p = 1; p < number.size(); ++p)
         if (patches(long(p), 0, 0) != 0) number[p] = ++kept;
     closeitems(items::patch, number);
+    followitems(items::patch, number);
 }
 
 static void deleteelements() {

@@ -145,6 +145,8 @@ static void checkgroupsused() {
                               icons::exclamation);
 }
 
+std::function<void()> patchesread;
+
 enum class tekresult { read, toolarge, unreadable };
 
 static tekresult readtekstep(const std::string& name) {
@@ -215,6 +217,7 @@ bool openmodel(const std::string& name) {
         return false;
     }
     checkgroupsused();
+    if (patchesread && patches(0, 0, 0) > 0) guarded(patchesread, telldamage);
     markassaved();
     showmodelname();
     theplatform().refresh();

@@ -5,6 +5,7 @@
 // Open and import of a whole model: the file set in its order, each file a guarded step.
 #pragma once
 
+#include <functional>
 #include <string>
 
 // Has the model a name to save under? "None" and "" are names of no file.
@@ -16,6 +17,8 @@ bool isnamed();
 // declared. When .tek itself can not be read the model that stood before comes back. Returns false
 // when no model was opened.
 bool openmodel(const std::string& name);
+// What the rooms above do with the patches of a model that was read.
+extern std::function<void()> patchesread;
 
 // Nodes and elements of another model into tmpnodes and tmpelems, its groups behind those in hand.
 bool importmodel(const std::string& name);

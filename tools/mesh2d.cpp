@@ -19,6 +19,7 @@
 #include "tools/groups.h"
 #include "tools/loopedges.h"
 #include "tools/meshcheck.h"
+#include "tools/patchmesh.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 
@@ -272,7 +273,11 @@ void acceptmesh(mesh2dform& form) {
         return;
     }
     const hourglass wait;
-    const entrance entered = enterbuffers([&] { form.message = storenewpatch(); });
+    const int first = nelems() + 1;
+    const entrance entered = enterbuffers([&] {
+        form.message = storenewpatch();
+        if (form.message.empty()) ownelements(patches(0, 0, 0), first, nelems());
+    });
     if (!entered.done) return;
     emptybuffers(form);
     restoreselectmenu();

@@ -223,7 +223,8 @@ void acceptobject(objectsform& form) {
     }
     if (objinverted > 0) return;
     const hourglass wait;
-    const entrance entered = enterbuffers(takeobject);
+    const int before = nelems();
+    const entrance entered = enterbuffers([before] { takeobject(before); });
     if (!entered.done) return;
     form.message = "The object is part of the model" + entered.text +
                    ". Change a value or the place to put another one";

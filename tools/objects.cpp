@@ -16,6 +16,7 @@
 #include "tools/genmesh.h"
 #include "tools/groups.h"
 #include "tools/meshcheck.h"
+#include "tools/patchmesh.h"
 
 std::string objdescription;
 int objgraphcount, objpatchcount, objgroupcount, objinverted, objwithoutgroup;
@@ -305,8 +306,12 @@ void Readfile(const objectfile& file, const objectplace& place) {
     }
 }
 
-void takeobject() {
+void takeobject(int elementsbefore) {
     graphics(0, 0, 0) += float(objgraphcount);
     groups(0, 0) += objgroupcount;
+    for (std::size_t i = 0; i < lastelement.size(); ++i)
+        ownelements(patches(0, 0, 0) + int(i) + 1,
+                    elementsbefore + 1 + (i == 0 ? 0 : lastelement[i - 1]),
+                    elementsbefore + lastelement[i]);
     patches(0, 0, 0) = patches(0, 0, 0) + objpatchcount;
 }

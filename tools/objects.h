@@ -45,4 +45,4 @@ void Readfile(const objectfile& file, const objectplace& place);
 void dropobject();
 // Counts of what was read, to be added once it is accepted: the patch of each stretch of elements
 // of the buffer is the one that made it.
-void takeobject();
+void takeobject(int elementsbefore);

@@ -11,6 +11,7 @@
 #include "loads/loadaxes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
+#include "tools/patchmesh.h"
 #include "tools/pointentry.h"
 #include "tools/singleelem.h"
 #include "ui/dialogs.h"
@@ -24,6 +25,7 @@ void wiremodules() {
     wirelayers();
     wiremouse();
     wiregraphics();
+    wirepatches();
     wirepointentry();
     wireloadaxes();
     wiresingleelem();

@@ -95,7 +95,7 @@ TEST(Findpatch, LoopsWithArcsAndCurvesFollowOnceEach) {
     addstadium();
     addgraphic(kindcurve, {0, 0, 0}, {4, 0, 0}, {2, -3, 0});  // another region below
     room.platform.answerqueue.assign(50, answers::ok);
-    EXPECT_EQ(findpatch(), 0 + 1) << "of three elements or more";
+    EXPECT_EQ(findpatch(), 2) << "the stadium, and the way round both";
     EXPECT_TRUE(room.platform.told("found a loop with arcs or curves"));
     room.platform.answerqueue.clear();
     findpatch();

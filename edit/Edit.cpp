@@ -19,6 +19,8 @@
 #include "edit/selection.h"
 #include "view/moddraw.h"
 
+patchcopier copierofpatches;
+
 // --- copy ---------------------------------------------------------------------------------------
 
 static void copynodes() {
@@ -61,6 +63,7 @@ void editcopy() {
     if (item == selectnodes || item == selectelements) copynodes();
     if (ofelements) copyelements();
     if (item == selectgraphics) copygraphics();
+    if (item == selectpatches && copierofpatches.copy) copierofpatches.copy();
     hideselection();
 }
 
@@ -144,10 +147,11 @@ bool editpaste() {
         return false;
     }
     releaseselection();
-    const int nodesbefore = nnodes();
+    const int nodesbefore = nnodes(), elementsbefore = nelems(), graphicsbefore = ngraphics();
     if (tmpnodes(0, 0) != 0) pastenodes();
     if (tmpelems(0, 0) != 0) pasteelements(nodesbefore);
     if (graphics2(0, 0, 0) != 0) pastegraphics();
+    if (copierofpatches.pasted) copierofpatches.pasted(graphicsbefore, elementsbefore);
     syncgraphsel();
     resultflag = 1;
     dropundo();

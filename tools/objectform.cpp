@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <set>
 
 #include "core/model.h"
 #include "core/numtext.h"
@@ -42,8 +43,10 @@ static std::string lowered(std::string text) {
 
 objectsform openobjects(const std::vector<std::string>& folders) {
     objectsform form;
+    std::set<fs::path> seen;  // two names can lead to one folder
     for (const std::string& folder : folders) {
         std::error_code ec;
+        if (!seen.insert(fs::weakly_canonical(folder, ec)).second) continue;
         for (const auto& entry : fs::directory_iterator(folder, ec)) {
             const fs::path& path = entry.path();
             if (entry.is_regular_file(ec) && lowered(path.extension().string()) == ".obj")

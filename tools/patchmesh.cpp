@@ -15,6 +15,7 @@
 #include "core/numtext.h"
 #include "core/pack.h"
 #include "core/session.h"
+#include "edit/Edit.h"
 #include "files/filop.h"
 #include "tools/Surfaces.h"
 #include "tools/enterbuffers.h"
@@ -339,6 +340,82 @@ std::vector<int> spreadspaces(int p, int edge, int spaces, std::string& fault) {
     return s.touched();
 }
 
+// --- copies -------------------------------------------------------------------------------------
+
+namespace {
+// A patch in the buffers: members are numbers of the second list.
+struct copiedpatch {
+    int edges, type, group;
+    std::array<std::vector<int>, 5> chain;
+    int lastelement;
+};
+struct patchcopies {
+    std::vector<copiedpatch> list;
+    float graphics = 0, elements = 0;  // of the buffers that they belong to
+};
+}  // namespace
+
+static patchcopies copies;
+
+// The number in the second list of a graphic element, which is copied there once.
+static int copyofgraphic(int g, std::map<int, int>& known) {
+    const auto [place, isnew] = known.insert({g, int(known.size()) + 1});
+    const int to = place->second;
+    for (int j = 0; isnew && j <= 3; ++j)
+        std::ranges::copy(graphics.row(g, j), graphics2.row(to, j).begin());
+    graphics2(0, 0, 0) = float(known.size());
+    return to;
+}
+
+static void copypatch(int p, std::map<int, int>& known) {
+    if (!loadpatch(graphics, p)) return;
+    copiedpatch copy{edgesof(meshtype), mesheltype, meshgroup, {}, 0};
+    for (int e = 1; e <= copy.edges; ++e)
+        for (int k = 1; k <= graphmesh(e, 0); ++k) {
+            graphmesh(e, k) = copyofgraphic(graphmesh(e, k), known);
+            copy.chain[std::size_t(e)].push_back(graphmesh(e, k));
+        }
+    checkedges(graphics2);
+    if (meshok) checkmeshsize(graphics2);
+    if (!meshok || !buildmesh(graphics2)) return;
+    copy.lastelement = int(tmpelems(0, 0));
+    copies.list.push_back(std::move(copy));
+}
+
+static void copypatches() {
+    const keptmeshchoice choice;
+    copies = {};
+    std::map<int, int> known;
+    for (int i = 1; i <= int(patchsel(0)); ++i) copypatch(int(patchsel(i)), known);
+    copies.graphics = graphics2(0, 0, 0);
+    copies.elements = tmpelems(0, 0);
+}
+
+// Other contents of the buffers than those that were copied bring no patches.
+static void pastepatches(int graphicsbefore, int elementsbefore) {
+    if (copies.list.empty() || copies.graphics != graphics2(0, 0, 0) ||
+        copies.elements != tmpelems(0, 0))
+        return;
+    int first = elementsbefore + 1;
+    for (const copiedpatch& copy : copies.list) {
+        const int p = patches(0, 0, 0) + 1;
+        if (p > maxpatches) return;
+        patches(p, 0, 0) = copy.edges;
+        patches(p, 0, 1) = copy.type;
+        patches(p, 0, 2) = copy.group;
+        for (int e = 1; e <= copy.edges; ++e) {
+            const auto& chain = copy.chain[std::size_t(e)];
+            patches(p, e, 0) = int(chain.size());
+            for (std::size_t k = 0; k < chain.size(); ++k)
+                patches(p, e, long(k) + 1) = graphicsbefore + chain[k];
+        }
+        patches(0, 0, 0) = p;
+        ownelements(p, first, elementsbefore + copy.lastelement);
+        first = elementsbefore + copy.lastelement + 1;
+    }
+}
+
 void wirepatches() {
     patchesread = findownelements;
+    copierofpatches = {copypatches, pastepatches};
 }

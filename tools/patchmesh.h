@@ -22,5 +22,6 @@ std::string meshagain(const std::vector<int>& list, bool& done);
 // was changed.
 std::vector<int> spreadspaces(int p, int edge, int spaces, std::string& fault);
 
-// Has the elements of the patches found whenever a model was read.
+// Has the elements of the patches found whenever a model was read, and patches copied: their
+// graphic elements into the second list, their meshes made anew from it, telling nothing.
 void wirepatches();

@@ -114,8 +114,25 @@ TEST(PatchMesh, AModelThatWasReadKnowsItsElements) {
     EXPECT_EQ(elementsofpatches(), (std::vector<int>{0, 8, 6, 2}));
     EXPECT_EQ(tmpnodes(0, 0) + graphics2(0, 0, 0), 0);
     EXPECT_TRUE(room.platform.messages.empty());
+    automergenodes = automergeelems = false;  // the copies lie on what they are of
+    dialogof({1, 2});
+    editcopy();
+    EXPECT_EQ(graphics2(0, 0, 0), 7) << "the edge between them once";
+    ASSERT_TRUE(editpaste());
+    EXPECT_EQ(elementsofpatches(), (std::vector<int>{0, 8, 6, 2, 8, 6}));
+    EXPECT_EQ(patches(5, 3, 1), 7 + patches(2, 3, 1));
+    EXPECT_EQ(nelems(), 30);
+    graphics2(0, 0, 0) = 0;  // a mesh that is accepted is no copy of patches
+    ASSERT_TRUE(editpaste());
+    EXPECT_EQ(patches(0, 0, 0), 5);
+    for (const int p : {5, 4}) {
+        dialogof({p});
+        editdelete();
+    }
+    EXPECT_TRUE(room.platform.messages.empty());
     dialogof({1});
     editdelete();
-    EXPECT_EQ(elementsofpatches(), (std::vector<int>{8, 6, 2}));
+    EXPECT_EQ(elementsofpatches(), (std::vector<int>{8 + 8 + 6 + 14, 6, 2}));
     patchesread = nullptr;
+    copierofpatches = {};
 }

@@ -18,6 +18,7 @@ class playroom {
         fs::copy(data / "examples", folder / "examples");
         fs::copy(data / "examples", folder / "home/examples");
         fs::copy(data / "demo", folder / "home/demo");
+        fs::copy(data / "objects", folder / "home/objects");
     }
     // Plays the lines as a script of this name; what the program said on both channels.
     std::string play(const std::string& lines, int exitcode = 0,

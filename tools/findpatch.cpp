@@ -24,14 +24,17 @@ static point3 wayof(int signedline) {
     return signedline > 0 ? way : -1.0 * way;
 }
 
-// Angle from the way back to the way on, about the loop's normal, 0 to 2 pi; -1 where the way on
-// leaves the plane of the loop.
+// Angle from the way back to the way on, about the loop's normal, 0 to 2 pi.
 static double turnof(const point3& back, const point3& on, const point3& normal) {
-    const double outofplane = 1e-3;  // of the line's length
-    const double size = lengthof(normal), length = lengthof(on);
-    if (!(length > 0) || std::fabs(dot(on, normal)) > outofplane * length * size) return -1;
-    const double angle = std::atan2(dot(cross(back, on), normal) / size, dot(back, on));
+    const double angle = std::atan2(dot(cross(back, on), normal) / lengthof(normal), dot(back, on));
     return angle <= 0 ? angle + 2 * pi : angle;
+}
+
+// The way on stays in the plane of the loop.
+static bool isinplane(const point3& on, const point3& normal) {
+    const double outofplane = 1e-3;  // of the line's length
+    const double length = dot(on, on), away = dot(on, normal);
+    return length > 0 && away * away <= outofplane * outofplane * length * dot(normal, normal);
 }
 
 // --- walking ------------------------------------------------------------------------------------
@@ -85,11 +88,17 @@ walker::walker(const jointtable& table)
 
 int walker::tightest(const std::vector<int>& list, const point3& back, const point3& normal) const {
     int best = 0;
-    double least = 2 * pi;
+    double least = -1;  // not worked out while there is but one
     for (const int next : list) {
-        if (isused(std::abs(next))) continue;
-        const double turn = turnof(back, into(std::abs(next), endof(next)), normal);
-        if (turn < 0 || turn >= least) continue;
+        const point3& on = into(std::abs(next), endof(next));
+        if (isused(std::abs(next)) || !isinplane(on, normal)) continue;
+        if (best == 0) {
+            best = next;
+            continue;
+        }
+        if (least < 0) least = turnof(back, into(std::abs(best), endof(best)), normal);
+        const double turn = turnof(back, on, normal);
+        if (turn >= least) continue;
         least = turn;
         best = next;
     }
@@ -176,8 +185,8 @@ struct outcome {
 
 // Tries every start, first over loops that a patch can hold, then over longer ones as far as the
 // work goes. found(loop) returns false to stop.
-template <typename Found>
-static outcome searchloops(const jointtable& joints, Found found) {
+template <typename Begins, typename Found>
+static outcome searchloops(const jointtable& joints, Begins begins, Found found) {
     const std::size_t patchholds = 4 * std::size_t(maxedgepieces);
     std::size_t work = 3000000;  // steps along elements
     walker w(joints);
@@ -185,6 +194,7 @@ static outcome searchloops(const jointtable& joints, Found found) {
     std::vector<start> longer;
     for (int g = 1; g <= ngraphics(); ++g)
         for (const int c : joints[1][std::size_t(g)]) {
+            if (!begins(g)) break;
             const ending end = w.walk(g, c, patchholds);
             if (end == ending::toolong) longer.push_back({g, c});
             if (end != ending::closed || ++result.found == 0) continue;
@@ -201,30 +211,39 @@ static outcome searchloops(const jointtable& joints, Found found) {
     return result;
 }
 
-static bool holdscurve(const std::vector<int>& loop) {
-    return std::ranges::any_of(loop, [](int g) { return kindof(graphics, g) != kindline; });
+static bool iscurved(int g) {
+    return kindof(graphics, g) == kindcurve || kindof(graphics, g) == kindcircle;
+}
+
+// A loop with an arc or a curve is found from that.
+static outcome searchcurved(int& found) {
+    bool any = false;
+    for (int g = 1; g <= ngraphics() && !any; ++g) any = iscurved(g);
+    if (!any) return {};
+    std::set<std::vector<int>> seen;
+    return searchloops(findalljoints(), iscurved, [&](const std::vector<int>& loop) {
+        std::vector<int> sorted = loop;
+        std::ranges::sort(sorted);
+        if (!seen.insert(sorted).second) return true;
+        ++found;
+        return tellfound(loop, "found a loop with arcs or curves");
+    });
 }
 
 int findpatch() {
     setselectitem(selectgraphics);
     const outcome lines = searchloops(
-        findjoints(), [](const std::vector<int>& loop) { return tellfound(loop, "found patch"); });
+        findjoints(), [](int) { return true; },
+        [](const std::vector<int>& loop) { return tellfound(loop, "found patch"); });
     if (lines.stopped) return lines.found;
     int found = lines.found;
-    std::set<std::vector<int>> seen;
-    const outcome wider = searchloops(findalljoints(), [&](const std::vector<int>& loop) {
-        std::vector<int> sorted = loop;
-        std::ranges::sort(sorted);
-        if (!holdscurve(loop) || !seen.insert(sorted).second) return true;
-        ++found;
-        return tellfound(loop, "found a loop with arcs or curves");
-    });
-    if (wider.stopped) return found;
+    const outcome curved = searchcurved(found);
+    if (curved.stopped) return found;
     clearselection();
     if (found == 0) theplatform().message("No lines form a closed loop", icons::information);
-    if (lines.cut || wider.cut)
+    if (lines.cut || curved.cut)
         theplatform().message("Loops of more than " + numbertext(4 * maxedgepieces) +
-                           " graphic elements were not all searched for",
-                       icons::information);
+                                  " graphic elements were not all searched for",
+                              icons::information);
     return found;
 }

@@ -3,6 +3,7 @@
 #include "tools/mesh2d.h"
 
 #include <algorithm>
+#include <map>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -175,6 +176,37 @@ void storeedge(mesh2dform& form) {
     countedges(form);
     showselection();
     prompt("Select", "Graphics", "for mesh", "");
+}
+
+static std::vector<int> piecesofedge(int e) {
+    std::vector<int> list;
+    for (int k = 1; k <= graphmesh(e, 0); ++k) list.push_back(graphmesh(e, k));
+    return list;
+}
+
+// The spaces of edges first..last become those of the finest.
+static std::string equalto(int first, int last, std::map<int, int>& spaces) {
+    double most = 0;
+    for (int e = first; e <= last; ++e) {
+        if (graphmesh(e, 0) == 0) return "Edge " + numbertext(e) + " has no graphic elements";
+        most = std::max(most, nodesonedge(graphics, e) - 1);
+    }
+    for (int e = first; e <= last; ++e)
+        if (const auto fault = sharespaces(piecesofedge(e), int(most), spaces); !fault.empty())
+            return "Edge " + numbertext(e) + " " + fault;
+    return {};
+}
+
+void equalspaces(mesh2dform& form) {
+    std::map<int, int> spaces;
+    if (form.edges == 1) return;
+    form.message = equalto(1, form.edges == 4 ? 2 : 3, spaces);
+    if (form.message.empty() && form.edges == 4) form.message = equalto(3, 4, spaces);
+    if (!form.message.empty()) return;
+    for (const auto& [g, n] : spaces) graphics(g, 0, 1) = float(n);
+    countedges(form);
+    form.message = "Opposite edges have as many spaces; press <Generate Mesh>";
+    redrawall();
 }
 
 // --- the mesh -----------------------------------------------------------------------------------

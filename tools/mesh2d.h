@@ -44,6 +44,9 @@ void choosemeshgroup(mesh2dform& form, int entry);
 void startedge(mesh2dform& form, int index);
 void storeedge(mesh2dform& form);
 
+// Edges that should have as many nodes as each other get those of the finest.
+void equalspaces(mesh2dform& form);
+
 void generatemesh(mesh2dform& form);  // on top of what stands in the buffers
 void acceptmesh(mesh2dform& form);    // into the model: patch, paste, merges
 void resetmesh(mesh2dform& form);

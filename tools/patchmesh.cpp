@@ -223,6 +223,36 @@ std::string meshagain(const std::vector<int>& list, bool& done) {
 
 // --- spaces -------------------------------------------------------------------------------------
 
+static double spacesnow(int g) {
+    return std::max(1.0f, graphics(g, 0, 1));
+}
+
+std::string sharespaces(const std::vector<int>& pieces, int total, std::map<int, int>& spaces) {
+    double before = 0, sofar = 0;
+    int unset = 0, left = total, given = 0;
+    for (const int g : pieces) {
+        const auto known = spaces.find(g);
+        if (known != spaces.end()) {
+            left -= known->second;
+        } else {
+            before += spacesnow(g);
+            ++unset;
+        }
+    }
+    if (left < unset) return "has more pieces than spaces";
+    if (unset == 0) return left == 0 ? "" : "would need two numbers of spaces";
+    for (const int g : pieces) {
+        if (spaces.contains(g)) continue;
+        sofar += spacesnow(g);
+        --unset;
+        const int upto =
+            std::clamp(int(std::lround(sofar / before * left)), given + 1, left - unset);
+        spaces[g] = upto - given;
+        given = upto;
+    }
+    return {};
+}
+
 namespace {
 
 struct patchedge {
@@ -260,7 +290,7 @@ class spreading {
     }
     double spacesof(int g) const {
         const auto found = spaces.find(g);
-        return found != spaces.end() ? found->second : std::max(1.0f, graphics(g, 0, 1));
+        return found != spaces.end() ? found->second : spacesnow(g);
     }
     bool want(const patchedge& edge, int spaces) {
         const auto [known, isnew] = wanted.insert({edge, spaces});
@@ -269,34 +299,12 @@ class spreading {
         open.push_back(edge);
         return share(edge, spaces);
     }
-    // The spaces of an edge over those of its pieces that have none yet, in the measure of the ones
-    // that they had.
     bool share(const patchedge& at, int total) {
-        double before = 0, sofar = 0;
-        int unset = 0, left = total;
-        for (int k = 1; k <= patches(at.p, at.edge, 0); ++k) {
-            const int g = patches(at.p, at.edge, k);
-            const bool isset = spaces.contains(g);
-            unset += !isset;
-            if (isset)
-                left -= int(spacesof(g));
-            else
-                before += spacesof(g);
-        }
-        if (left < unset) return refuse(at, "has more pieces than spaces");
-        if (unset == 0) return left == 0 || refuse(at, "would need two numbers of spaces");
-        int given = 0;
-        for (int k = 1; k <= patches(at.p, at.edge, 0); ++k) {
-            const int g = patches(at.p, at.edge, k);
-            if (spaces.contains(g)) continue;
-            sofar += spacesof(g);
-            --unset;
-            const int upto =
-                std::clamp(int(std::lround(sofar / before * left)), given + 1, left - unset);
-            spaces[g] = upto - given;
-            given = upto;
-        }
-        return true;
+        std::vector<int> pieces;
+        for (int k = 1; k <= patches(at.p, at.edge, 0); ++k)
+            pieces.push_back(patches(at.p, at.edge, k));
+        const std::string what = sharespaces(pieces, total, spaces);
+        return what.empty() || refuse(at, what);
     }
     // The edges that must agree with this one, and the patches beside it.
     bool onwards(const patchedge at) {

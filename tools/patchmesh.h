@@ -3,6 +3,7 @@
 // anew after the spaces or the shape of its graphic elements were changed.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,9 @@ void findownelements();
 // one of the patches can not be meshed, and done is false.
 std::string meshagain(const std::vector<int>& list, bool& done);
 
+// Shares out this many spaces over the pieces of an edge, in the measure of those that they have;
+// pieces that stand in the list keep what it says, the others enter it. Returns why it can not be.
+std::string sharespaces(const std::vector<int>& pieces, int total, std::map<int, int>& spaces);
 // Gives an edge of a patch this many spaces, with the edges opposite to it, and on through the
 // patches that share a graphic element. Returns the patches that changed; fault tells why nothing
 // was changed.

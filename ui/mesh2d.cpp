@@ -120,6 +120,8 @@ class meshdialog : public sidedialog {
             return b;
         };
         generate = add("Command1", "Generate Mesh", generatemesh);
+        equal = add("Command5", "Equal Spaces", equalspaces);
+        equal->setToolTip(tr("Opposite edges get the spaces of the finer one"));
         add("Command2", "Accept", acceptmesh);
         add("Command3", "Reset", resetmesh);
         row->addStretch(1);
@@ -147,6 +149,7 @@ class meshdialog : public sidedialog {
             counts[i]->setText(qtext(form.count[std::size_t(i)]));
         }
         generate->setEnabled(form.cangenerate);
+        equal->setEnabled(form.edges > 1);
         message->setText(qtext(form.message));
     }
 
@@ -154,7 +157,7 @@ class meshdialog : public sidedialog {
     QComboBox *kinds, *types, *names;
     QLabel *nodes, *message;
     QLabel* counts[4];
-    QPushButton *buttons[4], *generate;
+    QPushButton *buttons[4], *generate, *equal;
     QGroupBox* example;
     meshpicture* picture;
 };

@@ -163,6 +163,12 @@ TEST(LoopEdges, ASelectedLoopOpensTheMeshDialogWithItsEdges) {
     EXPECT_NE(form.message.find("Edge 1: 5 nodes; Edge 2: 5 nodes; Edge 3: 4 nodes"),
               std::string::npos)
         << form.message;
+    graphics(1, 0, 1) = 7;
+    equalspaces(form);
+    EXPECT_EQ(form.count[0], "8");
+    EXPECT_EQ(form.count[1], "8") << form.message;
+    generatemesh(form);
+    EXPECT_EQ(tmpelems(0, 0), 21) << form.message;
     graphics(3, 1, 2) = 9;  // no longer closed
     EXPECT_EQ(openmesh2d().message.find("The selected loop"), std::string::npos);
 }

@@ -40,9 +40,10 @@ class objectsdialog : public sidedialog {
         form = openobjects({shippeddata() + "/objects", appdir + "/objects"});
         for (const objectentry& entry : form.library) list->addItem(qtext(entry.name));
         showform();
-        connect(list, &QListWidget::currentRowChanged, this, guardedhandler([this](int i) {
-                    if (i < 0) return;
-                    chooseobject(form, i);
+        // What is selected: the focus alone makes the first entry the current one.
+        connect(list, &QListWidget::itemSelectionChanged, this, guardedhandler([this] {
+                    if (list->selectedItems().isEmpty()) return;
+                    chooseobject(form, list->row(list->selectedItems().first()));
                     showobject();
                 }));
         connect(this, &QDialog::finished, this, guardedhandler([this](int) {
@@ -128,7 +129,7 @@ class objectsdialog : public sidedialog {
         };
         add("Command1", "Open...", [this] {
             getobject(form);
-            list->setCurrentRow(form.chosen);
+            if (form.chosen < 0) list->clearSelection();
             showobject();
         });
         add("Command2", "Picture...", [this] {

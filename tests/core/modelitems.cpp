@@ -187,5 +187,5 @@ TEST(Modelitems, TheReferencesAreThese) {
     EXPECT_EQ(found[items::element], "elemsel elemload ");
     EXPECT_EQ(found[items::group], "egroup tmpelems patches ");
     EXPECT_EQ(found[items::graphic], "graphsel graphsel2 patches ");
-    EXPECT_EQ(found[items::patch], "patchsel ");
+    EXPECT_EQ(found[items::patch], "elempatch patchsel ");
 }

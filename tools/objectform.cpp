@@ -12,12 +12,14 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "tools/bereken.h"
 #include "tools/enterbuffers.h"
 #include "tools/genmesh.h"
+#include "view/autoscale.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 
@@ -154,6 +156,9 @@ static void openobject(objectsform& form, const std::string& path) {
     const std::string fault = form.message;
     remake(form);
     if (!good) form.message = fault;
+    // The scale of an empty view fits nothing.
+    const bool alone = form.ready && nnodes() == 0 && ngraphics() == 0;
+    for (int v = 1; alone && v <= nviews; ++v) autoscale(v);
     redrawall();
 }
 

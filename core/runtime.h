@@ -13,6 +13,7 @@ struct runtimeerror {
 };
 
 enum errornumber {
+    errargument = 5,       // what was given cannot be worked with
     erroverflow = 6,       // a number that does not fit its storage
     errmemory = 7,         // an allocation failed
     errsubscript = 9,      // an index outside the bounds of an array

@@ -255,7 +255,7 @@ static bool parsemirror() {
 // --- dispatch -----------------------------------------------------------------------------------
 
 namespace {
-struct commandrow {
+struct directcommand {
     const char* name;
     bool whileadding;  // also while elements are added
     bool (*parse)();
@@ -263,7 +263,7 @@ struct commandrow {
 };
 }  // namespace
 
-static const commandrow commands[] = {
+static const directcommand commands[] = {
     {"dx=", true, parsecommand, relativemove},
     {"ax=", true, parsecommand, absolutemove},
     {"hel", true, nullptr, [] { theplatform().showdialog("cardhelp"); }},
@@ -283,17 +283,24 @@ static void drawmoved(colour c) {
     drawselectionall();
 }
 
+std::vector<commandrow>& morecommands() {
+    static std::vector<commandrow> rows;
+    return rows;
+}
+
 void dispatchcommand() {
     changed = false;
     drawmoved(backcolor);
     const std::string name = commandtext.substr(0, 3);
-    for (const commandrow& row : commands) {
+    for (const directcommand& row : commands) {
         if (name != row.name) continue;
         if (addelemmode && !row.whileadding) break;
         if (row.parse == nullptr || row.parse()) row.run();
         break;
     }
     drawmoved(selcolor);
+    for (const commandrow& row : morecommands())
+        if (name == row.name) row.run(commandtext);
     if (!changed) return;
     resultflag = 1;
     if (redrawedit) redrawall();  // what hangs on the moved points follows

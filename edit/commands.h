@@ -4,7 +4,16 @@
 // by semicolons.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
+
+// Commands of higher floors, by their first three letters; those below come first.
+struct commandrow {
+    const char* name;
+    std::function<void(const std::string& text)> run;
+};
+std::vector<commandrow>& morecommands();
 
 extern std::string commandtext;
 extern std::string commandfield[4];  // 1..3

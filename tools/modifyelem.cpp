@@ -9,8 +9,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "edit/selection.h"
-#include "tools/Graphics.h"
-#include "view/localaxes.h"
+#include "tools/elementaxes.h"
 #include "view/moddraw.h"
 
 static const char all[] = "All", nochange[] = "No Change";
@@ -67,69 +66,37 @@ static void mirrornodes(int e) {
 
 // --- loads of elements whose axes turn ----------------------------------------------------------
 
-namespace {
-struct axes {
-    std::array<point3, 3> e;
-};
-struct loadrow {
-    int element, direction;
-    double value;
-};
-}  // namespace
-
-static axes axesof(int e) {
-    localaxes(e);
-    const auto vector = [](const double* v) { return point3{v[0], v[1], v[2]}; };
-    return {{vector(localx), vector(localy), vector(localz)}};
-}
-
-// The rows that give the load of one in the axes as they were: the same direction with either sign,
-// or parts along two or three.
-static std::vector<loadrow> turned(const loadrow& row, const axes& before, const axes& now) {
-    const double nothing = 1e-6;  // of the load: what Singles leave of a right angle
-    const point3 load = row.value * before.e[std::size_t(row.direction) - 1];
-    std::vector<loadrow> rows;
-    for (int k = 1; k <= 3; ++k) {
-        double part = dot(load, now.e[std::size_t(k) - 1]);
-        if (std::fabs(part) <= nothing * std::fabs(row.value)) continue;
-        const bool whole =
-            std::fabs(std::fabs(part) - std::fabs(row.value)) <= nothing * std::fabs(row.value);
-        if (whole) part = std::copysign(row.value, part);
-        rows.push_back({row.element, k, part});
-    }
-    return rows.empty() ? std::vector{row} : rows;
-}
-
 // Calls turn(e) for each element and gives the loads on them the directions that keep them where
 // they point. False, with nothing changed, when the rows exceed the declared number.
 template <typename Turn>
 static bool turnwithloads(const std::vector<int>& meant, Turn turn) {
     std::vector<int> place(std::size_t(nelems()) + 1, -1);  // in meant
-    std::vector<axes> before, now;
+    std::vector<elementaxes> before, now;
     std::vector<std::array<float, 5>> corners;
     std::vector<double> rotation;
     for (const int e : meant) {
         place[std::size_t(e)] = int(before.size());
-        before.push_back(axesof(e));
+        before.push_back(axesofelement(e));
         corners.emplace_back();
         std::ranges::copy(elems.row(e), corners.back().begin());
         rotation.push_back(rotpo(e));
         turn(e);
-        now.push_back(axesof(e));
+        now.push_back(axesofelement(e));
     }
-    std::vector<std::vector<loadrow>> cases(std::size_t(nlc()) + 1);
+    std::vector<std::vector<elementloadrow>> cases(std::size_t(nlc()) + 1);
     bool fits = true;
     for (int lc = 1; lc <= nlc(); ++lc) {
-        std::vector<loadrow>& rows = cases[std::size_t(lc)];
+        std::vector<elementloadrow>& rows = cases[std::size_t(lc)];
         for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
-            const loadrow row = {int(elemload(lc, i, 0)), int(elemload(lc, i, 1)),
-                                 double(elemload(lc, i, 2))};
+            const elementloadrow row = {int(elemload(lc, i, 0)), int(elemload(lc, i, 1)),
+                                        double(elemload(lc, i, 2))};
             const int at =
                 row.element >= 1 && row.element <= nelems() ? place[std::size_t(row.element)] : -1;
             if (at < 0 || row.direction < 1 || row.direction > 3)
                 rows.push_back(row);
             else
-                for (const loadrow& r : turned(row, before[std::size_t(at)], now[std::size_t(at)]))
+                for (const elementloadrow& r :
+                     turnedload(row, before[std::size_t(at)], now[std::size_t(at)]))
                     rows.push_back(r);
         }
         fits = fits && long(rows.size()) <= elemload.upper2;
@@ -143,7 +110,7 @@ static bool turnwithloads(const std::vector<int>& meant, Turn turn) {
     }
     for (int lc = 1; lc <= nlc(); ++lc) {
         int i = 0;
-        for (const loadrow& row : cases[std::size_t(lc)]) {
+        for (const elementloadrow& row : cases[std::size_t(lc)]) {
             ++i;
             elemload(lc, i, 0) = float(row.element);
             elemload(lc, i, 1) = float(row.direction);

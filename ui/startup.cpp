@@ -11,6 +11,7 @@
 #include "loads/loadaxes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
+#include "tools/drafttools.h"
 #include "tools/patchmesh.h"
 #include "tools/pointentry.h"
 #include "tools/singleelem.h"
@@ -27,6 +28,7 @@ void wiremodules() {
     wiregraphics();
     wirepatches();
     wirepointentry();
+    wiredrafttools();
     wireloadaxes();
     wiresingleelem();
     wirepost();

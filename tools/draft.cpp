@@ -152,8 +152,8 @@ void fillet(double radius) {
     const double cut = radius / std::tan(angle / 2),
                  room = std::min(legs[0].length, legs[1].length);
     if (!(cut < room * (1 - 1e-6)))
-        refuse("The radius is too large for these lines: the largest is " +
-               numbertext(room * std::tan(angle / 2)) + ".");
+        refuse("The radius is too large for these lines: it must be below " +
+               numbertext(float(room * std::tan(angle / 2))) + ".");
     std::vector<path> arc;
     if (radius > 0) {
         const point3 half = legs[0].way + legs[1].way;

@@ -208,6 +208,14 @@ std::vector<drafttool>& drafttools() {
     return table;
 }
 
+drafttool* valuedtool;
+
+void choosedraft(drafttool& tool) {
+    if (tool.fields.empty()) return startdraft(tool);
+    valuedtool = &tool;
+    door().showdialog("drafttool");
+}
+
 // --- values -------------------------------------------------------------------------------------
 
 bool setdraftvalues(drafttool& tool, const std::vector<std::string>& texts) {

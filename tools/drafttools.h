@@ -18,6 +18,8 @@ struct draftfield {
     const char* unit = "";                  // "length", "degrees" or empty
     double value = 0;                       // as delivered, then the last one used
     std::vector<const char*> choices = {};  // a list: the value is the entry
+    // Entries of the tool's list with which the field counts, a bit each.
+    unsigned countswith = ~0u;
 };
 
 struct drafttool {
@@ -37,6 +39,9 @@ struct drafttool {
 };
 std::vector<drafttool>& drafttools();
 
+extern drafttool* valuedtool;  // the one whose values the window "drafttool" asks for
+// The button of a tool: asks for its values where it has any, then runs.
+void choosedraft(drafttool& tool);
 // Runs a tool with the values that its fields hold: at once, or as a mode that takes its points,
 // again and again until ESC.
 void startdraft(drafttool& tool);

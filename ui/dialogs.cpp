@@ -47,6 +47,7 @@ void wiredialogs() {
     adddialog("modifyelem", makemodifyelem);
     adddialog("addsingleelem", makeaddsingleelem);
     adddialog("Numint", makenumint);
+    adddialog("drafttool", makedrafttool);
 }
 
 std::vector<std::string> dialognames() {

@@ -84,5 +84,6 @@ QDialog* makedefobject();
 QDialog* makemodifyelem();
 QDialog* makeaddsingleelem();
 QDialog* makenumint();
+QDialog* makedrafttool();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

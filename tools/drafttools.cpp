@@ -75,9 +75,12 @@ static motion motionof(const drafttool& t, std::size_t first) {
 static const std::vector<const char*> motions = {"Along a way", "About X", "About Y", "About Z"};
 
 static std::vector<draftfield> motionfields(const char* count, double number) {
-    return {
-        {count, "", number}, {"Motion", "", 0, motions}, {"Way or point on axis, X", "length", 0},
-        {"Y", "length", 0},  {"Z", "length", 0},         {"Angle of one step", "degrees", 0}};
+    return {{count, "", number},
+            {"Motion", "", 0, motions},
+            {"Way or point on axis, X", "length", 0},
+            {"Y", "length", 0},
+            {"Z", "length", 0},
+            {"Angle of one step", "degrees", 0, {}, 0b1110}};
 }
 
 static std::vector<drafttool> tools() {
@@ -193,7 +196,7 @@ static std::vector<drafttool> tools() {
                   {"Normal or axis, X", "", 0},
                   {"Y", "", 0},
                   {"Z", "", 1},
-                  {"Radius", "length", 0}},
+                  {"Radius", "length", 0, {}, 0b10}},
                  {},
                  [](const drafttool& tool, const points&) {
                      const point3 through = fieldpoint(tool, 1), way = fieldpoint(tool, 4);

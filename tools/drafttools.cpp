@@ -14,8 +14,8 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
-#include "edit/find.h"
 #include "edit/selection.h"
+#include "edit/snap.h"
 #include "tools/Graphics.h"
 #include "tools/appended.h"
 #include "tools/draft.h"
@@ -216,7 +216,7 @@ drafttool* valuedtool;
 void choosedraft(drafttool& tool) {
     if (tool.fields.empty()) return startdraft(tool);
     valuedtool = &tool;
-    door().showdialog("drafttool");
+    theplatform().showdialog("drafttool");
 }
 
 // --- values -------------------------------------------------------------------------------------
@@ -231,18 +231,18 @@ bool setdraftvalues(drafttool& tool, const std::vector<std::string>& texts) {
             !typed || (readnumber(texts[i], v) && std::isfinite(v) &&
                        (choices == 0 || (v >= 0 && v < choices && v == std::floor(v))));
         if (!good) {
-            door().message(std::string(tool.caption) + ", " + tool.fields[i].caption + ": \"" +
-                               texts[i] + "\" cannot be used. Nothing was changed.",
-                           icons::exclamation);
+            theplatform().message(std::string(tool.caption) + ", " + tool.fields[i].caption +
+                                      ": \"" + texts[i] + "\" cannot be used. Nothing was changed.",
+                                  icons::exclamation);
             return false;
         }
         values.push_back(v);
     }
     if (texts.size() > tool.fields.size() && !(texts.size() == 1 && texts[0].empty())) {
-        door().message(std::string(tool.caption) + " takes " +
-                           numbertext(double(tool.fields.size())) +
-                           " value(s). Nothing was changed.",
-                       icons::exclamation);
+        theplatform().message(std::string(tool.caption) + " takes " +
+                                  numbertext(double(tool.fields.size())) +
+                                  " value(s). Nothing was changed.",
+                              icons::exclamation);
         return false;
     }
     for (std::size_t i = 0; i < values.size(); ++i) tool.fields[i].value = values[i];
@@ -262,9 +262,9 @@ static void work(drafttool& tool) {
     guarded(
         [&] {
             const std::string note = tool.run(tool, given);
-            if (!note.empty()) door().message(note, icons::information);
+            if (!note.empty()) theplatform().message(note, icons::information);
         },
-        [](const runtimeerror& e) { door().message(e.what, icons::exclamation); });
+        [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
 }
 
 static void clearpointer() {
@@ -344,7 +344,7 @@ static void runtext(drafttool& tool, const std::string& text) {
 void wiredrafttools() {
     moderow m;
     m.flag = &drafting;
-    takepoints(m, press);
+    acceptpoints(m, press);
     m.enter = [] {
         given.clear();
         clearpointer();

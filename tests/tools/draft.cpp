@@ -324,9 +324,9 @@ TEST(Draft, CommandsGiveValuesAndPoints) {
     EXPECT_EQ(nelems(), 8);
     for (const char* bad :
          {"ext=0.5", "ext=2;9", "ext=abc", "ext=1e400", "rec=1;2", "pro=0;0;0;0;0;0;0"}) {
-        const std::size_t before = room.door.messages.size();
+        const std::size_t before = room.platform.messages.size();
         runcommand(bad);
-        EXPECT_EQ(room.door.messages.size(), before + 1) << bad;
+        EXPECT_EQ(room.platform.messages.size(), before + 1) << bad;
         EXPECT_EQ(nelems(), 8) << bad;
     }
     selectallnodes();

@@ -18,11 +18,11 @@ colour invertcolor(colour c) {
     return rgb(turned(redof(c)), turned(greenof(c)), turned(blueof(c)));
 }
 
-// Colours of groups 0..12; from group 11 on they repeat with period ten.
-static const colour firstgroups[] = {
-    rgb(0, 0, 255),  rgb(0, 255, 0), rgb(255, 0, 0), rgb(0, 0, 200), rgb(0, 200, 0),
-    rgb(200, 0, 0),  rgb(0, 0, 150), rgb(0, 150, 0), rgb(150, 0, 0), rgb(0, 100, 100),
-    rgb(0, 200, 50), rgb(100, 0, 0), rgb(150, 0, 0)};
+// Colours of groups 0..10; from group 11 on they repeat with period ten.
+static const colour firstgroups[] = {rgb(0, 0, 255),   rgb(0, 255, 0), rgb(255, 0, 0),
+                                     rgb(0, 0, 200),   rgb(0, 200, 0), rgb(200, 0, 0),
+                                     rgb(0, 0, 150),   rgb(0, 150, 0), rgb(150, 0, 0),
+                                     rgb(0, 100, 100), rgb(0, 200, 50)};
 static const int repeatfrom = 11, period = 10;
 
 // The contour palette, lowest band first.
@@ -30,11 +30,13 @@ static const colour palette[] = {rgb(0, 0, 255),  rgb(0, 0, 200), rgb(0, 0, 150)
                                  rgb(0, 200, 50), rgb(0, 255, 0), rgb(100, 0, 0), rgb(150, 0, 0),
                                  rgb(200, 0, 0),  rgb(255, 0, 0)};
 
+colour groupcolorof(long g) {
+    return firstgroups[g < repeatfrom ? g : (g - 1) % period + 1];
+}
+
 static void initgroupcolors() {
-    const long last = groupcolor.upper;
-    for (long g = 0; g <= std::min(last, 12L); ++g) groupcolor(g) = firstgroups[g];
+    for (long g = 0; g <= groupcolor.upper; ++g) groupcolor(g) = groupcolorof(g);
     for (long g = 0; g <= std::min(groupshow.upper, 9L); ++g) groupshow(g) = palette[g];
-    for (long g = repeatfrom; g <= last; ++g) groupcolor(g) = groupcolor(g - period);
     for (long g = repeatfrom; g <= groupshow.upper; ++g) groupshow(g) = groupshow(g - period);
 }
 

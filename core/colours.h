@@ -39,3 +39,4 @@ extern int labelsize;  // a number of the label system: spread of a label's char
 
 // Sets every default colour, the group colours and the contour palette.
 void initcolors();
+colour groupcolorof(long g);  // as delivered

@@ -3,11 +3,13 @@
 #include "core/modelitems.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/numtext.h"
+#include "core/session.h"
 
 // Arrays that hold one row of each item.
 static bool holds(const modelarray& row, items of) {
@@ -18,43 +20,66 @@ static bool isload(items of) {
     return of == items::nodalload || of == items::elementload;
 }
 
-// Calls take(stretch) for every list in which the items of a kind have their row: the one of a
-// load case, or both sets of the nodes and all views of the elements.
+// Calls take(row, stretch) for every list in which the items of a kind have their row: the one of
+// a load case, or both sets of the nodes and all views of the elements.
 template <typename Take>
 static void eachrowof(items of, long list, Take take) {
     for (const modelarray& row : modelarrays()) {
         if (!holds(row, of)) continue;
         const long first = isload(of) ? list : 0, last = isload(of) ? list : lastlist(row);
-        for (long l = first; l <= last; ++l) withstretch(row, l, take);
+        for (long l = first; l <= last; ++l) withstretch(row, l, [&](auto s) { take(row, s); });
     }
 }
 
 void copyitem(items of, long from, long to, long list) {
-    eachrowof(of, list, [&](auto s) { std::copy_n(s.row(from), s.width, s.row(to)); });
+    eachrowof(of, list,
+              [&](const modelarray&, auto s) { std::copy_n(s.row(from), s.width, s.row(to)); });
 }
 
-void emptyitem(items of, long i, long list) {
-    eachrowof(of, list, [&](auto s) {
-        std::fill_n(s.row(i), s.width, std::remove_pointer_t<decltype(s.begin)>());
+void emptyitems(items of, long first, long last, long list) {
+    eachrowof(of, list, [&](const modelarray& row, auto s) { blankrows(row, s, first, last); });
+}
+
+long roomof(items of, long list) {
+    long room = std::numeric_limits<long>::max();
+    eachrowof(of, list, [&](const modelarray&, auto s) { room = std::min(room, s.rows - 1); });
+    return room;
+}
+
+int appenditems(items of, long count, long list) {
+    const long before = countof(of, list), room = roomof(of, list);
+    if (before + count > room) throw subscripterror(before + count, room);
+    eachrowof(of, list, [&](const modelarray& row, auto s) {
+        blankrows(row, s, before + 1, before + count);
     });
+    setcount(of, before + count, list);
+    return int(before + 1);
+}
+
+// Results, and the places before the last move, go by the numbers as they were.
+static void numberschanged(items of) {
+    const bool hasresults = of == items::node || of == items::element;
+    if (hasresults) dropresults();
+    if (hasresults || of == items::graphic) dropundo();
 }
 
 void closeitems(items of, const newnumbers& number) {
     const long count = countof(of);
     long kept = 0;
-    eachrowof(of, 0, [&](auto s) {
+    eachrowof(of, 0, [&](const modelarray& row, auto s) {
         kept = 0;
         for (long i = 1; i <= count; ++i) {
             if (number[std::size_t(i)] != kept + 1) continue;
             if (++kept != i) std::move(s.row(i), s.row(i + 1), s.row(kept));
         }
-        std::fill(s.row(kept + 1), s.row(count + 1), std::remove_pointer_t<decltype(s.begin)>());
+        blankrows(row, s, kept + 1, count);
     });
     setcount(of, kept);
+    numberschanged(of);
 }
 
 void orderitems(items of, const std::vector<int>& order) {
-    eachrowof(of, 0, [&](auto s) {
+    eachrowof(of, 0, [&](const modelarray&, auto s) {
         using cell = std::remove_pointer_t<decltype(s.begin)>;
         const auto count = long(order.size());
         std::vector<cell> before(std::make_move_iterator(s.row(1)),
@@ -64,6 +89,7 @@ void orderitems(items of, const std::vector<int>& order) {
             std::move(from, from + s.width, s.row(i));
         }
     });
+    numberschanged(of);
 }
 
 // --- references ---------------------------------------------------------------------------------
@@ -112,7 +138,9 @@ static void closelist(const modelarray& row, long list, stretch<T> s, const colu
         if (n < listed.size()) listed[n] = true;
         if (++kept != i) std::copy_n(cells, s.width, s.row(kept));
     }
-    if (kept != count) s.begin[0] = T(kept);
+    if (kept == count) return;
+    blankrows(row, s, kept + 1, count);
+    s.begin[0] = T(kept);
 }
 
 template <typename T>

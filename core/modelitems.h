@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Whole items of the model - a node, an element, a load - with all that belongs to them, and the
-// references between them. Everything here goes over the rows of the table.
+// references between them. Everything here goes over the rows of the table; where numbers change,
+// the results and the store of the last move, which go by them, are dropped.
 #pragma once
 
 #include <string>
@@ -13,7 +14,11 @@ using newnumbers = std::vector<int>;
 
 // One item: its row in every array of its kind. `list` is the load case of a load.
 void copyitem(items of, long from, long to, long list = 0);
-void emptyitem(items of, long i, long list = 0);
+void emptyitems(items of, long first, long last, long list = 0);
+// Empty ones at the end; returns the number of the first. Throws where there is no room.
+int appenditems(items of, long count = 1, long list = 0);
+// The highest number that the arrays hold as they are declared.
+long roomof(items of, long list = 0);
 
 // Closes up the rows of a kind: each item moves down to its new number, where several have one the
 // first of them; what falls free at the end is emptied. Their count follows.

@@ -6,6 +6,7 @@
 
 #include "core/catalogue.h"
 #include "core/elempatch.h"
+#include "core/colours.h"
 #include "core/model.h"
 #include "core/views.h"
 
@@ -151,23 +152,32 @@ static void addnodes(table& t) {
         {"nodework", "Work list of nodes", &nodework, {declared(1), fixed(3)}, roles::work});
 }
 
-static void addelements(table& t) {
-    const auto count = countsof(items::element);
-    const auto element = [&](const char* name, const char* caption, arraypointer cells,
-                             std::vector<bound> bounds, column c, bool mechanical) {
+namespace {
+// Makes arrays of one column that have a row for each item of a kind.
+struct rowmaker {
+    table& t;
+    items of;
+    void operator()(const char* name, const char* caption, arraypointer cells,
+                    std::vector<bound> bounds, column c, bool mechanical) const {
         t.push_back({name,
                      caption,
                      cells,
                      std::move(bounds),
                      roles::model,
-                     items::element,
+                     of,
                      1,
                      onelist,
-                     count,
+                     countsof(of),
                      {c},
                      mechanical});
-    };
+    }
+};
+}  // namespace
+
+static void addelements(table& t) {
+    const auto count = countsof(items::element);
     const bound m2 = declared(2);
+    const rowmaker element{t, items::element};
     element("elems", "Element", &elems, {m2, fixed(4)}, {0, 0, "Type", "", kinds::code, ".tek"},
             true);
     t.back().columns.push_back({1, 4, "Node", "", kinds::count, ".tek", items::node});
@@ -235,21 +245,8 @@ static void addelements(table& t) {
 }
 
 static void addgroups(table& t) {
-    const auto group = [&](const char* name, const char* caption, arraypointer cells,
-                           std::vector<bound> bounds, column c, bool mechanical) {
-        t.push_back({name,
-                     caption,
-                     cells,
-                     std::move(bounds),
-                     roles::model,
-                     items::group,
-                     1,
-                     onelist,
-                     countsof(items::group),
-                     {c},
-                     mechanical});
-    };
     const bound m4 = declared(4);
+    const rowmaker group{t, items::group};
     group("groups", "Element group", &groups, {m4, fixed(12)},
           {1, 12, "Property", "", kinds::number, ".mlt"}, true);
     group("groupname", "Group name", &groupname, {m4}, {0, 0, "Name", "", kinds::text, ".mlt"},
@@ -258,27 +255,20 @@ static void addgroups(table& t) {
           {8, 48, "Stiffness", "F/L", kinds::number, ".mlt"}, true);
     group("groupcolor", "Colour of a group", &groupcolor, {m4}, {0, 0, "Colour", "", kinds::colour},
           false);
+    t.back().blank = groupcolorof;
     // The palette has ten entries whatever is declared.
     t.push_back({"groupshow", "Colour of a stress band", &groupshow, {{9, 4}}, roles::work});
 }
 
 static void addconstraints(table& t) {
-    const auto constraint = [&](const char* name, arraypointer cells, column c) {
-        t.push_back({name,
-                     "Constraint",
-                     cells,
-                     {declared(3)},
-                     roles::model,
-                     items::constraint,
-                     1,
-                     onelist,
-                     countsof(items::constraint),
-                     {c},
-                     true});
-    };
-    constraint("connode", &connode, {0, 0, "Node", "", kinds::count, ".vpl", items::node});
-    constraint("condof", &condof, {0, 0, "Direction", "", kinds::code, ".vpl"});
-    constraint("conval", &conval, {0, 0, "Value", "L | Deg", kinds::number, ".vpl"});
+    const bound m3 = declared(3);
+    const rowmaker constraint{t, items::constraint};
+    constraint("connode", "Constraint", &connode, {m3},
+               {0, 0, "Node", "", kinds::count, ".vpl", items::node}, true);
+    constraint("condof", "Constraint", &condof, {m3}, {0, 0, "Direction", "", kinds::code, ".vpl"},
+               true);
+    constraint("conval", "Constraint", &conval, {m3},
+               {0, 0, "Value", "L | Deg", kinds::number, ".vpl"}, true);
 }
 
 static void addloads(table& t) {
@@ -302,20 +292,7 @@ static void addloads(table& t) {
 
 static void addloadcases(table& t) {
     const bound m7 = declared(7);
-    const auto loadcase = [&](const char* name, const char* caption, arraypointer cells,
-                              std::vector<bound> bounds, column c, bool mechanical) {
-        t.push_back({name,
-                     caption,
-                     cells,
-                     std::move(bounds),
-                     roles::model,
-                     items::loadcase,
-                     1,
-                     onelist,
-                     countsof(items::loadcase),
-                     {c},
-                     mechanical});
-    };
+    const rowmaker loadcase{t, items::loadcase};
     loadcase("lcname", "Load case name", &lcname, {m7}, {0, 0, "Name", "", kinds::text, ".lcd"},
              false);
     loadcase("lctype", "Kind of a load case", &lctype, {m7},

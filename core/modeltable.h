@@ -95,6 +95,8 @@ struct modelarray {
     std::function<long(long list)> count = {};
     std::vector<column> columns = {};
     bool mechanical = false;  // results depend on it
+    // What a row of no item holds, where that is not 0: the colour of a group to come.
+    int (*blank)(long i) = nullptr;
 };
 
 using scalarpointer = std::variant<int*, double*, bool*, Flag*, Integer*, std::string*>;
@@ -147,6 +149,16 @@ long lastlist(const modelarray& row);
 template <typename Take>
 void withstretch(const modelarray& row, long list, Take take) {
     std::visit([&](auto* a) { take(stretchof(*a, row.along, list)); }, row.cells);
+}
+
+// Rows first..last as those of no item. What is empty already is not written: an untouched page
+// costs no memory.
+template <typename T>
+void blankrows(const modelarray& row, stretch<T> s, long first, long last) {
+    for (T* cell = s.row(first); cell < s.row(last + 1); ++cell)
+        if (*cell != T()) *cell = T();
+    if constexpr (std::is_same_v<T, int>)
+        for (long i = first; row.blank && i <= last; ++i) *s.row(i) = row.blank(i);
 }
 
 // Numbers of higher floors that name an item: a group on show, the number in work of a dialog.

@@ -41,17 +41,18 @@ void packgraphics() {
     if (number.empty()) return;
     closeitems(items::graphic, number);
     followitems(items::graphic, number);
-    dropundo();
 }
 
 // The rows of one list that stay close up.
 template <typename Stays>
 static void closelist(items of, int lc, Stays stays) {
+    const long count = countof(of, lc);
     long kept = 0;
-    for (long i = 1; i <= countof(of, lc); ++i) {
+    for (long i = 1; i <= count; ++i) {
         if (!stays(i)) continue;
         if (++kept != i) copyitem(of, i, kept, lc);
     }
+    emptyitems(of, kept + 1, count, lc);
     setcount(of, kept, lc);
 }
 

@@ -75,42 +75,33 @@ void editcut() {
 // --- paste --------------------------------------------------------------------------------------
 
 static void pastenodes() {
-    const int count = int(tmpnodes(0, 0)), before = nnodes();
+    const int count = int(tmpnodes(0, 0)), first = appenditems(items::node, count);
     for (int i = 1; i <= count; ++i) {
-        const int n = before + i;
-        for (int k = 0; k < 3; ++k) {
-            nodes(0, n, k) = tmpnodes(i, k + 1);
-            nodes(1, n, k) = 0;
-        }
-        nodename(n).clear();
+        const int n = first + i - 1;
+        for (int k = 0; k < 3; ++k) nodes(0, n, k) = tmpnodes(i, k + 1);
         nodesel(i) = n;
     }
     nodesel(0) = count;
-    nodes(0, 0, 0) = float(before + count);
 }
 
 static void pasteelements(int nodesbefore) {
-    const int count = int(tmpelems(0, 0)), before = nelems();
+    const int count = int(tmpelems(0, 0)), first = appenditems(items::element, count);
     for (int i = 1; i <= count; ++i) {
-        const int e = before + i;
+        const int e = first + i - 1;
         elems(e, 0) = tmpelems(i, 0);
         const int elnn = nodesoftype(tmpelems(i, 0));
-        for (int k = 1; k <= 4; ++k)
-            elems(e, k) = k <= elnn ? float(nodesbefore) + tmpelems(i, k) : 0.0f;
+        for (int k = 1; k <= elnn; ++k) elems(e, k) = float(nodesbefore) + tmpelems(i, k);
         egroup(e) = int(tmpelems(i, 5));
         rotpo(e) = tmprotpo(i);
-        elempatch(e) = 0;
-        elemname(e).clear();
         elemsel(i) = float(e);
         elemvis(activeview, e) = true;
     }
     elemsel(0) = float(count);
-    elems(0, 0) = float(before + count);
     viewselnum(activeview) += count;
 }
 
 static void pastegraphics() {
-    const int count = int(graphics2(0, 0, 0)), before = ngraphics();
+    const int count = int(graphics2(0, 0, 0)), first = appenditems(items::graphic, count);
     int entries = 0;
     const auto select = [&](int g, int part) {
         if (entries == graphsel2.upper1) return;
@@ -119,21 +110,20 @@ static void pastegraphics() {
         graphsel2(entries, 1) = part;
     };
     for (int i = 1; i <= count; ++i) {
-        const int g = before + i;
+        const int g = first + i - 1;
         for (int j = 0; j <= 3; ++j)
             std::ranges::copy(graphics2.row(i, j), graphics.row(g, j).begin());
         select(g, 1);
         select(g, 2);
         if (int(graphics(g, 0, 0)) > kindline) select(g, 3);
     }
-    graphics(0, 0, 0) = float(before + count);
     graphsel2(0, 0) = entries;
 }
 
 static bool bufferfits() {
-    return nnodes() + long(tmpnodes(0, 0)) <= nodes.upper2 &&
-           nelems() + long(tmpelems(0, 0)) <= elems.upper1 &&
-           ngraphics() + long(graphics2(0, 0, 0)) <= graphics.upper1;
+    return nnodes() + long(tmpnodes(0, 0)) <= roomof(items::node) &&
+           nelems() + long(tmpelems(0, 0)) <= roomof(items::element) &&
+           ngraphics() + long(graphics2(0, 0, 0)) <= roomof(items::graphic);
 }
 
 bool editpaste() {
@@ -153,9 +143,6 @@ bool editpaste() {
     if (graphics2(0, 0, 0) != 0) pastegraphics();
     if (copierofpatches.pasted) copierofpatches.pasted(graphicsbefore, elementsbefore);
     syncgraphsel();
-    resultflag = 1;
-    dropundo();
-    dorenumber = 1;
     pasteflag = true;
     redrawall();
     labelselect();
@@ -243,7 +230,6 @@ void editdelete() {
     dropresults();
     dropundo();
     movepending = editing = pasteflag = false;
-    dorenumber = 1;
     promptaction = "Select";
     promptgoal.clear();
     prompttail.clear();

@@ -11,6 +11,7 @@
 #include "core/colours.h"
 #include "core/journal.h"
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -60,22 +61,16 @@ static void drawaddednode(int n, int nview) {
 }
 
 int addnodeat(int) {
-    if (nnodes() == nodes.upper2) {
+    if (nnodes() == roomof(items::node)) {
         theplatform().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
             "[File,modelsize..]",
             icons::exclamation);
         return 0;
     }
-    const int n = nnodes() + 1;
+    const int n = appenditems(items::node);
     const double at[] = {modelx, modely, modelz};
-    for (int k = 0; k < 3; ++k) {
-        nodes(0, n, k) = float(at[k]);
-        nodes(1, n, k) = 0;
-    }
-    nodename(n).clear();
-    nodes(0, 0, 0) = float(n);
-    dorenumber = 1;
+    for (int k = 0; k < 3; ++k) nodes(0, n, k) = float(at[k]);
     nodecurrent = n;
     if (mnudrawlist(nodesdrawn).checked) drawinviews([n](int v) { drawaddednode(n, v); });
     return n;

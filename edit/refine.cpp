@@ -127,8 +127,7 @@ static void setcorners(int e, const corners& n) {
     for (int k = 0; k < 4; ++k) elems(e, k + 1) = float(n[std::size_t(k)]);
 }
 
-static void appendpart(const part& p) {
-    const int e = nelems() + 1;
+static void fillpart(int e, const part& p) {
     copyitem(items::element, p.parent, e);
     setcorners(e, p.node);
     for (int v = 1; v <= nviews; ++v)
@@ -137,7 +136,6 @@ static void appendpart(const part& p) {
     for (int end = 0; end <= 4; ++end)
         if (p.end != end) std::ranges::fill(endrelease.row(e, end), 0.0f);
     if (p.end == 2) std::ranges::fill(endrelease.row(p.parent, 2), 0.0f);
-    elems(0, 0) = float(e);
     elemsel(0) = elemsel(0) + 1;
     elemsel(long(elemsel(0))) = float(e);
 }
@@ -236,22 +234,13 @@ int refineelements() {
     hideselection();
     const int before = nnodes();
     copyloads(parts);
-    for (const place& p : r.made) {
-        const int n = nnodes() + 1;
-        for (int k = 0; k < 3; ++k) {
-            nodes(0, n, k) = p[std::size_t(k)];
-            nodes(1, n, k) = 0;
-        }
-        nodename(n).clear();
-        nodes(0, 0, 0) = float(n);
-    }
-    for (const auto& [e, n] : r.replaced) setcorners(e, n);
-    for (const part& p : r.parts) appendpart(p);
+    int n = appenditems(items::node, long(r.made.size()));
+    for (const place& p : r.made) std::ranges::copy(p, nodes.row(0, n++).begin());
+    for (const auto& [e, corner] : r.replaced) setcorners(e, corner);
+    int e = appenditems(items::element, long(r.parts.size()));
+    for (const part& p : r.parts) fillpart(e++, p);
     gatherelementnodes();
-    dropresults();
-    dropundo();
-    dorenumber = 1;
-    resultflag = 1;
+    dropresults();     // elements are others under their numbers
     pasteflag = true;  // at its release the selection merges with neighbours refined before
     redrawall();
     if (const std::string text = noteofrefinement(r, before); !text.empty())

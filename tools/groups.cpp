@@ -157,35 +157,41 @@ void choosegroup(groupform& form, int row) {
     showgroup(form, row >= 0 && row < ngroups() ? row + 1 : 0);
 }
 
+// The colour as delivered, or the next one that no group has.
+static colour freecolour(int g) {
+    const int tried = 10;  // they repeat then
+    for (int k = 0; k < tried; ++k) {
+        const colour c = groupcolorof(g + k);
+        if (std::find(&groupcolor(1), &groupcolor(g), c) == &groupcolor(g)) return c;
+    }
+    return groupcolorof(g);
+}
+
 void addgroup(groupform& form) {
     if (ngroups() >= modelsize(sizegroups)) {
         form.message = "Maximum number of groups";
         return;
     }
     leavegroup(form);
-    const int g = ngroups() + 1;
-    std::string name = "GR " + std::to_string(g);
+    std::string name = "GR " + std::to_string(ngroups() + 1);
     while (isnametaken(name, 0)) name += "*";
-    groups(0, 0) = g;
+    const int g = appenditems(items::group);
     groupname(g) = name;
+    groupcolor(g) = freecolour(g);
     // Of the group on show it has the material; the section is its own.
-    for (int k = 1; k <= groupfields; ++k)
-        groups(g, k) = k <= lastmaterialfield && meshgroup != 0 ? groups(meshgroup, k) : 0;
-    for (int i = 1; i <= 6; ++i) std::ranges::fill(groupmat.row(g, i), 0.0f);
+    for (int k = 1; k <= lastmaterialfield && meshgroup != 0; ++k)
+        groups(g, k) = groups(meshgroup, k);
     notename(form);
     showgroup(form, g);
 }
 
-// Row g leaves the table and those above move down. Its colour goes to the row that falls free, so
-// that no two groups get the same one. No element is in group g; a patch, a buffered element or a
-// free slot that names it takes the group instead, a view shows all groups.
+// Row g leaves the table and those above move down. No element is in group g; a patch, a buffered
+// element or a free slot that names it takes the group instead, a view shows all groups.
 void removegroup(int g) {
-    const int instead = std::max(g - 1, 1);
-    const int last = ngroups(), shade = groupcolor(g);
+    const int instead = std::max(g - 1, 1), last = ngroups();
     newnumbers number(std::size_t(last) + 1, 0);
     for (int i = 1; i <= last; ++i) number[std::size_t(i)] = i < g ? i : i == g ? 0 : i - 1;
     closeitems(items::group, number);
-    groupcolor(last) = shade;
     followitems(items::group, number, instead);
 }
 

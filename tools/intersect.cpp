@@ -8,6 +8,7 @@
 #include <map>
 
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -76,11 +77,10 @@ static bool isdrawn(const point3& from, const point3& to, int except = 0) {
 // A line of no length is not made, nor one that stands there already. Returns how many.
 static int addline(const point3& from, const point3& to) {
     if (lengthof(to - from) < nodetol || isdrawn(from, to)) return 0;
-    const int g = ngraphics() + 1;
+    const int g = appenditems(items::graphic);
     openrecord(graphics, g, kindline);
     setdefinitionpoint(graphics, g, 1, from);
     setdefinitionpoint(graphics, g, 2, to);
-    graphics(0, 0, 0) = float(g);
     enterends(g);
     ++madelines;
     const int count = graphsel(0, 0) + 1;

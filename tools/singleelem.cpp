@@ -8,6 +8,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/modelitems.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -80,7 +81,7 @@ static void drawmade(int e) {
 }
 
 static void appendelement() {
-    if (nelems() == elems.upper1) {
+    if (nelems() == roomof(items::element)) {
         emptynodes();
         theplatform().message(
             "Increase number of nodes or elements on Model declaration form. Do: "
@@ -88,16 +89,12 @@ static void appendelement() {
             icons::exclamation);
         return;
     }
-    const int e = nelems() + 1, corners = eltypnodes(mesheltype);
+    const int e = appenditems(items::element);
     elems(e, 0) = float(mesheltype);
-    for (int k = 1; k <= 4; ++k) elems(e, k) = k <= corners ? float(nodesel(k)) : 0.0f;
+    for (int k = 1; k <= eltypnodes(mesheltype); ++k) elems(e, k) = float(nodesel(k));
     egroup(e) = meshgroup;
-    rotpo(e) = 0;
-    elemname(e).clear();
     elemvis(activeview, e) = true;
-    elems(0, 0) = float(e);
     if (viewselnum(activeview) != 0) ++viewselnum(activeview);  // 0: the view shows all
-    resultflag = dorenumber = 1;
     addedany = true;
     emptynodes();
     drawmade(e);

@@ -136,7 +136,7 @@ TEST(Modelitems, CopyEmptyAndOrderTakeEveryRowOfAKind) {
     fillmodel();
     const picture before = takepicture();
     copyitem(items::element, 2, 5);
-    emptyitem(items::element, 7);
+    emptyitems(items::element, 7, 7);
     const std::vector<int> order = {4, 2, 8, 1, 3, 7, 5, 6};
     orderitems(items::node, order);
     picture after = takepicture();

@@ -2,10 +2,13 @@
 // The table of the model: complete, and what goes over its rows.
 #include "core/modeltable.h"
 
+#include <fstream>
+#include <map>
 #include <regex>
 #include <set>
 #include <sstream>
 
+#include "core/allocmodel.h"
 #include "core/keptmodel.h"
 #include "files/setmem.h"
 #include "tests/support/recorder.h"
@@ -29,6 +32,19 @@ TEST(Modeltable, HoldsEveryArrayAndScalarThatIsDeclared) {
         }
     }
     EXPECT_EQ(seen, told.size() + 1);
+}
+
+// An array that is as long as there are nodes has a row for each.
+TEST(Modeltable, ARowStandsForTheItemsThatItsBoundDeclares) {
+    const std::map<int, items> declared = {
+        {1, items::node}, {2, items::element}, {4, items::group}, {5, items::graphic}};
+    for (const modelarray& row : modelarrays()) {
+        if (row.role != roles::model && row.role != roles::shown) continue;
+        const auto at = declared.find(row.bounds[std::size_t(row.along) - 1].size);
+        if (at != declared.end()) {
+            EXPECT_EQ(row.of, at->second) << row.name;
+        }
+    }
 }
 
 // Any value that tells the place it stands at.

@@ -9,6 +9,7 @@
 
 #include "core/model.h"
 #include "core/modeltable.h"
+#include "core/newmodel.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "view/moddraw.h"

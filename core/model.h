@@ -131,11 +131,3 @@ inline int ncomb() {
 
 const int maxpatches = 20000, maxpatchedges = 10, maxedgepieces = 20;
 const int maxcombinations = 10;
-
-// Gives up all arrays and allocates them anew from modelsize: numbers 0, texts empty. When memory
-// does not suffice a message is shown, the routine returns false with what it has, and no room may
-// touch the arrays before an allocation has succeeded.
-bool allocmodel();
-
-// Gives every count and every scalar of the model its empty value; the arrays stand allocated.
-void clearcounts();

@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/allocmodel.h"
 #include "core/model.h"
+#include "core/newmodel.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/start.h"
 #include "core/textfile.h"
 
 static const int nsizes = 7;

@@ -4,12 +4,14 @@
 
 #include <filesystem>
 
+#include "core/allocmodel.h"
 #include "core/catalogue.h"
 #include "core/colours.h"
 #include "core/journal.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/modelsize.h"
+#include "core/newmodel.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -36,10 +38,9 @@ static void preparesession() {
         defaultmodelsize();
         allocmodel();
     }
+    clearcounts();
     initsettings();
-    patches(0, 0, 0) = 0;
     clearmodes();
-    ncon = nload = 0;
     activeview = 1;
     scalex = scaley = 1;
     dorenumber = dostiffness = dosolve = dolinestress = dofestress = elemmassflag = 1;
@@ -57,9 +58,6 @@ static void finishsession() {
     prompttail.clear();
     selecttype = selecttypes::single;
     checkonly(MnuSelectItem, selectnodes);
-    graphics(0, 0, 0) = 0;
-    elems(0, 0) = 0;
-    nodes(0, 0, 0) = 0;
     filllabels();
     contourflag.alloc(5);
     for (Flag& flag : contourflag.row()) flag = true;
@@ -119,61 +117,4 @@ void initsettings() {
     renumbersave = false;
     redrawmove = redrawdelete = redrawedit = true;
     newmodeldefaults();
-}
-
-void defaultloadcase(int lc) {
-    lctype(lc) = caseapplied;
-    lcpar(lc, accvalue) = 1;
-    for (int k = acccentrex; k <= acccentrez; ++k) lcpar(lc, k) = 0;
-    lcpar(lc, accelementmass) = 1;
-}
-
-void newloadcase() {
-    curlc = 1;
-    loadnode(0, 0) = 1;
-    loadnode(1, 0) = 0;
-    lcname(1) = "LC 1";
-    defaultloadcase(1);
-}
-
-void newcombination() {
-    lcomb(0, 0) = 1;
-    lcomb(1, 1) = 1;
-    lcombname(1) = "Lcomb1";
-    curlcomb = 1;
-}
-
-void defaultgroup(int g) {
-    groupname(g) = "GR " + std::to_string(g);
-    groups(g, fieldmodulus) = 210000;
-    groups(g, fieldpoisson) = 0.3;
-    groups(g, fielddensity) = 7.85e-06;
-    groups(g, fieldthickness) = 1.0;
-}
-
-void newgroup() {
-    groups(0, 0) = 1;
-    defaultgroup(1);
-    meshgroup = 1;
-}
-
-void newmodeldefaults() {
-    newloadcase();
-    fillloadlabels();
-    commentvisible = false;
-    newcombination();
-    newgroup();
-    stresskind = 0;
-    for (int v = 1; v <= nviews; ++v) viewtype(v) = viewselnum(v) = 0;
-    dropundo();
-}
-
-bool resetmodel() {
-    if (!allocmodel()) return false;
-    initcolors();
-    clearcounts();
-    modeltoolarge = false;
-    resetviews();
-    newmodeldefaults();
-    return true;
 }

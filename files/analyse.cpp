@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "core/allocmodel.h"
 #include "core/journal.h"
 #include "core/keptmodel.h"
 #include "core/model.h"

@@ -10,7 +10,7 @@
 #include "core/modelsize.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
 #include "files/changed.h"

@@ -11,7 +11,7 @@
 #include "core/modelsize.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "core/textfile.h"
 #include "core/views.h"
 #include "files/changed.h"

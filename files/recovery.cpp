@@ -19,9 +19,9 @@
 #include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modeltable.h"
+#include "core/newmodel.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/start.h"
 #include "core/views.h"
 
 namespace fs = std::filesystem;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "core/allocmodel.h"
 #include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"

@@ -8,9 +8,9 @@
 
 #include "core/model.h"
 #include "core/modelsize.h"
+#include "core/newmodel.h"
 #include "core/numtext.h"
 #include "core/session.h"
-#include "core/start.h"
 #include "core/textfile.h"
 
 static const int scaledfrom = 3;  // dof codes whose prescribed value the file holds times pi/180:

@@ -7,7 +7,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 
 static const int rotational = 3;  // directions from here on turn about an axis
 

@@ -114,10 +114,6 @@ static unitgraph circlesof(const unitgraph& graph) {
 
 TEST(Architecture, UnitsStandInNoCircle) {
     const std::set<std::string> known[] = {
-        // Model and session are cleared together, and the rows of the model's table name both.
-        {"core/catalogue", "core/model", "core/modeltable", "core/session", "core/views"},
-        // The declared sizes are read at the start, and larger ones start with an empty model.
-        {"core/modelsize", "core/start"},
         // A save that failed offers Save As, which saves.
         {"files/filemenu", "files/saving"},
         // The window's platform prints, and paper is printed through it.

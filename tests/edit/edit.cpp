@@ -3,7 +3,7 @@
 #include "edit/Edit.h"
 
 #include "core/catalogue.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "edit/move.h"
 #include "edit/refine.h"
 #include "edit/selection.h"

@@ -13,7 +13,7 @@
 #include "core/besidefile.h"
 #include "core/colours.h"
 #include "core/modelsize.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "files/filemenu.h"
 #include "files/runlog.h"
 #include "files/saving.h"

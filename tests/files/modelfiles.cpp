@@ -6,7 +6,7 @@
 #include <random>
 
 #include "core/colours.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/filop.h"

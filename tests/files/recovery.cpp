@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "core/journal.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "tests/support/recorder.h"
 
 namespace fs = std::filesystem;

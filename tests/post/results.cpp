@@ -3,7 +3,6 @@
 #include <cmath>
 #include <random>
 
-#include "core/start.h"
 #include "files/saving.h"
 #include "post/combinedstress.h"
 #include "post/outcome.h"

@@ -368,20 +368,57 @@ static void comparearrays(difference& d) {
     }
 }
 
+static bool isequal(std::size_t scalar) {
+    return std::visit(
+        [&](const auto* p) {
+            return std::get<std::remove_cvref_t<decltype(*p)>>(keptscalars[scalar]) == *p;
+        },
+        modelscalars()[scalar].value);
+}
+
 static void comparescalars(difference& d) {
     for (std::size_t r = 0; r < modelscalars().size(); ++r) {
         const modelscalar& row = modelscalars()[r];
         if (row.role != roles::model) continue;
-        const bool equal = std::visit(
-            [&](const auto* p) {
-                return std::get<std::remove_cvref_t<decltype(*p)>>(keptscalars[r]) == *p;
-            },
-            row.value);
-        if (equal) continue;
+        if (isequal(r)) continue;
         d.found.scalars.push_back({r, std::exchange(keptscalars[r], valueof(row.value))});
         d.model = true;
         d.input = d.input || row.mechanical;
     }
+}
+
+static bool differs(const modelarray& row, long list, const std::vector<page>& pages) {
+    bool found = false;
+    std::size_t last = 0;
+    if (list <= lastlist(row))
+        withstretch(row, list, [&](auto s) {
+            eachpage(s.begin, usedcells(row, list, s),
+                     [&](std::size_t i, const auto* cells, long count) {
+                         last = i + 1;
+                         found = found || i >= pages.size() || !isequal(pages[i], cells, count);
+                     });
+        });
+    return found || last != pages.size();
+}
+
+static bool differs() {
+    if (!iskept) return false;
+    for (std::size_t r = 0; r < modelscalars().size(); ++r)
+        if (modelscalars()[r].role == roles::model && !isequal(r)) return true;
+    for (std::size_t r = 0; r < modelarrays().size(); ++r) {
+        const modelarray& row = modelarrays()[r];
+        if (!isofmodel(row)) continue;
+        const auto& lists = keptrows[r];
+        for (std::size_t list = 0; list < lists.size(); ++list)
+            if (differs(row, long(list), lists[list].pages)) return true;
+        if (long(lists.size()) <= row.lists()) return true;
+    }
+    return false;
+}
+
+static bool touches(const entry& e, const std::string& array) {
+    return std::ranges::any_of(
+        e.pages, [&](const auto& p) { return modelarrays()[p.first.row].name == array; });
 }
 
 // --- steps --------------------------------------------------------------------------------------
@@ -478,6 +515,7 @@ static void finish() {
         difference d;
         comparescalars(d);
         if (under.reach == reaches::model) comparearrays(d);
+        if (under.nodes != nnodes() || touches(d.found, "elems")) dorenumber = 1;
         if (d.model) enter(d);
         if (under.analyses) analysed = now.input;
         if (under.saves) saved = now.model;
@@ -540,10 +578,10 @@ void cutstep() {
 }
 
 void startjournal() {
-    if (under.depth == 0)
-        restart();
-    else
-        under.restarts = true;
+    under.restarts = under.depth > 0;
+    if (under.restarts) return;
+    restart();
+    surely(keepall);
 }
 
 void noteanalysis() {
@@ -561,12 +599,17 @@ bool isresultstale() {
 }
 
 void notesaved() {
-    under.saves = under.depth > 0;
+    const step s("");
+    under.saves = true;
     saved = now.model;
 }
 
 bool isunsaved() {
     return now.model != saved;
+}
+
+bool ischanged() {
+    return isunsaved() || differs();
 }
 
 void noteunsaved() {
@@ -610,7 +653,9 @@ static void exchange(const place& at, page& other) {
     if (at.list <= lastlist(row))
         withstretch(row, at.list, [&](auto s) {
             using cell = std::remove_pointer_t<decltype(s.begin)>;
-            putpage(kept, s.begin + long(at.page) * cellsofpage<cell>(), other.cells);
+            const long first = long(at.page) * cellsofpage<cell>();
+            putpage(kept, s.begin + first, other.cells);
+            if (row.blank) blankrows(row, s, first + kept.cells, first + other.cells - 1);
         });
     while (!pages.empty() && pages.back().cells == 0) pages.pop_back();
 }
@@ -628,11 +673,6 @@ static void exchange(entry& e, bool back) {
     if (const auto& shown = back ? e.shownbefore : e.shownafter) putshown(*shown);
     putselection(*(back ? e.selectedbefore : e.selectedafter));
     now = back ? e.before : e.after;
-}
-
-static bool touches(const entry& e, const std::string& array) {
-    return std::ranges::any_of(
-        e.pages, [&](const auto& p) { return modelarrays()[p.first.row].name == array; });
 }
 
 // What the session holds must name what there is.

@@ -53,6 +53,8 @@ extern const char* const staletext;
 void notesaved();
 // It was changed since it was opened or saved; taking the steps back makes it saved again.
 bool isunsaved();
+// The same where a step is under way: what it has changed by now counts.
+bool ischanged();
 // The model in hand stands on no disk: it was recovered.
 void noteunsaved();
 bool isstepopen();  // a door is open: the model may be half changed

@@ -151,25 +151,53 @@ void keptmodel::restoreinto() {
     kept->look.restore();
 }
 
+template <typename T>
+static bool issize(const array1<T>& a, const array1<T>& b) {
+    return a.upper == b.upper;
+}
+template <typename T>
+static bool issize(const array2<T>& a, const array2<T>& b) {
+    return a.upper1 == b.upper1 && a.upper2 == b.upper2;
+}
+template <typename T>
+static bool issize(const array3<T>& a, const array3<T>& b) {
+    return a.upper1 == b.upper1 && a.upper2 == b.upper2 && a.upper3 == b.upper3;
+}
+
 // --- what the files do not hold -----------------------------------------------------------------
+
+// Arrays with a row for each node, element or group that no file has.
+static bool isbesidefiles(const modelarray& row) {
+    const bool kept = row.of == items::node || row.of == items::element || row.of == items::group;
+    return kept && (row.role == roles::model || row.role == roles::shown) &&
+           std::ranges::all_of(row.columns, [](const column& c) { return c.file[0] == '\0'; });
+}
 
 struct keptbesidefiles::store {
     int nodes = nnodes(), elements = nelems(), groups = ngroups(), group = meshgroup;
-    array1<std::string> nodename, elemname;
-    array3<float> endrelease;
-    array1<int> groupcolor;
-    array2<Flag> elemvis;
-    array1<Flag> elemflag;
+    std::vector<std::pair<const modelarray*, arrayvalue>> arrays;
     keptlook look;
+
+    bool fits() const {
+        return std::ranges::all_of(arrays, [](const auto& kept) {
+            return std::visit(
+                [&](const auto* a) {
+                    return issize(*a, std::get<std::remove_cvref_t<decltype(*a)>>(kept.second));
+                },
+                kept.first->cells);
+        });
+    }
+    void swap(bool ofgroups) {
+        for (auto& [row, cells] : arrays)
+            if ((row->of == items::group) == ofgroups) eachpair(row->cells, cells, swapped);
+    }
 };
 
 keptbesidefiles::keptbesidefiles() : kept(std::make_unique<store>()) {
-    std::swap(kept->nodename, nodename);
-    std::swap(kept->elemname, elemname);
-    std::swap(kept->endrelease, endrelease);
-    std::swap(kept->groupcolor, groupcolor);
-    std::swap(kept->elemvis, elemvis);
-    std::swap(kept->elemflag, elemflag);
+    for (const modelarray& row : modelarrays())
+        if (isbesidefiles(row)) kept->arrays.emplace_back(&row, emptyof<arrayvalue>(row.cells));
+    kept->swap(true);
+    kept->swap(false);
 }
 
 keptbesidefiles::~keptbesidefiles() = default;
@@ -177,16 +205,12 @@ keptbesidefiles::~keptbesidefiles() = default;
 void keptbesidefiles::restore() {
     kept->look.restorecolours();
     commentvisible = kept->look.comment;
-    if (ngroups() == kept->groups && groupcolor.upper == kept->groupcolor.upper) {
-        std::swap(kept->groupcolor, groupcolor);
+    if (!kept->fits()) return;
+    if (ngroups() == kept->groups) {
+        kept->swap(true);
         meshgroup = kept->group;
     }
     if (nnodes() != kept->nodes || nelems() != kept->elements) return;
-    if (nodename.upper != kept->nodename.upper || elemname.upper != kept->elemname.upper) return;
     kept->look.restoreviews();
-    std::swap(kept->elemvis, elemvis);
-    std::swap(kept->elemflag, elemflag);
-    std::swap(kept->nodename, nodename);
-    std::swap(kept->elemname, elemname);
-    std::swap(kept->endrelease, endrelease);
+    kept->swap(false);
 }

@@ -8,12 +8,11 @@
 #include "core/journal.h"
 #include "core/model.h"
 #include "core/modelsize.h"
+#include "core/newmodel.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/newmodel.h"
 #include "edit/Edit.h"
 #include "edit/Mouseprocedures.h"
-#include "files/changed.h"
 #include "files/filop.h"
 #include "files/runlog.h"
 #include "files/saving.h"
@@ -115,7 +114,7 @@ reply openfile(const std::string& path) {
     }
     if (good) {
         addrecentfile();
-        markassaved();
+        notesaved();
     }
     if (good || modeltoolarge) afteropen();  // else the model before stands, with its results
     return good ? reply::done : reply::failed;
@@ -213,7 +212,7 @@ reply menunew() {
     if (!resetmodel()) return endwithoutmemory();
     modelname.clear();
     commenttext = "No Info";
-    markassaved();
+    notesaved();
     showmodelname();
     afteropen();
     return reply::done;

@@ -6,15 +6,15 @@
 #include <filesystem>
 
 #include "core/colours.h"
+#include "core/journal.h"
 #include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"
+#include "core/newmodel.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/newmodel.h"
 #include "core/textfile.h"
 #include "core/views.h"
-#include "files/changed.h"
 #include "files/saveset.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
@@ -218,7 +218,7 @@ bool openmodel(const std::string& name) {
     }
     checkgroupsused();
     if (patchesread && patches(0, 0, 0) > 0) guarded(patchesread, telldamage);
-    markassaved();
+    notesaved();
     showmodelname();
     theplatform().refresh();
     return true;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/journal.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/resultfiles.h"
@@ -14,7 +15,6 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "edit/renumber.h"
-#include "files/changed.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/saveset.h"
@@ -238,7 +238,7 @@ bool savemodel() {
     packgraphics();
     if (renumbersave) renumbermodel();
     if (!runsave("")) return false;
-    markassaved();
+    notesaved();
     return true;
 }
 

@@ -7,10 +7,10 @@
 #include <QTimer>
 
 #include "core/appdir.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
-#include "files/changed.h"
 #include "files/filemenu.h"
 #include "files/saveset.h"
 #include "files/solverlock.h"
@@ -93,7 +93,7 @@ int main(int argc, char** argv) {
     wiremodules();
     loadspringpictures();
     if (!startsession()) return 1;
-    markassaved();
+    notesaved();
     deletecontrolfile();  // of a window that was killed
     sweepfolder(appdir + "/");
 

@@ -11,8 +11,10 @@
 #include <fstream>
 #include <random>
 
+#include "core/journal.h"
+#include "core/model.h"
+#include "core/session.h"
 #include "core/start.h"
-#include "files/changed.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
 
@@ -123,7 +125,7 @@ sessionroom::sessionroom() {
     initsymbols();
     wirelayers();
     start(folder);
-    markassaved();
+    notesaved();
     vieww = 20;
     viewh = 10;
 }

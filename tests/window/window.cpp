@@ -13,13 +13,13 @@
 #include <fstream>
 #include <thread>
 
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "core/views.h"
 #include "edit/move.h"
 #include "edit/selection.h"
-#include "files/changed.h"
 #include "files/filemenu.h"
 #include "loads/nodeattributes.h"
 #include "tests/window/user.h"
@@ -41,7 +41,7 @@ class Window : public testing::Test {
         ask([&] {
             programdir = fs::path(KALVANE_FEIFLU).parent_path();
             start(home.string());
-            markassaved();
+            notesaved();
             window = new mainwindow;
             showmainwindow(*window, false);
             return true;

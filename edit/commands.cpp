@@ -301,9 +301,7 @@ void dispatchcommand() {
     drawmoved(selcolor);
     for (const commandrow& row : morecommands())
         if (name == row.name) row.run(commandtext);
-    if (!changed) return;
-    resultflag = 1;
-    if (redrawedit) redrawall();  // what hangs on the moved points follows
+    if (changed && redrawedit) redrawall();  // what hangs on the moved points follows
 }
 
 void runcommand(const std::string& text) {

@@ -217,9 +217,6 @@ static int mergecandidates(int count, Candidate candidate) {
     const std::vector<int> collapsed = collapsing(number);
     followitems(items::node, number);
     closeitems(items::node, number);
-    dropresults();
-    dropundo();
-    dorenumber = 1;
     dropcollapsed(collapsed);
     return merged;
 }
@@ -287,7 +284,6 @@ int mergeelements() {
     }
     if (merged == 0) return 0;
     packelems();
-    dropresults();
     return merged;
 }
 
@@ -296,7 +292,6 @@ int mergeelements() {
 std::string mergeall() {
     const int merged = mergecandidates(nnodes(), [](int i) { return i; });
     const int doubles = mergeelements();
-    if (merged + doubles > 0) resultflag = 1;
     std::string text =
         numbertext(merged) + " node(s) and " + numbertext(doubles) + " double element(s) merged";
     if (const std::string note = tolerancenote(); !note.empty()) text += ". " + note;

@@ -142,7 +142,6 @@ static void showmoved(const std::vector<float*>& points, const offset& way) {
     ways.push_back(way);
     anymoved = true;
     pasteflag = true;
-    resultflag = 1;
 }
 
 static void shifttopoint() {

@@ -87,7 +87,5 @@ void renumbermodel() {
     for (int n = 1; n <= count; ++n)  // displacements belong to the old numbers
         std::ranges::fill(nodes.row(1, n), 0.0f);
     nodesel(0) = 0;
-    maxdisp = 0;
-    dropundo();
     redrawall();
 }

@@ -142,12 +142,6 @@ static void emptyslot(int lc) {
     for (int c = 1; c <= ncomb(); ++c) lcomb(c, lc) = 0;
 }
 
-// Results on show are of the load cases as they were.
-static void notechange(loadcaseform& form) {
-    form.changed = true;
-    resultflag = 1;
-}
-
 void addloadcase(loadcaseform& form) {
     if (nlc() >= modelsize(sizeloadcases)) {
         form.message = "Maximum number of loadcase";
@@ -161,7 +155,7 @@ void addloadcase(loadcaseform& form) {
     while (isname(name, before)) name += "*";
     lcname(curlc) = name;
     defaultloadcase(curlc);
-    notechange(form);
+    form.changed = true;
     loadloadcase(form);
     putloadcase(form);
 }
@@ -225,7 +219,7 @@ void updateloadcase(loadcaseform& form) {
         form.message = fault;
         return;
     }
-    notechange(form);
+    form.changed = true;
     const auto store = [&] {
         storekind(form);
         lcname(curlc) = form.name;
@@ -271,7 +265,7 @@ void delloadcase(loadcaseform& form) {
     }
     if (!theplatform().yes("Delete loadcase?")) return;
     removeloadcase(curlc);
-    notechange(form);
+    form.changed = true;
     dropresults();
     loadloadcase(form);
     putloadcase(form);

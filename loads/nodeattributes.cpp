@@ -103,7 +103,6 @@ static void setcaptions(attributeform& form) {
 
 void startattributes(attributemodes mode) {
     addready();
-    resultflag = 1;
     mnuEditItem(undoitem).enabled = false;
     editconstraint = mode == attributemodes::constraints;
     editnodalload = mode == attributemodes::nodalloads;
@@ -383,6 +382,5 @@ void applyattributes(attributeform& form) {
             return;
     }
     compactbc();
-    resultflag = 1;
     form.changed = true;
 }

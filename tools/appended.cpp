@@ -70,7 +70,6 @@ void selectappended(const lastitems& before) {
     syncgraphsel();
     if (nelems() > before.element) checkselectitem(selectelements);
     pasteflag = true;
-    dorenumber = 1;
     redrawall();
     labelselect();
 }

@@ -27,8 +27,6 @@ entrance enterbuffers(const std::function<void()>& pasted) {
     const int merged = hasnodes && automergenodes ? mergenodes() : 0;
     const int doubles = haselements && automergeelems ? mergeelements() : 0;
     movepending = editing = false;
-    resultflag = 1;
-    dorenumber = 1;
     redrawall();
     if (hasnodes && automergenodes) result.text = "; " + numbertext(merged) + " nodes merged";
     if (doubles > 0) result.text += ", " + numbertext(doubles) + " double elements";

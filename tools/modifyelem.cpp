@@ -154,7 +154,6 @@ void applymodifyelem(modifyelemform& form) {
         if (to != 0) elems(e, 0) = float(to);
         if (form.togroup != 0) egroup(e) = form.togroup;
     }
-    resultflag = 1;
     form.message = "Element succesfully Modified!";
     redrawall();
 }

@@ -143,7 +143,6 @@ static void needroom() {
 static void acceptelement() {
     const int g = ngraphics() + 1;
     graphics(0, 0, 0) = float(g);
-    resultflag = 1;
     drawfinished(g);
     needroom();
     std::ranges::copy(graphics.row(g, 2), graphics.row(g + 1, 1).begin());
@@ -193,7 +192,6 @@ void startdrawing(graphickinds kind) {
         if (mode.kind != kind) continue;
         startmode(*mode.flag);
         ptcount = 0;
-        resultflag = 1;
         mnuEditItem(undoitem).enabled = false;
         checkonly(Mnuadditem, graphicitem);
         promptpoint();

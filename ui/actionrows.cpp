@@ -75,7 +75,6 @@ static void toggleselect(int i) {
 static void startaddnode() {
     startmode(addnodemode);
     checkonly(Mnuadditem, freenodeitem);
-    resultflag = dorenumber = 1;
     mnuEditItem(undoitem).enabled = false;
     prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
 }
@@ -84,7 +83,6 @@ static void startaddnode() {
 static command addingdialog(const char* name) {
     return [name] {
         addready();
-        resultflag = 1;
         mnuEditItem(undoitem).enabled = false;
         theplatform().showdialog(name);
     };

@@ -2,12 +2,15 @@
 // What the journal adds to a change, steps back and forward, its memory, and the copy of unsaved
 // work against a save; at 100 000 and at a million elements.
 #include <cstdio>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "bench/largemodel.h"
 #include "bench/ratio.h"
 #include "core/journal.h"
 #include "core/model.h"
+#include "core/modeltable.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/Edit.h"
@@ -16,6 +19,7 @@
 #include "files/filop.h"
 #include "files/recovery.h"
 #include "files/saving.h"
+#include "tools/mesh2d.h"
 
 static void selectone() {
     checkselectitem(selectelements);
@@ -58,6 +62,45 @@ static void withjournal(const std::string& what, void (*change)()) {
     atmost((what + ", added s").c_str(), median(added), std::max(floor, share * median(plain)));
 }
 
+// A mesh in the buffers, as the generator leaves it.
+static void fillbuffers(int side) {
+    makelargemodel(side);
+    for (int n = 1; n <= nnodes(); ++n) {
+        tmpnodes(n, 0) = float(n);
+        for (int k = 0; k < 3; ++k) tmpnodes(n, k + 1) = nodes(0, n, k);
+    }
+    for (int e = 1; e <= nelems(); ++e) {
+        for (int k = 0; k <= 4; ++k) tmpelems(e, k) = elems(e, k);
+        tmpelems(e, 5) = 1;
+    }
+    tmpnodes(0, 0) = float(nnodes());
+    tmpelems(0, 0) = float(nelems());
+    setcount(items::node, 0);
+    setcount(items::element, 0);
+}
+
+static double secondsofaccept(int side, bool journal) {
+    fillbuffers(side);
+    startjournal();
+    mesh2dform form;
+    return secondsof([&] {
+        std::optional<step> s;
+        if (journal) s.emplace("Accept");
+        acceptmesh(form);
+    });
+}
+
+static void accept(int side) {
+    const int runs = 7;
+    const double most = 1.15;
+    std::vector<double> ratios;
+    for (int i = 0; i < runs; ++i) {
+        const double plain = secondsofaccept(side, false);
+        ratios.push_back(secondsofaccept(side, true) / plain);
+    }
+    atmost("accept of a mesh, with the journal against without", median(ratios), most);
+}
+
 static void measure(int side, double secondsofstep) {
     makelargemodel(side);
     std::printf("%d elements\n", nelems());
@@ -66,8 +109,9 @@ static void measure(int side, double secondsofstep) {
     withjournal("delete of one element", deleteone);
     atmost("step back, s", secondsof([] { stepback(); }), secondsofstep);
     atmost("step forward, s", secondsof([] { stepforward(); }), secondsofstep);
-    const double mostmemory = 1.2, mostcopy = 1.5;
+    const double mostmemory = 1.2, mostpeak = 2.2, mostcopy = 1.5;
     atmost("journal, of the declared arrays", double(journalbytes()) / declaredbytes(), mostmemory);
+    atmost("peak of all memory, of the declared arrays", peakmemory() / declaredbytes(), mostpeak);
     modelname = appdir + "/large";
     printratio(
         "copy of unsaved work against a save", 3, mostcopy, [] { writecopy(); },
@@ -77,6 +121,8 @@ static void measure(int side, double secondsofstep) {
 
 int main() {
     startsession();
-    measure(316, 0.05);
-    measure(1000, 0.3);
+    const int large = 1000, usual = 316;  // elements a side
+    measure(large, 0.3);                  // first, for the peak
+    measure(usual, 0.05);
+    accept(usual);
 }

@@ -102,7 +102,11 @@ int main(int argc, char** argv) {
     wirerecovery();
     offerrecovery();
     if (!scriptpath.isEmpty()) return playscript(scriptpath);
-    if (!model.isEmpty()) QTimer::singleShot(0, &window, [&] { openfile(model.toStdString()); });
+    if (!model.isEmpty())
+        QTimer::singleShot(0, &window, [&] {
+            const step s("Open");
+            openfile(model.toStdString());
+        });
     const int code = QApplication::exec();
     endrecovery();
     return code;

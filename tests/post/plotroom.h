@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/journal.h"
 #include "post/contour.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
@@ -47,6 +48,7 @@ struct plotroom : sessionroom {
         write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, -5}, {2, 0}, {2, 25}, {2, 35}});
         write(".LES", {{3, 7}});
         writedisplacements();
+        startjournal();
     }
     bool tells(const char* part) const { return platform.status.find(part) != std::string::npos; }
     // Modes of this eigenvalue each, that move the last node by 1 along y.

@@ -15,6 +15,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
+#include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
 
@@ -126,6 +127,7 @@ sessionroom::sessionroom() {
     wirelayers();
     start(folder);
     notesaved();
+    previewbuffers = false;  // a test may have left the mesh generator open
     vieww = 20;
     viewh = 10;
 }

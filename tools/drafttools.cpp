@@ -267,6 +267,10 @@ static void work(drafttool& tool) {
         [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
 }
 
+bool isdrafting(const drafttool& tool) {
+    return running == &tool;
+}
+
 static void clearpointer() {
     for (int v = 1; v <= shownviews(); ++v)
         if (surface* const s = target(v)) s->clearplane(planes::pointer);

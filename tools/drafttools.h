@@ -45,6 +45,7 @@ void choosedraft(drafttool& tool);
 // Runs a tool with the values that its fields hold: at once, or as a mode that takes its points,
 // again and again until ESC.
 void startdraft(drafttool& tool);
+bool isdrafting(const drafttool& tool);  // it takes points
 // Values as texts into the fields; false, with none taken, after a text that is no number was told.
 bool setdraftvalues(drafttool& tool, const std::vector<std::string>& texts);
 

@@ -22,6 +22,7 @@
 #include "post/contour.h"
 #include "post/printdraw.h"
 #include "post/shapes.h"
+#include "tools/drafttools.h"
 #include "tools/findpatch.h"
 #include "tools/intersect.h"
 #include "tools/placenodes.h"
@@ -79,7 +80,6 @@ static void startaddnode() {
     prompt("Add", "", "", "<Left Button> or <Command> to add, <ESC> to stop");
 }
 
-// What a dialog adds makes the results those of another model.
 static command addingdialog(const char* name) {
     return [name] {
         addready();
@@ -455,6 +455,16 @@ static void addadd(actionrows& t) {
             "",
             dialog("graphoptions"),
             {{"graphicbar", 8}, {drawing, 21, "grapop(5)", "Options..."}}}});
+    int place = 0;
+    for (drafttool& tool : drafttools())
+        addto(t, "", "drawingtools",
+              {{.name = tool.name,
+                .caption = tool.caption,
+                .icon = tool.icon,
+                .run = [&tool] { choosedraft(tool); },
+                .places = {{"draftbar", ++place}},
+                .checked = [&tool] { return isdrafting(tool); },
+                .tip = tool.tip}});
 }
 
 static void adddefine(actionrows& t) {

@@ -17,6 +17,7 @@ static const struct {
     {"editbar", "Edit", Qt::TopToolBarArea},
     {"selectbar", "Selection", Qt::TopToolBarArea},
     {"graphicbar", "Graphics", Qt::LeftToolBarArea},  // the row on top is full
+    {"draftbar", "Drawing tools", Qt::LeftToolBarArea},
     {"scriptbar", "Script", Qt::LeftToolBarArea},
     {"viewbar", "View", Qt::TopToolBarArea},
     {"jobbar", "Job", Qt::TopToolBarArea},

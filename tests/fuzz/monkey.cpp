@@ -359,7 +359,7 @@ int main(int argc, char** argv) {
     wiremodules();
     programdir = QCoreApplication::applicationDirPath().toStdString();
     if (!start(findappdir(programdir, programdir + "/../share/kalvane"))) return 1;
-    markassaved();
+    notesaved();
     auto* const window = new mainwindow;
     showmainwindow(*window, true);
     if (recording) {

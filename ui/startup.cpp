@@ -50,7 +50,7 @@ bool guardedapplication::notify(QObject* receiver, QEvent* event) {
     const recordedevent recorded(receiver, event);
     std::optional<step> change;
     if (maychangemodel(receiver, event)) {
-        door.emplace("");
+        change.emplace("");
         suggeststep(receiver);
     }
     guarded([&] { taken = QApplication::notify(receiver, event); }, fallback);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The buttons of the journal, and what counts as a door.
+// The buttons of the journal, and what may change the model.
 #include "ui/steps.h"
 
 #include <QAbstractButton>

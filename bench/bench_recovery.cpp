@@ -61,7 +61,7 @@ static int work(const char* folder, int out, unsigned seed) {
     int count = 1;
     char name[] = "bench_recovery", *words[] = {name, nullptr};
     guardedapplication application(count, words);
-    setdoor(&theplatform());
+    setplatform(&theqtplatform());
     wiremodules();
     if (!start(folder)) return 1;
     notesaved();
@@ -82,10 +82,10 @@ static int work(const char* folder, int out, unsigned seed) {
 // --- the one who kills --------------------------------------------------------------------------
 
 namespace {
-class quietdoor : public platform {
+class quietplatform : public platform {
   public:
     answers show(const messagebox&) override { return answers::cancel; }
-    filechoice choosefile(const filebox&) override { return {}; }
+    filechoice askfile(const filebox&) override { return {}; }
 };
 
 struct session {
@@ -172,8 +172,8 @@ int main(int count, char** words) {
         return work(words[2], std::atoi(words[3]), unsigned(std::atoi(words[4])));
     const int kills = count > 1 ? std::atoi(words[1]) : 200, atonce = 8;
     const double longest = 6;  // seconds of work
-    quietdoor door;
-    setdoor(&door);
+    quietplatform platform;
+    setplatform(&platform);
     const fs::path folder =
         fs::temp_directory_path() / ("kalvane-recovery-" + std::to_string(getpid()));
     std::mt19937 random(7);

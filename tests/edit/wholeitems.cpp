@@ -311,7 +311,7 @@ TEST(WholeItems, MoveWithAllThatIsTheirsAndAreTakenBack) {
     for (const work& w : works) {
         SCOPED_TRACE(w.name);
         sessionroom room;
-        room.door.answerqueue.assign(9, answers::yes);
+        room.platform.answerqueue.assign(9, answers::yes);
         fillmodel();
         w.prepare();
         startjournal();

@@ -8,7 +8,7 @@
 #include "bench/ratio.h"
 #include "core/model.h"
 #include "core/platform.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "tools/Graphics.h"
 #include "tools/bereken.h"
 #include "tools/findpatch.h"

@@ -28,16 +28,13 @@ void needroomfor(long newnodes, long newelements, long newgraphics) {
 }
 
 int appendnode(const point3& at) {
-    const int n = nnodes() + 1;
-    emptyitem(items::node, n);
+    const int n = appenditems(items::node);
     for (int k = 0; k < 3; ++k) nodes(0, n, k) = float(at[std::size_t(k)]);
-    setcount(items::node, n);
     return n;
 }
 
 int appendelement(int type, const std::array<int, 4>& corners) {
-    const int e = nelems() + 1;
-    emptyitem(items::element, e);
+    const int e = appenditems(items::element);
     elems(e, 0) = float(type);
     for (int k = 0; k < nodesoftype(float(type)); ++k)
         elems(e, k + 1) = float(corners[std::size_t(k)]);
@@ -46,7 +43,6 @@ int appendelement(int type, const std::array<int, 4>& corners) {
         elemvis(v, e) = true;
         if (viewselnum(v) != 0) ++viewselnum(v);
     }
-    setcount(items::element, e);
     return e;
 }
 

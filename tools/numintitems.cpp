@@ -6,11 +6,11 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/newmodel.h"
 #include "core/numtext.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/start.h"
 #include "core/views.h"
 #include "edit/Edit.h"
 #include "edit/selection.h"
@@ -151,7 +151,7 @@ static bool hasroom(int tab, const std::vector<int>& cases) {
 // An empty row; a free group keeps the colour that waits for it.
 static void startitem(items of, long row, int list) {
     const int shade = of == items::group ? groupcolor(row) : 0;
-    emptyitem(of, row, list);
+    emptyitems(of, row, row, list);
     if (of == items::group) groupcolor(row) = shade;
     setcount(of, row, list);
 }
@@ -187,7 +187,7 @@ void dropadded(int tab, const std::vector<long>& added) {
     for (const loadplace& at : places) {
         if (tab == tabelements && elemvis(activeview, at.row) && viewselnum(activeview) > 0)
             --viewselnum(activeview);
-        emptyitem(of, at.row, at.lc);
+        emptyitems(of, at.row, at.row, at.lc);
         setcount(of, std::min(countof(of, at.lc), at.row - 1), at.lc);
     }
 }

@@ -15,12 +15,12 @@
 #include <set>
 
 #include "core/appdir.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
-#include "files/changed.h"
 #include "files/filemenu.h"
 #include "files/solverlock.h"
 #include "ui/actions.h"

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <random>
 
+#include "core/allocmodel.h"
 #include "loads/loadaxes.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"

@@ -127,7 +127,8 @@ sessionroom::sessionroom() {
     wirelayers();
     start(folder);
     notesaved();
-    previewbuffers = false;  // a test may have left the mesh generator open
+    previewbuffers = false;  // what the test before may have left
+    stressglobal = 0;
     vieww = 20;
     viewh = 10;
 }

@@ -6,7 +6,7 @@
 
 #include "core/catalogue.h"
 #include "core/session.h"
-#include "core/start.h"
+#include "core/newmodel.h"
 #include "edit/Edit.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/edges.h"

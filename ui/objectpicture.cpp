@@ -12,6 +12,7 @@
 #include "core/session.h"
 #include "tools/Graphics.h"
 #include "tools/objects.h"
+#include "tools/path.h"
 
 static const std::size_t mostfaces = 100000;  // above it the contours stand for the mesh
 
@@ -40,9 +41,10 @@ void objectpicture::takeobject() {
         faces.push_back(f);
     }
     for (int g = ngraphics() + 1; g <= ngraphics() + objgraphcount; ++g) {
-        if (kindof(graphics, g) == kindfree) continue;
+        const auto shape = pathof(graphics, g);
+        if (!shape) continue;
         std::vector<place> line;
-        for (const point3& p : polylineof(graphics, g)) line.push_back({p[0], p[1], p[2]});
+        for (const point3& p : polylineof(*shape)) line.push_back({p[0], p[1], p[2]});
         contours.push_back(std::move(line));
     }
     if (!turned) chooseview();

@@ -5,8 +5,8 @@
 #include <numeric>
 
 #include "core/catalogue.h"
-#include "core/session.h"
 #include "core/newmodel.h"
+#include "core/session.h"
 #include "edit/Edit.h"
 #include "tests/support/recorder.h"
 #include "tests/tools/edges.h"

@@ -153,7 +153,7 @@ void fillet(double radius) {
                  room = std::min(legs[0].length, legs[1].length);
     if (!(cut < room * (1 - 1e-6)))
         refuse("The radius is too large for these lines: it must be below " +
-               numbertext(float(room * std::tan(angle / 2))) + ".");
+               numbertext(std::floor(room * std::tan(angle / 2) * 1e4 + 0.5) / 1e4) + ".");
     std::vector<path> arc;
     if (radius > 0) {
         const point3 half = legs[0].way + legs[1].way;

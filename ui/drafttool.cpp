@@ -17,7 +17,7 @@ namespace {
 
 class drafttooldialog : public QDialog {
   public:
-    drafttooldialog() : QDialog(themainwindow), tool(*valuedtool) {
+    explicit drafttooldialog(drafttool& of) : QDialog(themainwindow), tool(of) {
         setWindowTitle(tool.caption);
         auto* const rows = new QVBoxLayout(this);
         auto* const tip = new QLabel(tool.tip, this);
@@ -95,5 +95,5 @@ class drafttooldialog : public QDialog {
 }  // namespace
 
 QDialog* makedrafttool() {
-    return new drafttooldialog;
+    return new drafttooldialog(valuedtool ? *valuedtool : drafttools().back());
 }

@@ -53,7 +53,7 @@ std::vector<std::string> stepnames(bool back) {
 void showsteps() {
     for (const char* name : {"stepback", "stepforward"}) {
         const action* const row = findaction(name);
-        if (!row->item) continue;
+        if (row == nullptr || !row->item) continue;  // the window is still to come
         const std::vector<std::string> names = row->list();
         const QString what =
             names.empty() ? QObject::tr("nothing to take") : QString::fromStdString(names.front());

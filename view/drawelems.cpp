@@ -164,6 +164,21 @@ static colour labelcolouron(colour fill) {
     return redof(fill) + greenof(fill) + blueof(fill) < middle ? rgb(255, 255, 255) : rgb(0, 0, 0);
 }
 
+// Faces of any colour may lie under a line element: its label brings the ground that it is made
+// for. Labels beside the picture need none.
+static void clearunder(surface& s, const std::string& label) {
+    const double left = s.currentx, top = s.currenty;
+    const double right = left + s.textwidth(label), bottom = top + s.textheight();
+    if (right < 0 || bottom < 0 || left > s.width() || top > s.height()) return;
+    const keptpen pen(&s);
+    s.drawwidth = 1;
+    s.fillsolid = true;
+    s.fillcolor = backcolor;
+    const point2 ground[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    s.polygon(ground, 4, backcolor);
+    s.moveto(left, top);
+}
+
 void drawelementlabel(int e, int nview) {
     if (nview != 1 || undeformed != 1 || elemlabeltype(noelementlabels).checked) return;
     const std::string label = labelof(e);
@@ -178,6 +193,8 @@ void drawelementlabel(int e, int nview) {
     const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };  // a character, in UTF-8
     const double length = double(std::ranges::count_if(label, begins));
     s->moveto(scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0);
+    const bool overfaces = isovercontour(nview) || mnudrawlist(hiddenline).checked;
+    if (!s->fillsolid && overfaces) clearunder(*s, label);
     s->text(label);
 }
 

@@ -143,6 +143,24 @@ TEST(Legend, DividesByOnePowerOfTen) {
     }
 }
 
+TEST(Contour, TheLabelOfABeamBringsItsOwnGround) {
+    plotroom room;
+    const auto& drawn = room.platform.views[0].operations;
+    const auto tells = [](const std::string& o) {
+        return o.starts_with("text") && o.ends_with(" 3");
+    };
+    checkonly(elemlabeltype, elementnumbers);
+    for (const bool over : {false, true}) {
+        if (over) showcontour();
+        drawview(1);
+        const auto label = std::ranges::find_if(drawn, tells);
+        ASSERT_TRUE(label != drawn.begin() && label != drawn.end());
+        const std::string& before = *(label - 1);
+        EXPECT_EQ(before.starts_with("polygon") && before.ends_with("#ffffff #ffffff"), over)
+            << before;
+    }
+}
+
 // Ten boxes one above the other, the highest value on top, labels beside their bounds.
 TEST(Legend, StandsInOrder) {
     plotroom room;

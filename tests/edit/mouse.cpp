@@ -192,6 +192,9 @@ TEST(Mouse, AddedNodesSnapWithinTwiceTheUnitVector) {
     startmode(addnodemode);
     room.click(2, 6.5);  // the node is 3 behind the view plane: out of reach
     ASSERT_EQ(nnodes(), 14);
+    drawview(2);
+    for (const std::string& o : room.platform.views[1].operations)
+        EXPECT_FALSE(o.starts_with("circle") && o.ends_with("#ff0000")) << "no selection: " << o;
     EXPECT_NEAR(nodes(0, 14, 2), 0, 1e-6);
     room.drag(2.6, 6.7, 2.65, 6.72);  // a press that trembles
     EXPECT_NEAR(nodes(0, 15, 0), 2, 1e-6) << "it takes the place of the node before";

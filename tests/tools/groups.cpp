@@ -42,6 +42,10 @@ TEST(Groups, BoxesGoToTheGroupAndBack) {
     form.text[4] = "x";
     choosegroup(form, 1);
     EXPECT_NE(form.message.find("G1, Thickness | Area: \"x\" is no number"), std::string::npos);
+    for (int column = 2; column <= 6; ++column) {
+        editmatrix(form, 6 * (column - 1), std::to_string(column));
+        EXPECT_EQ(form.matrix[std::size_t(column - 1)], std::to_string(column)) << "row 1";
+    }
 }
 
 TEST(Groups, NamesAreUniqueAndCaseCounts) {

@@ -106,7 +106,7 @@ static const double mostlost = 2;  // seconds
 
 static session begin(const fs::path& folder, unsigned seed) {
     fs::create_directories(folder);
-    for (const char* name : {"ELTYP.DAT", "ELDES.DAT"})
+    for (const char* name : {"ELTYP.DAT", "ELDES.DAT", "decmem.DAT"})
         fs::copy_file(std::string(KALVANE_SOURCE_DIR "/data/") + name, folder / name,
                       fs::copy_options::overwrite_existing);
     int ends[2];

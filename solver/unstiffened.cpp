@@ -322,12 +322,14 @@ struct letgo {
 
 // Forces or moments of a node or body along a held direction. Of a plane that is flat to an angle,
 // a load in it has a part across it that is noise; a little more than that is told, much more would
-// have to be carried.
-static void checkpart(double part, double whole, double angle, double noload, int node, int dof,
-                      const std::string& casename, letgo& gone) {
+// have to be carried. Loads of elements that cancel at a node leave the noise of each: it compares
+// with the largest of their kind, which stands where none cancels them.
+static void checkpart(double part, double whole, double angle, double noload, double largest,
+                      int node, int dof, const std::string& casename, letgo& gone) {
     const double noise = std::max(1e-4, 2 * angle), mostletgo = 1e-2;
     const double little = 1e6 * noload;  // what is left of loads in a plane that cancel
     if (part < whole) whole = std::max(whole, little);
+    if (angle > 1.5 * leastangle && part <= 2 * angle * largest) return;
     if (part <= std::max(noload, noise * whole)) return;
     if (part > mostletgo * whole) refuseload(node, dof, casename);
     ++gone.count;
@@ -381,26 +383,33 @@ vec6 heldload(const model& m, const dofmap& d, const double* f) {
 void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& angle,
                     const double* f, int lc, runlog& log) {
     const std::string& casename = m.cases[std::size_t(lc)].name;
-    double largest = 0;
-    for (int i = 0; i < d.dofs(); ++i) largest = std::max(largest, std::fabs(f[i]));
-    const double noload = 1e-9 * largest;
+    double force = 0, moment = 0;  // the largest
+    for (int i = 0; i < d.dofs(); ++i) {
+        double& kind = d.code[i % d.pernode] > 3 ? moment : force;
+        kind = std::max(kind, std::fabs(f[i]));
+    }
+    const double noload = 1e-9 * std::max(force, moment);
     letgo gone;
     for (int i = 0; i < d.dofs(); ++i) {
         if (!d.heldplain[std::size_t(i)] || std::fabs(f[i]) <= noload) continue;
         const int n = i / d.pernode + 1, k = i % d.pernode;
-        checkpart(std::fabs(f[i]), loadat(d, f, n, k), angle[std::size_t(n)], noload, n, d.code[k],
-                  casename, gone);
+        checkpart(std::fabs(f[i]), loadat(d, f, n, k), angle[std::size_t(n)], noload,
+                  d.code[k] > 3 ? moment : force, n, d.code[k], casename, gone);
     }
     for (const helddirection& h : d.held) {
-        const vec6 force = forceon(m, d, h, f);
-        const double part = std::fabs(force.dot(h.direction));
+        const vec6 load = forceon(m, d, h, f);
+        const double part = std::fabs(load.dot(h.direction));
         if (part <= noload) continue;
         int at = 0;
         h.direction.cwiseAbs().maxCoeff(&at);
         const bool body = d.bodyof[std::size_t(h.owner)] >= 0;
         const int dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
         const double whole = body ? part : loadat(d, f, h.owner, at);
-        checkpart(part, whole, angle[std::size_t(h.owner)], noload, h.owner, dof, casename, gone);
+        checkpart(part, whole, angle[std::size_t(h.owner)], noload,
+                  body      ? 0
+                  : dof > 3 ? moment
+                            : force,
+                  h.owner, dof, casename, gone);
     }
     if (gone.count == 0) return;
     log.warn("Load case \"" + casename + "\": " + std::to_string(gone.count) +

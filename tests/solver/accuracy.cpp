@@ -29,10 +29,13 @@ static std::vector<placing> placings() {
                                   Eigen::AngleAxisd(M_PI / 6, vec3::UnitZ()).toRotationMatrix() *
                                       Eigen::AngleAxisd(M_PI / 2, vec3::UnitX()).toRotationMatrix(),
                                   vec3::Zero()}};
-    for (const double far : {0.0, 3e5}) {
-        const vec3 axis = vec3(some(random), some(random), some(random)).normalized();
+    // One draw a line: the order in which arguments are evaluated is the compiler's own.
+    for (const double far : {0.0, 3e5, 0.0, 3e5, 0.0, 3e5}) {
+        vec3 axis;
+        for (double& a : axis) a = some(random);
+        const double angle = 3 * some(random);
         list.push_back({far > 0 ? "any, far" : "any",
-                        Eigen::AngleAxisd(3 * some(random), axis).toRotationMatrix(),
+                        Eigen::AngleAxisd(angle, axis.normalized()).toRotationMatrix(),
                         far * vec3(1, -0.7, 0.4)});
     }
     return list;

@@ -183,6 +183,8 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     tellcases(m, log);
     log.line(std::string(m.twod ? "2-D" : "3-D") + " analysis, anadof " + std::to_string(anadof));
     checkcontents(m);
+    m.slip.clear();  // of a run before; the model may have grown since
+    m.curve.clear();
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     warnfaraway(m, s, log);

@@ -134,9 +134,15 @@ std::string meshname(int type, int nx, int ny) {
 
 // --- a new page ---------------------------------------------------------------------------------
 
+// In the order of the page, whatever the order of the tests; new rows come last.
 static std::string newpage() {
     std::string text = page();
-    for (const auto& [chapter, rows] : proved()) {
+    for (auto& [chapter, rows] : proved()) {
+        const auto place = [&, known = told(chapter)](const std::string& row) {
+            return std::ranges::find_if(known, [&](const auto& k) { return samerow(k, row); }) -
+                   known.begin();
+        };
+        std::ranges::stable_sort(rows, {}, place);
         std::string lines;
         for (const std::string& row : rows) lines += row + "\n";
         const auto [begin, end] = placeof(text, chapter);
@@ -147,7 +153,7 @@ static std::string newpage() {
 
 static bool samerows() {
     for (const auto& [chapter, rows] : proved())
-        if (!std::ranges::equal(told(chapter), rows, samerow)) return false;
+        if (!std::ranges::is_permutation(told(chapter), rows, samerow)) return false;
     return true;
 }
 

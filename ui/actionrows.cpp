@@ -462,7 +462,7 @@ static void addadd(actionrows& t) {
                 .caption = tool.caption,
                 .icon = tool.icon,
                 .run = [&tool] { choosedraft(tool); },
-                .places = {{"draftbar", ++place}},
+                .places = {{"draftbar", place++}},
                 .checked = [&tool] { return isdrafting(tool); },
                 .tip = tool.tip}});
 }

@@ -40,7 +40,7 @@ static const std::map<std::string, const char*> outlines = {
     {"circle", "A 3 5 18 18 20 140 + = C 4 11 2 C 20 11 2 C 12 5 2"},
     {"rectangle", "R 4 6 16 12 + = C 4 18 2 C 20 6 2"},
     {"fullcircle", "C 12 12 8 + = C 12 12 2 C 20 12 2"},
-    {"arccentre", "A 2 6 26 26 0 90 + = C 15 19 2 C 15 6 2 M 15 19 L 15 6 C 21 19 2"},
+    {"arccentre", "A -10 6 28 28 0 90 + M 4 6 L 4 20 L 18 20 = C 4 20 2 C 18 20 2"},
     {"fillet", "M 4 21 L 4 12 M 12 4 L 21 4 + A 4 4 16 16 90 90"},
     {"offset", "M 4 20 L 10 6 L 21 6 + M 9 20 L 14 11 L 21 11"},
     {"split", "M 3 17 L 10 13 M 14 11 L 21 7 + M 9 5 L 15 19"},

@@ -9,7 +9,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTabBar>
@@ -48,6 +50,18 @@ struct modelsignature {
     }
 };
 
+// The style of the program with little space beside the captions, so that both strips show all.
+class narrowtabs : public QProxyStyle {
+  public:
+    explicit narrowtabs(QWidget* owner) : QProxyStyle(QApplication::style()->name()) {
+        setParent(owner);
+    }
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        return metric == PM_TabBarTabHSpace ? 10 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
 class numintdialog : public QDialog {
   public:
     numintdialog() : QDialog(themainwindow), form(opennumint()), seen(modelsignature::now()) {
@@ -68,7 +82,7 @@ class numintdialog : public QDialog {
         rows->addLayout(row);
         wireright();
         addsteps();
-        resize(1160, 520);
+        resize(std::min(1340, screen()->availableGeometry().width() - 16), 520);
         grid[1]->setFocus();
         follower = new QTimer(this);
         connect(follower, &QTimer::timeout, this,
@@ -98,6 +112,7 @@ class numintdialog : public QDialog {
         const QString number = QString("(%1)").arg(nt);
         tabs[nt] = new QTabBar(side);
         tabs[nt]->setObjectName("TabStrip1" + number);
+        tabs[nt]->setStyle(new narrowtabs(tabs[nt]));
         for (const char* caption : tabcaptions) tabs[nt]->addTab(caption);
         rows->addWidget(tabs[nt]);
         grid[nt] = new gridview(side);
@@ -158,10 +173,9 @@ class numintdialog : public QDialog {
         newtool(row, "CsvIn", "CSV in...", "A file into the right table", [this] { csvin(); });
         rows->addLayout(row);
         connect(find, &QLineEdit::returnPressed, this, guardedhandler([this] { findtext(); }));
-        connect(filter, &QLineEdit::returnPressed, this, guardedhandler([this] {
-                    filterby(form, 1, filter->text().toStdString(), column(1));
-                    reshow(1);
-                    showform();
+        connect(filter, &QLineEdit::returnPressed, this, guardedhandler([this] { filterrows(); }));
+        connect(filter, &QLineEdit::textEdited, this, guardedhandler([this](const QString& text) {
+                    if (text.isEmpty()) filterrows();
                 }));
         connect(sum, &QLineEdit::returnPressed, this, guardedhandler([this] { apply(); }));
     }
@@ -273,6 +287,12 @@ class numintdialog : public QDialog {
         menu.addAction("Paste", [this, nt] { paste(nt); });
         menu.addAction("Delete", [this, nt] { erase(nt); });
         menu.exec(grid[nt]->viewport()->mapToGlobal(at));
+    }
+
+    void filterrows() {
+        filterby(form, 1, filter->text().toStdString(), column(1));
+        reshow(1);
+        showform();
     }
 
     void sort() {

@@ -3,7 +3,10 @@
 #include "ui/mainwindow.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMenu>
+#include <QTabBar>
+#include <QTableView>
 
 #include "core/textfile.h"
 #include "edit/Mouseprocedures.h"
@@ -183,6 +186,22 @@ TEST(Mainwindow, AHiddenDialogComesBackWhereItStood) {
         QApplication::processEvents();
         EXPECT_EQ(dialog->pos(), QPoint(120, 90)) << i;
     }
+}
+
+// Both strips of tabs side by side on a screen of 1366, and a filter that is emptied hides nothing.
+TEST(Mainwindow, TheTablesOfNumbersShowAllTheirTabsAndRows) {
+    windowroom room;
+    for (const float x : {1.f, 2.f, 3.f}) addnode(x, 0, 0);
+    QDialog* const dialog = room.open("Numint");
+    EXPECT_LE(2 * dialog->findChild<QTabBar*>("TabStrip1(1)")->sizeHint().width(), 1300);
+    const auto* const rows = dialog->findChild<QTableView*>("Grid1(1)")->model();
+    const int all = rows->rowCount();
+    auto* const filter = dialog->findChild<QLineEdit*>("Filter");
+    filter->setText("nothing");
+    emit filter->returnPressed();
+    EXPECT_LT(rows->rowCount(), all);
+    filter->findChild<QAction*>()->trigger();  // the cross in the box
+    EXPECT_EQ(rows->rowCount(), all);
 }
 
 // However a dialog goes, no selection calls back into it.

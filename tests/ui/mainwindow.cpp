@@ -2,6 +2,7 @@
 // The menu bar, item by item, what locks it, and the least size of the window.
 #include "ui/mainwindow.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
@@ -200,7 +201,7 @@ TEST(Mainwindow, TheTablesOfNumbersShowAllTheirTabsAndRows) {
     filter->setText("nothing");
     emit filter->returnPressed();
     EXPECT_LT(rows->rowCount(), all);
-    filter->findChild<QAction*>()->trigger();  // the cross in the box
+    filter->findChild<QAbstractButton*>()->click();  // the cross in the box
     EXPECT_EQ(rows->rowCount(), all);
 }
 

@@ -39,10 +39,8 @@ class meshdialog : public sidedialog {
         setMinimumWidth(520);
         form = openmesh2d();
         showform();
-        pendingselections().push_back({&edgepending, [this] { edgeended(); }});
         connect(this, &QDialog::finished, this, guardedhandler([this](int) {
-                    std::erase_if(pendingselections(),
-                                  [](const pendingselection& p) { return p.flag == &edgepending; });
+                    waiting.end();
                     closemesh2d(form);
                     addready();
                 }));
@@ -160,6 +158,7 @@ class meshdialog : public sidedialog {
     QPushButton *buttons[4], *generate, *equal;
     QGroupBox* example;
     meshpicture* picture;
+    selectionwait waiting{edgepending, [this] { edgeended(); }};
 };
 
 class meshselect : public QDialog {

@@ -3,14 +3,10 @@
 #include "solver/factor.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <unistd.h>
 
-#include <atomic>
 #include <cmath>
 #include <numeric>
 #include <random>
-#include <thread>
 
 #include "solver/order.h"
 #include "solver/parallel.h"
@@ -134,29 +130,4 @@ TEST(Factor, FindsWhatIsNotDefinite) {
     const double pivot = l.smallestpivot(a, unknown);
     EXPECT_EQ(unknown, last);
     EXPECT_NEAR(pivot * diagonal * unit[std::size_t(last)], 1e-6, 1e-9);
-}
-
-static volatile sig_atomic_t stopped = 0;
-
-// METIS has a handler of its own meanwhile.
-TEST(Order, AStopWhileOrderingReachesTheProgramsOwnHandler) {
-    stopped = 0;
-    const auto former = signal(SIGTERM, [](int) { stopped = 1; });
-    std::atomic<bool> done{false};
-    std::thread stopper([&done, orderer = pthread_self()] {
-        while (!done) {
-            pthread_kill(orderer, SIGTERM);
-            usleep(1000);
-        }
-    });
-    std::string told;
-    std::vector<int> order = ordernodes(boxgraph(120, 120, 1), told), all(order.size());
-    done = true;
-    stopper.join();
-    signal(SIGTERM, former);
-    EXPECT_EQ(stopped, 1);
-    EXPECT_NE(told.find("nested dissection"), told.npos);
-    std::sort(order.begin(), order.end());
-    std::iota(all.begin(), all.end(), 0);
-    EXPECT_EQ(order, all);
 }

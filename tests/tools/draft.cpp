@@ -312,6 +312,7 @@ TEST(Sweeps, MakeShellsOfLinesAndBeamsOfNodes) {
 
 TEST(Draft, CommandsGiveValuesAndPoints) {
     copyroom room;
+    if (modes().empty()) wiremouse();
     if (morecommands().empty()) wiredrafttools();
     activeview = 2;
     runcommand("rec");

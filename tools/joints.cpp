@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The search for ends that meet.
 #include "tools/joints.h"
+#include "tools/spacecells.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,12 +23,12 @@ class endgrid {
     explicit endgrid(const std::vector<int>& members) {
         for (const int g : members)
             for (int end = 1; end <= 2; ++end)
-                cells[keyof(cellof(definitionpoint(graphics, g, end)))].push_back({g, end});
+                cells[keyof(cellof(definitionpoint(graphics, g, end), side))].push_back({g, end});
     }
     // Calls take(end) for the ends nearer than nodetol to a place.
     template <typename Take>
     void around(const point3& at, Take take) const {
-        const cell c = cellof(at);
+        const spacecell c = cellof(at, side);
         for (int i = -1; i <= 1; ++i)
             for (int j = -1; j <= 1; ++j)
                 for (int k = -1; k <= 1; ++k) {
@@ -39,22 +40,6 @@ class endgrid {
     }
 
   private:
-    using cell = std::array<std::int64_t, 3>;
-    cell cellof(const point3& at) const {
-        const double most = 1e18;  // what lies farther off shares the last cells
-        cell c{};
-        for (std::size_t k = 0; k < 3; ++k)
-            c[k] = std::int64_t(std::clamp(std::floor(at[k] / side), -most, most));
-        return c;
-    }
-    static std::uint64_t keyof(const cell& c) {
-        std::uint64_t h = 0;
-        for (const std::int64_t v : c) {
-            h = (h ^ std::uint64_t(v)) * 0x9E3779B97F4A7C15u;
-            h ^= h >> 31;
-        }
-        return h;
-    }
     double side = nodetol > 0 ? nodetol*(1 + 1e-6) : 1;
     std::unordered_map<std::uint64_t, std::vector<pieceend>> cells;
 };

@@ -21,6 +21,7 @@
 #include "tools/enterbuffers.h"
 #include "tools/genmesh.h"
 #include "tools/meshcheck.h"
+#include "tools/spacecells.h"
 
 void ownelements(int p, int first, int last) {
     for (int e = first; e <= last; ++e) elempatch(e) = p;
@@ -35,11 +36,11 @@ class middles {
   public:
     middles() {
         for (int e = 1; e <= nelems(); ++e)
-            if (nodesoftype(elems(e, 0)) > 1) cells[keyof(cellof(middle(e)))].push_back(e);
+            if (nodesoftype(elems(e, 0)) > 1) cells[keyof(cellof(middle(e), side))].push_back(e);
     }
     // An element of this type there that no patch has yet; 0 for none.
     int take(float type, const point3& at) const {
-        const auto c = cellof(at);
+        const auto c = cellof(at, side);
         for (int i = -1; i <= 1; ++i)
             for (int j = -1; j <= 1; ++j)
                 for (int k = -1; k <= 1; ++k) {
@@ -54,7 +55,6 @@ class middles {
     }
 
   private:
-    using cell = std::array<std::int64_t, 3>;
     static point3 middle(int e) {
         const int corners = nodesoftype(elems(e, 0));
         point3 sum{};
@@ -62,21 +62,6 @@ class middles {
             for (long axis = 0; axis < 3; ++axis)
                 sum[std::size_t(axis)] += nodes(0, long(elems(e, k)), axis) / corners;
         return sum;
-    }
-    cell cellof(const point3& at) const {
-        const double most = 1e18;
-        cell c{};
-        for (std::size_t k = 0; k < 3; ++k)
-            c[k] = std::int64_t(std::clamp(std::floor(at[k] / side), -most, most));
-        return c;
-    }
-    static std::uint64_t keyof(const cell& c) {
-        std::uint64_t h = 0;
-        for (const std::int64_t v : c) {
-            h = (h ^ std::uint64_t(v)) * 0x9E3779B97F4A7C15u;
-            h ^= h >> 31;
-        }
-        return h;
     }
     double side = nodetol > 0 ? nodetol : 1;
     std::unordered_map<std::uint64_t, std::vector<int>> cells;

@@ -129,6 +129,8 @@ sessionroom::sessionroom() {
     notesaved();
     previewbuffers = false;  // what the test before may have left
     stressglobal = 0;
+    commenttext.clear();
+    commentvisible = false;
     vieww = 20;
     viewh = 10;
 }

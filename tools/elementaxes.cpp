@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Distributed loads of elements whose axes turn.
+// Turns of elements, and their distributed loads.
 #include "tools/elementaxes.h"
 
+#include <algorithm>
 #include <cmath>
 
+#include "core/catalogue.h"
+#include "core/model.h"
 #include "view/localaxes.h"
 
 elementaxes axesofelement(int e) {
@@ -26,4 +29,119 @@ std::vector<elementloadrow> turnedload(const elementloadrow& row, const elementa
         rows.push_back({row.element, k, part});
     }
     return rows.empty() ? std::vector{row} : rows;
+}
+
+// --- node order ---------------------------------------------------------------------------------
+
+// The ends of a line have changed places: a release stays with its node.
+static void swapends(int e) {
+    if (nodesoftype(elems(e, 0)) != 2) return;
+    std::ranges::swap_ranges(endrelease.row(e, 1), endrelease.row(e, 2));
+}
+
+void rotatenodes(int e) {
+    const auto row = elems.row(e);
+    const int count = nodesoftype(row[0]);
+    if (count > 1) std::rotate(row.begin() + 1, row.begin() + 2, row.begin() + 1 + count);
+    swapends(e);
+}
+
+void mirrornodes(int e) {
+    const auto row = elems.row(e);
+    std::reverse(row.begin() + 1, row.begin() + 1 + nodesoftype(row[0]));
+    swapends(e);
+    rotatenodes(e);
+    rotatenodes(e);
+    if (rotpo(e) != 0) rotpo(e) = -rotpo(e);
+}
+
+// --- loads that follow --------------------------------------------------------------------------
+
+namespace {
+
+// Elements as they were before a turn.
+struct turnedelement {
+    int e;
+    elementaxes axes;
+    std::array<float, 5> row;
+    double rotation;
+    std::array<float, 14> release;  // of both ends
+};
+
+struct turnedrows {
+    std::vector<elementloadrow> rows;
+    int changed = 0;
+};
+
+}  // namespace
+
+static turnedelement keptelement(int e) {
+    turnedelement kept{e, axesofelement(e), {}, rotpo(e), {}};
+    std::ranges::copy(elems.row(e), kept.row.begin());
+    const auto rest = std::ranges::copy(endrelease.row(e, 1), kept.release.begin()).out;
+    std::ranges::copy(endrelease.row(e, 2), rest);
+    return kept;
+}
+
+static void putback(const turnedelement& kept) {
+    std::ranges::copy(kept.row, elems.row(kept.e).begin());
+    rotpo(kept.e) = kept.rotation;
+    const auto ends = kept.release.begin() + 7;
+    std::copy(kept.release.begin(), ends, endrelease.row(kept.e, 1).begin());
+    std::copy(ends, kept.release.end(), endrelease.row(kept.e, 2).begin());
+}
+
+// The loads of a case; place: of each element among the turned ones, -1 for the others.
+static turnedrows turnedcase(int lc, const std::vector<int>& place,
+                             const std::vector<turnedelement>& before) {
+    turnedrows turned;
+    for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
+        const elementloadrow row = {int(elemload(lc, i, 0)), int(elemload(lc, i, 1)),
+                                    double(elemload(lc, i, 2))};
+        const int at =
+            row.element >= 1 && row.element <= nelems() ? place[std::size_t(row.element)] : -1;
+        if (at < 0 || row.direction < 1 || row.direction > 3) {
+            turned.rows.push_back(row);
+            continue;
+        }
+        const auto parts =
+            turnedload(row, before[std::size_t(at)].axes, axesofelement(row.element));
+        turned.changed +=
+            parts.size() != 1 || parts[0].direction != row.direction || parts[0].value != row.value;
+        turned.rows.insert(turned.rows.end(), parts.begin(), parts.end());
+    }
+    return turned;
+}
+
+int turnwithloads(const std::vector<int>& meant, const std::function<void(int)>& turn) {
+    std::vector<int> place(std::size_t(nelems()) + 1, -1);
+    std::vector<turnedelement> before;
+    for (const int e : meant) {
+        place[std::size_t(e)] = int(before.size());
+        before.push_back(keptelement(e));
+        turn(e);
+    }
+    std::vector<turnedrows> cases;
+    bool fits = true;
+    int changed = 0;
+    for (int lc = 1; lc <= nlc(); ++lc) {
+        cases.push_back(turnedcase(lc, place, before));
+        fits = fits && long(cases.back().rows.size()) <= elemload.upper2;
+        changed += cases.back().changed;
+    }
+    if (!fits) {
+        for (const turnedelement& kept : before) putback(kept);
+        return -1;
+    }
+    for (int lc = 1; lc <= nlc(); ++lc) {
+        int i = 0;
+        for (const elementloadrow& row : cases[std::size_t(lc) - 1].rows) {
+            ++i;
+            elemload(lc, i, 0) = float(row.element);
+            elemload(lc, i, 1) = float(row.direction);
+            elemload(lc, i, 2) = float(row.value);
+        }
+        elemload(lc, 0, 0) = float(i);
+    }
+    return changed;
 }

@@ -19,5 +19,5 @@ struct modifyelemform {
 modifyelemform openmodifyelem();
 // The OK command. Elements whose type has another number of nodes than the target type are not
 // changed, nor any other with them: the message tells. Loads of elements whose corners turn keep
-// their direction in space.
-void applymodifyelem(modifyelemform& form);
+// their direction in space, and the message says how many rows changed for that.
+void modselelem(modifyelemform& form);

@@ -35,9 +35,7 @@ class modifydialog : public QDialog {
         rows->addWidget(frame);
         rotate = check(rows, "Check1", "Rotate local axes");
         mirror = check(rows, "Check2", "Mirror local axes");
-        message = new QLabel(this);
-        message->setObjectName("message");
-        rows->addWidget(message);
+        message = newmessageline("message", this, rows);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);
         QPushButton* const ok = newbutton("Command1", "OK", this, row);
@@ -70,7 +68,8 @@ class modifydialog : public QDialog {
         form.togroup = togroup->currentIndex();
         form.rotate = rotate->isChecked();
         form.mirror = mirror->isChecked();
-        applymodifyelem(form);
+        modselelem(form);
+        showlist(fromtype, form.fromtypes, form.fromtype);
         message->setText(qtext(form.message));
     }
 

@@ -143,7 +143,7 @@ class randomuser {
         modifyelemform form = openmodifyelem();
         form.togroup = int(upto(std::size_t(ngroups())));
         form.mirror = upto(1) == 0;
-        applymodifyelem(form);
+        modselelem(form);
     }
     void loadcase() {
         loadcaseform form = openloadkees();

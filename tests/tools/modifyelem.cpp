@@ -35,21 +35,32 @@ TEST(Modifyelem, TypeAndGroupOfThoseThatAreMeant) {
     form.fromtype = 1;  // MEMB4
     form.totype = findtype("PLATE4");
     form.fromgroup = 2;  // no MEMB4 in it
-    applymodifyelem(form);
+    modselelem(form);
     EXPECT_EQ(room.nameof(1), "MEMB4");
     form.fromgroup = 1;
     form.togroup = 2;
-    applymodifyelem(form);
+    modselelem(form);
     EXPECT_EQ(room.nameof(1), "PLATE4");
+    EXPECT_EQ(form.message, "Element succesfully Modified!");
+    EXPECT_EQ(form.fromtypes,
+              (std::vector<std::string>{"All", "PLATE4", "SHELL4", "MEMB3", "TRUSS"}));
+    EXPECT_EQ(form.fromtype, 0) << "no MEMB4 is selected any more";
     EXPECT_EQ(egroup(1), 2);
     EXPECT_EQ(egroup(3), 1);
     EXPECT_EQ(room.nameof(2), "SHELL4");
     for (const int from : {3, 0}) {  // another number of nodes
         form.fromtype = from;
-        applymodifyelem(form);
+        modselelem(form);
         EXPECT_EQ(form.message, "Element types not compatible!") << from;
         EXPECT_EQ(room.nameof(3), "MEMB3");
     }
+    form.fromtype = 3;
+    form.fromgroup = 2;  // none of these is meant, the types fit no better
+    modselelem(form);
+    EXPECT_EQ(form.message, "Element types not compatible!");
+    elemsel(0) = 0;
+    modselelem(form);
+    EXPECT_EQ(form.message, "") << "nothing happens without a selection";
 }
 
 TEST(Modifyelem, TurnsAndMirrorsTheNodes) {
@@ -57,12 +68,12 @@ TEST(Modifyelem, TurnsAndMirrorsTheNodes) {
     rotpo(1) = 0.5;
     modifyelemform form = openmodifyelem();
     form.rotate = true;
-    applymodifyelem(form);
+    modselelem(form);
     EXPECT_EQ(room.corners(1), (std::vector<int>{2, 3, 4, 1}));
     EXPECT_EQ(room.corners(3), (std::vector<int>{2, 3, 1}));
     form.rotate = false;
     form.mirror = true;
-    applymodifyelem(form);
+    modselelem(form);
     EXPECT_EQ(room.corners(1), (std::vector<int>{3, 2, 1, 4}));
     EXPECT_EQ(rotpo(1), -0.5);
 }
@@ -96,7 +107,7 @@ TEST(Modifyelem, LoadsAndReleasesStayWhereTheyPoint) {
         for (int e = 1; e <= 4; ++e) before.push_back(loadon(e));
         form.mirror = mirror;
         form.rotate = !mirror;
-        applymodifyelem(form);
+        modselelem(form);
         EXPECT_EQ(endrelease(4, mirror ? 1 : 2, 5), 1) << "with its node";
         for (int e = 1; e <= 4; ++e)
             EXPECT_LT(lengthof(loadon(e) - before[std::size_t(e) - 1]), 1e-4) << e << mirror;
@@ -106,7 +117,27 @@ TEST(Modifyelem, LoadsAndReleasesStayWhereTheyPoint) {
     for (int i = 1; i <= modelsize(sizeconditions); ++i) elemload(1, i, 0) = elemload(1, i, 1) = 2;
     form.mirror = false;
     form.rotate = true;
-    applymodifyelem(form);
+    modselelem(form);
     EXPECT_NE(form.message.find("nothing was changed"), std::string::npos);
     EXPECT_EQ(room.corners(2), corners);
+    EXPECT_EQ(endrelease(4, 1, 5), 1) << "turned back with the rest";
+}
+
+TEST(Modifyelem, TellsHowManyLoadRowsWereTurned) {
+    sessionroom room;
+    const float square[][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    for (const auto& at : square) addnode(at[0], at[1], 0);
+    addelement(findtype("SHELL4"), {1, 2, 3, 4}, 1);
+    elemsel(0) = elemsel(1) = 1;
+    elemload(1, 0, 0) = elemload(1, 1, 0) = 1;
+    elemload(1, 1, 1) = 3;
+    elemload(1, 1, 2) = 10;
+    modifyelemform form = openmodifyelem();
+    form.rotate = true;  // about the normal, along which the pressure acts
+    modselelem(form);
+    EXPECT_EQ(form.message, "Element succesfully Modified!");
+    form.mirror = true;
+    modselelem(form);
+    EXPECT_NE(form.message.find("! 1 load row was turned"), std::string::npos) << form.message;
+    EXPECT_EQ(elemload(1, 1, 2), -10);
 }

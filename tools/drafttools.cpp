@@ -333,7 +333,13 @@ void startdraft(drafttool& tool) {
     promptnext();
 }
 
+// The button is grey while a dialog waits.
 static void runtext(drafttool& tool, const std::string& text) {
+    if (singleel || isselectionpending()) {
+        theplatform().message("A dialog waits for what is selected; end that with <ESC> first",
+                              icons::exclamation);
+        return;
+    }
     std::vector<std::string> fields;
     std::string rest = text.substr(3);
     if (!rest.empty() && rest.front() == '=') rest.erase(0, 1);

@@ -114,15 +114,15 @@ static bool isfree() {
 }
 
 static bool isattributable() {
-    return isfree() && (nodesel(0) != 0 || elemsel(0) != 0);
+    return !isheld() && (nodesel(0) != 0 || elemsel(0) != 0);
 }
 
 static bool iselementselected() {
-    return isfree() && elemsel(0) != 0;
+    return !isheld() && elemsel(0) != 0;
 }
 
 static bool isgraphicselected() {
-    return isfree() && graphsel(0, 0) != 0;
+    return !isheld() && graphsel(0, 0) != 0;
 }
 
 // --- kinds of rows ------------------------------------------------------------------------------
@@ -464,6 +464,7 @@ static void addadd(actionrows& t) {
                 .run = [&tool] { choosedraft(tool); },
                 .places = {{"draftbar", place++}},
                 .checked = [&tool] { return isdrafting(tool); },
+                .enabled = [] { return !isheld(); },
                 .tip = tool.tip}});
 }
 

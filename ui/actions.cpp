@@ -63,14 +63,16 @@ void runlisted(const action& row, int number) {
     runas(row, lines.join('\n'), [&row, number] { row.runlisted(number); });
 }
 
-// During an analysis, and while a dialog waits for a selection, nothing may change the model or its
-// files; shortcuts stay away with the menus.
+bool isheld() {
+    return menulock || isselectionpending() || singleel;
+}
+
+// Shortcuts stay away with the menus.
 bool islocked(const std::string& menu) {
     static const char* const locked[] = {"&File",   "&Edit",    "&Add",
                                          "&Define", "A&nalyse", "&Post-Process"};
     const std::string first = menu.substr(0, menu.find('|'));
-    return (menulock || isselectionpending() || singleel) &&
-           std::ranges::any_of(locked, [&](const char* name) { return first == name; });
+    return isheld() && std::ranges::any_of(locked, [&](const char* name) { return first == name; });
 }
 
 bool isallowed(const action& row) {

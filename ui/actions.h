@@ -51,4 +51,7 @@ void runaction(const action& row);
 void runlisted(const action& row, int number);  // with an entry of its list, from 1
 // May it be done now?
 bool isallowed(const action& row);
+// During an analysis, and while a dialog waits for a selection or for nodes, nothing may change the
+// model or its files.
+bool isheld();
 bool islocked(const std::string& menu);

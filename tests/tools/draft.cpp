@@ -315,6 +315,10 @@ TEST(Draft, CommandsGiveValuesAndPoints) {
     if (modes().empty()) wiremouse();
     if (morecommands().empty()) wiredrafttools();
     activeview = 2;
+    singleel = true;  // a dialog waits for nodes
+    runcommand("rec");
+    EXPECT_TRUE(room.platform.toldpart("A dialog waits")) << "and keeps its mode";
+    singleel = false;
     runcommand("rec");
     runcommand("ax=0;0;0");
     runcommand("ax=4;3;0");

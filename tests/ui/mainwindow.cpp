@@ -68,6 +68,7 @@ TEST(Mainwindow, AnAnalysisLocksWhatChangesModelOrFiles) {
         for (const auto& [array, i] : {std::pair("mnuFileItem", 1), std::pair("mnuEditItem", 1),
                                        std::pair("menuanalyseitem", 2)})
             EXPECT_EQ(menuaction(array, i)->isEnabled(), !locked) << "its shortcut stays away";
+        EXPECT_EQ(isallowed(*findaction("rec")), !locked) << "a drawing tool";
         QWidget parent;
         for (const QAction* item : popupmenu(2, &parent)->actions())
             EXPECT_FALSE(locked && item->isEnabled()) << item->text().toStdString();

@@ -71,13 +71,14 @@ static int turnnodes(const modifyelemform& form, const std::vector<int>& meant) 
     });
 }
 
-// The types of the selection may be others now; what was chosen stays chosen where it still stands.
-static void relist(modifyelemform& form) {
+// The types of the selection are others now. A chosen one that is gone became the target type.
+static void relist(modifyelemform& form, int totype) {
     const std::string chosen = form.fromtypes[std::size_t(form.fromtype)];
-    form.fromtype = 0;
     listtypes(form);
-    if (const auto at = std::ranges::find(form.fromtypes, chosen); at != form.fromtypes.end())
-        form.fromtype = int(at - form.fromtypes.begin());
+    const auto& list = form.fromtypes;
+    auto at = std::ranges::find(list, chosen);
+    if (at == list.end()) at = std::ranges::find(list, eltypname(totype));
+    form.fromtype = at == list.end() ? 0 : int(at - list.begin());
 }
 
 void modselelem(modifyelemform& form) {
@@ -101,7 +102,7 @@ void modselelem(modifyelemform& form) {
         if (totype != 0) elems(e, 0) = float(totype);
         if (form.togroup != 0) egroup(e) = form.togroup;
     }
-    if (totype != 0) relist(form);
+    if (totype != 0) relist(form, totype);
     form.message = "Element succesfully Modified!";
     if (turned > 0)
         form.message += " " + numbertext(turned) +

@@ -44,7 +44,7 @@ TEST(Modifyelem, TypeAndGroupOfThoseThatAreMeant) {
     EXPECT_EQ(form.message, "Element succesfully Modified!");
     EXPECT_EQ(form.fromtypes,
               (std::vector<std::string>{"All", "PLATE4", "SHELL4", "MEMB3", "TRUSS"}));
-    EXPECT_EQ(form.fromtype, 0) << "no MEMB4 is selected any more";
+    EXPECT_EQ(form.fromtype, 1) << "no MEMB4 is selected any more, the same elements are meant";
     EXPECT_EQ(egroup(1), 2);
     EXPECT_EQ(egroup(3), 1);
     EXPECT_EQ(room.nameof(2), "SHELL4");

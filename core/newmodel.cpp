@@ -19,7 +19,7 @@ void defaultloadcase(int lc) {
     lcpar(lc, accelementmass) = 1;
 }
 
-void newloadcase() {
+static void newloadcase() {
     curlc = 1;
     loadnode(0, 0) = 1;
     loadnode(1, 0) = 0;

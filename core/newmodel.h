@@ -3,7 +3,6 @@
 #pragma once
 
 // The parts of a new model, each put into its first row.
-void newloadcase();
 void newcombination();
 void newgroup();
 void defaultgroup(int g);      // the steel of a model in millimetres and newtons

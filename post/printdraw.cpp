@@ -101,7 +101,7 @@ std::string footleft() {
     return text;
 }
 
-std::string footright() {
+static std::string footright() {
     char day[40];
     const std::time_t now = std::time(nullptr);
     std::strftime(day, sizeof day, "%Y-%m-%d %H:%M", std::localtime(&now));

@@ -12,6 +12,5 @@ void menuprint();
 // the model is scaled to the paper. Views and colours are as before afterwards.
 void printview();
 
-// The foot line: model, combination or mode on show, program and date.
+// The left part of the foot line: model, combination or mode on show.
 std::string footleft();
-std::string footright();

@@ -130,6 +130,48 @@ class outlineengine : public QIconEngine {
     const char* outline;
 };
 
+class outlinewords {
+  public:
+    explicit outlinewords(const char* outline)
+        : words(QString(outline).split(' ', Qt::SkipEmptyParts)) {}
+    QString next() { return words.value(at++); }  // empty at the end
+    // What a word and its numbers draw.
+    void addshape(QPainterPath& path, const QString& word) {
+        if (word == "M") path.moveTo(point());
+        if (word == "L") path.lineTo(point());
+        if (word == "Z") path.closeSubpath();
+        if (word == "C") {
+            const QPointF centre = point();
+            const double r = number();
+            path.addEllipse(centre, r, r);
+        }
+        if (word == "R") path.addRect(box());
+        if (word == "A") {
+            const QRectF around = box();
+            const double start = number(), sweep = number();
+            path.arcMoveTo(around, start);
+            path.arcTo(around, start, sweep);
+        }
+        if (word == "Q") {
+            const QPointF control = point();
+            path.quadTo(control, point());
+        }
+    }
+
+  private:
+    double number() { return next().toDouble(); }
+    QPointF point() {
+        const double x = number();
+        return {x, number()};
+    }
+    QRectF box() {
+        const QPointF corner = point(), size = point();
+        return {corner, QSizeF(size.x(), size.y())};
+    }
+    QStringList words;
+    int at = 0;
+};
+
 void outlineengine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) {
     const double grid = 24;
     const QPalette palette = QApplication::palette();
@@ -149,46 +191,15 @@ void outlineengine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode
         painter->drawPath(path);
         path = QPainterPath();
     };
-    const QStringList words = QString(outline).split(' ', Qt::SkipEmptyParts);
-    for (int i = 0; i < words.size(); ++i) {
-        const QString word = words[i];
-        const auto value = [&] { return words.value(++i).toDouble(); };
-        const auto next = [&] {
-            const double x = value();
-            return QPointF(x, value());
-        };
-        if (word == "M") path.moveTo(next());
-        if (word == "L") path.lineTo(next());
-        if (word == "Z") path.closeSubpath();
-        if (word == "C") {
-            const QPointF centre = next();
-            const double r = value();
-            path.addEllipse(centre, r, r);
+    outlinewords words(outline);
+    for (QString word = words.next(); !word.isEmpty(); word = words.next()) {
+        if (word != "+" && word != "=") {
+            words.addshape(path, word);
+            continue;
         }
-        if (word == "R" || word == "A") {
-            const QPointF corner = next();
-            const QPointF size = next();
-            const QRectF box(corner, QSizeF(size.x(), size.y()));
-            if (word == "R") {
-                path.addRect(box);
-            } else {
-                const double start = value(), sweep = value();
-                path.arcMoveTo(box, start);
-                path.arcTo(box, start, sweep);
-            }
-        }
-        if (word == "Q") {
-            const QPointF control = next();
-            path.quadTo(control, next());
-        }
-        if (word == "+") {
-            draw();
-            colour = accent;
-        }
-        if (word == "=") {
-            draw();
-            filled = true;
-        }
+        draw();
+        if (word == "+") colour = accent;
+        if (word == "=") filled = true;
     }
     draw();
     painter->restore();

@@ -55,7 +55,8 @@ static QString quotedtext(const QString& line, int& i) {
     return text;
 }
 
-QStringList scriptwords(const QString& line) {
+// Words of a script line; a text in double quotes is one word.
+static QStringList scriptwords(const QString& line) {
     QStringList words;
     for (int i = 0; i < line.size();) {
         if (line[i].isSpace()) {

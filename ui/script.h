@@ -50,8 +50,6 @@ const std::vector<scriptverb>& scriptverbs();
 
 // A text of a file as a terminal may have it: control characters as "\x1b".
 QString onterminal(const QString& text);
-// Words of a script line; a text in double quotes is one word.
-QStringList scriptwords(const QString& line);
 // Value of the model or the session by name: "nnodes", "nodes(0,3,1)", "lcname(2)". False when
 // there is no such name. `expect` and `print` know besides what a control of an open dialog shows,
 // by "FORM.CONTROL".

@@ -106,9 +106,8 @@ static void addmodel(valuetable& table) {
     for (const modelscalar& row : modelscalars()) add(row.name, row.value);
 }
 
-static valuetable filltable() {
-    valuetable table = {
-        // model
+static void addcounts(valuetable& table) {
+    table.insert({
         NAMED(modelsize),
         {"nnodes", computed([] { return numbertext(nnodes()); })},
         {"nelems", computed([] { return numbertext(nelems()); })},
@@ -117,13 +116,21 @@ static valuetable filltable() {
         {"nlc", computed([] { return numbertext(nlc()); })},
         {"ncomb", computed([] { return numbertext(ncomb()); })},
         {"npatches", computed([] { return numbertext(int(patches(0, 0, 0))); })},
-        // catalogue and labels
+    });
+}
+
+static void addcatalogue(valuetable& table) {
+    table.insert({
         NAMED(eltypname),
         NAMED(eltypnodes),
         NAMED(eltypdes),
         NAMED(lckindname),
         NAMED(lcsubname),
-        // groups and sections
+    });
+}
+
+static void addtools(valuetable& table) {
+    table.insert({
         NAMED(mesheltype),
         NAMED(meshtype),
         NAMED(meshok),
@@ -137,7 +144,11 @@ static valuetable filltable() {
         {"snapon", computed([] { return std::string(MnuSelectItem(5).checked ? "-1" : "0"); })},
         NAMED(sectscale),
         {"sectcount", computed([] { return numbertext(sectcount); })},
-        // session
+    });
+}
+
+static void addsession(valuetable& table) {
+    table.insert({
         NAMED(apptitle),
         NAMED(modelname),
         NAMED(previousname),
@@ -157,6 +168,21 @@ static valuetable filltable() {
         NAMED(dolinestress),
         NAMED(dofestress),
         NAMED(elemmassflag),
+        NAMED(automergenodes),
+        NAMED(automergeelems),
+        NAMED(renumbersave),
+        NAMED(stressglobal),
+        {"stepback", computed([] { return nextof(stepsback(1)); })},
+        {"stepforward", computed([] { return nextof(stepsforward(1)); })},
+        {"resultstale", computed([] { return std::string(isstaleshown() ? "-1" : "0"); })},
+        {"statusline", computed([] { return statusline(); })},
+        {"message", computed([] { return theqtplatform().lastmessage; })},
+        {"title", computed([] { return theqtplatform().title; })},
+    });
+}
+
+static void addmodes(valuetable& table) {
+    table.insert({
         NAMED(addnodemode),
         NAMED(addelemmode),
         NAMED(drawline),
@@ -173,10 +199,14 @@ static valuetable filltable() {
         NAMED(editing),
         NAMED(singleel),
         NAMED(ptcount),
-        NAMED(automergenodes),
-        NAMED(automergeelems),
-        NAMED(renumbersave),
-        NAMED(stressglobal),
+        {"drawlinemode", valueof(drawline)},
+        {"drawcirclemode", valueof(drawcircle)},
+        {"drawcurvemode", valueof(drawcurve)},
+    });
+}
+
+static void addmenus(valuetable& table) {
+    table.insert({
         NAMED(MnuSelectItem),
         NAMED(Mnuadditem),
         NAMED(mnuSettingsItem),
@@ -185,69 +215,34 @@ static valuetable filltable() {
         NAMED(Nodelabeltype),
         NAMED(elemlabeltype),
         NAMED(menupostItem),
-        {"drawlinemode", valueof(drawline)},
-        {"drawcirclemode", valueof(drawcircle)},
-        {"drawcurvemode", valueof(drawcurve)},
-        {"stepback", computed([] { return nextof(stepsback(1)); })},
-        {"stepforward", computed([] { return nextof(stepsforward(1)); })},
-        {"resultstale", computed([] { return std::string(isstaleshown() ? "-1" : "0"); })},
-        {"statusline", computed([] { return statusline(); })},
-        {"message", computed([] { return theqtplatform().lastmessage; })},
-        {"title", computed([] { return theqtplatform().title; })},
-        // colours
-        NAMED(linecolor),
-        NAMED(backcolor),
-        NAMED(meshcolor),
-        NAMED(nodecolor),
-        NAMED(patchcolor),
-        NAMED(selcolor),
-        NAMED(freecolor),
-        NAMED(graphcolor),
-        NAMED(concolor),
-        NAMED(rotcolor),
-        NAMED(loadcolor),
-        NAMED(momcolor),
-        NAMED(edgecolor),
-        NAMED(defcolor),
-        NAMED(hidcolor),
-        NAMED(nodelabelcolor),
-        NAMED(elemlabelcolor),
-        NAMED(drawcolor),
-        NAMED(labelsize),
-        // views
-        NAMED(viewptx),
-        NAMED(viewpty),
-        NAMED(viewptz),
-        NAMED(viewvert),
-        NAMED(viewhor),
-        NAMED(viewscale),
-        NAMED(viewdist),
-        NAMED(viewaw),
-        NAMED(viewdepth),
-        NAMED(viewgroup),
-        NAMED(viewtype),
-        NAMED(viewselnum),
-        NAMED(dispscale),
-        NAMED(singleview),
-        NAMED(vieww),
-        NAMED(toprinter),
-        NAMED(viewh),
-        NAMED(scalex),
-        NAMED(scaley),
-        NAMED(activeview),
-        NAMED(unitveclen),
-        NAMED(sidebarw),
-        NAMED(sidebargap),
-        NAMED(curx),
-        NAMED(cury),
-        NAMED(curz),
-        NAMED(scrx),
-        NAMED(scry),
-        NAMED(perspw),
-        NAMED(modelx),
-        NAMED(modely),
-        NAMED(modelz),
-        // results
+    });
+}
+
+static void addcolours(valuetable& table) {
+    table.insert({
+        NAMED(linecolor),      NAMED(backcolor), NAMED(meshcolor), NAMED(nodecolor),
+        NAMED(patchcolor),     NAMED(selcolor),  NAMED(freecolor), NAMED(graphcolor),
+        NAMED(concolor),       NAMED(rotcolor),  NAMED(loadcolor), NAMED(momcolor),
+        NAMED(edgecolor),      NAMED(defcolor),  NAMED(hidcolor),  NAMED(nodelabelcolor),
+        NAMED(elemlabelcolor), NAMED(drawcolor), NAMED(labelsize),
+    });
+}
+
+static void addviews(valuetable& table) {
+    table.insert({
+        NAMED(viewptx),    NAMED(viewpty),    NAMED(viewptz),    NAMED(viewvert),
+        NAMED(viewhor),    NAMED(viewscale),  NAMED(viewdist),   NAMED(viewaw),
+        NAMED(viewdepth),  NAMED(viewgroup),  NAMED(viewtype),   NAMED(viewselnum),
+        NAMED(dispscale),  NAMED(singleview), NAMED(vieww),      NAMED(toprinter),
+        NAMED(viewh),      NAMED(scalex),     NAMED(scaley),     NAMED(activeview),
+        NAMED(unitveclen), NAMED(sidebarw),   NAMED(sidebargap), NAMED(curx),
+        NAMED(cury),       NAMED(curz),       NAMED(scrx),       NAMED(scry),
+        NAMED(perspw),     NAMED(modelx),     NAMED(modely),     NAMED(modelz),
+    });
+}
+
+static void addresults(valuetable& table) {
+    table.insert({
         NAMED(modevalue),
         NAMED(modecount),
         NAMED(stresscomp),
@@ -269,8 +264,14 @@ static valuetable filltable() {
         NAMED(valueatpointer),
         {"slabel3", computed(plottext)},
         {"modetext", computed(modetext)},
-    };
-    addmodel(table);
+    });
+}
+
+static valuetable filltable() {
+    valuetable table;
+    for (const auto add : {addmodel, addcounts, addcatalogue, addtools, addsession, addmodes,
+                           addmenus, addcolours, addviews, addresults})
+        add(table);
     return table;
 }
 

@@ -76,6 +76,33 @@ static void drawallreleases(int nview) {
         for (int end = 1; end <= 2 && isshown(e, nview); ++end) drawendrelease(e, end, nview);
 }
 
+static void drawtriad(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr) return;
+    const double ox = -0.8 * vieww / 2, oy = -0.8 * viewh / 2;
+    const double length = 0.1 * std::sqrt(vieww * vieww + viewh * viewh) / (2 * scalex);
+    static const colour axiscolors[] = {rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
+    static const char* const letters[] = {"X", "Y", "Z"};
+    const keptpen pen(s);
+    s->drawwidth = 1;
+    s->font = labelfont();
+    const keptpoint kept;
+    for (int axis = 0; axis < 3; ++axis) {
+        scrx = vieww / 2;
+        scry = viewh / 2;
+        unprojectpoint(nview);
+        float* const along[] = {&curx, &cury, &curz};
+        *along[axis] = float(*along[axis] + length);
+        prepareview(nview);
+        projectaxis(nview);
+        const colour c = drawcolor == backcolor ? backcolor : axiscolors[axis];
+        s->line(vieww / 2 + ox, viewh / 2 - oy, scrx + ox, scry - oy, c);
+        s->moveto(scrx + ox, scry - oy);
+        s->textcolor = c;
+        s->text(letters[axis]);
+    }
+}
+
 static void setlayer(layers which, planes plane, std::function<bool(int)> wanted,
                      std::function<void(int)> draw) {
     layerrow& row = layer(which);
@@ -84,8 +111,11 @@ static void setlayer(layers which, planes plane, std::function<bool(int)> wanted
     row.draw = std::move(draw);
 }
 
-void wirelayers() {
-    const auto always = [](int) { return true; };
+static bool always(int) {
+    return true;
+}
+
+static void wiremodellayers() {
     const auto graphicson = [](int) { return bool(mnudrawlist(graphicsdrawn).checked); };
     setlayer(layers::contour, planes::model, contourin, nullptr);
     setlayer(layers::graphicsfill, planes::model, graphicson, nullptr);
@@ -126,6 +156,9 @@ void wirelayers() {
     setlayer(
         layers::constraints, planes::constraints,
         [](int) { return mnudrawlist(constraintsdrawn).checked; }, drawconstraints);
+}
+
+static void wireresultlayers() {
     setlayer(
         layers::deformed, planes::results, [](int v) { return isshape() && !contourin(v); },
         drawdeformed);
@@ -139,6 +172,9 @@ void wirelayers() {
         layers::endreleases, planes::results,
         [](int) { return mnuSettingsItem(endreleaseson).checked && !ishidden(); }, drawallreleases);
     setlayer(layers::extremes, planes::results, always, nullptr);
+}
+
+static void wiremarklayers() {
     setlayer(layers::selectedpatches, planes::marks, always, nullptr);
     setlayer(layers::selectedelements, planes::marks, always, drawselectedelements);
     // What is being added is listed with them until the mode ends, and no selection.
@@ -151,6 +187,12 @@ void wirelayers() {
             if (drawcolor != backcolor) drawcolor = freecolor;
             drawbuffers(v);
         });
+}
+
+void wirelayers() {
+    wiremodellayers();
+    wireresultlayers();
+    wiremarklayers();
 }
 
 // Each layer finds the pen as the picture began with it.
@@ -267,31 +309,4 @@ void showviews() {
 void redrawall() {
     const hourglass wait;
     for (int v = 1; v <= shownviews(); ++v) drawview(v);
-}
-
-void drawtriad(int nview) {
-    surface* const s = target(nview);
-    if (s == nullptr) return;
-    const double ox = -0.8 * vieww / 2, oy = -0.8 * viewh / 2;
-    const double length = 0.1 * std::sqrt(vieww * vieww + viewh * viewh) / (2 * scalex);
-    static const colour axiscolors[] = {rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255)};
-    static const char* const letters[] = {"X", "Y", "Z"};
-    const keptpen pen(s);
-    s->drawwidth = 1;
-    s->font = labelfont();
-    const keptpoint kept;
-    for (int axis = 0; axis < 3; ++axis) {
-        scrx = vieww / 2;
-        scry = viewh / 2;
-        unprojectpoint(nview);
-        float* const along[] = {&curx, &cury, &curz};
-        *along[axis] = float(*along[axis] + length);
-        prepareview(nview);
-        projectaxis(nview);
-        const colour c = drawcolor == backcolor ? backcolor : axiscolors[axis];
-        s->line(vieww / 2 + ox, viewh / 2 - oy, scrx + ox, scry - oy, c);
-        s->moveto(scrx + ox, scry - oy);
-        s->textcolor = c;
-        s->text(letters[axis]);
-    }
 }

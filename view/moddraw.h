@@ -74,7 +74,6 @@ int shownviews();
 void drawinviews(const std::function<void(int nview)>& draw);
 void showviews();  // what was drawn becomes visible in all views
 
-void drawtriad(int nview);
 // Wait pointer for as long as the object lives.
 struct hourglass {
     hourglass();

@@ -2,7 +2,6 @@
 // The table of kinds of controls.
 #include "ui/controlkinds.h"
 
-#include <QAbstractItemDelegate>
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QColorDialog>
@@ -16,7 +15,6 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabBar>
-#include <QTableView>
 #include <vector>
 
 #include "ui/scriptkeys.h"
@@ -94,6 +92,7 @@ controlkind dropdown() {
     };
     kind.value = [](const QWidget* w) { return as<QComboBox>(w)->currentText(); };
     kind.watch = [](QWidget* w, usersigns& user) {
+        if (isinner(w)) return;
         QObject::connect(as<QComboBox>(w), &QComboBox::activated, w,
                          [w, &user](int i) { user.chose(w, i); });
         if (QLineEdit* const edit = as<QComboBox>(w)->lineEdit())
@@ -208,21 +207,6 @@ controlkind tabs() {
     return kind;
 }
 
-controlkind grid() {
-    auto kind = kindof<QTableView>();
-    kind.watch = [](QWidget* w, usersigns& user) {
-        const auto* const table = as<QTableView>(w);
-        QObject::connect(table->itemDelegate(), &QAbstractItemDelegate::commitData, w,
-                         [w, table, &user](const QWidget* editor) {
-                             const auto* const field = qobject_cast<const QLineEdit*>(editor);
-                             if (field)
-                                 user.wrote(w, table->currentIndex().row(),
-                                            table->currentIndex().column(), field->text());
-                         });
-    };
-    return kind;
-}
-
 controlkind button() {
     auto kind = kindof<QAbstractButton>();
     kind.value = [](const QWidget* w) -> QString {
@@ -263,7 +247,6 @@ static const std::vector<controlkind>& controlkinds() {
         numberfield<QSpinBox>(),
         numberfield<QAbstractSlider>(),
         textpage(),
-        grid(),
         fontchoice(),
         colourchoice(),
         button(),

@@ -17,7 +17,6 @@ struct usersigns {
     virtual void chose(QWidget* w, int entry) = 0;
     virtual void pressing(QWidget* w) = 0;  // a button, before it acts
     virtual void pressed(QWidget* w) = 0;   // it has acted
-    virtual void wrote(QWidget* w, int row, int column, const QString& text) = 0;
 };
 
 struct controlkind {

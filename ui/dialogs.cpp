@@ -83,8 +83,9 @@ class keptplace : public QObject {
   public:
     explicit keptplace(QDialog* dialog) : QObject(dialog) { dialog->installEventFilter(this); }
     bool eventFilter(QObject* watched, QEvent* event) override {
-        auto* const dialog = static_cast<QDialog*>(watched);
-        if (event->spontaneous()) return false;
+        // None any more while it comes apart.
+        auto* const dialog = qobject_cast<QDialog*>(watched);
+        if (!dialog || event->spontaneous()) return false;
         if (event->type() == QEvent::Hide) place = dialog->pos();
         if (event->type() == QEvent::Show && place) dialog->move(*place);
         return false;

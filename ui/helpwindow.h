@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The help window: shows the manual where no browser can be started, and while a script plays.
+// The manual: F1 in a dialog or on a menu item, its opening at a topic, and the window that shows
+// it where no browser can be started and while a script plays.
 #pragma once
 
 #include <QUrl>

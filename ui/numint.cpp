@@ -27,6 +27,9 @@
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "ui/numinttable.h"
+#include "ui/record.h"
+#include "ui/scriptcontrols.h"
+#include "ui/scriptgrids.h"
 #include "ui/steps.h"
 #include "view/moddraw.h"
 
@@ -133,8 +136,13 @@ class numintdialog : public QDialog {
                 [this, nt] { markedin = following ? markedin : nt; });
         grid[nt]->mayedit = [this, nt] { return beginedit(nt); };
         grid[nt]->copy = [this, nt] { copy(nt); };
-        grid[nt]->paste = [this, nt] { paste(nt); };
+        grid[nt]->paste = [this, nt](const QString& text) { paste(nt, text); };
         grid[nt]->erase = [this, nt] { erase(nt); };
+        grid[nt]->marked = [this, nt] {
+            markedin = nt;
+            seen = modelsignature::now();
+            marktheviews();
+        };
         return side;
     }
 
@@ -189,6 +197,9 @@ class numintdialog : public QDialog {
                 this, [this, rows, col, text] { commit(rows, col, text); }, Qt::QueuedConnection);
         };
         grid[1]->setItemDelegate(editing);
+        grid[1]->fill = [this](int col, const QString& text) {
+            commit(grid[1]->selectedrows(), col, text);
+        };
         model[1]->typed = [this](int row, int col, const QString& text) {
             commit({row}, col, text);
         };
@@ -222,19 +233,33 @@ class numintdialog : public QDialog {
         showform();
     }
 
+    QString gridname(int nt) const { return controlname(grid[nt]); }
+    // A script selects as the user did before it does what goes by that.
+    void recordcells(int nt) {
+        if (isrecording()) recordbefore(cellsline(grid[nt]));
+    }
+
     void commit(const std::vector<long>& rows, int col, const QString& text) {
+        if (rows.size() != 1) recordcells(1);
+        const QString row = rows.size() == 1 ? QString::number(rows[0]) + " " : QString();
+        const recordedline line((row.isEmpty() ? "fill " : "cell ") + gridname(1) + " " + row +
+                                QString::number(col) + " " + quotedword(text));
         change("Numerical Interface: Edit", [&] { closedit(form, rows, col, text.toStdString()); });
     }
 
-    void paste(int nt) {
+    void paste(int nt, const QString& text) {
         if (!rightonly(nt)) return;
-        const std::string text = QApplication::clipboard()->text().toStdString();
-        change("Numerical Interface: Paste",
-               [&] { pastecells(form, grid[1]->selectedrows(), firstcolumn(1), text); });
+        recordcells(1);
+        const recordedline line("paste " + gridname(1) + " " + quotedword(text));
+        change("Numerical Interface: Paste", [&] {
+            ::pastecells(form, grid[1]->selectedrows(), firstcolumn(1), text.toStdString());
+        });
     }
 
     void erase(int nt) {
         if (!rightonly(nt)) return;
+        recordcells(1);
+        const recordedline line("erase " + gridname(1));
         change("Numerical Interface: Delete", [&] { delitem(form, grid[1]->selectedrows()); });
         for (const int i : {1, 0}) reshow(i);
     }
@@ -244,6 +269,7 @@ class numintdialog : public QDialog {
         if (!showedit(form, 1, columns.empty() ? 0 : columns.front(),
                       columns.empty() ? 0 : columns.back()))
             return;
+        recordcells(1);
         change("Numerical Interface: Calculate", [&] {
             calculate(form, grid[1]->selectedrows(), columns.front(), sum->text().toStdString());
         });
@@ -284,24 +310,27 @@ class numintdialog : public QDialog {
             grid[nt]->setCurrentIndex(under);
         menu.addAction("Edit", [this, nt] { grid[nt]->editcurrent(); });
         menu.addAction("Copy", [this, nt] { copy(nt); });
-        menu.addAction("Paste", [this, nt] { paste(nt); });
+        menu.addAction("Paste", [this, nt] { paste(nt, QApplication::clipboard()->text()); });
         menu.addAction("Delete", [this, nt] { erase(nt); });
         menu.exec(grid[nt]->viewport()->mapToGlobal(at));
     }
 
     void filterrows() {
+        recordcells(1);
         filterby(form, 1, filter->text().toStdString(), column(1));
         reshow(1);
         showform();
     }
 
     void sort() {
+        recordcells(1);
         sortby(form, 1, column(1));
         reshow(1);
         showform();
     }
 
     void goplace(const gridcell& place, const std::string& none) {
+        recordcells(1);
         form.message = place.row < 0 ? none : "";
         if (place.row >= 0) {
             grid[1]->setCurrentIndex(model[1]->index(int(place.row), place.col));
@@ -358,6 +387,8 @@ class numintdialog : public QDialog {
     void marktheviews() {
         const int nt = std::exchange(markedin, -1);
         if (!modelsignature::now().numbers.empty() && !(modelsignature::now() == seen)) return;
+        recordcells(nt);
+        if (isrecording()) recordbefore("mark " + gridname(nt));
         selectitem(form, nt, grid[nt]->selectedrows());
         seen = modelsignature::now();
     }

@@ -3,6 +3,7 @@
 #include "ui/numinttable.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -163,7 +164,7 @@ bool gridview::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
 
 void gridview::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) return copy();
-    if (event->matches(QKeySequence::Paste)) return paste();
+    if (event->matches(QKeySequence::Paste)) return paste(QApplication::clipboard()->text());
     if (event->key() == Qt::Key_Delete) return erase();
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         edit(currentIndex(), EditKeyPressed, event);

@@ -41,7 +41,10 @@ class gridview : public QTableView {
     void editcurrent() { edit(currentIndex(), EditKeyPressed, nullptr); }
 
     std::function<bool()> mayedit;  // asked before an editor opens
-    std::function<void()> copy, paste, erase;
+    std::function<void()> copy, erase;
+    std::function<void(const QString& text)> paste;
+    std::function<void(int col, const QString& text)> fill;  // the selected rows
+    std::function<void()> marked;  // a program has selected: the views follow at once
 
   protected:
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;

@@ -64,7 +64,6 @@ class scriptrecorder : public usersigns {
     void chose(QWidget* w, int entry) override;
     void pressing(QWidget* w) override;
     void pressed(QWidget* w) override;
-    void wrote(QWidget* w, int row, int column, const QString& text) override;
 
     // --- views
     void beginview(viewwidget* view, QEvent* event);
@@ -297,17 +296,6 @@ void scriptrecorder::pressed(QWidget* w) {
     if (button == w) close();
 }
 
-void scriptrecorder::wrote(QWidget* w, int row, int column, const QString& words) {
-    if (!active()) return;
-    told = true;
-    settle();
-    write(QString("cell %1 %2 %3 %4")
-              .arg(controlname(w))
-              .arg(row)
-              .arg(column)
-              .arg(quotedword(words)));
-}
-
 // --- views --------------------------------------------------------------------------------------
 
 void scriptrecorder::beginview(viewwidget* view, QEvent* event) {
@@ -376,6 +364,12 @@ QString keyline(QWidget* w, const QKeyEvent* event) {
     const bool plainview = qobject_cast<viewwidget*>(w) || w == themainwindow;
     if (!plainview && !ends) return {};
     if (w->inherits("QPlainTextEdit") && key != Qt::Key_Escape) return {};
+    // Editors in a grid come and go with these; what was typed tells itself.
+    const QWidget* const above = w->parentWidget();
+    if (w->inherits("QTableView")
+            ? key != Qt::Key_Escape
+            : above && above->parentWidget() && above->parentWidget()->inherits("QTableView"))
+        return {};
     static const std::pair<int, const char*> names[] = {{Qt::Key_Escape, "ESC"},
                                                         {Qt::Key_Return, "ENTER"},
                                                         {Qt::Key_Enter, "ENTER"},
@@ -429,6 +423,13 @@ void recordfile(const filechoice& choice, const filebox& box) {
     if (choice.filterindex != box.filterindex)
         r.write("filter " + QString::number(choice.filterindex));
     r.write("file " + quotedword(beside.startsWith("..") ? path : beside));
+}
+
+void recordbefore(const QString& line) {
+    scriptrecorder& r = recorder();
+    if (!r.active()) return;
+    if (!r.isopen) r.settle();
+    r.write(line);
 }
 
 void recordremark(const QString& what) {

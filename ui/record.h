@@ -39,6 +39,8 @@ class recordedline {
   private:
     bool mine = false;
 };
+// What the thing under way goes by, and how it was chosen: a selection. Written at once.
+void recordbefore(const QString& line);
 void recordanswer(answers answer);
 void recordfile(const filechoice& choice, const filebox& box);
 void recordremark(const QString& what);  // why a script does not do the same

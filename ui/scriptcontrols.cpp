@@ -5,7 +5,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QRegularExpression>
-#include <QTableView>
 
 #include "ui/controlkinds.h"
 #include "ui/mainwindow.h"
@@ -118,16 +117,6 @@ void presscontrol(const QString& form, const QString& name) {
     auto* const b = findkind<QAbstractButton>(form, name, "button");
     needenabled(b, name);
     b->click();
-}
-
-void setcell(const QString& form, const QString& name, int row, int column, const QString& value) {
-    auto* const grid = findkind<QTableView>(form, name, "grid");
-    const QModelIndex cell = grid->model()->index(row, column);
-    if (!cell.isValid()) refuse(QString("%1 has no cell %2, %3").arg(name).arg(row).arg(column));
-    if (!(cell.flags() & Qt::ItemIsEditable))
-        refuse(QString("cell %1, %2 of %3 is not typed over").arg(row).arg(column).arg(name));
-    grid->setCurrentIndex(cell);
-    grid->model()->setData(cell, value, Qt::EditRole);
 }
 
 // --- values -------------------------------------------------------------------------------------

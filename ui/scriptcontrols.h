@@ -26,7 +26,6 @@ void setcontrol(const QString& form, const QString& name, const QString& value);
 void choose(const QString& form, const QString& name, const QString& text);
 void checkcontrol(const QString& form, const QString& name, bool on);
 void presscontrol(const QString& form, const QString& name);
-void setcell(const QString& form, const QString& name, int row, int column, const QString& value);
 
 // What a control of an open window shows, by the name "FORM.CONTROL"; "hidden" where it is.
 bool controlvalue(const QString& name, QString& value);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A script played in the window before the user's eyes.
+// A script played in the window before the user's eyes, as demonstrations and Play Script are;
+// ui/script plays for the command line.
 #pragma once
 
 #include <string>

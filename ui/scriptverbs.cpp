@@ -28,6 +28,7 @@
 #include "ui/recordplay.h"
 #include "ui/script.h"
 #include "ui/scriptcontrols.h"
+#include "ui/scriptgrids.h"
 #include "ui/viewline.h"
 #include "ui/viewwidget.h"
 #include "view/scaleview.h"
@@ -325,6 +326,15 @@ const std::vector<scriptverb> verbs = {
      [](player, line l) {
          setcell(l.words[1], l.words[2], l.words[3].toInt(), l.words[4].toInt(), rest(l, 5));
      }},
+    {"cells", 4, "cells WINDOW GRID ROW COL [TOP LEFT BOTTOM RIGHT]...",
+     [](player, line l) { markcells(l.words[1], l.words[2], l.words.mid(3)); }},
+    {"mark", 2, "mark WINDOW GRID",
+     [](player, line l) { markviews(l.words[1], l.words[2]); }},
+    {"fill", 4, "fill WINDOW GRID COL VALUE",
+     [](player, line l) { fillcells(l.words[1], l.words[2], l.words[3].toInt(), rest(l, 4)); }},
+    {"paste", 3, "paste WINDOW GRID \"TEXT\"",
+     [](player, line l) { pastecells(l.words[1], l.words[2], l.words[3]); }},
+    {"erase", 2, "erase WINDOW GRID", [](player, line l) { erasecells(l.words[1], l.words[2]); }},
     {"picture", 2, "picture V FILE.png or picture FORM CONTROL FILE.png",
      [](player p, line l) {
          bool isview = false;

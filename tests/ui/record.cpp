@@ -12,6 +12,7 @@
 #include "ui/actions.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/numinttable.h"
 #include "ui/qtplatform.h"
 #include "ui/recordplay.h"
 #include "ui/script.h"
@@ -101,4 +102,75 @@ TEST(Record, APointIsTheSameInAWindowOfAnotherSize) {
     ASSERT_EQ(nnodes(), 1);
     for (int k = 0; k < 3; ++k) EXPECT_EQ(nodes(0, 1, k), at[k]);
     EXPECT_EQ(nodesel(0), 1);
+}
+
+// Cells typed over one by one and in several rows, chosen from a list, pasted over the end with its
+// question, and rows deleted.
+TEST(Record, AGridIsFilledPastedAndErasedAgain) {
+    const auto start = [] {
+        theqtplatform().answerqueue = {answers::no};
+        menunew();
+        for (const float x : {0.f, 1.f, 2.f}) addnode(x, 0, 0);
+        connode(ncon = 1) = 2;
+        condof(1) = 1;
+    };
+    recordroom room;
+    start();
+    QString fault;
+    endrecording();
+    startrecording(room.path, {}, fault);
+    findaction("mnuEditItem(9)")->item->trigger();
+    QApplication::processEvents();
+    auto* const dialog = room.window.findChild<QDialog*>("Numint");
+    ASSERT_TRUE(dialog);
+    auto* const grid = dynamic_cast<gridview*>(dialog->findChild<QTableView*>("Grid1(1)"));
+    auto* const tabs = dialog->findChild<QTabBar*>("TabStrip1(1)");
+    const auto edit = [&](int row, int last, int col, const QString& text) {
+        const auto* const cells = grid->model();
+        grid->setCurrentIndex(cells->index(row, col));
+        grid->selectionModel()->select({cells->index(row, col), cells->index(last, col)},
+                                       QItemSelectionModel::ClearAndSelect);
+        if (text.isEmpty()) return;
+        grid->editcurrent();
+        // The editor before is hidden and may still wait for its end.
+        for (QWidget* editor : grid->viewport()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+            if (auto* const list = qobject_cast<QComboBox*>(editor); list && list->isVisible()) {
+                list->setCurrentText(text);
+                emit list->activated(list->currentIndex());
+            } else if (auto* const box = qobject_cast<QLineEdit*>(editor);
+                       box && box->isVisible()) {
+                type(box, text);
+                presskey(box, Qt::Key_Return);
+            }
+        for (int i = 0; i < 3; ++i) QApplication::processEvents();  // key, editor, commit
+    };
+    edit(1, 1, 2, "7.5");
+    edit(1, 2, 3, "-4");
+    edit(2, 2, 1, "");
+    theqtplatform().answerqueue = {answers::yes};
+    grid->paste("5\t6\n7\t8\n");
+    for (int i = 0; i < 3; ++i) presskey(tabs, Qt::Key_Right);
+    edit(0, 0, 2, "RZ");
+    for (int i = 0; i < 3; ++i) presskey(tabs, Qt::Key_Left);
+    edit(0, 0, 1, "");
+    theqtplatform().answerqueue = {answers::yes};
+    grid->erase();
+    dialog->findChild<QPushButton*>("CommandButton1")->click();
+    QApplication::processEvents();
+    const auto numbers = [] {
+        std::string text = std::to_string(condof(1)) + " " + std::to_string(connode(1));
+        for (int n = 1; n <= nnodes(); ++n)
+            for (int k = 0; k < 3; ++k) text += " " + std::to_string(nodes(0, n, k));
+        return text;
+    };
+    const std::string once = numbers(), script = room.script();
+    EXPECT_EQ(once,
+              "6 1 1.000000 7.500000 -4.000000 5.000000 6.000000 -4.000000 "
+              "7.000000 8.000000 0.000000")
+        << script;
+    start();
+    scriptplayer player;
+    ASSERT_TRUE(player.load(QString::fromStdString(room.path)));
+    EXPECT_TRUE(player.play()) << player.fault.toStdString() << script;
+    EXPECT_EQ(numbers(), once) << script;
 }

@@ -106,7 +106,7 @@ static bool isequal(const page& kept, const std::string* cells, long count) {
 }
 
 template <typename T>
-static page takepage(const T* cells, long count) {
+static page copypage(const T* cells, long count) {
     page taken;
     taken.cells = count;
     if (iszero(cells, count)) return taken;
@@ -115,7 +115,7 @@ static page takepage(const T* cells, long count) {
     return taken;
 }
 
-static page takepage(const std::string* cells, long count) {
+static page copypage(const std::string* cells, long count) {
     page taken;
     taken.cells = count;
     if (std::any_of(cells, cells + count, [](const std::string& t) { return !t.empty(); }))
@@ -177,11 +177,11 @@ static void eachpage(const T* begin, long used, auto take) {
         take(std::size_t(i), begin + at, std::min(size, used - at));
 }
 
-static std::vector<page> takelist(const modelarray& row, long list) {
+static std::vector<page> copypages(const modelarray& row, long list) {
     std::vector<page> pages;
     withstretch(row, list, [&](auto s) {
         eachpage(s.begin, usedcells(row, list, s), [&](std::size_t, const auto* cells, long count) {
-            pages.push_back(takepage(cells, count));
+            pages.push_back(copypage(cells, count));
             keptbytes += sizeof(page) + pages.back().cost();
         });
     });
@@ -208,7 +208,7 @@ static void keepall() {
         keptrows.emplace_back();
         if (!isofmodel(row)) continue;
         for (long list = 0; list <= row.lists(); ++list)
-            keptrows.back().push_back({takelist(row, list)});
+            keptrows.back().push_back({copypages(row, list)});
     }
     for (const modelscalar& row : modelscalars()) keptscalars.push_back(valueof(row.value));
     iskept = true;
@@ -234,12 +234,12 @@ static void appendcells(bytelist& bytes, const Flag* flags, long count) {
 }
 
 template <typename T>
-static void takecells(const bytelist& bytes, T* cells, long room) {
+static void putcells(const bytelist& bytes, T* cells, long room) {
     std::memcpy(static_cast<void*>(cells), bytes.data(),
                 std::min(bytes.size(), std::size_t(room) * sizeof(T)));
 }
 
-static void takecells(const bytelist& bytes, Flag* flags, long room) {
+static void putcells(const bytelist& bytes, Flag* flags, long room) {
     for (std::size_t at = 0; at < bytes.size(); ++at)
         for (int k = 0; k < 8 && long(at) * 8 + k < room; ++k)
             flags[at * 8 + std::size_t(k)] = (unsigned(bytes[at]) >> k & 1u) != 0;
@@ -247,7 +247,7 @@ static void takecells(const bytelist& bytes, Flag* flags, long room) {
 
 // No list of a role holds texts.
 static void appendcells(bytelist&, const std::string*, long) {}
-static void takecells(const bytelist&, std::string*, long) {}
+static void putcells(const bytelist&, std::string*, long) {}
 
 template <typename Step>
 static void eachlist(roles role, Step step) {
@@ -259,7 +259,7 @@ static void eachlist(roles role, Step step) {
 
 static array1<int>* const viewchoices[] = {&viewgroup, &viewtype, &viewselnum};
 
-static keptcompany takeselection() {
+static keptcompany keepselection() {
     auto taken = std::make_shared<company>();
     eachlist(roles::selection, [&](const modelarray& row, long list) {
         withstretch(row, list, [&](auto s) {
@@ -275,14 +275,14 @@ static void putselection(const company& kept) {
     std::size_t i = 0;
     eachlist(roles::selection, [&](const modelarray& row, long list) {
         withstretch(row, list,
-                    [&](auto s) { takecells(kept.lists[i++], s.begin, s.rows * s.width); });
+                    [&](auto s) { putcells(kept.lists[i++], s.begin, s.rows * s.width); });
     });
     int item = 0;
-    takecells(kept.lists[i], &item, 1);
+    putcells(kept.lists[i], &item, 1);
     for (int k = selectnodes; k <= selectgraphics; ++k) MnuSelectItem(k).checked = k == item;
 }
 
-static keptcompany takeshown() {
+static keptcompany keepshown() {
     auto taken = std::make_shared<company>();
     eachlist(roles::shown, [&](const modelarray& row, long list) {
         withstretch(row, list, [&](auto s) {
@@ -304,14 +304,14 @@ static void putshown(const company& kept) {
         withstretch(row, list, [&](auto s) {
             std::fill(s.begin, s.begin + s.rows * s.width,
                       std::remove_cvref_t<decltype(*s.begin)>());
-            takecells(kept.lists[i++], s.begin, s.rows * s.width);
+            putcells(kept.lists[i++], s.begin, s.rows * s.width);
         });
     });
     for (array1<int>* list : viewchoices)
-        takecells(kept.lists[i++], list->row().data(), list->upper + 1);
+        putcells(kept.lists[i++], list->row().data(), list->upper + 1);
     for (const modelscalar& row : modelscalars())
         if (row.role == roles::shown)
-            std::visit([&](auto* p) { takecells(kept.lists[i++], p, 1); }, row.value);
+            std::visit([&](auto* p) { putcells(kept.lists[i++], p, 1); }, row.value);
 }
 
 // --- comparing ----------------------------------------------------------------------------------
@@ -348,7 +348,7 @@ static void comparelist(difference& d, std::size_t r, long list) {
                              keptbytes += sizeof(page);
                          }
                          if (!isequal(pages[i], cells, count))
-                             compareat(d, {r, list, i}, row, pages[i], takepage(cells, count));
+                             compareat(d, {r, list, i}, row, pages[i], copypage(cells, count));
                      });
         });
     }
@@ -477,9 +477,9 @@ static void enter(difference& d) {
     if (d.input) now.input = laststate;
     e.after = now;
     e.selectedbefore = under.selected;
-    e.selectedafter = takeselection();
+    e.selectedafter = keepselection();
     if (*e.selectedafter == *e.selectedbefore) e.selectedafter = e.selectedbefore;
-    if (keptcompany after = takeshown(); *after != *under.shown) {
+    if (keptcompany after = keepshown(); *after != *under.shown) {
         e.shownbefore = under.shown;
         e.shownafter = std::move(after);
     }
@@ -534,8 +534,8 @@ static void begin() {
     under.typing = false;
     under.restarts = under.analyses = under.saves = under.unsaves = under.olds = false;
     if (!iskept) keepall();
-    under.selected = takeselection();
-    under.shown = takeshown();
+    under.selected = keepselection();
+    under.shown = keepshown();
     under.nodes = nnodes();
     under.graphics = ngraphics();
 }

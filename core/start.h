@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Session start-up.
+// Session start-up and the settings as delivered.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What presses and drags in a view come to where the size of the window decides: the point that is
+// For record and play: what presses and drags in a view come to where the size of the window decides: the point that is
 // given, the items that are found. A recording notes it, and a player gives it back, so that a
 // script finds the same in a window of another size.
 #pragma once

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The log that the solver leaves beside the model.
+// The log that the solver leaves beside the model, and whether results are older than the model.
 #pragma once
 
 #include <string>

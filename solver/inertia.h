@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Inertia of symmetric matrices.
+// Eigenvalues below 0 of a symmetric matrix, counted by the signs of its pivots (its inertia).
 #pragma once
 
 #include "solver/assemble.h"

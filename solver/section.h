@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Cross section of a line element: stiffness, stress and outline from the group's fields.
+// Values of the cross section of a line element from the group's fields: area, second moments,
+// section moduli, outline. The stresses are in solver/stresses.
 #pragma once
 
 #include "solver/element.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The registers of the projection, a thin face on view/camera.h.
+// The registers of the projection, a thin face on view/camera.h, and the factors by which
+// displacements and loads are drawn.
 //
 // prepareview sets the registers of one view; after it projectpoint runs once a point. Points
 // enter in scaled coordinates curx, cury, curz (model coordinate times viewscale, as Singles) and

@@ -196,6 +196,9 @@ reply menusave() {
     return format->save(parts.base) ? reply::done : reply::failed;
 }
 
+[[maybe_unused]] static const auto elsewhere = saveelsewhere =
+    +[] { return menusave() == reply::done; };
+
 // The declared sizes are more than the machine gives: the session goes on with the default sizes.
 static reply endwithoutmemory() {
     defaultmodelsize();

@@ -15,13 +15,14 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "edit/renumber.h"
-#include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/saveset.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
 
 namespace fs = std::filesystem;
+
+bool (*saveelsewhere)() = nullptr;
 
 namespace {
 struct setfile {
@@ -210,7 +211,7 @@ static bool endfailure(std::optional<saveset>& set, std::vector<problem>& proble
         if (!problems.empty()) choice = askafterfailure(problems, false);
     }
     set.reset();
-    return choice == failurechoice::saveas && menusave() == reply::done;
+    return choice == failurechoice::saveas && saveelsewhere != nullptr && saveelsewhere();
 }
 
 // extension: of the one step to run; empty for all.

@@ -9,6 +9,8 @@
 // are shown together, and the user keeps the files of the last save, replaces those that could be
 // written, or saves under another name. Returns true when the whole model is on disk.
 bool savemodel();
+// The dialog of Save As, for a save that failed; true when the model was saved there.
+extern bool (*saveelsewhere)();
 bool savecombinations();  // .lco alone, told in the same way
 // Takes the name, asks before an existing model is replaced, saves. False when the user said No or
 // a file failed.

@@ -168,6 +168,21 @@ bool askenlarge() {
 }
 
 bool enlargesizes() {
+    if (enlargesizes(resetmodel)) return true;
+    resetmodel();
+    return false;
+}
+
+bool istoolittle() {
+    std::string text;
+    for (int i = 1; i <= nsizes; ++i)
+        if (exceeds(i)) text += (text.empty() ? "" : "\n") + sizefault(i, needed[std::size_t(i)]);
+    if (text.empty()) return false;
+    theplatform().message(text, icons::exclamation);
+    return true;
+}
+
+bool enlargesizes(bool (*allocated)()) {
     std::array<int, nsizes + 1> before{};
     bool larger = false;
     for (int i = 1; i <= nsizes; ++i) {
@@ -177,10 +192,9 @@ bool enlargesizes() {
         larger = true;
     }
     agreed = true;
-    if (larger && resetmodel()) return true;
+    if (larger && allocated()) return true;
     agreed = false;
     for (int i = 1; i <= nsizes; ++i) modelsize(i) = before[std::size_t(i)];
-    resetmodel();
     return false;
 }
 

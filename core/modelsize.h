@@ -33,9 +33,12 @@ void needsize(int i, long count);
 void checkneeds();
 // Offers sizes that hold what was found needed; until clearneeds the needs are not told again.
 bool askenlarge();
-// Declares and allocates them, for an empty model. False when that is no change, or the machine has
-// no room for them: the sizes are those of before.
+// Declares and allocates them, for an empty model, or by what moves the model in hand. False when
+// that is no change, or the machine has no room for them: the sizes are those of before.
 bool enlargesizes();
+bool enlargesizes(bool (*allocated)());
+// What was found needed of any size exceeds it; told in one message.
+bool istoolittle();
 
 // Kilobytes of memory for the numbers declared in the dialog's boxes 0..6: nodes, elements, load
 // lists, groups, graphic elements, edges, and in [6] the total in megabytes.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "core/journal.h"
 #include "core/model.h"
@@ -61,17 +62,81 @@ static std::string absolute(const std::string& path) {
     return ec ? path : whole.lexically_normal().string();
 }
 
-// The extension of a filter, for a name typed without one.
-static std::string extensionoffilter(int filterindex) {
-    static const char* const extensions[] = {"tek", "tek", "inp", "ppo"};
-    return extensions[filterindex >= 2 && filterindex <= 4 ? filterindex - 1 : 0];
+// --- formats ------------------------------------------------------------------------------------
+
+namespace {
+// An entry of a dialog's list of filters, and the format that it stands for: null for the model's
+// own and for all files.
+struct filterentry {
+    std::string caption, pattern;
+    const fileformat* format = nullptr;
+};
+}  // namespace
+
+// The told filters first, those of the other formats behind them.
+static std::vector<filterentry> filters(const std::string& told, std::string fileformat::*caption) {
+    std::vector<filterentry> list;
+    for (std::size_t begin = 0; begin < told.size();) {
+        const std::size_t bar = told.find('|', begin);
+        const std::size_t end = std::min(told.find('|', bar + 1), told.size());
+        list.push_back({told.substr(begin, bar - begin), told.substr(bar + 1, end - bar - 1)});
+        begin = end + 1;
+    }
+    for (const fileformat& format : fileformats()) {
+        if ((format.*caption).empty()) continue;
+        const auto at = std::ranges::find(list, format.*caption, &filterentry::caption);
+        if (at != list.end())
+            at->format = &format;
+        else
+            list.push_back({format.*caption, "*." + format.extension, &format});
+    }
+    return list;
 }
 
-static const fileformat* findformat(const std::string& extension) {
-    const auto& list = fileformats();
-    const auto at = std::ranges::find(list, extension, &fileformat::extension);
-    return at == list.end() ? nullptr : &*at;
+static std::string textof(const std::vector<filterentry>& list) {
+    std::string text;
+    for (const filterentry& entry : list)
+        text += (text.empty() ? "" : "|") + entry.caption + "|" + entry.pattern;
+    return text;
 }
+
+// The entry that was chosen in a dialog, the model's own for all files.
+static const filterentry& chosenentry(const std::vector<filterentry>& list, int filterindex) {
+    const auto i = std::size_t(filterindex);
+    return i >= 2 && i <= list.size() ? list[i - 1] : list[1];
+}
+
+static std::string headof(const std::string& path) {
+    std::string head(65536, '\0');
+    std::ifstream in(path, std::ios::binary);
+    in.read(head.data(), std::streamsize(head.size()));
+    head.resize(std::size_t(in.gcount()));
+    return head;
+}
+
+// By the extension, and by the content where several formats have it.
+static const fileformat* findreader(const std::string& path, const std::string& extension) {
+    const fileformat* any = nullptr;
+    for (const fileformat& format : fileformats()) {
+        if (format.extension != extension || !format.read) continue;
+        if (!format.knows)
+            any = any ? any : &format;
+        else if (format.knows(headof(path)))
+            return &format;
+    }
+    return any;
+}
+
+// The chosen filter decides; without one that fits, the first format of the extension.
+static const fileformat* findwriter(const std::string& extension, const filterentry& entry) {
+    if (entry.format && entry.format->extension == extension && entry.format->write)
+        return entry.format;
+    for (const fileformat& format : fileformats())
+        if (format.extension == extension && format.write) return &format;
+    return nullptr;
+}
+
+// --- commands -----------------------------------------------------------------------------------
 
 static reply refuse(const std::string& path) {
     theplatform().message("Files of type \"" + fs::path(path).extension().string() +
@@ -87,6 +152,8 @@ static splitpath splitformodel(const std::string& path) {
     if (parts.extension.empty() && !fs::is_regular_file(parts.base, ec)) parts.extension = "tek";
     return parts;
 }
+
+static std::vector<std::string> recent;  // models without extension, foreign files with theirs
 
 static void afteropen() {
     startjournal();
@@ -104,20 +171,26 @@ reply openfile(const std::string& path) {
     const hourglass wait;
     addready();
     const splitpath parts = splitformodel(path);
-    bool good = false;
-    if (parts.extension == "tek") {
-        good = openmodel(parts.base);
-    } else if (const fileformat* format = findformat(parts.extension); format && format->open) {
-        good = format->open(parts.base);
-    } else {
-        return refuse(path);
+    if (parts.extension != "tek") {
+        const fileformat* const format = findreader(absolute(path), parts.extension);
+        return format ? format->read(absolute(path), purposes::open) : refuse(path);
     }
+    const bool good = openmodel(parts.base);
     if (good) {
         addrecentfile();
         notesaved();
     }
     if (good || modeltoolarge) afteropen();  // else the model before stands, with its results
     return good ? reply::done : reply::failed;
+}
+
+void noteforeign(const std::string& path) {
+    modelname = split(absolute(path)).base;
+    noteunnamed();
+    showmodelname();
+    if (std::ranges::find(recent, absolute(path)) == recent.end()) recent.push_back(absolute(path));
+    notesaved();
+    afteropen();
 }
 
 // "Save model ?" before another model takes the place of this one. False when it is to stay: also
@@ -139,30 +212,16 @@ reply menuopen() {
     if (ischanged() && !mayleave()) return reply::cancelled;
     filebox box;
     box.title = "Retrieve Model";
-    box.filter = openfilter;
+    box.filter = textof(filters(openfilter, &fileformat::opencaption));
     box.filterindex = 2;
     const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return reply::cancelled;
     return openfile(choice.path);
 }
 
-reply menuimport() {
-    filebox box;
-    box.title = "Import Model";
-    box.filter = importfilter;
-    box.filterindex = 2;
-    const filechoice choice = theplatform().askfile(box);
-    if (!choice.chosen) return reply::cancelled;
-    const splitpath parts = splitformodel(choice.path);
+static reply importnative(const std::string& base) {
     const double groupsbefore = groups(0, 0);
-    bool good = false;
-    if (parts.extension == "tek") {
-        good = importmodel(parts.base);
-    } else if (const fileformat* format = findformat(parts.extension); format && format->import) {
-        good = format->import(parts.base);
-    } else {
-        return refuse(choice.path);
-    }
+    bool good = importmodel(base);
     if (good && !editpaste()) {
         groups(0, 0) = groupsbefore;
         good = false;
@@ -171,29 +230,55 @@ reply menuimport() {
     return good ? reply::done : reply::failed;
 }
 
+reply menuimport() {
+    filebox box;
+    box.title = "Import Model";
+    box.filter = textof(filters(importfilter, &fileformat::importcaption));
+    box.filterindex = 2;
+    const filechoice choice = theplatform().askfile(box);
+    if (!choice.chosen) return reply::cancelled;
+    const splitpath parts = splitformodel(choice.path);
+    if (parts.extension == "tek") return importnative(parts.base);
+    const fileformat* const format = findreader(absolute(choice.path), parts.extension);
+    if (format == nullptr) return refuse(choice.path);
+    const hourglass wait;
+    return format->read(absolute(choice.path), purposes::import);
+}
+
+static reply saveasmodel(const std::string& base) {
+    if (!askreplacemodel(base)) return reply::cancelled;
+    const bool unnamed = isunnamed();
+    modelname = base;
+    notenamed();
+    showmodelname();
+    if (savemodel()) return reply::done;
+    if (unnamed) noteunnamed();
+    return reply::failed;
+}
+
 reply menusave() {
+    const auto list = filters(savefilter, &fileformat::savecaption);
     filebox box;
     box.title = "Save Model";
-    box.filter = savefilter;
+    box.filter = textof(list);
     box.filterindex = 2;
     box.saving = true;
     if (isnamed()) box.path = modelname + ".tek";
     const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return reply::cancelled;
+    const filterentry& entry = chosenentry(list, choice.filterindex);
     splitpath parts = split(absolute(choice.path));
-    if (parts.extension.empty()) parts.extension = extensionoffilter(choice.filterindex);
-    if (parts.extension == "tek") {
-        if (!askreplacemodel(parts.base)) return reply::cancelled;
+    if (parts.extension.empty()) parts.extension = entry.pattern.substr(2);
+    if (parts.extension == "tek") return saveasmodel(parts.base);
+    const fileformat* const format = findwriter(parts.extension, entry);
+    if (format == nullptr) return refuse(choice.path);
+    if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
+    const bool told = std::string(savefilter).find(format->savecaption) != std::string::npos;
+    if (told || !isnamed()) {
         modelname = parts.base;
         showmodelname();
-        return savemodel() ? reply::done : reply::failed;
     }
-    const fileformat* const format = findformat(parts.extension);
-    if (format == nullptr || !format->save) return refuse(choice.path);
-    if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
-    modelname = parts.base;
-    showmodelname();
-    return format->save(parts.base) ? reply::done : reply::failed;
+    return format->write(parts.base + "." + parts.extension);
 }
 
 [[maybe_unused]] static const auto elsewhere = saveelsewhere =
@@ -221,8 +306,6 @@ reply menunew() {
     return reply::done;
 }
 
-static std::vector<std::string> recent;
-
 const std::vector<std::string>& recentfiles() {
     return recent;
 }
@@ -235,7 +318,9 @@ void addrecentfile() {
 
 reply openrecent(int i) {
     if (i < 0 || i >= int(recent.size())) return reply::cancelled;
-    return askandopen(recent[std::size_t(i)] + ".tek");
+    const std::string& entry = recent[std::size_t(i)];
+    const bool isforeign = findreader(entry, split(entry).extension) != nullptr;
+    return askandopen(entry + (isforeign && !fs::exists(entry + ".tek") ? "" : ".tek"));
 }
 
 // Saves under the model's name, or asks for one. False when it was not saved.

@@ -5,18 +5,31 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-// File types beyond the native set; the exchange modules add their rows when the program starts.
+enum class reply { done, cancelled, failed };
+
+// What a foreign file is read for: a new model named after it, or more of the one in hand.
+enum class purposes { open, import };
+
+// File types beyond the native set; the exchange modules add their rows when the program starts. A
+// caption names the filter of a dialog, "Gmsh mesh (*.msh)": one of those that each dialog begins
+// with keeps its place there, others follow in the order of the rows; empty: not in that dialog.
 struct fileformat {
-    std::string extension;                              // three letters, lower case
-    std::function<bool(const std::string& base)> open;  // reads base + extension as the model
-    std::function<bool(const std::string& base)> save;
-    std::function<bool(const std::string& base)> import;  // into the buffers, for the paste
+    std::string extension;  // three letters, lower case
+    std::string opencaption, importcaption, savecaption;
+    // Tells the file by its beginning where several formats share an extension; none: any file.
+    std::function<bool(std::string_view head)> knows = {};
+    // Cancelled too where a dialog asks first and goes on by itself.
+    std::function<reply(const std::string& path, purposes purpose)> read = {};
+    std::function<reply(const std::string& path)> write = {};
 };
 std::vector<fileformat>& fileformats();
 
-enum class reply { done, cancelled, failed };
+// A foreign file has become the model: it is named after the file, and saved as a model of this
+// program only under a name that the user gives.
+void noteforeign(const std::string& path);
 
 reply menunew();  // asks "Save model ?", then an empty model stands
 // Asks "Save model ?" first where something changed since the last save.

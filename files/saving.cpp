@@ -234,7 +234,22 @@ static bool runsave(const std::string& extension) {
     return true;
 }
 
+static std::string unnamed;  // modelname as the foreign file gave it
+
+void noteunnamed() {
+    unnamed = modelname;
+}
+
+void notenamed() {
+    unnamed.clear();
+}
+
+bool isunnamed() {
+    return isnamed() && unnamed == modelname;
+}
+
 bool savemodel() {
+    if (isunnamed()) return saveelsewhere && saveelsewhere() && !isunnamed();
     packelems();
     packgraphics();
     if (renumbersave) renumbermodel();
@@ -273,6 +288,7 @@ bool askreplacemodel(const std::string& name) {
 bool savemodelas(const std::string& name) {
     if (!askreplacemodel(name)) return false;
     modelname = name;
+    notenamed();
     showmodelname();
     return savemodel();
 }

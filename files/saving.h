@@ -11,6 +11,11 @@
 bool savemodel();
 // The dialog of Save As, for a save that failed; true when the model was saved there.
 extern bool (*saveelsewhere)();
+// The model in hand has its name from a foreign file: until it is saved under a name that the user
+// gives, every save asks for one.
+void noteunnamed();
+void notenamed();
+bool isunnamed();
 bool savecombinations();  // .lco alone, told in the same way
 // Takes the name, asks before an existing model is replaced, saves. False when the user said No or
 // a file failed.

@@ -59,9 +59,7 @@ static void declare(const std::array<int, 7>& sizes) {
     for (std::size_t i = 0; i < 7; ++i) modelsize(long(i) + 1) = sizes[i];
 }
 
-// The model in hand moves into arrays of the declared sizes. False, with the model as it was, when
-// the machine has no memory for them.
-static bool resizemodel() {
+bool resizemodel() {
     keptmodel before;
     if (allocmodel()) {
         before.restoreinto();

@@ -48,6 +48,7 @@ void wiredialogs() {
     adddialog("addsingleelem", makeaddsingleelem);
     adddialog("Numint", makenumint);
     adddialog("drafttool", makedrafttool);
+    adddialog("importreport", makeimportreport);
 }
 
 std::vector<std::string> dialognames() {

@@ -85,5 +85,6 @@ QDialog* makemodifyelem();
 QDialog* makeaddsingleelem();
 QDialog* makenumint();
 QDialog* makedrafttool();
+QDialog* makeimportreport();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -8,6 +8,7 @@
 #include "core/journal.h"
 #include "core/runtime.h"
 #include "edit/Mouseprocedures.h"
+#include "exchange/formats.h"
 #include "loads/loadaxes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
@@ -32,6 +33,7 @@ void wiremodules() {
     wireloadaxes();
     wiresingleelem();
     wirepost();
+    wireexchange();
     wiredialogs();
     wiresteps();
 }

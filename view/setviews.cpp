@@ -131,6 +131,29 @@ void zoomview(int nview, double x, double y, double factor) {
                  viewpty(nview) + (before.y - after.y), viewptz(nview) + (before.z - after.z));
 }
 
+void zoomtonodes(int nview, const std::vector<int>& list) {
+    const surface* const s = target(nview);
+    if (s == nullptr || list.empty()) return;
+    const keptpoint kept;
+    prepareview(nview);
+    double low[2] = {HUGE_VAL, HUGE_VAL}, high[2] = {-HUGE_VAL, -HUGE_VAL};
+    for (const int n : list) {
+        setnode(n, nview);
+        projectpoint(nview);
+        const double at[] = {scrx, scry};
+        for (int k = 0; k < 2; ++k) {
+            low[k] = std::min(low[k], at[k]);
+            high[k] = std::max(high[k], at[k]);
+        }
+    }
+    const double midx = s->width() / 2, midy = s->height() / 2;
+    panview(nview, midx - (low[0] + high[0]) / 2, midy - (low[1] + high[1]) / 2);
+    const double part = std::max((high[0] - low[0]) / s->width(), (high[1] - low[1]) / s->height());
+    const double least = 1e-6;  // of the view: one place
+    if (part > least) zoomview(nview, midx, midy, 0.5 / part);
+    drawview(nview);
+}
+
 void setpreset(int nview, int preset) {
     viewvert(nview) = float(toradians(viewpresets[preset].vertical));
     viewhor(nview) = float(toradians(viewpresets[preset].horizontal));

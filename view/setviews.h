@@ -2,6 +2,8 @@
 // Window layouts of the views, scroll bars, presets, zoom, pan and the copy of a view.
 #pragma once
 
+#include <vector>
+
 #include "core/platform.h"
 
 void setoneview();    // view 1 over the whole work area
@@ -34,6 +36,10 @@ void fitview(int nview);
 void zoomview(int nview, double x, double y, double factor);
 // Moves the picture by centimetres on the surface.
 void panview(int nview, double dx, double dy);
+
+// The drawn places of these nodes come into the middle of a view and fill half of it; a single place
+// keeps the scale. Redraws it.
+void zoomtonodes(int nview, const std::vector<int>& list);
 
 // The elements that a view of a group or a selection shows, to another view.
 void copyvisibility(int from, int to);

@@ -16,6 +16,7 @@ class playroom {
         if (!withexamples) return;
         const fs::path data = fs::path(sourcedir()) / "data";
         fs::copy(data / "examples", folder / "examples");
+        fs::copy(fs::path(sourcedir()) / "tests/exchange/samples", folder / "samples");
         fs::copy(data / "examples", folder / "home/examples");
         fs::copy(data / "demo", folder / "home/demo");
         fs::copy(data / "objects", folder / "home/objects");

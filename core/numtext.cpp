@@ -21,14 +21,13 @@ static char* writereal(char* p, Real number) {
         std::memcpy(p, word, n);
         return p + n;
     }
-    const Real size = std::fabs(number);
-    if (double(size) < wholelimit && number == std::trunc(number)) {
-        if (number == 0) {  // minus zero is written 0
-            *p = '0';
-            return p + 1;
-        }
-        return std::to_chars(p, last, static_cast<long long>(number)).ptr;
+    if (number == 0) {  // minus zero is written 0
+        *p = '0';
+        return p + 1;
     }
+    const Real size = std::fabs(number);
+    if (double(size) < wholelimit && number == Real(static_cast<long long>(number)))
+        return std::to_chars(p, last, static_cast<long long>(number)).ptr;
     if (double(size) >= plainlimit && double(size) < wholelimit)
         return std::to_chars(p, last, number, std::chars_format::fixed).ptr;
     char* const end = std::to_chars(p, last, number, std::chars_format::scientific).ptr;

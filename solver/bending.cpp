@@ -95,12 +95,12 @@ halfrow plate::deflection(const vec2& place) const {
 // stiffness matrices by assumed stress distributions, AIAA Journal 2, 1964, with the shear force in
 // the energy.
 static const int modes = 13;
-using momentmodes = Eigen::Matrix<double, 3, modes>;
-using shearmodes = Eigen::Matrix<double, 2, modes>;
+template <int rows>
+using modesof = Eigen::Matrix<double, modes, rows>;  // by columns: a row of all modes at a time
 
 struct plate::moments {
-    momentmodes m;
-    shearmodes q;  // shear forces in balance with them
+    modesof<3> m;
+    modesof<2> q;  // shear forces in balance with them
 };
 
 struct plate::assumed {
@@ -113,40 +113,78 @@ struct plate::assumed {
 
 // In the frame, at a place there over the size.
 plate::moments plate::momentsat(const assumed& h, const vec2& at) {
-    const double x = at.x(), y = at.y();
+    const double x = at.x(), y = at.y(), one = 1 / h.size;
     moments f;
-    f.m << 1, 0, 0, x, y, 0, 0, 0, 0, x * y, 0, 0, 0,  //
-        0, 1, 0, 0, 0, x, y, 0, 0, 0, x * y, 0, 0,     //
-        0, 0, 1, 0, 0, 0, 0, x, y, 0, 0, 0, 0;
-    f.q << 0, 0, 0, 1, 0, 0, 0, 0, 1, y, 0, 0, 0,  //
-        0, 0, 0, 0, 0, 0, 1, 1, 0, 0, x, 0, 0;
+    f.m.col(0) << 1, 0, 0, x, y, 0, 0, 0, 0, x * y, 0, 0, 0;
+    f.m.col(1) << 0, 1, 0, 0, 0, x, y, 0, 0, 0, x * y, 0, 0;
+    f.m.col(2) << 0, 0, 1, 0, 0, 0, 0, x, y, 0, 0, 0, 0;
+    f.q.col(0) << 0, 0, 0, one, 0, 0, 0, 0, one, y / h.size, 0, 0, 0;
+    f.q.col(1) << 0, 0, 0, 0, 0, 0, one, one, 0, 0, x / h.size, 0, 0;
     for (int k = 0; k < 2; ++k) {
         const vec2 along = h.middle[k], across(-along.y(), along.x());
         const double off = across.dot(at);
-        f.m.col(modes - 2 + k) = off * off *
+        f.m.row(modes - 2 + k) = off * off *
                                  vec3(2 * along.x() * across.x(), 2 * along.y() * across.y(),
                                       along.x() * across.y() + along.y() * across.x());
-        f.q.col(modes - 2 + k) = 2 * off * along;
+        f.q.row(modes - 2 + k) = 2 * off * along / h.size;
     }
-    f.q /= h.size;
     return f;
 }
 
-// Rows bx by w at x of 0..1 along edge k.
-halfrows plate::edgemotion(int k, double x) const {
-    const int i = k, j = s.next(k);
-    halfrows u = halfrows::Zero(3, 3 * s.corners);
-    u(0, 3 * i + 2) = 1 - x;
-    u(0, 3 * j + 2) = x;
-    u(1, 3 * i + 1) = x - 1;
-    u(1, 3 * j + 1) = -x;
-    u.topRows<2>() += 4 * x * (1 - x) * s.along[k] * bow[k];
-    halfrow w = halfrow::Zero(3 * s.corners);
-    w[3 * i] = 1 - x;
-    w[3 * j] = x;
-    addcubic(s, k, x * (1 - x), 1 - 2 * x, bow[k], w);
-    u.row(2) = w;
+// Rows bx by w at x of 0..1 along edge k, at the three degrees of freedom of its first and of its
+// second corner; the others do not move it.
+plate::edgerows plate::edgemotion(int k, double x) const {
+    edgerows u = edgerows::Zero();
+    u(0, 2) = u(2, 0) = 1 - x;
+    u(0, 5) = u(2, 3) = x;
+    u(1, 1) = x - 1;
+    u(1, 4) = -x;
+    const double both = x * (1 - x), half = s.edge[k] * both / 2;
+    const double c = half * s.along[k].x(), sine = half * s.along[k].y();
+    u.row(2) += Eigen::Matrix<double, 1, 6>(0, sine, -c, 0, -sine, c);
+    const vec2 bend = 4 * x * (1 - x) * s.along[k];
+    const double lift = s.edge[k] * both * (1 - 2 * x) * 2 / 3;
+    Eigen::Matrix<double, 1, 6> bowed;
+    bowed << bow[k].segment<3>(3 * k), bow[k].segment<3>(3 * s.next(k));
+    u += vec3(bend.x(), bend.y(), lift) * bowed;
     return u;
+}
+
+// What the moments at a point give to the flexibility. By hand: the loops run along the modes.
+void plate::addflexibility(const moments& f, const mat3& compliance, double shear, assumed& h) {
+    for (int j = 0; j < modes; ++j) {
+        const vec3 bent = compliance * f.m.row(j).transpose();
+        const vec2 slid = shear * f.q.row(j).transpose();
+        for (int i = j & ~1; i < modes; ++i)  // from an even row on, two at a time
+            h.flexibility(i, j) +=
+                (f.m(i, 0) * bent[0] + (f.m(i, 1) * bent[1] + f.m(i, 2) * bent[2])) +
+                (f.q(i, 0) * slid[0] + f.q(i, 1) * slid[1]);
+    }
+}
+
+// Work of the moments at a place of edge k on the motion of its corners.
+void plate::addwork(const moments& f, int k, double x, double weight, assumed& h) const {
+    const vec2 n(s.along[k].y(), -s.along[k].x());
+    Eigen::Matrix<double, 2, 3> normal;
+    normal << n.x(), 0, n.y(), 0, n.y(), n.x();
+    const Eigen::Matrix<double, 2, 3> turned = normal * h.frame.turn;
+    const vec2 across = h.frame.axes * n;
+    const edgerows u = edgemotion(k, x);
+    double bx[modes], by[modes], w[modes];
+    for (int i = 0; i < modes; ++i) {
+        const auto part = [&](int row) {
+            return turned(row, 0) * f.m(i, 0) + turned(row, 1) * f.m(i, 1) +
+                   turned(row, 2) * f.m(i, 2);
+        };
+        bx[i] = weight * part(0);
+        by[i] = weight * part(1);
+        w[i] = weight * (across.x() * f.q(i, 0) + across.y() * f.q(i, 1));
+    }
+    for (int j = 0; j < 6; ++j) {
+        const int column = 3 * (j < 3 ? k : s.next(k)) + j % 3;
+        for (int i = 0; i < modes; ++i)
+            h.work(i, column) += bx[i] * u(0, j) + (by[i] * u(1, j) + w[i] * u(2, j));
+    }
 }
 
 plate::assumed plate::makeassumed() const {
@@ -162,30 +200,16 @@ plate::assumed plate::makeassumed() const {
         const surfaceshape n = shapesat(4, p.place);
         const vec2 at = h.frame.axes * flatat(s, n) / h.size;
         const double weight = p.weight * jacobianof(s, n).determinant();
-        const moments f = momentsat(h, at);
-        const momentmodes curvatures = weight * compliance * f.m;
-        const shearmodes strains = weight / shearrigidity * f.q;
-        h.flexibility += lowerproduct(f.m, curvatures) + lowerproduct(f.q, strains);
+        addflexibility(momentsat(h, at), weight * compliance, weight / shearrigidity, h);
     }
     const int points = 3;
-    for (int k = 0; k < 4; ++k) {
-        const double nx = s.along[k].y(), ny = -s.along[k].x();
-        mat3 normal = mat3::Zero();
-        normal.topRows<2>() << nx, 0, ny, 0, ny, nx;
+    for (int k = 0; k < 4; ++k)
         for (int i = 0; i < points; ++i) {
             const gausspoint& g = gausspoints(points)[i];
             const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
             const vec2 at = h.frame.axes * ((1 - x) * s.at[k] + x * s.at[s.next(k)]) / h.size;
-            const moments f = momentsat(h, at);
-            momentmodes traction = normal * h.frame.turn * f.m;
-            traction.row(2) = vec2(nx, ny).transpose() * h.frame.axes.transpose() * f.q;
-            traction *= weight;
-            const halfrows motion = edgemotion(k, x);
-            for (const int c : {k, s.next(k)})  // the other corners do not move
-                h.work.middleCols<3>(3 * c) +=
-                    traction.transpose().lazyProduct(motion.middleCols<3>(3 * c));
+            addwork(momentsat(h, at), k, x, weight, h);
         }
-    }
     return h;
 }
 
@@ -261,7 +285,8 @@ halfmatrix plate::cornerstress() const {
     const rowsof<modes, 12> parameters = solved(h.flexibility, h.work);
     for (int c = 0; c < 4; ++c) {
         const vec2 at = h.frame.axes * s.at[c] / h.size;
-        rows.middleRows<3>(3 * c) = face * h.frame.turn * momentsat(h, at).m * parameters;
+        rows.middleRows<3>(3 * c) =
+            face * h.frame.turn * momentsat(h, at).m.transpose() * parameters;
     }
     return rows;
 }

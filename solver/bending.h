@@ -20,13 +20,16 @@ class plate {
   private:
     struct assumed;
     struct moments;
+    using edgerows = Eigen::Matrix<double, 3, 6>;
     static moments momentsat(const assumed& h, const vec2& at);
+    static void addflexibility(const moments& f, const mat3& compliance, double shear, assumed& h);
+    edgerows edgemotion(int k, double x) const;
+    void addwork(const moments& f, int k, double x, double weight, assumed& h) const;
     assumed makeassumed() const;
     halfmatrix trianglestiffness() const;
     halfrows curvature(const vec2& place, double& area) const;
     Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> shear(
         const vec2& place) const;
-    halfrows edgemotion(int k, double x) const;
 
     const flatshape& s;
     mat3 rigidity;         // moment a length of a curvature

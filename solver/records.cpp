@@ -71,18 +71,11 @@ void localrecord(const facestress& s, const mat3& axes, double* record) {
 
 // --- model axes ---------------------------------------------------------------------------------
 
-// How xy follows from xz and yz: xy = k xz + m yz.
-namespace {
-struct shearfit {
-    double k = 1, m = 1;
-    vec3 across;  // what a shear across the plane along v adds to xy - k xz - m yz is across.v / 2
-};
-}  // namespace
-
 // The signs to which a plane of this normal comes with the least shear across it. With k = 1 the
 // bending along z keeps its sign, so that is taken where the other is not much better.
-static shearfit fitof(const vec3& n) {
-    shearfit best;
+static recordplane fitof(const vec3& n) {
+    recordplane best;
+    best.normal = n;
     double most = 0;
     for (const double k : {1.0, -1.0})
         for (const double m : {1.0, -1.0}) {
@@ -92,7 +85,9 @@ static shearfit fitof(const vec3& n) {
             const double worth = across.norm() * (k > 0 ? preferred : 1);
             if (worth <= most * tie) continue;
             most = worth;
-            best = {k, m, across};
+            best.k = k;
+            best.m = m;
+            best.across = across;
         }
     return best;
 }
@@ -117,57 +112,58 @@ static bool standsacross(const element& e, int axis) {
     return across;
 }
 
-// Shear across the plane along the vector that is returned, twice its size.
-static vec3 shearacross(const element& e, const vec3& n, const mat3& bending, const shearfit& fit) {
-    const double gap = bending(0, 1) - fit.k * bending(0, 2) - fit.m * bending(1, 2);
-    vec3 v = -2 * gap / fit.across.squaredNorm() * fit.across;
+recordplane recordplaneof(const element& e, const mat3& axes) {
+    recordplane plane = fitof(axes.row(2));
     int axis = 0;
     const double coordinateplane = 1 - 5e-9;
-    if (n.cwiseAbs().maxCoeff(&axis) < coordinateplane || !standsacross(e, axis)) return v;
-    const int u = (axis + 1) % 3, w = (axis + 2) % 3;
-    const double half = (bending(u, u) - bending(w, w)) / 2;
-    return v + std::sqrt(2.0) * half * n.cross(fit.across.normalized());
+    const double most = plane.normal.cwiseAbs().maxCoeff(&axis);
+    if (most >= coordinateplane && standsacross(e, axis)) plane.axis = axis;
+    return plane;
 }
 
-void globalrecord(const element& e, const mat3& axes, const facestress& s, double* record) {
+// Shear across the plane along the vector that is returned, twice its size.
+static vec3 shearacross(const recordplane& plane, const mat3& bending) {
+    const double gap = bending(0, 1) - plane.k * bending(0, 2) - plane.m * bending(1, 2);
+    vec3 v = -2 * gap / plane.across.squaredNorm() * plane.across;
+    if (plane.axis < 0) return v;
+    const int u = (plane.axis + 1) % 3, w = (plane.axis + 2) % 3;
+    const double half = (bending(u, u) - bending(w, w)) / 2;
+    return v + std::sqrt(2.0) * half * plane.normal.cross(plane.across.normalized());
+}
+
+void globalrecord(const recordplane& plane, const facestress& s, double* record) {
     std::fill_n(record, recordvalues, 0.0);
     putmembrane(s.membrane, record);
     if (s.bending.isZero(0)) {
         record[sc] = combinedstress(record);
         return;
     }
-    const vec3 n = axes.row(2);
-    const shearfit fit = fitof(n);
-    const vec3 v = shearacross(e, n, s.bending, fit);
+    const vec3& n = plane.normal;
+    const vec3 v = shearacross(plane, s.bending);
     const mat3 t = s.bending + (n * v.transpose() + v * n.transpose()) / 2;
     record[sbx] = t(1, 1);
     record[sby] = t(0, 0);
-    record[sbz] = fit.k * t(2, 2);
-    const double xy = t(0, 1), xz = fit.k * t(0, 2);  // s10 - s11, s10 - s12
+    record[sbz] = plane.k * t(2, 2);
+    const double xy = t(0, 1), xz = plane.k * t(0, 2);  // s10 - s11, s10 - s12
     record[stx] = (xy + xz) / 3;
     record[sty] = record[stx] - xy;
     record[stz] = record[stx] - xz;
     record[sc] = combinedstress(record);
 }
 
-void globalrecord(const element& e, const mat3& axes, const double* corner, double* record) {
-    globalrecord(e, axes, facestressof(e, axes, corner), record);
-}
-
 double combinedstress(const double* s) {
     double largest = 0;
-    for (const double a : {-1.0, 1.0})
-        for (const double b : {-1.0, 1.0})
-            for (const double d : {-1.0, 1.0}) {
-                const double x = b * s[sbz] + d * s[sby] + s[sx];
-                const double y = b * s[sbz] + d * s[sbx] + s[sy];
-                const double z = s[sz];
-                const double xy = d * (s[stx] - s[sty]) + s[sxy];
-                const double xz = b * (s[stz] - s[stx]) + s[sxz];
-                const double yz = a * (s[stz] - s[sty]) + s[syz];
-                const double square = x * x + y * y + z * z - x * y - x * z - y * z +
-                                      3 * (xy * xy + xz * xz + yz * yz);
-                largest = std::max(largest, square);
-            }
+    const double yz = std::fabs(s[stz] - s[sty]) + std::fabs(s[syz]);  // for the worse sign of a
+    for (const double b : {-1.0, 1.0})
+        for (const double d : {-1.0, 1.0}) {
+            const double x = b * s[sbz] + d * s[sby] + s[sx];
+            const double y = b * s[sbz] + d * s[sbx] + s[sy];
+            const double z = s[sz];
+            const double xy = d * (s[stx] - s[sty]) + s[sxy];
+            const double xz = b * (s[stz] - s[stx]) + s[sxz];
+            const double square =
+                x * x + y * y + z * z - x * y - x * z - y * z + 3 * (xy * xy + xz * xz + yz * yz);
+            largest = std::max(largest, square);
+        }
     return std::sqrt(largest);
 }

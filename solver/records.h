@@ -24,8 +24,13 @@ void localrecord(const facestress& s, const mat3& axes, double* record);
 // the components themselves; in another plane the combined stress has no place for all of them, and
 // they stand with the least addition with which it is nowhere below von Mises' stress of either
 // face. The order of the element's nodes changes no combined stress.
-void globalrecord(const element& e, const mat3& axes, const double* corner, double* record);
-void globalrecord(const element& e, const mat3& axes, const facestress& s, double* record);
+struct recordplane {
+    vec3 normal, across;  // across: what a shear along v adds to xy - k xz - m yz is across.v / 2
+    double k = 1, m = 1;  // how xy follows from xz and yz: xy = k xz + m yz
+    int axis = -1;        // of a coordinate plane in which the difference of the bendings counts
+};
+recordplane recordplaneof(const element& e, const mat3& axes);
+void globalrecord(const recordplane& plane, const facestress& s, double* record);
 
 // Largest von Mises stress over the signs of bending and twist.
 double combinedstress(const double* record);

@@ -4,7 +4,8 @@
 #pragma once
 
 #include <algorithm>
-#include <string>
+#include <array>
+#include <string_view>
 #include <vector>
 
 #include "core/numtext.h"
@@ -32,9 +33,11 @@ class rowtext {
         if (value != kept.value) kept = keptnumber(value);
         put(kept);
     }
-    void put(const keptnumber& kept) {
+    void put(const keptnumber& kept) { put(std::string_view(kept.text, kept.length)); }
+    void put(std::string_view values) {
         comma();
-        text.append(kept.text, kept.length);
+        std::copy(values.begin(), values.end(), room(values.size()));
+        used += values.size();
     }
     void put(const vec3& at) {
         for (int k = 0; k < 3; ++k) put(at[k]);
@@ -43,37 +46,48 @@ class rowtext {
         for (int k = 0; k < count; ++k) put(values[k]);
     }
     void endline() {
-        text += "\r\n";
+        char* const p = room(2);
+        p[0] = '\r';
+        p[1] = '\n';
+        used += 2;
         started = false;
     }
-    const std::string& content() const { return text; }
-    void clear() { text.clear(); }
+    std::string_view content() const { return {text.data(), used}; }
+    void clear() { used = 0; }
 
   private:
     template <typename Number>
     void number(Number value) {
         comma();
-        const std::size_t at = text.size();
-        text.resize(at + longestnumber);
-        char* const p = text.data() + at;
-        text.resize(at + std::size_t(writenumber(p, value) - p));
+        char* const p = room(longestnumber);
+        used += std::size_t(writenumber(p, value) - p);
     }
     void comma() {
-        if (started) text += ',';
+        if (started) {
+            *room(1) = ',';
+            ++used;
+        }
         started = true;
     }
-    std::string text;
+    char* room(std::size_t length) {
+        if (used + length > text.size()) text.resize(2 * text.size() + length);
+        return text.data() + used;
+    }
+    std::vector<char> text;
+    std::size_t used = 0;
     bool started = false;
 };
-// Writes rows 0..count-1, each made by row(i, text).
-template <typename Row>
-void writerows(textout& out, int count, Row row) {
-    const int blockrows = 512, blocks = 8 * threads();
-    std::vector<rowtext> texts, made;
+
+// Writes rows 0..count-1 to some files at once, each made by row(i, texts), a text a file.
+template <std::size_t files, typename Row>
+void writerows(const std::array<textout*, files>& out, int count, Row row) {
+    const int blockrows = 512 / int(files), blocks = 8 * threads();
+    std::vector<std::array<rowtext, files>> texts, made;
     texts.resize(std::size_t(blocks));
     made.resize(std::size_t(blocks));
     const auto writemade = [&] {
-        for (const rowtext& text : made) out.raw(text.content());
+        for (const auto& block : made)
+            for (std::size_t k = 0; k < files; ++k) out[k]->raw(block[k].content());
     };
     for (int begin = 0; begin < count; begin += blockrows * blocks) {
         parallelpieces(1 + blocks, 1, [&](int firstpiece, int lastpiece, int) {
@@ -82,13 +96,20 @@ void writerows(textout& out, int count, Row row) {
                     writemade();
                     continue;
                 }
-                rowtext& text = texts[std::size_t(piece) - 1];
-                text.clear();
+                auto& block = texts[std::size_t(piece) - 1];
+                for (rowtext& text : block) text.clear();
                 const int first = begin + (piece - 1) * blockrows;
-                for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, text);
+                for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, block);
             }
         });
         std::swap(texts, made);
     }
     writemade();
+}
+
+// The same to one file, each row made by row(i, text).
+template <typename Row>
+void writerows(textout& out, int count, Row row) {
+    writerows(std::array<textout*, 1>{&out}, count,
+              [&](int i, std::array<rowtext, 1>& text) { row(i, text[0]); });
 }

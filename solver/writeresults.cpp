@@ -3,6 +3,7 @@
 #include "solver/writeresults.h"
 
 #include <algorithm>
+#include <array>
 
 #include "solver/records.h"
 #include "solver/rowtext.h"
@@ -89,70 +90,41 @@ void writelinestresses(const model& m, const settings& s, const linestresses& r)
 
 // --- plates -------------------------------------------------------------------------------------
 
-static void putcorner(const element& e, int corner, const double* record, rowtext& text) {
-    text.put(e.number);
-    text.put(e.x[corner]);
-    text.put(record, recordvalues);
-    text.endline();
-}
-
-namespace {
-enum class axesof { element, model };
-}
-
-static void makerecord(const element& e, axesof which, const double* corner, double* record) {
-    if (which == axesof::element)
-        localrecord(e, corner, record);
-    else
-        globalrecord(e, stressaxes(e), corner, record);
-}
-
-static void writecorners(textout& out, const model& m, const settings& s, const platestresses& r,
-                         int lc, axesof which) {
-    writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
-        const element e = elementat(m, s, r.elements[std::size_t(i)]);
-        for (int c = 0; c < e.nodes; ++c) {
-            double record[recordvalues];
-            makerecord(e, which, r.of(lc, r.first[std::size_t(i)] + c), record);
-            putcorner(e, c, record, text);
-        }
-    });
-    out.raw("END").endline();
-}
-
-static void writemeans(textout& out, const model& m, const settings& s, const platestresses& r,
-                       const meanslots& slots, const std::vector<facestress>& means, axesof which) {
-    writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
-        const element e = elementat(m, s, r.elements[std::size_t(i)]);
-        const mat3& axes = slots.axes[std::size_t(i)];
-        for (int c = 0; c < e.nodes; ++c) {
-            const facestress mean = meanat(slots, means, r.first[std::size_t(i)] + c);
-            double record[recordvalues];
-            if (which == axesof::element)
-                localrecord(mean, axes, record);
-            else
-                globalrecord(e, axes, mean, record);
-            putcorner(e, c, record, text);
-        }
-    });
-    out.raw("END").endline();
-}
-
+// The four files are written at once: an element's number, corners and axes serve them all.
 void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases) {
-    for (const axesof which : {axesof::model, axesof::element}) {
-        textout out(m.base + (which == axesof::model ? ".NSR" : ".NSL"));
-        for (int lc = 1; lc <= cases; ++lc) writecorners(out, m, s, r, lc, which);
-        out.commit();
-    }
+    textout global(m.base + ".NSR"), local(m.base + ".NSL"), globalmean(m.base + ".NSA"),
+        localmean(m.base + ".NLA");
+    const std::array<textout*, 4> files = {&global, &local, &globalmean, &localmean};
     const meanslots slots = findslots(m, s, r);
-    textout global(m.base + ".NSA"), local(m.base + ".NLA");
     for (int lc = 1; lc <= cases; ++lc) {
         const std::vector<facestress> means = findmeans(m, s, r, slots, lc);
-        writemeans(global, m, s, r, slots, means, axesof::model);
-        writemeans(local, m, s, r, slots, means, axesof::element);
+        writerows(files, int(r.elements.size()), [&](int i, std::array<rowtext, 4>& texts) {
+            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+            const mat3& axes = slots.axes[std::size_t(i)];
+            const recordplane plane = recordplaneof(e, axes);
+            for (int c = 0; c < e.nodes; ++c) {
+                const int corner = r.first[std::size_t(i)] + c;
+                const double* const own = r.of(lc, corner);
+                const facestress mean = meanat(slots, means, corner);
+                double records[4][recordvalues];
+                globalrecord(plane, facestressof(e, axes, own), records[0]);
+                localrecord(e, own, records[1]);
+                globalrecord(plane, mean, records[2]);
+                localrecord(mean, axes, records[3]);
+                const std::size_t begin = texts[0].content().size();
+                texts[0].put(e.number);
+                texts[0].put(e.x[c]);
+                const std::string_view place = texts[0].content().substr(begin);
+                for (std::size_t k = 1; k < texts.size(); ++k) texts[k].put(place);
+                for (std::size_t k = 0; k < texts.size(); ++k) {
+                    texts[k].put(records[k], recordvalues);
+                    texts[k].endline();
+                }
+            }
+        });
+        for (textout* const out : files) out->raw("END").endline();
     }
-    global.commit();
-    local.commit();
+    for (textout* const out : files) out->commit();
 }
 
 void writemasses(const model& m, const std::vector<massproperties>& masses) {

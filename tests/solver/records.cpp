@@ -62,7 +62,7 @@ TEST(Records, CombinedStressBoundsBothFacesInAnyPlane) {
         const facestress s = facestressof(e, axes, corner);
         const double exact = std::max(mises(s.membrane + s.bending), mises(s.membrane - s.bending));
         localrecord(e, corner, local);
-        globalrecord(e, axes, s, global);
+        globalrecord(recordplaneof(e, axes), s, global);
         const double combined = global[recordvalues - 1];
         EXPECT_GE(combined, exact * (1 - 1e-9)) << normal.transpose();
         if (axis < 3) {
@@ -77,7 +77,7 @@ TEST(Records, CombinedStressBoundsBothFacesInAnyPlane) {
             const element other = quadrilateral(b, turned, e.turn);
             facestress face = s;
             if (back) face.bending = -face.bending;
-            globalrecord(other, stressaxes(other), face, local);
+            globalrecord(recordplaneof(other, stressaxes(other)), face, local);
             EXPECT_NEAR(local[recordvalues - 1], combined, 1e-6 * combined) << order;
         }
         b.m.nodes.resize(1), b.m.elements.resize(1);
@@ -96,7 +96,8 @@ TEST(Records, CoordinatePlanesTellTheirOwnComponents) {
         const element e = quadrilateral(b, {vec3::Zero(), 2 * u, 2 * u + w, w}, 0);
         const double corner[6] = {1, 2, 3, 50, 7, 4};
         double record[recordvalues], local[recordvalues];
-        globalrecord(e, stressaxes(e), corner, record);
+        const mat3 axes = stressaxes(e);
+        globalrecord(recordplaneof(e, axes), facestressof(e, axes, corner), record);
         localrecord(e, corner, local);
         const double bending[3] = {record[7], record[6], record[8]};  // along x, y, z
         // The formula takes bending along z with either sign.

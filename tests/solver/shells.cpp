@@ -329,7 +329,9 @@ static double meanat(const build& b, const results& r, int n, int value) {
         for (int c = 0; c < e.nodes; ++c) {
             if (e.node[c] != n) continue;
             double record[recordvalues];
-            globalrecord(e, stressaxes(e), r.plates.of(1, r.plates.first[i] + c), record);
+            const mat3 axes = stressaxes(e);
+            const double* const corner = r.plates.of(1, r.plates.first[i] + c);
+            globalrecord(recordplaneof(e, axes), facestressof(e, axes, corner), record);
             sum += record[value];
             ++count;
         }

@@ -5,16 +5,6 @@
 
 #include <Eigen/Cholesky>
 
-// The lower triangle of a' b, which is all that the factorisation reads; a' b is symmetric.
-template <int rows, int n>
-Eigen::Matrix<double, n, n> lowerproduct(const Eigen::Matrix<double, rows, n>& a,
-                                         const Eigen::Matrix<double, rows, n>& b) {
-    Eigen::Matrix<double, n, n> product = Eigen::Matrix<double, n, n>::Zero();
-    for (int j = 0; j < n; ++j)
-        for (int i = j; i < n; ++i) product(i, j) = a.transpose().lazyProduct(b).coeff(i, j);
-    return product;
-}
-
 // x becomes inverse(L) x with the factor's lower triangle L.
 template <typename Lower, typename Rows>
 void solvelower(const Lower& lower, Rows& x) {

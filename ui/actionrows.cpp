@@ -503,7 +503,7 @@ static void addsettings(actionrows& t) {
               toggle("mnuSettingsItem", 4, "Local Axis", mnuSettingsItem),
               {"mnuSettingsItem(5)", "Options...", "options", "", dialog("Options")},
               {"mnuSettingsItem(6)", "Symbols ...", "symbols", "", dialog("Symbols")},
-              {"mnuSettingsItem(7)", "Toolbars ..."},
+              {"mnuSettingsItem(7)", "Toolbars ...", "toolbars", "", dialog("Toptions")},
               toggle("mnuSettingsItem", 8, "End Releases", mnuSettingsItem),
           });
 }

@@ -49,6 +49,7 @@ void wiredialogs() {
     adddialog("Numint", makenumint);
     adddialog("drafttool", makedrafttool);
     adddialog("importreport", makeimportreport);
+    adddialog("Toptions", maketoptions);
 }
 
 std::vector<std::string> dialognames() {

@@ -86,5 +86,6 @@ QDialog* makeaddsingleelem();
 QDialog* makenumint();
 QDialog* makedrafttool();
 QDialog* makeimportreport();
+QDialog* maketoptions();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -97,6 +97,8 @@ static const std::map<std::string, const char*> outlines = {
     {"exit", "M 10 4 L 4 4 L 4 20 L 10 20 + M 9 12 L 21 12 M 16 7 L 21 12 L 16 17"},
     {"demo", "C 12 12 9 + = M 10 8 L 17 12 L 10 16 Z"},
     {"hidden", "M 12 3 L 20 7 L 20 16 L 12 21 L 4 16 L 4 7 Z + = M 4 7 L 12 11 L 12 21 L 4 16 Z"},
+    {"toolbars",
+     "R 3 4 18 6 R 3 14 18 6 + M 7 7 L 9 7 M 12 7 L 14 7 M 7 17 L 9 17 M 12 17 L 14 17"},
     {"symbols", "M 3 12 L 6 12 L 8 6 L 12 18 L 16 6 L 18 12 L 21 12"},
     {"spring",
      "M 12 2 L 12 5 L 6 7 L 18 10 L 6 13 L 18 16 L 12 18 L 12 20 + M 5 20 L 19 20 M 7 20 L 5 23 "
@@ -176,8 +178,10 @@ void outlineengine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode
     const double grid = 24;
     const QPalette palette = QApplication::palette();
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-    const QColor plain = palette.color(group, QPalette::WindowText);
-    const QColor accent = mode == QIcon::Disabled ? plain : QColor(0x2a, 0x7d, 0xe1);
+    const bool selected = mode == QIcon::Selected;  // in a list, on the colour of the selection
+    const QColor plain =
+        palette.color(group, selected ? QPalette::HighlightedText : QPalette::WindowText);
+    const QColor accent = mode == QIcon::Disabled || selected ? plain : QColor(0x2a, 0x7d, 0xe1);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->translate(rect.topLeft());

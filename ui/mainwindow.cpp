@@ -38,8 +38,10 @@
 #include "ui/record.h"
 #include "ui/reportviewer.h"
 #include "ui/steps.h"
+#include "ui/toolbars.h"
 #include "ui/viewkeys.h"
 #include "ui/viewwidget.h"
+#include "ui/windowsettings.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -281,6 +283,7 @@ void mainwindow::closeEvent(QCloseEvent* event) {
         return;
     }
     deletecontrolfile();
+    if (remembers) rememberwindow(*this);
     event->accept();
 }
 
@@ -326,7 +329,9 @@ void mainwindow::refresh() {
 void showmainwindow(mainwindow& window, bool fixedsize) {
     window.setWindowTitle(qname(apptitle + ": " + modelname));
     window.resize(1280, 860);
-    if (fixedsize)
+    window.remembers = !fixedsize;
+    if (!fixedsize) showtoolbars(&window, rememberedtoolbars());
+    if (fixedsize || restorewindow(window))
         window.show();
     else
         window.showMaximized();

@@ -40,7 +40,8 @@ class mainwindow : public QMainWindow {
     void crosspointer(bool on);
     surface* legendsurface();  // beside the views
 
-    bool ending = false;  // the program has decided to end: no more questions
+    bool ending = false;     // the program has decided to end: no more questions
+    bool remembers = false;  // its place and toolbars, for the next start
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -11,7 +11,6 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSettings>
 #include <QTimer>
 #include <QUrl>
 #include <utility>
@@ -29,6 +28,7 @@
 #include "ui/printing.h"
 #include "ui/record.h"
 #include "ui/viewwidget.h"
+#include "ui/windowsettings.h"
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
 
@@ -156,10 +156,6 @@ static QStringList filtersof(const std::string& filter) {
 }
 
 // The folder that a file dialog of this or an earlier session ended in.
-static QSettings windowsettings() {
-    return QSettings(QDir(qtext(appdir)).filePath("window.ini"), QSettings::IniFormat);
-}
-
 static QString beginfolder() {
     if (isnamed()) return QFileInfo(qtext(modelname)).path();
     const QString last = windowsettings().value("folder").toString();

@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The toolbars of the main window, built from the table of actions.
+// Buttons and bars.
+#include "ui/toolbars.h"
+
 #include <QComboBox>
 #include <QMenu>
-#include <QToolBar>
 #include <QToolButton>
+#include <QWidgetAction>
+#include <algorithm>
 
 #include "core/session.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
-
-static const struct {
-    const char *name, *title;
-    Qt::ToolBarArea area;
-} bars[] = {
-    {"filebar", "File", Qt::TopToolBarArea},
-    {"editbar", "Edit", Qt::TopToolBarArea},
-    {"selectbar", "Selection", Qt::TopToolBarArea},
-    {"graphicbar", "Graphics", Qt::LeftToolBarArea},  // the row on top is full
-    {"draftbar", "Drawing tools", Qt::LeftToolBarArea},
-    {"scriptbar", "Script", Qt::LeftToolBarArea},
-    {"viewbar", "View", Qt::TopToolBarArea},
-    {"jobbar", "Job", Qt::TopToolBarArea},
-};
 
 // The action itself and what is prepared for beside it.
 static QMenu* menuofplace(QToolButton* button, const action& row, const QString& where) {
@@ -44,38 +33,80 @@ static QMenu* menuoflist(QToolButton* button, const action& row) {
     return menu;
 }
 
-static void addbutton(QToolBar* bar, const action& row, const actionplace& place) {
-    const QString beside = QString("%1/%2").arg(place.where, place.name);
-    if (*place.name == 0) return bar->addAction(row.item);
+// The name of the button that the row has on this bar, where it has one.
+static QString buttonname(const action& row, const QString& bar) {
+    for (const actionplace& place : row.places)
+        if (bar == place.where) return place.name;
+    return {};
+}
+
+static QAction* newbutton(QToolBar* bar, const action& row) {
+    const QString name = buttonname(row, bar->objectName());
+    if (name.isEmpty()) return row.item;
+    const QString beside = bar->objectName() + "/" + name;
     auto* const button = new QToolButton(bar);
-    button->setObjectName(place.name);
+    button->setObjectName(name);
     button->setDefaultAction(row.item);
     if (row.list) button->setMenu(menuoflist(button, row));
     if (!actionsat(beside).empty()) button->setMenu(menuofplace(button, row, beside));
     if (button->menu()) button->setPopupMode(QToolButton::MenuButtonPopup);
-    bar->addWidget(button);
+    button->setToolButtonStyle(bar->toolButtonStyle());
+    button->setIconSize(bar->iconSize());
+    QObject::connect(bar, &QToolBar::iconSizeChanged, button, &QToolButton::setIconSize);
+    QObject::connect(bar, &QToolBar::toolButtonStyleChanged, button,
+                     &QToolButton::setToolButtonStyle);
+    auto* const holder = new QWidgetAction(bar);
+    holder->setDefaultWidget(button);
+    return holder;
 }
 
-static void fillbar(QToolBar* bar) {
-    int before = -1;
-    for (const auto& [row, place] : actionsat(bar->objectName())) {
-        if (QString(place->where) != bar->objectName()) continue;  // beside one of its buttons
-        if (before >= 0 && before / 10 != place->order / 10) bar->addSeparator();
-        before = place->order;
-        addbutton(bar, *row, *place);
+static const char* const ofplan = "ofplan";  // property of what Toolbaradd has made
+
+void Toolbaradd(QToolBar* bar, const toolbarplan& plan) {
+    QList<QAction*> own;
+    for (QAction* item : bar->actions()) {
+        const bool made = item->property(ofplan).toBool();
+        if (!made && qobject_cast<QWidgetAction*>(item)) {
+            own << item;
+            continue;
+        }
+        bar->removeAction(item);
+        if (made) delete item;
+    }
+    QAction* const before = own.value(0);
+    for (const QString& name : plan.actions) {
+        const action* const row = findaction(name.toStdString());
+        if (!name.isEmpty() && (!row || !row->item)) continue;
+        QAction* const item = row ? newbutton(bar, *row) : new QAction(bar);
+        if (!row) item->setSeparator(true);
+        if (!row || item != row->item) item->setProperty(ofplan, true);
+        bar->insertAction(before, item);
+    }
+}
+
+QToolBar* Coolbaradd(QMainWindow* window, const toolbarplan& plan) {
+    auto* const bar = new QToolBar(plan.caption, window);
+    bar->setObjectName(plan.name);
+    window->addToolBar(plan.area, bar);
+    return bar;
+}
+
+void showtoolbars(QMainWindow* window, const toolbarset& set) {
+    window->setToolButtonStyle(set.style);
+    window->setIconSize(QSize(set.size, set.size));
+    for (const toolbarplan& plan : set.bars) {
+        auto* const bar = window->findChild<QToolBar*>(plan.name);
+        if (!bar) continue;
+        Toolbaradd(bar, plan);
+        bar->setVisible(plan.shown);
     }
 }
 
 void mainwindow::buildtoolbars() {
     for (action& row : ::actions())
         if (*row.menu == 0) addAction(makeitem(row, this));  // its keys work in the whole window
-    for (const auto& [name, title, area] : bars) {
-        auto* const bar = new QToolBar(tr(title), this);
-        bar->setObjectName(name);
-        bar->setIconSize(QSize(20, 20));
-        addToolBar(area, bar);
-        fillbar(bar);
-    }
+    const toolbarset set = deliveredtoolbars();
+    for (const toolbarplan& plan : set.bars) Coolbaradd(this, plan);
     auto* const select = findChild<QToolBar*>("selectbar");
     selectmethod = new QComboBox(select);
     selectmethod->setObjectName("selectmethod");
@@ -83,4 +114,5 @@ void mainwindow::buildtoolbars() {
     selectmethod->addItems({"Single", "Window", "Group", "All"});
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
+    showtoolbars(this, set);
 }

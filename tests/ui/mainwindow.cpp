@@ -16,6 +16,8 @@
 #include "ui/actionrows.h"
 #include "ui/dialogs.h"
 #include "ui/menus.h"
+#include "ui/toolbars.h"
+#include "ui/windowsettings.h"
 
 // The items without a menu of their own as "menu/item", without the marks of their keys.
 static void leavesof(const QList<QAction*>& actions, const QString& path, QStringList& leaves,
@@ -112,6 +114,66 @@ struct windowroom : sessionroom {
     }
     mainwindow window;
 };
+
+// Names on the bars; "" for a line, "*" for a widget of the window's own.
+static QStringList onbars(const mainwindow& window) {
+    QStringList names;
+    for (const auto* bar : window.findChildren<QToolBar*>()) {
+        names << bar->objectName() + (bar->isHidden() ? ": hidden" : ":");
+        for (QAction* item : bar->actions()) {
+            const auto* const button = qobject_cast<QToolButton*>(bar->widgetForAction(item));
+            const bool row = button && button->defaultAction();
+            names << (item->isSeparator() ? "" : row ? button->defaultAction()->objectName() : "*");
+        }
+    }
+    return names;
+}
+
+TEST(Mainwindow, ToolbarsAreArrangedTakenBackAndRemembered) {
+    windowroom room;
+    const QStringList delivered = onbars(room.window);
+    const auto arrange = [&](QDialog* dialog) {
+        const auto list = [&](const char* name) { return dialog->findChild<QListWidget*>(name); };
+        const auto press = [&](const char* name) {
+            dialog->findChild<QPushButton*>(name)->click();
+        };
+        list("List1")->setCurrentRow(2);  // the bar with the window's own list at its end
+        list("List3")->setCurrentRow(list("List3")->count() - 1);
+        const auto found = list("List2")->findItems("Settings: Symbols", Qt::MatchExactly);
+        ASSERT_EQ(found.size(), 1);
+        list("List2")->setCurrentItem(found[0]);
+        press("Command4");
+        EXPECT_FALSE(dialog->findChild<QPushButton*>("Command4")->isEnabled()) << "once on a bar";
+        press("Command8");
+        list("List1")->setCurrentRow(1);
+        press("Command5");
+        dialog->findChild<QCheckBox*>("Check1")->click();
+    };
+    QDialog* const first = room.open("Toptions");
+    arrange(first);
+    const QStringList arranged = onbars(room.window);
+    EXPECT_EQ(arranged.size(), delivered.size() + 1);
+    EXPECT_LT(arranged.indexOf("mnuSettingsItem(6)"), arranged.indexOf("*"));
+    EXPECT_TRUE(arranged.contains("editbar: hidden"));
+    first->reject();
+    EXPECT_EQ(onbars(room.window), delivered);
+    QDialog* const second = room.open("Toptions");
+    arrange(second);
+    second->findChild<QPushButton*>("Command1")->click();
+    rememberwindow(room.window);
+    windowsettings().setValue("toolbars/filebar", QStringList{"mnuFileItem(0)", "gone(7)"});
+    mainwindow next;
+    next.ending = true;
+    showtoolbars(&next, rememberedtoolbars());
+    restorewindow(next);
+    QStringList wanted = arranged;
+    const qsizetype file = wanted.indexOf("filebar:"), edit = wanted.indexOf("editbar: hidden");
+    wanted.erase(wanted.begin() + file + 2, wanted.begin() + edit);
+    EXPECT_EQ(onbars(next), wanted);
+    remembertoolbars(deliveredtoolbars());
+    for (const QString& key : windowsettings().allKeys())
+        EXPECT_FALSE(key.startsWith("toolbars/")) << key.toStdString();
+}
 
 // A text with a tag, left to guess, would be a page whose pictures are fetched.
 TEST(Mainwindow, NoLabelTakesATextForAPage) {

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the window remembers from one start to the next, in window.ini of appdir: its place, its
+// toolbars, the folder of the last file dialog. Nothing of it belongs to a model.
+#pragma once
+
+#include <QSettings>
+
+class QMainWindow;
+
+QSettings windowsettings();
+// Size, place and state of the window, and where its toolbars stand. False where nothing is
+// remembered.
+bool restorewindow(QMainWindow& window);
+void rememberwindow(const QMainWindow& window);

@@ -25,7 +25,6 @@
 #include "ui/mainwindow.h"
 #include "ui/pagesetup.h"
 #include "ui/printsurface.h"
-#include "ui/qtplatform.h"
 #include "ui/record.h"
 
 namespace fs = std::filesystem;
@@ -83,6 +82,8 @@ static void beginpage(printsurface& page, QPrinter& printer, QPainter& painter) 
     page.begin(&painter, paper, dotsperinch / cmperinch);
 }
 
+std::deque<std::string>* (*scripttargets)() = nullptr;
+
 // The file as it should be: a PDF reader looks for the mark at its end.
 static bool iswhole(const QString& path) {
     QFile file(path);
@@ -93,7 +94,7 @@ static bool iswhole(const QString& path) {
 }
 
 static void tellunwritten(const std::string& reason) {
-    theqtplatform().showstatus(reason);
+    theplatform().showstatus(reason);
 }
 
 static bool replacetarget(besidefile& file) {
@@ -131,8 +132,7 @@ static std::string aspdf(const std::string& path) {
 }
 
 // While a script plays, the file queued for the next file dialog is the PDF to print to.
-static printstart asscripted(const QString& document) {
-    std::deque<std::string>& queue = theqtplatform().filequeue;
+static printstart asscripted(const QString& document, std::deque<std::string>& queue) {
     if (queue.empty()) return noprinters() ? printstart::noprinter : printstart::cancelled;
     const std::string target = queue.front();
     queue.pop_front();
@@ -147,7 +147,7 @@ static std::string askpdf(const QString& document) {
     box.saving = true;
     box.path =
         isnamed() ? fs::path(modelname).parent_path() / (document.toStdString() + ".pdf") : "";
-    const filechoice choice = theqtplatform().askfile(box);
+    const filechoice choice = theplatform().askfile(box);
     if (!choice.chosen) return {};
     const fs::path target = aspdf(choice.path);
     return askoverwrite(fs::path(target).replace_extension().string(), target.extension().string())
@@ -161,9 +161,10 @@ static printstart beginpdf(const QString& document) {
 }
 
 static printstart askandbegin(const QString& document) {
-    if (theqtplatform().scripted) return asscripted(document);
+    if (auto* const targets = scripttargets ? scripttargets() : nullptr)
+        return asscripted(document, *targets);
     if (noprinters()) {
-        theqtplatform().message("No printer found", icons::exclamation);
+        theplatform().message("No printer found", icons::exclamation);
         return beginpdf(document);  // what can be had without one
     }
     QPrinter& printer = theprinter();
@@ -209,7 +210,7 @@ bool endprint(bool whole) {
 }
 
 static void tellproblem() {
-    theqtplatform().message("There was a problem printing to your printer.", icons::exclamation);
+    theplatform().message("There was a problem printing to your printer.", icons::exclamation);
 }
 
 void printtopdf() {
@@ -277,7 +278,7 @@ void printby(const QString& document, const std::function<void(QPrinter&, QPaint
         case printstart::cancelled:
             return;
         case printstart::noprinter:
-            theqtplatform().message("No printer found", icons::exclamation);
+            theplatform().message("No printer found", icons::exclamation);
             return;
         case printstart::failed:
             return tellproblem();
@@ -290,7 +291,7 @@ void printby(const QString& document, const std::function<void(QPrinter&, QPaint
                                    cancelled = e.number == errstopped;
                                    if (!cancelled) tellfault(e);
                                });
-    theqtplatform().endprogress();
+    theplatform().endprogress();
     if (!endjob(drawn) && !cancelled) tellproblem();
-    if (cancelled) theqtplatform().showstatus("The printing was cancelled");
+    if (cancelled) theplatform().showstatus("The printing was cancelled");
 }

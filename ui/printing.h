@@ -6,13 +6,19 @@
 #pragma once
 
 #include <QString>
+#include <deque>
 #include <functional>
+#include <string>
 
 #include "core/platform.h"
 
 class QPainter;
 class QPrinter;
 struct surface;
+
+// Files that a script which plays has queued: the next one is printed to. Null while none plays and
+// the user is asked.
+extern std::deque<std::string>* (*scripttargets)();
 
 // For the platform: the dialog and the page, its surface, the end of the job.
 printstart startprint();

@@ -32,6 +32,14 @@
 
 static const int progressafter = 500;  // milliseconds of work before its progress shows
 
+static std::deque<std::string>* queuedtargets() {
+    return theqtplatform().scripted ? &theqtplatform().filequeue : nullptr;
+}
+
+qtplatform::qtplatform() {
+    scripttargets = queuedtargets;
+}
+
 qtplatform& theqtplatform() {
     static qtplatform only;
     return only;

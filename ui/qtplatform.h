@@ -14,6 +14,7 @@
 
 class qtplatform : public platform {
   public:
+    qtplatform();
     answers show(const messagebox& box) override;
     filechoice askfile(const filebox& box) override;
     void hourglass(bool on) override;

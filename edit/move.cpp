@@ -227,6 +227,12 @@ void refreshselection() {
     textcaption();
 }
 
+void settleselection() {
+    endmove();
+    hideselection();
+    mergeplaced() ? redrawall() : showselection();
+}
+
 void releaseselection() {
     const bool wasmoving = endmove(), placed = pasteflag;
     hideselection();

@@ -19,6 +19,9 @@ void movetyped(const double* way);
 // Ends the move: prompts and picture, merging of what was moved where it is on. The selection
 // stays.
 void refreshselection();
+// Ends the move; what was pasted or moved is merged where that is on, and stays selected. Before
+// tools that add to the model what hangs on the selection.
+void settleselection();
 // Ends the move and empties the selection; what was pasted or moved is merged where that is on. By
 // this routine the user leaves a selection: ESC, another item type, a mode, a paste.
 void releaseselection();

@@ -14,6 +14,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
+#include "edit/move.h"
 #include "edit/selection.h"
 #include "edit/snap.h"
 #include "tools/Graphics.h"
@@ -149,7 +150,8 @@ static std::vector<drafttool> tools() {
                      return std::string();
                  },
                  {},
-                 false});
+                 false,
+                 true});
     t.push_back({"spl",
                  "Split",
                  "split",
@@ -324,10 +326,22 @@ static void follow(int nview) {
 void startdraft(drafttool& tool) {
     if (tool.points.empty()) {
         addready();
+        settleselection();
         work(tool);
         return;
     }
-    startmode(drafting);
+    if (tool.ofselection) {
+        addready();
+        settleselection();
+        if (!isselection()) {
+            theplatform().message(std::string("Select first what ") + tool.caption + " works on.",
+                                  icons::exclamation);
+            return;
+        }
+        drafting = true;
+    } else {
+        startmode(drafting);
+    }
     running = &tool;
     given.clear();
     promptnext();

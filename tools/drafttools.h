@@ -33,7 +33,8 @@ struct drafttool {
     std::function<std::string(const drafttool& tool, const std::vector<point3>& points)> run;
     // Elements that the points give, for the picture under the pointer; none for other tools.
     std::function<std::vector<path>(const std::vector<point3>& points)> shape = {};
-    bool snaps = true;  // do its points snap?
+    bool snaps = true;         // do its points snap?
+    bool ofselection = false;  // it takes points for what is selected
 
     double value(std::size_t field) const { return fields[field].value; }
 };

@@ -46,6 +46,7 @@ class drafttooldialog : public QDialog {
         QWidget* widget = nullptr;
         if (field.choices.empty()) {
             auto* const box = new QLineEdit(qtext(numbertext(field.value)), this);
+            box->selectAll();  // typing replaces the value of the last use
             boxes.push_back(box);
             lists.push_back(nullptr);
             widget = box;

@@ -273,6 +273,23 @@ TEST(Copies, LoadsAcrossALineKeepTheirPlaceInTheTurn) {
     EXPECT_NEAR(std::fabs(elemload(1, 2, 2)), 5, 1e-5);
 }
 
+TEST(Copies, WhatWasPastedMergesFirst) {
+    copyroom room;
+    if (modes().empty()) wiremouse();
+    if (morecommands().empty()) wiredrafttools();
+    automergenodes = pasteflag = true;
+    for (const float x : {1.f, 1.f, 3.f}) addnode(x, 0, 0);
+    addelement(findtype("BEAM"), {2, 3});
+    nodesel(0) = 2;
+    nodesel(1) = 2;
+    nodesel(2) = 3;
+    elemsel(0) = elemsel(1) = 1;
+    runcommand("arr=1;0;0;5;0");
+    EXPECT_EQ(nnodes(), 4) << "one of the two at x = 1 is gone";
+    EXPECT_EQ(nelems(), 2);
+    EXPECT_EQ(elems(1, 1), 1);
+}
+
 TEST(Sweeps, MakeShellsOfLinesAndBeamsOfNodes) {
     copyroom room;
     addline({0, 0, 0}, {4, 0, 0}, 4);
@@ -325,6 +342,14 @@ TEST(Draft, CommandsGiveValuesAndPoints) {
     EXPECT_EQ(ngraphics(), 4);
     addready();
     EXPECT_EQ(graphsel(0, 0), 4) << "what was drawn is selected";
+    runcommand("off=1");
+    runcommand("ax=2;2;0");  // inside
+    EXPECT_EQ(ngraphics(), 8);
+    addready();
+    emptyselection();
+    runcommand("off=1");
+    EXPECT_FALSE(isdrafting(drafttools()[4])) << "there is nothing to make parallels of";
+    for (int g = 1; g <= 4; ++g) togglegraphic(g, 1);
     runcommand("ext=2;0;0;0;6");
     EXPECT_EQ(nelems(), 8);
     for (const char* bad :

@@ -215,8 +215,17 @@ std::vector<drafttool>& drafttools() {
 
 drafttool* valuedtool;
 
+// All that ask for values work on what is selected.
+static bool lacksselection(const drafttool& tool) {
+    if (tool.fields.empty() || isselection()) return false;
+    theplatform().message(std::string("Select first what ") + tool.caption + " works on.",
+                          icons::exclamation);
+    return true;
+}
+
 void choosedraft(drafttool& tool) {
     if (tool.fields.empty()) return startdraft(tool);
+    if (lacksselection(tool)) return;
     valuedtool = &tool;
     theplatform().showdialog("drafttool");
 }
@@ -333,11 +342,7 @@ void startdraft(drafttool& tool) {
     if (tool.ofselection) {
         addready();
         settleselection();
-        if (!isselection()) {
-            theplatform().message(std::string("Select first what ") + tool.caption + " works on.",
-                                  icons::exclamation);
-            return;
-        }
+        if (lacksselection(tool)) return;
         drafting = true;
     } else {
         startmode(drafting);

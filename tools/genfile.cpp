@@ -10,6 +10,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "files/saving.h"
 #include "tools/Surfaces.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"
@@ -139,10 +140,7 @@ void savedefobject(defobjectform& form) {
     if (!choice.chosen) return;
     fs::path path(choice.path);
     if (!path.has_extension()) path += ".obj";
-    std::error_code ec;
-    if (fs::exists(path, ec) &&
-        !theplatform().yes(path.string() + " is there already. Replace it?"))
-        return;
+    if (!askoverwrite(path.parent_path() / path.stem(), path.extension())) return;
     guarded(
         [&] {
             Genfile(path.string());

@@ -16,12 +16,14 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTimer>
+#include <filesystem>
 
 #include "core/journal.h"
 #include "core/model.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "edit/selection.h"
+#include "files/saving.h"
 #include "tools/numintpaste.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -63,6 +65,37 @@ class narrowtabs : public QProxyStyle {
                     const QWidget* widget) const override {
         return metric == PM_TabBarTabHSpace ? 10 : QProxyStyle::pixelMetric(metric, option, widget);
     }
+};
+
+// Where the strip is too narrow for the captions each stands shortened; its tip is the whole one.
+class tabstrip : public QTabBar {
+  public:
+    explicit tabstrip(QWidget* parent) : QTabBar(parent) {
+        setStyle(new narrowtabs(this));
+        for (const char* caption : tabcaptions) {
+            setTabToolTip(addTab(caption), caption);
+            fullwidth += QTabBar::tabSizeHint(count() - 1).width();
+        }
+    }
+    QSize sizeHint() const override { return {fullwidth, QTabBar::sizeHint().height()}; }
+
+  protected:
+    QSize tabSizeHint(int tab) const override {
+        QSize size = QTabBar::tabSizeHint(tab);
+        const auto wide = [this](const QString& s) { return fontMetrics().horizontalAdvance(s); };
+        if (isshort()) size.rwidth() -= wide(tabText(tab)) - wide(shortcaptions[tab]);
+        return size;
+    }
+    void initStyleOption(QStyleOptionTab* option, int tab) const override {
+        QTabBar::initStyleOption(option, tab);
+        if (isshort()) option->text = shortcaptions[tab];
+    }
+
+  private:
+    static constexpr const char* shortcaptions[ngridtabs] = {
+        "Nodes", "Elems", "Groups", "Constr", "Cases", "Nodal", "El. Loads", "Comb"};
+    bool isshort() const { return count() == ngridtabs && width() < fullwidth; }
+    int fullwidth = 0;  // pixels, of the tabs with their captions
 };
 
 class numintdialog : public QDialog {
@@ -113,10 +146,8 @@ class numintdialog : public QDialog {
         rows->setContentsMargins(0, 0, 0, 0);
         rows->addWidget(new QLabel(nt == 0 ? "Database" : "Modified Database", side));
         const QString number = QString("(%1)").arg(nt);
-        tabs[nt] = new QTabBar(side);
+        tabs[nt] = new tabstrip(side);
         tabs[nt]->setObjectName("TabStrip1" + number);
-        tabs[nt]->setStyle(new narrowtabs(tabs[nt]));
-        for (const char* caption : tabcaptions) tabs[nt]->addTab(caption);
         rows->addWidget(tabs[nt]);
         grid[nt] = new gridview(side);
         grid[nt]->setObjectName("Grid1" + number);
@@ -349,7 +380,10 @@ class numintdialog : public QDialog {
         const std::string name = std::string(tabcaptions[form.table[1].tab]) + ".csv";
         const filechoice file = theplatform().askfile({"Write CSV", csvfilter, 1, true, name});
         if (!file.chosen) return;
-        guarded([&] { writecsv(form, 1, file.path); },
+        std::filesystem::path path(file.path);
+        if (!path.has_extension()) path += ".csv";
+        if (!askoverwrite(path.parent_path() / path.stem(), path.extension())) return;
+        guarded([&] { writecsv(form, 1, path); },
                 [this](const runtimeerror& fault) { form.message = fault.what; });
         showform();
     }

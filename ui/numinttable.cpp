@@ -162,6 +162,18 @@ bool gridview::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
     return QTableView::edit(index, trigger, event);
 }
 
+// With Ctrl too the cell that the keys go to is the selected one, as in a spreadsheet: what is
+// pasted goes where the user looks.
+QItemSelectionModel::SelectionFlags gridview::selectionCommand(const QModelIndex& index,
+                                                               const QEvent* event) const {
+    if (event != nullptr && event->type() == QEvent::KeyPress) {
+        const auto* const key = static_cast<const QKeyEvent*>(event);
+        if (key->modifiers() == Qt::ControlModifier && key->key() != Qt::Key_Space)
+            return QItemSelectionModel::ClearAndSelect;
+    }
+    return QTableView::selectionCommand(index, event);
+}
+
 void gridview::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) return copy();
     if (event->matches(QKeySequence::Paste)) return paste(QApplication::clipboard()->text());

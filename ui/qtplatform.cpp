@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <QUrl>
@@ -46,6 +47,20 @@ qtplatform& theqtplatform() {
 }
 
 // --- talk ---------------------------------------------------------------------------------------
+
+namespace {
+// Boxes belong to the main window, which would have the keyboard after them: it goes back to the
+// window beside that asked.
+class keptwindow {
+  public:
+    ~keptwindow() {
+        if (before && before != themainwindow && before->isVisible()) before->activateWindow();
+    }
+
+  private:
+    QPointer<QWidget> before = QApplication::activeWindow();
+};
+}  // namespace
 
 static QMessageBox::StandardButtons buttonsof(buttons set) {
     switch (set) {
@@ -132,6 +147,7 @@ answers qtplatform::answered(const messagebox& box) {
         answerqueue.pop_front();
         return answer;
     }
+    const keptwindow back;
     QMessageBox window(themainwindow);
     window.setWindowTitle(qtext(box.title.empty() ? apptitle : box.title));
     window.setText(qtext(box.text));
@@ -194,6 +210,7 @@ filechoice qtplatform::chosenfile(const filebox& box) {
         if (const int filter = std::exchange(nextfilter, 0)) choice.filterindex = filter;
         return choice;
     }
+    const keptwindow back;
     QFileDialog dialog(themainwindow, qtext(box.title), beginfolder());
     dialog.setOption(QFileDialog::DontUseNativeDialog);  // others have no side bar to fill
     if (!box.saving) addexamples(dialog);

@@ -2,7 +2,9 @@
 // Wiring of the floors.
 #include "ui/startup.h"
 
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QWidget>
 #include <optional>
 
 #include "core/journal.h"
@@ -46,7 +48,22 @@ static void forceplaintext(QObject* receiver) {
     if (label && label->textFormat() == Qt::AutoText) label->setTextFormat(Qt::PlainText);
 }
 
+// Shift+F10 is the menu key of keyboards that have none, which the toolkit hears on one platform
+// alone. The widget to open the menu of, null for any other event.
+static QWidget* asksformenu(QObject* receiver, const QEvent* event) {
+    QWidget* const focus = QApplication::focusWidget();
+    if (event->type() != QEvent::KeyPress || receiver != focus) return nullptr;
+    const auto* const key = static_cast<const QKeyEvent*>(event);
+    const bool asks = key->key() == Qt::Key_F10 && key->modifiers() == Qt::ShiftModifier;
+    return asks && QApplication::activePopupWidget() == nullptr ? focus : nullptr;
+}
+
 bool guardedapplication::notify(QObject* receiver, QEvent* event) {
+    if (QWidget* const asked = asksformenu(receiver, event)) {
+        const QPoint at = asked->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, at, asked->mapToGlobal(at));
+        return notify(asked, &menu);
+    }
     if (event->type() == QEvent::Polish) forceplaintext(receiver);
     bool taken = false;
     const recordedevent recorded(receiver, event);

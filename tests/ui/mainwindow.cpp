@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTabBar>
@@ -253,12 +254,16 @@ TEST(Mainwindow, AHiddenDialogComesBackWhereItStood) {
     }
 }
 
-// Both strips of tabs side by side on a screen of 1366, and a filter that is emptied hides nothing.
+// Both strips of tabs side by side without arrows, a filter that is emptied hides nothing, and a
+// key with Ctrl selects the cell that it goes to: a paste goes there.
 TEST(Mainwindow, TheTablesOfNumbersShowAllTheirTabsAndRows) {
     windowroom room;
     for (const float x : {1.f, 2.f, 3.f}) addnode(x, 0, 0);
     QDialog* const dialog = room.open("Numint");
-    EXPECT_LE(2 * dialog->findChild<QTabBar*>("TabStrip1(1)")->sizeHint().width(), 1300);
+    auto* const tabs = dialog->findChild<QTabBar*>("TabStrip1(1)");
+    dialog->resize(1008, 500);  // a screen of 1024
+    EXPECT_LE(tabs->tabRect(tabs->count() - 1).right(), tabs->width());
+    EXPECT_EQ(tabs->tabToolTip(7), "Load Combinations");
     const auto* const rows = dialog->findChild<QTableView*>("Grid1(1)")->model();
     const int all = rows->rowCount();
     auto* const filter = dialog->findChild<QLineEdit*>("Filter");
@@ -267,6 +272,11 @@ TEST(Mainwindow, TheTablesOfNumbersShowAllTheirTabsAndRows) {
     EXPECT_LT(rows->rowCount(), all);
     filter->findChild<QAbstractButton*>()->click();  // the cross in the box
     EXPECT_EQ(rows->rowCount(), all);
+    auto* const grid = dialog->findChild<QTableView*>("Grid1(1)");
+    grid->setCurrentIndex(rows->index(0, 1));
+    QKeyEvent toend(QEvent::KeyPress, Qt::Key_End, Qt::ControlModifier);
+    QApplication::sendEvent(grid, &toend);
+    EXPECT_EQ(grid->selectionModel()->selectedIndexes(), QModelIndexList{rows->index(3, 3)});
 }
 
 // However a dialog goes, no selection calls back into it.

@@ -250,6 +250,30 @@ TEST_F(Window, EscClosesEveryDialog) {
     }
 }
 
+TEST_F(Window, TheTablesOfNumbersByKeysAlone) {
+    open(model("portal.tek"));
+    const int before = ask(nnodes);
+    choose("e", "Numerical Interface");
+    untilactive("Numint");
+    key("ctrl+End");
+    typetext("7");
+    key("Return");
+    untilactive("QMessageBox");
+    key("alt+y");
+    until("the new node", [&] { return nnodes() == before + 1 && nodes(0, nnodes(), 2) == 7; });
+    untilactive("Numint");
+    key("Up");  // from the spare row
+    key("shift+F10");
+    untilactive("pop01");
+    key("Up");  // Delete
+    key("Return");
+    untilactive("QMessageBox");
+    key("alt+y");
+    until("the node gone", [&] { return nnodes() == before; });
+    key("Escape");
+    untilactive("main");
+}
+
 TEST_F(Window, EscAtAQuestionStays) {
     open(model("portal.tek"));
     start([this] { window->close(); });

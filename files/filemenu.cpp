@@ -316,11 +316,15 @@ void addrecentfile() {
     theplatform().refresh();
 }
 
-reply openrecent(int i) {
-    if (i < 0 || i >= int(recent.size())) return reply::cancelled;
-    const std::string& entry = recent[std::size_t(i)];
+void setrecentfiles(std::vector<std::string> files) {
+    recent = std::move(files);
+}
+
+std::string pathofrecent(std::size_t i) {
+    const std::string& entry = recent[i];
     const bool isforeign = findreader(entry, split(entry).extension) != nullptr;
-    return askandopen(entry + (isforeign && !fs::exists(entry + ".tek") ? "" : ".tek"));
+    std::error_code ec;
+    return entry + (isforeign && !fs::exists(entry + ".tek", ec) ? "" : ".tek");
 }
 
 // Saves under the model's name, or asks for one. False when it was not saved.

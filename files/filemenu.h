@@ -39,10 +39,11 @@ reply menuimport();                       // the paste of the buffers takes plac
 reply menusave();                         // the dialog of Save As, and the saving
 reply openfile(const std::string& path);  // by its extension
 
-// Models opened or saved in this session, oldest first.
+// Models opened or saved, oldest first: without extension, foreign files with theirs.
 const std::vector<std::string>& recentfiles();
-void addrecentfile();  // modelname, where it is not in the list
-reply openrecent(int i);
+void addrecentfile();                                 // modelname, where it is not in the list
+void setrecentfiles(std::vector<std::string> files);  // those of the starts before
+std::string pathofrecent(std::size_t i);              // of the file that is opened
 
 enum class closemodes { user, system };
 // Asks "Save model before Exit?" with Yes and No when the user closes the window, then ends the

@@ -302,6 +302,7 @@ void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
     refreshmenus();
+    if (remembers) rememberfiles(recentfiles());
     snaplabel->setText(statusofsnap());
     showsteps();
     stalelabel->setVisible(isstaleshown());
@@ -330,6 +331,7 @@ void showmainwindow(mainwindow& window, bool fixedsize) {
     window.setWindowTitle(qname(apptitle + ": " + modelname));
     window.resize(1280, 860);
     window.remembers = !fixedsize;
+    if (!fixedsize) setrecentfiles(rememberedfiles());
     if (!fixedsize) showtoolbars(&window, rememberedtoolbars());
     if (fixedsize || restorewindow(window))
         window.show();

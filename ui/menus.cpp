@@ -77,7 +77,7 @@ static void refreshrecent() {
         QAction* const item = filemenu->addAction(qname(files[i]).replace("&", "&&"));
         item->setObjectName(QString("mnuFileArray(%1)").arg(i));
         QObject::connect(item, &QAction::triggered, item,
-                         [i] { openpointed(recentfiles()[i] + ".tek"); });
+                         [i] { openpointed(pathofrecent(i)); });
         recentactions.push_back(item);
     }
 }

@@ -3,7 +3,9 @@
 #include "ui/windowsettings.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QMainWindow>
+#include <algorithm>
 
 #include "core/session.h"
 
@@ -22,4 +24,28 @@ void rememberwindow(const QMainWindow& window) {
     QSettings kept = windowsettings();
     kept.setValue("window/state", window.saveState());
     kept.setValue("window/geometry", window.saveGeometry());
+}
+
+static QStringList keptfiles() {
+    return windowsettings().value("recent").toStringList();
+}
+
+std::vector<std::string> rememberedfiles() {
+    std::vector<std::string> files;
+    for (const QString& file : keptfiles())
+        if (QFileInfo::exists(file + ".tek") || QFileInfo(file).isFile())
+            files.push_back(file.toStdString());
+    return files;
+}
+
+void rememberfiles(const std::vector<std::string>& files) {
+    static std::vector<std::string> written;
+    if (files == written) return;
+    written = files;
+    const qsizetype most = 10;
+    QStringList list = keptfiles();
+    for (const std::string& file : files)
+        if (!list.contains(QString::fromStdString(file))) list << QString::fromStdString(file);
+    if (list != keptfiles())
+        windowsettings().setValue("recent", list.last(std::min(most, list.size())));
 }

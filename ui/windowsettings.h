@@ -4,6 +4,8 @@
 #pragma once
 
 #include <QSettings>
+#include <string>
+#include <vector>
 
 class QMainWindow;
 
@@ -12,3 +14,6 @@ QSettings windowsettings();
 // remembered.
 bool restorewindow(QMainWindow& window);
 void rememberwindow(const QMainWindow& window);
+// The list of recent files: the last ones of all windows, as far as they are still there.
+std::vector<std::string> rememberedfiles();
+void rememberfiles(const std::vector<std::string>& files);

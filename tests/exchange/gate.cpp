@@ -134,7 +134,7 @@ TEST(Gate, AnOpenedFileIsSavedOnlyUnderANameThatIsGiven) {
     EXPECT_FALSE(savemodel()) << "the dialog is left by Cancel";
     EXPECT_FALSE(std::filesystem::exists(room.file("part.tek")));
     EXPECT_EQ(room.platform.fileboxes.back().path, room.file("part.tek"));
-    EXPECT_EQ(openrecent(int(recentfiles().size()) - 1), reply::done);
+    EXPECT_EQ(askandopen(pathofrecent(recentfiles().size() - 1)), reply::done);
     room.platform.filequeue.push_back({true, room.file("part.tek"), 2});
     EXPECT_TRUE(savemodel());
     EXPECT_TRUE(std::filesystem::exists(room.file("part.tek")));

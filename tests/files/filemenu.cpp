@@ -45,7 +45,7 @@ TEST(Filemenu, OpenTakesEitherCaseAndKeepsTheRecentList) {
     EXPECT_EQ(menuopen(), reply::done);
     EXPECT_EQ(ncon, 4) << "a side file of another case is found";
     const std::size_t before = recentfiles().size();
-    EXPECT_EQ(openrecent(int(before) - 1), reply::done);
+    EXPECT_EQ(askandopen(pathofrecent(before - 1)), reply::done);
     EXPECT_EQ(recentfiles().size(), before);
     EXPECT_EQ(recentfiles().back(), room.file("m"));
     EXPECT_EQ(openfile(room.file("none.tek")), reply::failed);
@@ -116,7 +116,8 @@ TEST(Filemenu, OpenAsksForWorkThatWouldBeLost) {
         room.platform.messages.clear();
         room.platform.answerqueue = {answers::cancel};
         const bool work = std::string(what) != "nothing";
-        EXPECT_EQ(openrecent(int(recentfiles().size()) - 1), work ? reply::cancelled : reply::done)
+        EXPECT_EQ(askandopen(pathofrecent(recentfiles().size() - 1)),
+                  work ? reply::cancelled : reply::done)
             << what;
         EXPECT_EQ(room.platform.told("Save model ?"), work) << what;
     }

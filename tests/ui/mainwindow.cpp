@@ -171,6 +171,10 @@ TEST(Mainwindow, ToolbarsAreArrangedTakenBackAndRemembered) {
     const qsizetype file = wanted.indexOf("filebar:"), edit = wanted.indexOf("editbar: hidden");
     wanted.erase(wanted.begin() + file + 2, wanted.begin() + edit);
     EXPECT_EQ(onbars(next), wanted);
+    rememberfiles({room.file("a"), room.file("gone"), room.file("b.ply")});
+    writefile(room.file("a.tek"), "");
+    writefile(room.file("b.ply"), "");
+    EXPECT_EQ(rememberedfiles(), (std::vector{room.file("a"), room.file("b.ply")}));
     remembertoolbars(deliveredtoolbars());
     for (const QString& key : windowsettings().allKeys())
         EXPECT_FALSE(key.startsWith("toolbars/")) << key.toStdString();

@@ -2,7 +2,10 @@
 // Rows of the formats, in the order of the dialogs' filters.
 #include "exchange/formats.h"
 
+#include "exchange/dxf.h"
+#include "exchange/dxfform.h"
 #include "exchange/gate.h"
+#include "exchange/gmsh.h"
 #include "exchange/ply.h"
 
 // A row whose reader needs no dialog.
@@ -13,6 +16,17 @@ static auto reader(const char* format, Read read) {
     };
 }
 
+template <typename Write>
+static auto writer(const char* format, Write write) {
+    return [=](const std::string& path) { return writeforeign(path, format, write); };
+}
+
+static auto meshwriter(const meshform& form) {
+    return writer("Gmsh mesh", [form](const std::string& path, importreport& report) {
+        writegmsh(path, form, report);
+    });
+}
+
 void wireexchange() {
     fileformats() = {
         {.extension = "ply",
@@ -20,5 +34,32 @@ void wireexchange() {
          .importcaption = "Polygon File Format (*.ply)",
          .savecaption = "",
          .read = reader("Polygon file", readply)},
+        {.extension = "dxf",
+         .opencaption = "dxf CAD file (*.dxf)",
+         .importcaption = "dxf CAD file (*.dxf)",
+         .savecaption = "dxf CAD file (*.dxf)",
+         .read = startdxf,
+         .write = writer("Drawing (DXF)", writedxf)},
+        {.extension = "msh",
+         .opencaption = "Gmsh mesh (*.msh)",
+         .importcaption = "Gmsh mesh (*.msh)",
+         .savecaption = "Gmsh mesh (*.msh)",
+         .read = reader("Gmsh mesh", readgmsh),
+         .write = meshwriter({false, false})},
+        {.extension = "msh",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "Gmsh mesh, binary (*.msh)",
+         .write = meshwriter({false, true})},
+        {.extension = "msh",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "Gmsh mesh 2.2 (*.msh)",
+         .write = meshwriter({true, false})},
+        {.extension = "msh",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "Gmsh mesh 2.2, binary (*.msh)",
+         .write = meshwriter({true, true})},
     };
 }

@@ -113,6 +113,10 @@ class numbertable {
     long count = 0;
 };
 
-// The fault of a reader: file and line stand in the text. Throws errstopped when the user gives up
+// Takes out the nodes that no element, constraint or load names, but for some: those of what was
+// left out.
+void dropunused(imported& found, const std::vector<int>& butfor = {});
+
+// Tells how far the reading is. Throws errstopped when the user gives up
 // the reading; called every few thousand items.
 void readingprogress(const std::string& name, double share);

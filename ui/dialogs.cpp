@@ -50,6 +50,7 @@ void wiredialogs() {
     adddialog("drafttool", makedrafttool);
     adddialog("importreport", makeimportreport);
     adddialog("Toptions", maketoptions);
+    adddialog("DXFInterface", makedxf);
 }
 
 std::vector<std::string> dialognames() {

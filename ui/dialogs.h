@@ -87,5 +87,6 @@ QDialog* makenumint();
 QDialog* makedrafttool();
 QDialog* makeimportreport();
 QDialog* maketoptions();
+QDialog* makedxf();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a drawing comes to before it is a model: straight pieces and faces between points, by layer.
+// Here ends are joined, lines are split where they meet and divided to length.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "exchange/imported.h"
+
+struct drawnpiece {
+    triple from{}, to{};
+    int type = typebeam, group = 0;
+};
+struct drawnface {
+    std::array<triple, 4> corners{};
+    int count = 4, type = typeshell4, group = 0;
+    int triangle = typeshell3;  // the type of what has three corners
+};
+
+struct drawn {
+    std::vector<drawnpiece> pieces;
+    std::vector<drawnface> faces;
+    std::vector<triple> points;
+};
+
+// Equal points are one node: those within the distance of a node join it, the first stands.
+class pointjoiner {
+  public:
+    pointjoiner(imported& into, double distance);
+    int join(const triple& at);  // the node's number
+
+  private:
+    imported& found;
+    double distance, side;
+    std::unordered_map<std::uint64_t, int> first;
+    std::vector<int> next;  // nodes of the same cell
+};
+
+// The diagonal of the box about everything; 0 where nothing is drawn.
+double extentof(const drawn& drawing);
+
+// Cuts pieces where others cross them, end on them or lie along them, within the distance; of
+// pieces that then lie on each other the first stands. Told in the report.
+void splitpieces(drawn& drawing, double distance, importreport& report);
+
+// Nodes and elements; pieces are divided to the greatest length, what has no extent is left out.
+void buildmodel(const drawn& drawing, double distance, double longest, imported& found);

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Choices of the dialog, and the question about units. State: the choices of the session and the
+// drawing that the dialog is open for.
+#include "exchange/dxfform.h"
+
+#include "core/catalogue.h"
+#include "core/numtext.h"
+#include "core/platform.h"
+#include "core/session.h"
+#include "exchange/gate.h"
+#include "exchange/textlines.h"
+
+const std::array<const char*, 4> dxfcaptions = {
+    "Import 3DFACE and Mesh with following Elements :",
+    "Import LINES and Mesh with following Elements",
+    "Import CIRCLE and Mesh with following Elements",
+    "Import ARC and Mesh with following Elements",
+};
+
+static dxfoptions importoptions;
+static std::string drawing;
+static purposes drawingpurpose = purposes::import;
+
+reply startdxf(const std::string& path, purposes purpose) {
+    drawing = path;
+    drawingpurpose = purpose;
+    theplatform().showdialog("DXFInterface");
+    return reply::cancelled;
+}
+
+static std::array<int*, 4> typesof(dxfoptions& o) {
+    return {&o.faces, &o.lines, &o.circles, &o.arcs};
+}
+
+dxfform opendxf() {
+    dxfform form;
+    form.types.push_back("None");
+    for (int t = 1; t < neltypes; ++t) form.types.push_back(eltypname(t));
+    for (std::size_t kind = 0; kind < 4; ++kind) {
+        form.chosen[kind] = *typesof(importoptions)[kind];
+        form.taken[kind] = form.chosen[kind] > 0;
+    }
+    form.longest = numbertext(importoptions.longest);
+    if (importoptions.joinwithin >= 0) form.joinwithin = numbertext(importoptions.joinwithin);
+    form.split = importoptions.split;
+    form.asgraphics = importoptions.asgraphics;
+    form.file = drawing;
+    return form;
+}
+
+// A tick without a type takes the one that was delivered.
+void tickdxf(dxfform& form, int kind, bool on) {
+    const auto k = std::size_t(kind);
+    form.taken[k] = on;
+    dxfoptions delivered;
+    if (on && form.chosen[k] == 0) form.chosen[k] = *typesof(delivered)[k];
+}
+
+void choosedxf(dxfform& form, int kind, int entry) {
+    const auto k = std::size_t(kind);
+    form.chosen[k] = entry;
+    form.taken[k] = entry > 0;
+}
+
+static bool readfields(dxfform& form, dxfoptions& options) {
+    if (!readnumber(form.longest, options.longest)) {
+        form.message = "Numerical input required";
+        return false;
+    }
+    if (!(options.longest > 0)) {
+        form.message = "Give a Value larger than 0";
+        return false;
+    }
+    options.joinwithin = -1;
+    if (form.joinwithin.empty()) return true;
+    if (readnumber(form.joinwithin, options.joinwithin) && options.joinwithin >= 0) return true;
+    form.message = "Join ends within: a number from 0 up is needed, or nothing for the default";
+    return false;
+}
+
+// Faces need surface elements, all else lines.
+static bool readtypes(dxfform& form, dxfoptions& options) {
+    for (std::size_t kind = 0; kind < 4; ++kind) {
+        const int type = form.taken[kind] ? form.chosen[kind] : typenone;
+        const int corners = nodesoftype(float(type));
+        const bool fits = kind == dxffaces ? corners >= 3 : corners == 2;
+        if (type != typenone && !fits) {
+            form.message = eltypname(type) + (kind == dxffaces
+                                                  ? " has not three or four corners, as faces have"
+                                                  : " has not two ends, as lines have");
+            return false;
+        }
+        *typesof(options)[kind] = type;
+    }
+    return true;
+}
+
+// --- units --------------------------------------------------------------------------------------
+
+// Metres in a length of the model, as the solver has it.
+static double unitofmodel() {
+    double metres = 0.001;
+    guarded(
+        [&] {
+            textlines in(appdir + "/feiflu.ini");
+            std::string_view line, key;
+            while (in.next(line))
+                if (nextfield(line, key, '=') && key == "length") {
+                    line = line.substr(0, line.find_first_of("#;"));
+                    readreal(line, metres);
+                }
+        },
+        [](const runtimeerror&) {});
+    return metres > 0 ? metres : 1;
+}
+
+// The factor for the coordinates; 0 when the user gives up.
+static double askfactor() {
+    const double theirs = unitofdrawing(drawing), ours = unitofmodel(), near = 1e-9;
+    if (theirs == 0 || std::abs(theirs - ours) <= near * ours) return 1;
+    const std::string own = nameofunit(ours);
+    messagebox box;
+    box.text = std::string("The drawing is in ") + nameofunit(theirs) + ", the model in " +
+               (own.empty() ? "lengths of " + numbertext(ours) + " m" : own) +
+               ".\n\nMultiply its coordinates by " + numbertext(float(theirs / ours)) + "?";
+    box.set = buttons::yesnocancel;
+    box.icon = icons::question;
+    const answers answer = theplatform().show(box);
+    return answer == answers::cancel ? 0 : answer == answers::yes ? theirs / ours : 1;
+}
+
+bool acceptdxf(dxfform& form) {
+    dxfoptions options = importoptions;
+    form.message.clear();
+    if (!readfields(form, options) || !readtypes(form, options)) return false;
+    options.split = form.split;
+    options.asgraphics = form.asgraphics;
+    importoptions = options;
+    const double factor = askfactor();
+    if (factor == 0) return true;
+    readforeign(
+        drawing, drawingpurpose, "Drawing (DXF)", [&](const std::string& path, imported& found) {
+            readdxf(path, importoptions, factor, found);
+            if (factor != 1)
+                found.report.changed("Coordinates multiplied by " + numbertext(float(factor)));
+        });
+    return true;
+}

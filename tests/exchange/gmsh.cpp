@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Meshes out and in again, and what other programs write.
+#include "exchange/gmsh.h"
+
+#include "tests/exchange/samples.h"
+
+static void makemesh() {
+    for (int n = 0; n < 6; ++n) addnode(float(n % 3), float(n / 3), 1.0f / 3);
+    groups(0, 0) = 2;
+    groupname(1) = "Skin \"A\"";
+    groupname(2) = "Rib";
+    addelement(typeshell4, {1, 2, 5, 4}, 1);
+    addelement(typeshell3, {2, 3, 5}, 1);
+    addelement(typebeam, {3, 6}, 2);
+    addelement(typeshell3, {3, 6, 5}, 1);
+}
+
+TEST(Gmsh, EachFormComesBackAsItWas) {
+    for (const int filter : {6, 7, 8, 9}) {
+        exchangeroom room;
+        makemesh();
+        modelname = room.file("m");
+        room.platform.filequeue = {{true, room.file("a.msh"), filter}};
+        ASSERT_EQ(menusave(), reply::done);
+        EXPECT_EQ(modelname, room.file("m")) << "an export renames no model";
+        const std::string head = contentof(room.file("a.msh")).substr(0, 20);
+        const char* const heads[] = {"4.1 0", "4.1 1", "2.2 0", "2.2 1"};
+        EXPECT_TRUE(head.substr(12).starts_with(std::string("\n") + heads[filter - 6]) ||
+                    head.find(heads[filter - 6]) != head.npos)
+            << head;
+        ASSERT_EQ(room.open(room.file("a.msh")), reply::done) << filter;
+        ASSERT_EQ(nelems(), 4) << filter;
+        EXPECT_EQ(nnodes(), 6);
+        EXPECT_EQ(nodes(0, 5, 2), 1.0f / 3);
+        EXPECT_EQ(int(elems(1, 0)), int(typeshell4))
+            << "elements stand in the order of their numbers";
+        EXPECT_EQ(elems(1, 3), 5);
+        EXPECT_EQ(int(elems(3, 0)), int(typebeam));
+        EXPECT_EQ(groupname(egroup(1)), "Skin 'A'");
+        EXPECT_EQ(groupname(egroup(3)), "Rib");
+    }
+}
+
+TEST(Gmsh, OtherMeshesAndDamage) {
+    const std::string format = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n";
+    const std::string points = "$Nodes\n4\n10 0 0 0\n20 1 0 0\n30 0 1 0\n40 5 5 5\n$EndNodes\n";
+    const auto elements = [](const std::string& rows, int count) {
+        return "$Elements\n" + std::to_string(count) + "\n" + rows + "$EndElements\n";
+    };
+    const struct {
+        const char* what;
+        std::string text;
+        int nodes, elements;  // -1: refused
+        const char* told;
+    } cases[] = {
+        {"gaps in the numbers", format + points + elements("7 2 2 0 1 10 20 30\n", 1), 4, 1,
+         "Nodes have new numbers"},
+        {"edges beside surfaces",
+         format + points + elements("1 1 2 0 1 10 20\n2 2 2 0 1 10 20 30\n", 2), 3, 1,
+         "Lines of no physical group"},
+        {"bars alone", format + points + elements("1 1 2 0 1 10 20\n", 1), 4, 1, "BEAM elements"},
+        {"a tetrahedron beside",
+         format + points + elements("1 4 2 0 1 10 20 30 40\n2 2 2 0 1 10 20 30\n", 2), 3, 1,
+         "Elements that are tetrahedra"},
+        {"other sections",
+         format + "$Comments\n$Nodes\n$EndComments\n" + points +
+             elements("1 2 2 9 1 10 20 30\n", 1),
+         4, 1, "Section $Comments"},
+        {"no such node", format + points + elements("1 2 2 0 1 10 20 31\n", 1), -1, 0,
+         "line 13: element 1 uses node 31, which is not defined"},
+        {"a kind unknown", format + points + elements("1 99 2 0 1 10 20 30\n", 1), -1, 0,
+         "the kind of element 99 is not known"},
+        {"a version", "$MeshFormat\n4 0 8\n$EndMeshFormat\n", -1, 0, "version 4 is not read"},
+        {"a count", format + "$Nodes\n400000000\n1 0 0 0\n", -1, 0, "more than the file holds"},
+        {"a word", format + "$Nodes\n1\n1 0 zero 0\n", -1, 0,
+         "line 6: a coordinate was expected, found \"zero\""},
+        {"nothing", "", -1, 0, "this is no mesh"},
+    };
+    for (const auto& c : cases) {
+        exchangeroom room;
+        automergenodes = false;
+        writefile(room.file("a.msh"), c.text);
+        EXPECT_EQ(room.open(room.file("a.msh")), c.nodes < 0 ? reply::failed : reply::done)
+            << c.what;
+        EXPECT_EQ(nnodes(), std::max(c.nodes, 0)) << c.what;
+        EXPECT_EQ(nelems(), c.elements) << c.what;
+        EXPECT_TRUE(room.platform.toldpart(c.told) ||
+                    lastreport().text().find(c.told) != std::string::npos)
+            << c.what << lastreport().text();
+    }
+}

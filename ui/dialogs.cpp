@@ -8,6 +8,7 @@
 
 #include "core/platform.h"
 #include "edit/Mouseprocedures.h"
+#include "ui/controlnames.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 
@@ -112,6 +113,7 @@ void selectionwait::end() {
 void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (!dialog->property(besidemain).toBool()) dialog->setWindowModality(Qt::ApplicationModal);
+    namecontrols(dialog);
     dialog->show();
 }
 

@@ -29,6 +29,7 @@
 #include "files/solverlock.h"
 #include "post/shapes.h"
 #include "ui/actionrows.h"
+#include "ui/controlnames.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/examples.h"
@@ -67,6 +68,7 @@ mainwindow::mainwindow() {
     setTabOrder(coordinates[2], combinations);
     setTabOrder(combinations, inputfield);
     refresh();
+    namecontrols(this);
 }
 
 // A dialog that is still open gives up the keyboard before its fields go.
@@ -114,6 +116,9 @@ void mainwindow::buildcommandline() {
     inputfield->setInsertPolicy(QComboBox::NoInsert);
     inputfield->setCompleter(nullptr);  // what is typed runs, not what the history would add
     inputfield->lineEdit()->setObjectName("inputtext");
+    for (QWidget* part :
+         {static_cast<QWidget*>(inputfield), static_cast<QWidget*>(inputfield->lineEdit())})
+        part->setAccessibleName(tr("Command"));
     inputfield->lineEdit()->setPlaceholderText(commandprompt);
     inputfield->setMinimumWidth(260);
     inputfield->installEventFilter(this);  // it has the focus, and hands its keys to the line

@@ -15,6 +15,8 @@
 #include "files/filemenu.h"
 #include "tests/support/recorder.h"
 #include "ui/actionrows.h"
+#include "ui/controlkinds.h"
+#include "ui/controlnames.h"
 #include "ui/dialogs.h"
 #include "ui/menus.h"
 #include "ui/toolbars.h"
@@ -178,6 +180,42 @@ TEST(Mainwindow, ToolbarsAreArrangedTakenBackAndRemembered) {
     remembertoolbars(deliveredtoolbars());
     for (const QString& key : windowsettings().allKeys())
         EXPECT_FALSE(key.startsWith("toolbars/")) << key.toStdString();
+}
+
+// What a screen reader says of each control, and no key of a control twice in a window.
+TEST(Mainwindow, EveryControlHasANameAndItsOwnKey) {
+    windowroom room;
+    for (const std::string& name : dialognames()) room.open(name);
+    QMap<QString, QString> wanted = {{"modifyelem.Combo4", "Group name To"},
+                                     {"defgroup.Text1(4)", "Thickness | Area"},
+                                     {"Numint.TabStrip1(1)", "Modified Database"},
+                                     {"main.Text2", "y"},
+                                     {"patchedit.List1", "Patches"}};
+    int seen = 0;
+    for (const QWidget* w : QApplication::allWidgets()) {
+        if (!(w->focusPolicy() & Qt::TabFocus) || !kindofcontrol(w)) continue;
+        ++seen;
+        const QString name = w->window()->objectName() + "." + w->objectName();
+        if (wanted.contains(name)) {
+            EXPECT_EQ(nameofcontrol(w), wanted.take(name));
+        }
+        EXPECT_FALSE(nameofcontrol(w).isEmpty())
+            << w->window()->objectName().toStdString() << " " << w->metaObject()->className() << " "
+            << w->objectName().toStdString();
+    }
+    EXPECT_GT(seen, 200);
+    EXPECT_TRUE(wanted.isEmpty()) << wanted.firstKey().toStdString();
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        std::map<QString, std::string> keys;
+        for (const QWidget* w : window->findChildren<QWidget*>()) {
+            const QString text = w->property("text").toString();
+            const QString key = QKeySequence::mnemonic(text).toString();
+            if (key.isEmpty() || !w->isVisible() || w->window() != window) continue;
+            EXPECT_EQ(keys[key], "")
+                << window->objectName().toStdString() << " " << text.toStdString();
+            keys[key] = text.toStdString();
+        }
+    }
 }
 
 // A text with a tag, left to guess, would be a page whose pictures are fetched.

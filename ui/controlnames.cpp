@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Labels looked up in the layouts, which know them before anything is shown.
+#include "ui/controlnames.h"
+
+#include <QAbstractButton>
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+
+#include "ui/controlkinds.h"
+
+static QString wordsof(QString text) {
+    text = plaintext(text).simplified();
+    while (text.endsWith(':') || text.endsWith('.') || text.endsWith('=') || text.endsWith(' '))
+        text.chop(1);
+    return text;
+}
+
+static QString labeltext(QLayoutItem* item) {
+    const auto* const label = item ? qobject_cast<const QLabel*>(item->widget()) : nullptr;
+    return label ? wordsof(label->text()) : QString();
+}
+
+// The row's label, then the column's: "Element Type From".
+static QString labelin(const QGridLayout* grid, int index) {
+    int row = 0, column = 0, rows = 0, columns = 0;
+    grid->getItemPosition(index, &row, &column, &rows, &columns);
+    QStringList found;
+    for (int c = column - 1; c >= 0 && found.empty(); --c)
+        if (const QString text = labeltext(grid->itemAtPosition(row, c)); !text.isEmpty())
+            found << text;
+    for (int r = row - 1, n = int(found.size()); r >= 0 && int(found.size()) == n; --r)
+        if (const QString text = labeltext(grid->itemAtPosition(r, column)); !text.isEmpty())
+            found << text;
+    return found.join(' ');
+}
+
+// What stands last before it in a row or column.
+static QString labelin(const QBoxLayout* box, int index) {
+    for (int i = index - 1; i >= 0; --i)
+        if (const QString text = labeltext(box->itemAt(i)); !text.isEmpty()) return text;
+    return {};
+}
+
+// Does the control stand in the item, in a layout of layouts at any depth?
+static bool holds(QLayoutItem* item, const QWidget* control) {
+    if (item->widget() == control) return true;
+    const QLayout* const inner = item->layout();
+    for (int i = 0; inner && i < inner->count(); ++i)
+        if (holds(inner->itemAt(i), control)) return true;
+    return false;
+}
+
+// The nearest label before a control, in the innermost layout that has one.
+static QString labelfrom(const QLayout* layout, const QWidget* control) {
+    for (int i = 0; layout && i < layout->count(); ++i) {
+        QLayoutItem* const item = layout->itemAt(i);
+        if (!holds(item, control)) continue;
+        if (const QString text = labelfrom(item->layout(), control); !text.isEmpty()) return text;
+        if (const auto* form = qobject_cast<const QFormLayout*>(layout)) {
+            const auto* const label =
+                qobject_cast<const QLabel*>(form->labelForField(const_cast<QWidget*>(control)));
+            return label ? wordsof(label->text()) : QString();
+        }
+        if (const auto* grid = qobject_cast<const QGridLayout*>(layout)) return labelin(grid, i);
+        if (const auto* box = qobject_cast<const QBoxLayout*>(layout)) return labelin(box, i);
+    }
+    return {};
+}
+
+static QString labelaround(const QWidget* control) {
+    for (const QWidget* around = control->parentWidget(); around; around = around->parentWidget()) {
+        if (const QString text = labelfrom(around->layout(), control); !text.isEmpty()) return text;
+        if (const auto* frame = qobject_cast<const QGroupBox*>(around))
+            if (!frame->title().isEmpty()) return wordsof(frame->title());
+        if (around->isWindow()) break;
+        control = around;
+    }
+    return {};
+}
+
+QString nameofcontrol(const QWidget* control) {
+    if (!control->accessibleName().isEmpty()) return control->accessibleName();
+    const auto* const button = qobject_cast<const QAbstractButton*>(control);
+    return button ? wordsof(button->text()) : QString();
+}
+
+static QString buddyof(const QWidget* control) {
+    for (const auto* label : control->window()->findChildren<QLabel*>())
+        if (label->buddy() == control) return wordsof(label->text());
+    return {};
+}
+
+void namecontrols(QWidget* window) {
+    for (QWidget* control : window->findChildren<QWidget*>()) {
+        if (!(control->focusPolicy() & Qt::TabFocus) || !kindofcontrol(control)) continue;
+        if (!nameofcontrol(control).isEmpty()) continue;
+        const QString tip = wordsof(control->toolTip().section('\n', 0, 0));
+        for (const QString& name :
+             {buddyof(control), labelaround(control), tip, wordsof(window->windowTitle())}) {
+            control->setAccessibleName(name);
+            if (!name.isEmpty()) break;
+        }
+    }
+}

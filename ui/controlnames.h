@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Names of controls for screen readers and other tools of the desktop: from the label that stands
+// beside or above a control, its tip, or the frame around it.
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+// Names all controls of a window that have no name of their own.
+void namecontrols(QWidget* window);
+// What a screen reader says of a control; empty where it is nameless.
+QString nameofcontrol(const QWidget* control);

@@ -35,7 +35,8 @@ namespace {
 const int straightmodes = 5;  // constant stress and bending: enough for edges that stay straight
 const int curvedmodes = 4;    // the others
 
-using mat39 = Eigen::Matrix<double, 3, 9>;
+using stressset =
+    Eigen::Matrix<double, 9, 3>;  // a mode a row: loops along the modes take most of the time
 using row12 = Eigen::Matrix<double, 1, 12>;
 using mat5 = Eigen::Matrix<double, straightmodes, straightmodes>;
 using mat5x12 = Eigen::Matrix<double, straightmodes, 12>;
@@ -43,9 +44,10 @@ using mat5x12 = Eigen::Matrix<double, straightmodes, 12>;
 struct isostatic {
     stressframe frame;
     vec2 middle[2];  // unit vectors along the two middle lines
+    vec2 bend[2];    // the same in the frame
     row12 spin;
     Eigen::Matrix<double, 9, 12> work;
-    mat5x12 straight;  // work of the first modes on edges that stay straight
+    mat5x12 straight;  // work of the first modes on edges that stay straight, of curved shells
     mat5 stiffness;    // of the first modes
     Eigen::Matrix<double, curvedmodes, straightmodes> coupling;
     Eigen::Matrix<double, curvedmodes, curvedmodes> rest;  // of the others with the first set free
@@ -53,18 +55,18 @@ struct isostatic {
 }  // namespace
 
 // Stress x, y, xy in the frame, at a place in the plane.
-static mat39 stressmodes(const isostatic& h, const vec2& at) {
+static stressset stressmodes(const isostatic& h, const vec2& at) {
     const stressframe& f = h.frame;
     const vec2 local = f.axes * at;
     const double x = local.x() / f.a, y = local.y() / f.b, b = f.b / f.a, a = 1 / b;
-    mat39 p;
-    p << 1, 0, 0, 0, 0, x, 0, y * y, a * x * y,   //
-        0, 1, 0, 0, 0, 0, y, -x * x, -b * x * y,  //
-        0, 0, 1, 0, 0, -y * b, -x * a, 0, (x * x - y * y) / 2;
+    stressset p;
+    p.col(0) << 1, 0, 0, 0, 0, x, 0, y * y, a * x * y;
+    p.col(1) << 0, 1, 0, 0, 0, 0, y, -x * x, -b * x * y;
+    p.col(2) << 0, 0, 1, 0, 0, -y * b, -x * a, 0, (x * x - y * y) / 2;
     for (int m = 0; m < 2; ++m) {
-        const vec2 along = f.axes * h.middle[m];
+        const vec2& along = h.bend[m];
         const double off = along.x() * local.y() - along.y() * local.x();
-        p.col(3 + m) = off / (m == 0 ? f.b : f.a) *
+        p.row(3 + m) = off / (m == 0 ? f.b : f.a) *
                        vec3(along.x() * along.x(), along.y() * along.y(), along.x() * along.y());
     }
     return p;
@@ -137,11 +139,49 @@ static void divide(const Eigen::Matrix<double, 9, 9>& flexibility, const flatsha
             h.work.bottomRows<curvedmodes>() * bendingmotion(h, s, m, compliance);
 }
 
-static isostatic makeisostatic(const element& e, const flatshape& s) {
+// What the stresses at a point give to the flexibility: of it the lower triangle and all that the
+// last modes do to each other are in use.
+static void addflexibility(const stressset& modes, const mat3& compliance,
+                           Eigen::Matrix<double, 9, 9>& sum) {
+    for (int j = 0; j < 9; ++j) {
+        const vec3 strain = compliance * modes.row(j).transpose();
+        for (int i = std::min(j, straightmodes - 1) & ~1; i < 9; ++i)  // two at a time
+            sum(i, j) +=
+                modes(i, 0) * strain[0] + (modes(i, 1) * strain[1] + modes(i, 2) * strain[2]);
+    }
+}
+
+// Work of the stresses at x of 0..1 along edge k.
+static void addwork(const flatshape& s, int k, double x, double weight, bool straight,
+                    isostatic& h) {
+    const vec2 n(s.along[k].y(), -s.along[k].x());
+    Eigen::Matrix<double, 2, 3> normal;
+    normal << n.x(), 0, n.y(), 0, n.y(), n.x();
+    const Eigen::Matrix<double, 2, 3> turned = normal * h.frame.turn;
+    const stressset modes = stressmodes(h, (1 - x) * s.at[k] + x * s.at[s.next(k)]);
+    Eigen::Matrix<double, 9, 2> traction;
+    for (int row = 0; row < 2; ++row)
+        for (int i = 0; i < 9; ++i)
+            traction(i, row) =
+                weight * (turned(row, 0) * modes(i, 0) +
+                          (turned(row, 1) * modes(i, 1) + turned(row, 2) * modes(i, 2)));
+    const Eigen::Matrix<double, 2, 12> u = edgedisplacement(s, k, x, h.spin);
+    for (int j = 0; j < 12; ++j)
+        for (int i = 0; i < 9; ++i)
+            h.work(i, j) += traction(i, 0) * u(0, j) + traction(i, 1) * u(1, j);
+    if (straight)
+        h.straight.noalias() += traction.topRows<straightmodes>() * straightdisplacement(s, k, x);
+}
+
+// part: of the rotations that the membrane follows.
+static isostatic makeisostatic(const element& e, const flatshape& s, double part) {
     isostatic h;
     h.frame = frameof(s);
     const mat2 lines = jacobianof(s, shapesat(4, {0, 0}));
-    for (int m = 0; m < 2; ++m) h.middle[m] = lines.row(m).normalized();
+    for (int m = 0; m < 2; ++m) {
+        h.middle[m] = lines.row(m).normalized();
+        h.bend[m] = h.frame.axes * h.middle[m];
+    }
     h.spin = spinof(s);
     h.work.setZero();
     h.straight.setZero();
@@ -149,28 +189,15 @@ static isostatic makeisostatic(const element& e, const flatshape& s) {
     const mat3 compliance = planestiffness(e, false).inverse();
     for (const surfacepoint& p : surfacepoints(4, 5)) {
         const surfaceshape n = shapesat(4, p.place);
-        const mat39 modes = stressmodes(h, flatat(s, n));
         const double weight = p.weight * jacobianof(s, n).determinant();
-        const mat39 strains = weight * compliance * modes;
-        flexibility += modes.transpose().lazyProduct(strains);
+        addflexibility(stressmodes(h, flatat(s, n)), weight * compliance, flexibility);
     }
     const int points = 3;
-    for (int k = 0; k < 4; ++k) {
-        const double nx = s.along[k].y(), ny = -s.along[k].x();
-        Eigen::Matrix<double, 2, 3> normal;
-        normal << nx, 0, ny, 0, ny, nx;
-        normal *= h.frame.turn;
+    for (int k = 0; k < 4; ++k)
         for (int i = 0; i < points; ++i) {
             const gausspoint& g = gausspoints(points)[i];
-            const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
-            const vec2 at = (1 - x) * s.at[k] + x * s.at[s.next(k)];
-            const Eigen::Matrix<double, 9, 2> traction =
-                weight * (normal * stressmodes(h, at)).transpose();
-            h.work += traction.lazyProduct(edgedisplacement(s, k, x, h.spin));
-            h.straight.noalias() +=
-                traction.topRows<straightmodes>() * straightdisplacement(s, k, x);
+            addwork(s, k, (1 + g.at) / 2, g.weight * s.edge[k] / 2, part < 1, h);
         }
-    }
     divide(flexibility, s, compliance, h);
     return h;
 }
@@ -181,11 +208,11 @@ static Eigen::Matrix<double, curvedmodes, 12> restwork(const isostatic& h, const
 }
 
 static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatrix& k) {
-    const isostatic h = makeisostatic(e, s);
+    const double part = followed(e, s);
+    const isostatic h = makeisostatic(e, s, part);
     const mat5x12 work = h.work.topRows<straightmodes>();
     const mat5x12 first = h.stiffness.lazyProduct(work);
     const Eigen::Matrix<double, curvedmodes, 12> others = restwork(h, first);
-    const double part = followed(e, s);
     const Eigen::Matrix<double, curvedmodes, 12> forces = h.rest.inverse() * others;
     k = part * (work.transpose().lazyProduct(first) + others.transpose().lazyProduct(forces));
     if (part == 1) return;
@@ -195,17 +222,17 @@ static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatri
 }
 
 static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix& rows) {
-    const isostatic h = makeisostatic(e, s);
+    const double part = followed(e, s);
+    const isostatic h = makeisostatic(e, s, part);
     const mat5x12 first = h.stiffness.lazyProduct(h.work.topRows<straightmodes>());
     const Eigen::Matrix<double, curvedmodes, 12> others = h.rest.inverse() * restwork(h, first);
-    const double part = followed(e, s);
     Eigen::Matrix<double, 9, 12> parameters;
     parameters << part * (first - h.stiffness * h.coupling.transpose() * others), part * others;
     parameters.topRows<straightmodes>() += (1 - part) * h.stiffness * h.straight;
     parameters /= e.field(fieldthickness);
     rows.resize(12, 12);
     for (int c = 0; c < 4; ++c)
-        rows.middleRows<3>(3 * c) = h.frame.turn * stressmodes(h, s.at[c]) * parameters;
+        rows.middleRows<3>(3 * c) = h.frame.turn * stressmodes(h, s.at[c]).transpose() * parameters;
 }
 
 // --- triangle -----------------------------------------------------------------------------------

@@ -16,7 +16,7 @@
 namespace fs = std::filesystem;
 
 static const double mostcount = 2e9;            // larger counts can only come from a damaged file
-static const std::size_t writeblock = 1 << 20;  // bytes gathered before they go to the file
+static const std::size_t writeblock = 1 << 16;  // bytes gathered before they go to the file
 
 struct closefile {
     void operator()(std::FILE* f) const { std::fclose(f); }

@@ -166,7 +166,7 @@ void writemembers(const model& m, const settings& s, const dofmap& d, const disp
             one.rest.assign(u.rest.data() + (u.of(d, lc) - u.u.data()),
                             u.rest.data() + (u.of(d, lc) - u.u.data()) + d.equation.size());
         const caseloads loads(m, s, lc);
-        writerows(out, int(lines.size()), [&](int i, rowtext& text) {
+        writerows(out, int(lines.size()), 32, [&](int i, rowtext& text) {
             const element e = elementat(m, s, lines[std::size_t(i)]);
             elcases ends, moved;
             elementforces(m, s, d, one, e.number, ends);
@@ -174,10 +174,13 @@ void writemembers(const model& m, const settings& s, const dofmap& d, const disp
             const memberline line = memberof(e, ends.col(0), moved.col(0), loads);
             text.put(e.number);
             text.put(memberstations);
-            keptnumber same[membervalues];  // what nothing loads stays the same all along
+            std::vector<numbercolumn> columns;
+            for (int k = 1; k < membervalues; ++k)
+                columns.emplace_back(line.row(k).cwiseAbs().maxCoeff());
             for (int at = 0; at < memberstations; ++at) {
                 text.put(places[std::size_t(at)]);
-                for (int k = 1; k < membervalues; ++k) text.put(float(line(k, at)), same[k]);
+                for (int k = 1; k < membervalues; ++k)
+                    text.put(columns[std::size_t(k) - 1].textof(line(k, at)));
             }
             text.endline();
         });

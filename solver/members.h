@@ -13,5 +13,5 @@ const int memberstations = 21, membervalues = 9;
 using memberline = Eigen::Matrix<double, membervalues, memberstations>;
 
 // BASE.MEM: by case a record a line element, then "END". A record: element, number of stations,
-// their values one after the other.
+// their values one after the other, each to seven digits of the largest of its kind in the record.
 void writemembers(const model& m, const settings& s, const dofmap& d, const displacements& u);

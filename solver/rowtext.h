@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -13,27 +16,70 @@
 #include "solver/matrix.h"
 #include "solver/parallel.h"
 
-// A number with its text, kept for the case that the same one comes again.
+// A number's text, kept to be written again.
 struct keptnumber {
-    float value;
-    char text[longestnumber];
-    std::size_t length;
-    explicit keptnumber(float number = 0) : value(number) {
+    char text[longestnumber] = {};
+    std::size_t length = 0;
+    explicit keptnumber(float number = 0) {
         length = std::size_t(writenumber(text, number) - text);
     }
+};
+
+// Numbers of one kind along a member, each with the decimals that tell the largest to seven digits:
+// whole multiples of the last place, which are written in a fifth of the time that the fewest
+// digits of a Single take. What stays the same all along is written once.
+class numbercolumn {
+  public:
+    explicit numbercolumn(double largest) {
+        const int digits = 7;
+        const double nothing = 1e-200;
+        if (!(largest > nothing && std::isfinite(largest))) return;  // all are written as 0
+        decimals = digits - 1 - int(std::floor(std::log10(largest)));
+        factor = std::pow(10.0, decimals);
+    }
+    const keptnumber& textof(double value) {
+        const long multiple = std::lround(value * factor);
+        if (multiple == last) return kept;
+        last = multiple;
+        kept.length = std::size_t(write(kept.text, multiple) - kept.text);
+        return kept;
+    }
+
+  private:
+    char* write(char* p, long multiple) const {
+        int places = decimals;
+        for (; places > 0 && multiple % 10 == 0; --places) multiple /= 10;
+        if (multiple < 0) *p++ = '-';
+        char digits[longestnumber];
+        const int count = int(writenumber(digits, std::labs(multiple)) - digits);
+        const int before = count - places, mostplaces = 10;
+        if (places < 0 || places > mostplaces) {  // a whole number and the power of ten
+            p = std::copy_n(digits, count, p);
+            *p++ = 'E';
+            return writenumber(p, long(-places));
+        }
+        if (before <= 0) *p++ = '0';
+        p = std::copy_n(digits, std::max(before, 0), p);
+        if (places > 0) *p++ = '.';
+        p = std::fill_n(p, std::max(-before, 0), '0');
+        return std::copy(digits + std::max(before, 0), digits + count, p);
+    }
+    int decimals = 0;
+    double factor = 0;
+    long last = 0;
+    keptnumber kept;
 };
 
 // Text of some rows.
 class rowtext {
   public:
     void put(double value) { number(value); }
-    void put(float value) { number(value); }
     void put(int value) { number(long(value)); }
-    void put(float value, keptnumber& kept) {
-        if (value != kept.value) kept = keptnumber(value);
-        put(kept);
+    void put(const keptnumber& kept) {
+        comma();
+        std::memcpy(room(longestnumber), kept.text, longestnumber);  // all of it: two moves
+        used += kept.length;
     }
-    void put(const keptnumber& kept) { put(std::string_view(kept.text, kept.length)); }
     void put(std::string_view values) {
         comma();
         std::copy(values.begin(), values.end(), room(values.size()));
@@ -78,10 +124,11 @@ class rowtext {
     bool started = false;
 };
 
-// Writes rows 0..count-1 to some files at once, each made by row(i, texts), a text a file.
+// Writes rows 0..count-1 to some files at once, each made by row(i, texts), a text a file. A block
+// of rows is best some 50 KiB of text: longer ones leave the cache before they are written.
 template <std::size_t files, typename Row>
-void writerows(const std::array<textout*, files>& out, int count, Row row) {
-    const int blockrows = 512 / int(files), blocks = 8 * threads();
+void writerows(const std::array<textout*, files>& out, int count, int blockrows, Row row) {
+    const int blocks = 8 * threads();
     std::vector<std::array<rowtext, files>> texts, made;
     texts.resize(std::size_t(blocks));
     made.resize(std::size_t(blocks));
@@ -109,7 +156,7 @@ void writerows(const std::array<textout*, files>& out, int count, Row row) {
 
 // The same to one file, each row made by row(i, text).
 template <typename Row>
-void writerows(textout& out, int count, Row row) {
-    writerows(std::array<textout*, 1>{&out}, count,
+void writerows(textout& out, int count, int blockrows, Row row) {
+    writerows(std::array<textout*, 1>{&out}, count, blockrows,
               [&](int i, std::array<rowtext, 1>& text) { row(i, text[0]); });
 }

@@ -18,7 +18,7 @@ static std::string trailerof(const model& m, int lc) {
 }
 
 static void writenoderows(textout& out, const model& m, const dofmap& d, const double* values) {
-    writerows(out, m.nnodes(), [&](int i, rowtext& text) {
+    writerows(out, m.nnodes(), 512, [&](int i, rowtext& text) {
         text.put(values + std::size_t(i) * std::size_t(d.pernode), d.pernode);
         text.endline();
     });
@@ -39,7 +39,7 @@ void writereactions(const model& m, const dofmap& d, const displacements& u, con
     out.line(m.nnodes(), d.anadof);
     for (int lc = 1; lc <= u.cases; ++lc) {
         const double* const at = r.force.data() + std::size_t(lc - 1) * d.equation.size();
-        writerows(out, m.nnodes(), [&](int i, rowtext& text) {
+        writerows(out, m.nnodes(), 512, [&](int i, rowtext& text) {
             text.put(i + 1);
             text.put(at + std::size_t(i) * std::size_t(d.pernode), d.pernode);
             text.endline();
@@ -69,7 +69,7 @@ void writemodes(const model& m, const dofmap& d, const modeset& r) {
 void writelinestresses(const model& m, const settings& s, const linestresses& r) {
     textout out(m.base + ".LES");
     for (int lc = 1; lc <= r.cases; ++lc) {
-        writerows(out, int(r.elements.size()), [&](int i, rowtext& text) {
+        writerows(out, int(r.elements.size()), 256, [&](int i, rowtext& text) {
             const element e = elementat(m, s, r.elements[std::size_t(i)]);
             text.put(e.number);
             text.put(middleof(e));
@@ -98,7 +98,7 @@ void writeplatestresses(const model& m, const settings& s, const platestresses& 
     const meanslots slots = findslots(m, s, r);
     for (int lc = 1; lc <= cases; ++lc) {
         const std::vector<facestress> means = findmeans(m, s, r, slots, lc);
-        writerows(files, int(r.elements.size()), [&](int i, std::array<rowtext, 4>& texts) {
+        writerows(files, int(r.elements.size()), 64, [&](int i, std::array<rowtext, 4>& texts) {
             const element e = elementat(m, s, r.elements[std::size_t(i)]);
             const mat3& axes = slots.axes[std::size_t(i)];
             const recordplane plane = recordplaneof(e, axes);

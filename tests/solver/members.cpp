@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "core/textfile.h"
+#include "solver/rowtext.h"
 #include "tests/solver/verify.h"
 
 static const double modulus = 2e5, i2 = 3e6, i3 = 2e6, area = 900, length = 2000;
@@ -90,6 +91,30 @@ TEST(Members, EvenLoadsOnACantileverAndAClampedBeam) {
         expectcolumn(
             line, momenty, [&](double x) { return -q * l * l * (1 - 6 * x + 6 * x * x) / 12; },
             1e-6, "My, clamped");
+    }
+}
+
+// Seven digits of the largest, the last ones by the same place.
+TEST(Members, NumbersOfAColumnShareTheirLastPlace) {
+    const struct {
+        double largest, value;
+        const char* text;
+    } rows[] = {{71.874512, 71.874512, "71.87451"},
+                {71.874512, -0.000049, "-0.00005"},
+                {71.874512, 0.000004, "0"},
+                {999999.96, 999999.96, "1000000"},
+                {1234567.4, -1234567.4, "-1234567"},
+                {1234567890, 1234567890, "1234568E3"},
+                {4.5e-12, -4.5e-12, "-45E-13"},
+                {0.0125, 0.0125, "0.0125"},
+                {0.0125, 0.00999999999, "0.01"},
+                {0, 0, "0"},
+                {1e-300, 1e-300, "0"},
+                {20, 20, "20"}};
+    for (const auto& row : rows) {
+        numbercolumn column(row.largest);
+        const keptnumber& kept = column.textof(row.value);
+        EXPECT_EQ(std::string(kept.text, kept.length), row.text) << row.value;
     }
 }
 

@@ -2,6 +2,7 @@
 // Rows of the formats, in the order of the dialogs' filters.
 #include "exchange/formats.h"
 
+#include "exchange/deck.h"
 #include "exchange/dxf.h"
 #include "exchange/dxfform.h"
 #include "exchange/gate.h"
@@ -25,6 +26,21 @@ static auto meshwriter(const meshform& form) {
     return writer("Gmsh mesh", [form](const std::string& path, importreport& report) {
         writegmsh(path, form, report);
     });
+}
+
+const std::vector<foreignreader>& foreignreaders() {
+    static const std::vector<foreignreader> readers = {
+        {"ply", readply},
+        {"dxf",
+         [](const std::string& path, imported& found) {
+             dxfoptions options;
+             options.split = true;
+             readdxf(path, options, 1, found);
+         }},
+        {"msh", readgmsh},
+        {"inp", readdeck},
+    };
+    return readers;
 }
 
 void wireexchange() {
@@ -61,5 +77,12 @@ void wireexchange() {
          .importcaption = "",
          .savecaption = "Gmsh mesh 2.2, binary (*.msh)",
          .write = meshwriter({true, true})},
+        {.extension = "inp",
+         .opencaption = "CalculiX and Abaqus deck (*.inp)",
+         .importcaption = "CalculiX and Abaqus deck (*.inp)",
+         .savecaption = "CalculiX deck (*.inp)",
+         .knows = isdeck,
+         .read = reader("CalculiX deck", readdeck),
+         .write = writer("CalculiX deck", writedeck)},
     };
 }

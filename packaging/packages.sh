@@ -4,7 +4,8 @@
 
 buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspectra-dev
   libsuitesparse-dev libopenblas-dev libgtest-dev fonts-dejavu-core libqt6svg6"
-testpackages="xvfb xdotool"  # the screen and the hands of tests/window
+# The screen and the hands of tests/window, and a solver that takes the decks of tests/exchange.
+testpackages="xvfb xdotool calculix-ccx"
 
 needpackages() {
     missing=""

@@ -1,0 +1,554 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reading of decks.
+#include "exchange/deck.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+
+#include "core/catalogue.h"
+#include "core/numtext.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "exchange/deckcards.h"
+#include "exchange/shapes.h"
+
+bool isdeck(std::string_view head) {
+    static const char* const keywords[] = {"*HEADING",  "*NODE", "*ELEMENT",      "*INCLUDE",
+                                           "*MATERIAL", "*PART", "*USER ELEMENT", "*NSET"};
+    textlines in(std::string(head), "");
+    std::string_view line;
+    while (in.next(line)) {
+        line = trimmed(line);
+        if (line.empty() || line.starts_with("**")) continue;
+        for (const char* keyword : keywords)
+            if (uppercase(line.substr(0, std::string_view(keyword).size())) == keyword) return true;
+        return false;
+    }
+    return false;
+}
+
+namespace {
+
+struct deckkind {
+    const char* name;
+    int type, nodes, corners;
+    int plane = -1;  // 0 plane stress, 1 plane strain
+};
+// An ending R or I tells of the integration alone.
+const deckkind deckkinds[] = {
+    {"T3D2", typetruss, 2, 2},    {"T2D2", typetruss, 2, 2},      {"T3D3", typetruss, 3, 2},
+    {"B31", typebeam, 2, 2},      {"B33", typebeam, 2, 2},        {"B21", typebeam, 2, 2},
+    {"B32", typebeam, 3, 2},      {"U1", typebeam, 2, 2},         {"S3", typeshell3, 3, 3},
+    {"STRI3", typeshell3, 3, 3},  {"S4", typeshell4, 4, 4},       {"S6", typeshell3, 6, 3},
+    {"STRI65", typeshell3, 6, 3}, {"S8", typeshell4, 8, 4},       {"CPS3", typememb3, 3, 3, 0},
+    {"CPS4", typememb4, 4, 4, 0}, {"CPE3", typememb3, 3, 3, 1},   {"CPE4", typememb4, 4, 4, 1},
+    {"CPS6", typememb3, 6, 3, 0}, {"CPS8", typememb4, 8, 4, 0},   {"CPE6", typememb3, 6, 3, 1},
+    {"CPE8", typememb4, 8, 4, 1}, {"M3D3", typememb3, 3, 3, 0},   {"M3D4", typememb4, 4, 4, 0},
+    {"MASS", typemass, 1, 1},     {"SPRINGA", typespring2, 2, 2}, {"SPRING1", typespring, 1, 1},
+};
+
+const deckkind* findkind(std::string name) {
+    for (int ending = 0; ending < 2; ++ending) {
+        for (const deckkind& kind : deckkinds)
+            if (name == kind.name) return &kind;
+        if (name.empty() || (name.back() != 'R' && name.back() != 'I')) return nullptr;
+        name.pop_back();
+    }
+    return nullptr;
+}
+
+struct material {
+    double modulus = nottold, poisson = nottold, density = nottold;
+};
+struct section {
+    deckcard card;
+    std::vector<double> numbers;  // of the first data line
+    std::vector<double> direction;
+};
+// Values by node and freedom, or by element and direction.
+using activeloads = std::map<std::pair<int, int>, double>;
+
+class deckreader {
+  public:
+    deckreader(const std::string& path, imported& into) : cards(path), name(path), found(into) {}
+
+    void read() {
+        deckcard card;
+        while (cards.nextcard(card)) take(card);
+        if (instep) endstep();
+        for (const section& s : sections) usesection(s);
+        makegroups();
+        tell();
+    }
+
+  private:
+    using reader = void (deckreader::*)(const deckcard&);
+
+    void take(const deckcard& card) {
+        static const std::map<std::string, reader, std::less<>> readers = {
+            {"NODE", &deckreader::readnodes},
+            {"ELEMENT", &deckreader::readelements},
+            {"NSET", &deckreader::readset},
+            {"ELSET", &deckreader::readset},
+            {"MATERIAL", &deckreader::beginmaterial},
+            {"ELASTIC", &deckreader::readelastic},
+            {"DENSITY", &deckreader::readdensity},
+            {"SHELL SECTION", &deckreader::readsection},
+            {"MEMBRANE SECTION", &deckreader::readsection},
+            {"SOLID SECTION", &deckreader::readsection},
+            {"BEAM SECTION", &deckreader::readsection},
+            {"BEAM GENERAL SECTION", &deckreader::readsection},
+            {"MASS", &deckreader::readsection},
+            {"SPRING", &deckreader::readsection},
+            {"BOUNDARY", &deckreader::readboundary},
+            {"CLOAD", &deckreader::readcload},
+            {"DLOAD", &deckreader::readdload},
+            {"STEP", &deckreader::beginstep},
+            {"END STEP", &deckreader::closestep},
+        };
+        static const std::set<std::string, std::less<>> silent = {
+            "HEADING", "STATIC",      "NODE PRINT",     "NODE FILE", "EL PRINT", "EL FILE",
+            "OUTPUT",  "NODE OUTPUT", "ELEMENT OUTPUT", "PREPRINT",  "RESTART",  "USER ELEMENT"};
+        const auto at = readers.find(card.keyword);
+        if (at != readers.end()) return (this->*at->second)(card);
+        if (!silent.contains(card.keyword)) found.report.skipped("*" + card.keyword, card.line);
+    }
+
+    void progress() {
+        const long look = 16384;  // items between two looks at the clock
+        if (++seen % look == 0) readingprogress(name, cards.share());
+    }
+    // A fault of a line; what follows it is read on, so that one run tells them all.
+    void fault(const std::string& text) { found.report.error(text, cards.line()); }
+
+    // --- nodes, elements, sets ---
+
+    void readnodes(const deckcard& card) {
+        std::vector<int>* const set = setof(nodesets, card.value("NSET"));
+        std::string_view line, field;
+        while (cards.nextdata(line)) {
+            progress();
+            nextfield(line, field);
+            const long number = cards.whole(field, "the number of a node");
+            triple at{};
+            for (std::size_t k = 0; k < 3 && nextfield(line, field); ++k)
+                if (!field.empty()) at[k] = cards.real(field, "a coordinate");
+            int n = nodes.find(number);
+            if (n != 0) {
+                found.report.warn("Nodes defined again; the later place holds", cards.line());
+                found.nodes[std::size_t(n) - 1] = at;
+            } else {
+                n = found.addnode(at);
+                nodes.put(number, n);
+                found.nodenumbers.push_back(number);
+            }
+            if (set != nullptr) set->push_back(n);
+        }
+    }
+
+    std::vector<int>* setof(std::map<std::string, std::vector<int>>& sets, std::string_view name) {
+        return name.empty() ? nullptr : &sets[uppercase(name)];
+    }
+
+    void readelements(const deckcard& card) {
+        const std::string type = uppercase(card.value("TYPE"));
+        const deckkind* const kind = findkind(type);
+        std::vector<int>* const set = setof(elementsets, card.value("ELSET"));
+        const int order = int(orderofsets.size());
+        if (set != nullptr) orderofsets.try_emplace(set, order);
+        std::string_view line, field;
+        while (cards.nextdata(line)) {
+            progress();
+            if (kind == nullptr) {
+                found.report.skipped("Elements of type " + type, cards.line());
+                while (line.ends_with(',') && cards.nextdata(line)) {
+                }
+                haslost = true;
+                continue;
+            }
+            nextfield(line, field);
+            const long number = cards.whole(field, "the number of an element");
+            std::array<int, 4> corners{};
+            bool whole = true;
+            for (int c = 0; c < kind->nodes; ++c) {
+                if (line.empty() && !cards.nextdata(line)) {
+                    fault("Element " + numbertext(number) + " has too few nodes");
+                    whole = false;
+                    break;
+                }
+                nextfield(line, field);
+                const long n = cards.whole(field, "the number of a node");
+                // Bars of three nodes have the second in their middle, faces have theirs behind.
+                const bool isbar = kind->nodes == 3 && kind->corners == 2;
+                const int place = isbar ? c / 2 : c;
+                if (isbar ? c == 1 : c >= kind->corners) continue;
+                corners[std::size_t(place)] = nodes.find(n);
+                if (corners[std::size_t(place)] != 0 || !whole) continue;
+                fault("Element " + numbertext(number) + " uses node " + numbertext(n) +
+                      ", which is not defined");
+                whole = false;
+            }
+            if (!whole) continue;
+            if (elements.find(number) != 0) {
+                fault("Element " + numbertext(number) + " is defined again");
+                continue;
+            }
+            const int e = found.addelement(kind->type, corners);
+            elements.put(number, e);
+            found.elementnumbers.push_back(number);
+            planes.push_back(kind->plane);
+            owner.push_back(set == nullptr ? -1 : orderofsets.at(set));
+            if (kind->nodes != kind->corners) {
+                found.report.changed("Elements of second order became straight ones", 1,
+                                     cards.line());
+                haslost = true;
+            }
+            if (set != nullptr) set->push_back(e);
+        }
+        if (set != nullptr && setnames.size() < orderofsets.size())
+            setnames.push_back(toutf8(card.value("ELSET")));
+    }
+
+    // Members are numbers or the names of sets.
+    void readset(const deckcard& card) {
+        const bool ofnodes = card.keyword == "NSET";
+        auto& sets = ofnodes ? nodesets : elementsets;
+        const auto& table = ofnodes ? nodes : elements;
+        const std::string setname = uppercase(card.value(ofnodes ? "NSET" : "ELSET"));
+        std::vector<int> members;
+        std::string_view line, field;
+        while (cards.nextdata(line)) {
+            progress();
+            if (card.has("GENERATE")) {
+                const auto f = cards.fields(line);
+                const long first = f.empty() ? 0 : cards.whole(f[0], "a number");
+                const long last = f.size() > 1 ? cards.whole(f[1], "a number") : first;
+                const long by = f.size() > 2 ? cards.whole(f[2], "a number") : 1;
+                const long most = 100000000;
+                if (by < 1 || last - first > most) cards.fail("a range of numbers without end");
+                for (long i = first; i <= last; i += by)
+                    if (const int item = table.find(i)) members.push_back(item);
+                continue;
+            }
+            while (nextfield(line, field)) {
+                long number = 0;
+                if (field.empty()) continue;
+                if (!readwholenumber(field, number))
+                    append(members, sets, field);
+                else if (const int item = table.find(number))
+                    members.push_back(item);
+                else
+                    fault((ofnodes ? "Node " : "Element ") + numbertext(number) + " of set " +
+                          setname + " is not defined");
+            }
+        }
+        auto& set = sets[setname];
+        set.insert(set.end(), members.begin(), members.end());
+    }
+    void append(std::vector<int>& members, const std::map<std::string, std::vector<int>>& sets,
+                std::string_view name) {
+        const auto at = sets.find(uppercase(name));
+        const std::size_t most = 100000000;
+        if (at == sets.end())
+            fault("Set " + shown(name) + " is not defined");
+        else if (members.size() + at->second.size() > most)
+            cards.fail("the sets name more items than a model holds");
+        else
+            members.insert(members.end(), at->second.begin(), at->second.end());
+    }
+    // The items that a data line begins with: one by its number, or those of a set.
+    std::vector<int> itemsof(std::string_view field, bool ofnodes) {
+        std::vector<int> list;
+        long number = 0;
+        if (!readwholenumber(field, number))
+            append(list, ofnodes ? nodesets : elementsets, field);
+        else if (const int item = (ofnodes ? nodes : elements).find(number))
+            list.push_back(item);
+        else
+            fault((ofnodes ? "Node " : "Element ") + numbertext(number) + " is not defined");
+        return list;
+    }
+
+    // --- materials and sections ---
+
+    void beginmaterial(const deckcard& card) { current = uppercase(card.value("NAME")); }
+    std::vector<double> numbersof(std::string_view line) {
+        std::vector<double> list;
+        for (const std::string_view field : cards.fields(line))
+            list.push_back(field.empty() ? 0 : cards.real(field, "a number"));
+        return list;
+    }
+    void readelastic(const deckcard& card) {
+        const std::string type = uppercase(card.value("TYPE"));
+        std::string_view line;
+        if (!cards.nextdata(line)) return;
+        const auto numbers = numbersof(line);
+        if (!type.empty() && type != "ISO" && type != "ISOTROPIC")
+            found.report.warn("*ELASTIC of TYPE=" + type + ": the first value was taken as E",
+                              card.line);
+        if (!numbers.empty()) materials[current].modulus = numbers[0];
+        if (numbers.size() > 1) materials[current].poisson = numbers[1];
+        if (cards.nextdata(line))
+            found.report.warn("Properties by temperature: the first row was taken", cards.line());
+    }
+    void readdensity(const deckcard&) {
+        std::string_view line;
+        if (!cards.nextdata(line)) return;
+        const auto numbers = numbersof(line);
+        if (!numbers.empty()) materials[current].density = numbers[0];
+    }
+    void readsection(const deckcard& card) {
+        section s{card, {}, {}};
+        std::string_view line;
+        const bool isspring = card.keyword == "SPRING";
+        if (cards.nextdata(line)) s.numbers = numbersof(line);
+        // A spring tells its freedoms before its stiffness.
+        if (cards.nextdata(line)) s.direction = numbersof(line);
+        if (isspring) std::swap(s.numbers, s.direction);
+        sections.push_back(std::move(s));
+    }
+
+    void usesection(const section& s) {
+        const std::string setname = uppercase(s.card.value("ELSET"));
+        const auto set = elementsets.find(setname);
+        if (set == elementsets.end()) {
+            found.report.error("*" + s.card.keyword + " names the set " +
+                                   shown(s.card.value("ELSET")) + ", which is not defined",
+                               s.card.line);
+            return;
+        }
+        const int g = found.groupof(toutf8(s.card.value("ELSET")));
+        auto& fields = found.group(g).fields;
+        usematerial(s, fields);
+        useshape(s, found.group(g));
+        for (const int e : set->second) {
+            importedelement& element = found.elements[std::size_t(e) - 1];
+            element.group = g;
+            if (const int plane = planes[std::size_t(e) - 1]; plane >= 0)
+                fields[fieldplane] = plane;
+            if (element.type == typebeam) {
+                triple towards = {0, 0, -1};  // where the deck tells nothing
+                if (s.direction.size() >= 3) std::copy_n(s.direction.begin(), 3, towards.begin());
+                found.orientations.push_back({e, 2, towards});
+            }
+        }
+    }
+    void usematerial(const section& s, std::array<double, groupfields + 1>& fields) {
+        const std::string_view name = s.card.value("MATERIAL");
+        if (name.empty()) return;
+        const auto at = materials.find(uppercase(name));
+        if (at == materials.end()) {
+            found.report.error("Material " + shown(name) + " is not defined", s.card.line);
+            return;
+        }
+        fields[fieldmodulus] = at->second.modulus;
+        fields[fieldpoisson] = at->second.poisson;
+        // Without one the deck has no mass, whatever a new group has.
+        fields[fielddensity] = std::isnan(at->second.density) ? 0 : at->second.density;
+    }
+    void useshape(const section& s, importedgroup& group) {
+        const auto& n = s.numbers;
+        const std::string shape = uppercase(s.card.value("SECTION"));
+        const auto number = [&](std::size_t i) { return i < n.size() ? n[i] : 0; };
+        if (s.card.keyword == "SPRING") {
+            const double stiffness = number(0);
+            const int dof = s.direction.empty() ? 1 : int(s.direction[0]);
+            group.matrix.resize(36);
+            if (dof >= 1 && dof <= 6) group.matrix[std::size_t(dof - 1) * 7] = float(stiffness);
+            return;
+        }
+        if (!s.card.keyword.starts_with("BEAM")) {
+            if (!n.empty()) group.fields[fieldthickness] = n[0];
+            if (s.card.keyword == "MASS") group.fields[fielddensity] = number(0);
+            return;
+        }
+        if (shape == "RECT")
+            putshape(rectangle(number(0), number(1)), group.fields);
+        else if (shape == "CIRC")  // one number is a radius, two are diameters
+            putshape(
+                n.size() > 1 ? ellipticbar(n[0], n[1]) : ellipticbar(2 * number(0), 2 * number(0)),
+                group.fields);
+        else if (shape == "PIPE")
+            putshape(tube(number(0), number(1)), group.fields);
+        else if (shape == "BOX")
+            putshape(hollowbox(number(0), number(1), {number(2), number(3), number(4), number(5)}),
+                     group.fields);
+        else if (shape == "GENERAL" || s.card.keyword == "BEAM GENERAL SECTION")
+            putshape({number(0), number(1), number(3), number(4), 0, 0}, group.fields);
+        else
+            found.report.skipped("Beam sections of the shape " + shape, s.card.line);
+    }
+
+    // What no section names is a group by the set that it was defined in.
+    void makegroups() {
+        for (std::size_t e = 0; e < found.elements.size(); ++e)
+            if (found.elements[e].group == 0 && owner[e] >= 0)
+                found.elements[e].group = found.groupof(setnames[std::size_t(owner[e])]);
+        if (haslost) dropunused(found);
+    }
+
+    // --- constraints and loads ---
+
+    void readboundary(const deckcard&) {
+        std::string_view line;
+        while (cards.nextdata(line)) {
+            const auto f = cards.fields(line);
+            if (f.size() < 2) {
+                fault("*BOUNDARY needs a node and a freedom");
+                continue;
+            }
+            static const std::map<std::string, std::vector<long>> words = {
+                {"ENCASTRE", {1, 6}},
+                {"PINNED", {1, 3}},
+                {"XSYMM", {1, 1, 5, 6}},
+                {"YSYMM", {2, 2, 4, 4, 6, 6}},
+                {"ZSYMM", {3, 3, 4, 5}}};
+            std::vector<long> ranges;
+            const auto word = words.find(uppercase(f[1]));
+            if (word != words.end()) {
+                ranges = word->second;
+            } else {
+                ranges = {cards.whole(f[1], "a freedom"), 0};
+                ranges[1] =
+                    f.size() > 2 && !f[2].empty() ? cards.whole(f[2], "a freedom") : ranges[0];
+            }
+            const double value = f.size() > 3 && !f[3].empty() ? cards.real(f[3], "a value") : 0;
+            for (std::size_t r = 0; r + 1 < ranges.size(); r += 2)
+                constrain(f[0], ranges[r], ranges[r + 1], value);
+        }
+    }
+    void constrain(std::string_view item, long first, long last, double value) {
+        if (first < 1 || last > 6)
+            found.report.skipped("Freedoms beyond 6 in *BOUNDARY", cards.line());
+        for (const int n : itemsof(item, true))
+            for (long dof = std::max(first, 1L); dof <= std::min(last, 6L); ++dof)
+                found.constraints.push_back({n, int(dof), dof > 3 ? value * 180 / pi : value});
+    }
+    // Loads stay from step to step until OP=NEW takes all of their kind away.
+    void begincards(const deckcard& card, activeloads& loads) {
+        if (sameword(card.value("OP"), "NEW") && cleared.insert(&loads).second) loads.clear();
+    }
+    void readcload(const deckcard& card) {
+        begincards(card, forces);
+        std::string_view line;
+        while (cards.nextdata(line)) {
+            const auto f = cards.fields(line);
+            if (f.size() < 3) {
+                fault("*CLOAD needs node, freedom and value");
+                continue;
+            }
+            const long dof = cards.whole(f[1], "a freedom");
+            const double value = cards.real(f[2], "a value");
+            if (dof < 1 || dof > 6) {
+                fault("Freedom " + numbertext(dof) + " has no force");
+                continue;
+            }
+            for (const int n : itemsof(f[0], true)) put(forces, n, int(dof), value);
+        }
+    }
+    // Told again in a later step it takes the place of what was; within a step it adds up.
+    void put(activeloads& loads, int item, int dof, double value) {
+        const bool isnew = touched.insert({&loads, {item, dof}}).second;
+        double& at = loads[{item, dof}];
+        at = isnew ? value : at + value;
+    }
+    void readdload(const deckcard& card) {
+        begincards(card, pressures);
+        if (sameword(card.value("OP"), "NEW") && cleared.insert(nullptr).second) gravity = {};
+        std::string_view line;
+        while (cards.nextdata(line)) {
+            const auto f = cards.fields(line);
+            if (f.size() < 3) {
+                fault("*DLOAD needs element, kind and value");
+                continue;
+            }
+            const std::string kind = uppercase(f[1]);
+            const double value = cards.real(f[2], "a value");
+            if (kind == "GRAV" && f.size() >= 6) {
+                for (std::size_t k = 0; k < 3; ++k)
+                    gravity[k] = value * cards.real(f[k + 3], "a direction");
+                continue;
+            }
+            if (kind != "P") {
+                found.report.skipped("*DLOAD of the kind " + kind, cards.line());
+                continue;
+            }
+            for (const int e : itemsof(f[0], false)) {
+                if (found.elements[std::size_t(e) - 1].corners[2] == 0)
+                    found.report.skipped("*DLOAD P on lines", cards.line());
+                else
+                    put(pressures, e, 3, value);
+            }
+        }
+    }
+
+    // --- steps ---
+
+    void beginstep(const deckcard&) {
+        if (instep) endstep();
+        instep = true;
+        cleared.clear();
+        touched.clear();
+    }
+    void closestep(const deckcard&) {
+        if (instep) endstep();
+    }
+    void endstep() {
+        instep = false;
+        ++steps;
+        importedcase c;
+        const std::string stepname = "Step " + numbertext(steps);
+        c.name = stepname;
+        for (const auto& [at, value] : forces) c.nodal.push_back({at.first, at.second, value});
+        for (const auto& [at, value] : pressures)
+            c.onelements.push_back({at.first, at.second, value});
+        if (!c.nodal.empty() || !c.onelements.empty()) found.cases.push_back(c);
+        // Weight is a case of its own kind, an axis each.
+        for (std::size_t k = 0; k < 3; ++k) {
+            if (gravity[k] == 0) continue;
+            importedcase weight;
+            weight.name = stepname + " gravity " + "xyz"[k];
+            weight.type = caseaccx + int(k);
+            weight.hasparameters = true;
+            weight.parameters = {gravity[k], 0, 0, 0, 1};
+            found.cases.push_back(weight);
+        }
+    }
+
+    void tell() {
+        std::map<int, long> counts;
+        for (const importedelement& e : found.elements) ++counts[e.type];
+        found.report.read("Nodes", long(found.nodes.size()));
+        for (const auto& [type, count] : counts)
+            found.report.read(eltypname(type) + " elements", count);
+        if (!found.constraints.empty())
+            found.report.read("Constraints", long(found.constraints.size()));
+        if (steps > 0) found.report.read("Steps", steps);
+    }
+
+    deckcards cards;
+    std::string name;
+    imported& found;
+    numbertable nodes, elements;
+    std::map<std::string, std::vector<int>> nodesets, elementsets;
+    std::map<const std::vector<int>*, int> orderofsets;
+    std::vector<std::string> setnames;  // by that order
+    std::vector<int> planes, owner;     // of each element
+    std::map<std::string, material> materials;
+    std::string current;
+    std::vector<section> sections;
+    activeloads forces, pressures;
+    triple gravity{};
+    std::set<const activeloads*> cleared;
+    std::set<std::pair<const activeloads*, std::pair<int, int>>> touched;
+    bool instep = false, haslost = false;
+    long steps = 0, seen = 0;
+};
+
+}  // namespace
+
+void readdeck(const std::string& path, imported& found) {
+    deckreader(path, found).read();
+}

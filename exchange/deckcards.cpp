@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Keywords and data lines.
+#include "exchange/deckcards.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+std::string_view deckcard::value(std::string_view name) const {
+    const auto at = parameters.find(name);
+    return at == parameters.end() ? std::string_view() : std::string_view(at->second);
+}
+
+deckcards::deckcards(const std::string& path) : folder(fs::path(path).parent_path().string()) {
+    files.push_back(std::make_unique<textlines>(path));
+}
+
+// The next line that is no comment and not empty; what was included ends before what waits.
+bool deckcards::nextline(std::string_view& line) {
+    if (hasahead) {
+        hasahead = false;
+        line = ahead;
+        return true;
+    }
+    for (;;) {
+        while (files.back()->next(line)) {
+            line = trimmed(line);
+            if (!line.empty() && !line.starts_with("**")) return true;
+        }
+        if (files.size() == 1) return false;
+        passed.push_back(std::move(files.back()));
+        files.pop_back();
+    }
+}
+
+bool deckcards::nextdata(std::string_view& line) {
+    if (!nextline(line)) return false;
+    if (!line.starts_with('*')) return true;
+    ahead = line;
+    hasahead = true;
+    return false;
+}
+
+bool deckcards::nextcard(deckcard& card) {
+    std::string_view line;
+    while (nextline(line)) {
+        if (!line.starts_with('*')) continue;
+        card = {};
+        card.line = this->line();
+        std::string whole(line);
+        while (whole.ends_with(',') && nextline(line)) whole += std::string(line);
+        readparameters(std::string_view(whole).substr(1), card);
+        if (card.keyword != "INCLUDE") return true;
+        include(card);
+    }
+    return false;
+}
+
+void deckcards::readparameters(std::string_view line, deckcard& card) const {
+    std::string_view field;
+    nextfield(line, field);
+    for (std::string_view word; nextword(field, word);)
+        card.keyword += (card.keyword.empty() ? "" : " ") + uppercase(word);
+    while (nextfield(line, field)) {
+        const std::size_t equals = field.find('=');
+        const std::string name = uppercase(trimmed(field.substr(0, equals)));
+        std::string_view value = equals == field.npos ? "" : trimmed(field.substr(equals + 1));
+        if (value.size() > 1 && value.front() == '"' && value.back() == '"')
+            value = value.substr(1, value.size() - 2);
+        card.parameters[name] = std::string(value);
+    }
+}
+
+// Nothing outside the deck's own folder is opened on its behalf, and no file without end.
+void deckcards::include(const deckcard& card) {
+    const std::string name(card.value("INPUT"));
+    const fs::path path = fs::weakly_canonical(fs::path(folder) / name);
+    const fs::path base = fs::weakly_canonical(fs::path(folder.empty() ? "." : folder));
+    const auto [end, at] = std::mismatch(base.begin(), base.end(), path.begin(), path.end());
+    const std::size_t mostdepth = 16, mostfiles = 1000;
+    if (name.empty() || end != base.end())
+        fail("the file " + shown(name) + " to include is not beneath the folder of the deck");
+    if (files.size() >= mostdepth || ++included > mostfiles)
+        fail("the files to include never end: " + shown(name));
+    files.push_back(std::make_unique<textlines>(path.string()));
+}
+
+std::vector<std::string_view> deckcards::fields(std::string_view line) {
+    std::vector<std::string_view> list;
+    std::string_view field;
+    while (nextfield(line, field)) list.push_back(field);
+    return list;
+}
+
+double deckcards::real(std::string_view field, const char* what) const {
+    double number = 0;
+    if (!readreal(field, number)) fail(std::string(what) + " was expected, found " + shown(field));
+    return number;
+}
+
+long deckcards::whole(std::string_view field, const char* what) const {
+    long number = 0;
+    if (!readwholenumber(field, number))
+        fail(std::string(what) + " was expected, found " + shown(field));
+    return number;
+}

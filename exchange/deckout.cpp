@@ -1,0 +1,396 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Writing of decks. A beam goes out with a node in its middle and a rectangle or a tube of the same
+// stiffness: the solver's beams are solids within, and those with two nodes are too stiff.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "core/numtext.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "exchange/deck.h"
+#include "exchange/textlines.h"
+#include "view/localaxes.h"
+
+namespace {
+
+// The elements of one group and one type: a set of the deck.
+struct deckset {
+    int group = 1, type = 0;
+    std::string name;
+    std::vector<int> elements;
+};
+
+// A beam's section as the deck can tell it; the modulus is scaled so that area and inertias hold.
+struct deckbeam {
+    bool istube = false;
+    double first = 0, second = 0;  // sides along axes 1 and 2, or radius and wall
+    double part = 1;               // of the modulus and of the density
+};
+
+deckbeam beamof(int g, int type) {
+    const double area = groups(g, fieldthickness), i1 = groups(g, fieldixx),
+                 i2 = groups(g, fieldiyy), alike = 1e-3;
+    const bool isround = type == typepipe || std::fabs(i1 - i2) <= alike * i1;
+    const double outer = (4 * i1 / area + area / pi) / 2, inner = (4 * i1 / area - area / pi) / 2;
+    if (isround && inner > 0)
+        return {true, std::sqrt(outer), std::sqrt(outer) - std::sqrt(inner), 1};
+    deckbeam b;
+    b.first = std::sqrt(12 * i2 / area);
+    b.second = std::sqrt(12 * i1 / area);
+    b.part = area / (b.first * b.second);
+    return b;
+}
+
+class deckwriter {
+  public:
+    deckwriter(textout& target, importreport& lines) : out(target), report(lines) {}
+
+    void write() {
+        out.raw("*HEADING\n").raw(std::filesystem::path(modelname).filename().string());
+        out.raw("\n*NODE, NSET=NALL\n");
+        for (int n = 1; n <= nnodes(); ++n)
+            node(n, {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)});
+        gather();
+        for (const deckset& set : sets) writeset(set);
+        for (const deckset& set : sets) writesection(set);
+        writesprings();
+        writeconstraints();
+        for (int lc = 1; lc <= nlc(); ++lc) writestep(lc);
+        report.read("Nodes", nnodes());
+    }
+
+  private:
+    static bool isbeam(int type) { return type == typebeam || type == typepipe; }
+    static const char* nameof(int type, int g) {
+        const bool strain = groups(g, fieldplane) == 1;
+        switch (type) {
+            case typetruss:
+                return "T3D2";
+            case typememb3:
+                return !dim2d ? "M3D3" : strain ? "CPE3" : "CPS3";
+            case typememb4:
+            case typeshear4:
+                return !dim2d ? "M3D4" : strain ? "CPE4" : "CPS4";
+            case typemass:
+                return "MASS";
+            case typebeam:
+            case typepipe:
+                return "B32";
+            case typeshell3:
+            case typeplate3:
+                return "S3";
+            case typeshell4:
+            case typeplate4:
+                return "S4";
+            default:
+                return nullptr;  // springs have cards of their own
+        }
+    }
+
+    void node(int number, const std::array<float, 3>& at) {
+        out.put(number);
+        for (const float v : at) out.raw(",").put(v);
+        out.raw("\n");
+    }
+    static int middleof(int e) { return nnodes() + e; }
+
+    // Letters, digits and _ - as they stand; unlike those of other sets.
+    std::string setname(const std::string& name, int type, bool single) {
+        std::string result;
+        const std::size_t most = 60;
+        for (const char c : name) {
+            const bool isplain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                                 (c >= '0' && c <= '9') || c == '_' || c == '-';
+            if (isplain)
+                result += c;
+            else if ((c & 0xC0) != 0x80)
+                result += '_';
+        }
+        result.resize(std::min(result.size(), most));
+        const bool isletter =
+            !result.empty() && ((result[0] | 32) >= 'a' && (result[0] | 32) <= 'z');
+        if (!isletter) result = "G" + result;
+        if (!single) result += "_" + eltypname(type);
+        const std::string stem = result;
+        for (int i = 2; !taken.insert(uppercase(result)).second; ++i)
+            result = stem + "-" + numbertext(i);
+        if (result != name) report.changed("Group " + name + " is the set " + result);
+        return result;
+    }
+    void gather() {
+        std::map<std::pair<int, int>, std::vector<int>> sorted;
+        std::map<int, int> typesofgroup;
+        for (int e = 1; e <= nelems(); ++e) {
+            const int type = int(elems(e, 0)), g = std::clamp(egroup(e), 1, ngroups());
+            if (nodesoftype(elems(e, 0)) == 0) continue;
+            const bool isspring = type == typespring2 || type >= typespringt;
+            if (nameof(type, g) == nullptr && !isspring) {
+                report.skipped(eltypname(type) + " elements, which a deck has no card for");
+                report.about(reportitems::elements, e);
+                continue;
+            }
+            report.read(eltypname(type) + " elements");
+            for (int end = 1; end <= 2; ++end)
+                for (int dof = 1; dof <= 6; ++dof)
+                    if (isbeam(type) && endrelease(e, end, dof) == 1) {
+                        report.skipped("End releases; these ends are stiff in the deck");
+                        report.about(reportitems::elements, e);
+                    }
+            sorted[{g, type}].push_back(e);
+        }
+        for (const auto& [key, list] : sorted) ++typesofgroup[key.first];
+        for (auto& [key, list] : sorted)
+            sets.push_back({key.first, key.second,
+                            setname(groupname(key.first), key.second, typesofgroup[key.first] == 1),
+                            std::move(list)});
+    }
+    void writeset(const deckset& set) {
+        const char* const name = nameof(set.type, set.group);
+        if (name == nullptr) return;
+        if (isbeam(set.type)) {
+            out.raw("*NODE\n");
+            for (const int e : set.elements) {
+                std::array<float, 3> at;
+                for (int k = 0; k < 3; ++k)
+                    at[std::size_t(k)] =
+                        (nodes(0, long(elems(e, 1)), k) + nodes(0, long(elems(e, 2)), k)) / 2;
+                node(middleof(e), at);
+            }
+        }
+        out.raw("*ELEMENT, TYPE=").raw(name).raw(", ELSET=").raw(set.name).raw("\n");
+        for (const int e : set.elements) {
+            out.put(e);
+            for (int c = 1; c <= nodesoftype(elems(e, 0)); ++c) {
+                if (c == 2 && isbeam(set.type)) out.raw(",").put(middleof(e));
+                out.raw(",").put(int(elems(e, c)));
+            }
+            out.raw("\n");
+        }
+        if (set.type == typeplate3 || set.type == typeplate4)
+            report.changed(
+                "PLATE elements are shells in the deck, which membrane forces stiffen too");
+        if (set.type == typeshear4) report.changed("SHEAR4 elements are membranes in the deck");
+        if (isbeam(set.type))
+            report.changed(
+                "Beams are rectangles or tubes of the same area and inertias; the torsion "
+                "of other shapes differs, and a member wants ten elements or more");
+    }
+
+    void writematerial(const deckset& set, double part) {
+        const int g = set.group;
+        out.raw("*MATERIAL, NAME=M_").raw(set.name).raw("\n*ELASTIC\n");
+        out.put(groups(g, fieldmodulus) * part).raw(",").put(groups(g, fieldpoisson)).raw("\n");
+        if (groups(g, fielddensity) > 0)
+            out.raw("*DENSITY\n").put(groups(g, fielddensity) * part).raw("\n");
+    }
+    void section(const char* keyword, const deckset& set) {
+        out.raw("*").raw(keyword).raw(", ELSET=").raw(set.name).raw(", MATERIAL=M_").raw(set.name);
+    }
+    void writesection(const deckset& set) {
+        const int g = set.group;
+        if (set.type == typemass) {
+            out.raw("*MASS, ELSET=").raw(set.name).raw("\n").put(groups(g, fielddensity)).raw("\n");
+            if (groups(g, fieldixx) != 0 || groups(g, fieldiyy) != 0 || groups(g, fieldizz) != 0)
+                report.skipped("Rotary inertias of MASS elements");
+            return;
+        }
+        if (nameof(set.type, g) == nullptr) return;
+        if (isbeam(set.type)) return writebeams(set);
+        writematerial(set, 1);
+        const bool isshell = set.type >= typeshell3;
+        const bool ismembrane = !dim2d && set.type != typetruss;
+        section(isshell ? "SHELL SECTION" : ismembrane ? "MEMBRANE SECTION" : "SOLID SECTION", set);
+        out.raw("\n").put(groups(g, fieldthickness)).raw("\n");
+    }
+    // Beams of a group that look the same way share a section.
+    void writebeams(const deckset& set) {
+        const deckbeam b = beamof(set.group, set.type);
+        if (!(b.first > 0 && b.second > 0 && std::isfinite(b.first) && std::isfinite(b.second))) {
+            report.error("Group " + groupname(set.group) +
+                         " has no area or no inertias; its beams have no section in the deck");
+            return;
+        }
+        writematerial(set, b.part);
+        std::map<std::array<long, 3>, std::vector<int>> byway;
+        const double step = 1e6;
+        for (const int e : set.elements) {
+            localaxes(e);
+            std::array<long, 3> way;
+            for (std::size_t k = 0; k < 3; ++k) way[k] = std::lround(localy[k] * step);
+            byway[way].push_back(e);
+        }
+        int part = 0;
+        for (const auto& [way, list] : byway) {
+            std::string name = set.name;
+            if (byway.size() > 1) {
+                name = setname(set.name + "-" + numbertext(++part), set.type, true);
+                out.raw("*ELSET, ELSET=").raw(name).raw("\n");
+                for (const int e : list) out.put(e).raw(",\n");
+            }
+            out.raw("*BEAM SECTION, ELSET=").raw(name).raw(", MATERIAL=M_").raw(set.name);
+            out.raw(b.istube ? ", SECTION=PIPE\n" : ", SECTION=RECT\n");
+            out.put(b.first).raw(",").put(b.second).raw("\n");
+            for (std::size_t k = 0; k < 3; ++k) out.raw(k ? "," : "").put(double(way[k]) / step);
+            out.raw("\n");
+        }
+    }
+    // A spring a freedom: what joins different freedoms has no card.
+    void writesprings() {
+        int number = nelems(), count = 0;
+        for (const deckset& set : sets) {
+            if (nameof(set.type, set.group) != nullptr) continue;
+            const int first = set.type == typespringr ? 4 : 1,
+                      last = set.type == typespringt ? 3 : 6;
+            for (int i = 1; i <= 6; ++i)
+                for (int j = 1; j <= 6; ++j)
+                    if (i != j && groupmat(set.group, i, j) != 0)
+                        report.skipped("Stiffness of springs between different freedoms");
+            for (int dof = first; dof <= last; ++dof) {
+                const float stiffness = groupmat(set.group, dof, dof);
+                if (stiffness == 0) continue;
+                const bool isgrounded = set.type != typespring2;
+                const std::string name = "SPRING-" + numbertext(++count);
+                out.raw("*ELEMENT, TYPE=").raw(isgrounded ? "SPRING1" : "SPRING2");
+                out.raw(", ELSET=").raw(name).raw("\n");
+                for (const int e : set.elements) {
+                    out.put(++number).raw(",").put(int(elems(e, 1)));
+                    if (!isgrounded) out.raw(",").put(int(elems(e, 2)));
+                    out.raw("\n");
+                }
+                out.raw("*SPRING, ELSET=").raw(name).raw("\n").put(dof);
+                if (!isgrounded) out.raw(",").put(dof);
+                out.raw("\n").put(stiffness).raw("\n");
+            }
+        }
+    }
+
+    void writeconstraints() {
+        bool any = false;
+        for (int i = 1; i <= ncon; ++i) {
+            if (connode(i) < 1 || connode(i) > nnodes()) continue;
+            if (!any) out.raw("*BOUNDARY\n");
+            any = true;
+            const double value = condof(i) > 3 ? conval(i) * pi / 180 : double(conval(i));
+            out.put(connode(i)).raw(",").put(condof(i)).raw(",").put(condof(i));
+            out.raw(",").put(value).raw("\n");
+            report.read("Constraints");
+        }
+    }
+
+    // --- steps ---
+
+    using forcemap = std::map<std::pair<int, int>, double>;  // by node and freedom
+
+    void writestep(int lc) {
+        const int type = lctype(lc);
+        if (type > caseaccz) {
+            report.skipped("Load case " + lcname(lc) + ", of a kind that a deck has no card for");
+            return;
+        }
+        out.raw("** ").raw(visible(lcname(lc))).raw("\n*STEP\n*STATIC\n");
+        forcemap forces;
+        std::vector<std::pair<int, float>> pressures;
+        if (type == caseapplied) {
+            for (int i = 1; i <= loadnode(lc, 0); ++i)
+                if (loadnode(lc, i) >= 1 && loadnode(lc, i) <= nnodes())
+                    forces[{loadnode(lc, i), loaddof(lc, i)}] += double(loadval(lc, i));
+        } else if (loadnode(lc, 0) > 0) {
+            report.skipped("Nodal masses of load case " + lcname(lc));
+        }
+        for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) elementload(lc, i, forces, pressures);
+        out.raw("*CLOAD, OP=NEW\n");
+        for (const auto& [at, value] : forces)
+            if (value != 0) out.put(at.first).raw(",").put(at.second).raw(",").put(value).raw("\n");
+        out.raw("*DLOAD, OP=NEW\n");
+        for (const auto& [e, value] : pressures) out.put(e).raw(",P,").put(value).raw("\n");
+        if (type != caseapplied) writegravity(lc, type);
+        out.raw(
+            "*NODE PRINT, NSET=NALL\nU\n*NODE PRINT, NSET=NALL, TOTALS=YES\nRF\n"
+            "*NODE FILE\nU,RF\n*END STEP\n");
+        report.read("Load cases as steps");
+    }
+    void writegravity(int lc, int type) {
+        const double least = 1e-30, value = lcpar(lc, accvalue);
+        if (std::fabs(value) < least || lcpar(lc, accelementmass) != 1) return;
+        for (const deckset& set : sets) {
+            if (nameof(set.type, set.group) == nullptr) continue;
+            out.raw(set.name).raw(",GRAV,").put(value);
+            for (int k = caseaccx; k <= caseaccz; ++k) out.raw(type == k ? ",1" : ",0");
+            out.raw("\n");
+        }
+    }
+    // Pressure across shells has a card; all else becomes forces at the nodes, and moments where
+    // the element is a beam.
+    void elementload(int lc, int i, forcemap& forces,
+                     std::vector<std::pair<int, float>>& pressures) {
+        const int e = int(elemload(lc, i, 0)), direction = int(elemload(lc, i, 1));
+        const double value = elemload(lc, i, 2);
+        if (e < 1 || e > nelems() || direction < 1 || direction > 3) return;
+        const int elnn = nodesoftype(elems(e, 0)), type = int(elems(e, 0));
+        if (elnn >= 3 && direction == 3 && type >= typeshell3) {
+            pressures.push_back({e, float(value)});
+            return;
+        }
+        localaxes(e);
+        const double* const axes[] = {localx, localy, localz};
+        const double* const along = axes[direction - 1];
+        if (elnn == 2) return lineload(e, value, along, isbeam(type), forces);
+        const double share = value * areaof(e) / elnn;
+        for (int c = 1; c <= elnn; ++c)
+            for (int k = 0; k < 3; ++k) forces[{int(elems(e, c)), k + 1}] += share * along[k];
+        if (elnn >= 3) report.changed("Loads on faces became forces at their corners");
+    }
+    // Fixed-end forces of a uniform load q: q L / 2, and q L^2 / 12 about the axis across.
+    void lineload(int e, double q, const double* along, bool hasmoments, forcemap& forces) {
+        double length = 0;
+        for (int k = 0; k < 3; ++k) {
+            const double d =
+                double(nodes(0, long(elems(e, 2)), k)) - nodes(0, long(elems(e, 1)), k);
+            length += d * d;
+        }
+        length = std::sqrt(length);
+        const double across[3] = {localx[1] * along[2] - localx[2] * along[1],
+                                  localx[2] * along[0] - localx[0] * along[2],
+                                  localx[0] * along[1] - localx[1] * along[0]};
+        for (int c = 1; c <= 2; ++c)
+            for (int k = 0; k < 3; ++k) {
+                forces[{int(elems(e, c)), k + 1}] += q * length / 2 * along[k];
+                const double moment = q * length * length / 12 * across[k] * (c == 1 ? 1 : -1);
+                if (hasmoments && moment != 0) forces[{int(elems(e, c)), k + 4}] += moment;
+            }
+        report.changed("Loads along lines became forces and moments at their ends");
+    }
+    static double areaof(int e) {
+        const int elnn = nodesoftype(elems(e, 0));
+        const auto at = [&](int c, int k) { return double(nodes(0, long(elems(e, c)), k)); };
+        const int a = elnn == 4 ? 3 : 2, b = elnn == 4 ? 4 : 3;
+        double d[3], f[3];
+        for (int k = 0; k < 3; ++k) {
+            d[k] = at(a, k) - at(1, k);
+            f[k] = at(b, k) - at(elnn == 4 ? 2 : 1, k);
+        }
+        return std::hypot(d[1] * f[2] - d[2] * f[1], d[2] * f[0] - d[0] * f[2],
+                          d[0] * f[1] - d[1] * f[0]) /
+               2;
+    }
+
+    textout& out;
+    importreport& report;
+    std::vector<deckset> sets;
+    std::set<std::string> taken;
+};
+
+}  // namespace
+
+void writedeck(const std::string& path, importreport& report) {
+    textout out(path);
+    deckwriter(out, report).write();
+    out.commit();
+}

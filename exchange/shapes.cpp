@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Formulas: Young and Budynas, Roark's Formulas for Stress and Strain, 7th ed., tables A.1
+// and 10.1.
+#include "exchange/shapes.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/session.h"
+
+shapevalues rectangle(double a, double b) {
+    const double longer = std::max(a, b), shorter = std::min(a, b), r = shorter / longer;
+    const double part = 1.0 / 3 - 0.21 * r * (1 - r * r * r * r / 12);
+    return {a * b,
+            a * b * b * b / 12,
+            b * a * a * a / 12,
+            longer * shorter * shorter * shorter * part,
+            a,
+            b};
+}
+
+shapevalues ellipticbar(double d1, double d2) {
+    const double a = d1 / 2, b = d2 / 2;
+    return {pi * a * b,
+            pi * a * b * b * b / 4,
+            pi * b * a * a * a / 4,
+            pi * a * a * a * b * b * b / (a * a + b * b),
+            d1,
+            d2};
+}
+
+shapevalues tube(double radius, double wall) {
+    const double inner = std::max(radius - wall, 0.0);
+    const double i = pi / 4 * (std::pow(radius, 4) - std::pow(inner, 4));
+    return {pi * (radius * radius - inner * inner), i, i, 2 * i, 2 * radius, 2 * radius};
+}
+
+// The hole may lie out of the middle; torsion by the closed thin wall.
+shapevalues hollowbox(double a, double b, const std::array<double, 4>& t) {
+    const double ha = a - t[0] - t[2], hb = b - t[1] - t[3];
+    const double area = a * b - ha * hb;
+    const double x = (t[2] - t[0]) / 2, y = (t[3] - t[1]) / 2;  // middle of the hole
+    const double cx = -ha * hb * x / area, cy = -ha * hb * y / area;
+    shapevalues s{area, 0, 0, 0, a, b};
+    s.i1 = a * b * (b * b / 12 + cy * cy) - ha * hb * (hb * hb / 12 + (y - cy) * (y - cy));
+    s.i2 = a * b * (a * a / 12 + cx * cx) - ha * hb * (ha * ha / 12 + (x - cx) * (x - cx));
+    const double wa = a - (t[0] + t[2]) / 2, wb = b - (t[1] + t[3]) / 2;
+    s.torsion = 4 * wa * wa * wb * wb / (wb / t[0] + wb / t[2] + wa / t[1] + wa / t[3]);
+    return s;
+}
+
+void putshape(const shapevalues& s, std::array<double, groupfields + 1>& fields) {
+    fields[fieldthickness] = s.area;
+    fields[fieldixx] = s.i1;
+    fields[fieldiyy] = s.i2;
+    fields[fieldizz] = s.torsion;
+    if (s.depth2 > 0) fields[fieldwxx] = s.i1 / (s.depth2 / 2);
+    if (s.depth1 > 0) fields[fieldwyy] = s.i2 / (s.depth1 / 2);
+    if (s.depth1 > 0 && s.depth2 > 0)
+        fields[fieldwzz] = s.torsion / (std::min(s.depth1, s.depth2) / 2);
+}

@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Decks: what is read, what comes back, and what the other solver makes of what is written.
+#include "exchange/deck.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+
+#include "exchange/shapes.h"
+#include "exchange/textlines.h"
+#include "tests/exchange/samples.h"
+
+static const char* const frame = R"(*HEADING
+two spans
+*NODE, NSET=ALL
+10, 0., 0., 0.
+20, 4.D0, 0.
+30, 8, 0, 0
+40, 4, 0, 3
+** a comment
+*ELEMENT, TYPE=B31R, ELSET=BARS
+1, 10, 20
+2, 20, 30
+*ELEMENT, TYPE=S3,
+ ELSET=SKIN
+3, 10, 20, 40
+*NSET, NSET=ENDS
+10, 30,
+*NSET, NSET=BOTH, GENERATE
+10, 30, 20
+*MATERIAL, NAME=Steel
+*ELASTIC
+2.1E5, 0.3
+*BEAM SECTION, ELSET=BARS, MATERIAL=STEEL, SECTION=RECT
+2, 3
+0, 0, 1
+*SHELL SECTION, MATERIAL=STEEL, ELSET=SKIN
+0.5
+*BOUNDARY
+ENDS, 1, 3
+10, 5, 5, 0.1
+*STEP
+*STATIC
+*CLOAD
+20, 3, -7
+20, 3, -1
+*DLOAD
+SKIN, P, 2.5
+*END STEP
+*STEP
+*STATIC
+*CLOAD
+20, 3, -9
+*DLOAD, OP=NEW
+SKIN, GRAV, 9.81, 0, 0, -1
+*END STEP
+)";
+
+TEST(Deck, NodesSetsSectionsAndStepsAreRead) {
+    exchangeroom room;
+    automergenodes = false;
+    writefile(room.file("a.inp"), frame);
+    ASSERT_EQ(room.open(room.file("a.inp")), reply::done);
+    EXPECT_EQ(nnodes(), 4);
+    EXPECT_EQ(nodename(2), "20");
+    EXPECT_EQ(nodes(0, 2, 0), 4);
+    EXPECT_EQ(countoftype(typebeam) * 10 + countoftype(typeshell3), 21);
+    EXPECT_EQ(groupname(egroup(1)), "BARS");
+    EXPECT_EQ(groups(egroup(1), fieldthickness), 6);
+    EXPECT_NEAR(groups(egroup(1), fieldixx), 2 * 27.0 / 12, 1e-12);
+    EXPECT_NEAR(groups(egroup(1), fieldiyy), 3 * 8.0 / 12, 1e-12);
+    EXPECT_NEAR(groups(egroup(1), fieldrotation), 90, 1e-9) << "axis 1 looks up";
+    EXPECT_EQ(groups(egroup(3), fieldthickness), 0.5);
+    EXPECT_EQ(groups(egroup(3), fieldmodulus), 210000);
+    EXPECT_EQ(groups(egroup(3), fielddensity), 0);
+    EXPECT_EQ(ncon, 7);
+    EXPECT_NEAR(conval(7), 0.1 * 180 / M_PI, 1e-5);
+    ASSERT_EQ(nlc(), 3);
+    EXPECT_EQ(loadval(1, 1), -8) << "rows of a step add up";
+    EXPECT_EQ(elemload(1, 1, 2), 2.5f);
+    EXPECT_EQ(loadval(2, 1), -9) << "a later step takes the place";
+    EXPECT_EQ(elemload(2, 0, 0), 0) << "OP=NEW takes the pressure away";
+    EXPECT_EQ(int(lctype(3)), int(caseaccz));
+    EXPECT_NEAR(lcpar(3, accvalue), 0, 10);
+    EXPECT_NEAR(lcpar(3, accvalue), -9.81, 1e-12);
+}
+
+TEST(Deck, FaultsAreToldWithTheirLine) {
+    const std::string nodes = "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n";
+    const struct {
+        std::string text;
+        int elements;  // -1: refused
+        const char* told;
+    } cases[] = {
+        {nodes + "*ELEMENT,TYPE=S3\n1,1,2,9\n2,1,2,3\n", 1,
+         "Element 1 uses node 9, which is not defined (line 6)"},
+        {nodes + "*ELEMENT,TYPE=S3\n1,1,2\n", 0, "Element 1 has too few nodes"},
+        {nodes + "*ELEMENT,TYPE=C3D4\n1,1,2,3,3\n", 0, "Elements of type C3D4"},
+        {nodes + "*ELEMENT,TYPE=S3\n1,1,2,3\n*SHELL SECTION,ELSET=NO\n1\n", 1,
+         "names the set \"NO\""},
+        {nodes + "*ELEMENT,TYPE=S3\n1,1,2,3\n*BOUNDARY\nNO,1\n", 1, "Set \"NO\" is not defined"},
+        {nodes + "*ELEMENT,TYPE=S3\n1,1,2,3\n*TIE,NAME=A\nx,y\n*TIE\n", 1,
+         "*TIE: 2 (first in line 7)"},
+        {"*NODE\n1,0,zero,0\n", -1, "line 2: a coordinate was expected, found \"zero\""},
+        {"*INCLUDE,INPUT=../b.inp\n", -1, "is not beneath the folder of the deck"},
+        {"*INCLUDE,INPUT=/etc/passwd\n", -1, "is not beneath the folder of the deck"},
+        {"*INCLUDE,INPUT=a.inp\n", -1, "the files to include never end"},
+        {"*INCLUDE,INPUT=sub/nodes.inc\n*ELEMENT,TYPE=S3\n1,1,2,3\n", 1, "SHELL3 elements"},
+    };
+    for (const auto& c : cases) {
+        exchangeroom room;
+        std::filesystem::create_directory(room.file("sub"));
+        writefile(room.file("sub/nodes.inc"), nodes);
+        writefile(room.file("a.inp"), c.text);
+        EXPECT_EQ(room.open(room.file("a.inp")), c.elements < 0 ? reply::failed : reply::done)
+            << c.text;
+        EXPECT_EQ(nelems(), std::max(c.elements, 0)) << c.text;
+        EXPECT_TRUE(room.platform.toldpart(c.told) ||
+                    lastreport().text().find(c.told) != std::string::npos)
+            << c.text << lastreport().text();
+    }
+}
+
+// Closed forms: a rectangle's torsion by the series (Timoshenko and Goodier, Theory of Elasticity,
+// 3rd ed., 109), a thin square box by hand.
+TEST(Deck, ShapesHaveTheirValues) {
+    EXPECT_NEAR(rectangle(1, 1).torsion, 0.1406, 1e-3);
+    EXPECT_NEAR(rectangle(2, 1).torsion, 0.229 * 2, 1e-3);
+    EXPECT_NEAR(tube(10, 10).i1, M_PI * 1e4 / 4, 1e-9);
+    EXPECT_NEAR(ellipticbar(2, 4).i1, M_PI / 4 * 8, 1e-12);
+    const shapevalues box = hollowbox(10, 20, {1, 1, 1, 1});
+    EXPECT_NEAR(box.area, 200 - 8 * 18, 1e-12);
+    EXPECT_NEAR(box.i1, (10 * 8000.0 - 8 * 5832.0) / 12, 1e-9);
+    EXPECT_NEAR(box.torsion, 4 * 81 * 361.0 / (2 * 9 + 2 * 19), 1e-9);
+}
+
+// --- the other solver ---------------------------------------------------------------------------
+
+// Rows "node value value value" behind each heading that holds the words, a list a step.
+static std::vector<std::vector<std::array<double, 4>>> tables(const std::string& dat,
+                                                              const std::string& words) {
+    std::vector<std::vector<std::array<double, 4>>> found;
+    textlines in(dat, "dat");
+    std::string_view line, word;
+    bool taking = false;
+    while (in.next(line)) {
+        if (line.find("for set") != line.npos || line.find("total") != line.npos) {
+            taking = line.find(words) != line.npos;
+            if (taking) found.emplace_back();
+            continue;
+        }
+        std::array<double, 4> row{};
+        bool whole = taking && !line.empty();
+        for (double& v : row) whole = whole && nextword(line, word) && readreal(word, v);
+        if (whole) found.back().push_back(row);
+    }
+    return found;
+}
+
+static double displacement(const std::vector<std::array<double, 4>>& rows, int n, int k) {
+    for (const auto& row : rows)
+        if (int(row[0]) == n) return row[std::size_t(k)];
+    ADD_FAILURE() << "no row of node " << n;
+    return 0;
+}
+
+// A cantilever of twenty beams under two loads and its weight, beside a strip of membranes that is
+// pulled and a plate, simply supported, under pressure: Timoshenko and Woinowsky-Krieger, Theory of
+// Plates and Shells, 2nd ed., table 8.
+TEST(Deck, TheOtherSolverFindsWhatTheHandbooksSay) {
+    if (std::system("ccx -v >/dev/null 2>&1") != 0 && std::system("which ccx >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "calculix-ccx is not installed";
+    exchangeroom room;
+    const double modulus = 210000, length = 2000, area = 2400, i1 = 720000, i2 = 320000;
+    groups(0, 0) = 3;
+    for (int g = 1; g <= 3; ++g) {
+        groupname(g) = g == 1 ? "Beam 40x60" : g == 2 ? "Strip" : "Plate";
+        groups(g, fieldmodulus) = modulus;
+        groups(g, fieldpoisson) = 0.3;
+        groups(g, fielddensity) = 7.85e-6;
+        groups(g, fieldthickness) = g == 1 ? area : 10;
+    }
+    groups(1, fieldixx) = i1;
+    groups(1, fieldiyy) = i2;
+    const auto fix = [](int n, std::vector<int> dofs) {
+        for (const int dof : dofs) {
+            ++ncon;
+            connode(ncon) = n;
+            condof(ncon) = dof;
+        }
+    };
+    const auto load = [](int lc, int n, int dof, float value) {
+        const int i = ++loadnode(lc, 0);
+        loadnode(lc, i) = n;
+        loaddof(lc, i) = dof;
+        loadval(lc, i) = value;
+    };
+    const int beams = 20;
+    for (int i = 0; i <= beams; ++i) addnode(float(length * i / beams), 0, 0);
+    for (int i = 1; i <= beams; ++i) addelement(typebeam, {i, i + 1}, 1);
+    fix(1, {1, 2, 3, 4, 5, 6});
+    const int tip = beams + 1;
+    const int strip = nnodes();
+    for (int i = 0; i <= 4; ++i)
+        for (int j = 0; j <= 1; ++j) addnode(float(100 * i), 5000 + float(100 * j), 0);
+    for (int i = 0; i < 4; ++i)
+        addelement(typememb4,
+                   {strip + 2 * i + 1, strip + 2 * i + 3, strip + 2 * i + 4, strip + 2 * i + 2}, 2);
+    for (int n = strip + 1; n <= nnodes(); ++n) fix(n, {3});
+    fix(strip + 1, {1, 2});
+    fix(strip + 2, {1});
+    const int plate = nnodes(), side = 20;
+    for (int i = 0; i <= side; ++i)
+        for (int j = 0; j <= side; ++j) addnode(float(50 * i), -3000 + float(50 * j), 0);
+    const auto at = [&](int i, int j) { return plate + i * (side + 1) + j + 1; };
+    const int firstshell = nelems() + 1;
+    for (int i = 0; i < side; ++i)
+        for (int j = 0; j < side; ++j)
+            addelement(typeshell4, {at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1)}, 3);
+    for (int i = 0; i <= side; ++i)
+        for (int j = 0; j <= side; ++j)
+            if (i == 0 || j == 0 || i == side || j == side) fix(at(i, j), {3});
+    fix(at(0, 0), {1, 2});
+    fix(at(side, 0), {2});
+    load(1, tip, 2, -100);
+    load(1, tip, 3, -100);
+    load(1, strip + 9, 1, 5000);
+    load(1, strip + 10, 1, 5000);
+    elemload(1, 0, 0) = float(nelems() - firstshell + 1);
+    for (int e = firstshell; e <= nelems(); ++e) {
+        elemload(1, e - firstshell + 1, 0) = float(e);
+        elemload(1, e - firstshell + 1, 1) = 3;
+        elemload(1, e - firstshell + 1, 2) = -0.01f;
+    }
+    loadnode(0, 0) = 2;
+    lcname(2) = "Weight";
+    lctype(2) = caseaccz;
+    lcpar(2, accvalue) = -9.81;
+    lcpar(2, accelementmass) = 1;
+    importreport report;
+    writedeck(room.file("d.inp"), report);
+    ASSERT_EQ(std::system(("cd " + room.folder + " && ccx -i d >ccx.log 2>&1").c_str()), 0)
+        << contentof(room.file("ccx.log"));
+    const std::string dat = contentof(room.file("d.dat"));
+    const auto u = tables(dat, "displacements");
+    const auto rf = tables(dat, "forces (fx,fy,fz)");
+    ASSERT_EQ(u.size(), 2u) << contentof(room.file("ccx.log"));
+    const double cube = 100 * length * length * length / 3 / modulus, part = 0.01;
+    EXPECT_NEAR(displacement(u[0], tip, 2), -cube / i2, part * cube / i2) << "I yy bends in e2";
+    EXPECT_NEAR(displacement(u[0], tip, 3), -cube / i1, part * cube / i1);
+    EXPECT_NEAR(displacement(u[0], strip + 9, 1), 10000.0 * 400 / (modulus * 1000),
+                part * 10000.0 * 400 / (modulus * 1000));
+    const double stiffness = modulus * 1000 / 12 / (1 - 0.09);
+    const double middle = 0.00406 * 0.01 * std::pow(1000.0, 4) / stiffness;
+    EXPECT_NEAR(displacement(u[0], at(side / 2, side / 2), 3), -middle, part * middle);
+    const double weight = 7.85e-6 * area * 9.81;
+    const double sag = weight * std::pow(length, 4) / 8 / modulus / i1;
+    EXPECT_NEAR(displacement(u[1], tip, 3), -sag, part * sag);
+    EXPECT_NEAR(displacement(rf[1], 1, 3), weight * length, part * weight * length);
+    EXPECT_NEAR(displacement(u[1], tip, 2), 0, part * sag) << "no load of the step before";
+    // And it is read back as it was.
+    ASSERT_EQ(room.open(room.file("d.inp")), reply::done);
+    EXPECT_EQ(countoftype(typebeam), beams);
+    EXPECT_EQ(nelems(), beams + 4 + side * side);
+    EXPECT_NEAR(groups(egroup(1), fieldmodulus) * groups(egroup(1), fieldiyy), modulus * i2,
+                1e-6 * modulus * i2);
+}

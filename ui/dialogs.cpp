@@ -52,6 +52,7 @@ void wiredialogs() {
     adddialog("importreport", makeimportreport);
     adddialog("Toptions", maketoptions);
     adddialog("DXFInterface", makedxf);
+    adddialog("MosesSettings", makemosessettings);
 }
 
 std::vector<std::string> dialognames() {

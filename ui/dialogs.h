@@ -88,5 +88,6 @@ QDialog* makedrafttool();
 QDialog* makeimportreport();
 QDialog* maketoptions();
 QDialog* makedxf();
+QDialog* makemosessettings();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -2,11 +2,16 @@
 // Rows of the formats, in the order of the dialogs' filters.
 #include "exchange/formats.h"
 
+#include "core/platform.h"
+#include "exchange/MOSESINTERFACE.h"
+#include "exchange/Marine.h"
+#include "exchange/cosmosinterface.h"
 #include "exchange/deck.h"
 #include "exchange/dxf.h"
 #include "exchange/dxfform.h"
 #include "exchange/gate.h"
 #include "exchange/gmsh.h"
+#include "exchange/mosesexport.h"
 #include "exchange/ply.h"
 
 // A row whose reader needs no dialog.
@@ -28,6 +33,27 @@ static auto meshwriter(const meshform& form) {
     });
 }
 
+static reply readcosmosfile(const std::string& path, purposes purpose) {
+    return readforeign(path, purpose, "Cosmos model", [=](const std::string& p, imported& found) {
+        readcosmos(p, found, purpose);
+    });
+}
+
+static void readcommands(const std::string& path, imported& found) {
+    readcosmos(path, found, purposes::open);
+}
+
+static void readmosesfile(const std::string& path, imported& found) {
+    readmoses(path, found);
+}
+
+// The dialog asks for a group and goes on by itself.
+static reply writemosesfile(const std::string& path) {
+    openmosessettings(path);
+    theplatform().showdialog("MosesSettings");
+    return reply::cancelled;
+}
+
 const std::vector<foreignreader>& foreignreaders() {
     static const std::vector<foreignreader> readers = {
         {"ply", readply},
@@ -39,12 +65,43 @@ const std::vector<foreignreader>& foreignreaders() {
          }},
         {"msh", readgmsh},
         {"inp", readdeck},
+        {"inp", readcommands},
+        {"geo", readcommands},
+        {"dat", readmosesfile},
     };
     return readers;
 }
 
 void wireexchange() {
     fileformats() = {
+        {.extension = "inp",
+         .opencaption = "Cosmos6 Model (*.inp)",
+         .importcaption = "Cosmos6 Model (*.inp)",
+         .savecaption = "Cosmos6 model (*.inp)",
+         .knows = iscosmostext,
+         .read = readcosmosfile,
+         .write = writer("NEW-PROB text", exportmarine)},
+        {.extension = "mod",
+         .opencaption = "Cosmos/M Model (*.mod)",
+         .importcaption = "Cosmos/M Model (*.mod)",
+         .savecaption = "",
+         .read = readcosmosfile},
+        {.extension = "geo",
+         .opencaption = "Cosmos/M Commands (*.geo)",
+         .importcaption = "Cosmos/M Commands (*.geo)",
+         .savecaption = "",
+         .read = readcosmosfile},
+        {.extension = "dat",
+         .opencaption = "MOSES Model (*.dat)",
+         .importcaption = "MOSES Model (*.dat)",
+         .savecaption = "",
+         .read = reader("MOSES model", readmosesfile)},
+        {.extension = "ppo",
+         .opencaption = "MOSES Export (*.ppo)",
+         .importcaption = "MOSES Export (*.ppo)",
+         .savecaption = "MOSES model (*.ppo)",
+         .read = reader("MOSES model", readmosesfile),
+         .write = writemosesfile},
         {.extension = "ply",
          .opencaption = "Polygon File Format (*.ply)",
          .importcaption = "Polygon File Format (*.ply)",

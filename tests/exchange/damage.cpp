@@ -17,35 +17,6 @@ static std::string extensionof(const std::string& name) {
     return name.substr(name.rfind('.') + 1);
 }
 
-// What a reader hands on refers to nothing that is not there.
-static std::string faultof(const imported& found) {
-    const auto nodes = int(found.nodes.size()), elements = int(found.elements.size());
-    const auto within = [](int i, int low, int high) { return i >= low && i <= high; };
-    for (const importedelement& e : found.elements) {
-        if (!within(e.group, 0, int(found.groups.size()))) return "a group";
-        const int elnn = nodesoftype(float(e.type));
-        for (int c = 0; c < 4; ++c)
-            if (!within(e.corners[std::size_t(c)], c < elnn ? 1 : 0, c < elnn ? nodes : 0))
-                return "a corner";
-    }
-    for (const importedrow& row : found.constraints)
-        if (!within(row.item, 1, nodes) || !within(row.dof, 1, 6)) return "a constraint";
-    for (const importedcase& c : found.cases) {
-        for (const importedrow& row : c.nodal)
-            if (!within(row.item, 1, nodes) || !within(row.dof, 1, 6)) return "a load";
-        for (const importedrow& row : c.onelements)
-            if (!within(row.item, 1, elements) || !within(row.dof, 1, 3)) return "a pressure";
-    }
-    for (const importedorientation& o : found.orientations)
-        if (!within(o.element, 1, elements)) return "a direction";
-    const auto fits = [](std::size_t n, std::size_t count) { return n == 0 || n == count; };
-    if (!fits(found.nodenumbers.size(), found.nodes.size()) ||
-        !fits(found.elementnumbers.size(), found.elements.size()) ||
-        !fits(found.nodenames.size(), found.nodes.size()))
-        return "the numbers";
-    return "";
-}
-
 // The samples, and what the writers make of a small model.
 static std::vector<std::string> goodfiles(const std::string& folder) {
     for (int n = 0; n < 6; ++n) addnode(float(n % 3), float(n / 3), 0);

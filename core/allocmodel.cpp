@@ -2,6 +2,7 @@
 // Room for every array of the table.
 #include "core/allocmodel.h"
 
+#include <algorithm>
 #include <fstream>
 #include <limits>
 #include <string>
@@ -71,6 +72,8 @@ void clearcounts() {
     for (const items of :
          {items::node, items::element, items::group, items::constraint, items::graphic})
         setcount(of, 0);
+    for (const heldreference& held : heldreferences())
+        if (held.lost == losses::zero) std::ranges::fill(held.numbers(), 0);
     nload = 0;
     resultflag = 0;
     stressloaded = false;

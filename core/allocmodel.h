@@ -7,5 +7,6 @@
 // touch the arrays before an allocation has succeeded.
 bool allocmodel();
 
-// Gives every count and every scalar of the model its empty value; the arrays stand allocated.
+// Gives every count and every scalar of the model its empty value; the arrays stand allocated. What
+// higher floors hold of its items names none any more.
 void clearcounts();

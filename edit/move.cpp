@@ -213,6 +213,7 @@ static bool mergeplaced() {
     if (automergenodes && nodesel(0) != 0) gone += mergenodes();
     if (automergeelems) gone += mergeelements();
     promptaction = action;
+    textcaption();
     return gone > 0;
 }
 

@@ -304,7 +304,7 @@ void buildmodel(const drawn& drawing, double distance, double longest, imported&
     for (const triple& at : drawing.points) drawnnodes.push_back(build.add(at));
     long points = long(drawing.points.size()) + 2 * long(drawing.pieces.size());
     for (const drawnface& f : drawing.faces) points += f.count;
-    found.report.changed("Ends and corners joined within " + numbertext(distance),
+    found.report.changed("Ends and corners joined within " + roughly(distance),
                          std::max(0L, points - long(found.nodes.size())));
     dropunused(found, drawnnodes);
 }

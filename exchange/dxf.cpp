@@ -148,7 +148,7 @@ class dxfreader {
         found.report.read("Elements", long(found.elements.size()));
         if (how.deviation > 0)
             found.report.changed("Curves became straight pieces, at most " +
-                                     numbertext(float(how.deviation)) + " beside the curve",
+                                     roughly(how.deviation) + " beside the curve",
                                  curves);
     }
     void tellcodepage() {

@@ -22,6 +22,7 @@
 #include "edit/move.h"
 #include "exchange/orient.h"
 #include "files/setmem.h"
+#include "view/autoscale.h"
 #include "view/moddraw.h"
 
 // --- where everything will stand ----------------------------------------------------------------
@@ -348,9 +349,14 @@ static void releasepasted(importreport& report) {
     const int before = nnodes(), elementsbefore = nelems();
     releaseselection();
     if (nnodes() < before)
-        report.changed("Nodes merged within " + numbertext(mergetol), before - nnodes());
+        report.changed("Nodes merged within " + roughly(mergetol), before - nnodes());
     if (nelems() < elementsbefore)
         report.changed("Double elements merged", elementsbefore - nelems());
+}
+
+// What comes from elsewhere lies anywhere.
+static void fitviews() {
+    for (int v = 1; v <= nviews; ++v) fit(v);
 }
 
 static reply admitasnew(imported& found, const std::string& path, const places& at) {
@@ -364,11 +370,14 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
     keepreport(std::move(found.report));
     releasepasted(lastreport());
     noteforeign(path);
+    fitviews();
     return reply::done;
 }
 
 static reply admitbehind(imported& found, const places& at) {
+    const bool wasempty = nnodes() == 0 && ngraphics() == 0;
     if (!letin(found, purposes::import, at)) return reply::failed;
+    if (wasempty) fitviews();
     keepreport(std::move(found.report));
     return reply::done;
 }

@@ -3,6 +3,7 @@
 #include "exchange/importreport.h"
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <span>
 #include <utility>
@@ -88,6 +89,13 @@ const char* captionof(reportkinds kind, bool exporting) {
             return "Error";
     }
     return "";
+}
+
+std::string roughly(double number) {
+    char text[32];
+    const auto end =
+        std::to_chars(text, text + sizeof text, number, std::chars_format::general, 4).ptr;
+    return {text, end};
 }
 
 std::string textof(const reportline& line) {

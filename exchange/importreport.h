@@ -51,6 +51,8 @@ class importreport {
     std::size_t last = 0;
 };
 
+// A measure in a line of the report: four digits.
+std::string roughly(double number);
 // The line as the window and the file show it, without its kind.
 std::string textof(const reportline& line);
 const char* captionof(reportkinds kind, bool exporting);

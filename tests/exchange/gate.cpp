@@ -5,12 +5,16 @@
 #include <filesystem>
 
 #include "core/journal.h"
+#include "core/modelitems.h"
+#include "core/newmodel.h"
+#include "core/views.h"
 #include "edit/move.h"
 #include "exchange/orient.h"
 #include "files/filop.h"
 #include "files/saving.h"
 #include "tests/exchange/samples.h"
 #include "tests/files/filledmodel.h"
+#include "view/autoscale.h"
 
 // A file with something of everything: node numbers 30, 10, 20 of which none is 1.
 static void readtriangle(const std::string&, imported& found) {
@@ -60,6 +64,8 @@ TEST(Gate, AnEmptyModelTakesTheOrderOfTheFilesNumbers) {
     ASSERT_NE(line, nullptr);
     EXPECT_EQ(selectreported(std::size_t(line - lastreport().lines().data())), 1);
     EXPECT_EQ(nodesel(1), 3);
+    resetmodel();
+    EXPECT_EQ(checkreferences(), std::vector<std::string>{}) << "a report of a model that went";
 }
 
 TEST(Gate, AnImportStandsBehindTheModelAndOneStepTakesItAway) {
@@ -130,6 +136,10 @@ TEST(Gate, AnOpenedFileIsSavedOnlyUnderANameThatIsGiven) {
     writefile(room.file("part.ply"), contentof(samplepath("tri_quad.ply")));
     ASSERT_EQ(room.open(room.file("part.ply")), reply::done);
     EXPECT_EQ(modelname, room.file("part"));
+    const double scale = viewscale(1);
+    autoscale(1);
+    EXPECT_NEAR(viewscale(1), scale, 1e-6 * scale) << "it fills the view";
+    EXPECT_EQ(room.platform.status.find("Merging"), std::string::npos) << room.platform.status;
     EXPECT_FALSE(isunsaved());
     EXPECT_FALSE(savemodel()) << "the dialog is left by Cancel";
     EXPECT_FALSE(std::filesystem::exists(room.file("part.tek")));

@@ -11,6 +11,7 @@
 #include "view/surface.h"
 
 double axisorigin[3], localx[3], localy[3], localz[3];
+Flag axesonly(false);
 
 static void normalise(double* v) {
     const double length = std::pow(v[0] * v[0] + v[1] * v[1] + v[2] * v[2], 0.5);
@@ -33,6 +34,20 @@ static void finishplate(const double* inplane) {
     normalise(localy);
 }
 
+// Turns a towards b, both at right angles to the axis.
+static void turnpair(double* a, double* b, double angle) {
+    const double c = std::cos(angle), s = std::sin(angle);
+    for (int k = 0; k < 3; ++k) {
+        const double first = a[k], second = b[k];
+        a[k] = c * first + s * second;
+        b[k] = -s * first + c * second;
+    }
+}
+
+void rotatequad(int e) {
+    turnpair(localy, localz, toradians(groups(egroup(e), fieldrotation)));
+}
+
 static void finishline(int e) {
     normalise(localx);
     if (localx[0] == 0 && localx[1] == 0 && localx[2] == 0) return;
@@ -47,13 +62,7 @@ static void finishline(int e) {
     }
     cross(localx, localy, localz);
     normalise(localz);
-    const double angle = toradians(groups(egroup(e), fieldrotation));
-    const double c = std::cos(angle), s = std::sin(angle);
-    for (int k = 0; k < 3; ++k) {
-        const double y = localy[k], z = localz[k];
-        localy[k] = c * y + s * z;
-        localz[k] = -s * y + c * z;
-    }
+    rotatequad(e);
 }
 
 void localaxes(int e) {
@@ -98,8 +107,11 @@ void drawstroke(const float* from, const double* direction, double length, int n
 }
 
 void drawlocalaxes(int e, int nview) {
-    if (nodesoftype(elems(e, 0)) < 2) return;
+    const int elnn = nodesoftype(elems(e, 0));
+    if (elnn < 2) return;
     localaxes(e);
+    if (elnn > 2 && rotpo(e) != 0) turnpair(localx, localy, rotpo(e));
+    if (axesonly) return;
     prepareview(nview);
     const float scale = viewscale(nview);
     const float origin[3] = {float(axisorigin[0] * scale), float(axisorigin[1] * scale),

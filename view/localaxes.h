@@ -2,6 +2,7 @@
 // Local axes of an element from its undeformed nodes, their picture, and end releases.
 #pragma once
 
+#include "core/array.h"
 #include "core/colours.h"
 
 // Result of the last call of localaxes, model units.
@@ -13,7 +14,13 @@ extern double localx[3], localy[3], localz[3];  // e1, e2, e3; 0 where the eleme
 // both turned about e1 by the section rotation of the group.
 void localaxes(int e);
 
-void drawlocalaxes(int e, int nview);            // red, green, blue
+// Turns the evaluated e2 and e3 about e1 by the section rotation of the element's group.
+void rotatequad(int e);
+
+// The axes as stresses are told in them, red, green, blue: those of a plate are turned about its
+// normal by the element's own angle. They stand in localx, localy, localz afterwards.
+void drawlocalaxes(int e, int nview);
+extern Flag axesonly;                            // while it is up they are computed and not drawn
 void drawendrelease(int e, int end, int nview);  // end 1 or 2
 // A stroke of this length (cm) from a scaled point along a unit vector, in the prepared view.
 void drawstroke(const float* from, const double* direction, double length, int nview, colour c);

@@ -46,10 +46,14 @@ void rotatenodes(int e) {
     swapends(e);
 }
 
-void mirrornodes(int e) {
+void reversenodes(int e) {
     const auto row = elems.row(e);
     std::reverse(row.begin() + 1, row.begin() + 1 + nodesoftype(row[0]));
     swapends(e);
+}
+
+void mirrornodes(int e) {
+    reversenodes(e);
     rotatenodes(e);
     rotatenodes(e);
     if (rotpo(e) != 0) rotpo(e) = -rotpo(e);
@@ -57,49 +61,35 @@ void mirrornodes(int e) {
 
 // --- loads that follow --------------------------------------------------------------------------
 
-namespace {
-
-// Elements as they were before a turn.
-struct turnedelement {
-    int e;
-    elementaxes axes;
-    std::array<float, 5> row;
-    double rotation;
-    std::array<float, 14> release;  // of both ends
-};
-
-struct turnedrows {
-    std::vector<elementloadrow> rows;
-    int changed = 0;
-};
-
-}  // namespace
-
-static turnedelement keptelement(int e) {
+void turningelements::keep(int e) {
+    if (place.empty()) place.assign(std::size_t(nelems()) + 1, -1);
+    int& at = place[std::size_t(e)];
+    if (at >= 0) return;
+    at = int(before.size());
     turnedelement kept{e, axesofelement(e), {}, rotpo(e), {}};
     std::ranges::copy(elems.row(e), kept.row.begin());
     const auto rest = std::ranges::copy(endrelease.row(e, 1), kept.release.begin()).out;
     std::ranges::copy(endrelease.row(e, 2), rest);
-    return kept;
+    before.push_back(kept);
 }
 
-static void putback(const turnedelement& kept) {
-    std::ranges::copy(kept.row, elems.row(kept.e).begin());
-    rotpo(kept.e) = kept.rotation;
-    const auto ends = kept.release.begin() + 7;
-    std::copy(kept.release.begin(), ends, endrelease.row(kept.e, 1).begin());
-    std::copy(ends, kept.release.end(), endrelease.row(kept.e, 2).begin());
+void turningelements::putback() const {
+    for (const turnedelement& kept : before) {
+        std::ranges::copy(kept.row, elems.row(kept.e).begin());
+        rotpo(kept.e) = kept.rotation;
+        const auto ends = kept.release.begin() + 7;
+        std::copy(kept.release.begin(), ends, endrelease.row(kept.e, 1).begin());
+        std::copy(ends, kept.release.end(), endrelease.row(kept.e, 2).begin());
+    }
 }
 
-// The loads of a case; place: of each element among the turned ones, -1 for the others.
-static turnedrows turnedcase(int lc, const std::vector<int>& place,
-                             const std::vector<turnedelement>& before) {
+turningelements::turnedrows turningelements::turnedcase(int lc) const {
     turnedrows turned;
     for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
         const elementloadrow row = {int(elemload(lc, i, 0)), int(elemload(lc, i, 1)),
                                     double(elemload(lc, i, 2))};
-        const int at =
-            row.element >= 1 && row.element <= nelems() ? place[std::size_t(row.element)] : -1;
+        const bool known = row.element >= 1 && row.element < int(place.size());
+        const int at = known ? place[std::size_t(row.element)] : -1;
         if (at < 0 || row.direction < 1 || row.direction > 3) {
             turned.rows.push_back(row);
             continue;
@@ -113,27 +103,21 @@ static turnedrows turnedcase(int lc, const std::vector<int>& place,
     return turned;
 }
 
-int turnwithloads(const std::vector<int>& meant, const std::function<void(int)>& turn) {
-    std::vector<int> place(std::size_t(nelems()) + 1, -1);
-    std::vector<turnedelement> before;
-    for (const int e : meant) {
-        place[std::size_t(e)] = int(before.size());
-        before.push_back(keptelement(e));
-        turn(e);
-    }
+int turningelements::settle() {
+    if (before.empty()) return 0;
     std::vector<turnedrows> cases;
     bool fits = true;
     int changed = 0;
     for (int lc = 1; lc <= nlc(); ++lc) {
-        cases.push_back(turnedcase(lc, place, before));
+        cases.push_back(turnedcase(lc));
         fits = fits && long(cases.back().rows.size()) <= elemload.upper2;
         changed += cases.back().changed;
     }
     if (!fits) {
-        for (const turnedelement& kept : before) putback(kept);
+        putback();
         return -1;
     }
-    for (int lc = 1; lc <= nlc(); ++lc) {
+    for (int lc = 1; lc <= nlc() && changed > 0; ++lc) {
         int i = 0;
         for (const elementloadrow& row : cases[std::size_t(lc) - 1].rows) {
             ++i;
@@ -144,4 +128,13 @@ int turnwithloads(const std::vector<int>& meant, const std::function<void(int)>&
         elemload(lc, 0, 0) = float(i);
     }
     return changed;
+}
+
+int turnwithloads(const std::vector<int>& meant, const std::function<void(int)>& turn) {
+    turningelements turning;
+    for (const int e : meant) {
+        turning.keep(e);
+        turn(e);
+    }
+    return turning.settle();
 }

@@ -15,6 +15,7 @@
 #include "edit/move.h"
 #include "edit/selection.h"
 #include "tools/Surfaces.h"
+#include "tools/checkmodel.h"
 #include "tools/enterbuffers.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"
@@ -294,6 +295,15 @@ static std::string storenewpatch() {
     return fault;
 }
 
+// The new plates take the local axes of those beside them.
+static void alignmesh(mesh2dform& form) {
+    const walkresult walked = browsgroup(meshgroup);
+    if (walked.rows < 0) form.message += ". " + std::string(toomanyrows);
+    if (walked.rows < 0 || walked.mirrored + walked.turned == 0) return;
+    form.message += "; local axes made to agree: " + walktext(walked);
+    redrawall();
+}
+
 void acceptmesh(mesh2dform& form) {
     if (tmpnodes(0, 0) == 0) {
         form.message = "There is no mesh to accept; press <Generate Mesh> first";
@@ -315,6 +325,7 @@ void acceptmesh(mesh2dform& form) {
     restoreselectmenu();
     if (form.message.empty()) form.message = "The mesh is part of the model";
     form.message += entered.text;
+    alignmesh(form);
 }
 
 void resetmesh(mesh2dform& form) {

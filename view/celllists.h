@@ -21,6 +21,7 @@ class celllists {
             eachcell(i, [&](std::size_t cell) { items[std::size_t(next[cell]++)] = numbers[i]; });
     }
     bool empty() const { return items.empty(); }
+    std::size_t size() const { return items.size(); }  // of all cells
     std::span<const int> of(std::size_t cell) const {
         return std::span(items).subspan(std::size_t(first[cell]),
                                         std::size_t(first[cell + 1] - first[cell]));

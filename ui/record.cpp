@@ -279,8 +279,7 @@ void scriptrecorder::pressing(QWidget* w) {
         qobject_cast<QProgressDialog*>(w->window()))
         return;
     const QString name = controlname(w);
-    const bool on =
-        b->autoExclusive() || (b->group() && b->group()->exclusive()) || !b->isChecked();
+    const bool on = b->isChecked();  // the toolkit has changed it by now
     const QString words =
         b->isCheckable() ? "check " + name + (on ? " on" : " off") : "press " + name;
     QString whole;

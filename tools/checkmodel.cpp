@@ -220,6 +220,7 @@ enum ways { straighton, overfolds, overbranches, overnodes, wayscount };
 namespace {
 struct axiswalk {
     axisreference reference;
+    int group = 0, last = 0;    // in which it is, and the last that it goes over
     std::vector<bool> visited;  // by element
     std::vector<int> piece;     // elements in the order in which they were reached
     std::size_t taken = 0;      // of them, whose neighbours are checked
@@ -473,6 +474,41 @@ walkresult homogenize(int g, const axisreference& reference) {
 
 walkresult browse(const axisreference& reference) {
     return walkover(1, ngroups(), reference, true);
+}
+
+// The first piece that is left in the groups of the walk.
+static int nextpiece() {
+    int e = 0;
+    for (; walk.group >= 1 && walk.group <= walk.last; ++walk.group)
+        if ((e = startpiece(walk.group)) != 0) break;
+    return e;
+}
+
+int firstelement(int g, const axisreference& reference) {
+    startwalk(reference);
+    walk.group = g == 0 ? 1 : g;
+    walk.last = g == 0 ? ngroups() : std::min(g, ngroups());
+    keptloads loads;
+    const int e = nextpiece();
+    loads.settle();
+    return e;
+}
+
+int nextelement(walkresult& result) {
+    result = {};
+    if (!iswalking() || walk.taken == 0) return 0;
+    const int at = walk.piece[walk.taken - 1];
+    const std::size_t before = walk.piece.size();
+    keptloads loads;
+    changedorders = 0;
+    modifyadjelem(at);
+    int e = runthrough(walk.group);
+    if (e == 0) e = nextpiece();
+    result.elements = int(walk.piece.size() - std::min(before, walk.piece.size()));
+    result.mirrored = changedorders;
+    result.rows = loads.settle();
+    if (result.rows < 0 || e == 0) walk = {};
+    return result.rows < 0 ? 0 : e;
 }
 
 // Buoyancy presses against the local z axis, by the axis alone: no row can follow.

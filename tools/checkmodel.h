@@ -86,6 +86,11 @@ walkresult browsgroup(int g, const axisreference& reference = {});
 // over every group.
 walkresult homogenize(int g, const axisreference& reference);
 walkresult browse(const axisreference& reference);
+// The walk element by element, over a group or, for 0, over all: the first becomes the selection;
+// then the neighbours of the selected one are checked and the next is selected. Both return its
+// number, 0 at the end.
+int firstelement(int g, const axisreference& reference);
+int nextelement(walkresult& result);
 // What there is to say of one.
 std::string walktext(const walkresult& result);
 

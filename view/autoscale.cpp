@@ -106,6 +106,29 @@ void autoscale(int nview) {
     autoscaled(nview);
 }
 
+void fitnodes(int nview, const std::vector<int>& numbers) {
+    const double around = 2, least = 0.05;  // times their extent; of that of the model
+    extent box, model;
+    const auto include = [](extent& into, int n) {
+        const auto at = nodes.row(0, n);
+        if (std::isfinite(at[0]) && std::isfinite(at[1]) && std::isfinite(at[2]))
+            into.include(at[0], at[1], at[2]);
+    };
+    const auto widest = [](const extent& of) {
+        return std::max({of.size(0), of.size(1), of.size(2)});
+    };
+    for (const int n : numbers)
+        if (n >= 1 && n <= nnodes()) include(box, n);
+    if (!box.any) return;
+    for (int n = 1; n <= nnodes(); ++n) include(model, n);
+    const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
+    const double room = std::max(around * widest(box), least * widest(model));
+    viewptx(nview) = box.middle(0);
+    viewpty(nview) = box.middle(1);
+    viewptz(nview) = box.middle(2);
+    if (room > 0) viewscale(nview) = float((smaller / 2 - unitveclen) * 2 / room);
+}
+
 // --- fit ----------------------------------------------------------------------------------------
 
 // Keeps the box around the strokes that it is given, centimetres from its middle as seen.

@@ -590,7 +590,7 @@ static void addviewtools(actionrows& t) {
 static void addjob(actionrows& t) {
     addto(t, "A&nalyse", "solve",
           {
-              {"menuanalyseitem(0)", "Check model", "check"},
+              {"menuanalyseitem(0)", "Check model", "check", "", dialog("checkmodel")},
               {"menuanalyseitem(1)", "Options...", "options", "", dialog("Aoptions")},
               {"menuanalyseitem(2)",
                "Analyse",

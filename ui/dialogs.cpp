@@ -46,6 +46,7 @@ void wiredialogs() {
     adddialog("Objects", makeobjects);
     adddialog("Defobject", makedefobject);
     adddialog("modifyelem", makemodifyelem);
+    adddialog("checkmodel", makecheckmodel);
     adddialog("addsingleelem", makeaddsingleelem);
     adddialog("Numint", makenumint);
     adddialog("drafttool", makedrafttool);

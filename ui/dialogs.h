@@ -82,6 +82,7 @@ QDialog* makepatchedit();
 QDialog* makeobjects();
 QDialog* makedefobject();
 QDialog* makemodifyelem();
+QDialog* makecheckmodel();
 QDialog* makeaddsingleelem();
 QDialog* makenumint();
 QDialog* makedrafttool();

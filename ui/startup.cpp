@@ -17,6 +17,7 @@
 #include "tools/drafttools.h"
 #include "tools/patchmesh.h"
 #include "tools/pointentry.h"
+#include "tools/qualitypicture.h"
 #include "tools/singleelem.h"
 #include "ui/dialogs.h"
 #include "ui/record.h"
@@ -27,6 +28,7 @@
 void wiremodules() {
     initsymbols();
     wirelayers();
+    wirequality();
     wiremouse();
     wiregraphics();
     wirepatches();

@@ -213,7 +213,8 @@ void pasting::writerow(std::size_t row, long item) {
                 moves.push_back({placeofload(itemsof(tab), item), lc});
             continue;
         }
-        faults.add(long(row), c, savecell(tab, c, item, text, book));
+        const cellanswer answer = savecell(tab, c, item, text, book);
+        if (!answer.reason.empty()) faults.add(long(row), c, answer);
     }
 }
 

@@ -212,10 +212,9 @@ static cellplace placeof(int tab, const gridcolumn& c, long item) {
     return {0, item, c.cell};
 }
 
-// Calls take(cell) with the cell in the model's array; false where the item is not there.
+// Calls take(cell) with the cell in the model's array, of an item that is there.
 template <typename Take>
-static bool withcell(int tab, const gridcolumn& c, long item, Take take) {
-    if (c.array == nullptr || item < 1 || item > itemcount(tab)) return false;
+static bool visitcell(int tab, const gridcolumn& c, long item, Take take) {
     const cellplace at = placeof(tab, c, item);
     bool found = false;
     withstretch(*c.array, at.list, [&](auto s) {
@@ -224,6 +223,13 @@ static bool withcell(int tab, const gridcolumn& c, long item, Take take) {
         found = true;
     });
     return found;
+}
+
+// False where the item is not there.
+template <typename Take>
+static bool withcell(int tab, const gridcolumn& c, long item, Take take) {
+    return c.array != nullptr && item >= 1 && item <= itemcount(tab) &&
+           visitcell(tab, c, item, take);
 }
 
 template <typename T>
@@ -327,7 +333,14 @@ int loadcasename(const std::string& text) {
     return firstmatch(labels::cases, text, 0);
 }
 
+// Rows one below the other mostly have the same label.
 int labelbook::find(labels list, std::string_view text) {
+    lastfound& last = lasts[std::size_t(list)];
+    if (last.number == notyet || last.text != text) last = {std::string(text), look(list, text)};
+    return last.number;
+}
+
+int labelbook::look(labels list, std::string_view text) {
     auto [at, fresh] = numbers.try_emplace(list);
     if (fresh) {
         const labelrange r = rangeof(list);
@@ -444,13 +457,13 @@ static std::string quoted(std::string_view text) {
 static std::string faultofreference(items refers, double number) {
     static const std::map<items, const char*> names = {
         {items::node, "node"}, {items::element, "element"}, {items::group, "group"}};
+    const bool there =
+        number >= 1 && number <= double(countof(refers)) && number == std::floor(number);
+    if (there && (refers != items::element || elems(long(number), 0) != 0)) return {};
     const std::string name = names.at(refers);
     if (number != std::floor(number)) return numbertext(number) + " is no number of a " + name;
-    if (number < 1 || number > double(countof(refers)))
-        return name + " " + numbertext(number) + " does not exist";
-    if (refers == items::element && elems(long(number), 0) == 0)
-        return "element " + numbertext(number) + " is a free slot";
-    return {};
+    if (!there) return name + " " + numbertext(number) + " does not exist";
+    return "element " + numbertext(number) + " is a free slot";
 }
 
 // Corners that the new type has more than the old one take the last node until others are typed.
@@ -497,7 +510,7 @@ cellanswer savenumber(int tab, const gridcolumn& c, long item, double number) {
     if (tab == tabelements && c.list == labels::types) return savetype(item, int(number));
     const double value = isangle(c) ? number * degree : number;
     cellanswer answer = refused("there is no such row");
-    withcell(tab, c, item, [&](auto& cell) {
+    visitcell(tab, c, item, [&](auto& cell) {
         using type = std::remove_cvref_t<decltype(cell)>;
         if constexpr (std::is_same_v<type, float>) {
             if (std::abs(value) > double(std::numeric_limits<float>::max())) {

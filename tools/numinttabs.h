@@ -5,6 +5,7 @@
 // loads of all load cases run on as one list.
 #pragma once
 
+#include <array>
 #include <map>
 #include <string>
 #include <string_view>
@@ -75,7 +76,14 @@ class labelbook {
     int find(labels list, std::string_view text);  // -1 for none
 
   private:
+    static constexpr int notyet = -2;
+    struct lastfound {
+        std::string text;
+        int number = notyet;
+    };
+    int look(labels list, std::string_view text);
     std::map<labels, std::map<std::string, int, std::less<>>> numbers;
+    std::array<lastfound, std::size_t(labels::casekinds) + 1> lasts;
 };
 
 // Writes text into the cell, with what a changed cell brings with it. What cannot be written leaves
@@ -86,7 +94,7 @@ struct cellanswer {
 };
 cellanswer savecell(int tab, const gridcolumn& c, long item, std::string_view text,
                     labelbook& book);
-cellanswer savenumber(int tab, const gridcolumn& c, long item, double number);
+cellanswer savenumber(int tab, const gridcolumn& c, long item, double number);  // of an item there
 
 // Why the row cannot be meant as it stands; empty where nothing is wrong with it.
 std::string rowfault(int tab, long item);

@@ -119,8 +119,9 @@ static void makeobject(objectsform& form, std::vector<std::string>& faults) {
     form.ready = guarded([&] { Readfile(form.file, place); },
                          [&](const runtimeerror& e) { form.message = e.what; });
     faults = taken.texts;
-    if (!form.ready) return;
-    form.message = faults.empty() ? countsofobject() : faulttext(faults);
+    if (!form.ready && faults.empty()) return;
+    const std::string rest = form.ready ? "" : ". " + form.message;  // what came of the faults
+    form.message = faults.empty() ? countsofobject() : faulttext(faults) + rest;
 }
 
 static void remake(objectsform& form) {

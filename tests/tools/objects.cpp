@@ -239,4 +239,7 @@ TEST(Objects, AnUnknownNameIsOneMessageAUse) {
                                  &messagebox::text),
               3);
     EXPECT_EQ(nelems(), 8) << "an unknown name counts as 0";
+    form = opened(room, changed(plate, "1,1,4*NMESH", "1,1,Q"));
+    EXPECT_TRUE(form.message.starts_with("Object variable Q not defined")) << form.message;
+    EXPECT_NE(form.message.find("should be equal"), std::string::npos) << "what came of it";
 }

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <map>
-#include <unordered_map>
 
 #include "core/catalogue.h"
 #include "core/elempatch.h"
@@ -36,22 +34,13 @@ class middles {
   public:
     middles() {
         for (int e = 1; e <= nelems(); ++e)
-            if (nodesoftype(elems(e, 0)) > 1) cells[keyof(cellof(middle(e), side))].push_back(e);
+            if (nodesoftype(elems(e, 0)) > 1) cells.add(middle(e), e);
     }
     // An element of this type there that no patch has yet; 0 for none.
     int take(float type, const point3& at) const {
-        const auto c = cellof(at, side);
-        for (int i = -1; i <= 1; ++i)
-            for (int j = -1; j <= 1; ++j)
-                for (int k = -1; k <= 1; ++k) {
-                    const auto found = cells.find(keyof({c[0] + i, c[1] + j, c[2] + k}));
-                    if (found == cells.end()) continue;
-                    for (const int e : found->second)
-                        if (elems(e, 0) == type && elempatch(e) == 0 &&
-                            lengthof(middle(e) - at) < nodetol)
-                            return e;
-                }
-        return 0;
+        return cells.around(at, [&](int e) {
+            return elems(e, 0) == type && elempatch(e) == 0 && lengthof(middle(e) - at) < nodetol;
+        });
     }
 
   private:
@@ -63,8 +52,7 @@ class middles {
                 sum[std::size_t(axis)] += nodes(0, long(elems(e, k)), axis) / corners;
         return sum;
     }
-    double side = nodetol > 0 ? nodetol : 1;
-    std::unordered_map<std::uint64_t, std::vector<int>> cells;
+    spacegrid cells{nodetol};
 };
 
 }  // namespace

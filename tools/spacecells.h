@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <unordered_map>
+#include <vector>
 
 #include "tools/graphiclist.h"
 
@@ -28,3 +30,29 @@ inline std::uint64_t keyof(const spacecell& c) {
     }
     return h;
 }
+
+// Items by place, in cubes as wide as the distance within which they are looked for.
+class spacegrid {
+  public:
+    explicit spacegrid(double reach) : side(reach > 0 ? reach * (1 + 1e-6) : 1) {}
+    void add(const point3& at, int item) { cells[keyof(cellof(at, side))].push_back(item); }
+    // Calls take(item) for all within reach of a place and some beyond, until one is taken; two
+    // cubes of equal hash show an item twice. The item that was taken, 0 for none.
+    template <typename Take>
+    int around(const point3& at, Take take) const {
+        const spacecell c = cellof(at, side);
+        for (int i = -1; i <= 1; ++i)
+            for (int j = -1; j <= 1; ++j)
+                for (int k = -1; k <= 1; ++k) {
+                    const auto found = cells.find(keyof({c[0] + i, c[1] + j, c[2] + k}));
+                    if (found == cells.end()) continue;
+                    for (const int item : found->second)
+                        if (take(item)) return item;
+                }
+        return 0;
+    }
+
+  private:
+    double side;
+    std::unordered_map<std::uint64_t, std::vector<int>> cells;
+};

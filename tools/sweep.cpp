@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <map>
 #include <vector>
 
 #include "core/catalogue.h"
@@ -17,6 +16,7 @@
 #include "edit/selection.h"
 #include "tools/Graphics.h"
 #include "tools/appended.h"
+#include "tools/spacecells.h"
 #include "view/moddraw.h"
 
 [[noreturn]] static void refuse(const std::string& text) {
@@ -80,20 +80,20 @@ struct seed {
 };
 }  // namespace
 
-// Places of graphic elements that meet are one: sorted by x, compared within the tolerance.
+// Places of graphic elements that meet are one.
 class meetingplaces {
   public:
     int find(seed& s, const point3& p) {
-        const auto last = byx.upper_bound(p[0] + nodetol);
-        for (auto at = byx.lower_bound(p[0] - nodetol); at != last; ++at)
-            if (lengthof(s.at[std::size_t(at->second)] - p) <= nodetol) return at->second;
+        const int known = cells.around(
+            p, [&](int i) { return lengthof(s.at[std::size_t(i) - 1] - p) <= nodetol; });
+        if (known != 0) return known - 1;
         const int i = s.add(0, p);
-        byx.emplace(p[0], i);
+        cells.add(p, i + 1);
         return i;
     }
 
   private:
-    std::multimap<double, int> byx;
+    spacegrid cells{nodetol};  // index in the seed + 1
 };
 
 static void seedgraphics(seed& s) {

@@ -12,6 +12,7 @@
 #include "edit/snap.h"
 #include "tools/beamlines.h"
 #include "tools/circle.h"
+#include "tools/path.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
@@ -69,23 +70,6 @@ point3 graphicpoint(double t) {
     return loadedp + t * loadedd;
 }
 
-// The exponent of a factor and of its reciprocal, F or 1/F, the same one for both although each is
-// rounded to a Single: rounding three times gives what rounding once gave.
-static double exponentof(double f) {
-    const float inverse = float(1 / f), back = 1 / inverse;
-    if (!(inverse > 0) || !std::isfinite(inverse) || !std::isfinite(back))
-        return std::max(f, 1 / f);
-    return std::max(inverse, back);
-}
-
-double spacingat(double i, double n, double f) {
-    if (!(n > 0)) n = 1;
-    if (!(f > 0)) f = 1;
-    const double share = i / n;
-    if (f == 1) return share;
-    return f > 1 ? std::pow(share, exponentof(f)) : 1 - std::pow((n - i) / n, exponentof(f));
-}
-
 point3 graphicnode(double i, double n, double f) {
     if (loadedkind != kindline) return graphicpoint(spacingat(i, n, f));
     if (!(n > 0)) n = 1;
@@ -94,8 +78,7 @@ point3 graphicnode(double i, double n, double f) {
     // in x, y, z, so that the way the line was drawn does not tell.
     const bool backwards = f < 1 || (f == 1 && loadedend < loadedp);
     const point3 &from = backwards ? loadedend : loadedp, &to = backwards ? loadedp : loadedend;
-    const double share = (backwards ? n - i : i) / n;
-    const double t = f == 1 ? share : std::pow(share, exponentof(f));
+    const double t = spacingat(backwards ? n - i : i, n, f < 1 ? 1 / f : f);
     return t == 1 ? to : from + t * (to - from);
 }
 
@@ -117,15 +100,8 @@ void dline(int k) {
 
 // The element as a chain of points, few for a line, many for the others.
 static std::vector<point3> polylineof(graphiclist& list, int g) {
-    const double perpiece = 3 * pi / 180;  // swept angle of one chord
-    const int curvepieces = 40;
-    if (!setgraphic(list, g)) return {};
-    int pieces = 1;
-    if (loadedkind == kindcurve) pieces = curvepieces;
-    if (loadedkind == kindcircle) pieces = std::max(1, int(std::ceil(circleangle / perpiece)));
-    std::vector<point3> points;
-    for (int i = 0; i <= pieces; ++i) points.push_back(graphicpoint(double(i) / pieces));
-    return points;
+    const std::optional<path> p = pathof(list, g);
+    return p ? polylineof(*p) : std::vector<point3>();
 }
 
 // --- picking and snapping -----------------------------------------------------------------------

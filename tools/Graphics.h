@@ -25,9 +25,6 @@ bool setgraphic(graphiclist& list, int g);
 // its points is drawn as its chord.
 point3 graphicpoint(double t);
 
-// Parameter of node i of N spaces with factor F: (i/N)^F for F >= 1, else 1 - (1 - i/N)^(1/F); N
-// and F at or below 0 count as 1. F and 1/F mirror each other.
-double spacingat(double i, double n, double f);
 // The place of node i of N spaces with factor F on the element loaded last. A line turned round,
 // with 1/F, has its nodes in the very same places.
 point3 graphicnode(double i, double n, double f);

@@ -60,3 +60,20 @@ void openrecord(graphiclist& list, int g, int kind) {
     list(g, 0, 3) = 0;
     std::ranges::fill(list.row(g, 3), 0.0f);
 }
+
+// The exponent of a factor and of its reciprocal, F or 1/F, the same one for both although each is
+// rounded to a Single: rounding three times gives what rounding once gave.
+static double exponentof(double f) {
+    const float inverse = float(1 / f), back = 1 / inverse;
+    if (!(inverse > 0) || !std::isfinite(inverse) || !std::isfinite(back))
+        return std::max(f, 1 / f);
+    return std::max(inverse, back);
+}
+
+double spacingat(double i, double n, double f) {
+    if (!(n > 0)) n = 1;
+    if (!(f > 0)) f = 1;
+    const double share = i / n;
+    if (f == 1) return share;
+    return f > 1 ? std::pow(share, exponentof(f)) : 1 - std::pow((n - i) / n, exponentof(f));
+}

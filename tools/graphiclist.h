@@ -27,3 +27,7 @@ point3 definitionpoint(const graphiclist& list, int g, int j);
 void setdefinitionpoint(graphiclist& list, int g, int j, const point3& at);
 // Writes kind, N = 1, F = 1 and zeroes for the rest of the header and point 3.
 void openrecord(graphiclist& list, int g, int kind);
+
+// Parameter of node i of N spaces with factor F: (i/N)^F for F >= 1, else 1 - (1 - i/N)^(1/F); N
+// and F at or below 0 count as 1. F and 1/F mirror each other.
+double spacingat(double i, double n, double f);

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "core/session.h"
-#include "tools/Graphics.h"
 #include "tools/circle.h"
 
 // --- points -------------------------------------------------------------------------------------

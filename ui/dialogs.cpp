@@ -3,12 +3,14 @@
 #include "ui/dialogs.h"
 
 #include <QApplication>
+#include <QPushButton>
 #include <map>
 #include <optional>
 
 #include "core/platform.h"
 #include "edit/Mouseprocedures.h"
 #include "ui/controlnames.h"
+#include "ui/controls.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 
@@ -60,6 +62,15 @@ std::vector<std::string> dialognames() {
     std::vector<std::string> names;
     for (const auto& [name, make] : makers()) names.push_back(name);
     return names;
+}
+
+QPushButton* newaction(const char* name, const char* caption, QWidget* parent, QBoxLayout* row,
+                       std::function<void()> pressed) {
+    QPushButton* const b = newbutton(name, caption, parent, row);
+    b->setAutoDefault(false);
+    QObject::connect(b, &QPushButton::clicked, parent,
+                     guardedhandler([pressed](bool) { pressed(); }));
+    return b;
 }
 
 void tellfault(const runtimeerror& fault) {

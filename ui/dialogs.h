@@ -10,6 +10,9 @@
 #include "core/array.h"
 #include "core/runtime.h"
 
+class QBoxLayout;
+class QPushButton;
+
 // Opens the dialog of this form name over the main window; false when there is none.
 bool opendialog(const std::string& name);
 // Registers a dialog; each dialog's file does it once through wiredialogs.
@@ -54,6 +57,10 @@ template <typename Handler>
 auto guardedhandler(Handler handler) {
     return [handler](auto... arguments) { guarded([&] { handler(arguments...); }, tellfault); };
 }
+
+// A button that does this, guarded; Enter elsewhere in the dialog does not press it.
+QPushButton* newaction(const char* name, const char* caption, QWidget* parent, QBoxLayout* row,
+                       std::function<void()> pressed);
 
 // One maker a dialog.
 QDialog* makesetmem();

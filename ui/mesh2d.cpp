@@ -109,13 +109,10 @@ class meshdialog : public sidedialog {
     void buildbuttons(QBoxLayout* rows) {
         auto* const row = new QHBoxLayout;
         const auto add = [&](const char* name, const char* caption, auto action) {
-            QPushButton* const b = newbutton(name, caption, this, row);
-            b->setAutoDefault(false);
-            connect(b, &QPushButton::clicked, this, guardedhandler([this, action](bool) {
-                        action(form);
-                        showform();
-                    }));
-            return b;
+            return newaction(name, caption, this, row, [this, action] {
+                action(form);
+                showform();
+            });
         };
         generate = add("Command1", "Generate Mesh", generatemesh);
         equal = add("Command5", "Equal Spaces", equalspaces);
@@ -123,9 +120,7 @@ class meshdialog : public sidedialog {
         add("Command2", "Accept", acceptmesh);
         add("Command3", "Reset", resetmesh);
         row->addStretch(1);
-        QPushButton* const ready = newbutton("Command4", "Ready", this, row);
-        ready->setAutoDefault(false);
-        connect(ready, &QPushButton::clicked, this, &QDialog::accept);
+        newaction("Command4", "Ready", this, row, [this] { accept(); });
         rows->addLayout(row);
     }
     void edgeended() {

@@ -112,9 +112,7 @@ class numintdialog : public QDialog {
         message = newmessageline("Label1", this, rows);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);
-        QPushButton* const close = newbutton("CommandButton1", "Close", this, row);
-        close->setAutoDefault(false);
-        connect(close, &QPushButton::clicked, this, &QDialog::accept);
+        newaction("CommandButton1", "Close", this, row, [this] { accept(); });
         rows->addLayout(row);
         wireright();
         addsteps();
@@ -186,14 +184,9 @@ class numintdialog : public QDialog {
         row->addWidget(box);
         return box;
     }
-    template <typename Operation>
-    QPushButton* newtool(QBoxLayout* row, const char* name, const char* caption, const char* tip,
-                         Operation operation) {
-        QPushButton* const b = newbutton(name, caption, this, row);
-        b->setToolTip(tip);
-        b->setAutoDefault(false);
-        connect(b, &QPushButton::clicked, this, guardedhandler([operation](bool) { operation(); }));
-        return b;
+    void newtool(QBoxLayout* row, const char* name, const char* caption, const char* tip,
+                 std::function<void()> operation) {
+        newaction(name, caption, this, row, std::move(operation))->setToolTip(tip);
     }
 
     void buildtools(QBoxLayout* rows) {

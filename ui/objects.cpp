@@ -123,9 +123,7 @@ class objectsdialog : public sidedialog {
     void buildbuttons(QBoxLayout* rows) {
         auto* const row = new QHBoxLayout;
         const auto add = [&](const char* name, const char* caption, auto action) {
-            QPushButton* const b = newbutton(name, caption, this, row);
-            b->setAutoDefault(false);
-            connect(b, &QPushButton::clicked, this, guardedhandler([action](bool) { action(); }));
+            newaction(name, caption, this, row, action);
         };
         add("Command1", "Open...", [this] {
             getobject(form);

@@ -79,13 +79,10 @@ class patchdialog : public QDialog {
     }
     template <typename Action>
     QPushButton* addbutton(const char* name, const char* caption, QBoxLayout* row, Action action) {
-        QPushButton* const b = newbutton(name, caption, this, row);
-        b->setAutoDefault(false);
-        connect(b, &QPushButton::clicked, this, guardedhandler([this, action](bool) {
-                    action(form);
-                    showform();
-                }));
-        return b;
+        return newaction(name, caption, this, row, [this, action] {
+            action(form);
+            showform();
+        });
     }
     void showform() {
         showlist(items, form.items, form.chosen);

@@ -4,21 +4,10 @@
 
 #include <map>
 
+#include "tests/support/marks.h"
 #include "tests/support/recorder.h"
 
 static const int many = 8;  // items of each kind
-
-// A number that no other item, list and cell has, as far as the type can hold it.
-template <typename T>
-static T markof(long i, long list, long cell) {
-    const long mark = i * 1000 + list * 100 + cell;
-    if constexpr (std::is_same_v<T, std::string>)
-        return std::to_string(mark);
-    else if constexpr (std::is_same_v<T, Flag>)
-        return Flag(mark * 2654435761 % 7 < 3);
-    else
-        return T(int(mark));
-}
 
 template <typename T>
 constexpr bool isnumber = !std::is_same_v<T, std::string> && !std::is_same_v<T, Flag>;

@@ -20,6 +20,7 @@
 #include "edit/move.h"
 #include "edit/renumber.h"
 #include "edit/selection.h"
+#include "tests/support/marks.h"
 #include "tests/support/recorder.h"
 #include "tools/groups.h"
 
@@ -51,17 +52,6 @@ static void eachlist(Take take, items of = items::none) {
 }
 
 // --- a model full of marks ----------------------------------------------------------------------
-
-template <typename T>
-static T markof(long i, long list, long cell) {
-    const long mark = i * 1000 + list * 100 + cell;
-    if constexpr (std::is_same_v<T, std::string>)
-        return std::to_string(mark);
-    else if constexpr (std::is_same_v<T, Flag>)
-        return Flag(mark * 2654435761 % 7 < 3);
-    else
-        return T(int(mark));
-}
 
 // Elements have all nodes but 3 and 4.
 static int referred(items by, long i, long k) {

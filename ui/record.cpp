@@ -37,7 +37,8 @@ const char* const wordof[] = {"ok", "cancel", "yes", "no"};
 struct viewpress {
     int view = 0;  // 0: none
     bool right = false, middle = false;
-    QPointF at;  // pixels
+    bool turns = false;  // or fits, as the line of the view tells
+    QPointF at;          // pixels
     pressoutcome outcome;
 };
 
@@ -326,6 +327,8 @@ void scriptrecorder::endview(viewwidget* view, QEvent* event) {
             settle();
             press.view = view->number();
             press.middle = true;
+            press.turns = type == QEvent::MouseButtonDblClick ||
+                          (mouse->modifiers() & Qt::ShiftModifier) != 0;
             press.at = mouse->position();
         } else if (lastpress().number != pressnumber) {  // and no menu has opened
             settle();
@@ -339,8 +342,11 @@ void scriptrecorder::endview(viewwidget* view, QEvent* event) {
     if (press.view != view->number()) return;
     if (press.middle) {
         const QPointF way = (mouse->position() - press.at) / view->pixelspercm();
+        const bool turned = press.turns;
         press = {};
-        if (!way.isNull())
+        if (turned)
+            followviews("turned");
+        else if (!way.isNull())
             write(QString("pan %1 %2 %3").arg(view->number()).arg(way.x()).arg(way.y()));
         return;
     }

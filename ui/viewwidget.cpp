@@ -17,8 +17,9 @@
 #include "view/setviews.h"
 
 static const double cmperinch = 2.54, twipsperinch = 1440;
-static const double wheelfactor = 1.2;  // enlargement a notch
-static const double notch = 120;        // wheel units a notch
+static const double wheelfactor = 1.2;   // enlargement a notch
+static const double notch = 120;         // wheel units a notch
+static const double turnperpixel = 0.4;  // degrees
 
 viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(number) {
     const QString index = QString("(%1)").arg(number - 1);
@@ -139,9 +140,9 @@ static mousebuttons buttonof(Qt::MouseButtons held) {
 void viewwidget::mousePressEvent(QMouseEvent* event) {
     if (menulock) return;
     if (event->button() == Qt::MiddleButton) {
-        panning = true;
-        panfrom = event->position();
-        setCursor(Qt::ClosedHandCursor);
+        held = event->modifiers() & Qt::ShiftModifier ? drags::turn : drags::pan;
+        from = event->position();
+        setCursor(held == drags::turn ? Qt::SizeAllCursor : Qt::ClosedHandCursor);
         return;
     }
     const QPointF at = place(event->position());
@@ -150,10 +151,13 @@ void viewwidget::mousePressEvent(QMouseEvent* event) {
 
 void viewwidget::mouseMoveEvent(QMouseEvent* event) {
     if (menulock) return;
-    if (panning) {
-        const QPointF way = place(event->position() - panfrom);
-        panfrom = event->position();
-        panview(nview, way.x(), way.y());
+    if (held != drags::none) {
+        const QPointF way = event->position() - from;
+        from = event->position();
+        if (held == drags::turn)
+            turnangles(nview, way.x() * turnperpixel, -way.y() * turnperpixel);
+        else
+            panview(nview, place(way).x(), place(way).y());
         redrawsoon();
         return;
     }
@@ -165,13 +169,19 @@ void viewwidget::mouseMoveEvent(QMouseEvent* event) {
 
 void viewwidget::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::MiddleButton) {
-        panning = false;
+        held = drags::none;
         unsetCursor();
         return;
     }
     if (menulock) return;
     const QPointF at = place(event->position());
     viewmouseup(nview, buttonof(event->button()), at.x(), at.y());
+}
+
+void viewwidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (menulock || event->button() != Qt::MiddleButton) return mousePressEvent(event);
+    activeview = nview;
+    fitview(nview);
 }
 
 void viewwidget::wheelEvent(QWheelEvent* event) {

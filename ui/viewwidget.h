@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // One view of the main window: shows its surface, and turns mouse and wheel into the calls of the
-// mouse driver. The wheel zooms at the pointer, the middle button pans.
+// mouse driver. The wheel zooms at the pointer, the middle button pans,
+// with Shift it turns, and pressed twice it fits.
 #pragma once
 
 #include <QPointF>
@@ -30,6 +31,7 @@ class viewwidget : public QWidget {
     void mousePressEvent(QMouseEvent*) override;
     void mouseMoveEvent(QMouseEvent*) override;
     void mouseReleaseEvent(QMouseEvent*) override;
+    void mouseDoubleClickEvent(QMouseEvent*) override;
     void wheelEvent(QWheelEvent*) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent*) override;
@@ -43,8 +45,9 @@ class viewwidget : public QWidget {
     int nview;
     QScrollBar *horizontal, *vertical;
     QToolButton *smaller, *fit, *larger;
-    QPointF panfrom;
-    bool panning = false;
+    enum class drags { none, pan, turn };
+    drags held = drags::none;  // by the middle button
+    QPointF from;
     QPointF pointer;  // centimetres
     QTimer hovering;
     QTimer later;  // gathers the redraws of wheel and pan

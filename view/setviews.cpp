@@ -160,9 +160,13 @@ void setpreset(int nview, int preset) {
     drawview(nview);
 }
 
-void turnview(int nview, double horizontal, double vertical) {
+void turnangles(int nview, double horizontal, double vertical) {
     if (horizontal != 0) viewhor(nview) = float(toradians(todegrees(viewhor(nview)) + horizontal));
     if (vertical != 0) viewvert(nview) = float(toradians(todegrees(viewvert(nview)) + vertical));
+}
+
+void turnview(int nview, double horizontal, double vertical) {
+    turnangles(nview, horizontal, vertical);
     drawview(nview);
 }
 

@@ -25,7 +25,8 @@ struct viewpreset {
 };
 extern const viewpreset viewpresets[4];
 void setpreset(int nview, int preset);
-void turnview(int nview, double horizontal, double vertical);  // by degrees
+void turnview(int nview, double horizontal, double vertical);    // by degrees
+void turnangles(int nview, double horizontal, double vertical);  // without the redraw
 
 void scaleview(int nview, double factor);
 void halveview(int nview);   // the button zoomin1: makes the picture smaller
@@ -37,8 +38,8 @@ void zoomview(int nview, double x, double y, double factor);
 // Moves the picture by centimetres on the surface.
 void panview(int nview, double dx, double dy);
 
-// The drawn places of these nodes come into the middle of a view and fill half of it; a single place
-// keeps the scale. Redraws it.
+// The drawn places of these nodes come into the middle of a view and fill half of it; a single
+// place keeps the scale. Redraws it.
 void zoomtonodes(int nview, const std::vector<int>& list);
 
 // The elements that a view of a group or a selection shows, to another view.

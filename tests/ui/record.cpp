@@ -18,6 +18,7 @@
 #include "ui/script.h"
 #include "ui/scriptkeys.h"
 #include "ui/viewwidget.h"
+#include "view/setviews.h"
 
 namespace {
 struct recordroom : sessionroom {
@@ -102,6 +103,31 @@ TEST(Record, APointIsTheSameInAWindowOfAnotherSize) {
     ASSERT_EQ(nnodes(), 1);
     for (int k = 0; k < 3; ++k) EXPECT_EQ(nodes(0, 1, k), at[k]);
     EXPECT_EQ(nodesel(0), 1);
+}
+
+TEST(Record, AViewThatIsTurnedAndFittedStandsTheSameAgain) {
+    recordroom room;
+    for (const float x : {0.f, 30.f}) addnode(x, 0, 0);
+    const auto middle = [&](QEvent::Type kind, const QPointF& at, Qt::KeyboardModifiers keys) {
+        QMouseEvent event(kind, at, room.window.view(1)->mapToGlobal(at), Qt::MiddleButton,
+                          Qt::MiddleButton, keys);
+        QApplication::sendEvent(room.window.view(1), &event);
+    };
+    const float before = viewhor(1);
+    middle(QEvent::MouseButtonPress, {100, 100}, Qt::ShiftModifier);
+    middle(QEvent::MouseMove, {150, 90}, Qt::ShiftModifier);
+    middle(QEvent::MouseButtonRelease, {150, 90}, {});  // the key was let go before the button
+    EXPECT_NEAR(todegrees(viewhor(1) - before), 20, 1e-3);
+    middle(QEvent::MouseButtonDblClick, {100, 100}, {});
+    middle(QEvent::MouseButtonRelease, {100, 100}, {});
+    const std::array<double, 4> seen = {viewhor(1), viewvert(1), viewptx(1), viewscale(1)};
+    endrecording();
+    setpreset(1, 1);
+    viewscale(1) = 1;
+    scriptplayer player;
+    ASSERT_TRUE(player.load(QString::fromStdString(room.path)));
+    EXPECT_TRUE(player.play()) << player.fault.toStdString();
+    EXPECT_EQ((std::array<double, 4>{viewhor(1), viewvert(1), viewptx(1), viewscale(1)}), seen);
 }
 
 // Cells typed over one by one and in several rows, chosen from a list, pasted over the end with its

@@ -5,15 +5,14 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <tuple>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "core/model.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "exchange/cosmosgroups.h"
 #include "exchange/cosmossystems.h"
 #include "exchange/textlines.h"
 
@@ -22,11 +21,6 @@ namespace {
 struct command {
     long line = 0;
     std::string_view word, fields;
-};
-
-// The sets that are active at a line.
-struct activesets {
-    long group = 1, material = 1, constants = 1, system = 0, loadcase = 1;
 };
 
 // An element before all nodes are known.
@@ -40,9 +34,7 @@ struct pendingelement {
 class cosmosreader {
   public:
     cosmosreader(std::string text, const std::string& name, imported& f, purposes purpose)
-        : found(f), report(f.report), in(std::move(text), name) {
-        for (int g = 1; purpose == purposes::import && g <= ngroups(); ++g)
-            takennames.insert(groupname(g));
+        : found(f), report(f.report), in(std::move(text), name), groups(f, purpose) {
         collect();
     }
     void firstpass();
@@ -85,10 +77,6 @@ class cosmosreader {
                               bool ofloads) const;
     importedcase& loadcase();
     void buildelement(const pendingelement& e);
-    int typeof(const pendingelement& e, int corners);
-    int groupof(const activesets& sets);
-    std::string freename(const std::string& name);
-    void sectionof(importedgroup& group, const activesets& sets);
     void progress(std::size_t i, double from);
 
     imported& found;
@@ -98,19 +86,15 @@ class cosmosreader {
     std::vector<std::string_view> fields;  // of the command in hand, the word left out
     activesets active;
     cosmossystems systems;
+    cosmosgroups groups;
     std::unordered_map<long, triple> keypoints;
     numbertable nodes, elementplaces;
     std::vector<pendingelement> elements;
-    std::map<long, std::string> elementnames;                           // of groups
-    std::map<std::pair<long, long>, std::map<long, double>> constants;  // by group and set
-    std::map<long, std::map<std::string, double>> materials;
-    std::map<std::tuple<long, long, long>, int> groups;
-    std::unordered_set<std::string> takennames;
-    std::unordered_map<std::string, std::size_t> starsofnames;
     std::map<long, std::size_t> cases;
     long cardnumber = 0;  // of the last element without a number of its own
     long visited = 0;     // nodes that ranges have gone through
     bool systemtold = false;
+    bool isagain = false;  // a command that the first pass has read comes again
 };
 
 const char* const displacementlabels[7] = {"", "UX", "UY", "UZ", "ROTX", "ROTY", "ROTZ"};
@@ -124,6 +108,15 @@ const char* const forcelabels[7] = {"", "FX", "FY", "FZ", "MX", "MY", "MZ"};
 static bool begins(std::string_view word, std::string_view name) {
     return !word.empty() && word.size() <= name.size() &&
            sameword(word, name.substr(0, word.size()));
+}
+
+static bool isactset(std::string_view word) {
+    return word.size() > 1 && begins(word, "ACTSET");
+}
+
+// One of the words of four characters, which may go on to the whole name.
+static bool isword(std::string_view word, std::string_view name) {
+    return word.size() >= 4 && begins(word, name);
 }
 
 static bool isremark(std::string_view line) {
@@ -153,7 +146,7 @@ void cosmosreader::progress(std::size_t i, double from) {
 bool cosmosreader::split(const command& c) {
     fields.clear();
     if (c.fields.find('$') != c.fields.npos) {
-        report.error("several commands on one line ($) are not read", c.line);
+        if (!isagain) report.error("several commands on one line ($) are not read", c.line);
         return false;
     }
     std::string_view rest = c.fields, value;
@@ -178,7 +171,8 @@ bool cosmosreader::whole(const command& c, std::size_t i, const char* what, long
         value = long(number);
         return true;
     }
-    report.error(where(c) + what + " is not a whole number: " + shown(field(i)), c.line);
+    if (!isagain)
+        report.error(where(c) + what + " is not a whole number: " + shown(field(i)), c.line);
     return false;
 }
 
@@ -208,20 +202,19 @@ void cosmosreader::firstpass() {
 }
 
 void cosmosreader::firstitem(const command& c) {
-    const std::string word = uppercase(c.word.substr(0, 7));
-    if (word == "COOR")
+    if (isword(c.word, "COORDINATE"))
         readcoor(c);
-    else if (word == "CS")
+    else if (sameword(c.word, "CS"))
         readcs(c);
-    else if (word == "CSANGL")
+    else if (sameword(c.word, "CSANGL"))
         readcsangl(c);
-    else if (word == "PT")
+    else if (sameword(c.word, "PT"))
         readpoint(c);
-    else if (word == "NODE")
+    else if (isword(c.word, "NODES"))
         readnode(c);
-    else if (word == "ELEM")
+    else if (isword(c.word, "ELEMENT"))
         readelem(c);
-    else if (c.word.size() > 1 && begins(c.word, "ACTSET"))
+    else if (isactset(c.word))
         readac(c);
 }
 
@@ -360,11 +353,11 @@ void cosmosreader::secondpass() {
 bool cosmosreader::seconditem(const command& c) {
     const char letter = c.word.empty() ? ' ' : uppercase(c.word.substr(0, 1))[0];
     if (letter == 'N') {
-        if (sameword(c.word, "NODE")) return true;
+        if (isword(c.word, "NODES")) return true;
         if (!sameword(c.word, "ND") && !begins(c.word, "NODE")) return false;
         readnodeset(c);
     } else if (letter == 'E') {
-        if (sameword(c.word, "ELEM")) return true;
+        if (isword(c.word, "ELEMENT")) return true;
         if (sameword(c.word, "EGROUP"))
             readegroup(c);
         else if (begins(c.word, "ELEM"))
@@ -375,15 +368,17 @@ bool cosmosreader::seconditem(const command& c) {
         readdisp(c);
     else if (letter == 'F' && begins(c.word, "FND"))
         readforce(c);
-    else if (letter == 'A' && c.word.size() > 1 && begins(c.word, "ACTSET"))
+    else if (isactset(c.word)) {
+        isagain = true;  // the first pass has told its faults
         readac(c);
-    else if (sameword(c.word, "RCONST"))
+        isagain = false;
+    } else if (sameword(c.word, "RCONST"))
         readrconst(c);
     else if (sameword(c.word, "MPROP"))
         readmprop(c);
     else
-        return sameword(c.word, "COOR") || sameword(c.word, "CS") || sameword(c.word, "CSANGL") ||
-               sameword(c.word, "PT");
+        return isword(c.word, "COORDINATE") || sameword(c.word, "CS") ||
+               sameword(c.word, "CSANGL") || sameword(c.word, "PT");
     return true;
 }
 
@@ -427,14 +422,14 @@ void cosmosreader::readac(const command& c) {
         active.system = number;
     else if (kind == "LC")
         active.loadcase = number;
-    else if (kind != "TC")
+    else if (kind != "TC" && !isagain)
         report.error(where(c) + "class " + shown(field(0)) + " is not known", c.line);
 }
 
 void cosmosreader::readegroup(const command& c) {
     long number = 0;
     if (split(c) && whole(c, 0, "the group", number, 1))
-        elementnames[number] = uppercase(field(1).substr(0, 40));
+        groups.nameelements(number, uppercase(field(1).substr(0, 40)));
 }
 
 // group, set, first position, count, values
@@ -447,7 +442,7 @@ void cosmosreader::readrconst(const command& c) {
     double value = 0;
     for (std::size_t i = values; i < fields.size() && long(i - values) < count; ++i)
         if (real(c, i, "a constant", value))
-            constants[{group, set}][first + long(i - values)] = value;
+            groups.setconstant(group, set, first + long(i - values), value);
     if (long(fields.size()) < count + long(values))
         report.error(where(c) + numbertext(count) + " constants were told, there are fewer",
                      c.line);
@@ -461,9 +456,7 @@ void cosmosreader::readmprop(const command& c) {
     for (std::size_t i = 1; i + 1 < fields.size(); i += 2) {
         const std::string name = uppercase(fields[i].substr(0, 20));
         if (name.empty() || !real(c, i + 1, name, value)) continue;
-        if (name == "EX" || name == "NUXY" || name == "DENS")
-            materials[set][name] = value;
-        else
+        if (!groups.setproperty(set, name, value))
             report.skipped("Material properties " + shown(name), c.line);
     }
 }
@@ -556,70 +549,6 @@ importedcase& cosmosreader::loadcase() {
 
 // --- elements -----------------------------------------------------------------------------------
 
-int cosmosreader::typeof(const pendingelement& e, int corners) {
-    if (corners == 3) return typeshell3;
-    if (corners == 4) return typeshell4;
-    const auto name = elementnames.find(e.sets.group);
-    const bool istruss = name != elementnames.end() && name->second.starts_with("TRUSS");
-    return istruss ? typetruss : typebeam;
-}
-
-// Thickness or area first; of a beam, two second moments, its depths and the torsion constant.
-void cosmosreader::sectionof(importedgroup& group, const activesets& sets) {
-    const auto at = constants.find({sets.group, sets.constants});
-    if (at == constants.end()) {
-        report.warn("group " + group.name + " has no constants, set its thickness or section");
-        return;
-    }
-    const auto value = [&](long position) {
-        const auto found1 = at->second.find(position);
-        return found1 == at->second.end() ? nottold : found1->second;
-    };
-    group.fields[fieldthickness] = value(1);
-    const auto name = elementnames.find(sets.group);
-    if (name == elementnames.end() || !name->second.starts_with("BEAM")) return;
-    group.fields[fieldixx] = value(2);
-    group.fields[fieldiyy] = value(3);
-    group.fields[fieldizz] = value(8);
-    if (value(5) > 0) group.fields[fieldwxx] = value(2) / (value(5) / 2);
-    if (value(4) > 0) group.fields[fieldwyy] = value(3) / (value(4) / 2);
-}
-
-std::string cosmosreader::freename(const std::string& name) {
-    const std::size_t longest = 60;  // stars, beyond which names are counted
-    std::string result = name;
-    for (std::size_t& stars = starsofnames[name]; !takennames.insert(result).second;) {
-        ++stars;
-        result = name + (stars <= longest ? std::string(stars, '*') : "*" + std::to_string(stars));
-    }
-    return result;
-}
-
-// One for each combination of group, material and constants in use, named as the group's elements;
-// a name that is there already gets a star.
-int cosmosreader::groupof(const activesets& sets) {
-    const auto [at, isnew] = groups.try_emplace({sets.group, sets.material, sets.constants}, 0);
-    if (!isnew) return at->second;
-    const auto known = elementnames.find(sets.group);
-    std::string name = known == elementnames.end() || known->second.empty()
-                           ? "GR " + numbertext(sets.group)
-                           : known->second;
-    name = freename(name);
-    at->second = found.groupof(name);
-    importedgroup& group = found.group(at->second);
-    sectionof(group, sets);
-    const auto material = materials.find(sets.material);
-    if (material == materials.end()) {
-        report.warn("group " + name + " has no material, that of a new group stands");
-        return at->second;
-    }
-    for (const auto& [property, value] : material->second)
-        group.fields[property == "EX"     ? fieldmodulus
-                     : property == "NUXY" ? fieldpoisson
-                                          : fielddensity] = value;
-    return at->second;
-}
-
 void cosmosreader::buildelement(const pendingelement& e) {
     std::array<int, 4> corners{};
     int count = e.count;
@@ -630,11 +559,7 @@ void cosmosreader::buildelement(const pendingelement& e) {
                                     numbertext(e.nodes[std::size_t(k)]) + " is not defined",
                                 e.line);
     }
-    const auto name = elementnames.find(e.sets.group);
-    const bool isline = name != elementnames.end() &&
-                        (name->second.starts_with("BEAM") || name->second.starts_with("TRUSS") ||
-                         name->second.starts_with("PIPE"));
-    const int orienting = isline && count == 3 ? corners[2] : 0;
+    const int orienting = groups.arelines(e.sets.group) && count == 3 ? corners[2] : 0;
     if (orienting) corners[2] = 0, count = 2;
     if (count == 4 && corners[3] == corners[2]) corners[3] = 0, count = 3;
     for (int k = 0; k < count; ++k)
@@ -642,8 +567,8 @@ void cosmosreader::buildelement(const pendingelement& e) {
             if (corners[std::size_t(j)] == corners[std::size_t(k)])
                 return report.error("element " + numbertext(e.number) + " has a node twice",
                                     e.line);
-    const int type = typeof(e, count);
-    const int item = found.addelement(type, corners, groupof(e.sets));
+    const int type = groups.typeof(e.sets.group, count);
+    const int item = found.addelement(type, corners, groups.groupof(e.sets));
     found.elementnumbers.push_back(e.number);
     report.read(count == 2 ? "Line elements" : count == 3 ? "Triangles" : "Quadrilaterals");
     if (orienting == 0 || type != typebeam) return;
@@ -657,6 +582,7 @@ void cosmosreader::build() {
         throw runtimeerror{errtype, in.name() + ": this is no Cosmos model, no node stands in it"};
     report.read("Nodes", long(found.nodes.size()));
     for (const pendingelement& e : elements) buildelement(e);
+    groups.tellunused();
 }
 
 void readcosmos(const std::string& path, imported& found, purposes purpose) {

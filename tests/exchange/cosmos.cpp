@@ -108,7 +108,10 @@ TEST(Cosmos, CommandsAreTakenAsTheyAreMeant) {
         {"ND,1.5,0,0,0", 0, 0, "the number is not a whole number"},
         {"ND,0,0,0,0", 0, 0, "needs a number from 1"},
         {"RCONST,1,1,1,4,5", 0, 0, "4 constants were told"},
-        {"ACTSET,XX,1", 0, 0, "class \"XX\" is not known"},
+        {"ACTSET,XX,1", 0, 0, "class \"XX\" is not known (line 5)"},
+        {"NODES,9,1,1,1\nELEMENT,1,1,9\nCOORD,3,0,0,0,0,1,0,0,0,1,0", 1, 0, ""},
+        {"EGROUP,7,BEAM3D", 0, 0, "Element groups without elements"},
+        {"EGROUP,1,SOLID\nEL,1,SF,0,3,1,2,3", 1, 0, "elements SOLID are taken"},
         {"MPROP,1,EX,2,ALPX,3", 0, 0, "Material properties \"ALPX\""},
     };
     for (const auto& c : cases) {

@@ -319,6 +319,8 @@ void mosesreader::parsedescribe(std::string_view rest, long line) {
                 report.error("&DESCRIBE " + uppercase(kind) + " has no name", line);
             place = placename;
             placegroup = 0;
+            if (std::string_view more; nextmosesword(rest, more))
+                report.skipped("Options of &DESCRIBE " + uppercase(kind), line);
             return;
         }
     report.skipped("Lines &DESCRIBE " + uppercase(kind).substr(0, 20), line);

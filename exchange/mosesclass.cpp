@@ -55,9 +55,13 @@ static void tubesection(classline& c) {
 }
 
 static void section(classline& c) {
-    const bool istube = sameword(c.shape, "TUBE");
+    const bool istube = sameword(c.shape, "TUBE"), isplate = sameword(c.shape, "PLATE");
+    const std::size_t used = istube ? 2 : 1;
+    if ((istube || isplate) && c.sizes.size() > used)
+        c.report.warn("Sizes of tubes and plates beyond diameter, wall and thickness are not used",
+                      c.line);
     if (istube && c.sizes.size() >= 2) return tubesection(c);
-    if (sameword(c.shape, "PLATE") && !c.sizes.empty()) {
+    if (isplate && !c.sizes.empty()) {
         c.group.fields[fieldthickness] = c.sizes[0] * c.lengths();
         return;
     }

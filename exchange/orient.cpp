@@ -37,7 +37,7 @@ bool sectionangle(const triple& a, const triple& b, int axis, const triple& towa
 }
 
 void orientgroups(imported& found) {
-    const double step = 1e-4;  // degrees; angles that differ less share a group
+    const double parts = 10000;  // of a degree; angles that differ by less than one share a group
     std::map<std::pair<int, long>, int> made;
     std::map<int, long> first;  // the angle that each group itself takes
     if (found.orientations.empty()) return;
@@ -56,18 +56,18 @@ void orientgroups(imported& found) {
             found.report.about(reportitems::elements, o.element);
             continue;
         }
-        if (std::fabs(degrees) > 180 - step / 2) degrees = 180;
-        const long turn = std::lround(degrees / step);
+        if (std::fabs(degrees) > 180 - 0.5 / parts) degrees = 180;
+        const long turn = std::lround(degrees * parts);
         const auto [at0, isfirst] = first.try_emplace(e.group, turn);
         if (at0->second == turn) {
-            found.group(e.group).fields[fieldrotation] = double(turn) * step;
+            found.group(e.group).fields[fieldrotation] = double(turn) / parts;
             continue;
         }
         const auto [place, isnew] = made.try_emplace({e.group, turn}, 0);
         if (isnew) {
             importedgroup copy = found.group(e.group);
-            copy.name += " " + numbertext(double(turn) * step) + " deg";
-            copy.fields[fieldrotation] = double(turn) * step;
+            copy.name += " " + numbertext(double(turn) / parts) + " deg";
+            copy.fields[fieldrotation] = double(turn) / parts;
             place->second = int(found.groups.size()) + 1;
             found.groups.push_back(std::move(copy));
             found.report.changed("Groups divided, for sections are turned by group");

@@ -232,6 +232,7 @@ void settleselection() {
     endmove();
     hideselection();
     mergeplaced() ? redrawall() : showselection();
+    textcaption();
 }
 
 void releaseselection() {

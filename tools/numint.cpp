@@ -231,15 +231,10 @@ static bool addtyped(numintform& form, std::vector<long>& rows) {
     return true;
 }
 
-void closedit(numintform& form, const std::vector<long>& typedrows, int col,
-              std::string_view text) {
-    numinttable& t = form.table[1];
-    form.message.clear();
-    std::vector<long> rows = typedrows;
-    std::ranges::sort(rows);
-    if (rows.empty() || rows.back() > t.rows()) return;
-    const bool spare = rows.back() == t.rows();
-    if (spare && !addtyped(form, rows)) return refill(form);
+// The text into the column's cells in these rows of the right table.
+static void savedatabase(numintform& form, const std::vector<long>& rows, int col,
+                         std::string_view text) {
+    const numinttable& t = form.table[1];
     const gridcolumn c = t.columns[std::size_t(col)];
     cellfaults faults;
     std::vector<loadmove> moves;
@@ -258,6 +253,17 @@ void closedit(numintform& form, const std::vector<long>& typedrows, int col,
     moveloads(t.tab, moves, faults);
     form.message = faults.words("");
     notenumbers(form);
+}
+
+void closedit(numintform& form, const std::vector<long>& typedrows, int col,
+              std::string_view text) {
+    form.message.clear();
+    std::vector<long> rows = typedrows;
+    std::ranges::sort(rows);
+    const long last = form.table[1].rows();
+    if (rows.empty() || rows.back() > last) return;
+    if (rows.back() == last && !addtyped(form, rows)) return refill(form);
+    savedatabase(form, rows, col, text);
 }
 
 // --- arithmetic ---------------------------------------------------------------------------------

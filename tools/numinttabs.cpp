@@ -49,14 +49,14 @@ static gridcolumn arraycolumn(const std::string& caption, formats format, const 
     return c;
 }
 
-static std::vector<gridcolumn> nodecolumns() {
+static std::vector<gridcolumn> shownodes() {
     std::vector<gridcolumn> t = {fixedcolumn(" ID ", formats::whole)};
     for (int k = 0; k <= 2; ++k)
         t.push_back(arraycolumn(axislabel(k + 1), formats::decimals, "nodes", k));
     return t;
 }
 
-static std::vector<gridcolumn> elementcolumns() {
+static std::vector<gridcolumn> showelements() {
     std::vector<gridcolumn> t = {fixedcolumn(" ID ", formats::whole)};
     t.push_back(arraycolumn("Type", formats::whole, "elems", 0, labels::types));
     for (int k = 1; k <= corners; ++k)
@@ -68,7 +68,7 @@ static std::vector<gridcolumn> elementcolumns() {
 }
 
 // Thickness and area are one property.
-static std::vector<gridcolumn> groupcolumns() {
+static std::vector<gridcolumn> showgroup() {
     static const struct {
         const char *caption, *unit;
         int property;
@@ -93,13 +93,13 @@ static std::vector<gridcolumn> groupcolumns() {
     return t;
 }
 
-static std::vector<gridcolumn> constraintcolumns() {
+static std::vector<gridcolumn> showconst() {
     return {fixedcolumn(" ID "), arraycolumn("Node", formats::whole, "connode"),
             arraycolumn("Dir", formats::whole, "condof", 0, labels::dofs),
             arraycolumn("value", formats::engineering, "conval")};
 }
 
-static std::vector<gridcolumn> loadcasecolumns() {
+static std::vector<gridcolumn> showLoadcases() {
     std::vector<gridcolumn> t = {
         fixedcolumn("General number"), fixedcolumn(" ID "),
         arraycolumn("Name", formats::general, "lcname"),
@@ -109,22 +109,29 @@ static std::vector<gridcolumn> loadcasecolumns() {
     return t;
 }
 
-static std::vector<gridcolumn> loadcolumns(bool nodal) {
+static std::vector<gridcolumn> caseofload() {
     std::vector<gridcolumn> t = {fixedcolumn(" ID ", formats::whole), fixedcolumn("Loadcase")};
     t.back().list = labels::cases;
-    if (nodal) {
-        t.push_back(arraycolumn("Node", formats::whole, "loadnode"));
-        t.push_back(arraycolumn("Dir", formats::whole, "loaddof", 0, labels::forces));
-        t.push_back(arraycolumn("value", formats::engineering, "loadval"));
-    } else {
-        t.push_back(arraycolumn("Elem", formats::whole, "elemload", 0));
-        t.push_back(arraycolumn("Dir", formats::whole, "elemload", 1, labels::forces));
-        t.push_back(arraycolumn("value", formats::engineering, "elemload", 2));
-    }
     return t;
 }
 
-static std::vector<gridcolumn> combinationcolumns() {
+static std::vector<gridcolumn> shownodalLoad() {
+    std::vector<gridcolumn> t = caseofload();
+    t.push_back(arraycolumn("Node", formats::whole, "loadnode"));
+    t.push_back(arraycolumn("Dir", formats::whole, "loaddof", 0, labels::forces));
+    t.push_back(arraycolumn("value", formats::engineering, "loadval"));
+    return t;
+}
+
+static std::vector<gridcolumn> showelemLoad() {
+    std::vector<gridcolumn> t = caseofload();
+    t.push_back(arraycolumn("Elem", formats::whole, "elemload", 0));
+    t.push_back(arraycolumn("Dir", formats::whole, "elemload", 1, labels::forces));
+    t.push_back(arraycolumn("value", formats::engineering, "elemload", 2));
+    return t;
+}
+
+static std::vector<gridcolumn> showLoadcomb() {
     std::vector<gridcolumn> t = {fixedcolumn("General number"), fixedcolumn(" ID "),
                                  arraycolumn("Name", formats::general, "lcombname")};
     for (int lc = 1; lc <= nlc(); ++lc) {
@@ -137,21 +144,21 @@ static std::vector<gridcolumn> combinationcolumns() {
 std::vector<gridcolumn> columnsof(int tab) {
     switch (tab) {
         case tabnodes:
-            return nodecolumns();
+            return shownodes();
         case tabelements:
-            return elementcolumns();
+            return showelements();
         case tabgroups:
-            return groupcolumns();
+            return showgroup();
         case tabconstraints:
-            return constraintcolumns();
+            return showconst();
         case tabloadcases:
-            return loadcasecolumns();
+            return showLoadcases();
         case tabnodalloads:
-            return loadcolumns(true);
+            return shownodalLoad();
         case tabelementloads:
-            return loadcolumns(false);
+            return showelemLoad();
         default:
-            return combinationcolumns();
+            return showLoadcomb();
     }
 }
 

@@ -292,7 +292,7 @@ class plyreader {
         }
     }
 
-    static const long mostreserved = 1 << 24;  // a count in the header is only a claim
+    static constexpr long mostreserved = 1 << 24;  // a count in the header is only a claim
     wordstream words;
     imported& found;
     std::string name, what;

@@ -149,6 +149,8 @@ TEST(Moses, LinesAreTakenAsTheyAreMeant) {
         {"BEAM ~k *a \\\n$ between\n  *b \\\n *c", 2, 2, ""},
         {"BEAM %cls *a *b", 0, 0, "variable \"cls\" is not set"},
         {"&set cls = ~k n = *b\nBEAM %cls%,*a %(n)", 1, 2, ""},
+        {"BEAM ~k %PO%a %po%b", 1, 2, ""},
+        {"&set PO = x\nBEAM ~k %PO%a *b", 0, 0, "a beam has two points or more"},
         {"&set a = %a", 0, 0, "variable \"a\" is not set"},
         {"&IF 1\n&IF 2\nBEAM ~k *a *b\n&ENDIF\n&ENDIF\nBEAM ~k *b *c", 1, 2, "Blocks &IF"},
         {"&MACRO m\nBEAM ~k *a *b", 0, 0, "block &MACRO does not end"},

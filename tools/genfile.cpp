@@ -14,6 +14,7 @@
 #include "tools/Surfaces.h"
 #include "tools/genmesh.h"
 #include "tools/groups.h"
+#include "tools/objects.h"
 
 namespace fs = std::filesystem;
 
@@ -109,8 +110,7 @@ static std::string contentsofmodel() {
     int count = 0;
     numbersinfile(count);
     const int whole = int(wholepatches().size()), gone = patches(0, 0, 0) - whole;
-    std::string text = numbertext(count) + " graphic elements, " + numbertext(whole) +
-                       " patches and " + numbertext(ngroups()) + " groups.";
+    std::string text = partsinwords(count, whole, ngroups()) + ".";
     if (whole == 0)
         text +=
             " Without patches the object has no mesh: meshes that were accepted in the mesh "

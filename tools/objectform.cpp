@@ -89,9 +89,9 @@ static std::string faulttext(const std::vector<std::string>& faults) {
 }
 
 static std::string countsofobject() {
-    std::string text = numbertext(int(tmpelems(0, 0))) + " elements, " + numbertext(objgraphcount) +
-                       " graphic elements, " + numbertext(objpatchcount) + " patches and " +
-                       numbertext(objgroupcount) + " groups";
+    const int elements = int(tmpelems(0, 0));
+    std::string text = numbertext(elements) + (elements == 1 ? " element, " : " elements, ") +
+                       partsinwords(objgraphcount, objpatchcount, objgroupcount);
     if (objwithoutgroup > 0)
         text += ". " + numbertext(objwithoutgroup) +
                 " patches name a group that the object lacks: their elements are in group 1";

@@ -315,3 +315,12 @@ void takeobject(int elementsbefore) {
                     elementsbefore + lastelement[i]);
     patches(0, 0, 0) = patches(0, 0, 0) + objpatchcount;
 }
+
+std::string partsinwords(int graphicelements, int patchcount, int groupcount) {
+    const auto counted = [](int n, const char* one, const char* several) {
+        return numbertext(n) + (n == 1 ? one : several);
+    };
+    return counted(graphicelements, " graphic element, ", " graphic elements, ") +
+           counted(patchcount, " patch and ", " patches and ") +
+           counted(groupcount, " group", " groups");
+}

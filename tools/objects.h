@@ -46,3 +46,5 @@ void dropobject();
 // Counts of what was read, to be added once it is accepted: the patch of each stretch of elements
 // of the buffer is the one that made it.
 void takeobject(int elementsbefore);
+// "4 graphic elements, 1 patch and 2 groups"
+std::string partsinwords(int graphicelements, int patchcount, int groupcount);

@@ -21,10 +21,15 @@
 static const char* const allgroups = "All Groups";
 enum referenceentries { asfirst, globalaxes, selectedelement };
 
-checkmodelform opencheckmodel() {
-    checkmodelform form;
+void listgroups(checkmodelform& form) {
     form.groups = {allgroups};
     for (int g = 1; g <= ngroups(); ++g) form.groups.push_back(groupname(g));
+    form.group = std::min(form.group, ngroups());
+}
+
+checkmodelform opencheckmodel() {
+    checkmodelform form;
+    listgroups(form);
     form.references = {"First element", "Global axes", "Selected element"};
     for (int v = 1; v <= nviews; ++v) {
         auto& kept = form.views[std::size_t(v) - 1];
@@ -47,6 +52,7 @@ static void showgroup(int nview, int option, const std::string& group) {
 }
 
 void getvgroup(checkmodelform& form, int entry) {
+    listgroups(form);
     form.group = std::clamp(entry, 0, int(form.groups.size()) - 1);
     form.viewschanged = true;
     for (int v = 1; v <= nviews; ++v)
@@ -239,6 +245,10 @@ void modifywrong(checkmodelform& form) {
     double limit = 0;
     if (!readlimit(form, limit)) return;
     tellchange(form, modifyaxis(limit, form.rotate, form.three), "changed");
+    const std::vector<int> left = findwrongelem(limit);
+    selectitems({}, left);
+    if (!left.empty())
+        form.message += "; " + numbertext(long(left.size())) + " are still below the limit";
 }
 
 // --- findings -----------------------------------------------------------------------------------

@@ -34,6 +34,7 @@ struct checkmodelform {
 };
 
 checkmodelform opencheckmodel();
+void listgroups(checkmodelform& form);       // as they are by now
 void closecheckmodel(checkmodelform& form);  // the views show again what they did
 
 void getvgroup(checkmodelform& form, int entry);  // all views show the group of the entry
@@ -43,8 +44,8 @@ void homogenizeaxis(checkmodelform& form);
 void flipgroup(checkmodelform& form);
 void rotateselected(checkmodelform& form);  // one place, or three
 void mirrorselected(checkmodelform& form);
-void showwrong(checkmodelform& form);  // those below the quality limit become the selection
-void modifywrong(checkmodelform& form);
+void showwrong(checkmodelform& form);    // those below the quality limit become the selection
+void modifywrong(checkmodelform& form);  // what stays wrong is the selection
 
 void findall(checkmodelform& form);
 void showfinding(checkmodelform& form, std::size_t line);  // selects and zooms to what it names

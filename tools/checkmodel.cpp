@@ -455,11 +455,10 @@ static walkresult walkover(int first, int last, const axisreference& reference, 
     theplatform().endprogress();
     result.mirrored = changedorders;
     result.rows = loads.settle();
-    for (const formerangle& f : former)
-        if (result.rows < 0)
-            rotpo(f.element) = f.angle;
-        else
-            result.turned += rotpo(f.element) != f.angle;
+    for (const formerangle& f : former) {
+        if (result.rows < 0 || !walk.visited[std::size_t(f.element)]) rotpo(f.element) = f.angle;
+        result.turned += rotpo(f.element) != f.angle;
+    }
     walk = {};
     return result;
 }

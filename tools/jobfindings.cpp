@@ -227,6 +227,13 @@ static std::string parttext(const std::vector<int>& part) {
            numbertext(part.front());
 }
 
+// All in the plane x y, and analysed in space all the same.
+static bool isflat() {
+    for (int n = 1; n <= nnodes() && !dim2d; ++n)
+        if (nodes(0, n, 2) != 0) return false;
+    return !dim2d;
+}
+
 static void findpartfaults(findinglist& list) {
     modelparts model;
     const auto part = [&](std::size_t p) {
@@ -253,7 +260,10 @@ static void findpartfaults(findinglist& list) {
                                          : " has no support";
     }
     list.add({"part that can move", "parts that can move",
-              "their supports do not hold them; add constraints", true},
+              isflat() ? "their supports do not hold them in space; add constraints, or choose the "
+                         "2-D analysis in Analyse, Options"
+                       : "their supports do not hold them; add constraints",
+              true},
              loose);
 }
 

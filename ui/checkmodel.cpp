@@ -29,6 +29,10 @@ class bardelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
     enum roles { share = Qt::UserRole, barcolour };
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const int beneath = 10;  // pixels
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, beneath);
+    }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
         QStyleOptionViewItem plain = option;
@@ -67,7 +71,6 @@ class checkdialog : public sidedialog {
                     getvgroup(form, entry);
                     showform();
                 }));
-        showlist(groups, form.groups, form.group);
         showlist(reference, form.references, form.reference);
         showform();
     }
@@ -263,6 +266,8 @@ class checkdialog : public sidedialog {
         showing = false;
     }
     void showform() {
+        listgroups(form);
+        showlist(groups, form.groups, form.group);
         element->setText(qtext(form.element));
         angle->setText(qtext(form.angle));
         quality->setText(qtext(form.quality));

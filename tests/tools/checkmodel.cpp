@@ -9,8 +9,10 @@
 #include <random>
 
 #include "core/catalogue.h"
+#include "core/newmodel.h"
 #include "core/views.h"
 #include "tests/support/recorder.h"
+#include "tools/checkform.h"
 #include "view/localaxes.h"
 
 namespace {
@@ -342,4 +344,57 @@ TEST(Checkmodel, DamagedModelsAreWalked) {
     const auto corners = room.corners(2);
     EXPECT_EQ(changeplates({2}, [](int e) { rotateaxis(e, false); }).rows, -1);
     EXPECT_EQ(room.corners(2), corners);
+}
+
+TEST(Checkmodel, TheFormTellsWhatItDid) {
+    shellroom room;
+    for (int i = 0; i < 6; ++i) addnode(float(i / 2), float(i % 2), 0);
+    room.plate({1, 3, 4, 2});
+    room.plate({3, 4, 6, 5});
+    room.load(2, 3, 5);
+    const point3 pressure = loadon(2);
+    checkmodelform form = opencheckmodel();
+    form.reference = 2;  // the selected element, and none is
+    homogenizeaxis(form);
+    EXPECT_NE(form.message.find("Select one plate"), std::string::npos);
+    elemsel(0) = elemsel(1) = 1;
+    rotpo(1) = 0.5;
+    lctype(1) = casebuoyancy;
+    homogenizeaxis(form);
+    EXPECT_NE(form.message.find("2 element(s) checked, 1 mirrored, 1 turned; 1 load row(s) turned"),
+              std::string::npos)
+        << form.message;
+    EXPECT_NE(form.message.find("buoyancy of load case"), std::string::npos);
+    EXPECT_EQ(loadon(2), pressure);
+    EXPECT_EQ(rotpo(1), 0.5);
+    EXPECT_NEAR(rotpo(2), 0.5 - quarter, 1e-6);
+    EXPECT_EQ(elemsel(0), 1);
+    form.reference = 1;
+    flipgroup(form);
+    homogenizeaxis(form);
+    EXPECT_EQ(axesofelement(1)[2][2], 1) << "as of the global axes";
+    form.limit = "4";  // more than full agreement
+    modifywrong(form);
+    EXPECT_NE(form.message.find("2 are still below"), std::string::npos);
+    EXPECT_EQ(elemsel(0), 2);
+}
+
+TEST(Checkmodel, ACancelledWalkLeavesWhatItDidNotReach) {
+    shellroom room;
+    const int n = 99;
+    modelsize(sizenodes) = modelsize(sizeelements) = (n + 1) * (n + 1);
+    resetmodel();
+    for (int i = 0; i <= n; ++i)
+        for (int j = 0; j <= n; ++j) addnode(float(i), float(j), 0);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) {
+            const int a = (n + 1) * i + j + 1;
+            room.plate({a, a + n + 1, a + n + 2, a + 1});
+            rotpo(nelems()) = 1;
+        }
+    room.platform.cancelled = true;
+    const walkresult result = homogenize(1, {});
+    EXPECT_FALSE(result.whole);
+    EXPECT_EQ(rotpo(1), 0);
+    EXPECT_EQ(rotpo(nelems()), 1);
 }

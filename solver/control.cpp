@@ -83,6 +83,11 @@ static void onsignal(int number) {
     _exit(1);
 }
 
+void endstopped() {
+    onsignal(SIGTERM);
+    _exit(1);
+}
+
 static void onterminate() {
     onfault("internal fault (exception without handler), the analysis was not finished");
     _exit(1);

@@ -23,6 +23,9 @@ job readcontrol(const std::string& path);
 // handler, and the signals that end a program. An absent file is no fault.
 void armremoval(const std::string& controlpath);
 
+// Ends the program as a signal to stop does, for who waits for that signal himself.
+[[noreturn]] void endstopped();
+
 // Removes it now, unless another file has taken its name since.
 void removecontrol();
 

@@ -6,7 +6,10 @@
 #include <signal.h>
 
 #include <cstdio>
+#include <system_error>
+#include <thread>
 
+#include "solver/control.h"
 #include "solver/parallel.h"
 #include "solver/refuse.h"
 
@@ -27,18 +30,37 @@ struct cholmodrun {
 };
 
 // METIS takes SIGTERM for a fault of its own and jumps to where the thread that gets it may never
-// have been. While this stands the signal waits.
-struct termwaits {
-    sigset_t former;
-    termwaits() {
-        sigset_t term;
-        sigemptyset(&term);
-        sigaddset(&term, SIGTERM);
-        pthread_sigmask(SIG_BLOCK, &term, &former);
+// have been. While this stands a thread waits for the signal in place of all others.
+class termwatch {
+  public:
+    termwatch() {
+        sigemptyset(&watched);
+        sigaddset(&watched, SIGTERM);
+        sigaddset(&watched, wake);
+        pthread_sigmask(SIG_BLOCK, &watched, &former);
+        try {
+            watcher = std::thread([this] {
+                int number = 0;
+                if (sigwait(&watched, &number) == 0 && number == SIGTERM) endstopped();
+            });
+        } catch (const std::system_error&) {
+            // The machine gives no more threads; the signal waits until the order is there.
+        }
     }
-    ~termwaits() { pthread_sigmask(SIG_SETMASK, &former, nullptr); }
-    termwaits(const termwaits&) = delete;
-    termwaits& operator=(const termwaits&) = delete;
+    ~termwatch() {
+        if (watcher.joinable()) {
+            pthread_kill(watcher.native_handle(), wake);
+            watcher.join();
+        }
+        pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    }
+    termwatch(const termwatch&) = delete;
+    termwatch& operator=(const termwatch&) = delete;
+
+  private:
+    static const int wake = SIGUSR1;
+    sigset_t watched, former;
+    std::thread watcher;
 };
 }  // namespace
 
@@ -86,7 +108,7 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     const int dissectfrom = 200;  // nodes; below it the choice does not matter
     orderresult degree, dissected;
     {
-        const termwaits waits;
+        const termwatch watch;
         parallelpieces(n < dissectfrom ? 1 : 2, 1, [&](int first, int last, int) {
             for (int i = first; i < last; ++i)
                 (i == 0 ? degree : dissected) = tryorder(a, i == 0 ? CHOLMOD_AMD : CHOLMOD_METIS);

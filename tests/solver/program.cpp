@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program from files to files: control file, result grammar, ways out.
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -258,6 +262,41 @@ TEST(Program, EveryWayOutRemovesTheControlFileAndOldResults) {
         EXPECT_FALSE(in.has("two bars.rvp"));
         expectwords(readwhole(in.base + ".log"), {"Refused: "});
     }
+}
+
+// The order of these equations takes a good part of a second, by a library that would take the
+// signal for its own.
+TEST(Program, ASignalToStopWhileEquationsAreOrderedEndsIt) {
+    build b;
+    b.mesh(typeshell4, b.plate(2e5, 0.3, 1), 200, 200,
+           [](double r, double s) { return vec3(1000 * r, 1000 * s, 0); });
+    b.fix(1, clamped);
+    room in(b);
+    writetext(in / "EEM.CTR", "\"" + in.base + "\"\r\n" + results3d + "\r\n");
+    const std::string program = fs::read_symlink("/proc/self/exe").parent_path() / "feiflu";
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(ends[1], STDOUT_FILENO), dup2(ends[1], STDERR_FILENO);
+        execl(program.c_str(), "feiflu", "--appdir", in.path.c_str(), nullptr);
+        _exit(127);
+    }
+    close(ends[1]);
+    std::string said;
+    char c = 0;
+    while (!said.ends_with("order 0\n") && read(ends[0], &c, 1) == 1) said += c;
+    usleep(100000);
+    kill(child, SIGTERM);
+    while (read(ends[0], &c, 1) == 1) said += c;
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+    EXPECT_EQ(said.find("assemble"), said.npos) << said;
+    expectwords(said, {"stopped before"});
+    for (const char* name : {"EEM.CTR", "EEM.PID", "two bars.rvp", "two bars.sum"})
+        EXPECT_FALSE(in.has(name)) << name;
 }
 
 TEST(Program, DamagedControlFileIsRefusedAndRemoved) {

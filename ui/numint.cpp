@@ -162,11 +162,14 @@ class numintdialog : public QDialog {
         connect(grid[nt], &QWidget::customContextMenuRequested, this,
                 [this, nt](const QPoint& at) { popup(nt, at); });
         connect(grid[nt]->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-                [this, nt] { markedin = following ? markedin : nt; });
+                [this, nt] {
+                    if (!following && !grid[nt]->selectedbyprogram) markedin = nt;
+                });
         grid[nt]->mayedit = [this, nt] { return beginedit(nt); };
         grid[nt]->copy = [this, nt] { copy(nt); };
         grid[nt]->paste = [this, nt](const QString& text) { paste(nt, text); };
         grid[nt]->erase = [this, nt] { erase(nt); };
+        grid[nt]->follow = [this] { followviews(); };
         grid[nt]->marked = [this, nt] {
             markedin = nt;
             seen = modelsignature::now();
@@ -403,6 +406,10 @@ class numintdialog : public QDialog {
     void follow() {
         if (QApplication::activeModalWidget() != nullptr || isstepopen()) return;
         if (markedin >= 0) marktheviews();
+        followviews();
+    }
+
+    void followviews() {
         const modelsignature now = modelsignature::now();
         if (now == seen && !stepped) return;
         const bool other = !(now == seen);

@@ -44,7 +44,9 @@ class gridview : public QTableView {
     std::function<void()> copy, erase;
     std::function<void(const QString& text)> paste;
     std::function<void(int col, const QString& text)> fill;  // the selected rows
-    std::function<void()> marked;  // a program has selected: the views follow at once
+    std::function<void()> marked;    // the views mark what is selected, at once
+    std::function<void()> follow;    // the table shows the model as it is, at once
+    bool selectedbyprogram = false;  // the views do not follow a selection made meanwhile
 
   protected:
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;

@@ -3,6 +3,7 @@
 #include "ui/scriptgrids.h"
 
 #include <QItemSelection>
+#include <QPointer>
 
 #include "ui/numinttable.h"
 #include "ui/scriptcontrols.h"
@@ -12,6 +13,23 @@ static gridview* gridof(const QString& form, const QString& name) {
     if (grid == nullptr) refuse(name + " of " + form + " takes no numbers");
     return grid;
 }
+
+// What a program does to a grid meets it as a user finds it: it has followed the model, and marks
+// nothing in the views by itself.
+namespace {
+struct programhand {
+    explicit programhand(gridview* g) : grid(g) {
+        if (grid && grid->follow) grid->follow();
+        if (grid) grid->selectedbyprogram = true;
+    }
+    ~programhand() {
+        if (grid) grid->selectedbyprogram = false;
+    }
+    programhand(const programhand&) = delete;
+    programhand& operator=(const programhand&) = delete;
+    const QPointer<gridview> grid;
+};
+}  // namespace
 
 QString cellsline(const QTableView* grid) {
     QStringList words = {"cells", controlname(grid)};
@@ -38,6 +56,7 @@ static QModelIndex cellof(const QTableView* grid, int row, int column) {
 
 void markcells(const QString& form, const QString& name, const QStringList& numbers) {
     auto* const grid = gridof(form, name);
+    const programhand hand(grid);
     if (numbers.size() % 4 != 2) refuse("cells takes a cell, then ranges of four numbers");
     QItemSelection chosen;
     for (int i = 2; i < numbers.size(); i += 4)
@@ -55,6 +74,7 @@ void markviews(const QString& form, const QString& name) {
 
 void setcell(const QString& form, const QString& name, int row, int column, const QString& value) {
     auto* const grid = findkind<QTableView>(form, name, "grid");
+    const programhand hand(dynamic_cast<gridview*>(grid));
     const QModelIndex cell = cellof(grid, row, column);
     if (!(cell.flags() & Qt::ItemIsEditable))
         refuse(QString("cell %1, %2 of %3 is not typed over").arg(row).arg(column).arg(name));

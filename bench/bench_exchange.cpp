@@ -69,7 +69,9 @@ static void readdrawing(const std::string& path, imported& found) {
     readdxf(path, {}, 1, found);
 }
 
-int main() {
+// bench_exchange [NAME]: all formats, or those whose file's name holds NAME.
+int main(int argc, char** argv) {
+    const std::string chosen = argc > 1 ? argv[1] : "";
     const std::string base = std::string(startsession()) + "/";
     const struct {
         const char* file;
@@ -88,6 +90,7 @@ int main() {
     const int runs = 3;
     for (const auto& format : formats) {
         const std::string path = base + format.file;
+        if (std::string(format.file).find(chosen) == std::string::npos) continue;
         importreport report;
         format.write(path, report);
         const std::vector<double> numbers = numbersof(readwhole(path));

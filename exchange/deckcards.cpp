@@ -75,15 +75,11 @@ void deckcards::readparameters(std::string_view line, deckcard& card) const {
 // Nothing outside the deck's own folder is opened on its behalf, and no file without end.
 void deckcards::include(const deckcard& card) {
     const std::string name(card.value("INPUT"));
-    const fs::path path = fs::weakly_canonical(fs::path(folder) / name);
-    const fs::path base = fs::weakly_canonical(fs::path(folder.empty() ? "." : folder));
-    const auto [end, at] = std::mismatch(base.begin(), base.end(), path.begin(), path.end());
+    const std::string path = includedpath(*files.back(), folder, name);
     const std::size_t mostdepth = 16, mostfiles = 1000;
-    if (name.empty() || end != base.end())
-        fail("the file " + shown(name) + " to include is not beneath the folder of the deck");
     if (files.size() >= mostdepth || ++included > mostfiles)
         fail("the files to include never end: " + shown(name));
-    files.push_back(std::make_unique<textlines>(path.string()));
+    files.push_back(std::make_unique<textlines>(path));
 }
 
 std::vector<std::string_view> deckcards::fields(std::string_view line) {

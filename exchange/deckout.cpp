@@ -82,7 +82,7 @@ class deckwriter {
                 return "MASS";
             case typebeam:
             case typepipe:
-                return "B32";
+                return "B32R";
             case typeshell3:
             case typeplate3:
                 return "S3";
@@ -136,7 +136,6 @@ class deckwriter {
                 report.about(reportitems::elements, e);
                 continue;
             }
-            report.read(eltypname(type) + " elements");
             for (int end = 1; end <= 2; ++end)
                 for (int dof = 1; dof <= 6; ++dof)
                     if (isbeam(type) && endrelease(e, end, dof) == 1) {
@@ -145,7 +144,10 @@ class deckwriter {
                     }
             sorted[{g, type}].push_back(e);
         }
-        for (const auto& [key, list] : sorted) ++typesofgroup[key.first];
+        for (const auto& [key, list] : sorted) {
+            ++typesofgroup[key.first];
+            report.read(eltypname(key.second) + " elements", long(list.size()));
+        }
         for (auto& [key, list] : sorted)
             sets.push_back({key.first, key.second,
                             setname(groupname(key.first), key.second, typesofgroup[key.first] == 1),

@@ -2,6 +2,7 @@
 // The model as a drawing of Release 12, which every program reads.
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 
 #include "core/catalogue.h"
@@ -59,6 +60,8 @@ class dxfwriter {
         tag(0, "SECTION").tag(2, "ENTITIES");
         for (int e = 1; e <= nelems(); ++e) writeelement(e);
         tag(0, "ENDSEC").tag(0, "EOF");
+        for (const auto& [entity, count] : counts)
+            report.read(std::string(entity) + " entities", count);
     }
 
   private:
@@ -99,11 +102,12 @@ class dxfwriter {
         tag(0, entity).tag(8, layers[hasgroup ? std::size_t(egroup(e)) : 0]);
         for (int c = 0; c < (elnn >= 3 ? 4 : elnn); ++c)
             corner(c, long(elems(e, std::min(c + 1, elnn))));
-        report.read(std::string(entity) + " entities");
+        ++counts[entity];
     }
     textout& out;
     importreport& report;
     std::vector<std::string> layers;
+    std::map<std::string_view, long> counts;
 };
 
 }  // namespace

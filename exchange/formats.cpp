@@ -6,6 +6,7 @@
 #include "exchange/MOSESINTERFACE.h"
 #include "exchange/Marine.h"
 #include "exchange/cosmosinterface.h"
+#include "exchange/bulkdata.h"
 #include "exchange/deck.h"
 #include "exchange/dxf.h"
 #include "exchange/dxfform.h"
@@ -68,6 +69,7 @@ const std::vector<foreignreader>& foreignreaders() {
         {"inp", readcommands},
         {"geo", readcommands},
         {"dat", readmosesfile},
+        {"bdf", readbulkdata},
     };
     return readers;
 }
@@ -141,5 +143,21 @@ void wireexchange() {
          .knows = isdeck,
          .read = reader("CalculiX deck", readdeck),
          .write = writer("CalculiX deck", writedeck)},
+        {.extension = "bdf",
+         .opencaption = "Nastran bulk data (*.bdf)",
+         .importcaption = "Nastran bulk data (*.bdf)",
+         .savecaption = "",
+         .read = reader("Nastran bulk data", readbulkdata)},
+        {.extension = "nas",
+         .opencaption = "Nastran bulk data (*.nas)",
+         .importcaption = "Nastran bulk data (*.nas)",
+         .savecaption = "",
+         .read = reader("Nastran bulk data", readbulkdata)},
+        {.extension = "dat",
+         .opencaption = "Nastran bulk data (*.dat)",
+         .importcaption = "Nastran bulk data (*.dat)",
+         .savecaption = "",
+         .knows = isbulkdata,
+         .read = reader("Nastran bulk data", readbulkdata)},
     };
 }

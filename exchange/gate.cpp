@@ -18,11 +18,11 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "edit/Edit.h"
+#include "edit/Mouseprocedures.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "exchange/orient.h"
 #include "files/setmem.h"
-#include "view/autoscale.h"
 #include "view/moddraw.h"
 
 // --- where everything will stand ----------------------------------------------------------------
@@ -335,7 +335,7 @@ static bool letin(imported& found, purposes purpose, const places& at) {
     putreleases(found, at);
     putconstraints(found, at, found.report);
     putcases(found, at);
-    if (isnewmodel(purpose)) putcombinations();
+    if (isnewmodel(purpose) && !found.cases.empty()) putcombinations();
     notemodelflags(found);
     if (const std::string note = tolerancenote(); !note.empty()) found.report.warn(note);
     followplaces(found.report, at);
@@ -369,6 +369,7 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
     commentvisible = false;
     keepreport(std::move(found.report));
     releasepasted(lastreport());
+    addready();
     noteforeign(path);
     fitviews();
     return reply::done;

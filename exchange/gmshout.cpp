@@ -48,11 +48,13 @@ class gmshwriter {
     }
     void gather() {
         std::map<std::array<int, 3>, std::vector<int>> sorted;
+        std::map<int, long> counts;
         for (int e = 1; e <= nelems(); ++e)
             if (const int elnn = nodesoftype(elems(e, 0)); elnn > 0) {
                 sorted[{dimensionof(elnn), std::max(egroup(e), 1), elnn}].push_back(e);
-                report.read(eltypname(int(elems(e, 0))) + " elements");
+                ++counts[int(elems(e, 0))];
             }
+        for (const auto& [type, count] : counts) report.read(eltypname(type) + " elements", count);
         for (auto& [key, list] : sorted)
             blocks.push_back({key[0], key[1], key[2], std::move(list)});
         report.read("Nodes", nnodes());

@@ -30,7 +30,7 @@ class dxfdialog : public QDialog {
         for (int kind = 0; kind < 4; ++kind) addkind(grid, kind);
         longest = addfield(grid, 4, "Specifiy maximum Element size: ", "Text1", form.longest);
         within = addfield(grid, 5, "Join ends within: ", "Text2", form.joinwithin);
-        within->setPlaceholderText("by the size of the drawing");
+        within->setPlaceholderText("from its size");
         split =
             addswitch(grid, 6, "Split lines where others meet or cross them", "Check5", form.split);
         graphic = addswitch(grid, 7, "LINES, CIRCLE and ARC as graphic elements", "Check6",

@@ -102,8 +102,8 @@ TEST(Deck, FaultsAreToldWithTheirLine) {
         {nodes + "*ELEMENT,TYPE=S3\n1,1,2,3\n*TIE,NAME=A\nx,y\n*TIE\n", 1,
          "*TIE: 2 (first in line 7)"},
         {"*NODE\n1,0,zero,0\n", -1, "line 2: a coordinate was expected, found \"zero\""},
-        {"*INCLUDE,INPUT=../b.inp\n", -1, "is not beneath the folder of the deck"},
-        {"*INCLUDE,INPUT=/etc/passwd\n", -1, "is not beneath the folder of the deck"},
+        {"*INCLUDE,INPUT=../b.inp\n", -1, "is not beneath the folder of the file"},
+        {"*INCLUDE,INPUT=/etc/passwd\n", -1, "is not beneath the folder of the file"},
         {"*INCLUDE,INPUT=a.inp\n", -1, "the files to include never end"},
         {"*INCLUDE,INPUT=sub/nodes.inc\n*ELEMENT,TYPE=S3\n1,1,2,3\n", 1, "SHELL3 elements"},
     };

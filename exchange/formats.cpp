@@ -5,8 +5,8 @@
 #include "core/platform.h"
 #include "exchange/MOSESINTERFACE.h"
 #include "exchange/Marine.h"
-#include "exchange/cosmosinterface.h"
 #include "exchange/bulkdata.h"
+#include "exchange/cosmosinterface.h"
 #include "exchange/deck.h"
 #include "exchange/dxf.h"
 #include "exchange/dxfform.h"
@@ -14,6 +14,7 @@
 #include "exchange/gmsh.h"
 #include "exchange/mosesexport.h"
 #include "exchange/ply.h"
+#include "exchange/vtu.h"
 
 // A row whose reader needs no dialog.
 template <typename Read>
@@ -159,5 +160,10 @@ void wireexchange() {
          .savecaption = "",
          .knows = isbulkdata,
          .read = reader("Nastran bulk data", readbulkdata)},
+        {.extension = "vtu",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "ParaView grid with results (*.vtu)",
+         .write = writer("ParaView grid", writevtu)},
     };
 }

@@ -23,6 +23,7 @@
 #include "edit/move.h"
 #include "exchange/orient.h"
 #include "files/setmem.h"
+#include "view/autoscale.h"
 #include "view/moddraw.h"
 
 // --- where everything will stand ----------------------------------------------------------------

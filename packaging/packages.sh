@@ -3,7 +3,7 @@
 # benchmark. needpackages NAME... installs those that are missing and says so.
 
 buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspectra-dev
-  libsuitesparse-dev libopenblas-dev libgtest-dev fonts-dejavu-core libqt6svg6"
+  libsuitesparse-dev libopenblas-dev libgtest-dev zlib1g-dev fonts-dejavu-core libqt6svg6"
 # The screen and the hands of tests/window, and a solver that takes the decks of tests/exchange.
 testpackages="xvfb xdotool calculix-ccx"
 

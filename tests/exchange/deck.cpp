@@ -172,9 +172,9 @@ TEST(Deck, TheOtherSolverFindsWhatTheHandbooksSay) {
         GTEST_SKIP() << "calculix-ccx is not installed";
     exchangeroom room;
     const double modulus = 210000, length = 2000, area = 2400, i1 = 720000, i2 = 320000;
-    groups(0, 0) = 3;
-    for (int g = 1; g <= 3; ++g) {
-        groupname(g) = g == 1 ? "Beam 40x60" : g == 2 ? "Strip" : "Plate";
+    groups(0, 0) = 4;
+    for (int g = 1; g <= 4; ++g) {
+        groupname(g) = g == 1 ? "Beam 40x60" : g == 2 ? "Strip" : g == 3 ? "Plate" : "Pipe";
         groups(g, fieldmodulus) = modulus;
         groups(g, fieldpoisson) = 0.3;
         groups(g, fielddensity) = 7.85e-6;
@@ -222,12 +222,21 @@ TEST(Deck, TheOtherSolverFindsWhatTheHandbooksSay) {
             if (i == 0 || j == 0 || i == side || j == side) fix(at(i, j), {3});
     fix(at(0, 0), {1, 2});
     fix(at(side, 0), {2});
+    const shapevalues pipe = tube(50, 5);
+    groups(4, fieldthickness) = pipe.area;
+    groups(4, fieldixx) = groups(4, fieldiyy) = pipe.i1;
+    const int pipes = nnodes();
+    for (int i = 0; i <= beams; ++i) addnode(0, -6000, float(length * i / beams));
+    const int lastshell = nelems();
+    for (int i = 1; i <= beams; ++i) addelement(typepipe, {pipes + i, pipes + i + 1}, 4);
+    fix(pipes + 1, {1, 2, 3, 4, 5, 6});
+    load(1, pipes + beams + 1, 1, 100);
     load(1, tip, 2, -100);
     load(1, tip, 3, -100);
     load(1, strip + 9, 1, 5000);
     load(1, strip + 10, 1, 5000);
-    elemload(1, 0, 0) = float(nelems() - firstshell + 1);
-    for (int e = firstshell; e <= nelems(); ++e) {
+    elemload(1, 0, 0) = float(lastshell - firstshell + 1);
+    for (int e = firstshell; e <= lastshell; ++e) {
         elemload(1, e - firstshell + 1, 0) = float(e);
         elemload(1, e - firstshell + 1, 1) = 3;
         elemload(1, e - firstshell + 1, 2) = -0.01f;
@@ -250,6 +259,7 @@ TEST(Deck, TheOtherSolverFindsWhatTheHandbooksSay) {
     EXPECT_NEAR(displacement(u[0], tip, 3), -cube / i1, part * cube / i1);
     EXPECT_NEAR(displacement(u[0], strip + 9, 1), 10000.0 * 400 / (modulus * 1000),
                 part * 10000.0 * 400 / (modulus * 1000));
+    EXPECT_NEAR(displacement(u[0], pipes + beams + 1, 1), cube / pipe.i1, part * cube / pipe.i1);
     const double stiffness = modulus * 1000 / 12 / (1 - 0.09);
     const double middle = 0.00406 * 0.01 * std::pow(1000.0, 4) / stiffness;
     EXPECT_NEAR(displacement(u[0], at(side / 2, side / 2), 3), -middle, part * middle);
@@ -260,8 +270,8 @@ TEST(Deck, TheOtherSolverFindsWhatTheHandbooksSay) {
     EXPECT_NEAR(displacement(u[1], tip, 2), 0, part * sag) << "no load of the step before";
     // And it is read back as it was.
     ASSERT_EQ(room.open(room.file("d.inp")), reply::done);
-    EXPECT_EQ(countoftype(typebeam), beams);
-    EXPECT_EQ(nelems(), beams + 4 + side * side);
+    EXPECT_EQ(countoftype(typebeam), 2 * beams);
+    EXPECT_EQ(nelems(), 2 * beams + 4 + side * side);
     EXPECT_NEAR(groups(egroup(1), fieldmodulus) * groups(egroup(1), fieldiyy), modulus * i2,
                 1e-6 * modulus * i2);
 }

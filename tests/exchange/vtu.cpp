@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Grids for ParaView: the packed arrays hold the model and its results.
+#include "exchange/vtu.h"
+
+#include <zlib.h>
+
+#include <cstring>
+
+#include "tests/post/plotroom.h"
+
+// The values of an array of a file, unpacked.
+template <typename T>
+static std::vector<T> arrayof(const std::string& file, const std::string& name) {
+    const std::size_t header = file.find("Name=\"" + name + "\"");
+    if (header == file.npos) return {};
+    const std::size_t offset = std::stoul(file.substr(file.find("offset=\"", header) + 8, 20));
+    const char* at = file.data() + file.find("_", file.find("<AppendedData")) + 1 + offset;
+    std::array<std::uint64_t, 3> head;
+    std::memcpy(head.data(), at, sizeof head);
+    std::vector<std::uint64_t> sizes(head[0]);
+    std::memcpy(sizes.data(), at + sizeof head, 8 * sizes.size());
+    at += sizeof head + 8 * sizes.size();
+    std::string bytes;
+    for (const std::uint64_t size : sizes) {
+        const bool islast = &size == &sizes.back() && head[2] != 0;
+        uLongf room = islast ? head[2] : head[1];
+        std::string block(room, '\0');
+        EXPECT_EQ(uncompress(reinterpret_cast<Bytef*>(block.data()), &room,
+                             reinterpret_cast<const Bytef*>(at), size),
+                  Z_OK);
+        bytes += block.substr(0, room);
+        at += size;
+    }
+    std::vector<T> values(bytes.size() / sizeof(T));
+    std::memcpy(values.data(), bytes.data(), bytes.size());
+    return values;
+}
+
+TEST(Vtu, HoldsTheModelAndEveryResult) {
+    plotroom room;
+    room.write(".NSA", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, 60}, {2, 0}, {2, 0}, {2, 10}});
+    room.writemodes({4, 9});
+    lcombname(2) = "Snow & <ice>";
+    curlcomb = 2;
+    importreport report;
+    writevtu(room.file("a.vtu"), report);
+    EXPECT_EQ(curlcomb, 2);
+    const std::string file = contentof(room.file("a.vtu"));
+    EXPECT_NE(file.find("NumberOfPoints=\"6\" NumberOfCells=\"3\""), file.npos);
+    EXPECT_EQ(arrayof<float>(file, "Points").size(), 18u);
+    EXPECT_EQ(arrayof<std::int32_t>(file, "connectivity"),
+              (std::vector<std::int32_t>{0, 1, 4, 3, 1, 2, 5, 4, 0, 5}));
+    EXPECT_EQ(arrayof<std::int64_t>(file, "offsets"), (std::vector<std::int64_t>{4, 8, 10}));
+    EXPECT_EQ(arrayof<std::uint8_t>(file, "types"), (std::vector<std::uint8_t>{9, 9, 3}));
+    EXPECT_EQ(arrayof<std::int32_t>(file, "group"), (std::vector<std::int32_t>{1, 2, 1}));
+    const auto wind = arrayof<float>(file, "Displacement Wind");
+    ASSERT_EQ(wind.size(), 18u);
+    EXPECT_EQ(wind[3], 3);
+    EXPECT_EQ(wind[4], 4);
+    EXPECT_EQ(arrayof<float>(file, "Displacement Snow &amp; &lt;ice>").at(3), -6);
+    EXPECT_EQ(arrayof<float>(file, "Mode 2, 0.4775 Hz").at(16), 1);
+    const auto stress = arrayof<float>(file, "Sx Wind");
+    ASSERT_EQ(stress.size(), 6u);
+    EXPECT_EQ(stress[0], 10);
+    EXPECT_EQ(stress[1], 40) << "of two elements that do not continue one another the mean";
+}

@@ -14,15 +14,8 @@
 #include <filesystem>
 
 #include "core/besidefile.h"
-#include "core/resultfiles.h"
 #include "core/textfile.h"
 #include "solver/refuse.h"
-#include "solver/sumfile.h"
-
-static const char* const staticfiles[] = {".rvp", ".KRT", ".LES", ".MEM",
-                                          ".NSA", ".NLA", ".NSR", ".NSL"};
-static const char* const modefiles[] = {".EIG"};
-static const char* const commonfiles[] = {".EMS", ".DAT"};  // each run writes them anew
 
 job readcontrol(const std::string& path) {
     textin in(findnocase(path));
@@ -111,30 +104,4 @@ void armremoval(const std::string& controlpath) {
     for (const int number :
          {SIGINT, SIGTERM, SIGHUP, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGXCPU, SIGXFSZ})
         sigaction(number, &action, nullptr);
-}
-
-void removeresults(const job& j) {
-    for (const std::string& path : foreignresults(j.base))
-        refuse(path + " is no file of an analysis and would be replaced by one; move it away, or " +
-               "give the model another name");
-    std::error_code ec;
-    const auto remove = [&](const auto& extensions) {
-        for (const char* extension : extensions) std::filesystem::remove(j.base + extension, ec);
-    };
-    const auto any = [&](const auto& extensions) {
-        return std::any_of(std::begin(extensions), std::end(extensions), [&](const char* one) {
-            return std::filesystem::exists(j.base + one, ec);
-        });
-    };
-    std::filesystem::remove(j.base + ".log", ec);
-    const auto unwritten = [](const runtimeerror&) {};  // the new sums will tell
-    if (j.statics()) {
-        remove(staticfiles);
-        guarded([&] { dropsums(j.base, runkind::statics); }, unwritten);
-    }
-    if (j.eigen) {
-        remove(modefiles);
-        guarded([&] { dropsums(j.base, runkind::modes); }, unwritten);
-    }
-    if (!any(staticfiles) && !any(modefiles)) remove(commonfiles);
 }

@@ -32,8 +32,3 @@ void removecontrol();
 // Holds EEM.PID with the number of this process until it ends, so that a window finds a solver that
 // was left behind. Refuses where another solver holds it.
 void holdprocessfile(const std::string& appdir);
-
-// Deletes the result files of the kinds of run that the job asks for, so that none of an earlier
-// run can be taken for new: static results and modes stand side by side. Refuses where a file of
-// somebody else bears such a name.
-void removeresults(const job& j);

@@ -1,75 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From degrees of freedom of the nodes to the unknowns of the equations: which a node has, which
-// are prescribed, tied by rigid links or held because no element stiffens them.
-//
-// A node's degree of freedom i = (n-1)*pernode + k is one of: an unknown; a constant; a combination
-// of up to six unknowns and a constant. Unknowns belong to an owner: the node itself or the node
-// that leads its rigid body. An owner's unknowns are consecutive.
+// From degrees of freedom to the unknowns of the equations and back: their graph and order, rows of
+// a node, whole vectors.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <vector>
-
-#include "solver/model.h"
-#include "solver/report.h"
-#include "solver/settings.h"
-
-using vec6 = Eigen::Matrix<double, 6, 1>;
-
-struct combination {
-    int first = 0, count = 0;  // unknowns first..first+count-1
-    double factor[6] = {};
-    double constant = 0;
-};
-
-// A direction that nothing stiffens, over the base values of its owner.
-struct helddirection {
-    int owner;
-    vec6 direction;
-};
-
-struct rigidbody {
-    int leader = 0;
-    std::vector<int> nodes;  // the leader among them
-};
-
-// Base values of an owner (a body's DX DY DZ RX RY RZ, or DX DY RZ in 2-D; a node's own) are
-// start + z * unknowns.
-struct ownerspace {
-    int owner = 0, body = -1;  // body: -1 a single node
-    int base = 0, count = 0;   // base values, unknowns
-    mat6 z = mat6::Zero();
-    vec6 start = vec6::Zero();
-};
-
-struct dofmap {
-    int anadof = 3;                         // code of the result files
-    int pernode = 6;                        // degrees of freedom of a node
-    int code[6] = {1, 2, 3, 4, 5, 6};       // of each
-    int place[7] = {-1, 0, 1, 2, 3, 4, 5};  // of code 1..6, -1: the analysis has none
-    int unknowns = 0;
-
-    static constexpr int constantdof = -1;
-    std::vector<int> equation;     // >= 0 unknown, -1 constant, below: combination -2-c
-    std::vector<double> constant;  // of those with -1
-    std::vector<combination> combinations;
-    std::vector<char> prescribed;  // 1: the model constrains it
-    std::vector<int> owner;        // (1..nnodes): owner of the node, 0 where it has no unknown
-    std::vector<int> position;     // (1..nnodes): owner's place in the order of elimination, -1
-    std::vector<int> firstunknown, unknowncount;  // by place
-    std::vector<rigidbody> bodies;
-    std::vector<int> bodyof;  // (1..nnodes): body of the node, -1
-    std::vector<ownerspace> spaces;
-    std::vector<int> spaceof;         // (1..nnodes): space of the owner, -1
-    std::vector<helddirection> held;  // of owners with a space; others have heldplain
-    std::vector<char> heldplain;      // by degree of freedom: 1 held
-
-    int dofs() const { return int(equation.size()); }
-    std::size_t index(int node, int k) const {
-        return std::size_t(node - 1) * std::size_t(pernode) + std::size_t(k);
-    }
-};
+#include "solver/dofmap.h"
 
 // Which owners share an element: neighbours of each place, sorted, in compressed rows.
 struct nodegraph {
@@ -77,12 +11,6 @@ struct nodegraph {
     std::vector<int> neighbour;
     int size() const { return int(start.size()) - 1; }
 };
-
-// anadof 0..3 from doftype (1..3) and the types that the model holds.
-int analysiskind(const model& m, int doftype);
-
-// Everything but the order of elimination: bodies, constraints, held directions, owners.
-dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log);
 
 // Graph of the owners that have unknowns; list receives their node numbers.
 nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list);

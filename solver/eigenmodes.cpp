@@ -8,7 +8,6 @@
 
 #include "solver/inertia.h"
 #include "solver/loads.h"
-#include "solver/logtexts.h"
 #include "solver/mass.h"
 #include "solver/refuse.h"
 #include "solver/spectrum.h"
@@ -230,6 +229,5 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
         for (std::size_t k = 0; k < rest.size(); ++k) u[k] -= rest[k];
         scaleshape(m, d, u, sizeof3(m));
     }
-    tellmodes(r, log);
     return r;
 }

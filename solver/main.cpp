@@ -11,6 +11,7 @@
 
 #include "core/textfile.h"
 #include "solver/control.h"
+#include "solver/oldresults.h"
 #include "solver/refuse.h"
 #include "solver/run.h"
 #include "solver/tune.h"

@@ -3,7 +3,7 @@
 // nodes' own degrees of freedom. No penalty stiffness, so no loss of digits.
 #pragma once
 
-#include "solver/dofs.h"
+#include "solver/dofmap.h"
 
 // Finds the bodies, ties their nodes' owners to the leader and makes a space of each, with the
 // constraints of all its nodes in it. Refuses constraints that contradict each other.

@@ -9,6 +9,7 @@
 #include "solver/curve.h"
 #include "solver/edges.h"
 #include "solver/logtexts.h"
+#include "solver/makedofs.h"
 #include "solver/members.h"
 #include "solver/parallel.h"
 #include "solver/readmodel.h"
@@ -196,7 +197,10 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
-    if (what.modes) r.modes = findmodes(m, s, q, what.elementmass, log);
+    if (what.modes) {
+        r.modes = findmodes(m, s, q, what.elementmass, log);
+        tellmodes(r.modes, log);
+    }
     r.dofs = std::move(q.dofs);
     return r;
 }

@@ -6,10 +6,8 @@
 #pragma once
 
 #include "solver/control.h"
-#include "solver/eigenmodes.h"
-#include "solver/mass.h"
 #include "solver/report.h"
-#include "solver/stresses.h"
+#include "solver/results.h"
 
 // What is worked out.
 struct wanted {
@@ -19,18 +17,6 @@ struct wanted {
     bool platestresses = true;
     bool modes = false;
     bool elementmass = true;  // the mass of all elements, not only of MASS elements, in the modes
-};
-
-struct results {
-    dofmap dofs;
-    std::int64_t halfbandwidth = 0;
-    displacements u;
-    std::vector<double> residual;  // by case from 0: backward error of the equations
-    reactionset reactions;
-    linestresses lines;
-    platestresses plates;
-    modeset modes;
-    std::vector<massproperties> masses;  // of the groups' elements, in slot 0 of all
 };
 
 // Works the model out. doftype 1..3, or 0: taken from the element types, with m.twod as it stands.

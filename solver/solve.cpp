@@ -10,6 +10,7 @@
 #include "solver/forces.h"
 #include "solver/kinds.h"
 #include "solver/memory.h"
+#include "solver/makedofs.h"
 #include "solver/order.h"
 #include "solver/parallel.h"
 #include "solver/refuse.h"

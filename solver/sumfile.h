@@ -6,7 +6,8 @@
 // first. A row is a word in quotes and its values.
 #pragma once
 
-#include "solver/run.h"
+#include "solver/report.h"
+#include "solver/results.h"
 
 enum class runkind { statics, modes };
 

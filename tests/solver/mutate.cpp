@@ -8,6 +8,7 @@
 #include "core/runtime.h"
 #include "core/textfile.h"
 #include "solver/control.h"
+#include "solver/oldresults.h"
 #include "tests/solver/everything.h"
 
 namespace fs = std::filesystem;

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The removal of results, kind by kind.
+#include "solver/oldresults.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "core/resultfiles.h"
+#include "solver/refuse.h"
+#include "solver/sumfile.h"
+
+static const char* const staticfiles[] = {".rvp", ".KRT", ".LES", ".MEM",
+                                          ".NSA", ".NLA", ".NSR", ".NSL"};
+static const char* const modefiles[] = {".EIG"};
+static const char* const commonfiles[] = {".EMS", ".DAT"};  // each run writes them anew
+
+void removeresults(const job& j) {
+    for (const std::string& path : foreignresults(j.base))
+        refuse(path + " is no file of an analysis and would be replaced by one; move it away, or " +
+               "give the model another name");
+    std::error_code ec;
+    const auto remove = [&](const auto& extensions) {
+        for (const char* extension : extensions) std::filesystem::remove(j.base + extension, ec);
+    };
+    const auto any = [&](const auto& extensions) {
+        return std::any_of(std::begin(extensions), std::end(extensions), [&](const char* one) {
+            return std::filesystem::exists(j.base + one, ec);
+        });
+    };
+    std::filesystem::remove(j.base + ".log", ec);
+    const auto unwritten = [](const runtimeerror&) {};  // the new sums will tell
+    if (j.statics()) {
+        remove(staticfiles);
+        guarded([&] { dropsums(j.base, runkind::statics); }, unwritten);
+    }
+    if (j.eigen) {
+        remove(modefiles);
+        guarded([&] { dropsums(j.base, runkind::modes); }, unwritten);
+    }
+    if (!any(staticfiles) && !any(modefiles)) remove(commonfiles);
+}

@@ -626,7 +626,9 @@ bool isstepopen() {
 
 // Is there room for the pages in the arrays as they are declared now?
 static bool hasroom(const entry& e) {
-    for (const auto& [at, p] : e.pages) {
+    for (const auto& kept : e.pages) {
+        const place& at = kept.first;
+        const page& p = kept.second;
         const modelarray& row = modelarrays()[at.row];
         if (p.cells == 0) continue;
         if (at.list > lastlist(row)) return false;

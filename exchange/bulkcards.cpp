@@ -34,7 +34,6 @@ long bulkcard::whole(std::size_t i, long otherwise) const {
 bulkcards::bulkcards(const std::string& path) : folder(fs::path(path).parent_path().string()) {
     files.push_back(std::make_unique<textlines>(path));
     // Without the mark everything is bulk data.
-    std::string_view line;
     textlines& in = *files.front();
     const std::string_view rest = in.rest();
     control =

@@ -65,8 +65,11 @@ void plateadjacency::build() {
 
 std::span<const int> plateadjacency::operator()(int group, int n) const {
     const auto list = at(n);
-    const auto range = std::ranges::equal_range(list, group, {}, [](int e) { return egroup(e); });
-    return {range.begin(), range.end()};
+    const auto first = std::lower_bound(list.begin(), list.end(), group,
+                                        [](int e, int g) { return egroup(e) < g; });
+    const auto last =
+        std::upper_bound(first, list.end(), group, [](int g, int e) { return g < egroup(e); });
+    return {first, last};
 }
 
 // Calls visit(group, node, plates of the group there) for all nodes.

@@ -234,8 +234,7 @@ std::array<double, 3> extremefibres(int type, const dimensions& d) {
 // the web than their middle, and their own second moment is f w^2 (1/12 - k^2), as of a trapezium.
 // k is the one that gives the known I yy by the theorem of parallel axes.
 double channeltips(const dimensions& d, double area, double iyy) {
-    const auto [b, h, tw, tf] = d;
-    const double w = b - tw, f = area - h * tw;
+    const double h = d[dimh], tw = d[dimtw], w = d[dimb] - tw, f = area - h * tw;
     double centroid = 0;
     const auto secondmoment = [&](double k) {
         const double flange = tw + w * (0.5 - k);
@@ -250,7 +249,7 @@ double channeltips(const dimensions& d, double area, double iyy) {
         (secondmoment(middle) > iyy ? least : most) = middle;
     }
     secondmoment(least);
-    return b - centroid;
+    return d[dimb] - centroid;
 }
 
 axisvalues centredstem(const dimensions& d) {

@@ -3,9 +3,6 @@
 #include "exchange/bulkcards.h"
 
 #include <algorithm>
-#include <filesystem>
-
-namespace fs = std::filesystem;
 
 bool readbulkreal(std::string_view text, double& number) {
     if (readreal(text, number)) return true;
@@ -31,11 +28,9 @@ long bulkcard::whole(std::size_t i, long otherwise) const {
     return number;
 }
 
-bulkcards::bulkcards(const std::string& path) : folder(fs::path(path).parent_path().string()) {
-    files.push_back(std::make_unique<textlines>(path));
+bulkcards::bulkcards(const std::string& path) : lines(path) {
     // Without the mark everything is bulk data.
-    textlines& in = *files.front();
-    const std::string_view rest = in.rest();
+    const std::string_view rest = lines.first().rest();
     control =
         uppercase(rest.substr(0, std::min(rest.size(), std::size_t(1) << 20))).find("BEGIN BULK") !=
         std::string::npos;
@@ -47,26 +42,24 @@ bool bulkcards::nextline(std::string_view& line) {
         line = ahead;
         return true;
     }
-    for (;;) {
-        while (files.back()->next(line)) {
-            line = line.substr(0, line.find('$'));
-            while (!line.empty() && (line.back() == ' ' || line.back() == '\t'))
-                line.remove_suffix(1);
-            if (line.empty()) continue;
-            if (line.find('\t') == line.npos) return true;
-            widened.push_back(std::make_unique<std::string>());
-            std::string& wide = *widened.back();
-            for (const char c : line) {
-                const std::size_t stop = 8;
-                wide += c == '\t' ? std::string(stop - wide.size() % stop, ' ') : std::string(1, c);
-            }
-            line = wide;
-            return true;
-        }
-        if (files.size() == 1) return false;
-        passed.push_back(std::move(files.back()));
-        files.pop_back();
+    while (lines.next(line)) {
+        line = line.substr(0, line.find('$'));
+        while (!line.empty() && (line.back() == ' ' || line.back() == '\t')) line.remove_suffix(1);
+        if (line.empty()) continue;
+        if (line.find('\t') != line.npos) line = widen(line);
+        return true;
     }
+    return false;
+}
+
+// Tabs go to the next field of eight columns.
+std::string_view bulkcards::widen(std::string_view line) {
+    widened.push_back(std::make_unique<std::string>());
+    std::string& wide = *widened.back();
+    const std::size_t stop = 8;
+    for (const char c : line)
+        wide += c == '\t' ? std::string(stop - wide.size() % stop, ' ') : std::string(1, c);
+    return wide;
 }
 
 bool bulkcards::continues(std::string_view line) const {
@@ -104,11 +97,7 @@ void bulkcards::include(std::string_view line) {
     const std::size_t begin = line.find_first_of("'\""), end = line.find_last_of("'\"");
     std::string_view name = trimmed(line.substr(std::min(line.size(), std::size_t(7))));
     if (begin != line.npos && end > begin) name = line.substr(begin + 1, end - begin - 1);
-    const std::size_t mostdepth = 16, mostfiles = 1000;
-    const std::string path = includedpath(*files.back(), folder, name);
-    if (files.size() >= mostdepth || ++included > mostfiles)
-        files.back()->fail("the files to include never end: " + shown(name));
-    files.push_back(std::make_unique<textlines>(path));
+    lines.include(name);
 }
 
 bool bulkcards::next(bulkcard& card) {
@@ -116,7 +105,7 @@ bool bulkcards::next(bulkcard& card) {
     if (ended) return false;
     while (nextline(line)) {
         card.fields.clear();
-        card.in = files.back().get();
+        card.in = &lines.now();
         card.line = card.in->number();
         if (sameword(line.substr(0, 7), "INCLUDE")) {
             include(line);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "exchange/textlines.h"
+#include "exchange/includedlines.h"
 
 struct bulkcard {
     std::string name;                      // in capitals
@@ -31,19 +31,18 @@ class bulkcards {
     // equal signs.
     bool next(bulkcard& card);
     bool incontrol() const { return control; }
-    double share() const { return files.front()->share(); }
+    double share() const { return lines.first().share(); }
 
   private:
     bool nextline(std::string_view& line);
     void addfields(std::string_view line, bulkcard& card) const;
     bool continues(std::string_view line) const;
     void include(std::string_view line);
-    std::string folder;
-    std::vector<std::unique_ptr<textlines>> files, passed;
+    std::string_view widen(std::string_view line);
+    includedlines lines;
     std::vector<std::unique_ptr<std::string>> widened;  // lines whose tabs became blanks
     std::string_view ahead;
     bool hasahead = false, control = false, ended = false;
-    std::size_t included = 0;
 };
 
 // A real number without E before the sign of its exponent: 1.5-3.

@@ -456,14 +456,7 @@ class bulkreader {
     void tell() {
         if (found.nodes.empty() && found.elements.empty())
             throw runtimeerror{errtype, name + ": no GRID was found in it"};
-        std::map<int, long> counts;
-        for (const importedelement& e : found.elements) ++counts[e.type];
-        found.report.read("Nodes", long(found.nodes.size()));
-        for (const auto& [type, count] : counts)
-            found.report.read(eltypname(type) + " elements", count);
-        if (!found.constraints.empty())
-            found.report.read("Constraints", long(found.constraints.size()));
-        if (!found.cases.empty()) found.report.read("Load cases", long(found.cases.size()));
+        tellread(found);
     }
 
     bulkcards cards;

@@ -518,13 +518,7 @@ class deckreader {
     }
 
     void tell() {
-        std::map<int, long> counts;
-        for (const importedelement& e : found.elements) ++counts[e.type];
-        found.report.read("Nodes", long(found.nodes.size()));
-        for (const auto& [type, count] : counts)
-            found.report.read(eltypname(type) + " elements", count);
-        if (!found.constraints.empty())
-            found.report.read("Constraints", long(found.constraints.size()));
+        tellread(found);
         if (steps > 0) found.report.read("Steps", steps);
     }
 

@@ -3,17 +3,10 @@
 #include "exchange/deckcards.h"
 
 #include <algorithm>
-#include <filesystem>
-
-namespace fs = std::filesystem;
 
 std::string_view deckcard::value(std::string_view name) const {
     const auto at = parameters.find(name);
     return at == parameters.end() ? std::string_view() : std::string_view(at->second);
-}
-
-deckcards::deckcards(const std::string& path) : folder(fs::path(path).parent_path().string()) {
-    files.push_back(std::make_unique<textlines>(path));
 }
 
 // The next line that is no comment and not empty; what was included ends before what waits.
@@ -23,15 +16,11 @@ bool deckcards::nextline(std::string_view& line) {
         line = ahead;
         return true;
     }
-    for (;;) {
-        while (files.back()->next(line)) {
-            line = trimmed(line);
-            if (!line.empty() && !line.starts_with("**")) return true;
-        }
-        if (files.size() == 1) return false;
-        passed.push_back(std::move(files.back()));
-        files.pop_back();
+    while (lines.next(line)) {
+        line = trimmed(line);
+        if (!line.empty() && !line.starts_with("**")) return true;
     }
+    return false;
 }
 
 bool deckcards::nextdata(std::string_view& line) {
@@ -52,7 +41,7 @@ bool deckcards::nextcard(deckcard& card) {
         while (whole.ends_with(',') && nextline(line)) whole += std::string(line);
         readparameters(std::string_view(whole).substr(1), card);
         if (card.keyword != "INCLUDE") return true;
-        include(card);
+        lines.include(card.value("INPUT"));
     }
     return false;
 }
@@ -73,15 +62,6 @@ void deckcards::readparameters(std::string_view line, deckcard& card) const {
 }
 
 // Nothing outside the deck's own folder is opened on its behalf, and no file without end.
-void deckcards::include(const deckcard& card) {
-    const std::string name(card.value("INPUT"));
-    const std::string path = includedpath(*files.back(), folder, name);
-    const std::size_t mostdepth = 16, mostfiles = 1000;
-    if (files.size() >= mostdepth || ++included > mostfiles)
-        fail("the files to include never end: " + shown(name));
-    files.push_back(std::make_unique<textlines>(path));
-}
-
 std::vector<std::string_view> deckcards::fields(std::string_view line) {
     std::vector<std::string_view> list;
     std::string_view field;

@@ -3,12 +3,11 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "exchange/textlines.h"
+#include "exchange/includedlines.h"
 
 struct deckcard {
     std::string keyword;  // in capitals, single blanks: "SHELL SECTION"
@@ -21,12 +20,12 @@ struct deckcard {
 
 class deckcards {
   public:
-    explicit deckcards(const std::string& path);
+    explicit deckcards(const std::string& path) : lines(path) {}
     bool nextcard(deckcard& card);          // passes over what is left of the data
     bool nextdata(std::string_view& line);  // the next data line of the card; false at its end
-    long line() const { return files.back()->number(); }
-    double share() const { return files.front()->share(); }
-    [[noreturn]] void fail(const std::string& what) const { files.back()->fail(what); }
+    long line() const { return lines.now().number(); }
+    double share() const { return lines.first().share(); }
+    [[noreturn]] void fail(const std::string& what) const { lines.now().fail(what); }
     // Fields of a data line, which goes on behind a comma at its end.
     std::vector<std::string_view> fields(std::string_view line);
     double real(std::string_view field, const char* what) const;
@@ -34,12 +33,8 @@ class deckcards {
 
   private:
     bool nextline(std::string_view& line);
-    void include(const deckcard& card);
     void readparameters(std::string_view line, deckcard& card) const;
-    std::string folder;
-    std::vector<std::unique_ptr<textlines>> files;   // the last is read, the others wait
-    std::vector<std::unique_ptr<textlines>> passed;  // kept: fields are views into them
-    std::size_t included = 0;
+    includedlines lines;
     std::string_view ahead;
     bool hasahead = false;
 };

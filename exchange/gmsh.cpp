@@ -336,7 +336,6 @@ class gmshreader {
     // there is nothing but lines, or in a group.
     void build() {
         static const int types[] = {0, 0, typebeam, typeshell3, typeshell4};
-        std::array<long, 5> counts{};
         for (const element& e : elements) {
             if (e.kind->dimension == 1 && hassurfaces && e.group == 0) {
                 found.report.skipped("Lines of no physical group, beside surfaces");
@@ -348,12 +347,9 @@ class gmshreader {
             found.elementnumbers.push_back(e.number);
             if (e.kind->nodes != e.kind->corners)
                 found.report.changed(std::string(e.kind->name) + " became straight ones");
-            ++counts[std::size_t(e.kind->corners)];
         }
-        for (std::size_t c = 2; c < counts.size(); ++c)
-            if (counts[c] > 0) found.report.read(eltypname(types[c]) + " elements", counts[c]);
         if (haspoints) dropunused(found);
-        found.report.read("Nodes", long(found.nodes.size()));
+        tellread(found);
     }
 
     textlines& in;

@@ -3,7 +3,9 @@
 #include "exchange/imported.h"
 
 #include <algorithm>
+#include <map>
 
+#include "core/catalogue.h"
 #include "core/platform.h"
 #include "core/runtime.h"
 
@@ -11,6 +13,16 @@ int imported::groupof(const std::string& name) {
     const auto [at, isnew] = groupsbyname.try_emplace(name, int(groups.size()) + 1);
     if (isnew) groups.emplace_back().name = name;
     return at->second;
+}
+
+void tellread(imported& found) {
+    std::map<int, long> counts;
+    for (const importedelement& e : found.elements) ++counts[e.type];
+    importreport& report = found.report;
+    if (!found.nodes.empty()) report.read("Nodes", long(found.nodes.size()));
+    for (const auto& [type, count] : counts) report.read(eltypname(type) + " elements", count);
+    if (!found.constraints.empty()) report.read("Constraints", long(found.constraints.size()));
+    if (!found.cases.empty()) report.read("Load cases", long(found.cases.size()));
 }
 
 void numbertable::put(long number, int item) {

@@ -101,6 +101,9 @@ struct imported {
     std::unordered_map<std::string, int> groupsbyname;
 };
 
+// Nodes, elements by type, constraints and load cases into the report.
+void tellread(imported& found);
+
 // Items by the numbers of a file: a plain table while the numbers are dense.
 class numbertable {
   public:

@@ -259,14 +259,7 @@ class plyreader {
                 if (i < 0 || i >= count) failindex(i, long(e) + 1);
             addline(edges[e]);
         }
-        found.report.read("Nodes", count);
-        tell("SHELL3", typeshell3);
-        tell("SHELL4", typeshell4);
-        tell("BEAM", typebeam);
-    }
-    void tell(const char* type, int code) {
-        const auto n = std::ranges::count(found.elements, code, &importedelement::type);
-        if (n > 0) found.report.read(std::string(type) + " elements", n);
+        tellread(found);
     }
     void addline(const std::array<long, 2>& ends) {
         if (ends[0] == ends[1])

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <filesystem>
 #include <utility>
 
 #include "core/textfile.h"
@@ -208,14 +207,4 @@ bool sameword(std::string_view a, std::string_view b) {
 std::string shown(std::string_view text) {
     const std::size_t most = 200;  // bytes that are looked at
     return "\"" + shownname(toutf8(text.substr(0, most)), 40) + "\"";
-}
-
-std::string includedpath(const textlines& in, const std::string& folder, std::string_view name) {
-    const std::filesystem::path base =
-        std::filesystem::weakly_canonical(std::filesystem::path(folder.empty() ? "." : folder));
-    const std::filesystem::path path = std::filesystem::weakly_canonical(base / std::string(name));
-    const auto [end, at] = std::mismatch(base.begin(), base.end(), path.begin(), path.end());
-    if (name.empty() || end != base.end())
-        in.fail("the file " + shown(name) + " to include is not beneath the folder of the file");
-    return path.string();
 }

@@ -78,5 +78,3 @@ std::string uppercase(std::string_view text);           // of ASCII letters
 bool sameword(std::string_view a, std::string_view b);  // whatever the case of ASCII letters
 // A text of a foreign file for messages: quoted, of bounded length, as UTF-8.
 std::string shown(std::string_view text);
-// The file that another one names to include; throws where it is not beneath that one's folder.
-std::string includedpath(const textlines& in, const std::string& folder, std::string_view name);

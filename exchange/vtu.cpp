@@ -12,10 +12,12 @@
 #include <vector>
 
 #include "core/catalogue.h"
+#include "core/journal.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "post/keptdisplay.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
@@ -25,26 +27,6 @@ namespace {
 
 const char* const stressnames[stressvalues] = {"Sx",  "Sy",  "Sz",  "Sxy", "Sxz", "Syz",     "Sbx",
                                                "Sby", "Sbz", "Stx", "Sty", "Stz", "Combined"};
-
-// What the session reads results by, put back when the writing ends.
-class keptresults {
-  public:
-    keptresults() = default;
-    keptresults(const keptresults&) = delete;
-    keptresults& operator=(const keptresults&) = delete;
-    ~keptresults() {
-        curlcomb = combination;
-        stressaverage = average;
-        lineelstress = lines;
-        stressglobal = global;
-        stressloaded = false;
-        rereadshown();
-    }
-
-  private:
-    int combination = curlcomb, average = stressaverage, lines = lineelstress,
-        global = stressglobal;
-};
 
 class vtuwriter {
   public:
@@ -162,9 +144,11 @@ class vtuwriter {
         return std::filesystem::exists(modelname + extension, ec);
     }
     void results() {
-        const keptresults kept;
+        const keptdisplay kept;
         if (!stands(".rvp") && !stands(".EIG"))
             report.skipped("Results: none stand beside the model");
+        else if (isresultstale())
+            report.warn(staletext);
         for (int c = 1; stands(".rvp") && c <= ncomb(); ++c) {
             curlcomb = c;
             if (readdisp()) shape("Displacement " + lcombname(c));

@@ -208,13 +208,19 @@ reply askandopen(const std::string& path) {
     return ischanged() && !mayleave() ? reply::cancelled : openfile(path);
 }
 
+// The native files stand second among the filters, behind all.
+static filechoice asktoread(const char* title, const std::string& filter) {
+    filebox box;
+    box.title = title;
+    box.filter = filter;
+    box.filterindex = 2;
+    return theplatform().askfile(box);
+}
+
 reply menuopen() {
     if (ischanged() && !mayleave()) return reply::cancelled;
-    filebox box;
-    box.title = "Retrieve Model";
-    box.filter = textof(filters(openfilter, &fileformat::opencaption));
-    box.filterindex = 2;
-    const filechoice choice = theplatform().askfile(box);
+    const filechoice choice =
+        asktoread("Retrieve Model", textof(filters(openfilter, &fileformat::opencaption)));
     if (!choice.chosen) return reply::cancelled;
     return openfile(choice.path);
 }
@@ -231,11 +237,8 @@ static reply importnative(const std::string& base) {
 }
 
 reply menuimport() {
-    filebox box;
-    box.title = "Import Model";
-    box.filter = textof(filters(importfilter, &fileformat::importcaption));
-    box.filterindex = 2;
-    const filechoice choice = theplatform().askfile(box);
+    const filechoice choice =
+        asktoread("Import Model", textof(filters(importfilter, &fileformat::importcaption)));
     if (!choice.chosen) return reply::cancelled;
     const splitpath parts = splitformodel(choice.path);
     if (parts.extension == "tek") return importnative(parts.base);

@@ -12,6 +12,7 @@
 #include "files/filop.h"
 #include "files/saving.h"
 #include "post/contour.h"
+#include "post/keptdisplay.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 #include "post/stressfile.h"
@@ -34,47 +35,6 @@ static std::array<bool, sectioncount> allsections() {
     return wanted;
 }
 std::array<bool, sectioncount> reportwanted = allsections();
-
-// --- what the display shows, put aside while results are read for the report --------------------
-
-namespace {
-class keptdisplay {
-  public:
-    keptdisplay()
-        : combination(curlcomb),
-          line(lineelstress),
-          average(stressaverage),
-          global(stressglobal),
-          largest(maxdisp),
-          forces(std::move(dispres)) {
-        dispres.clear();
-        for (int n = 1; n <= nnodes(); ++n)
-            for (int k = 0; k < 3; ++k) shape.push_back(nodes(1, n, k));
-    }
-    ~keptdisplay() {
-        curlcomb = combination;
-        lineelstress = line;
-        stressaverage = average;
-        stressglobal = global;
-        maxdisp = largest;
-        std::size_t at = 0;
-        for (int n = 1; n <= nnodes(); ++n)
-            for (int k = 0; k < 3; ++k) nodes(1, n, k) = shape[at++];
-        // What belongs to a combination is read again where it is needed.
-        stressloaded = false;
-        elemstress.clear();
-        dispres = std::move(forces);
-    }
-    keptdisplay(const keptdisplay&) = delete;
-    keptdisplay& operator=(const keptdisplay&) = delete;
-
-  private:
-    int combination, line, average, global;
-    double largest;
-    array3<double> forces;
-    std::vector<float> shape;
-};
-}  // namespace
 
 // --- the report ---------------------------------------------------------------------------------
 

@@ -7,6 +7,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QHash>
 #include <QLabel>
 
 #include "ui/controlkinds.h"
@@ -87,19 +88,16 @@ QString nameofcontrol(const QWidget* control) {
     return button ? wordsof(button->text()) : QString();
 }
 
-static QString buddyof(const QWidget* control) {
-    for (const auto* label : control->window()->findChildren<QLabel*>())
-        if (label->buddy() == control) return wordsof(label->text());
-    return {};
-}
-
 void namecontrols(QWidget* window) {
+    QHash<const QWidget*, QString> buddies;
+    for (const auto* label : window->findChildren<QLabel*>())
+        if (label->buddy()) buddies[label->buddy()] = wordsof(label->text());
     for (QWidget* control : window->findChildren<QWidget*>()) {
         if (!(control->focusPolicy() & Qt::TabFocus) || !kindofcontrol(control)) continue;
         if (!nameofcontrol(control).isEmpty()) continue;
         const QString tip = wordsof(control->toolTip().section('\n', 0, 0));
         for (const QString& name :
-             {buddyof(control), labelaround(control), tip, wordsof(window->windowTitle())}) {
+             {buddies.value(control), labelaround(control), tip, wordsof(window->windowTitle())}) {
             control->setAccessibleName(name);
             if (!name.isEmpty()) break;
         }

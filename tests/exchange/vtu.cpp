@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+#include "core/journal.h"
+#include "post/postproces.h"
 #include "tests/post/plotroom.h"
 
 // The values of an array of a file, unpacked.
@@ -42,9 +44,18 @@ TEST(Vtu, HoldsTheModelAndEveryResult) {
     room.writemodes({4, 9});
     lcombname(2) = "Snow & <ice>";
     curlcomb = 2;
+    modevalue = 7;
+    nodes(1, 3, 1) = 0.25;
     importreport report;
     writevtu(room.file("a.vtu"), report);
     EXPECT_EQ(curlcomb, 2);
+    EXPECT_EQ(modevalue, 7);
+    EXPECT_EQ(nodes(1, 3, 1), 0.25) << "the display keeps its shape";
+    EXPECT_EQ(report.count(reportkinds::warning), 0);
+    noteoldresults();
+    importreport old;
+    writevtu(room.file("b.vtu"), old);
+    EXPECT_NE(old.text().find(staletext), std::string::npos);
     const std::string file = contentof(room.file("a.vtu"));
     EXPECT_NE(file.find("NumberOfPoints=\"6\" NumberOfCells=\"3\""), file.npos);
     EXPECT_EQ(arrayof<float>(file, "Points").size(), 18u);

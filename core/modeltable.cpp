@@ -5,8 +5,9 @@
 #include <algorithm>
 
 #include "core/catalogue.h"
-#include "core/elempatch.h"
 #include "core/colours.h"
+#include "core/elempatch.h"
+#include "core/kaltext.h"
 #include "core/model.h"
 #include "core/views.h"
 
@@ -434,6 +435,7 @@ const std::vector<modelscalar>& modelscalars() {
         {"hasplates", "An element has more than two nodes", &hasplates, roles::shown},
         {"doftype", "Degrees of freedom for the solver", &doftype, roles::shown},
         {"commenttext", "Comment", &commenttext},
+        {"kaltext", "Further data", &kaltext},
         {"meshgroup", "Current group", &meshgroup, roles::shown},
         {"curlc", "Current load case", &curlc, roles::shown},
         {"curlcomb", "Current load combination", &curlcomb, roles::shown},

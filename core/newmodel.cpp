@@ -7,6 +7,7 @@
 #include "core/allocmodel.h"
 #include "core/codes.h"
 #include "core/colours.h"
+#include "core/kaltext.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/session.h"
@@ -49,6 +50,7 @@ void newgroup() {
 }
 
 void newmodeldefaults() {
+    kaltext.clear();
     newloadcase();
     fillloadlabels();
     commentvisible = false;

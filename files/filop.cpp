@@ -15,6 +15,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "core/views.h"
+#include "files/kalfile.h"
 #include "files/saveset.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
@@ -107,6 +108,7 @@ static const readstep readsteps[] = {
     {".lcd", readlcd, droploadcases},    {".lco", readlco, dropcombinations},
     {".ell", readell, dropelementloads}, {".rot", readrot, droprotations},
     {".pat", readpat, droppatches},      {".txt", readtxt, dropcomment},
+    {".kal", readkal, dropkal},
 };
 
 static void telldamage(const runtimeerror& e) {

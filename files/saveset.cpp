@@ -24,7 +24,7 @@
 namespace fs = std::filesystem;
 
 const std::vector<std::string> setextensions = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
-                                                ".lcd", ".lco", ".ell", ".pat", ".txt"};
+                                                ".lcd", ".lco", ".ell", ".pat", ".txt", ".kal"};
 
 static const char recordhead[] = "kalvane save 1", recordend[] = "whole";
 

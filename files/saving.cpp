@@ -16,6 +16,7 @@
 #include "core/textfile.h"
 #include "edit/renumber.h"
 #include "files/filop.h"
+#include "files/kalfile.h"
 #include "files/saveset.h"
 #include "files/sidefiles.h"
 #include "files/tekfile.h"
@@ -56,7 +57,15 @@ static const savestep savesteps[] = {
     {{{".pat", writepat}},
      "Error occurred while trying to save patches. Patches Not saved, please retry."},
     {{{".txt", writetxt}}, nullptr},
+    {{{".kal", writekal}},
+     "Error occurred while trying to save further data. Further data Not saved, please retry."},
 };
+
+// A model without further data has no file for it, but for one that stood there.
+static bool iswanted(const setfile& file) {
+    std::error_code ec;
+    return file.write != writekal || haskal() || fs::exists(modelname + file.extension, ec);
+}
 
 // --- files that hold what the model does not ----------------------------------------------------
 
@@ -141,7 +150,7 @@ static stepfiles runstep(const savestep& step) {
 static void runsteps(saveset& set, const std::string& extension, std::vector<problem>& problems) {
     std::vector<stepfiles> made;
     for (const savestep& step : savesteps)
-        if (extension.empty() || extension == step.files[0].extension)
+        if (extension.empty() ? iswanted(step.files[0]) : extension == step.files[0].extension)
             made.push_back(runstep(step));
     for (stepfiles& m : made) {
         const auto flushed = [&] {

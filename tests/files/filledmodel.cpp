@@ -2,6 +2,7 @@
 #include "tests/files/filledmodel.h"
 
 #include "core/colours.h"
+#include "files/kalfile.h"
 #include "files/saving.h"
 #include "tests/support/recorder.h"
 
@@ -48,6 +49,7 @@ void fillmodel() {
     patches(1, 0, 2) = patches(1, 1, 0) = 2;
     patches(1, 1, 2) = 7;  // a graphic element that was deleted
     commenttext = "Lines, with \"quotes\"\nand 1,5 umlauts \xC3\xA4\n";
+    putkalsection("unknown", "1,\"two, 3\"");
     viewscale(3) = 0.037f;
 }
 

@@ -6,10 +6,12 @@
 #include <random>
 
 #include "core/colours.h"
+#include "core/kaltext.h"
 #include "core/newmodel.h"
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
+#include "files/kalfile.h"
 #include "files/saving.h"
 #include "tests/files/filledmodel.h"
 #include "view/moddraw.h"
@@ -17,7 +19,7 @@
 namespace fs = std::filesystem;
 
 static const char* const extensions[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
-                                         ".lcd", ".lco", ".ell", ".pat", ".txt"};
+                                         ".lcd", ".lco", ".ell", ".pat", ".txt", ".kal"};
 
 // The text of a .tek without the five lines of its views.
 static std::string withoutviews(const std::string& tek) {
@@ -128,7 +130,7 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
               "2\r\n\"One\"\r\n0\r\n1\r\n0\r\n0\r\n0\r\n"
               "\"Two\"\r\n3\r\n-9.81\r\n1\r\n2\r\n3\r\n");
     const std::string tek = withoutviews(contentof(room.file("a.tek")));
-    for (const char* extension : {".rot", ".pat", ".txt", ".gra", ".ell"})
+    for (const char* extension : {".rot", ".pat", ".txt", ".gra", ".ell", ".kal"})
         fs::remove(room.file("a") + extension);
     writefile(room.file("a.tek"), tek + "1,2,3,0.5,0.5,0,0,0\r\n");
     ASSERT_TRUE(openmodel(room.file("a")));
@@ -140,6 +142,50 @@ TEST(Modelfiles, OldLayoutsOpenWithoutAMessage) {
     EXPECT_TRUE(lcpar(2, 0) == -9.81 && lcpar(2, 4) == 1);
     EXPECT_EQ(rotpo(2), 0);
     EXPECT_TRUE(commenttext.empty());
+    EXPECT_TRUE(kaltext.empty());
+}
+
+TEST(Modelfiles, SectionsOfTheFurtherFileAreKeptWordForWord) {
+    filledroom room("a");
+    const std::string unknown =
+        "\"section\",\"later\"\r\n  what, nobody \"knows\"\r\n\r\n\"end\"\r\n";
+    writefile(room.file("a.kal"), unknown + "\"section\",\"rows\"\r\n1\r\n2\r\n\"end\"\r\n");
+    checkkalsection("rows", [](textin& in) {
+        while (!in.atend()) in.number();
+    });
+    ASSERT_TRUE(openmodel(room.file("a")));
+    EXPECT_EQ(kalsection("rows"), "1\n2\n");
+    putkalsection("rows", "3,4");
+    putkalsection("more", "5\n");
+    EXPECT_THROW(putkalsection("more", "6\n\"end\"\n7\n"), runtimeerror);
+    saveas(room.file("b"));
+    EXPECT_EQ(
+        contentof(room.file("b.kal")),
+        unknown +
+            "\"section\",\"rows\"\r\n3,4\r\n\"end\"\r\n\"section\",\"more\"\r\n5\r\n\"end\"\r\n");
+    for (const char* const keyword : {"rows", "more", "later"}) putkalsection(keyword, "");
+    saveas(room.file("b"));
+    EXPECT_EQ(contentof(room.file("b.kal")), "") << "the sections of the save before";
+    saveas(room.file("c"));
+    EXPECT_FALSE(fs::exists(room.file("c.kal")));
+
+    const struct {
+        const char *text, *told;
+    } damages[] = {
+        {"1,2\r\n", "line 1: a row \"section\",\"keyword\" is expected"},
+        {"\"section\",\"a\"\r\n1\r\n",
+         "line 1: the section \"a\" has no end; the file is cut short"},
+        {"\"section\",\"a\"\r\n\"end\"\r\n\"section\",\"rows\"\r\n1\r\nx\r\n\"end\"\r\n",
+         "line 5: a number was expected, found \"x\""},
+    };
+    for (const auto& damage : damages) {
+        room.platform.messages.clear();
+        writefile(room.file("a.kal"), damage.text);
+        ASSERT_TRUE(openmodel(room.file("a")));
+        EXPECT_TRUE(room.platform.toldpart(room.file("a.kal") + ", " + damage.told)) << damage.told;
+        EXPECT_FALSE(haskal());
+    }
+    checkkalsection("rows", nullptr);
 }
 
 TEST(Modelfiles, RowsOfWhatDoesNotExistAreDropped) {

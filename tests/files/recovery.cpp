@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "core/journal.h"
+#include "core/kaltext.h"
 #include "core/newmodel.h"
 #include "tests/support/recorder.h"
 
@@ -34,6 +35,7 @@ static void makemodel() {
     ncon = 1;
     connode(1) = 1;
     commenttext = "first line\r\nsecond";
+    kaltext = "kept";
     viewscale(2) = 3;
     modelname = "/models/bridge";
 }
@@ -67,7 +69,7 @@ TEST(Recovery, AModelComesBackWithAllThatBelongsToIt) {
     EXPECT_EQ(groupcolor(1), 0x123456);
     EXPECT_EQ(loadval(2, 1), -7);
     EXPECT_EQ(connode(ncon), 1);
-    EXPECT_EQ(commenttext, "first line\r\nsecond");
+    EXPECT_EQ(commenttext + kaltext, "first line\r\nsecondkept");
     EXPECT_EQ(viewscale(2), 3);
     EXPECT_EQ(modelname, "/models/bridge");
     EXPECT_TRUE(isunsaved());

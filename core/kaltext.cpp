@@ -1,0 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The text of the further file.
+#include "core/kaltext.h"
+
+std::string kaltext;

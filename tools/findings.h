@@ -35,6 +35,9 @@ std::vector<finding> findfaults(bool& whole);
 
 void findmeshfaults(findinglist& list);
 void findjobfaults(findinglist& list);
+// What a group lacks for elements of a type, "E modulus"; empty for nothing.
+std::string lackofgroup(int g, int type);
+bool iscaseempty(int lc);  // a load case that acts on nothing
 void tellcheckprogress(double share);  // throws checkcancelled when the user has pressed Cancel
 struct checkcancelled {};
 

@@ -36,8 +36,7 @@ static std::string missinginertia(int g, int type) {
     return !(i2 > 0) ? "I xx" : !(i3 > 0) ? "I yy" : !(groups(g, fieldizz) > 0) ? "I zz" : "";
 }
 
-// What a group lacks for elements of a type; empty for nothing.
-static std::string lackof(int g, int type) {
+std::string lackofgroup(int g, int type) {
     const bool isspring = type == typespring2 || (type >= typespringt && type <= typespring);
     if (isspring) return hasspring(g, type) ? "" : "stiffness in its spring matrix";
     if (type == typerigid) return "";
@@ -79,7 +78,7 @@ static void findgroupfaults(findinglist& list) {
     for (int g = 1; g <= ngroups(); ++g)
         for (int t = 1; t < maxelementtypes; ++t) {
             std::vector<int>& elements = of[std::size_t(g)][std::size_t(t)];
-            const std::string lack = elements.empty() ? "" : lackof(g, t);
+            const std::string lack = elements.empty() ? "" : lackofgroup(g, t);
             if (lack.empty()) continue;
             lacking.push_back({"Group \"" + groupname(g) + "\" has no " + lack + " for its " +
                                    numbertext(long(elements.size())) + " " + eltypname(t),
@@ -310,7 +309,7 @@ static void findstray(findinglist& list) {
 
 // --- load cases ---------------------------------------------------------------------------------
 
-static bool isempty(int lc) {
+bool iscaseempty(int lc) {
     const auto parameter = [lc](int k) { return lcpar(lc, k); };
     switch (lctype(lc)) {
         case caseapplied: {
@@ -333,7 +332,7 @@ static bool isempty(int lc) {
 static void findcasefaults(findinglist& list) {
     std::vector<finding> empty;
     for (int lc = 1; lc <= nlc(); ++lc)
-        if (isempty(lc)) empty.push_back({"L" + casetext(lc).substr(1)});
+        if (iscaseempty(lc)) empty.push_back({"L" + casetext(lc).substr(1)});
     list.add({"load case without loads", "load cases without loads",
               "its results are zero; give it loads or delete it"},
              empty);

@@ -13,7 +13,6 @@
 #include "edit/refine.h"
 #include "edit/selection.h"
 #include "edit/undo.h"
-#include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/saving.h"
@@ -31,6 +30,7 @@
 #include "ui/dialogs.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
+#include "ui/needs.h"
 #include "ui/printing.h"
 #include "ui/record.h"
 #include "ui/recordplay.h"
@@ -596,7 +596,7 @@ static void addjob(actionrows& t) {
                "Analyse",
                "analyse",
                "F9",
-               [] { runanalysis(); },
+               startanalysis,
                {{"jobbar", 6}}},
           });
     const auto checked = [](int i) { return checkof(menupostItem, i); };

@@ -56,6 +56,7 @@ void wiredialogs() {
     adddialog("Toptions", maketoptions);
     adddialog("DXFInterface", makedxf);
     adddialog("MosesSettings", makemosessettings);
+    adddialog("needs", makeneeds);
 }
 
 std::vector<std::string> dialognames() {

@@ -97,5 +97,6 @@ QDialog* makeimportreport();
 QDialog* maketoptions();
 QDialog* makedxf();
 QDialog* makemosessettings();
+QDialog* makeneeds();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

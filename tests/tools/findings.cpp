@@ -12,6 +12,7 @@
 #include "tests/support/recorder.h"
 #include "tools/checkform.h"
 #include "tools/elementshape.h"
+#include "tools/needs.h"
 #include "tools/qualitypicture.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
@@ -282,4 +283,37 @@ TEST(Elementshape, QualityBandsAndPicture) {
     closecheckmodel(form);
     EXPECT_EQ(picture.count("polygon"), 0);
     wirelayers();
+}
+
+// What is missing before an analysis, the most basic first; a model that has it all needs nothing.
+TEST(Findings, WhatAnAnalysisNeedsIsToldWithItsPlace) {
+    const auto nothingheld = [] { ncon = groups(0, 0) = 0, elems(8, 0) = 0, groups(0, 0) = 1; };
+    const auto unloaded = [] { elemload(1, 0, 0) = 0, loadnode(1, 0) = 0; };
+    const struct {
+        const char* name;
+        std::function<void()> fault;
+        std::vector<needplaces> wanted;
+    } cases[] = {
+        {"all there", [] {}, {}},
+        {"no elements", [] { nodes(0, 0, 0) = elems(0, 0) = 0; }, {needplaces::elements}},
+        {"no supports", nothingheld, {needplaces::supports}},
+        {"held by a spring", [] { ncon = 0; }, {}},
+        {"no loads", unloaded, {needplaces::loads}},
+        {"a wave", [&] { unloaded(), lctype(1) = casewave, lcpar(1, waveheight) = 2; }, {}},
+        {"no E", [] { groups(1, fieldmodulus) = 0; }, {needplaces::groups, needplaces::groups}},
+        {"modes ask for neither", [&] { nothingheld(), unloaded(), doeigen = 1; }, {}},
+    };
+    for (const auto& c : cases) {
+        const soundroom room;
+        c.fault();
+        std::vector<needplaces> found;
+        for (const need& n : findneeds()) found.push_back(n.place);
+        EXPECT_EQ(found, c.wanted) << c.name;
+        doeigen = 0;
+    }
+    const soundroom room;
+    groups(1, fieldmodulus) = 0;
+    ASSERT_FALSE(findneeds().empty());
+    EXPECT_EQ(findneeds()[0].text, "Group \"" + groupname(1) + "\" has no E modulus for its 1 " +
+                                       eltypname(typebeam) + " element.");
 }

@@ -1,23 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The examples and the hint of an empty view.
+// The shipped data and the user's copies of the examples.
 #include "ui/examples.h"
 
-#include <QBoxLayout>
-#include <QDir>
-#include <QEvent>
-#include <QLabel>
-#include <QMenu>
-#include <QToolButton>
 #include <algorithm>
 #include <filesystem>
 #include <set>
 #include <vector>
 
 #include "core/journal.h"
-#include "core/model.h"
 #include "core/session.h"
 #include "core/textfile.h"
-#include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
 #include "files/saveset.h"
 #include "ui/dialogs.h"
@@ -74,54 +66,4 @@ void openpointed(const std::string& path) {
     choice.path = path;
     recordfile(choice, {});
     guarded([&] { askandopen(path); }, fallback);
-}
-
-// --- the hint -----------------------------------------------------------------------------------
-
-static void fillexamples(QMenu* menu) {
-    menu->clear();
-    const QDir folder(QString::fromStdString(examplesfolder()));
-    for (const QString& file : folder.entryList({"*.tek"}, QDir::Files, QDir::Name)) {
-        QString caption = file.chopped(4);
-        const std::string path = folder.filePath(file).toStdString();
-        QObject::connect(menu->addAction(caption.replace("&", "&&")), &QAction::triggered, menu,
-                         [path] { openpointed(path); });
-    }
-    if (menu->isEmpty()) menu->addAction(QObject::tr("There are none"))->setEnabled(false);
-}
-
-emptyhint::emptyhint(QWidget* view) : QFrame(view) {
-    setObjectName("emptyhint");
-    setFrameShape(QFrame::StyledPanel);
-    setAutoFillBackground(true);
-    setCursor(Qt::ArrowCursor);
-    auto* const row = new QHBoxLayout(this);
-    row->addWidget(new QLabel(tr("The model is empty. Draw it with Add, Graphics, or"), this));
-    auto* const button = new QToolButton(this);
-    button->setObjectName("examples");
-    button->setText(tr("Open an Example"));
-    button->setPopupMode(QToolButton::InstantPopup);
-    auto* const menu = new QMenu(button);
-    connect(menu, &QMenu::aboutToShow, menu, [menu] { fillexamples(menu); });
-    button->setMenu(menu);
-    row->addWidget(button);
-    view->installEventFilter(this);
-}
-
-void emptyhint::refresh() {
-    const bool empty = nnodes() == 0 && ngraphics() == 0 && runningmode() == nullptr && !menulock;
-    setVisible(empty);
-    if (empty) place();
-}
-
-bool emptyhint::eventFilter(QObject*, QEvent* event) {
-    if (event->type() == QEvent::Resize) place();
-    return false;
-}
-
-// In the middle, over the scroll bar.
-void emptyhint::place() {
-    const int foot = 60;  // pixels
-    adjustSize();
-    move((parentWidget()->width() - width()) / 2, parentWidget()->height() - height() - foot);
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The examples that come with the program, and the way to them from an empty view.
+// The examples that come with the program, and the opening of a model that is pointed at.
 #pragma once
 
-#include <QFrame>
 #include <string>
 
 // Directory that holds demo and examples as they were shipped: installed, beside the program, or of
@@ -12,18 +11,5 @@ std::string shippeddata();
 // leaves the shipped ones alone. Those that are not there yet are copied first.
 std::string examplesfolder();
 
-// Over the first view while there is nothing in the model: what to begin with.
 // Opens a model that the user points at: a recent one, an example, a file that was dropped.
 void openpointed(const std::string& path);
-
-class emptyhint : public QFrame {
-  public:
-    explicit emptyhint(QWidget* view);
-    void refresh();
-
-  protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-  private:
-    void place();
-};

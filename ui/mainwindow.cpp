@@ -38,6 +38,7 @@
 #include "ui/qtsurface.h"
 #include "ui/record.h"
 #include "ui/reportviewer.h"
+#include "ui/startpage.h"
 #include "ui/steps.h"
 #include "ui/toolbars.h"
 #include "ui/viewkeys.h"
@@ -98,7 +99,7 @@ void mainwindow::buildworkspace() {
     rows->addWidget(workspace, 1);
     setCentralWidget(central);
     for (int v = 1; v <= 4; ++v) views[std::size_t(v - 1)] = new viewwidget(v, workspace);
-    hint = new emptyhint(view(1));
+    start = new startpage(view(1));
 }
 
 static const char* const commandprompt = "Enter Command or type help";
@@ -324,12 +325,16 @@ void mainwindow::refresh() {
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))
         notes->setChecked(commentvisible);
     showcomment();
-    hint->refresh();
+    start->refresh();
     dimensionlabel->setVisible(dim2d);
     const int warned = solverlog().warnings;
     warningbutton->setVisible(warned > 0);
     warningbutton->setText(warned == 1 ? tr("1 warning") : tr("%1 warnings").arg(warned));
     refreshing = false;
+}
+
+void mainwindow::focusstart() {
+    start->takefocus();
 }
 
 void showmainwindow(mainwindow& window, bool fixedsize) {
@@ -345,4 +350,5 @@ void showmainwindow(mainwindow& window, bool fixedsize) {
     textcaption();
     setoneview();
     redrawall();
+    if (!fixedsize) window.focusstart();
 }

@@ -21,7 +21,7 @@ class QToolBar;
 class QVBoxLayout;
 class QToolButton;
 class legendwidget;
-class emptyhint;
+class startpage;
 class plotswitches;
 class viewwidget;
 struct surface;
@@ -39,6 +39,7 @@ class mainwindow : public QMainWindow {
     void refresh();  // everything that mirrors the session's state
     void crosspointer(bool on);
     surface* legendsurface();  // beside the views
+    void focusstart();         // the keyboard to what an empty model begins with
 
     bool ending = false;     // the program has decided to end: no more questions
     bool remembers = false;  // its place and toolbars, for the next start
@@ -87,7 +88,7 @@ class mainwindow : public QMainWindow {
            *dimensionlabel = nullptr, *stalelabel = nullptr;
     QToolButton* warningbutton = nullptr;
     plotswitches* switches = nullptr;
-    emptyhint* hint = nullptr;
+    startpage* start = nullptr;
     std::string commentshown;
     bool refreshing = false;
 };

@@ -373,3 +373,39 @@ TEST(Mainwindow, ADroppedModelIsAskedAboutAsOpenDoes) {
     EXPECT_GT(nnodes(), 1);
     EXPECT_TRUE(room.platform.told("Save model ?"));
 }
+
+// Over an empty view by the keyboard: a drawing is begun and given up, an example opens as a copy
+// of the user's own; an analysis of nothing leads to the mesh.
+TEST(Mainwindow, AnEmptyModelOffersWhatToBeginWith) {
+    sessionroom room;
+    wiredialogs();
+    const std::string before = std::exchange(programdir, sourcedir() + "/data");
+    mainwindow window;
+    window.ending = true;
+    window.show();
+    window.findChild<QWidget*>("view1")->resize(820, 600);
+    const auto* const page = window.findChild<QFrame*>("startpage");
+    const auto enter = [&](const char* button) {
+        auto* const b = page->findChild<QToolButton*>(button);
+        ASSERT_TRUE(b && b->isVisible() && (b->focusPolicy() & Qt::TabFocus)) << button;
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(b, &press);
+        window.refresh();
+    };
+    enter("newdrawing");
+    EXPECT_TRUE(drawline);
+    keyhandler(keyescape);
+    runaction(*findaction("menuanalyseitem(2)"));
+    const QWidgetList open = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(
+        open, [](const QWidget* w) { return w->isVisible() && w->objectName() == "needs"; });
+    ASSERT_NE(found, open.end());
+    (*found)->findChild<QPushButton*>("Place(0)")->click();
+    EXPECT_EQ(room.platform.dialogs.back(), "Mselect");
+    room.platform.answerqueue = {answers::no};  // what was done before is not worth a file
+    enter("example(portal)");
+    EXPECT_TRUE(nnodes() > 0 && !page->isVisible());
+    EXPECT_EQ(modelname, room.file("examples/portal"));
+    EXPECT_TRUE(QFileInfo(QString::fromStdString(modelname + ".tek")).isWritable());
+    programdir = before;
+}

@@ -151,6 +151,24 @@ static memberline memberof(const element& e, const elvector& ends, const elvecto
     return line;
 }
 
+static void putline(const memberline& line, const std::vector<keptnumber>& places, rowtext& text) {
+    std::array<numbercolumn, membervalues> columns;
+    for (int k = 1; k < membervalues; ++k)
+        columns[std::size_t(k)] = numbercolumn(line.row(k).cwiseAbs().maxCoeff());
+    char* p = text.place(memberstations * membervalues * (longestnumber + 1));
+    for (int at = 0; at < memberstations; ++at) {
+        const keptnumber& place = places[std::size_t(at)];
+        *p++ = ',';
+        std::memcpy(p, place.text, longestnumber);
+        p += place.length;
+        for (int k = 1; k < membervalues; ++k) {
+            *p++ = ',';
+            p = columns[std::size_t(k)].write(p, line(k, at));
+        }
+    }
+    text.putto(p);
+}
+
 void writemembers(const model& m, const settings& s, const dofmap& d, const displacements& u) {
     std::vector<int> lines;
     for (int e = 1; e <= m.nelems(); ++e)
@@ -174,14 +192,7 @@ void writemembers(const model& m, const settings& s, const dofmap& d, const disp
             const memberline line = memberof(e, ends.col(0), moved.col(0), loads);
             text.put(e.number);
             text.put(memberstations);
-            std::vector<numbercolumn> columns;
-            for (int k = 1; k < membervalues; ++k)
-                columns.emplace_back(line.row(k).cwiseAbs().maxCoeff());
-            for (int at = 0; at < memberstations; ++at) {
-                text.put(places[std::size_t(at)]);
-                for (int k = 1; k < membervalues; ++k)
-                    text.put(columns[std::size_t(k) - 1].textof(line(k, at)));
-            }
+            putline(line, places, text);
             text.endline();
         });
         out.raw("END").endline();

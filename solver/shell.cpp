@@ -3,6 +3,8 @@
 #include "solver/shell.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "solver/bending.h"
 #include "solver/drill.h"
@@ -20,14 +22,75 @@ void stiffenplate(const element& e, elmatrix& k) {
     tonodes(s, k);
 }
 
+namespace {
+// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, and curve,
+// whether there is slip, and nodes.
+using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 3>;
+
+// The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
+// to the last bit, and repeat themselves after one or two.
+class lastmatrices {
+  public:
+    const elmatrix* find(const shellkey& wanted) const {
+        for (int i = 0; i < kept; ++i)
+            if (std::memcmp(key[i].data(), wanted.data(), sizeof wanted) == 0) return &matrix[i];
+        return nullptr;
+    }
+    void keep(const shellkey& its, const elmatrix& value) {
+        key[next] = its;
+        matrix[next] = value;
+        next = (next + 1) % most;
+        kept = std::max(kept, next == 0 ? most : next);
+    }
+
+  private:
+    static const int most = 3;
+    shellkey key[most];
+    elmatrix matrix[most];
+    int kept = 0, next = 0;
+};
+}  // namespace
+
+static shellkey keyof(const element& e, const flatshape& s) {
+    shellkey key{};
+    double* next = std::copy_n(s.axes.data(), 9, key.data());
+    for (int c = 0; c < s.corners; ++c) {
+        *next++ = s.at[c].x();
+        *next++ = s.at[c].y();
+        *next++ = s.height[c];
+    }
+    next = std::copy_n(e.g->field, groupfields + 1, key.data() + 9 + 3 * mostnodes);
+    if (e.slip != nullptr) std::copy(e.slip->begin(), e.slip->end(), next);
+    next += mostnodes;
+    *next++ = e.curve;
+    *next++ = e.slip != nullptr;
+    *next++ = e.nodes;
+    return key;
+}
+
+// The matrix that work makes of the element, or that it made of one alike.
+template <typename Work>
+static void workoralike(const element& e, const flatshape& s, elmatrix& result, Work work) {
+    thread_local lastmatrices last;  // of this kind of work
+    const shellkey key = keyof(e, s);
+    if (const elmatrix* const alike = last.find(key)) {
+        result = *alike;
+        return;
+    }
+    work(result);
+    last.keep(key, result);
+}
+
 void stiffenshell(const element& e, elmatrix& k) {
     const flatshape s = flatten(e, meanaxes(e));
-    k.setZero(6 * e.nodes, 6 * e.nodes);
-    addhalf(plate(e, s).stiffness(), bendingdofs, k);
-    halfmatrix membrane;
-    stiffendrilling(e, s, membrane);
-    addhalf(membrane, membranedofs, k);
-    tonodes(s, k);
+    workoralike(e, s, k, [&](elmatrix& whole) {
+        whole.setZero(6 * e.nodes, 6 * e.nodes);
+        addhalf(plate(e, s).stiffness(), bendingdofs, whole);
+        halfmatrix membrane;
+        stiffendrilling(e, s, membrane);
+        addhalf(membrane, membranedofs, whole);
+        tonodes(s, whole);
+    });
 }
 
 // The cubic deflection gives a load on a flat plate its exact moments at the nodes, p l l / 12. A
@@ -120,10 +183,12 @@ void stressplate(const element& e, elmatrix& rows) {
 
 void stressshell(const element& e, elmatrix& rows) {
     const flatshape s = flatten(e, stressaxes(e));
-    rows.setZero(6 * e.nodes, 6 * e.nodes);
-    addbending(e, s, rows);
-    halfmatrix half;
-    stressdrilling(e, s, half);
-    addrows(half, membranedofs, 0, rows);
-    rowstonodes(s, rows);
+    workoralike(e, s, rows, [&](elmatrix& whole) {
+        whole.setZero(6 * e.nodes, 6 * e.nodes);
+        addbending(e, s, whole);
+        halfmatrix half;
+        stressdrilling(e, s, half);
+        addrows(half, membranedofs, 0, whole);
+        rowstonodes(s, whole);
+    });
 }

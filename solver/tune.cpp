@@ -27,6 +27,8 @@ static const char* betterkernels() {
 void tunelibraries(char** words) {
     // Large blocks go back to the system when they are left, whatever was left before them.
     mallopt(M_MMAP_THRESHOLD, 1 << 20);
+    // Small ones stay: a table of the next case soon takes their place.
+    mallopt(M_TRIM_THRESHOLD, 16 << 20);
     const char* const threads = "OPENBLAS_NUM_THREADS";
     const char* const kernels = "OPENBLAS_CORETYPE";
     const char* const told = std::getenv(threads);

@@ -78,8 +78,11 @@ void writelinestresses(const model& m, const settings& s, const linestresses& r)
                 const double* const at = value + end * linevalues;
                 double record[recordvalues] = {at[0], 0,     0,     0, 0, 0, 0,
                                                at[1], at[2], at[3], 0, 0, 0};
-                record[recordvalues - 1] = combinedstress(record);
-                text.put(record, recordvalues);
+                text.put(at[0]);
+                text.put("0,0,0,0,0,0");
+                text.put(at + 1, linevalues - 1);
+                text.put("0,0");
+                text.put(combinedstress(record));
             }
             text.endline();
         });

@@ -206,3 +206,36 @@ TEST(Invariance, NumbersOfNodesElementsAndFirstCornersDoNotMatter) {
         }
     }
 }
+
+// Matrices are taken over from an element alike: one that differs in anything must not be.
+TEST(Invariance, ShellsThatDifferInOneThingHaveMatricesOfTheirOwn) {
+    for (const int type : {typeshell3, typeshell4}) {
+        build b;
+        b.plate(2e5, 0.3, 2);
+        std::vector<vec3> corners = {{0, 0, 0}, {10, 0, 0}, {10, 8, 0}, {0, 8, 0}};
+        corners.resize(type == typeshell3 ? 3 : 4);
+        const element plain = elementat(b.m, b.s, b.single(type, 1, corners));
+        groupdata other = *plain.g;
+        const edgeslip slip = {0.5f, 0.25f, 0.5f, 0.5f};
+        std::vector<element> variants(8, plain);
+        variants[0].x[0].x() = 0.1;
+        variants[1].x[1].z() = 0.1;
+        variants[2].slip = &slip;
+        variants[3].curve = 0.2f;
+        for (int n = 0; n < 3; ++n) variants[4 + std::size_t(n)].g = &other;
+        for (vec3& at : variants[7].x) std::swap(at.y(), at.z());  // another plane
+        const groupfield fields[] = {fieldmodulus, fieldpoisson, fieldthickness};
+        for (std::size_t i = 0; i < variants.size(); ++i) {
+            other = *plain.g;
+            if (i >= 4 && i < 7) other.field[fields[i - 4]] *= 1.5;
+            elmatrix before, after;
+            for (const auto work : {kindof(type).stiffness, kindof(type).stress}) {
+                work(plain, before);
+                work(variants[i], after);
+                EXPECT_GT((after - before).norm(), 1e-6 * before.norm()) << type << ' ' << i;
+                work(plain, after);
+                EXPECT_EQ(after, before) << type << ' ' << i;
+            }
+        }
+    }
+}

@@ -10,6 +10,7 @@
 #include "view/localaxes.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
+#include "view/symbolstyle.h"
 
 static const int mostaxes = 300;  // elements; more axes would hide the model and each other
 
@@ -19,7 +20,7 @@ static void drawnumber(int e, int k, int nview) {
     const double* const axis[] = {localx, localy, localz};
     const float scale = viewscale(nview);
     const auto at = [&](int i) {
-        return float(axisorigin[i] * scale + 1.15 * unitveclen * axis[k - 1][i]);
+        return float(axisorigin[i] * scale + 1.15 * symbollength() * axis[k - 1][i]);
     };
     curx = at(0);
     cury = at(1);

@@ -18,6 +18,7 @@
 #include "view/drawconditions.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
+#include "view/symbolstyle.h"
 
 static const char* const wholeselection = "Selection";
 static const char* const noselection = "None";
@@ -383,4 +384,6 @@ void applyattributes(attributeform& form) {
     }
     compactbc();
     form.changed = true;
+    // Of these, what one node shows depends on what others show.
+    if (symbolsdrawn.field || symbolsdrawn.values) redrawall();
 }

@@ -350,3 +350,24 @@ std::vector<std::vector<point2>> sectionoutline(int type, const dimensions& d) {
             return {rectangle(0, 0, b, h)};
     }
 }
+
+point2 sectioncentroid(int type, const std::vector<std::vector<point2>>& outline) {
+    double area = 0, sx = 0, sy = 0;
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        const auto& polygon = outline[i];
+        const double sign = i > 0 && type != dlprofile ? -1 : 1;
+        double a = 0, x = 0, y = 0;
+        for (std::size_t k = 0; k < polygon.size(); ++k) {
+            const point2 from = polygon[k], to = polygon[(k + 1) % polygon.size()];
+            const double cross = from.x * to.y - to.x * from.y;
+            a += cross / 2;
+            x += (from.x + to.x) * cross / 6;
+            y += (from.y + to.y) * cross / 6;
+        }
+        const double turn = a < 0 ? -sign : sign;
+        area += turn * a;
+        sx += turn * x;
+        sy += turn * y;
+    }
+    return {sx / area, sy / area};
+}

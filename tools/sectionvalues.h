@@ -67,3 +67,5 @@ bool isimpossible(int type, const dimensions& d);
 // Closed polygons in section coordinates, the origin at the lower left corner: the first is the
 // outside, a second one a hole, or the other angle of a pair. Empty when sectionfault finds one.
 std::vector<std::vector<point2>> sectionoutline(int type, const dimensions& d);
+// Of the area, in the coordinates of the outline.
+point2 sectioncentroid(int type, const std::vector<std::vector<point2>>& outline);

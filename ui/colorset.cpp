@@ -2,6 +2,7 @@
 // The windows "Colors" with its fourteen samples and "colorcostum" with three sliders, the font
 // choice of labels, and the window "Symbols".
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QGridLayout>
@@ -24,6 +25,7 @@
 #include "view/moddraw.h"
 #include "view/setviews.h"
 #include "view/symbols.h"
+#include "view/symbolstyle.h"
 
 namespace {
 
@@ -194,10 +196,12 @@ class symbolsdialog : public QDialog {
             grid->addWidget(size[i], i + 1, 3);
             showpictures(i);
         }
+        buildchoices(rows);
         auto* const row = new QHBoxLayout;
         row->addStretch(1);
-        connect(newbutton("Command1", "OK", this, row), &QPushButton::clicked, this,
-                &QDialog::accept);
+        QPushButton* const ok = newbutton("Command1", "OK", this, row);
+        ok->setDefault(true);
+        connect(ok, &QPushButton::clicked, this, &QDialog::accept);
         rows->addLayout(row);
         connect(this, &QDialog::finished, this, [this](int) {
             for (int i = 0; i < 3; ++i) symbolname(i) = names[i]->text().toStdString();
@@ -206,6 +210,55 @@ class symbolsdialog : public QDialog {
     }
 
   private:
+    // The views behind show at once what is chosen.
+    static void show() {
+        theplatform().refresh();
+        redrawall();
+    }
+    void buildchoices(QBoxLayout* rows) {
+        static const struct {
+            const char* caption;
+            bool symbolstyle::*on;
+        } choices[] = {
+            {"&Supports as pins, rollers and clamps, loads as arrows", &symbolstyle::field},
+            {"&Values beside loads", &symbolstyle::values},
+            {"&Members with their section, plates with their thickness", &symbolstyle::solid},
+            {"&Legend of the groups while they are told by colors", &symbolstyle::legend},
+            {"Labels that would &cover each other move aside", &symbolstyle::apart}};
+        auto* const frame = new QGroupBox("In the views", this);
+        auto* const column = new QVBoxLayout(frame);
+        for (const auto& [caption, on] : choices) {
+            auto* const box = new QCheckBox(caption, frame);
+            box->setObjectName(QString("Check1(%1)").arg(column->count()));
+            box->setChecked(symbolsdrawn.*on);
+            column->addWidget(box);
+            connect(box, &QCheckBox::clicked, this, guardedhandler([on = on](bool checked) {
+                        symbolsdrawn.*on = checked;
+                        show();
+                    }));
+        }
+        auto* const line = new QHBoxLayout;
+        auto* const caption = new QLabel("Si&ze of supports, loads and axes", frame);
+        auto* const slider = new QSlider(Qt::Horizontal, frame);
+        auto* const percent = new QLabel(frame);
+        slider->setObjectName("HScroll1");
+        slider->setRange(leastsymbols, mostsymbols);
+        slider->setPageStep(25);
+        slider->setValue(symbolsdrawn.size);
+        caption->setBuddy(slider);
+        percent->setText(QString("%1 %").arg(symbolsdrawn.size));
+        percent->setMinimumWidth(percent->fontMetrics().horizontalAdvance("400 %"));
+        line->addWidget(caption);
+        line->addWidget(slider, 1);
+        line->addWidget(percent);
+        column->addLayout(line);
+        connect(slider, &QSlider::valueChanged, this, guardedhandler([percent](int size) {
+                    symbolsdrawn.size = size;
+                    percent->setText(QString("%1 %").arg(size));
+                    show();
+                }));
+        rows->addWidget(frame);
+    }
     void addpicture(QGridLayout* grid, int i, bool selected) {
         auto* const b = new QToolButton(this);
         b->setObjectName(QString(selected ? "symbolsel(%1)" : "Symbol(%1)").arg(i));

@@ -68,24 +68,8 @@ void sectionpicture::drawoutline(QPainter& p) const {
 
 // The axes through the centroid of the outline.
 void sectionpicture::drawaxes(QPainter& p) const {
-    double area = 0, sx = 0, sy = 0;
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        const auto& polygon = outline[i];
-        const double sign = i > 0 && type != dlprofile ? -1 : 1;
-        double a = 0, x = 0, y = 0;
-        for (std::size_t k = 0; k < polygon.size(); ++k) {
-            const point2 from = polygon[k], to = polygon[(k + 1) % polygon.size()];
-            const double cross = from.x * to.y - to.x * from.y;
-            a += cross / 2;
-            x += (from.x + to.x) * cross / 6;
-            y += (from.y + to.y) * cross / 6;
-        }
-        const double turn = a < 0 ? -sign : sign;
-        area += turn * a;
-        sx += turn * x;
-        sy += turn * y;
-    }
-    const double x = sx / area, y = sy / area, over = 10 / scale;
+    const auto [x, y] = sectioncentroid(type, outline);
+    const double over = 10 / scale;
     QPen pen(palette().color(QPalette::Text), 0.8, Qt::CustomDashLine);
     pen.setDashPattern({10, 4, 2, 4});
     p.setPen(pen);

@@ -15,6 +15,7 @@
 #include "post/shapes.h"
 #include "tools/Graphics.h"
 #include "tools/drafttools.h"
+#include "tools/groupsection.h"
 #include "tools/patchmesh.h"
 #include "tools/pointentry.h"
 #include "tools/qualitypicture.h"
@@ -38,6 +39,7 @@ void wiremodules() {
     wiresingleelem();
     wirepost();
     wireexchange();
+    wiregroupsections();
     wiredialogs();
     wiresteps();
 }

@@ -10,18 +10,25 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "view/drawelems.h"
+#include "view/drawsupports.h"
+#include "view/elementarrows.h"
+#include "view/fieldsymbols.h"
+#include "view/labels.h"
 #include "view/localaxes.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
+#include "view/symbolstyle.h"
 #include "view/thinning.h"
 
-static colour shown(colour c) {
-    return drawcolor == backcolor ? backcolor : c;
-}
+namespace {
+struct stroke {
+    point2 from, tip;
+};
+}  // namespace
 
 // A stroke from node n along global axis 0..2, length in scaled units.
-static void nodestroke(surface& s, int n, int axis, double length, int nview, colour c) {
+static stroke nodestroke(surface& s, int n, int axis, double length, int nview, colour c) {
     setnode(n, nview);
     projectpoint(nview);
     const double x = scrx, y = scry;
@@ -29,6 +36,7 @@ static void nodestroke(surface& s, int n, int axis, double length, int nview, co
     *along[axis] = float(*along[axis] + length);
     projectpoint(nview);
     s.line(x, y, scrx, scry, c);
+    return {{x, y}, {scrx, scry}};
 }
 
 static bool isnode(int n) {
@@ -36,13 +44,14 @@ static bool isnode(int n) {
 }
 
 void drawconstraints(int nview) {
+    if (symbolsdrawn.field) return drawsupports(nview);
     surface* const s = target(nview);
     if (ncon == 0 || s == nullptr) return;
     const keptpen pen(s);
     const onplane plane(*s, planes::constraints);
     prepareview(nview);
     const bool small = isovercontour(nview);
-    const double unit = small ? unitveclen / 2 : unitveclen;
+    const double unit = small ? symbollength() / 2 : symbollength();
     s->drawwidth = small ? 1 : 2;
     // Of each direction by itself: a support that holds three is seen as such.
     std::vector<thinning> strokes(7, thinning(vieww, viewh, leastspacing(nview)));
@@ -83,28 +92,55 @@ static double largestload(int lc, double factor) {
     return most;
 }
 
+// The end of a load: its heads, where loads have them, and its number, where that is asked for.
+// Of those that begin and point alike some have them; the strokes cover each other as they are.
+static void drawend(surface& s, const stroke& drawn, int dof, double value, thinning& heads) {
+    const bool moment = dof > 3;
+    const colour c = shown(moment ? momcolor : loadcolor);
+    if (!heads.accepts(drawn.tip.x, drawn.tip.y)) return;
+    if (symbolsdrawn.field) drawheads(s, drawn.from, drawn.tip, moment ? 2 : 1, c);
+    drawvalue(s, drawn.tip, value, c);
+}
+
 static void drawnodalloads(surface& s, int lc, double factor, double maxload, int nview) {
+    const double closest = 0.1;  // centimetres between the ends of two loads
+    thinning heads(vieww, viewh, closest);
     for (int i = 1; i <= loadnode(lc, 0); ++i) {
         const int dof = loaddof(lc, i);
         if (dof < 1 || dof > 6 || !isnode(loadnode(lc, i))) continue;
         const bool moment = dof > 3;
-        const double unit = moment ? 2 * unitveclen : unitveclen;
-        nodestroke(s, loadnode(lc, i), (dof - 1) % 3, factor * (loadval(lc, i) * unit / maxload),
-                   nview, shown(moment ? momcolor : loadcolor));
+        const double unit = moment ? 2 * symbollength() : symbollength();
+        const double value = factor * loadval(lc, i);
+        const stroke drawn = nodestroke(s, loadnode(lc, i), (dof - 1) % 3,
+                                        factor * (loadval(lc, i) * unit / maxload), nview,
+                                        shown(moment ? momcolor : loadcolor));
+        if (value != 0 && (symbolsdrawn.field || symbolsdrawn.values))
+            drawend(s, drawn, dof, value, heads);
     }
 }
 
 static void drawelementrows(int lc, double factor, double maxload, int nview) {
+    // Of each direction by itself, as two of them on one element are both to be seen.
+    std::vector<arrowroom> taken(3, arrowroom(vieww, viewh));
     for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
         if (!iselementrow(lc, i)) continue;
+        const int e = int(elemload(lc, i, 0)), k = int(elemload(lc, i, 1)) - 1;
         const double value = factor * elementvalue(lc, i);
-        localaxes(int(elemload(lc, i, 0)));
+        localaxes(e);
         const double* const axes[] = {localx, localy, localz};
-        const double* const axis = axes[int(elemload(lc, i, 1)) - 1];
-        const double length = unitveclen * value / maxload;
+        const double* const axis = axes[k];
+        const double length = symbollength() * value / maxload;
+        if (symbolsdrawn.field) {
+            drawelementarrows(e, {axis, length, value, shown(loadcolor)}, taken[std::size_t(k)],
+                              nview);
+            continue;
+        }
         setpoint(nview, axisorigin[0], axisorigin[1], axisorigin[2]);
         const float from[3] = {curx, cury, curz};
         drawstroke(from, axis, length, nview, shown(loadcolor));
+        if (surface* const s = target(nview);
+            value != 0 && taken[std::size_t(k)].numbers.accepts(scrx, scry))
+            drawvalue(*s, {scrx, scry}, value, shown(loadcolor));
     }
 }
 
@@ -177,16 +213,20 @@ static void drawreactions(surface& s, int nview) {
     for (int n = 1; n <= nnodes(); ++n) longest = std::max(longest, length(n));
     if (longest == 0) return;
     const colour red = rgb(255, 0, 0);
+    thinning heads(vieww, viewh, leastspacing(nview));
     for (int n = 1; n <= nnodes(); ++n) {
         if (length(n) == 0) continue;
         setnode(n, nview);
         projectpoint(nview);
         const double x = scrx, y = scry;
-        curx = float(curx + dispres(0, n, 1) * unitveclen / longest);
-        cury = float(cury + dispres(0, n, 2) * unitveclen / longest);
-        curz = float(curz + dispres(0, n, 3) * unitveclen / longest);
+        curx = float(curx + dispres(0, n, 1) * symbollength() / longest);
+        cury = float(cury + dispres(0, n, 2) * symbollength() / longest);
+        curz = float(curz + dispres(0, n, 3) * symbollength() / longest);
         projectpoint(nview);
         s.line(x, y, scrx, scry, shown(red));
+        if (!heads.accepts(scrx, scry)) continue;
+        if (symbolsdrawn.field) drawheads(s, {x, y}, {scrx, scry}, 1, shown(red));
+        drawvalue(s, {scrx, scry}, length(n), shown(red));
     }
 }
 
@@ -200,7 +240,8 @@ void drawloads(int nview) {
     const keptpen pen(s);
     const onplane plane(*s, planes::loads);
     prepareview(nview);
-    s->drawwidth = 2;
+    s->drawwidth = symbolsdrawn.field ? 1 : 2;
+    s->font = nodelabelfont;
     if (viewloads(activecase).checked) {
         drawcase(*s, curlc, 1, largestload(curlc, 1), nview);
         drawwater(*s, curlc, nview);

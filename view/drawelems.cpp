@@ -11,9 +11,12 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "view/labels.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
+#include "view/solids.h"
 #include "view/symbols.h"
+#include "view/symbolstyle.h"
 #include "view/thinning.h"
 
 double segx1, segy1, segx2, segy2;
@@ -59,8 +62,11 @@ static void labelnode(surface& s) {
     if (kind <= nonodelabels) return;
     s.font = nodelabelfont;
     s.textcolor = drawcolor == backcolor ? backcolor : nodelabelcolor;
-    s.moveto(scrx, scry);
-    s.text(kind == nodenumbers ? numbertext(nodecurrent) : nodename(nodecurrent));
+    const std::string label = kind == nodenumbers ? numbertext(nodecurrent) : nodename(nodecurrent);
+    point2 corner{scrx, scry};
+    if (symbolsdrawn.apart && !placelabel(s, label, corner, corner)) return;
+    s.moveto(corner.x, corner.y);
+    s.text(label);
 }
 
 void drawnode(int nview) {
@@ -69,7 +75,8 @@ void drawnode(int nview) {
     nodesize = smallnode;
     s->fillcolor = drawcolor;
     s->circle(scrx, scry, nodesize / 4 * 3, drawcolor);
-    if (nview == 1) labelnode(*s);
+    // A selected one has its label already, in the place that was found for it.
+    if (nview == 1 && !(symbolsdrawn.apart && drawcolor == selcolor)) labelnode(*s);
 }
 
 // A dot of the model's own nodes.
@@ -192,7 +199,11 @@ void drawelementlabel(int e, int nview) {
     s->textcolor = drawcolor == backcolor ? backcolor : c;
     const auto begins = [](char byte) { return (byte & 0xC0) != 0x80; };  // a character, in UTF-8
     const double length = double(std::ranges::count_if(label, begins));
-    s->moveto(scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0);
+    point2 corner{scrx - labelsize * (length / 2) / 50, scry - labelsize / 25.0};
+    if (symbolsdrawn.apart &&
+        (drawcolor == selcolor || !placelabel(*s, label, {scrx, scry}, corner)))
+        return;
+    s->moveto(corner.x, corner.y);
     const bool overfaces = isovercontour(nview) || mnudrawlist(hiddenline).checked;
     if (!s->fillsolid && overfaces) clearunder(*s, label);
     s->text(label);
@@ -276,7 +287,7 @@ void drawelement(int e, int nview) {
     if (elnn == 0) return;
     s->drawwidth = elnn == 2 ? 2 : 1;
     if (elnn == 2) s->fillcolor = meshcolor;
-    drawelementoutline(e, nview);
+    if (!drawsolid(e, nview, nullptr)) drawelementoutline(e, nview);
     s->drawwidth = 1;
     drawelementlabel(e, nview);
     if (mnudrawlist(nodesdrawn).checked &&

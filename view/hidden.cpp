@@ -15,6 +15,7 @@
 #include "view/localaxes.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
+#include "view/solids.h"
 #include "view/surface.h"
 
 Flag shadingon(true);
@@ -114,12 +115,21 @@ static direction directionoflight() {
     return {std::cos(a) * std::cos(b), std::sin(a) * std::cos(b), std::sin(b)};
 }
 
+static direction directionofeye() {
+    return {viewcamera.coshcosv, viewcamera.sinhcosv, viewcamera.sinv};
+}
+
 // The facet's normal is turned to the eye; a line element is lit by its first local axis.
 static colour shadeofelement(int e, const direction& light, const direction& eye) {
     localaxes(e);
     const double* const normal = nodesoftype(elems(e, 0)) == 2 ? localx : localz;
     const double side = eye.dot(normal) < 0 ? -1 : 1;
     return shadeof(side * light.dot(normal));
+}
+
+// Of a side of a solid, whose normal points outwards.
+static colour shadeofside(const double* normal) {
+    return shadingon ? shadeof(directionoflight().dot(normal)) : hidcolor;
 }
 
 // --- the pass -----------------------------------------------------------------------------------
@@ -139,23 +149,25 @@ void drawfacet(int e, int nview) {
     const auto row = elems.row(e);
     const int elnn = nodesoftype(row[0]);
     if (elnn == 0) return;
-    if (elnn <= 2) {
+    if (elnn <= 2 && !(elnn == 2 && issolid(e, nview))) {
         drawelement(e, nview);
         return;
     }
     const keptpen pen(s);
     if (elemlabeltype(elementcolours).checked) drawcolor = s->fillcolor = groupcolor(egroup(e));
     const colour fill = s->fillcolor;
-    const double pixels = s->pixpercm();
-    point2 corner[4];
-    for (int k = 0; k < elnn; ++k) {
-        setnode(int(row[std::size_t(k + 1)]), nview);
-        projectpoint(nview);
-        corner[k] = {std::floor(pixels * scrx) / pixels, std::floor(pixels * scry) / pixels};
-    }
     s->fillsolid = true;
-    // Outlines side by side would leave nothing of the shading.
-    s->polygon(corner, elnn, isoutlined(corner, elnn, nview) ? drawcolor : fill);
+    if (!drawsolid(e, nview, shadeofside)) {
+        const double pixels = s->pixpercm();
+        point2 corner[4];
+        for (int k = 0; k < elnn; ++k) {
+            setnode(int(row[std::size_t(k + 1)]), nview);
+            projectpoint(nview);
+            corner[k] = {std::floor(pixels * scrx) / pixels, std::floor(pixels * scry) / pixels};
+        }
+        // Outlines side by side would leave nothing of the shading.
+        s->polygon(corner, elnn, isoutlined(corner, elnn, nview) ? drawcolor : fill);
+    }
     if (mnudrawlist(nodesdrawn).checked) drawelementnodes(e, nview);
     drawelementlabel(e, nview);  // in the inverse of the filling
 }
@@ -166,7 +178,7 @@ static void drawfacets(int nview) {
     prepareview(nview);
     sortdepth(nview);
     const direction light = directionoflight();
-    const direction eye{viewcamera.coshcosv, viewcamera.sinhcosv, viewcamera.sinv};
+    const direction eye = directionofeye();
     const keptpen pen(s);
     const colour outline = drawcolor;
     const bool axes = mnuSettingsItem(localaxison).checked;

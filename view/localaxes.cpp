@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
+#include "view/symbolstyle.h"
 
 double axisorigin[3], localx[3], localy[3], localz[3];
 Flag axesonly(false);
@@ -117,9 +118,9 @@ void drawlocalaxes(int e, int nview) {
     const float origin[3] = {float(axisorigin[0] * scale), float(axisorigin[1] * scale),
                              float(axisorigin[2] * scale)};
     const bool erase = drawcolor == backcolor;
-    drawstroke(origin, localx, unitveclen, nview, erase ? backcolor : rgb(255, 0, 0));
-    drawstroke(origin, localy, unitveclen, nview, erase ? backcolor : rgb(0, 255, 0));
-    drawstroke(origin, localz, unitveclen, nview, erase ? backcolor : rgb(0, 0, 255));
+    drawstroke(origin, localx, symbollength(), nview, erase ? backcolor : rgb(255, 0, 0));
+    drawstroke(origin, localy, symbollength(), nview, erase ? backcolor : rgb(0, 255, 0));
+    drawstroke(origin, localz, symbollength(), nview, erase ? backcolor : rgb(0, 0, 255));
 }
 
 void drawendrelease(int e, int end, int nview) {
@@ -144,7 +145,7 @@ void drawendrelease(int e, int end, int nview) {
     for (int dof = 1; dof <= 6; ++dof) {
         if (endrelease(e, end, dof) != 1) continue;
         const colour c = dof <= 3 ? concolor : rotcolor;
-        drawstroke(at, axes[(dof - 1) % 3], unitveclen, nview,
+        drawstroke(at, axes[(dof - 1) % 3], symbollength(), nview,
                    drawcolor == backcolor ? backcolor : c);
     }
 }

@@ -12,10 +12,13 @@
 #include "core/session.h"
 #include "view/drawconditions.h"
 #include "view/drawelems.h"
+#include "view/grouplegend.h"
 #include "view/hidden.h"
+#include "view/labels.h"
 #include "view/localaxes.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
+#include "view/symbolstyle.h"
 
 static const int smoothlimit = 20000;  // nodes or elements from which edges are not smoothed
 
@@ -172,6 +175,12 @@ static void wireresultlayers() {
         layers::endreleases, planes::results,
         [](int) { return mnuSettingsItem(endreleaseson).checked && !ishidden(); }, drawallreleases);
     setlayer(layers::extremes, planes::results, always, nullptr);
+    setlayer(
+        layers::grouplegend, planes::results,
+        [](int v) {
+            return v == 1 && symbolsdrawn.legend && elemlabeltype(elementcolours).checked;
+        },
+        [](int v) { drawgrouplegend(v); });
 }
 
 static void wiremarklayers() {
@@ -239,6 +248,7 @@ void drawview(int nview) {
     setdispscale(nview);
     s->smooth = nelems() < smoothlimit && nnodes() < smoothlimit;
     s->clear(backcolor);
+    freelabels();
     for (int i = 0; i < int(layers::selectedpatches); ++i) drawlayer(layers(i), nview);
     drawcolor = selcolor;
     drawselection(nview);

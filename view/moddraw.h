@@ -28,7 +28,8 @@ enum class layers {
     elementstress,
     localaxes,
     endreleases,
-    extremes,  // marks of the highest and lowest value of a plot
+    extremes,     // marks of the highest and lowest value of a plot
+    grouplegend,  // colours of the groups with their names
     selectedpatches,
     selectedelements,
     selectednodes,

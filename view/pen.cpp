@@ -24,3 +24,7 @@ keptpen::~keptpen() {
     on->fillcolor = filling;
     on->erasing = erasing;
 }
+
+colour shown(colour c) {
+    return drawcolor == backcolor ? backcolor : c;
+}

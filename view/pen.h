@@ -35,3 +35,6 @@ class onplane {
   private:
     surface& on;
 };
+
+// A symbol's colour, or that of the background while drawcolor erases.
+colour shown(colour c);

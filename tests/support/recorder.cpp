@@ -18,6 +18,7 @@
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
+#include "view/symbolstyle.h"
 
 namespace fs = std::filesystem;
 
@@ -127,6 +128,7 @@ sessionroom::sessionroom() {
     wirelayers();
     start(folder);
     notesaved();
+    symbolsdrawn = {};
     previewbuffers = false;  // what the test before may have left
     stressglobal = 0;
     commenttext.clear();

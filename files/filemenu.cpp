@@ -354,6 +354,16 @@ bool exitprompt(closemodes mode) {
     return true;
 }
 
+bool logoutprompt() {
+    if (!isunsaved()) return true;
+    messagebox box;
+    box.text = "The session ends. Save the model?";
+    box.set = buttons::yesnocancel;
+    box.icon = icons::question;
+    const answers answer = theplatform().show(box);
+    return answer == answers::no || (answer == answers::yes && savebeforeexit());
+}
+
 bool menuexit() {
     return askandend(buttons::yesnocancel);
 }

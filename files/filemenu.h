@@ -50,5 +50,8 @@ enum class closemodes { user, system };
 // program. False, and the program stays, when the question was put aside by Esc, or when the user
 // wanted to save and that failed.
 bool exitprompt(closemodes mode);
+// The desktop ends the session: asks what becomes of unsaved work and leaves the rest to the
+// desktop. False where the session is to go on.
+bool logoutprompt();
 // The Exit item: the same with Cancel. True when the program is to end.
 bool menuexit();

@@ -6,6 +6,8 @@ buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspe
   libsuitesparse-dev libopenblas-dev libgtest-dev zlib1g-dev fonts-dejavu-core libqt6svg6"
 # The screen and the hands of tests/window, and a solver that takes the decks of tests/exchange.
 testpackages="xvfb xdotool calculix-ccx"
+# What looks the packages over.
+packingpackages="dpkg-dev lintian appstream desktop-file-utils xz-utils"
 
 needpackages() {
     missing=""

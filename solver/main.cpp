@@ -34,7 +34,8 @@ static const char usage[] =
     "  --2d           x and y alone\n"
     "\n"
     "Progress goes to standard output, faults to standard error, the whole story to BASE.log.\n"
-    "Exit code: 0 results are complete, 1 there are none.\n";
+    "Exit code: 0 results are complete, 1 there are none, 2 the command line is wrong.\n";
+static const int wrongusage = 2;
 
 namespace {
 struct arguments {
@@ -144,7 +145,7 @@ int main(int count, char** words) {
         [](const runtimeerror& e) {
             std::fprintf(stderr, "feiflu: %s\n", visible(e.what).c_str());
         });
-    if (!understood) return 1;
+    if (!understood) return wrongusage;
     if (a.help || a.version) {
         std::fputs(a.help ? usage : "feiflu " KALVANE_VERSION "\n", stdout);
         return 0;

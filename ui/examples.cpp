@@ -2,6 +2,7 @@
 // The shipped data and the user's copies of the examples.
 #include "ui/examples.h"
 
+#include <QProcess>
 #include <algorithm>
 #include <filesystem>
 #include <set>
@@ -66,4 +67,13 @@ void openpointed(const std::string& path) {
     choice.path = path;
     recordfile(choice, {});
     guarded([&] { askandopen(path); }, fallback);
+}
+
+void openmodels(const QStringList& files) {
+    if (files.empty()) return;
+    openpointed(files.first().toStdString());
+    for (const QString& file : files.mid(1))
+        if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), {file}))
+            theplatform().message("No further window could be started for " + file.toStdString(),
+                                  icons::exclamation);
 }

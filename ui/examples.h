@@ -2,6 +2,7 @@
 // The examples that come with the program, and the opening of a model that is pointed at.
 #pragma once
 
+#include <QStringList>
 #include <string>
 
 // Directory that holds demo and examples as they were shipped: installed, beside the program, or of
@@ -13,3 +14,5 @@ std::string examplesfolder();
 
 // Opens a model that the user points at: a recent one, an example, a file that was dropped.
 void openpointed(const std::string& path);
+// Several: each but the first in a window of its own, as a window holds one model.
+void openmodels(const QStringList& files);

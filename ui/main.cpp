@@ -3,8 +3,10 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QSessionManager>
 #include <QTextStream>
 #include <QTimer>
+#include <optional>
 
 #include "core/appdir.h"
 #include "core/journal.h"
@@ -15,6 +17,7 @@
 #include "files/saveset.h"
 #include "files/solverlock.h"
 #include "ui/dialogs.h"
+#include "ui/examples.h"
 #include "ui/icons.h"
 #include "ui/mainwindow.h"
 #include "ui/qtplatform.h"
@@ -24,6 +27,9 @@
 #include "ui/theme.h"
 #include "view/setviews.h"
 
+// Exit codes beside 0.
+static const int notdone = 1, wrongusage = 2;
+
 static int playscript(const QString& file) {
     theqtplatform().scripted = true;
     scriptplayer player;
@@ -32,12 +38,67 @@ static int playscript(const QString& file) {
     deletecontrolfile();
     endrecovery();
     if (!good) QTextStream(stderr) << onterminal(player.fault) << "\n";
-    return good ? 0 : 1;
+    return good ? 0 : notdone;
 }
 
-static int refusestart(const QString& reason) {
+static int refusestart(const QString& reason, int code = notdone) {
     QTextStream(stderr) << "kalvane: " << onterminal(reason) << "\n";
-    return 1;
+    if (code == wrongusage) QTextStream(stderr) << "kalvane --help tells the usage\n";
+    return code;
+}
+
+static const char* const usage =
+    "kalvane: finite-element workbench\n"
+    "\n"
+    "usage: kalvane [--theme dark|light] [FILE...]\n"
+    "       kalvane --script FILE\n"
+    "       kalvane --help | --version\n"
+    "\n"
+    "FILE is a model (.tek) or a file of another program that File, Open reads; each further one\n"
+    "opens in a window of its own.\n"
+    "  --script FILE   play the commands of FILE without pauses and exit\n"
+    "  --theme NAME    colours of the window: dark or light; none: those of the desktop\n"
+    "  -h, --help      this text\n"
+    "  -v, --version   the version\n"
+    "\n"
+    "KALVANE_HOME names the directory of catalogue and settings.\n"
+    "Exit code: 0 done, 1 it could not be done, 2 the command line is wrong.\n";
+
+namespace {
+struct wanted {
+    QString script;
+    QStringList files;
+    std::optional<int> code;  // nothing is to be started: the program ends with it
+};
+}  // namespace
+
+static wanted readarguments(const QStringList& words) {
+    wanted w;
+    QCommandLineParser arguments;
+    const QCommandLineOption help(QStringList{"h", "help"}), version(QStringList{"v", "version"});
+    arguments.addOptions({help, version, {"script", "", "file"}, {"theme", "", "theme"}});
+    const auto refused = [&w](const QString& reason) {
+        w.code = refusestart(reason, wrongusage);
+        return w;
+    };
+    if (!arguments.parse(words)) return refused(arguments.errorText());
+    if (arguments.isSet(help) || arguments.isSet(version)) {
+        QTextStream(stdout) << (arguments.isSet(help) ? usage : "kalvane " KALVANE_VERSION "\n");
+        w.code = 0;
+        return w;
+    }
+    const QString theme = arguments.value("theme");
+    if (arguments.isSet("theme") && !settheme(theme))
+        return refused("--theme takes dark or light, not \"" + theme + "\"");
+    w.files = arguments.positionalArguments();
+    const QString script = arguments.value("script");
+    if (arguments.isSet("script") && script.isEmpty())
+        return refused("--script takes the name of a file");
+    if (arguments.isSet("script") && !w.files.empty())
+        return refused("a script is played alone, not also " + w.files.first());
+    for (QString& file : w.files) file = QFileInfo(file).absoluteFilePath();
+    if (!script.isEmpty()) w.script = QFileInfo(script).absoluteFilePath();
+    return w;
 }
 
 // The home that is asked for, made where it is missing. False after a line or a box that says why
@@ -68,31 +129,15 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(KALVANE_VERSION);
     QApplication::setWindowIcon(programicon());
 
-    QCommandLineParser arguments;
-    arguments.setApplicationDescription("Finite-element workbench");
-    arguments.addHelpOption();
-    arguments.addVersionOption();
-    arguments.addOption({"script", "Play <file> without pauses and exit.", "file"});
-    arguments.addOption({"theme", "Colours of the window: <dark> or <light>.", "theme"});
-    arguments.addPositionalArgument("model", "Model to open (.tek).", "[model]");
-    arguments.process(application);
-    if (const QString theme = arguments.value("theme"); !theme.isEmpty() && !settheme(theme))
-        return refusestart("--theme takes dark or light, not " + theme);
-    const QStringList models = arguments.positionalArguments();
-    const QString script = arguments.value("script");
-    if (arguments.isSet("script") && script.isEmpty())
-        return refusestart("--script takes the name of a file");
-    if (models.size() > (arguments.isSet("script") ? 0 : 1))
-        return refusestart("one model or one script can be opened, not also " + models.last());
-    const QString scriptpath = script.isEmpty() ? script : QFileInfo(script).absoluteFilePath();
-    QString model = models.value(0);
-    if (!model.isEmpty()) model = QFileInfo(model).absoluteFilePath();
+    const wanted arguments = readarguments(QApplication::arguments());
+    if (arguments.code) return *arguments.code;
+    const QString scriptpath = arguments.script, model = arguments.files.value(0);
 
     setplatform(&theqtplatform());
     theqtplatform().scripted = !scriptpath.isEmpty();
     wiremodules();
     loadspringpictures();
-    if (!startsession()) return 1;
+    if (!startsession()) return notdone;
     notesaved();
     deletecontrolfile();  // of a window that was killed
     sweepfolder(appdir + "/");
@@ -102,11 +147,13 @@ int main(int argc, char** argv) {
     wirerecovery();
     offerrecovery();
     if (!scriptpath.isEmpty()) return playscript(scriptpath);
-    if (!model.isEmpty())
-        QTimer::singleShot(0, &window, [&] {
-            const step s("Open");
-            openfile(model.toStdString());
-        });
+    if (!model.isEmpty()) QTimer::singleShot(0, &window, [&] { openmodels(arguments.files); });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
+                     [](QSessionManager& desktop) {
+                         // Without a word to the user the copy of unsaved work has to do.
+                         if (desktop.allowsInteraction() && !logoutprompt()) desktop.cancel();
+                         desktop.release();
+                     });
     const int code = QApplication::exec();
     endrecovery();
     return code;

@@ -148,6 +148,28 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     EXPECT_EQ(nnodes(), 24) << "a paste that does not fit leaves the model as it was";
 }
 
+TEST(Filemenu, ALogoutAsksForUnsavedWorkAlone) {
+    filledroom room;
+    notesaved();
+    EXPECT_TRUE(logoutprompt());
+    EXPECT_TRUE(room.platform.messages.empty());
+    noteunsaved();
+    const struct {
+        answers answer;
+        bool chosen, ends;  // a name for the model; the session
+    } cases[] = {{answers::cancel, false, false},
+                 {answers::no, false, true},
+                 {answers::yes, false, false},
+                 {answers::yes, true, true}};
+    for (const auto& c : cases) {
+        room.platform.answerqueue = {c.answer};
+        if (c.chosen) room.platform.filequeue.push_back({true, room.file("kept.tek"), 2});
+        EXPECT_EQ(logoutprompt(), c.ends);
+        EXPECT_FALSE(room.platform.ended) << "the desktop ends it";
+    }
+    EXPECT_TRUE(fs::exists(room.file("kept.tek")));
+}
+
 TEST(Filemenu, ExitSavesOrStays) {
     filledroom room;
     room.platform.answerqueue = {answers::yes};

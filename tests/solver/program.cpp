@@ -320,8 +320,8 @@ TEST(Program, CommandLineTellsItself) {
         const char* words;
     } rows[] = {{"--help", 0, "--model BASE"},
                 {"--version", 0, "feiflu "},
-                {"--modle x", 1, "--modle"},
-                {"--model", 1, "--model"}};
+                {"--modle x", 2, "--modle"},
+                {"--model", 2, "--model"}};
     for (const auto& row : rows) {
         std::string said;
         EXPECT_EQ(runfeiflu(row.arguments, said), row.code) << row.arguments;

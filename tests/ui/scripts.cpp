@@ -30,7 +30,8 @@ TEST(Program, ControlCharactersOfAModelReachNoTerminal) {
     EXPECT_NE(said.find("\\x1b[31m"), said.npos) << said;
 }
 
-// Whatever keeps the program from its work is one line on standard error and exit code 1.
+// Whatever keeps the program from its work is told on standard error, with exit code 1, or 2 for a
+// command line that is none.
 TEST(Program, TellsWhyItCanNotBegin) {
     namespace fs = std::filesystem;
     const playroom room(false);
@@ -42,12 +43,16 @@ TEST(Program, TellsWhyItCanNotBegin) {
         const char *what, *program, *home;
         QStringList arguments;
         const char* said;
+        int code = 1;
     } cases[] = {
         {"no home", KALVANE_PROGRAM, "play.kds/home", {"--script", "play.kds"}, "can not be made"},
         {"no catalogue", "bin/kalvane", "home", {"--script", "play.kds"}, "ELTYP.DAT not found"},
         {"no script", KALVANE_PROGRAM, "home2", {"--script", "none.kds"}, "can not be read"},
-        {"no name", KALVANE_PROGRAM, "home2", {"--script", ""}, "the name of a file"},
-        {"two", KALVANE_PROGRAM, "home2", {"--script", "play.kds", "m.tek"}, "not also m.tek"},
+        {"no name", KALVANE_PROGRAM, "home2", {"--script", ""}, "the name of a file", 2},
+        {"two", KALVANE_PROGRAM, "home2", {"--script", "play.kds", "m.tek"}, "m.tek", 2},
+        {"no option", KALVANE_PROGRAM, "home2", {"--colour"}, "colour", 2},
+        {"no theme", KALVANE_PROGRAM, "home2", {"--theme", "red"}, "dark or light", 2},
+        {"help", KALVANE_PROGRAM, "none", {"--help"}, "Exit code", 0},
         {"no such cell", KALVANE_PROGRAM, "home2", {"--script", "cell.kds"}, "line 1"},
     };
     writefile((room.folder / "cell.kds").string(), "expect nodes(0,99999999,0) 0\n");
@@ -60,8 +65,10 @@ TEST(Program, TellsWhyItCanNotBegin) {
         program.setWorkingDirectory(QString::fromStdString(room.folder));
         program.start(QString::fromStdString(room.folder / c.program), c.arguments);
         ASSERT_TRUE(program.waitForFinished(60000)) << c.what;
-        EXPECT_EQ(program.exitCode(), 1) << c.what;
-        const std::string said = program.readAllStandardError().toStdString();
+        EXPECT_EQ(program.exitCode(), c.code) << c.what;
+        const QByteArray told =
+            c.code == 0 ? program.readAllStandardOutput() : program.readAllStandardError();
+        const std::string said = told.toStdString();
         EXPECT_NE(said.find(c.said), said.npos) << c.what << ": " << said;
     }
 }

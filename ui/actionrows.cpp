@@ -4,6 +4,9 @@
 
 #include "ui/actions.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "core/model.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -37,6 +40,7 @@
 #include "ui/steps.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
+#include "view/symbolstyle.h"
 
 using actionrows = std::vector<action>;
 using command = std::function<void()>;
@@ -113,6 +117,9 @@ static bool isfree() {
     return !menulock;
 }
 
+static const char* const locked = "Not while an analysis runs";
+static const char* const noelements = "No element is selected";
+
 static bool isattributable() {
     return !isheld() && (nodesel(0) != 0 || elemsel(0) != 0);
 }
@@ -164,6 +171,7 @@ static action selectrow(int i, const char* caption, const char* icon,
     action row = mark(
         "MnuSelectItem", i, caption, MnuSelectItem, i, [i] { toggleselect(i); }, icon);
     row.enabled = enabledof(MnuSelectItem, i);
+    row.why = "The mode that runs picks other items; ESC ends it";
     row.places = std::move(places);
     return row;
 }
@@ -179,6 +187,7 @@ static action addrow(int i, const char* caption, const char* icon, command run,
     row.places = std::move(places);
     row.checked = checkof(Mnuadditem, i);
     row.enabled = enabledof(Mnuadditem, i);
+    row.why = "Not in the mode that runs; ESC ends it";
     return row;
 }
 
@@ -208,6 +217,7 @@ static action steprow(const char* name, const char* caption, const char* keys, i
     row.run = [back] { stepby(1, back); };
     row.places = {{"editbar", order, back ? "stepbackbutton" : "stepforwardbutton"}};
     row.enabled = [back] { return isfree() && !stepnames(back).empty(); };
+    row.why = back ? "Nothing was done yet" : "Nothing was taken back";
     row.list = [back] { return stepnames(back); };
     row.runlisted = [back](int count) { stepby(count, back); };
     return row;
@@ -253,7 +263,8 @@ static void addfile(actionrows& t) {
             .run = savenow,
             .places = {{"filebar", 3}},
             .enabled = isfree,
-            .tip = "Save the model under its name"}});
+            .tip = "Save the model under its name",
+            .why = locked}});
     addto(t, "", "print",
           {
               {"printpreviewbutton",
@@ -300,7 +311,8 @@ static void addedit(actionrows& t) {
                .keys = "Ctrl+Shift+L",
                .run = playfile,
                .places = {{"scriptbar/recordbutton", 1}},
-               .enabled = isfree},
+               .enabled = isfree,
+               .why = locked},
           });
     addto(t, "&Edit", "edit",
           {
@@ -308,7 +320,8 @@ static void addedit(actionrows& t) {
                .caption = "Undo",
                .icon = "undo",
                .run = editundo,
-               .enabled = enabledof(mnuEditItem, 0)},
+               .enabled = enabledof(mnuEditItem, 0),
+               .why = "No move or paste that can be taken back; Step Back goes further"},
               {"mnuEditItem(1)",
                "Delete",
                "delete",
@@ -352,24 +365,28 @@ static void addedit(actionrows& t) {
                .caption = "Nodal Loads or Constraints",
                .run = attributes(attributemodes::constraints),
                .places = {{modify, 11}},
-               .enabled = isattributable},
+               .enabled = isattributable,
+               .why = "No node or element is selected"},
               {.name = "modifypop(1)",
                .caption = "Element Loads",
                .run = attributes(attributemodes::elementloads),
                .places = {{modify, 12}},
-               .enabled = iselementselected},
+               .enabled = iselementselected,
+               .why = noelements},
               {.name = "modifypop(2)",
                .caption = "Element properties",
                .run = modifyselection,
                .places = {{modify, 13}},
                .enabled = iselementselected,
-               .topic = "edit"},
+               .topic = "edit",
+               .why = noelements},
               {.name = "modifypop(3)",
                .caption = "Graphic Properties",
                .run = modifyselection,
                .places = {{modify, 14}},
                .enabled = isgraphicselected,
-               .topic = "edit"},
+               .topic = "edit",
+               .why = "No graphic element is selected"},
           });
 }
 
@@ -465,7 +482,8 @@ static void addadd(actionrows& t) {
                 .places = {{"draftbar", place++}},
                 .checked = [&tool] { return isdrafting(tool); },
                 .enabled = [] { return !isheld(); },
-                .tip = tool.tip}});
+                .tip = tool.tip,
+                .why = locked}});
 }
 
 static void adddefine(actionrows& t) {
@@ -587,6 +605,65 @@ static void addviewtools(actionrows& t) {
         });
 }
 
+// How things are drawn beside the plain way.
+static action drawnrow(const char* name, const char* caption, int order, bool symbolstyle::*on,
+                       const char* tip) {
+    action row;
+    row.name = name;
+    row.caption = caption;
+    row.run = [on] {
+        symbolsdrawn.*on = !(symbolsdrawn.*on);
+        theplatform().refresh();
+        redrawall();
+    };
+    row.places = {{"viewbar/symbolsbutton", order}};
+    row.checked = [on] { return symbolsdrawn.*on; };
+    row.tip = tip;
+    row.isswitch = true;
+    return row;
+}
+
+static command sizesymbols(double factor) {
+    return [factor] {
+        const int percent = int(std::lround(symbolsdrawn.size * factor / 5) * 5);
+        symbolsdrawn.size = std::clamp(percent, leastsymbols, mostsymbols);
+        theplatform().refresh();
+        redrawall();
+    };
+}
+
+static void addsymbols(actionrows& t) {
+    using s = symbolstyle;
+    action main = drawnrow("fieldsymbols", "Engineering Symbols", 0, &s::field,
+                           "Supports as pins, rollers and clamps, loads as arrows");
+    main.icon = "constraint";
+    main.places = {{"viewbar", 21, "symbolsbutton"}};
+    addto(t, "", "views",
+          {
+              main,
+              drawnrow("loadvalues", "Values of Loads", 1, &s::values,
+                       "The numbers of loads and imposed movements beside them"),
+              drawnrow("solidmembers", "Solid Members and Plates", 2, &s::solid,
+                       "Members with their section and its rotation, plates with their thickness"),
+              drawnrow("grouplegend", "Legend of Group Colors", 3, &s::legend,
+                       "Names of the groups while elements have the colors of theirs"),
+              drawnrow("labelsapart", "Labels keep apart", 4, &s::apart,
+                       "Labels that would cover each other move aside or stay away"),
+              {"largersymbols",
+               "Larger Symbols",
+               "",
+               "Ctrl+Shift+Up",
+               sizesymbols(1.25),
+               {{"viewbar/symbolsbutton", 11}}},
+              {"smallersymbols",
+               "Smaller Symbols",
+               "",
+               "Ctrl+Shift+Down",
+               sizesymbols(0.8),
+               {{"viewbar/symbolsbutton", 12}}},
+          });
+}
+
 static void addjob(actionrows& t) {
     addto(t, "A&nalyse", "solve",
           {
@@ -651,6 +728,6 @@ static void addinformation(actionrows& t) {
 void fillactions() {
     if (!actions().empty()) return;
     for (const auto add : {addfile, addedit, addselect, addadd, adddefine, addsettings, addview,
-                           addviewtools, addjob, addinformation})
+                           addviewtools, addsymbols, addjob, addinformation})
         add(actions());
 }

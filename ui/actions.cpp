@@ -79,17 +79,37 @@ bool isallowed(const action& row) {
     return row.run && (!row.enabled || row.enabled()) && !islocked(row.menu);
 }
 
+std::string reasonof(const action& row) {
+    if (isallowed(row)) return {};
+    if (!row.run) return "This is not there yet";
+    if (menulock) return "Not while an analysis runs";
+    if (isselectionpending()) return "A window waits for a selection: Enter or ESC brings it back";
+    if (singleel) return "Not while the window of single elements picks nodes";
+    return *row.why ? row.why : "Not possible at present";
+}
+
+static QString tipof(const action& row) {
+    const QString tip =
+        *row.tip ? QString::fromUtf8(row.tip) : QString::fromStdString(plaincaption(row.caption));
+    // Items of the menus show their keys themselves.
+    if (*row.keys == 0 || *row.menu != 0) return tip;
+    return QString("%1 (%2)").arg(tip, QString(row.keys).section(';', 0, 0));
+}
+
+void showallowed(const action& row) {
+    const std::string reason = reasonof(row);
+    row.item->setEnabled(reason.empty());
+    const QString tip = tipof(row);
+    row.item->setToolTip(reason.empty() ? tip : tip + "\n" + QString::fromStdString(reason));
+}
+
 QAction* makeitem(action& row, QObject* parent) {
     auto* const item = new QAction(QString::fromUtf8(row.caption), parent);
     item->setObjectName(QString::fromStdString(row.name));
     if (*row.icon) item->setIcon(iconof(row.icon));
     if (*row.keys) item->setShortcuts(QKeySequence::listFromString(row.keys));
     item->setCheckable(bool(row.checked));
-    if (*row.tip) item->setToolTip(QString::fromUtf8(row.tip));
-    // Items of the menus show their keys themselves.
-    if (*row.keys && *row.menu == 0)
-        item->setToolTip(
-            QString("%1 (%2)").arg(item->toolTip(), QString(row.keys).section(';', 0, 0)));
+    item->setToolTip(tipof(row));
     if (row.run) QObject::connect(item, &QAction::triggered, item, [&row] { runaction(row); });
     row.item = item;
     return item;

@@ -36,6 +36,7 @@ struct action {
     bool isswitch = false;   // what it checks is part of how the session is set
     const char* menu = "";   // captions of the menus above it, joined by "|"
     const char* topic = "";  // of the manual
+    const char* why = "";    // it is not allowed when enabled says so
     QPointer<QAction> item = {};
 };
 std::vector<action>& actions();  // filled by fillactions
@@ -51,6 +52,10 @@ void runaction(const action& row);
 void runlisted(const action& row, int number);  // with an entry of its list, from 1
 // May it be done now?
 bool isallowed(const action& row);
+// Why it may not; empty where it may.
+std::string reasonof(const action& row);
+// Its item is enabled or grey; the tip of a grey one has the reason.
+void showallowed(const action& row);
 // During an analysis, and while a dialog waits for a selection or for nodes, nothing may change the
 // model or its files.
 bool isheld();

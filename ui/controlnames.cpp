@@ -8,7 +8,12 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHash>
+#include <QKeySequence>
 #include <QLabel>
+#include <QPushButton>
+#include <QSet>
+#include <QToolButton>
+#include <algorithm>
 
 #include "ui/controlkinds.h"
 
@@ -101,5 +106,94 @@ void namecontrols(QWidget* window) {
             control->setAccessibleName(name);
             if (!name.isEmpty()) break;
         }
+    }
+}
+
+// --- keys ---------------------------------------------------------------------------------------
+
+static QChar keyof(const QString& caption) {
+    const QString key = QKeySequence::mnemonic(caption).toString();
+    return key.isEmpty() ? QChar() : key.back().toUpper();
+}
+
+// The first letter of a word that no other control has, else any letter of it; -1 for none.
+static int freeletter(const QString& caption, const QSet<QChar>& taken) {
+    const auto isfree = [&](int i) {
+        const QChar c = caption[i];
+        return c.isLetter() && c.unicode() < 128 && !taken.contains(c.toUpper());
+    };
+    for (int i = 0; i < caption.size(); ++i)
+        if ((i == 0 || caption[i - 1] == ' ') && isfree(i)) return i;
+    for (int i = 0; i < caption.size(); ++i)
+        if (isfree(i)) return i;
+    return -1;
+}
+
+// Enter and Esc press these.
+static bool haskeys(const QString& caption) {
+    static const QStringList known = {"OK", "Ok", "Cancel", "Ready", "Close"};
+    return known.contains(caption);
+}
+
+static QLabel* labelof(QLayoutItem* item) {
+    return item ? qobject_cast<QLabel*>(item->widget()) : nullptr;
+}
+
+// The label right before a control in a row of the innermost layout.
+static QLabel* labelbeside(QLayout* layout, QWidget* control) {
+    for (int i = 0; layout && i < layout->count(); ++i) {
+        QLayoutItem* const item = layout->itemAt(i);
+        if (QLabel* const found = labelbeside(item->layout(), control)) return found;
+        if (item->widget() != control) continue;
+        if (auto* const form = qobject_cast<QFormLayout*>(layout))
+            return qobject_cast<QLabel*>(form->labelForField(control));
+        if (auto* const grid = qobject_cast<QGridLayout*>(layout)) {
+            int row = 0, column = 0, rows = 0, columns = 0;
+            grid->getItemPosition(i, &row, &column, &rows, &columns);
+            return column > 0 ? labelof(grid->itemAtPosition(row, column - 1)) : nullptr;
+        }
+        return i > 0 ? labelof(layout->itemAt(i - 1)) : nullptr;
+    }
+    return nullptr;
+}
+
+static void adoptlabels(QWidget* window) {
+    for (QWidget* control : window->findChildren<QWidget*>()) {
+        if (!(control->focusPolicy() & Qt::TabFocus) || qobject_cast<QAbstractButton*>(control))
+            continue;
+        QLabel* const label = labelbeside(control->parentWidget()->layout(), control);
+        if (label && !label->buddy()) label->setBuddy(control);
+    }
+}
+
+void givekeys(QWidget* window) {
+    adoptlabels(window);
+    QList<QWidget*> without;
+    QSet<QChar> taken;
+    for (QWidget* w : window->findChildren<QWidget*>()) {
+        const auto* const label = qobject_cast<QLabel*>(w);
+        const auto* const button = qobject_cast<QAbstractButton*>(w);
+        if (w->window() != window || (!button && !(label && label->buddy()))) continue;
+        if (const auto* tool = qobject_cast<QToolButton*>(w); tool && tool->text().isEmpty())
+            continue;
+        const QString caption = button ? button->text() : label->text();
+        if (const QChar key = keyof(caption); !key.isNull())
+            taken << key;
+        else if (!caption.contains('&') && !haskeys(caption))
+            without << w;
+    }
+    // Where there are more than letters, buttons have theirs first.
+    std::ranges::stable_sort(without, {}, [](const QWidget* w) {
+        return qobject_cast<const QPushButton*>(w) ? 0 : qobject_cast<const QLabel*>(w) ? 2 : 1;
+    });
+    for (QWidget* w : without) {
+        auto* const label = qobject_cast<QLabel*>(w);
+        auto* const button = qobject_cast<QAbstractButton*>(w);
+        QString caption = button ? button->text() : label->text();
+        const int at = freeletter(caption, taken);
+        if (at < 0) continue;
+        taken << caption[at].toUpper();
+        caption.insert(at, '&');
+        button ? button->setText(caption) : label->setText(caption);
     }
 }

@@ -17,6 +17,7 @@
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/pickbutton.h"
 
 static QColor qcolour(colour c) {
     return {redof(c), greenof(c), blueof(c)};
@@ -76,7 +77,7 @@ class groupdialog : public QDialog {
     QStackedWidget* pages;
     QLineEdit *boxes[groupfields + 1], *cells[matrixfields];
     QPushButton *shade, *plane, *springs;
-    QLabel* message;
+    QLabel *message, *count;
 };
 }  // namespace
 
@@ -109,6 +110,9 @@ void groupdialog::addlist(QBoxLayout* rows) {
     connect(list, &QComboBox::activated, this,
             [this](int i) { run([&] { choosegroup(form, i); }); });
     shade = button("Picture1", "Color...", row, [this] { askcolour(); });
+    count = new QLabel(this);
+    count->setObjectName("count");
+    row->addWidget(count);
     button("Command1", "Add", row, [this] { addgroup(form); });
     button("Command2", "Delete", row, [this] { deletegroup(form); });
     rows->addLayout(row);
@@ -181,6 +185,12 @@ void groupdialog::addbuttons(QBoxLayout* rows) {
     auto* const row = new QHBoxLayout;
     springs = button("SPRINGBUT", "", row, [this] { togglesprings(form); });
     button("Command6", "Section...", row, [this] { opensections(); });
+    auto* const pick = new pickbutton(this, 1, [this] {
+        if (const int e = int(elemsel(1)); elemsel(0) > 0 && e > 0)
+            run([&] { choosegroup(form, egroup(e) - 1); });
+    });
+    pick->setToolTip(tr("The group of an element that is selected in a view"));
+    row->addWidget(pick);
     row->addStretch(1);
     button("Command3", "Update", row, [this] { updategroups(form); });
     auto* const ready = newbutton("Command4", "Ready", this, row);
@@ -212,6 +222,12 @@ void groupdialog::showform() {
     swatch.fill(form.all ? Qt::transparent : qcolour(form.shade));
     shade->setIcon(swatch);
     shade->setEnabled(!form.all);
+    int held = 0;
+    for (int e = 1; e <= nelems() && !form.all; ++e)
+        held += elems(e, 0) != 0 && egroup(e) == meshgroup;
+    count->setText(form.all    ? QString()
+                   : held == 1 ? tr("1 element")
+                               : tr("%1 elements").arg(held));
     message->setText(qtext(form.message));
 }
 

@@ -13,6 +13,7 @@
 #include "ui/controls.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
+#include "ui/windowsettings.h"
 
 static std::map<std::string, std::function<QDialog*()>>& makers() {
     static std::map<std::string, std::function<QDialog*()>> table;
@@ -84,10 +85,11 @@ void fallback(const runtimeerror& fault) {
     tellfault(fault);
 }
 
+static const char* const placed = "placed";  // property: it stays where the user has it
+
 void sidedialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    const char* const placed = "placed";
-    if (property(placed).toBool()) return;  // it stays where the user has it
+    if (property(placed).toBool()) return;
     setProperty(placed, true);
     const int gap = 24;  // pixels
     const QRect window = themainwindow->frameGeometry();
@@ -99,12 +101,18 @@ namespace {
 // come back with its inside where its frame was, and walk down by a title bar each time.
 class keptplace : public QObject {
   public:
-    explicit keptplace(QDialog* dialog) : QObject(dialog) { dialog->installEventFilter(this); }
+    explicit keptplace(QDialog* dialog) : QObject(dialog) {
+        dialog->installEventFilter(this);
+        if (restoredialog(*dialog)) dialog->setProperty(placed, true);
+    }
     bool eventFilter(QObject* watched, QEvent* event) override {
         // None any more while it comes apart.
         auto* const dialog = qobject_cast<QDialog*>(watched);
         if (!dialog || event->spontaneous()) return false;
-        if (event->type() == QEvent::Hide) place = dialog->pos();
+        if (event->type() == QEvent::Hide) {
+            place = dialog->pos();
+            rememberdialog(*dialog);
+        }
         if (event->type() == QEvent::Show && place) dialog->move(*place);
         return false;
     }
@@ -128,6 +136,7 @@ void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (!dialog->property(besidemain).toBool()) dialog->setWindowModality(Qt::ApplicationModal);
     namecontrols(dialog);
+    givekeys(dialog);
     dialog->show();
 }
 

@@ -245,20 +245,22 @@ void mainwindow::changeEvent(QEvent* event) {
 
 // --- dropped files -------------------------------------------------------------------------------
 
-static QString modeldropped(const QDropEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    return urls.size() == 1 ? urls.first().toLocalFile() : QString();
+static QStringList filesdropped(const QDropEvent* event) {
+    QStringList files;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (const QString file = url.toLocalFile(); !file.isEmpty()) files << file;
+    return files;
 }
 
 void mainwindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (!menulock && !modeldropped(event).isEmpty()) event->acceptProposedAction();
+    if (!menulock && !filesdropped(event).isEmpty()) event->acceptProposedAction();
 }
 
 // After the drop is over: a question would hold up the window that the file comes from.
 void mainwindow::dropEvent(QDropEvent* event) {
-    const std::string path = modeldropped(event).toStdString();
+    const QStringList files = filesdropped(event);
     event->acceptProposedAction();
-    QTimer::singleShot(0, this, [path] { openpointed(path); });
+    QTimer::singleShot(0, this, [files] { openmodels(files); });
 }
 
 // --- keys and closing ---------------------------------------------------------------------------
@@ -309,6 +311,7 @@ void mainwindow::refresh() {
     refreshing = true;
     refreshmenus();
     if (remembers) rememberfiles(recentfiles());
+    if (remembers) remembersymbols();
     snaplabel->setText(statusofsnap());
     showsteps();
     stalelabel->setVisible(isstaleshown());
@@ -341,6 +344,7 @@ void showmainwindow(mainwindow& window, bool fixedsize) {
     window.setWindowTitle(qname(apptitle + ": " + modelname));
     window.resize(1280, 860);
     window.remembers = !fixedsize;
+    if (!fixedsize) restoresymbols();
     if (!fixedsize) setrecentfiles(rememberedfiles());
     if (!fixedsize) showtoolbars(&window, rememberedtoolbars());
     if (fixedsize || restorewindow(window))

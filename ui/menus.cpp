@@ -58,7 +58,7 @@ static void addtomenu(QMenuBar* bar, action& row) {
         return;
     }
     menu->addAction(makeitem(row, menu));
-    if (*row.tip) menu->setToolTipsVisible(true);
+    menu->setToolTipsVisible(true);
 }
 
 void buildmenus(QMenuBar* bar) {
@@ -76,8 +76,7 @@ static void refreshrecent() {
     for (std::size_t i = recentactions.size(); i < files.size(); ++i) {
         QAction* const item = filemenu->addAction(qname(files[i]).replace("&", "&&"));
         item->setObjectName(QString("mnuFileArray(%1)").arg(i));
-        QObject::connect(item, &QAction::triggered, item,
-                         [i] { openpointed(pathofrecent(i)); });
+        QObject::connect(item, &QAction::triggered, item, [i] { openpointed(pathofrecent(i)); });
         recentactions.push_back(item);
     }
 }
@@ -86,7 +85,7 @@ void refreshmenus() {
     for (const action& row : actions()) {
         if (!row.item) continue;
         if (row.checked) row.item->setChecked(row.checked());
-        row.item->setEnabled(isallowed(row));
+        showallowed(row);
     }
     for (const auto& [path, menu] : built) menu->menuAction()->setEnabled(!islocked(path));
     refreshrecent();

@@ -10,9 +10,11 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "core/model.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/pickbutton.h"
 
 namespace {
 
@@ -37,6 +39,7 @@ class modifydialog : public QDialog {
         mirror = check(rows, "Check2", "Mirror local axes");
         message = newmessageline("message", this, rows);
         auto* const row = new QHBoxLayout;
+        row->addWidget(new pickbutton(this, 1, [this] { picked(); }));
         row->addStretch(1);
         QPushButton* const ok = newbutton("Command1", "OK", this, row);
         ok->setDefault(true);
@@ -44,6 +47,7 @@ class modifydialog : public QDialog {
         connect(newbutton("Command2", "Ready", this, row), &QPushButton::clicked, this,
                 &QDialog::accept);
         rows->addLayout(row);
+        showselected();
     }
 
   private:
@@ -60,6 +64,17 @@ class modifydialog : public QDialog {
         box->setObjectName(name);
         rows->addWidget(box);
         return box;
+    }
+    void picked() {
+        form = openmodifyelem();
+        showlist(fromtype, form.fromtypes, form.fromtype);
+        showlist(fromgroup, form.fromgroups, form.fromgroup);
+        showselected();
+    }
+    void showselected() {
+        const int n = int(elemsel(0));
+        message->setText(n == 1 ? QString("1 element is selected")
+                                : QString("%1 elements are selected").arg(n));
     }
     void apply() {
         form.fromtype = fromtype->currentIndex();

@@ -12,9 +12,12 @@
 #include <QPushButton>
 #include <QShowEvent>
 
+#include "core/session.h"
+#include "loads/presentrows.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/pickbutton.h"
 
 namespace {
 
@@ -37,14 +40,18 @@ class attributedialog : public sidedialog {
         constraints.frame->setObjectName("Constrains");
         constraints.frame->setTitle("Constrains");
         loads.frame->setObjectName("Loads");
+        present = newmessageline("present", this, rows);
         newmessageline("hint", this, rows)->setText(qtext(form.hint));
         rows->addStretch(1);
         auto* const row = new QHBoxLayout;
+        row->addWidget(new pickbutton(this, editelemload ? 1 : 0, [this] { picked(); }));
         row->addStretch(1);
         QPushButton* const apply = newbutton("Command1", "Apply", this, row);
         apply->setDefault(true);
-        connect(apply, &QPushButton::clicked, this,
-                guardedhandler([this](bool) { applyattributes(form); }));
+        connect(apply, &QPushButton::clicked, this, guardedhandler([this](bool) {
+                    applyattributes(form);
+                    present->setText(qtext(presentrows(form)));
+                }));
         connect(newbutton("Command2", "Ready", this, row), &QPushButton::clicked, this,
                 &QDialog::accept);
         rows->addLayout(row);
@@ -56,14 +63,15 @@ class attributedialog : public sidedialog {
 
   private:
     void buildlists(QBoxLayout* rows) {
-        auto* const frame = new QGroupBox(qtext(form.listgroup), this);
+        auto* const frame = selectframe = new QGroupBox(qtext(form.listgroup), this);
         frame->setObjectName("Select");
+        listlabel = new QLabel(qtext(form.listcaption), frame);
         auto* const grid = new QGridLayout(frame);
         items = new QComboBox(frame);
         cases = new QComboBox(frame);
         items->setObjectName("Combo1");
         cases->setObjectName("Combo2");
-        grid->addWidget(new QLabel(qtext(form.listcaption), frame), 0, 0);
+        grid->addWidget(listlabel, 0, 0);
         grid->addWidget(items, 0, 1);
         grid->addWidget(new QLabel(tr("Loadcase:"), frame), 1, 0);
         grid->addWidget(cases, 1, 1);
@@ -73,6 +81,16 @@ class attributedialog : public sidedialog {
         showlist(cases, form.cases, form.chosencase);
         onlist(items, chooseitem);
         onlist(cases, chooseattributecase);
+    }
+
+    void picked() {
+        Initiate(form);
+        form.text.fill("");
+        showlist(items, form.items, form.chosen);
+        listlabel->setText(qtext(form.listcaption));
+        selectframe->setTitle(qtext(form.listgroup));
+        showform();
+        shown().box[0]->setFocus();
     }
 
     void buildfields(fieldgroup& group, const char* name, QBoxLayout* rows) {
@@ -119,10 +137,13 @@ class attributedialog : public sidedialog {
         loads.frame->setVisible(!form.constraintgroup);
         showfields(constraints, constraintlabel);
         showfields(loads, form.loadlabel);
+        present->setText(qtext(presentrows(form)));
     }
 
     attributeform form;
     QComboBox *items, *cases;
+    QGroupBox* selectframe;
+    QLabel *listlabel, *present;
     fieldgroup constraints, loads;
 };
 }  // namespace

@@ -58,8 +58,10 @@ void showsteps() {
         const QString what =
             names.empty() ? QObject::tr("nothing to take") : QString::fromStdString(names.front());
         row->item->setEnabled(isallowed(*row));
+        const std::string reason = reasonof(*row);
         row->item->setToolTip(
-            QString("%1: %2 (%3)").arg(row->caption, what, QString(row->keys).section(';', 0, 0)));
+            QString("%1: %2 (%3)").arg(row->caption, what, QString(row->keys).section(';', 0, 0)) +
+            (reason.empty() ? QString() : "\n" + QString::fromStdString(reason)));
     }
 }
 

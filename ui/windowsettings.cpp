@@ -2,12 +2,15 @@
 // The file of the window's settings.
 #include "ui/windowsettings.h"
 
+#include <QDialog>
 #include <QDir>
 #include <QFileInfo>
 #include <QMainWindow>
 #include <algorithm>
 
 #include "core/session.h"
+#include "ui/mainwindow.h"
+#include "view/symbolstyle.h"
 
 QSettings windowsettings() {
     return QSettings(QDir(QString::fromStdString(appdir)).filePath("window.ini"),
@@ -24,6 +27,22 @@ void rememberwindow(const QMainWindow& window) {
     QSettings kept = windowsettings();
     kept.setValue("window/state", window.saveState());
     kept.setValue("window/geometry", window.saveGeometry());
+}
+
+static QString keyofdialog(const QDialog& dialog) {
+    return "dialogs/" + dialog.objectName();
+}
+
+bool restoredialog(QDialog& dialog) {
+    if (!themainwindow || !themainwindow->remembers || dialog.objectName().isEmpty()) return false;
+    return dialog.restoreGeometry(windowsettings().value(keyofdialog(dialog)).toByteArray());
+}
+
+void rememberdialog(const QDialog& dialog) {
+    if (!themainwindow || !themainwindow->remembers || dialog.objectName().isEmpty()) return;
+    const QByteArray place = dialog.saveGeometry();
+    QSettings kept = windowsettings();
+    if (kept.value(keyofdialog(dialog)) != place) kept.setValue(keyofdialog(dialog), place);
 }
 
 static QStringList keptfiles() {
@@ -48,4 +67,31 @@ void rememberfiles(const std::vector<std::string>& files) {
         if (!list.contains(QString::fromStdString(file))) list << QString::fromStdString(file);
     if (list != keptfiles())
         windowsettings().setValue("recent", list.last(std::min(most, list.size())));
+}
+
+static const struct {
+    const char* key;
+    bool symbolstyle::*on;
+} symbolkeys[] = {{"symbols/engineering", &symbolstyle::field},
+                  {"symbols/values", &symbolstyle::values},
+                  {"symbols/solid", &symbolstyle::solid},
+                  {"symbols/legend", &symbolstyle::legend},
+                  {"symbols/apart", &symbolstyle::apart}};
+static const char* const symbolsizekey = "symbols/size";
+
+void restoresymbols() {
+    const QSettings kept = windowsettings();
+    for (const auto& [key, on] : symbolkeys)
+        symbolsdrawn.*on = kept.value(key, symbolsdrawn.*on).toBool();
+    const int size = kept.value(symbolsizekey, symbolsdrawn.size).toInt();
+    if (size >= leastsymbols && size <= mostsymbols) symbolsdrawn.size = size;
+}
+
+void remembersymbols() {
+    static symbolstyle written;
+    if (written == symbolsdrawn) return;
+    written = symbolsdrawn;
+    QSettings kept = windowsettings();
+    for (const auto& [key, on] : symbolkeys) kept.setValue(key, symbolsdrawn.*on);
+    kept.setValue(symbolsizekey, symbolsdrawn.size);
 }

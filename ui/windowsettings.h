@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+class QDialog;
 class QMainWindow;
 
 QSettings windowsettings();
@@ -16,4 +17,10 @@ bool restorewindow(QMainWindow& window);
 void rememberwindow(const QMainWindow& window);
 // The list of recent files: the last ones of all windows, as far as they are still there.
 std::vector<std::string> rememberedfiles();
+// Size and place of a dialog under its name; false where nothing is remembered.
+bool restoredialog(QDialog& dialog);
+void rememberdialog(const QDialog& dialog);
+// How symbols are drawn.
+void restoresymbols();
+void remembersymbols();
 void rememberfiles(const std::vector<std::string>& files);

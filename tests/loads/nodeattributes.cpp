@@ -2,6 +2,7 @@
 // Constraints and loads of a selection: the rewrite of rows, captions by mode and load case, the
 // symbols on show, and what is refused.
 #include "loads/nodeattributes.h"
+#include "loads/presentrows.h"
 
 #include <algorithm>
 #include <random>
@@ -283,6 +284,32 @@ TEST(Attributes, TheFirstRowMakesTheFirstLoadCase) {
     applysingload(form, 2);
     EXPECT_EQ(nlc(), 1);
     EXPECT_EQ(loads(1), (std::vector<conrow>{{2, 1, 5}}));
+}
+
+TEST(Attributes, TheSelectionsRowsAreToldInWords) {
+    sessionroom room;
+    for (int n = 1; n <= 4; ++n) addnode(float(n), 0, 0);
+    ncon = 4;
+    for (int i = 1; i <= 4; ++i) {
+        connode(i) = i == 4 ? 0 : i;  // the last is a hole
+        condof(i) = i == 3 ? 6 : 1;
+        conval(i) = i == 2 ? 1.5f : 0;
+    }
+    nodesel(0) = 3;
+    for (int i = 1; i <= 3; ++i) nodesel(i) = i;
+    editconstraint = true;
+    attributeform form = openattributes();
+    EXPECT_EQ(presentrows(form), "At present: Dx 0 to 1.5 at 2 of 3, Rz 0 at 1 of 3");
+    form.chosen = 2;
+    EXPECT_EQ(presentrows(form), "At present: Dx 1.5");
+    closeattributes(form);
+    EXPECT_EQ(presentrows(form), "") << "no mode";
+    editnodalload = true;
+    EXPECT_EQ(presentrows(openattributes()), "At present: nothing");
+    editnodalload = false;
+    editelemload = true;
+    EXPECT_EQ(presentrows(openattributes()), "") << "no element is selected";
+    editelemload = false;
 }
 
 TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {

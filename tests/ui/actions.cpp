@@ -44,6 +44,40 @@ TEST(Actions, EveryRowIsWhole) {
     EXPECT_GT(names.size(), 110u);
 }
 
+// Whatever makes an item grey, its tip says so.
+TEST(Actions, AGreyItemTellsWhy) {
+    const sessionroom room;
+    mainwindow window;
+    window.ending = true;
+    int grey = 0;
+    for (const auto& [lock, text] :
+         {std::pair(&menulock, "an analysis"), std::pair(&singleel, "picks nodes"),
+          std::pair(static_cast<Flag*>(nullptr), "")}) {
+        if (lock) *lock = true;
+        window.refresh();
+        if (lock) *lock = false;
+        for (const action& row : actions()) {
+            if (*row.caption == 0) continue;
+            EXPECT_TRUE(!row.enabled || *row.why) << row.name;
+            const std::string tip = row.item->toolTip().toStdString();
+            const bool told = tip.find('\n') != tip.npos && tip.back() != '\n';
+            EXPECT_EQ(told, !row.item->isEnabled()) << row.name << ": " << tip;
+            if (row.item->isEnabled()) continue;
+            EXPECT_NE(tip.find(text), tip.npos) << row.name << ": " << tip;
+            ++grey;
+        }
+    }
+    EXPECT_GT(grey, 100);
+    std::multiset<std::string> twice;  // keys that two entries of one menu have
+    for (const QMenu* menu : window.findChildren<QMenu*>()) {
+        std::set<QString> keys;
+        for (const QAction* item : menu->actions())
+            if (const QString key = QKeySequence::mnemonic(item->text()).toString(); !key.isEmpty())
+                if (!keys.insert(key).second) twice.insert(item->text().toStdString());
+    }
+    EXPECT_TRUE(twice.empty()) << *twice.begin();
+}
+
 static void pressf1(QWidget* w) {
     presskey(w, Qt::Key_F1);
     QApplication::processEvents();

@@ -218,6 +218,78 @@ TEST(Mainwindow, EveryControlHasANameAndItsOwnKey) {
     }
 }
 
+// Esc closes each window, Enter presses one button at most; each button has a key, and each choice
+// as far as the letters go.
+TEST(Mainwindow, EveryDialogTakesEnterEscAndKeys) {
+    windowroom room;
+    int keys = 0;
+    for (const std::string& name : dialognames()) {
+        QDialog* const dialog = room.open(name);
+        int defaults = 0;
+        QSet<QString> taken;
+        for (const auto* w : dialog->findChildren<QWidget*>())
+            if (const QString key =
+                    QKeySequence::mnemonic(w->property("text").toString()).toString();
+                !key.isEmpty())
+                taken << key.right(1);
+        for (const auto* b : dialog->findChildren<QAbstractButton*>()) {
+            const auto* const push = qobject_cast<const QPushButton*>(b);
+            defaults += push && push->isDefault();
+            const QString text = b->text();
+            if (!b->isVisible() || text.isEmpty() || qobject_cast<const QToolButton*>(b)) continue;
+            if (QStringList{"OK", "Ok", "Cancel", "Ready", "Close"}.contains(text)) continue;
+            keys += text.contains('&');
+            const bool spent = !push && std::ranges::all_of(text.toUpper(), [&](QChar c) {
+                return !c.isLetter() || taken.contains(c);
+            });
+            EXPECT_TRUE(text.contains('&') || spent) << name << " " << text.toStdString();
+        }
+        EXPECT_LE(defaults, 1) << name;
+        const QPointer<QDialog> open(dialog);
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(dialog, &escape);
+        QApplication::processEvents();
+        EXPECT_FALSE(open && open->isVisible()) << name;
+    }
+    EXPECT_GT(keys, 60);
+}
+
+TEST(Mainwindow, ADialogComesBackInItsSizeAndPlace) {
+    windowroom room;
+    room.window.remembers = true;
+    QDialog* const first = room.open("nodeattributes");
+    first->setGeometry(40, 60, first->width() + 50, first->height() + 30);
+    const QRect left = first->geometry();
+    first->accept();
+    QApplication::processEvents();
+    EXPECT_EQ(room.open("nodeattributes")->geometry(), left);
+}
+
+// The window goes while one selects, and knows the selection when it is back.
+TEST(Mainwindow, AWindowThatPicksShowsWhatWasPicked) {
+    windowroom room;
+    setplatform(&room.platform);
+    for (int n = 1; n <= 3; ++n) addnode(float(n), 0, 0);
+    connode(1) = 3;
+    condof(1) = 2;
+    ncon = 1;
+    editconstraint = true;
+    QDialog* const dialog = room.open("nodeattributes");
+    dialog->findChild<QPushButton*>("Pick")->click();
+    EXPECT_FALSE(dialog->isVisible());
+    nodesel(0) = 2;
+    nodesel(1) = 1;
+    nodesel(2) = 3;
+    EXPECT_TRUE(endpendingselection());
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(dialog->findChild<QComboBox*>("Combo1")->count(), 3) << "the selection and its two";
+    EXPECT_EQ(dialog->findChild<QLabel*>("present")->text(), "At present: Dy 0 at 1 of 2");
+    dialog->findChild<QLineEdit*>("Text1(1)")->setText("0");
+    emit dialog->findChild<QLineEdit*>("Text1(1)")->textEdited("0");
+    dialog->findChild<QPushButton*>("Command1")->click();
+    EXPECT_EQ(dialog->findChild<QLabel*>("present")->text(), "At present: Dy 0 at 2 of 2");
+}
+
 // A text with a tag, left to guess, would be a page whose pictures are fetched.
 TEST(Mainwindow, NoLabelTakesATextForAPage) {
     windowroom room;
@@ -325,7 +397,8 @@ TEST(Mainwindow, TheTablesOfNumbersShowAllTheirTabsAndRows) {
 TEST(Mainwindow, ADialogThatIsGoneWaitsForNoSelection) {
     windowroom room;
     const std::pair<const char*, const char*> waiting[] = {
-        {"viewcontrol", "Select"}, {"Soptions", "Select"}, {"mesh2d", "Edge(0)"}};
+        {"viewcontrol", "Select"},  {"Soptions", "Select"}, {"mesh2d", "Edge(0)"},
+        {"nodeattributes", "Pick"}, {"modifyelem", "Pick"}, {"defgroup", "Pick"}};
     for (const auto& [name, button] : waiting) {
         QDialog* const dialog = room.open(name);
         dialog->findChild<QAbstractButton*>(button)->click();

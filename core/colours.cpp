@@ -3,6 +3,7 @@
 #include "core/colours.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/model.h"
 
@@ -12,6 +13,13 @@ colour nodelabelcolor, elemlabelcolor;
 colour drawcolor;
 labelfont nodelabelfont, elemlabelfont;
 int labelsize = 8;
+
+colour mixed(colour a, colour b, double share) {
+    const auto part = [share](int from, int to) {
+        return int(std::lround(from + share * (to - from)));
+    };
+    return rgb(part(redof(a), redof(b)), part(greenof(a), greenof(b)), part(blueof(a), blueof(b)));
+}
 
 colour invertcolor(colour c) {
     const auto turned = [](int part) { return std::min(256 - part, 255); };

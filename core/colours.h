@@ -23,6 +23,8 @@ constexpr int blueof(colour c) {
 // RGB(256 - r, 256 - g, 256 - b), each held within 255.
 colour invertcolor(colour c);
 
+colour mixed(colour a, colour b, double share);  // share 0..1 of b
+
 extern colour linecolor, backcolor, meshcolor, nodecolor, patchcolor, selcolor, freecolor,
     graphcolor, concolor, rotcolor, loadcolor, momcolor, edgecolor, defcolor, hidcolor;
 extern colour nodelabelcolor, elemlabelcolor;

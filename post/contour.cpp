@@ -9,6 +9,7 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "post/legendlook.h"
 #include "post/postproces.h"
 #include "post/stressfile.h"
 
@@ -16,17 +17,18 @@ int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
 bool indexautoscale = true;
 double scalemax, scalemin;
 int postset, postgroup = 1, postcount;
-bool evenpalette, markextremes, valueatpointer;
+bool markextremes, valueatpointer;
+int indexcolors = 10;
 double indexmax = 1, indexmin = -1;
 cornervalue highest, lowest;
 int unfilled;
 
-static array1<float> tencolors() {
+static array1<float> allcolors() {
     array1<float> list;
-    list.alloc(indexcolors - 1);
+    list.alloc(mostbands - 1);
     return list;
 }
-array1<float> indexcolor = tencolors();
+array1<float> indexcolor = allcolors();
 
 bool iscontour() {
     return menupostItem(contourplot).checked;
@@ -60,17 +62,17 @@ int bandof(double value) {
     return indexcolors - 1;
 }
 
-// Ten colours at even distances along a path in CIELAB (D65): blue, green, gold, each lighter than
-// the one before, so that order and steps are seen, in print and by the colour-blind too; the
-// lightest still stands out from white paper.
-static const colour evencolors[indexcolors] = {
-    rgb(14, 57, 133),  rgb(14, 75, 125), rgb(18, 101, 129), rgb(23, 132, 135), rgb(27, 155, 128),
-    rgb(30, 170, 109), rgb(83, 181, 86), rgb(143, 188, 72), rgb(195, 193, 69), rgb(243, 195, 81)};
+// Line elements have the colours of bands, also each as a whole.
+bool showsbands() {
+    return contourfilled || iselementstress();
+}
 
-// Indexcolor from the settings or the even palette.
 static void fillpalette() {
-    for (int k = 0; k < indexcolors; ++k)
-        indexcolor(k) = float(evenpalette ? evencolors[k] : groupshow(k));
+    const double largest = std::max(std::fabs(indexmax), std::fabs(indexmin));
+    for (int k = 0; k < indexcolors; ++k) {
+        const double middle = showsbands() ? (bandbound(k) + bandbound(k + 1)) / 2 : levelof(k);
+        indexcolor(k) = float(legendcolour(k, indexcolors, middle, largest));
+    }
 }
 
 // --- values -------------------------------------------------------------------------------------
@@ -140,6 +142,11 @@ void contourscale() {
     }
     if (highest.e == 0) indexmin = indexmax = 0;
     if (indexmax == indexmin) spreadindex();
+    if (const auto limits = legendlimits()) {
+        indexmax = limits->high;
+        indexmin = limits->low;
+        return;
+    }
     if (indexautoscale) return;
     indexmax = std::max(scalemax, scalemin);
     indexmin = std::min(scalemax, scalemin);
@@ -175,9 +182,10 @@ static bool preparestress() {
 bool prepareplot() {
     plotprepared = false;
     if (!iscontour() && !iselementstress()) return false;
-    fillpalette();
     if (plotsstress() ? !preparestress() : !fieldread || fieldisnoise) return false;
+    indexcolors = lookoflegend().bands;
     contourscale();
+    fillpalette();
     plotprepared = true;
     return true;
 }

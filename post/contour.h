@@ -21,17 +21,17 @@ enum plottedset { setofall, setofgroup, setofselection };
 extern int postset;               // plottedset; but for all elements those with elemflag
 extern int postgroup, postcount;  // the group; elements in the set
 
-// Beyond the choices of the dialog: an evenly stepped palette in place of the settings' one, marks
-// at the highest and lowest value, and the value under the pointer.
-extern bool evenpalette, markextremes, valueatpointer;
+// Beyond the choices of the dialog: marks at the highest and lowest value, and the value under the
+// pointer.
+extern bool markextremes, valueatpointer;
 
 // The scale in use. The painters and the legend read it.
-const int indexcolors = 10;
+extern int indexcolors;  // bands or lines of the legend; ten unless it was edited
 extern double indexmax, indexmin;
-extern array1<float> indexcolor;  // (0..9) colours, lowest first
-double bandbound(int k);          // lower bound of band k = 0..9; 10 gives indexmax
-double levelof(int k);            // value of contour line k = 0..9, both bounds included
-int bandof(double value);         // 0..9; -1 outside the scale
+extern array1<float> indexcolor;  // (0..mostbands-1) colours, lowest first
+double bandbound(int k);          // lower bound of band k from 0; indexcolors gives indexmax
+double levelof(int k);            // value of contour line k from 0, both bounds included
+int bandof(double value);         // from 0; -1 outside the scale
 
 // A place of the plot.
 struct cornervalue {
@@ -55,6 +55,7 @@ bool prepareplot();
 void retryresults();
 bool plotready();  // the last prepareplot succeeded
 
+bool showsbands();       // the legend's colours fill bands; else they are those of lines
 bool plotsstress();      // stresses are coloured, not displacements
 bool iscontour();        // "Contour plot" is checked
 bool iselementstress();  // "Element Stress " is checked

@@ -16,6 +16,7 @@
 #include "core/views.h"
 #include "post/components.h"
 #include "post/contour.h"
+#include "post/legendlook.h"
 #include "post/postproces.h"
 #include "view/surface.h"
 
@@ -33,11 +34,6 @@ std::string plotlabel() {
     static const char* const displacements[] = {"Displacement", "DX", "DY", "DZ"};
     return showsdisplacement() ? displacements[dispcontour]
                                : stresscomponents[stresscomp - 1].label;
-}
-
-// Line elements have the colours of bands, also each as a whole.
-static bool showsbands() {
-    return contourfilled || iselementstress();
 }
 
 static std::string componenttext() {
@@ -76,7 +72,8 @@ static std::vector<std::string> labelsof(const std::vector<double>& values, int 
 
 // As many decimals as tell neighbouring values apart.
 static std::vector<std::string> shortlabels(const std::vector<double>& values) {
-    const int fewest = 2, most = 6;
+    const int fewest = 2, most = mostdecimals, wanted = lookoflegend().decimals;
+    if (wanted >= 0) return labelsof(values, wanted);
     for (int decimals = fewest;; ++decimals) {
         std::vector<std::string> labels = labelsof(values, decimals);
         if (decimals == most || std::ranges::adjacent_find(labels) == labels.end()) return labels;
@@ -174,8 +171,15 @@ namespace {
 struct scaleplace {
     double left, top, row, labelx, labelwidth;
     double boxtop(int k) const { return top + (indexcolors - 1 - k) * row; }
+    double bottom() const { return top + indexcolors * row; }
 };
 }  // namespace
+
+// Labels that would stand in each other are left out, but for those of the bounds.
+static bool haslabel(int k, int last, double row, double line) {
+    const int apart = std::max(1, int(std::ceil(0.9 * line / row)));
+    return k == last || (k % apart == 0 && last - k >= apart);
+}
 
 static void drawlevels(surface& s, const legendtext& t, const scaleplace& at) {
     const double line = s.textheight();
@@ -184,21 +188,42 @@ static void drawlevels(surface& s, const legendtext& t, const scaleplace& at) {
         s.drawwidth = 2;
         s.line(at.left, y, at.left + boxwidth, y, colour(indexcolor(k)));
         s.drawwidth = 1;
-        put(s, at.labelx, y - line / 2, fitted(s, t.labels[std::size_t(k)], at.labelwidth));
+        if (haslabel(k, indexcolors - 1, at.row, line))
+            put(s, at.labelx, y - line / 2, fitted(s, t.labels[std::size_t(k)], at.labelwidth));
     }
 }
 
 static void drawbands(surface& s, const legendtext& t, const scaleplace& at) {
-    const double half = s.textheight() / 2;
+    const double line = s.textheight();
     for (int k = 0; k < indexcolors; ++k)
         drawbox(s, at.left, at.boxtop(k), boxwidth, at.row, colour(indexcolor(k)));
     for (int k = 0; k <= indexcolors; ++k)
-        put(s, at.labelx, at.boxtop(k - 1) - half,
-            fitted(s, t.labels[std::size_t(k)], at.labelwidth));
-    s.box(at.left, at.top, at.left + boxwidth, at.top + indexcolors * at.row, elemlabelcolor);
+        if (haslabel(k, indexcolors, at.row, line))
+            put(s, at.labelx, at.boxtop(k - 1) - line / 2,
+                fitted(s, t.labels[std::size_t(k)], at.labelwidth));
+    s.box(at.left, at.top, at.left + boxwidth, at.bottom(), elemlabelcolor);
 }
 
-void drawlegendon(surface& s, double left, double top, double width, double height) {
+static scaleplace drawn;      // of the legend on the screen
+static double drawnline = 0;  // height of its letters
+
+legendparts legendpartat(double x, double y) {
+    if (!legendshown() || x < drawn.left || y < drawn.top - drawnline) return legendparts::none;
+    if (y > drawn.bottom() + drawnline) return legendparts::none;
+    if (x < drawn.left + boxwidth) return legendparts::scale;
+    // With lines the bounds stand in the middle of their rows.
+    const double in = showsbands() ? drawnline / 2 : drawn.row / 2 + drawnline / 2;
+    if (y < drawn.top + in) return legendparts::most;
+    return y > drawn.bottom() - in ? legendparts::least : legendparts::scale;
+}
+
+legendfield fieldoflegend(legendparts part) {
+    const double half = showsbands() ? 0 : drawn.row / 2;
+    const double middle = part == legendparts::most ? drawn.top + half : drawn.bottom() - half;
+    return {drawn.labelx, middle - drawnline / 2, drawn.labelwidth, drawnline};
+}
+
+static scaleplace drawscale(surface& s, double left, double top, double width, double height) {
     const legendtext t = makelegend();
     usefont(s);
     const double line = s.textheight(), inner = width - 2 * margin;
@@ -217,7 +242,12 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
         drawbands(s, t, at);
     else
         drawlevels(s, t, at);
-    put(s, at.labelx, at.top + indexcolors * at.row + line / 2, t.tail);
+    put(s, at.labelx, at.bottom() + line / 2, t.tail);
+    return at;
+}
+
+void drawlegendon(surface& s, double left, double top, double width, double height) {
+    drawscale(s, left, top, width, height);
 }
 
 void drawlegend() {
@@ -225,7 +255,8 @@ void drawlegend() {
     surface* const s = theplatform().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);
-    if (legendshown()) drawlegendon(*s, 0, 0, s->width(), s->height());
+    if (legendshown()) drawn = drawscale(*s, 0, 0, s->width(), s->height());
+    drawnline = s->textheight();
     s->show();
 }
 

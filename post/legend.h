@@ -25,6 +25,14 @@ void drawlegend();
 // On a surface, in the rectangle from its top left corner, centimetres.
 void drawlegendon(surface& s, double left, double top, double width, double height);
 
+// What lies at a place of the legend on the screen, centimetres: its bounds can be typed over.
+enum class legendparts { none, scale, most, least };
+legendparts legendpartat(double x, double y);
+struct legendfield {
+    double left, top, width, height;
+};
+legendfield fieldoflegend(legendparts part);  // where most or least stands
+
 std::string plotlabel();               // "SX", "VM", "DX": the component in short
 std::string shorttext(double value);   // four digits that count
 std::string plotnumber(double value);  // the same; what is nothing beside the scale is 0

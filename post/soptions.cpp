@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "edit/selection.h"
 #include "post/contour.h"
+#include "post/legendlook.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
 
@@ -21,7 +22,8 @@ static void markgroup() {
 void showsoptions(soptionsform& form) {
     form.maximum = numbertext(scalemax);
     form.minimum = numbertext(scalemin);
-    form.message.clear();
+    form.message =
+        legendlimits() ? "The limits set on the legend hold until Auto or Manual is chosen" : "";
     if (postgroup < 1 || postgroup > ngroups()) postgroup = 1;
     if (postset == setofgroup) markgroup();
     form.group = postgroup - 1;
@@ -62,6 +64,7 @@ void chooseaxes(int global) {
 
 void choosescale(soptionsform& form, bool automatic) {
     indexautoscale = automatic;
+    droplegendlimits();
     form.message.clear();
     if (automatic || scalemax != scalemin) return;
     if (!plotready()) {
@@ -123,6 +126,7 @@ bool storesoptions(soptionsform& form) {
     else if (most < least)
         form.message = "Maximum is below Minimum";
     if (!form.message.empty()) return indexautoscale;  // its boxes are locked: no way to mend them
+    if (!indexautoscale && (most != scalemax || least != scalemin)) droplegendlimits();
     scalemax = most;
     scalemin = least;
     return true;

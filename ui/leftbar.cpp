@@ -88,6 +88,8 @@ void mainwindow::buildlegend(QVBoxLayout* rows) {
     legendrows->setContentsMargins(2, 2, 2, 2);
     legend = new legendwidget(legendframe);
     legendrows->addWidget(legend);
+    swatches = new paletteswatches(legendframe);
+    legendrows->addWidget(swatches);
     rows->addWidget(legendframe);
 
     switches = new plotswitches(leftbar);
@@ -215,6 +217,7 @@ void mainwindow::refreshresults() {
     legendframe->setVisible(legendshown());
     switches->setVisible(legendshown());
     switches->refresh();
+    swatches->refresh();
     legendframe->setTitle(QString::fromStdString(makelegend().title));
 }
 

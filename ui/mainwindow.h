@@ -22,6 +22,7 @@ class QVBoxLayout;
 class QToolButton;
 class legendwidget;
 class startpage;
+class paletteswatches;
 class plotswitches;
 class viewwidget;
 struct surface;
@@ -82,6 +83,7 @@ class mainwindow : public QMainWindow {
               *modes = nullptr;
     QGroupBox *modegroup = nullptr, *legendframe = nullptr, *commentframe = nullptr;
     legendwidget* legend = nullptr;
+    paletteswatches* swatches = nullptr;
     QLineEdit* modenumber = nullptr;
     QPlainTextEdit* comment = nullptr;
     QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr,

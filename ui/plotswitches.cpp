@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Even palette, marks, value at the pointer.
+// Marks, value at the pointer.
 #include "ui/plotswitches.h"
 
 #include <QBoxLayout>
@@ -18,7 +18,6 @@ struct plotswitch {
 }  // namespace
 
 static const plotswitch switches[] = {
-    {"evenpalette", "Even Palette", "Colours in even steps of brightness", &evenpalette},
     {"markextremes", "Marks", "Mark the highest and the lowest value", &markextremes},
     {"valueatpointer", "Value at Pointer", "Show the value under the pointer", &valueatpointer},
 };

@@ -13,5 +13,5 @@ class plotswitches : public QWidget {
     void refresh();  // as the session has them
 
   private:
-    std::array<QCheckBox*, 3> boxes{};
+    std::array<QCheckBox*, 2> boxes{};
 };

@@ -17,6 +17,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "post/contour.h"
+#include "post/legendlook.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
@@ -259,7 +260,9 @@ static void addresults(valuetable& table) {
         NAMED(postset),
         NAMED(postgroup),
         NAMED(postcount),
-        NAMED(evenpalette),
+        {"legendpalette",
+         computed([] { return std::string(palettes()[std::size_t(lookoflegend().palette)].name); })},
+        {"legendbands", computed([] { return numbertext(lookoflegend().bands); })},
         NAMED(markextremes),
         NAMED(valueatpointer),
         {"slabel3", computed(plottext)},

@@ -22,6 +22,7 @@
 #include "core/views.h"
 #include "edit/outcome.h"
 #include "files/saveset.h"
+#include "ui/legendwidget.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/qtplatform.h"
@@ -328,8 +329,7 @@ const std::vector<scriptverb> verbs = {
      }},
     {"cells", 4, "cells WINDOW GRID ROW COL [TOP LEFT BOTTOM RIGHT]...",
      [](player, line l) { markcells(l.words[1], l.words[2], l.words.mid(3)); }},
-    {"mark", 2, "mark WINDOW GRID",
-     [](player, line l) { markviews(l.words[1], l.words[2]); }},
+    {"mark", 2, "mark WINDOW GRID", [](player, line l) { markviews(l.words[1], l.words[2]); }},
     {"fill", 4, "fill WINDOW GRID COL VALUE",
      [](player, line l) { fillcells(l.words[1], l.words[2], l.words[3].toInt(), rest(l, 4)); }},
     {"paste", 3, "paste WINDOW GRID \"TEXT\"",
@@ -347,6 +347,11 @@ const std::vector<scriptverb> verbs = {
      }},
     {"window", 1, "window FILE.png",
      [](player p, line l) { savepicture(windowpicture(), p.inscript(rest(l, 1))); }},
+    {"legend", 1, "legend max|min|auto|palette|bands|decimals [VALUE]",
+     [](player, line l) {
+         QString fault;
+         if (!changelegend(l.words[1], rest(l, 2), fault)) refuse(fault);
+     }},
     {"print", 1, "print NAME...", [](player, line l) { print(l.words.mid(1)); }},
     {"expect", 2, "expect NAME VALUE [TOL]",
      [](player, line l) {

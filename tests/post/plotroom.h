@@ -36,7 +36,7 @@ struct plotroom : sessionroom {
         contourfilled = stresscomp = 1;
         stressaverage = stressglobal = 0;
         indexautoscale = true;
-        evenpalette = markextremes = valueatpointer = false;
+        markextremes = valueatpointer = false;
         scalemax = scalemin = 0;
         retryresults();
         viewhor(1) = viewvert(1) = 0;

@@ -7,6 +7,7 @@
 #include "core/session.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/linelabels.h"
 #include "post/painters.h"
 #include "post/probe.h"
 #include "view/drawelems.h"
@@ -78,10 +79,28 @@ void postdispatch(int nview) {
     {
         const keptpen pen(s);
         s->drawwidth = 1;
+        drawghost(nview);
         undeformed = isdeformed() ? 0 : 1;
+        beginlinelabels();
         drawcontour(nview);
+        drawlinelabels(nview);
     }
     drawlegend();
+}
+
+bool ghoston;
+
+// Paler than the mesh, so that the shape stands out from it.
+void drawghost(int nview) {
+    surface* const s = target(nview);
+    if (s == nullptr || !ghoston || !isdeformed()) return;
+    const keptpen pen(s);
+    prepareview(nview);
+    undeformed = 1;
+    drawcolor = mixed(meshcolor, backcolor, 0.65);
+    s->drawwidth = 1;
+    for (int e = 1; e <= nelems(); ++e)
+        if (elems(e, 0) != 0 && isshown(e, nview)) drawelementoutline(e, nview);
 }
 
 // --- line elements ------------------------------------------------------------------------------

@@ -8,3 +8,7 @@
 void postdispatch(int nview);
 void drawcontour(int nview);  // its elements
 void drawelementstress(int nview);
+
+// The undeformed model in pale outlines beside a shape, while the switch is on.
+extern bool ghoston;
+void drawghost(int nview);

@@ -9,6 +9,7 @@
 #include "core/model.h"
 #include "core/views.h"
 #include "post/contour.h"
+#include "post/linelabels.h"
 #include "view/scaleview.h"
 #include "view/surface.h"
 
@@ -40,13 +41,17 @@ static spot between(int i, int j, double t) {
     return {a.x + t * (b.x - a.x), a.y + t * (b.y - a.y), a.z + t * (b.z - a.z)};
 }
 
-static point2 project(const spot& p, int nview) {
+static placedpoint placed(const spot& p, int nview) {
     const double scale = viewscale(nview);
-    return project(viewcamera, {float(scale * p.x), float(scale * p.y), float(scale * p.z)}).at;
+    return project(viewcamera, {float(scale * p.x), float(scale * p.y), float(scale * p.z)});
+}
+
+static point2 project(const spot& p, int nview) {
+    return placed(p, nview).at;
 }
 
 void prepareelement(int e, int nview) {
-    const float factor = float(1 - undeformed) * dispscale(nview);
+    const float factor = shapefactor(nview);
     const int corners = nodesoftype(elems(e, 0));
     for (int c = 1; c <= corners; ++c) {
         en[c] = int(elems(e, c));
@@ -98,8 +103,10 @@ static void drawlevel(surface& s, int nview, double level, colour c, const int* 
         if (std::find(found, found + count, p) == found + count) found[count++] = p;
     }
     if (count < 2) return;
-    const point2 a = project(found[0], nview), b = project(found[1], nview);
-    s.line(a.x, a.y, b.x, b.y, c);
+    const placedpoint a = placed(found[0], nview), b = placed(found[1], nview);
+    s.line(a.at.x, a.at.y, b.at.x, b.at.y, c);
+    notelinepiece(level, {(a.at.x + b.at.x) / 2, (a.at.y + b.at.y) / 2},
+                  (a.turned.w + b.turned.w) / 2);
 }
 
 void paintlines(int nview, int corners) {

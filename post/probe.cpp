@@ -27,8 +27,7 @@ point2 cornerplace(int e, int corner, int nview) {
     return {scrx, scry};
 }
 
-// Contours lie in view 1, the stress of line elements in all.
-static bool isplottedin(int nview) {
+bool isplottedin(int nview) {
     return plotready() && (iselementstress() || (iscontour() && nview == 1));
 }
 
@@ -40,21 +39,22 @@ struct hit : facehit {
 };
 }  // namespace
 
-static drawncorner cornerof(int e, int corner, int nview) {
+static drawncorner cornerof(int e, int corner, int nview, double value) {
     const point2 at = cornerplace(e, corner, nview);
-    return {at, rotw, plotvalue(e, corner)};
+    return {at, rotw, value};
 }
 
 static bool hitplotted(int e, int elnn, int nview, const point2& p, hit& found) {
     drawncorner corner[4];
-    for (int c = 0; c < elnn; ++c) corner[c] = cornerof(e, c + 1, nview);
+    for (int c = 0; c < elnn; ++c) corner[c] = cornerof(e, c + 1, nview, plotvalue(e, c + 1));
     return hitface(corner, elnn, p, found);
 }
 
 static const double reach = 0.15;  // of the pointer to a line element, centimetres
 
 static bool hitline(int e, int nview, const point2& p, hit& found) {
-    const drawncorner a = cornerof(e, 1, nview), b = cornerof(e, 2, nview);
+    const drawncorner a = cornerof(e, 1, nview, plotvalue(e, 1)),
+                      b = cornerof(e, 2, nview, plotvalue(e, 2));
     double t;
     if (distanceto(a.at, b.at, p, t) > reach) return false;
     found.value = a.value + t * (b.value - a.value);
@@ -115,6 +115,44 @@ std::string valueunder(int nview, double x, double y) {
     return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
 }
 
+// A value of 1 at one corner and 0 at the others is at a place the share of that corner.
+plotplace placeunder(int nview, double x, double y) {
+    plotplace found;
+    const hit under = findhit(nview, {x, y});
+    const int elnn = under.e == 0 ? 0 : nodesoftype(elems(under.e, 0));
+    drawncorner corner[4];
+    for (int c = 0; c < elnn; ++c) corner[c] = cornerof(under.e, c + 1, nview, 0);
+    double t = 0;
+    if (elnn == 2) distanceto(corner[0].at, corner[1].at, {x, y}, t);
+    for (int c = 0; c < elnn; ++c) {
+        facehit share{0, c == 0 ? 1 - t : t};
+        corner[c].value = 1;
+        if (elnn > 2 && !hitface(corner, elnn, {x, y}, share)) return {};
+        corner[c].value = 0;
+        found.share[c + 1] = share.value;
+    }
+    found.e = under.e;
+    return found;
+}
+
+double valueat(const plotplace& at) {
+    double value = 0;
+    for (int c = 1; c <= nodesoftype(elems(at.e, 0)); ++c)
+        value += at.share[c] * plotvalue(at.e, c);
+    return value;
+}
+
+point2 pictureof(const plotplace& at, int nview, double& depth) {
+    point2 sum{0, 0};
+    depth = 0;
+    for (int c = 1; c <= nodesoftype(elems(at.e, 0)); ++c) {
+        const point2 p = cornerplace(at.e, c, nview);
+        sum = {sum.x + at.share[c] * p.x, sum.y + at.share[c] * p.y};
+        depth += at.share[c] * rotw;
+    }
+    return sum;
+}
+
 void tellvalue(int nview, double x, double y) {
     static bool told;
     const std::string text = valueunder(nview, x, y);
@@ -127,19 +165,35 @@ void tellvalue(int nview, double x, double y) {
 
 // --- highest and lowest -------------------------------------------------------------------------
 
-// Does a painted face lie in front of the corner? Then the colour about the mark is not its own.
-static bool ishidden(const point2& at, double depth, int nview) {
+// Then the colour about the mark is not its own.
+bool iscovered(const point2& at, double depth, int nview) {
     const double nothing = 1e-3;  // of the view's width: faces that meet in the corner
     if (iselementstress() || (!contourfilled && !mnudrawlist(hiddenline).checked)) return false;
     const hit front = findhit(nview, at);
     return front.e != 0 && front.depth > depth + nothing * vieww;
 }
 
+double drawplate(surface& s, double x, double y, const std::string& text) {
+    const double rim = 0.05;  // centimetres
+    s.font = elemlabelfont;
+    s.textcolor = elemlabelcolor;
+    s.fillsolid = true;
+    s.fillcolor = backcolor;
+    s.drawwidth = 1;
+    const double top = y - s.textheight() / 2, bottom = top + s.textheight();
+    const double right = x + s.textwidth(text) + 2 * rim;
+    const point2 plate[] = {{x, top}, {right, top}, {right, bottom}, {x, bottom}};
+    s.polygon(plate, 4, elemlabelcolor);
+    s.moveto(x + rim, top);
+    s.text(text);
+    return right;
+}
+
 static void markplace(surface& s, int nview, const cornervalue& p, const char* word) {
-    const double ring = 0.12, gap = 0.2, rim = 0.05;  // centimetres
+    const double ring = 0.12, gap = 0.2;  // centimetres
     if (p.e == 0 || !isshown(p.e, nview)) return;
     const point2 at = cornerplace(p.e, p.corner, nview);
-    const bool hidden = ishidden(at, rotw, nview);
+    const bool hidden = iscovered(at, rotw, nview);
     const keptpen pen(&s);
     s.fillsolid = !hidden;
     s.fillcolor = backcolor;  // the ring stands out from any band
@@ -147,18 +201,8 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     if (hidden) s.drawstyle = pens::dotted;
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawstyle = pens::solid;
-    s.fillsolid = true;
-    s.drawwidth = 1;
-    const std::string text =
-        std::string(word) + " " + plotnumber(p.value) + (hidden ? " (behind)" : "");
-    s.font = elemlabelfont;
-    const double left = at.x + gap, top = at.y - s.textheight() / 2;
-    const double right = left + s.textwidth(text) + 2 * rim, bottom = top + s.textheight();
-    const point2 plate[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    s.polygon(plate, 4, elemlabelcolor);
-    s.textcolor = elemlabelcolor;
-    s.moveto(left + rim, top);
-    s.text(text);
+    drawplate(s, at.x + gap, at.y,
+              std::string(word) + " " + plotnumber(p.value) + (hidden ? " (behind)" : ""));
 }
 
 void drawextremes(int nview) {

@@ -13,6 +13,23 @@ point2 cornerplace(int e, int corner, int nview);
 // there is none or the switch is off.
 std::string valueunder(int nview, double x, double y);
 
+// A place on a plotted element, by the shares of its corners.
+struct plotplace {
+    int e = 0;                          // 0: there is none
+    double share[5] = {0, 0, 0, 0, 0};  // of corner 1..4
+};
+plotplace placeunder(int nview, double x, double y);  // the foremost; the view has been prepared
+double valueat(const plotplace& at);
+point2 pictureof(const plotplace& at, int nview, double& depth);  // centimetres
+
+// Contours lie in view 1, the stress of line elements in all.
+bool isplottedin(int nview);
+// Does a painted face lie in front of a place?
+bool iscovered(const point2& at, double depth, int nview);
+// A text on a plate in the background's colour, its left edge in the middle at x, y; its right
+// edge.
+double drawplate(surface& s, double x, double y, const std::string& text);
+
 // Tells it in the status line, and takes it away again.
 void tellvalue(int nview, double x, double y);
 

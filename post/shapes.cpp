@@ -2,6 +2,7 @@
 // Switches of the result views.
 #include "post/shapes.h"
 
+#include <functional>
 #include <limits>
 
 #include "core/journal.h"
@@ -13,11 +14,14 @@
 #include "core/textfile.h"
 #include "files/analyse.h"
 #include "post/contour.h"
+#include "post/cut.h"
 #include "post/drawcontour.h"
 #include "post/legend.h"
+#include "post/legendlook.h"
 #include "post/outcome.h"
 #include "post/postproces.h"
 #include "post/probe.h"
+#include "post/probes.h"
 #include "post/stressfile.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -92,11 +96,14 @@ static void tellnote() {
     told = !note.empty();
 }
 
+std::function<void()> resultschanged;
+
 void showresults() {
     prepareplot();
     theplatform().refresh();
     redrawall();
     tellnote();
+    if (resultschanged) resultschanged();
 }
 
 static bool toggle(postitems item) {
@@ -203,6 +210,17 @@ bool isstaleshown() {
                                ischecked(modeshape) || ischecked(elementstress));
 }
 
+static int nodeoflargest() {
+    int node = 0;
+    double most = -1;
+    for (int n = 1; n <= nnodes(); ++n) {
+        const auto d = nodes.row(1, n);
+        const double square = double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2];
+        if (square > most) most = square, node = n;
+    }
+    return node;
+}
+
 std::vector<std::string> picturenotes(int nview) {
     std::vector<std::string> notes;
     const bool stress = plotready() && plotsstress(), field = showsfield() && fieldread;
@@ -211,7 +229,9 @@ std::vector<std::string> picturenotes(int nview) {
     if (field && !fieldnote.empty()) notes.push_back(fieldnote);
     if (stress && !stressnote.empty()) notes.push_back(stressnote);
     if (field && isdeformed() && !fieldismode && maxdisp > 0)
-        notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) + " times their size");
+        notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) +
+                        " times their size, the largest " + shorttext(maxdisp) + " at node " +
+                        numbertext(nodeoflargest()));
     return notes;
 }
 
@@ -237,13 +257,24 @@ std::vector<std::string> modelist() {
 }
 
 void wirepost() {
+    wirelegend();
     rereadresults = rereadshown;
     resultsummary = outcometext;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
     layer(layers::extremes).draw = [](int nview) {
         drawextremes(nview);
+        drawcut(nview);
+        drawprobes(nview);
         drawnotes(nview);
+    };
+    // The mesh as it was would stand in the way of its own ghost.
+    layerrow& mesh = layer(layers::elements);
+    mesh.draw = [wires = mesh.draw](int nview) {
+        if (ghoston && isdeformed())
+            drawghost(nview);
+        else
+            wires(nview);
     };
     layer(layers::deformed).wanted = [](int nview) {
         return isdeformed() && !(nview == 1 && iscontour());

@@ -2,6 +2,7 @@
 // The post-process menu: which results are on show, of which combination or mode.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,8 @@ void typemode(const std::string& text);
 
 // Prepares and draws what is on show.
 void showresults();
+// A window beside the views that shows values of the plot follows it; empty while there is none.
+extern std::function<void()> resultschanged;
 // Reads again whatever is on show; after an analysis.
 void rereadshown();
 

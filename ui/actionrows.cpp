@@ -22,7 +22,10 @@
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
 #include "post/contour.h"
+#include "post/drawcontour.h"
+#include "post/linelabels.h"
 #include "post/printdraw.h"
+#include "post/probes.h"
 #include "post/shapes.h"
 #include "tools/drafttools.h"
 #include "tools/findpatch.h"
@@ -619,6 +622,13 @@ static action drawnrow(const char* name, const char* caption, int order, bool sy
     row.places = {{"viewbar/symbolsbutton", order}};
     row.checked = [on] { return symbolsdrawn.*on; };
     row.tip = tip;
+static action resultswitch(const char* name, const char* caption, const char* tip, bool& on) {
+    action row;
+    row.name = name;
+    row.caption = caption;
+    row.tip = tip;
+    row.run = [&on] { toggleswitch(on); };
+    row.checked = [&on] { return on; };
     row.isswitch = true;
     return row;
 }
@@ -661,6 +671,26 @@ static void addsymbols(actionrows& t) {
                "Ctrl+Shift+Down",
                sizesymbols(0.8),
                {{"viewbar/symbolsbutton", 12}}},
+// What makes a picture of results say more.
+static void addpictures(actionrows& t) {
+    addto(t, "&Post-Process", "pictures",
+          {
+              {"picturesline"},
+              resultswitch("ghost", "Undeformed Ghost",
+                           "The undeformed model in pale lines beside a shape", ghoston),
+              resultswitch("linelabels", "Numbers on Contour Lines",
+                           "The value of each contour line on it", linelabelson),
+              {.name = "probe",
+               .caption = "Probe",
+               .run = startprobing,
+               .checked = [] { return bool(probing); },
+               .tip = "Set values that stay on the plot"},
+              {.name = "clearprobes",
+               .caption = "Clear Probes",
+               .run = clearprobes,
+               .enabled = [] { return isfree() && !probes().empty(); }},
+              {"cut", "Values along a Cut...", "", "", dialog("Cut")},
+              {"animation", "Animation...", "", "", dialog("Animation")},
           });
 }
 
@@ -712,6 +742,7 @@ static void addjob(actionrows& t) {
             {"menupostItem(6)"},
             {"menupostItem(7)", "Options...", "options", "", dialog("Soptions")},
         });
+    addpictures(t);
 }
 
 static void addinformation(actionrows& t) {

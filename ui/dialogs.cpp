@@ -58,6 +58,8 @@ void wiredialogs() {
     adddialog("DXFInterface", makedxf);
     adddialog("MosesSettings", makemosessettings);
     adddialog("needs", makeneeds);
+    adddialog("Cut", makecutwindow);
+    adddialog("Animation", makeanimation);
 }
 
 std::vector<std::string> dialognames() {

@@ -98,5 +98,7 @@ QDialog* maketoptions();
 QDialog* makedxf();
 QDialog* makemosessettings();
 QDialog* makeneeds();
+QDialog* makecutwindow();
+QDialog* makeanimation();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -12,6 +12,7 @@
 #include "edit/Mouseprocedures.h"
 #include "exchange/formats.h"
 #include "loads/loadaxes.h"
+#include "post/probes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
 #include "tools/drafttools.h"
@@ -38,6 +39,7 @@ void wiremodules() {
     wireloadaxes();
     wiresingleelem();
     wirepost();
+    wireprobes();
     wireexchange();
     wiregroupsections();
     wiredialogs();

@@ -54,7 +54,10 @@ viewwidget::viewwidget(int number, QWidget* parent) : QWidget(parent), nview(num
     smaller = button("zoomin1", "zoomout", tr("Half size"), [this] { halveview(nview); });
     fit = button("Zoom1", "fit", tr("Fit to view"), [this] { fitview(nview); });
     larger = button("zoomout1", "zoomin", tr("Double size"), [this] { doubleview(nview); });
-    surface.onshow = [this] { update(); };
+    surface.onshow = [this] {
+        still = QImage();
+        update();
+    };
     later.setSingleShot(true);
     later.setInterval(0);
     connect(&later, &QTimer::timeout, this, [this] { drawview(nview); });
@@ -119,7 +122,15 @@ void viewwidget::layoutbars() {
 
 void viewwidget::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    surface.paint(painter);
+    if (still.isNull())
+        surface.paint(painter);
+    else
+        painter.drawImage(QPointF(0, 0), still);
+}
+
+void viewwidget::showstill(const QImage& picture) {
+    still = picture;
+    update();
 }
 
 void viewwidget::resizeEvent(QResizeEvent*) {

@@ -4,6 +4,7 @@
 // with Shift it turns, and pressed twice it fits.
 #pragma once
 
+#include <QImage>
 #include <QPointF>
 #include <QScrollBar>
 #include <QTimer>
@@ -24,6 +25,7 @@ class viewwidget : public QWidget {
     double pixelspertwip() const;
     void setbars(const scrollrange& range);
     void sizesurface();
+    void showstill(const QImage& picture);  // in place of the surface's, until that is drawn anew
 
   protected:
     void paintEvent(QPaintEvent*) override;
@@ -43,6 +45,7 @@ class viewwidget : public QWidget {
     void layoutbars();
 
     int nview;
+    QImage still;
     QScrollBar *horizontal, *vertical;
     QToolButton *smaller, *fit, *larger;
     enum class drags { none, pan, turn };

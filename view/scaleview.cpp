@@ -7,6 +7,7 @@
 camera viewcamera;
 double rotw, rotu, rotv, persu, persv;
 int undeformed = 1;
+float shapepart = 1;
 
 void prepareview(int nview) {
     viewcamera = cameraof(nview);
@@ -62,11 +63,15 @@ keptpoint::~keptpoint() {
     persv = screen[3];
 }
 
+float shapefactor(int nview) {
+    return float(1 - undeformed) * dispscale(nview) * shapepart;
+}
+
 scaledpoint drawnplace(int n, int nview) {
     const float scale = viewscale(nview);
     const auto at = nodes.row(0, n);
     if (undeformed == 1) return {scale * at[0], scale * at[1], scale * at[2]};
-    const float f = float(1 - undeformed) * dispscale(nview);
+    const float f = shapefactor(nview);
     const auto d = nodes.row(1, n);
     return {scale * (at[0] + f * d[0]), scale * (at[1] + f * d[1]), scale * (at[2] + f * d[2])};
 }

@@ -59,7 +59,9 @@ class keptpoint {
 };
 
 // Position of a node as drawn, scaled: at its place or displaced while undeformed is 0.
-extern int undeformed;  // 1 while the undeformed model is drawn
+extern int undeformed;         // 1 while the undeformed model is drawn
+extern float shapepart;        // of a shape that is drawn: 1, and while it moves -1..1
+float shapefactor(int nview);  // factor of the displacements, 0 for the undeformed model
 scaledpoint drawnplace(int n, int nview);
 void setnode(int n, int nview);  // into curx, cury, curz
 

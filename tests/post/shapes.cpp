@@ -189,9 +189,10 @@ TEST(Switches, ThePictureTellsWhatItsValuesDoNot) {
     viewscale(1) = 4;
     setdispscale(1);
     EXPECT_EQ(picturenotes(1),
-              std::vector<std::string>{"Displacements drawn 0.025 times their size"});
-    EXPECT_EQ(picturenotes(2),
-              std::vector<std::string>{"Displacements drawn 0.1 times their size"});
+              std::vector<std::string>{"Displacements drawn 0.025 times their size, "
+                                       "the largest 5 at node 2"});
+    EXPECT_EQ(picturenotes(2), std::vector<std::string>{"Displacements drawn 0.1 times their size, "
+                                                        "the largest 5 at node 2"});
     loadnode(0, 0) = 2;
     choosecombination(1);
     {

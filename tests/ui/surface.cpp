@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The planes of a screen surface: what is drawn on an upper plane and drawn again in the
 // background colour leaves the picture under it as it was.
+#include "core/runtime.h"
+#include "ui/apng.h"
 #include "ui/qtsurface.h"
 #include "ui/startup.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QtEndian>
 #include <cmath>
 #include <limits>
 
@@ -147,4 +150,39 @@ int main(int argc, char** argv) {
     const guardedapplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
+}
+
+// The file's structure by its own words: names, lengths, running numbers and checksums of the
+// chunks.
+TEST(AnimatedPng, HoldsEveryPictureInOrder) {
+    const auto picture = [](int i) {
+        QImage image(40, 30, QImage::Format_ARGB32_Premultiplied);
+        image.fill(QColor(20 * i, 100, 200));
+        return image;
+    };
+    const QByteArray file = apngof(3, 120, picture);
+    QImage first;
+    ASSERT_TRUE(first.loadFromData(file, "PNG"));
+    EXPECT_EQ(first.pixelColor(5, 5), QColor(0, 100, 200)) << "what others than browsers show";
+    const auto numberat = [&](qsizetype at) { return qFromBigEndian<quint32>(file.data() + at); };
+    const auto sumof = [](const QByteArray& bytes) {  // the polynomial of PNG, bit by bit
+        quint32 sum = ~0u;
+        for (const char c : bytes) {
+            sum ^= quint8(c);
+            for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ (sum & 1 ? 0xEDB88320u : 0u);
+        }
+        return ~sum;
+    };
+    QByteArray names;
+    quint32 running = 0;
+    for (qsizetype at = 8; at < file.size(); at += 12 + qsizetype(numberat(at))) {
+        const QByteArray body = file.mid(at + 4, 4 + qsizetype(numberat(at)));
+        EXPECT_EQ(numberat(at + 4 + body.size()), sumof(body));
+        names += body.left(4) + " ";
+        if (body.startsWith("fcTL") || body.startsWith("fdAT"))
+            EXPECT_EQ(qFromBigEndian<quint32>(body.data() + 4), running++);
+    }
+    EXPECT_EQ(names, "IHDR acTL fcTL IDAT fcTL fdAT fcTL fdAT IEND ");
+    EXPECT_THROW(apngof(2, 50, [](int i) { return QImage(10 + i, 9, QImage::Format_RGB32); }),
+                 runtimeerror);
 }

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Parts of a motion.
+#include "post/motion.h"
+
+#include <cmath>
+
+#include "core/session.h"
+
+int picturesofcycle(const motion& m) {
+    return 2 * m.pictures;
+}
+
+int pictureat(const motion& m, int place) {
+    const int k = place % picturesofcycle(m);
+    return k <= m.pictures ? k : picturesofcycle(m) - k;
+}
+
+double partof(const motion& m, int picture) {
+    const double swing = -std::cos(pi * picture / m.pictures);
+    return m.swings ? swing : (1 + swing) / 2;
+}

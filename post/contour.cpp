@@ -9,8 +9,10 @@
 #include "core/colours.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "post/components.h"
 #include "post/legendlook.h"
 #include "post/postproces.h"
+#include "post/secondplot.h"
 #include "post/stressfile.h"
 
 int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
@@ -104,6 +106,7 @@ bool plotsstress() {
 }
 
 float plotvalue(int e, int corner) {
+    if (const float* const other = comparedvalues(e)) return other[corner - 1];
     if (plotsstress()) return float(elemstress(stresscomp, e, corner));
     const auto d = nodes.row(1, int(elems(e, corner)));
     if (dispcontour > 0) return d[std::size_t(dispcontour - 1)];
@@ -141,8 +144,9 @@ void contourscale() {
         unfilled += !below;
     }
     if (highest.e == 0) indexmin = indexmax = 0;
+    includecompared(indexmin, indexmax);
     if (indexmax == indexmin) spreadindex();
-    if (const auto limits = legendlimits()) {
+    if (const auto limits = legendlimits(legendquantity())) {
         indexmax = limits->high;
         indexmin = limits->low;
         return;
@@ -150,6 +154,11 @@ void contourscale() {
     if (indexautoscale) return;
     indexmax = std::max(scalemax, scalemin);
     indexmin = std::min(scalemax, scalemin);
+}
+
+// Lines and faces of one component have limits of their own.
+std::string legendquantity() {
+    return plotlabel() + (iselementstress() ? " of lines" : "");
 }
 
 // --- preparation --------------------------------------------------------------------------------
@@ -188,6 +197,11 @@ bool prepareplot() {
     fillpalette();
     plotprepared = true;
     return true;
+}
+
+std::string plotlabel() {
+    static const char* const displacements[] = {"Displacement", "DX", "DY", "DZ"};
+    return !plotsstress() ? displacements[dispcontour] : stresscomponents[stresscomp - 1].label;
 }
 
 std::string plottext() {

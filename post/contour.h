@@ -55,10 +55,12 @@ bool prepareplot();
 void retryresults();
 bool plotready();  // the last prepareplot succeeded
 
-bool showsbands();       // the legend's colours fill bands; else they are those of lines
-bool plotsstress();      // stresses are coloured, not displacements
-bool iscontour();        // "Contour plot" is checked
-bool iselementstress();  // "Element Stress " is checked
-bool isdeformed();       // a deformed or a mode shape is on show
+std::string plotlabel();       // "SX", "VM", "DX": the component in short
+std::string legendquantity();  // that the limits of the legend belong to
+bool showsbands();             // the legend's colours fill bands; else they are those of lines
+bool plotsstress();            // stresses are coloured, not displacements
+bool iscontour();              // "Contour plot" is checked
+bool iselementstress();        // "Element Stress " is checked
+bool isdeformed();             // a deformed or a mode shape is on show
 // What is on show, for the main window: "Global Displacements" and the like; "" without a plot.
 std::string plottext();

@@ -30,12 +30,6 @@ bool legendshown() {
 
 // --- contents -----------------------------------------------------------------------------------
 
-std::string plotlabel() {
-    static const char* const displacements[] = {"Displacement", "DX", "DY", "DZ"};
-    return showsdisplacement() ? displacements[dispcontour]
-                               : stresscomponents[stresscomp - 1].label;
-}
-
 static std::string componenttext() {
     const componentrow& row = stresscomponents[stresscomp - 1];
     return *row.legend ? row.legend : row.label;
@@ -212,7 +206,7 @@ legendparts legendpartat(double x, double y) {
     if (y > drawn.bottom() + drawnline) return legendparts::none;
     if (x < drawn.left + boxwidth) return legendparts::scale;
     // With lines the bounds stand in the middle of their rows.
-    const double in = showsbands() ? drawnline / 2 : drawn.row / 2 + drawnline / 2;
+    const double in = showsbands() ? 0.8 * drawnline : drawn.row / 2 + 0.8 * drawnline;
     if (y < drawn.top + in) return legendparts::most;
     return y > drawn.bottom() - in ? legendparts::least : legendparts::scale;
 }

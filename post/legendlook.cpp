@@ -15,9 +15,6 @@
 #include "core/numtext.h"
 #include "core/textfile.h"
 #include "files/kalfile.h"
-#include "post/contour.h"
-#include "post/legend.h"
-#include "post/shapes.h"
 
 static const char* const section = "legend";
 
@@ -52,7 +49,7 @@ const std::vector<legendpalette>& palettes() {
     return list;
 }
 
-static int findpalette(const std::string& name) {
+int findpalette(const std::string& name) {
     for (std::size_t i = 0; i < palettes().size(); ++i)
         if (name == palettes()[i].name) return int(i);
     return -1;
@@ -77,7 +74,7 @@ static legendlook readlook(textin& in) {
     return look;
 }
 
-static bool arelimits(double low, double high) {
+bool arelimits(double low, double high) {
     return low < high && std::fabs(low) <= std::numeric_limits<float>::max() &&
            std::fabs(high) <= std::numeric_limits<float>::max();
 }
@@ -138,21 +135,26 @@ legendlook lookoflegend() {
     return look;
 }
 
-// Lines and faces of one component have limits of their own.
-static std::string quantity() {
-    return plotlabel() + (iselementstress() ? " of lines" : "");
-}
-
-std::optional<scalelimits> legendlimits() {
+std::optional<scalelimits> legendlimits(const std::string& quantity) {
     const auto& limits = rowsnow().limits;
-    const auto found = limits.find(quantity());
+    const auto found = limits.find(quantity);
     if (found == limits.end()) return {};
     return found->second;
 }
 
-void droplegendlimits() {
+void setlegendlimits(const std::string& quantity, const std::optional<scalelimits>& limits) {
     legendrows rows = rowsnow();
-    if (rows.limits.erase(quantity()) > 0) writerows(rows);
+    if (limits)
+        rows.limits[quantity] = *limits;
+    else if (rows.limits.erase(quantity) == 0)
+        return;
+    writerows(rows);
+}
+
+void setlook(const legendlook& look) {
+    legendrows rows = rowsnow();
+    rows.look = look;
+    writerows(rows);
 }
 
 static colour colourat(const std::vector<colour>& list, double t) {
@@ -175,71 +177,4 @@ colour legendcolour(int k, int count, double middle, double largest) {
     if (palettes()[std::size_t(which)].centred && largest > 0)
         return palettecolour(which, (1 + middle / largest) / 2);
     return palettecolour(which, count > 1 ? double(k) / (count - 1) : 0);
-}
-
-// --- edits --------------------------------------------------------------------------------------
-
-static bool setbound(legendrows& rows, bool high, const std::string& value, std::string& fault) {
-    double bound = 0;
-    if (!readnumber(value, bound)) {
-        fault = "\"" + value + "\" is no number";
-        return false;
-    }
-    scalelimits range{indexmin, indexmax};
-    (high ? range.high : range.low) = bound;
-    if (!arelimits(range.low, range.high)) {
-        fault = high ? "The upper limit must lie above the lower one, " + numbertext(indexmin)
-                     : "The lower limit must lie below the upper one, " + numbertext(indexmax);
-        return false;
-    }
-    rows.limits[quantity()] = range;
-    return true;
-}
-
-static bool setwhole(int& number, const std::string& value, int low, int high, std::string& fault) {
-    double read = 0;
-    if (readnumber(value, read) && read == std::floor(read) && read >= low && read <= high) {
-        number = int(read);
-        return true;
-    }
-    fault = "A whole number from " + numbertext(low) + " to " + numbertext(high) +
-            " is expected, not \"" + value + "\"";
-    return false;
-}
-
-static bool setpalette(legendlook& look, const std::string& value, std::string& fault) {
-    const int found = findpalette(value);
-    if (found < 0) {
-        fault = "There is no palette \"" + value + "\"; there are";
-        for (const legendpalette& p : palettes()) fault += std::string(" ") + p.name;
-        return false;
-    }
-    look.palette = rememberedpalette = found;
-    return true;
-}
-
-bool editlegend(const std::string& what, const std::string& value, std::string& fault) {
-    legendrows rows = rowsnow();
-    legendlook look = lookoflegend();
-    bool good = false;
-    if (what == "max" || what == "min") {
-        good = setbound(rows, what == "max", value, fault);
-    } else if (what == "auto") {
-        rows.limits.erase(quantity());
-        indexautoscale = good = true;
-    } else if (what == "palette") {
-        good = setpalette(look, value, fault);
-    } else if (what == "bands") {
-        good = setwhole(look.bands, value, fewestbands, mostbands, fault);
-    } else if (what == "decimals") {
-        good = value == "auto" || setwhole(look.decimals, value, 0, mostdecimals, fault);
-        if (good && value == "auto") look.decimals = -1;
-    } else {
-        fault = "A legend has max, min, auto, palette, bands and decimals, not " + what;
-    }
-    if (!good) return false;
-    if (what == "palette" || what == "bands" || what == "decimals") rows.look = look;
-    writerows(rows);
-    showresults();
-    return true;
 }

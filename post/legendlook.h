@@ -15,6 +15,7 @@ struct legendpalette {
     bool centred = false;              // the colour in the middle stands for 0
 };
 const std::vector<legendpalette>& palettes();
+int findpalette(const std::string& name);  // -1 for none
 
 struct legendlook {
     int palette = 0;    // place in palettes()
@@ -29,14 +30,11 @@ extern int rememberedpalette;  // the user's own
 struct scalelimits {
     double low = 0, high = 0;
 };
-// What was set on the legend of the quantity on show.
-std::optional<scalelimits> legendlimits();
-void droplegendlimits();
-
-// One edit by its name and value, as the legend's fields and scripts give it: "max 355", "min 0",
-// "auto", "palette even", "bands 8", "decimals 2" or "decimals auto". False with the reason, and
-// nothing changed, where it makes no sense; else it is drawn.
-bool editlegend(const std::string& what, const std::string& value, std::string& fault);
+bool arelimits(double low, double high);
+// What was set on the legend of a quantity; nothing: its scale follows the values.
+std::optional<scalelimits> legendlimits(const std::string& quantity);
+void setlegendlimits(const std::string& quantity, const std::optional<scalelimits>& limits);
+void setlook(const legendlook& look);
 
 colour palettecolour(int which, double share);  // share 0..1, lowest first
 // The colour for band k of so many, or of the level there; middle is the value that it stands for.

@@ -14,6 +14,7 @@
 #include "core/session.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/secondplot.h"
 #include "view/drawelems.h"
 #include "view/facehit.h"
 #include "view/itemrows.h"
@@ -28,7 +29,7 @@ point2 cornerplace(int e, int corner, int nview) {
 }
 
 bool isplottedin(int nview) {
-    return plotready() && (iselementstress() || (iscontour() && nview == 1));
+    return plotready() && (iselementstress() || (iscontour() && isplotview(nview)));
 }
 
 // --- under the pointer --------------------------------------------------------------------------
@@ -106,6 +107,7 @@ static hit findhit(int nview, const point2& p) {
 
 std::string valueunder(int nview, double x, double y) {
     if (!valueatpointer || !isplottedin(nview)) return {};
+    const ofview own(nview);
     const keptpoint kept;
     const keptpen pen;
     prepareview(nview);

@@ -17,6 +17,7 @@
 #include "files/kalfile.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/secondplot.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
@@ -204,6 +205,7 @@ void clearprobes() {
 static void press(int nview) {
     const double near = 0.3;  // centimetres from a probe
     if (!isplottedin(nview)) return;
+    const ofview own(nview);
     const keptpoint kept;
     const keptpen pen;
     prepareview(nview);

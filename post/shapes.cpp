@@ -2,6 +2,7 @@
 // Switches of the result views.
 #include "post/shapes.h"
 
+#include <cmath>
 #include <functional>
 #include <limits>
 
@@ -22,6 +23,7 @@
 #include "post/postproces.h"
 #include "post/probe.h"
 #include "post/probes.h"
+#include "post/secondplot.h"
 #include "post/stressfile.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -39,7 +41,7 @@ static bool showsfield() {
     return ischecked(modeshape) || needsdisplacements();
 }
 
-static void readfield() {
+void readfield() {
     if (ischecked(modeshape))
         readmode();
     else if (needsdisplacements())
@@ -99,6 +101,7 @@ static void tellnote() {
 std::function<void()> resultschanged;
 
 void showresults() {
+    if (readsecond) readsecond();
     prepareplot();
     theplatform().refresh();
     redrawall();
@@ -192,6 +195,8 @@ void typemode(const std::string& text) {
 void rereadshown() {
     retryresults();
     readfield();
+    second.valid = false;
+    if (readsecond) readsecond();
     prepareplot();
     tellnote();
 }
@@ -210,7 +215,7 @@ bool isstaleshown() {
                                ischecked(modeshape) || ischecked(elementstress));
 }
 
-static int nodeoflargest() {
+static std::string textoflargest() {
     int node = 0;
     double most = -1;
     for (int n = 1; n <= nnodes(); ++n) {
@@ -218,11 +223,12 @@ static int nodeoflargest() {
         const double square = double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2];
         if (square > most) most = square, node = n;
     }
-    return node;
+    return shorttext(std::sqrt(most)) + " at node " + numbertext(node);
 }
 
 std::vector<std::string> picturenotes(int nview) {
     std::vector<std::string> notes;
+    if (sidebyside) notes.push_back(nameofview(nview));
     const bool stress = plotready() && plotsstress(), field = showsfield() && fieldread;
     if (!stress && !field) return notes;
     if (isresultstale()) notes.emplace_back(staletext);
@@ -230,8 +236,7 @@ std::vector<std::string> picturenotes(int nview) {
     if (stress && !stressnote.empty()) notes.push_back(stressnote);
     if (field && isdeformed() && !fieldismode && maxdisp > 0)
         notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) +
-                        " times their size, the largest " + shorttext(maxdisp) + " at node " +
-                        numbertext(nodeoflargest()));
+                        " times their size, the largest " + textoflargest());
     return notes;
 }
 
@@ -277,7 +282,7 @@ void wirepost() {
             wires(nview);
     };
     layer(layers::deformed).wanted = [](int nview) {
-        return isdeformed() && !(nview == 1 && iscontour());
+        return isdeformed() && !(isplotview(nview) && iscontour());
     };
     holdreference("Group of the plots", items::group, losses::instead,
                   [] { return std::span(&postgroup, 1); });

@@ -23,6 +23,7 @@ void typemode(const std::string& text);
 void showresults();
 // A window beside the views that shows values of the plot follows it; empty while there is none.
 extern std::function<void()> resultschanged;
+void readfield();  // displacements or the mode of what is on show
 // Reads again whatever is on show; after an analysis.
 void rereadshown();
 

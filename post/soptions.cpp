@@ -22,8 +22,9 @@ static void markgroup() {
 void showsoptions(soptionsform& form) {
     form.maximum = numbertext(scalemax);
     form.minimum = numbertext(scalemin);
-    form.message =
-        legendlimits() ? "The limits set on the legend hold until Auto or Manual is chosen" : "";
+    form.message = legendlimits(legendquantity())
+                       ? "The limits set on the legend hold until Auto or Manual is chosen"
+                       : "";
     if (postgroup < 1 || postgroup > ngroups()) postgroup = 1;
     if (postset == setofgroup) markgroup();
     form.group = postgroup - 1;
@@ -64,7 +65,7 @@ void chooseaxes(int global) {
 
 void choosescale(soptionsform& form, bool automatic) {
     indexautoscale = automatic;
-    droplegendlimits();
+    setlegendlimits(legendquantity(), {});
     form.message.clear();
     if (automatic || scalemax != scalemin) return;
     if (!plotready()) {
@@ -126,7 +127,8 @@ bool storesoptions(soptionsform& form) {
     else if (most < least)
         form.message = "Maximum is below Minimum";
     if (!form.message.empty()) return indexautoscale;  // its boxes are locked: no way to mend them
-    if (!indexautoscale && (most != scalemax || least != scalemin)) droplegendlimits();
+    if (!indexautoscale && (most != scalemax || least != scalemin))
+        setlegendlimits(legendquantity(), {});
     scalemax = most;
     scalemin = least;
     return true;

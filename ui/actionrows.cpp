@@ -21,6 +21,7 @@
 #include "files/saving.h"
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
+#include "post/compare.h"
 #include "post/contour.h"
 #include "post/drawcontour.h"
 #include "post/linelabels.h"
@@ -691,6 +692,11 @@ static void addpictures(actionrows& t) {
                .enabled = [] { return isfree() && !probes().empty(); }},
               {"cut", "Values along a Cut...", "", "", dialog("Cut")},
               {"animation", "Animation...", "", "", dialog("Animation")},
+              {.name = "compare",
+               .caption = "Compare Combinations...",
+               .run = dialog("Compare"),
+               .checked = [] { return comparedwith() != 0; },
+               .tip = "Two combinations or modes side by side"},
           });
 }
 

@@ -165,7 +165,7 @@ class colorset : public QDialog {
     }
     void apply() {
         getcolor();
-        singleview ? setoneview() : setfourviews();
+        arrangeviews();
         redrawall();
     }
     std::array<colour, std::size_t(ncolours)> shown{};

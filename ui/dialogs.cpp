@@ -60,6 +60,7 @@ void wiredialogs() {
     adddialog("needs", makeneeds);
     adddialog("Cut", makecutwindow);
     adddialog("Animation", makeanimation);
+    adddialog("Compare", makecompare);
 }
 
 std::vector<std::string> dialognames() {

@@ -100,5 +100,6 @@ QDialog* makemosessettings();
 QDialog* makeneeds();
 QDialog* makecutwindow();
 QDialog* makeanimation();
+QDialog* makecompare();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -12,6 +12,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "post/contour.h"
+#include "post/legendedit.h"
 #include "post/legendlook.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -115,6 +116,7 @@ void legendwidget::mouseMoveEvent(QMouseEvent* event) {
 
 // Up and Down begin with the highest and the lowest value.
 void legendwidget::keyPressEvent(QKeyEvent* event) {
+    if (findChild<QLineEdit*>()) return event->accept();  // what its field has done with
     if (!legendshown()) return QWidget::keyPressEvent(event);
     if (event->key() == Qt::Key_Up) return edit(legendparts::most);
     if (event->key() == Qt::Key_Down) return edit(legendparts::least);
@@ -206,7 +208,7 @@ void legendwidget::showmenu(const QPoint& at) {
     connect(menu->addAction(tr("Lowest value...")), &QAction::triggered, this,
             [this] { edit(legendparts::least); });
     QAction* const automatic = menu->addAction(tr("Limits of the values"));
-    automatic->setEnabled(legendlimits() || !indexautoscale);
+    automatic->setEnabled(legendlimits(legendquantity()) || !indexautoscale);
     connect(automatic, &QAction::triggered, menu, [] { changeandtell("auto", ""); });
     menu->popup(at);
 }

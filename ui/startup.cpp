@@ -12,6 +12,7 @@
 #include "edit/Mouseprocedures.h"
 #include "exchange/formats.h"
 #include "loads/loadaxes.h"
+#include "post/compare.h"
 #include "post/probes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
@@ -40,6 +41,7 @@ void wiremodules() {
     wiresingleelem();
     wirepost();
     wireprobes();
+    wirecompare();
     wireexchange();
     wiregroupsections();
     wiredialogs();

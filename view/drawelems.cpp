@@ -30,8 +30,14 @@ static const double dotspacing = 0.2;       // centimetres between dots, support
 static const double contourspacing = 0.35;  // over a contour plot
 static const double contourdot = 0.03;      // radius of a dot there
 
+bool sidebyside;
+
+bool isplotview(int nview) {
+    return nview == 1 || (sidebyside && nview == 2);
+}
+
 bool isovercontour(int nview) {
-    return nview == 1 && menupostItem(contourplot).checked;
+    return isplotview(nview) && menupostItem(contourplot).checked;
 }
 
 double leastspacing(int nview) {

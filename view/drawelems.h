@@ -32,6 +32,8 @@ void drawlineelements(int nview);
 // apart over a contour plot, which lies under them.
 double leastspacing(int nview);
 bool isovercontour(int nview);
+extern bool sidebyside;      // two results in view 1 and 2, each with a plot
+bool isplotview(int nview);  // contour plots lie in view 1
 // Has the element a side shorter than that on the surface?
 bool iscrowded(int e, int nview);
 

@@ -28,9 +28,26 @@ layerrow& layer(layers which) {
     return table[std::size_t(which)];
 }
 
+std::function<void(int nview, bool begins)> aroundview;
+
 int shownviews() {
-    return singleview ? 1 : nviews;
+    const int both = 2;
+    return sidebyside ? both : singleview ? 1 : nviews;
 }
+
+namespace {
+struct guest {
+    explicit guest(int v) : nview(v) {
+        if (aroundview) aroundview(nview, true);
+    }
+    ~guest() {
+        if (aroundview) aroundview(nview, false);
+    }
+    guest(const guest&) = delete;
+    guest& operator=(const guest&) = delete;
+    const int nview;
+};
+}  // namespace
 
 hourglass::hourglass() {
     theplatform().hourglass(true);
@@ -41,7 +58,7 @@ hourglass::~hourglass() {
 }
 
 static bool contourin(int nview) {
-    return nview == 1 && menupostItem(contourplot).checked;
+    return isplotview(nview) && menupostItem(contourplot).checked;
 }
 
 static bool ishidden() {
@@ -242,6 +259,7 @@ void drawview(int nview) {
         return;
     }
     const hourglass wait;
+    const guest own(nview);
     const keptpoint kept;
     drawcolor = meshcolor;
     const keptpen pen(s);

@@ -68,8 +68,10 @@ void drawselectionall();
 // after which the views are not redrawn, and brought back in their own colours after it.
 void eraseselected();
 void drawselectedplain();
-// Number of views on show: 1 or 4.
+// Number of views on show: 1 or 4; 2 while two results stand side by side.
 int shownviews();
+// Stands around the picture of each view: what belongs to one view alone comes and goes.
+extern std::function<void(int nview, bool begins)> aroundview;
 // Calls draw(view) for each view on show, prepared for points of the model and ready to draw
 // beneath the marks; what is drawn becomes visible. The point in work is kept.
 void drawinviews(const std::function<void(int nview)>& draw);

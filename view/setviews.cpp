@@ -10,6 +10,7 @@
 #include "core/views.h"
 #include "view/autoscale.h"
 #include "view/camera.h"
+#include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
 
@@ -34,11 +35,18 @@ twipbox viewplace(int nview, const twipbox& work, bool single) {
     return box;
 }
 
+static twipbox placeinuse(int nview, const twipbox& work, bool single) {
+    twipbox box = viewplace(nview, work, single);
+    if (sidebyside) box.height = work.height - 2;
+    return box;
+}
+
 static void placeviews(bool single) {
     const twipbox work = theplatform().workarea();
     for (int v = 1; v <= nviews; ++v) {
-        const twipbox box = viewplace(v, work, single);
-        const bool shown = (v == 1 || !single) && box.width > 0 && box.height > 0;
+        const twipbox box = placeinuse(v, work, single);
+        const int last = single ? 1 : sidebyside ? 2 : nviews;
+        const bool shown = v <= last && box.width > 0 && box.height > 0;
         theplatform().placeview(v, box, shown);
     }
     double width = 0, height = 0;
@@ -54,10 +62,17 @@ static void placeviews(bool single) {
 }
 
 void setoneview() {
+    sidebyside = false;
     placeviews(true);
 }
 
 void setfourviews() {
+    sidebyside = false;
+    placeviews(false);
+}
+
+void settwoviews() {
+    sidebyside = true;
     placeviews(false);
 }
 

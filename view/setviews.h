@@ -8,6 +8,7 @@
 
 void setoneview();    // view 1 over the whole work area
 void setfourviews();  // two by two
+void settwoviews();   // view 1 and 2 side by side, until one of the others is chosen
 void arrangeviews();  // the layout in use, again: after a resize
 // Rectangle of a view in the layout in use, twips of the main window; left bar beside them.
 twipbox viewplace(int nview, const twipbox& work, bool single);

@@ -6,15 +6,19 @@
 #include <random>
 
 #include "edit/Mouseprocedures.h"
+#include "post/compare.h"
 #include "post/cut.h"
 #include "post/drawcontour.h"
 #include "post/legend.h"
+#include "post/legendedit.h"
 #include "post/legendlook.h"
 #include "post/linelabels.h"
 #include "post/motion.h"
 #include "post/postproces.h"
 #include "post/probes.h"
+#include "post/secondplot.h"
 #include "tests/post/plotroom.h"
+#include "view/setviews.h"
 
 namespace {
 
@@ -62,7 +66,7 @@ TEST(LegendEdit, HoldsForItsQuantityAndGoesBackByAStep) {
     EXPECT_TRUE(edit("decimals", "0"));
     EXPECT_EQ(makelegend().labels.back(), "1") << "10^2 times";
     EXPECT_TRUE(isunsaved());
-    ASSERT_TRUE(stepback(2));
+    ASSERT_TRUE(stepback());
     EXPECT_EQ(lookoflegend().bands, 10);
     EXPECT_TRUE(edit("auto"));
     EXPECT_EQ(indexmax, 40);
@@ -140,12 +144,24 @@ TEST(Probe, IsFoundInWarpedAndSteepElementsByTheirShares) {
 TEST(LineLabels, StandOnLinesOfTheirValue) {
     plotroom room;
     contourfilled = 0;
+    valueatpointer = true;
+    mnudrawlist(nodesdrawn).checked = false;
     showcontour();
-    const long before = textsof(room, "");
+    const std::vector<std::string> without = room.platform.views[0].operations;
     toggleswitch(linelabelson);
-    EXPECT_GT(textsof(room, ""), before);
-    EXPECT_EQ(textsof(room, " 25"), 1) << "the seventh of -5, 0 .. 40 crosses the squares once";
-    linelabelson = false;
+    int labels = 0;
+    for (const std::string& o : room.platform.views[0].operations) {
+        double x = 0, y = 0, level = 0, found = 0;
+        const bool isnew = std::ranges::find(without, o) == without.end();
+        if (!isnew || std::sscanf(o.c_str(), "text %lf %lf %lf", &x, &y, &level) != 3) continue;
+        const double half = 0.1 * double(o.size() - o.rfind(' ') - 1);  // of a letter 0.2 wide
+        const std::string value = valueunder(1, x + half, y + 0.2);
+        ASSERT_EQ(std::sscanf(value.c_str(), "SX %lf", &found), 1) << o;
+        EXPECT_NEAR(found, level, 0.3) << o;
+        ++labels;
+    }
+    EXPECT_GE(labels, 2);
+    linelabelson = valueatpointer = false;
 }
 
 TEST(Ghost, IsThePaleMeshBesideAShape) {
@@ -299,4 +315,42 @@ TEST(Motion, ReachesBothEndsAndComesBackTheSameWay) {
     EXPECT_EQ(moved(0), 0);
     EXPECT_NEAR(moved(-0.5f), -moved(0.5f), 1e-6);
     shapepart = undeformed = 1;
+}
+
+TEST(Compare, ShowsTwoResultsOnOneScaleFromOnePlace) {
+    plotroom room;
+    wirecompare();
+    showcontour();
+    const std::vector<float> before(nodes.row(1, 2).begin(), nodes.row(1, 2).end());
+    startcomparison(2);
+    EXPECT_EQ(shownviews(), 2);
+    EXPECT_EQ(indexmax, 40) << "of the first";
+    EXPECT_EQ(indexmin, -80) << "of the second, -2 times as large";
+    valueatpointer = true;
+    // Half as large as in one view: a unit is a centimetre.
+    EXPECT_EQ(valueunder(1, vieww / 2 - 0.5, viewh / 2), "SX 25 in element 1");
+    EXPECT_EQ(valueunder(2, vieww / 2 - 0.5, viewh / 2), "SX -50 in element 1");
+    EXPECT_EQ(std::vector<float>(nodes.row(1, 2).begin(), nodes.row(1, 2).end()), before);
+    viewscale(1) *= 1.5f;
+    drawview(1);
+    EXPECT_EQ(viewscale(2), viewscale(1)) << "view 2 follows";
+    viewhor(2) = 0.3f;
+    drawview(2);
+    EXPECT_EQ(viewhor(1), 0.3f) << "and leads";
+    EXPECT_EQ(indexmin, -80) << "the scale is that of both, whichever is drawn last";
+    showdeformed();
+    prepareview(2);
+    undeformed = 0;
+    setdispscale(2);
+    const double first = drawnplace(2, 2).y;
+    {
+        const ofview own(2);
+        const float scale = viewscale(2), moved = drawnplace(2, 2).y - scale * nodes(0, 2, 1);
+        EXPECT_NEAR(moved, -2 * (first - scale * nodes(0, 2, 1)), 1e-5) << "on one factor";
+    }
+    EXPECT_EQ(drawnplace(2, 2).y, float(first));
+    undeformed = 1;
+    endcomparison();
+    EXPECT_EQ(indexmin, -5);
+    EXPECT_EQ(shownviews(), 1);
 }

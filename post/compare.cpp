@@ -27,7 +27,7 @@ int comparedwith() {
 // --- reading ------------------------------------------------------------------------------------
 
 static auto plotkey() {
-    return std::tuple(second.number, menupostItem(modeshape).checked,
+    return std::tuple(modelname, second.number, menupostItem(modeshape).checked,
                       menupostItem(deformedshape).checked, menupostItem(contourplot).checked,
                       menupostItem(elementstress).checked, stresscomp, contourdata, dispcontour,
                       stressaverage, stressglobal, postset, postgroup, nelems(), nnodes());

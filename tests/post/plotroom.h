@@ -8,6 +8,7 @@
 
 #include "core/journal.h"
 #include "post/contour.h"
+#include "post/legendlook.h"
 #include "post/shapes.h"
 #include "post/stressfile.h"
 #include "tests/support/recorder.h"
@@ -38,6 +39,7 @@ struct plotroom : sessionroom {
         indexautoscale = true;
         markextremes = valueatpointer = false;
         scalemax = scalemin = 0;
+        rememberedpalette = 0;
         retryresults();
         viewhor(1) = viewvert(1) = 0;
         viewscale(1) = 2;

@@ -623,13 +623,6 @@ static action drawnrow(const char* name, const char* caption, int order, bool sy
     row.places = {{"viewbar/symbolsbutton", order}};
     row.checked = [on] { return symbolsdrawn.*on; };
     row.tip = tip;
-static action resultswitch(const char* name, const char* caption, const char* tip, bool& on) {
-    action row;
-    row.name = name;
-    row.caption = caption;
-    row.tip = tip;
-    row.run = [&on] { toggleswitch(on); };
-    row.checked = [&on] { return on; };
     row.isswitch = true;
     return row;
 }
@@ -672,6 +665,20 @@ static void addsymbols(actionrows& t) {
                "Ctrl+Shift+Down",
                sizesymbols(0.8),
                {{"viewbar/symbolsbutton", 12}}},
+          });
+}
+
+static action resultswitch(const char* name, const char* caption, const char* tip, bool& on) {
+    action row;
+    row.name = name;
+    row.caption = caption;
+    row.tip = tip;
+    row.run = [&on] { toggleswitch(on); };
+    row.checked = [&on] { return on; };
+    row.isswitch = true;
+    return row;
+}
+
 // What makes a picture of results say more.
 static void addpictures(actionrows& t) {
     addto(t, "&Post-Process", "pictures",

@@ -6,16 +6,16 @@
 
 #include "core/session.h"
 
-int picturesofcycle(const motion& m) {
+int picturesofcycle(const shapemotion& m) {
     return 2 * m.pictures;
 }
 
-int pictureat(const motion& m, int place) {
+int pictureat(const shapemotion& m, int place) {
     const int k = place % picturesofcycle(m);
     return k <= m.pictures ? k : picturesofcycle(m) - k;
 }
 
-double partof(const motion& m, int picture) {
+double partof(const shapemotion& m, int picture) {
     const double swing = -std::cos(pi * picture / m.pictures);
     return m.swings ? swing : (1 + swing) / 2;
 }

@@ -3,14 +3,14 @@
 // from 0 to 1, a mode swings from -1 to 1, slow at both ends; then the pictures come back.
 #pragma once
 
-struct motion {
+struct shapemotion {
     bool swings = false;  // -1..1, else 0..1
     int pictures = 12;    // of one way
     double seconds = 2;   // of the way there and back
 };
 const int fewestpictures = 2, mostpictures = 60;
 
-int picturesofcycle(const motion& m);
+int picturesofcycle(const shapemotion& m);
 // Picture of a place in the cycle: 0..m.pictures.
-int pictureat(const motion& m, int place);
-double partof(const motion& m, int picture);  // -1..1
+int pictureat(const shapemotion& m, int place);
+double partof(const shapemotion& m, int picture);  // -1..1

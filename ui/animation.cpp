@@ -256,7 +256,7 @@ class animation : public sidedialog {
         });
     }
 
-    motion now;
+    shapemotion now;
     bool playing = false;
     int place = 0;  // in the cycle
     long drawnat = -1;

@@ -292,7 +292,7 @@ TEST(Cut, TellsWhatItNeedsAndWritesItsTable) {
 
 TEST(Motion, ReachesBothEndsAndComesBackTheSameWay) {
     for (const bool swings : {false, true}) {
-        const motion m{swings, 7, 1};
+        const shapemotion m{swings, 7, 1};
         EXPECT_EQ(partof(m, 0), swings ? -1 : 0);
         EXPECT_NEAR(partof(m, 7), 1, 1e-12);
         for (int i = 0; i < 14; ++i) {

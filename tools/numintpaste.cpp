@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/csvout.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -63,13 +64,6 @@ sheet readsheet(std::string_view text, char separator) {
     return s;
 }
 
-static std::string quotedcell(const std::string& text, char separator) {
-    if (text.find_first_of(std::string("\"\r\n") + separator) == text.npos) return text;
-    std::string cell = "\"";
-    for (const char c : text) cell += c == '"' ? "\"\"" : std::string(1, c);
-    return cell + "\"";
-}
-
 static void appendrow(std::string& text, const numinttable& t, long row,
                       const std::vector<int>& columns, char separator) {
     const long item = t.itemof(row);
@@ -77,7 +71,7 @@ static void appendrow(std::string& text, const numinttable& t, long row,
     for (const int col : columns) {
         if (!first) text += separator;
         first = false;
-        text += quotedcell(celltext(t.tab, t.columns[std::size_t(col)], item), separator);
+        appendcell(text, celltext(t.tab, t.columns[std::size_t(col)], item), separator);
     }
 }
 
@@ -307,18 +301,12 @@ static std::string captionof(const gridcolumn& c) {
 
 void writecsv(numintform& form, int nt, const std::string& path) {
     const numinttable& t = form.table[nt];
-    std::vector<int> columns;
-    std::string line;
-    for (std::size_t k = 0; k < t.columns.size(); ++k) {
-        columns.push_back(int(k));
-        line += (k == 0 ? "" : ",") + quotedcell(captionof(t.columns[k]), ',');
-    }
-    textout out(path);
-    out.raw(line).endline();
+    csvout out(path);
+    for (const gridcolumn& c : t.columns) out.cell(captionof(c));
+    out.endrow();
     for (long row = 0; row < t.rows(); ++row) {
-        line.clear();
-        appendrow(line, t, row, columns, ',');
-        out.raw(line).endline();
+        for (const gridcolumn& c : t.columns) out.cell(celltext(t.tab, c, t.itemof(row)));
+        out.endrow();
     }
     out.commit();
     form.message = numbertext(t.rows()) + " rows written to " + path;

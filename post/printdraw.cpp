@@ -122,32 +122,53 @@ static void drawfoot(surface& page, double width, double top) {
     page.text(right);
 }
 
-void printview() {
-    surface* const page = theplatform().printsurface();
-    if (page == nullptr || vieww <= 0 || viewh <= 0) return;
-    const bool legend = legendshown();
-    const double paperwidth = page->width(), height = page->height() - footheight;
-    const double width = legend ? paperwidth - legendwidth : paperwidth;
+// The views in a rectangle from the page's top left corner.
+static void drawviews(surface& page, const pagecontent& what, double width, double height) {
     const keptviews screen;
+    pageinwork = &page;
     printing = true;
     toprinter = 1;
-    backcolor = white;  // paper
-    if (hidcolor == screen.back) hidcolor = white;
+    if (!what.screencolours) {
+        backcolor = white;  // paper
+        if (hidcolor == screen.back) hidcolor = white;
+    }
+    const bool alone = singleview || what.nview != 0;
     for (int v = 1; v <= shownviews(); ++v) {
-        const frame f = frameof(v, width, height);
-        page->toframe(f.left, f.top, f.width, f.height);
+        if (what.nview != 0 && what.nview != v) continue;
+        const frame f = alone ? frame{0, 0, width, height} : frameof(v, width, height);
+        page.toframe(f.left, f.top, f.width, f.height);
         vieww = f.width;
         viewh = f.height;
         scaleview(v, screen, enlargement(screen, f));
         drawview(v);
-        page->drawwidth = 1;
-        if (!singleview) page->box(0, 0, f.width, f.height, grey);
+        page.drawwidth = 1;
+        if (!alone) page.box(0, 0, f.width, f.height, grey);
     }
+}
+
+void drawpage(surface& page, const pagecontent& what) {
+    if (vieww <= 0 || viewh <= 0) return;
+    const bool legend = legendshown() && what.nview <= 1;
+    const double paperwidth = page.width();
+    const double height = page.height() - (what.foot ? footheight : 0);
+    const double width = legend ? paperwidth - legendwidth : paperwidth;
+    drawviews(page, what, width, height);
     if (legend) {
-        page->toframe(width, 0, legendwidth, height);
-        drawlegendon(*page, 0, 0, legendwidth, std::min(height, legendheight));
+        page.toframe(width, 0, legendwidth, height);
+        drawlegendon(page, 0, 0, legendwidth, std::min(height, legendheight));
     }
-    drawfoot(*page, paperwidth, height);
+    if (what.foot) drawfoot(page, paperwidth, height);
+}
+
+double pageheight(const pagecontent& what, double width) {
+    const bool legend = legendshown() && what.nview <= 1;
+    const double views = std::max(1.0, legend ? width - legendwidth : width);
+    const double ratio = vieww > 0 && viewh > 0 ? viewh / vieww : 0.75;
+    return views * ratio + (what.foot ? footheight : 0);
+}
+
+void printview() {
+    if (surface* const page = theplatform().printsurface()) drawpage(*page, {});
 }
 
 static void tellproblem() {

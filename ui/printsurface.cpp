@@ -5,17 +5,15 @@
 #include <QFontMetricsF>
 #include <algorithm>
 
-#include "ui/clip.h"
+#include "view/clip.h"
+#include "view/pen.h"
 
 static const double penwidth = 0.018;         // centimetres of one step of drawwidth
 static const double pointwidth = 0.03;        // centimetres across of a single point
 static const double screenpixel = 2.54 / 96;  // centimetres of a symbol picture's pixel
 
-// A stroke in the colour of the paper, or nearly so, would not be seen: it is drawn in black.
-static QColor ink(colour c) {
-    const int palest = 225;
-    const bool pale = std::min({redof(c), greenof(c), blueof(c)}) >= palest;
-    return pale ? QColor(Qt::black) : qtcolor(c);
+QColor printsurface::ink(colour c) const {
+    return qtcolor(aspaper ? paperink(c) : c);
 }
 
 static QString qtext(std::string_view utf8) {
@@ -54,6 +52,8 @@ void printsurface::clear(colour background) {
     drawwidth = 1;
     drawstyle = pens::solid;
     fillsolid = false;
+    if (!aspaper && painter)
+        painter->fillRect(QRectF(QPointF(0, 0), frame.size()), qtcolor(background));
     if (smooth || !painter) return;
     densepicture = std::make_unique<qtsurface>();
     densepicture->smooth = false;

@@ -16,6 +16,7 @@
 
 class printsurface : public surface {
   public:
+    bool aspaper = true;  // no background is filled, and what is as pale as paper is drawn in black
     // The painter is active on the device; paper is its drawing area in device pixels.
     void begin(QPainter* painter, const QRectF& paper, double pixelspercm);
     void end();
@@ -36,6 +37,7 @@ class printsurface : public surface {
     void toframe(double left, double top, double width, double height) override;
 
   private:
+    QColor ink(colour c) const;
     QPen pen(colour c, double widths) const;
     QBrush brush() const;
     QFontMetricsF metrics() const;

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "ui/clip.h"
+#include "view/clip.h"
 
 static const std::size_t linesatonce = 16384;
 static const double stampmost = 12;  // device pixels of radius up to which discs are stamped

@@ -28,3 +28,9 @@ keptpen::~keptpen() {
 colour shown(colour c) {
     return drawcolor == backcolor ? backcolor : c;
 }
+
+colour paperink(colour c) {
+    const int palest = 225;
+    const bool pale = redof(c) >= palest && greenof(c) >= palest && blueof(c) >= palest;
+    return pale ? rgb(0, 0, 0) : c;
+}

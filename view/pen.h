@@ -23,6 +23,9 @@ class keptpen {
     colour filling = 0;
 };
 
+// On paper: a stroke in its colour, or nearly so, would not be seen and is drawn in black.
+colour paperink(colour c);
+
 // The operations of a surface go to one plane, then again to that of the marks, where they go
 // between two pictures.
 class onplane {

@@ -6,11 +6,11 @@
 
 bool printing;
 int toprinter;
-surface* measuring;
+surface *measuring, *pageinwork;
 
 surface* target(int nview) {
     if (measuring != nullptr) return measuring;
     if (toprinter == 0) return theplatform().viewsurface(nview);
-    if (printing) return theplatform().printsurface();
+    if (printing) return pageinwork;
     return nview == 1 ? nullptr : theplatform().viewsurface(nview);
 }

@@ -66,5 +66,6 @@ struct surface {
 // Null when nothing is to be drawn.
 surface* target(int nview);
 extern surface* measuring;  // takes the place of all of them while a picture is measured
-extern bool printing;       // a page is being built
-extern int toprinter;       // 1 while drawing goes to the printer
+extern bool printing;       // a page is being built, on this surface:
+extern surface* pageinwork;
+extern int toprinter;  // 1 while drawing goes to the printer

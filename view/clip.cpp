@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Cutting to a box: lines after Y. Liang and B. Barsky, polygons after I. Sutherland and G.
 // Hodgman.
-#include "ui/clip.h"
+#include "view/clip.h"
 
 #include <algorithm>
 #include <cmath>

@@ -13,7 +13,10 @@
 #include "exchange/gate.h"
 #include "exchange/gmsh.h"
 #include "exchange/mosesexport.h"
+#include "exchange/pictures.h"
 #include "exchange/ply.h"
+#include "exchange/plyform.h"
+#include "exchange/tables.h"
 #include "exchange/vtu.h"
 
 // A row whose reader needs no dialog.
@@ -35,6 +38,12 @@ static auto meshwriter(const meshform& form) {
     });
 }
 
+static auto gridwriter(gridpoints kind) {
+    return writer("ParaView grid", [kind](const std::string& path, importreport& report) {
+        writevtu(path, kind, report);
+    });
+}
+
 static reply readcosmosfile(const std::string& path, purposes purpose) {
     return readforeign(path, purpose, "Cosmos model", [=](const std::string& p, imported& found) {
         readcosmos(p, found, purpose);
@@ -49,11 +58,17 @@ static void readmosesfile(const std::string& path, imported& found) {
     readmoses(path, found);
 }
 
-// The dialog asks for a group and goes on by itself.
-static reply writemosesfile(const std::string& path) {
+// A dialog asks what is wanted and goes on by itself.
+static auto opening(void (*start)(const std::string& path)) {
+    return [=](const std::string& path) {
+        start(path);
+        return reply::cancelled;
+    };
+}
+
+static void startmoses(const std::string& path) {
     openmosessettings(path);
     theplatform().showdialog("MosesSettings");
-    return reply::cancelled;
 }
 
 const std::vector<foreignreader>& foreignreaders() {
@@ -104,12 +119,12 @@ void wireexchange() {
          .importcaption = "MOSES Export (*.ppo)",
          .savecaption = "MOSES model (*.ppo)",
          .read = reader("MOSES model", readmosesfile),
-         .write = writemosesfile},
+         .write = opening(startmoses)},
         {.extension = "ply",
          .opencaption = "Polygon File Format (*.ply)",
          .importcaption = "Polygon File Format (*.ply)",
          .savecaption = "",
-         .read = reader("Polygon file", readply)},
+         .read = startply},
         {.extension = "dxf",
          .opencaption = "dxf CAD file (*.dxf)",
          .importcaption = "dxf CAD file (*.dxf)",
@@ -164,6 +179,34 @@ void wireexchange() {
          .opencaption = "",
          .importcaption = "",
          .savecaption = "ParaView grid with results (*.vtu)",
-         .write = writer("ParaView grid", writevtu)},
+         .write = gridwriter(gridpoints::nodes)},
+        {.extension = "vtu",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "ParaView grid, a point for each corner (*.vtu)",
+         .write = gridwriter(gridpoints::corners)},
+        {.extension = "pvd",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "ParaView grids of the combinations (*.pvd)",
+         .write = writer("ParaView grids", writepvd)},
+        {.extension = "csv",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "Table of results (*.csv)",
+         .write = opening(starttables),
+         .ismodel = false},
+        {.extension = "svg",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "Drawing of the views (*.svg)",
+         .write = opening(startpicture),
+         .ismodel = false},
+        {.extension = "png",
+         .opencaption = "",
+         .importcaption = "",
+         .savecaption = "Picture of the views (*.png)",
+         .write = opening(startpicture),
+         .ismodel = false},
     };
 }

@@ -277,7 +277,7 @@ reply menusave() {
     if (format == nullptr) return refuse(choice.path);
     if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
     const bool told = std::string(savefilter).find(format->savecaption) != std::string::npos;
-    if (told || !isnamed()) {
+    if (told || (format->ismodel && !isnamed())) {
         modelname = parts.base;
         showmodelname();
     }

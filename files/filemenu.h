@@ -24,6 +24,7 @@ struct fileformat {
     // Cancelled too where a dialog asks first and goes on by itself.
     std::function<reply(const std::string& path, purposes purpose)> read = {};
     std::function<reply(const std::string& path)> write = {};
+    bool ismodel = true;  // else of its results or pictures: the model does not take its name
 };
 std::vector<fileformat>& fileformats();
 

@@ -21,3 +21,6 @@ const componentrow stresscomponents[13] = {
 const char* const displacementcaptions[4] = {
     "X, Y, Z, Displacement (Length of displacement vector)", "X Displacement", "Y Displacement",
     "Z Displacement"};
+
+const char* const stresssymbols[13] = {"Sx",  "Sy",  "Sz",  "Sxy", "Sxz", "Syz",     "Sbx",
+                                       "Sby", "Sbz", "Stx", "Sty", "Stz", "Combined"};

@@ -8,3 +8,5 @@ struct componentrow {
 };
 extern const componentrow stresscomponents[13];  // component 1 first
 extern const char* const displacementcaptions[4];
+// In tables and grids; the last is the combined stress.
+extern const char* const stresssymbols[13];

@@ -16,6 +16,8 @@
 #include "edit/refine.h"
 #include "edit/selection.h"
 #include "edit/undo.h"
+#include "exchange/pictures.h"
+#include "exchange/tables.h"
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/saving.h"
@@ -289,6 +291,18 @@ static void addfile(actionrows& t) {
                "Ctrl+Shift+F",
                printtopdf,
                {{"filebar/printbutton", 3}}},
+              {"viewpicturebutton",
+               "Picture of the views...",
+               "",
+               "",
+               askpicture,
+               {{"filebar/printbutton", 11}}},
+              {"resulttablesbutton",
+               "Table of results...",
+               "",
+               "",
+               asktables,
+               {{"filebar/printbutton", 12}}},
           });
 }
 

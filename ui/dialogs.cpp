@@ -61,6 +61,10 @@ void wiredialogs() {
     adddialog("Cut", makecutwindow);
     adddialog("Animation", makeanimation);
     adddialog("Compare", makecompare);
+    adddialog("plygroup", makeplygroup);
+    adddialog("resulttables", makeresulttables);
+    adddialog("viewpicture", makeviewpicture);
+    wirepictures();
 }
 
 std::vector<std::string> dialognames() {

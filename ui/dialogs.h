@@ -101,5 +101,9 @@ QDialog* makeneeds();
 QDialog* makecutwindow();
 QDialog* makeanimation();
 QDialog* makecompare();
+QDialog* makeplygroup();
+QDialog* makeresulttables();
+QDialog* makeviewpicture();
+void wirepictures();  // pixels and symbols of picture files
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -9,9 +9,12 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QUrl>
 #include <utility>
@@ -193,6 +196,16 @@ static void addexamples(QFileDialog& dialog) {
         dialog.setSidebarUrls(places << examples);
 }
 
+// The name gets the extension of a filter that is chosen, "Drawing (*.svg)", in the place of one
+// of three letters.
+static void followfilter(QFileDialog& dialog, const QString& filter) {
+    static const QRegularExpression ofone("\\(\\*(\\.\\w+)\\)$"), extension("\\.[A-Za-z]{3}$");
+    const QRegularExpressionMatch chosen = ofone.match(filter);
+    auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
+    if (chosen.hasMatch() && name && !name->text().isEmpty())
+        name->setText(name->text().remove(extension) + chosen.captured(1));
+}
+
 filechoice qtplatform::askfile(const filebox& box) {
     const filechoice choice = chosenfile(box);
     recordfile(choice, box);
@@ -222,6 +235,9 @@ filechoice qtplatform::chosenfile(const filebox& box) {
     dialog.setFileMode(box.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // the program asks in its own words
     if (!box.path.empty()) dialog.selectFile(qtext(box.path));
+    if (box.saving)
+        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                         [&dialog](const QString& filter) { followfilter(dialog, filter); });
     while (QApplication::overrideCursor()) QApplication::restoreOverrideCursor();
     const recordrest quiet;
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return choice;

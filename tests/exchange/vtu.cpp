@@ -47,14 +47,14 @@ TEST(Vtu, HoldsTheModelAndEveryResult) {
     modevalue = 7;
     nodes(1, 3, 1) = 0.25;
     importreport report;
-    writevtu(room.file("a.vtu"), report);
+    writevtu(room.file("a.vtu"), gridpoints::nodes, report);
     EXPECT_EQ(curlcomb, 2);
     EXPECT_EQ(modevalue, 7);
     EXPECT_EQ(nodes(1, 3, 1), 0.25) << "the display keeps its shape";
     EXPECT_EQ(report.count(reportkinds::warning), 0);
     noteoldresults();
     importreport old;
-    writevtu(room.file("b.vtu"), old);
+    writevtu(room.file("b.vtu"), gridpoints::nodes, old);
     EXPECT_NE(old.text().find(staletext), std::string::npos);
     const std::string file = contentof(room.file("a.vtu"));
     EXPECT_NE(file.find("NumberOfPoints=\"6\" NumberOfCells=\"3\""), file.npos);
@@ -74,4 +74,20 @@ TEST(Vtu, HoldsTheModelAndEveryResult) {
     ASSERT_EQ(stress.size(), 6u);
     EXPECT_EQ(stress[0], 10);
     EXPECT_EQ(stress[1], 40) << "of two elements that do not continue one another the mean";
+    // As the other kinds of files have them.
+    room.write(".NSR", {{1, 1}, {1, 2}, {1, 3}, {1, 4}, {2, 5}, {2, 6}, {2, 7}, {2, 8}});
+    writevtu(room.file("c.vtu"), gridpoints::corners, report);
+    const std::string corners = contentof(room.file("c.vtu"));
+    EXPECT_EQ(arrayof<float>(corners, "Sx Wind"),
+              (std::vector<float>{1, 2, 3, 4, 5, 6, 7, 8, 0, 0}));
+    EXPECT_EQ(arrayof<std::int32_t>(corners, "node"),
+              (std::vector<std::int32_t>{1, 2, 5, 4, 2, 3, 6, 5, 1, 6}));
+    EXPECT_EQ(arrayof<std::int32_t>(corners, "connectivity").at(9), 9);
+    EXPECT_EQ(arrayof<float>(corners, "Displacement Wind").at(13), 4) << "node 2 once more";
+    writepvd(room.file("d.pvd"), report);
+    EXPECT_NE(contentof(room.file("d.pvd")).find("timestep=\"2\" part=\"0\" name=\"Snow &amp; "),
+              std::string::npos);
+    const std::string second = contentof(room.file("d_2.vtu"));
+    EXPECT_EQ(arrayof<float>(second, "Displacement").at(3), -6);
+    EXPECT_EQ(arrayof<float>(second, "Sx by corner").at(7), -16);
 }

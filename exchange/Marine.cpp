@@ -17,6 +17,7 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "exchange/leftout.h"
 #include "files/sidefiles.h"
 
 static const int intwidth = 5, axiswidth = 10, realwidth = 12;
@@ -194,7 +195,8 @@ void exportmarine(const std::string& path, importreport& report) {
     if (nelems() > mostmarineitems) refuse("elements", nelems());
     if (ngroups() > mostmarineitems) refuse("element groups", ngroups());
     marinetext(path, report).write();
-    report.skipped("Properties of element groups", 0, ngroups());
+    tellleftout(report, {parts::freenodes, parts::constraints, parts::nodalloads,
+                         parts::elementloads, parts::graphics});
     packgraphics();
     textout graphicfile(path.substr(0, path.rfind('.')) + ".gra");
     writegra(graphicfile);

@@ -36,24 +36,26 @@ struct deckkind {
     int type, nodes, corners;
     int plane = -1;  // 0 plane stress, 1 plane strain
 };
-// An ending R or I tells of the integration alone.
+// An ending R, I or H tells of the formulation alone.
 const deckkind deckkinds[] = {
-    {"T3D2", typetruss, 2, 2},    {"T2D2", typetruss, 2, 2},      {"T3D3", typetruss, 3, 2},
-    {"B31", typebeam, 2, 2},      {"B33", typebeam, 2, 2},        {"B21", typebeam, 2, 2},
-    {"B32", typebeam, 3, 2},      {"U1", typebeam, 2, 2},         {"S3", typeshell3, 3, 3},
-    {"STRI3", typeshell3, 3, 3},  {"S4", typeshell4, 4, 4},       {"S6", typeshell3, 6, 3},
-    {"STRI65", typeshell3, 6, 3}, {"S8", typeshell4, 8, 4},       {"CPS3", typememb3, 3, 3, 0},
-    {"CPS4", typememb4, 4, 4, 0}, {"CPE3", typememb3, 3, 3, 1},   {"CPE4", typememb4, 4, 4, 1},
-    {"CPS6", typememb3, 6, 3, 0}, {"CPS8", typememb4, 8, 4, 0},   {"CPE6", typememb3, 6, 3, 1},
-    {"CPE8", typememb4, 8, 4, 1}, {"M3D3", typememb3, 3, 3, 0},   {"M3D4", typememb4, 4, 4, 0},
-    {"MASS", typemass, 1, 1},     {"SPRINGA", typespring2, 2, 2}, {"SPRING1", typespring, 1, 1},
+    {"T3D2", typetruss, 2, 2},      {"T2D2", typetruss, 2, 2},      {"T3D3", typetruss, 3, 2},
+    {"B31", typebeam, 2, 2},        {"B33", typebeam, 2, 2},        {"B21", typebeam, 2, 2},
+    {"B32", typebeam, 3, 2},        {"U1", typebeam, 2, 2},         {"S3", typeshell3, 3, 3},
+    {"STRI3", typeshell3, 3, 3},    {"S4", typeshell4, 4, 4},       {"S6", typeshell3, 6, 3},
+    {"STRI65", typeshell3, 6, 3},   {"S8", typeshell4, 8, 4},       {"CPS3", typememb3, 3, 3, 0},
+    {"CPS4", typememb4, 4, 4, 0},   {"CPE3", typememb3, 3, 3, 1},   {"CPE4", typememb4, 4, 4, 1},
+    {"CPS6", typememb3, 6, 3, 0},   {"CPS8", typememb4, 8, 4, 0},   {"CPE6", typememb3, 6, 3, 1},
+    {"CPE8", typememb4, 8, 4, 1},   {"M3D3", typememb3, 3, 3, 0},   {"M3D4", typememb4, 4, 4, 0},
+    {"MASS", typemass, 1, 1},       {"SPRINGA", typespring2, 2, 2}, {"SPRING1", typespring, 1, 1},
+    {"SPRING2", typespring2, 2, 2},
 };
 
 const deckkind* findkind(std::string name) {
     for (int ending = 0; ending < 2; ++ending) {
         for (const deckkind& kind : deckkinds)
             if (name == kind.name) return &kind;
-        if (name.empty() || (name.back() != 'R' && name.back() != 'I')) return nullptr;
+        if (name.empty() || (name.back() != 'R' && name.back() != 'I' && name.back() != 'H'))
+            return nullptr;
         name.pop_back();
     }
     return nullptr;

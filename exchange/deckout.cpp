@@ -15,6 +15,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "exchange/deck.h"
+#include "exchange/leftout.h"
 #include "exchange/textlines.h"
 #include "view/localaxes.h"
 
@@ -48,9 +49,23 @@ deckbeam beamof(int g, int type) {
     return b;
 }
 
+// Nothing but membranes and bars in the plane z = 0: in space nothing would hold them across it.
+bool isflatmodel() {
+    for (int n = 1; n <= nnodes(); ++n)
+        if (nodes(0, n, 2) != 0) return false;
+    for (int e = 1; e <= nelems(); ++e) {
+        const int type = int(elems(e, 0));
+        const bool isflat = type == typenone || type == typetruss || type == typemass ||
+                            type == typememb3 || type == typememb4 || type == typeshear4;
+        if (!isflat) return false;
+    }
+    return true;
+}
+
 class deckwriter {
   public:
-    deckwriter(textout& target, importreport& lines) : out(target), report(lines) {}
+    deckwriter(textout& target, importreport& lines)
+        : out(target), report(lines), isplane(dim2d || isflatmodel()) {}
 
     void write() {
         out.raw("*HEADING\n").raw(std::filesystem::path(modelname).filename().string());
@@ -64,20 +79,22 @@ class deckwriter {
         writeconstraints();
         for (int lc = 1; lc <= nlc(); ++lc) writestep(lc);
         report.read("Nodes", nnodes());
+        tellleftout(report, {parts::freenodes, parts::properties, parts::constraints,
+                             parts::nodalloads, parts::elementloads, parts::releases});
     }
 
   private:
     static bool isbeam(int type) { return type == typebeam || type == typepipe; }
-    static const char* nameof(int type, int g) {
+    const char* nameof(int type, int g) const {
         const bool strain = groups(g, fieldplane) == 1;
         switch (type) {
             case typetruss:
                 return "T3D2";
             case typememb3:
-                return !dim2d ? "M3D3" : strain ? "CPE3" : "CPS3";
+                return !isplane ? "M3D3" : strain ? "CPE3" : "CPS3";
             case typememb4:
             case typeshear4:
-                return !dim2d ? "M3D4" : strain ? "CPE4" : "CPS4";
+                return !isplane ? "M3D4" : strain ? "CPE4" : "CPS4";
             case typemass:
                 return "MASS";
             case typebeam:
@@ -207,7 +224,7 @@ class deckwriter {
         if (isbeam(set.type)) return writebeams(set);
         writematerial(set, 1);
         const bool isshell = set.type >= typeshell3;
-        const bool ismembrane = !dim2d && set.type != typetruss;
+        const bool ismembrane = !isplane && set.type != typetruss;
         section(isshell ? "SHELL SECTION" : ismembrane ? "MEMBRANE SECTION" : "SOLID SECTION", set);
         out.raw("\n").put(groups(g, fieldthickness)).raw("\n");
     }
@@ -385,6 +402,7 @@ class deckwriter {
 
     textout& out;
     importreport& report;
+    const bool isplane;
     std::vector<deckset> sets;
     std::set<std::string> taken;
 };

@@ -12,6 +12,7 @@
 #include "core/textfile.h"
 #include "exchange/dxf.h"
 #include "exchange/dxfin.h"
+#include "exchange/leftout.h"
 
 // Letters, digits and $ - _ in capitals, at most 31 of them.
 static std::string layername(const std::string& name, std::set<std::string>& taken) {
@@ -62,6 +63,7 @@ class dxfwriter {
         tag(0, "ENDSEC").tag(0, "EOF");
         for (const auto& [entity, count] : counts)
             report.read(std::string(entity) + " entities", count);
+        tellleftout(report, {});
     }
 
   private:

@@ -9,6 +9,7 @@
 #include "core/model.h"
 #include "core/textfile.h"
 #include "exchange/gmsh.h"
+#include "exchange/leftout.h"
 
 namespace {
 
@@ -58,7 +59,8 @@ class gmshwriter {
         for (auto& [key, list] : sorted)
             blocks.push_back({key[0], key[1], key[2], std::move(list)});
         report.read("Nodes", nnodes());
-        report.changed("Types of elements and properties of groups have no place in a mesh");
+        report.changed("Types of elements have no place in a mesh");
+        tellleftout(report, {parts::freenodes});
     }
     // Dimension and group, each once.
     std::vector<std::pair<int, int>> entities() const {

@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/textfile.h"
 #include "exchange/gate.h"
+#include "exchange/leftout.h"
 #include "exchange/textlines.h"
 
 // --- the dialog ---------------------------------------------------------------------------------
@@ -330,10 +331,7 @@ void mosesexport::tellrest() {
     for (int e = 1; e <= nelems(); ++e) single += nodesoftype(elems(e, 0)) == 1 ? 1 : 0;
     if (unused > 0) report.skipped("Nodes without plate or line element", 0, unused);
     if (single > 0) report.skipped("Elements of one node", 0, single);
-    if (ncon > 0) report.skipped("Constraints", 0, ncon);
-    long loads = 0;
-    for (int lc = 1; lc <= nlc(); ++lc) loads += loadnode(lc, 0) + long(elemload(lc, 0, 0));
-    if (loads > 0) report.skipped("Loads", 0, loads);
+    tellleftout(report, {parts::freenodes, parts::properties});
     report.changed("Classes have fixed section data, whatever their group holds", ngroups());
 }
 

@@ -71,6 +71,9 @@ class dxfreader {
         : file(path), options(choices), found(into) {
         outermost.place = scaled({factor, factor, factor});
         how.longest = options.longest;
+        std::string_view rest = options.without, name;
+        while (nextfield(rest, name, ';'))
+            if (!name.empty()) without.emplace_back(name);
     }
     void read() {
         polyline chain;
@@ -97,6 +100,7 @@ class dxfreader {
         const int paper = 67, invisible = 60;
         if (file.whole(object, paper) == 1) return skip("Entities of the paper space", object);
         if (file.whole(object, invisible) == 1) return skip("Invisible entities", object);
+        if (!without.empty() && isleftout(object, in)) return;
         if (name == "3DFACE") return face(object, in);
         if (name == "LINE") return line(object, in);
         if (name == "ARC" || name == "CIRCLE") return circle(object, in, name == "ARC");
@@ -120,10 +124,25 @@ class dxfreader {
         return false;
     }
 
-    int groupof(const dxfobject& object, const surroundings& in) {
+    std::string_view layerof(const dxfobject& object, const surroundings& in) const {
         std::string_view layer = file.text(object, codelayer);
         if (layer.empty()) layer = "0";
-        if (layer == "0" && !in.layer.empty()) layer = in.layer;
+        return layer == "0" && !in.layer.empty() ? in.layer : layer;
+    }
+    // On a layer that was named to be left out; a star at the end of a name stands for any rest.
+    bool isleftout(const dxfobject& object, const surroundings& in) {
+        const std::string layer = file.decoded(layerof(object, in));
+        const bool isout = std::ranges::any_of(without, [&](const std::string& name) {
+            const std::size_t star = name.find('*');
+            return star == name.npos ? sameword(layer, name)
+                                     : sameword(layer.substr(0, star), name.substr(0, star));
+        });
+        if (isout) skip("Entities on layer " + layer + ", left out as chosen", object);
+        return isout;
+    }
+
+    int groupof(const dxfobject& object, const surroundings& in) {
+        const std::string_view layer = layerof(object, in);
         if (lastgroup != 0 && layer == lastlayer) return lastgroup;
         lastlayer = layer;
         const auto known = found.groups.size();
@@ -496,9 +515,7 @@ class dxfreader {
         }
         surroundings inner;
         inner.depth = in.depth + 1;
-        std::string_view layer = file.text(object, codelayer);
-        if (layer.empty()) layer = "0";
-        inner.layer = layer == "0" && !in.layer.empty() ? in.layer : layer;
+        inner.layer = layerof(object, in);
         const long columns = std::max(1L, file.whole(object, 70, 1));
         const long rows = std::max(1L, file.whole(object, 71, 1));
         const placement stand = flat(object, in) * moved(file.point(object, 10)) *
@@ -525,6 +542,7 @@ class dxfreader {
 
     dxffile file;
     dxfoptions options;
+    std::vector<std::string> without;
     imported& found;
     drawn drawing;
     fineness how;

@@ -13,6 +13,7 @@ struct dxfoptions {
     double joinwithin = -1;   // distance within which ends are joined; below 0: by the extent
     bool split = true;        // lines where others meet them
     bool asgraphics = false;  // LINE, ARC and CIRCLE as graphic elements instead
+    std::string without;      // layers that are left out, "GRID; DIM*"
 };
 
 // The unit of the drawing in metres, by $INSUNITS; 0 where it tells none. Looks at the beginning of

@@ -44,6 +44,7 @@ dxfform opendxf() {
     if (importoptions.joinwithin >= 0) form.joinwithin = numbertext(importoptions.joinwithin);
     form.split = importoptions.split;
     form.asgraphics = importoptions.asgraphics;
+    form.without = importoptions.without;
     form.file = drawing;
     return form;
 }
@@ -135,6 +136,7 @@ bool acceptdxf(dxfform& form) {
     if (!readfields(form, options) || !readtypes(form, options)) return false;
     options.split = form.split;
     options.asgraphics = form.asgraphics;
+    options.without = form.without;
     importoptions = options;
     const double factor = askfactor();
     if (factor == 0) return true;

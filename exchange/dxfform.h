@@ -17,6 +17,7 @@ struct dxfform {
     std::array<bool, 4> taken{};      // check boxes, by dxfkinds
     std::array<int, 4> chosen{};      // entry of types
     std::string longest, joinwithin;  // Text1; empty: by the size of the drawing
+    std::string without;              // names of layers
     bool split = false, asgraphics = false;
     std::string file, message;
 };

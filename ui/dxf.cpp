@@ -31,6 +31,8 @@ class dxfdialog : public QDialog {
         longest = addfield(grid, 4, "Specifiy maximum Element size: ", "Text1", form.longest);
         within = addfield(grid, 5, "Join ends within: ", "Text2", form.joinwithin);
         within->setPlaceholderText("from its size");
+        without = addfield(grid, 8, "Leave out the layers: ", "Text3", form.without);
+        without->setPlaceholderText("GRID; DIM*");
         split =
             addswitch(grid, 6, "Split lines where others meet or cross them", "Check5", form.split);
         graphic = addswitch(grid, 7, "LINES, CIRCLE and ARC as graphic elements", "Check6",
@@ -97,6 +99,7 @@ class dxfdialog : public QDialog {
     void take() {
         form.longest = longest->text().toStdString();
         form.joinwithin = within->text().toStdString();
+        form.without = without->text().toStdString();
         form.split = split->isChecked();
         form.asgraphics = graphic->isChecked();
         if (acceptdxf(form)) accept();
@@ -106,7 +109,7 @@ class dxfdialog : public QDialog {
     dxfform form;
     std::array<QCheckBox*, 4> checks{};
     std::array<QComboBox*, 4> lists{};
-    QLineEdit *longest, *within;
+    QLineEdit *longest, *within, *without;
     QCheckBox *split, *graphic;
     QLabel* message;
 };

@@ -16,6 +16,7 @@ static dxfform freshform() {
     for (const int kind : {dxflines, dxfcircles, dxfarcs}) choosedxf(form, kind, typebeam);
     form.longest = "10000";
     form.joinwithin.clear();
+    form.without.clear();
     form.split = form.asgraphics = false;
     return form;
 }
@@ -373,4 +374,18 @@ TEST(Dxf, WrittenDrawingsComeBack) {
         EXPECT_EQ(ngroups(), 2);
         EXPECT_EQ(groupcolor(1), 0x0000FF);
     }
+}
+
+TEST(Dxf, LayersAreLeftOutByName) {
+    exchangeroom room;
+    dxfform form = freshform();
+    form.without = "grid;dim*";
+    takedrawing(room, line(0, 0, 1, 0) + line(0, 1, 1, 1, "GRID") + line(0, 2, 1, 2, "Dims 2"),
+                form);
+    EXPECT_EQ(nelems(), 1);
+    EXPECT_EQ(ngroups(), 1);
+    EXPECT_NE(
+        reported(reportkinds::skipped, "Entities on layer GRID, left out as chosen (line 18)"),
+        nullptr)
+        << lastreport().text();
 }

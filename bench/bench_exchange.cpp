@@ -11,6 +11,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "exchange/bulkdata.h"
 #include "exchange/deck.h"
 #include "exchange/dxf.h"
 #include "exchange/gate.h"
@@ -65,6 +66,24 @@ static void writeply(const std::string& path, importreport&) {
     out.commit();
 }
 
+// Nor of bulk data: free fields, as most programs write them.
+static void writebulk(const std::string& path, importreport&) {
+    textout out(path);
+    out.raw("BEGIN BULK\nMAT1,1,210000.,,0.3,7.8E-9\nPSHELL,1,1,10.,1\n");
+    for (int n = 1; n <= nnodes(); ++n) {
+        out.raw("GRID,").put(n).raw(",");
+        for (int k = 0; k < 3; ++k) out.raw(",").put(nodes(0, n, k));
+        out.raw("\n");
+    }
+    for (int e = 1; e <= nelems(); ++e) {
+        out.raw("CQUAD4,").put(e).raw(",1");
+        for (int c = 1; c <= 4; ++c) out.raw(",").put(int(elems(e, c)));
+        out.raw("\n");
+    }
+    out.raw("ENDDATA\n");
+    out.commit();
+}
+
 static void readdrawing(const std::string& path, imported& found) {
     readdxf(path, {}, 1, found);
 }
@@ -83,6 +102,7 @@ int main(int argc, char** argv) {
          [](const std::string& path, importreport& report) { writegmsh(path, {}, report); },
          readgmsh},
         {"large.inp", writedeck, readdeck},
+        {"large.bdf", writebulk, readbulkdata},
         {"large.dxf", writedxf, readdrawing},
     };
     makelargemodel(1000);
@@ -104,7 +124,8 @@ int main(int argc, char** argv) {
             "reading " + std::string(format.file), runs, 3,
             [&] { readforeign(path, purposes::open, format.file, format.read); },
             [&] { numbersof(readwhole(path)); });
-        std::printf("%d nodes, %d elements\n", nnodes(), nelems());
+        std::printf("%d nodes, %d elements, at most %.0f MB by now\n", nnodes(), nelems(),
+                    peakmemory() / 1e6);
     }
     std::filesystem::remove_all(base);
 }

@@ -155,9 +155,12 @@ static int mergecandidates(int count, Candidate candidate) {
     const nodegrid grid(nnodes(), [](int n) { return nodes.row(0, n).data(); });
     survivors survivor(nnodes());
     int merged = 0;
-    for (int i = 1; i <= count; ++i)
-        if (const int n = candidate(i); n >= 1 && n <= nnodes())
-            merged += mergeone(n, grid, survivor);
+    for (int i = 1; i <= count; ++i) {
+        const int n = candidate(i);
+        if (n < 1 || n > nnodes()) continue;
+        grid.approach(n);
+        merged += mergeone(n, grid, survivor);
+    }
     if (merged == 0) return 0;
     const newnumbers number = numbersaftermerge(survivor);
     const std::vector<int> collapsed = collapsing(number);
@@ -197,35 +200,77 @@ struct elementkey {
 };
 }  // namespace
 
+static elementkey keyof(int e) {
+    elementkey key;
+    const auto row = elems.row(e);
+    key.part = {int(row[0]), egroup(e), 0, 0, 0, 0};
+    const int elnn = nodesoftype(row[0]);
+    for (int k = 1; k <= elnn; ++k) {  // into their place among the corners before
+        const int corner = int(row[std::size_t(k)]);
+        std::size_t at = std::size_t(k) + 1;
+        for (; at > 2 && key.part[at - 1] > corner; --at) key.part[at] = key.part[at - 1];
+        key.part[at] = corner;
+    }
+    key.element = e;
+    return key;
+}
+
 // Keys in the order of their parts, then of the element: doubles stand behind their first.
 static std::vector<elementkey> sortedkeys() {
     std::vector<elementkey> keys;
-    for (int e = 1; e <= nelems(); ++e) {
-        if (elems(e, 0) == 0) continue;
-        elementkey key;
-        key.part = {int(elems(e, 0)), egroup(e), 0, 0, 0, 0};
-        const int elnn = nodesoftype(elems(e, 0));
-        for (int k = 1; k <= elnn; ++k) {  // into their place among the corners before
-            std::size_t at = std::size_t(k) + 1;
-            for (; at > 2 && key.part[at - 1] > int(elems(e, k)); --at)
-                key.part[at] = key.part[at - 1];
-            key.part[at] = int(elems(e, k));
-        }
-        key.element = e;
-        keys.push_back(key);
-    }
+    for (int e = 1; e <= nelems(); ++e)
+        if (elems(e, 0) != 0) keys.push_back(keyof(e));
     std::ranges::sort(keys, [](const elementkey& a, const elementkey& b) {
         return a.part != b.part ? a.part < b.part : a.element < b.element;
     });
     return keys;
 }
 
+namespace {
+// Elements by their keys, each looked for among those before it.
+class elementtable {
+  public:
+    explicit elementtable(std::size_t count) {
+        std::size_t size = 16;
+        while (size < count * 2) size *= 2;
+        places.resize(size);
+    }
+    // False where an equal one stands already.
+    bool add(const elementkey& key) {
+        const std::uint64_t hash = hashof(key);
+        const auto tag = unsigned(hash >> 32);
+        for (std::size_t at = hash & (places.size() - 1);; at = (at + 1) & (places.size() - 1)) {
+            if (places[at].element == 0) {
+                places[at] = {key.element, tag};
+                return true;
+            }
+            if (places[at].tag == tag && keyof(places[at].element).part == key.part) return false;
+        }
+    }
+
+  private:
+    static std::uint64_t hashof(const elementkey& key) {
+        std::uint64_t h = 0;
+        for (const int part : key.part) {
+            h = (h ^ std::uint64_t(unsigned(part))) * 0x9E3779B97F4A7C15u;
+            h ^= h >> 32;
+        }
+        return h;
+    }
+    struct place {
+        int element = 0;
+        unsigned tag = 0;  // more of the hash: most other elements differ in it
+    };
+    std::vector<place> places;  // open addressing
+};
+}  // namespace
+
 int mergeelements() {
-    const std::vector<elementkey> keys = sortedkeys();
+    elementtable table{std::size_t(nelems())};
     int merged = 0;
-    for (std::size_t i = 1; i < keys.size(); ++i) {
-        if (keys[i].part != keys[i - 1].part) continue;
-        elems(keys[i].element, 0) = 0;
+    for (int e = 1; e <= nelems(); ++e) {
+        if (elems(e, 0) == 0 || table.add(keyof(e))) continue;
+        elems(e, 0) = 0;
         ++merged;
     }
     if (merged == 0) return 0;

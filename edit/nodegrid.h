@@ -11,7 +11,7 @@
 
 #include "core/session.h"
 
-// Nodes by the cell of a grid whose side is a few tolerances: whatever is near a place lies in its
+// Nodes by the cell of a grid whose side is some tolerances: whatever is near a place lies in its
 // cell or in a neighbour that the tolerance reaches, mostly none. Coordinates of 0 lie in the
 // middle of their cells. The table holds chains of nodes of equal hash.
 class nodegrid {
@@ -22,15 +22,26 @@ class nodegrid {
         std::size_t size = 16;
         while (size < std::size_t(count) * 2) size *= 2;
         heads.assign(size, 0);
-        const double tolerances = 4;
+        const double tolerances = 16;
         side = mergetol > 0 ? mergetol * tolerances : 1;
+        home.resize(std::size_t(count) + 1);
+        for (int n = 1; n <= count; ++n) {
+            const float* const at = placeof(n);
+            home[std::size_t(n)] = unsigned(bucket(cellof(at[0]), cellof(at[1]), cellof(at[2])));
+        }
         // Chains are built from the last node on, so that each runs up in number.
         for (int n = count; n >= 1; --n) {
-            const float* const at = placeof(n);
-            int& head = heads[bucket(cellof(at[0]), cellof(at[1]), cellof(at[2]))];
+            if (n > ahead) __builtin_prefetch(&heads[home[std::size_t(n - ahead)]], 1);
+            int& head = heads[home[std::size_t(n)]];
             next[std::size_t(n)] = head;
             head = n;
         }
+    }
+    // Nodes are asked for in the order of their numbers from here on: what the later ones need is
+    // fetched while the earlier ones are at work.
+    void approach(int n) const {
+        if (std::size_t(n) + ahead < home.size())
+            __builtin_prefetch(&heads[home[std::size_t(n) + ahead]]);
     }
     // Calls take(n) for every node of the cells around a place; a node may come more than once.
     template <typename Take>
@@ -62,6 +73,8 @@ class nodegrid {
         h = (h ^ (h >> 32) ^ std::uint64_t(z)) * 0x94D049BB133111EBu;
         return std::size_t(h ^ (h >> 31)) & (heads.size() - 1);
     }
+    static constexpr int ahead = 16;
     double side;
     std::vector<int> heads, next;
+    std::vector<unsigned> home;  // bucket of each node
 };

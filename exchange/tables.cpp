@@ -368,6 +368,7 @@ static int countmodes() {
 
 // All combinations, all load cases, then each of them; of modes and sums only what they have.
 void choosetable(tableform& form, int entry) {
+    if (entry < 0 || std::size_t(entry) >= form.kinds.size()) return;
     form.chosen = entry;
     const std::size_t before = form.blocks.size();
     form.blocks.clear();
@@ -405,6 +406,7 @@ tablechoice tableform::choice() const {
 }
 
 void accepttables(const tableform& form) {
+    if (form.kinds.empty()) return;
     lastchoice = form.choice();
     writeforeign(form.path, "Table of results", [](const std::string& path, importreport& report) {
         writetable(path, lastchoice, report);

@@ -364,6 +364,11 @@ textout& textout::put(long number) {
 }
 
 textout& textout::raw(std::string_view text) {
+    if (const std::size_t large = writeblock / 4; text.size() > large) {  // no copy of it first
+        flush();
+        beside.write(text.data(), text.size());
+        return *this;
+    }
     while (!text.empty()) {
         if (used == buffer.size()) flush();
         const std::size_t n = std::min(text.size(), buffer.size() - used);

@@ -33,19 +33,21 @@ sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vec
             a.start.push_back(a.start.back() + d.unknowncount[p] - c + below);
     }
     a.row.resize(std::size_t(a.start.back()));
-    a.value.assign(std::size_t(a.start.back()), 0);
+    a.value.resize(std::size_t(a.start.back()));
     parallelpieces(int(order.size()), 1024, [&](int first, int last, int) {
         std::vector<int> list;
         for (auto p = std::size_t(first); p < std::size_t(last); ++p) {
             findlater(p, list);
             std::sort(list.begin(), list.end());
-            int* next = a.row.data() + a.start[std::size_t(d.firstunknown[p])];
+            const auto begin = a.start[std::size_t(d.firstunknown[p])];
+            int* next = a.row.data() + begin;
             for (int c = 0; c < d.unknowncount[p]; ++c) {
                 for (int r = c; r < d.unknowncount[p]; ++r) *next++ = d.firstunknown[p] + r;
                 for (const int q : list)
                     for (int r = 0; r < d.unknowncount[std::size_t(q)]; ++r)
                         *next++ = d.firstunknown[std::size_t(q)] + r;
             }
+            std::fill(a.value.data() + begin, a.value.data() + (next - a.row.data()), 0.0);
         }
     });
     return a;

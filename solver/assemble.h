@@ -3,16 +3,34 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "solver/dofs.h"
 #include "solver/kinds.h"
 
+// Numbers without a first value: memory that is first touched where it is filled, by all threads.
+template <typename Number>
+struct unfilled : std::allocator<Number> {
+    template <typename Other>
+    struct rebind {
+        using other = unfilled<Other>;
+    };
+    template <typename Other, typename... Values>
+    void construct(Other* at, Values&&... values) {
+        if constexpr (sizeof...(Values) == 0)
+            ::new (at) Other;
+        else
+            ::new (at) Other(std::forward<Values>(values)...);
+    }
+};
+
 // Lower triangle by columns, rows ascending, diagonal first.
 struct sparsematrix {
     std::vector<std::int64_t> start;
-    std::vector<int> row;
-    std::vector<double> value;
+    std::vector<int, unfilled<int>> row;
+    std::vector<double, unfilled<double>> value;
     std::int64_t size() const { return std::int64_t(start.size()) - 1; }
 };
 

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "solver/gauss.h"
-#include "solver/kinds.h"
 #include "solver/line.h"
 #include "solver/section.h"
 

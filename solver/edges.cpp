@@ -6,7 +6,7 @@
 #include <atomic>
 
 #include "solver/bending.h"
-#include "solver/kinds.h"
+#include "solver/catalogue.h"
 #include "solver/parallel.h"
 
 static bool bends(int type) {
@@ -32,7 +32,7 @@ static sidelist listsides(const model& m) {
         for (int e = 1; e <= m.nelems(); ++e) {
             const elementdef& def = m.elements[std::size_t(e)];
             if (!bends(def.type)) continue;
-            const int corners = kindof(def.type).nodes;
+            const int corners = factsof(def.type).nodes;
             for (int k = 0; k < corners; ++k) {
                 const int p = def.node[k], q = def.node[(k + 1) % corners];
                 use(std::size_t(std::min(p, q)), side{std::max(p, q), e, k});

@@ -5,7 +5,7 @@
 #include <Eigen/Geometry>
 #include <cmath>
 
-#include "solver/kinds.h"
+#include "solver/catalogue.h"
 #include "solver/refuse.h"
 
 element elementat(const model& m, const settings& s, int number) {
@@ -13,7 +13,7 @@ element elementat(const model& m, const settings& s, int number) {
     element e;
     e.number = number;
     e.type = def.type;
-    e.nodes = kindof(def.type).nodes;
+    e.nodes = factsof(def.type).nodes;
     e.group = def.group;
     e.g = &m.groups[std::size_t(def.group)];
     e.turn = def.turn;
@@ -29,9 +29,8 @@ element elementat(const model& m, const settings& s, int number) {
     return e;
 }
 
-// "Element 12 (BEAM, group 2 \"legs\")".
-static std::string elementname(const element& e) {
-    return "Element " + std::to_string(e.number) + " (" + kindof(e.type).name + ", group " +
+std::string elementname(const element& e) {
+    return "Element " + std::to_string(e.number) + " (" + factsof(e.type).name + ", group " +
            std::to_string(e.group) + " \"" + e.g->name + "\")";
 }
 

@@ -32,6 +32,9 @@ using placedforces = std::span<const placedforce>;
 
 element elementat(const model& m, const settings& s, int e);
 
+// "Element 12 (BEAM, group 2 \"legs\")".
+std::string elementname(const element& e);
+
 // Throws a refusal: the element's name, what is wrong, what to do.
 [[noreturn]] void refuseelement(const element& e, const std::string& why);
 

@@ -1,28 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The catalogue of element kinds: one row a kind, in the order of its code. What a family can do
-// stands behind the function pointers; a new kind is a new row.
+// What each kind of element can do. It stands behind function pointers: a new kind is a new row
+// here and in the catalogue.
 #pragma once
 
+#include "solver/catalogue.h"
 #include "solver/element.h"
 
-enum class family {
-    none,   // free slot
-    point,  // one node
-    line,   // two nodes and a section: stresses in .LES
-    link,   // two nodes without a section
-    plate   // three or four corners: stresses in .NSR and its like
-};
-
-// What of a node's freedom a kind surely stiffens, whatever its geometry.
-enum class stiffened { unsure, translations, all };
-
-struct elementkind {
-    int code;
-    const char* name;
-    int nodes;
-    family fam;
-    int nodedofs;              // 3: translations alone; 6: rotations too
-    stiffened nodes3, nodes2;  // in 3-D, in a 2-D analysis
+struct elementkind : kindfacts {
     // Refuses geometry and properties that the kind cannot take.
     void (*check)(const element& e);
     // Model axes, nodes x nodedofs square. Null where the kind has no stiffness of its own.
@@ -35,8 +19,6 @@ struct elementkind {
     // corner c in stress axes, from the nodal displacements in model axes.
     void (*stress)(const element& e, elmatrix& s);
 };
-
-const int lasttype = typespring;
 
 // type: 1..lasttype.
 const elementkind& kindof(int type);

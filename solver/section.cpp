@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "solver/kinds.h"
-
 // Tube with A = pi/4 (D^2 - d^2) and I = pi/64 (D^4 - d^4), hence D^2 + d^2 = 16 I/A.
 static void completetube(linesection& s) {
     if (s.i2 == 0) s.i2 = s.i3;

@@ -4,8 +4,6 @@
 
 #include <cmath>
 
-#include "solver/kinds.h"
-
 static mat6 springmatrix(const element& e) {
     mat6 k = mat6::Zero();
     const int first = e.type == typespringr ? 3 : 0, count = e.type == typespringt ? 3 : 6 - first;

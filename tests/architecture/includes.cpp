@@ -82,12 +82,14 @@ static std::string unitof(const std::string& file) {
 
 static unitgraph readunits() {
     unitgraph graph;
-    for (const auto& [folder, height] : floors) {
+    std::set<std::string> folders = {"solver"};  // a house of its own
+    for (const auto& [folder, height] : floors) folders.insert(folder);
+    for (const std::string& folder : folders) {
         if (!fs::exists(fs::path(sourcedir()) / folder)) continue;
         for (const fs::path& file : sourcesin(folder)) {
             const std::string unit = folder + "/" + file.stem().string();
             for (const std::string& include : includesof(file))
-                if (floors.count(include.substr(0, include.find('/'))))
+                if (folders.count(include.substr(0, include.find('/'))))
                     graph[unit].insert(unitof(include));
         }
     }
@@ -115,6 +117,7 @@ static unitgraph circlesof(const unitgraph& graph) {
 TEST(Architecture, UnitsStandInNoCircle) {
     unitgraph graph = readunits();
     EXPECT_GT(graph.size(), 100u);
+    EXPECT_TRUE(graph["solver/edges"].count("solver/catalogue"));
     // The one window is the parent of all others, which it opens.
     for (auto& [unit, includes] : graph) includes.erase("ui/mainwindow");
     for (const auto& [unit, circle] : circlesof(graph)) {

@@ -8,6 +8,7 @@
 #include "core/checksum.h"
 #include "solver/curve.h"
 #include "solver/edges.h"
+#include "solver/faraway.h"
 #include "solver/logtexts.h"
 #include "solver/makedofs.h"
 #include "solver/members.h"
@@ -16,6 +17,7 @@
 #include "solver/refine.h"
 #include "solver/refuse.h"
 #include "solver/solve.h"
+#include "solver/span.h"
 #include "solver/sumfile.h"
 #include "solver/unstiffened.h"
 #include "solver/writeresults.h"
@@ -96,7 +98,7 @@ static displacements solvecases(const model& m, const settings& s, const equatio
         if (!(rest < wrong))
             refuse("The equations of case " + std::to_string(lc) +
                    " could not be solved to a useful accuracy (residual " + shortnumber(rest) +
-                   "); the stiffness of the elements differs by too many powers of ten");
+                   "). " + whyillconditioned(m, s));
         expand(d, columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns),
                result.u.data() + std::size_t(lc - 1) * d.equation.size());
     }
@@ -134,11 +136,10 @@ static void refinereactions(const model& m, const settings& s, const equations& 
     const double unbalanced = 1e-6, uncertain = 1e-6, wrong = 1e-2;
     if (!(uncertainty < wrong))
         refuse("The displacements could not be found, they change by " + shortnumber(change) +
-               " of themselves when they are refined. The stiffness of the elements differs by too "
-               "many powers of ten, or a part is next to a mechanism");
+               " of themselves when they are refined. " + whyillconditioned(m, s));
     if (uncertainty > uncertain)
         log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
-                 " of themselves, the model is ill-conditioned");
+                 " of themselves. " + whyillconditioned(m, s));
     if (now > std::max(unbalanced, held.noise())) warnunbalanced(m, now, log);
     if (now != before)
         log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
@@ -188,7 +189,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     m.curve.clear();
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
-    warnfaraway(m, s, log);
+    checkfaraway(m, s, log);
     measurecurve(m);
     measureedges(m, s);
     results r;

@@ -9,11 +9,12 @@
 
 #include "solver/forces.h"
 #include "solver/kinds.h"
-#include "solver/memory.h"
 #include "solver/makedofs.h"
+#include "solver/memory.h"
 #include "solver/order.h"
 #include "solver/parallel.h"
 #include "solver/refuse.h"
+#include "solver/span.h"
 
 static const double mebibyte = 1024 * 1024;
 
@@ -106,17 +107,17 @@ static std::vector<double> diagonalof(const sparsematrix& a) {
     return diagonal;
 }
 
-// Factorises the matrix made definite by a trace of its diagonal; false where a trace is too
-// little.
-static bool factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a, factor& l) {
+// Factorises the matrix made definite by a trace of its diagonal, which is returned; 0 where a
+// trace is too little.
+static double factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a, factor& l) {
     for (const double trace : {1e-12, 1e-9}) {
         a = stiffness;
         for (std::size_t j = 0; j < std::size_t(a.size()); ++j)
             a.value[std::size_t(a.start[j])] *= 1 + trace;
         l.analyse(a);
-        if (l.factorise(a)) return true;
+        if (l.factorise(a)) return trace;
     }
-    return false;
+    return 0;
 }
 
 // Energy of a motion, element by element with the rigid part of it taken out: a slender structure's
@@ -137,15 +138,17 @@ static double energyof(const model& m, const settings& s, const dofmap& d,
 }
 
 // The motion that costs next to nothing, by inverse iteration. energy: out, of the motion against
-// the diagonal's.
+// the diagonal's; noise: out, what the search itself leaves of it.
 static std::vector<double> softestmotion(const model& m, const settings& s, const equations& q,
-                                         double& energy) {
+                                         double& energy, double& noise) {
     const std::int64_t n = q.stiffness.size();
     const std::vector<double> diagonal = diagonalof(q.stiffness);
     sparsematrix a;
     factor l;
     energy = -1;
-    if (!factorisewithtrace(q.stiffness, a, l)) return {};
+    const double trace = factorisewithtrace(q.stiffness, a, l), least = 1e-10;
+    if (trace == 0) return {};
+    noise = std::pow(std::max(least, 10 * trace), 2);
     std::mt19937 random(1);
     std::uniform_real_distribution<double> spread(0.5, 1.5);
     std::vector<double> v(std::size_t(n), 0);
@@ -255,8 +258,8 @@ void factorise(const model& m, const settings& s, const equations& q, factor& l,
     const double pivot = definite ? l.smallestpivot(q.stiffness, unknown) : 0;
     const double suspicious = 1e-9, nothing = 1e-22;  // of the diagonal
     if (definite && pivot > suspicious) return;
-    double energy = 0;
-    const std::vector<double> v = softestmotion(m, s, q, energy);
+    double energy = 0, noise = 0;
+    const std::vector<double> v = softestmotion(m, s, q, energy, noise);
     log.line("Smallest pivot " + shortnumber(pivot) + " of its diagonal; energy of the softest " +
              "motion " + shortnumber(energy));
     if (definite && energy > nothing) return;
@@ -268,6 +271,8 @@ void factorise(const model& m, const settings& s, const equations& q, factor& l,
         refuse("The stiffness has a direction of negative stiffness near node " +
                std::to_string(nameunknown(q.dofs, unknown).node) +
                "; check the spring matrices of the element groups");
+    if (energy > noise)
+        refuse("The equations cannot be solved to a useful accuracy. " + whyillconditioned(m, s));
     refusemotion(m, q.dofs, v);
 }
 

@@ -11,14 +11,11 @@
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
+#include "solver/faraway.h"
 #include "solver/kinds.h"
 #include "solver/refuse.h"
 #include "solver/rigid.h"
-
-static const double leastangle = 3e-5;  // radians between elements that count as one plane
-static const double mostangle = 0.03;
 
 namespace {
 struct ownerblock {
@@ -26,66 +23,6 @@ struct ownerblock {
     mat6 stiffness = mat6::Zero();
 };
 }  // namespace
-
-// --- how flat a plane can be told ---------------------------------------------------------------
-
-// The least height of an element over its edges; a bar's length.
-static double heightof(const element& e) {
-    if (e.nodes == 2) return lengthof(e);
-    double longest = 0;
-    for (int c = 0; c < e.nodes; ++c)
-        longest = std::max(longest, (e.x[(c + 1) % e.nodes] - e.x[c]).norm());
-    const int last = e.nodes - 1;
-    const vec3 twice = (e.x[last] - e.x[last - 2]).cross(e.x[last - 1] - e.x[0]);
-    return twice.norm() / ((last - 1) * longest);
-}
-
-// Angle by which rounding may tilt an element. Coordinates come from Singles; four steps: two
-// elements, each with its corners' rounding on either side.
-static double tiltof(const element& e) {
-    const double step = std::numeric_limits<float>::epsilon(), steps = 4;
-    double far = 0;
-    for (int c = 0; c < e.nodes; ++c) far = std::max(far, e.x[c].cwiseAbs().maxCoeff());
-    return steps * step * far / heightof(e);
-}
-
-void warnfaraway(const model& m, const settings& s, runlog& log) {
-    long count = 0;
-    double worst = 0;
-    int at = 0;
-    for (int n = 1; n <= m.nelems(); ++n) {
-        const family fam = kindof(m.elements[std::size_t(n)].type).fam;
-        if (fam != family::line && fam != family::plate) continue;
-        const double tilt = tiltof(elementat(m, s, n));
-        if (!(tilt > mostangle)) continue;
-        ++count;
-        if (tilt <= worst) continue;
-        worst = tilt;
-        at = n;
-    }
-    if (count > 0)
-        log.warn(
-            std::to_string(count) +
-            " element(s) lie too far from the origin for their size: the files tell the places of "
-            "nodes in seven digits, which at element " +
-            std::to_string(at) + " is " + shortnumber(worst / 4) +
-            " of it. Move the model nearer to the origin");
-}
-
-std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) {
-    std::vector<float> angle(d.owner.size(), float(leastangle));
-    for (int n = 1; n <= m.nelems(); ++n) {
-        const family fam = kindof(m.elements[std::size_t(n)].type).fam;
-        if (fam != family::line && fam != family::plate) continue;
-        const element e = elementat(m, s, n);
-        const double noise = std::min(mostangle, tiltof(e));
-        for (int c = 0; c < e.nodes; ++c) {
-            float& at = angle[std::size_t(e.node[c])];
-            at = std::max(at, float(noise));
-        }
-    }
-    return angle;
-}
 
 // --- owners whose freedom may lack stiffness ----------------------------------------------------
 

@@ -9,13 +9,6 @@
 // log.
 void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log);
 
-// By node: the angle, radians, up to which what meets there counts as one plane or one line. Model
-// files hold Singles, so it grows with the distance from the origin over the size of the elements.
-std::vector<float> flatness(const model& m, const settings& s, const dofmap& d);
-
-// Warns of elements so small and far from the origin that Singles cannot tell their shape.
-void warnfaraway(const model& m, const settings& s, runlog& log);
-
 // What the loads along held directions sum up to, moments about the origin: no reaction answers
 // them.
 vec6 heldload(const model& m, const dofmap& d, const double* f);

@@ -54,6 +54,26 @@ TEST(Refusal, MechanismsAreNamedByNodeAndDirection) {
     }
 }
 
+// Stiff beams on a soft one are no mechanism, whatever the factorisation makes of them.
+TEST(Refusal, StiffnessTooFarApartNamesBothElements) {
+    for (const double times : {1e12, 1e14}) {
+        build b;
+        const vec3 inertia(1e6, 1e6, 2e6);
+        b.chain(typebeam, b.bar(2e5, 1000, inertia), {0, 0, 0}, {1000, 0, 0}, 10);
+        const int stiff = b.bar(2e5 * times, 1000, inertia);
+        for (int i = 1; i <= 10; ++i) {
+            b.node(1000 + 100 * i, 0);
+            b.element(typebeam, stiff, {i + 10, i + 11});
+        }
+        b.fix(1, clamped);
+        b.load(1, 21, 3, 1);
+        const std::string words = b.refusal();
+        expectwords(words, {"(BEAM, group 2 \"", times > 1e13 ? "1e+14 times" : "1e+12 times",
+                            "(BEAM, group 1 \"", "RIGID"});
+        EXPECT_EQ(words.find("move freely"), words.npos) << words;
+    }
+}
+
 // What nothing stiffens and nothing loads is held, and the rest is solved.
 TEST(Refusal, UnloadedFreedomWithoutStiffnessIsHeldAndCounted) {
     build b;

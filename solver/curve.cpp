@@ -46,3 +46,44 @@ void measurecurve(model& m) {
         if (angle < fold) curve = std::max(curve, float(2 * angle));
     });
 }
+
+// Bending that a pressure wrongly makes in a triangle, over the membrane stress, as cylinders under
+// pressure show it.
+static double wrongbending(const model& m, int number) {
+    const elementdef& e = m.elements[std::size_t(number)];
+    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness], share = 0.5;
+    double longest = 0;
+    for (int k = 0; k < 3; ++k)
+        longest = std::max(
+            longest,
+            (m.nodes[std::size_t(e.node[(k + 1) % 3])] - m.nodes[std::size_t(e.node[k])]).norm());
+    return share * longest * double(m.curve[std::size_t(number)]) / thickness;
+}
+
+void warncurved(const model& m, int lc, runlog& log) {
+    const loadcase& c = m.cases[std::size_t(lc)];
+    const int across = 3;
+    const double little = 0.1;
+    long count = 0;
+    double worst = 0;
+    int at = 0;
+    for (const elementrow& row : c.element) {
+        if (row.direction != across || row.value == 0) continue;
+        if (m.elements[std::size_t(row.element)].type != typeshell3) continue;
+        const double wrong = wrongbending(m, row.element);
+        if (!(wrong > little)) continue;
+        ++count;
+        if (wrong > worst) at = row.element;
+        worst = std::max(worst, wrong);
+    }
+    if (count > 0)
+        log.warn("Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(count) +
+                     " SHELL3 element(s) carry a pressure where the surface is curved, the worst "
+                     "of them element " +
+                     std::to_string(at) +
+                     ". Flat triangles answer it with bending that is not there, up to about " +
+                     shortnumber(std::round(10 * worst) / 10) +
+                     " times the membrane stress. Use SHELL4, or triangles of half the size for a "
+                     "quarter of it",
+                 lc);
+}

@@ -3,6 +3,10 @@
 #pragma once
 
 #include "solver/model.h"
+#include "solver/report.h"
 
 // Fills m.curve. Nodes where the elements meet at a fold do not count.
 void measurecurve(model& m);
+
+// Warns of triangles that carry a pressure over a surface which turns much for its thickness.
+void warncurved(const model& m, int lc, runlog& log);

@@ -191,6 +191,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);
     measurecurve(m);
+    for (int lc = 1; lc <= m.ncases(); ++lc) warncurved(m, lc, log);
     measureedges(m, s);
     results r;
     r.masses = groupmasses(m, s);

@@ -88,6 +88,33 @@ TEST(Verification, CylinderUnderPressure) {
 // T L / (G J) of a bar 6 x 0.2 x 0.1 with J = 0.2287 b t^3 (Roark, table 10.1)
 static const double twistedtip = 0.03411;
 
+// Triangles that are too coarse for a pressure on a curved surface are told; quadrilaterals, flat
+// plates and fine meshes are not.
+TEST(Shells, PressureOnCurvedTrianglesIsToldWhereItBendsThem) {
+    const struct {
+        int type, n;
+        double radius;
+        bool told;
+    } rows[] = {{typeshell3, 8, 1000, true},
+                {typeshell4, 8, 1000, false},
+                {typeshell3, 64, 1000, false},
+                {typeshell3, 8, 1e9, false}};
+    for (const auto& row : rows) {
+        build b;
+        const grid at = b.mesh(
+            row.type, b.plate(2e5, 0.3, 20), row.n, row.n / 4,
+            [&](double r, double s) { return around(row.radius, 1500 / row.radius * r, 400 * s); });
+        b.fix(at.left(), clamped), b.fix(at.right(), clamped);
+        b.pressall(1, 3, 0.1);
+        b.solve();
+        ASSERT_EQ(b.log.warnings().size(), row.told ? 1u : 0u) << row.type << ' ' << row.n;
+        if (!row.told) continue;
+        expectwords(b.log.warnings()[0],
+                    {"Case 1", "32 SHELL3 element(s)", "times the membrane stress", "SHELL4"});
+        EXPECT_EQ(b.log.caseof(0), 1);
+    }
+}
+
 TEST(Verification, StraightBeamOfShells) {
     const char* const shapes[] = {"rectangles", "trapezoids", "parallelograms"};
     const char* const loads[] = {"stretched", "bent in its plane", "bent across its plane",

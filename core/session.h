@@ -54,7 +54,7 @@ extern Flag editing;         // a move or a dialog's edit is under way
 extern Flag singleel;        // the single element dialog picks nodes
 extern Flag menulock;        // while up, most menus are disabled
 extern int ptcount;          // points entered of the graphic element in work
-enum class selecttypes { single, window, group, all };
+enum class selecttypes { single, window, group, all, lasso };
 extern selecttypes selecttype;  // the selection method box
 
 // The status line: action, item; goal; tail.

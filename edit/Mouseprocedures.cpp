@@ -19,6 +19,7 @@
 #include "edit/commands.h"
 #include "edit/find.h"
 #include "edit/hover.h"
+#include "edit/lasso.h"
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "edit/outcome.h"
@@ -34,6 +35,7 @@
 
 static int bandview;  // view in which the box under way began
 static enum class windowsteps { corner, box, target } windowstep;  // of View Window
+static picks lassomode;      // by the keys held at its last corner
 static double boxcorner[4];  // x1 y1 x2 y2 of the box that View Window holds
 
 void startmode(Flag& flag) {
@@ -223,13 +225,41 @@ static void toggleitem(const nearest& found, selectitems item) {
     }
 }
 
-static void promptselected() {
+void promptselected() {
     const selectitems item = selectitem();
     const bool canmove = item == selectnodes || item == selectelements || item == selectgraphics;
     promptaction = isselection() && canmove ? "Select or move" : "Select";
     promptgoal = " for editing";
     prompttail.clear();
     labelselect();
+}
+
+// What the lasso holds is selected.
+static void closelasso() {
+    const lassoline line = lasso;
+    endboxes();
+    hideselection();
+    if (line.corners.size() > 2)
+        selectwith(lassomode, [&] { selectpolygon(line.view, line.corners); });
+    showselection();
+    if (!isselectionpending()) promptselected();
+}
+
+// A corner of the lasso, or its end where the first one was.
+static void lassopress(int nview) {
+    lassomode = pickmode;
+    if (windowdrag && nview == lasso.view) {
+        if (closeslasso(scrx, scry)) return closelasso();
+        if (extendlasso(scrx, scry)) notecorner();
+        return;
+    }
+    startlasso(nview, scrx, scry);
+    notecorner();
+    bandview = nview;
+    bandx = scrx;
+    bandy = scry;
+    windowdrag = true;
+    prompt("Select", "", "", "Drag about the items, or click corners; <Right Button> closes");
 }
 
 // All elements of the group of the element nearest to the point, whatever the item in force; the
@@ -242,7 +272,12 @@ static void grouppress(int nview) {
     }
     const int group = egroup(found.item);
     setselectitem(selectelements);
-    selectgroup(group);
+    selectwith(pickmode, [&] { selectgroup(group); });
+}
+
+static void singlepress(int nview, selectitems item) {
+    const nearest found = pickitem(nview, item);
+    if (found.item != 0) selectwith(pickmode, [&] { toggleitem(found, item); });
 }
 
 // For a dialog the prompts stay as they were set.
@@ -252,26 +287,29 @@ static void selectpress(int nview) {
     hideselection();
     switch (selecttype) {
         case selecttypes::single:
-            if (const nearest found = pickitem(nview, item); found.item != 0)
-                toggleitem(found, item);
+            singlepress(nview, item);
             break;
         case selecttypes::window:
             if (!windowdrag) {
                 startbox(nview);
             } else {
                 const double x = scrx, y = scry;
-                if (closebox(nview)) selectwindow(nview, bandx, bandy, x, y);
+                if (closebox(nview))
+                    selectwith(pickmode, [&] { selectwindow(nview, bandx, bandy, x, y); });
             }
             break;
         case selecttypes::group:
             grouppress(nview);
             break;
         case selecttypes::all:
-            selectall();
+            selectwith(pickmode, selectall);
+            break;
+        case selecttypes::lasso:
+            lassopress(nview);
             break;
     }
     showselection();
-    if (!isselectionpending()) promptselected();
+    if (!isselectionpending() && lasso.view == 0) promptselected();
 }
 
 // --- the driver ---------------------------------------------------------------------------------
@@ -307,6 +345,7 @@ void mousedriver(int nview, mousebuttons button) {
     if (button == mousebuttons::left) return leftpress(nview);
     if (button != mousebuttons::right) return;
     if (zoomwinmode) return endboxes();
+    if (lasso.view != 0) return closelasso();
     if (endpendingselection()) return;
     moderow* const row = runningmode();
     if (row && row->enter)
@@ -366,10 +405,18 @@ static void followpointer(int nview, double x, double y) {
     row->follow(nview);
 }
 
+static void movelasso(int nview, mousebuttons button, double x, double y) {
+    const keptpoint given;
+    takeplace(nview, x, y);
+    if (button != mousebuttons::left) return followlasso(x, y);
+    if (extendlasso(x, y)) notecorner();
+}
+
 void viewmousemove(int nview, mousebuttons button, double x, double y) {
     if (button == mousebuttons::none && !windowdrag) return followpointer(nview, x, y);
     const bool moves = button == mousebuttons::left && movepending && editing && !windowdrag;
     const bool boxes = windowdrag && nview == bandview;
+    if (boxes && lasso.view != 0) return movelasso(nview, button, x, y);
     if (!moves && !boxes) return;
     const keptpoint given;
     takeplace(nview, x, y);
@@ -395,6 +442,11 @@ void viewmouseup(int nview, mousebuttons button, double x, double y) {
     const bool dragged =
         isplacegiven() || std::fabs(x - bandx) > dragreach || std::fabs(y - bandy) > dragreach;
     if (!windowdrag || nview != bandview || !dragged) return;
+    if (lasso.view != 0) {
+        // A corner that was clicked is let go where it was pressed.
+        if (lasso.corners.size() > 2 && lastpress().path.size() > 2) closelasso();
+        return theplatform().refresh();
+    }
     notedrag();
     mousedriver(nview, mousebuttons::left);
     theplatform().refresh();

@@ -38,6 +38,8 @@ void keyhandler(int code);
 // A press of the left button at a model point in the active view: picking by the keyboard.
 void pressat(double x, double y, double z);
 
+void promptselected();  // the prompts of the rest state, with or without a selection
+
 // What a press means, by the mode or else by the selection method.
 void mousedriver(int nview, mousebuttons button);
 

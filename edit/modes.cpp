@@ -6,6 +6,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
+#include "edit/lasso.h"
 #include "view/rubberband.h"
 
 std::vector<moderow>& modes() {
@@ -51,6 +52,7 @@ void endmode() {
 
 void endboxes() {
     endband();
+    endlasso();
     windowdrag = false;
     zoomwinmode = false;
     viewwindow = false;

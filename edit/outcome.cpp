@@ -23,6 +23,11 @@ void newpress() {
     std::ranges::copy(at, last.last);
     ++last.number;
     last.dragged = false;
+    last.path.clear();
+}
+
+void notecorner() {
+    last.path.push_back({modelx, modely, modelz});
 }
 
 void notedrag() {

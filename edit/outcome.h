@@ -4,6 +4,7 @@
 // script finds the same in a window of another size.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -16,10 +17,12 @@ struct pressoutcome {
     double point[3] = {};       // model coordinates, as pressed
     double last[3] = {};        // where the drag came to
     bool dragged = false;       // it moved something or closed a box
+    std::vector<std::array<double, 3>> path = {};  // of a lasso, from the press on
     std::vector<pickhit> hits;  // in the order of the searches, typed places too
 };
 pressoutcome& lastpress();
 void newpress();  // the notes begin anew; the point is in modelx..
+void notecorner();  // a lasso has a corner at the point in modelx..
 void notedrag();  // it came to the point in modelx..
 
 // A point for all that the mouse does while this lives, in model coordinates.

@@ -3,6 +3,7 @@
 #include "edit/selection.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "core/catalogue.h"
 #include "core/colours.h"
@@ -10,11 +11,14 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "edit/find.h"
+#include "edit/lasso.h"
 #include "edit/pickplaces.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
+
+picks pickmode = picks::told;
 
 selectitems selectitem() {
     for (int i = 0; i <= selectgraphics; ++i)
@@ -133,33 +137,39 @@ struct screenbox {
           right(std::max(x1, x2)),
           top(std::min(y1, y2)),
           bottom(std::max(y1, y2)) {}
-    // Is the point in work, projected, strictly inside?
-    bool holds(int nview) const {
-        projectpoint(nview);
-        return scrx > left && scrx < right && scry > top && scry < bottom;
-    }
+    bool holds(double x, double y) const { return x > left && x < right && y > top && y < bottom; }
 };
 }  // namespace
 
-static void windownodes(int nview, const screenbox& box) {
+// Is the point in work, projected, strictly inside?
+template <typename Shape>
+static bool isinside(const Shape& shape, int nview) {
+    projectpoint(nview);
+    return shape.holds(scrx, scry);
+}
+
+template <typename Shape>
+static void windownodes(int nview, const Shape& box) {
     const std::vector<bool> already = marksof(selectednodes(), nnodes());
     for (int n = 1; n <= nnodes(); ++n) {
         if (already[std::size_t(n)]) continue;
         setnode(n, nview);
-        if (box.holds(nview)) append(nodesel, n);
+        if (isinside(box, nview)) append(nodesel, n);
     }
 }
 
-static void windowelements(int nview, const screenbox& box) {
+template <typename Shape>
+static void windowelements(int nview, const Shape& box) {
     const std::vector<bool> already = marksof(selectedelements(), nelems());
     for (int e = 1; e <= nelems(); ++e) {
         if (already[std::size_t(e)] || elems(e, 0) == 0 || !isshown(e, nview)) continue;
         setcentre(e, nview);
-        if (box.holds(nview)) append(elemsel, e);
+        if (isinside(box, nview)) append(elemsel, e);
     }
 }
 
-static void windowgraphics(int nview, const screenbox& box) {
+template <typename Shape>
+static void windowgraphics(int nview, const Shape& box) {
     std::vector<bool> already(std::size_t(ngraphics() + 1) * 4, false);
     for (int i = 1; i <= graphsel2(0, 0); ++i)
         already[std::size_t(graphsel2(i, 0) * 4 + graphsel2(i, 1))] = true;
@@ -167,23 +177,24 @@ static void windowgraphics(int nview, const screenbox& box) {
         for (int j = 1; j <= pointsofgraphic(int(graphics(g, 0, 0))); ++j) {
             if (already[std::size_t(g * 4 + j)]) continue;
             setpoint(nview, graphics(g, j, 1), graphics(g, j, 2), graphics(g, j, 3));
-            if (box.holds(nview)) appendgraphic(g, j);
+            if (isinside(box, nview)) appendgraphic(g, j);
         }
 }
 
-static void windowpatches(int nview, const screenbox& box) {
+template <typename Shape>
+static void windowpatches(int nview, const Shape& box) {
     const std::vector<bool> already = marksof(numbersin(patchsel), patches(0, 0, 0));
     for (int p = 1; p <= patches(0, 0, 0); ++p) {
         const int g = patches(p, 1, 1);
         if (already[std::size_t(p)] || g < 1 || g > ngraphics()) continue;
         setpoint(nview, graphics(g, 1, 1), graphics(g, 1, 2), graphics(g, 1, 3));
-        if (box.holds(nview)) append(patchsel, p);
+        if (isinside(box, nview)) append(patchsel, p);
     }
 }
 
-void selectwindow(int nview, double x1, double y1, double x2, double y2) {
+template <typename Shape>
+static void selectinside(int nview, const Shape& box) {
     const keptpoint kept;
-    const screenbox box(x1, y1, x2, y2);
     prepareview(nview);
     switch (selectitem()) {
         case selectnodes:
@@ -197,6 +208,72 @@ void selectwindow(int nview, double x1, double y1, double x2, double y2) {
         case selectpatches:
             return windowpatches(nview, box);
     }
+}
+
+void selectwindow(int nview, double x1, double y1, double x2, double y2) {
+    selectinside(nview, screenbox(x1, y1, x2, y2));
+}
+
+void selectpolygon(int nview, const std::vector<point2>& corners) {
+    selectinside(nview, lassoshape(corners));
+}
+
+// --- joining ------------------------------------------------------------------------------------
+
+namespace {
+// One selection list: its rows as numbers that name an item each, and the writing of them.
+struct listdoor {
+    std::vector<int> (*read)();
+    void (*write)(const std::vector<int>&);
+};
+}  // namespace
+
+template <auto& list>
+static listdoor doorof() {
+    return {[] { return numbersin(list); },
+            [](const std::vector<int>& numbers) {
+                list(0) = 0;
+                for (const int n : numbers) append(list, n);
+            }};
+}
+
+static std::vector<int> graphicpoints() {
+    std::vector<int> numbers;
+    for (int i = 1; i <= graphsel2(0, 0); ++i)
+        numbers.push_back(graphsel2(i, 0) * 4 + graphsel2(i, 1));
+    return numbers;
+}
+
+static void setgraphicpoints(const std::vector<int>& numbers) {
+    graphsel2(0, 0) = 0;
+    for (const int n : numbers) appendgraphic(n / 4, n % 4);
+}
+
+void selectwith(picks mode, const std::function<void()>& select) {
+    if (mode == picks::told) return select();
+    static const listdoor lists[] = {doorof<nodesel>(),
+                                     doorof<elemsel>(),
+                                     doorof<patchsel>(),
+                                     {graphicpoints, setgraphicpoints}};
+    std::vector<std::vector<int>> before;
+    for (const listdoor& list : lists) before.push_back(list.read());
+    emptyselection();
+    select();
+    for (std::size_t i = 0; i < before.size() && mode != picks::instead; ++i) {
+        const std::vector<int> found = lists[i].read();
+        std::vector<int>& kept = before[i];
+        const bool adds = mode == picks::add;
+        const std::vector<int>& other = adds ? kept : found;
+        const int most = other.empty() ? 0 : std::ranges::max(other);
+        const std::vector<bool> marks = marksof(other, most);
+        const auto ismarked = [&](int n) { return n <= most && marks[std::size_t(n)]; };
+        if (adds)
+            std::ranges::remove_copy_if(found, std::back_inserter(kept), ismarked);
+        else
+            std::erase_if(kept, ismarked);
+        lists[i].write(kept);
+    }
+    syncgraphsel();
 }
 
 // --- group and all ------------------------------------------------------------------------------

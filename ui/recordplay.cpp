@@ -35,7 +35,7 @@ static const struct {
      [](int i) { activeview = Integer(i); }},
 };
 
-static const char* const methods[] = {"Single", "Window", "Group", "All"};
+static const char* const methods[] = {"Single", "Window", "Group", "All", "Lasso"};
 
 // Marks by the names of their actions; those that are not named are off.
 QString sessionline() {

@@ -111,7 +111,7 @@ void mainwindow::buildtoolbars() {
     selectmethod = new QComboBox(select);
     selectmethod->setObjectName("selectmethod");
     selectmethod->setToolTip(tr("Selection method"));
-    selectmethod->addItems({"Single", "Window", "Group", "All"});
+    selectmethod->addItems({"Single", "Window", "Group", "All", "Lasso"});
     select->addWidget(selectmethod);
     connect(selectmethod, &QComboBox::activated, this, [](int i) { selecttype = selecttypes(i); });
     showtoolbars(this, set);

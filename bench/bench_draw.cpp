@@ -20,10 +20,13 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/find.h"
 #include "edit/move.h"
+#include "edit/selectby.h"
 #include "edit/selection.h"
+#include "edit/selectionsums.h"
 #include "view/autoscale.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
+#include "view/quickdraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
 
@@ -211,6 +214,49 @@ static void benchmove() {
     printpart("move of 1,000 selected nodes", one, "whole redraw", whole);
 }
 
+// The reduced picture while a view turns, and the whole one that follows.
+static void benchturn() {
+    const int pictures = 60;
+    setoneview();
+    setpreset(1, 0);
+    autoscale(1);
+    redrawall();
+    std::printf("%-46s ours %8.4f s\n", "first picture of a turn", secondsof([] { drawquick(1); }));
+    std::vector<double> times;
+    for (int i = 0; i < pictures; ++i) {
+        turnangles(1, 2, 1);
+        times.push_back(secondsof([] { drawquick(1); }));
+    }
+    std::printf("%-46s ours %8.4f s  %.0f pictures a second\n", "picture while a view turns",
+                median(times), 1 / median(times));
+    std::printf("%-46s ours %8.4f s\n", "whole picture at rest", secondsof([] { drawview(1); }));
+    setpreset(1, 0);
+}
+
+// What a click and the window "Select and find" wait for.
+static void benchqueries() {
+    emptyselection();
+    elemsel(0) = elemsel(1) = 1;
+    const auto query = [](const char* what, const selectquery& q) {
+        std::size_t found = 0;
+        const double time = secondsof([&] { found = findby(q).items.size(); });
+        std::printf("%-46s ours %8.4f s  %zu items\n", what, time, found);
+    };
+    query("select by numbers", {.numbers = "1-500000/7"});
+    query("select by coordinate", {.way = selectways::coordinate, .low = 0, .high = 1});
+    query("select a connected face", {.ofnodes = false, .way = selectways::face});
+    checkselectitem(selectelements);
+    selectallelements();
+    std::size_t stamp = 0;
+    std::printf("%-46s ours %8.4f s\n", "has the selection changed", secondsof([&] {
+                    stamp = selectionstamp();
+                }));
+    std::printf("%-46s ours %8.4f s  %s\n", "sums of all elements", secondsof([] { sumselection(); }),
+                stamp ? sumstext(sumselection()).c_str() : "");
+    emptyselection();
+    checkselectitem(selectnodes);
+}
+
 // gmsh's own picture of a mesh of the same size with edges and lit faces, turned a little between
 // pictures: the time of one from runs with few and with many.
 static double gmshredraw() {
@@ -260,6 +306,8 @@ int main(int argc, char** argv) {
     startsession();
     makelargemodel(1000);
     benchwire(platform);
+    benchturn();
+    benchqueries();
     benchletgo();
     benchlabels();
     benchhidden(platform);

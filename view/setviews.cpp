@@ -170,8 +170,12 @@ void zoomtonodes(int nview, const std::vector<int>& list) {
 }
 
 void setpreset(int nview, int preset) {
-    viewvert(nview) = float(toradians(viewpresets[preset].vertical));
-    viewhor(nview) = float(toradians(viewpresets[preset].horizontal));
+    lookfrom(nview, viewpresets[preset].vertical, viewpresets[preset].horizontal);
+}
+
+void lookfrom(int nview, double vertical, double horizontal) {
+    viewvert(nview) = float(toradians(vertical));
+    viewhor(nview) = float(toradians(horizontal));
     drawview(nview);
 }
 

@@ -26,6 +26,7 @@ struct viewpreset {
 };
 extern const viewpreset viewpresets[4];
 void setpreset(int nview, int preset);
+void lookfrom(int nview, double vertical, double horizontal);    // degrees
 void turnview(int nview, double horizontal, double vertical);    // by degrees
 void turnangles(int nview, double horizontal, double vertical);  // without the redraw
 

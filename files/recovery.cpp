@@ -141,7 +141,10 @@ static void writeall(copyout& out) {
     out.bytes(endmark, sizeof endmark);
 }
 
+static bool copyheld;  // the copy is of a model that was put aside
+
 bool writecopy() {
+    if (copyheld) return true;
     std::error_code ec;
     const fs::path folder = ownfolder(), beside = folder / "model.new";
     fs::create_directories(folder, ec);
@@ -157,6 +160,7 @@ bool writecopy() {
 }
 
 void dropcopy() {
+    if (copyheld) return;
     std::error_code ignored;
     fs::remove_all(ownfolder(), ignored);
 }
@@ -311,6 +315,25 @@ std::vector<orphan> findorphans() {
     }
     std::ranges::sort(found, std::greater<>(), &orphan::when);
     return found;
+}
+
+// --- a model put aside --------------------------------------------------------------------------
+
+modelaside::modelaside() : changed(ischanged()), whole(writecopy()) {
+    copyheld = true;
+}
+
+modelaside::~modelaside() {
+    copyheld = false;
+    dropcopy();
+}
+
+bool modelaside::bringback() {
+    orphan copy;
+    copy.file = (ownfolder() / copyname).string();
+    if (!readcopy(copy)) return false;
+    if (!changed) notesaved();
+    return true;
 }
 
 void droporphan(const orphan& copy) {

@@ -12,6 +12,22 @@
 bool writecopy();
 void dropcopy();
 
+// The model in hand put aside in the copy, which stays as it is while this lives: a program that
+// ends meanwhile offers it at the next start.
+class modelaside {
+  public:
+    modelaside();
+    ~modelaside();  // the copy is dropped: the model in hand is the one that counts
+    modelaside(const modelaside&) = delete;
+    modelaside& operator=(const modelaside&) = delete;
+    bool kept() const { return whole; }  // false: the disk refuses
+    bool unsaved() const { return changed; }
+    bool bringback();
+
+  private:
+    bool changed, whole;
+};
+
 // The copy of a process that ended without saving.
 struct orphan {
     std::string file, name, when;

@@ -1,7 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Run Demo: the tour of data/demo played in the window, with pauses and explaining texts.
+// Run Demo: the demonstrations of data/demo to choose from, each played in a copy of the examples
+// so that nothing of the user's is written over.
 #pragma once
 
-// Asks for the model in hand, then plays in a copy of the examples, so that nothing of the user's
-// is written over. ESC or the button ends it; the mouse and the other keys rest meanwhile.
-void rundemo();
+#include <QString>
+#include <vector>
+
+struct demonstration {
+    QString file, title, about;  // as its first lines tell
+};
+std::vector<demonstration> demonstrations();
+
+void rundemo();  // opens the list
+// Plays one. The model in hand is put aside; at the end the user goes on with the demonstration's
+// or takes the former one back.
+void playdemonstration(const QString& file);

@@ -104,6 +104,11 @@ void scriptplayer::setresults(const QString& directory) {
     QTextStream(stdout) << "Results are in " << results << "\n";
 }
 
+int scriptplayer::texts() const {
+    const auto says = [](const QString& line) { return line.trimmed().startsWith("say "); };
+    return int(std::ranges::count_if(lines, says));
+}
+
 bool scriptplayer::play() {
     const recordrest rest;
     for (int i = 0; i < lines.size(); ++i) {
@@ -111,6 +116,8 @@ bool scriptplayer::play() {
         if (line.isEmpty() || line.startsWith('#')) continue;
         if (stopped) return false;
         try {
+            if (before) before(scriptwords(line));
+            if (stopped) return false;
             runstep(line);
             settle();
             if (pauses) pause(afterline);
@@ -131,6 +138,7 @@ bool scriptplayer::play() {
 // In small steps: a stop takes effect at once.
 void scriptplayer::pause(int milliseconds) {
     const int step = 50;
+    if (rest) return rest(milliseconds);
     for (int gone = 0; gone < milliseconds && !stopped; gone += step)
         theqtplatform().yield(std::min(step, milliseconds - gone));
 }

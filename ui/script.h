@@ -19,7 +19,10 @@ class scriptplayer {
     QString fault;         // "tour.kds, line 12: ..."
     bool pauses = false;   // of `wait` and after each line: kept in the demonstration alone
     bool stopped = false;  // set from outside: play ends before the next line, without a fault
-    std::function<void(const QString&)> say;  // explaining texts
+    std::function<void(const QString&)> say;               // explaining texts
+    std::function<void(const QStringList& words)> before;  // a line is about to run
+    std::function<void(int milliseconds)> rest;            // in place of a pause
+    int texts() const;                                     // lines that say one
 
     // What the verbs ask for.
     void pause(int milliseconds);

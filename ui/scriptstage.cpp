@@ -9,6 +9,7 @@
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <deque>
 #include <functional>
@@ -60,21 +61,24 @@ class textstrip : public QFrame {
 // spontaneous and goes through.
 class inputrest : public QObject {
   public:
-    inputrest(const QObject* button, std::function<void()> stop)
-        : allowed(button), onstop(std::move(stop)) {
+    inputrest(stageplay::keydoor key, const QWidget* panel, stageplay::pressdoor press)
+        : onkey(std::move(key)), allowed(panel), onpress(std::move(press)) {
         qApp->installEventFilter(this);
     }
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (!event->spontaneous() || !watched->isWidgetType() || watched == allowed) return false;
+        if (!event->spontaneous() || !watched->isWidgetType() || isallowed(watched)) return false;
         switch (event->type()) {
             case QEvent::KeyPress:
-                if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) onstop();
+                onkey(static_cast<QKeyEvent*>(event)->key());
                 return true;
             case QEvent::Close:
-                onstop();
+                onkey(Qt::Key_Escape);
                 event->ignore();
                 return true;
             case QEvent::MouseButtonPress:
+                // An open menu has the mouse of the whole screen.
+                if (onpress) onpress(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
+                return true;
             case QEvent::MouseButtonRelease:
             case QEvent::MouseButtonDblClick:
             case QEvent::MouseMove:
@@ -89,8 +93,16 @@ class inputrest : public QObject {
     }
 
   private:
-    const QObject* allowed;
-    std::function<void()> onstop;
+    bool isallowed(QObject* watched) const {
+        const auto* const w = static_cast<const QWidget*>(watched);
+        if (w == allowed || allowed->isAncestorOf(w)) return true;
+        // The list that a box of the panel has opened.
+        const QWidget* const above = w->window()->parentWidget();
+        return above && allowed->isAncestorOf(above);
+    }
+    stageplay::keydoor onkey;
+    const QWidget* allowed;
+    stageplay::pressdoor onpress;
 };
 
 // Answers of the script go into queues of their own.
@@ -118,6 +130,20 @@ class ownqueues {
 
 }  // namespace
 
+struct stageplay::parts {
+    inputrest rest;
+    ownqueues queues;
+};
+
+stageplay::stageplay(keydoor onkey, const QWidget* panel, pressdoor onpress)
+    : held(new parts{{std::move(onkey), panel, std::move(onpress)}, {}}) {
+    themainwindow->setProperty(freewindows, true);
+}
+
+stageplay::~stageplay() {
+    themainwindow->setProperty(freewindows, false);
+}
+
 static void closedialogs() {
     for (QWidget* w : QApplication::topLevelWidgets())
         if (auto* const dialog = qobject_cast<QDialog*>(w); dialog && dialog->isVisible())
@@ -130,7 +156,10 @@ std::string playonstage(const std::string& script, bool pauses) {
     playing = true;
     scriptplayer player;
     textstrip strip([&] { player.stopped = true; });
-    const inputrest rest(strip.ending, [&] { player.stopped = true; });
+    const auto onkey = [&](int key) {
+        if (key == Qt::Key_Escape) player.stopped = true;
+    };
+    const inputrest rest(onkey, strip.ending, {});
     player.pauses = pauses;
     player.say = [&](const QString& words) { strip.say(words); };
     if (!pauses) strip.say("Playing " + QFileInfo(QString::fromStdString(script)).fileName());

@@ -428,6 +428,30 @@ static void addselect(actionrows& t) {
         });
 }
 
+// Beside the told items of the menu: on the toolbar and in the pop-ups.
+static void addfinding(actionrows& t) {
+    addto(t, "", "mouse",
+          {
+              {.name = "selectby",
+               .caption = "Select and find...",
+               .icon = "find",
+               .keys = "Ctrl+F",
+               .run = dialog("Selectby"),
+               .places = {{"selectbar", 7},
+                          {"popup01", 31, "popselectby"},
+                          {"popup02", 31, "popselectby"}},
+               .tip = "Select by number, group, type, place or face; find an item",
+               .unrecorded = false},
+              {.name = "mousesettings",
+               .caption = "Mouse...",
+               .icon = "mouse",
+               .run = dialog("Mouse"),
+               .places = {{"popup01", 32, "popmouse"}},
+               .tip = "What the buttons, the wheel and fingers do to a view",
+               .topic = "mouse"},
+          });
+}
+
 static void addadd(actionrows& t) {
     const char* const drawing = "popup01/Add Graphics";
     addto(t, "&Add", "mesh",
@@ -726,12 +750,7 @@ static void addjob(actionrows& t) {
           {
               {"menuanalyseitem(0)", "Check model", "check", "", dialog("checkmodel")},
               {"menuanalyseitem(1)", "Options...", "options", "", dialog("Aoptions")},
-              {"menuanalyseitem(2)",
-               "Analyse",
-               "analyse",
-               "F9",
-               startanalysis,
-               {{"jobbar", 6}}},
+              {"menuanalyseitem(2)", "Analyse", "analyse", "F9", startanalysis, {{"jobbar", 6}}},
           });
     const auto checked = [](int i) { return checkof(menupostItem, i); };
     addto(
@@ -785,7 +804,7 @@ static void addinformation(actionrows& t) {
 
 void fillactions() {
     if (!actions().empty()) return;
-    for (const auto add : {addfile, addedit, addselect, addadd, adddefine, addsettings, addview,
-                           addviewtools, addsymbols, addjob, addinformation})
+    for (const auto add : {addfile, addedit, addselect, addfinding, addadd, adddefine, addsettings,
+                           addview, addviewtools, addsymbols, addjob, addinformation})
         add(actions());
 }

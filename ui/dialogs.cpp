@@ -65,6 +65,9 @@ void wiredialogs() {
     adddialog("resulttables", makeresulttables);
     adddialog("viewpicture", makeviewpicture);
     wirepictures();
+    adddialog("Selectby", makeselectby);
+    adddialog("Mouse", makemousedialog);
+    adddialog("Demonstrations", makedemonstrations);
 }
 
 std::vector<std::string> dialognames() {
@@ -141,7 +144,9 @@ void selectionwait::end() {
 
 void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    if (!dialog->property(besidemain).toBool()) dialog->setWindowModality(Qt::ApplicationModal);
+    const bool free = themainwindow && themainwindow->property(freewindows).toBool();
+    if (!free && !dialog->property(besidemain).toBool())
+        dialog->setWindowModality(Qt::ApplicationModal);
     namecontrols(dialog);
     givekeys(dialog);
     dialog->show();

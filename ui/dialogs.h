@@ -105,5 +105,8 @@ QDialog* makeplygroup();
 QDialog* makeresulttables();
 QDialog* makeviewpicture();
 void wirepictures();  // pixels and symbols of picture files
+QDialog* makeselectby();
+QDialog* makemousedialog();
+QDialog* makedemonstrations();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

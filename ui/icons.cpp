@@ -110,6 +110,8 @@ static const std::map<std::string, const char*> outlines = {
     {"extend", "M 3 21 L 11 13 M 4 5 L 21 5 + M 11 13 L 19 5 = C 19 5 2"},
     {"connect", "M 3 7 L 21 3 M 4 16 L 21 21 + M 11 5 L 12 18 = C 11 5 2 C 12 18 2"},
     {"modify", "M 4 20 L 4 15 L 15 4 L 20 9 L 9 20 Z + M 12 7 L 17 12"},
+    {"find", "C 10 10 7 M 15 15 L 21 21 + M 7 10 L 13 10 M 7 7 L 12 7 M 7 13 L 11 13"},
+    {"mouse", "M 7 10 Q 7 3 12 3 Q 17 3 17 10 L 17 14 Q 17 21 12 21 Q 7 21 7 14 Z + M 12 6 L 12 10"},
     {"palette", "R 4 3 6 18 + = R 4 15 6 6"},
 };
 

@@ -24,6 +24,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
+#include "edit/selectionsums.h"
 #include "files/filemenu.h"
 #include "files/runlog.h"
 #include "files/solverlock.h"
@@ -35,6 +36,7 @@
 #include "ui/examples.h"
 #include "ui/icons.h"
 #include "ui/menus.h"
+#include "ui/mousepresets.h"
 #include "ui/qtsurface.h"
 #include "ui/record.h"
 #include "ui/reportviewer.h"
@@ -144,6 +146,14 @@ void mainwindow::buildcommandline() {
     stalelabel->setObjectName("stale");
     stalelabel->setStyleSheet("color: #c05000; font-weight: bold");
     row->addWidget(statuslabel, 1);
+    selectedlabel = new QLabel(strip);
+    selectedlabel->setObjectName("selected");
+    selectedlabel->setTextFormat(Qt::PlainText);
+    row->addWidget(selectedlabel);
+    sumslater = new QTimer(this);
+    sumslater->setSingleShot(true);
+    sumslater->setInterval(120);  // milliseconds: clicks in a row wait for no sum
+    connect(sumslater, &QTimer::timeout, this, [this] { showsums(); });
     row->addWidget(warningbutton);
     row->addWidget(dimensionlabel);
     row->addWidget(stalelabel);
@@ -306,6 +316,25 @@ void mainwindow::crosspointer(bool on) {
     for (viewwidget* v : views) on ? v->setCursor(Qt::CrossCursor) : v->unsetCursor();
 }
 
+void mainwindow::showsums() {
+    const QString counts = qtext(selectioncounts());
+    const QString sums = counts.isEmpty() ? counts : qtext(sumstext(sumselection()));
+    const QString text = sums.isEmpty() ? counts : counts + ": " + sums;
+    const int most = std::max(200, width() / 2 - 60);  // pixels that the prompt leaves
+    selectedlabel->setText(selectedlabel->fontMetrics().elidedText(text, Qt::ElideRight, most));
+    selectedlabel->setToolTip(text);
+    sumsof = selectionstamp();
+}
+
+// The counts at once, the sums of a large selection when the user pauses.
+void mainwindow::refreshselected() {
+    const int atonce = 20000;  // items
+    if (selectionstamp() == sumsof) return;
+    if (nodesel(0) + int(elemsel(0)) <= atonce) return showsums();
+    selectedlabel->setText(qtext(selectioncounts()));
+    sumslater->start();
+}
+
 void mainwindow::refresh() {
     if (refreshing || !snaplabel) return;
     refreshing = true;
@@ -324,6 +353,7 @@ void mainwindow::refresh() {
                           static_cast<QWidget*>(commentframe)})
         if (part->font() != font) part->setFont(font);
     refreshresults();
+    refreshselected();
     commentframe->setVisible(commentvisible);
     if (auto* const notes = findChild<QToolButton*>("notesbutton"))
         notes->setChecked(commentvisible);
@@ -346,6 +376,7 @@ void showmainwindow(mainwindow& window, bool fixedsize) {
     window.remembers = !fixedsize;
     if (!fixedsize) restoresymbols();
     if (!fixedsize) setrecentfiles(rememberedfiles());
+    if (!fixedsize) setmouse(rememberedmouse());
     if (!fixedsize) showtoolbars(&window, rememberedtoolbars());
     if (fixedsize || restorewindow(window))
         window.show();

@@ -17,6 +17,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
+class QTimer;
 class QToolBar;
 class QVBoxLayout;
 class QToolButton;
@@ -70,6 +71,8 @@ class mainwindow : public QMainWindow {
     void refreshcoordinates();
     void refreshcombinations();
     void refreshresults();
+    void refreshselected();
+    void showsums();
     void showcomment();
     void placeleftbar();
     double pixelspertwip() const;
@@ -87,7 +90,9 @@ class mainwindow : public QMainWindow {
     QLineEdit* modenumber = nullptr;
     QPlainTextEdit* comment = nullptr;
     QLabel *statuslabel = nullptr, *snaplabel = nullptr, *resultlabel = nullptr,
-           *dimensionlabel = nullptr, *stalelabel = nullptr;
+           *dimensionlabel = nullptr, *stalelabel = nullptr, *selectedlabel = nullptr;
+    QTimer* sumslater = nullptr;
+    std::size_t sumsof = 0;  // stamp of the selection that the sums on show belong to
     QToolButton* warningbutton = nullptr;
     plotswitches* switches = nullptr;
     startpage* start = nullptr;
@@ -96,6 +101,8 @@ class mainwindow : public QMainWindow {
 };
 
 extern mainwindow* themainwindow;
+// A property of it while a demonstration plays: dialogs hold up no other window.
+const char* const freewindows = "freewindows";
 
 // Shows the window: maximised, or in a size of its own that does not depend on the screen.
 void showmainwindow(mainwindow& window, bool fixedsize);

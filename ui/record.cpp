@@ -38,6 +38,7 @@ struct viewpress {
     int view = 0;  // 0: none
     bool right = false, middle = false;
     bool turns = false;  // or fits, as the line of the view tells
+    QString keys;        // held: " ctrl", " shift"
     QPointF at;          // pixels
     pressoutcome outcome;
 };
@@ -69,6 +70,7 @@ class scriptrecorder : public usersigns {
     // --- views
     void beginview(viewwidget* view, QEvent* event);
     void endview(viewwidget* view, QEvent* event);
+    void notepress(viewwidget* view, const QMouseEvent* mouse);
     void flushpress();
     void flushwheel();
     void flushtyped();
@@ -184,10 +186,15 @@ void scriptrecorder::flushpress() {
         for (int k = 0; k < 3; ++k)
             if (!std::isfinite(at[k]))
                 return write("# not recorded: a press in view " + view + " at no place");
+    if (const auto& path = p.outcome.path; path.size() > 2) {
+        QString words = "lasso " + view;
+        for (const auto& at : path) words += " " + place(at.data());
+        return write(words + p.keys);
+    }
     const QString words = p.outcome.dragged ? "pickbox " + view + " " + place(p.outcome.point) +
-                                                  " " + place(p.outcome.last) + " exact"
+                                                  " " + place(p.outcome.last) + p.keys + " exact"
                                             : "pick " + view + " " + place(p.outcome.point) +
-                                                  (p.right ? " right exact" : " exact");
+                                                  (p.right ? " right" : "") + p.keys + " exact";
     write(withhits(words, p.outcome.hits));
 }
 
@@ -303,6 +310,7 @@ void scriptrecorder::beginview(viewwidget* view, QEvent* event) {
     lastpress().hits.clear();
     if (event->type() != QEvent::Wheel) return;
     const auto* const turned = static_cast<QWheelEvent*>(event);
+    if (wheelof(turned->modifiers()) != viewmoves::zoom || mousenow().reversed) return settle();
     const keptpoint kept;
     const QPointF at = turned->position() / view->pixelspercm();
     unprojectat(view->number(), at.x(), at.y());
@@ -315,31 +323,42 @@ void scriptrecorder::beginview(viewwidget* view, QEvent* event) {
     wheel.notches += turned->angleDelta().y() / 120.0;
 }
 
+void scriptrecorder::notepress(viewwidget* view, const QMouseEvent* mouse) {
+    settle();
+    press = {};
+    press.view = view->number();
+    press.right = mouse->button() == Qt::RightButton;
+    press.keys = mouse->modifiers() & Qt::ControlModifier ? " ctrl"
+                 : mouse->modifiers() & Qt::ShiftModifier ? " shift"
+                                                          : "";
+    press.outcome = lastpress();
+}
+
 void scriptrecorder::endview(viewwidget* view, QEvent* event) {
     const auto type = event->type();
+    if (type == QEvent::Wheel && wheel.view == 0) return followviews("moved");
     if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonRelease &&
         type != QEvent::MouseButtonDblClick)
         return;
     const auto* const mouse = static_cast<QMouseEvent*>(event);
     told = true;
     if (type != QEvent::MouseButtonRelease) {
-        if (mouse->button() == Qt::MiddleButton) {
+        if (view->dragging() != viewmoves::none || mouse->button() == Qt::MiddleButton) {
             settle();
             press.view = view->number();
             press.middle = true;
             press.turns = type == QEvent::MouseButtonDblClick ||
-                          (mouse->modifiers() & Qt::ShiftModifier) != 0;
+                          mouse->button() != Qt::MiddleButton ||
+                          view->dragging() != viewmoves::pan || mousenow().preset != 0;
             press.at = mouse->position();
         } else if (lastpress().number != pressnumber) {  // and no menu has opened
-            settle();
-            press.view = view->number();
-            press.middle = false;
-            press.right = mouse->button() == Qt::RightButton;
-            press.outcome = lastpress();
+            notepress(view, mouse);
         }
         return;
     }
-    if (press.view != view->number()) return;
+    // A press that was held back until it was clear that it is no drag.
+    if (press.view == 0 && lastpress().number != pressnumber) notepress(view, mouse);
+    if (press.view != view->number()) return followviews("moved");
     if (press.middle) {
         const QPointF way = (mouse->position() - press.at) / view->pixelspercm();
         const bool turned = press.turns;
@@ -353,6 +372,7 @@ void scriptrecorder::endview(viewwidget* view, QEvent* event) {
     const pressoutcome& now = lastpress();
     press.outcome.hits.insert(press.outcome.hits.end(), now.hits.begin(), now.hits.end());
     press.outcome.dragged = now.dragged;
+    press.outcome.path = now.path;
     std::copy(now.last, now.last + 3, press.outcome.last);
     flushpress();
 }

@@ -32,7 +32,9 @@
 #include "ui/scriptgrids.h"
 #include "ui/viewline.h"
 #include "ui/viewwidget.h"
+#include "view/moddraw.h"
 #include "view/scaleview.h"
+#include "view/setviews.h"
 
 namespace {
 
@@ -59,10 +61,24 @@ double numberin(const QString& word) {
     return value;
 }
 
+Qt::KeyboardModifiers heldkeys;  // while the mouse of a line works
+
+// "ctrl" and "shift" in a line.
+class keysheld {
+  public:
+    explicit keysheld(const scriptline& l) {
+        if (l.words.contains("ctrl")) heldkeys |= Qt::ControlModifier;
+        if (l.words.contains("shift")) heldkeys |= Qt::ShiftModifier;
+    }
+    ~keysheld() { heldkeys = Qt::NoModifier; }
+    keysheld(const keysheld&) = delete;
+    keysheld& operator=(const keysheld&) = delete;
+};
+
 void mouse(viewwidget* w, QEvent::Type kind, const QPointF& cm, Qt::MouseButton button,
            Qt::MouseButtons held) {
     const QPointF at = cm * w->pixelspercm();
-    QMouseEvent event(kind, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
+    QMouseEvent event(kind, at, w->mapToGlobal(at), button, held, heldkeys);
     QApplication::sendEvent(w, &event);
 }
 
@@ -84,14 +100,29 @@ void drag(viewwidget* w, const QPointF& from, const QPointF& to, const halfway& 
     mouse(w, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
 }
 
+// From the press on, as a hand draws it.
+void draglasso(viewwidget* w, const std::vector<QPointF>& path) {
+    mouse(w, QEvent::MouseButtonPress, path.front(), Qt::LeftButton, Qt::LeftButton);
+    for (const QPointF& p : path) mouse(w, QEvent::MouseMove, p, Qt::NoButton, Qt::LeftButton);
+    mouse(w, QEvent::MouseButtonRelease, path.back(), Qt::LeftButton, Qt::NoButton);
+}
+
 void wheel(viewwidget* w, const QPointF& cm, double notches) {
     const QPointF at = cm * w->pixelspercm();
+    // As it is meant, whatever the user's mouse does.
+    const bool zooms = wheelof(Qt::NoModifier) == viewmoves::zoom;
+    if (mousenow().reversed) notches = -notches;
     QWheelEvent event(at, w->mapToGlobal(at), {}, {0, int(std::lround(notches * 120))},
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+                      Qt::NoButton, zooms ? Qt::NoModifier : Qt::ControlModifier, Qt::NoScrollPhase,
+                      false);
     QApplication::sendEvent(w, &event);
 }
 
 void pan(viewwidget* w, const QPointF& way) {
+    if (dragof(Qt::MiddleButton, Qt::NoModifier) != viewmoves::pan) {
+        panview(w->number(), way.x(), way.y());
+        return drawview(w->number());
+    }
     mouse(w, QEvent::MouseButtonPress, {}, Qt::MiddleButton, Qt::MiddleButton);
     mouse(w, QEvent::MouseMove, way, Qt::NoButton, Qt::MiddleButton);
     mouse(w, QEvent::MouseButtonRelease, way, Qt::MiddleButton, Qt::NoButton);
@@ -229,7 +260,7 @@ double numberat(const scriptline& l, int i) {
 }
 
 Qt::MouseButton buttonat(const scriptline& l, int i) {
-    return l.words.value(i) == "right" ? Qt::RightButton : Qt::LeftButton;
+    return l.words.mid(i).contains("right") ? Qt::RightButton : Qt::LeftButton;
 }
 
 // Centimetres of the model point in the words from i on, in the view of the first word.
@@ -297,17 +328,29 @@ const std::vector<scriptverb> verbs = {
          drag(viewof(l.words[1]), {numberat(l, 2), numberat(l, 3)},
               {numberat(l, 4), numberat(l, 5)});
      }},
-    {"pick", 4, "pick V x y z [right] [exact]",
+    {"pick", 4, "pick V x y z [right] [ctrl] [shift] [exact]",
      [](player, line l) {
+         const keysheld keys(l);
          viewwidget* const view = viewof(l.words[1]);
          exactplace at(l, 2);
          click(view, placeat(l, 2), buttonat(l, 5), [&] { at.end(); });
      }},
-    {"pickbox", 7, "pickbox V x y z x y z [exact]",
+    {"pickbox", 7, "pickbox V x y z x y z [ctrl] [shift] [exact]",
      [](player, line l) {
+         const keysheld keys(l);
          viewwidget* const view = viewof(l.words[1]);
          exactplace at(l, 2);
          drag(view, placeat(l, 2), placeat(l, 5), [&] { at.next(l, 5); });
+     }},
+    {"lasso", 10, "lasso V x y z x y z x y z... [ctrl] [shift]",
+     [](player, line l) {
+         const keysheld keys(l);
+         viewwidget* const view = viewof(l.words[1]);
+         std::vector<QPointF> path;
+         const qsizetype words = l.words.size();
+         for (int i = 2; i + 2 < words && !l.words[i].at(0).isLetter(); i += 3)
+             path.push_back(placeat(l, i));
+         draglasso(view, path);
      }},
     {"key", 1, "key NAME [WINDOW FIELD]",
      [](player, line l) {

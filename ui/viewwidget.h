@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // One view of the main window: shows its surface, and turns mouse and wheel into the calls of the
-// mouse driver. The wheel zooms at the pointer, the middle button pans,
-// with Shift it turns, and pressed twice it fits.
+// mouse driver. What the other buttons, the wheel and fingers do to the view is told by
+// ui/mousepresets; the middle button pressed twice fits it, and the cube of the axes in its corner
+// looks along them.
 #pragma once
 
 #include <QImage>
@@ -10,9 +11,14 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QWidget>
+#include <optional>
 
 #include "core/platform.h"
+#include "ui/mousepresets.h"
 #include "ui/qtsurface.h"
+#include "view/viewcube.h"
+
+class QTouchEvent;
 
 class viewwidget : public QWidget {
     Q_OBJECT
@@ -26,8 +32,11 @@ class viewwidget : public QWidget {
     void setbars(const scrollrange& range);
     void sizesurface();
     void showstill(const QImage& picture);  // in place of the surface's, until that is drawn anew
+    viewmoves dragging() const { return held; }
+    bool presscube(const QPointF& pixel);  // looks from the face or corner that is there
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent*) override;
     void resizeEvent(QResizeEvent*) override;
     void mousePressEvent(QMouseEvent*) override;
@@ -40,7 +49,16 @@ class viewwidget : public QWidget {
 
   private:
     QPointF place(const QPointF& pixel) const;  // centimetres
+    viewcube cube() const;
+    void drawcube(QPainter& painter) const;
+    void hovercube(const QPointF& pixel);
+    void moveby(viewmoves does, const QPointF& way, const QPointF& at);  // pixels
+    void pressed(Qt::MouseButton button, const QPointF& pixel, Qt::KeyboardModifiers keys);
+    void released(Qt::MouseButton button, const QPointF& pixel);
+    void touched(const QTouchEvent* event);
+    void endtouch(bool cancelled);
     void redrawsoon();
+    void redrawnow();
     int barwidth() const;  // logical pixels
     void layoutbars();
 
@@ -48,10 +66,16 @@ class viewwidget : public QWidget {
     QImage still;
     QScrollBar *horizontal, *vertical;
     QToolButton *smaller, *fit, *larger;
-    enum class drags { none, pan, turn };
-    drags held = drags::none;  // by the middle button
+    viewmoves held = viewmoves::none;  // by a button that moves the view
+    std::optional<QPointF> maydrag;    // pressed where a drag would move the view, a click not
     QPointF from;
-    QPointF pointer;  // centimetres
+    enum class touches { none, may, drag, two };
+    touches touch = touches::none;
+    double fingers = 0;    // pixels between two of them
+    bool oncube = false;   // the left button was pressed there
+    std::string cubename;  // of the part of the cube under the pointer
+    QPointF pointer;       // centimetres
     QTimer hovering;
-    QTimer later;  // gathers the redraws of wheel and pan
+    QTimer later;    // gathers the redraws of wheel and pan
+    QTimer resting;  // the whole picture follows a reduced one
 };

@@ -29,6 +29,7 @@
 #include "view/quickdraw.h"
 #include "view/scaleview.h"
 #include "view/setviews.h"
+#include "view/symbolstyle.h"
 
 using facet = std::array<QPointF, 4>;
 
@@ -198,6 +199,38 @@ static void benchlabels() {
     printpart("zoomed redraw with element labels", labelled, "without", plain);
 }
 
+// As many rows as the model may have, on its first elements and nodes, with numbers and all labels.
+static void benchsymbols() {
+    const int rows = modelsize(sizeconditions);
+    elemload(1, 0, 0) = float(rows);
+    for (int i = 1; i <= rows; ++i) {
+        elemload(1, i, 0) = connode(i) = float(i);
+        elemload(1, i, 1) = 3;
+        elemload(1, i, 2) = float(i % 7);
+        condof(i) = 3;
+    }
+    ncon = rows;
+    checkonly(viewloads, activecase);
+    setoneview();
+    autoscale(1);
+    const auto redraw = [] {
+        redrawall();
+        return median({secondsof(redrawall), secondsof(redrawall), secondsof(redrawall)});
+    };
+    const double plain = redraw();
+    symbolsdrawn.field = symbolsdrawn.values = true;
+    printpart("redraw with engineering symbols and values", redraw(), "strokes", plain);
+    symbolsdrawn.solid = true;
+    printpart("and plates with their thickness", redraw(), "strokes", plain);
+    checkonly(Nodelabeltype, nodenumbers);
+    symbolsdrawn.apart = true;
+    printpart("and node labels that keep apart", redraw(), "strokes", plain);
+    checkonly(Nodelabeltype, nonodelabels);
+    symbolsdrawn = {};
+    elemload(1, 0, 0) = 0;
+    ncon = 0;
+}
+
 // A thousand nodes among a million: what is drawn anew is what moved.
 static void benchmove() {
     redrawmove = false;
@@ -310,6 +343,7 @@ int main(int argc, char** argv) {
     benchqueries();
     benchletgo();
     benchlabels();
+    benchsymbols();
     benchhidden(platform);
     benchpicks();
     benchmove();

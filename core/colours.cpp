@@ -68,3 +68,20 @@ void initcolors() {
     initgroupcolors();
     hidcolor = backcolor;
 }
+
+static const colour darkground = rgb(28, 30, 34), brightblue = rgb(110, 160, 255),
+                    brighttext = rgb(225, 228, 232), lightground = rgb(255, 255, 255),
+                    blue = rgb(0, 0, 255), black = rgb(0, 0, 0);
+
+static const struct {
+    colour *value, light, dark;
+} grounds[] = {{&backcolor, lightground, darkground},   {&hidcolor, lightground, darkground},
+               {&meshcolor, black, rgb(205, 208, 214)}, {&nodecolor, blue, brightblue},
+               {&freecolor, blue, brightblue},          {&edgecolor, blue, brightblue},
+               {&defcolor, blue, brightblue},           {&nodelabelcolor, black, brighttext},
+               {&elemlabelcolor, black, brighttext}};
+
+void setdarkviews(bool dark) {
+    for (const auto& row : grounds)
+        if (*row.value == (dark ? row.light : row.dark)) *row.value = dark ? row.dark : row.light;
+}

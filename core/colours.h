@@ -39,6 +39,9 @@ struct labelfont {
 extern labelfont nodelabelfont, elemlabelfont;
 extern int labelsize;  // a number of the label system: spread of a label's characters
 
+// The ground of the views, light or dark, with the colours that are told by it; a colour that the
+// user has chosen stays.
+void setdarkviews(bool dark);
 // Sets every default colour, the group colours and the contour palette.
 void initcolors();
 colour groupcolorof(long g);  // as delivered

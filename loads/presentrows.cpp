@@ -52,6 +52,7 @@ static fieldcounts countrows(const std::vector<char>& chosen) {
 
 std::string presentrows(const attributeform& form) {
     if (!editconstraint && !editnodalload && !editelemload) return {};
+    if (form.listsnodes == bool(editelemload)) return {};  // what is selected takes none of these
     std::vector<char> chosen(std::size_t(editelemload ? nelems() : nnodes()) + 1);
     const int all = markitems(form, chosen);
     if (all == 0) return {};

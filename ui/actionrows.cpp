@@ -4,6 +4,8 @@
 
 #include "ui/actions.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <algorithm>
 #include <cmath>
 
@@ -44,6 +46,7 @@
 #include "ui/record.h"
 #include "ui/recordplay.h"
 #include "ui/steps.h"
+#include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 #include "view/symbolstyle.h"
@@ -285,6 +288,18 @@ static void addfile(actionrows& t) {
                "",
                showprintsetup,
                {{"filebar/printbutton", 2}}},
+              {.name = "copypicture",
+               .caption = "Copy Picture",
+               .icon = "copy",
+               .keys = "Ctrl+Shift+C",
+               .run =
+                   [] {
+                       QGuiApplication::clipboard()->setImage(
+                           themainwindow->view(activeview)->surface.picture());
+                       theplatform().showstatus("The picture of the view is on the clipboard");
+                   },
+               .places = {{"filebar/printbutton", 11}},
+               .tip = "The picture of the active view to the clipboard"},
               {"printpdfbutton",
                "Print to PDF...",
                "",
@@ -678,7 +693,7 @@ static void addsymbols(actionrows& t) {
     using s = symbolstyle;
     action main = drawnrow("fieldsymbols", "Engineering Symbols", 0, &s::field,
                            "Supports as pins, rollers and clamps, loads as arrows");
-    main.icon = "constraint";
+    main.icon = "fieldsymbols";
     main.places = {{"viewbar", 21, "symbolsbutton"}};
     addto(t, "", "views",
           {

@@ -2,10 +2,13 @@
 // The dialogs Model Size, Analysis Options, About, Info and Model info.
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QGuiApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -245,11 +248,42 @@ QDialog* makeinfo() {
             QObject::tr("<p>Catalogue and settings: %1</p>").arg(qtext(appdir).toHtmlEscaped()));
 }
 
+static QString headingofmodel() {
+    QStringList lines = {QObject::tr("Model: %1").arg(qname(modelname)),
+                         dim2d ? QObject::tr("2-D analysis") : QObject::tr("3-D analysis")};
+    const char* const axes = "xyz";
+    for (int k = 0; k < 3 && nnodes() > 0; ++k) {
+        float low = nodes(0, 1, k), high = low;
+        for (int n = 2; n <= nnodes(); ++n) {
+            low = std::min(low, nodes(0, n, k));
+            high = std::max(high, nodes(0, n, k));
+        }
+        lines << QObject::tr("%1 from %2 to %3")
+                     .arg(axes[k])
+                     .arg(qtext(numbertext(low)), qtext(numbertext(high)));
+    }
+    return lines.join('\n');
+}
+
+// All cells with the headings, as spreadsheets take them.
+static void copytable(const QTableWidget* table) {
+    QStringList lines;
+    for (int i = -1; i < table->rowCount(); ++i) {
+        QStringList cells;
+        for (int k = 0; k < table->columnCount(); ++k)
+            cells << (i < 0 ? table->horizontalHeaderItem(k) : table->item(i, k))->text();
+        lines << cells.join('\t');
+    }
+    QGuiApplication::clipboard()->setText(lines.join('\n') + '\n');
+}
+
 QDialog* makemodelinfo() {
     auto* const dialog = new QDialog(themainwindow);
     dialog->setWindowTitle(QObject::tr("Model info"));
     auto* const rows = new QVBoxLayout(dialog);
-    rows->addWidget(new QLabel(QObject::tr("Model: %1").arg(qname(modelname)), dialog));
+    auto* const heading = new QLabel(headingofmodel(), dialog);
+    heading->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    rows->addWidget(heading);
     auto* const table = new QTableWidget(7, 3, dialog);
     table->setObjectName("Grid1");
     table->setHorizontalHeaderLabels(
@@ -273,11 +307,15 @@ QDialog* makemodelinfo() {
         }
     }
     table->resizeColumnsToContents();
-    table->setMinimumSize(430, 270);
+    table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    table->setMinimumSize(
+        430, table->horizontalHeader()->height() + 4 + table->rowCount() * table->rowHeight(0));
     rows->addWidget(table);
     auto* const buttons = new QHBoxLayout;
+    newaction("Command2", "&Copy Table", dialog, buttons, [table] { copytable(table); });
     buttons->addStretch(1);
     auto* const ok = button("Command1", "OK", dialog, buttons);
+    ok->setDefault(true);
     rows->addLayout(buttons);
     QObject::connect(ok, &QPushButton::clicked, dialog, &QDialog::accept);
     return dialog;

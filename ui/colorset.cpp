@@ -22,6 +22,7 @@
 #include "ui/mainwindow.h"
 #include "ui/qtplatform.h"
 #include "ui/qtsurface.h"
+#include "ui/theme.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 #include "view/symbols.h"
@@ -135,6 +136,15 @@ class colorset : public QDialog {
             connect(sample, &QToolButton::clicked, this, [this, i] { edit(i); });
         }
         rows->addLayout(grid);
+        auto* const follow = new QCheckBox(tr("Dark views where the &window is dark"), this);
+        follow->setObjectName("Check1");
+        follow->setChecked(doviewsfollow());
+        rows->addWidget(follow);
+        connect(follow, &QCheckBox::clicked, this, guardedhandler([this](bool on) {
+                    setviewsfollow(on);
+                    showcolours();
+                    apply();
+                }));
         auto* const row = new QHBoxLayout;
         row->addStretch(1);
         connect(newbutton("Command1(0)", "Apply", this, row), &QPushButton::clicked, this, [this] {
@@ -159,6 +169,12 @@ class colorset : public QDialog {
                 showsample(samples[std::size_t(i)], c);
             },
             this));
+    }
+    void showcolours() {
+        for (std::size_t i = 0; i < shown.size(); ++i) {
+            shown[i] = *namedcolours[i].value;
+            showsample(samples[i], shown[i]);
+        }
     }
     void getcolor() {
         for (int i = 0; i < ncolours; ++i) *namedcolours[i].value = shown[std::size_t(i)];

@@ -55,6 +55,10 @@ static const std::map<std::string, const char*> outlines = {
     {"mesh",
      "M 4 20 L 4 5 L 20 4 L 20 20 Z + M 4 10 L 20 9 M 4 15 L 20 15 M 9 5 L 9 20 M 15 5 L 15 20"},
     {"patch", "M 4 20 L 6 5 L 20 4 L 19 19 Z + M 6 15 L 10 6 M 9 19 L 15 5 M 14 19 L 19 9"},
+    {"fieldsymbols",
+     "M 2 12 L 22 12 M 6 12 L 3 18 L 9 18 Z M 18 12 L 15 18 L 21 18 Z + M 1 21 L 11 21 M 13 21 L "
+     "23 21 "
+     "M 12 2 L 12 10 = M 12 11 L 9 6 L 15 6 Z"},
     {"constraint",
      "M 12 4 L 5 15 L 19 15 Z + M 3 19 L 21 19 M 6 19 L 3 22 M 12 19 L 9 22 M 18 19 L 15 22"},
     {"load", "M 4 20 L 20 20 + M 12 3 L 12 17 M 8 12 L 12 17 L 16 12"},

@@ -13,6 +13,7 @@
 #include <QRadioButton>
 
 #include "core/labels.h"
+#include "core/model.h"
 #include "core/platform.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -97,6 +98,12 @@ class loadcasedialog : public QDialog {
         buildacceleration();
         right->addStretch(1);
         stack->addLayout(sides);
+        applied = group("Applied loads", stack);
+        auto* const inside = new QVBoxLayout(applied);
+        contents = new QLabel(applied);
+        contents->setObjectName("contents");
+        contents->setWordWrap(true);
+        inside->addWidget(contents);
         waves = group("Definition of Waveload", stack);
         winds = group("Definition of Wind load", stack);
         buoyancies = group("Definition of Buoyancy load", stack);
@@ -262,6 +269,7 @@ class loadcasedialog : public QDialog {
         direction->setVisible(form.directionshown);
         waves->setVisible(form.waveshown);
         winds->setVisible(form.windshown);
+        applied->setVisible(form.kind == kindapplied);
         buoyancies->setVisible(form.buoyancyshown);
     }
     void showform() {
@@ -277,17 +285,29 @@ class loadcasedialog : public QDialog {
         showboxes(wind, form.wind);
         showboxes(buoyancy, form.buoyancy);
         showgroups();
+        contents->setText(contentsof(form.chosen + 1));
         message->setText(qtext(form.message));
+    }
+
+    static QString contentsof(int lc) {
+        if (lc < 1 || lc > nlc()) return {};
+        int atnodes = 0, onelements = 0;
+        for (int i = 1; i <= loadnode(lc, 0); ++i) atnodes += loadnode(lc, i) != 0;
+        for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) onelements += elemload(lc, i, 0) != 0;
+        return tr("Forces and moments at nodes: %1\nPressures and line loads on elements: %2\n\n"
+                  "Add, Loads gives them to what is selected; gravity is a case of acceleration.")
+            .arg(atnodes)
+            .arg(onelements);
     }
 
     loadcaseform form;
     QComboBox *numbers, *names, *kinds;
-    QGroupBox *centre, *acceleration, *direction, *waves, *winds, *buoyancies;
+    QGroupBox *applied, *centre, *acceleration, *direction, *waves, *winds, *buoyancies;
     QRadioButton *directionbutton[6], *massbutton[2];
     std::array<QLineEdit*, 4> accelerationbox;
     std::array<QLineEdit*, 5> wave;
     std::array<QLineEdit*, 3> wind, buoyancy;
-    QLabel *unit, *message;
+    QLabel *unit, *message, *contents;
 };
 }  // namespace
 

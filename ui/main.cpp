@@ -6,6 +6,7 @@
 #include <QSessionManager>
 #include <QTextStream>
 #include <QTimer>
+#include <QWindow>
 #include <optional>
 
 #include "core/appdir.h"
@@ -122,6 +123,16 @@ static bool isdisplayless() {
            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+// A desktop gives a window its size after it is shown; a model opened before would be fitted to
+// another one.
+static void openwhenshown(mainwindow& window, const QStringList& files, int waits = 0) {
+    const int step = 40, most = 25;  // milliseconds, times
+    const bool shown = window.windowHandle() && window.windowHandle()->isExposed();
+    if (waits >= most || (shown && waits > 1)) return openmodels(files);
+    QTimer::singleShot(step, &window,
+                       [&window, files, waits] { openwhenshown(window, files, waits + 1); });
+}
+
 int main(int argc, char** argv) {
     if (isdisplayless()) qputenv("QT_QPA_PLATFORM", "offscreen");
     guardedapplication application(argc, argv);
@@ -147,7 +158,7 @@ int main(int argc, char** argv) {
     wirerecovery();
     offerrecovery();
     if (!scriptpath.isEmpty()) return playscript(scriptpath);
-    if (!model.isEmpty()) QTimer::singleShot(0, &window, [&] { openmodels(arguments.files); });
+    if (!model.isEmpty()) openwhenshown(window, arguments.files);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
                      [](QSessionManager& desktop) {
                          // Without a word to the user the copy of unsaved work has to do.

@@ -42,6 +42,7 @@
 #include "ui/reportviewer.h"
 #include "ui/startpage.h"
 #include "ui/steps.h"
+#include "ui/theme.h"
 #include "ui/toolbars.h"
 #include "ui/viewkeys.h"
 #include "ui/viewwidget.h"
@@ -250,7 +251,11 @@ void mainwindow::resizeEvent(QResizeEvent* event) {
 
 void mainwindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) menuBar()->update();
+    if (event->type() != QEvent::PaletteChange) return;
+    menuBar()->update();
+    if (!remembers || !doviewsfollow()) return;
+    followtheme();
+    redrawall();
 }
 
 // --- dropped files -------------------------------------------------------------------------------
@@ -341,6 +346,14 @@ void mainwindow::refresh() {
     refreshmenus();
     if (remembers) rememberfiles(recentfiles());
     if (remembers) remembersymbols();
+    if (const long other = remembers ? open.follow(modelname) : 0; other != 0)
+        QTimer::singleShot(0, this, [other] {
+            theplatform().message(modelname + " is open in another window, process " +
+                                      std::to_string(other) +
+                                      ". The one that saves last replaces what the other has "
+                                      "saved; save under another name to keep both.",
+                                  icons::exclamation);
+        });
     snaplabel->setText(statusofsnap());
     showsteps();
     stalelabel->setVisible(isstaleshown());
@@ -375,6 +388,7 @@ void showmainwindow(mainwindow& window, bool fixedsize) {
     window.resize(1280, 860);
     window.remembers = !fixedsize;
     if (!fixedsize) restoresymbols();
+    if (!fixedsize) followtheme();
     if (!fixedsize) setrecentfiles(rememberedfiles());
     if (!fixedsize) setmouse(rememberedmouse());
     if (!fixedsize) showtoolbars(&window, rememberedtoolbars());
@@ -382,6 +396,7 @@ void showmainwindow(mainwindow& window, bool fixedsize) {
         window.show();
     else
         window.showMaximized();
+    window.view(1)->setFocus();  // not the notes, where a key of a view would be written
     textcaption();
     setoneview();
     redrawall();

@@ -9,6 +9,7 @@
 #include <array>
 
 #include "core/platform.h"
+#include "ui/modellock.h"
 
 class QCloseEvent;
 class QComboBox;
@@ -98,6 +99,7 @@ class mainwindow : public QMainWindow {
     startpage* start = nullptr;
     std::string commentshown;
     bool refreshing = false;
+    modellock open;
 };
 
 extern mainwindow* themainwindow;

@@ -7,6 +7,9 @@
 #include <QStyle>
 #include <QStyleFactory>
 
+#include "core/colours.h"
+#include "ui/windowsettings.h"
+
 static QPalette darkpalette() {
     // The style draws the empty boxes and circles of choices in base on window, with no outline
     // lighter than these: the two lie far enough apart to be told from each other.
@@ -39,4 +42,24 @@ bool settheme(const QString& name) {
     QApplication::setPalette(name == "dark" ? darkpalette()
                                             : QApplication::style()->standardPalette());
     return true;
+}
+
+static const char* const followkey = "view/followtheme";
+
+bool doviewsfollow() {
+    return windowsettings().value(followkey, false).toBool();
+}
+
+void setviewsfollow(bool on) {
+    windowsettings().setValue(followkey, on);
+    if (on)
+        followtheme();
+    else
+        setdarkviews(false);
+}
+
+void followtheme() {
+    const int middle = 128;
+    if (doviewsfollow())
+        setdarkviews(QApplication::palette().color(QPalette::Window).lightness() < middle);
 }

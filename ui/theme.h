@@ -7,3 +7,8 @@
 
 // "dark" or "light"; false for anything else.
 bool settheme(const QString& name);
+
+// Do the views take a dark ground where the window is dark? A choice of the user.
+bool doviewsfollow();
+void setviewsfollow(bool on);
+void followtheme();  // the views as chosen, for the window's present colours

@@ -55,6 +55,23 @@ TEST(Start, GivesANewModelAndItsCatalogue) {
     for (int g = 11; g <= 50; ++g) EXPECT_EQ(groupcolor(g), groupcolor(g - 10)) << g;
 }
 
+TEST(Start, ADarkGroundKeepsTheColoursOfTheUser) {
+    sessionroom room;
+    loadcolor = rgb(1, 2, 3);
+    nodecolor = rgb(9, 9, 9);
+    const auto brightness = [](colour c) { return redof(c) + greenof(c) + blueof(c); };
+    setdarkviews(true);
+    setdarkviews(true);
+    EXPECT_LT(brightness(backcolor), 120);
+    for (const colour c : {meshcolor, nodelabelcolor, elemlabelcolor, defcolor})
+        EXPECT_GT(brightness(c), 400);
+    EXPECT_EQ(nodecolor, rgb(9, 9, 9));
+    setdarkviews(false);
+    EXPECT_EQ(backcolor, rgb(255, 255, 255));
+    EXPECT_EQ(meshcolor, rgb(0, 0, 0));
+    EXPECT_EQ(loadcolor, rgb(1, 2, 3));
+}
+
 TEST(Start, WithoutSizesTheFailurePathDeclaresThem) {
     sessionroom room;
     std::filesystem::remove(room.file("decmem.DAT"));

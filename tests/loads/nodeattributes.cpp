@@ -310,6 +310,12 @@ TEST(Attributes, TheSelectionsRowsAreToldInWords) {
     editelemload = true;
     EXPECT_EQ(presentrows(openattributes()), "") << "no element is selected";
     editelemload = false;
+    addelement(1, {1, 2});
+    nodesel(0) = 0;
+    elemsel(0) = elemsel(1) = 1;
+    editconstraint = true;
+    EXPECT_EQ(presentrows(openattributes()), "") << "elements have no constraints";
+    editconstraint = false;
 }
 
 TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -13,6 +14,7 @@
 #include "core/textfile.h"
 #include "edit/Mouseprocedures.h"
 #include "files/filemenu.h"
+#include "files/setmem.h"
 #include "tests/support/recorder.h"
 #include "ui/actionrows.h"
 #include "ui/controlkinds.h"
@@ -218,6 +220,22 @@ TEST(Mainwindow, EveryControlHasANameAndItsOwnKey) {
     }
 }
 
+// The Tab key goes down, or up again to what stands further right.
+static std::string wrongtab(QDialog* dialog) {
+    QList<QWidget*> chain;
+    for (QWidget* w = dialog->nextInFocusChain(); w != dialog; w = w->nextInFocusChain())
+        if (w->isVisible() && w->isEnabled() && w->window() == dialog &&
+            w->focusPolicy() & Qt::TabFocus && !w->focusProxy() && kindofcontrol(w))
+            chain << w;
+    const auto box = [&](const QWidget* w) { return QRect(w->mapTo(dialog, QPoint()), w->size()); };
+    for (qsizetype i = 1; i < chain.size(); ++i) {
+        const QRect from = box(chain[i - 1]), to = box(chain[i]);
+        if (to.bottom() <= from.top() && to.left() < from.right())
+            return (chain[i - 1]->objectName() + " to " + chain[i]->objectName()).toStdString();
+    }
+    return {};
+}
+
 // Esc closes each window, Enter presses one button at most; each button has a key, and each choice
 // as far as the letters go.
 TEST(Mainwindow, EveryDialogTakesEnterEscAndKeys) {
@@ -245,6 +263,7 @@ TEST(Mainwindow, EveryDialogTakesEnterEscAndKeys) {
             EXPECT_TRUE(text.contains('&') || spent) << name << " " << text.toStdString();
         }
         EXPECT_LE(defaults, 1) << name;
+        EXPECT_EQ(wrongtab(dialog), "") << name;
         const QPointer<QDialog> open(dialog);
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QApplication::sendEvent(dialog, &escape);
@@ -263,6 +282,32 @@ TEST(Mainwindow, ADialogComesBackInItsSizeAndPlace) {
     first->accept();
     QApplication::processEvents();
     EXPECT_EQ(room.open("nodeattributes")->geometry(), left);
+}
+
+// One window's model is known to the others, until it opens another one or goes.
+TEST(Mainwindow, AModelThatIsOpenElsewhereIsTold) {
+    const sessionroom room;
+    for (const char* name : {"a", "b"}) writefile(room.file(std::string(name) + ".tek"), "0,0\r\n");
+    modellock first, second;
+    EXPECT_EQ(first.follow(room.file("a")), 0);
+    EXPECT_EQ(second.follow(room.file("b")), 0);
+    EXPECT_EQ(second.follow(room.file("a")), long(QCoreApplication::applicationPid()));
+    EXPECT_EQ(second.follow(room.file("a")), 0) << "told once";
+    EXPECT_EQ(first.follow(room.file("not saved")), 0);
+    EXPECT_EQ(second.follow(room.file("b")), 0);
+    EXPECT_EQ(second.follow(room.file("a")), 0) << "it is free again";
+}
+
+TEST(Mainwindow, PictureAndTableGoToTheClipboard) {
+    windowroom room;
+    findaction("copypicture")->item->trigger();
+    EXPECT_FALSE(QGuiApplication::clipboard()->image().isNull());
+    addnode(1, 2, 3);
+    room.open("modelinfo")->findChild<QPushButton*>("Command2")->click();
+    const QStringList lines = QGuiApplication::clipboard()->text().split('\n');
+    EXPECT_EQ(lines[0], "Item\tIn the model\tDeclared");
+    EXPECT_EQ(lines[1],
+              QString("%1\t1\t%2").arg(QString(sizelabels[0]).trimmed()).arg(modelsize(1)));
 }
 
 // The window goes while one selects, and knows the selection when it is back.

@@ -18,6 +18,8 @@
 #include "post/contour.h"
 #include "post/legendlook.h"
 #include "post/postproces.h"
+#include "post/secondplot.h"
+#include "view/drawelems.h"
 #include "view/surface.h"
 
 static bool showsdisplacement() {
@@ -45,9 +47,10 @@ static std::vector<std::string> headinglines() {
     static const char* const displacements[] = {"XYZ Displacements", "X Displacements",
                                                 "Y Displacements", "Z Displacements"};
     const std::string index = "Stress Index";  // the name of the scale, whatever it is of
-    if (!showsdisplacement()) return {index, fieldname(), componenttext()};
-    if (toprinter != 0) return {displacements[dispcontour], fieldname()};
-    return {index, fieldname(), displacements[dispcontour]};
+    const std::string field = fieldname() + (sidebyside ? " | " + nameofview(2) : "");
+    if (!showsdisplacement()) return {index, field, componenttext()};
+    if (toprinter != 0) return {displacements[dispcontour], field};
+    return {index, field, displacements[dispcontour]};
 }
 
 static int exponentof(double largest) {

@@ -758,6 +758,11 @@ static void addpictures(actionrows& t) {
                .run = dialog("Compare"),
                .checked = [] { return comparedwith() != 0; },
                .tip = "Two combinations or modes side by side"},
+              {.name = "book",
+               .caption = "Illustrated Report...",
+               .run = dialog("Book"),
+               .tip = "A report with pictures and tables, as PDF or HTML",
+               .topic = "book"},
           });
 }
 

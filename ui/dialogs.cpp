@@ -61,6 +61,7 @@ void wiredialogs() {
     adddialog("Cut", makecutwindow);
     adddialog("Animation", makeanimation);
     adddialog("Compare", makecompare);
+    adddialog("Book", makebookdialog);
     adddialog("plygroup", makeplygroup);
     adddialog("resulttables", makeresulttables);
     adddialog("viewpicture", makeviewpicture);

@@ -101,6 +101,7 @@ QDialog* makeneeds();
 QDialog* makecutwindow();
 QDialog* makeanimation();
 QDialog* makecompare();
+QDialog* makebookdialog();
 QDialog* makeplygroup();
 QDialog* makeresulttables();
 QDialog* makeviewpicture();

@@ -22,6 +22,7 @@
 #include "core/views.h"
 #include "edit/outcome.h"
 #include "files/saveset.h"
+#include "ui/bookcontents.h"
 #include "ui/legendwidget.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
@@ -394,6 +395,11 @@ const std::vector<scriptverb> verbs = {
      [](player, line l) {
          QString fault;
          if (!changelegend(l.words[1], rest(l, 2), fault)) refuse(fault);
+     }},
+    {"contents", 2, "contents PART on|off",
+     [](player, line l) {
+         QString fault;
+         if (!changecontents(l.words[1], l.words[2] == "on", fault)) refuse(fault);
      }},
     {"print", 1, "print NAME...", [](player, line l) { print(l.words.mid(1)); }},
     {"expect", 2, "expect NAME VALUE [TOL]",

@@ -12,6 +12,7 @@
 #include "edit/Mouseprocedures.h"
 #include "exchange/formats.h"
 #include "loads/loadaxes.h"
+#include "post/book.h"
 #include "post/compare.h"
 #include "post/probes.h"
 #include "post/shapes.h"
@@ -42,6 +43,7 @@ void wiremodules() {
     wirepost();
     wireprobes();
     wirecompare();
+    wirebook();
     wireexchange();
     wiregroupsections();
     wiredialogs();

@@ -153,3 +153,49 @@ TEST(Reports, TheDemonstrationGoesFromAnEmptyWindowToAPrintedPage) {
         "expect message \"Save model ?\"\nanswer cancel\nmenu \"Information/Run Demo\"\n"
         "expect nnodes 15\n");
 }
+
+// A script chooses the parts, and has both files; what it chose is there again with the model.
+TEST(Reports, AnIllustratedReportByScript) {
+    const playroom room;
+    room.play(R"(file examples/portal.tek
+menu "File/Open..."
+menu "Analyse/Options..."
+check Aoptions Option1(0) on
+press Aoptions Ready
+menu "Analyse/Analyse"
+menu "Post-Process/Illustrated Report..."
+set Book booktitle "Portal <A>"
+contents nodes on
+contents modes off
+file short.pdf
+press Book bookpdf
+contents alldisplacements on
+contents contours off
+file long
+press Book bookhtml
+file long.pdf
+press Book bookpdf
+press Book bookready
+expect menupostItem(1) 0
+file kept
+menu "File/Save As..."
+file kept.tek
+menu "File/Open..."
+menu "Post-Process/Illustrated Report..."
+expect Book.booktitle "Portal <A>"
+file kept.html
+press Book bookhtml
+press Book bookready
+)");
+    const std::string html = room.content("long.html"), pdf = room.content("long.pdf");
+    EXPECT_NE(html.find("<h1>Portal &lt;A&gt;</h1>"), html.npos);
+    EXPECT_NE(html.find("id=\"nodes\""), html.npos);
+    EXPECT_EQ(html.find("id=\"modes\""), html.npos);
+    EXPECT_NE(html.find("data:image/png;base64,iVBORw0KGgo"), html.npos);
+    EXPECT_EQ(html.find("<script"), html.npos);
+    EXPECT_EQ(html.find("http"), html.npos) << "it needs nothing beside it";
+    EXPECT_NE(room.content("kept.html").find("id=\"alldisplacements\""), html.npos);
+    ASSERT_TRUE(iswholepdf(pdf));
+    EXPECT_GT(pagesof(pdf), 8);
+    EXPECT_GT(pagesof(room.content("short.pdf")), 8);
+}

@@ -1,0 +1,415 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The parts of the illustrated report that tell results. Files are read row by row, so that those
+// larger than memory can be told.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+
+#include "core/catalogue.h"
+#include "core/journal.h"
+#include "core/model.h"
+#include "core/modelsize.h"
+#include "core/numtext.h"
+#include "core/runtime.h"
+#include "core/session.h"
+#include "core/textfile.h"
+#include "post/book.h"
+#include "post/bookparts.h"
+#include "post/combinedstress.h"
+#include "post/components.h"
+#include "post/legend.h"
+#include "post/postproces.h"
+#include "post/resultstream.h"
+#include "post/stressfile.h"
+
+using cells = std::vector<std::string>;
+
+static const char* const displacementnames[] = {"DX", "DY", "DZ", "RX", "RY", "RZ"};
+static const char* const forcenames[] = {"FX", "FY", "FZ", "MX", "MY", "MZ"};
+
+static std::string value(double x) {
+    return shorttext(x);
+}
+
+// What a part needs and does not find, or what is damaged, is told in its place.
+template <typename Work>
+static void told(booksink& b, Work work) {
+    guarded(work, [&](const runtimeerror& e) {
+        if (e.number == errstopped) throw e;
+        b.text(e.number == errfilenotfound ? "There are no such results." : e.what, true);
+    });
+}
+
+bool hasresults(booksink& b) {
+    const bool good =
+        guarded([] { textin in(findnocase(modelname + ".rvp")); }, [](const runtimeerror&) {});
+    if (!good)
+        b.text("No analysis has been performed.", true);
+    else if (isresultstale())
+        b.text(staletext, true);
+    return good;
+}
+
+// --- rows of combinations -----------------------------------------------------------------------
+
+static std::vector<float> factorsof(int c, int blocks) {
+    std::vector<float> factors(std::size_t(blocks), 0);
+    for (int l = 1; l <= blocks && l <= modelsize(sizeloadcases); ++l)
+        factors[std::size_t(l) - 1] = lcomb(c, l);
+    return factors;
+}
+
+// Runs take(row) over the rows of a combination.
+template <typename Take>
+static void eachrow(resultrows& rows, int c, Take take) {
+    const long rowsperlook = 10000;
+    rows.begin(factorsof(c, rows.blocks()));
+    resultrows::row row;
+    for (long i = 1; rows.next(row); ++i) {
+        take(row);
+        if (i % rowsperlook == 0) bookprogress();
+    }
+}
+
+static std::string nameof(int c) {
+    return shownname(lcombname(c), 60);
+}
+
+// Place in X Y Z RX RY RZ of each value of a node row.
+static std::vector<int> freedomsof(int anadof) {
+    static const std::vector<int> lists[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
+    return lists[std::size_t(anadof)];
+}
+
+static double degrees(double x, int freedom) {
+    return freedom >= 3 ? x * 180 / pi : x;
+}
+
+// --- balance and masses -------------------------------------------------------------------------
+
+namespace {
+struct sumrow {
+    std::string word, name;
+    std::vector<double> values;
+};
+}  // namespace
+
+static std::vector<sumrow> readsums() {
+    textin in(findnocase(modelname + ".sum"));
+    std::vector<sumrow> rows;
+    while (!in.atend()) {
+        sumrow row;
+        row.word = in.text();
+        if (row.word == "case") row.values.push_back(in.number());
+        if (row.word == "case" || row.word == "load" || row.word == "warning" ||
+            row.word == "static" || row.word == "modes")
+            row.name = in.text();
+        while (!in.atend() && !in.atlineend()) row.values.push_back(in.number());
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+static cells sixof(const std::string& name, const std::vector<double>& values) {
+    cells row = {name};
+    for (std::size_t k = 0; k < 6; ++k) row.push_back(k < values.size() ? value(values[k]) : "");
+    return row;
+}
+
+void bookbalance(booksink& b) {
+    const double most = 1e-6;  // of the load, from which a residual is red
+    if (!hasresults(b)) return;
+    told(b, [&] {
+        std::vector<bookcolumn> columns = {{"", false, 1.6}};
+        for (const char* name : forcenames) columns.push_back({name});
+        bool open = false;
+        const auto close = [&] {
+            if (std::exchange(open, false)) b.endtable();
+        };
+        for (const sumrow& row : readsums()) {
+            if (row.word == "case") {
+                close();
+                b.begintable("Load case " + value(row.values[0]) + ", " + row.name, columns);
+                open = true;
+            } else if (row.word == "mode") {
+                break;
+            } else if (row.word == "warning") {
+                close();
+                b.text(row.name, true);
+            } else if (open && row.word == "load") {
+                b.row(sixof("Loads, " + row.name, row.values));
+            } else if (open && row.word == "applied") {
+                b.row(sixof("All loads", row.values));
+            } else if (open && row.word == "reactions") {
+                b.row(sixof("Reactions", row.values));
+            } else if (open && row.word == "difference") {
+                b.row(sixof("Difference", row.values));
+            } else if (open && row.word == "residual" && !row.values.empty()) {
+                const bool red = !(row.values[0] <= most);
+                b.row({"Residual", value(row.values[0])}, red);
+            } else if (open && (row.word == "translation" || row.word == "rotation") &&
+                       row.values.size() > 1) {
+                b.row({"Largest " + row.word, value(row.values[0]),
+                       "at node " + value(row.values[1])});
+            }
+        }
+        close();
+    });
+}
+
+void bookmasses(booksink& b) {
+    told(b, [&] {
+        b.begintable("", {{"Group", false, 2}, {"Mass"}, {"Centre X"}, {"Centre Y"}, {"Centre Z"}});
+        double whole = 0, centre[3] = {};
+        for (const massrow& row : readmasses()) {
+            if (row.group < 1 || row.group > ngroups()) continue;
+            cells line = {shownname(groupname(row.group), 40), value(row.mass)};
+            for (int k = 0; k < 3; ++k) {
+                line.push_back(value(row.centre[k]));
+                centre[k] += row.mass * row.centre[k];
+            }
+            whole += row.mass;
+            b.row(line);
+        }
+        cells total = {"Total", value(whole)};
+        for (const double c : centre) total.push_back(value(whole > 0 ? c / whole : 0));
+        b.row(total);
+        b.endtable();
+    });
+}
+
+// --- displacements and reactions ----------------------------------------------------------------
+
+namespace {
+struct extreme {
+    double value = 0;
+    int item = 0;
+    void take(double v, int i) {
+        if (item == 0 || std::fabs(v) > std::fabs(value)) value = v, item = i;
+    }
+    std::string text() const { return item == 0 ? "" : ::value(value) + " at " + numbertext(item); }
+};
+}  // namespace
+
+void bookdisplacements(booksink& b) {
+    if (!hasresults(b)) return;
+    told(b, [&] {
+        resultrows rows(modelname + ".rvp", resultkinds::displacements);
+        const std::vector<int> freedoms = freedomsof(rows.anadof());
+        std::vector<bookcolumn> columns = {{"Combination", false, 1.6}, {"Length"}};
+        for (const int f : freedoms) columns.push_back({displacementnames[f]});
+        b.begintable("Largest by size, and the node (rotations in degrees)", columns);
+        for (int c = 1; c <= ncomb(); ++c) {
+            extreme length, each[6];
+            eachrow(rows, c, [&](const resultrows::row& row) {
+                double square = 0;
+                for (std::size_t i = 0; i < freedoms.size(); ++i) {
+                    if (freedoms[i] < 3) square += row.values[i] * row.values[i];
+                    each[i].take(degrees(row.values[i], freedoms[i]), row.item);
+                }
+                length.take(std::sqrt(square), row.item);
+            });
+            cells line = {nameof(c), length.text()};
+            for (std::size_t i = 0; i < freedoms.size(); ++i) line.push_back(each[i].text());
+            b.row(line);
+        }
+        b.endtable();
+    });
+}
+
+// The rows of all nodes that are wanted, a table a combination.
+template <typename Wanted>
+static void nodetables(booksink& b, bool areforces, Wanted wanted) {
+    told(b, [&] {
+        resultrows rows(modelname + (areforces ? ".KRT" : ".rvp"),
+                        areforces ? resultkinds::forces : resultkinds::displacements);
+        const std::vector<int> freedoms = freedomsof(rows.anadof());
+        std::vector<bookcolumn> columns = {{"Node"}};
+        for (const int f : freedoms)
+            columns.push_back({areforces ? forcenames[f] : displacementnames[f]});
+        for (int c = 1; c <= ncomb(); ++c) {
+            b.begintable("Combination " + numbertext(c) + ", " + nameof(c), columns);
+            std::array<double, 6> sum{};
+            eachrow(rows, c, [&](const resultrows::row& row) {
+                if (row.item == 0 || !wanted(row.item)) return;
+                cells line = {numbertext(row.item)};
+                for (std::size_t i = 0; i < freedoms.size(); ++i) {
+                    const double x = row.values[i];
+                    line.push_back(value(areforces ? x : degrees(x, freedoms[i])));
+                    sum[i] += x;
+                }
+                b.row(line);
+            });
+            if (areforces) {
+                cells line = {"Sum"};
+                for (std::size_t i = 0; i < freedoms.size(); ++i)
+                    line.push_back(freedoms[i] < 3 ? value(sum[i]) : "");
+                b.row(line, false);
+            }
+            b.endtable();
+        }
+    });
+}
+
+void bookreactions(booksink& b) {
+    if (!hasresults(b)) return;
+    std::vector<char> held(std::size_t(nnodes()) + 1);
+    for (int i = 1; i <= ncon; ++i)
+        if (connode(i) >= 1 && connode(i) <= nnodes()) held[std::size_t(connode(i))] = 1;
+    nodetables(b, true, [&](int n) { return held[std::size_t(n)] != 0; });
+}
+
+void bookalldisplacements(booksink& b) {
+    if (hasresults(b)) nodetables(b, false, [](int) { return true; });
+}
+
+void bookallforces(booksink& b) {
+    if (hasresults(b)) nodetables(b, true, [](int) { return true; });
+}
+
+// --- stresses -----------------------------------------------------------------------------------
+
+static double combinedat(const double* values) {
+    float s[stressvalues] = {};
+    for (int k = 1; k < stressvalues; ++k) s[k] = float(values[k - 1]);
+    return combinedstressof(s);
+}
+
+// Runs take(element, end or corner, its values) for each record of a file.
+template <typename Take>
+static void eachstress(resultrows& rows, bool lines, int c, Take take) {
+    int former = 0, corner = 0;
+    eachrow(rows, c, [&](const resultrows::row& row) {
+        corner = row.item == former ? corner + 1 : 1;
+        former = row.item;
+        take(row.item, lines ? 1 : corner, row.values.data() + 3);
+        if (lines) take(row.item, 2, row.values.data() + 3 + stressvalues);
+    });
+}
+
+static bool isgrouped(int e) {
+    return egroup(e) >= 1 && egroup(e) <= ngroups();
+}
+
+static void largeststresses(booksink& b, bool lines) {
+    resultrows rows(modelname + (lines ? ".LES" : ".NSL"),
+                    lines ? resultkinds::linestresses : resultkinds::stresses);
+    std::vector<bookcolumn> columns = {{"Group", false, 1.6}, {"Combination", false, 1.4}};
+    for (const char* name : {"SX", "SY", "SXY", "Combined"}) columns.push_back({name, true, 1.3});
+    using four = std::array<extreme, 4>;
+    std::map<std::pair<int, int>, four> most;  // by group and combination
+    for (int c = 1; c <= ncomb(); ++c)
+        eachstress(rows, lines, c, [&](int e, int, const double* v) {
+            if (!isgrouped(e)) return;
+            four& x = most[{egroup(e), c}];
+            x[0].take(v[0], e);
+            x[1].take(v[1], e);
+            x[2].take(v[3], e);
+            x[3].take(combinedat(v), e);
+        });
+    if (most.empty()) return;
+    b.begintable(lines ? "Line elements: largest by size, and the element"
+                       : "Faces, local axes: largest by size, and the element",
+                 columns);
+    for (const auto& [where, x] : most) {
+        cells line = {shownname(groupname(where.first), 40), nameof(where.second)};
+        for (const extreme& one : x) line.push_back(one.text());
+        b.row(line);
+    }
+    b.endtable();
+}
+
+void bookstresses(booksink& b) {
+    if (!hasresults(b)) return;
+    for (const bool lines : {false, true}) told(b, [&] { largeststresses(b, lines); });
+}
+
+static void stresstables(booksink& b, bool lines) {
+    resultrows rows(modelname + (lines ? ".LES" : ".NSL"),
+                    lines ? resultkinds::linestresses : resultkinds::stresses);
+    std::vector<bookcolumn> columns = {{"Element", true, 1.2}, {"Node", true, 1.2}};
+    for (const componentrow& row : stresscomponents) columns.push_back({row.label});
+    for (int c = 1; c <= ncomb(); ++c) {
+        b.begintable("Combination " + numbertext(c) + ", " + nameof(c) +
+                         (lines ? ", line elements" : ", faces, local axes"),
+                     columns);
+        eachstress(rows, lines, c, [&](int e, int corner, const double* v) {
+            cells line = {numbertext(e)};
+            line.push_back(corner <= nodesoftype(elems(e, 0)) ? numbertext(int(elems(e, corner)))
+                                                              : "");
+            for (int k = 1; k < stressvalues; ++k) line.push_back(value(v[k - 1]));
+            line.push_back(value(combinedat(v)));
+            b.row(line);
+        });
+        b.endtable();
+    }
+}
+
+void bookallstresses(booksink& b) {
+    if (!hasresults(b)) return;
+    for (const bool lines : {false, true}) told(b, [&] { stresstables(b, lines); });
+}
+
+// --- pictures -----------------------------------------------------------------------------------
+
+void bookshapes(booksink& b) {
+    if (!hasresults(b)) return;
+    for (int c = 1; c <= ncomb(); ++c) {
+        scene s;
+        s.caption = "Deformed shape, " + nameof(c);
+        s.combination = c;
+        s.deformed = true;
+        bookpicture(b, s);
+    }
+}
+
+void bookcontours(booksink& b) {
+    if (!hasresults(b)) return;
+    bool faces = false, lines = false;
+    for (int e = 1; e <= nelems(); ++e) {
+        const int elnn = nodesoftype(elems(e, 0));
+        faces = faces || elnn > 2;
+        lines = lines || elnn == 2;
+    }
+    for (int c = 1; c <= ncomb(); ++c)
+        for (const bool ofline : {false, true}) {
+            if (ofline ? !lines : !faces) continue;
+            scene s;
+            s.caption =
+                std::string(ofline ? "Line elements" : "Faces") + ", combined stress, " + nameof(c);
+            s.combination = c;
+            s.contour = !ofline;
+            s.lines = ofline;
+            s.hidden = !ofline;
+            bookpicture(b, s);
+        }
+}
+
+// --- modes --------------------------------------------------------------------------------------
+
+void bookmodes(booksink& b) {
+    const int pictures = 6;
+    std::vector<double> list;
+    guarded(
+        [&] {
+            resultrows rows(modelname + ".EIG", resultkinds::modes);
+            for (int m = 1; m <= rows.blocks(); ++m) list.push_back(rows.modevalue(m));
+        },
+        [](const runtimeerror&) {});
+    if (list.empty()) return b.text("No modes of vibration have been computed.");
+    b.begintable("", {{"Mode"}, {"omega^2"}, {"Frequency, Hz"}, {"Period, s"}});
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const double hz = list[i] > 0 ? frequencyof(list[i]) : 0;
+        b.row({numbertext(int(i + 1)), value(list[i]), hz > 0 ? value(hz) : "none",
+               hz > 0 ? value(1 / hz) : ""});
+    }
+    b.endtable();
+    for (int m = 1; m <= std::min(pictures, int(list.size())); ++m) {
+        scene s;
+        s.caption = "Mode shape " + numbertext(m) + ", " + frequencytext(list[std::size_t(m) - 1]);
+        s.combination = m;
+        s.mode = true;
+        bookpicture(b, s);
+    }
+}

@@ -16,7 +16,7 @@ namespace {
 
 const char* const movenames[] = {"", "pans", "turns", "zooms"};
 
-QString nameofdrag(const mousedrag& drag) {
+QString nameofdrag(const viewdrag& drag) {
     QString name;
     if (drag.held & Qt::ShiftModifier) name += "Shift + ";
     if (drag.held & Qt::ControlModifier) name += "Ctrl + ";
@@ -84,7 +84,7 @@ class mousedialog : public QDialog {
     void tell(int i) {
         const mousepreset& p = mousepresets()[std::size_t(i)];
         QStringList lines = {"Left button: selects, gives points; Ctrl adds, Shift takes away"};
-        for (const mousedrag& drag : p.drags)
+        for (const viewdrag& drag : p.drags)
             lines << nameofdrag(drag) + ": " + movenames[int(drag.does)];
         const std::pair<const char*, viewmoves> wheels[] = {{"Wheel or two fingers", p.wheel},
                                                             {"with Ctrl", p.withctrl},

@@ -10,7 +10,7 @@ static mousesettings inuse;
 
 const std::vector<mousepreset>& mousepresets() {
     using enum viewmoves;
-    static const mousedrag altleft{Qt::LeftButton, Qt::AltModifier, turn};
+    static const viewdrag altleft{Qt::LeftButton, Qt::AltModifier, turn};
     static const std::vector<mousepreset> presets = {
         {"delivered",
          "As delivered",
@@ -83,7 +83,7 @@ static const mousepreset& present() {
 
 viewmoves dragof(Qt::MouseButton button, Qt::KeyboardModifiers held) {
     held &= Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
-    for (const mousedrag& drag : present().drags)
+    for (const viewdrag& drag : present().drags)
         if (drag.button == button && drag.held == held) return drag.does;
     return viewmoves::none;
 }

@@ -9,7 +9,7 @@
 
 enum class viewmoves { none, pan, turn, zoom };
 
-struct mousedrag {
+struct viewdrag {
     Qt::MouseButton button;
     Qt::KeyboardModifiers held;
     viewmoves does;
@@ -17,7 +17,7 @@ struct mousedrag {
 
 struct mousepreset {
     const char *name, *caption;
-    std::vector<mousedrag> drags;
+    std::vector<viewdrag> drags;
     viewmoves wheel, withctrl, withshift;  // what scrolling does
 };
 const std::vector<mousepreset>& mousepresets();

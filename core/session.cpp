@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // State of the work session and the status line made from it.
 #include "core/session.h"
-#include "core/model.h"
 
+#include "core/diagramshown.h"
+#include "core/model.h"
 #include "core/platform.h"
 
+bool diagramshown;
 std::string apptitle, appversion, modelname = "None", previousname = "None", appdir, programdir;
 
 static array1<menustate> menulist(int upper) {
@@ -107,6 +109,7 @@ void dropundo() {
 }
 
 void dropresults() {
+    diagramshown = false;
     resultflag = 1;
     stressloaded = false;
     maxdisp = 0;

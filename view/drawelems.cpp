@@ -250,12 +250,15 @@ void drawelementnodes(int e, int nview) {
     }
 }
 
+bool (*curvedmember)(int e, int nview) = nullptr;
+
 void drawelementoutline(int e, int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
     const auto row = elems.row(e);
     const int elnn = nodesoftype(row[0]);
     if (elnn == 0) return;
+    if (elnn == 2 && undeformed == 0 && curvedmember && curvedmember(e, nview)) return;
     const auto cornerof = [&](int k) {
         return project(viewcamera, drawnplace(int(row[std::size_t(k)]), nview));
     };

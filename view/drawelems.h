@@ -23,6 +23,8 @@ bool isshown(int e, int nview);
 void drawelement(int e, int nview);
 // Its lines alone, in drawcolor and the surface's width.
 void drawelementoutline(int e, int nview);
+// Draws a deformed line element as it bends; false where nothing tells how. Hung in from above.
+extern bool (*curvedmember)(int e, int nview);
 void drawallelements(int nview);
 // The outlines of the two-node elements alone, each in its colour; what was drawn over them before
 // does not change theirs.

@@ -107,11 +107,15 @@ void drawstroke(const float* from, const double* direction, double length, int n
     s->line(x, y, scrx, scry, c);
 }
 
+void turnedplateaxes(int e) {
+    if (nodesoftype(elems(e, 0)) > 2 && rotpo(e) != 0) turnpair(localx, localy, rotpo(e));
+}
+
 void drawlocalaxes(int e, int nview) {
     const int elnn = nodesoftype(elems(e, 0));
     if (elnn < 2) return;
     localaxes(e);
-    if (elnn > 2 && rotpo(e) != 0) turnpair(localx, localy, rotpo(e));
+    turnedplateaxes(e);
     if (axesonly) return;
     prepareview(nview);
     const float scale = viewscale(nview);

@@ -17,6 +17,9 @@ void localaxes(int e);
 // Turns the evaluated e2 and e3 about e1 by the section rotation of the element's group.
 void rotatequad(int e);
 
+// Turns e1 and e2 of a plate by its own angle: the axes in which its stresses are told.
+void turnedplateaxes(int e);
+
 // The axes as stresses are told in them, red, green, blue: those of a plate are turned about its
 // normal by the element's own angle. They stand in localx, localy, localz afterwards.
 void drawlocalaxes(int e, int nview);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/diagramshown.h"
 #include "core/model.h"
 #include "core/platform.h"
 #include "core/runtime.h"
@@ -185,6 +186,7 @@ static void wireresultlayers() {
     setlayer(
         layers::elementstress, planes::results,
         [](int) { return menupostItem(elementstress).checked; }, nullptr);
+    setlayer(layers::diagrams, planes::results, [](int) { return diagramshown; }, nullptr);
     setlayer(
         layers::localaxes, planes::results,
         [](int) { return mnuSettingsItem(localaxison).checked && !ishidden(); }, drawallaxes);

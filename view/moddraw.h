@@ -26,6 +26,7 @@ enum class layers {
     constraints,
     deformed,  // deformed or mode shape
     elementstress,
+    diagrams,  // forces along members
     localaxes,
     endreleases,
     extremes,     // marks of the highest and lowest value of a plot

@@ -18,7 +18,10 @@ keptdisplay::keptdisplay()
       modes(modecount),
       largest(maxdisp),
       mode(modevalue),
+      source(shownsource),
       forces(std::move(dispres)) {
+    shownsource.of = sources::combination;
+    stresslocal = false;
     dispres.clear();
     for (int n = 1; n <= nnodes(); ++n)
         for (int k = 0; k < 3; ++k) shape.push_back(nodes(1, n, k));
@@ -26,6 +29,7 @@ keptdisplay::keptdisplay()
 
 keptdisplay::~keptdisplay() {
     curlcomb = combination;
+    shownsource = source;
     lineelstress = line;
     stressaverage = average;
     stressglobal = global;

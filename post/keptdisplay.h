@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/array.h"
+#include "post/source.h"
 
 class keptdisplay {
   public:
@@ -17,6 +18,7 @@ class keptdisplay {
   private:
     int combination, line, average, global, modes;
     double largest, mode;
+    resultsource source;
     array3<double> forces;
     std::vector<float> shape;  // set 1 of the nodes
 };

@@ -14,6 +14,7 @@
 #include "core/session.h"
 #include "files/tekfile.h"
 #include "post/noise.h"
+#include "post/source.h"
 
 double modevalue;
 int modecount;
@@ -51,7 +52,7 @@ float factorofcase(const textin& in, int l) {
     if (l > modelsize(sizeloadcases))
         in.fail(errsubscript, "the file holds more load cases than the declared " +
                                   numbertext(modelsize(sizeloadcases)) + "; see File, Model Size");
-    return curlcomb >= 1 && curlcomb <= ncomb() ? lcomb(curlcomb, l) : 0;
+    return shownfactor(l);
 }
 
 // What is larger would be shown as infinite: half of what a Single holds, so that the length of

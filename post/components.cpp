@@ -2,7 +2,7 @@
 // The table of stress components.
 #include "post/components.h"
 
-const componentrow stresscomponents[13] = {
+const componentrow stresscomponents[componentcount] = {
     {"Direct Stress X-direction", "SX", "SX"},
     {"Direct Stress Y-direction", "SY", "SY"},
     {"Direct Stress Z-direction", "SZ", "SZ"},
@@ -16,6 +16,33 @@ const componentrow stresscomponents[13] = {
     {"Torsion Shear around Y-Axis", "STY", ""},
     {"Torsion Shear around Z-Axis", "STZ", ""},
     {"Combined Stress (Von Mises)", "VM", "Combined Stress "},
+    {"Von Mises, upper face (+e3)", "VMU", "Von Mises, upper face"},
+    {"Von Mises, middle", "VMM", "Von Mises, middle"},
+    {"Von Mises, lower face (-e3)", "VML", "Von Mises, lower face"},
+    {"Von Mises, largest of the three", "VMX", "Von Mises, largest"},
+    {"Principal stress 1, upper face", "S1U", "Principal 1, upper face"},
+    {"Principal stress 2, upper face", "S2U", "Principal 2, upper face"},
+    {"Principal stress 1, middle", "S1M", "Principal 1, middle"},
+    {"Principal stress 2, middle", "S2M", "Principal 2, middle"},
+    {"Principal stress 1, lower face", "S1L", "Principal 1, lower face"},
+    {"Principal stress 2, lower face", "S2L", "Principal 2, lower face"},
+    {"Plate force Nx", "NX", "Nx, F/L"},
+    {"Plate force Ny", "NY", "Ny, F/L"},
+    {"Plate force Nxy", "NXY", "Nxy, F/L"},
+    {"Plate moment Mx", "MX", "Mx, F L/L"},
+    {"Plate moment My", "MY", "My, F L/L"},
+    {"Plate moment Mxy", "MXY", "Mxy, F L/L"},
+    {"Plate shear force Vx", "VX", "Vx, F/L"},
+    {"Plate shear force Vy", "VY", "Vy, F/L"},
+    {"Line: normal stress N/A", "LN", "Normal stress N/A"},
+    {"Line: bending stress", "LB", "Bending stress"},
+    {"Line: largest stress", "LMAX", "Largest stress"},
+    {"Line: smallest stress", "LMIN", "Smallest stress"},
+    {"Line: corner +e2 +e3", "LC1", "Corner +e2 +e3"},
+    {"Line: corner -e2 +e3", "LC2", "Corner -e2 +e3"},
+    {"Line: corner -e2 -e3", "LC3", "Corner -e2 -e3"},
+    {"Line: corner +e2 -e3", "LC4", "Corner +e2 -e3"},
+    {"Line: Von Mises", "LVM", "Von Mises"},
 };
 
 const char* const displacementcaptions[4] = {

@@ -6,7 +6,9 @@ struct componentrow {
     const char *caption, *label;
     const char* legend;  // text in the legend; empty: the label stands there
 };
-extern const componentrow stresscomponents[13];  // component 1 first
+// Component 1 first: the values of a record, behind them those of post/exactstress.
+const int toldcomponents = 13, componentcount = 40;
+extern const componentrow stresscomponents[componentcount];
 extern const char* const displacementcaptions[4];
 // In tables and grids; the last is the combined stress.
 extern const char* const stresssymbols[13];

@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "post/components.h"
 #include "post/legendlook.h"
+#include "post/exactstress.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
 #include "post/stressfile.h"
@@ -107,6 +108,7 @@ bool plotsstress() {
 
 float plotvalue(int e, int corner) {
     if (const float* const other = comparedvalues(e)) return other[corner - 1];
+    if (plotsstress() && isexact(stresscomp)) return float(exactvalue(stresscomp, e, corner));
     if (plotsstress()) return float(elemstress(stresscomp, e, corner));
     const auto d = nodes.row(1, int(elems(e, corner)));
     if (dispcontour > 0) return d[std::size_t(dispcontour - 1)];
@@ -138,7 +140,8 @@ void contourscale() {
     const bool stress = plotsstress();
     for (int e = 1; e <= nelems(); ++e) {
         if (!isplotted(e)) continue;
-        const int corners = stress ? stresscorners : nodesoftype(elems(e, 0));
+        const int corners =
+            stress && !isexact(stresscomp) ? stresscorners : nodesoftype(elems(e, 0));
         bool below = false;  // has the element a value that opens it to the filled painter?
         for (int c = 1; c <= corners; ++c) includevalue(e, c, plotvalue(e, c), below);
         unfilled += !below;
@@ -182,6 +185,7 @@ bool plotready() {
 
 static bool preparestress() {
     lineelstress = iselementstress();
+    stresslocal = isexact(stresscomp);
     if (stressunreadable) return false;
     if (!isloaded()) stressloaded = false;
     stressunreadable = !readstress();
@@ -209,5 +213,5 @@ std::string plottext() {
     if (!iscontour()) return isdeformed() ? "Global Displacements" : "";
     if (contourdata == displacementdata) return "Global Displacements";
     return std::string(stressaverage ? " Nodal Stress Average" : " Nodal Element Stress") +
-           (stressglobal ? " Global" : " Local");
+           (stressglobal && !stresslocal ? " Global" : " Local");
 }

@@ -14,12 +14,14 @@
 #include "post/postproces.h"
 
 int stressaverage, lineelstress;
+bool stresslocal;
 std::string stressnote;
 
 std::string stressfile() {
     if (lineelstress) return modelname + ".LES";
-    if (stressaverage) return modelname + (stressglobal ? ".NSA" : ".NLA");
-    return modelname + (stressglobal ? ".NSR" : ".NSL");
+    const bool global = stressglobal && !stresslocal;
+    if (stressaverage) return modelname + (global ? ".NSA" : ".NLA");
+    return modelname + (global ? ".NSR" : ".NSL");
 }
 
 static bool isend(std::string_view word) {

@@ -10,6 +10,7 @@ const int stresscorners = 4;  // that elemstress has room for
 // Which file is read; stressglobal (1 global, 0 local axes) is the session's.
 extern int stressaverage;  // 1 mean of the elements at a node, 0 each element's own
 extern int lineelstress;   // 1 line elements, 0 the nodal files
+extern bool stresslocal;   // the local axes, whatever stressglobal says
 std::string stressfile();  // modelname with .LES, .NSA, .NLA, .NSR or .NSL
 
 // Fills elemstress from that file, combined stress included; nothing is read while stressloaded.

@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -144,7 +145,26 @@ class postoptions : public QDialog {
                                       [](int c) { choosecomponent(c + 1); });
             grid->addWidget(new QLabel(stresscomponents[i].label, this), grid->rowCount() - 1, 1);
         }
+        buildfurther(grid);
         column->addStretch(1);
+    }
+    // The results beyond, in a list behind the others.
+    void buildfurther(QGridLayout* grid) {
+        further = addoption(grid, "Option9", toldcomponents, "Further results", [this](int) {
+            choosecomponent(list->currentRow() + toldcomponents + 1);
+        });
+        list = new QListWidget(this);
+        list->setObjectName("List1");
+        for (int i = toldcomponents; i < componentcount; ++i) {
+            const componentrow& row = stresscomponents[i];
+            list->addItem(QString("%1 (%2)").arg(row.caption, row.label));
+        }
+        list->setCurrentRow(0);
+        grid->addWidget(list, grid->rowCount(), 0, 1, 2);
+        connect(list, &QListWidget::currentRowChanged, this, guardedhandler([this](int i) {
+                    choosecomponent(i + toldcomponents + 1);
+                    showform();
+                }));
     }
     void buildkinds(QBoxLayout* column) {
         QGridLayout* grid = addframe(column, "Select stress type");
@@ -185,7 +205,12 @@ class postoptions : public QDialog {
         groups->setEnabled(postset == setofgroup);
         if (groups->currentIndex() != form.group) groups->setCurrentIndex(form.group);
         count->setText(QString::number(postcount));
-        components[stresscomp - 1]->setChecked(true);
+        if (stresscomp <= toldcomponents) {
+            components[stresscomp - 1]->setChecked(true);
+        } else {
+            further->setChecked(true);
+            list->setCurrentRow(stresscomp - toldcomponents - 1);
+        }
         averages[stressaverage ? 1 : 0]->setChecked(true);
         systems[stressglobal ? 0 : 1]->setChecked(true);
         directions[dispcontour]->setChecked(true);
@@ -193,9 +218,11 @@ class postoptions : public QDialog {
     }
 
     soptionsform form;
-    QRadioButton *kind[2], *source[2], *scaling[2], *elements[3], *components[13], *averages[2],
-        *systems[2], *directions[4];
+    QRadioButton *kind[2], *source[2], *scaling[2], *elements[3], *components[toldcomponents],
+        *averages[2], *systems[2], *directions[4];
     QLineEdit *maximum, *minimum, *count;
+    QRadioButton* further;
+    QListWidget* list;
     QComboBox* groups;
     QLabel* message;
     selectionwait waiting{postselpending, [this] { selectionended(); }};

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Exact stresses of plates and line elements.
+#include "post/exactstress.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/catalogue.h"
+#include "core/model.h"
+#include "post/members.h"
+#include "view/localaxes.h"
+
+bool isexact(int component) {
+    return component >= misesupper && component < exactend;
+}
+
+bool isofline(int component) {
+    return component >= linenormal;
+}
+
+// --- plates -------------------------------------------------------------------------------------
+
+namespace {
+struct planestress {
+    double x, y, xy, z;  // z: across, of plane strain
+};
+}  // namespace
+
+static planestress bendingof(int e, int c) {
+    return {elemstress(8, e, c), elemstress(7, e, c), elemstress(10, e, c) - elemstress(11, e, c),
+            0};
+}
+
+static planestress stressat(int e, int c, int side) {
+    const planestress b = bendingof(e, c);
+    return {elemstress(1, e, c) + side * b.x, elemstress(2, e, c) + side * b.y,
+            elemstress(4, e, c) + side * b.xy, elemstress(3, e, c)};
+}
+
+static double misesof(const planestress& s) {
+    return std::sqrt(std::max(0.0, s.x * s.x + s.y * s.y + s.z * s.z - s.x * s.y - s.x * s.z -
+                                       s.y * s.z + 3 * s.xy * s.xy));
+}
+
+// Mohr's circle.
+static principalstress principalof(const planestress& s) {
+    const double middle = (s.x + s.y) / 2, radius = std::hypot((s.x - s.y) / 2, s.xy);
+    return {middle + radius, middle - radius, std::atan2(2 * s.xy, s.x - s.y) / 2};
+}
+
+principalstress principalof(int e, int corner, int side) {
+    return principalof(stressat(e, corner, side));
+}
+
+principalstress meanprincipalof(int e, int side) {
+    const int elnn = nodesoftype(elems(e, 0));
+    planestress mean{};
+    for (int c = 1; c <= elnn; ++c) {
+        const planestress s = stressat(e, c, side);
+        mean.x += s.x / elnn;
+        mean.y += s.y / elnn;
+        mean.xy += s.xy / elnn;
+    }
+    return principalof(mean);
+}
+
+// Moment a length of a linear stress that is s at the face: s t^2 / 6.
+static double momentof(int e, double s) {
+    const double t = groups(egroup(e), fieldthickness);
+    return s * t * t / 6;
+}
+
+// Shear forces by equilibrium of the element's own moments, Timoshenko and Woinowsky-Krieger,
+// Theory of Plates and Shells, 2nd ed., article 21: Vx = Mx,x + Mxy,y. The moments are bilinear
+// over a quadrilateral.
+static double shearof(int e, int corner, bool alongx) {
+    const int elnn = nodesoftype(elems(e, 0));
+    localaxes(e);
+    turnedplateaxes(e);
+    double x[4], y[4], first[4], second[4];
+    for (int c = 0; c < elnn; ++c) {
+        double at[3];
+        for (int k = 0; k < 3; ++k) at[k] = nodes(0, int(elems(e, c + 1)), k) - axisorigin[k];
+        x[c] = at[0] * localx[0] + at[1] * localx[1] + at[2] * localx[2];
+        y[c] = at[0] * localy[0] + at[1] * localy[1] + at[2] * localy[2];
+        const planestress b = bendingof(e, c + 1);
+        first[c] = momentof(e, alongx ? b.x : b.xy);   // derived by x
+        second[c] = momentof(e, alongx ? b.xy : b.y);  // derived by y
+    }
+    double dr[4], ds[4];  // of the shape functions at the corner
+    if (elnn == 3) {
+        const double r[] = {-1, 1, 0}, s[] = {-1, 0, 1};
+        std::copy(r, r + 3, dr);
+        std::copy(s, s + 3, ds);
+    } else {
+        const int rof[] = {-1, 1, 1, -1}, sof[] = {-1, -1, 1, 1};
+        for (int c = 0; c < 4; ++c) {
+            dr[c] = rof[c] * (1 + sof[c] * sof[corner - 1]) / 4.0;
+            ds[c] = sof[c] * (1 + rof[c] * rof[corner - 1]) / 4.0;
+        }
+    }
+    double xr = 0, xs = 0, yr = 0, ys = 0, fr = 0, fs = 0, gr = 0, gs = 0;
+    for (int c = 0; c < elnn; ++c) {
+        xr += dr[c] * x[c];
+        xs += ds[c] * x[c];
+        yr += dr[c] * y[c];
+        ys += ds[c] * y[c];
+        fr += dr[c] * first[c];
+        fs += ds[c] * first[c];
+        gr += dr[c] * second[c];
+        gs += ds[c] * second[c];
+    }
+    const double area = xr * ys - xs * yr;
+    if (area == 0) return 0;
+    return (fr * ys - fs * yr - gr * xs + gs * xr) / area;
+}
+
+static double platevalue(int component, int e, int c) {
+    const double t = groups(egroup(e), fieldthickness);
+    const auto principal = [&](int side) { return principalof(e, c, side); };
+    switch (component) {
+        case misesupper:
+        case misesmiddle:
+        case miseslower:
+            return misesof(stressat(e, c, misesmiddle - component));
+        case miseslargest:
+            return std::max({misesof(stressat(e, c, 1)), misesof(stressat(e, c, 0)),
+                             misesof(stressat(e, c, -1))});
+        case principal1upper:
+            return principal(1).s1;
+        case principal2upper:
+            return principal(1).s2;
+        case principal1middle:
+            return principal(0).s1;
+        case principal2middle:
+            return principal(0).s2;
+        case principal1lower:
+            return principal(-1).s1;
+        case principal2lower:
+            return principal(-1).s2;
+        case forcex:
+            return t * elemstress(1, e, c);
+        case forcey:
+            return t * elemstress(2, e, c);
+        case forcexy:
+            return t * elemstress(4, e, c);
+        case momentx:
+            return momentof(e, bendingof(e, c).x);
+        case momenty:
+            return momentof(e, bendingof(e, c).y);
+        case momentxy:
+            return momentof(e, bendingof(e, c).xy);
+        default:
+            return shearof(e, c, component == shearx);
+    }
+}
+
+// --- line elements ------------------------------------------------------------------------------
+
+static double over(double force, double modulus) {
+    return modulus > 0 ? force / modulus : 0;
+}
+
+// At the corners of the section: My stretches the side of +e3, Mz that of -e2. The corners are
+// those of the rectangle about the section, I/W away from its axes.
+static double linevalue(int component, int e, int end) {
+    const memberresult* const m = memberof(e);
+    if (!m) return 0;
+    const int i = end == 1 ? 0 : memberstations - 1, g = egroup(e);
+    const auto force = [&](memberquantity q) { return double(m->high.value[q][i]); };
+    const double normal = over(force(memN), groups(g, fieldthickness)),
+                 about2 = over(force(memMy), groups(g, fieldwxx)),
+                 about3 = over(force(memMz), groups(g, fieldwyy)),
+                 torsion = over(force(memT), groups(g, fieldwzz));
+    const bool tube = int(elems(e, 0)) == typepipe;
+    const double bending =
+        tube ? std::hypot(about2, about3) : std::fabs(about2) + std::fabs(about3);
+    switch (component) {
+        case linenormal:
+            return normal;
+        case linebending:
+            return bending;
+        case linelargest:
+            return normal + bending;
+        case linesmallest:
+            return normal - bending;
+        case linecorner1:
+            return normal + about2 - about3;
+        case linecorner2:
+            return normal + about2 + about3;
+        case linecorner3:
+            return normal - about2 + about3;
+        case linecorner4:
+            return normal - about2 - about3;
+        default: {
+            const double direct = std::fabs(normal) + bending;
+            return std::sqrt(direct * direct + 3 * torsion * torsion);
+        }
+    }
+}
+
+double exactvalue(int component, int e, int corner) {
+    const int elnn = nodesoftype(elems(e, 0));
+    if (corner > elnn || isofline(component) != (elnn == 2)) return 0;
+    return isofline(component) ? linevalue(component, e, corner) : platevalue(component, e, corner);
+}

@@ -26,7 +26,7 @@
 
 namespace fs = std::filesystem;
 
-std::function<void()> rereadresults;
+std::function<void()> rereadresults, analysisdone;
 std::function<std::string()> resultsummary;
 
 // --- the options dialog -------------------------------------------------------------------------
@@ -377,6 +377,7 @@ static void runlocked(const std::string& program) {
     redrawall();
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     if (end == runend::finished) tellsummary(taken.count());
+    if (end == runend::finished && doeigen == 0 && analysisdone) analysisdone();
 }
 
 void runanalysis() {

@@ -27,5 +27,6 @@ void storeoptions(const analysisoptions& form);
 void runanalysis();
 // Reads results anew after a run; the post-processor hangs its routine here.
 extern std::function<void()> rereadresults;
+extern std::function<void()> analysisdone;  // static results are new, and drawn
 // What they amount to in a few words, for the status line after a run; hung in likewise.
 extern std::function<std::string()> resultsummary;

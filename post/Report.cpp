@@ -18,7 +18,7 @@
 #include "post/stressfile.h"
 #include "view/moddraw.h"
 
-const std::array<reportcheck, 8> reportchecks = {{
+const std::array<reportcheck, 10> reportchecks = {{
     {secgroups, "Group Properties", false},
     {secmesh, "Nodes & Elements", false},
     {secconstraints, "Constrains", false},
@@ -27,14 +27,17 @@ const std::array<reportcheck, 8> reportchecks = {{
     {secforces, "Nodal Forces", true},
     {secstresses, "Element Stresses", true},
     {secaverages, "Nodal Stress Averages", true},
+    {secmembers, "Member Forces", true},
+    {secbalance, "Balance", true},
 }};
 
-static std::array<bool, sectioncount> allsections() {
+static std::array<bool, sectioncount> toldsections() {
     std::array<bool, sectioncount> wanted;
     wanted.fill(true);
+    wanted[secmembers] = wanted[secbalance] = false;
     return wanted;
 }
-std::array<bool, sectioncount> reportwanted = allsections();
+std::array<bool, sectioncount> reportwanted = toldsections();
 
 // --- the report ---------------------------------------------------------------------------------
 
@@ -87,7 +90,9 @@ static void writeall(reporttext& r) {
                     {{secdisplacements, writedisplacements},
                      {secforces, writeforces},
                      {secstresses, writestresses},
-                     {secaverages, writeaverages}},
+                     {secaverages, writeaverages},
+                     {secmembers, writemembers},
+                     {secbalance, writebalance}},
                     0.3, 1);
     else
         writenoanalysis(r, kind);

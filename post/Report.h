@@ -16,6 +16,8 @@ enum reportsection {
     secforces,
     secstresses,
     secaverages,
+    secmembers,  // these are written when they are asked for
+    secbalance,
     sectioncount
 };
 struct reportcheck {
@@ -23,7 +25,7 @@ struct reportcheck {
     const char* caption;
     bool output;  // of the second group
 };
-extern const std::array<reportcheck, 8> reportchecks;
+extern const std::array<reportcheck, 10> reportchecks;
 
 // The dialog's check boxes; they outlive it.
 extern std::array<bool, sectioncount> reportwanted;

@@ -44,3 +44,5 @@ void writedisplacements(reporttext& r);
 void writeforces(reporttext& r);
 void writestresses(reporttext& r);
 void writeaverages(reporttext& r);
+void writemembers(reporttext& r);
+void writebalance(reporttext& r);

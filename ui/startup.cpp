@@ -23,6 +23,7 @@
 #include "tools/pointentry.h"
 #include "tools/qualitypicture.h"
 #include "tools/singleelem.h"
+#include "ui/balance.h"
 #include "ui/dialogs.h"
 #include "ui/record.h"
 #include "ui/steps.h"
@@ -48,6 +49,7 @@ void wiremodules() {
     wiregroupsections();
     wiredialogs();
     wiresteps();
+    wirebalance();
 }
 
 // Texts of labels come from files: names, comments, paths. Left to guess, a label would take one

@@ -155,12 +155,15 @@ static splitpath splitformodel(const std::string& path) {
 
 static std::vector<std::string> recent;  // models without extension, foreign files with theirs
 
+std::function<void()> modelopened;
+
 static void afteropen() {
     startjournal();
     if (isnamed() && areresultsold(modelname)) noteoldresults();
     stressloaded = false;
     forgetsolverlog();
     for (int i = deformedshape; i <= elementstress; ++i) menupostItem(i).checked = false;
+    if (modelopened) modelopened();
     nodesel(0) = 0;
     setscrollbars();
     theplatform().refresh();

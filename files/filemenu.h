@@ -39,6 +39,8 @@ reply askandopen(const std::string& path);
 reply menuimport();                       // the paste of the buffers takes place at once
 reply menusave();                         // the dialog of Save As, and the saving
 reply openfile(const std::string& path);  // by its extension
+// What the rooms above do with a model that has just come in hand.
+extern std::function<void()> modelopened;
 
 // Models opened or saved, oldest first: without extension, foreign files with theirs.
 const std::vector<std::string>& recentfiles();

@@ -3,7 +3,6 @@
 #include "post/legend.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <sstream>
 
@@ -17,17 +16,25 @@
 #include "post/components.h"
 #include "post/contour.h"
 #include "post/legendlook.h"
+#include "post/diagrams.h"
+#include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
 #include "view/drawelems.h"
+#include "post/signs.h"
+#include "post/source.h"
 #include "view/surface.h"
 
 static bool showsdisplacement() {
     return iscontour() && contourdata == displacementdata;
 }
 
-bool legendshown() {
+static bool scaleshown() {
     return (iscontour() || iselementstress()) && plotready() && highest.e != 0;
+}
+
+bool legendshown() {
+    return scaleshown() || diagramshown;
 }
 
 // --- contents -----------------------------------------------------------------------------------
@@ -40,7 +47,7 @@ static std::string componenttext() {
 static std::string fieldname() {
     if (showsdisplacement() && menupostItem(modeshape).checked && fieldismode)
         return "Mode shape " + numbertext(curlcomb);
-    return curlcomb >= 1 && curlcomb <= ncomb() ? shownname(lcombname(curlcomb)) : "Load Case 1";
+    return sourcename();
 }
 
 static std::vector<std::string> headinglines() {
@@ -79,7 +86,7 @@ static std::vector<std::string> shortlabels(const std::vector<double>& values) {
 
 legendtext makelegend() {
     legendtext t;
-    t.title = iselementstress() ? "Stress Index" : "Contour Index";
+    t.title = !scaleshown() ? "Diagram" : iselementstress() ? "Stress Index" : "Contour Index";
     t.heading = headinglines();
     if (isresultstale()) t.heading.emplace_back(staletext);
     t.exponent = exponentof(std::max(std::fabs(indexmax), std::fabs(indexmin)));
@@ -93,18 +100,8 @@ legendtext makelegend() {
     return t;
 }
 
-std::string shorttext(double value) {
-    const int digits = 4;
-    char text[longestnumber];
-    const auto end =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr;
-    return {text, end};
-}
-
 std::string plotnumber(double value) {
-    const double nothing = 1e-9;  // of the scale's largest bound
-    const double largest = std::max(std::fabs(indexmax), std::fabs(indexmin));
-    return shorttext(std::fabs(value) < nothing * largest ? 0 : value);
+    return plainnumber(value, std::max(std::fabs(indexmax), std::fabs(indexmin)));
 }
 
 // --- the picture --------------------------------------------------------------------------------
@@ -205,7 +202,7 @@ static scaleplace drawn;      // of the legend on the screen
 static double drawnline = 0;  // height of its letters
 
 legendparts legendpartat(double x, double y) {
-    if (!legendshown() || x < drawn.left || y < drawn.top - drawnline) return legendparts::none;
+    if (!scaleshown() || x < drawn.left || y < drawn.top - drawnline) return legendparts::none;
     if (y > drawn.bottom() + drawnline) return legendparts::none;
     if (x < drawn.left + boxwidth) return legendparts::scale;
     // With lines the bounds stand in the middle of their rows.
@@ -243,8 +240,26 @@ static scaleplace drawscale(surface& s, double left, double top, double width, d
     return at;
 }
 
+// What the diagram shows and what its signs mean stands below the scale.
+static scaleplace drawwhole(surface& s, double left, double top, double width, double height) {
+    const double lower = 0.45;  // of the height
+    const double part = !diagramshown ? 0 : scaleshown() ? lower * height : height;
+    scaleplace at{};
+    if (scaleshown()) at = drawscale(s, left, top, width, height - part);
+    if (!diagramshown) return at;
+    usefont(s);
+    double y = top + height - part + margin;
+    for (const std::string& row :
+         rowsof(s, {"", {sourcename(), diagramtext()}, {}, 0, ""}, width - 2 * margin)) {
+        put(s, left + margin, y, row);
+        y += s.textheight();
+    }
+    drawsigns(s, left + margin, y + margin, width - 2 * margin, top + height - y - 2 * margin);
+    return at;
+}
+
 void drawlegendon(surface& s, double left, double top, double width, double height) {
-    drawscale(s, left, top, width, height);
+    drawwhole(s, left, top, width, height);
 }
 
 void drawlegend() {
@@ -252,7 +267,7 @@ void drawlegend() {
     surface* const s = theplatform().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);
-    if (legendshown()) drawn = drawscale(*s, 0, 0, s->width(), s->height());
+    if (legendshown()) drawn = drawwhole(*s, 0, 0, s->width(), s->height());
     drawnline = s->textheight();
     s->show();
 }

@@ -33,8 +33,7 @@ struct legendfield {
 };
 legendfield fieldoflegend(legendparts part);  // where most or least stands
 
-std::string shorttext(double value);   // four digits that count
-std::string plotnumber(double value);  // the same; what is nothing beside the scale is 0
+std::string plotnumber(double value);  // four digits; what is nothing beside the scale is 0
 // "12.5 Hz" of a mode's omega^2. One below 0 is no vibration: the structure gives way in this
 // shape.
 std::string frequencytext(double value);

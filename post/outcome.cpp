@@ -11,6 +11,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "post/legend.h"
+#include "post/plainnumber.h"
 #include "post/postproces.h"
 
 // Of the combination in hand.

@@ -14,16 +14,22 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "files/analyse.h"
+#include "files/filemenu.h"
+#include "files/kalfile.h"
 #include "post/contour.h"
 #include "post/cut.h"
+#include "post/diagrams.h"
 #include "post/drawcontour.h"
+#include "post/drawcrosses.h"
 #include "post/legend.h"
 #include "post/legendlook.h"
 #include "post/outcome.h"
+#include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/probe.h"
 #include "post/probes.h"
 #include "post/secondplot.h"
+#include "post/source.h"
 #include "post/stressfile.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -85,6 +91,7 @@ static std::string resultnote() {
     };
     if (showsfield()) add(fieldnote);
     if (plotready() && plotsstress()) add(stressnote);
+    add(diagramnote());
     add(noteofcombination());
     add(noteofset());
     add(noteoffill());
@@ -103,6 +110,7 @@ std::function<void()> resultschanged;
 void showresults() {
     if (readsecond) readsecond();
     prepareplot();
+    preparediagrams();
     theplatform().refresh();
     redrawall();
     tellnote();
@@ -172,6 +180,17 @@ void choosecombination(int c) {
     const hourglass wait;
     curlcomb = c;
     retryresults();
+    if (shownsource.of != sources::envelope) shownsource.of = sources::combination;
+    forgetmembers();
+    readfield();
+    showresults();
+}
+
+void choosesource(const resultsource& source) {
+    const hourglass wait;
+    shownsource = source;
+    retryresults();
+    forgetmembers();
     readfield();
     showresults();
 }
@@ -194,10 +213,12 @@ void typemode(const std::string& text) {
 
 void rereadshown() {
     retryresults();
+    dropmembers();
     readfield();
     second.valid = false;
     if (readsecond) readsecond();
     prepareplot();
+    preparediagrams();
     tellnote();
 }
 
@@ -212,7 +233,7 @@ std::string modetext() {
 
 bool isstaleshown() {
     return isresultstale() && (ischecked(deformedshape) || ischecked(contourplot) ||
-                               ischecked(modeshape) || ischecked(elementstress));
+                               ischecked(modeshape) || ischecked(elementstress) || diagramshown);
 }
 
 static std::string textoflargest() {
@@ -230,13 +251,14 @@ std::vector<std::string> picturenotes(int nview) {
     std::vector<std::string> notes;
     if (sidebyside) notes.push_back(nameofview(nview));
     const bool stress = plotready() && plotsstress(), field = showsfield() && fieldread;
-    if (!stress && !field) return notes;
+    if (!stress && !field && !diagramshown) return notes;
     if (isresultstale()) notes.emplace_back(staletext);
     if (field && !fieldnote.empty()) notes.push_back(fieldnote);
     if (stress && !stressnote.empty()) notes.push_back(stressnote);
     if (field && isdeformed() && !fieldismode && maxdisp > 0)
         notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) +
                         " times their size, the largest " + textoflargest());
+    if (diagramshown) notes.push_back(diagramtext());
     return notes;
 }
 
@@ -267,7 +289,16 @@ void wirepost() {
     resultsummary = outcometext;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
+    layer(layers::diagrams).draw = drawdiagrams;
+    curvedmember = drawcurvedmember;
+    modelopened = [] {
+        dropmembers();
+        diagramshown = false;
+        restoresource();
+    };
+    checkkalsection(envelopesection, checksource);
     layer(layers::extremes).draw = [](int nview) {
+        drawcrosses(nview);
         drawextremes(nview);
         drawcut(nview);
         drawprobes(nview);

@@ -14,7 +14,10 @@ void showelementstress();  // toggles Element Stress; Contour plot goes off
 void toggleswitch(bool& on);
 
 void choosecombination(int c);  // from the main window's list: reads and redraws
-void choosemode(int number);    // from the list of the mode shape group
+// A load case or an envelope in the combination's place, or back to it.
+struct resultsource;
+void choosesource(const resultsource& source);
+void choosemode(int number);  // from the list of the mode shape group
 // What the group's field holds: a number other than that of the shape on show; any other text
 // changes nothing.
 void typemode(const std::string& text);

@@ -808,6 +808,19 @@ static void addjob(actionrows& t) {
              .topic = "report"},
             {"menupostItem(6)"},
             {"menupostItem(7)", "Options...", "options", "", dialog("Soptions")},
+            {"postanswers"},
+            {.name = "memberdiagrams",
+             .caption = "Member Diagrams...",
+             .run = dialog("memberdiagrams"),
+             .topic = "diagrams"},
+            {.name = "memberwindow",
+             .caption = "Member Window...",
+             .run = dialog("memberwindow"),
+             .topic = "diagrams"},
+            {.name = "balance",
+             .caption = "Balance...",
+             .run = dialog("balance"),
+             .topic = "balance"},
         });
     addpictures(t);
 }

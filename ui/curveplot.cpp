@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "post/legend.h"
+#include "post/plainnumber.h"
 
 static const QColor curvecolours[] = {QColor(14, 75, 145), QColor(192, 80, 20), QColor(30, 130, 80),
                                       QColor(130, 50, 140), QColor(110, 110, 20)};

@@ -69,6 +69,9 @@ void wiredialogs() {
     adddialog("Selectby", makeselectby);
     adddialog("Mouse", makemousedialog);
     adddialog("Demonstrations", makedemonstrations);
+    adddialog("memberdiagrams", makememberdiagrams);
+    adddialog("memberwindow", makememberwindow);
+    adddialog("balance", makebalance);
 }
 
 std::vector<std::string> dialognames() {

@@ -109,5 +109,8 @@ void wirepictures();  // pixels and symbols of picture files
 QDialog* makeselectby();
 QDialog* makemousedialog();
 QDialog* makedemonstrations();
+QDialog* makememberdiagrams();
+QDialog* makememberwindow();
+QDialog* makebalance();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -2,6 +2,10 @@
 // The table of stress components.
 #include "post/components.h"
 
+#include "post/exactstress.h"
+
+static_assert(misesupper == toldcomponents + 1 && exactend == componentcount + 1);
+
 const componentrow stresscomponents[componentcount] = {
     {"Direct Stress X-direction", "SX", "SX"},
     {"Direct Stress Y-direction", "SY", "SY"},

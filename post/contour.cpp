@@ -14,6 +14,8 @@
 #include "post/exactstress.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
+#include "post/source.h"
+#include "post/stressenvelope.h"
 #include "post/stressfile.h"
 
 int stresscomp = 13, contourdata, dispcontour, contourfilled = 1;
@@ -108,6 +110,7 @@ bool plotsstress() {
 
 float plotvalue(int e, int corner) {
     if (const float* const other = comparedvalues(e)) return other[corner - 1];
+    if (plotsstress() && isenvelope()) return envelopevalue(e, corner);
     if (plotsstress() && isexact(stresscomp)) return float(exactvalue(stresscomp, e, corner));
     if (plotsstress()) return float(elemstress(stresscomp, e, corner));
     const auto d = nodes.row(1, int(elems(e, corner)));
@@ -140,8 +143,9 @@ void contourscale() {
     const bool stress = plotsstress();
     for (int e = 1; e <= nelems(); ++e) {
         if (!isplotted(e)) continue;
-        const int corners =
-            stress && !isexact(stresscomp) ? stresscorners : nodesoftype(elems(e, 0));
+        const int corners = stress && !isexact(stresscomp) && !isenvelope()
+                                ? stresscorners
+                                : nodesoftype(elems(e, 0));
         bool below = false;  // has the element a value that opens it to the filled painter?
         for (int c = 1; c <= corners; ++c) includevalue(e, c, plotvalue(e, c), below);
         unfilled += !below;
@@ -172,11 +176,12 @@ static bool plotprepared;
 void retryresults() {
     stressloaded = false;
     stressunreadable = false;
+    dropenvelope();
 }
 
 // Other parts may give up the stresses, or the model may have outgrown them.
 static bool isloaded() {
-    return stressloaded && elemstress.upper2 >= nelems();
+    return stressloaded && (isenvelope() || elemstress.upper2 >= nelems());
 }
 
 bool plotready() {
@@ -187,6 +192,11 @@ static bool preparestress() {
     lineelstress = iselementstress();
     stresslocal = isexact(stresscomp);
     if (stressunreadable) return false;
+    if (isenvelope()) {
+        if (!stressloaded) stressunreadable = !readenvelope(stresscomp);
+        stressloaded = !stressunreadable;
+        return stressloaded;
+    }
     if (!isloaded()) stressloaded = false;
     stressunreadable = !readstress();
     return !stressunreadable;

@@ -26,15 +26,24 @@ struct planestress {
 };
 }  // namespace
 
-static planestress bendingof(int e, int c) {
-    return {elemstress(8, e, c), elemstress(7, e, c), elemstress(10, e, c) - elemstress(11, e, c),
-            0};
+// A record's values 1..12, local axes.
+static planestress bendingof(const float* s) {
+    return {s[8], s[7], double(s[10]) - s[11], 0};
+}
+
+static planestress stressat(const float* s, int side) {
+    const planestress b = bendingof(s);
+    return {s[1] + side * b.x, s[2] + side * b.y, s[4] + side * b.xy, s[3]};
+}
+
+static void recordat(int e, int c, float* s) {
+    for (int k = 1; k <= 12; ++k) s[k] = float(elemstress(k, e, c));
 }
 
 static planestress stressat(int e, int c, int side) {
-    const planestress b = bendingof(e, c);
-    return {elemstress(1, e, c) + side * b.x, elemstress(2, e, c) + side * b.y,
-            elemstress(4, e, c) + side * b.xy, elemstress(3, e, c)};
+    float s[13];
+    recordat(e, c, s);
+    return stressat(s, side);
 }
 
 static double misesof(const planestress& s) {
@@ -83,7 +92,9 @@ static double shearof(int e, int corner, bool alongx) {
         for (int k = 0; k < 3; ++k) at[k] = nodes(0, int(elems(e, c + 1)), k) - axisorigin[k];
         x[c] = at[0] * localx[0] + at[1] * localx[1] + at[2] * localx[2];
         y[c] = at[0] * localy[0] + at[1] * localy[1] + at[2] * localy[2];
-        const planestress b = bendingof(e, c + 1);
+        float s[13];
+        recordat(e, c + 1, s);
+        const planestress b = bendingof(s);
         first[c] = momentof(e, alongx ? b.x : b.xy);   // derived by x
         second[c] = momentof(e, alongx ? b.xy : b.y);  // derived by y
     }
@@ -115,17 +126,17 @@ static double shearof(int e, int corner, bool alongx) {
     return (fr * ys - fs * yr - gr * xs + gs * xr) / area;
 }
 
-static double platevalue(int component, int e, int c) {
+double platevalue(int component, int e, const float* s) {
     const double t = groups(egroup(e), fieldthickness);
-    const auto principal = [&](int side) { return principalof(e, c, side); };
+    const auto principal = [&](int side) { return principalof(stressat(s, side)); };
     switch (component) {
         case misesupper:
         case misesmiddle:
         case miseslower:
-            return misesof(stressat(e, c, misesmiddle - component));
+            return misesof(stressat(s, misesmiddle - component));
         case miseslargest:
-            return std::max({misesof(stressat(e, c, 1)), misesof(stressat(e, c, 0)),
-                             misesof(stressat(e, c, -1))});
+            return std::max(
+                {misesof(stressat(s, 1)), misesof(stressat(s, 0)), misesof(stressat(s, -1))});
         case principal1upper:
             return principal(1).s1;
         case principal2upper:
@@ -139,19 +150,19 @@ static double platevalue(int component, int e, int c) {
         case principal2lower:
             return principal(-1).s2;
         case forcex:
-            return t * elemstress(1, e, c);
+            return t * s[1];
         case forcey:
-            return t * elemstress(2, e, c);
+            return t * s[2];
         case forcexy:
-            return t * elemstress(4, e, c);
+            return t * s[4];
         case momentx:
-            return momentof(e, bendingof(e, c).x);
+            return momentof(e, bendingof(s).x);
         case momenty:
-            return momentof(e, bendingof(e, c).y);
+            return momentof(e, bendingof(s).y);
         case momentxy:
-            return momentof(e, bendingof(e, c).xy);
+            return momentof(e, bendingof(s).xy);
         default:
-            return shearof(e, c, component == shearx);
+            return 0;
     }
 }
 
@@ -163,11 +174,9 @@ static double over(double force, double modulus) {
 
 // At the corners of the section: My stretches the side of +e3, Mz that of -e2. The corners are
 // those of the rectangle about the section, I/W away from its axes.
-static double linevalue(int component, int e, int end) {
-    const memberresult* const m = memberof(e);
-    if (!m) return 0;
+double linevalue(int component, int e, const memberline& line, int end) {
     const int i = end == 1 ? 0 : memberstations - 1, g = egroup(e);
-    const auto force = [&](memberquantity q) { return double(m->high.value[q][i]); };
+    const auto force = [&](memberquantity q) { return double(line.value[q][i]); };
     const double normal = over(force(memN), groups(g, fieldthickness)),
                  about2 = over(force(memMy), groups(g, fieldwxx)),
                  about3 = over(force(memMz), groups(g, fieldwyy)),
@@ -202,5 +211,12 @@ static double linevalue(int component, int e, int end) {
 double exactvalue(int component, int e, int corner) {
     const int elnn = nodesoftype(elems(e, 0));
     if (corner > elnn || isofline(component) != (elnn == 2)) return 0;
-    return isofline(component) ? linevalue(component, e, corner) : platevalue(component, e, corner);
+    if (isofline(component)) {
+        const memberresult* const m = memberof(e);
+        return m ? linevalue(component, e, m->high, corner) : 0;
+    }
+    if (component == shearx || component == sheary) return shearof(e, corner, component == shearx);
+    float s[13];
+    recordat(e, corner, s);
+    return platevalue(component, e, s);
 }

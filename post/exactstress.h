@@ -42,6 +42,12 @@ bool isofline(int component);
 // Of a plate from elemstress, which holds local records; of a line element from its member forces.
 double exactvalue(int component, int e, int corner);
 
+// From one record, s[1..12] in local axes; the shear forces need the whole element. And from a
+// member's forces at its first or second end.
+double platevalue(int component, int e, const float* s);
+struct memberline;
+double linevalue(int component, int e, const memberline& line, int end);
+
 struct principalstress {
     double s1, s2;  // s1 the larger
     double angle;   // of s1 from the local x, radians, towards y

@@ -16,6 +16,7 @@
 #include "files/analyse.h"
 #include "files/filemenu.h"
 #include "files/kalfile.h"
+#include "loads/combinationrules.h"
 #include "post/contour.h"
 #include "post/cut.h"
 #include "post/diagrams.h"
@@ -297,6 +298,7 @@ void wirepost() {
         restoresource();
     };
     checkkalsection(envelopesection, checksource);
+    checkkalsection(rulessection, checkrules);
     layer(layers::extremes).draw = [](int nview) {
         drawcrosses(nview);
         drawextremes(nview);

@@ -72,6 +72,8 @@ void wiredialogs() {
     adddialog("memberdiagrams", makememberdiagrams);
     adddialog("memberwindow", makememberwindow);
     adddialog("balance", makebalance);
+    adddialog("resultsof", makeresultsof);
+    adddialog("combinationrules", makecombinationrules);
 }
 
 std::vector<std::string> dialognames() {

@@ -112,5 +112,7 @@ QDialog* makedemonstrations();
 QDialog* makememberdiagrams();
 QDialog* makememberwindow();
 QDialog* makebalance();
+QDialog* makeresultsof();
+QDialog* makecombinationrules();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

@@ -4,8 +4,10 @@
 #include <QBoxLayout>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
+#include <algorithm>
 
 #include "core/model.h"
 #include "post/drawchain.h"

@@ -3,6 +3,7 @@
 #include "loads/loadcombinations.h"
 
 #include "files/saving.h"
+#include "loads/combinationrules.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"
 #include "view/drawconditions.h"
@@ -132,4 +133,38 @@ TEST(Combinations, AFileThatCanNotBeWrittenIsTold) {
     modelname = room.file("missing/a");
     EXPECT_FALSE(savecombinations());
     EXPECT_TRUE(room.platform.toldpart("Loadcombinations Not saved, please retry."));
+}
+
+// One permanent and two variable actions, by hand after the rule; and nothing is written that the
+// limit or the sizes have no room for.
+TEST(Combinationrules, WriteTheCombinationsOfTheTable) {
+    sessionroom room;
+    loadnode(0, 0) = 3;
+    for (int lc = 1; lc <= 3; ++lc) lcname(lc) = "C" + std::to_string(lc);
+    ruleform form = openrules();
+    form.cases = {{caseroles::permanent, 1.35, 1, 1},
+                  {caseroles::variable, 1.5, 0, 0.5},
+                  {caseroles::variable, 1.2, 0, 0.25}};
+    ASSERT_TRUE(writerules(form)) << form.message;
+    const float wanted[4][3] = {
+        {1.35f, 1.5f, 0.3f}, {1.35f, 0.75f, 1.2f}, {1, 1.5f, 0.3f}, {1, 0.75f, 1.2f}};
+    ASSERT_EQ(ncomb(), 4);
+    for (int c = 1; c <= 4; ++c)
+        for (int lc = 1; lc <= 3; ++lc) EXPECT_FLOAT_EQ(lcomb(c, lc), wanted[c - 1][lc - 1]) << c;
+    EXPECT_EQ(openrules().cases[2].companion, 0.25);
+    form.limit = 3;
+    form.cases[1].most = 9;
+    EXPECT_FALSE(writerules(form));
+    EXPECT_EQ(form.message,
+              "The rule gives 4 combinations, the limit is 3; up to 10 may be written");
+    EXPECT_FLOAT_EQ(lcomb(1, 2), 1.5f);
+    form.rule = combinationrules::signs;
+    form.limit = 4;
+    ASSERT_TRUE(writerules(form)) << form.message;
+    EXPECT_FLOAT_EQ(lcomb(4, 2), -9);
+    EXPECT_FLOAT_EQ(lcomb(4, 3), -1.2f);
+    EXPECT_FLOAT_EQ(lcomb(4, 1), 1.35f);
+    form.cases = {{caseroles::unused}, {caseroles::unused}, {caseroles::unused}};
+    EXPECT_FALSE(writerules(form));
+    EXPECT_EQ(ncomb(), 4);
 }

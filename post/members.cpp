@@ -98,8 +98,20 @@ static memberresult readresult(memberfile& from, int e) {
     return {from.sum(e, shownfactors()), nullptr};
 }
 
+// What is read for a comparison changes the combination and brings it back.
+static void forgetothers() {
+    static int combination, lc;
+    static sources of;
+    if (combination == curlcomb && of == shownsource.of && lc == shownsource.lc) return;
+    forgetmembers();
+    combination = curlcomb;
+    of = shownsource.of;
+    lc = shownsource.lc;
+}
+
 const memberresult* memberof(int e) {
     memberfile* const from = openfile();
+    forgetothers();
     if (!from || !from->holds(e) || e > nelems()) return nullptr;
     if (kept.size() <= std::size_t(nelems())) kept.resize(std::size_t(nelems()) + 1);
     std::unique_ptr<memberresult>& result = kept[std::size_t(e)];

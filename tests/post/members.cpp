@@ -74,7 +74,8 @@ TEST(Members, ResultsAreSumsAndEnvelopesTellWhatGoverns) {
     EXPECT_FLOAT_EQ(at(10), 1.5f * 2 - 2 * 0.5f);
     choosesource({sources::loadcase, 2, {}, {}});
     EXPECT_FLOAT_EQ(at(10), 0.5f);
-    EXPECT_EQ(sourcename(), "Load case LC 2");
+    lcname(2) = "Wind";
+    EXPECT_EQ(sourcename(), "Load case Wind");
     choosesource({sources::envelope, 1, {}, {}});
     EXPECT_FLOAT_EQ(at(10), 2);
     EXPECT_FLOAT_EQ(memberof(1)->low().value[memMz][10], 0.5f);

@@ -104,7 +104,7 @@ QDialog* makebalance() {
 void wirebalance() {
     analysisdone = [] {
         showbalance = windowsettings().value(setting, true).toBool();
-        if (showbalance && !theqtplatform().scripted) {
+        if (showbalance && !theqtplatform().scripted && themainwindow->isVisible()) {
             if (QWidget* const open = themainwindow->findChild<QDialog*>("balance")) open->close();
             opendialog("balance");
         }

@@ -38,6 +38,8 @@ class Window : public testing::Test {
         fs::copy_file(KALVANE_FEIFLU, home / "feiflu");
         fs::copy(data / "examples", home / "models");
         writesizes();
+        // The page after a run would lie over the views.
+        std::ofstream(home / "window.ini") << "[balance]\nafter=false\n";
         ask([&] {
             programdir = fs::path(KALVANE_FEIFLU).parent_path();
             start(home.string());

@@ -837,11 +837,19 @@ static void addinformation(actionrows& t) {
     addto(t, "Information", "start",
           {
               {"Info(0)", "Info", "info", "", dialog("Info")},
-              {"userhelp(0)", "User Manual...", "help", "F1", [] { openmanual(); }},
+              {"userhelp(0)", "User Manual...", "help", "", [] { openmanual(); }},
               {"mnuAbout(0)", "&About Kalvane...", "", "", dialog("frmAbout")},
               {"info(0)", "Model info...", "", "", dialog("modelinfo")},
               {"demo01(0)", "Run Demo", "demo", "", rundemo},
           });
+    addto(t, "", "start",
+          {{.name = "contexthelp",
+            .caption = "Help",
+            .icon = "help",
+            .keys = "F1",
+            .run = [] { helpat(topicnow()); },
+            .tip = "The manual, at what is going on",
+            .unrecorded = true}});
 }
 
 void fillactions() {

@@ -9,7 +9,6 @@
 #include "edit/modes.h"
 #include "ui/controlkinds.h"
 #include "ui/dialogs.h"
-#include "ui/helpwindow.h"
 #include "ui/icons.h"
 #include "ui/record.h"
 #include "ui/scriptcontrols.h"
@@ -49,9 +48,7 @@ static QString lineof(const action& row) {
 static void runas(const action& row, const QString& line, const std::function<void()>& run) {
     const recordedline recorded(line);
     const step s(plaincaption(row.caption));
-    helptopic = row.topic;
     guarded(run, fallback);
-    helptopic.clear();
 }
 
 void runaction(const action& row) {

@@ -155,6 +155,7 @@ void showmodal(QDialog* dialog) {
         dialog->setWindowModality(Qt::ApplicationModal);
     namecontrols(dialog);
     givekeys(dialog);
+    helpbykey(dialog);
     dialog->show();
 }
 
@@ -176,7 +177,6 @@ bool opendialog(const std::string& name) {
     QDialog* const dialog = found->second();
     dialog->setObjectName(QString::fromStdString(name));
     new keptplace(dialog);
-    helpbykey(dialog, helptopic);
     showmodal(dialog);
     return true;
 }

@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The manual: F1 in a dialog or on a menu item, its opening at a topic, and the window that shows
-// it where no browser can be started and while a script plays.
+// The manual: F1 in a window or on a menu item, its opening in a browser, and the window with
+// contents, index and search that shows it without one.
+//
+// Anchors of the manual are names of the program: "do-NAME" for a row of the table of actions,
+// "window-NAME" for a window, beside those of its chapters.
 #pragma once
 
 #include <QUrl>
 #include <string>
 
 class QDialog;
+struct action;
 
+// Opens the help window at an anchor of the manual, or where it is open moves it there.
 void showhelp(const QUrl& page);
+void helpat(const std::string& anchor, const std::string& otherwise = "window");
+// The anchor of what goes on in the main window.
+std::string topicnow();
 
-// The manual, at a topic of it.
-void openmanual(const std::string& topic = "");
-// Of the action that runs; "" while none does. A dialog that it opens leads there by F1.
-extern std::string helptopic;
-void helpbykey(QDialog* dialog, const std::string& topic);
+// The whole manual in a browser; in the help window where none can be started.
+void openmanual();
+void helpon(const action* row);   // the row of this action; the beginning without one
+void helpbykey(QDialog* dialog);  // by the dialog's name

@@ -20,6 +20,17 @@ static QMenu* filemenu;
 static std::map<std::string, QMenu*> built;
 static std::vector<QAction*> recentactions;
 
+// Of an item, which in a pop-up has a name of its own. Null for a file of the recent list.
+static const action* actionof(const QAction& item) {
+    const std::string name = item.objectName().toStdString();
+    for (const action& row : actions()) {
+        if (row.name == name) return &row;
+        for (const actionplace& place : row.places)
+            if (*place.name && place.name == name) return &row;
+    }
+    return nullptr;
+}
+
 namespace {
 // An open menu keeps the keys of the window to itself.
 class menuhelp : public QObject {
@@ -29,9 +40,9 @@ class menuhelp : public QObject {
         if (event->type() != QEvent::KeyPress) return false;
         if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_F1) return false;
         const QAction* const item = static_cast<QMenu*>(watched)->activeAction();
-        const action* const row = item ? findaction(item->objectName().toStdString()) : nullptr;
+        const action* const row = item ? actionof(*item) : nullptr;
         while (QWidget* const open = QApplication::activePopupWidget()) open->close();
-        openmanual(row ? row->topic : "");
+        helpon(row);
         return true;
     }
 };
@@ -136,6 +147,7 @@ static QMenu* popupat(QMenu* root, const QStringList& captions, int order) {
             popupat(menu, {}, order);
             inner = menu->addMenu(caption);
             inner->setObjectName(caption);
+            new menuhelp(inner);
         }
         menu = inner;
     }
@@ -162,6 +174,7 @@ QMenu* popupmenu(int which, QWidget* parent) {
     auto* const menu = new QMenu(parent);
     menu->setObjectName(name);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    new menuhelp(menu);
     refreshmenus();
     for (const auto& [row, place] : actionsat(name)) {
         const QStringList captions = QString(place->where).split('/').mid(1);

@@ -407,12 +407,9 @@ void qtplatform::killprocess() {
 }
 
 void qtplatform::openwithbrowser(const std::string& path) {
-    const QString whole = qtext(path);
-    const bool topical = !QFile::exists(whole) && whole.contains('#');  // FILE#TOPIC
-    QUrl page = QUrl::fromLocalFile(topical ? whole.section('#', 0, -2) : whole);
+    const QUrl page = QUrl::fromLocalFile(qtext(path));
     if (!QFile::exists(page.toLocalFile()))
         return message("File not found: " + path + "; it comes with the program",
                        icons::exclamation);
-    if (topical) page.setFragment(whole.section('#', -1));
     if (scripted || !QDesktopServices::openUrl(page)) showhelp(page);
 }

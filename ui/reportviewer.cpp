@@ -22,6 +22,7 @@
 #include "post/Report.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
+#include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
 #include "ui/printing.h"
 #include "ui/reportprint.h"
@@ -223,7 +224,9 @@ class reportwindow : public QDialog {
 static reportwindow* openwindow(const std::string& path) {
     reportwindow* window = nullptr;
     guarded([&] { window = new reportwindow(path, toutf8(readwhole(path))); }, tellfault);
-    if (window) window->show();
+    if (!window) return nullptr;
+    helpbykey(window);
+    window->show();
     return window;
 }
 

@@ -11,6 +11,7 @@
 #include "tests/support/recorder.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
+#include "ui/menus.h"
 #include "ui/qtplatform.h"
 #include "ui/script.h"
 #include "ui/scriptcontrols.h"
@@ -106,12 +107,30 @@ TEST(Actions, F1OpensTheTopicOfAnItemAndOfItsDialog) {
     menu->popup(QPoint());
     menu->setActiveAction(findaction("mnuFileItem(8)")->item);
     pressf1(menu);
-    EXPECT_EQ(helptopic(), "files");
+    EXPECT_EQ(helptopic(), "do-mnuFileItem(8)");
     findaction("definegroup(1)")->item->trigger();
     QApplication::processEvents();
     QWidget* const dialog = QApplication::activeModalWidget();
     ASSERT_TRUE(dialog);
     pressf1(dialog);
-    EXPECT_EQ(helptopic(), "cases");
+    EXPECT_EQ(helptopic(), "window-Loadkees");
     dialog->close();
+    QMenu* const popup = popupmenu(1, &window);
+    popup->popup(QPoint());
+    QMenu* const drawing = popup->findChild<QMenu*>("Add Graphics");
+    ASSERT_TRUE(drawing);
+    drawing->setActiveAction(drawing->actions().first());
+    pressf1(drawing);
+    EXPECT_EQ(helptopic(), "do-Mnugraphicitem(0)");
+    // In the main window it goes by what is going on there.
+    QApplication::processEvents();
+    findaction("contexthelp")->item->trigger();
+    EXPECT_EQ(helptopic(), "window");
+    findaction("Mnugraphicitem(2)")->item->trigger();
+    findaction("contexthelp")->item->trigger();
+    EXPECT_EQ(helptopic(), "do-Mnugraphicitem(2)");
+    drawcurve = false;
+    window.findChild<QWidget*>("inputtext")->setFocus();
+    findaction("contexthelp")->item->trigger();
+    EXPECT_EQ(helptopic(), "commands");
 }

@@ -13,6 +13,7 @@
 
 #include "core/session.h"
 #include "tools/singleelem.h"
+#include "ui/cardhelp.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -99,6 +100,7 @@ class singledialog : public QDialog {
                         QTimer::singleShot(0, this, [] { prompt("Single", "", "", ""); });
                     });
                 }));
+        row->addWidget(newcardbutton(this, types));
         row->addStretch(1);
         connect(newbutton("Command2", "Ready", this, row), &QPushButton::clicked, this,
                 &QDialog::accept);

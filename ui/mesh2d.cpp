@@ -12,6 +12,7 @@
 
 #include "core/platform.h"
 #include "edit/Mouseprocedures.h"
+#include "ui/cardhelp.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -71,6 +72,7 @@ class meshdialog : public sidedialog {
         nodes->setObjectName("Label4");
         grid->addWidget(new QLabel("Nodes", frame), 1, 2);
         grid->addWidget(nodes, 1, 3);
+        grid->addWidget(newcardbutton(this, types), 1, 4);
         grid->setColumnStretch(1, 1);
         grid->setColumnMinimumWidth(3, 24);
         rows->addWidget(frame);

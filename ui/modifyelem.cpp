@@ -11,6 +11,7 @@
 #include <QPushButton>
 
 #include "core/model.h"
+#include "ui/cardhelp.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -40,6 +41,7 @@ class modifydialog : public QDialog {
         message = newmessageline("message", this, rows);
         auto* const row = new QHBoxLayout;
         row->addWidget(new pickbutton(this, 1, [this] { picked(); }));
+        row->addWidget(newcardbutton(this, totype));
         row->addStretch(1);
         QPushButton* const ok = newbutton("Command1", "OK", this, row);
         ok->setDefault(true);

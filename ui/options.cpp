@@ -8,7 +8,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -16,7 +15,6 @@
 
 #include "core/platform.h"
 #include "core/session.h"
-#include "edit/commands.h"
 #include "edit/merge.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -254,30 +252,8 @@ class generaloptions : public QDialog {
     QLabel *sample, *found;
 };
 
-class cardhelp : public QDialog {
-  public:
-    cardhelp() : QDialog(themainwindow) {
-        setWindowTitle(tr("Help"));
-        auto* const rows = new QVBoxLayout(this);
-        auto* const list = new QListWidget(this);
-        list->setObjectName("List1");
-        for (const char* line : commandhelp) list->addItem(line);
-        list->setMinimumSize(560, list->sizeHintForRow(0) * (list->count() + 1));
-        rows->addWidget(list);
-        auto* const row = new QHBoxLayout;
-        row->addStretch(1);
-        connect(newbutton("Command1", "OK", this, row), &QPushButton::clicked, this,
-                &QDialog::accept);
-        rows->addLayout(row);
-    }
-};
-
 }  // namespace
 
 QDialog* makeoptions() {
     return new generaloptions;
-}
-
-QDialog* makecardhelp() {
-    return new cardhelp;
 }

@@ -57,3 +57,4 @@ QString onterminal(const QString& text);
 // there is no such name. `expect` and `print` know besides what a control of an open dialog shows,
 // by "FORM.CONTROL".
 bool scriptvalue(const QString& name, QString& value);
+QStringList scriptvaluenames();

@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 
 #include "ui/controlkinds.h"
+#include "ui/controlnames.h"
 #include "ui/mainwindow.h"
 
 // --- finding windows and controls ---------------------------------------------------------------
@@ -79,6 +80,19 @@ static void needenabled(const QWidget* w, const QString& name) {
 }
 
 // --- verbs --------------------------------------------------------------------------------------
+
+QStringList controllines(const QString& form) {
+    QStringList lines;
+    for (const QWidget* w : findcontrol(form, form)->findChildren<QWidget*>()) {
+        const controlkind* const kind = kindofcontrol(w);
+        if (!kind || w->objectName().startsWith("qt_")) continue;
+        const QString shows = kind->value ? kind->value(w) : QString();
+        lines << QString("%1 | %2 | %3 | %4")
+                     .arg(controlname(w), QString(w->metaObject()->className()).remove('Q'),
+                          nameofcontrol(w), shows);
+    }
+    return lines;
+}
 
 void setcontrol(const QString& form, const QString& name, const QString& value) {
     QWidget* const w = findcontrol(form, name);

@@ -22,6 +22,9 @@ T* findkind(const QString& form, const QString& name, const char* kind) {
     return w;
 }
 
+// A line a control of an open window: its words in scripts, its kind, what it is called and shows.
+QStringList controllines(const QString& form);
+
 void setcontrol(const QString& form, const QString& name, const QString& value);
 void choose(const QString& form, const QString& name, const QString& text);
 void checkcontrol(const QString& form, const QString& name, bool on);

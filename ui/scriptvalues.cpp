@@ -285,6 +285,12 @@ static const valuetable& values() {
 
 #undef NAMED
 
+QStringList scriptvaluenames() {
+    QStringList names;
+    for (const auto& [name, getter] : values()) names << QString::fromStdString(name);
+    return names;
+}
+
 static bool splitname(const QString& name, std::string& head, std::vector<long>& at) {
     const qsizetype open = name.indexOf('(');
     head = name.left(open).trimmed().toStdString();

@@ -24,6 +24,7 @@
 #include "files/saveset.h"
 #include "ui/bookcontents.h"
 #include "ui/legendwidget.h"
+#include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "ui/menus.h"
 #include "ui/qtplatform.h"
@@ -240,6 +241,25 @@ void print(const QStringList& names) {
     }
 }
 
+// What a script can name, from the tables that the program itself goes by.
+QStringList namesof(const QString& what) {
+    QStringList names;
+    if (what == "verbs")
+        for (const scriptverb& verb : scriptverbs()) names << verb.usage;
+    else if (what == "windows")
+        for (const std::string& name : dialognames()) names << QString::fromStdString(name);
+    else if (what == "values")
+        names = scriptvaluenames();
+    else
+        names = controllines(what);
+    return names;
+}
+
+void printlines(const QStringList& lines) {
+    QTextStream out(stdout);
+    for (const QString& line : lines) out << onterminal(line) << "\n";
+}
+
 void queueanswer(const QString& word) {
     static const std::pair<const char*, answers> words[] = {{"yes", answers::yes},
                                                             {"no", answers::no},
@@ -402,6 +422,8 @@ const std::vector<scriptverb> verbs = {
          if (!changecontents(l.words[1], l.words[2] == "on", fault)) refuse(fault);
      }},
     {"print", 1, "print NAME...", [](player, line l) { print(l.words.mid(1)); }},
+    {"names", 1, "names verbs|windows|values|WINDOW",
+     [](player, line l) { printlines(namesof(l.words[1])); }},
     {"expect", 2, "expect NAME VALUE [TOL]",
      [](player, line l) {
          expect(l.words[1], l.words[2], l.words.size() > 3 ? numberat(l, 3) : 0);

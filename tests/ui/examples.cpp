@@ -2,6 +2,7 @@
 // The example models, solved by the solver program and held against closed forms and published
 // values.
 #include <QProcess>
+#include <array>
 #include <cmath>
 #include <filesystem>
 
@@ -220,4 +221,99 @@ TEST(Examples, PanelSagsAsItsStiffenerWithABandOfPlate) {
     const double sag = -nodes(1, middle, 2);
     EXPECT_NEAR(sag, beam, 0.05 * beam);
     EXPECT_NEAR(nodes(1, nodeat(1500, 500, 0), 2), nodes(1, nodeat(1500, 1500, 0), 2), 1e-3 * sag);
+}
+
+// The six values of a row of NAME.sum of a load case: sums of forces and moments about the origin.
+static std::array<double, 6> sumrow(const sessionroom& room, const std::string& name, int lc,
+                                    const std::string& row) {
+    const std::string text = contentof(room.file(name + ".sum"));
+    const std::size_t begin = text.find("\"case\"," + std::to_string(lc) + ",");
+    std::size_t at = text.find('"' + row + "\",", begin);
+    std::array<double, 6> values{};
+    EXPECT_NE(at, text.npos) << row;
+    at = text.find(',', at);
+    for (double& v : values) {
+        v = std::strtod(text.c_str() + at + 1, nullptr);
+        at = text.find(',', at + 1);
+    }
+    return values;
+}
+
+// At a quarter of a wave linear theory has still water and the largest acceleration, whose integral
+// over the depth is closed (R. G. Dean, R. A. Dalrymple, Water Wave Mechanics, chapter 8).
+TEST(Examples, MonopileCarriesWaveCurrentAndWeight) {
+    sessionroom room;
+    solve(room, "monopile", false);
+    const double d = 25, diameter = 5, omega = 2 * M_PI / 10, height = 6;
+    double k = 0.05;
+    for (int i = 0; i < 100; ++i) k = omega * omega / (9.80665 * std::tanh(k * d));
+    const double c = 1025 * 1.2 * M_PI / 4 * diameter * diameter * height / 2 * omega * omega;
+    const double moment =
+        c * (d * std::sinh(k * d) / k - (std::cosh(k * d) - 1) / (k * k)) / std::sinh(k * d);
+    const auto wave = sumrow(room, "monopile", 1, "applied");
+    EXPECT_NEAR(wave[0], c / k, 1e-6 * c / k);
+    EXPECT_NEAR(wave[4] + wave[0] * d * 1000, moment * 1000, 1e-6 * moment * 1000);
+    const double q = 3.8745, e = groups(1, 1), area = groups(1, 4), inertia = groups(1, 7);
+    const double bed = d * 1000, slope = q * std::pow(bed, 3) / (6 * e * inertia);
+    readcombination(1);
+    const float byitself = nodes(1, 15, 0);
+    readcombination(2);
+    EXPECT_NEAR(nodes(1, 15, 0) - byitself,
+                q * std::pow(bed, 4) / (8 * e * inertia) + 10000 * slope, 1e-5);
+    EXPECT_NEAR(nodes(1, 15, 2), -7.85e-6 * 9.81 * 35000 * 35000 / (2 * e), 1e-6);
+    EXPECT_NEAR(sumrow(room, "monopile", 3, "applied")[2], -7.85e-6 * 9.81 * area * 35000, 1);
+}
+
+// Wind on each member by the part of its speed that is across it, Simpson's rule along the member.
+TEST(Examples, MastStandsInTheWindByStatics) {
+    sessionroom room;
+    solve(room, "mast", false);
+    double force = 0, moment = 0;
+    for (int e = 1; e <= nelems(); ++e) {
+        double p[3], d[3], square = 0;
+        for (int k = 0; k < 3; ++k) {
+            p[k] = nodes(0, long(elems(e, 1)), k) / 1000;
+            d[k] = nodes(0, long(elems(e, 2)), k) / 1000 - p[k];
+            square += d[k] * d[k];
+        }
+        const double length = std::sqrt(square), ex = d[0] / length, ez = d[2] / length;
+        const double diameter = egroup(e) == 1 ? 0.1143 : 0.0603;
+        const int pieces = 200;
+        for (int i = 0; i <= pieces; ++i) {
+            const double weight = (i == 0 || i == pieces ? 1 : i % 2 ? 4 : 2) / (3.0 * pieces);
+            const double t = double(i) / pieces, z = p[2] + t * d[2];
+            const double v = 35 * std::pow(z / 10, 0.125);
+            const double across = v * std::sqrt(1 - ex * ex);
+            const double drag = 0.5 * 1.225 * 0.5 * diameter * across * v * length * weight;
+            force += drag * (1 - ex * ex);
+            moment += drag * ((1 - ex * ex) * z + ex * ez * (p[0] + t * d[0]));
+        }
+    }
+    const auto wind = sumrow(room, "mast", 1, "applied");
+    EXPECT_NEAR(wind[0], force, 1e-4 * force);
+    EXPECT_NEAR(wind[4], moment * 1000, 1e-4 * moment * 1000);
+    // The reactions of the feet, by moments about the line through the windward two.
+    const double lean = wind[4] - sumrow(room, "mast", 2, "applied")[2] * 577.35027;
+    curlcomb = 2;
+    ASSERT_TRUE(readshape());
+    EXPECT_NEAR(dispres(0, nodeat(1154.7005, 0, 0), 3), lean / 1732.05081, 1);
+}
+
+// Archimedes: hull and frames displace what hull, frames and cargo weigh.
+TEST(Examples, PontoonFloatsByItself) {
+    sessionroom room;
+    solve(room, "pontoon", false);
+    const double frame = groups(1, 4) * 1e-6, water = 1025 * 9.81, draught = lcpar(2, 0) / 1000;
+    const double weight = (63 * 0.008 + 63 * frame) * 7850 * 9.81;
+    EXPECT_NEAR(-sumrow(room, "pontoon", 1, "applied")[2], weight, 1e-5 * weight);
+    const double lift = water * (18 * draught + 14 * draught * frame + 21 * frame);
+    EXPECT_NEAR(sumrow(room, "pontoon", 2, "applied")[2], lift, 1e-5 * lift);
+    EXPECT_NEAR(weight + 18 * 5000, lift, 1);
+    std::array<double, 6> sum{};
+    for (int lc = 1; lc <= 3; ++lc) {
+        const auto reactions = sumrow(room, "pontoon", lc, "reactions");
+        for (std::size_t k = 0; k < 6; ++k) sum[k] += reactions[k];
+    }
+    for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(sum[k], 0, 1) << k;
+    for (std::size_t k = 3; k < 6; ++k) EXPECT_NEAR(sum[k], 0, 3000) << "about axis " << k - 3;
 }

@@ -848,8 +848,7 @@ static void addinformation(actionrows& t) {
             .icon = "help",
             .keys = "F1",
             .run = [] { helpat(topicnow()); },
-            .tip = "The manual, at what is going on",
-            .unrecorded = true}});
+            .tip = "The manual, at what is going on"}});
 }
 
 void fillactions() {

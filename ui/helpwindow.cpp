@@ -116,6 +116,7 @@ class helpwindow : public QDialog {
         return row;
     }
     QWidget* makepages() {
+        pages->setObjectName("pages");
         tree->setObjectName("contents");
         tree->setHeaderHidden(true);
         pages->addTab(tree, "Contents");
@@ -258,7 +259,7 @@ void helpbykey(QDialog* dialog) {
     dialog->setProperty(given, true);
     auto* const key = new QShortcut(QKeySequence("F1"), dialog);
     QObject::connect(key, &QShortcut::activated, dialog, [dialog] {
-        const recordedline nothing({});
+        const recordedline line(helpline);
         helpat("window-" + dialog->objectName().toStdString());
     });
 }

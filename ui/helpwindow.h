@@ -22,3 +22,5 @@ std::string topicnow();
 void openmanual();
 void helpon(const action* row);   // the row of this action; the beginning without one
 void helpbykey(QDialog* dialog);  // by the dialog's name
+// Of a script; what is done in the window afterwards is recorded as in any other.
+const char* const helpline = "press main contexthelp";

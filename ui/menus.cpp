@@ -13,6 +13,7 @@
 #include "ui/controls.h"
 #include "ui/examples.h"
 #include "ui/helpwindow.h"
+#include "ui/record.h"
 
 // --- the menu bar -------------------------------------------------------------------------------
 
@@ -42,6 +43,7 @@ class menuhelp : public QObject {
         const QAction* const item = static_cast<QMenu*>(watched)->activeAction();
         const action* const row = item ? actionof(*item) : nullptr;
         while (QWidget* const open = QApplication::activePopupWidget()) open->close();
+        const recordedline line(helpline);
         helpon(row);
         return true;
     }

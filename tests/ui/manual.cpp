@@ -77,9 +77,13 @@ TEST(Manual, EveryItemAndWindowHasItsPlace) {
             allof(page, ("<tr id=\"" + QRegularExpression::escape(id) + "\"><td>([^<]*)</td>")
                             .toStdString()
                             .c_str());
-        ASSERT_EQ(cell.size(), 1) << "add a row with id=\"" << id.toStdString() << "\" to Menus";
+        // Without a row of its own F1 leads to its chapter.
+        EXPECT_TRUE(!cell.empty() || hasanchor(page, row.topic)) << row.name;
+        if (cell.empty()) continue;
         EXPECT_EQ(plainof(cell[0]), plaintext(row.caption).trimmed()) << row.name;
     }
+    for (const QString& name : allof(page, " id=\"do-([^\"]+)\""))
+        EXPECT_TRUE(findaction(name.toStdString())) << name.toStdString() << " is no item any more";
     std::vector<std::string> windows = dialognames();
     for (const char* more : {"Sectiontool", "reportviewer", "printpreview", "printsetup",
                              "fontdialog", "colordialog", "colorcostum", "HelpWindow"})

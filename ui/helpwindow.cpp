@@ -25,7 +25,6 @@
 #include "edit/Mouseprocedures.h"
 #include "post/shapes.h"
 #include "tools/drafttools.h"
-#include "ui/actions.h"
 #include "ui/controls.h"
 #include "ui/helppage.h"
 #include "ui/mainwindow.h"
@@ -244,13 +243,6 @@ void helpat(const std::string& anchor, const std::string& otherwise) {
 
 void openmanual() {
     theplatform().openwithbrowser(appdir + "/manual.htm");
-}
-
-void helpon(const action* row) {
-    if (row)
-        helpat("do-" + row->name, row->topic);
-    else
-        helpat("window");
 }
 
 void helpbykey(QDialog* dialog) {

@@ -10,7 +10,6 @@
 #include <string>
 
 class QDialog;
-struct action;
 
 // Opens the help window at an anchor of the manual, or where it is open moves it there.
 void showhelp(const QUrl& page);
@@ -20,7 +19,6 @@ std::string topicnow();
 
 // The whole manual in a browser; in the help window where none can be started.
 void openmanual();
-void helpon(const action* row);   // the row of this action; the beginning without one
 void helpbykey(QDialog* dialog);  // by the dialog's name
 // Of a script; what is done in the window afterwards is recorded as in any other.
 const char* const helpline = "press main contexthelp";

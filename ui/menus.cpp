@@ -44,7 +44,10 @@ class menuhelp : public QObject {
         const action* const row = item ? actionof(*item) : nullptr;
         while (QWidget* const open = QApplication::activePopupWidget()) open->close();
         const recordedline line(helpline);
-        helpon(row);
+        if (row)
+            helpat("do-" + row->name, row->topic);
+        else
+            helpat("window");
         return true;
     }
 };

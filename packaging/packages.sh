@@ -4,8 +4,8 @@
 
 buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspectra-dev
   libsuitesparse-dev libopenblas-dev libgtest-dev zlib1g-dev fonts-dejavu-core libqt6svg6"
-# The screen and the hands of tests/window, and a solver that takes the decks of tests/exchange.
-testpackages="xvfb xdotool calculix-ccx"
+# The screen and the hands of tests/window; a solver and readers of what tests/exchange writes.
+testpackages="xvfb xdotool calculix-ccx python3-meshio python3-ezdxf"
 # What looks the packages over.
 packingpackages="dpkg-dev lintian appstream desktop-file-utils xz-utils"
 

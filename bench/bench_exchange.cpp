@@ -120,6 +120,7 @@ int main(int argc, char** argv) {
     }
     for (const auto& format : formats) {
         const std::string path = base + format.file;
+        if (std::string(format.file).find(chosen) == std::string::npos) continue;
         printratio(
             "reading " + std::string(format.file), runs, 3,
             [&] { readforeign(path, purposes::open, format.file, format.read); },

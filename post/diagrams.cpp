@@ -223,6 +223,24 @@ static void plotcurve(surface& s, int e, int nview, double factor, const memberl
         linecurve(s, f, value, at, n);
 }
 
+// Of a member a few pixels long one stroke: the line of its ends' values, or a filled one's
+// ordinate.
+static void plotshort(surface& s, int e, int nview, double factor, const memberline& line) {
+    const float* const value = line.value[diagram.quantity];
+    const int middle = memberstations / 2, last = memberstations - 1;
+    const memberframe f = frameof(e, nview, factor);
+    const bool ordinate = diagram.filled;
+    const point2 a = ordinate ? f.place(0.5, 0) : f.place(0, value[0]),
+                 b = ordinate ? f.place(0.5, value[middle]) : f.place(1, value[last]);
+    s.line(a.x, a.y, b.x, b.y, value[middle] < 0 ? negativecolor : positivecolor);
+}
+
+static double lengthonsurface(int e, int nview) {
+    const point2 a = project(viewcamera, drawnplace(int(elems(e, 1)), nview)).at,
+                 b = project(viewcamera, drawnplace(int(elems(e, 2)), nview)).at;
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
+
 // Centimetres of the largest value.
 static double diagramlength() {
     return 2 * unitveclen * diagram.scale;
@@ -231,7 +249,8 @@ static double diagramlength() {
 void drawdiagrams(int nview) {
     surface* const s = target(nview);
     if (!diagramshown || s == nullptr || range.size() == 0) return;
-    const double apart = 0.7;  // centimetres between two labels
+    const double apart = 0.7;     // centimetres between two labels
+    const double shortest = 0.2;  // centimetres of a member whose curve can be seen
     const keptpen pen(s);
     prepareview(nview);
     undeformed = 1;
@@ -245,8 +264,16 @@ void drawdiagrams(int nview) {
         if (text && !diagram.values) break;
         for (const int e : members) {
             if (e > nelems() || !isshown(e, nview)) continue;
+            const double length = lengthonsurface(e, nview);
+            const bool extreme = e == range.high.e || e == range.low.e;
+            if (text && length < apart && !extreme) continue;
             const memberresult* const m = memberof(e);
             if (!m) continue;
+            if (!text && length < shortest) {
+                plotshort(*s, e, nview, factor, m->high);
+                if (m->least) plotshort(*s, e, nview, factor, *m->least);
+                continue;
+            }
             if (text) {
                 const memberframe f = frameof(e, nview, factor);
                 labelcurve(*s, f, m->high.value[diagram.quantity], labels);

@@ -15,6 +15,7 @@
 #include "post/book.h"
 #include "post/bookparts.h"
 #include "post/legend.h"
+#include "post/plainnumber.h"
 #include "view/setviews.h"
 
 using cells = std::vector<std::string>;

@@ -19,6 +19,7 @@
 #include "post/combinedstress.h"
 #include "post/components.h"
 #include "post/legend.h"
+#include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/resultstream.h"
 #include "post/stressfile.h"

@@ -31,12 +31,12 @@ class dxfdialog : public QDialog {
         longest = addfield(grid, 4, "Specifiy maximum Element size: ", "Text1", form.longest);
         within = addfield(grid, 5, "Join ends within: ", "Text2", form.joinwithin);
         within->setPlaceholderText("from its size");
-        without = addfield(grid, 8, "Leave out the layers: ", "Text3", form.without);
-        without->setPlaceholderText("GRID; DIM*");
         split =
             addswitch(grid, 6, "Split lines where others meet or cross them", "Check5", form.split);
         graphic = addswitch(grid, 7, "LINES, CIRCLE and ARC as graphic elements", "Check6",
                             form.asgraphics);
+        without = addfield(grid, 8, "Leave out the layers: ", "Text3", form.without);
+        without->setPlaceholderText("GRID; DIM*");
         rows->addWidget(frame);
         message = newmessageline("message", this, rows);
         auto* const row = new QHBoxLayout;

@@ -300,14 +300,16 @@ void checkmodel() {
                  "node " + std::to_string(i) + " of element " + std::to_string(e));
         need(egroup(e) >= 0 && egroup(e) <= ng, "group of element " + std::to_string(e));
     }
-    const auto needrows = [](int rows, const auto& number, int most, const char* what) {
+    const auto needrows = [](int rows, const auto& number, int most, const char* what,
+                             int least = 1) {
         for (int i = 1; i <= rows; ++i)
-            need(number(i) >= 1 && number(i) <= most, what + std::to_string(i));
+            need(number(i) >= least && number(i) <= most, what + std::to_string(i));
     };
     needrows(ncon, connode, nn, "node of constraint ");
+    // A deleted load case leaves holes, node 0, in the one before it.
     for (int lc = 1; lc <= loadnode(0, 0); ++lc)
         needrows(
-            loadnode(lc, 0), [lc](int i) { return loadnode(lc, i); }, nn, "node of load ");
+            loadnode(lc, 0), [lc](int i) { return loadnode(lc, i); }, nn, "node of load ", 0);
     needrows(nodesel(0), nodesel, nn, "selected node ");
     needrows(elemsel(0), elemsel, ne, "selected element ");
 }

@@ -15,6 +15,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
+#include "post/compare.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
@@ -131,6 +132,7 @@ sessionroom::sessionroom() {
     symbolsdrawn = {};
     previewbuffers = false;  // what the test before may have left
     stressglobal = 0;
+    endcomparison();
     commenttext.clear();
     commentvisible = false;
     vieww = 20;

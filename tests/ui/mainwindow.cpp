@@ -51,10 +51,12 @@ TEST(Mainwindow, TheMenuTreeIsWhole) {
                              "Post-Process/Element Stress ", "Add/Loads/Nodal Loads or Mass"})
         EXPECT_TRUE(leaves.contains(item)) << item;
     EXPECT_EQ(
-        checked,
+        checked.join("\n").toStdString(),
         QStringList({"Select/Nodes", "Add/Ready", "Settings/Scrollbars", "Settings/Global Axis",
                      "view/Nodes", "view/Elements", "view/Constrains", "view/Loads/All Loadcases",
-                     "view/Graphic Elements", "view/Node labels/Off", "view/Element Label/Off"}));
+                     "view/Graphic Elements", "view/Node labels/Off", "view/Element Label/Off"})
+            .join("\n")
+            .toStdString());
     EXPECT_FALSE(menuaction("mnuEditItem", 0)->isEnabled()) << "nothing was moved yet";
 }
 

@@ -148,10 +148,12 @@ TEST(Reports, PageSetupChangesThePaper) {
 TEST(Reports, TheDemonstrationGoesFromAnEmptyWindowToAPrintedPage) {
     // Its own lines expect the mesh, the displacement of beam theory and the portal frame.
     playroom room;
-    room.play(
-        "answer no\nmenu \"Information/Run Demo\"\nexpect nnodes 15\nexpect curlcomb 3\n"
-        "expect message \"Save model ?\"\nanswer cancel\nmenu \"Information/Run Demo\"\n"
-        "expect nnodes 15\n");
+    const std::string demo =
+        "menu \"Information/Run Demo\"\nchoose Demonstrations List1 \"The whole road of a job\"\n"
+        "press Demonstrations Start\n";
+    room.play(demo + "expect nnodes 15\nexpect curlcomb 3\nanswer no\n" + demo +
+              "expect message \"Go on with the model of the demonstration, or take back "
+              "the model that you had?\"\nexpect nnodes 15\n");
 }
 
 // A script chooses the parts, and has both files; what it chose is there again with the model.

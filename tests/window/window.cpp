@@ -149,15 +149,11 @@ TEST_F(Window, EveryWarningOfARunIsOneClickAway) {
 }
 
 TEST_F(Window, AnEmptyViewLeadsToTheExamples) {
-    click("examples");
-    untilactive("QMenu");
-    key("Down");
-    until("the first example", [] { return qobject_cast<QMenu*>(active())->activeAction(); });
-    key("Return");
+    click("example(bracket)");
     until("its model", [] { return nnodes() > 0; });
     EXPECT_EQ(ask([] { return modelname; }), (home / "examples/bracket").string());
-    until("the hint gone",
-          [] { return !themainwindow->findChild<QWidget*>("emptyhint")->isVisible(); });
+    until("the start page gone",
+          [] { return !themainwindow->findChild<QWidget*>("startpage")->isVisible(); });
     key("ctrl+o");
     untilactive("QFileDialog");
     EXPECT_TRUE(ask([this] {
@@ -234,8 +230,18 @@ TEST_F(Window, EveryMenuOpensByItsLetter) {
 
 TEST_F(Window, EscClosesEveryDialog) {
     open(model("portal.tek"));
+    // Windows of results first say that there are none.
+    const auto pastmessages = [](const std::string& name) {
+        const auto ismessage = [] { return active() && active()->inherits("QMessageBox"); };
+        const auto isthere = [&] {
+            return active() && active()->objectName().toStdString() == name;
+        };
+        until("the window " + name, [&] {
+            if (ismessage()) active()->close();
+            return isthere();
+        });
+    };
     for (const std::string& name : ask(dialognames)) {
-        SCOPED_TRACE(name);
         start([name] {
             setselectitem(selectnodes);
             nodesel(0) = nodesel(1) = 1;  // two of them want something selected
@@ -246,9 +252,9 @@ TEST_F(Window, EscClosesEveryDialog) {
             else
                 opendialog(name);
         });
-        untilactive(name);
+        pastmessages(name);
         key("Escape");
-        untilactive("main");
+        pastmessages("main");
     }
 }
 

@@ -44,7 +44,7 @@ class lastmatrices {
     }
 
   private:
-    static const int most = 3;
+    static constexpr int most = 3;
     shellkey key[most];
     elmatrix matrix[most];
     int kept = 0, next = 0;

@@ -284,6 +284,8 @@ TEST(Report, LeavesTheDisplayAsItWas) {
     const float moved = nodes(1, 3, 1);
     nodes(0, 3, 1) = 1.75f;  // an edit that is in no file
     menupostItem(contourplot).checked = true;
+    menupostItem(elementstress).checked = false;
+    contourdata = displacementdata;
     ASSERT_TRUE(prepareplot());
     const double most = indexmax;
     room.report();

@@ -16,6 +16,12 @@
 #include "core/session.h"
 #include "core/start.h"
 #include "post/compare.h"
+#include "post/contour.h"
+#include "post/diagrams.h"
+#include "post/drawcontour.h"
+#include "post/linelabels.h"
+#include "post/source.h"
+#include "post/stressfile.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
 #include "view/symbols.h"
@@ -117,6 +123,20 @@ std::string sourcedir() {
     return dir ? dir : KALVANE_SOURCE_DIR;
 }
 
+// The choices about results as they are when the program begins.
+static void plainresults() {
+    endcomparison();
+    shownsource = {};
+    stresscomp = 13;
+    contourdata = dispcontour = postset = 0;
+    contourfilled = postgroup = 1;
+    indexautoscale = true;
+    scalemax = scalemin = 0;
+    stressaverage = lineelstress = stressglobal = 0;
+    stresslocal = markextremes = valueatpointer = ghoston = linelabelson = false;
+    diagram = {};
+}
+
 sessionroom::sessionroom() {
     static int number = 0;
     folder = fs::temp_directory_path() /
@@ -131,8 +151,7 @@ sessionroom::sessionroom() {
     notesaved();
     symbolsdrawn = {};
     previewbuffers = false;  // what the test before may have left
-    stressglobal = 0;
-    endcomparison();
+    plainresults();
     commenttext.clear();
     commentvisible = false;
     vieww = 20;

@@ -37,7 +37,7 @@ class numbercolumn {
     char* write(char* p, double value) {
         const long multiple = nearest(value * factor);
         if (multiple == last && length > 0) {
-            std::memcpy(p, former, longestnumber);  // all of it: two moves
+            std::memmove(p, former, longestnumber);  // two moves; it may reach into what comes
         } else {
             last = multiple;
             former = p;

@@ -20,6 +20,7 @@
 #include "post/diagrams.h"
 #include "post/drawcontour.h"
 #include "post/linelabels.h"
+#include "post/postproces.h"
 #include "post/source.h"
 #include "post/stressfile.h"
 #include "view/drawelems.h"
@@ -134,7 +135,10 @@ static void plainresults() {
     scalemax = scalemin = 0;
     stressaverage = lineelstress = stressglobal = 0;
     stresslocal = markextremes = valueatpointer = ghoston = linelabelson = false;
+    fieldread = true;
+    fieldismode = fieldisnoise = false;
     diagram = {};
+    menupostItem(contourplot).checked = menupostItem(elementstress).checked = false;
 }
 
 sessionroom::sessionroom() {

@@ -2,12 +2,8 @@
 // The rows of the table of actions.
 #include "ui/actionrows.h"
 
-#include "ui/actions.h"
-
 #include <QClipboard>
 #include <QGuiApplication>
-#include <algorithm>
-#include <cmath>
 
 #include "core/model.h"
 #include "core/platform.h"
@@ -25,49 +21,28 @@
 #include "files/saving.h"
 #include "files/settings.h"
 #include "loads/nodeattributes.h"
-#include "post/compare.h"
-#include "post/contour.h"
-#include "post/drawcontour.h"
-#include "post/linelabels.h"
 #include "post/printdraw.h"
-#include "post/probes.h"
-#include "post/shapes.h"
 #include "tools/drafttools.h"
 #include "tools/findpatch.h"
 #include "tools/intersect.h"
 #include "tools/placenodes.h"
 #include "tools/pointentry.h"
+#include "ui/actionkinds.h"
 #include "ui/demonstration.h"
 #include "ui/dialogs.h"
 #include "ui/helpwindow.h"
 #include "ui/mainwindow.h"
-#include "ui/needs.h"
 #include "ui/printing.h"
 #include "ui/record.h"
 #include "ui/recordplay.h"
+#include "ui/resultactions.h"
 #include "ui/steps.h"
+#include "ui/viewactions.h"
 #include "ui/viewwidget.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
-#include "view/symbolstyle.h"
-
-using actionrows = std::vector<action>;
-using command = std::function<void()>;
-using condition = std::function<bool()>;
 
 // --- what rows run, where it is more than a call ------------------------------------------------
-
-static condition checkof(array1<menustate>& list, int i) {
-    return [&list, i] { return list(i).checked; };
-}
-
-static condition enabledof(array1<menustate>& list, int i) {
-    return [&list, i] { return list(i).enabled; };
-}
-
-static command dialog(const char* name) {
-    return [name] { theplatform().showdialog(name); };
-}
 
 static void togglescrollbars() {
     mnuSettingsItem(scrollbarson).checked = !mnuSettingsItem(scrollbarson).checked;
@@ -117,15 +92,6 @@ static void saveas() {
     if (menusave() == reply::done) addrecentfile();
 }
 
-static void showlayout(void (*setviews)()) {
-    setviews();
-    redrawall();
-}
-
-static bool isfree() {
-    return !menulock;
-}
-
 static const char* const locked = "Not while an analysis runs";
 static const char* const noelements = "No element is selected";
 
@@ -142,38 +108,6 @@ static bool isgraphicselected() {
 }
 
 // --- kinds of rows ------------------------------------------------------------------------------
-
-// A mark in one of the told lists, which shows in the views.
-static action mark(const char* array, int index, const char* caption, array1<menustate>& list,
-                   int i, command change, const char* icon = "") {
-    action row;
-    row.name = std::string(array) + "(" + std::to_string(index) + ")";
-    row.caption = caption;
-    row.icon = icon;
-    row.run = std::move(change);
-    row.checked = checkof(list, i);
-    row.isswitch = true;
-    return row;
-}
-
-static action toggle(const char* array, int index, const char* caption, array1<menustate>& list,
-                     const char* icon = "") {
-    const auto change = [&list, index] {
-        list(index).checked = !list(index).checked;
-        theplatform().refresh();
-        redrawall();
-    };
-    return mark(array, index, caption, list, index, change, icon);
-}
-
-static action choice(const char* array, int index, const char* caption, array1<menustate>& list) {
-    const auto change = [&list, index] {
-        checkonly(list, index);
-        theplatform().refresh();
-        redrawall();
-    };
-    return mark(array, index, caption, list, index, change);
-}
 
 static action selectrow(int i, const char* caption, const char* icon,
                         std::vector<actionplace> places) {
@@ -233,15 +167,6 @@ static action steprow(const char* name, const char* caption, const char* keys, i
 }
 
 // --- the rows -----------------------------------------------------------------------------------
-
-// Rows of one menu, and of one topic of the manual where a row names no other.
-static void addto(actionrows& table, const char* menu, const char* topic, actionrows rows) {
-    for (action& row : rows) {
-        row.menu = menu;
-        if (*row.topic == 0) row.topic = topic;
-        table.push_back(std::move(row));
-    }
-}
 
 static void addfile(actionrows& t) {
     addto(
@@ -583,256 +508,6 @@ static void addsettings(actionrows& t) {
           });
 }
 
-static void addview(actionrows& t) {
-    const char* const a = "mnudrawlist";
-    addto(t, "&view", "views",
-          {
-              {"view(0)", "&View Set...", "iso", "", dialog("viewcontrol")},
-              {"redraw(0)", "&Redraw", "redraw", "F5", [] { redrawall(); }},
-              {"redraw(1)"},
-              toggle(a, 0, "&Nodes", mnudrawlist),
-              toggle(a, 1, "&Elements", mnudrawlist),
-              toggle(a, 2, "&Constrains", mnudrawlist),
-          });
-    addto(t, "&view|&Loads", "views",
-          {
-              choice("viewloads", 0, "Off", viewloads),
-              choice("viewloads", 1, "Active Loadcase", viewloads),
-              choice("viewloads", 2, "All Loadcases", viewloads),
-              choice("viewloads", 3, "Active Load combination", viewloads),
-          });
-    addto(t, "&view", "views",
-          {
-              toggle(a, 4, "Graphic Elements", mnudrawlist),
-              toggle(a, 5, "Patches", mnudrawlist),
-          });
-    addto(t, "&view|Node labels", "views",
-          {
-              choice("Nodelabeltype", 0, "Off", Nodelabeltype),
-              choice("Nodelabeltype", 1, "Numbers", Nodelabeltype),
-              choice("Nodelabeltype", 2, "Names", Nodelabeltype),
-          });
-    addto(t, "&view|Element Label", "views",
-          {
-              choice("elemlabeltype", 0, "Off", elemlabeltype),
-              choice("elemlabeltype", 1, "Number", elemlabeltype),
-              choice("elemlabeltype", 2, "Type", elemlabeltype),
-              choice("elemlabeltype", 3, "Group", elemlabeltype),
-              choice("elemlabeltype", 4, "Color code", elemlabeltype),
-              choice("elemlabeltype", 5, "Name", elemlabeltype),
-          });
-    addto(t, "&view", "views",
-          {
-              {"mnudrawlist(8)"},
-              {"mnudrawlist(9)", "Window", "zoomwindow", "", startviewwindow},
-              toggle(a, 10, "Hidden Line", mnudrawlist, "hidden"),
-          });
-}
-
-// Tools of the active view.
-static void addviewtools(actionrows& t) {
-    const double degrees = 5;
-    const auto preset = [](int i) { return [i] { setpreset(activeview, i); }; };
-    const auto turn = [](double right, double up) {
-        return [right, up] { turnview(activeview, right, up); };
-    };
-    const auto scale = [](double factor) { return [factor] { scaleview(activeview, factor); }; };
-    const std::vector<actionplace> tool = {{"viewbar", 1}}, layout = {{"viewbar", 11}};
-    addto(
-        t, "", "views",
-        {
-            {"viewtool(0)", "Redraw", "redraw", "", [] { redrawall(); }, tool},
-            {"viewtool(1)", "Fit the model to the view", "fit", "Ctrl+0",
-             [] { fitview(activeview); }, tool},
-            {"viewtool(2)", "Half size", "zoomout", "Ctrl+-", scale(0.5), tool},
-            {"viewtool(3)", "Zoom window", "zoomwindow", "", startzoomwindow, tool},
-            {"viewtool(4)", "ISO", "iso", "Ctrl+1", preset(0), tool},
-            {"viewtool(5)", "X-Y", "viewxy", "Ctrl+2", preset(1), tool},
-            {"viewtool(6)", "X-Z", "viewxz", "Ctrl+3", preset(2), tool},
-            {"viewtool(7)", "Y-Z", "viewyz", "Ctrl+4", preset(3), tool},
-            {"viewtool(8)", "Turn right", "turnright", "Ctrl+Right", turn(degrees, 0), tool},
-            {"viewtool(9)", "Turn left", "turnleft", "Ctrl+Left", turn(-degrees, 0), tool},
-            {"viewtool(10)", "Turn up", "turnup", "Ctrl+Up", turn(0, degrees), tool},
-            {"viewtool(11)", "Turn down", "turndown", "Ctrl+Down", turn(0, -degrees), tool},
-            {"oneview", "One view", "onewindow", "Ctrl+5", [] { showlayout(setoneview); }, layout},
-            {"fourviews", "Four views", "fourwindows", "Ctrl+6", [] { showlayout(setfourviews); },
-             layout},
-            // A button of each view, by a key here alone.
-            {"doublesize", "Double size", "", "Ctrl++; Ctrl+=", scale(2)},
-        });
-}
-
-// How things are drawn beside the plain way.
-static action drawnrow(const char* name, const char* caption, int order, bool symbolstyle::*on,
-                       const char* tip) {
-    action row;
-    row.name = name;
-    row.caption = caption;
-    row.run = [on] {
-        symbolsdrawn.*on = !(symbolsdrawn.*on);
-        theplatform().refresh();
-        redrawall();
-    };
-    row.places = {{"viewbar/symbolsbutton", order}};
-    row.checked = [on] { return symbolsdrawn.*on; };
-    row.tip = tip;
-    row.isswitch = true;
-    return row;
-}
-
-static command sizesymbols(double factor) {
-    return [factor] {
-        const int percent = int(std::lround(symbolsdrawn.size * factor / 5) * 5);
-        symbolsdrawn.size = std::clamp(percent, leastsymbols, mostsymbols);
-        theplatform().refresh();
-        redrawall();
-    };
-}
-
-static void addsymbols(actionrows& t) {
-    using s = symbolstyle;
-    action main = drawnrow("fieldsymbols", "Engineering Symbols", 0, &s::field,
-                           "Supports as pins, rollers and clamps, loads as arrows");
-    main.icon = "fieldsymbols";
-    main.places = {{"viewbar", 21, "symbolsbutton"}};
-    addto(t, "", "views",
-          {
-              main,
-              drawnrow("loadvalues", "Values of Loads", 1, &s::values,
-                       "The numbers of loads and imposed movements beside them"),
-              drawnrow("solidmembers", "Solid Members and Plates", 2, &s::solid,
-                       "Members with their section and its rotation, plates with their thickness"),
-              drawnrow("grouplegend", "Legend of Group Colors", 3, &s::legend,
-                       "Names of the groups while elements have the colors of theirs"),
-              drawnrow("labelsapart", "Labels keep apart", 4, &s::apart,
-                       "Labels that would cover each other move aside or stay away"),
-              {"largersymbols",
-               "Larger Symbols",
-               "",
-               "Ctrl+Shift+Up",
-               sizesymbols(1.25),
-               {{"viewbar/symbolsbutton", 11}}},
-              {"smallersymbols",
-               "Smaller Symbols",
-               "",
-               "Ctrl+Shift+Down",
-               sizesymbols(0.8),
-               {{"viewbar/symbolsbutton", 12}}},
-          });
-}
-
-static action resultswitch(const char* name, const char* caption, const char* tip, bool& on) {
-    action row;
-    row.name = name;
-    row.caption = caption;
-    row.tip = tip;
-    row.run = [&on] { toggleswitch(on); };
-    row.checked = [&on] { return on; };
-    row.isswitch = true;
-    return row;
-}
-
-// What makes a picture of results say more.
-static void addpictures(actionrows& t) {
-    addto(t, "&Post-Process", "pictures",
-          {
-              {"picturesline"},
-              resultswitch("ghost", "Undeformed Ghost",
-                           "The undeformed model in pale lines beside a shape", ghoston),
-              resultswitch("linelabels", "Numbers on Contour Lines",
-                           "The value of each contour line on it", linelabelson),
-              {.name = "probe",
-               .caption = "Probe",
-               .run = startprobing,
-               .checked = [] { return bool(probing); },
-               .tip = "Set values that stay on the plot"},
-              {.name = "clearprobes",
-               .caption = "Clear Probes",
-               .run = clearprobes,
-               .enabled = [] { return isfree() && !probes().empty(); },
-               .why = "No value was set by Probe"},
-              {"cut", "Values along a Cut...", "", "", dialog("Cut")},
-              {"animation", "Animation...", "", "", dialog("Animation")},
-              {.name = "compare",
-               .caption = "Compare Combinations...",
-               .run = dialog("Compare"),
-               .checked = [] { return comparedwith() != 0; },
-               .tip = "Two combinations or modes side by side"},
-              {.name = "book",
-               .caption = "Illustrated Report...",
-               .run = dialog("Book"),
-               .tip = "A report with pictures and tables, as PDF or HTML",
-               .topic = "book"},
-          });
-}
-
-static void addjob(actionrows& t) {
-    addto(t, "A&nalyse", "solve",
-          {
-              {"menuanalyseitem(0)", "Check model", "check", "", dialog("checkmodel")},
-              {"menuanalyseitem(1)", "Options...", "options", "", dialog("Aoptions")},
-              {"menuanalyseitem(2)", "Analyse", "analyse", "F9", startanalysis, {{"jobbar", 6}}},
-          });
-    const auto checked = [](int i) { return checkof(menupostItem, i); };
-    addto(
-        t, "&Post-Process", "results",
-        {
-            {.name = "Loadcase(0)",
-             .caption = "Load Combinations ...",
-             .icon = "combination",
-             .run = dialog("Loadcombinations"),
-             .places = {{"jobbar", 3}},
-             .topic = "cases"},
-            {"menupostItem(0)"},
-            {"menupostItem(1)",
-             "Deformed Shape",
-             "deformed",
-             "",
-             showdeformed,
-             {{"jobbar", 7}},
-             checked(1)},
-            {"menupostItem(2)",
-             "Contour plot",
-             "contour",
-             "",
-             showcontour,
-             {{"jobbar", 8}},
-             checked(2)},
-            {"menupostItem(3)", "Mode Shape", "modeshape", "", showmode, {}, checked(3)},
-            {"menupostItem(4)", "Element Stress ", "stress", "", showelementstress, {}, checked(4)},
-            {.name = "menupostItem(5)",
-             .caption = "Report...",
-             .icon = "report",
-             .run = dialog("Roptions"),
-             .places = {{"jobbar", 9}},
-             .topic = "report"},
-            {"menupostItem(6)"},
-            {"menupostItem(7)", "Options...", "options", "", dialog("Soptions")},
-            {"postanswers"},
-            {.name = "combinationrules",
-             .caption = "Combination Rules...",
-             .run = dialog("combinationrules"),
-             .topic = "cases"},
-            {.name = "resultsof",
-             .caption = "Results of...",
-             .run = dialog("resultsof"),
-             .topic = "envelopes"},
-            {.name = "memberdiagrams",
-             .caption = "Member Diagrams...",
-             .run = dialog("memberdiagrams"),
-             .topic = "diagrams"},
-            {.name = "memberwindow",
-             .caption = "Member Window...",
-             .run = dialog("memberwindow"),
-             .topic = "diagrams"},
-            {.name = "balance",
-             .caption = "Balance...",
-             .run = dialog("balance"),
-             .topic = "balance"},
-        });
-    addpictures(t);
-}
-
 static void addinformation(actionrows& t) {
     addto(t, "Information", "start",
           {
@@ -854,6 +529,6 @@ static void addinformation(actionrows& t) {
 void fillactions() {
     if (!actions().empty()) return;
     for (const auto add : {addfile, addedit, addselect, addfinding, addadd, adddefine, addsettings,
-                           addview, addviewtools, addsymbols, addjob, addinformation})
+                           addviewactions, addresultactions, addinformation})
         add(actions());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // All that can be done by an item or a button, as one table. Menu bar, pop-ups, toolbars, keys,
-// scripts and help are made from its rows, which stand in actionrows.cpp.
+// scripts and help are made from its rows, which stand in actionrows.cpp,
+// viewactions.cpp and resultactions.cpp.
 #pragma once
 
 #include <QAction>

@@ -29,14 +29,7 @@ class groupdialog : public QDialog {
         label->setBuddy(list);
         for (const std::string& group : groups) list->addItem(qname(group));
         rows->addWidget(list, 1);
-        auto* const row = new QHBoxLayout;
-        row->addStretch(1);
-        QPushButton* const ok = newbutton("Command1", "OK", this, row);
-        ok->setDefault(true);
-        connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-        connect(newbutton("Command2", "Cancel", this, row), &QPushButton::clicked, this,
-                &QDialog::reject);
-        rows->addLayout(row);
+        addokcancel(this, rows, [this] { accept(); });
         connect(list, &QListWidget::itemDoubleClicked, this, [this] { accept(); });
         connect(list, &QListWidget::currentRowChanged, this, [&chosen](int i) { chosen = i; });
         connect(this, &QDialog::accepted, this, guardedhandler([accepted] { accepted(); }));

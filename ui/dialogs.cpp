@@ -3,6 +3,7 @@
 #include "ui/dialogs.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QPushButton>
 #include <map>
 #include <optional>
@@ -179,4 +180,16 @@ bool opendialog(const std::string& name) {
     new keptplace(dialog);
     showmodal(dialog);
     return true;
+}
+
+void addokcancel(QDialog* dialog, QBoxLayout* rows, std::function<void()> take) {
+    auto* const row = new QHBoxLayout;
+    row->addStretch(1);
+    QPushButton* const ok = newbutton("Command1", "OK", dialog, row);
+    ok->setDefault(true);
+    QObject::connect(ok, &QPushButton::clicked, dialog,
+                     guardedhandler([take = std::move(take)](bool) { take(); }));
+    QObject::connect(newbutton("Command2", "Cancel", dialog, row), &QPushButton::clicked, dialog,
+                     &QDialog::reject);
+    rows->addLayout(row);
 }

@@ -61,6 +61,8 @@ auto guardedhandler(Handler handler) {
 // A button that does this, guarded; Enter elsewhere in the dialog does not press it.
 QPushButton* newaction(const char* name, const char* caption, QWidget* parent, QBoxLayout* row,
                        std::function<void()> pressed);
+// The foot of a dialog: "OK", which Enter presses and which runs take, and "Cancel".
+void addokcancel(QDialog* dialog, QBoxLayout* rows, std::function<void()> take);
 
 // One maker a dialog.
 QDialog* makesetmem();

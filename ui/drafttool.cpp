@@ -27,14 +27,7 @@ class drafttooldialog : public QDialog {
         rows->addLayout(grid);
         for (std::size_t i = 0; i < tool.fields.size(); ++i) addfield(grid, int(i));
         enablefields();
-        auto* const row = new QHBoxLayout;
-        row->addStretch(1);
-        QPushButton* const ok = newbutton("Command1", "OK", this, row);
-        connect(ok, &QPushButton::clicked, this, guardedhandler([this](bool) { take(); }));
-        connect(newbutton("Command2", "Cancel", this, row), &QPushButton::clicked, this,
-                &QDialog::reject);
-        ok->setDefault(true);
-        rows->addLayout(row);
+        addokcancel(this, rows, [this] { take(); });
         setMinimumWidth(340);
     }
 

@@ -39,14 +39,7 @@ class dxfdialog : public QDialog {
         without->setPlaceholderText("GRID; DIM*");
         rows->addWidget(frame);
         message = newmessageline("message", this, rows);
-        auto* const row = new QHBoxLayout;
-        row->addStretch(1);
-        auto* const ok = newbutton("Command1", "OK", this, row);
-        ok->setDefault(true);
-        connect(ok, &QPushButton::clicked, this, guardedhandler([this](bool) { take(); }));
-        connect(newbutton("Command2", "Cancel", this, row), &QPushButton::clicked, this,
-                &QDialog::reject);
-        rows->addLayout(row);
+        addokcancel(this, rows, [this] { take(); });
         showform();
     }
 

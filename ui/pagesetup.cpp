@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "ui/controls.h"
+#include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 
 namespace {
@@ -43,15 +44,8 @@ class pagesetup : public QDialog {
         margin->setRange(0, mostmargin);
         margin->setDecimals(1);
         margin->setSuffix(" mm");
-        auto* const buttons = new QHBoxLayout;
-        buttons->addStretch(1);
-        QPushButton* const ok = newbutton("Command1", "OK", this, buttons);
-        ok->setDefault(true);
-        connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-        connect(newbutton("Command2", "Cancel", this, buttons), &QPushButton::clicked, this,
-                &QDialog::reject);
         rows->addStretch(1);
-        rows->addLayout(buttons);
+        addokcancel(this, rows, [this] { accept(); });
         setMinimumWidth(320);
         showpage();
     }

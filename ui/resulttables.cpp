@@ -27,14 +27,7 @@ class tablesdialog : public QDialog {
         block = addlist(fields, "&Of", "Combo2", form.blocks, form.block);
         group = addlist(fields, "&Group", "Combo3", form.groups, form.group);
         separator = addlist(fields, "&Separator", "Combo4", form.separators, form.separator);
-        auto* const row = new QHBoxLayout;
-        row->addStretch(1);
-        auto* const ok = newbutton("Command1", "OK", this, row);
-        ok->setDefault(true);
-        connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-        connect(newbutton("Command2", "Cancel", this, row), &QPushButton::clicked, this,
-                &QDialog::reject);
-        rows->addLayout(row);
+        addokcancel(this, rows, [this] { accept(); });
         connect(table, &QComboBox::activated, this, guardedhandler([this](int entry) {
                     choosetable(form, entry);
                     showlist(block, form.blocks, form.block);

@@ -84,14 +84,7 @@ class picturedialog : public QDialog {
         size->setObjectName("Label1");
         rows->addWidget(size);
         message = newmessageline("message", this, rows);
-        auto* const row = new QHBoxLayout;
-        row->addStretch(1);
-        auto* const ok = newbutton("Command1", "OK", this, row);
-        ok->setDefault(true);
-        connect(ok, &QPushButton::clicked, this, guardedhandler([this](bool) { take(); }));
-        connect(newbutton("Command2", "Cancel", this, row), &QPushButton::clicked, this,
-                &QDialog::reject);
-        rows->addLayout(row);
+        addokcancel(this, rows, [this] { take(); });
         connect(view, &QComboBox::currentIndexChanged, this, [this] { refresh(); });
         refresh();
     }

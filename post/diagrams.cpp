@@ -107,11 +107,18 @@ static std::string at(const memberextreme& x) {
 std::string diagramtext() {
     const quantityrow& row = quantityrows[diagram.quantity];
     if (range.high.e == 0) return row.caption;
+    if (range.isnoise())
+        return std::string(row.label) + ", " + row.caption + ": nothing but rounding";
     return std::string(row.label) + ", " + row.caption + ": " + at(range.high) + " to " +
            at(range.low);
 }
 
 // --- drawing ------------------------------------------------------------------------------------
+
+// The second of two results side by side: the members read are the first's.
+static bool isofanother(int nview) {
+    return sidebyside && nview == 2;
+}
 
 namespace {
 // A member in the prepared view: place of a station with its value, scaled coordinates.
@@ -248,7 +255,8 @@ static double diagramlength() {
 
 void drawdiagrams(int nview) {
     surface* const s = target(nview);
-    if (!diagramshown || s == nullptr || range.size() == 0) return;
+    if (!diagramshown || s == nullptr || range.size() == 0 || range.isnoise()) return;
+    if (isofanother(nview)) return;
     const double apart = 0.7;     // centimetres between two labels
     const double shortest = 0.2;  // centimetres of a member whose curve can be seen
     const keptpen pen(s);
@@ -298,7 +306,8 @@ void drawdiagrams(int nview) {
 bool drawcurvedmember(int e, int nview) {
     surface* const s = target(nview);
     const double least = 0.3;  // centimetres: a shorter one shows no bend
-    if (s == nullptr || undeformed == 1 || fieldismode || isenvelope()) return false;
+    if (s == nullptr || undeformed == 1 || fieldismode || isenvelope() || isofanother(nview))
+        return false;
     const scaledpoint a = drawnplace(int(elems(e, 1)), nview),
                       b = drawnplace(int(elems(e, 2)), nview);
     const point2 pa = project(viewcamera, a).at, pb = project(viewcamera, b).at;

@@ -143,6 +143,11 @@ double memberrange::size() const {
     return std::max(std::fabs(high.value), std::fabs(low.value));
 }
 
+bool memberrange::isnoise() const {
+    const double rounding = 1e-9;
+    return size() > 0 && size() <= rounding * alike;
+}
+
 memberrange rangeof(memberquantity q, const std::vector<int>& members) {
     const int membersperreport = 5000;
     memberrange range;
@@ -152,6 +157,12 @@ memberrange rangeof(memberquantity q, const std::vector<int>& members) {
             theplatform().progress("Reading members", double(count) / double(members.size()));
         const memberresult* const m = memberof(e);
         if (!m) continue;
+        for (int k = 0; k < memberquantities; ++k) {
+            if (std::string_view(quantityrows[k].unit) != quantityrows[q].unit) continue;
+            for (const memberline* line : {&m->high, &m->low()})
+                for (const float value : line->value[k])
+                    range.alike = std::max(range.alike, double(std::fabs(value)));
+        }
         for (int i = 0; i < memberstations; ++i) {
             const float high = m->high.value[q][i], low = m->low().value[q][i];
             if (range.high.e == 0 || high > range.high.value) range.high = {e, i, high};

@@ -36,7 +36,9 @@ struct memberextreme {
 };
 struct memberrange {
     memberextreme high, low;
-    double size() const;  // largest absolute value
+    double alike = 0;      // largest absolute value of all quantities of its unit
+    double size() const;   // largest absolute value
+    bool isnoise() const;  // so small beside those alike that it is their rounding
 };
 memberrange rangeof(memberquantity q, const std::vector<int>& members);
 std::vector<int> allmembers();  // elements with two nodes that the file holds

@@ -259,7 +259,10 @@ std::vector<std::string> picturenotes(int nview) {
     if (field && isdeformed() && !fieldismode && maxdisp > 0)
         notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) +
                         " times their size, the largest " + textoflargest());
-    if (diagramshown) notes.push_back(diagramtext());
+    if (diagramshown) {
+        const bool ofother = sidebyside && nview == 2;
+        notes.push_back(ofother ? "Member diagrams stand in view 1" : diagramtext());
+    }
     return notes;
 }
 

@@ -127,8 +127,8 @@ class sourcedialog : public sidedialog {
                        "element " + std::to_string(row.e) + ", node " +
                            std::to_string(int(elems(row.e, row.corner))),
                        row.combination);
-        if (diagramshown && diagramrange().high.e != 0) {
-            const auto [high, low] = diagramrange();
+        if (diagramshown && diagramrange().high.e != 0 && !diagramrange().isnoise()) {
+            const memberextreme &high = diagramrange().high, &low = diagramrange().low;
             const memberquantity q = diagram.quantity;
             const std::string label = quantityrows[q].label;
             addrow(label, high.value, "element " + std::to_string(high.e),

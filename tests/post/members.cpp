@@ -189,6 +189,28 @@ TEST(Diagrams, MomentsStandOnTheSideInTension) {
         }
 }
 
+// The rounding of an upright's moment about its other axis is not drawn as large as a moment.
+TEST(Diagrams, RoundingIsNotDrawn) {
+    for (const double mz : {1e-4, 1e-12}) {
+        beamroom room;
+        room.write(beamroom::record(1,
+                                    [&](memberquantity q, double) {
+                                        return q == memMy ? 1 : q == memMz ? mz : 0;
+                                    }) +
+                   "END\r\n");
+        viewscale(1) = 1;
+        viewdist(1) = 1e9f;
+        diagramshown = true;
+        diagram.quantity = memMz;
+        preparediagrams();
+        drawdiagrams(1);
+        const bool isrounding = mz < 1e-9;
+        EXPECT_EQ(room.platform.views[0].operations.empty(), isrounding);
+        EXPECT_EQ(diagramtext().ends_with("nothing but rounding"), isrounding) << diagramtext();
+        diagramshown = false;
+    }
+}
+
 TEST(Diagrams, StationsLeftOutLieOnThePicturedLine) {
     float parabola[memberstations], straight[memberstations], kinked[memberstations];
     for (int i = 0; i < memberstations; ++i) {

@@ -78,7 +78,8 @@ class helpwindow : public QDialog {
             pages->setCurrentIndex(2);
             wanted->setFocus();
         });
-        resize(1000, 720);
+        const QSize around(60, 120);  // pixels: the toolkit guesses a frame of 40 on each side
+        resize(QSize(1000, 720).boundedTo(screen()->availableSize() - around));
     }
     void open(const QUrl& place) {
         text->setSource(place);

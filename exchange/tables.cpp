@@ -315,13 +315,8 @@ void asktables() {
     box.filter = "Table of results (*.csv)|*.csv|All Files (*.*)|*.*";
     box.saving = true;
     if (isnamed()) box.path = modelname + ".csv";
-    const filechoice choice = theplatform().askfile(box);
-    if (!choice.chosen) return;
-    std::filesystem::path path = choice.path;
-    if (!path.has_extension()) path += ".csv";
-    const std::string extension = path.extension().string();
-    const std::string base = path.replace_extension().string();
-    if (askoverwrite(base, extension)) starttables(base + extension);
+    const std::string path = asktarget(box, ".csv");
+    if (!path.empty()) starttables(path);
 }
 
 static const struct {

@@ -278,6 +278,16 @@ bool askoverwrite(const std::string& name, const std::string& extension) {
     return !fs::exists(name + extension, ec) || askwithnopreset("Overwrite existing file?");
 }
 
+std::string asktarget(const filebox& box, const std::string& extension) {
+    const filechoice choice = theplatform().askfile(box);
+    if (!choice.chosen) return {};
+    fs::path path = choice.path;
+    if (!path.has_extension()) path += extension;
+    const bool may =
+        askoverwrite(fs::path(path).replace_extension().string(), path.extension().string());
+    return may ? path.string() : std::string();
+}
+
 bool askreplacemodel(const std::string& name) {
     std::error_code ec;
     if (fs::exists(name + ".tek", ec)) return askoverwrite(name, ".tek");

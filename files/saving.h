@@ -5,6 +5,8 @@
 
 #include <string>
 
+struct filebox;
+
 // Writes the set under modelname. Each file that fails has its own message, with the reason; they
 // are shown together, and the user keeps the files of the last save, replaces those that could be
 // written, or saves under another name. Returns true when the whole model is on disk.
@@ -22,6 +24,9 @@ bool savecombinations();  // .lco alone, told in the same way
 bool savemodelas(const std::string& name);
 // True when no file of that name and extension stands, or the user agrees to replace it.
 bool askoverwrite(const std::string& name, const std::string& extension);
-// The same for a whole model and its results: without a .tek, files of these names are somebody
-// else's, and are named in the question.
+// A file to write: asks for it, gives a name without an extension this one (".csv"), and asks again
+// before a file that stands there is replaced. "" when the user gives it up.
+std::string asktarget(const filebox& box, const std::string& extension);
+// As askoverwrite for a whole model and its results: without a .tek, files of these names are
+// somebody else's, and are named in the question.
 bool askreplacemodel(const std::string& name);

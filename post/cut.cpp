@@ -10,6 +10,7 @@
 #include "core/besidefile.h"
 #include "core/catalogue.h"
 #include "core/colours.h"
+#include "core/csvout.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -17,6 +18,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/probes.h"
@@ -373,10 +375,13 @@ std::string cutquantity() {
 
 // --- the table ----------------------------------------------------------------------------------
 
-std::string cuttable(const std::string& separator) {
+std::string cuttable(char separator) {
     std::string text;
     const auto row = [&](const std::vector<std::string>& fields) {
-        for (std::size_t i = 0; i < fields.size(); ++i) text += (i ? separator : "") + fields[i];
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (i != 0) text += separator;
+            appendcell(text, fields[i], separator);
+        }
         text += "\r\n";
     };
     row({"curve", "distance", "x", "y", "z", "element", plotlabel()});
@@ -393,16 +398,16 @@ void savecut() {
     box.filter = "CSV files (*.csv)|*.csv|All Files (*.*)|*.*";
     box.saving = true;
     if (isnamed()) box.path = modelname + "-cut.csv";
-    const filechoice choice = theplatform().askfile(box);
-    if (!choice.chosen) return;
+    const std::string target = asktarget(box, ".csv");
+    if (target.empty()) return;
     guarded(
         [&] {
-            const std::string text = cuttable(",");
-            besidefile file(choice.path);
+            const std::string text = cuttable(',');
+            besidefile file(target);
             file.write(text.data(), text.size());
             file.finish();
             file.replacetarget();
-            thecut.message = "Written: " + choice.path;
+            thecut.message = "Written: " + target;
         },
         [](const runtimeerror& e) { theplatform().message(e.what, icons::exclamation); });
 }

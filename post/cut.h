@@ -43,7 +43,7 @@ void computecut();  // into cutshown, or a message
 void endcut();
 std::string cutquantity();  // "SX, Wind"
 // The table with these between two fields and as the decimal point.
-std::string cuttable(const std::string& separator);
+std::string cuttable(char separator);
 void savecut();  // asks for a file and writes the table as CSV
 
 void drawcut(int nview);

@@ -136,15 +136,12 @@ void savedefobject(defobjectform& form) {
     box.filter = "All Files (*.*)|*.*|Object (*.obj)|*.obj";
     box.filterindex = 2;
     box.saving = true;
-    const filechoice choice = theplatform().askfile(box);
-    if (!choice.chosen) return;
-    fs::path path(choice.path);
-    if (!path.has_extension()) path += ".obj";
-    if (!askoverwrite(path.parent_path() / path.stem(), path.extension())) return;
+    const std::string path = asktarget(box, ".obj");
+    if (path.empty()) return;
     guarded(
         [&] {
-            Genfile(path.string());
-            form.message = "Written: " + path.string();
+            Genfile(path);
+            form.message = "Written: " + path;
         },
         [&](const runtimeerror& e) { form.message = "Not written. " + e.what; });
 }

@@ -6,7 +6,6 @@
 #include <QBoxLayout>
 #include <QBuffer>
 #include <QComboBox>
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
@@ -22,6 +21,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "files/filop.h"
+#include "files/saving.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/motion.h"
@@ -191,22 +191,19 @@ class animation : public sidedialog {
         shapepart = 1;
         return pictureofview(v);
     }
-    bool ask(const char* title, const char* tail, std::string& path) {
+    // "" when there is nothing to write or the user gives it up.
+    std::string ask(const char* title, const char* tail) {
         stop();
         if (!isdeformed()) {
             message->setText("There is no shape to move: show a deformed or a mode shape");
-            return false;
+            return {};
         }
         filebox box;
         box.title = title;
         box.filter = "PNG pictures (*.png)|*.png|All Files (*.*)|*.*";
         box.saving = true;
         if (isnamed()) box.path = modelname + tail;
-        const filechoice choice = theplatform().askfile(box);
-        path = choice.path;
-        if (choice.chosen && QFileInfo(QString::fromStdString(path)).suffix().isEmpty())
-            path += ".png";
-        return choice.chosen;
+        return asktarget(box, ".png");
     }
     static void write(const std::string& path, const QByteArray& data) {
         besidefile file(path);
@@ -227,10 +224,11 @@ class animation : public sidedialog {
     }
     // NAME-01.png and on: one cycle.
     void saveframes() {
-        std::string path;
-        if (!ask("Save Pictures of the Animation", "-motion.png", path)) return;
+        const std::string path = ask("Save Pictures of the Animation", "-motion.png");
+        if (path.empty()) return;
+        const std::size_t dot = path.find_last_of('.');
+        if (!askoverwrite(path.substr(0, dot) + "-01", path.substr(dot))) return;
         save([&] {
-            const std::size_t dot = path.find_last_of('.');
             const int count = picturesofcycle(now);
             for (int i = 0; i < count; ++i) {
                 QBuffer png;
@@ -243,8 +241,8 @@ class animation : public sidedialog {
         });
     }
     void saveanimation() {
-        std::string path;
-        if (!ask("Save Animation", "-animation.png", path)) return;
+        const std::string path = ask("Save Animation", "-animation.png");
+        if (path.empty()) return;
         save([&] {
             const int count = picturesofcycle(now);
             const int pause = std::max(10, int(1000 * now.seconds / count));

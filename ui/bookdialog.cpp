@@ -193,18 +193,14 @@ class bookdialog : public QDialog {
                          : "HTML files (*.html)|*.html|All Files (*.*)|*.*";
         box.saving = true;
         if (isnamed()) box.path = modelname + "-report" + extension;
-        const filechoice choice = theplatform().askfile(box);
-        if (!choice.chosen) return;
-        std::filesystem::path path = choice.path;
-        if (path.extension().empty()) path += extension;
-        const std::string ending = path.extension().string();
-        if (!askoverwrite(std::filesystem::path(path).replace_extension().string(), ending)) return;
+        const std::string path = asktarget(box, extension);
+        if (path.empty()) return;
         message->setText("");
         const bool good =
-            guarded([&] { pdf ? writepdfbook(path.string()) : writehtmlbook(path.string()); },
+            guarded([&] { pdf ? writepdfbook(path) : writehtmlbook(path); },
                     [this](const runtimeerror& e) { message->setText(qtext(e.what)); });
         theplatform().endprogress();
-        if (good) message->setText("Written: " + qtext(path.string()));
+        if (good) message->setText("Written: " + qtext(path));
     }
 
     QTreeWidget* tree;

@@ -139,7 +139,7 @@ class cutwindow : public sidedialog {
             compute();
         });
         newaction("cutcopy", "Copy", this, row, [] {
-            QApplication::clipboard()->setText(QString::fromStdString(cuttable("\t")));
+            QApplication::clipboard()->setText(QString::fromStdString(cuttable('\t')));
         });
         newaction("cutsave", "CSV...", this, row, [this] {
             savecut();

@@ -374,11 +374,8 @@ class numintdialog : public QDialog {
 
     void csvout() {
         const std::string name = std::string(tabcaptions[form.table[1].tab]) + ".csv";
-        const filechoice file = theplatform().askfile({"Write CSV", csvfilter, 1, true, name});
-        if (!file.chosen) return;
-        std::filesystem::path path(file.path);
-        if (!path.has_extension()) path += ".csv";
-        if (!askoverwrite(path.parent_path() / path.stem(), path.extension())) return;
+        const std::string path = asktarget({"Write CSV", csvfilter, 1, true, name}, ".csv");
+        if (path.empty()) return;
         guarded([&] { writecsv(form, 1, path); },
                 [this](const runtimeerror& fault) { form.message = fault.what; });
         showform();

@@ -279,10 +279,17 @@ TEST(Cut, TellsWhatItNeedsAndWritesItsTable) {
     thecut.position = "0.5";
     computecut();
     EXPECT_EQ(thecut.message, "");
-    EXPECT_EQ(cuttable(";"),
+    EXPECT_EQ(cuttable(';'),
               "curve;distance;x;y;z;element;SX\r\n1;0;0;0.5;0;1;15\r\n"
               "1;0.5;0;0.5;0.5;1;25\r\n1;1;0;0.5;1;1;35\r\n");
     EXPECT_GT(room.platform.views[0].count("line"), 0);
+    writefile(room.file("cut.csv"), "old");
+    for (const answers answer : {answers::no, answers::yes}) {
+        room.platform.filequeue.push_back({true, room.file("cut"), 1});
+        room.platform.answerqueue.push_back(answer);
+        savecut();
+        EXPECT_EQ(contentof(room.file("cut.csv")) == "old", answer == answers::no);
+    }
     thecut.kind = 3;
     cutfromselection();
     EXPECT_EQ(thecut.message, "Select two nodes, the ends of the line");

@@ -61,12 +61,14 @@ class bulkreader {
         for (const char* stage :
              {"CORD2R", "GRID", "MAT1", "PROD", "PBAR", "PBARL", "PBEAM", "PSHELL"})
             run(stage);
-        for (const char* stage : {"CROD", "CBAR", "CBEAM", "CTRIA3", "CQUAD4", "CONM2", "RBE2"})
+        for (const char* stage : {"CROD", "CBAR", "CBEAM", "CTRIA3", "CTRIAR", "CTRIA6", "CQUAD4",
+                                  "CQUADR", "CQUAD8", "CONM2", "RBE2"})
             run(stage);
         for (const char* stage :
              {"SPC", "SPC1", "FORCE", "MOMENT", "PLOAD2", "PLOAD4", "GRAV", "LOAD"})
             run(stage);
         makecases();
+        if (hasmiddles) dropunused(found);
         tell();
     }
 
@@ -86,7 +88,11 @@ class bulkreader {
             {"CBAR", &bulkreader::bar},
             {"CBEAM", &bulkreader::bar},
             {"CTRIA3", &bulkreader::triangle},
+            {"CTRIAR", &bulkreader::triangle},
+            {"CTRIA6", &bulkreader::triangle},
             {"CQUAD4", &bulkreader::quadrilateral},
+            {"CQUADR", &bulkreader::quadrilateral},
+            {"CQUAD8", &bulkreader::quadrilateral},
             {"CONM2", &bulkreader::mass},
             {"RBE2", &bulkreader::rigid},
             {"SPC", &bulkreader::constraint},
@@ -262,8 +268,14 @@ class bulkreader {
         return e;
     }
     void rod(const bulkcard& card) { element(card, typetruss, 2, 3); }
-    void triangle(const bulkcard& card) { element(card, typeshell3, 3, 3); }
-    void quadrilateral(const bulkcard& card) { element(card, typeshell4, 4, 3); }
+    void triangle(const bulkcard& card) { face(card, typeshell3, 3); }
+    void quadrilateral(const bulkcard& card) { face(card, typeshell4, 4); }
+    void face(const bulkcard& card, int type, int corners) {
+        if (element(card, type, corners, 3) == 0) return;
+        if (card.name != "CTRIA6" && card.name != "CQUAD8") return;
+        found.report.changed("Elements of second order became straight ones", 1, card.line);
+        hasmiddles = true;
+    }
     // A vector or a grid tells where local axis 2 looks; pins are freedoms of the ends.
     void bar(const bulkcard& card) {
         const int e = element(card, typebeam, 2, 3);
@@ -469,6 +481,7 @@ class bulkreader {
     std::map<long, loadset> sets;
     std::vector<subcase> cases;
     long chosenspc = 0;
+    bool hasmiddles = false;
 };
 
 }  // namespace

@@ -24,7 +24,6 @@ bool isdeck(std::string_view head) {
         if (line.empty() || line.starts_with("**")) continue;
         for (const char* keyword : keywords)
             if (uppercase(line.substr(0, std::string_view(keyword).size())) == keyword) return true;
-        return false;
     }
     return false;
 }
@@ -165,6 +164,8 @@ class deckreader {
             progress();
             if (kind == nullptr) {
                 found.report.skipped("Elements of type " + type, cards.line());
+                nextfield(line, field);
+                elements.put(cards.whole(field, "the number of an element"), leftout);
                 while (line.ends_with(',') && cards.nextdata(line)) {
                 }
                 haslost = true;
@@ -231,7 +232,7 @@ class deckreader {
                 const long most = 100000000;
                 if (by < 1 || last - first > most) cards.fail("a range of numbers without end");
                 for (long i = first; i <= last; i += by)
-                    if (const int item = table.find(i)) members.push_back(item);
+                    if (const int item = table.find(i); item > 0) members.push_back(item);
                 continue;
             }
             while (nextfield(line, field)) {
@@ -239,9 +240,9 @@ class deckreader {
                 if (field.empty()) continue;
                 if (!readwholenumber(field, number))
                     append(members, sets, field);
-                else if (const int item = table.find(number))
+                else if (const int item = table.find(number); item > 0)
                     members.push_back(item);
-                else
+                else if (item != leftout)
                     fault((ofnodes ? "Node " : "Element ") + numbertext(number) + " of set " +
                           setname + " is not defined");
             }
@@ -266,16 +267,19 @@ class deckreader {
         long number = 0;
         if (!readwholenumber(field, number))
             append(list, ofnodes ? nodesets : elementsets, field);
-        else if (const int item = (ofnodes ? nodes : elements).find(number))
+        else if (const int item = (ofnodes ? nodes : elements).find(number); item > 0)
             list.push_back(item);
-        else
+        else if (item != leftout)
             fault((ofnodes ? "Node " : "Element ") + numbertext(number) + " is not defined");
         return list;
     }
 
     // --- materials and sections ---
 
-    void beginmaterial(const deckcard& card) { current = uppercase(card.value("NAME")); }
+    void beginmaterial(const deckcard& card) {
+        current = uppercase(card.value("NAME"));
+        materials.try_emplace(current);
+    }
     std::vector<double> numbersof(std::string_view line) {
         std::vector<double> list;
         for (const std::string_view field : cards.fields(line))
@@ -303,6 +307,10 @@ class deckreader {
     }
     void readsection(const deckcard& card) {
         section s{card, {}, {}};
+        if (card.has("COMPOSITE")) {
+            readlayers(s);
+            return sections.push_back(std::move(s));
+        }
         std::string_view line;
         const bool isspring = card.keyword == "SPRING";
         if (cards.nextdata(line)) s.numbers = numbersof(line);
@@ -310,6 +318,22 @@ class deckreader {
         if (cards.nextdata(line)) s.direction = numbersof(line);
         if (isspring) std::swap(s.numbers, s.direction);
         sections.push_back(std::move(s));
+    }
+
+    // A layer a line: thickness, points, material. Layers of different materials have no place in a
+    // group.
+    void readlayers(section& s) {
+        double thickness = 0;
+        std::string_view line;
+        while (cards.nextdata(line)) {
+            const auto f = cards.fields(line);
+            thickness += f.empty() ? 0 : cards.real(f[0], "the thickness of a layer");
+            if (f.size() > 2 && !s.card.has("MATERIAL"))
+                s.card.parameters.emplace("MATERIAL", f[2]);
+        }
+        s.numbers = {thickness};
+        found.report.changed("Sections of layers became one layer of the first one's material", 1,
+                             s.card.line);
     }
 
     void usesection(const section& s) {
@@ -523,6 +547,8 @@ class deckreader {
         tellread(found);
         if (steps > 0) found.report.read("Steps", steps);
     }
+
+    static constexpr int leftout = -1;  // an element that was told as skipped
 
     deckcards cards;
     std::string name;

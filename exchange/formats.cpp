@@ -96,7 +96,7 @@ void wireexchange() {
          .opencaption = "Cosmos6 Model (*.inp)",
          .importcaption = "Cosmos6 Model (*.inp)",
          .savecaption = "Cosmos6 model (*.inp)",
-         .knows = iscosmostext,
+         .knows = [](std::string_view head) { return iscosmostext(head) && !isdeck(head); },
          .read = readcosmosfile,
          .write = writer("NEW-PROB text", exportmarine)},
         {.extension = "mod",

@@ -345,12 +345,38 @@ static bool letin(imported& found, purposes purpose, const places& at) {
 
 // --- the two ways in ----------------------------------------------------------------------------
 
-// Merges by their options, which a release of what was pasted begins.
-static void releasepasted(importreport& report) {
+// The shortest edge that the merge tolerance would close up; 0 for none. In a mesh that numbers its
+// nodes such an edge is a fine place, not a slip, unless it is as good as none.
+static double closededge(const imported& found) {
+    if (!automergenodes || found.nodenumbers.empty()) return 0;
+    const double noise = mergetol / 1000;
+    double shortest = mergetol;
+    for (const importedelement& e : found.elements) {
+        const int count = nodesoftype(float(e.type));
+        for (int c = 0; c < count; ++c) {
+            const triple& a = found.nodes[std::size_t(e.corners[std::size_t(c)]) - 1];
+            const triple& b = found.nodes[std::size_t(e.corners[std::size_t((c + 1) % count)]) - 1];
+            const double length = std::hypot(b[0] - a[0], b[1] - a[1], b[2] - a[2]);
+            if (length > noise) shortest = std::min(shortest, length);
+        }
+    }
+    return shortest < mergetol ? shortest : 0;
+}
+
+// Merges by their options, which a release of what was pasted begins; edges stay open.
+static void releasepasted(importreport& report, double shortest) {
     const int before = nnodes(), elementsbefore = nelems();
+    const double tolerance = mergetol;
+    if (shortest > 0) {
+        mergetol = shortest / 2;
+        report.warn("The shortest edge, " + roughly(shortest) +
+                    ", lies below the merge tolerance " + roughly(tolerance) +
+                    "; nodes were merged within " + roughly(mergetol));
+    }
     releaseselection();
     if (nnodes() < before)
         report.changed("Nodes merged within " + roughly(mergetol), before - nnodes());
+    mergetol = tolerance;
     if (nelems() < elementsbefore)
         report.changed("Double elements merged", elementsbefore - nelems());
 }
@@ -368,8 +394,9 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
     }
     commenttext.clear();
     commentvisible = false;
+    const double shortest = closededge(found);
     keepreport(std::move(found.report));
-    releasepasted(lastreport());
+    releasepasted(lastreport(), shortest);
     addready();
     noteforeign(path);
     fitviews();
@@ -378,6 +405,10 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
 
 static reply admitbehind(imported& found, const places& at) {
     const bool wasempty = nnodes() == 0 && ngraphics() == 0;
+    if (const double shortest = closededge(found); shortest > 0)
+        found.report.warn("The shortest edge, " + roughly(shortest) +
+                          ", lies below the merge tolerance " + roughly(mergetol) +
+                          ", which closes it up when the import is placed");
     if (!letin(found, purposes::import, at)) return reply::failed;
     if (wasempty) fitviews();
     keepreport(std::move(found.report));

@@ -55,6 +55,8 @@ TEST(Bulkdata, FaultsAreToldWithTheirLine) {
          "CTRIA3 uses grid 9, which is not defined (line 4)"},
         {grids + "PSHELL,1,7,0.5\nCTRIA3,2,1,1,2,3\n", 1, "Material 7 is not defined"},
         {grids + "CTRIA3,2,1,1,2,3\nLOAD,1,1.,1.,1\n", 1, "Load 1 is not defined, or names itself"},
+        {grids + "GRID,4,,.5,0.,0.\nCTRIA6,1,1,1,2,3,4,4,\n+,4\n", 1,
+         "Elements of second order became straight ones (line 5)"},
         {"GRID,1,,zero,0.,0.\n", -1, "line 1: field 4 of GRID: a number was expected"},
         {"INCLUDE '/etc/passwd'\n", -1, "is not beneath the folder of the file"},
         {grids + "SPC1,1,1,1,THRU,99999999999\n", -1, "a range of numbers without end"},

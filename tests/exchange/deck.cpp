@@ -96,6 +96,9 @@ TEST(Deck, FaultsAreToldWithTheirLine) {
          "Element 1 uses node 9, which is not defined (line 6)"},
         {nodes + "*ELEMENT,TYPE=S3\n1,1,2\n", 0, "Element 1 has too few nodes"},
         {nodes + "*ELEMENT,TYPE=C3D4\n1,1,2,3,3\n", 0, "Elements of type C3D4"},
+        {">**\n" + nodes +
+             "*ELEMENT,TYPE=S3\n1,1,2,3\n*SHELL SECTION,ELSET=NO,COMPOSITE\n0.5,,M\n0.25\n",
+         1, "Sections of layers became one layer of the first one's material (line 8)"},
         {nodes + "*ELEMENT,TYPE=S3\n1,1,2,3\n*SHELL SECTION,ELSET=NO\n1\n", 1,
          "names the set \"NO\""},
         {nodes + "*ELEMENT,TYPE=S3\n1,1,2,3\n*BOUNDARY\nNO,1\n", 1, "Set \"NO\" is not defined"},

@@ -68,6 +68,26 @@ TEST(Gate, AnEmptyModelTakesTheOrderOfTheFilesNumbers) {
     EXPECT_EQ(checkreferences(), std::vector<std::string>{}) << "a report of a model that went";
 }
 
+// A strip of three nodes at a thousandth, beside a double of its last node.
+static void readfinestrip(const std::string&, imported& found) {
+    for (const double x : {0.0, 2e-4, 4e-4, 4e-4 + 1e-8}) found.addnode({x, 0, 0});
+    found.nodenumbers = {1, 2, 3, 4};
+    found.addelement(typebeam, {1, 2, 0, 0});
+    found.addelement(typebeam, {2, 3, 0, 0});
+    found.addelement(typebeam, {4, 1, 0, 0});
+}
+
+TEST(Gate, TheMergeToleranceClosesNoEdgeOfAMesh) {
+    exchangeroom room;
+    ASSERT_TRUE(automergenodes);
+    ASSERT_EQ(readforeign(room.file("a.inp"), purposes::open, "Test", readfinestrip), reply::done);
+    EXPECT_EQ(nnodes(), 3);
+    EXPECT_EQ(nelems(), 3);
+    EXPECT_EQ(mergetol, 1e-3);
+    EXPECT_NE(reported(reportkinds::warning, "The shortest edge, 0.0002"), nullptr)
+        << lastreport().text();
+}
+
 TEST(Gate, AnImportStandsBehindTheModelAndOneStepTakesItAway) {
     filledroom room("m");
     {

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "solver/inertia.h"
+#include "solver/engines.h"
 #include "solver/loads.h"
 #include "solver/mass.h"
 #include "solver/refuse.h"
@@ -39,7 +39,7 @@ static sparsematrix combined(const sparsematrix& a, double factor, const sparsem
 // more for one that floats or holds a mechanism, much more for one with negative stiffness. Returns
 // s.
 static double shiftandfactorise(const model& m, const settings& s, const equations& q,
-                                const sparsematrix& mass, factor& l, runlog& log) {
+                                const sparsematrix& mass, engine& l, runlog& log) {
     log.stage("factor");
     const double safe = 1e-9, safeshifted = 1e-13;  // smallest pivot over its diagonal
     std::int64_t unknown = 0;
@@ -115,13 +115,14 @@ static void warnunstable(const pairs& p, double units, runlog& log) {
 }
 
 // Sylvester's law of inertia: K - s M has as many negative pivots as there are modes below s.
-static void countmodes(const equations& q, const sparsematrix& mass, const pairs& p, runlog& log) {
+static void countmodes(const equations& q, const sparsematrix& mass, const pairs& p, engine& l,
+                       runlog& log) {
     const double below = 1e-5, most = 2e9;  // operations, a second or two
     const double bound = p.value.tail(1)[0] * (1 - below);
     if (!(bound > 0)) return;
     const std::int64_t found = std::count_if(p.value.data(), p.value.data() + p.value.size(),
                                              [&](double v) { return v < bound; });
-    const std::int64_t counted = countnegative(combined(q.stiffness, -bound, mass), most);
+    const std::int64_t counted = l.countnegative(combined(q.stiffness, -bound, mass), most);
     if (counted < 0)
         log.line("Sturm count of the modes left out, it would cost too much");
     else
@@ -197,11 +198,11 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
         refuse(
             "The model has no mass that can move, so it has no eigenmodes. Give the element groups "
             "a specific mass, or nodal masses in a load case that is not of the applied kind");
-    factor l;
-    analysefactor(q, l, spectrumcolumns(mass, s.modes), log);
-    const double shift = shiftandfactorise(m, s, q, mass, l, log);
+    const std::unique_ptr<engine> l = makeengine();
+    analysefactor(q, *l, spectrumcolumns(mass, s.modes), log);
+    const double shift = shiftandfactorise(m, s, q, mass, *l, log);
     log.stage("modes");
-    const spectrum found = largestvalues(l, mass, s.modes, log);
+    const spectrum found = largestvalues(*l, mass, s.modes, log);
     const pairs p = refine(q, mass, found.vectors, log);
     warnunstable(p, s.force / (s.length * s.mass), log);
     if (p.value.size() < s.modes)
@@ -211,7 +212,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
         const auto still = std::count(p.value.data(), p.value.data() + p.value.size(), 0.0);
         log.line("Motions without stiffness (rigid bodies, mechanisms): " + std::to_string(still));
     }
-    countmodes(q, mass, p, log);
+    countmodes(q, mass, p, *l, log);
 
     modeset r;
     const double units = s.force / (s.length * s.mass);  // of omega^2: force over length and mass

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "solver/blas.h"
+#include "solver/inertia.h"
 #include "solver/parallel.h"
 #include "solver/supernodes.h"
 
@@ -466,4 +467,8 @@ void factor::solve(double* x, int columns, triangles which) {
         if (which != triangles::upper) in->forwardall(from, sides);
         if (which != triangles::lower) in->backwardall(from, sides);
     }
+}
+
+std::int64_t factor::countnegative(const sparsematrix& a, double mostoperations) {
+    return ::countnegative(a, mostoperations);
 }

@@ -5,29 +5,24 @@
 
 #include <memory>
 
-#include "solver/assemble.h"
+#include "solver/engine.h"
 
-class factor {
+class factor : public engine {
   public:
     factor();
-    ~factor();
-    factor(const factor&) = delete;
-    factor& operator=(const factor&) = delete;
+    ~factor() override;
 
-    // Symbolic factorisation, of a matrix in the order of elimination.
-    void analyse(const sparsematrix& a);
-    double entries() const;  // of the factor
-    double operations() const;
-    double bytes() const;  // that the numerical factor needs
+    void analyse(const sparsematrix& a) override;
+    double entries() const override;
+    double operations() const override;
+    double bytes() const override;
 
-    // Numerical factor l l', the same for any number of threads. False where the matrix is not
-    // positive definite.
-    bool factorise(const sparsematrix& a);
-    // Smallest pivot over the diagonal it came from, and its unknown.
-    double smallestpivot(const sparsematrix& a, std::int64_t& unknown) const;
-    // Solves for several right sides, in place: a x = b, or with one triangle l or l' alone.
-    enum class triangles { both, lower, upper };
-    void solve(double* x, int columns, triangles which = triangles::both);
+    // The same numbers for any number of threads.
+    bool factorise(const sparsematrix& a) override;
+    double smallestpivot(const sparsematrix& a, std::int64_t& unknown) const override;
+    using engine::solve;
+    void solve(double* x, int columns, triangles which) override;
+    std::int64_t countnegative(const sparsematrix& a, double mostoperations) override;
 
   private:
     struct inside;

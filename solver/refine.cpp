@@ -33,7 +33,7 @@ static double extent(const model& m) {
     return (high - low).norm();
 }
 
-double refine(const model& m, const settings& s, const equations& q, factor& l,
+double refine(const model& m, const settings& s, const equations& q, engine& l,
               const std::vector<double>& applied, displacements& u) {
     const dofmap& d = q.dofs;
     const std::size_t dofs = d.equation.size();

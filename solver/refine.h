@@ -12,5 +12,5 @@ double worstbalance(const reactionset& r, const std::vector<vec6>& letgo);
 
 // One round: improves u by what the forces of the single elements leave of the loads; fills u.rest.
 // applied: the loads, numbered like u. Returns the largest change over the largest displacement.
-double refine(const model& m, const settings& s, const equations& q, factor& l,
+double refine(const model& m, const settings& s, const equations& q, engine& l,
               const std::vector<double>& applied, displacements& u);

@@ -8,6 +8,7 @@
 #include "core/checksum.h"
 #include "solver/curve.h"
 #include "solver/edges.h"
+#include "solver/engines.h"
 #include "solver/faraway.h"
 #include "solver/logtexts.h"
 #include "solver/makedofs.h"
@@ -57,7 +58,7 @@ struct holding {
 }  // namespace
 
 // applied: out, the loads of the cases, numbered like the displacements.
-static displacements solvecases(const model& m, const settings& s, const equations& q, factor& l,
+static displacements solvecases(const model& m, const settings& s, const equations& q, engine& l,
                                 std::vector<double>& applied, std::vector<double>& residual,
                                 holding& held, runlog& log) {
     const dofmap& d = q.dofs;
@@ -118,7 +119,7 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 }
 
 // Where rounding spoils the balance of a case, the displacements get more digits.
-static void refinereactions(const model& m, const settings& s, const equations& q, factor& l,
+static void refinereactions(const model& m, const settings& s, const equations& q, engine& l,
                             const std::vector<double>& applied, const holding& held, results& r,
                             runlog& log) {
     const double good = 1e-9, before = worstbalance(r.reactions, held.letgo);
@@ -148,19 +149,19 @@ static void refinereactions(const model& m, const settings& s, const equations& 
 
 static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
                         results& r, runlog& log) {
-    factor l;
+    const std::unique_ptr<engine> l = makeengine();
     if (q.dofs.unknowns > 0) {
-        analysefactor(q, l, m.ncases(), log);
-        factorise(m, s, q, l, log);
+        analysefactor(q, *l, m.ncases(), log);
+        factorise(m, s, q, *l, log);
     }
     holding held;
     std::vector<double> applied;
-    r.u = solvecases(m, s, q, l, applied, r.residual, held, log);
+    r.u = solvecases(m, s, q, *l, applied, r.residual, held, log);
     telllargest(m, q.dofs, r.u, log);
     if (what.reactions) {
         log.stage("reactions");
         r.reactions = findreactions(m, s, q.dofs, r.u, applied, log);
-        refinereactions(m, s, q, l, applied, held, r, log);
+        refinereactions(m, s, q, *l, applied, held, r, log);
         tellbalance(m, r.reactions, log);
     }
     log.stage("stress");

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <random>
 
+#include "solver/engines.h"
 #include "solver/forces.h"
 #include "solver/kinds.h"
 #include "solver/makedofs.h"
@@ -58,7 +59,7 @@ equations makeequations(const model& m, const settings& s, int anadof, runlog& l
     return q;
 }
 
-void analysefactor(const equations& q, factor& l, int columns, runlog& log) {
+void analysefactor(const equations& q, engine& l, int columns, runlog& log) {
     log.stage("analyse");
     l.analyse(q.stiffness);
     const double vectors = 5;  // loads, right sides, result, work and residual
@@ -109,7 +110,7 @@ static std::vector<double> diagonalof(const sparsematrix& a) {
 
 // Factorises the matrix made definite by a trace of its diagonal, which is returned; 0 where a
 // trace is too little.
-static double factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a, factor& l) {
+static double factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a, engine& l) {
     for (const double trace : {1e-12, 1e-9}) {
         a = stiffness;
         for (std::size_t j = 0; j < std::size_t(a.size()); ++j)
@@ -144,9 +145,9 @@ static std::vector<double> softestmotion(const model& m, const settings& s, cons
     const std::int64_t n = q.stiffness.size();
     const std::vector<double> diagonal = diagonalof(q.stiffness);
     sparsematrix a;
-    factor l;
+    const std::unique_ptr<engine> l = makeengine();
     energy = -1;
-    const double trace = factorisewithtrace(q.stiffness, a, l), least = 1e-10;
+    const double trace = factorisewithtrace(q.stiffness, a, *l), least = 1e-10;
     if (trace == 0) return {};
     noise = std::pow(std::max(least, 10 * trace), 2);
     std::mt19937 random(1);
@@ -156,7 +157,7 @@ static std::vector<double> softestmotion(const model& m, const settings& s, cons
     const int rounds = 6;
     for (int round = 0; round < rounds; ++round) {
         for (std::int64_t j = 0; j < n; ++j) v[std::size_t(j)] *= diagonal[std::size_t(j)];
-        l.solve(v.data(), 1);
+        l->solve(v.data(), 1);
         double largest = 0;
         for (const double value : v) largest = std::max(largest, std::fabs(value));
         for (double& value : v) value /= largest;
@@ -251,7 +252,7 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
            "holds it");
 }
 
-void factorise(const model& m, const settings& s, const equations& q, factor& l, runlog& log) {
+void factorise(const model& m, const settings& s, const equations& q, engine& l, runlog& log) {
     log.stage("factor");
     const bool definite = l.factorise(q.stiffness);
     std::int64_t unknown = 0;
@@ -312,7 +313,7 @@ static double backwarderror(const sparsematrix& a, const double* u, const double
     return whole > 0 || !(left == 0) ? left / whole : 0;
 }
 
-std::vector<double> solvecolumns(const equations& q, factor& l, double* values, int columns) {
+std::vector<double> solvecolumns(const equations& q, engine& l, double* values, int columns) {
     const auto n = std::size_t(q.dofs.unknowns);
     const std::vector<double> f(values, values + n * std::size_t(columns));
     l.solve(values, columns);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "solver/factor.h"
+#include "solver/engine.h"
 
 // The numbered equations of a model.
 struct equations {
@@ -21,15 +21,15 @@ equations makeequations(const model& m, const settings& s, int anadof, runlog& l
 std::int64_t halfbandwidth(const model& m, const dofmap& d);
 
 // Symbolic factor; refuses what this machine's memory cannot hold. columns: right sides at once.
-void analysefactor(const equations& q, factor& l, int columns, runlog& log);
+void analysefactor(const equations& q, engine& l, int columns, runlog& log);
 
 // Numerical factor; a mechanism is refused, named by node and direction.
-void factorise(const model& m, const settings& s, const equations& q, factor& l, runlog& log);
+void factorise(const model& m, const settings& s, const equations& q, engine& l, runlog& log);
 
 // Solves in place; values: columns of q.dofs.unknowns numbers. Returns the backward error of each
 // column, |Ku-f| / (|K||u| + |f|): by which part of itself the stiffness or the load would have to
 // change to make u exact.
-std::vector<double> solvecolumns(const equations& q, factor& l, double* values, int columns);
+std::vector<double> solvecolumns(const equations& q, engine& l, double* values, int columns);
 
 // Says which node and direction an unknown stands for.
 struct namedunknown {

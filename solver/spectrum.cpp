@@ -62,7 +62,7 @@ static Eigen::MatrixXd rootof(const Eigen::MatrixXd& mass) {
 }
 
 // With M = R R' the values are those of R' A^-1 R, a matrix as small as the masses are few.
-static spectrum fromflexibility(factor& a, const sparsematrix& mass,
+static spectrum fromflexibility(engine& a, const sparsematrix& mass,
                                 const std::vector<std::int64_t>& places, int wanted) {
     const Eigen::MatrixXd root = rootof(fullmass(mass, places));
     Eigen::MatrixXd flexible = Eigen::MatrixXd::Zero(mass.size(), root.cols());
@@ -88,16 +88,16 @@ namespace {
 class reduced {
   public:
     using Scalar = double;
-    reduced(factor& l, const sparsematrix& m, runlog& runs) : a(l), mass(m), log(runs) {}
+    reduced(engine& l, const sparsematrix& m, runlog& runs) : a(l), mass(m), log(runs) {}
     Eigen::Index rows() const { return mass.size(); }
     Eigen::Index cols() const { return mass.size(); }
     void perform_op(const double* x, double* y) const {
         const Eigen::Map<const Eigen::VectorXd> from(x, rows());
         Eigen::Map<Eigen::VectorXd> to(y, rows());
         work = from;
-        a.solve(work.data(), 1, factor::triangles::upper);
+        a.solve(work.data(), 1, engine::triangles::upper);
         multiply(mass, work.data(), y, 1);
-        a.solve(y, 1, factor::triangles::lower);
+        a.solve(y, 1, engine::triangles::lower);
         if (found.cols() > 0) {
             const Eigen::VectorXd share = found.transpose() * from;
             to.noalias() -= found * value.cwiseProduct(share);
@@ -111,7 +111,7 @@ class reduced {
 
   private:
     static constexpr int expected = 50;
-    factor& a;
+    engine& a;
     const sparsematrix& mass;
     runlog& log;
     mutable Eigen::VectorXd work;
@@ -176,7 +176,7 @@ int spectrumcolumns(const sparsematrix& mass, int wanted) {
     return basissize(wanted, std::int64_t(places.size())) + 2 * wanted;
 }
 
-spectrum largestvalues(factor& a, const sparsematrix& mass, int wanted, runlog& log) {
+spectrum largestvalues(engine& a, const sparsematrix& mass, int wanted, runlog& log) {
     const auto places = massplaces(mass);
     if (isfew(places.size(), wanted)) return fromflexibility(a, mass, places, wanted);
     const auto most = std::int64_t(places.size());
@@ -197,6 +197,6 @@ spectrum largestvalues(factor& a, const sparsematrix& mass, int wanted, runlog& 
     if (op.value.size() < asked)
         log.warn(std::to_string(op.value.size()) + " of " + std::to_string(asked) +
                  " eigenmodes were found");
-    a.solve(op.found.data(), int(op.found.cols()), factor::triangles::upper);
+    a.solve(op.found.data(), int(op.found.cols()), engine::triangles::upper);
     return {op.value, op.found};
 }

@@ -5,7 +5,7 @@
 
 #include <Eigen/Core>
 
-#include "solver/factor.h"
+#include "solver/engine.h"
 #include "solver/report.h"
 
 struct spectrum {
@@ -14,7 +14,7 @@ struct spectrum {
 };
 
 // At most so many; fewer where M has less rank. Each multiple eigenvalue comes as often as it is.
-spectrum largestvalues(factor& a, const sparsematrix& mass, int wanted, runlog& log);
+spectrum largestvalues(engine& a, const sparsematrix& mass, int wanted, runlog& log);
 
 // Columns of work space that the search needs beside the factor.
 int spectrumcolumns(const sparsematrix& mass, int wanted);

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "core/catalogue.h"
 #include "core/numtext.h"
@@ -275,11 +276,14 @@ class gmshreader {
             if (block < 1) from.fail("a block without elements");
             for (long i = 0; i < block; ++i, ++done) {
                 if (from.binary) number = from.whole("the number of an element", sizeof(int));
-                long physical = 0;
+                long physical = 0, entity = 0;
                 for (long t = 0; t < tags; ++t) {
                     const long tag = from.whole("a tag", sizeof(int));
                     if (t == 0) physical = tag;
+                    if (t == 1) entity = tag;
                 }
+                const auto first = physicals.try_emplace({kind->dimension, entity}, physical).first;
+                hasseveral = hasseveral || first->second != physical;
                 addelement(kind, number, groupof(kind->dimension, physical), sizeof(int));
             }
         }
@@ -332,11 +336,22 @@ class gmshreader {
         haspoints = haspoints || kind->corners != kind->nodes;
         hassurfaces = hassurfaces || kind->dimension == 2;
     }
+    static std::array<int, 4> sortedcorners(const element& e) {
+        std::array<int, 4> corners = e.corners;
+        std::ranges::sort(corners);
+        return corners;
+    }
+    // Version 2 writes an element once for each physical group of its entity.
     // The edges of surfaces come along where a mesh is saved without groups; bars are meant where
     // there is nothing but lines, or in a group.
     void build() {
         static const int types[] = {0, 0, typebeam, typeshell3, typeshell4};
+        std::set<std::array<int, 4>> known;
         for (const element& e : elements) {
+            if (hasseveral && !known.insert(sortedcorners(e)).second) {
+                found.report.changed("Elements of several physical groups stand in the first");
+                continue;
+            }
             if (e.kind->dimension == 1 && hassurfaces && e.group == 0) {
                 found.report.skipped("Lines of no physical group, beside surfaces");
                 haspoints = true;
@@ -356,6 +371,7 @@ class gmshreader {
     numbersource from;
     imported& found;
     bool isold = false, hasformat = false, hassurfaces = false, haspoints = false;
+    bool hasseveral = false;  // an entity in two physical groups
     long seen = 0;
     numbertable table;
     std::map<std::pair<long, long>, std::string> names;

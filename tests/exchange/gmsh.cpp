@@ -55,6 +55,10 @@ TEST(Gmsh, OtherMeshesAndDamage) {
     } cases[] = {
         {"gaps in the numbers", format + points + elements("7 2 2 0 1 10 20 30\n", 1), 4, 1,
          "Nodes have new numbers"},
+        {"two groups of a surface",
+         format + points +
+             elements("1 2 2 1 5 10 20 30\n2 2 2 2 5 10 20 30\n3 2 2 2 6 10 20 40\n", 3),
+         4, 2, "Elements of several physical groups stand in the first"},
         {"edges beside surfaces",
          format + points + elements("1 1 2 0 1 10 20\n2 2 2 0 1 10 20 30\n", 2), 3, 1,
          "Lines of no physical group"},

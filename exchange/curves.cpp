@@ -143,13 +143,74 @@ static bool issound(const spline& s) {
            std::ranges::all_of(s.weights, [](double w) { return w > 0; });
 }
 
+namespace {
+// A cubic through points, twice continuous: de Boor, A Practical Guide to Splines, rev. ed., IV.
+class fittedcurve {
+  public:
+    explicit fittedcurve(const spline& s) : closed(s.closed) {
+        for (const triple& p : s.fit)
+            if (knots.empty() || distance(knots.back(), p) > 0) knots.push_back(p);
+        if (closed && knots.size() > 1 && distance(knots.front(), knots.back()) > 0)
+            knots.push_back(knots.front());
+        for (std::size_t i = 0; i < stretches(); ++i)
+            chords.push_back(distance(knots[i], knots[i + 1]));
+        findslopes(s);
+    }
+    std::size_t stretches() const { return knots.empty() ? 0 : knots.size() - 1; }
+    double length(std::size_t stretch) const { return chords[stretch]; }
+    triple at(std::size_t stretch, double t) const {  // t from 0 to the length
+        const double h = chords[stretch], u = t / h;
+        triple p;
+        for (std::size_t k = 0; k < 3; ++k)
+            p[k] = (1 + 2 * u) * (1 - u) * (1 - u) * knots[stretch][k] +
+                   u * (1 - u) * (1 - u) * h * slopes[stretch][k] +
+                   u * u * (3 - 2 * u) * knots[stretch + 1][k] +
+                   u * u * (u - 1) * h * slopes[stretch + 1][k];
+        return p;
+    }
+
+  private:
+    // Each row is ruled by its own slope, by at least twice the others: a sweep halves the error.
+    void findslopes(const spline& s) {
+        const std::size_t last = stretches();
+        const int sweeps = 60;
+        slopes.resize(knots.size());
+        for (int sweep = 0; sweep < sweeps && last > 0; ++sweep)
+            for (std::size_t i = 0; i <= last; ++i)
+                for (std::size_t k = 0; k < 3; ++k) slopes[i][k] = slope(s, i, k);
+    }
+    double slope(const spline& s, std::size_t i, std::size_t k) const {
+        const std::size_t last = stretches();
+        const auto rise = [&](std::size_t n) {
+            return (knots[n + 1][k] - knots[n][k]) / chords[n];
+        };
+        if (!closed && (i == 0 || i == last)) {
+            const triple& direction = i == 0 ? s.starts : s.ends;
+            if (const double size = distance(direction, {}); size > 0) return direction[k] / size;
+            return i == 0 ? (3 * rise(0) - slopes[1][k]) / 2
+                          : (3 * rise(last - 1) - slopes[last - 1][k]) / 2;
+        }
+        const std::size_t before = i == 0 ? last - 1 : i - 1, behind = i == last ? 0 : i;
+        const double a = chords[before], b = chords[behind];
+        return (3 * (b * rise(before) + a * rise(behind)) - b * slopes[before][k] -
+                a * slopes[behind + 1][k]) /
+               (2 * (a + b));
+    }
+
+    bool closed;
+    chain knots, slopes;
+    std::vector<double> chords;
+};
+}  // namespace
+
 chain splinepoints(const spline& s, fineness& how) {
-    if (s.control.empty() && s.fit.size() > 1) {
-        chain points = s.fit;
-        if (s.closed) points.push_back(s.fit.front());
+    chain points;
+    if (s.control.empty()) {
+        const fittedcurve curve(s);
+        for (std::size_t i = 0; i < curve.stretches(); ++i)
+            addstretch([&](double t) { return curve.at(i, t); }, 0, curve.length(i), points, how);
         return points;
     }
-    chain points;
     if (!issound(s)) return points;
     const auto p = std::size_t(s.degree);
     for (std::size_t span = p; span < s.control.size(); ++span) {

@@ -25,12 +25,15 @@ void addbulge(chain& points, const triple& b, double bulge, fineness& how);
 chain ellipsepoints(const triple& centre, const triple& major, double ratio, const triple& normal,
                     double from, double to, fineness& how);
 
-// Non-uniform rational B-spline; `weights` is empty or one a control point.
+// Non-uniform rational B-spline; `weights` is empty or one a control point. Without control points
+// the smoothest cubic through the fit points, from knot to knot by its chords' lengths; `starts`
+// and `ends` are its directions there, 0 where it may turn freely.
 struct spline {
     int degree = 3;
     bool closed = false;
     std::vector<double> knots, weights;
     std::vector<triple> control, fit;
+    triple starts{}, ends{};
 };
-// Empty where the numbers make no curve; a spline of fit points alone is a chain through them.
+// Empty where the numbers make no curve.
 chain splinepoints(const spline& s, fineness& how);

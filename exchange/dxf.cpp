@@ -305,6 +305,8 @@ class dxfreader {
             gather(s.control, tag, 10);
             gather(s.fit, tag, 11);
         }
+        s.starts = file.point(object, 12);
+        s.ends = file.point(object, 13);
         const int group = groupof(object, in);
         const std::size_t before = drawing.pieces.size();
         addcurve([&] { return splinepoints(s, how); }, in.place, options.arcs, group);
@@ -312,8 +314,9 @@ class dxfreader {
             return skip("Splines whose knots and points make no curve", object);
         note("SPLINE", group);
         if (s.control.empty())
-            found.report.warn("Splines of fit points alone became chains through them",
-                              object.line);
+            found.report.warn(
+                "Splines of fit points alone became the smoothest curves through them",
+                object.line);
     }
     void gather(std::vector<triple>& points, const dxftag& tag, int code) const {
         if (tag.code == code)

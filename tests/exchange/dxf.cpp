@@ -106,6 +106,17 @@ TEST(Dxf, TheUnitOfADrawingIsAskedFor) {
     }
 }
 
+// A closed curve through points of a circle, given by them alone.
+static std::string fittedcircle(double radius, int points) {
+    std::string text = pairs({{0, "SPLINE"}, {70, "1"}, {71, "3"}});
+    for (int i = 0; i < points; ++i) {
+        const double angle = 2 * M_PI * i / points;
+        text += pairs({{11, numbertext(radius * std::cos(angle))},
+                       {21, numbertext(radius * std::sin(angle))}});
+    }
+    return text;
+}
+
 // Arcs, bulges, ellipses and splines against points that lie on the true curve.
 TEST(Dxf, CurvesFollowTheirShapes) {
     const struct {
@@ -172,6 +183,7 @@ TEST(Dxf, CurvesFollowTheirShapes) {
                 {10, "0"},
                 {20, "2"}}),
          0, 0, 0, 2, 6},
+        {"spline through points", fittedcircle(2, 100), 0, 0, 0, 2, 400},
     };
     for (const auto& c : cases) {
         exchangeroom room;

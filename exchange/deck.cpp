@@ -11,6 +11,7 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "exchange/deckbeam.h"
 #include "exchange/deckcards.h"
 #include "exchange/shapes.h"
 
@@ -62,6 +63,7 @@ const deckkind* findkind(std::string name) {
 
 struct material {
     double modulus = nottold, poisson = nottold, density = nottold;
+    double shear1 = nottold, shear2 = nottold;  // across, where they stand on their own
 };
 struct section {
     deckcard card;
@@ -156,6 +158,7 @@ class deckreader {
     void readelements(const deckcard& card) {
         const std::string type = uppercase(card.value("TYPE"));
         const deckkind* const kind = findkind(type);
+        if (uppercase(card.value("ELSET")).starts_with(footset)) return skipfeet();
         std::vector<int>* const set = setof(elementsets, card.value("ELSET"));
         const int order = int(orderofsets.size());
         if (set != nullptr) orderofsets.try_emplace(set, order);
@@ -212,6 +215,13 @@ class deckreader {
         }
         if (set != nullptr && setnames.size() < orderofsets.size())
             setnames.push_back(toutf8(card.value("ELSET")));
+    }
+
+    void skipfeet() {
+        std::string_view line;
+        while (cards.nextdata(line))
+            found.report.skipped("Feet of clamped ends, which carry nothing", cards.line());
+        haslost = true;
     }
 
     // Members are numbers or the names of sets.
@@ -288,14 +298,25 @@ class deckreader {
     }
     void readelastic(const deckcard& card) {
         const std::string type = uppercase(card.value("TYPE"));
+        const bool isplain = type.empty() || type == "ISO" || type == "ISOTROPIC";
+        const bool hasmoduli = type == "ENGINEERING CONSTANTS";
         std::string_view line;
         if (!cards.nextdata(line)) return;
         const auto numbers = numbersof(line);
-        if (!type.empty() && type != "ISO" && type != "ISOTROPIC")
+        material& m = materials[current];
+        if (!numbers.empty()) m.modulus = numbers[0];
+        if (isplain && numbers.size() > 1) m.poisson = numbers[1];
+        if (hasmoduli && numbers.size() > 7) {
+            m.poisson = numbers[3];
+            m.shear1 = numbers[6];
+            m.shear2 = numbers[7];
+            cards.nextdata(line);
+        }
+        const bool differs = hasmoduli && numbers.size() > 2 &&
+                             (numbers[1] != numbers[0] || numbers[2] != numbers[0]);
+        if (differs || (!isplain && !hasmoduli))
             found.report.warn("*ELASTIC of TYPE=" + type + ": the first value was taken as E",
                               card.line);
-        if (!numbers.empty()) materials[current].modulus = numbers[0];
-        if (numbers.size() > 1) materials[current].poisson = numbers[1];
         if (cards.nextdata(line))
             found.report.warn("Properties by temperature: the first row was taken", cards.line());
     }
@@ -338,6 +359,7 @@ class deckreader {
 
     void usesection(const section& s) {
         const std::string setname = uppercase(s.card.value("ELSET"));
+        if (setname.starts_with(footset)) return;
         const auto set = elementsets.find(setname);
         if (set == elementsets.end()) {
             found.report.error("*" + s.card.keyword + " names the set " +
@@ -345,10 +367,10 @@ class deckreader {
                                s.card.line);
             return;
         }
-        const int g = found.groupof(toutf8(s.card.value("ELSET")));
+        const int g = found.groupof(groupname(s, set->second));
         auto& fields = found.group(g).fields;
-        usematerial(s, fields);
         useshape(s, found.group(g));
+        usematerial(s, fields);
         for (const int e : set->second) {
             importedelement& element = found.elements[std::size_t(e) - 1];
             element.group = g;
@@ -360,6 +382,21 @@ class deckreader {
                 found.orientations.push_back({e, 2, towards});
             }
         }
+    }
+    // Beams that were defined in one set and differ in nothing but their direction are one group,
+    // by the name of that set.
+    std::string groupname(const section& s, const std::vector<int>& members) {
+        const std::string own = toutf8(s.card.value("ELSET"));
+        if (!s.card.keyword.starts_with("BEAM") || members.empty()) return own;
+        const int first = owner[std::size_t(members.front()) - 1];
+        for (const int e : members)
+            if (owner[std::size_t(e) - 1] != first) return own;
+        if (first < 0) return own;
+        std::string key =
+            uppercase(s.card.value("MATERIAL")) + "," + uppercase(s.card.value("SECTION"));
+        for (const double number : s.numbers) key += "," + numbertext(number);
+        const auto at = sectionofset.try_emplace(first, key).first;
+        return at->second == key ? setnames[std::size_t(first)] : own;
     }
     void usematerial(const section& s, std::array<double, groupfields + 1>& fields) {
         const std::string_view name = s.card.value("MATERIAL");
@@ -373,6 +410,16 @@ class deckreader {
         fields[fieldpoisson] = at->second.poisson;
         // Without one the deck has no mass, whatever a new group has.
         fields[fielddensity] = std::isnan(at->second.density) ? 0 : at->second.density;
+        if (s.card.keyword.starts_with("BEAM")) usetorsion(at->second, fields);
+    }
+    // Shear moduli of their own tell the torsion of the solid that the deck's solver makes; here
+    // the modulus follows from Poisson's ratio, and the constant takes the difference.
+    static void usetorsion(const material& m, std::array<double, groupfields + 1>& fields) {
+        const double steel = 0.3, i1 = fields[fieldixx], i2 = fields[fieldiyy];
+        if (!(m.shear1 > 0 && m.shear2 > 0 && m.modulus > 0)) return;
+        if (fields[fieldpoisson] == 0) fields[fieldpoisson] = steel;
+        const double shear = m.modulus / (2 + 2 * fields[fieldpoisson]);
+        fields[fieldizz] = bricktorsion(i1, i2, m.shear1, m.shear2) / shear;
     }
     void useshape(const section& s, importedgroup& group) {
         const auto& n = s.numbers;
@@ -561,6 +608,7 @@ class deckreader {
     std::map<std::string, material> materials;
     std::string current;
     std::vector<section> sections;
+    std::map<int, std::string> sectionofset;  // what the first section over each set tells
     activeloads forces, pressures;
     triple gravity{};
     std::set<const activeloads*> cleared;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Writing of decks. A beam goes out with a node in its middle and a rectangle or a tube of the same
-// stiffness: the solver's beams are solids within, and those with two nodes are too stiff.
+// Writing of decks. A beam goes out with a node in its middle: the solver's beams are solids
+// within, and those with two nodes are too stiff.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -15,6 +15,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "exchange/deck.h"
+#include "exchange/deckbeam.h"
 #include "exchange/leftout.h"
 #include "exchange/textlines.h"
 #include "view/localaxes.h"
@@ -27,27 +28,6 @@ struct deckset {
     std::string name;
     std::vector<int> elements;
 };
-
-// A beam's section as the deck can tell it; the modulus is scaled so that area and inertias hold.
-struct deckbeam {
-    bool istube = false;
-    double first = 0, second = 0;  // sides along axes 1 and 2, or radius and wall
-    double part = 1;               // of the modulus and of the density
-};
-
-deckbeam beamof(int g, int type) {
-    const double area = groups(g, fieldthickness), i1 = groups(g, fieldixx),
-                 i2 = groups(g, fieldiyy), alike = 1e-3;
-    const bool isround = type == typepipe || std::fabs(i1 - i2) <= alike * i1;
-    const double outer = (4 * i1 / area + area / pi) / 2, inner = (4 * i1 / area - area / pi) / 2;
-    if (isround && inner > 0)
-        return {true, std::sqrt(outer), std::sqrt(outer) - std::sqrt(inner), 1};
-    deckbeam b;
-    b.first = std::sqrt(12 * i2 / area);
-    b.second = std::sqrt(12 * i1 / area);
-    b.part = area / (b.first * b.second);
-    return b;
-}
 
 // Nothing but membranes and bars in the plane z = 0: in space nothing would hold them across it.
 bool isflatmodel() {
@@ -73,6 +53,7 @@ class deckwriter {
         for (int n = 1; n <= nnodes(); ++n)
             node(n, {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)});
         gather();
+        isclamped = nodesheld(dim2d ? 1 : 4);
         for (const deckset& set : sets) writeset(set);
         for (const deckset& set : sets) writesection(set);
         writesprings();
@@ -170,6 +151,19 @@ class deckwriter {
                             setname(groupname(key.first), key.second, typesofgroup[key.first] == 1),
                             std::move(list)});
     }
+    static bool isface(int type) {
+        return type == typememb3 || type == typememb4 || type == typeshear4;
+    }
+    // Elements of the plane go round it against the clock, or the deck is refused.
+    static bool isclockwise(int e, int elnn) {
+        double twice = 0;
+        for (int c = 1; c <= elnn; ++c) {
+            const long n = long(elems(e, c)), next = long(elems(e, c % elnn + 1));
+            twice += double(nodes(0, n, 0)) * nodes(0, next, 1) -
+                     double(nodes(0, next, 0)) * nodes(0, n, 1);
+        }
+        return twice < 0;
+    }
     void writeset(const deckset& set) {
         const char* const name = nameof(set.type, set.group);
         if (name == nullptr) return;
@@ -186,9 +180,11 @@ class deckwriter {
         out.raw("*ELEMENT, TYPE=").raw(name).raw(", ELSET=").raw(set.name).raw("\n");
         for (const int e : set.elements) {
             out.put(e);
-            for (int c = 1; c <= nodesoftype(elems(e, 0)); ++c) {
+            const int elnn = nodesoftype(elems(e, 0));
+            const bool isturned = isplane && isface(set.type) && isclockwise(e, elnn);
+            for (int c = 1; c <= elnn; ++c) {
                 if (c == 2 && isbeam(set.type)) out.raw(",").put(middleof(e));
-                out.raw(",").put(int(elems(e, c)));
+                out.raw(",").put(int(elems(e, isturned ? elnn + 1 - c : c)));
             }
             out.raw("\n");
         }
@@ -198,16 +194,16 @@ class deckwriter {
         if (set.type == typeshear4) report.changed("SHEAR4 elements are membranes in the deck");
         if (isbeam(set.type))
             report.changed(
-                "Beams are rectangles or tubes of the same area and inertias; the torsion "
-                "of other shapes differs, and a member wants ten elements or more");
+                "Beams are rectangles or tubes of the same area, inertias and torsion in the deck, "
+                "without Poisson's contraction");
     }
 
-    void writematerial(const deckset& set, double part) {
+    void writematerial(const deckset& set) {
         const int g = set.group;
         out.raw("*MATERIAL, NAME=M_").raw(set.name).raw("\n*ELASTIC\n");
-        out.put(groups(g, fieldmodulus) * part).raw(",").put(groups(g, fieldpoisson)).raw("\n");
+        out.put(groups(g, fieldmodulus)).raw(",").put(groups(g, fieldpoisson)).raw("\n");
         if (groups(g, fielddensity) > 0)
-            out.raw("*DENSITY\n").put(groups(g, fielddensity) * part).raw("\n");
+            out.raw("*DENSITY\n").put(groups(g, fielddensity)).raw("\n");
     }
     void section(const char* keyword, const deckset& set) {
         out.raw("*").raw(keyword).raw(", ELSET=").raw(set.name).raw(", MATERIAL=M_").raw(set.name);
@@ -222,27 +218,52 @@ class deckwriter {
         }
         if (nameof(set.type, g) == nullptr) return;
         if (isbeam(set.type)) return writebeams(set);
-        writematerial(set, 1);
+        writematerial(set);
         const bool isshell = set.type >= typeshell3;
         const bool ismembrane = !isplane && set.type != typetruss;
         section(isshell ? "SHELL SECTION" : ismembrane ? "MEMBRANE SECTION" : "SOLID SECTION", set);
         out.raw("\n").put(groups(g, fieldthickness)).raw("\n");
     }
+    // Without Poisson's ratio, which would stiffen the solid at its rigid ends; the moduli stand in
+    // the axes of the beam.
+    void writebeammaterial(const deckset& set, const deckbeam& b) {
+        const double modulus = groups(set.group, fieldmodulus) * b.part;
+        out.raw("*MATERIAL, NAME=M_").raw(set.name);
+        out.raw("\n*ELASTIC, TYPE=ENGINEERING CONSTANTS\n");
+        for (int k = 0; k < 3; ++k) out.put(modulus).raw(",");
+        // Axis 1 of the material lies along the beam; the last modulus shears nothing.
+        out.raw("0,0,0,").put(b.shear1).raw(",").put(b.shear2).raw("\n").put(b.shear1).raw(",0\n");
+        if (groups(set.group, fielddensity) > 0)
+            out.raw("*DENSITY\n").put(groups(set.group, fielddensity) * b.part).raw("\n");
+        const double told = 1.01;  // times; less is beneath what the solid gives anyway
+        if (b.stiffer > told)
+            report.warn("Group " + groupname(set.group) + " is " + roughly(b.stiffer) +
+                        " times as stiff in torsion in the deck; so thin a section has no solid "
+                        "like it");
+    }
+    void beamsection(const std::string& name, const deckset& set, const deckbeam& b) {
+        out.raw(b.istube ? ", SECTION=PIPE" : ", SECTION=RECT");
+        out.raw(", ELSET=").raw(name).raw(", MATERIAL=M_").raw(set.name).raw("\n");
+        out.put(b.first).raw(",").put(b.second).raw("\n");
+    }
     // Beams of a group that look the same way share a section.
     void writebeams(const deckset& set) {
-        const deckbeam b = beamof(set.group, set.type);
-        if (!(b.first > 0 && b.second > 0 && std::isfinite(b.first) && std::isfinite(b.second))) {
+        const deckbeam b = beamofgroup(set.group, set.type);
+        if (!b.isvalid()) {
             report.error("Group " + groupname(set.group) +
                          " has no area or no inertias; its beams have no section in the deck");
             return;
         }
-        writematerial(set, b.part);
-        std::map<std::array<long, 3>, std::vector<int>> byway;
+        writebeammaterial(set, b);
+        std::map<std::array<long, 6>, std::vector<int>> byway;
         const double step = 1e6;
         for (const int e : set.elements) {
             localaxes(e);
-            std::array<long, 3> way;
-            for (std::size_t k = 0; k < 3; ++k) way[k] = std::lround(localy[k] * step);
+            std::array<long, 6> way;
+            for (std::size_t k = 0; k < 3; ++k) {
+                way[k] = std::lround(localx[k] * step);
+                way[k + 3] = std::lround(localy[k] * step);
+            }
             byway[way].push_back(e);
         }
         int part = 0;
@@ -253,16 +274,46 @@ class deckwriter {
                 out.raw("*ELSET, ELSET=").raw(name).raw("\n");
                 for (const int e : list) out.put(e).raw(",\n");
             }
-            out.raw("*BEAM SECTION, ELSET=").raw(name).raw(", MATERIAL=M_").raw(set.name);
-            out.raw(b.istube ? ", SECTION=PIPE\n" : ", SECTION=RECT\n");
-            out.put(b.first).raw(",").put(b.second).raw("\n");
-            for (std::size_t k = 0; k < 3; ++k) out.raw(k ? "," : "").put(double(way[k]) / step);
+            out.raw("*ORIENTATION, NAME=O_").raw(name).raw("\n");
+            for (std::size_t k = 0; k < 6; ++k) out.raw(k ? "," : "").put(double(way[k]) / step);
+            out.raw("\n*BEAM SECTION, ORIENTATION=O_").raw(name);
+            beamsection(name, set, b);
+            for (std::size_t k = 3; k < 6; ++k)
+                out.raw(k > 3 ? "," : "").put(double(way[k]) / step);
             out.raw("\n");
         }
+        for (const int e : set.elements)
+            for (int end = 1; end <= 2; ++end)
+                if (const auto n = std::size_t(elems(e, end)); isclamped[n]) {
+                    writefoot(e, int(n), set, b);
+                    isclamped[n] = false;
+                }
+    }
+    // A short beam from a clamped node, across the one that ends there.
+    void writefoot(int e, int n, const deckset& set, const deckbeam& b) {
+        const std::string name = std::string(footset) + "-" + numbertext(++feet);
+        const int middle = nnodes() + nelems() + 2 * feet - 1;
+        localaxes(e);
+        out.raw("*NODE\n");
+        for (int i = 1; i <= 2; ++i) {
+            std::array<float, 3> at;
+            for (int k = 0; k < 3; ++k)
+                at[std::size_t(k)] = float(nodes(0, n, k) + localz[k] * b.depth() * i / 2);
+            node(middle + i - 1, at);
+        }
+        out.raw("*ELEMENT, TYPE=B32R, ELSET=").raw(name).raw("\n").put(++lastelement);
+        out.raw(",").put(n).raw(",").put(middle).raw(",").put(middle + 1).raw("\n*BEAM SECTION");
+        beamsection(name, set, b);
+        for (std::size_t k = 0; k < 3; ++k) out.raw(k ? "," : "").put(localy[k]);
+        out.raw("\n");
+        report.changed(
+            "Clamped ends of beams have a foot in the deck, a short beam that carries "
+            "nothing: without it their reactions come out wrong");
+        report.about(reportitems::nodes, n);
     }
     // A spring a freedom: what joins different freedoms has no card.
     void writesprings() {
-        int number = nelems(), count = 0;
+        int count = 0;
         for (const deckset& set : sets) {
             if (nameof(set.type, set.group) != nullptr) continue;
             const int first = set.type == typespringr ? 4 : 1,
@@ -279,7 +330,7 @@ class deckwriter {
                 out.raw("*ELEMENT, TYPE=").raw(isgrounded ? "SPRING1" : "SPRING2");
                 out.raw(", ELSET=").raw(name).raw("\n");
                 for (const int e : set.elements) {
-                    out.put(++number).raw(",").put(int(elems(e, 1)));
+                    out.put(++lastelement).raw(",").put(int(elems(e, 1)));
                     if (!isgrounded) out.raw(",").put(int(elems(e, 2)));
                     out.raw("\n");
                 }
@@ -290,17 +341,44 @@ class deckwriter {
         }
     }
 
+    void constraint(int n, int dof, double value) {
+        out.raw(hasconstraints ? "" : "*BOUNDARY\n");
+        hasconstraints = true;
+        out.put(n).raw(",").put(dof).raw(",").put(dof).raw(",").put(value).raw("\n");
+    }
     void writeconstraints() {
-        bool any = false;
         for (int i = 1; i <= ncon; ++i) {
             if (connode(i) < 1 || connode(i) > nnodes()) continue;
-            if (!any) out.raw("*BOUNDARY\n");
-            any = true;
             const double value = condof(i) > 3 ? conval(i) * pi / 180 : double(conval(i));
-            out.put(connode(i)).raw(",").put(condof(i)).raw(",").put(condof(i));
-            out.raw(",").put(value).raw("\n");
+            constraint(connode(i), condof(i), value);
             report.read("Constraints");
         }
+        if (!dim2d) return;
+        // Lines stay in the plane: across it their nodes, and at the supports their rotations.
+        const std::vector<bool> supported = nodesheld(1);
+        std::vector<bool> seen(std::size_t(nnodes()) + 1, false);
+        for (const deckset& set : sets) {
+            if (!isbeam(set.type) && set.type != typetruss) continue;
+            for (const int e : set.elements)
+                for (int end = 1; end <= 2; ++end) {
+                    const int n = int(elems(e, end));
+                    if (seen[std::size_t(n)]) continue;
+                    seen[std::size_t(n)] = true;
+                    constraint(n, 3, 0);
+                    if (!isbeam(set.type) || !supported[std::size_t(n)]) continue;
+                    constraint(n, 4, 0);
+                    constraint(n, 5, 0);
+                }
+            report.changed("Lines of a 2-D analysis are held in their plane in the deck");
+        }
+    }
+    // By node: a freedom from this one on is held.
+    static std::vector<bool> nodesheld(int first) {
+        std::vector<bool> held(std::size_t(nnodes()) + 1, false);
+        for (int i = 1; i <= ncon; ++i)
+            if (condof(i) >= first && connode(i) >= 1 && connode(i) <= nnodes())
+                held[std::size_t(connode(i))] = true;
+        return held;
     }
 
     // --- steps ---
@@ -331,6 +409,7 @@ class deckwriter {
         for (const auto& [e, value] : pressures) out.put(e).raw(",P,").put(value).raw("\n");
         if (type != caseapplied) writegravity(lc, type);
         out.raw(
+            "** RF leaves out what loads put on the held nodes themselves\n"
             "*NODE PRINT, NSET=NALL\nU\n*NODE PRINT, NSET=NALL, TOTALS=YES\nRF\n"
             "*NODE FILE\nU,RF\n*END STEP\n");
         report.read("Load cases as steps");
@@ -405,6 +484,9 @@ class deckwriter {
     const bool isplane;
     std::vector<deckset> sets;
     std::set<std::string> taken;
+    std::vector<bool> isclamped;  // by node: a rotation is held
+    bool hasconstraints = false;
+    int feet = 0, lastelement = nelems();
 };
 
 }  // namespace

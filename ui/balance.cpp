@@ -23,13 +23,12 @@ static const char* const setting = "balance/after";
 
 namespace {
 
-class balancewindow : public QDialog {
+class balancewindow : public sidedialog {
   public:
-    balancewindow() : QDialog(themainwindow) {
+    balancewindow() : sidedialog(themainwindow) {
         setWindowTitle("Balance");
         setProperty(besidemain, true);
-        setAttribute(Qt::WA_ShowWithoutActivating);  // after a run the keys stay with the model
-        resize(820, 380);
+        resize(560, 380);
         auto* const rows = new QVBoxLayout(this);
         message = new QLabel(this);
         message->setObjectName("message");
@@ -52,6 +51,7 @@ class balancewindow : public QDialog {
         });
         foot->addWidget(after);
         foot->addStretch(1);
+        addcopytable(table, this, foot);
         connect(newbutton("Ready", "Ready", this, foot), &QPushButton::clicked, this,
                 &QDialog::accept);
         rows->addLayout(foot);

@@ -2,12 +2,10 @@
 // The dialogs Model Size, Analysis Options, About, Info and Model info.
 #include <QBoxLayout>
 #include <QCheckBox>
-#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -265,18 +263,6 @@ static QString headingofmodel() {
     return lines.join('\n');
 }
 
-// All cells with the headings, as spreadsheets take them.
-static void copytable(const QTableWidget* table) {
-    QStringList lines;
-    for (int i = -1; i < table->rowCount(); ++i) {
-        QStringList cells;
-        for (int k = 0; k < table->columnCount(); ++k)
-            cells << (i < 0 ? table->horizontalHeaderItem(k) : table->item(i, k))->text();
-        lines << cells.join('\t');
-    }
-    QGuiApplication::clipboard()->setText(lines.join('\n') + '\n');
-}
-
 QDialog* makemodelinfo() {
     auto* const dialog = new QDialog(themainwindow);
     dialog->setWindowTitle(QObject::tr("Model info"));
@@ -312,7 +298,7 @@ QDialog* makemodelinfo() {
         430, table->horizontalHeader()->height() + 4 + table->rowCount() * table->rowHeight(0));
     rows->addWidget(table);
     auto* const buttons = new QHBoxLayout;
-    newaction("Command2", "&Copy Table", dialog, buttons, [table] { copytable(table); });
+    addcopytable(table, dialog, buttons);
     buttons->addStretch(1);
     auto* const ok = button("Command1", "OK", dialog, buttons);
     ok->setDefault(true);

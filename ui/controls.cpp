@@ -3,12 +3,16 @@
 #include "ui/controls.h"
 
 #include <QBoxLayout>
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
 #include <QStringListModel>
+#include <QTableView>
 
 #include "core/textfile.h"
 
@@ -79,4 +83,24 @@ void showtext(QLineEdit* box, const std::string& text) {
 std::string typedtext(const QLineEdit* box) {
     const std::string whole = box->property(wholetext).toString().toStdString();
     return box->text() == qname(whole) ? whole : box->text().toStdString();
+}
+
+static QString textof(const QTableView* table) {
+    const QAbstractItemModel& model = *table->model();
+    QStringList lines;
+    for (int i = table->horizontalHeader()->isHidden() ? 0 : -1; i < model.rowCount(); ++i) {
+        QStringList cells;
+        for (int k = 0; k < model.columnCount(); ++k)
+            cells << (i < 0 ? model.headerData(k, Qt::Horizontal) : model.index(i, k).data())
+                         .toString();
+        lines << cells.join('\t');
+    }
+    return lines.join('\n') + '\n';
+}
+
+void addcopytable(const QTableView* table, QWidget* parent, QBoxLayout* row) {
+    QPushButton* const b = newbutton("copytable", "&Copy Table", parent, row);
+    b->setAutoDefault(false);
+    QObject::connect(b, &QPushButton::clicked, table,
+                     [table] { QGuiApplication::clipboard()->setText(textof(table)); });
 }

@@ -12,11 +12,14 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QTableView;
 class QWidget;
 
 QString qtext(const std::string& text);
 // A name from a model or a path from the settings, cut where it is longer than a list can show.
 QString qname(const std::string& name);
+// The button "Copy Table": all cells, with the headings where they show, as spreadsheets take them.
+void addcopytable(const QTableView* table, QWidget* parent, QBoxLayout* row);
 QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row);
 // The line at the foot of a dialog that takes its remarks; it wraps where one is long.
 QLabel* newmessageline(const char* name, QWidget* parent, QBoxLayout* rows);

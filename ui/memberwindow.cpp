@@ -42,6 +42,7 @@ class memberwindow : public QDialog {
         message = newmessageline("message", this, rows);
         auto* const foot = new QHBoxLayout;
         newaction("take", "Take Selection", this, foot, [this] { takeselection(); });
+        addcopytable(table, this, foot);
         auto* const kind = new QComboBox(this);
         kind->setObjectName("kind");
         kind->addItems({"Forces", "Deflections"});

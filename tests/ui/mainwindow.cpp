@@ -305,7 +305,7 @@ TEST(Mainwindow, PictureAndTableGoToTheClipboard) {
     findaction("copypicture")->item->trigger();
     EXPECT_FALSE(QGuiApplication::clipboard()->image().isNull());
     addnode(1, 2, 3);
-    room.open("modelinfo")->findChild<QPushButton*>("Command2")->click();
+    room.open("modelinfo")->findChild<QPushButton*>("copytable")->click();
     const QStringList lines = QGuiApplication::clipboard()->text().split('\n');
     EXPECT_EQ(lines[0], "Item\tIn the model\tDeclared");
     EXPECT_EQ(lines[1],

@@ -4,9 +4,13 @@
 
 #include <cmath>
 
+#include "core/journal.h"
 #include "core/model.h"
+#include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/session.h"
+#include "core/textfile.h"
+#include "files/kalfile.h"
 #include "tools/sectionfile.h"
 #include "view/solids.h"
 
@@ -72,34 +76,93 @@ static bool hasdatabase() {
     return sectcount > 0;
 }
 
+namespace {
+struct shape {
+    int type = -1;
+    double area = 0, second[3] = {};  // I xx, I yy, I zz
+    dimensions d{};
+};
+}  // namespace
+
+// Whatever the model's unit: the areas tell how many of the shape's lengths it measures.
+static outline outlineof(const shape& s, const sectionvalues& v) {
+    if (s.type < 0 || !(s.area > 0)) return {};
+    const double scale = std::sqrt(v.area / s.area), values[] = {v.ixx, v.iyy, v.izz};
+    for (int k = 0; k < 3; ++k)
+        if (!isnear(values[k], s.second[k] * std::pow(scale, 4), 1e-4)) return {};
+    dimensions d = s.d;
+    for (double& length : d) length *= scale;
+    return centred(s.type, d);
+}
+
 static outline profileofgroup(const sectionvalues& v) {
     if (!hasdatabase()) return {};
     for (long s = 1; s <= sectcount; ++s) {
-        const int type = findsectiontype(sectnames(s, 2));
-        const double area = sectdata(s, 1);
-        if (type < 0 || !(area > 0)) continue;
-        // Whatever the model's unit: the areas tell how many of the record's lengths it measures.
-        const double scale = std::sqrt(v.area / area);
-        const double values[] = {v.ixx, v.iyy, v.izz};
-        bool same = true;
-        for (int k = 0; k < 3 && same; ++k)
-            same = isnear(values[k], sectdata(s, k + 2) * std::pow(scale, 4), 1e-4);
-        if (!same) continue;
-        dimensions d{};
-        for (std::size_t k = 0; k < ndims; ++k) d[k] = sectdata(s, long(k) + 5) * scale;
-        return centred(type, d);
+        shape record{findsectiontype(sectnames(s, 2)), sectdata(s, 1), {}, {}};
+        for (int k = 0; k < 3; ++k) record.second[k] = sectdata(s, k + 2);
+        for (std::size_t k = 0; k < ndims; ++k) record.d[k] = sectdata(s, long(k) + 5);
+        if (outline found = outlineof(record, v); !found.empty()) return found;
     }
     return {};
 }
 
+// --- sections of typed dimensions ---------------------------------------------------------------
+
+static const char* const shapesection = "shapes";
+
+static std::vector<shape> readshapes(textin& in) {
+    std::vector<shape> shapes;
+    while (!in.atend()) {
+        const std::string name = in.text();
+        shape s{findsectiontype(name), 0, {}, {}};
+        if (s.type < 0) in.fail(errtype, "there is no type of section \"" + name + "\"");
+        for (double& length : s.d) length = in.number();
+        s.area = in.number();
+        for (double& second : s.second) second = in.number();
+        shapes.push_back(s);
+    }
+    return shapes;
+}
+
+static std::vector<shape> keptshapes() {
+    std::vector<shape> shapes;
+    textin in = kalreader(shapesection);
+    guarded([&] { shapes = readshapes(in); }, [](const runtimeerror&) {});
+    return shapes;
+}
+
+void keepshape(int type, const dimensions& d, const sectionvalues& v) {
+    std::string row = std::string("\"") + sectiontypes[type].name + "\"";
+    for (const double length : d) row += "," + numbertext(length);
+    for (const double value : {v.area, v.ixx, v.iyy, v.izz}) row += "," + numbertext(value);
+    const std::string rows = kalsection(shapesection);
+    if (rows.find(row + "\n") != rows.npos) return;
+    const step change("Section", reaches::texts);
+    putkalsection(shapesection, rows + row + "\n");
+}
+
+// --- of a group ---------------------------------------------------------------------------------
+
+static sectionvalues valuesof(int g) {
+    return {groups(g, fieldthickness), groups(g, fieldixx), groups(g, fieldwxx),
+            groups(g, fieldiyy),       groups(g, fieldwyy), groups(g, fieldizz),
+            groups(g, fieldwzz)};
+}
+
+outline knownsection(int g) {
+    const sectionvalues v = valuesof(g);
+    if (!(v.area > 0) || !(v.ixx > 0)) return {};
+    for (const shape& s : keptshapes())
+        if (outline found = outlineof(s, v); !found.empty()) return found;
+    return profileofgroup(v);
+}
+
 static outline sectionfor(int g) {
-    const sectionvalues v{groups(g, fieldthickness), groups(g, fieldixx), groups(g, fieldwxx),
-                          groups(g, fieldiyy),       groups(g, fieldwyy), groups(g, fieldizz),
-                          groups(g, fieldwzz)};
-    outline found = v.area > 0 && v.ixx > 0 ? profileofgroup(v) : outline();
-    return found.empty() ? equivalentsection(v) : found;
+    outline found = knownsection(g);
+    return found.empty() ? equivalentsection(valuesof(g)) : found;
 }
 
 void wiregroupsections() {
     sectionofgroup = sectionfor;
+    checkkalsection(shapesection, [](textin& in) { readshapes(in); });
 }

@@ -9,6 +9,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/runtime.h"
+#include "tools/groupsection.h"
 #include "tools/sectionfile.h"
 
 const char* const unitnames[nunits] = {"mm", "cm", "dm", "m", "Inch"};
@@ -322,6 +323,10 @@ bool acceptsection(sectionform& form, groupform& group) {
     if (form.stale) {
         if (form.message.empty()) form.message = "There are no results to accept";
         return false;
+    }
+    if (!form.database) {
+        const auto& v = form.values;
+        keepshape(form.type, dimensionsof(form), {v[0], v[1], v[2], v[3], v[4], v[5], v[6]});
     }
     const int fields[nresults] = {4, 7, 8, 9, 10, 11, 12};
     for (std::size_t i = 0; i < nresults; ++i)

@@ -149,14 +149,10 @@ class tablewriter {
         if (areelements())
             for (const char* const one : stresssymbols) out.cell(one);
         else
-            for (const int dof : freedomsof()) out.cell(freedoms[isforces()][dof]);
+            for (const int dof : freedomsof(source->anadof())) out.cell(freedoms[isforces()][dof]);
         out.endrow();
     }
     bool isforces() const { return table.kind == resultkinds::forces; }
-    std::vector<int> freedomsof() const {
-        static const std::vector<int> bycode[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
-        return bycode[source->anadof()];
-    }
 
     void begin() {
         out.cell(name);

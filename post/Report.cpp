@@ -18,7 +18,7 @@
 #include "post/stressfile.h"
 #include "view/moddraw.h"
 
-const std::array<reportcheck, 10> reportchecks = {{
+const std::array<reportcheck, 11> reportchecks = {{
     {secgroups, "Group Properties", false},
     {secmesh, "Nodes & Elements", false},
     {secconstraints, "Constrains", false},
@@ -29,12 +29,13 @@ const std::array<reportcheck, 10> reportchecks = {{
     {secaverages, "Nodal Stress Averages", true},
     {secmembers, "Member Forces", true},
     {secbalance, "Balance", true},
+    {secenvelopes, "Envelopes", true},
 }};
 
 static std::array<bool, sectioncount> toldsections() {
     std::array<bool, sectioncount> wanted;
     wanted.fill(true);
-    wanted[secmembers] = wanted[secbalance] = false;
+    wanted[secmembers] = wanted[secbalance] = wanted[secenvelopes] = false;
     return wanted;
 }
 std::array<bool, sectioncount> reportwanted = toldsections();
@@ -92,7 +93,8 @@ static void writeall(reporttext& r) {
                      {secstresses, writestresses},
                      {secaverages, writeaverages},
                      {secmembers, writemembers},
-                     {secbalance, writebalance}},
+                     {secbalance, writebalance},
+                     {secenvelopes, writeenvelopes}},
                     0.3, 1);
     else
         writenoanalysis(r, kind);

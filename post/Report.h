@@ -18,6 +18,7 @@ enum reportsection {
     secaverages,
     secmembers,  // these are written when they are asked for
     secbalance,
+    secenvelopes,
     sectioncount
 };
 struct reportcheck {
@@ -25,7 +26,7 @@ struct reportcheck {
     const char* caption;
     bool output;  // of the second group
 };
-extern const std::array<reportcheck, 10> reportchecks;
+extern const std::array<reportcheck, 11> reportchecks;
 
 // The dialog's check boxes; they outlive it.
 extern std::array<bool, sectioncount> reportwanted;

@@ -22,10 +22,12 @@
 #include "files/filop.h"
 #include "files/kalfile.h"
 #include "post/bookparts.h"
+#include "post/components.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/printdraw.h"
 #include "post/shapes.h"
+#include "post/source.h"
 #include "view/moddraw.h"
 
 static const char* const section = "report";
@@ -50,11 +52,25 @@ const std::vector<bookpart>& bookparts() {
         {results, "shapes", "Deformed shapes", true, bookshapes},
         {results, "reactions", "Reactions of the supports", true, bookreactions},
         {results, "stresses", "Largest stresses by group", true, bookstresses},
+        {results, "envelopes", "Envelopes of the combinations", true, bookenvelopes},
+        {results, "normalforces", "Normal forces in line elements", true,
+         [](booksink& b) { bookdiagrams(b, {memN}); }},
+        {results, "shearforces", "Shear forces in line elements", false,
+         [](booksink& b) {
+             bookdiagrams(b, {memVy, memVz});
+         }},
+        {results, "torsion", "Torsion of line elements", false,
+         [](booksink& b) { bookdiagrams(b, {memT}); }},
+        {results, "moments", "Moments of line elements", true,
+         [](booksink& b) {
+             bookdiagrams(b, {memMy, memMz});
+         }},
         {results, "contours", "Combined stress", true, bookcontours},
         {results, "modes", "Modes of vibration", true, bookmodes},
         {tables, "alldisplacements", "Displacements of all nodes", false, bookalldisplacements},
         {tables, "allforces", "Forces at all nodes", false, bookallforces},
         {tables, "allstresses", "Stresses of all elements", false, bookallstresses},
+        {tables, "allenvelopes", "Envelopes of all values", false, bookallenvelopes},
     };
     return parts;
 }
@@ -93,6 +109,12 @@ static void eachnumber(scene& s, Take take) {
         take(*x);
 }
 
+// Those of members and sources came later: a view may end before them.
+template <typename Take>
+static void eachlater(scene& s, Take take) {
+    for (int* n : {&s.diagram, &s.source, &s.sourcecase, &s.envelope}) take(*n);
+}
+
 static scene readscene(textin& in) {
     scene s;
     s.caption = in.text();
@@ -103,8 +125,14 @@ static scene readscene(textin& in) {
         else
             value = kind(in.wholewithin(0, 32767, "a number of a view"));
     });
-    const int components = 99;
-    if (s.component < 1 || s.component > components || !(s.scale > 0))
+    if (!in.atlineend())
+        eachlater(s, [&](int& value) { value = in.wholewithin(0, 32767, "a number of a view"); });
+    const bool listed = s.component >= 1 && s.component <= componentcount &&
+                        s.data <= displacementdata && s.direction < directioncount &&
+                        s.loads <= viewloads.upper && s.diagram <= memberquantities &&
+                        s.source <= int(sources::envelope) &&
+                        s.envelope <= int(envelopekinds::smallest);
+    if (!listed || !(s.scale > 0))
         in.fail(errtype, "the view \"" + s.caption + "\" can not be shown");
     return s;
 }
@@ -150,7 +178,9 @@ void storebook(const bookchoice& book) {
     for (const std::string& key : book.changed) rows += "\"part\"," + asquoted(key) + "\n";
     for (scene s : book.views) {
         rows += "\"view\"," + asquoted(s.caption);
-        eachnumber(s, [&](auto value) { rows += "," + numbertext(double(value)); });
+        const auto put = [&](auto value) { rows += "," + numbertext(double(value)); };
+        eachnumber(s, put);
+        eachlater(s, put);
         rows += "\n";
     }
     const step change("Report", reaches::texts);
@@ -242,6 +272,7 @@ void writebook(booksink& to) {
     const keptscene kept;
     const bookchoice book = thebook();
     postset = setofall;
+    shownsource.of = sources::combination;
     partsdone = 0;
     partsinall = 1;
     for (const bookpart& p : bookparts()) partsinall += p.write && ispartwanted(book, p.key);

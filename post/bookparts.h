@@ -4,6 +4,7 @@
 #pragma once
 
 #include "post/booksink.h"
+#include "post/memberfile.h"
 #include "post/scene.h"
 
 // Of the model.
@@ -21,13 +22,16 @@ void bookbalance(booksink& b);
 void bookmasses(booksink& b);
 void bookdisplacements(booksink& b);  // largest
 void bookreactions(booksink& b);
-void bookstresses(booksink& b);  // largest by group
+void bookstresses(booksink& b);   // largest by group
+void bookenvelopes(booksink& b);  // the worst places
 void bookmodes(booksink& b);
 void bookshapes(booksink& b);
 void bookcontours(booksink& b);
+void bookdiagrams(booksink& b, const std::vector<memberquantity>& quantities);
 void bookalldisplacements(booksink& b);
 void bookallforces(booksink& b);
 void bookallstresses(booksink& b);
+void bookallenvelopes(booksink& b);
 
 // A scene as a picture of view 1.
 void bookpicture(booksink& b, const scene& s);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <utility>
 
 #include "core/catalogue.h"
 #include "core/journal.h"
@@ -14,11 +15,13 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "post/balance.h"
 #include "post/book.h"
 #include "post/bookparts.h"
 #include "post/combinedstress.h"
 #include "post/components.h"
 #include "post/legend.h"
+#include "post/members.h"
 #include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/resultstream.h"
@@ -77,86 +80,35 @@ static std::string nameof(int c) {
     return shownname(lcombname(c), 60);
 }
 
-// Place in X Y Z RX RY RZ of each value of a node row.
-static std::vector<int> freedomsof(int anadof) {
-    static const std::vector<int> lists[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
-    return lists[std::size_t(anadof)];
-}
-
 static double degrees(double x, int freedom) {
     return freedom >= 3 ? x * 180 / pi : x;
 }
 
 // --- balance and masses -------------------------------------------------------------------------
 
-namespace {
-struct sumrow {
-    std::string word, name;
-    std::vector<double> values;
-};
-}  // namespace
-
-static std::vector<sumrow> readsums() {
-    textin in(findnocase(modelname + ".sum"));
-    std::vector<sumrow> rows;
-    while (!in.atend()) {
-        sumrow row;
-        row.word = in.text();
-        if (row.word == "case") row.values.push_back(in.number());
-        if (row.word == "case" || row.word == "load" || row.word == "warning" ||
-            row.word == "static" || row.word == "modes")
-            row.name = in.text();
-        while (!in.atend() && !in.atlineend()) row.values.push_back(in.number());
-        rows.push_back(row);
-    }
-    return rows;
-}
-
-static cells sixof(const std::string& name, const std::vector<double>& values) {
-    cells row = {name};
-    for (std::size_t k = 0; k < 6; ++k) row.push_back(k < values.size() ? value(values[k]) : "");
-    return row;
-}
-
 void bookbalance(booksink& b) {
-    const double most = 1e-6;  // of the load, from which a residual is red
     if (!hasresults(b)) return;
-    told(b, [&] {
-        std::vector<bookcolumn> columns = {{"", false, 1.6}};
-        for (const char* name : forcenames) columns.push_back({name});
-        bool open = false;
-        const auto close = [&] {
-            if (std::exchange(open, false)) b.endtable();
-        };
-        for (const sumrow& row : readsums()) {
-            if (row.word == "case") {
-                close();
-                b.begintable("Load case " + value(row.values[0]) + ", " + row.name, columns);
-                open = true;
-            } else if (row.word == "mode") {
-                break;
-            } else if (row.word == "warning") {
-                close();
-                b.text(row.name, true);
-            } else if (open && row.word == "load") {
-                b.row(sixof("Loads, " + row.name, row.values));
-            } else if (open && row.word == "applied") {
-                b.row(sixof("All loads", row.values));
-            } else if (open && row.word == "reactions") {
-                b.row(sixof("Reactions", row.values));
-            } else if (open && row.word == "difference") {
-                b.row(sixof("Difference", row.values));
-            } else if (open && row.word == "residual" && !row.values.empty()) {
-                const bool red = !(row.values[0] <= most);
-                b.row({"Residual", value(row.values[0])}, red);
-            } else if (open && (row.word == "translation" || row.word == "rotation") &&
-                       row.values.size() > 1) {
-                b.row({"Largest " + row.word, value(row.values[0]),
-                       "at node " + value(row.values[1])});
-            }
+    const balance of = readbalance();
+    if (of.cases.empty()) return b.text(of.fault, true);
+    bool open = false;
+    const auto close = [&] {
+        if (std::exchange(open, false)) b.endtable();
+    };
+    for (const balancerow& row : balancepage(of)) {
+        if (row.head) {
+            close();
+            std::vector<bookcolumn> columns = {{"", false, 1.6}};
+            for (std::size_t k = 1; k < row.cells.size(); ++k) columns.push_back({row.cells[k]});
+            b.begintable(row.cells[0], columns);
+            open = true;
+        } else if (row.cells.size() > 1) {
+            b.row(row.cells, row.red);
+        } else {
+            close();
+            b.text(row.cells[0], true);
         }
-        close();
-    });
+    }
+    close();
 }
 
 void bookmasses(booksink& b) {
@@ -330,7 +282,7 @@ static void stresstables(booksink& b, bool lines) {
     resultrows rows(modelname + (lines ? ".LES" : ".NSL"),
                     lines ? resultkinds::linestresses : resultkinds::stresses);
     std::vector<bookcolumn> columns = {{"Element", true, 1.2}, {"Node", true, 1.2}};
-    for (const componentrow& row : stresscomponents) columns.push_back({row.label});
+    for (int k = 0; k < toldcomponents; ++k) columns.push_back({stresscomponents[k].label});
     for (int c = 1; c <= ncomb(); ++c) {
         b.begintable("Combination " + numbertext(c) + ", " + nameof(c) +
                          (lines ? ", line elements" : ", faces, local axes"),
@@ -385,6 +337,27 @@ void bookcontours(booksink& b) {
             s.hidden = !ofline;
             bookpicture(b, s);
         }
+}
+
+// Of each combination those that are more than rounding.
+void bookdiagrams(booksink& b, const std::vector<memberquantity>& quantities) {
+    if (!hasresults(b)) return;
+    const std::vector<int> members = allmembers();
+    if (members.empty()) return b.text("There are no forces along line elements.");
+    const int before = curlcomb;
+    for (int c = 1; c <= ncomb(); ++c)
+        for (const memberquantity q : quantities) {
+            curlcomb = c;
+            const memberrange range = rangeof(q, members);
+            if (range.size() == 0 || range.isnoise()) continue;
+            scene s;
+            s.caption = std::string(quantityrows[q].caption) + " " + quantityrows[q].label + ", " +
+                        nameof(c);
+            s.combination = c;
+            s.diagram = int(q) + 1;
+            bookpicture(b, s);
+        }
+    curlcomb = before;
 }
 
 // --- modes --------------------------------------------------------------------------------------

@@ -14,6 +14,7 @@
 #include "post/contour.h"
 #include "post/secondplot.h"
 #include "post/shapes.h"
+#include "post/source.h"
 #include "post/stressfile.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -58,18 +59,21 @@ static void keepdisplacements() {
 namespace {
 // The second combination in view for as long as it lives.
 struct secondinview {
-    secondinview() : first(curlcomb) {
+    secondinview() : first(curlcomb), source(shownsource.of) {
         second.reading = true;
         curlcomb = second.number;
+        shownsource.of = sources::combination;
     }
     ~secondinview() {
         second.reading = false;
         curlcomb = first;
+        shownsource.of = source;
         retryresults();
     }
     secondinview(const secondinview&) = delete;
     secondinview& operator=(const secondinview&) = delete;
     const int first;
+    const sources source;
 };
 }  // namespace
 
@@ -121,6 +125,7 @@ static void around(int nview, bool begins) {
     if (begins && nview == 2) guest.emplace(nview);
     if (begins) return;
     if (nview == 2) guest.reset();
+    if (nview == 2 && sidebyside && !second.commonscale) prepareplot();  // back to view 1's scale
     if (sidebyside && nview <= 2 && toprinter == 0) follow(nview);
 }
 
@@ -142,6 +147,11 @@ void startcomparison(int with) {
         viewtype(2) = viewtype(1);
         settwoviews();
     }
+    showresults();
+}
+
+void choosecommonscale(bool common) {
+    second.commonscale = common;
     showresults();
 }
 

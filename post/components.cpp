@@ -49,9 +49,15 @@ const componentrow stresscomponents[componentcount] = {
     {"Line: Von Mises", "LVM", "Von Mises"},
 };
 
-const char* const displacementcaptions[4] = {
-    "X, Y, Z, Displacement (Length of displacement vector)", "X Displacement", "Y Displacement",
-    "Z Displacement"};
+const directionrow directions[directioncount] = {
+    {"X, Y, Z, Displacement (Length of displacement vector)", "Displacement", "XYZ Displacements"},
+    {"X Displacement", "DX", "X Displacements"},
+    {"Y Displacement", "DY", "Y Displacements"},
+    {"Z Displacement", "DZ", "Z Displacements"},
+    {"X Rotation", "RX", "X Rotations, degrees"},
+    {"Y Rotation", "RY", "Y Rotations, degrees"},
+    {"Z Rotation", "RZ", "Z Rotations, degrees"},
+};
 
 const char* const stresssymbols[13] = {"Sx",  "Sy",  "Sz",  "Sxy", "Sxz", "Syz",     "Sbx",
                                        "Sby", "Sbz", "Stx", "Sty", "Stz", "Combined"};

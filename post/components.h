@@ -9,6 +9,11 @@ struct componentrow {
 // Component 1 first: the values of a record, behind them those of post/exactstress.
 const int toldcomponents = 13, componentcount = 40;
 extern const componentrow stresscomponents[componentcount];
-extern const char* const displacementcaptions[4];
+// Directions of displacement: its length, X Y Z, and behind the told ones the rotations.
+const int toldirections = 3, directioncount = 7;
+struct directionrow {
+    const char *caption, *label, *legend;
+};
+extern const directionrow directions[directioncount];
 // In tables and grids; the last is the combined stress.
 extern const char* const stresssymbols[13];

@@ -10,10 +10,12 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "post/components.h"
-#include "post/legendlook.h"
 #include "post/exactstress.h"
+#include "post/legendlook.h"
+#include "post/nodeenvelope.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
+#include "post/sectionfibres.h"
 #include "post/source.h"
 #include "post/stressenvelope.h"
 #include "post/stressfile.h"
@@ -110,12 +112,19 @@ bool plotsstress() {
 
 float plotvalue(int e, int corner) {
     if (const float* const other = comparedvalues(e)) return other[corner - 1];
-    if (plotsstress() && isenvelope()) return envelopevalue(e, corner);
+    if (plotsstress() && isenvelope()) return shownof(governedat(e, corner));
     if (plotsstress() && isexact(stresscomp)) return float(exactvalue(stresscomp, e, corner));
     if (plotsstress()) return float(elemstress(stresscomp, e, corner));
+    if (needsnodeenvelope(dispcontour)) return shownof(governedatnode(int(elems(e, corner))));
     const auto d = nodes.row(1, int(elems(e, corner)));
     if (dispcontour > 0) return d[std::size_t(dispcontour - 1)];
     return float(std::sqrt(double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2]));
+}
+
+int plotgovernor(int e, int corner) {
+    if (!isenvelope() || comparedvalues(e)) return 0;
+    if (plotsstress()) return governorof(governedat(e, corner));
+    return fieldismode ? 0 : governorof(governedatnode(int(elems(e, corner))));
 }
 
 // A uniform field has no width of its own; the spread falls as the value grows.
@@ -177,6 +186,8 @@ void retryresults() {
     stressloaded = false;
     stressunreadable = false;
     dropenvelope();
+    dropnodeenvelope();
+    dropfibres();
 }
 
 // Other parts may give up the stresses, or the model may have outgrown them.
@@ -202,10 +213,15 @@ static bool preparestress() {
     return !stressunreadable;
 }
 
+static bool preparedisplacements() {
+    return needsnodeenvelope(dispcontour) ? readnodeenvelope(dispcontour)
+                                          : fieldread && !fieldisnoise;
+}
+
 bool prepareplot() {
     plotprepared = false;
     if (!iscontour() && !iselementstress()) return false;
-    if (plotsstress() ? !preparestress() : !fieldread || fieldisnoise) return false;
+    if (plotsstress() ? !preparestress() : !preparedisplacements()) return false;
     indexcolors = lookoflegend().bands;
     contourscale();
     fillpalette();
@@ -214,8 +230,7 @@ bool prepareplot() {
 }
 
 std::string plotlabel() {
-    static const char* const displacements[] = {"Displacement", "DX", "DY", "DZ"};
-    return !plotsstress() ? displacements[dispcontour] : stresscomponents[stresscomp - 1].label;
+    return !plotsstress() ? directions[dispcontour].label : stresscomponents[stresscomp - 1].label;
 }
 
 std::string plottext() {

@@ -13,7 +13,7 @@
 extern int stresscomp;  // component 1..13 of a stress record, 13 the combined stress
 enum plotteddata { stressdata, displacementdata };
 extern int contourdata;      // plotteddata
-extern int dispcontour;      // 0 length of the displacement vector, 1 x, 2 y, 3 z
+extern int dispcontour;      // 0 length of the displacement vector, 1 x, 2 y, 3 z, 4..6 rotations
 extern int contourfilled;    // 1 filled bands, 0 lines
 extern bool indexautoscale;  // the scale follows the values; else scalemin..scalemax
 extern double scalemax, scalemin;
@@ -40,9 +40,10 @@ struct cornervalue {
 };
 extern cornervalue highest, lowest;  // of the corners that exist, set by contourscale
 
-void noteselection();                // counts the elements of the set into postcount
-bool isplotted(int e);               // and of a kind that the active entry shows
-float plotvalue(int e, int corner);  // what is plotted, corner 1..4
+void noteselection();                 // counts the elements of the set into postcount
+bool isplotted(int e);                // and of a kind that the active entry shows
+float plotvalue(int e, int corner);   // what is plotted, corner 1..4
+int plotgovernor(int e, int corner);  // combination of an envelope that gives it, or 0
 // Sets indexmin and indexmax for the active entry, and counts what the filled painter leaves out.
 void contourscale();
 const float fillstart = 1e6f;  // values from here up are left out by the filled painter

@@ -11,6 +11,7 @@
 #include "core/views.h"
 #include "post/plainnumber.h"
 #include "post/postproces.h"
+#include "post/secondplot.h"
 #include "post/source.h"
 #include "view/drawelems.h"
 #include "view/localaxes.h"
@@ -81,16 +82,34 @@ static std::vector<int> shownmembers() {
 }
 
 static std::vector<int> members;
-static memberrange range;
+static memberrange ranges[2];  // of view 1 and of the result beside it
+
+// Two modes side by side have no forces.
+static bool hassecond() {
+    return sidebyside && second.valid && !menupostItem(modeshape).checked;
+}
+
+static const memberrange& rangein(int nview) {
+    return ranges[hassecond() && nview == 2];
+}
 
 const memberrange& diagramrange() {
-    return range;
+    return ranges[0];
 }
 
 void preparediagrams() {
     if (!diagramshown) return;
     members = shownmembers();
-    range = rangeof(diagram.quantity, members);
+    ranges[0] = rangeof(diagram.quantity, members);
+    if (!hassecond()) return;
+    const ofview other(2);
+    ranges[1] = rangeof(diagram.quantity, members);
+}
+
+// The value that is drawn longest in a view.
+static double sizein(int nview) {
+    const bool both = hassecond() && second.commonscale && nview <= 2;
+    return both ? std::max(ranges[0].size(), ranges[1].size()) : rangein(nview).size();
 }
 
 std::string diagramnote() {
@@ -100,25 +119,21 @@ std::string diagramnote() {
     return diagram.selected ? "No line element is selected" : "The model has no line elements";
 }
 
-static std::string at(const memberextreme& x) {
-    return plainnumber(x.value, range.size()) + " in element " + std::to_string(x.e);
+static std::string at(const memberextreme& x, double size) {
+    return plainnumber(x.value, size) + " in element " + std::to_string(x.e);
 }
 
-std::string diagramtext() {
+std::string diagramtext(int nview) {
+    const memberrange& range = rangein(nview);
     const quantityrow& row = quantityrows[diagram.quantity];
     if (range.high.e == 0) return row.caption;
     if (range.isnoise())
         return std::string(row.label) + ", " + row.caption + ": nothing but rounding";
-    return std::string(row.label) + ", " + row.caption + ": " + at(range.high) + " to " +
-           at(range.low);
+    return std::string(row.label) + ", " + row.caption + ": " + at(range.high, range.size()) +
+           " to " + at(range.low, range.size());
 }
 
 // --- drawing ------------------------------------------------------------------------------------
-
-// The second of two results side by side: the members read are the first's.
-static bool isofanother(int nview) {
-    return sidebyside && nview == 2;
-}
 
 namespace {
 // A member in the prepared view: place of a station with its value, scaled coordinates.
@@ -139,12 +154,10 @@ static double stationplace(int i) {
     return double(i) / (memberstations - 1);
 }
 
-static memberframe frameof(int e, int nview, double factor) {
+static memberframe frameof(int e, const scaledpoint& a, const scaledpoint& b, double factor) {
     localaxes(e);
     const diagramside side = sideof(diagram.quantity);
     const double* const axis = side.axis == 2 ? localy : localz;
-    const scaledpoint a = drawnplace(int(elems(e, 1)), nview),
-                      b = drawnplace(int(elems(e, 2)), nview);
     memberframe f{{a.x, a.y, a.z}, {b.x - a.x, b.y - a.y, b.z - a.z}, {}};
     for (int k = 0; k < 3; ++k) f.side[k] = side.sign * factor * axis[k];
     return f;
@@ -203,28 +216,29 @@ static void linecurve(surface& s, const memberframe& f, const float* value, cons
 }
 
 // Ends, and the largest and smallest between them.
-static void labelcurve(surface& s, const memberframe& f, const float* value, thinning& labels) {
+static void labelcurve(surface& s, const memberframe& f, const float* value, double size,
+                       thinning& labels) {
     const auto [low, high] = std::minmax_element(value, value + memberstations);
     const int wanted[] = {int(high - value), int(low - value), 0, memberstations - 1};
-    const double nothing = 1e-6 * range.size();
+    const double nothing = 1e-6 * size;
     for (const int i : wanted) {
         if (std::fabs(value[i]) <= nothing) continue;
         const point2 at = f.place(stationplace(i), value[i]);
         if (at.x < 0 || at.y < 0 || at.x > s.width() || at.y > s.height()) continue;
         if (!labels.accepts(at.x, at.y)) continue;
         s.moveto(at.x, at.y);
-        s.text(plainnumber(value[i], range.size()));
+        s.text(plainnumber(value[i], size));
     }
 }
 
 static const double tolerance = 0.012;  // centimetres: half a pixel
 
-static void plotcurve(surface& s, int e, int nview, double factor, const memberline& line) {
+static void plotcurve(surface& s, const memberframe& f, double factor, const memberline& line,
+                      bool filled) {
     const float* const value = line.value[diagram.quantity];
-    const memberframe f = frameof(e, nview, factor);
     int at[memberstations];
     const int n = neededstations(value, tolerance / factor, at);
-    if (diagram.filled && !isenvelope())
+    if (filled)
         fillcurve(s, f, value, at, n);
     else
         linecurve(s, f, value, at, n);
@@ -232,20 +246,24 @@ static void plotcurve(surface& s, int e, int nview, double factor, const memberl
 
 // Of a member a few pixels long one stroke: the line of its ends' values, or a filled one's
 // ordinate.
-static void plotshort(surface& s, int e, int nview, double factor, const memberline& line) {
+static void plotshort(surface& s, const memberframe& f, const memberline& line) {
     const float* const value = line.value[diagram.quantity];
     const int middle = memberstations / 2, last = memberstations - 1;
-    const memberframe f = frameof(e, nview, factor);
     const bool ordinate = diagram.filled;
     const point2 a = ordinate ? f.place(0.5, 0) : f.place(0, value[0]),
                  b = ordinate ? f.place(0.5, value[middle]) : f.place(1, value[last]);
     s.line(a.x, a.y, b.x, b.y, value[middle] < 0 ? negativecolor : positivecolor);
 }
 
-static double lengthonsurface(int e, int nview) {
-    const point2 a = project(viewcamera, drawnplace(int(elems(e, 1)), nview)).at,
-                 b = project(viewcamera, drawnplace(int(elems(e, 2)), nview)).at;
-    return std::hypot(a.x - b.x, a.y - b.y);
+static void plotmember(surface& s, int e, int nview, const memberframe& f, double factor,
+                       const memberresult& m) {
+    plotcurve(s, f, factor, m.high, diagram.filled && !m.least);
+    if (m.least) plotcurve(s, f, factor, *m.least, false);
+    if (!diagram.filled) return;
+    drawcolor = colourofelement(e);
+    s.drawwidth = 2;
+    drawelementoutline(e, nview);
+    s.drawwidth = 1;
 }
 
 // Centimetres of the largest value.
@@ -255,8 +273,8 @@ static double diagramlength() {
 
 void drawdiagrams(int nview) {
     surface* const s = target(nview);
+    const memberrange& range = rangein(nview);
     if (!diagramshown || s == nullptr || range.size() == 0 || range.isnoise()) return;
-    if (isofanother(nview)) return;
     const double apart = 0.7;     // centimetres between two labels
     const double shortest = 0.2;  // centimetres of a member whose curve can be seen
     const keptpen pen(s);
@@ -266,36 +284,34 @@ void drawdiagrams(int nview) {
     s->font = elemlabelfont;
     s->textcolor = elemlabelcolor;
     s->fillsolid = diagram.filled;
-    const double factor = diagramlength() / range.size();
-    thinning labels(s->width(), s->height(), apart);
-    for (const bool text : {false, true}) {
-        if (text && !diagram.values) break;
-        for (const int e : members) {
-            if (e > nelems() || !isshown(e, nview)) continue;
-            const double length = lengthonsurface(e, nview);
-            const bool extreme = e == range.high.e || e == range.low.e;
-            if (text && length < apart && !extreme) continue;
-            const memberresult* const m = memberof(e);
-            if (!m) continue;
-            if (!text && length < shortest) {
-                plotshort(*s, e, nview, factor, m->high);
-                if (m->least) plotshort(*s, e, nview, factor, *m->least);
-                continue;
-            }
-            if (text) {
-                const memberframe f = frameof(e, nview, factor);
-                labelcurve(*s, f, m->high.value[diagram.quantity], labels);
-                if (m->least) labelcurve(*s, f, m->least->value[diagram.quantity], labels);
-                continue;
-            }
-            plotcurve(*s, e, nview, factor, m->high);
-            if (m->least) plotcurve(*s, e, nview, factor, *m->least);
-            if (!diagram.filled) continue;
-            drawcolor = colourofelement(e);
-            s->drawwidth = 2;
-            drawelementoutline(e, nview);
-            s->drawwidth = 1;
+    const double size = sizein(nview), factor = diagramlength() / size;
+    struct labelled {
+        memberframe frame;
+        const memberresult* result;
+    };
+    std::vector<labelled> texts;  // they stand on what all members have drawn
+    for (const int e : members) {
+        if (e > nelems() || !isshown(e, nview)) continue;
+        const memberresult* const m = memberof(e);
+        if (!m) continue;
+        const scaledpoint a = drawnplace(int(elems(e, 1)), nview),
+                          b = drawnplace(int(elems(e, 2)), nview);
+        const point2 pa = project(viewcamera, a).at, pb = project(viewcamera, b).at;
+        const double length = std::hypot(pa.x - pb.x, pa.y - pb.y);
+        const memberframe f = frameof(e, a, b, factor);
+        if (length >= shortest) {
+            plotmember(*s, e, nview, f, factor, *m);
+        } else {
+            plotshort(*s, f, m->high);
+            if (m->least) plotshort(*s, f, *m->least);
         }
+        const bool extreme = e == range.high.e || e == range.low.e;
+        if (diagram.values && (length >= apart || extreme)) texts.push_back({f, m});
+    }
+    thinning labels(s->width(), s->height(), apart);
+    for (const auto& [f, m] : texts) {
+        labelcurve(*s, f, m->high.value[diagram.quantity], size, labels);
+        if (m->least) labelcurve(*s, f, m->least->value[diagram.quantity], size, labels);
     }
 }
 
@@ -306,7 +322,7 @@ void drawdiagrams(int nview) {
 bool drawcurvedmember(int e, int nview) {
     surface* const s = target(nview);
     const double least = 0.3;  // centimetres: a shorter one shows no bend
-    if (s == nullptr || undeformed == 1 || fieldismode || isenvelope() || isofanother(nview))
+    if (s == nullptr || undeformed == 1 || fieldismode || (isenvelope() && !issecond()))
         return false;
     const scaledpoint a = drawnplace(int(elems(e, 1)), nview),
                       b = drawnplace(int(elems(e, 2)), nview);

@@ -24,7 +24,8 @@ std::string diagramnote();  // what is missing
 // Layer of the diagrams of a view.
 void drawdiagrams(int nview);
 const memberrange& diagramrange();  // of the members on show
-std::string diagramtext();          // "Mz, Moment about e3: 12.5 in element 3 to -7 in element 9"
+std::string diagramtext(
+    int nview = 1);  // "Mz, Moment about e3: 12.5 in element 3 to -7 in element 9"
 
 // Side of the member on which a positive value is drawn: +1 along the axis, -1 against it. Moments
 // stand where the fibres are in tension.

@@ -7,7 +7,9 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "post/combinedstress.h"
 #include "post/members.h"
+#include "post/sectionfibres.h"
 #include "view/localaxes.h"
 
 bool isexact(int component) {
@@ -82,7 +84,7 @@ static double momentof(int e, double s) {
 // Shear forces by equilibrium of the element's own moments, Timoshenko and Woinowsky-Krieger,
 // Theory of Plates and Shells, 2nd ed., article 21: Vx = Mx,x + Mxy,y. The moments are bilinear
 // over a quadrilateral.
-static double shearof(int e, int corner, bool alongx) {
+static double shearof(int e, int corner, bool alongx, const float (*records)[13]) {
     const int elnn = nodesoftype(elems(e, 0));
     localaxes(e);
     turnedplateaxes(e);
@@ -92,9 +94,7 @@ static double shearof(int e, int corner, bool alongx) {
         for (int k = 0; k < 3; ++k) at[k] = nodes(0, int(elems(e, c + 1)), k) - axisorigin[k];
         x[c] = at[0] * localx[0] + at[1] * localx[1] + at[2] * localx[2];
         y[c] = at[0] * localy[0] + at[1] * localy[1] + at[2] * localy[2];
-        float s[13];
-        recordat(e, c + 1, s);
-        const planestress b = bendingof(s);
+        const planestress b = bendingof(records[c]);
         first[c] = momentof(e, alongx ? b.x : b.xy);   // derived by x
         second[c] = momentof(e, alongx ? b.xy : b.y);  // derived by y
     }
@@ -166,44 +166,100 @@ double platevalue(int component, int e, const float* s) {
     }
 }
 
+double recordvalue(int component, int e, int corner, const float (*records)[13]) {
+    const float* const s = records[corner - 1];
+    const int combined = misesupper - 1;  // the last of the told
+    if (component < combined) return s[component];
+    if (component == combined) return combinedstressof(s);
+    if (component == shearx || component == sheary)
+        return shearof(e, corner, component == shearx, records);
+    return platevalue(component, e, s);
+}
+
 // --- line elements ------------------------------------------------------------------------------
 
 static double over(double force, double modulus) {
     return modulus > 0 ? force / modulus : 0;
 }
 
-// At the corners of the section: My stretches the side of +e3, Mz that of -e2. The corners are
-// those of the rectangle about the section, I/W away from its axes.
-double linevalue(int component, int e, const memberline& line, int end) {
+namespace {
+// Stresses of a section from N and both moments.
+struct linestresses {
+    double normal = 0, corner[4] = {}, largest = 0, smallest = 0, torsion = 0;
+};
+}  // namespace
+
+// Which way corner 1..4 lies: along e2, along e3.
+static const int cornersides[4][2] = {{1, 1}, {-1, 1}, {-1, -1}, {1, -1}};
+
+// The corners of the rectangle about the section, I/W away from its axes.
+static void boundcorners(linestresses& s, int e, double about2, double about3) {
+    const bool tube = int(elems(e, 0)) == typepipe;
+    const double most = tube ? std::hypot(about2, about3) : std::fabs(about2) + std::fabs(about3);
+    for (int c = 0; c < 4; ++c)
+        s.corner[c] = s.normal + cornersides[c][1] * about2 - cornersides[c][0] * about3;
+    s.largest = s.normal + most;
+    s.smallest = s.normal - most;
+}
+
+// Its own corners: the four that lie farthest each way, the largest and the smallest of all.
+static void owncorners(linestresses& s, const sectionfibres& f, int g, double my, double mz) {
+    const double ixx = groups(g, fieldixx), iyy = groups(g, fieldiyy);
+    double farthest[4] = {-1e300, -1e300, -1e300, -1e300}, x = 0, y = 0;
+    for (const point2& p : f.corners) {
+        x = std::max(x, std::fabs(p.x));
+        y = std::max(y, std::fabs(p.y));
+    }
+    s.largest = -1e300;
+    s.smallest = 1e300;
+    for (const point2& p : f.corners) {
+        const double stress = s.normal + my * f.ofmy(p, ixx, iyy) + mz * f.ofmz(p, ixx, iyy);
+        s.largest = std::max(s.largest, stress);
+        s.smallest = std::min(s.smallest, stress);
+        for (int c = 0; c < 4; ++c) {
+            const double off = cornersides[c][0] * p.x / x + cornersides[c][1] * p.y / y;
+            if (off <= farthest[c]) continue;
+            farthest[c] = off;
+            s.corner[c] = stress;
+        }
+    }
+}
+
+// My stretches the side of +e3, Mz that of -e2.
+static linestresses stressesof(int e, const memberline& line, int end) {
     const int i = end == 1 ? 0 : memberstations - 1, g = egroup(e);
     const auto force = [&](memberquantity q) { return double(line.value[q][i]); };
-    const double normal = over(force(memN), groups(g, fieldthickness)),
-                 about2 = over(force(memMy), groups(g, fieldwxx)),
-                 about3 = over(force(memMz), groups(g, fieldwyy)),
-                 torsion = over(force(memT), groups(g, fieldwzz));
-    const bool tube = int(elems(e, 0)) == typepipe;
-    const double bending =
-        tube ? std::hypot(about2, about3) : std::fabs(about2) + std::fabs(about3);
+    linestresses s;
+    s.normal = over(force(memN), groups(g, fieldthickness));
+    s.torsion = over(force(memT), groups(g, fieldwzz));
+    const sectionfibres& f = fibresof(g);
+    if (f.corners.empty())
+        boundcorners(s, e, over(force(memMy), groups(g, fieldwxx)),
+                     over(force(memMz), groups(g, fieldwyy)));
+    else
+        owncorners(s, f, g, force(memMy), force(memMz));
+    return s;
+}
+
+double linevalue(int component, int e, const memberline& line, int end) {
+    const linestresses s = stressesof(e, line, end);
     switch (component) {
         case linenormal:
-            return normal;
+            return s.normal;
         case linebending:
-            return bending;
+            return std::max(s.largest - s.normal, s.normal - s.smallest);
         case linelargest:
-            return normal + bending;
+            return s.largest;
         case linesmallest:
-            return normal - bending;
+            return s.smallest;
         case linecorner1:
-            return normal + about2 - about3;
         case linecorner2:
-            return normal + about2 + about3;
         case linecorner3:
-            return normal - about2 + about3;
         case linecorner4:
-            return normal - about2 - about3;
+            return s.corner[component - linecorner1];
         default: {
-            const double direct = std::fabs(normal) + bending;
-            return std::sqrt(direct * direct + 3 * torsion * torsion);
+            const double direct = std::max(std::fabs(s.largest), std::fabs(s.smallest));
+            return std::sqrt(direct * direct + 3 * s.torsion * s.torsion);
         }
     }
 }
@@ -215,8 +271,9 @@ double exactvalue(int component, int e, int corner) {
         const memberresult* const m = memberof(e);
         return m ? linevalue(component, e, m->high, corner) : 0;
     }
-    if (component == shearx || component == sheary) return shearof(e, corner, component == shearx);
-    float s[13];
-    recordat(e, corner, s);
-    return platevalue(component, e, s);
+    float records[4][13] = {};
+    const bool shear = component == shearx || component == sheary;  // of all corners
+    for (int c = shear ? 1 : corner; c <= (shear ? elnn : corner); ++c)
+        recordat(e, c, records[c - 1]);
+    return recordvalue(component, e, corner, records);
 }

@@ -29,7 +29,7 @@ enum exactcomponent {
     linebending,  // the larger of both ends of the section
     linelargest,
     linesmallest,
-    linecorner1,  // +e2 +e3, then -e2 +e3, -e2 -e3, +e2 -e3
+    linecorner1,  // that lies farthest to +e2 +e3, then -e2 +e3, -e2 -e3, +e2 -e3
     linecorner2,
     linecorner3,
     linecorner4,
@@ -45,6 +45,8 @@ double exactvalue(int component, int e, int corner);
 // From one record, s[1..12] in local axes; the shear forces need the whole element. And from a
 // member's forces at its first or second end.
 double platevalue(int component, int e, const float* s);
+// Any component of a plate at a corner, from the records of all its corners.
+double recordvalue(int component, int e, int corner, const float (*records)[13]);
 struct memberline;
 double linevalue(int component, int e, const memberline& line, int end);
 

@@ -15,14 +15,14 @@
 #include "core/views.h"
 #include "post/components.h"
 #include "post/contour.h"
-#include "post/legendlook.h"
 #include "post/diagrams.h"
+#include "post/legendlook.h"
 #include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
-#include "view/drawelems.h"
 #include "post/signs.h"
 #include "post/source.h"
+#include "view/drawelems.h"
 #include "view/surface.h"
 
 static bool showsdisplacement() {
@@ -51,13 +51,14 @@ static std::string fieldname() {
 }
 
 static std::vector<std::string> headinglines() {
-    static const char* const displacements[] = {"XYZ Displacements", "X Displacements",
-                                                "Y Displacements", "Z Displacements"};
+    const char* const displacement = directions[dispcontour].legend;
     const std::string index = "Stress Index";  // the name of the scale, whatever it is of
-    const std::string field = fieldname() + (sidebyside ? " | " + nameofview(2) : "");
+    std::string field = fieldname();
+    if (sidebyside)
+        field = second.commonscale ? field + " | " + nameofview(2) : nameofview(issecond() ? 2 : 1);
     if (!showsdisplacement()) return {index, field, componenttext()};
-    if (toprinter != 0) return {displacements[dispcontour], field};
-    return {index, field, displacements[dispcontour]};
+    if (toprinter != 0) return {displacement, field};
+    return {index, field, displacement};
 }
 
 static int exponentof(double largest) {
@@ -248,9 +249,10 @@ static scaleplace drawwhole(surface& s, double left, double top, double width, d
     if (scaleshown()) at = drawscale(s, left, top, width, height - part);
     if (!diagramshown) return at;
     usefont(s);
+    const int of = issecond() ? 2 : 1;
     double y = top + height - part + margin;
     for (const std::string& row :
-         rowsof(s, {"", {sourcename(), diagramtext()}, {}, 0, ""}, width - 2 * margin)) {
+         rowsof(s, {"", {nameofview(of), diagramtext(of)}, {}, 0, ""}, width - 2 * margin)) {
         put(s, left + margin, y, row);
         y += s.textheight();
     }
@@ -263,7 +265,8 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
 }
 
 void drawlegend() {
-    if (toprinter != 0) return;  // a printed page has a column for it
+    if (toprinter != 0) return;                     // a printed page has a column for it
+    if (issecond() && !second.commonscale) return;  // it stands in its picture
     surface* const s = theplatform().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);

@@ -3,6 +3,7 @@
 #include "post/members.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <optional>
@@ -12,16 +13,26 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "post/secondplot.h"
 #include "post/source.h"
 
 std::string membernote;
 
 static std::optional<memberfile> file;
 static bool tried;
-static std::vector<std::unique_ptr<memberresult>> kept;  // by element
+
+namespace {
+// What was summed of one result, and of which.
+struct memberset {
+    std::array<int, 3> of{};                          // source, combination, load case
+    std::vector<std::unique_ptr<memberresult>> kept;  // by element
+};
+}  // namespace
+
+static memberset sets[2];  // of view 1 and of the result beside it
 
 void forgetmembers() {
-    kept.clear();
+    for (memberset& set : sets) set.kept.clear();
 }
 
 void dropmembers() {
@@ -94,24 +105,23 @@ static memberresult envelopeof(memberfile& from, int e, membergovernors* governo
 }
 
 static memberresult readresult(memberfile& from, int e) {
+    if (issecond()) return {from.sum(e, factorsof(second.number)), nullptr};
     if (isenvelope()) return envelopeof(from, e, nullptr);
     return {from.sum(e, shownfactors()), nullptr};
 }
 
-// What is read for a comparison changes the combination and brings it back.
-static void forgetothers() {
-    static int combination, lc;
-    static sources of;
-    if (combination == curlcomb && of == shownsource.of && lc == shownsource.lc) return;
-    forgetmembers();
-    combination = curlcomb;
-    of = shownsource.of;
-    lc = shownsource.lc;
+static memberset& setonshow() {
+    memberset& set = sets[issecond()];
+    std::array<int, 3> of = {int(shownsource.of), curlcomb, shownsource.lc};
+    if (issecond()) of = {int(sources::combination), second.number, 0};
+    if (set.of != of) set.kept.clear();
+    set.of = of;
+    return set;
 }
 
 const memberresult* memberof(int e) {
     memberfile* const from = openfile();
-    forgetothers();
+    std::vector<std::unique_ptr<memberresult>>& kept = setonshow().kept;
     if (!from || !from->holds(e) || e > nelems()) return nullptr;
     if (kept.size() <= std::size_t(nelems())) kept.resize(std::size_t(nelems()) + 1);
     std::unique_ptr<memberresult>& result = kept[std::size_t(e)];

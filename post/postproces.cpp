@@ -231,7 +231,7 @@ static void readreactions() {
 bool readshape() {
     dispres.clear();
     if (!readdisp()) return false;
-    readreactions();
+    if (!isenvelope()) readreactions();  // those of one combination are no envelope
     return true;
 }
 

@@ -12,6 +12,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/textfile.h"
 #include "post/contour.h"
 #include "post/legend.h"
 #include "post/secondplot.h"
@@ -105,6 +106,23 @@ static hit findhit(int nview, const point2& p) {
     return best;
 }
 
+static int nearestcorner(int e, int nview, const point2& p) {
+    int nearest = 1;
+    double least = 1e300;
+    for (int c = 1; c <= nodesoftype(elems(e, 0)); ++c) {
+        const point2 at = cornerplace(e, c, nview);
+        if (const double off = std::hypot(at.x - p.x, at.y - p.y); off < least)
+            least = off, nearest = c;
+    }
+    return nearest;
+}
+
+// " (Wind)": the combination that an envelope has a value from.
+static std::string governortext(int e, int corner) {
+    const int c = plotgovernor(e, corner);
+    return c >= 1 && c <= ncomb() ? " (" + shownname(lcombname(c)) + ")" : "";
+}
+
 std::string valueunder(int nview, double x, double y) {
     if (!valueatpointer || !isplottedin(nview)) return {};
     const ofview own(nview);
@@ -114,7 +132,8 @@ std::string valueunder(int nview, double x, double y) {
     undeformed = isdeformed() ? 0 : 1;
     const hit found = findhit(nview, {x, y});
     if (found.e == 0) return {};
-    return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e);
+    return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e) +
+           governortext(found.e, nearestcorner(found.e, nview, {x, y}));
 }
 
 // A value of 1 at one corner and 0 at the others is at a place the share of that corner.
@@ -204,7 +223,8 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawstyle = pens::solid;
     drawplate(s, at.x + gap, at.y,
-              std::string(word) + " " + plotnumber(p.value) + (hidden ? " (behind)" : ""));
+              std::string(word) + " " + plotnumber(p.value) + governortext(p.e, p.corner) +
+                  (hidden ? " (behind)" : ""));
 }
 
 void drawextremes(int nview) {

@@ -46,3 +46,4 @@ void writestresses(reporttext& r);
 void writeaverages(reporttext& r);
 void writemembers(reporttext& r);
 void writebalance(reporttext& r);
+void writeenvelopes(reporttext& r);

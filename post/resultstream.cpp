@@ -116,6 +116,11 @@ static bool isend(std::string_view word) {
     return word == "END" || word == "\"END\"";
 }
 
+const std::vector<int>& freedomsof(int anadof) {
+    static const std::vector<int> lists[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
+    return lists[std::size_t(anadof)];
+}
+
 bool resultrows::bynodes() const {
     return kind == resultkinds::displacements || kind == resultkinds::forces ||
            kind == resultkinds::modes;
@@ -217,18 +222,41 @@ void resultrows::readvalues(resultstream& in, double factor, bool first, row& su
     }
 }
 
-bool resultrows::next(row& sum) {
+// Runs take(stream) where each of them has come to a row of the same item.
+template <typename Take>
+bool resultrows::eachstream(Take take) {
     if (bynodes()) ++node;
     bool any = false;
+    int former = 0;
     for (std::size_t s = 0; s < streams.size(); ++s) {
         int item = 0;
         const bool more = readkey(streams[s], item);
-        if (s > 0 && (more != any || (more && item != sum.item)))
+        if (s > 0 && (more != any || (more && item != former)))
             streams[s].fail(errtype, "the load cases have rows of different elements");
         any = more;
-        if (!more) continue;
-        sum.item = item;
-        readvalues(streams[s], double(weights[s]), s == 0, sum);
+        former = item;
+        if (more) take(s, item);
     }
     return any;
+}
+
+bool resultrows::next(row& sum) {
+    return eachstream([&](std::size_t s, int item) {
+        sum.item = item;
+        readvalues(streams[s], double(weights[s]), s == 0, sum);
+    });
+}
+
+void resultrows::begin() {
+    streams.clear();
+    node = 0;
+    for (const streamspot& from : begins) streams.emplace_back(path, from);
+}
+
+bool resultrows::next(std::vector<row>& ofblocks) {
+    ofblocks.resize(streams.size());
+    return eachstream([&](std::size_t s, int item) {
+        ofblocks[s].item = item;
+        readvalues(streams[s], 1, true, ofblocks[s]);
+    });
 }

@@ -44,6 +44,9 @@ class resultstream {
     long start = 0, line = 1, size = 0;  // start: of the window in the file
 };
 
+// Place in X Y Z RX RY RZ of each value of a node's row, by analysis code.
+const std::vector<int>& freedomsof(int anadof);
+
 enum class resultkinds { displacements, forces, stresses, linestresses, members, modes };
 
 // The rows of one file: those of each load case or mode are a block.
@@ -67,12 +70,17 @@ class resultrows {
     // From now on the rows are the sums of factor times value over the blocks, the first first.
     void begin(const std::vector<float>& factors);
     bool next(row& sum);
+    // Or the rows as they stand in each block, side by side.
+    void begin();
+    bool next(std::vector<row>& ofblocks);
     double share() const { return streams.empty() ? 0 : streams.front().share(); }
 
   private:
     void readheader(resultstream& in);
     void skipblock(resultstream& in);
     bool readkey(resultstream& in, int& item);
+    template <typename Take>
+    bool eachstream(Take take);
     void readvalues(resultstream& in, double factor, bool first, row& sum);
     bool isplace(std::size_t i) const;
     bool bynodes() const;

@@ -2,14 +2,17 @@
 // Scenes into the session and out of it.
 #include "post/scene.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/model.h"
 #include "core/session.h"
 #include "core/views.h"
 #include "post/contour.h"
+#include "post/diagrams.h"
 #include "post/postproces.h"
 #include "post/shapes.h"
+#include "post/source.h"
 #include "post/stressfile.h"
 #include "view/autoscale.h"
 #include "view/moddraw.h"
@@ -40,6 +43,10 @@ scene scenenow() {
     s.point[1] = viewpty(1);
     s.point[2] = viewptz(1);
     s.scale = viewscale(1);
+    s.diagram = diagramshown ? int(diagram.quantity) + 1 : 0;
+    s.source = int(shownsource.of);
+    s.sourcecase = shownsource.lc;
+    s.envelope = int(shownsource.kind);
     return s;
 }
 
@@ -66,13 +73,19 @@ void setscene(const scene& s) {
     stressaverage = s.average;
     stressglobal = s.global;
     if (s.loads >= 0) checkonly(viewloads, s.loads);
-    curlc = Integer(s.loadcase);
+    curlc = Integer(std::clamp(s.loadcase, 1, nlc()));  // one may have gone since
     mnudrawlist(constraintsdrawn).checked = s.constraints;
     mnudrawlist(nodesdrawn).checked = s.nodes;
     mnudrawlist(elementsdrawn).checked = s.elements;
     mnudrawlist(hiddenline).checked = s.hidden;
     setplace(s);
-    if (s.deformed || s.contour || s.mode || s.lines) rereadshown();
+    diagramshown = s.diagram > 0;
+    if (diagramshown) diagram.quantity = memberquantity(s.diagram - 1);
+    shownsource.of = sources(s.source);
+    shownsource.lc = std::clamp(s.sourcecase, 1, nlc());
+    shownsource.kind = envelopekinds(s.envelope);
+    forgetmembers();
+    if (s.deformed || s.contour || s.mode || s.lines || diagramshown) readshown();
 }
 
 keptscene::keptscene()
@@ -84,5 +97,5 @@ keptscene::~keptscene() {
     viewdist(1) = eye;
     viewaw(1) = plane;
     viewdepth(1) = depth;
-    rereadshown();
+    readshown();
 }

@@ -15,6 +15,8 @@ struct scene {
     double vertical = 0.7853981633974483, horizontal = 0.7853981633974483;  // radians
     bool fitted = true;  // the model fills the picture; else it looks from here:
     double point[3] = {0, 0, 0}, scale = 1;
+    int diagram = 0;                               // of members: its quantity from 1, 0 none
+    int source = 0, sourcecase = 1, envelope = 0;  // what in the combination's place
 };
 
 scene scenenow();

@@ -9,6 +9,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "post/source.h"
 #include "view/drawelems.h"
 
 static const std::size_t corners = 4;
@@ -26,6 +27,7 @@ void valuespan::take(double v) {
 }
 
 std::string nameofview(int nview) {
+    if (nview != 2 && !menupostItem(modeshape).checked) return sourcename();
     const int number = nview == 2 ? second.number : curlcomb;
     if (menupostItem(modeshape).checked) return "Mode shape " + std::to_string(number);
     return number >= 1 && number <= ncomb() ? shownname(lcombname(number)) : "";
@@ -37,7 +39,7 @@ const float* comparedvalues(int e) {
 }
 
 void includecompared(double& low, double& high) {
-    if (!sidebyside || second.reading || !second.valid) return;
+    if (!sidebyside || second.reading || !second.valid || !second.commonscale) return;
     if (shown == 0) {
         firstspan = {};
         firstspan.take(low);
@@ -46,6 +48,10 @@ void includecompared(double& low, double& high) {
     const valuespan& other = shown == 0 ? second.span : firstspan;
     low = std::min(low, other.low);
     high = std::max(high, other.high);
+}
+
+bool issecond() {
+    return shown > 0;
 }
 
 static void swapdisplacements() {

@@ -18,15 +18,17 @@ struct secondplot {
     std::vector<float> values;            // four corners of each element; none without a plot
     std::vector<float> displacements;     // x y z of each node, from node 1
     valuespan span;                       // of the values
+    bool commonscale = true;              // both views have one
 };
 extern secondplot second;
 extern std::function<void()> readsecond;  // where the plot has become another one
 
 // The four values of an element's corners while view 2 is drawn or asked; null otherwise.
 const float* comparedvalues(int e);
-// Both plots have one scale: the range of the one in hand takes in that of the other.
+// With one scale for both: the range of the one in hand takes in that of the other.
 void includecompared(double& low, double& high);
 std::string nameofview(int nview);  // what view 1 or 2 shows
+bool issecond();                    // view 2's results are in the place of view 1's
 
 // View 2's own results as long as it lives; of another view it does nothing.
 class ofview {

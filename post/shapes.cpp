@@ -213,8 +213,12 @@ void typemode(const std::string& text) {
 }
 
 void rereadshown() {
-    retryresults();
     dropmembers();
+    readshown();
+}
+
+void readshown() {
+    retryresults();
     readfield();
     second.valid = false;
     if (readsecond) readsecond();
@@ -259,10 +263,9 @@ std::vector<std::string> picturenotes(int nview) {
     if (field && isdeformed() && !fieldismode && maxdisp > 0)
         notes.push_back("Displacements drawn " + shorttext(dispscale(nview)) +
                         " times their size, the largest " + textoflargest());
-    if (diagramshown) {
-        const bool ofother = sidebyside && nview == 2;
-        notes.push_back(ofother ? "Member diagrams stand in view 1" : diagramtext());
-    }
+    if (field && isenvelope() && isdeformed() && !fieldismode && !(sidebyside && nview == 2))
+        notes.push_back("An envelope has no shape; drawn is that of " + combinationname());
+    if (diagramshown) notes.push_back(diagramtext(nview));
     return notes;
 }
 
@@ -278,6 +281,9 @@ static void drawnotes(int nview) {
         s->text(note);
         y += s->textheight();
     }
+    if (!issecond() || second.commonscale || !legendshown()) return;
+    const double width = 4, height = 8;  // of the legend of its own scale, centimetres
+    drawlegendon(*s, margin, y + margin, width, std::min(height, s->height() - y));
 }
 
 std::vector<std::string> modelist() {

@@ -27,7 +27,8 @@ void showresults();
 // A window beside the views that shows values of the plot follows it; empty while there is none.
 extern std::function<void()> resultschanged;
 void readfield();  // displacements or the mode of what is on show
-// Reads again whatever is on show; after an analysis.
+// Reads again whatever is on show; the second after an analysis.
+void readshown();
 void rereadshown();
 
 // "Mode shape 2 of 10: 12.5 Hz" while one is on show; "" otherwise.

@@ -27,7 +27,7 @@ std::vector<int> envelopeset() {
     return set;
 }
 
-static std::string combinationname() {
+std::string combinationname() {
     return curlcomb >= 1 && curlcomb <= ncomb() ? shownname(lcombname(curlcomb)) : "Load Case 1";
 }
 

@@ -22,6 +22,7 @@ bool isenvelope();
 std::vector<int> envelopeset();
 // "Wind", "Load case LC 1", "Envelope of 3 combinations, largest".
 std::string sourcename();
+std::string combinationname();  // of the one in the list
 // Multiplier of load case l in what is read now: of the case or of the current combination. An
 // envelope reads the current one where it has no values of its own.
 float shownfactor(int l);

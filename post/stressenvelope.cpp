@@ -11,7 +11,6 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/textfile.h"
-#include "post/combinedstress.h"
 #include "post/components.h"
 #include "post/exactstress.h"
 #include "post/members.h"
@@ -30,39 +29,13 @@ const governed& governedat(int e, int corner) {
     return i < corners.size() ? corners[i] : none;
 }
 
-static bool showslow(const governed& g) {
-    if (shownsource.kind == envelopekinds::bysize) return std::fabs(g.low) > std::fabs(g.high);
-    return shownsource.kind == envelopekinds::smallest;
-}
-
-float envelopevalue(int e, int corner) {
-    const governed& g = governedat(e, corner);
-    return showslow(g) ? g.low : g.high;
-}
-
-int envelopegovernor(int e, int corner) {
-    const governed& g = governedat(e, corner);
-    return showslow(g) ? g.lowof : g.highof;
-}
-
 static void include(int e, int corner, int c, double value) {
-    governed& g = corners[std::size_t(e - 1) * stresscorners + std::size_t(corner - 1)];
-    const float v = float(std::clamp(value, -1e37, 1e37));
-    if (g.highof == 0 || v > g.high) {
-        g.high = v;
-        g.highof = short(c);
-    }
-    if (g.lowof == 0 || v < g.low) {
-        g.low = v;
-        g.lowof = short(c);
-    }
+    include(corners[std::size_t(e - 1) * stresscorners + std::size_t(corner - 1)], value, c);
 }
 
 // --- the file -----------------------------------------------------------------------------------
 
 namespace {
-const int recordnumbers = 3 + stressvalues;  // place and values
-
 // The records of one load case, from its beginning.
 struct caseplace {
     const char *at, *end;
@@ -136,41 +109,29 @@ static std::vector<float> factorsof(int c, std::size_t cases) {
     return factors;
 }
 
-static double valueof(int component, int e, const float* s) {
-    if (component < toldcomponents) return s[component];
-    if (component == toldcomponents) return combinedstressof(s);
-    return platevalue(component, e, s);
-}
-
 namespace {
+// Elements one after the other: a shear force takes the records of all corners.
 class enveloper {
   public:
-    enveloper(stressblocks& from, int of) : b(from), component(of) {
+    enveloper(stressblocks& from, int of)
+        : b(from), component(of), cases(b.cases.size()), ends(lineelstress != 0 ? 2 : 1) {
         for (const int c : envelopeset()) {
             numbers.push_back(c);
-            factors.push_back(factorsof(c, b.cases.size()));
+            factors.push_back(factorsof(c, cases));
         }
-        values.resize(b.cases.size());
+        values.resize(cases * stresscorners);
     }
     // The next record of every case; false at the end.
     bool next() {
-        int e = -1;
-        for (std::size_t l = 0; l < b.cases.size(); ++l) {
-            caseplace& place = b.cases[l];
-            const int found = place.element();
-            if (found < 0 || found > nelems())
-                b.fail(place.at, "an element of the model or END was expected");
-            if (l > 0 && found != e)
-                b.fail(place.at, "the load cases are not of the same elements; analyse again");
-            e = found;
-            if (e > 0) readvalues(place, values[l].s);
-        }
+        const int e = nextelement();
+        if (e != former) finish();
         if (e == 0) return false;
-        corner = e == former ? corner + 1 : 1;
         former = e;
-        if (corner > stresscorners)
+        if (lineelstress != 0) corner = 0;  // one record, of both ends
+        if (corner + ends > stresscorners)
             b.fail(b.cases[0].at, "element " + numbertext(e) + " has more than four records");
-        takerecord(e);
+        for (std::size_t l = 0; l < cases; ++l) readvalues(b.cases[l], l);
+        corner += ends;
         return true;
     }
 
@@ -178,33 +139,59 @@ class enveloper {
     struct record {
         float s[stressvalues + 1];
     };
-    void readvalues(caseplace& place, float* s) {
-        float skipped = 0;
-        for (int k = 0; k < recordnumbers; ++k) {
-            float& value = k < 3 ? skipped : s[k - 2];
+    // That every case has come to; 0 at the end.
+    int nextelement() {
+        int e = -1;
+        for (std::size_t l = 0; l < cases; ++l) {
+            caseplace& place = b.cases[l];
+            const int found = place.element();
+            if (found < 0 || found > nelems())
+                b.fail(place.at, "an element of the model or END was expected");
+            if (l > 0 && found != e)
+                b.fail(place.at, "the load cases are not of the same elements; analyse again");
+            e = found;
+        }
+        return e;
+    }
+    record& valuesof(int of, std::size_t l) { return values[std::size_t(of) * cases + l]; }
+    void readvalues(caseplace& place, std::size_t l) {
+        const auto read = [&](float& value) {
             if (!place.number(value)) b.fail(place.at, "a number was expected");
+        };
+        float skipped = 0;
+        for (int k = 0; k < placewords; ++k) read(skipped);
+        for (int end = 0; end < ends; ++end) {
+            float* const s = valuesof(corner + end, l).s;
+            for (int k = 1; k <= stressvalues; ++k) read(s[k]);
         }
     }
-    void takerecord(int e) {
+    // Of the element whose records are whole.
+    void finish() {
         const bool single = component < toldcomponents;
         const int first = single ? component : 1, last = single ? component : toldcomponents - 1;
-        for (std::size_t i = 0; i < numbers.size(); ++i) {
-            float sum[stressvalues + 1] = {};
-            for (int k = first; k <= last; ++k) {
-                double total = 0;
-                for (std::size_t l = 0; l < values.size(); ++l)
-                    total += double(factors[i][l]) * double(values[l].s[k]);
-                sum[k] = float(total);
-            }
-            include(e, corner, numbers[i], valueof(component, e, sum));
+        for (std::size_t i = 0; i < numbers.size() && corner > 0; ++i) {
+            float sum[stresscorners][stressvalues] = {};
+            for (int c = 0; c < corner; ++c)
+                for (int k = first; k <= last; ++k) {
+                    double total = 0;
+                    for (std::size_t l = 0; l < cases; ++l)
+                        total += double(factors[i][l]) * double(valuesof(c, l).s[k]);
+                    sum[c][k] = float(total);
+                }
+            for (int c = 1; c <= corner; ++c)
+                include(former, c, numbers[i], recordvalue(component, former, c, sum));
         }
+        corner = 0;
     }
 
+    static const int placewords = 3;
     stressblocks& b;
-    int component, former = 0, corner = 0;
+    int component, former = 0, corner = 0;  // corner: records of the element in hand
+    std::size_t cases;
+    int ends;
     std::vector<int> numbers;
     std::vector<std::vector<float>> factors;
-    std::vector<record> values;
+    std::vector<record> values;  // of each corner and case
 };
 }  // namespace
 
@@ -233,15 +220,6 @@ bool readenvelope(int component) {
     corners.assign(std::size_t(nelems()) * stresscorners, {});
     const bool good = guarded(
         [&] {
-            if (component == shearx || component == sheary)
-                throw runtimeerror{
-                    errtype,
-                    "An envelope of plate shear forces is not formed; choose another "
-                    "component or a combination"};
-            if (lineelstress != 0 && component <= toldcomponents)
-                throw runtimeerror{errtype,
-                                   "An envelope of line elements is formed of the further results; "
-                                   "choose one under Post-Process, Options"};
             if (isexact(component) && isofline(component))
                 readlines(component);
             else
@@ -255,13 +233,13 @@ bool readenvelope(int component) {
     return good;
 }
 
-std::vector<enveloperow> envelopetable() {
+std::vector<enveloperow> envelopetable(bool (*counts)(int e)) {
     std::vector<enveloperow> worst(2 * std::size_t(ngroups()) + 2);
     for (int e = 1; e <= nelems(); ++e)
         for (int c = 1; c <= std::min(nodesoftype(elems(e, 0)), stresscorners); ++c) {
             const governed& at = governedat(e, c);
             const int g = egroup(e);
-            if (at.highof == 0 || g < 1 || g > ngroups()) continue;
+            if (at.highof == 0 || g < 1 || g > ngroups() || !counts(e)) continue;
             enveloperow& high = worst[2 * std::size_t(g)];
             enveloperow& low = worst[2 * std::size_t(g) + 1];
             if (high.e == 0 || at.high > high.value) high = {g, e, c, at.highof, at.high};

@@ -9,10 +9,7 @@
 #include <string>
 #include <vector>
 
-struct governed {
-    float high = 0, low = 0;
-    short highof = 0, lowof = 0;  // combinations; 0: the corner has no value
-};
+#include "post/governed.h"
 
 // Forms it of the source's set from the stress file in force, for the component. False after it has
 // told what is wrong.
@@ -20,14 +17,11 @@ bool readenvelope(int component);
 void dropenvelope();
 // Of element e, corner 1..4.
 const governed& governedat(int e, int corner);
-// What the source's kind of envelope shows of it.
-float envelopevalue(int e, int corner);
-int envelopegovernor(int e, int corner);
 
 // A table of the worst places: of each group the one with the largest and the one with the smallest
-// value among the elements of the set on show.
+// value among the elements that count.
 struct enveloperow {
     int group, e, corner, combination;
     double value;
 };
-std::vector<enveloperow> envelopetable();
+std::vector<enveloperow> envelopetable(bool (*counts)(int e));

@@ -2,6 +2,7 @@
 // The window "Compare": which combination, or which mode, each of two views side by side shows. It
 // stays beside the views, and the comparison stays when it closes.
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -12,6 +13,7 @@
 #include "core/session.h"
 #include "post/compare.h"
 #include "post/contour.h"
+#include "post/secondplot.h"
 #include "post/shapes.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -31,6 +33,12 @@ class comparedialog : public sidedialog {
             menupostItem(modeshape).checked ? choosemode(i) : choosecombination(i);
         });
         right = addlist(form, "comparesecond", "View 2", [](int i) { startcomparison(i); });
+        auto* const common = new QCheckBox("One scale for both views", this);
+        common->setObjectName("comparescale");
+        common->setChecked(second.commonscale);
+        connect(common, &QCheckBox::toggled, this,
+                guardedhandler([](bool on) { choosecommonscale(on); }));
+        all->addWidget(common);
         message = newmessageline("message", this, all);
         auto* const row = new QHBoxLayout;
         all->addLayout(row);

@@ -13,6 +13,7 @@
 #include "core/textfile.h"
 #include "post/contour.h"
 #include "post/diagrams.h"
+#include "post/nodeenvelope.h"
 #include "post/plainnumber.h"
 #include "post/shapes.h"
 #include "post/source.h"
@@ -43,6 +44,7 @@ class sourcedialog : public sidedialog {
         buildset(rows);
         buildtable(rows);
         auto* const foot = new QHBoxLayout;
+        addcopytable(table, this, foot);
         foot->addStretch(1);
         connect(newbutton("Ready", "Ready", this, foot), &QPushButton::clicked, this,
                 &QDialog::accept);
@@ -118,15 +120,22 @@ class sourcedialog : public sidedialog {
         put(2, place);
         put(3, c >= 1 && c <= ncomb() ? shownname(lcombname(c)) : "");
     }
+    void addnodes(const std::string& of, const envelopebounds& b) {
+        for (const envelopeplace* at : {&b.high, &b.low})
+            addrow(of, at->value, "node " + std::to_string(at->item), at->combination);
+    }
     void showform() {
         table->setRowCount(0);
         if (!isenvelope()) return;
         if (plotready() && plotsstress())
-            for (const enveloperow& row : envelopetable())
+            for (const enveloperow& row : envelopetable(isplotted))
                 addrow(groupname(row.group), row.value,
                        "element " + std::to_string(row.e) + ", node " +
                            std::to_string(int(elems(row.e, row.corner))),
                        row.combination);
+        if (plotready() && iscontour() && !plotsstress())
+            for (std::size_t q = 0; q < extremesofnodes().bounds.size(); ++q)
+                addnodes(extremesofnodes().names[q], extremesofnodes().bounds[q]);
         if (diagramshown && diagramrange().high.e != 0 && !diagramrange().isnoise()) {
             const memberextreme &high = diagramrange().high, &low = diagramrange().low;
             const memberquantity q = diagram.quantity;

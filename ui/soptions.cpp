@@ -175,8 +175,8 @@ class postoptions : public QDialog {
         systems[0] = addoption(grid, "Option8", 0, "Global system coordinates", axes);
         systems[1] = addoption(grid, "Option8", 1, "Local element coordinates", axes);
         grid = addframe(column, "Select displacement");
-        for (int i = 0; i < 4; ++i)
-            directions[i] = addoption(grid, "Option4", i, displacementcaptions[i], choosedirection);
+        for (int i = 0; i < directioncount; ++i)
+            ways[i] = addoption(grid, "Option4", i, directions[i].caption, choosedirection);
         column->addStretch(1);
     }
 
@@ -213,13 +213,13 @@ class postoptions : public QDialog {
         }
         averages[stressaverage ? 1 : 0]->setChecked(true);
         systems[stressglobal ? 0 : 1]->setChecked(true);
-        directions[dispcontour]->setChecked(true);
+        ways[dispcontour]->setChecked(true);
         message->setText(qtext(form.message));
     }
 
     soptionsform form;
     QRadioButton *kind[2], *source[2], *scaling[2], *elements[3], *components[toldcomponents],
-        *averages[2], *systems[2], *directions[4];
+        *averages[2], *systems[2], *ways[directioncount];
     QLineEdit *maximum, *minimum, *count;
     QRadioButton* further;
     QListWidget* list;

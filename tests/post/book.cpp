@@ -124,7 +124,7 @@ TEST(Book, TellsBalanceInRedAndWhatIsMissing) {
                   "\"applied\",0,0,-9,0,0,0\r\n\"residual\"," +
                       std::to_string(residual) + "\r\n");
         const std::string html = room.html();
-        EXPECT_NE(html.find("Load case 1, LC 1"), html.npos);
+        EXPECT_NE(html.find("Load case 1: LC 1"), html.npos);
         EXPECT_EQ(count(html, "<tr class=\"warning\"><td>Residual"), residual > 1e-6 ? 1 : 0);
         EXPECT_NE(html.find("There are no such results."), html.npos) << "no forces";
         EXPECT_NE(html.find("No modes of vibration"), html.npos);

@@ -12,8 +12,8 @@
 #include "post/memberchain.h"
 #include "post/postproces.h"
 #include "post/source.h"
-#include "post/stressenvelope.h"
 #include "tests/post/plotroom.h"
+#include "tools/groupsection.h"
 #include "view/drawelems.h"
 #include "view/localaxes.h"
 
@@ -394,6 +394,62 @@ TEST(Exactstress, CornersOfALineSectionKeepTheSigns) {
     EXPECT_NEAR(exactvalue(linebending, 1, 1), std::hypot(10, 3), 1e-5);
 }
 
+// The group of a section of typed dimensions, under My = 100 all along.
+static void bendsection(const beamroom& room, int type, const dimensions& d) {
+    const sectionvalues v = calcsection(type, d);
+    groups(1, fieldthickness) = v.area;
+    groups(1, fieldixx) = v.ixx;
+    groups(1, fieldwxx) = v.wxx;
+    groups(1, fieldiyy) = v.iyy;
+    groups(1, fieldwyy) = v.wyy;
+    groups(1, fieldizz) = v.izz;
+    keepshape(type, d, v);
+    room.write(beamroom::record(1, [&](memberquantity q, double) { return q == memMy ? 100 : 0; }) +
+               "END\r\n");
+    retryresults();
+}
+
+// Angles of EN 10056-1, 80x40x8 and 100x100x10, with the principal second moments (cm^4) and the
+// slope of the stronger axis that the tables tell: bent along a leg by the moments about both.
+TEST(Exactstress, AnAngleBendsAboutItsPrincipalAxes) {
+    const struct {
+        double b, h, t, iu, iv, slope;
+    } angles[] = {{4, 8, 0.8, 60.9, 6.34, 0.253}, {10, 10, 1, 280, 73, 1}};
+    for (const auto& a : angles) {
+        const beamroom room;
+        bendsection(room, lprofile, {a.b, a.h, a.t, 0});
+        const double c = std::cos(std::atan(a.slope)), s = std::sin(std::atan(a.slope));
+        double most = 0, least = 0;
+        const auto outline = knownsection(1);
+        ASSERT_EQ(outline.size(), 1u);
+        for (const point2& p : outline[0]) {
+            const double u = c * p.x + s * p.y, v = c * p.y - s * p.x;
+            const double stress = 100 * (c * v / a.iu + s * u / a.iv);
+            most = std::max(most, stress);
+            least = std::min(least, stress);
+        }
+        EXPECT_NEAR(exactvalue(linelargest, 1, 1), most, 0.025 * most) << a.h;
+        EXPECT_NEAR(exactvalue(linesmallest, 1, 1), least, 0.025 * most) << a.h;
+        groups(1, fieldiyy) *= 1.5;  // another section: no shape is known
+        retryresults();
+        EXPECT_NEAR(exactvalue(linelargest, 1, 1), 100 / groups(1, fieldwxx), 1e-5);
+    }
+}
+
+// A tee's flange is 28.684 from the axis and its stem's end 71.316; a channel upright is even.
+TEST(Exactstress, ATeeHasItsOwnFibres) {
+    const beamroom room;
+    bendsection(room, tprofile, {100, 100, 10, 10});
+    const double ixx = groups(1, fieldixx);
+    EXPECT_NEAR(exactvalue(linecorner1, 1, 2), 100 * 28.684211 / ixx, 1e-8);
+    EXPECT_NEAR(exactvalue(linecorner3, 1, 2), -100 * 71.315789 / ixx, 1e-8);
+    EXPECT_NEAR(exactvalue(linebending, 1, 2), 100 * 71.315789 / ixx, 1e-8);
+    const beamroom other;
+    bendsection(other, cprofile, {60, 100, 6, 8});
+    EXPECT_NEAR(exactvalue(linelargest, 1, 2), 100 * 50 / groups(1, fieldixx), 1e-8);
+    EXPECT_NEAR(exactvalue(linesmallest, 1, 2), -100 * 50 / groups(1, fieldixx), 1e-8);
+}
+
 // --- balance ------------------------------------------------------------------------------------
 
 TEST(Balance, WhatIsLeftOverIsRed) {
@@ -429,73 +485,4 @@ TEST(Balance, WhatIsLeftOverIsRed) {
     EXPECT_NE(readbalance().fault.find("line 4"), std::string::npos);
     writefile(room.file("beam.sum"), head);
     EXPECT_TRUE(readbalance().cases.empty());
-}
-
-// --- envelopes of stresses ----------------------------------------------------------------------
-
-// The envelope is what the combinations give one by one.
-TEST(Stressenvelope, IsTheWorstOfItsCombinations) {
-    plotroom room;
-    loadnode(0, 0) = 2;
-    lcomb(0, 0) = 4;
-    const float factors[4][2] = {{1, 0}, {-2, 1}, {0.5f, -1.5f}, {1, 1}};
-    for (int c = 1; c <= 4; ++c)
-        for (int l = 1; l <= 2; ++l) lcomb(c, l) = factors[c - 1][l - 1];
-    std::string text;
-    for (int l = 1; l <= 2; ++l) {
-        for (int e = 1; e <= 2; ++e)
-            for (int c = 1; c <= 4; ++c) {
-                text += std::to_string(e) + ",0,0,0";
-                for (int k = 1; k <= 13; ++k)
-                    text += "," +
-                            std::to_string((e * 7 + c * 5 + k * 3 + l * 11 + c * k * l) % 23 - 11);
-                text += "\r\n";
-            }
-        text += "END\r\n";
-    }
-    writefile(room.file("job.NSL"), text);
-    for (const int component : {2, 13, int(misesupper), int(principal2lower)}) {
-        stresscomp = component;
-        shownsource = {};
-        float high[2][4], low[2][4];
-        int highof[2][4] = {}, lowof[2][4] = {};
-        menupostItem(contourplot).checked = true;
-        for (const int n : {1, 2, 4}) {
-            curlcomb = n;
-            retryresults();
-            ASSERT_TRUE(prepareplot());
-            for (int e = 1; e <= 2; ++e)
-                for (int c = 1; c <= 4; ++c) {
-                    const float v = plotvalue(e, c);
-                    if (!highof[e - 1][c - 1] || v > high[e - 1][c - 1])
-                        high[e - 1][c - 1] = v, highof[e - 1][c - 1] = n;
-                    if (!lowof[e - 1][c - 1] || v < low[e - 1][c - 1])
-                        low[e - 1][c - 1] = v, lowof[e - 1][c - 1] = n;
-                }
-        }
-        shownsource = {sources::envelope, 1, envelopekinds::largest, {1, 2, 4}};
-        retryresults();
-        ASSERT_TRUE(prepareplot());
-        for (int e = 1; e <= 2; ++e)
-            for (int c = 1; c <= 4; ++c) {
-                const governed& g = governedat(e, c);
-                EXPECT_NEAR(g.high, high[e - 1][c - 1], 1e-4) << component;
-                EXPECT_NEAR(g.low, low[e - 1][c - 1], 1e-4) << component;
-                EXPECT_EQ(g.highof, highof[e - 1][c - 1]);
-                EXPECT_EQ(g.lowof, lowof[e - 1][c - 1]);
-                EXPECT_EQ(plotvalue(e, c), g.high);
-                shownsource.kind = envelopekinds::bysize;
-                EXPECT_EQ(plotvalue(e, c), std::fabs(g.low) > g.high ? g.low : g.high);
-                shownsource.kind = envelopekinds::largest;
-            }
-    }
-    for (const char* const damaged : {"1,0,0,0,5\r\n", "1,0,0,0,5", "7,0\r\nEND\r\n"}) {
-        writefile(room.file("job.NSL"), damaged);
-        retryresults();
-        EXPECT_FALSE(prepareplot());
-        EXPECT_TRUE(room.platform.toldpart("job.NSL"));
-        room.platform.messages.clear();
-    }
-    shownsource = {};
-    menupostItem(contourplot).checked = false;
 }

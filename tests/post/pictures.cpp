@@ -342,6 +342,13 @@ TEST(Compare, ShowsTwoResultsOnOneScaleFromOnePlace) {
     drawview(2);
     EXPECT_EQ(viewhor(1), 0.3f) << "and leads";
     EXPECT_EQ(indexmin, -80) << "the scale is that of both, whichever is drawn last";
+    choosecommonscale(false);
+    EXPECT_EQ(indexmin, -5) << "of the first alone";
+    EXPECT_EQ(std::ranges::count_if(room.platform.views[1].operations,
+                                    [](const std::string& o) { return o.ends_with(" -8.00"); }),
+              1)
+        << "the legend of the second, down to -80, in its picture";
+    choosecommonscale(true);
     showdeformed();
     prepareview(2);
     undeformed = 0;

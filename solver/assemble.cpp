@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 #include "solver/refuse.h"
 
 static const int batchsize = 4096;  // elements, 19 MiB of the largest matrices
@@ -145,7 +146,8 @@ void assemble(const model& m, const settings& s, const dofmap& d, part what, spa
                 p.count = 0;
                 const elementkind& kind = kindof(m.elements[std::size_t(e)].type);
                 const auto work = what == part::stiffness ? kind.stiffness : kind.mass;
-                const bool left = what == part::pointmass && kind.fam != family::point;
+                const bool left =
+                    !isown(m, e) || (what == part::pointmass && kind.fam != family::point);
                 if (!work || left) continue;
                 work(elementat(m, s, e), k);
                 topiece(d, dofsof(d, m.elements[std::size_t(e)]), k, p);
@@ -178,6 +180,14 @@ void addatdof(const dofmap& d, std::size_t dof, double value, sparsematrix& a) {
             addentry(a, c.first + i, c.first + j, value * c.factor[i] * c.factor[j]);
 }
 
+std::vector<double> diagonalof(const sparsematrix& a) {
+    std::vector<double> diagonal(std::size_t(a.size()));
+    for (std::size_t j = 0; j < diagonal.size(); ++j)
+        diagonal[j] = a.value[std::size_t(a.start[j])];
+    allranks().sum(diagonal.data(), a.size());
+    return diagonal;
+}
+
 void multiply(const sparsematrix& a, const double* x, double* y, int columns) {
     const std::int64_t n = a.size();
     parallelpieces(columns, 1, [&](int firstcolumn, int lastcolumn, int) {
@@ -197,6 +207,7 @@ void multiply(const sparsematrix& a, const double* x, double* y, int columns) {
             }
         }
     });
+    allranks().sum(y, n * columns);
 }
 
 std::vector<double> constantforces(const model& m, const settings& s, const dofmap& d) {
@@ -205,6 +216,7 @@ std::vector<double> constantforces(const model& m, const settings& s, const dofm
     if (std::all_of(u.begin(), u.end(), [](double v) { return v == 0; })) return {};
     std::vector<double> force(u.size(), 0);
     for (int e = 1; e <= m.nelems(); ++e) {
+        if (!isown(m, e)) continue;
         const elementdef& def = m.elements[std::size_t(e)];
         const elementkind& kind = kindof(def.type);
         const elementdofs dofs = dofsof(d, def);
@@ -218,5 +230,6 @@ std::vector<double> constantforces(const model& m, const settings& s, const dofm
         for (int a = 0; a < dofs.count; ++a)
             if (dofs.index[a] >= 0) force[std::size_t(dofs.index[a])] -= f[a];
     }
+    allranks().sum(force.data(), std::int64_t(force.size()));
     return force;
 }

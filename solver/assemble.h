@@ -26,7 +26,8 @@ struct unfilled : std::allocator<Number> {
     }
 };
 
-// Lower triangle by columns, rows ascending, diagonal first.
+// Lower triangle by columns, rows ascending, diagonal first. Where processes share an analysis each
+// holds what its own elements add, and the matrix is the sum of all.
 struct sparsematrix {
     std::vector<std::int64_t> start;
     std::vector<int, unfilled<int>> row;
@@ -46,6 +47,8 @@ void assemble(const model& m, const settings& s, const dofmap& d, part what, spa
 
 // Adds to the diagonal what stands at a degree of freedom of a node, such as a nodal mass.
 void addatdof(const dofmap& d, std::size_t dof, double value, sparsematrix& a);
+
+std::vector<double> diagonalof(const sparsematrix& a);
 
 // y = a x for several columns of x, each a.size() long.
 void multiply(const sparsematrix& a, const double* x, double* y, int columns);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "solver/kinds.h"
+#include "solver/ranks.h"
 #include "solver/refuse.h"
 #include "solver/rigid.h"
 
@@ -62,8 +63,9 @@ static void listelements(const model& m, const dofmap& d, std::vector<std::int64
     const auto eachowner = [&](auto use) {
         for (int e = 1; e <= m.nelems(); ++e) {
             const elementdef& def = m.elements[std::size_t(e)];
-            if (kindof(def.type).stiffness == nullptr && kindof(def.type).mass == nullptr) continue;
-            const int count = kindof(def.type).nodes;
+            const elementkind& kind = kindof(def.type);
+            if (!isown(m, e) || (kind.stiffness == nullptr && kind.mass == nullptr)) continue;
+            const int count = kind.nodes;
             for (int i = 0; i < count; ++i) {
                 const int owner = d.owner[std::size_t(def.node[i])];
                 bool seen = owner == 0;

@@ -5,7 +5,8 @@
 
 #include "solver/dofmap.h"
 
-// Which owners share an element: neighbours of each place, sorted, in compressed rows.
+// Which owners share an element of this process: neighbours of each place, sorted, in compressed
+// rows.
 struct nodegraph {
     std::vector<std::int64_t> start;
     std::vector<int> neighbour;

@@ -20,10 +20,10 @@ struct pairs {
 }  // namespace
 
 static double sumofdiagonal(const sparsematrix& a, const sparsematrix& where) {
+    const std::vector<double> diagonal = diagonalof(a), chosen = diagonalof(where);
     double sum = 0;
-    for (std::int64_t j = 0; j < a.size(); ++j)
-        if (where.value[std::size_t(where.start[std::size_t(j)])] > 0)
-            sum += a.value[std::size_t(a.start[std::size_t(j)])];
+    for (std::size_t j = 0; j < diagonal.size(); ++j)
+        if (chosen[j] > 0) sum += diagonal[j];
     return sum;
 }
 
@@ -42,11 +42,13 @@ static double shiftandfactorise(const model& m, const settings& s, const equatio
                                 const sparsematrix& mass, engine& l, runlog& log) {
     log.stage("factor");
     const double safe = 1e-9, safeshifted = 1e-13;  // smallest pivot over its diagonal
+    const double unsplit = 1e-8;  // a whole solution spreads rounding that two halves keep apart
     std::int64_t unknown = 0;
     if (l.factorise(q.stiffness) && l.smallestpivot(q.stiffness, unknown) > safe) return 0;
     const double scale = sumofdiagonal(q.stiffness, mass) / sumofdiagonal(mass, mass);
     double shift = 0;
     for (const double part : {1e-11, 1e-9, 1e-7, 1e-5, 1e-3, 0.1, 10.0, 1e3}) {
+        if (!l.splits() && part < unsplit) continue;
         shift = part * scale;
         const sparsematrix a = combined(q.stiffness, shift, mass);
         if (l.factorise(a) && l.smallestpivot(a, unknown) > safeshifted) {
@@ -71,9 +73,8 @@ static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixX
     Eigen::MatrixXd kx(n, count), mx(n, count);
     multiply(q.stiffness, x.data(), kx.data(), int(count));
     multiply(mass, x.data(), mx.data(), int(count));
-    Eigen::VectorXd diagonal(n);
-    for (Eigen::Index j = 0; j < n; ++j)
-        diagonal[j] = q.stiffness.value[std::size_t(q.stiffness.start[std::size_t(j)])];
+    const std::vector<double> numbers = diagonalof(q.stiffness);
+    const Eigen::Map<const Eigen::VectorXd> diagonal(numbers.data(), n);
     std::vector<double> value;
     double worst = 0;
     for (Eigen::Index i = 0; i < count; ++i) {
@@ -202,7 +203,9 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     analysefactor(q, *l, spectrumcolumns(mass, s.modes), log);
     const double shift = shiftandfactorise(m, s, q, mass, *l, log);
     log.stage("modes");
-    const spectrum found = largestvalues(*l, mass, s.modes, log);
+    const bool matters = shift != 0 && !l->splits();
+    const sparsematrix shifted = matters ? combined(q.stiffness, shift, mass) : sparsematrix();
+    const spectrum found = largestvalues(*l, matters ? shifted : q.stiffness, mass, s.modes, log);
     const pairs p = refine(q, mass, found.vectors, log);
     warnunstable(p, s.force / (s.length * s.mass), log);
     if (p.value.size() < s.modes)

@@ -22,10 +22,12 @@ class engine {
     // Numerical factor l l' of what was analysed. False where the matrix is not positive definite.
     virtual bool factorise(const sparsematrix& a) = 0;
     // Smallest pivot over the diagonal it came from, and its unknown.
-    virtual double smallestpivot(const sparsematrix& a, std::int64_t& unknown) const = 0;
-    // Solves for several right sides, in place: a x = b, or with one triangle l or l' alone.
+    virtual double smallestpivot(const sparsematrix& a, std::int64_t& unknown) = 0;
+    // Solves for several right sides, in place: a x = b, or, where it splits so, with one triangle l
+    // or l' alone.
     enum class triangles { both, lower, upper };
     virtual void solve(double* x, int columns, triangles which) = 0;
+    virtual bool splits() const { return true; }
     void solve(double* x, int columns) { solve(x, columns, triangles::both); }
 
     // Eigenvalues of a symmetric matrix of the analysed pattern that lie below 0: the negative

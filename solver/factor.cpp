@@ -352,7 +352,7 @@ bool factor::factorise(const sparsematrix& a) {
     return true;
 }
 
-double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) const {
+double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
     double smallest = 1;
     unknown = 0;
     for (int s = 0; s < in->tree.size(); ++s) {

@@ -19,7 +19,7 @@ class factor : public engine {
 
     // The same numbers for any number of threads.
     bool factorise(const sparsematrix& a) override;
-    double smallestpivot(const sparsematrix& a, std::int64_t& unknown) const override;
+    double smallestpivot(const sparsematrix& a, std::int64_t& unknown) override;
     using engine::solve;
     void solve(double* x, int columns, triangles which) override;
     std::int64_t countnegative(const sparsematrix& a, double mostoperations) override;

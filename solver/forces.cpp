@@ -9,6 +9,7 @@
 
 #include "solver/kinds.h"
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 
 using longvec3 = Eigen::Matrix<long double, 3, 1>;
 
@@ -96,6 +97,7 @@ void elementforces(const model& m, const settings& s, const dofmap& d, const dis
 void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                const std::vector<int>& elements, std::vector<double>& force) {
     const int batch = 2048;
+    if (!allranks().first()) std::fill(force.begin(), force.end(), 0.0);
     std::vector<elcases> forces(std::min<std::size_t>(batch, elements.size()));
     for (std::size_t begin = 0; begin < elements.size(); begin += batch) {
         const int count = int(std::min<std::size_t>(batch, elements.size() - begin));
@@ -114,11 +116,12 @@ void addforces(const model& m, const settings& s, const dofmap& d, const displac
             }
         }
     }
+    allranks().sum(force.data(), std::int64_t(force.size()));
 }
 
 std::vector<int> stiffelements(const model& m) {
     std::vector<int> list;
     for (int e = 1; e <= m.nelems(); ++e)
-        if (kindof(m.elements[std::size_t(e)].type).stiffness) list.push_back(e);
+        if (kindof(m.elements[std::size_t(e)].type).stiffness && isown(m, e)) list.push_back(e);
     return list;
 }

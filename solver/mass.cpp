@@ -8,6 +8,7 @@
 
 #include "solver/kinds.h"
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 #include "solver/refuse.h"
 
 // --- groups -------------------------------------------------------------------------------------
@@ -53,7 +54,7 @@ std::vector<massproperties> groupmasses(const model& m, const settings& s) {
             for (int i = first; i < last; ++i) {
                 own[std::size_t(i)].setZero();
                 const elementkind& kind = kindof(m.elements[std::size_t(begin + i)].type);
-                if (!kind.mass) continue;
+                if (!kind.mass || !isown(m, begin + i)) continue;
                 const element e = elementat(m, s, begin + i);
                 if (e.field(fielddensity) == 0) continue;
                 kind.mass(e, mass);
@@ -65,6 +66,7 @@ std::vector<massproperties> groupmasses(const model& m, const settings& s) {
             bodies[std::size_t(m.elements[std::size_t(begin + i)].group)] += own[std::size_t(i)];
         }
     }
+    for (mat6& body : bodies) allranks().sum(body.data(), body.size());
     std::vector<massproperties> result;
     for (const mat6& body : bodies) result.push_back(propertiesof(body, about));
     return result;
@@ -90,7 +92,7 @@ static void addnodalmasses(const model& m, const dofmap& d, sparsematrix& mass, 
         if (row.value < 0)
             refuse("Node " + std::to_string(row.node) + " has a mass below 0 in case \"" + c.name +
                    "\"; correct it");
-        if (d.place[row.dof] >= 0)
+        if (d.place[row.dof] >= 0 && allranks().first())
             addatdof(d, d.index(row.node, d.place[row.dof]), row.value, mass);
     }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -50,9 +51,10 @@ struct model {
     std::vector<groupdata> groups;
     std::vector<nodalrow> constraints;
     std::vector<loadcase> cases;
-    std::vector<float> curve;    // of shells: radians by which the surface turns over the element
-    std::vector<edgeslip> slip;  // of bent plates: shared by the elements at an edge
-    bool twod = false;           // z of the nodes plays no part
+    std::vector<float> curve;  // of shells: radians by which the surface turns over the element
+    std::vector<std::uint16_t> rankof;  // by element: process that works on it; empty: this one
+    std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
+    bool twod = false;                  // z of the nodes plays no part
 
     int nnodes() const { return int(nodes.size()) - 1; }
     int nelems() const { return int(elements.size()) - 1; }

@@ -10,10 +10,13 @@
 #include "solver/edges.h"
 #include "solver/engines.h"
 #include "solver/faraway.h"
+#include "solver/gather.h"
 #include "solver/logtexts.h"
 #include "solver/makedofs.h"
 #include "solver/members.h"
+#include "solver/memory.h"
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 #include "solver/readmodel.h"
 #include "solver/refine.h"
 #include "solver/refuse.h"
@@ -171,6 +174,13 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
 
 // --- the whole ----------------------------------------------------------------------------------
 
+// Processes on one machine share its cores.
+static void usethreads(const settings& s) {
+    const int cores = std::max(1, int(std::thread::hardware_concurrency()));
+    const bool shared = s.threads == 0 && !allranks().alone();
+    setthreads(shared ? std::max(1, cores / allranks().here()) : s.threads);
+}
+
 static void checkcontents(const model& m) {
     if (m.nnodes() == 0) refuse("The model has no nodes; there is nothing to analyse");
     if (m.nelems() == 0) refuse("The model has no elements; there is nothing to analyse");
@@ -178,7 +188,7 @@ static void checkcontents(const model& m) {
 
 results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log) {
     log.stage("check");
-    setthreads(s.threads);
+    usethreads(s);
     const int anadof = analysiskind(m, doftype > 0 ? doftype : derivedtype(m, m.twod));
     m.twod = anadof == 1 || anadof == 2;
     tellunits(s, log);
@@ -191,6 +201,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);
+    m.rankof = allranks().partition(m);
     measurecurve(m);
     for (int lc = 1; lc <= m.ncases(); ++lc) warncurved(m, lc, log);
     measureedges(m, s);
@@ -208,12 +219,56 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     return r;
 }
 
+// The name of the engine that the settings ask for, or that "auto" finds best; the same everywhere.
+static std::string findengine(model& m, const settings& s, const job& j, runlog& log) {
+    if (s.engine != "auto") return s.engine;
+    ranks& all = allranks();
+    const std::vector<double> room = all.gather({freememory() / all.here()});
+    std::string name;
+    together([&] {
+        if (!all.first()) return;
+        checkcontents(m);
+        const int anadof = analysiskind(m, j.doftype > 0 ? j.doftype : derivedtype(m, m.twod));
+        m.twod = anadof == 1 || anadof == 2;
+        checkelements(m, s);
+        engineneeds needs;
+        needs.own = factorneed(m, s, anadof, std::max(m.ncases(), 1));
+        needs.free = freememory();
+        needs.freetoeach = *std::ranges::min_element(room);
+        needs.processes = all.count();
+        needs.scratch = !s.scratch.empty();
+        const enginechoice choice = chooseengine(needs);
+        // A program without the others tries what it has and refuses before the work.
+        name = hasengine(choice.engine) ? choice.engine : all.alone() ? "cholmod" : "mumps";
+        log.line("engine = auto: " + name + ", for " + choice.why);
+    });
+    return all.textoffirst(name);
+}
+
+// False where this process is left over: the own factor is the work of one.
+static bool takeengine(model& m, const settings& s, const job& j, runlog& log) {
+    const std::string name = findengine(m, s, j, log);
+    useengine(name, s);
+    if (allranks().alone()) return true;
+    log.line("Engine " + name + ", " + std::to_string(allranks().count()) + " processes");
+    if (name != "cholmod") return true;
+    const bool first = allranks().first();
+    workalone();
+    return first;
+}
+
+// What the first process writes of this one's, in its order.
+static void handstresses(const model& m, const job& j, const results& r) {
+    for (int lc = 1; j.linestress && lc <= m.ncases(); ++lc) gathercase(m, r.lines, lc);
+    for (int lc = 1; j.platestress && lc <= m.ncases(); ++lc) gathercase(m, r.plates, lc);
+}
+
 void analyse(const job& j, runlog& log) {
     log.stage("read");
     if (!j.stiffness)
         log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
     const settings s = readsettings(j.appdir + "/feiflu.ini", log);
-    setthreads(s.threads);
+    usethreads(s);
     model m;
     std::string checksum;
     parallelpieces(2, 1, [&](int first, int last, int) {
@@ -224,6 +279,8 @@ void analyse(const job& j, runlog& log) {
                 checksum = modelchecksum(j.base);
     });
     m.twod = j.twod;
+    if (!takeengine(m, s, j, log)) return;
+    usethreads(s);  // fewer processes may have become of them
     wanted what;
     what.reactions = j.solve;
     what.linestresses = j.linestress;
@@ -233,6 +290,7 @@ void analyse(const job& j, runlog& log) {
     what.elementmass = j.elementmass;
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
+    if (!allranks().first()) return handstresses(m, j, r);
     writesummary(m, r.halfbandwidth);
     writemasses(m, r.masses);
     if (j.solve) writedisplacements(m, r.dofs, r.u);

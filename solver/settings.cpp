@@ -2,7 +2,9 @@
 // Reading and writing of feiflu.ini.
 #include "solver/settings.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <vector>
 
 #include "core/numtext.h"
 #include "core/textfile.h"
@@ -20,6 +22,12 @@ struct wholekey {
     const char* name;
     int settings::*value;
     int least, most;
+    const char* meaning;
+};
+struct textkey {
+    const char* name;
+    std::string settings::*value;
+    std::vector<std::string> allowed;  // empty: any
     const char* meaning;
 };
 }  // namespace
@@ -43,6 +51,16 @@ static const realkey realkeys[] = {
 static const wholekey wholekeys[] = {
     {"modes", &settings::modes, 1, 10000, "eigenmodes wanted"},
     {"threads", &settings::threads, 0, 1024, "0: all cores"},
+    {"processes", &settings::processes, 0, 65535,
+     "of feiflu-mpi, for other engines than cholmod; 0: one a core"},
+};
+static const textkey textkeys[] = {
+    {"engine",
+     &settings::engine,
+     {"cholmod", "mumps", "multigrid", "auto"},
+     "cholmod, or by feiflu-mpi: mumps, multigrid, auto (what the memory allows)"},
+    {"hosts", &settings::hosts, {}, "file with the hosts of feiflu-mpi, a line each; empty: this"},
+    {"scratch", &settings::scratch, {}, "folder for what the memory does not hold; empty: none"},
 };
 
 static std::string trimmed(const std::string& text) {
@@ -73,6 +91,16 @@ static bool setwhole(settings& s, const std::string& key, double number, bool& i
     return false;
 }
 
+static bool settext(settings& s, const std::string& key, const std::string& text, bool& inrange) {
+    for (const textkey& k : textkeys) {
+        if (key != k.name) continue;
+        inrange = k.allowed.empty() || std::ranges::count(k.allowed, text) > 0;
+        s.*k.value = text;
+        return true;
+    }
+    return false;
+}
+
 static void storeline(settings& s, const std::string& text, const std::string& where, runlog& log) {
     const std::size_t equals = text.find('=');
     if (equals == text.npos)
@@ -82,8 +110,9 @@ static void storeline(settings& s, const std::string& text, const std::string& w
     const std::string value = trimmed(text.substr(equals + 1));
     double number = 0;
     bool inrange = false;
-    const bool isnumber = readnumber(value, number);
-    if (!setreal(s, key, number, inrange) && !setwhole(s, key, number, inrange)) {
+    const bool istext = settext(s, key, value, inrange);
+    const bool isnumber = istext || readnumber(value, number);
+    if (!istext && !setreal(s, key, number, inrange) && !setwhole(s, key, number, inrange)) {
         log.warn(where + ": the key \"" + toutf8(key.substr(0, 40)) +
                  "\" is not known and ignored");
         return;
@@ -117,6 +146,7 @@ static void writedefaults(const std::string& path) {
     };
     for (const realkey& k : realkeys) put(k.name, numbertext(s.*k.value), k.meaning);
     for (const wholekey& k : wholekeys) put(k.name, numbertext(s.*k.value), k.meaning);
+    for (const textkey& k : textkeys) put(k.name, s.*k.value, k.meaning);
     out.commit();
 }
 

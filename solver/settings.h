@@ -19,6 +19,9 @@ struct settings {
     double shear = 0;  // shear area of line elements over their area, 0: no shear deformation
     int modes = 10;
     int threads = 0;  // 0: all cores
+    std::string engine = "cholmod";
+    int processes = 0;  // that the workbench starts, 0: one a core
+    std::string hosts, scratch;
 };
 
 // Reads the file; a missing one is written with the defaults. Throws a refusal that names key and

@@ -8,12 +8,14 @@
 #include <random>
 
 #include "solver/engines.h"
+#include "solver/factor.h"
 #include "solver/forces.h"
 #include "solver/kinds.h"
 #include "solver/makedofs.h"
 #include "solver/memory.h"
 #include "solver/order.h"
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 #include "solver/refuse.h"
 #include "solver/span.h"
 
@@ -38,7 +40,16 @@ std::int64_t halfbandwidth(const model& m, const dofmap& d) {
     return half;
 }
 
-equations makeequations(const model& m, const settings& s, int anadof, runlog& log) {
+// What the factor and the vectors of so many right sides take.
+static double needof(const engine& l, int columns, int unknowns) {
+    const double vectors = 5;  // loads, right sides, result, work and residual
+    return l.bytes() + vectors * columns * double(unknowns) * sizeof(double);
+}
+
+// Degrees of freedom, order and pattern. ownorder: for the own factor; an engine that shares the
+// equations among processes finds an order itself.
+static equations numberequations(const model& m, const settings& s, int anadof, bool ownorder,
+                                 runlog& log) {
     equations q;
     q.dofs = makedofs(m, s, anadof, log);
     q.halfbandwidth = halfbandwidth(m, q.dofs);
@@ -46,32 +57,51 @@ equations makeequations(const model& m, const settings& s, int anadof, runlog& l
     std::vector<int> list;
     const nodegraph graph = ownergraph(m, q.dofs, list);
     std::string told;
-    const std::vector<int> order = ordernodes(graph, told);
+    std::vector<int> order(std::size_t(graph.size()));
+    if (ownorder)
+        order = ordernodes(graph, told);
+    else
+        std::iota(order.begin(), order.end(), 0);
     std::vector<int> owners(order.size());
     for (std::size_t p = 0; p < order.size(); ++p) owners[p] = list[std::size_t(order[p])];
     numberunknowns(m, q.dofs, owners);
     log.line("Equations: " + std::to_string(q.dofs.unknowns) + ", half bandwidth " +
              std::to_string(q.halfbandwidth));
     if (!told.empty()) log.line(told);
-    log.stage("assemble");
     q.stiffness = makepattern(q.dofs, graph, order);
+    return q;
+}
+
+equations makeequations(const model& m, const settings& s, int anadof, runlog& log) {
+    equations q = numberequations(m, s, anadof, allranks().alone(), log);
+    log.stage("assemble");
     assemble(m, s, q.dofs, part::stiffness, q.stiffness, log);
     return q;
+}
+
+double factorneed(const model& m, const settings& s, int anadof, int columns) {
+    runlog unheard;
+    unheard.quiet();
+    const equations q = numberequations(m, s, anadof, true, unheard);
+    factor l;
+    if (q.dofs.unknowns > 0) l.analyse(q.stiffness);
+    return needof(l, columns, q.dofs.unknowns);
 }
 
 void analysefactor(const equations& q, engine& l, int columns, runlog& log) {
     log.stage("analyse");
     l.analyse(q.stiffness);
-    const double vectors = 5;  // loads, right sides, result, work and residual
-    const double needed = l.bytes() + vectors * columns * double(q.dofs.unknowns) * sizeof(double);
-    const double available = freememory();
+    const double needed = needof(l, columns, q.dofs.unknowns);
+    const double available = freememory() / allranks().here();
     log.line("Factor: " + shortnumber(l.entries()) + " entries, " + shortnumber(l.operations()) +
              " operations, " + shortnumber(needed / mebibyte) + " MiB needed, " +
              shortnumber(available / mebibyte) + " MiB free");
-    if (needed > available)
+    together([&] {
+        if (needed <= available) return;
         refuse("Not enough memory: the equations need " + shortnumber(needed / mebibyte) +
                " MiB, this machine has " + shortnumber(available / mebibyte) +
                " MiB free. Close other programs, mesh coarser or use fewer load cases");
+    });
 }
 
 // --- mechanisms ---------------------------------------------------------------------------------
@@ -101,13 +131,6 @@ static std::vector<double> nodalmotion(const dofmap& d, const std::vector<double
     return u;
 }
 
-static std::vector<double> diagonalof(const sparsematrix& a) {
-    std::vector<double> diagonal(std::size_t(a.size()));
-    for (std::size_t j = 0; j < diagonal.size(); ++j)
-        diagonal[j] = a.value[std::size_t(a.start[j])];
-    return diagonal;
-}
-
 // Factorises the matrix made definite by a trace of its diagonal, which is returned; 0 where a
 // trace is too little.
 static double factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a, engine& l) {
@@ -135,6 +158,7 @@ static double energyof(const model& m, const settings& s, const dofmap& d,
         gather(d, dofsof(d, m.elements[std::size_t(e)]), motion, ue);
         energy += ue.col(0).dot(f.col(0));
     }
+    allranks().sum(&energy, 1);
     return energy;
 }
 
@@ -153,7 +177,9 @@ static std::vector<double> softestmotion(const model& m, const settings& s, cons
     std::mt19937 random(1);
     std::uniform_real_distribution<double> spread(0.5, 1.5);
     std::vector<double> v(std::size_t(n), 0);
-    for (double& value : v) value = spread(random);
+    for (const int place : q.dofs.position)  // by nodes: the order of elimination does not matter
+        for (int k = 0; place >= 0 && k < q.dofs.unknowncount[std::size_t(place)]; ++k)
+            v[std::size_t(q.dofs.firstunknown[std::size_t(place)] + k)] = spread(random);
     const int rounds = 6;
     for (int round = 0; round < rounds; ++round) {
         for (std::int64_t j = 0; j < n; ++j) v[std::size_t(j)] *= diagonal[std::size_t(j)];
@@ -292,9 +318,10 @@ static double sizeof2(const std::vector<double>& v) {
 static double backwarderror(const sparsematrix& a, const double* u, const double* f,
                             std::vector<double>& rest) {
     const auto n = std::size_t(a.size());
-    rest.assign(f, f + n);
+    rest.assign(n, 0);
+    if (allranks().first()) std::copy_n(f, n, rest.data());
     std::vector<double> size(n);
-    for (std::size_t j = 0; j < n; ++j) size[j] = std::fabs(f[j]);
+    for (std::size_t j = 0; j < n; ++j) size[j] = std::fabs(rest[j]);
     for (std::size_t j = 0; j < n; ++j) {
         const auto begin = std::size_t(a.start[j]), end = std::size_t(a.start[j + 1]);
         double sum = a.value[begin] * u[j], sumofsizes = std::fabs(sum);
@@ -309,6 +336,8 @@ static double backwarderror(const sparsematrix& a, const double* u, const double
         rest[j] -= sum;
         size[j] += sumofsizes;
     }
+    allranks().sum(rest.data(), a.size());
+    allranks().sum(size.data(), a.size());
     const double whole = sizeof2(size), left = sizeof2(rest);
     return whole > 0 || !(left == 0) ? left / whole : 0;
 }
@@ -318,7 +347,8 @@ std::vector<double> solvecolumns(const equations& q, engine& l, double* values, 
     const std::vector<double> f(values, values + n * std::size_t(columns));
     l.solve(values, columns);
     std::vector<double> error(std::size_t(columns), 0);
-    parallelpieces(columns, 1, [&](int first, int last, int) {
+    const int piece = allranks().alone() ? 1 : columns;  // processes talk by one thread
+    parallelpieces(columns, piece, [&](int first, int last, int) {
         std::vector<double> rest;
         for (int c = first; c < last; ++c) {
             const std::size_t at = n * std::size_t(c);

@@ -20,6 +20,9 @@ equations makeequations(const model& m, const settings& s, int anadof, runlog& l
 // Half bandwidth that the equations have when they are numbered as the nodes are.
 std::int64_t halfbandwidth(const model& m, const dofmap& d);
 
+// Bytes that the own factor would take of the model, and the vectors of so many right sides.
+double factorneed(const model& m, const settings& s, int anadof, int columns);
+
 // Symbolic factor; refuses what this machine's memory cannot hold. columns: right sides at once.
 void analysefactor(const equations& q, engine& l, int columns, runlog& log);
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The largest eigenvalues of L^-1 M L^-T, where L L' = A is factorised and M has no negative
-// energy. They are those v of M x = v A x.
+// The largest values v of M x = v A x, where A is factorised and M has no negative energy.
 #pragma once
 
 #include <Eigen/Core>
@@ -13,8 +12,10 @@ struct spectrum {
     Eigen::MatrixXd vectors;  // x, by columns
 };
 
-// At most so many; fewer where M has less rank. Each multiple eigenvalue comes as often as it is.
-spectrum largestvalues(engine& a, const sparsematrix& mass, int wanted, runlog& log);
+// a: the factor of the matrix. At most so many values; fewer where M has less rank. Each multiple
+// eigenvalue comes as often as it is.
+spectrum largestvalues(engine& a, const sparsematrix& matrix, const sparsematrix& mass, int wanted,
+                       runlog& log);
 
 // Columns of work space that the search needs beside the factor.
 int spectrumcolumns(const sparsematrix& mass, int wanted);

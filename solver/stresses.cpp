@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 #include "solver/rigid.h"
 #include "solver/section.h"
 
@@ -127,7 +128,8 @@ linestresses findlinestresses(const model& m, const settings& s, const dofmap& d
     linestresses r;
     r.cases = u.cases;
     for (int e = 1; e <= m.nelems(); ++e)
-        if (kindof(m.elements[std::size_t(e)].type).fam == family::line) r.elements.push_back(e);
+        if (kindof(m.elements[std::size_t(e)].type).fam == family::line && isown(m, e))
+            r.elements.push_back(e);
     r.value.resize(r.elements.size() * std::size_t(u.cases) * 2 * linevalues);
     std::vector<caseloads> loads;
     for (int lc = 1; lc <= u.cases; ++lc) loads.emplace_back(m, s, lc);
@@ -167,7 +169,7 @@ platestresses findplatestresses(const model& m, const settings& s, const dofmap&
     r.first.push_back(0);
     for (int e = 1; e <= m.nelems(); ++e) {
         const elementkind& kind = kindof(m.elements[std::size_t(e)].type);
-        if (kind.fam != family::plate) continue;
+        if (kind.fam != family::plate || !isown(m, e)) continue;
         r.elements.push_back(e);
         r.first.push_back(r.first.back() + kind.nodes);
     }

@@ -19,8 +19,9 @@ struct reactionset {
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
                           const displacements& u, const std::vector<double>& applied, runlog& log);
 
-// Line elements: for each, for each case, at both ends axial force, moment about e2, moment about
-// e3, torsion, as they act on the face that looks along +e1, over area and section moduli.
+// Line elements of this process: for each, for each case, at both ends axial force, moment about
+// e2, moment about e3, torsion, as they act on the face that looks along +e1, over area and section
+// moduli.
 const int linevalues = 4;
 struct linestresses {
     std::vector<int> elements;
@@ -33,7 +34,7 @@ struct linestresses {
 linestresses findlinestresses(const model& m, const settings& s, const dofmap& d,
                               const displacements& u, runlog& log);
 
-// Plates: at each corner membrane x, y, xy and bending x, y, xy in stress axes.
+// Plates of this process: at each corner membrane x, y, xy and bending x, y, xy in stress axes.
 const int platevalues = 6;
 struct platestresses {
     std::vector<int> elements;

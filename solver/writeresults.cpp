@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+#include "solver/gather.h"
+#include "solver/ranks.h"
 #include "solver/records.h"
 #include "solver/rowtext.h"
 #include "solver/stressmeans.h"
@@ -68,12 +70,16 @@ void writemodes(const model& m, const dofmap& d, const modeset& r) {
 
 void writelinestresses(const model& m, const settings& s, const linestresses& r) {
     textout out(m.base + ".LES");
+    const bool shared = !allranks().alone();
+    linestresses gathered;
     for (int lc = 1; lc <= r.cases; ++lc) {
-        writerows(out, int(r.elements.size()), 256, [&](int i, rowtext& text) {
-            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+        if (shared) gathered = gathercase(m, r, lc);
+        const linestresses& all = shared ? gathered : r;
+        writerows(out, int(all.elements.size()), 256, [&](int i, rowtext& text) {
+            const element e = elementat(m, s, all.elements[std::size_t(i)]);
             text.put(e.number);
             text.put(middleof(e));
-            const double* const value = r.of(std::size_t(i), lc);
+            const double* const value = all.of(std::size_t(i), shared ? 1 : lc);
             for (int end = 0; end < 2; ++end) {
                 const double* const at = value + end * linevalues;
                 double record[recordvalues] = {at[0], 0,     0,     0, 0, 0, 0,
@@ -98,16 +104,22 @@ void writeplatestresses(const model& m, const settings& s, const platestresses& 
     textout global(m.base + ".NSR"), local(m.base + ".NSL"), globalmean(m.base + ".NSA"),
         localmean(m.base + ".NLA");
     const std::array<textout*, 4> files = {&global, &local, &globalmean, &localmean};
-    const meanslots slots = findslots(m, s, r);
+    const bool shared = !allranks().alone();
+    platestresses gathered;
+    meanslots slots;
     for (int lc = 1; lc <= cases; ++lc) {
-        const std::vector<facestress> means = findmeans(m, s, r, slots, lc);
-        writerows(files, int(r.elements.size()), 64, [&](int i, std::array<rowtext, 4>& texts) {
-            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+        if (shared) gathered = gathercase(m, r, lc);
+        const platestresses& all = shared ? gathered : r;
+        const int at = shared ? 1 : lc;
+        if (lc == 1) slots = findslots(m, s, all);
+        const std::vector<facestress> means = findmeans(m, s, all, slots, at);
+        writerows(files, int(all.elements.size()), 64, [&](int i, std::array<rowtext, 4>& texts) {
+            const element e = elementat(m, s, all.elements[std::size_t(i)]);
             const mat3& axes = slots.axes[std::size_t(i)];
             const recordplane plane = recordplaneof(e, axes);
             for (int c = 0; c < e.nodes; ++c) {
-                const int corner = r.first[std::size_t(i)] + c;
-                const double* const own = r.of(lc, corner);
+                const int corner = all.first[std::size_t(i)] + c;
+                const double* const own = all.of(at, corner);
                 const facestress mean = meanat(slots, means, corner);
                 double records[4][recordvalues];
                 globalrecord(plane, facestressof(e, axes, own), records[0]);

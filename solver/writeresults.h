@@ -14,6 +14,7 @@ void writedisplacements(const model& m, const dofmap& d, const displacements& u)
 void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r);
 // .EIG: header, then a mode's omega^2 and its node rows.
 void writemodes(const model& m, const dofmap& d, const modeset& r);
+// The stresses of other processes come in while they are written.
 // .LES
 void writelinestresses(const model& m, const settings& s, const linestresses& r);
 // .NSR .NSL (each element's own corners) .NSA .NLA (means of a group's elements at a node)

@@ -159,8 +159,18 @@ void build::pressall(int lc, int direction, double value) {
 
 // --- results ------------------------------------------------------------------------------------
 
+std::function<void(build&, int, wanted, const results&)> build::solved;
+std::function<void(build&, int, wanted, const std::string&)> build::refused;
+
 results build::solve(int doftype, wanted what) {
-    return solvemodel(m, s, doftype, what, log);
+    results r;
+    guarded([&] { r = solvemodel(m, s, doftype, what, log); },
+            [&](const runtimeerror& e) {
+                if (refused) refused(*this, doftype, what, e.what);
+                throw e;
+            });
+    if (solved) solved(*this, doftype, what, r);
+    return r;
 }
 
 std::string build::refusal(int doftype, wanted what) {

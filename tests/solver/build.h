@@ -74,6 +74,10 @@ struct build {
     std::string refusal(int doftype = 0, wanted what = {});  // "" where none came
     runlog log;
 
+    // Called after each solution, and after each refusal with its words.
+    static std::function<void(build& b, int doftype, wanted what, const results& r)> solved;
+    static std::function<void(build& b, int doftype, wanted what, const std::string& why)> refused;
+
     void write(const std::string& path) const;  // the native file set
 };
 

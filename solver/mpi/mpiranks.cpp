@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Talk between processes. Who waits for one that writes or works alone sleeps between two looks
+// instead of spinning on a core that the other could use.
+#include "solver/mpi/mpiranks.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "core/textfile.h"
+
+static const int piece = 1 << 24;  // numbers of one message, 128 MiB
+
+static void sleepabit() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+static void await(MPI_Request& request) {
+    for (int done = 0; MPI_Test(&request, &done, MPI_STATUS_IGNORE), done == 0;) sleepabit();
+}
+
+mpiranks::mpiranks() {
+    MPI_Comm_rank(MPI_COMM_WORLD, &number);
+    MPI_Comm_size(MPI_COMM_WORLD, &all);
+    MPI_Comm neighbours;
+    MPI_Comm_split_type(MPI_COMM_WORLD, MPI_COMM_TYPE_SHARED, number, MPI_INFO_NULL, &neighbours);
+    MPI_Comm_size(neighbours, &onhost);
+    MPI_Comm_free(&neighbours);
+    MPI_Comm_dup(MPI_COMM_WORLD, &farewell);
+    char name[MPI_MAX_PROCESSOR_NAME];
+    int length = 0;
+    MPI_Get_processor_name(name, &length);
+    hostname.assign(name, std::size_t(length));
+}
+
+void mpiranks::sum(double* values, std::int64_t count) {
+    for (std::int64_t at = 0; at < count; at += piece)
+        MPI_Allreduce(MPI_IN_PLACE, values + at, int(std::min<std::int64_t>(piece, count - at)),
+                      MPI_DOUBLE, MPI_SUM, MPI_COMM_WORLD);
+}
+
+void mpiranks::takefirst(double* values, std::int64_t count) {
+    for (std::int64_t at = 0; at < count; at += piece)
+        MPI_Bcast(values + at, int(std::min<std::int64_t>(piece, count - at)), MPI_DOUBLE, 0,
+                  MPI_COMM_WORLD);
+}
+
+std::vector<double> mpiranks::gather(const std::vector<double>& mine) {
+    const int tag = 1;
+    MPI_Request request;
+    if (number > 0) {
+        for (std::size_t at = 0; at < mine.size() || at == 0; at += piece) {
+            const auto count = int(std::min<std::size_t>(piece, mine.size() - at));
+            MPI_Isend(mine.data() + at, count, MPI_DOUBLE, 0, tag, MPI_COMM_WORLD, &request);
+            await(request);
+        }
+        return {};
+    }
+    std::vector<double> result = mine;
+    for (int from = 1; from < all; ++from)
+        for (int count = piece; count == piece;) {
+            MPI_Status status;
+            MPI_Probe(from, tag, MPI_COMM_WORLD, &status);
+            MPI_Get_count(&status, MPI_DOUBLE, &count);
+            const std::size_t before = result.size();
+            result.resize(before + std::size_t(count));
+            MPI_Recv(result.data() + before, count, MPI_DOUBLE, from, tag, MPI_COMM_WORLD,
+                     MPI_STATUS_IGNORE);
+        }
+    return result;
+}
+
+std::vector<std::string> mpiranks::texts(const std::string& mine) {
+    const int length = int(mine.size());
+    std::vector<int> lengths(std::size_t(all), 0), first(std::size_t(all) + 1, 0);
+    MPI_Allgather(&length, 1, MPI_INT, lengths.data(), 1, MPI_INT, MPI_COMM_WORLD);
+    for (std::size_t r = 0; r < lengths.size(); ++r) first[r + 1] = first[r] + lengths[r];
+    std::string together(std::size_t(first.back()), ' ');
+    MPI_Allgatherv(mine.data(), length, MPI_CHAR, together.data(), lengths.data(), first.data(),
+                   MPI_CHAR, MPI_COMM_WORLD);
+    std::vector<std::string> result;
+    for (std::size_t r = 0; r < lengths.size(); ++r)
+        result.push_back(together.substr(std::size_t(first[r]), std::size_t(lengths[r])));
+    return result;
+}
+
+std::string mpiranks::anyfault(const std::string& mine) {
+    for (const std::string& text : texts(mine))
+        if (!text.empty()) return text;
+    return {};
+}
+
+void mpiranks::checkversions(const std::string& version) {
+    const std::vector<std::string> versions = texts(version), hosts = texts(hostname);
+    for (std::size_t r = 1; r < versions.size(); ++r)
+        if (versions[r] != versions[0])
+            refuse("feiflu-mpi is of version " + versions[0] + " on " + hosts[0] + " and " +
+                   versions[r] + " on " + hosts[r] + "; install the same on all hosts");
+}
+
+void mpiranks::end(const std::string& fault) {
+    using namespace std::chrono;
+    const auto patience = seconds(3);  // by then whoever comes upon the same fault has done so
+    const auto begin = steady_clock::now();
+    MPI_Request request;
+    MPI_Ibarrier(farewell, &request);
+    for (int done = 0; MPI_Test(&request, &done, MPI_STATUS_IGNORE), done == 0; sleepabit()) {
+        if (fault.empty() || steady_clock::now() - begin < patience) continue;
+        std::fprintf(stderr, "%s: %s\n", hostname.c_str(), visible(fault).c_str());
+        std::fflush(nullptr);
+        MPI_Abort(MPI_COMM_WORLD, 1);
+    }
+}

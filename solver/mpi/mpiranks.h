@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The processes of an MPI job. One thread of each talks to the others.
+#pragma once
+
+#include <mpi.h>
+
+#include "solver/ranks.h"
+
+class mpiranks : public ranks {
+  public:
+    mpiranks();  // after MPI_Init
+
+    int me() const override { return number; }
+    int count() const override { return all; }
+    int here() const override { return onhost; }
+    void sum(double* values, std::int64_t count) override;
+    void takefirst(double* values, std::int64_t count) override;
+    std::vector<double> gather(const std::vector<double>& mine) override;
+    std::string anyfault(const std::string& mine) override;
+    std::vector<std::uint16_t> partition(const model& m) override;
+    void end(const std::string& fault) override;
+
+    // Refuses where the programs on the hosts are not of one version.
+    void checkversions(const std::string& version);
+    const std::string& host() const { return hostname; }
+
+  private:
+    std::vector<std::string> texts(const std::string& mine);  // of all, everywhere
+
+    int number = 0, all = 1, onhost = 1;
+    std::string hostname;
+    MPI_Comm farewell;  // apart from all other talk
+};

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Calls of MUMPS. Its numbered controls carry the names of its users' guide (5.5).
+#include "solver/mpi/mumps.h"
+
+#include <dmumps_c.h>
+#include <mpi.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+
+#include "solver/enginetexts.h"
+#include "solver/memory.h"
+#include "solver/ranks.h"
+#include "solver/softness.h"
+
+static const double million = 1e6;
+
+namespace {
+enum job { begin = -1, end = -2, analysis = 1, factorisation = 2, solution = 3 };
+enum kind { definite = 1, general = 2 };
+
+// One matrix in the hands of MUMPS.
+class instance {
+  public:
+    instance(kind symmetry, const std::string& scratch) : folder(scratch) {
+        id.comm_fortran = MUMPS_INT(MPI_Comm_c2f(MPI_COMM_WORLD));
+        id.par = 1;  // the first process works as well
+        id.sym = symmetry;
+        call(begin);
+        for (int i = 1; i <= 4; ++i) icntl(i) = i < 4 ? -1 : 0;  // no words
+        icntl(7) = 5;                                            // ordering by METIS
+        icntl(14) = 40;                          // per cent of work space more than estimated
+        icntl(18) = 3;                           // entries come from all processes
+        icntl(28) = 1;                           // one process orders
+        if (symmetry == general) icntl(13) = 1;  // the last front too tells its negative pivots
+    }
+    // Others take part in the end, which a fault of this process alone must not wait for.
+    ~instance() {
+        if (!ended && std::uncaught_exceptions() == 0) call(end);
+        if (icntl(22) == 1) removefiles();
+    }
+    instance(const instance&) = delete;
+    instance& operator=(const instance&) = delete;
+
+    void analyse(const sparsematrix& a) {
+        rows.clear();
+        columns.clear();
+        rows.reserve(a.row.size());
+        columns.reserve(a.row.size());
+        for (std::int64_t j = 0; j < a.size(); ++j)
+            for (auto i = std::size_t(a.start[std::size_t(j)]);
+                 i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
+                rows.push_back(a.row[i] + 1);
+                columns.push_back(MUMPS_INT(j + 1));
+            }
+        id.n = MUMPS_INT(a.size());
+        id.nnz_loc = std::int64_t(rows.size());
+        id.irn_loc = rows.data();
+        id.jcn_loc = columns.data();
+        call(analysis);
+        refusefault();
+    }
+
+    // Leaves the memory for the disc.
+    void gotodisc() {
+        icntl(22) = 1;
+        folder.copy(id.ooc_tmpdir, sizeof id.ooc_tmpdir - 1);
+        prefix.copy(id.ooc_prefix, sizeof id.ooc_prefix - 1);
+    }
+
+    // False where a pivot is not above 0.
+    bool factorise(const sparsematrix& a) {
+        id.a_loc = const_cast<double*>(a.value.data());
+        const int tooshort[] = {-8, -9, -14, -15, -17, -20};  // of work space
+        const int most = 2000;                                // per cent
+        for (call(factorisation); std::count(std::begin(tooshort), std::end(tooshort), fault()) > 0;
+             call(factorisation)) {
+            if (icntl(14) > most) break;
+            icntl(14) *= 2;
+        }
+        const int singular = -10, indefinite = -40;
+        if (fault() == singular || fault() == indefinite) return false;
+        refusefault();
+        return true;
+    }
+
+    void solve(double* x, int count) {
+        id.rhs = x;
+        id.nrhs = count;
+        id.lrhs = id.n;
+        call(solution);
+        refusefault();
+    }
+
+    double estimate() const { return million * infog(icntl(22) == 1 ? 26 : 16); }
+    double entries() const { return infog(20) < 0 ? -million * infog(20) : infog(20); }
+    double operations() const { return id.rinfog[0]; }
+    int negatives() const { return infog(12); }
+
+  private:
+    void call(job what) {
+        id.job = what;
+        dmumps_c(&id);
+    }
+    int& icntl(int i) { return id.icntl[i - 1]; }
+    int icntl(int i) const { return id.icntl[i - 1]; }
+    int infog(int i) const { return id.infog[i - 1]; }
+    int fault() const { return infog(1); }
+    void refusefault() {
+        if (fault() >= 0) return;
+        const std::string words = mumpsfault(fault(), infog(2), folder);
+        call(end);
+        ended = true;
+        refuse(words);
+    }
+    void removefiles() const {
+        std::error_code ec;
+        for (const auto& file : std::filesystem::directory_iterator(folder, ec))
+            if (file.path().filename().string().starts_with(prefix))
+                std::filesystem::remove(file.path(), ec);
+    }
+
+    DMUMPS_STRUC_C id{};
+    bool ended = false;
+    std::string folder;
+    const std::string prefix = "feiflu" + std::to_string(getpid());  // of the files there
+    std::vector<MUMPS_INT> rows, columns;
+};
+}  // namespace
+
+struct mumps::inside {
+    std::unique_ptr<instance> one;
+};
+
+mumps::mumps(const std::string& scratch) : in(new inside), folder(scratch) {}
+
+mumps::~mumps() = default;
+
+// The process with the least room decides for all.
+void mumps::analyse(const sparsematrix& a) {
+    in->one.reset();
+    unknowns = a.size();
+    in->one = std::make_unique<instance>(definite, folder);
+    in->one->analyse(a);
+    const double part = 0.9;  // of the memory; the rest is for loads and results
+    double toolarge = in->one->estimate() > part * freememory() / allranks().here();
+    allranks().sum(&toolarge, 1);
+    if (toolarge > 0 && !folder.empty()) in->one->gotodisc();
+}
+
+double mumps::entries() const {
+    return in->one->entries();
+}
+
+double mumps::operations() const {
+    return in->one->operations();
+}
+
+double mumps::bytes() const {
+    return in->one->estimate();
+}
+
+bool mumps::factorise(const sparsematrix& a) {
+    return in->one->factorise(a);
+}
+
+double mumps::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
+    const double rounding = 1e-12, soft = softness(*this, a, unknown);
+    return soft < rounding ? soft : 1;
+}
+
+void mumps::solve(double* x, int columns, triangles) {
+    in->one->solve(x, columns);
+    allranks().takefirst(x, columns * unknowns);
+}
+
+std::int64_t mumps::countnegative(const sparsematrix& a, double mostoperations) {
+    instance other(general, folder);
+    other.analyse(a);
+    if (other.operations() > mostoperations || !other.factorise(a)) return -1;
+    return other.negatives();
+}

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The factorisation by MUMPS, shared among the processes of an MPI job. Each hands in the entries
+// of its own elements. Amestoy, Duff, L'Excellent and Koster, A fully asynchronous multifrontal
+// solver using distributed dynamic scheduling, SIAM J. Matrix Anal. Appl. 23, 2001.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "solver/engine.h"
+
+class mumps : public engine {
+  public:
+    // scratch: folder for a factor that the memory does not hold; "": there is none.
+    explicit mumps(const std::string& scratch);
+    ~mumps() override;
+
+    void analyse(const sparsematrix& a) override;
+    double entries() const override;
+    double operations() const override;
+    double bytes() const override;
+
+    bool factorise(const sparsematrix& a) override;
+    // The softest motion stands for the pivots, which stay hidden: 1 where it is none of rounding.
+    double smallestpivot(const sparsematrix& a, std::int64_t& unknown) override;
+    bool splits() const override { return false; }
+    using engine::solve;
+    void solve(double* x, int columns, triangles which) override;
+    std::int64_t countnegative(const sparsematrix& a, double mostoperations) override;
+
+  private:
+    struct inside;
+    std::unique_ptr<inside> in;
+    std::string folder;
+    std::int64_t unknowns = 0;
+};

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Processes that share one analysis. All of them take the same steps on the same numbers. What is
+// made of single elements each makes of its own alone, and the shares are summed: matrices stay
+// with whom they belong, vectors are the same everywhere.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "solver/model.h"
+#include "solver/refuse.h"
+
+// As it stands: the one process of a program that shares nothing.
+class ranks {
+  public:
+    ranks() = default;
+    virtual ~ranks() = default;
+    ranks(const ranks&) = delete;
+    ranks& operator=(const ranks&) = delete;
+
+    virtual int me() const { return 0; }
+    virtual int count() const { return 1; }
+    virtual int here() const { return 1; }  // of them on this machine
+    bool first() const { return me() == 0; }
+    bool alone() const { return count() == 1; }
+
+    // Sums numbers over all, everywhere; or takes over those of the first.
+    virtual void sum(double* values, std::int64_t count);
+    virtual void takefirst(double* values, std::int64_t count);
+    // The numbers of all one behind the other, on the first; nothing on the others.
+    virtual std::vector<double> gather(const std::vector<double>& mine) { return mine; }
+    // The fault of the lowest process that has one; "" where none has.
+    virtual std::string anyfault(const std::string& mine) { return mine; }
+
+    std::string textoffirst(const std::string& mine) { return anyfault(first() ? mine : ""); }
+
+    // Which process works on each element (by number); empty where there is one.
+    virtual std::vector<std::uint16_t> partition(const model&) { return {}; }
+    // The end of the analysis in this process. Whoever fails while others go on ends them all.
+    virtual void end(const std::string& fault);
+};
+ranks& allranks();
+void setranks(ranks& r);
+void workalone();
+
+// Does a step that may fail on one process: all refuse what one refuses.
+template <typename Work>
+void together(Work work) {
+    if (allranks().alone()) return work();
+    std::string fault;
+    guarded(work, [&](const runtimeerror& e) { fault = e.what; });
+    fault = allranks().anyfault(fault);
+    if (!fault.empty()) refuse(fault);
+}
+
+// Elements of this process.
+inline bool isown(const model& m, int e) {
+    return m.rankof.empty() || m.rankof[std::size_t(e)] == allranks().me();
+}

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The solver's tests once more: what the own factor has solved in one process is solved again by
+// another engine and by all processes of the job, and must come out the same, refusals to the word.
+//
+//   mpiexec -n 2 test_scale ENGINE TOLERANCE [options of the tests]
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "solver/engines.h"
+#include "solver/mpi/mpiranks.h"
+#include "solver/mpi/mumps.h"
+#include "solver/tune.h"
+#include "tests/solver/build.h"
+
+namespace {
+struct trial {
+    std::string engine;
+    double tolerance = 0, worst = 0;
+    int solved = 0, refused = 0, rounded = 0;
+};
+
+double extent(const model& m) {
+    double size = 0;
+    for (int n = 2; n <= m.nnodes(); ++n)
+        size = std::max(size, (m.nodes[std::size_t(n)] - m.nodes[1]).norm());
+    return size;
+}
+
+// Largest difference of displacements over the largest of all, rotations made lengths by the size
+// of the model; and that of omega^2.
+double difference(const model& m, const results& a, const results& b) {
+    if (a.u.u.size() != b.u.u.size() || a.modes.value.size() != b.modes.value.size()) return 1;
+    const double size = extent(m);
+    double change = 0, largest = 0;
+    for (std::size_t i = 0; i < a.u.u.size(); ++i) {
+        const double arm = a.dofs.code[i % std::size_t(a.dofs.pernode)] > 3 ? size : 1;
+        change = std::max(change, arm * std::fabs(a.u.u[i] - b.u.u[i]));
+        largest = std::max(largest, arm * std::fabs(a.u.u[i]));
+    }
+    double worst = largest > 0 ? change / largest : 0;
+    const double scale = a.modes.value.empty() ? 0 : std::fabs(a.modes.value.back());
+    for (std::size_t i = 0; i < a.modes.value.size(); ++i)
+        worst = std::max(worst, std::fabs(a.modes.value[i] - b.modes.value[i]) / scale);
+    return worst;
+}
+
+// A refusal for lack of accuracy tells its rounding; what counts is the cause that it names.
+std::string causeof(const std::string& words) {
+    const std::size_t at = words.find("The stiffness of the elements differs");
+    return at == words.npos ? words : words.substr(at);
+}
+
+// While it stands the whole job works on one model.
+class shared {
+  public:
+    shared(ranks& all, const trial& t, const settings& s) {
+        setranks(all);
+        useengine(t.engine, s);
+    }
+    ~shared() {
+        workalone();
+        useengine("cholmod", {});
+    }
+};
+}  // namespace
+
+// What the own factor's result changes by when the moduli change in their last digits: by so much
+// it is a matter of rounding.
+static const double roundingsworth = 30;  // one such change is a lucky one at times
+static double sensitivity(const build& b, int doftype, wanted what, const results& r) {
+    model other = b.m;
+    const double nextto1 = 1 + 4 * std::numeric_limits<double>::epsilon();
+    for (groupdata& g : other.groups) g.field[fieldmodulus] *= nextto1;
+    workalone();
+    useengine("cholmod", {});
+    runlog log;
+    log.quiet();
+    return difference(b.m, r, solvemodel(other, b.s, doftype, what, log));
+}
+
+static void compare(trial& t, ranks& all) {
+    build::solved = [&](build& b, int doftype, wanted what, const results& r) {
+        const shared job(all, t, b.s);
+        runlog log;
+        log.quiet();
+        const results again = solvemodel(b.m, b.s, doftype, what, log);
+        const double worst = difference(b.m, r, again);
+        if (worst > t.tolerance) {
+            EXPECT_LE(worst, roundingsworth * sensitivity(b, doftype, what, r));
+            ++t.rounded;
+            return;
+        }
+        t.worst = std::max(t.worst, worst);
+        ++t.solved;
+    };
+    build::refused = [&](build& b, int doftype, wanted what, const std::string& why) {
+        const shared job(all, t, b.s);
+        runlog log;
+        log.quiet();
+        std::string again;
+        guarded([&] { solvemodel(b.m, b.s, doftype, what, log); },
+                [&](const runtimeerror& e) { again = e.what; });
+        EXPECT_EQ(causeof(again), causeof(why));
+        ++t.refused;
+    };
+}
+
+int main(int count, char** words) {
+    tunelibraries(words);
+    MPI_Init(&count, &words);
+    int failed = 1;
+    {
+        mpiranks all;
+        testing::InitGoogleTest(&count, words);
+        trial t;
+        if (count > 2) t.engine = words[1], t.tolerance = std::strtod(words[2], nullptr);
+        addengine("mumps", [](const settings& s) { return std::make_unique<mumps>(s.scratch); });
+        compare(t, all);
+        auto& listeners = testing::UnitTest::GetInstance()->listeners();
+        if (!all.first()) delete listeners.Release(listeners.default_result_printer());
+        failed = RUN_ALL_TESTS();
+        if (all.first())
+            std::printf(
+                "%s, %d process(es): %d solutions within %.1e of the own factor's, "
+                "%d refusals\n",
+                t.engine.c_str(), all.count(), t.solved, t.worst, t.refused);
+        failed |= t.solved == 0;
+    }
+    MPI_Finalize();
+    return failed;
+}

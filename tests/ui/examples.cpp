@@ -6,17 +6,21 @@
 #include <cmath>
 #include <filesystem>
 
+#include "core/journal.h"
 #include "files/filop.h"
+#include "files/saving.h"
+#include "post/contour.h"
+#include "post/exactstress.h"
+#include "post/members.h"
 #include "post/postproces.h"
+#include "post/source.h"
+#include "post/stressfile.h"
 #include "tests/support/recorder.h"
 
 namespace fs = std::filesystem;
 
 // Opens a copy of the example, solves it and reads the displacements of a combination.
-static void solve(sessionroom& room, const std::string& name, bool twod) {
-    for (const auto& entry : fs::directory_iterator(sourcedir() + "/data/examples"))
-        if (entry.path().stem() == name)
-            fs::copy_file(entry.path(), room.file(entry.path().filename().string()));
+static void runsolver(const sessionroom& room, const std::string& name, bool twod) {
     QStringList arguments = {"--model", QString::fromStdString(room.file(name)), "--appdir",
                              QString::fromStdString(room.folder)};
     if (twod) arguments << "--2d";
@@ -24,7 +28,24 @@ static void solve(sessionroom& room, const std::string& name, bool twod) {
     solver.start(KALVANE_FEIFLU, arguments);
     ASSERT_TRUE(solver.waitForFinished(60000));
     ASSERT_EQ(solver.exitCode(), 0) << solver.readAllStandardError().toStdString();
+}
+
+static void solve(sessionroom& room, const std::string& name, bool twod) {
+    for (const auto& entry : fs::directory_iterator(sourcedir() + "/data/examples"))
+        if (entry.path().stem() == name)
+            fs::copy_file(entry.path(), room.file(entry.path().filename().string()));
+    runsolver(room, name, twod);
     ASSERT_TRUE(openmodel(room.file(name)));
+}
+
+// The model in hand, saved and solved.
+static void solvemade(sessionroom& room, bool twod) {
+    modelname = room.file("made");
+    startjournal();
+    ASSERT_TRUE(savemodel());
+    runsolver(room, "made", twod);
+    dropmembers();
+    retryresults();
 }
 
 static void readcombination(int c) {
@@ -316,4 +337,91 @@ TEST(Examples, PontoonFloatsByItself) {
     }
     for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(sum[k], 0, 1) << k;
     for (std::size_t k = 3; k < 6; ++k) EXPECT_NEAR(sum[k], 0, 3000) << "about axis " << k - 3;
+}
+
+static void hold(int n, std::initializer_list<int> directions) {
+    for (const int dof : directions) {
+        connode(++ncon) = n;
+        condof(ncon) = dof;
+    }
+}
+
+static void loadelement(int lc, int e, int direction, float q) {
+    const int i = int(++elemload(lc, 0, 0));
+    elemload(lc, i, 0) = float(e);
+    elemload(lc, i, 1) = float(direction);
+    elemload(lc, i, 2) = q;
+}
+
+// Beam over two spans, each loaded in a case of its own (AISC, Steel Construction Manual, table of
+// continuous beams): one span loaded M = 49/512 q l^2 in it, 1/16 over the support;
+// both 9/128 and 1/8, reactions 3/8, 10/8, 3/8. The envelope of the three takes the worst of each.
+TEST(Examples, TwoSpansHaveTheMomentsOfTheTables) {
+    sessionroom room;
+    const double q = 6, l = 4, unit = q * l * l;
+    for (int n = 0; n <= 4; ++n) addnode(float(n * l / 2), 0, 0);
+    for (int e = 1; e <= 4; ++e) addelement(typebeam, {e, e + 1});
+    groups(1, fieldmodulus) = 2.1e8;
+    groups(1, fieldthickness) = 0.01;
+    groups(1, fieldixx) = groups(1, fieldiyy) = 1e-4;
+    hold(1, {1, 2});
+    hold(3, {2});
+    hold(5, {2});
+    loadnode(0, 0) = 2;
+    lcomb(0, 0) = 3;
+    for (int c = 1; c <= 3; ++c)
+        for (int l2 = 1; l2 <= 2; ++l2) lcomb(c, l2) = float(c == 3 || c == l2);
+    for (int e = 1; e <= 4; ++e) loadelement(e <= 2 ? 1 : 2, e, 2, float(-q));
+    solvemade(room, true);
+    shownsource = {sources::envelope, 1, {}, {}};
+    const memberrange m = rangeof(memMz, allmembers());
+    EXPECT_NEAR(m.high.value, 49 / 512.0 * unit, 1e-3 * unit);
+    EXPECT_NEAR(m.low.value, -unit / 8, 1e-5 * unit);
+    EXPECT_EQ(governorsof(m.low.e).low[memMz][m.low.station], 3);
+    EXPECT_NE(governorsof(m.high.e).high[memMz][m.high.station], 3);
+    shownsource = {};
+    curlcomb = 3;
+    ASSERT_TRUE(readshape());
+    for (const auto& [node, share] : {std::pair{1, 0.375}, {3, 1.25}, {5, 0.375}})
+        EXPECT_NEAR(dispres(0, node, 2), share * q * l, 1e-5 * q * l) << node;
+    EXPECT_NEAR(rangeof(memMz, allmembers()).high.value, 9 / 128.0 * unit, 1e-3 * unit);
+}
+
+// Square plate held along its border under even pressure, Timoshenko and Woinowsky-Krieger, Theory
+// of Plates and Shells, 2nd ed., table 8: w = 0.00406 q a^4 / D, M = 0.0479 q a^2 at the middle, V
+// = 0.338 q a at the middle of a side.
+TEST(Examples, APlateHasTheMomentsAndShearsOfTheTable) {
+    sessionroom room;
+    const int side = 16;
+    const double a = 8, q = 2, t = 0.08, e = 2e7;
+    for (int j = 0; j <= side; ++j)
+        for (int i = 0; i <= side; ++i) {
+            const int n = addnode(float(i * a / side), float(j * a / side), 0);
+            if (i == 0 || j == 0 || i == side || j == side) hold(n, {3});
+        }
+    groups(1, fieldmodulus) = e;
+    groups(1, fieldpoisson) = 0.3;
+    groups(1, fieldthickness) = t;
+    for (int j = 0; j < side; ++j)
+        for (int i = 0; i < side; ++i) {
+            const int n = 1 + i + j * (side + 1);
+            loadelement(1, addelement(typeplate4, {n, n + 1, n + side + 2, n + side + 1}), 3,
+                        float(q));
+        }
+    solvemade(room, false);
+    readcombination(1);
+    const double d = e * t * t * t / (12 * 0.91);
+    EXPECT_NEAR(nodes(1, nodeat(a / 2, a / 2, 0), 2), 0.00406 * q * std::pow(a, 4) / d,
+                0.01 * 0.00406 * q * std::pow(a, 4) / d);
+    lineelstress = 0;
+    stresslocal = true;
+    ASSERT_TRUE(readstress());
+    // The third corner of the element before the middle; the middle of the side x = 0.
+    const int middle = side / 2 - 1 + (side / 2 - 1) * side + 1, border = side / 2 * side + 1;
+    EXPECT_NEAR(std::fabs(exactvalue(momentx, middle, 3)), 0.0479 * q * a * a,
+                0.02 * 0.0479 * q * a * a);
+    EXPECT_NEAR(std::fabs(exactvalue(momenty, middle, 3)), 0.0479 * q * a * a,
+                0.02 * 0.0479 * q * a * a);
+    EXPECT_NEAR(std::fabs(exactvalue(shearx, border, 1)), 0.338 * q * a, 0.1 * 0.338 * q * a);
+    stresslocal = false;
 }

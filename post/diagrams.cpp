@@ -245,12 +245,13 @@ static void plotcurve(surface& s, const memberframe& f, double factor, const mem
 }
 
 // Of a member a few pixels long one stroke: the line of its ends' values, or a filled one's
-// ordinate.
-static void plotshort(surface& s, const memberframe& f, const memberline& line) {
+// ordinate over its middle.
+static void plotshort(surface& s, const memberframe& f, const point2& base,
+                      const memberline& line) {
     const float* const value = line.value[diagram.quantity];
     const int middle = memberstations / 2, last = memberstations - 1;
     const bool ordinate = diagram.filled;
-    const point2 a = ordinate ? f.place(0.5, 0) : f.place(0, value[0]),
+    const point2 a = ordinate ? base : f.place(0, value[0]),
                  b = ordinate ? f.place(0.5, value[middle]) : f.place(1, value[last]);
     s.line(a.x, a.y, b.x, b.y, value[middle] < 0 ? negativecolor : positivecolor);
 }
@@ -302,8 +303,9 @@ void drawdiagrams(int nview) {
         if (length >= shortest) {
             plotmember(*s, e, nview, f, factor, *m);
         } else {
-            plotshort(*s, f, m->high);
-            if (m->least) plotshort(*s, f, *m->least);
+            const point2 base{(pa.x + pb.x) / 2, (pa.y + pb.y) / 2};
+            plotshort(*s, f, base, m->high);
+            if (m->least) plotshort(*s, f, base, *m->least);
         }
         const bool extreme = e == range.high.e || e == range.low.e;
         if (diagram.values && (length >= apart || extreme)) texts.push_back({f, m});

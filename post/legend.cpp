@@ -265,8 +265,8 @@ void drawlegendon(surface& s, double left, double top, double width, double heig
 }
 
 void drawlegend() {
-    if (toprinter != 0) return;                     // a printed page has a column for it
-    if (issecond() && !second.commonscale) return;  // it stands in its picture
+    if (toprinter != 0) return;  // a printed page has a column for it
+    if (issecond()) return;      // that of view 1 stands, or its own in its picture
     surface* const s = theplatform().legendsurface();
     if (s == nullptr) return;
     s->clear(backcolor);

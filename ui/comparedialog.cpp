@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "core/diagramshown.h"
 #include "core/model.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -47,7 +48,7 @@ class comparedialog : public sidedialog {
             accept();
         });
         newaction("compareready", "Ready", this, row, [this] { accept(); });
-        if (!iscontour() && !iselementstress() && !isdeformed()) showcontour();
+        if (!iscontour() && !iselementstress() && !isdeformed() && !diagramshown) showcontour();
         if (comparedwith() == 0) startcomparison(std::min(ncomb(), curlcomb == 1 ? 2 : 1));
         showform();
     }

@@ -52,6 +52,13 @@ class sourcedialog : public sidedialog {
         showform();
     }
 
+  protected:
+    // What the views show may have become another meanwhile.
+    void changeEvent(QEvent* event) override {
+        sidedialog::changeEvent(event);
+        if (event->type() == QEvent::ActivationChange && isActiveWindow()) showform();
+    }
+
   private:
     void buildcases(QBoxLayout* rows) {
         cases = new QComboBox(this);
@@ -133,7 +140,8 @@ class sourcedialog : public sidedialog {
                        "element " + std::to_string(row.e) + ", node " +
                            std::to_string(int(elems(row.e, row.corner))),
                        row.combination);
-        if (plotready() && iscontour() && !plotsstress())
+        const bool moves = isdeformed() || (iscontour() && !plotsstress());
+        if (moves && needsnodeenvelope(dispcontour) && readnodeenvelope(dispcontour))
             for (std::size_t q = 0; q < extremesofnodes().bounds.size(); ++q)
                 addnodes(extremesofnodes().names[q], extremesofnodes().bounds[q]);
         if (diagramshown && diagramrange().high.e != 0 && !diagramrange().isnoise()) {

@@ -70,6 +70,7 @@ const std::vector<bookpart>& bookparts() {
         {tables, "alldisplacements", "Displacements of all nodes", false, bookalldisplacements},
         {tables, "allforces", "Forces at all nodes", false, bookallforces},
         {tables, "allstresses", "Stresses of all elements", false, bookallstresses},
+        {tables, "allmembers", "Forces along all line elements", false, bookallmembers},
         {tables, "allenvelopes", "Envelopes of all values", false, bookallenvelopes},
     };
     return parts;

@@ -31,12 +31,14 @@ static std::string governedtext(double value, int c) {
 void bookenvelopes(booksink& b) {
     eachkind(b, [&](const envelopekind& kind) {
         for (const boundstable& t : boundstables(kind, bookprogress)) {
-            b.begintable(t.caption, {{"", false, 0.8},
-                                     {"Largest"},
-                                     {"at", false, 1.5},
-                                     {"Smallest"},
-                                     {"at", false, 1.5},
-                                     {"By size"}});
+            b.begintable(t.caption,
+                         {{"", false, 1.2},
+                          {"Largest"},
+                          {"at", false, 1.5},
+                          {"Smallest"},
+                          {"at", false, 1.5},
+                          {"By size"}},
+                         int(t.bounds.size()));
             for (std::size_t q = 0; q < t.bounds.size(); ++q) {
                 const envelopebounds& of = t.bounds[q];
                 b.row({t.quantities[q], governedtext(of.high.value, of.high.combination),

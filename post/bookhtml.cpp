@@ -111,7 +111,7 @@ void htmlbook::text(const std::string& paragraph, bool warning) {
     line(std::string("<p") + (warning ? " class=\"warning\">" : ">") + escaped(paragraph) + "</p>");
 }
 
-void htmlbook::begintable(const std::string& caption, const std::vector<bookcolumn>& columns) {
+void htmlbook::begintable(const std::string& caption, const std::vector<bookcolumn>& columns, int) {
     table = columns;
     line("<table>");
     if (!caption.empty()) line("<caption>" + escaped(caption) + "</caption>");

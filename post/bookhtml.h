@@ -21,7 +21,8 @@ class htmlbook : public booksink {
     void chapter(const std::string& caption) override;
     void part(const std::string& key, const std::string& caption) override;
     void text(const std::string& paragraph, bool warning) override;
-    void begintable(const std::string& caption, const std::vector<bookcolumn>& columns) override;
+    void begintable(const std::string& caption, const std::vector<bookcolumn>& columns,
+                    int rows) override;
     void row(const std::vector<std::string>& cells, bool stressed) override;
     void endtable() override;
     void picture(const std::string& caption, const bookdraw& draw) override;

@@ -72,7 +72,7 @@ void booksummary(booksink& b) {
     for (int e = 1; e <= nelems(); ++e)
         if (elems(e, 0) != 0) ++oftype[int(elems(e, 0))], ++elements;
     for (int i = 1; i <= ncon; ++i) constraints += connode(i) != 0;
-    b.begintable("", {{"", false, 3}, {"Number", true, 1}});
+    b.begintable("", {{"", false, 3}, {"Number", true, 1}}, int(oftype.size()) + 6);
     b.row({"Nodes", numbertext(nnodes())});
     b.row({"Elements", numbertext(elements)});
     for (const auto& [type, count] : oftype)
@@ -84,7 +84,7 @@ void booksummary(booksink& b) {
     b.endtable();
     if (nnodes() == 0) return;
     const extents x = extentsofmodel();
-    b.begintable("Extents", {{"Direction", false}, {"From"}, {"To"}, {"Length"}});
+    b.begintable("Extents", {{"Direction", false}, {"From"}, {"To"}, {"Length"}}, 3);
     for (int k = 0; k < 3; ++k)
         b.row({std::string(1, char('X' + k)), value(x.low[k]), value(x.high[k]), value(x.size(k))});
     b.endtable();
@@ -96,26 +96,30 @@ void bookgroups(booksink& b) {
     for (int e = 1; e <= nelems(); ++e)
         if (elems(e, 0) != 0 && egroup(e) >= 1 && egroup(e) <= ngroups())
             ++count[std::size_t(egroup(e))];
-    b.begintable("Material and main dimension", {{"No", true, 0.5},
-                                                 {"Name", false, 2},
-                                                 {"Elements"},
-                                                 {"E"},
-                                                 {"Poisson"},
-                                                 {"Density"},
-                                                 {"Thickness or area", true, 1.4}});
+    b.begintable("Material and main dimension",
+                 {{"No", true, 0.5},
+                  {"Name", false, 2},
+                  {"Elements"},
+                  {"E"},
+                  {"Poisson"},
+                  {"Density"},
+                  {"Thickness or area", true, 1.4}},
+                 ngroups());
     for (int g = 1; g <= ngroups(); ++g)
         b.row({numbertext(g), shownname(groupname(g), 40), numbertext(count[std::size_t(g)]),
                value(groups(g, fieldmodulus)), value(groups(g, fieldpoisson)),
                value(groups(g, fielddensity)), value(groups(g, fieldthickness))});
     b.endtable();
-    b.begintable("Sections", {{"No", true, 0.5},
-                              {"Name", false, 2},
-                              {"Ixx"},
-                              {"Wxx"},
-                              {"Iyy"},
-                              {"Wyy"},
-                              {"Izz"},
-                              {"Wzz"}});
+    b.begintable("Sections",
+                 {{"No", true, 0.5},
+                  {"Name", false, 2},
+                  {"Ixx"},
+                  {"Wxx"},
+                  {"Iyy"},
+                  {"Wyy"},
+                  {"Izz"},
+                  {"Wzz"}},
+                 ngroups());
     for (int g = 1; g <= ngroups(); ++g) {
         cells row = {numbertext(g), shownname(groupname(g), 40)};
         bool any = false;
@@ -168,7 +172,7 @@ void booksupports(booksink& b) {
     s.constraints = true;
     bookpicture(b, s);
     b.begintable("Supported nodes: fixed, or the prescribed displacement (rotations in degrees)",
-                 {{"Node"}, {"DX"}, {"DY"}, {"DZ"}, {"RX"}, {"RY"}, {"RZ"}});
+                 {{"Node"}, {"DX"}, {"DY"}, {"DZ"}, {"RX"}, {"RY"}, {"RZ"}}, int(held.size()));
     for (const auto& [node, directions] : held) {
         cells row = {numbertext(node)};
         row.insert(row.end(), directions.begin(), directions.end());
@@ -248,7 +252,8 @@ void bookloads(booksink& b) {
 }
 
 void bookcombinations(booksink& b) {
-    b.begintable("", {{"No", true, 0.4}, {"Combination", false, 1.4}, {"Load cases", false, 4}});
+    b.begintable("", {{"No", true, 0.4}, {"Combination", false, 1.4}, {"Load cases", false, 4}},
+                 ncomb());
     for (int c = 1; c <= ncomb(); ++c) {
         std::string equation;
         for (const std::string& row : equationof(c)) equation += row;

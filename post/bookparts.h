@@ -31,6 +31,7 @@ void bookdiagrams(booksink& b, const std::vector<memberquantity>& quantities);
 void bookalldisplacements(booksink& b);
 void bookallforces(booksink& b);
 void bookallstresses(booksink& b);
+void bookallmembers(booksink& b);
 void bookallenvelopes(booksink& b);
 
 // A scene as a picture of view 1.

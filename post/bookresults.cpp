@@ -99,7 +99,8 @@ void bookbalance(booksink& b) {
             close();
             std::vector<bookcolumn> columns = {{"", false, 1.6}};
             for (std::size_t k = 1; k < row.cells.size(); ++k) columns.push_back({row.cells[k]});
-            b.begintable(row.cells[0], columns);
+            const int usual = 9;  // rows of a load case
+            b.begintable(row.cells[0], columns, usual);
             open = true;
         } else if (row.cells.size() > 1) {
             b.row(row.cells, row.red);
@@ -113,7 +114,8 @@ void bookbalance(booksink& b) {
 
 void bookmasses(booksink& b) {
     told(b, [&] {
-        b.begintable("", {{"Group", false, 2}, {"Mass"}, {"Centre X"}, {"Centre Y"}, {"Centre Z"}});
+        b.begintable("", {{"Group", false, 2}, {"Mass"}, {"Centre X"}, {"Centre Y"}, {"Centre Z"}},
+                     ngroups() + 1);
         double whole = 0, centre[3] = {};
         for (const massrow& row : readmasses()) {
             if (row.group < 1 || row.group > ngroups()) continue;
@@ -141,7 +143,9 @@ struct extreme {
     void take(double v, int i) {
         if (item == 0 || std::fabs(v) > std::fabs(value)) value = v, item = i;
     }
-    std::string text() const { return item == 0 ? "" : ::value(value) + " at " + numbertext(item); }
+    std::string text(double scale = 0) const {
+        return item == 0 ? "" : plainnumber(value, scale) + " at " + numbertext(item);
+    }
 };
 }  // namespace
 
@@ -152,7 +156,7 @@ void bookdisplacements(booksink& b) {
         const std::vector<int> freedoms = freedomsof(rows.anadof());
         std::vector<bookcolumn> columns = {{"Combination", false, 1.6}, {"Length"}};
         for (const int f : freedoms) columns.push_back({displacementnames[f]});
-        b.begintable("Largest by size, and the node (rotations in degrees)", columns);
+        b.begintable("Largest by size, and the node (rotations in degrees)", columns, ncomb());
         for (int c = 1; c <= ncomb(); ++c) {
             extreme length, each[6];
             eachrow(rows, c, [&](const resultrows::row& row) {
@@ -164,7 +168,11 @@ void bookdisplacements(booksink& b) {
                 length.take(std::sqrt(square), row.item);
             });
             cells line = {nameof(c), length.text()};
-            for (std::size_t i = 0; i < freedoms.size(); ++i) line.push_back(each[i].text());
+            double turn = 0;
+            for (std::size_t i = 0; i < freedoms.size(); ++i)
+                if (freedoms[i] >= 3) turn = std::max(turn, std::fabs(each[i].value));
+            for (std::size_t i = 0; i < freedoms.size(); ++i)
+                line.push_back(each[i].text(freedoms[i] < 3 ? length.value : turn));
             b.row(line);
         }
         b.endtable();
@@ -173,7 +181,7 @@ void bookdisplacements(booksink& b) {
 
 // The rows of all nodes that are wanted, a table a combination.
 template <typename Wanted>
-static void nodetables(booksink& b, bool areforces, Wanted wanted) {
+static void nodetables(booksink& b, bool areforces, int count, Wanted wanted) {
     told(b, [&] {
         resultrows rows(modelname + (areforces ? ".KRT" : ".rvp"),
                         areforces ? resultkinds::forces : resultkinds::displacements);
@@ -182,22 +190,30 @@ static void nodetables(booksink& b, bool areforces, Wanted wanted) {
         for (const int f : freedoms)
             columns.push_back({areforces ? forcenames[f] : displacementnames[f]});
         for (int c = 1; c <= ncomb(); ++c) {
-            b.begintable("Combination " + numbertext(c) + ", " + nameof(c), columns);
+            b.begintable("Combination " + numbertext(c) + ", " + nameof(c), columns, count);
+            double most[2] = {};  // of translations or forces, of rotations or moments
+            eachrow(rows, c, [&](const resultrows::row& row) {
+                for (std::size_t i = 0; i < freedoms.size() && row.item > 0; ++i) {
+                    double& size = most[freedoms[i] >= 3];
+                    size = std::max(size, std::fabs(row.values[i]));
+                }
+            });
             std::array<double, 6> sum{};
             eachrow(rows, c, [&](const resultrows::row& row) {
                 if (row.item == 0 || !wanted(row.item)) return;
                 cells line = {numbertext(row.item)};
                 for (std::size_t i = 0; i < freedoms.size(); ++i) {
-                    const double x = row.values[i];
-                    line.push_back(value(areforces ? x : degrees(x, freedoms[i])));
-                    sum[i] += x;
+                    const int f = freedoms[i];
+                    const auto shown = [&](double x) { return areforces ? x : degrees(x, f); };
+                    line.push_back(plainnumber(shown(row.values[i]), shown(most[f >= 3])));
+                    sum[i] += row.values[i];
                 }
                 b.row(line);
             });
             if (areforces) {
                 cells line = {"Sum"};
                 for (std::size_t i = 0; i < freedoms.size(); ++i)
-                    line.push_back(freedoms[i] < 3 ? value(sum[i]) : "");
+                    line.push_back(freedoms[i] < 3 ? plainnumber(sum[i], most[0]) : "");
                 b.row(line, false);
             }
             b.endtable();
@@ -210,15 +226,16 @@ void bookreactions(booksink& b) {
     std::vector<char> held(std::size_t(nnodes()) + 1);
     for (int i = 1; i <= ncon; ++i)
         if (connode(i) >= 1 && connode(i) <= nnodes()) held[std::size_t(connode(i))] = 1;
-    nodetables(b, true, [&](int n) { return held[std::size_t(n)] != 0; });
+    const int count = int(std::ranges::count(held, 1)) + 1;
+    nodetables(b, true, count, [&](int n) { return held[std::size_t(n)] != 0; });
 }
 
 void bookalldisplacements(booksink& b) {
-    if (hasresults(b)) nodetables(b, false, [](int) { return true; });
+    if (hasresults(b)) nodetables(b, false, 0, [](int) { return true; });
 }
 
 void bookallforces(booksink& b) {
-    if (hasresults(b)) nodetables(b, true, [](int) { return true; });
+    if (hasresults(b)) nodetables(b, true, 0, [](int) { return true; });
 }
 
 // --- stresses -----------------------------------------------------------------------------------
@@ -264,7 +281,7 @@ static void largeststresses(booksink& b, bool lines) {
     if (most.empty()) return;
     b.begintable(lines ? "Line elements: largest by size, and the element"
                        : "Faces, local axes: largest by size, and the element",
-                 columns);
+                 columns, int(most.size()));
     for (const auto& [where, x] : most) {
         cells line = {shownname(groupname(where.first), 40), nameof(where.second)};
         for (const extreme& one : x) line.push_back(one.text());
@@ -302,6 +319,34 @@ static void stresstables(booksink& b, bool lines) {
 void bookallstresses(booksink& b) {
     if (!hasresults(b)) return;
     for (const bool lines : {false, true}) told(b, [&] { stresstables(b, lines); });
+}
+
+void bookallmembers(booksink& b) {
+    if (!hasresults(b)) return;
+    const std::vector<int> members = allmembers();
+    if (members.empty()) return b.text("There are no forces along line elements.");
+    const int rowsperlook = 1000;
+    std::vector<bookcolumn> columns = {{"Element"}, {"Place", true, 0.7}};
+    for (const quantityrow& row : quantityrows) columns.push_back({row.label});
+    b.text(
+        "Places are shares of the length from the first node: the ends, and where a value is "
+        "largest or smallest.");
+    for (int c = 1; c <= ncomb(); ++c) {
+        b.begintable("Combination " + numbertext(c) + ", " + nameof(c), columns);
+        int count = 0;
+        for (const int e : members) {
+            if (++count % rowsperlook == 0) bookprogress();
+            const memberline* const m = memberin(e, c);
+            if (!m) continue;
+            for (const int i : tellingstations(*m)) {
+                cells line = {numbertext(e), value(double(i) / (memberstations - 1))};
+                for (const auto& of : m->value) line.push_back(value(double(of[i])));
+                b.row(line);
+            }
+        }
+        b.endtable();
+        if (!membernote.empty()) b.text(membernote, true);
+    }
 }
 
 // --- pictures -----------------------------------------------------------------------------------

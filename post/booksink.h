@@ -27,7 +27,9 @@ struct booksink {
     virtual void chapter(const std::string& caption) = 0;
     virtual void part(const std::string& key, const std::string& caption) = 0;
     virtual void text(const std::string& paragraph, bool warning = false) = 0;
-    virtual void begintable(const std::string& caption, const std::vector<bookcolumn>& columns) = 0;
+    // rows: about so many that should stand on one page, 0 for any number.
+    virtual void begintable(const std::string& caption, const std::vector<bookcolumn>& columns,
+                            int rows = 0) = 0;
     virtual void row(const std::vector<std::string>& cells, bool stressed = false) = 0;
     virtual void endtable() = 0;
     virtual void picture(const std::string& caption, const bookdraw& draw) = 0;

@@ -63,6 +63,16 @@ weighedcases modeonshow() {
 
 // --- rows ---------------------------------------------------------------------------------------
 
+static const char* unitofplate(int component) {
+    if (component >= momentx && component <= momentxy) return "F L/L";
+    return component < forcex ? "F/L^2" : "F/L";
+}
+
+void enveloperows::addquantity(const char* name, const char* unit) {
+    names.emplace_back(name);
+    unitnames.emplace_back(unit);
+}
+
 enveloperows::enveloperows(envelopeof of, std::vector<weighedcases> sumsof)
     : what(of),
       rows(modelname + files[int(of)].extension, files[int(of)].kind),
@@ -71,15 +81,16 @@ enveloperows::enveloperows(envelopeof of, std::vector<weighedcases> sumsof)
     rows.begin();
     if (what == envelopeof::plates) {
         for (const int component : platecomponents)
-            names.emplace_back(stresscomponents[component - 1].label);
+            addquantity(stresscomponents[component - 1].label, unitofplate(component));
     } else if (what == envelopeof::members) {
-        for (const quantityrow& row : quantityrows) names.emplace_back(row.label);
+        for (const quantityrow& row : quantityrows) addquantity(row.label, row.unit);
     } else {
         const bool areforces = what == envelopeof::forces;
         freedoms = freedomsof(rows.anadof());
-        if (!areforces) names.emplace_back(directions[0].label);
+        if (!areforces) addquantity(directions[0].label, "L");
         for (const int f : freedoms)
-            names.emplace_back(areforces ? ofnodes[f] : directions[f + 1].label);
+            addquantity(areforces ? ofnodes[f] : directions[f + 1].label,
+                        areforces ? (f < 3 ? "F" : "F L") : (f < 3 ? "L" : "degrees"));
     }
     more = nextrow();
 }

@@ -34,6 +34,7 @@ class enveloperows {
     // "Displacement", "DX" and so on; rotations in degrees. One that the analysis has not stays
     // out.
     const std::vector<std::string>& quantities() const { return names; }
+    const std::vector<std::string>& units() const { return unitnames; }  // "F L" of each
     bool next(enveloped& out);
     double share() const { return rows.share(); }
 
@@ -48,7 +49,8 @@ class enveloperows {
     envelopeof what;
     resultrows rows;
     std::vector<weighedcases> over;
-    std::vector<std::string> names;
+    std::vector<std::string> names, unitnames;
+    void addquantity(const char* name, const char* unit);
     std::vector<int> freedoms;
     std::vector<blocks> held;  // rows of the item in hand
     blocks ahead;

@@ -3,6 +3,7 @@
 #include "post/envelopetables.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 #include "core/model.h"
@@ -43,6 +44,17 @@ static void eachitem(enveloperows& rows, envelopeof what, Take take) {
         if (what != envelopeof::forces || held[std::size_t(item.item)]) take(item);
 }
 
+// What is nothing beside values of its unit is 0.
+static void dropnoise(std::vector<envelopebounds>& bounds, const std::vector<std::string>& units) {
+    const double nothing = 1e-9;
+    std::map<std::string, double> most;
+    for (std::size_t q = 0; q < bounds.size(); ++q)
+        most[units[q]] = std::max(most[units[q]], std::fabs(bounds[q].bysize().value));
+    for (std::size_t q = 0; q < bounds.size(); ++q)
+        for (envelopeplace* const at : {&bounds[q].high, &bounds[q].low})
+            if (std::fabs(at->value) < nothing * most[units[q]]) at->value = 0;
+}
+
 std::vector<boundstable> boundstables(const envelopekind& kind, const std::function<void()>& look) {
     const int itemsperlook = 10000;
     std::map<int, std::vector<envelopebounds>> bygroup;
@@ -54,6 +66,7 @@ std::vector<boundstable> boundstables(const envelopekind& kind, const std::funct
     });
     std::vector<boundstable> tables;
     for (auto& [g, bounds] : bygroup) {
+        dropnoise(bounds, rows.units());
         std::string caption = kind.caption;
         if (g >= 1 && g <= ngroups()) caption += ", group " + shownname(groupname(g), 40);
         tables.push_back({caption, rows.quantities(), std::move(bounds)});

@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -18,6 +19,23 @@ const quantityrow quantityrows[memberquantities] = {
     {"My", "Moment about e2", "F L"},    {"Mz", "Moment about e3", "F L"},
     {"v", "Deflection along e2", "L"},   {"w", "Deflection along e3", "L"},
 };
+
+std::vector<int> tellingstations(const memberline& m) {
+    const int last = memberstations - 1;
+    bool wanted[memberstations] = {};
+    wanted[0] = wanted[last] = true;
+    for (const auto& value : m.value) {
+        const auto [low, high] = std::minmax_element(value, value + memberstations);
+        const double nothing = 1e-6 * std::max(std::fabs(*low), std::fabs(*high));
+        const double ends[] = {std::min(value[0], value[last]), std::max(value[0], value[last])};
+        if (*low < ends[0] - nothing) wanted[low - value] = true;
+        if (*high > ends[1] + nothing) wanted[high - value] = true;
+    }
+    std::vector<int> stations;
+    for (int i = 0; i <= last; ++i)
+        if (wanted[i]) stations.push_back(i);
+    return stations;
+}
 
 memberfile::memberfile(const std::string& path, int elements)
     : name(path), file(std::fopen(path.c_str(), "rb")) {

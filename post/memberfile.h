@@ -22,6 +22,9 @@ struct memberline {
     float value[memberquantities][memberstations];
 };
 
+// The ends, and between them where a value is largest or smallest.
+std::vector<int> tellingstations(const memberline& m);
+
 class memberfile {
   public:
     // Finds the records; elements are 1..elements. Throws errfilenotfound, errtype.

@@ -31,22 +31,6 @@ static void writestation(reporttext& r, int e, const memberline& m, int i) {
     r.out.end();
 }
 
-// The ends, and between them where a value is largest or smallest.
-static void writemember(reporttext& r, int e, const memberline& m) {
-    const int last = memberstations - 1;
-    bool wanted[memberstations] = {};
-    wanted[0] = wanted[last] = true;
-    for (const auto& value : m.value) {
-        const auto [low, high] = std::minmax_element(value, value + memberstations);
-        const double nothing = 1e-6 * std::max(std::fabs(*low), std::fabs(*high));
-        const double ends[] = {std::min(value[0], value[last]), std::max(value[0], value[last])};
-        if (*low < ends[0] - nothing) wanted[low - value] = true;
-        if (*high > ends[1] + nothing) wanted[high - value] = true;
-    }
-    for (int i = 0; i <= last; ++i)
-        if (wanted[i]) writestation(r, e, m, i);
-}
-
 void writemembers(reporttext& r) {
     section(r, "******************  MEMBER FORCES REPORT  *******************", 1);
     writesigns(r);
@@ -59,7 +43,8 @@ void writemembers(reporttext& r) {
         for (const quantityrow& row : quantityrows) r.out.zone().text(row.label);
         r.out.end();
         for (const int e : members)
-            if (const memberline* const m = memberin(e, c)) writemember(r, e, *m);
+            if (const memberline* const m = memberin(e, c))
+                for (const int i : tellingstations(*m)) writestation(r, e, *m, i);
         note(r, membernote);
         dashline(r);
     }

@@ -102,8 +102,11 @@ class pdfbook : public booksink {
         paragraph(qtext(words), 0.2);
         ink = QColor(26, 26, 26);
     }
-    void begintable(const std::string& caption, const std::vector<bookcolumn>& all) override {
-        startpart(2.2);
+    void begintable(const std::string& caption, const std::vector<bookcolumn>& all,
+                    int rows) override {
+        const double heading = 2.2, row = 0.5, most = 18;  // centimetres
+        const double whole = heading + row * std::max(rows - 2, 0);
+        startpart(whole <= most ? whole : heading);
         if (!caption.empty()) {
             setfont(textsize, true);
             paragraph(qtext(caption), 0.1);

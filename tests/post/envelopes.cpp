@@ -8,6 +8,8 @@
 #include "post/enveloperows.h"
 #include "post/envelopetables.h"
 #include "post/exactstress.h"
+#include "post/memberfile.h"
+#include "post/members.h"
 #include "post/nodeenvelope.h"
 #include "post/source.h"
 #include "post/stressenvelope.h"
@@ -163,14 +165,17 @@ TEST(Envelopetables, TellThePlacesThatGovern) {
         for (int n = 1; n <= 7; ++n)
             forces += std::to_string(n) + (l == 1 ? ",10,0,0,0,0,0\r\n" : ",-4,0,0,0,0,0\r\n");
         forces += "\"LC\"\r\n";
-        members += "3,2";
-        for (const double place : {0.0, 1.0})
+        members += "3,21";
+        for (int i = 0; i < memberstations; ++i) {
+            const double place = i / 20.0;
             members += "," + std::to_string(place) + "," +
                        std::to_string(l == 1 ? 6 + place : -place) + ",0,0,0,0,0,0,0";
+        }
         members += "\r\nEND\r\n";
     }
     writefile(room.file("job.KRT"), forces);
     writefile(room.file("job.MEM"), members);
+    dropmembers();
     std::string told;
     for (const envelopekind& kind : envelopekindsoftables) {
         if (kind.of == envelopeof::plates) continue;
@@ -183,7 +188,7 @@ TEST(Envelopetables, TellThePlacesThatGovern) {
         }
     }
     EXPECT_NE(told.find("FX: 11 of 3 at node 2, -24 of 2, -24; "), told.npos) << told;
-    EXPECT_NE(told.find("N: 7 of 1 at element 3 at 0.05, -15 of 2, -15; "), told.npos) << told;
+    EXPECT_NE(told.find("N: 7 of 1 at element 3 at 1, -15 of 2, -15; "), told.npos) << told;
     // The report and the book say the same.
     const auto before = std::exchange(reportwanted, {});
     reportwanted[secenvelopes] = true;
@@ -196,11 +201,14 @@ TEST(Envelopetables, TellThePlacesThatGovern) {
     bookpng = [](double, double, const bookdraw&) { return std::string("png"); };
     bookchoice book = thebook();
     for (const bookpart& p : bookparts())
-        wantpart(book, p.key, std::string(p.key).ends_with("envelopes"));
+        wantpart(book, p.key,
+                 std::string(p.key).ends_with("envelopes") || p.key == std::string("allmembers"));
     storebook(book);
     writehtmlbook(room.file("job.html"));
     const std::string html = contentof(room.file("job.html"));
     EXPECT_NE(html.find("<td class=\"n\">11 (3)</td><td>node 2</td><td class=\"n\">-24 (2)"),
+              html.npos);
+    EXPECT_NE(html.find("<td class=\"n\">3</td><td class=\"n\">1</td><td class=\"n\">-15</td>"),
               html.npos);
     EXPECT_NE(html.find("<td>smallest</td><td class=\"n\">-24 (2)"), html.npos);
     bookpng = nullptr;

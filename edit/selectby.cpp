@@ -15,7 +15,7 @@
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
-#include "view/celllists.h"
+#include "view/facesides.h"
 #include "view/setviews.h"
 
 static bool iselement(int e) {
@@ -115,24 +115,10 @@ namespace {
 
 using direction = std::array<double, 3>;
 
-// Unit normal of a face; all zero where it has none.
-direction normalof(int e) {
-    const auto row = elems.row(e);
-    const int elnn = nodesoftype(row[0]);
-    direction normal{};
-    if (elnn < 3) return normal;
-    const auto at = [&](int k, int axis) {
-        return double(nodes(0, long(row[std::size_t(k)]), axis));
-    };
-    double a[3], b[3];
-    for (int k = 0; k < 3; ++k) {
-        a[k] = at(3, k) - at(1, k);
-        b[k] = elnn == 4 ? at(4, k) - at(2, k) : at(2, k) - at(1, k);
-    }
-    normal = {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-    const double length = std::hypot(normal[0], normal[1], normal[2]);
-    for (double& x : normal) x = length > 0 ? x / length : 0;
-    return normal;
+// The k-th corner; 0 where it is no node of the model.
+int cornerof(int e, int k = 1) {
+    const float n = elems(e, k);
+    return n >= 1 && n <= float(nnodes()) ? int(n) : 0;
 }
 
 // Whichever way the normals point.
@@ -141,91 +127,116 @@ bool samedirection(const direction& a, const direction& b, double leastcosine) {
     return cosine >= leastcosine;
 }
 
-// The elements at each node.
-class neighbours {
+// Nodes that elements tie together, as trees: those of one part have one root.
+class parts {
   public:
-    neighbours() {
-        std::vector<int> used;
+    parts() : above(std::size_t(nnodes()) + 1) {
+        std::iota(above.begin(), above.end(), 0);
         for (int e = 1; e <= nelems(); ++e)
-            if (iselement(e)) used.push_back(e);
-        lists.build(std::size_t(nnodes()) + 1, used, [&](std::size_t i, auto work) {
-            for (int k = 1; k <= nodesoftype(elems(used[i], 0)); ++k)
-                work(std::size_t(elems(used[i], k)));
-        });
+            for (int k = 2; k <= nodesoftype(elems(e, 0)); ++k) {
+                int& a = above[std::size_t(rootof(cornerof(e, k)))];
+                int& b = above[std::size_t(rootof(cornerof(e)))];
+                a = b = std::min(a, b);
+            }
     }
-    std::span<const int> at(int n) const { return lists.of(std::size_t(n)); }
+    int rootof(int n) {
+        while (above[std::size_t(n)] != n) {
+            int& over = above[std::size_t(n)];
+            over = above[std::size_t(over)];
+            n = over;
+        }
+        return n;
+    }
 
   private:
-    celllists lists;
+    std::vector<int> above;
 };
-
-// How many corners of one element are corners of another.
-int commonnodes(int e, int other) {
-    int common = 0;
-    for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
-        for (int j = 1; j <= nodesoftype(elems(other, 0)); ++j)
-            common += elems(e, k) == elems(other, j);
-    return common;
-}
 
 }  // namespace
 
 // The selected elements, or those at the selected nodes.
-static std::vector<int> seeds(const neighbours& at) {
+static std::vector<int> seeds() {
     std::vector<int> list = selectedelements();
     if (!list.empty()) return list;
+    std::vector<bool> at(std::size_t(nnodes()) + 1);
     for (const int n : selectednodes())
-        if (n >= 1 && n <= nnodes()) list.insert(list.end(), at.at(n).begin(), at.at(n).end());
-    std::ranges::sort(list);
-    list.erase(std::unique(list.begin(), list.end()), list.end());
+        if (n >= 1 && n <= nnodes()) at[std::size_t(n)] = true;
+    for (int e = 1; e <= nelems(); ++e) {
+        bool any = false;
+        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
+            any = any || at[std::size_t(cornerof(e, k))];
+        if (any) list.push_back(e);
+    }
     return list;
 }
 
+static void findjoined(const std::vector<int>& from, std::vector<bool>& marks) {
+    parts part;
+    std::vector<bool> wanted(std::size_t(nnodes()) + 1);
+    for (const int e : from) wanted[std::size_t(part.rootof(cornerof(e)))] = true;
+    for (int e = 1; e <= nelems(); ++e)
+        marks[std::size_t(e)] = iselement(e) && wanted[std::size_t(part.rootof(cornerof(e)))];
+}
+
+static void findnormal(const std::vector<int>& from, double leastcosine, std::vector<bool>& marks) {
+    std::vector<direction> wanted;
+    for (const int e : from) {
+        const direction d = facenormal(e);
+        if (std::ranges::none_of(wanted, [&](const direction& w) { return w == d; }))
+            wanted.push_back(d);
+        if (wanted.size() > 16) break;  // a curved face: its first directions
+    }
+    for (int e = 1; e <= nelems(); ++e) {
+        const direction d = facenormal(e);
+        if (d != direction{} && std::ranges::any_of(wanted, [&](const direction& w) {
+                return samedirection(w, d, leastcosine);
+            }))
+            marks[std::size_t(e)] = true;
+    }
+}
+
+// From face to face over common sides.
+static void findface(const std::vector<int>& from, double leastcosine, std::vector<bool>& marks) {
+    const facesides& sides = sidesofmodel();
+    struct reached {
+        int element;
+        direction normal;
+    };
+    std::vector<reached> front;
+    for (const int e : from) front.push_back({e, facenormal(e)});
+    while (!front.empty()) {
+        const reached here = front.back();
+        front.pop_back();
+        for (int side = 4 * here.element; side < 4 * here.element + 4; ++side)
+            for (int s = sides.next(side); s != side; s = sides.next(s)) {
+                const int other = facesides::elementof(s);
+                if (marks[std::size_t(other)]) continue;
+                const direction normal = facenormal(other);
+                if (!samedirection(here.normal, normal, leastcosine)) continue;
+                marks[std::size_t(other)] = true;
+                front.push_back({other, normal});
+            }
+    }
+}
+
 static void findfrom(const selectquery& q, std::vector<bool>& marks, selectfound& found) {
-    const neighbours at;
-    std::vector<int> front = seeds(at);
+    std::vector<int> from = seeds();
     if (q.way != selectways::joined)
-        std::erase_if(front, [](int e) { return normalof(e) == direction{}; });
-    if (front.empty()) {
+        std::erase_if(from, [](int e) { return facenormal(e) == direction{}; });
+    if (from.empty()) {
         found.fault = q.way == selectways::joined
                           ? "Select an element or node of the part first"
                           : "Select a triangle or quadrilateral of the face first";
         return;
     }
+    for (const int e : from) marks[std::size_t(e)] = true;
     const double leastcosine = std::cos(q.angle * pi / 180);
-    for (const int e : front) marks[std::size_t(e)] = true;
-    if (q.way == selectways::normal) {
-        std::vector<direction> wanted;
-        for (const int e : front) {
-            const direction d = normalof(e);
-            if (std::ranges::none_of(wanted, [&](const direction& w) { return w == d; }))
-                wanted.push_back(d);
-            if (wanted.size() > 16) break;  // a curved face: its first directions
-        }
-        for (int e = 1; e <= nelems(); ++e) {
-            const direction d = normalof(e);
-            if (d != direction{} && std::ranges::any_of(wanted, [&](const direction& w) {
-                    return samedirection(w, d, leastcosine);
-                }))
-                marks[std::size_t(e)] = true;
-        }
-        return;
-    }
-    while (!front.empty()) {
-        const int e = front.back();
-        front.pop_back();
-        const direction own = normalof(e);
-        for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
-            for (const int other : at.at(int(elems(e, k)))) {
-                if (marks[std::size_t(other)]) continue;
-                if (q.way == selectways::face &&
-                    (commonnodes(e, other) < 2 ||
-                     !samedirection(own, normalof(other), leastcosine)))
-                    continue;
-                marks[std::size_t(other)] = true;
-                front.push_back(other);
-            }
-    }
+    if (q.way == selectways::joined)
+        findjoined(from, marks);
+    else if (q.way == selectways::normal)
+        findnormal(from, leastcosine, marks);
+    else
+        findface(from, leastcosine, marks);
 }
 
 // --- the query ----------------------------------------------------------------------------------

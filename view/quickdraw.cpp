@@ -3,8 +3,6 @@
 #include "view/quickdraw.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -16,6 +14,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "view/drawelems.h"
+#include "view/facesides.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
@@ -46,87 +45,30 @@ struct quicklines {
 };
 quicklines kept;
 
-using direction = std::array<double, 3>;
-
-direction normalof(int e) {
-    const auto row = elems.row(e);
-    const auto at = [&](int k, int axis) {
-        return double(nodes(0, long(row[std::size_t(k)]), axis));
-    };
-    const int last = nodesoftype(row[0]) == 4 ? 4 : 2;
-    double a[3], b[3];
-    for (int k = 0; k < 3; ++k) {
-        a[k] = at(3, k) - at(1, k);
-        b[k] = last == 4 ? at(4, k) - at(2, k) : at(2, k) - at(1, k);
-    }
-    direction n = {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-    const double length = std::hypot(n[0], n[1], n[2]);
-    for (double& x : n) x = length > 0 ? x / length : 0;
-    return n;
+bool isfold(int e, int f) {
+    const auto a = facenormal(e), b = facenormal(f);
+    return std::fabs(std::inner_product(a.begin(), a.end(), b.begin(), 0.0)) < foldcosine;
 }
 
-// Sides of faces by their lower node: each node's stretch is short.
-class facesides {
-  public:
-    facesides() : first(std::size_t(nnodes()) + 2) {
-        eachside([&](int a, int, int) { ++first[std::size_t(a) + 1]; });
-        std::partial_sum(first.begin(), first.end(), first.begin());
-        sides.resize(std::size_t(first.back()));
-        std::vector<int> next = first;
-        eachside([&](int a, int b, int e) { sides[std::size_t(next[std::size_t(a)]++)] = {b, e}; });
-    }
-    void addfeatures(std::vector<modelline>& lines) {
-        for (int a = 1; a <= nnodes(); ++a) {
-            const auto begin = sides.begin() + first[std::size_t(a)],
-                       end = sides.begin() + first[std::size_t(a) + 1];
-            std::sort(begin, end, [](const side& s, const side& t) { return s.other < t.other; });
-            for (auto i = begin; i != end;) {
-                auto j = i + 1;
-                while (j != end && j->other == i->other) ++j;
-                if (j - i != 2 || isfold(i->element, (i + 1)->element))
-                    lines.push_back({a, i->other, i->element});
-                i = j;
-            }
-        }
-    }
-
-  private:
-    struct side {
-        int other, element;
+// Each line once: of its ring by the side with the lowest number.
+void addfeatures(std::vector<modelline>& lines) {
+    const facesides& sides = sidesofmodel();
+    const auto islowest = [&](int side) {
+        for (int other = sides.next(side); other != side; other = sides.next(other))
+            if (other < side) return false;
+        return true;
     };
-    static bool isfold(int e, int f) {
-        const direction a = normalof(e), b = normalof(f);
-        return std::fabs(a[0] * b[0] + a[1] * b[1] + a[2] * b[2]) < foldcosine;
-    }
-    template <typename Work>
-    static void eachside(Work work) {
-        for (int e = 1; e <= nelems(); ++e) {
-            const auto row = elems.row(e);
-            const int elnn = nodesoftype(row[0]);
-            for (int k = 1; elnn > 2 && k <= elnn; ++k) {
-                const int a = int(row[std::size_t(k)]), b = int(row[std::size_t(k % elnn + 1)]);
-                if (a >= 1 && b >= 1 && a <= nnodes() && b <= nnodes())
-                    work(std::min(a, b), std::max(a, b), e);
-            }
-        }
-    }
-    std::vector<int> first;  // of each node in sides
-    std::vector<side> sides;
-};
-
-// Of places and corners; cheap beside one picture.
-std::uint64_t stampofmodel() {
-    std::uint64_t stamp = std::uint64_t(nnodes()) * 31 + std::uint64_t(nelems());
-    const auto mix = [&](float x) {
-        stamp = stamp * 0x9E3779B97F4A7C15u + std::bit_cast<std::uint32_t>(x);
-    };
-    for (int n = 1; n <= nnodes(); ++n)
-        for (int k = 0; k < 3; ++k) mix(nodes(0, n, k));
     for (int e = 1; e <= nelems(); ++e) {
         const auto row = elems.row(e);
-        for (std::size_t k = 0; k <= 4; ++k) mix(row[k]);
+        const int elnn = nodesoftype(row[0]);
+        for (int k = 0; elnn > 2 && k < elnn; ++k) {
+            const int side = 4 * e + k;
+            if (!islowest(side)) continue;
+            if (!sides.ispair(side) || isfold(e, facesides::elementof(sides.next(side))))
+                lines.push_back(
+                    {int(row[std::size_t(k + 1)]), int(row[std::size_t((k + 1) % elnn + 1)]), e});
+        }
     }
-    return stamp;
 }
 
 }  // namespace
@@ -134,14 +76,14 @@ std::uint64_t stampofmodel() {
 static void findlines() {
     if (kept.picture == picturesdrawn) return;
     kept.picture = picturesdrawn;
-    const std::uint64_t stamp = stampofmodel();
+    const std::uint64_t stamp = stampofmodel(true);
     if (stamp == kept.stamp) return;
     kept.lines.clear();
     for (int e = 1; e <= nelems(); ++e) {
         const auto row = elems.row(e);
         if (nodesoftype(row[0]) == 2) kept.lines.push_back({int(row[1]), int(row[2]), e});
     }
-    facesides().addfeatures(kept.lines);
+    addfeatures(kept.lines);
     kept.stamp = stamp;
 }
 

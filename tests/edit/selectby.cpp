@@ -156,6 +156,18 @@ TEST(Selectby, QueriesFindWhatTheyName) {
     for (const char* wrong : {"", "77", "two", "1-x", "3/0", "1-9/0"})
         EXPECT_NE(findby({.numbers = wrong}).fault, "") << wrong;
     EXPECT_NE(findby({.way = face}).fault, "") << "nothing to begin from";
+    // From nodes; over a side that three faces share; and after the mesh has changed.
+    nodesel(0) = 1;
+    nodesel(1) = 13;
+    EXPECT_EQ(findby({.ofnodes = false, .way = face}).items, (numbers{7, 8, 9}));
+    nodesel(1) = 9;
+    for (const float x : {0.0f, 1.0f}) addnode(x, -1, 0);
+    addelement(3, {1, 2, 20, 19}, 1);
+    EXPECT_EQ(findby({.ofnodes = false, .way = face}).items, (numbers{1, 2, 3, 4, 5, 6, 11}));
+    EXPECT_EQ(findby({.ofnodes = false, .way = joined}).items.size(), 10u);
+    elems(11, 1) = 14;
+    elems(11, 2) = 13;
+    EXPECT_EQ(findby({.ofnodes = false, .way = face}).items, (numbers{1, 2, 3, 4, 5, 6}));
 }
 
 // By hand: two unit squares 0.5 thick of density 2, and a bar of 2 with a section of 3.

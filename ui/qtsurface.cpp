@@ -42,6 +42,10 @@ void qtsurface::resize(int width, int height, double newratio, double newpixels)
     h = height;
     ratio = newratio;
     pixels = newpixels;
+    columns = std::max(1, int(std::lround(w * ratio)));
+    rows = std::max(1, int(std::lround(h * ratio)));
+    stamped.clear();
+    passed.clear();
     for (QImage& i : layersofplanes) i = QImage();
     used.fill(false);
     clear(background);
@@ -50,9 +54,7 @@ void qtsurface::resize(int width, int height, double newratio, double newpixels)
 QImage& qtsurface::image(planes p) {
     QImage& i = layersofplanes[std::size_t(p)];
     if (i.isNull()) {
-        const QSize size(std::max(1, int(std::lround(w * ratio))),
-                         std::max(1, int(std::lround(h * ratio))));
-        i = QImage(size,
+        i = QImage(columns, rows,
                    p == planes::model ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
         i.setDevicePixelRatio(ratio);
         i.fill(p == planes::model ? qtcolor(background) : QColor(Qt::transparent));
@@ -71,12 +73,13 @@ QPainter& qtsurface::painter() {
 }
 
 void qtsurface::close() {
-    flush();
+    endstrokes();
     brushwork.reset();
 }
 
 void qtsurface::clear(colour c) {
     lines.clear();
+    ++strokeround;
     brushwork.reset();
     background = c;
     used.fill(false);
@@ -143,6 +146,11 @@ void qtsurface::flush() {
     lines.clear();
 }
 
+void qtsurface::endstrokes() {
+    flush();
+    ++strokeround;
+}
+
 // A stroke along the raster covers whole pixels; between them it would be smeared over one more.
 void qtsurface::align(point2& a, point2& b) const {
     const double straight = 0.02;  // device pixels off the raster's direction
@@ -156,15 +164,40 @@ void qtsurface::align(point2& a, point2& b) const {
     onraster(a.y, b.y);
 }
 
+// A mesh as fine as the pixels has most of its strokes where others lie already.
+bool qtsurface::iscovered(const point2& a, const point2& b) {
+    const int reach = 6;  // device pixels
+    if (smooth || drawstyle != pens::solid) return false;
+    const double x = a.x * ratio, y = a.y * ratio, dx = b.x * ratio - x, dy = b.y * ratio - y;
+    const int steps = int(std::max(std::fabs(dx), std::fabs(dy))) + 1;
+    const auto isinside = [&](double i, double j) {
+        return i >= 0 && i < columns && j >= 0 && j < rows;
+    };
+    if (steps > reach || !isinside(x, y) || !isinside(x + dx, y + dy)) return false;
+    if (passed.empty()) passed.assign(std::size_t(columns) * std::size_t(rows), 0);
+    bool covered = true;
+    for (int i = 0; i <= steps; ++i) {
+        const double part = double(i) / steps;
+        const int column = int(x + part * dx), row = int(y + part * dy);
+        unsigned& there = passed[std::size_t(row) * std::size_t(columns) + std::size_t(column)];
+        covered = covered && there == strokeround;
+        there = strokeround;
+    }
+    return covered;
+}
+
 void qtsurface::line(double x1, double y1, double x2, double y2, colour c) {
     const stroke s{c, drawwidth, drawstyle};
-    if (!(s == now) || lines.size() >= linesatonce) {
-        flush();
+    if (!(s == now)) {
+        endstrokes();
         now = s;
+    } else if (lines.size() >= linesatonce) {
+        flush();
     }
     moveto(x2, y2);
     point2 a{x1 * pixels, y1 * pixels}, b{x2 * pixels, y2 * pixels};
     if ((!isplain(a) || !isplain(b)) && !clipline(a, b)) return;
+    if (iscovered(a, b)) return;
     align(a, b);
     lines.emplace_back(a.x, a.y, b.x, b.y);
 }
@@ -172,7 +205,7 @@ void qtsurface::line(double x1, double y1, double x2, double y2, colour c) {
 void qtsurface::point(double x, double y, colour c) {
     moveto(x, y);
     if (!isplain({x * pixels, y * pixels})) return;
-    flush();
+    endstrokes();
     QPainter& p = painter();
     setmode(p, erases(c), false);
     p.setPen(QPen(qtcolor(c), erases(c) ? 3 : 1));
@@ -181,7 +214,7 @@ void qtsurface::point(double x, double y, colour c) {
 
 void qtsurface::box(double x1, double y1, double x2, double y2, colour c) {
     if (!isplain({x1 * pixels, y1 * pixels}) || !isplain({x2 * pixels, y2 * pixels})) return;
-    flush();
+    endstrokes();
     QPainter& p = painter();
     setmode(p, erases(c), false);
     p.setPen(pen({c, drawwidth, drawstyle}));
@@ -213,11 +246,9 @@ void qtsurface::stamp(double x, double y, double radius, colour c, bool erase) {
         stampimage.setDevicePixelRatio(ratio);
         ++round;
     }
-    const int columns = int(std::lround(w * ratio)), rows = int(std::lround(h * ratio));
     const double px = x * ratio, py = y * ratio;
     if (!(px > -50 && px < columns + 50 && py > -50 && py < rows + 50)) return;
-    const std::size_t area = std::size_t(columns) * std::size_t(rows);
-    if (stamped.size() != area) stamped.assign(area, 0);
+    if (stamped.empty()) stamped.assign(std::size_t(columns) * std::size_t(rows), 0);
     const int column = int(std::floor(px)), row = int(std::floor(py));
     if (column >= 0 && column < columns && row >= 0 && row < rows) {
         unsigned& there = stamped[std::size_t(row) * std::size_t(columns) + std::size_t(column)];
@@ -234,7 +265,7 @@ void qtsurface::stamp(double x, double y, double radius, colour c, bool erase) {
 
 void qtsurface::circle(double x, double y, double radius, colour c) {
     if (!isplain({x * pixels, y * pixels}) || !isplain(radius * pixels)) return;
-    flush();
+    endstrokes();
     const bool erase = erases(c);
     const double r = radius * pixels;
     if (fillsolid && fillcolor == c && r * ratio <= stampmost)
@@ -270,7 +301,7 @@ void qtsurface::usefacet(QPainter& p, const stroke& edge) {
 }
 
 void qtsurface::polygon(const point2* points, int n, colour edge) {
-    flush();
+    endstrokes();
     ++round;
     QPainter& p = painter();
     usefacet(p, {edge, drawwidth, drawstyle});
@@ -308,7 +339,7 @@ void qtsurface::usefont() {
 
 void qtsurface::text(std::string_view utf8) {
     if (!isplain({currentx * pixels, currenty * pixels}) || isoutside(utf8)) return;
-    flush();
+    endstrokes();
     QPainter& p = painter();
     usefont();
     const QPointF at(currentx * pixels, currenty * pixels);
@@ -330,7 +361,7 @@ void qtsurface::picture(std::string_view name, double x, double y) {
     const auto found = symbolpictures().find(name);
     if (found == symbolpictures().end() || found->second.isNull()) return;
     if (!isplain({x * pixels, y * pixels})) return;
-    flush();
+    endstrokes();
     QPainter& p = painter();
     setmode(p, false, smooth);
     const QSizeF size = found->second.deviceIndependentSize();

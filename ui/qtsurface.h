@@ -55,6 +55,7 @@ class qtsurface : public surface {
     QPainter& painter();
     void close();
     void flush();
+    void endstrokes();
     bool erases(colour c) const { return (erasing || plane != planes::model) && c == background; }
     double penwidth(const stroke& s) const;
     QPen pen(const stroke& s) const;
@@ -62,12 +63,14 @@ class qtsurface : public surface {
     void setmode(QPainter& p, bool erase, bool smoothed);
     void usefacet(QPainter& p, const stroke& edge);
     void align(point2& a, point2& b) const;
+    bool iscovered(const point2& a, const point2& b);
     bool isoutside(std::string_view utf8) const;
     void usefont();
     void stamp(double x, double y, double radius, colour c, bool erase);
 
     int w = 0, h = 0;
     double ratio = 1, pixels = 0;
+    int columns = 1, rows = 1;  // device pixels
     std::array<QImage, nplanes> layersofplanes;
     std::array<bool, nplanes> used{};
     planes plane = planes::model;
@@ -92,6 +95,10 @@ class qtsurface : public surface {
     // covers discs begins a new round.
     std::vector<unsigned> stamped;
     unsigned round = 1;
+    // Device pixels that short strokes of the present pen have passed since anything else was
+    // drawn.
+    std::vector<unsigned> passed;
+    unsigned strokeround = 1;
 };
 
 // Colour and font of the toolkit for those of the core.

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QPainter>
 #include <QtEndian>
 #include <cmath>
 #include <limits>
@@ -143,6 +144,49 @@ TEST(Surface, CoordinatesBeyondAllBoundsAreCutNotDrawnWrong) {
     for (int y = 0; y < 160; ++y)
         for (int x = 0; x < 160; ++x) red += picture.pixelColor(x, y) == QColor(255, 0, 0);
     EXPECT_EQ(red, 0);
+}
+
+// A mesh finer than the pixels, every line drawn twice, against the toolkit's own pass. What is
+// drawn over it in another colour and drawn again must come out again.
+TEST(Surface, StrokesThatLieOnOthersAreLeftOutUnseen) {
+    const double cell = 0.9, cm = 40;  // pixels; pixels a centimetre
+    QImage plain(160, 160, QImage::Format_RGB32);
+    plain.fill(Qt::white);
+    QPainter painter(&plain);
+    qtsurface s;
+    s.resize(160, 160, 1, cm);
+    s.clear(rgb(255, 255, 255));
+    s.smooth = false;
+    const auto mesh = [&](double to, colour c) {
+        for (double x = 10; x < to; x += cell)
+            for (double y = 10.3; y < to; y += 7 * cell) {
+                painter.setPen(QPen(qtcolor(c), 1));
+                const double way[][2] = {{cell, 0.2}, {0.3, 4 * cell}};
+                for (const auto& w : way) {
+                    painter.drawLine(QLineF(x, y, x + w[0], y + w[1]));
+                    s.line(x / cm, y / cm, (x + w[0]) / cm, (y + w[1]) / cm, c);
+                    s.line((x + w[0]) / cm, (y + w[1]) / cm, x / cm, y / cm, c);
+                }
+            }
+    };
+    mesh(140, rgb(0, 0, 0));
+    mesh(90, rgb(255, 0, 0));
+    mesh(60, rgb(0, 0, 0));
+    s.fillsolid = true;
+    s.fillcolor = rgb(255, 255, 255);
+    const point2 patch[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    s.polygon(patch, 4, rgb(255, 255, 255));
+    mesh(60, rgb(0, 0, 0));
+    s.show();
+    const QImage picture = s.picture();
+    int different = 0, drawn = 0;
+    for (int y = 0; y < 160; ++y)
+        for (int x = 0; x < 160; ++x) {
+            drawn += plain.pixel(x, y) != qRgb(255, 255, 255);
+            different += picture.pixel(x, y) != plain.pixel(x, y);
+        }
+    EXPECT_GT(drawn, 5000);
+    EXPECT_LT(different, drawn / 100);
 }
 
 int main(int argc, char** argv) {

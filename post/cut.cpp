@@ -358,13 +358,14 @@ static std::string cutfault() {
 }
 
 void computecut() {
+    const bool drawn = !cutshown.empty();
     cutshown.clear();
     thecut.message = cutfault();
-    redrawall();
+    if (drawn || !cutshown.empty()) redrawall();
 }
 
 void endcut() {
-    cutshown.clear();
+    if (std::exchange(cutshown, {}).empty()) return;
     redrawall();
 }
 

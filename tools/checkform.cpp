@@ -38,7 +38,6 @@ checkmodelform opencheckmodel() {
         for (int e = 1; kept.type == 2 && e <= nelems(); ++e)
             if (elemvis(v, e)) kept.elements.push_back(e);
     }
-    countgroup(form);
     return form;
 }
 
@@ -57,7 +56,6 @@ void getvgroup(checkmodelform& form, int entry) {
     form.viewschanged = true;
     for (int v = 1; v <= nviews; ++v)
         showgroup(v, form.group == 0 ? 0 : 1, form.groups[std::size_t(form.group)]);
-    countgroup(form);
 }
 
 // A selection that a view showed; elements may have gone since.

@@ -54,11 +54,15 @@ class checkdialog : public sidedialog {
         auto* const top = new QHBoxLayout;
         groups = addlist(top, "Combo1", "Group name :");
         rows->addLayout(top);
-        auto* const tabs = new QTabWidget(this);
+        tabs = new QTabWidget(this);
         tabs->setObjectName("SSTab1");
         tabs->addTab(axespage(), "Axes");
         tabs->addTab(checkpage(), "Check");
         tabs->addTab(qualitypage(), "Quality");
+        connect(tabs, &QTabWidget::currentChanged, this, guardedhandler([this](int) {
+                    countseen();
+                    showform();
+                }));
         rows->addWidget(tabs, 1);
         message = newmessageline("message", this, rows);
         auto* const row = new QHBoxLayout;
@@ -69,6 +73,7 @@ class checkdialog : public sidedialog {
         rows->addLayout(row);
         connect(groups, &QComboBox::activated, this, guardedhandler([this](int entry) {
                     getvgroup(form, entry);
+                    countseen();
                     showform();
                 }));
         showlist(reference, form.references, form.reference);
@@ -247,6 +252,10 @@ class checkdialog : public sidedialog {
         }
         showing = false;
     }
+    // A look at every element, which waits until its page is on show.
+    void countseen() {
+        if (tabs->currentWidget()->isAncestorOf(bands)) countgroup(form);
+    }
     // The best band stands on top.
     void showbands() {
         showing = true;
@@ -280,6 +289,7 @@ class checkdialog : public sidedialog {
 
     checkmodelform form;
     bool showing = false;
+    QTabWidget* tabs;
     QComboBox *groups, *reference;
     QLabel *element, *angle, *quality, *message;
     QLineEdit* limit;

@@ -4,10 +4,14 @@
 // size; picking and window selection against one loop that projects all nodes.
 #include <QGuiApplication>
 #include <QPainter>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bench/imageplatform.h"
@@ -281,11 +285,10 @@ static void benchqueries() {
     checkselectitem(selectelements);
     selectallelements();
     std::size_t stamp = 0;
-    std::printf("%-46s ours %8.4f s\n", "has the selection changed", secondsof([&] {
-                    stamp = selectionstamp();
-                }));
-    std::printf("%-46s ours %8.4f s  %s\n", "sums of all elements", secondsof([] { sumselection(); }),
-                stamp ? sumstext(sumselection()).c_str() : "");
+    std::printf("%-46s ours %8.4f s\n", "has the selection changed",
+                secondsof([&] { stamp = selectionstamp(); }));
+    std::printf("%-46s ours %8.4f s  %s\n", "sums of all elements",
+                secondsof([] { sumselection(); }), stamp ? sumstext(sumselection()).c_str() : "");
     emptyselection();
     checkselectitem(selectnodes);
 }
@@ -331,6 +334,7 @@ static void benchpeer() {
                 "hidden line redraw against gmsh", ours, theirs, ours / theirs);
 }
 
+// All parts, or those whose names are given.
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
@@ -338,15 +342,20 @@ int main(int argc, char** argv) {
     setplatform(&platform);
     startsession();
     makelargemodel(1000);
-    benchwire(platform);
-    benchturn();
-    benchqueries();
-    benchletgo();
-    benchlabels();
-    benchsymbols();
-    benchhidden(platform);
-    benchpicks();
-    benchmove();
-    benchpeer();
+    const std::pair<const char*, std::function<void()>> parts[] = {
+        {"wire", [&] { benchwire(platform); }},
+        {"turn", benchturn},
+        {"queries", benchqueries},
+        {"letgo", benchletgo},
+        {"labels", benchlabels},
+        {"symbols", benchsymbols},
+        {"hidden", [&] { benchhidden(platform); }},
+        {"picks", benchpicks},
+        {"move", benchmove},
+        {"peer", benchpeer},
+    };
+    for (const auto& [name, run] : parts)
+        if (argc == 1 || std::find(argv + 1, argv + argc, std::string_view(name)) != argv + argc)
+            run();
     setplatform(nullptr);
 }

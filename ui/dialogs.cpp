@@ -5,6 +5,9 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <map>
 #include <optional>
 
@@ -103,6 +106,7 @@ void fallback(const runtimeerror& fault) {
 }
 
 static const char* const placed = "placed";  // property: it stays where the user has it
+static const char* const fitted = "fitted";  // property: its size was found
 
 void sidedialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
@@ -149,6 +153,49 @@ void selectionwait::end() {
     flag = false;
 }
 
+// Where large letters make a window larger than the screen its inside is scrolled.
+static void scrollinside(QDialog* dialog) {
+    auto* const inside = new QWidget(dialog);
+    inside->setLayout(dialog->layout());
+    auto* const area = new QScrollArea(dialog);
+    area->setWidget(inside);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    auto* const rows = new QVBoxLayout(dialog);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->addWidget(area);
+    dialog->setMinimumSize(0, 0);
+    const int bar = area->verticalScrollBar()->sizeHint().width();
+    dialog->resize(inside->sizeHint() + QSize(bar, bar));
+}
+
+// The toolkit gives a window two thirds of the screen at most, holds a least size of its own
+// against that of its controls, and does not count the lines into which its width breaks a text.
+static void fittoscreen(QDialog* dialog) {
+    QLayout* const rows = dialog->layout();
+    if (!rows || dialog->property(fitted).toBool()) return;
+    dialog->setProperty(fitted, true);
+    dialog->ensurePolished();
+    rows->activate();
+    const QSize around(16, 48);  // pixels of a frame with its title
+    const QSize room = dialog->screen()->availableSize() - around;
+    const bool chosen = dialog->testAttribute(Qt::WA_Resized);
+    QSize least = rows->totalMinimumSize();
+    QSize size = (chosen ? dialog->size() : rows->totalSizeHint()).expandedTo(least);
+    size = size.expandedTo(dialog->minimumSize());
+    if (rows->hasHeightForWidth()) {
+        const int width = std::min(size.width(), room.width());
+        least.setHeight(std::max(least.height(), rows->totalHeightForWidth(width)));
+        size = size.expandedTo(least);
+    }
+    if (least.width() > room.width() || least.height() > room.height())
+        scrollinside(dialog);
+    else
+        dialog->setMinimumSize(dialog->minimumSize().expandedTo(least));
+    dialog->resize(size.boundedTo(room));
+}
+
 void showmodal(QDialog* dialog) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     const bool free = themainwindow && themainwindow->property(freewindows).toBool();
@@ -157,6 +204,7 @@ void showmodal(QDialog* dialog) {
     namecontrols(dialog);
     givekeys(dialog);
     helpbykey(dialog);
+    fittoscreen(dialog);
     dialog->show();
 }
 

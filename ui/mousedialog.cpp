@@ -44,7 +44,7 @@ class mousedialog : public QDialog {
         table = new QLabel(this);
         table->setObjectName("Label1");
         table->setTextFormat(Qt::PlainText);
-        table->setMinimumSize(380, 12 * fontMetrics().lineSpacing());
+        table->setMinimumHeight(12 * fontMetrics().lineSpacing());
         table->setAlignment(Qt::AlignTop | Qt::AlignLeft);
         rows->addWidget(table, 1);
         reversed = addcheck(rows, "Check1", "The &wheel towards me enlarges");

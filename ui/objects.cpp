@@ -74,6 +74,7 @@ class objectsdialog : public sidedialog {
         description = new QLabel(frame);
         description->setObjectName("description");
         description->setWordWrap(true);
+        description->setMinimumWidth(300);
         rows->addWidget(description);
         area = new QScrollArea(frame);
         area->setWidgetResizable(true);
@@ -85,7 +86,6 @@ class objectsdialog : public sidedialog {
         addtriple(grid, 1, "Place", "Place(%1)", at, editplace);
         addtriple(grid, 2, "Turn about, deg", "Turn(%1)", turn, editturn);
         rows->addLayout(grid);
-        frame->setMinimumWidth(330);
         columns->addWidget(frame, 1);
     }
     template <typename Edit>

@@ -275,6 +275,47 @@ TEST(Mainwindow, EveryDialogTakesEnterEscAndKeys) {
     EXPECT_GT(keys, 60);
 }
 
+// The text of a control that is on show in less room than it takes; "" where there is none.
+static std::string cuttext(const QDialog* dialog) {
+    for (const auto* w : dialog->findChildren<QWidget*>()) {
+        const QString text = w->property("text").toString();
+        const bool written =
+            qobject_cast<const QLabel*>(w) || qobject_cast<const QAbstractButton*>(w);
+        if (!written || text.isEmpty() || !w->isVisible()) continue;
+        QSize needs = w->sizeHint();
+        if (w->hasHeightForWidth()) needs = {0, w->heightForWidth(w->width())};
+        if (needs.width() > w->width() || needs.height() > w->height()) return text.toStdString();
+    }
+    return {};
+}
+
+// Of 10 points to 20 on a screen of 800 x 800 pixels.
+TEST(Mainwindow, LargeLettersAreNotCutOff) {
+    const QFont before = QApplication::font();
+    for (const int points : {10, 16, 20}) {
+        QFont large = before;
+        large.setPointSize(points);
+        QApplication::setFont(large);
+        windowroom room;
+        for (const std::string& name : dialognames()) {
+            QDialog* const dialog = room.open(name);
+            const QSize screen = dialog->screen()->availableSize();
+            EXPECT_LE(dialog->width(), screen.width()) << name << " " << points;
+            EXPECT_LE(dialog->height(), screen.height()) << name << " " << points;
+            EXPECT_EQ(cuttext(dialog), "") << name << " " << points;
+            for (auto* tabs : dialog->findChildren<QTabWidget*>())
+                for (int i = 0; i < tabs->count(); ++i) {
+                    tabs->setCurrentIndex(i);
+                    QApplication::processEvents();
+                    EXPECT_EQ(cuttext(dialog), "") << name << " " << points << " page " << i;
+                }
+            dialog->reject();
+            QApplication::processEvents();
+        }
+    }
+    QApplication::setFont(before);
+}
+
 TEST(Mainwindow, ADialogComesBackInItsSizeAndPlace) {
     windowroom room;
     room.window.remembers = true;

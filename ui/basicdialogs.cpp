@@ -12,6 +12,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableWidget>
+#include <utility>
+#include <vector>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -246,9 +248,10 @@ QDialog* makeinfo() {
             QObject::tr("<p>Catalogue and settings: %1</p>").arg(qtext(appdir).toHtmlEscaped()));
 }
 
-static QString headingofmodel() {
-    QStringList lines = {QObject::tr("Model: %1").arg(qname(modelname)),
-                         dim2d ? QObject::tr("2-D analysis") : QObject::tr("3-D analysis")};
+// What the model is, a row each: caption and text.
+static std::vector<std::pair<QString, QString>> headingofmodel() {
+    std::vector<std::pair<QString, QString>> lines = {{"Model", qname(modelname)},
+                                                      {"Analysis", dim2d ? "2-D" : "3-D"}};
     const char* const axes = "xyz";
     for (int k = 0; k < 3 && nnodes() > 0; ++k) {
         float low = nodes(0, 1, k), high = low;
@@ -256,20 +259,26 @@ static QString headingofmodel() {
             low = std::min(low, nodes(0, n, k));
             high = std::max(high, nodes(0, n, k));
         }
-        lines << QObject::tr("%1 from %2 to %3")
-                     .arg(axes[k])
-                     .arg(qtext(numbertext(low)), qtext(numbertext(high)));
+        lines.emplace_back(
+            QChar(axes[k]),
+            QString("%1 to %2").arg(qtext(numbertext(low)), qtext(numbertext(high))));
     }
-    return lines.join('\n');
+    return lines;
 }
 
 QDialog* makemodelinfo() {
     auto* const dialog = new QDialog(themainwindow);
     dialog->setWindowTitle(QObject::tr("Model info"));
     auto* const rows = new QVBoxLayout(dialog);
-    auto* const heading = new QLabel(headingofmodel(), dialog);
-    heading->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    rows->addWidget(heading);
+    auto* const heading = new QFormLayout;
+    heading->setHorizontalSpacing(16);
+    for (const auto& [caption, text] : headingofmodel()) {
+        auto* const line = new QLabel(text, dialog);
+        line->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        line->setWordWrap(true);
+        heading->addRow(caption, line);
+    }
+    rows->addLayout(heading);
     auto* const table = new QTableWidget(7, 3, dialog);
     table->setObjectName("Grid1");
     table->setHorizontalHeaderLabels(
@@ -294,8 +303,11 @@ QDialog* makemodelinfo() {
     }
     table->resizeColumnsToContents();
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    table->verticalHeader()->setDefaultSectionSize(dialog->fontMetrics().height() + 8);
+    table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table->setMinimumSize(
-        430, table->horizontalHeader()->height() + 4 + table->rowCount() * table->rowHeight(0));
+        std::max(430, table->horizontalHeader()->length()),
+        table->horizontalHeader()->sizeHint().height() + 4 + table->verticalHeader()->length());
     rows->addWidget(table);
     auto* const buttons = new QHBoxLayout;
     addcopytable(table, dialog, buttons);

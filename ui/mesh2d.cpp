@@ -163,16 +163,24 @@ class meshselect : public QDialog {
     meshselect() : QDialog(themainwindow) {
         setWindowTitle("Mesh Select");
         auto* const rows = new QVBoxLayout(this);
+        auto* const kinds = new QGroupBox("Mesh", this);
+        rows->addWidget(kinds);
+        auto* const inside = new QVBoxLayout(kinds);
         // The generator opens once this window is gone.
-        connect(newbutton("Command1", "2-D Mesh", this, rows), &QPushButton::clicked, this, [this] {
-            accept();
-            theplatform().showdialog("mesh2d");
-        });
-        newbutton("Command2", "3-D Mesh", this, rows)->setToolTip(nospace);
-        connect(newbutton("Command3", "Close", this, rows), &QPushButton::clicked, this,
+        connect(newbutton("Command1", "2-D Mesh", this, inside), &QPushButton::clicked, this,
+                [this] {
+                    accept();
+                    theplatform().showdialog("mesh2d");
+                });
+        newbutton("Command2", "3-D Mesh", this, inside)->setToolTip(nospace);
+        QLabel* const hint = newmessageline("hint", this, inside);
+        hint->setText(nospace);
+        hint->setMinimumWidth(280);
+        auto* const foot = new QHBoxLayout;
+        foot->addStretch(1);
+        connect(newbutton("Command3", "Close", this, foot), &QPushButton::clicked, this,
                 &QDialog::reject);
-        newmessageline("hint", this, rows)->setText(nospace);
-        setMinimumWidth(220);
+        rows->addLayout(foot);
     }
 
   private:

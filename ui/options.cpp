@@ -31,7 +31,6 @@ class generaloptions : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         tabs = new QTabWidget(this);
         tabs->setObjectName("TabStrip1");
-        tabs->setMinimumWidth(pagewidth);
         rows->addWidget(tabs);
         buildredraw();
         buildhidden();
@@ -54,11 +53,16 @@ class generaloptions : public QDialog {
     }
 
   private:
-    static constexpr int pagewidth = 460;  // pixels, at least
+    static constexpr int textwidth = 440;  // pixels, at least
     QVBoxLayout* page(const char* caption) {
         auto* const widget = new QWidget(this);
         tabs->addTab(widget, caption);
         return new QVBoxLayout(widget);
+    }
+    QVBoxLayout* frame(QBoxLayout* rows, const char* caption) {
+        auto* const group = new QGroupBox(caption, this);
+        rows->addWidget(group);
+        return new QVBoxLayout(group);
     }
     QCheckBox* check(QBoxLayout* rows, const char* name, const char* caption) {
         auto* const c = new QCheckBox(caption, this);
@@ -74,18 +78,18 @@ class generaloptions : public QDialog {
         f.setItalic(true);
         label->setFont(f);
         label->setIndent(20);
-        // On a small screen the window would else begin lower than its wrapped lines need.
-        label->setMinimumHeight(label->heightForWidth(pagewidth - 24));
+        label->setMinimumWidth(textwidth);
         rows->addWidget(label);
     }
     void buildredraw() {
         QVBoxLayout* const rows = page("Redraw");
-        move = check(rows, "Check1(0)", "Redraw after move");
-        remove = check(rows, "Check1(1)", "Redraw after delete");
-        edit = check(rows, "Check1(2)", "Redraw after edit");
-        rows->addSpacing(12);
-        pick = check(rows, "Check5", "Pick what lies under the pointer");
-        help(rows,
+        QVBoxLayout* const views = frame(rows, "Views");
+        move = check(views, "Check1(0)", "Redraw after move");
+        remove = check(views, "Check1(1)", "Redraw after delete");
+        edit = check(views, "Check1(2)", "Redraw after edit");
+        QVBoxLayout* const mouse = frame(rows, "Mouse");
+        pick = check(mouse, "Check5", "Pick what lies under the pointer");
+        help(mouse,
              "A click on a line or element, within 6 pixels, takes it. Elsewhere, and with this "
              "option off, the nearest defining point decides.");
         rows->addStretch(1);
@@ -94,7 +98,7 @@ class generaloptions : public QDialog {
         QVBoxLayout* const rows = page("Hiddenline Shading");
         shading = check(rows, "Check2", "Shading on");
         auto* const columns = new QHBoxLayout;
-        auto* const colours = new QVBoxLayout;
+        QVBoxLayout* const colours = frame(columns, "Colour");
         static const char* const captions[] = {"Shades of Gray", "Red Light", "GreenLight",
                                                "BlueLight"};
         for (int i = 3; i >= 0; --i) {
@@ -102,8 +106,10 @@ class generaloptions : public QDialog {
             shade[i]->setObjectName(QString("Option1(%1)").arg(i));
             colours->addWidget(shade[i]);
         }
-        columns->addLayout(colours);
-        auto* const grid = new QGridLayout;
+        colours->addStretch(1);
+        auto* const light = new QGroupBox("Light", this);
+        columns->addWidget(light, 1);
+        auto* const grid = new QGridLayout(light);
         grid->addWidget(new QLabel("Angle to X-axis", this), 0, 0);
         grid->addWidget(new QLabel("Angle to X-Y Plane", this), 1, 0);
         grid->addWidget(new QLabel("Intensity", this), 2, 0);
@@ -125,42 +131,47 @@ class generaloptions : public QDialog {
         intensity->setInvertedControls(false);  // the left arrow lowers it
         sample = new QLabel(this);
         sample->setObjectName("Text4");
-        sample->setFixedHeight(24);
+        sample->setMinimumHeight(24);
         sample->setFrameShape(QFrame::StyledPanel);
         sample->setAutoFillBackground(true);
         sample->setAlignment(Qt::AlignCenter);
         connect(intensity, &QScrollBar::valueChanged, this, [this] { showsample(); });
         grid->addWidget(anglexy, 0, 1);
         grid->addWidget(anglez, 1, 1);
-        grid->addWidget(intensity, 2, 1);
-        grid->addWidget(sample, 3, 1);
-        columns->addLayout(grid, 1);
+        for (const int row : {0, 1}) grid->addWidget(new QLabel("Deg", this), row, 2);
+        grid->addWidget(intensity, 2, 1, 1, 2);
+        grid->addWidget(sample, 3, 1, 1, 2);
+        grid->setRowStretch(4, 1);
         rows->addLayout(columns);
         rows->addStretch(1);
     }
     void buildmerge() {
         QVBoxLayout* const rows = page("Auto Merge Settings");
-        mergenodes = check(rows, "Check3(0)", "Auto merge Nodes");
-        help(rows,
+        QVBoxLayout* const merging = frame(rows, "Auto merge");
+        mergenodes = check(merging, "Check3(0)", "Auto merge Nodes");
+        help(merging,
              "Select this option to allow the program to merge nodes which are within merge "
              "tolerance.");
-        mergeelements = check(rows, "Check3(1)", "Auto merge Elements");
-        help(rows, "Select this option to allow the program to merge double elements.");
+        mergeelements = check(merging, "Check3(1)", "Auto merge Elements");
+        help(merging, "Select this option to allow the program to merge double elements.");
         auto* const row = new QHBoxLayout;
         row->addWidget(new QLabel("Merge Tolerance Value:", this));
         tolerance = new QLineEdit(this);
         tolerance->setObjectName("Text1");
         row->addWidget(tolerance);
-        rows->addLayout(row);
+        row->addStretch(1);
+        merging->addLayout(row);
         connect(tolerance, &QLineEdit::editingFinished, this, [this] {
             readform();
             leavetolerance(form);
             showform();
         });
-        help(rows,
+        help(merging,
              "Any two nodes which are closer to each other than the \"Merge Tolerance Value\" will "
              "be merged automatically when \"Auto Merge Nodes\" is checked.");
-        help(rows, "Auto merge is executed when a selection of nodes or elements is deselected.");
+        help(merging,
+             "Auto merge is executed when a selection of nodes or elements is deselected.");
+        QVBoxLayout* const once = frame(rows, "Now");
         auto* const buttons = new QHBoxLayout;
         connect(newbutton("Command2", "Find merge Nodes", this, buttons), &QPushButton::clicked,
                 this, guardedhandler([this](bool) { report(findmergenodesnow); }));
@@ -169,16 +180,13 @@ class generaloptions : public QDialog {
         connect(newbutton("Command4", "Merge now", this, buttons), &QPushButton::clicked, this,
                 guardedhandler([this](bool) { report(mergenow); }));
         buttons->addStretch(1);
-        rows->addLayout(buttons);
-        found = new QLabel(this);
-        found->setObjectName("found");
-        found->setWordWrap(true);
-        rows->addWidget(found);
+        once->addLayout(buttons);
+        found = newmessageline("found", this, once);
         rows->addStretch(1);
     }
     void buildsave() {
         QVBoxLayout* const rows = page("Save options");
-        renumber = check(rows, "Check4", "Renumber Model before saving");
+        renumber = check(frame(rows, "File"), "Check4", "Renumber Model before saving");
         rows->addStretch(1);
     }
     static std::string reportof(int lines, const char* what) {

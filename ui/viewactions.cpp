@@ -92,7 +92,7 @@ static void addviewtools(actionrows& t) {
             {"fourviews", "Four views", "fourwindows", "Ctrl+6", [] { showlayout(setfourviews); },
              layout},
             // A button of each view, by a key here alone.
-            {"doublesize", "Double size", "", "Ctrl++; Ctrl+=", scale(2)},
+            {"doublesize", "Double size", "zoomin", "Ctrl++; Ctrl+=", scale(2)},
         });
 }
 
@@ -102,6 +102,7 @@ static action drawnrow(const char* name, const char* caption, int order, bool sy
     action row;
     row.name = name;
     row.caption = caption;
+    row.icon = name;
     row.run = [on] {
         symbolsdrawn.*on = !(symbolsdrawn.*on);
         theplatform().refresh();
@@ -127,7 +128,6 @@ static void addsymbols(actionrows& t) {
     using s = symbolstyle;
     action main = drawnrow("fieldsymbols", "Engineering Symbols", 0, &s::field,
                            "Supports as pins, rollers and clamps, loads as arrows");
-    main.icon = "fieldsymbols";
     main.places = {{"viewbar", 21, "symbolsbutton"}};
     addto(t, "", "views",
           {
@@ -142,13 +142,13 @@ static void addsymbols(actionrows& t) {
                        "Labels that would cover each other move aside or stay away"),
               {"largersymbols",
                "Larger Symbols",
-               "",
+               "largersymbols",
                "Ctrl+Shift+Up",
                sizesymbols(1.25),
                {{"viewbar/symbolsbutton", 11}}},
               {"smallersymbols",
                "Smaller Symbols",
-               "",
+               "smallersymbols",
                "Ctrl+Shift+Down",
                sizesymbols(0.8),
                {{"viewbar/symbolsbutton", 12}}},

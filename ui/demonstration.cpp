@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -44,9 +45,11 @@ std::vector<demonstration> demonstrations() {
         for (QString line = file.readLine(); line.startsWith('#'); line = file.readLine()) {
             if (line.startsWith("# Title: ")) demo.title = line.mid(9).trimmed();
             if (line.startsWith("# About: ")) demo.about = line.mid(9).trimmed();
+            if (line.startsWith("# Place: ")) demo.place = line.mid(9).toInt();
         }
         list.push_back(demo);
     }
+    std::ranges::stable_sort(list, {}, &demonstration::place);
     return list;
 }
 

@@ -8,6 +8,7 @@
 
 struct demonstration {
     QString file, title, about;  // as its first lines tell
+    int place = 99;              // in the list; those that tell none stand last
 };
 std::vector<demonstration> demonstrations();
 

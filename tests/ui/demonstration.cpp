@@ -17,8 +17,9 @@ class Demonstration : public testing::TestWithParam<std::string> {};
 
 TEST_P(Demonstration, PlaysToItsEnd) {
     const playroom room;
-    room.play(contentof(sourcedir() + "/data/demo/" + GetParam() + ".kds") + "\nexpect addnodemode 0\n",
-              0, "home/demo/played.kds");
+    room.play(
+        contentof(sourcedir() + "/data/demo/" + GetParam() + ".kds") + "\nexpect addnodemode 0\n",
+        0, "home/demo/played.kds");
 }
 
 INSTANTIATE_TEST_SUITE_P(Ui, Demonstration, testing::ValuesIn(scriptsin("data/demo")),
@@ -54,6 +55,16 @@ struct stageroom : sessionroom {
     mainwindow window;
 };
 }  // namespace
+
+TEST(Demonstrations, BeginWithTheFirstSteps) {
+    const sessionroom room;
+    const std::string before = std::exchange(programdir, sourcedir() + "/data");
+    const std::vector<demonstration> list = demonstrations();
+    programdir = before;
+    ASSERT_GE(list.size(), 4u);
+    EXPECT_EQ(list.front().title, "A first plate");
+    EXPECT_EQ(list.back().title, "The whole road of a job");
+}
 
 // The second text shows three nodes; back from there and on again, they are there once. A stop
 // leaves them, and the window as it was.

@@ -16,6 +16,7 @@
 #include "post/source.h"
 #include "post/stressfile.h"
 #include "tests/support/recorder.h"
+#include "view/scaleview.h"
 
 namespace fs = std::filesystem;
 
@@ -60,6 +61,36 @@ static int nodeat(double x, double y, double z) {
             std::fabs(nodes(0, n, 2) - z) < 0.01)
             return n;
     return 0;
+}
+
+// As opened on a screen of 1024 x 768, in one view and in each of four.
+TEST(Examples, EveryViewShowsTheWholeModel) {
+    sessionroom room;
+    vieww = 21.7;  // centimetres
+    viewh = 15.6;
+    int models = 0;
+    for (const auto& entry : fs::directory_iterator(sourcedir() + "/data/examples")) {
+        if (entry.path().extension() != ".tek") continue;
+        ASSERT_TRUE(openmodel((entry.path().parent_path() / entry.path().stem()).string()));
+        ++models;
+        for (int v = 1; v <= nviews; ++v) {
+            prepareview(v);
+            double widest = 0;
+            bool inside = true;
+            for (int n = 1; n <= nnodes(); ++n) {
+                setnode(n, v);
+                projectpoint(v);
+                const double off[] = {scrx - vieww / 2, scry - viewh / 2};
+                widest = std::max({widest, std::fabs(off[0]) / vieww, std::fabs(off[1]) / viewh});
+                inside = inside && std::fabs(off[0]) < vieww / 2 - 0.5 &&
+                         std::fabs(off[1]) < viewh / 2 - 0.5;
+            }
+            EXPECT_TRUE(inside) << entry.path() << " " << v;
+            const bool isline = entry.path().stem() == "monopile" && v == 2;  // from above a point
+            EXPECT_TRUE(widest > 0.3 || isline) << entry.path() << " " << v << " is small";
+        }
+    }
+    EXPECT_EQ(models, 10);
 }
 
 // Stiffness against sway of a portal with fixed feet, axial strains left out (A. K. Chopra,

@@ -247,6 +247,7 @@ void mainwindow::resizeEvent(QResizeEvent* event) {
     const double before[] = {wide, high};
     leastwindow(wide, high);
     if (wide != before[0] || high != before[1]) resize(int(wide * twip) + 1, int(high * twip) + 1);
+    wraptoolbars(this);
 }
 
 void mainwindow::changeEvent(QEvent* event) {

@@ -100,6 +100,24 @@ void showtoolbars(QMainWindow* window, const toolbarset& set) {
         Toolbaradd(bar, plan);
         bar->setVisible(plan.shown);
     }
+    wraptoolbars(window);
+}
+
+void wraptoolbars(QMainWindow* window) {
+    static const char* const wrapped = "wrapped";  // property: the second row was made here
+    auto* const second = window->findChild<QToolBar*>("viewbar");
+    if (!second || window->toolBarArea(second) != Qt::TopToolBarArea) return;
+    int wide = 0;
+    for (QToolBar* bar : window->findChildren<QToolBar*>()) {
+        if (window->toolBarArea(bar) != Qt::TopToolBarArea || bar->isFloating()) continue;
+        if (window->toolBarBreak(bar) && !(bar == second && window->property(wrapped).toBool()))
+            return;
+        if (!bar->isHidden()) wide += bar->sizeHint().width();
+    }
+    const bool wraps = wide > window->width();
+    if (wraps == window->toolBarBreak(second)) return;
+    wraps ? window->insertToolBarBreak(second) : window->removeToolBarBreak(second);
+    window->setProperty(wrapped, wraps);
 }
 
 void mainwindow::buildtoolbars() {

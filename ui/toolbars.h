@@ -14,4 +14,7 @@ void Toolbaradd(QToolBar* bar, const toolbarplan& plan);
 // Adds an empty bar with its caption where the plan has it: it can be moved, docked and floated.
 QToolBar* Coolbaradd(QMainWindow* window, const toolbarplan& plan);
 // Shows all bars of the window as the set tells.
+// What does not fit into one row above the views stands in a second one; rows that the user has
+// made stay as they are.
+void wraptoolbars(QMainWindow* window);
 void showtoolbars(QMainWindow* window, const toolbarset& set);

@@ -2,11 +2,16 @@
 // What buttons and wheel do to a view in each preset, by the events of the toolkit.
 #include "ui/mousepresets.h"
 
+#include <QNativeGestureEvent>
+#include <QPointingDevice>
+#include <QTest>
+
 #include "edit/Mouseprocedures.h"
 #include "tests/support/recorder.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 #include "ui/viewwidget.h"
+#include "view/scaleview.h"
 
 namespace {
 
@@ -91,6 +96,63 @@ TEST(Mousepresets, EachDoesWhatItSays) {
     EXPECT_TRUE(addnodemode);
     room.send(QEvent::MouseButtonRelease, {301, 200}, right, none);
     EXPECT_FALSE(addnodemode);
+}
+
+// Two fingers on a touchpad or a touch screen, as the desktop tells of them: where the point of the
+// model under 300, 200 goes, and how much larger it is drawn.
+TEST(Mousepresets, FingersPinchAndPan) {
+    mouseroom room;
+    setmouse({.preset = 3});
+    QPointingDevice pad("pad", 1, QInputDevice::DeviceType::TouchPad,
+                        QPointingDevice::PointerType::Finger, QInputDevice::Capability::Position, 2,
+                        0);
+    QPointingDevice* const screen = QTest::createTouchDevice();
+    const QPointF at(300, 200), way(40, 30);
+    const auto inwindow = [&](QPointF p) { return QPointF(room.view->mapTo(&room.window, p)); };
+    const auto native = [&](Qt::NativeGestureType type, double value, QPointF delta) {
+        QNativeGestureEvent event(type, &pad, 2, at, inwindow(at), room.view->mapToGlobal(at),
+                                  value, delta);
+        QApplication::sendEvent(room.view, &event);
+    };
+    const auto two = [&](QPointF a, QPointF b) {
+        const QPoint side(50, 0);
+        QTest::touchEvent(room.view, screen)
+            .press(0, at.toPoint() - side)
+            .press(1, at.toPoint() + side);
+        QTest::touchEvent(room.view, screen).move(0, a.toPoint()).move(1, b.toPoint());
+        QTest::touchEvent(room.view, screen).release(0, a.toPoint()).release(1, b.toPoint());
+    };
+    const struct {
+        const char* name;
+        std::function<void()> act;
+        QPointF lands;
+        double larger;
+    } cases[] = {
+        {"pinch", [&] { native(Qt::ZoomNativeGesture, 0.25, {}); }, at, 1.25},
+        {"two fingers", [&] { native(Qt::PanNativeGesture, 0, way); }, at + way, 1},
+        {"scrolled",
+         [&] {
+             QWheelEvent event(at, room.view->mapToGlobal(at), way.toPoint(), {90, 120},
+                               Qt::NoButton, Qt::NoModifier, Qt::ScrollUpdate, false);
+             QApplication::sendEvent(room.view, &event);
+         },
+         at + way, 1},
+        {"touched, panned", [&] { two(at + way - QPointF(50, 0), at + way + QPointF(50, 0)); },
+         at + way, 1},
+        {"touched, spread", [&] { two(at - QPointF(100, 0), at + QPointF(100, 0)); }, at, 2},
+    };
+    const double cm = room.view->pixelspercm();
+    for (const auto& c : cases) {
+        const double scale = viewscale(1);
+        unprojectat(1, at.x() / cm, at.y() / cm);
+        const double x = modelx, y = modely, z = modelz;
+        c.act();
+        prepareview(1);
+        projectplace(1, x, y, z);
+        EXPECT_NEAR(scrx * cm, c.lands.x(), 0.5) << c.name;
+        EXPECT_NEAR(scry * cm, c.lands.y(), 0.5) << c.name;
+        EXPECT_NEAR(viewscale(1) / scale, c.larger, 1e-3) << c.name;
+    }
 }
 
 TEST(Mousepresets, TheChoiceIsRememberedAndTheCubeGoes) {

@@ -22,6 +22,7 @@
 #include "files/runlog.h"
 #include "files/saving.h"
 #include "files/solverlock.h"
+#include "files/solverstart.h"
 #include "view/moddraw.h"
 
 namespace fs = std::filesystem;
@@ -49,6 +50,8 @@ analysisoptions showoptions() {
     form.festress = dofestress == 1;
     if (!form.stiffness || !form.solve) clearrenumber(form);
     if (form.eigen) form.solveenabled = form.stressenabled = false;
+    form.engine = form.engineatfirst = readwish().engine;
+    form.missing = missingparallel();
     return form;
 }
 
@@ -83,6 +86,11 @@ void storeoptions(const analysisoptions& form) {
     elemmassflag = form.elementmass;
     dolinestress = form.linestress;
     dofestress = form.festress;
+    if (form.engine == form.engineatfirst) return;
+    guarded([&] { storeengine(form.engine); },
+            [](const runtimeerror& e) {
+                theplatform().message("The engine was not stored: " + e.what, icons::exclamation);
+            });
 }
 
 // --- the run ------------------------------------------------------------------------------------
@@ -96,27 +104,17 @@ static void writecontrolfile() {
     out.commit();
 }
 
-// Path of the solver program, empty when there is none.
-static std::string findsolver() {
-    std::error_code ec;
-    for (const std::string& folder : {appdir, programdir}) {
-        const fs::path program = fs::path(folder) / "feiflu";
-        if (fs::is_regular_file(program, ec)) return program.string();
-    }
-    return {};
-}
-
 namespace {
 enum class runend { finished, refused, stopped, crashed };
 struct runreport {
     runend end = runend::finished;
-    std::string words;  // the last line that is no progress
+    lastwords words;  // what is no progress
 };
 }  // namespace
 
 // The solver prints "stage percentage"; anything else is kept as its last words.
 static void readprogress(const std::string& text, std::string& stage, double& share,
-                         std::string& words) {
+                         lastwords& words) {
     std::size_t begin = 0;
     while (begin < text.size()) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
@@ -129,8 +127,8 @@ static void readprogress(const std::string& text, std::string& stage, double& sh
         if (progress) {
             stage = line.substr(0, blank);
             share = percent / 100;
-        } else if (line.find_first_not_of(" \t\r") != line.npos) {
-            words = line;
+        } else {
+            words.hear(line);
         }
     }
 }
@@ -190,7 +188,8 @@ static runreport waitforsolver(const runlogfile& log) {
     if (lingers) {
         theplatform().killprocess();
         if (log.isnewandcomplete()) return report;
-        report.words = "Another program has removed " + controlfile() + " before the solver's end";
+        report.words.hear("Another program has removed " + controlfile() +
+                          " before the solver's end");
         report.end = runend::refused;
     } else if (theplatform().processcode() != 0) {
         report.end = runend::refused;
@@ -215,14 +214,14 @@ static void tellend(const runreport& report) {
             theplatform().message("The analysis was cancelled; there are no new results.");
             return;
         case runend::refused:
-            theplatform().message(
-                "The analysis ended without results.\n" + report.words + noteoftwod(report.words),
-                icons::exclamation);
+            theplatform().message("The analysis ended without results.\n" + report.words.text() +
+                                      noteoftwod(report.words.text()),
+                                  icons::exclamation);
             return;
         case runend::crashed:
             theplatform().message(
                 "The solver stopped without finishing the analysis. Its last words: " +
-                    (report.words.empty() ? "none" : report.words),
+                    (report.words.text().empty() ? "none" : report.words.text()),
                 icons::critical);
             return;
     }
@@ -278,18 +277,18 @@ class runlock {
 };
 }  // namespace
 
-static void startsolver(const std::string& program) {
-    guarded([&] { theplatform().startprocess(program, {}, appdir); },
+static void startsolver(const solverstart& start) {
+    guarded([&] { theplatform().startprocess(start.program, start.arguments, appdir); },
             [&](const runtimeerror& e) {
                 removecontrolfile();
                 throw runtimeerror{e.number, "The solver could not be started: " + e.what};
             });
 }
 
-static runend runonmodel(const std::string& program) {
+static runend runonmodel(const solverstart& start) {
     const runlogfile log;
     writecontrolfile();
-    startsolver(program);
+    startsolver(start);
     runreport report;
     {
         const runlock locked;
@@ -359,10 +358,10 @@ static bool saveforrun() {
     return fs::exists(modelname + ".tek", ec) || savemodel();  // another format was chosen
 }
 
-static void runlocked(const std::string& program) {
+static void runlocked(const solverstart& start) {
     const auto begin = std::chrono::steady_clock::now();
     std::optional<runend> end;
-    guarded([&] { end = runonmodel(program); },
+    guarded([&] { end = runonmodel(start); },
             [](const runtimeerror& e) { theplatform().message(e.what, icons::critical); });
     if (end == runend::finished) {
         dorenumber = 0;
@@ -387,11 +386,8 @@ void runanalysis() {
     guarded([&] { ready = acquirelock(lock) && saveforrun() && clearway(); },
             [](const runtimeerror& e) { tellnotstarted(e.what); });
     if (!ready) return;
-    const std::string program = findsolver();
-    if (program.empty())
-        theplatform().message("The solver program feiflu was not found in " + appdir +
-                                  "; place it in the same directory as kalvane",
-                              icons::critical);
-    else
-        runlocked(program);
+    solverstart start;
+    if (guarded([&] { start = findstart(); },
+                [](const runtimeerror& e) { theplatform().message(e.what, icons::critical); }))
+        runlocked(start);
 }

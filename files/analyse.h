@@ -14,6 +14,8 @@ struct analysisoptions {
     bool linestress = true, festress = true;
     // What is greyed out.
     bool renumberenabled = true, solveenabled = true, stressenabled = true;
+    // Engine of feiflu.ini; what of the parallel solver is not here, "" where it is whole.
+    std::string engine, engineatfirst, missing;
 };
 analysisoptions showoptions();            // from the session's values
 void clicksolver(analysisoptions& form);  // a click in the Solver frame

@@ -2,6 +2,7 @@
 // The dialogs Model Size, Analysis Options, About, Info and Model info.
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGridLayout>
@@ -130,6 +131,7 @@ class optionsdialog : public QDialog {
         QBoxLayout* post = frame(rows, "Post-Processor");
         linestress = check(post, "Check7", "Calculate Line Element stresses");
         festress = check(post, "Check8", "Calculate Finite Element stresses");
+        addengine(solver);
         auto* const buttons = new QHBoxLayout;
         buttons->addStretch(1);
         auto* const ready = button("Command1", tr("Ready"), this, buttons);
@@ -160,6 +162,17 @@ class optionsdialog : public QDialog {
         rows->addWidget(c);
         return c;
     }
+    void addengine(QBoxLayout* rows) {
+        auto* const row = new QHBoxLayout;
+        rows->addLayout(row);
+        engine = new QComboBox(this);
+        engine->setObjectName("Combo1");
+        auto* const label = new QLabel(tr("En&gine"), this);
+        label->setBuddy(engine);
+        row->addWidget(label);
+        row->addWidget(engine, 1);
+        for (const char* name : {"cholmod", "mumps", "multigrid", "auto"}) engine->addItem(name);
+    }
     void on(QCheckBox* c, void (*click)(analysisoptions&)) {
         connect(c, &QCheckBox::clicked, this, [this, click] {
             readform();
@@ -177,6 +190,7 @@ class optionsdialog : public QDialog {
         form.elementmass = elementmass->isChecked();
         form.linestress = linestress->isChecked();
         form.festress = festress->isChecked();
+        form.engine = engine->currentText().toStdString();
     }
     void show() {
         (form.twod ? twod : threed)->setChecked(true);
@@ -192,10 +206,18 @@ class optionsdialog : public QDialog {
         solve->setEnabled(form.solveenabled);
         linestress->setEnabled(form.stressenabled);
         festress->setEnabled(form.stressenabled);
+        engine->setCurrentText(qtext(form.engine));
+        engine->setEnabled(form.missing.empty());
+        engine->setToolTip(form.missing.empty()
+                               ? tr("What factorises the equations: cholmod in one process, the "
+                                    "others in many; kept in feiflu.ini")
+                               : tr("Other engines than cholmod need %1, which was not found")
+                                     .arg(qtext(form.missing)));
     }
     analysisoptions form;
     QRadioButton *twod, *threed;
     QCheckBox *clear, *renumber, *elementmass, *stiffness, *solve, *eigen, *linestress, *festress;
+    QComboBox* engine;
 };
 }  // namespace
 

@@ -402,8 +402,12 @@ int qtplatform::processcode() {
 }
 
 void qtplatform::killprocess() {
-    process.kill();
-    process.waitForFinished(2000);
+    // A launcher ends its processes, on other machines too, when it is asked to; not when it is
+    // killed.
+    const int patience = 1500;  // milliseconds
+    process.terminate();
+    if (!process.waitForFinished(patience)) process.kill();
+    process.waitForFinished(patience);
 }
 
 void qtplatform::openwithbrowser(const std::string& path) {

@@ -3,6 +3,7 @@
 // another engine and by all processes of the job, and must come out the same, refusals to the word.
 //
 //   mpiexec -n 2 test_scale ENGINE TOLERANCE [options of the tests]
+//   test_scale --plate TYPE N BASE    writes a model of N x N plates to measure with
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -107,8 +108,25 @@ static void compare(trial& t, ranks& all) {
     };
 }
 
+// A square clamped at its left edge, loaded along the right one across its plane and in it.
+static void writeplate(int type, int n, const char* base) {
+    build b;
+    const int g = b.plate(2.1e5, 0.3, 5);
+    const build::grid at =
+        b.mesh(type, g, n, n, [](double r, double s) { return vec3(1000 * r, 1000 * s, 0); });
+    b.fix(at.left(), clamped);
+    b.addcase();
+    b.spread(1, at.right(), 2, 1000);
+    if (hasrotations(type)) b.spread(1, at.right(), 3, 10);
+    b.write(base);
+}
+
 int main(int count, char** words) {
     tunelibraries(words);
+    if (count == 5 && std::string(words[1]) == "--plate") {
+        writeplate(std::atoi(words[2]), std::atoi(words[3]), words[4]);
+        return 0;
+    }
     MPI_Init(&count, &words);
     int failed = 1;
     {

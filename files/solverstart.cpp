@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The start of the solver.
+#include "files/solverstart.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+#include "core/numtext.h"
+#include "core/session.h"
+#include "core/textfile.h"
+
+namespace fs = std::filesystem;
+
+// --- feiflu.ini ---------------------------------------------------------------------------------
+
+static std::string inifile() {
+    return findnocase(appdir + "/feiflu.ini");
+}
+
+static std::string trimmed(const std::string& text) {
+    const char* const blanks = " \t\r";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == text.npos) return {};
+    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
+// Key of a line of the file, "" where it has none.
+static std::string keyof(const std::string& line, std::string& value) {
+    const std::string content = line.substr(0, line.find_first_of("#;"));
+    const std::size_t equals = content.find('=');
+    if (equals == content.npos) return {};
+    value = trimmed(content.substr(equals + 1));
+    return trimmed(content.substr(0, equals));
+}
+
+static std::vector<std::string> inilines() {
+    std::vector<std::string> lines;
+    std::error_code ec;
+    if (!fs::exists(inifile(), ec)) return lines;
+    const std::string text = readwhole(inifile());
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
+// A wrong value is the solver's to refuse, with the line.
+solverwish readwish() {
+    solverwish wish;
+    std::vector<std::string> lines;
+    guarded([&] { lines = inilines(); }, [](const runtimeerror&) {});
+    for (const std::string& line : lines) {
+        std::string value;
+        const std::string key = keyof(line, value);
+        double number = 0;
+        if (key == "engine") wish.engine = value;
+        if (key == "hosts") wish.hosts = value;
+        if (key == "processes" && readnumber(value, number) && number >= 0 && number < 65536)
+            wish.processes = int(number);
+    }
+    return wish;
+}
+
+void storeengine(const std::string& engine) {
+    if (readwish().engine == engine) return;
+    std::vector<std::string> lines = inilines();
+    const std::string wanted = "engine = " + engine;
+    bool stands = false;
+    for (std::string& line : lines) {
+        std::string value;
+        line.erase(line.find_last_not_of('\r') + 1);
+        if (keyof(line, value) != "engine") continue;
+        const std::size_t comment = line.find_first_of("#;");
+        line = wanted + (comment == line.npos ? "" : "  " + line.substr(comment));
+        stands = true;
+    }
+    if (!stands) lines.push_back(wanted);
+    textout out(inifile());
+    for (const std::string& line : lines) out.raw(line).endline();
+    out.commit();
+}
+
+// --- program ------------------------------------------------------------------------------------
+
+// Path of a program beside this one, empty when there is none.
+static std::string findprogram(const std::string& name) {
+    std::error_code ec;
+    for (const std::string& folder : {appdir, programdir}) {
+        const fs::path program = fs::path(folder) / name;
+        if (fs::is_regular_file(program, ec)) return program.string();
+    }
+    return {};
+}
+
+static std::string findlauncher() {
+    const char* const path = std::getenv("PATH");
+    std::string folders = path != nullptr ? path : "";
+    std::error_code ec;
+    for (folders += ":"; !folders.empty(); folders.erase(0, folders.find(':') + 1)) {
+        const fs::path program = fs::path(folders.substr(0, folders.find(':'))) / "mpiexec";
+        if (fs::is_regular_file(program, ec)) return program.string();
+    }
+    return {};
+}
+
+std::string missingparallel() {
+    if (findprogram("feiflu-mpi").empty()) return "the program feiflu-mpi beside kalvane";
+    if (findlauncher().empty()) return "mpiexec of Open MPI";
+    return {};
+}
+
+solverstart commandof(const solverwish& wish, const std::string& launcher,
+                      const std::string& program) {
+    const int cores = std::max(1, int(std::thread::hardware_concurrency()));
+    solverstart start{launcher, {"-n", numbertext(wish.processes > 0 ? wish.processes : cores)}};
+    const auto add = [&](std::initializer_list<std::string> words) {
+        start.arguments.insert(start.arguments.end(), words);
+    };
+    add({"--bind-to", "none"});  // the threads of a process share what the others leave
+    if (wish.hosts.empty())
+        add({"--oversubscribe"});
+    else  // a host that is off, or asks for a password, must not be waited for
+        add({"--hostfile", wish.hosts, "--mca", "plm_rsh_args",
+             "-o BatchMode=yes -o ConnectTimeout=10"});
+    if (geteuid() == 0) add({"--allow-run-as-root"});
+    add({program, "--appdir", fs::absolute(appdir).string()});
+    return start;
+}
+
+solverstart findstart() {
+    const solverwish wish = readwish();
+    const std::string missing = missingparallel();
+    const bool shared = wish.engine == "mumps" || wish.engine == "multigrid";
+    if (shared && !missing.empty())
+        throw runtimeerror{errfilenotfound,
+                           "engine = " + wish.engine + " in " + inifile() + " needs " + missing +
+                               ", which was not found; install it, or choose another engine in "
+                               "[Analyse,Options...]"};
+    if (shared || (wish.engine == "auto" && missing.empty()))
+        return commandof(wish, findlauncher(), findprogram("feiflu-mpi"));
+    const std::string program = findprogram("feiflu");
+    if (program.empty())
+        throw runtimeerror{errfilenotfound, "The solver program feiflu was not found in " + appdir +
+                                                "; place it in the same directory as kalvane"};
+    return {program, {}};
+}
+
+// --- words --------------------------------------------------------------------------------------
+
+// What stands between two texts of a line, "" where one is missing.
+static std::string between(const std::string& line, const std::string& before,
+                           const std::string& after) {
+    const std::size_t at = line.find(before);
+    if (at == line.npos) return {};
+    const std::size_t begin = at + before.size(), end = line.find(after, begin);
+    return end == line.npos ? "" : line.substr(begin, end - begin);
+}
+
+// A line of the launcher that tells why there will be no results, in plain words.
+static std::string faultof(const std::string& line) {
+    const std::string rank = between(line, "noticed that process rank ", " with PID");
+    if (!rank.empty())
+        return "Process " + rank + " of feiflu-mpi on " + between(line, " on node ", " exited on") +
+               " was ended from outside, by " + line.substr(line.find("signal")) +
+               " Its machine may have run out of memory. The other processes have ended too.";
+    static const struct {
+        const char *theirs, *ours;
+    } faults[] = {
+        {"unable to reliably start one or more daemons",
+         "A host of the host file does not answer or has no Open MPI. Try ssh HOST without a "
+         "password, and see the key hosts of feiflu.ini."},
+        {"daemon has unexpectedly failed", "The connection to a host of the host file is lost."},
+        {"not enough slots available",
+         "The host file has fewer slots than the key processes of feiflu.ini wants."},
+        {"unable to open the hostfile",
+         "The host file that the key hosts of feiflu.ini names cannot be read."},
+        {"unable to access or execute",
+         "feiflu-mpi is missing on a host; it must stand under the same path on all of them."},
+        {"was unable to find the specified executable",
+         "feiflu-mpi is missing on a host; it must stand under the same path on all of them."},
+    };
+    for (const auto& fault : faults)
+        if (line.find(fault.theirs) != line.npos) return fault.ours;
+    return {};
+}
+
+void lastwords::hear(const std::string& line) {
+    if (settled || line.find_first_not_of(" \t\r") == line.npos) return;
+    launchertalks |= line.starts_with("-----");
+    const std::string fault = faultof(line);
+    settled = !fault.empty();
+    if (settled)
+        words = fault;
+    else if (!launchertalks)
+        words = line;
+}

@@ -48,16 +48,20 @@ void measurecurve(model& m) {
 }
 
 // Bending that a pressure wrongly makes in a triangle, over the membrane stress, as cylinders under
-// pressure show it.
+// pressure show it: none in right-angled ones, whose nodes the load reaches as the membrane takes
+// it, and the more the more their largest angle leaves that.
 static double wrongbending(const model& m, int number) {
     const elementdef& e = m.elements[std::size_t(number)];
-    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness], share = 0.5;
-    double longest = 0;
+    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness], share = 1.25;
+    double square[3];
     for (int k = 0; k < 3; ++k)
-        longest = std::max(
-            longest,
-            (m.nodes[std::size_t(e.node[(k + 1) % 3])] - m.nodes[std::size_t(e.node[k])]).norm());
-    return share * longest * double(m.curve[std::size_t(number)]) / thickness;
+        square[k] = (m.nodes[std::size_t(e.node[(k + 1) % 3])] - m.nodes[std::size_t(e.node[k])])
+                        .squaredNorm();
+    std::ranges::sort(square);
+    const double cosine =
+        (square[0] + square[1] - square[2]) / (2 * std::sqrt(square[0] * square[1]));
+    return share * std::fabs(cosine) * std::sqrt(square[2]) * double(m.curve[std::size_t(number)]) /
+           thickness;
 }
 
 void warncurved(const model& m, int lc, runlog& log) {

@@ -254,7 +254,7 @@ struct optimal {
 };
 }  // namespace
 
-static double bowof(const element& e, int edge) {
+double edgebow(const element& e, int edge) {
     return meetsquadrilateral(e, edge) ? 1 : 1.5;
 }
 
@@ -268,7 +268,7 @@ static optimal makeoptimal(const element& e, const flatshape& s) {
     t.higher = std::max((1 - 4 * poisson * poisson) / 2, leastbeta);
     for (int i = 0; i < 3; ++i) {
         const int j = (i + 1) % 3, k = (i + 2) % 3;
-        const double to = bowof(e, i), from = bowof(e, k);  // of the edges to j, from k
+        const double to = edgebow(e, i), from = edgebow(e, k);  // of the edges to j, from k
         t.force.row(3 * i) << dy(j, k), 0, dx(k, j);
         t.force.row(3 * i + 1) << 0, dx(k, j), dy(j, k);
         t.force.row(3 * i + 2) << from * dy(i, k) * dy(i, k) - to * dy(j, i) * dy(j, i),

@@ -2,8 +2,11 @@
 // Edges that plates and shells share.
 #include "solver/edges.h"
 
+#include <Eigen/Geometry>
 #include <algorithm>
 #include <atomic>
+#include <cmath>
+#include <span>
 
 #include "solver/bending.h"
 #include "solver/catalogue.h"
@@ -53,8 +56,86 @@ bool meetsquadrilateral(const element& e, int edge) {
     return e.slip && int((*e.slip)[meeting]) >> edge & 1;
 }
 
+// --- folds --------------------------------------------------------------------------------------
+
+// Directions across which a node lies in a plane of symmetry by its supports: bits 0..2.
+static std::vector<char> mirrorsof(const model& m) {
+    const int translations = 0b111, moved = 1 << 6;
+    std::vector<char> nodes(m.nodes.size(), 0);
+    for (const nodalrow& row : m.constraints)
+        nodes[std::size_t(row.node)] |= char(row.value == 0 ? 1 << (row.dof - 1) : moved);
+    for (char& at : nodes) {
+        const int held = at;
+        at = 0;
+        if ((held & moved) != 0 || (held & translations) == translations) continue;
+        for (int k = 0; k < 3; ++k) {
+            const int symmetric = 1 << k | (0b111000 & ~(8 << k));
+            if ((held & symmetric) == symmetric) at |= char(1 << k);
+        }
+    }
+    return nodes;
+}
+
+static vec3 normalof(const model& m, const elementdef& e) {
+    const auto at = [&](int k) { return m.nodes[std::size_t(e.node[k])]; };
+    const vec3 far = e.type == typeshell4 ? vec3(at(3) - at(1)) : vec3(at(1) - at(0));
+    return e.type == typeshell4 ? (at(2) - at(0)).cross(far).stableNormalized()
+                                : far.cross(at(2) - at(0)).stableNormalized();
+}
+
+// From the normal at one side of an edge and that at the other, which may point the other way.
+static float foldto(const vec3& normal, const vec3& outward, vec3 other) {
+    const double sharpest = 0.9;  // radians; beyond it two surfaces meet
+    if (other.dot(normal) < 0) other = -other;
+    const double cosine = other.dot(normal);
+    if (cosine < std::cos(sharpest)) return 0;
+    return float(other.dot(outward) / (1 + cosine));
+}
+
+// others: those at the same edge, with one among them. A surface ends where another meets it.
+static float foldat(const model& m, const side& one, std::span<const side> others, char mirrors) {
+    const elementdef& e = m.elements[std::size_t(one.element)];
+    const vec3 along =
+        m.nodes[std::size_t(e.node[(one.edge + 1) % 3])] - m.nodes[std::size_t(e.node[one.edge])];
+    const vec3 normal = normalof(m, e), outward = along.cross(normal).stableNormalized();
+    float fold = 0;
+    int found = 0;
+    for (const side& other : others) {
+        const elementdef& there = m.elements[std::size_t(other.element)];
+        const bool shell = there.type == typeshell3 || there.type == typeshell4;
+        if (other.far != one.far || other.element == one.element || !shell) continue;
+        fold = ++found > 1 ? 0 : foldto(normal, outward, normalof(m, there));
+    }
+    for (int k = 0; k < 3 && found == 0; ++k) {
+        if (!(mirrors >> k & 1)) continue;
+        vec3 mirrored = normal;
+        mirrored[k] = -mirrored[k];
+        fold = foldto(normal, outward, mirrored);
+    }
+    return fold;
+}
+
+static void measurefolds(model& m, const sidelist& list) {
+    m.fold.clear();
+    const auto istriangle = [](const elementdef& e) { return e.type == typeshell3; };
+    if (m.twod || std::ranges::none_of(m.elements, istriangle)) return;
+    m.fold.assign(m.elements.size(), edgefold{});
+    const std::vector<char> mirrors = mirrorsof(m);
+    parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
+        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
+            const std::span<const side> here(list.sides.data() + list.start[n],
+                                             list.start[n + 1] - list.start[n]);
+            for (const side& one : here)
+                if (istriangle(m.elements[std::size_t(one.element)]))
+                    m.fold[std::size_t(one.element)][std::size_t(one.edge)] =
+                        foldat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
+        }
+    });
+}
+
 void measureedges(model& m, const settings& s) {
     m.slip.clear();
+    m.fold.clear();
     if (std::none_of(m.elements.begin(), m.elements.end(),
                      [](const elementdef& e) { return bends(e.type); }))
         return;
@@ -65,6 +146,7 @@ void measureedges(model& m, const settings& s) {
                 own[std::size_t(e)] = slipofedges(elementat(m, s, e));
     });
     const sidelist list = listsides(m);
+    measurefolds(m, list);
     m.slip = own;
     const auto typeat = [&m](const side& one) { return m.elements[std::size_t(one.element)].type; };
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {

@@ -19,6 +19,7 @@ element elementat(const model& m, const settings& s, int number) {
     e.turn = def.turn;
     e.shear = s.shear;
     if (!m.slip.empty()) e.slip = &m.slip[std::size_t(number)];
+    if (!m.fold.empty()) e.fold = &m.fold[std::size_t(number)];
     if (!m.curve.empty()) e.curve = m.curve[std::size_t(number)];
     e.twod = m.twod;
     for (int k = 0; k < e.nodes; ++k) {

@@ -44,6 +44,10 @@ struct loadcase {
 // Shear against bending of a plate's edges, 0 where it is stiff in shear.
 using edgeslip = std::array<float, mostnodes>;
 
+// How the surface turns at the edges of a curved triangle: the tangent of half the angle between
+// its normal and its neighbour's, positive where the neighbour's leans outward.
+using edgefold = std::array<float, 3>;
+
 struct model {
     std::string base;  // path without extension
     std::vector<vec3> nodes;
@@ -54,6 +58,7 @@ struct model {
     std::vector<float> curve;  // of shells: radians by which the surface turns over the element
     std::vector<std::uint16_t> rankof;  // by element: process that works on it; empty: this one
     std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
+    std::vector<edgefold> fold;         // of shells of three nodes
     bool twod = false;                  // z of the nodes plays no part
 
     int nnodes() const { return int(nodes.size()) - 1; }

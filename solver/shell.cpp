@@ -24,7 +24,7 @@ void stiffenplate(const element& e, elmatrix& k) {
 
 namespace {
 // All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, and curve,
-// whether there is slip, and nodes.
+// whether there is slip, and nodes. Folds of the edges count for loads alone.
 using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 3>;
 
 // The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
@@ -96,13 +96,45 @@ void stiffenshell(const element& e, elmatrix& k) {
 // The cubic deflection gives a load on a flat plate its exact moments at the nodes, p l l / 12. A
 // thin curved shell carries the load by its membrane, where nothing balances these moments at an
 // edge: they bend it by half of l l / R t of the membrane stress. So the deflection that a load
-// meets is the more linear the more the surface is curved. Triangles keep the cubic one: their
-// membrane follows the rotations, however curved the surface.
+// meets is the more linear the more the surface is curved.
 static double cubicpart(const element& e, const flatshape& s) {
-    if (s.corners == 3) return 1;
-    const double turned = *std::max_element(s.edge, s.edge + 4) * e.curve;
+    const double turned = *std::max_element(s.edge, s.edge + s.corners) * e.curve;
     const double flat = 0.04 * e.field(fieldthickness);  // 2 % of the membrane stress
     return turned > flat ? flat * flat / (turned * turned) : 1;
+}
+
+// What a load meets on a curved triangle in place of the cubic deflection, less the straight one.
+//
+// Each corner takes the part of the area that is nearest to it: a strip of right-angled triangles
+// then loads its nodes alike, as a ring wants it, whichever way its diagonals run. The membrane's
+// edges bow with the rotations, so a stress N across an edge of length l turns its ends about the
+// element's normal by moments bow N l l / 12. In a flat plate those of the neighbour take them up;
+// at a fold a part along the surface is left, and the load has to balance it: bow P l / 12 where
+// the stress carries a force P over the fold. Of the load an edge carries what its fold has of the
+// curvature, counted by the area cot l l / 2 at the edge: all of the element's at the sides of a
+// rectangle, none at its diagonal.
+static halfrow curvedspread(const element& e, const flatshape& s) {
+    const double twice = 2 * flatarea(s);
+    double share[3], fold[3], all = 0;
+    for (int k = 0; k < 3; ++k) {
+        const double a = s.edge[k], b = s.edge[s.next(k)], c = s.edge[s.next(s.next(k))];
+        const double cotangent = (b * b + c * c - a * a) / (2 * twice);  // opposite to the edge
+        share[k] = std::max(cotangent, 0.0) * a * a / twice;
+        fold[k] = e.fold != nullptr ? double((*e.fold)[std::size_t(k)]) * a : 0;
+        all += share[k] * fold[k] * fold[k];
+    }
+    const double shares = share[0] + share[1] + share[2];
+    halfrow w = halfrow::Zero(9);
+    for (int k = 0; k < 3; ++k) {
+        const int i = k, j = s.next(k);
+        for (const int c : {i, j}) w[3 * c] += share[k] / (2 * shares) - 1.0 / 6;
+        if (!(all > 0)) continue;
+        const vec2 moment = edgebow(e, k) * share[k] * fold[k] * fold[k] / all * s.edge[k] / 12 *
+                            vec2(s.along[k].y(), -s.along[k].x());
+        w.segment<2>(3 * i + 1) += moment;
+        w.segment<2>(3 * j + 1) -= moment;
+    }
+    return w;
 }
 
 // Deflection at a place of the plane with this part of the cubic one; n: the shapes there.
@@ -117,7 +149,8 @@ static halfrow deflection(const flatshape& s, const plate& bent, double cubic, c
 static elmatrix displacement(const element& e, const flatshape& s, const plate& bent,
                              const vec2& place) {
     const surfaceshape n = shapesat(s.corners, place);
-    const halfrow w = deflection(s, bent, cubicpart(e, s), place, n);
+    const double cubic = s.corners == 3 ? 1 : cubicpart(e, s);  // edges of triangles always bow
+    const halfrow w = deflection(s, bent, cubic, place, n);
     elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
         rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
@@ -148,11 +181,13 @@ void spreadshell(const element& e, placedforces forces, elvector& f) {
     const flatshape s = flatten(e, meanaxes(e));
     const plate bent(e, s);
     const double cubic = cubicpart(e, s);
+    const bool curvedtriangle = s.corners == 3 && cubic < 1;
+    const halfrow curved = curvedtriangle ? curvedspread(e, s) : halfrow::Zero(3 * s.corners);
     elmatrix work = elmatrix::Zero(1, 6 * s.corners);
     for (const auto& [place, force] : forces) {
         const vec3 local = s.axes * force;
         const surfaceshape n = shapesat(s.corners, place);
-        const halfrow w = deflection(s, bent, cubic, place, n);
+        const halfrow w = deflection(s, bent, cubic, place, n) + (1 - cubic) * curved;
         for (int c = 0; c < s.corners; ++c) {
             work(0, 6 * c) += local.x() * n.n[c];
             work(0, 6 * c + 1) += local.y() * n.n[c];

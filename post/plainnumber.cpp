@@ -9,9 +9,13 @@
 
 std::string shorttext(double value) {
     const int digits = 4;
+    const double longer = 9999.5, longest = 1e7;
     char text[longestnumber];
+    const bool whole = std::fabs(value) >= longer && std::fabs(value) < longest;
     const auto end =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits).ptr;
+        whole ? std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 0).ptr
+              : std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits)
+                    .ptr;
     return {text, end};
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
-std::string shorttext(double value);  // four digits that count
+// Four digits that count, and all that stand before the point up to seven.
+std::string shorttext(double value);
 // The same; what is nothing beside the scale is 0.
 std::string plainnumber(double value, double scale);

@@ -281,7 +281,7 @@ static void drawnotes(int nview) {
         s->text(note);
         y += s->textheight();
     }
-    if (!issecond() || second.commonscale || !legendshown()) return;
+    if (!issecond() || second.commonscale || !plotready()) return;
     const double width = 4, height = 8;  // of the legend of its own scale, centimetres
     drawlegendon(*s, margin, y + margin, width, std::min(height, s->height() - y));
 }

@@ -7,10 +7,12 @@
 #include "core/numtext.h"
 #include "files/kalfile.h"
 #include "post/balance.h"
+#include "post/compare.h"
 #include "post/diagrams.h"
 #include "post/exactstress.h"
 #include "post/memberchain.h"
 #include "post/postproces.h"
+#include "post/secondplot.h"
 #include "post/source.h"
 #include "tests/post/plotroom.h"
 #include "tools/groupsection.h"
@@ -209,6 +211,41 @@ TEST(Diagrams, RoundingIsNotDrawn) {
         EXPECT_EQ(diagramtext().ends_with("nothing but rounding"), isrounding) << diagramtext();
         diagramshown = false;
     }
+}
+
+// Beside each other: the second combination has -2 times the moments of the first.
+TEST(Diagrams, StandInBothViewsOfAComparison) {
+    const beamroom room;
+    wirecompare();
+    room.write(
+        beamroom::record(1, [](memberquantity q, double x) { return q == memMz ? 3 + x : 0; }) +
+        "END\r\n");
+    lcomb(2, 1) = -2;
+    viewhor(1) = -1.5707963f;
+    viewvert(1) = 1.5707963f;
+    viewscale(1) = 1;
+    viewdist(1) = 1e9f;
+    diagramshown = true;
+    diagram.quantity = memMz;
+    diagram.values = false;
+    startcomparison(2);
+    EXPECT_TRUE(diagramtext(1).ends_with("Moment about e3: 4 in element 1 to 3 in element 1"));
+    EXPECT_TRUE(diagramtext(2).ends_with("Moment about e3: -6 in element 1 to -8 in element 1"));
+    for (const bool common : {true, false}) {
+        choosecommonscale(common);
+        double side[2];
+        for (const int v : {1, 2}) {
+            drawview(v);
+            prepareview(v);
+            const recordsurface& s = room.platform.views[std::size_t(v - 1)];
+            side[v - 1] = farthestside(s, project(viewcamera, drawnplace(1, v)).at,
+                                       project(viewcamera, drawnplace(2, v)).at);
+        }
+        EXPECT_NEAR(side[1] / side[0], common ? -2 : -1, 0.01);
+    }
+    endcomparison();
+    aroundview = nullptr;
+    readsecond = nullptr;
 }
 
 TEST(Diagrams, StationsLeftOutLieOnThePicturedLine) {

@@ -14,6 +14,7 @@
 #include "post/legendlook.h"
 #include "post/linelabels.h"
 #include "post/motion.h"
+#include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/probes.h"
 #include "post/secondplot.h"
@@ -36,6 +37,18 @@ long textsof(const plotroom& room, const std::string& part) {
 }
 
 }  // namespace
+
+TEST(Plainnumber, IsReadWithoutCounting) {
+    const struct {
+        double value;
+        const char* text;
+    } cases[] = {{9999.4, "9999"},       {9999.6, "10000"},         {-40000, "-40000"},
+                 {123456.7, "123457"},   {9999999, "9999999"},      {1e7, "1e+07"},
+                 {0.0123456, "0.01235"}, {-5.8734e7, "-5.873e+07"}, {0, "0"}};
+    for (const auto& c : cases) EXPECT_EQ(shorttext(c.value), c.text);
+    EXPECT_EQ(plainnumber(1e-6, 4e4), "0");
+    EXPECT_EQ(plainnumber(1e-4, 4e4), "0.0001");
+}
 
 TEST(LegendEdit, HoldsForItsQuantityAndGoesBackByAStep) {
     plotroom room;

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 #include "core/catalogue.h"
 #include "core/csvout.h"
@@ -15,6 +16,7 @@
 #include "core/platform.h"
 #include "core/runtime.h"
 #include "core/session.h"
+#include "exchange/envelopecsv.h"
 #include "exchange/gate.h"
 #include "files/filop.h"
 #include "files/saving.h"
@@ -33,11 +35,12 @@ struct resulttable {
     const char *caption, *extension;
     resultkinds kind;
     rowsof rows;
+    std::optional<envelopeof> envelope = {};  // that it has
 };
 
 const resulttable resulttables[] = {
-    {"Displacements", ".rvp", resultkinds::displacements, rowsof::nodes},
-    {"Reactions", ".KRT", resultkinds::forces, rowsof::supports},
+    {"Displacements", ".rvp", resultkinds::displacements, rowsof::nodes, envelopeof::displacements},
+    {"Reactions", ".KRT", resultkinds::forces, rowsof::supports, envelopeof::forces},
     {"Nodal forces", ".KRT", resultkinds::forces, rowsof::nodes},
     {"Stresses of plates, means at nodes, global axes", ".NSA", resultkinds::stresses,
      rowsof::corners},
@@ -46,9 +49,10 @@ const resulttable resulttables[] = {
     {"Stresses of plates, of each element, global axes", ".NSR", resultkinds::stresses,
      rowsof::corners},
     {"Stresses of plates, of each element, local axes", ".NSL", resultkinds::stresses,
-     rowsof::corners},
+     rowsof::corners, envelopeof::plates},
     {"Stresses of line elements", ".LES", resultkinds::linestresses, rowsof::ends},
-    {"Forces along line elements", ".MEM", resultkinds::members, rowsof::members},
+    {"Forces along line elements", ".MEM", resultkinds::members, rowsof::members,
+     envelopeof::members},
     {"Mode shapes", ".EIG", resultkinds::modes, rowsof::modes},
     {"Frequencies and masses of the modes", ".sum", resultkinds::modes, rowsof::frequencies},
     {"Sums of loads and reactions", ".sum", resultkinds::displacements, rowsof::sums},
@@ -280,7 +284,9 @@ class tablewriter {
 void writetable(const std::string& path, const tablechoice& choice, importreport& report) {
     const resulttable& table = resulttables[choice.table];
     csvout out(path, choice.separator, choice.decimalcomma);
-    const long rows = tablewriter(out, choice, table).write();
+    const long rows = choice.envelope && table.envelope
+                          ? writeenvelope(out, *table.envelope, choice.group)
+                          : tablewriter(out, choice, table).write();
     out.commit();
     report.read(std::string(table.caption) + ", rows", rows);
     if (isresultstale()) report.warn(staletext);
@@ -375,6 +381,8 @@ void choosetable(tableform& form, int entry) {
             form.blocks.push_back("Combination " + numbertext(c) + ": " + lcombname(c));
         for (int lc = 1; lc <= nlc(); ++lc)
             form.blocks.push_back("Load case " + numbertext(lc) + ": " + lcname(lc));
+        if (resulttables[form.kinds[std::size_t(entry)]].envelope)
+            form.blocks.emplace_back("Envelope of the combinations");
     }
     if (form.blocks.size() != before) form.block = 0;
 }
@@ -390,9 +398,10 @@ tablechoice tableform::choice() const {
         c.block = block;
         return c;
     }
+    c.envelope = resulttables[c.table].envelope && block + 1 == int(blocks.size());
     const int alls = rows == rowsof::sums ? 1 : 2, combinations = alls == 1 ? 0 : ncomb();
     c.ofcases = alls == 1 || block == 1 || block >= alls + combinations;
-    if (block >= alls) c.block = block - alls + 1 - (c.ofcases ? combinations : 0);
+    if (block >= alls && !c.envelope) c.block = block - alls + 1 - (c.ofcases ? combinations : 0);
     return c;
 }
 

@@ -10,10 +10,11 @@
 
 // What of the results a table holds.
 struct tablechoice {
-    int table = 0;         // of resulttables
-    int block = 0;         // 0 all, else the number of the combination, load case or mode
-    bool ofcases = false;  // load cases, not combinations
-    int group = 0;         // 0 all: elements of this group, or their nodes
+    int table = 0;          // of resulttables
+    int block = 0;          // 0 all, else the number of the combination, load case or mode
+    bool ofcases = false;   // load cases, not combinations
+    bool envelope = false;  // over the combinations of the model's envelope
+    int group = 0;          // 0 all: elements of this group, or their nodes
     char separator = ',';
     bool decimalcomma = false;
 };

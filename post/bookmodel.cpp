@@ -238,7 +238,6 @@ static void bookcaserows(booksink& b, int lc) {
 void bookloads(booksink& b) {
     for (int lc = 1; lc <= nlc(); ++lc) {
         const std::string name = numbertext(lc) + ", " + shownname(lcname(lc));
-        b.text("Load case " + name + ": " + lcsubname(int(lctype(lc))) + parametersof(lc));
         if (loadnode(lc, 0) > 0 || elemload(lc, 0, 0) > 0) {
             scene s;
             s.caption = "Load case " + name;
@@ -247,6 +246,8 @@ void bookloads(booksink& b) {
             s.constraints = true;
             bookpicture(b, s);
         }
+        // Below the picture, so that a page can not end between both.
+        b.text("Load case " + name + ": " + lcsubname(int(lctype(lc))) + parametersof(lc));
         bookcaserows(b, lc);
     }
 }

@@ -25,6 +25,7 @@
 #include "post/plainnumber.h"
 #include "post/postproces.h"
 #include "post/resultstream.h"
+#include "post/source.h"
 #include "post/stressfile.h"
 
 using cells = std::vector<std::string>;
@@ -57,18 +58,11 @@ bool hasresults(booksink& b) {
 
 // --- rows of combinations -----------------------------------------------------------------------
 
-static std::vector<float> factorsof(int c, int blocks) {
-    std::vector<float> factors(std::size_t(blocks), 0);
-    for (int l = 1; l <= blocks && l <= modelsize(sizeloadcases); ++l)
-        factors[std::size_t(l) - 1] = lcomb(c, l);
-    return factors;
-}
-
 // Runs take(row) over the rows of a combination.
 template <typename Take>
 static void eachrow(resultrows& rows, int c, Take take) {
     const long rowsperlook = 10000;
-    rows.begin(factorsof(c, rows.blocks()));
+    rows.begin(factorsof(c));
     resultrows::row row;
     for (long i = 1; rows.next(row); ++i) {
         take(row);

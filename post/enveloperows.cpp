@@ -36,23 +36,15 @@ static const int platecomponents[] = {1,        2,      4,       toldcomponents,
 
 // --- sums ---------------------------------------------------------------------------------------
 
-static weighedcases weighed(int c) {
-    weighedcases w{c, {}};
-    for (int l = 1; l <= nlc(); ++l) w.factors.push_back(lcomb(c, l));
-    return w;
-}
-
 std::vector<weighedcases> weighedset() {
     std::vector<weighedcases> set;
-    for (const int c : envelopeset()) set.push_back(weighed(c));
+    for (const int c : envelopeset()) set.push_back({c, factorsof(c)});
     return set;
 }
 
 std::vector<weighedcases> weighedsource() {
     if (isenvelope()) return weighedset();
-    weighedcases w{std::max(curlcomb, 1), {}};
-    for (int l = 1; l <= nlc(); ++l) w.factors.push_back(shownfactor(l));
-    return {w};
+    return {{std::max(curlcomb, 1), shownfactors()}};
 }
 
 weighedcases modeonshow() {

@@ -55,18 +55,6 @@ static memberfile* openfile() {
     return file ? &*file : nullptr;
 }
 
-static std::vector<float> factorsof(int c) {
-    std::vector<float> factors;
-    for (int l = 1; l <= nlc(); ++l) factors.push_back(lcomb(c, l));
-    return factors;
-}
-
-static std::vector<float> shownfactors() {
-    std::vector<float> factors;
-    for (int l = 1; l <= nlc(); ++l) factors.push_back(shownfactor(l));
-    return factors;
-}
-
 static memberline combined(const std::vector<memberline>& one, int c) {
     memberline sum{};
     for (int l = 1; l <= std::min(nlc(), int(one.size())); ++l) {

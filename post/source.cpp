@@ -44,6 +44,18 @@ float shownfactor(int l) {
     return curlcomb >= 1 && curlcomb <= ncomb() ? lcomb(curlcomb, l) : 0;
 }
 
+std::vector<float> factorsof(int c) {
+    std::vector<float> factors;
+    for (int l = 1; l <= nlc(); ++l) factors.push_back(lcomb(c, l));
+    return factors;
+}
+
+std::vector<float> shownfactors() {
+    std::vector<float> factors;
+    for (int l = 1; l <= nlc(); ++l) factors.push_back(shownfactor(l));
+    return factors;
+}
+
 // Combinations by their names: their numbers change when one is deleted.
 void keepsource() {
     std::string rows;

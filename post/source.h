@@ -26,6 +26,9 @@ std::string combinationname();  // of the one in the list
 // Multiplier of load case l in what is read now: of the case or of the current combination. An
 // envelope reads the current one where it has no values of its own.
 float shownfactor(int l);
+// The multipliers of a combination, and those of what is read now: of load cases 1, 2, ...
+std::vector<float> factorsof(int c);
+std::vector<float> shownfactors();
 
 // The envelope's set and kind go with the model.
 void keepsource();

@@ -102,13 +102,6 @@ static stressblocks openblocks() {
     return b;
 }
 
-// Multipliers of a combination, over the cases of the file.
-static std::vector<float> factorsof(int c, std::size_t cases) {
-    std::vector<float> factors(cases);
-    for (int l = 1; l <= nlc() && l <= int(cases); ++l) factors[std::size_t(l - 1)] = lcomb(c, l);
-    return factors;
-}
-
 namespace {
 // Elements one after the other: a shear force takes the records of all corners.
 class enveloper {
@@ -117,7 +110,8 @@ class enveloper {
         : b(from), component(of), cases(b.cases.size()), ends(lineelstress != 0 ? 2 : 1) {
         for (const int c : envelopeset()) {
             numbers.push_back(c);
-            factors.push_back(factorsof(c, cases));
+            factors.push_back(factorsof(c));
+            factors.back().resize(cases);
         }
         values.resize(cases * stresscorners);
     }

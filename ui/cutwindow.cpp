@@ -138,7 +138,7 @@ class cutwindow : public sidedialog {
             readform();
             compute();
         });
-        newaction("cutcopy", "Copy", this, row, [] {
+        newaction("cutcopy", "Copy Table", this, row, [] {
             QApplication::clipboard()->setText(QString::fromStdString(cuttable('\t')));
         });
         newaction("cutsave", "CSV...", this, row, [this] {

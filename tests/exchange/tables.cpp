@@ -49,6 +49,11 @@ TEST(Tables, RowsAreTheSumsOfTheLoadCases) {
     EXPECT_EQ(tableof(room, "Displacements", "Load case 1: Dead; own", 2, 2).substr(0, 75),
               "Load case;Node;X;Y;Z;DX;DY;RZ\n\"Dead; own\";2;0;1;0;3;4;0,5\n"
               "\"Dead; own\";3;0;2");
+    EXPECT_NE(tableof(room, "Displacements", "Envelope of the combinations", 2)
+                  .find(",RZ [degrees] smallest,Combination\n2,5,Wind,4.031129,Storm,3,Wind,-3.5,"
+                        "Storm,4,Wind,2,Storm,"),
+              std::string::npos)
+        << contentof(room.file("t.csv"));
     const std::string stress = "Stresses of plates, of each element, local axes";
     room.write(".NSL", {{1, 10}, {1, 20}, {1, 30}, {1, 40}, {2, -5}, {2, 0}, {2, 25}, {2, 35}});
     EXPECT_NE(tableof(room, stress, "Combination 2: Storm", 2).find("Storm,2,Skin,2,3,0,2,0,"),

@@ -2,4 +2,5 @@
 // The text of the further file.
 #include "core/kaltext.h"
 
-std::string kaltext;
+std::string kaltext, unitstext;
+double lengthscale = 0;

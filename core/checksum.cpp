@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/textfile.h"
+#include "core/unitsrow.h"
 
 // Lines of .tek that tell the model, by its first one: a line a node, two an element. What follows
 // is how the views look at it.
@@ -41,6 +42,8 @@ std::string modelchecksum(const std::string& base) {
             }
         }
     }
+    // Inertia, waves and wind depend on what the numbers are of.
+    for (const char c : unitsrow(base)) add(static_cast<unsigned char>(c));
     char text[20];
     std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
     return text;

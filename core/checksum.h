@@ -5,5 +5,6 @@
 #include <string>
 
 // Sixteen hexadecimal digits of what the analysis reads of the model whose path without extension
-// is base: nodes, elements, rotations, groups, constraints, loads. A missing file counts as empty.
+// is base: nodes, elements, rotations, groups, constraints, loads, units. A missing file counts as
+// empty.
 std::string modelchecksum(const std::string& base);

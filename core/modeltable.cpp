@@ -9,6 +9,7 @@
 #include "core/elempatch.h"
 #include "core/kaltext.h"
 #include "core/model.h"
+#include "core/units.h"
 #include "core/views.h"
 
 long bound::upper() const {
@@ -436,6 +437,8 @@ const std::vector<modelscalar>& modelscalars() {
         {"doftype", "Degrees of freedom for the solver", &doftype, roles::shown},
         {"commenttext", "Comment", &commenttext},
         {"kaltext", "Further data", &kaltext},
+        {"unitstext", "Units", &unitstext, roles::model, true},
+        {"lengthscale", "Conversion of lengths", &lengthscale},
         {"meshgroup", "Current group", &meshgroup, roles::shown},
         {"curlc", "Current load case", &curlc, roles::shown},
         {"curlcomb", "Current load combination", &curlcomb, roles::shown},

@@ -11,6 +11,7 @@
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 
 void defaultloadcase(int lc) {
@@ -36,11 +37,16 @@ void newcombination() {
 }
 
 void defaultgroup(int g) {
+    // Steel, 1 mm thick.
+    const unitset metric = namedunits(1e-3, 1, 1), own = unitstext.empty() ? metric : modelunits();
+    const auto put = [&](int field, double value, const char* formula) {
+        groups(g, field) = roundedto(value * unitfactor(formula, metric, own), 12);
+    };
     groupname(g) = "GR " + std::to_string(g);
-    groups(g, fieldmodulus) = 210000;
     groups(g, fieldpoisson) = 0.3;
-    groups(g, fielddensity) = 7.85e-06;
-    groups(g, fieldthickness) = 1.0;
+    put(fieldmodulus, 210000, "F/L^2");
+    put(fielddensity, 7.85e-06, "M/L^3");
+    put(fieldthickness, 1, "L");
 }
 
 void newgroup() {
@@ -51,6 +57,7 @@ void newgroup() {
 
 void newmodeldefaults() {
     kaltext.clear();
+    unitstext = newunits;
     newloadcase();
     fillloadlabels();
     commentvisible = false;

@@ -14,6 +14,7 @@
 #include "core/newmodel.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 
 static void clearmodes() {
@@ -39,6 +40,7 @@ static void preparesession() {
         allocmodel();
     }
     clearcounts();
+    newunits.clear();
     initsettings();
     clearmodes();
     activeview = 1;

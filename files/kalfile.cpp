@@ -2,12 +2,16 @@
 // The sections of the further file. State: the readers that check them.
 #include "files/kalfile.h"
 
+#include <cmath>
 #include <map>
 #include <optional>
 
 #include "core/kaltext.h"
+#include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/session.h"
+#include "core/units.h"
+#include "core/unitsrow.h"
 
 static const std::string headstart = "\"section\",\"", endrow = "\"end\"\n";
 
@@ -99,12 +103,36 @@ void checkkalsection(const std::string& keyword, std::function<void(textin&)> ch
 // --- the file -----------------------------------------------------------------------------------
 
 bool haskal() {
-    return !kaltext.empty();
+    return !kaltext.empty() || !unitstext.empty();
+}
+
+// The units stand in a variable of their own, since every label asks for them.
+static std::string unitsection() {
+    if (unitstext.empty()) return {};
+    const unitset& set = modelunits();
+    std::string row = "\"" + unitstext + "\"";
+    if (set.metres > 0)
+        for (const double factor : {set.metres, set.newtons, set.kilograms})
+            row += "," + numbertext(factor);
+    return headof(unitssection) + row + "\n" + endrow;
+}
+
+static std::string readunits(textin& in) {
+    const std::string text = in.text();
+    unitset set;
+    if (!findunits(text, set)) in.fail(errtype, "the units \"" + text + "\" are not known");
+    if (set.metres == 0) return text;
+    for (const double factor : {set.metres, set.newtons, set.kilograms}) {
+        const double found = in.number(), same = 1e-6;
+        if (!(std::fabs(found - factor) <= same * factor))
+            in.fail(errtype, numbertext(found) + " is not the size of a unit of \"" + text + "\"");
+    }
+    return text;
 }
 
 void writekal(textout& out) {
     std::string text;
-    for (const char c : kaltext) {
+    for (const char c : unitsection() + kaltext) {
         if (c == '\n') text += '\r';
         text += c;
     }
@@ -117,15 +145,26 @@ void readkal(const std::string& base) {
     std::erase(text, '\r');
     if (!text.empty() && text.back() != '\n') text += '\n';
     if (text.find('\0') != text.npos) fail(text, text.find('\0'), name, "a byte 0 is no text");
+    std::optional<section> units;
+    std::string told;
     for (auto s = nextsection(text, 0, name); s; s = nextsection(text, s->next, name)) {
+        if (s->keyword == unitssection) {
+            textin in = readerof(*s, text, name);
+            told = readunits(in);
+            units = s;
+            continue;
+        }
         const auto check = checks().find(s->keyword);
         if (check == checks().end() || !check->second) continue;
         textin in = readerof(*s, text, name);
         check->second(in);
     }
+    if (units) text.erase(units->head, units->next - units->head);
     kaltext = text;
+    unitstext = told;
 }
 
 void dropkal() {
     kaltext.clear();
+    unitstext.clear();
 }

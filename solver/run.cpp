@@ -267,7 +267,8 @@ void analyse(const job& j, runlog& log) {
     log.stage("read");
     if (!j.stiffness)
         log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
-    const settings s = readsettings(j.appdir + "/feiflu.ini", log);
+    settings s = readsettings(j.appdir + "/feiflu.ini", log);
+    followmodel(s, j.base, log);
     usethreads(s);
     model m;
     std::string checksum;

@@ -8,6 +8,7 @@
 
 #include "core/numtext.h"
 #include "core/textfile.h"
+#include "core/unitsrow.h"
 #include "solver/refuse.h"
 
 namespace {
@@ -157,4 +158,17 @@ settings readsettings(const std::string& path, runlog& log) {
     guarded([&] { writedefaults(path); },
             [&](const runtimeerror& e) { log.warn("feiflu.ini was not written: " + e.what); });
     return {};
+}
+
+void followmodel(settings& s, const std::string& base, runlog& log) {
+    const std::string row = unitsrow(base), name = base + ".kal, section \"units\"";
+    if (row.empty()) return;
+    textin in(row, name);
+    const std::string names = in.text();
+    if (in.atend()) return;
+    for (double settings::*const value : {&settings::length, &settings::force, &settings::mass}) {
+        s.*value = in.number();
+        if (!(s.*value > 0)) refuse(name + ": sizes of units are above 0; found " + row);
+    }
+    log.line("The model is in " + names + ", as it says itself");
 }

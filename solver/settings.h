@@ -27,3 +27,5 @@ struct settings {
 // Reads the file; a missing one is written with the defaults. Throws a refusal that names key and
 // line. An unknown key and a folder that cannot be written are warnings.
 settings readsettings(const std::string& path, runlog& log);
+// A model that says its units goes by them, whatever the settings say.
+void followmodel(settings& s, const std::string& base, runlog& log);

@@ -375,3 +375,35 @@ TEST(Readers, OldLayoutsMissingFilesAndRowsOfNothing) {
     EXPECT_EQ(m.constraints.size(), 1u);
     EXPECT_EQ(log.warnings().size(), 3u);
 }
+
+// The frequencies of a bar tell which units were taken.
+TEST(Program, UnitsOfTheModelGoBeforeThoseOfTheSettings) {
+    build b = twobars();
+    tempfolder in;
+    b.write(in / "m");
+    const auto omega = [&](const std::string& ini, const std::string& kal) {
+        writetext(in / "feiflu.ini", ini);
+        writetext(in / "m.kal", kal);
+        std::string said;
+        EXPECT_EQ(runfeiflu("--appdir " + in.path + " --eigen --model " + in.path + "/m", said), 0)
+            << said;
+        textin modes(in / "m.EIG");
+        modes.number(), modes.number();
+        return modes.number();
+    };
+    const std::string other = "\"section\",\"legend\"\r\n\"even\"\r\n\"end\"\r\n",
+                      units =
+                          other + "\"section\",\"units\"\r\n\"m kN t\",1,1000,1000\r\n\"end\"\r\n",
+                      metres = "length = 1\nforce = 1000\nmass = 1000\n";
+    const double said = omega("", units), set = omega(metres, other), plain = omega("", other);
+    EXPECT_EQ(said, set);
+    EXPECT_NEAR(plain, 1000 * said, 1e-6 * plain) << "1/mm in place of 1/m";
+    const std::string sum = modelchecksum(in / "m");
+    writetext(in / "m.kal", units);
+    EXPECT_NE(modelchecksum(in / "m"), sum) << "the results are of another model";
+    EXPECT_EQ(omega(metres, "\"section\",\"units\"\r\n\"free\"\r\n\"end\"\r\n"), set);
+    writetext(in / "m.kal", "\"section\",\"units\"\n\"m kN t\",1,0,1000\n\"end\"\n");
+    std::string told;
+    EXPECT_EQ(runfeiflu("--appdir " + in.path + " --model " + in.path + "/m", told), 1);
+    EXPECT_NE(told.find("sizes of units are above 0"), std::string::npos) << told;
+}

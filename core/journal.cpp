@@ -13,6 +13,7 @@
 #include "core/modeltable.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/sessionlengths.h"
 #include "core/views.h"
 
 const char* const staletext = "Results of the model before it was changed";
@@ -578,6 +579,7 @@ void cutstep() {
 }
 
 void startjournal() {
+    startlengths();
     under.restarts = under.depth > 0;
     if (under.restarts) return;
     restart();
@@ -706,6 +708,7 @@ static bool take(std::vector<entry>& from, std::vector<entry>& to, int count, bo
         from.pop_back();
     }
     keepinrange();
+    followlengths();
     dropundo();
     pasteflag = false;
     dorenumber = 1;

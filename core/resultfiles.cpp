@@ -2,6 +2,7 @@
 // The result files, and how the common names among them are told from files of others.
 #include "core/resultfiles.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -35,4 +36,17 @@ std::vector<std::string> foreignresults(const std::string& base) {
         if (std::filesystem::exists(path, ec) && isforeign(path)) foreign.push_back(path);
     }
     return foreign;
+}
+
+std::vector<std::string> ownresults(const std::string& base) {
+    const auto foreign = foreignresults(base);
+    std::vector<std::string> own;
+    std::error_code ec;
+    for (const std::string& extension : resultextensions) {
+        const std::string path = base + extension;
+        if (std::filesystem::exists(path, ec) &&
+            std::find(foreign.begin(), foreign.end(), path) == foreign.end())
+            own.push_back(path);
+    }
+    return own;
 }

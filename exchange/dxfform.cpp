@@ -7,8 +7,9 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "exchange/gate.h"
-#include "exchange/textlines.h"
+#include "files/solverunits.h"
 
 const std::array<const char*, 4> dxfcaptions = {
     "Import 3DFACE and Mesh with following Elements :",
@@ -98,27 +99,11 @@ static bool readtypes(dxfform& form, dxfoptions& options) {
 
 // --- units --------------------------------------------------------------------------------------
 
-// Metres in a length of the model, as the solver has it.
-static double unitofmodel() {
-    double metres = 0.001;
-    guarded(
-        [&] {
-            textlines in(appdir + "/feiflu.ini");
-            std::string_view line, key;
-            while (in.next(line))
-                if (nextfield(line, key, '=') && key == "length") {
-                    line = line.substr(0, line.find_first_of("#;"));
-                    readreal(line, metres);
-                }
-        },
-        [](const runtimeerror&) {});
-    return metres > 0 ? metres : 1;
-}
-
 // The factor for the coordinates; 0 when the user gives up.
 static double askfactor() {
-    const double theirs = unitofdrawing(drawing), ours = unitofmodel(), near = 1e-9;
-    if (theirs == 0 || std::abs(theirs - ours) <= near * ours) return 1;
+    if (unitstext.empty()) readsolverunits();
+    const double theirs = unitofdrawing(drawing), ours = modelunits().metres, near = 1e-9;
+    if (theirs == 0 || ours == 0 || std::abs(theirs - ours) <= near * ours) return 1;
     const std::string own = nameofunit(ours);
     messagebox box;
     box.text = std::string("The drawing is in ") + nameofunit(theirs) + ", the model in " +

@@ -17,6 +17,7 @@
 #include "files/filop.h"
 #include "files/runlog.h"
 #include "files/saving.h"
+#include "files/solverunits.h"
 #include "view/moddraw.h"
 #include "view/setviews.h"
 
@@ -303,6 +304,7 @@ static reply endwithoutmemory() {
 reply menunew() {
     if (!mayleave()) return reply::cancelled;
     addready();
+    readsolverunits();
     if (!resetmodel()) return endwithoutmemory();
     modelname.clear();
     commenttext = "No Info";

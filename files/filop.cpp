@@ -14,10 +14,13 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/units.h"
+#include "core/unitsrow.h"
 #include "core/views.h"
 #include "files/kalfile.h"
 #include "files/saveset.h"
 #include "files/sidefiles.h"
+#include "files/solverunits.h"
 #include "files/tekfile.h"
 #include "view/moddraw.h"
 
@@ -205,6 +208,7 @@ bool openmodel(const std::string& name) {
     modelname = name;
     showmodelname();
     clearneeds();
+    readsolverunits();
     const drawinghold hold;
     keptmodel before;
     if (!guarded([&] { finishsave(name); }, telldamage) || !resetmodel())
@@ -226,7 +230,24 @@ bool openmodel(const std::string& name) {
     return true;
 }
 
+// Units that a model says without opening it, "" for none.
+static std::string unitsof(const std::string& name) {
+    const std::string row = unitsrow(name);
+    std::string text;
+    guarded([&] { text = row.empty() ? row : textin(row, name).text(); },
+            [](const runtimeerror&) {});
+    return text;
+}
+
 bool importmodel(const std::string& name) {
+    const std::string units = unitsof(name);
+    if (!units.empty() && !unitstext.empty() && units != unitstext) {
+        theplatform().message(name + " is in " + units + ", the model in hand in " + unitstext +
+                                  ". Nothing was imported; convert one of them first: "
+                                  "[Settings,Units...]",
+                              icons::exclamation);
+        return false;
+    }
     const int before = ngroups();
     bool whole = true;
     tmpnodes(0, 0) = tmpelems(0, 0) = graphics2(0, 0, 0) = 0;

@@ -3,6 +3,7 @@
 #include "tools/groupsection.h"
 
 #include <cmath>
+#include <utility>
 
 #include "core/journal.h"
 #include "core/model.h"
@@ -12,6 +13,7 @@
 #include "core/textfile.h"
 #include "files/kalfile.h"
 #include "tools/sectionfile.h"
+#include "tools/unitsform.h"
 #include "view/solids.h"
 
 using outline = std::vector<std::vector<point2>>;
@@ -141,6 +143,19 @@ void keepshape(int type, const dimensions& d, const sectionvalues& v) {
     putkalsection(shapesection, rows + row + "\n");
 }
 
+static void scaleshapes(double factor) {
+    std::string rows;
+    for (const shape& s : keptshapes()) {
+        rows += std::string("\"") + sectiontypes[s.type].name + "\"";
+        for (const double length : s.d) rows += "," + numbertext(roundedto(length * factor, 12));
+        rows += "," + numbertext(roundedto(s.area * std::pow(factor, 2), 12));
+        for (const double second : s.second)
+            rows += "," + numbertext(roundedto(second * std::pow(factor, 4), 12));
+        rows += "\n";
+    }
+    putkalsection(shapesection, rows);
+}
+
 // --- of a group ---------------------------------------------------------------------------------
 
 static sectionvalues valuesof(int g) {
@@ -165,4 +180,8 @@ static outline sectionfor(int g) {
 void wiregroupsections() {
     sectionofgroup = sectionfor;
     checkkalsection(shapesection, [](textin& in) { readshapes(in); });
+    static bool wired;
+    if (!std::exchange(wired, true))
+        unitconverters().push_back(
+            [](const unitset& from, const unitset& to) { scaleshapes(unitfactor("L", from, to)); });
 }

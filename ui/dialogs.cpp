@@ -78,6 +78,7 @@ void wiredialogs() {
     adddialog("balance", makebalance);
     adddialog("resultsof", makeresultsof);
     adddialog("combinationrules", makecombinationrules);
+    adddialog("Units", makeunits);
 }
 
 std::vector<std::string> dialognames() {

@@ -116,5 +116,6 @@ QDialog* makememberwindow();
 QDialog* makebalance();
 QDialog* makeresultsof();
 QDialog* makecombinationrules();
+QDialog* makeunits();
 struct groupform;
 QDialog* makesectiontool(groupform& group);  // writes what is accepted into the form

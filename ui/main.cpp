@@ -17,6 +17,7 @@
 #include "files/filemenu.h"
 #include "files/saveset.h"
 #include "files/solverlock.h"
+#include "files/solverunits.h"
 #include "ui/dialogs.h"
 #include "ui/examples.h"
 #include "ui/icons.h"
@@ -26,6 +27,7 @@
 #include "ui/script.h"
 #include "ui/startup.h"
 #include "ui/theme.h"
+#include "ui/windowsettings.h"
 #include "view/setviews.h"
 
 // Exit codes beside 0.
@@ -111,8 +113,11 @@ static bool startsession() {
         theplatform().message("The folder for catalogue and settings can not be made: " + home +
                                   ". Set KALVANE_HOME to a folder that can be written",
                               icons::critical);
-    else if (start(home))
+    else if (start(home)) {
+        readsolverunits();
+        restoreunits();
         return true;
+    }
     refusestart(QString::fromStdString(theqtplatform().lastmessage));
     return false;
 }

@@ -29,6 +29,7 @@
 #include "files/runlog.h"
 #include "files/solverlock.h"
 #include "post/shapes.h"
+#include "tools/unitsform.h"
 #include "ui/actionrows.h"
 #include "ui/controlnames.h"
 #include "ui/controls.h"
@@ -159,6 +160,13 @@ void mainwindow::buildcommandline() {
     row->addWidget(dimensionlabel);
     row->addWidget(stalelabel);
     row->addWidget(snaplabel);
+    unitsbutton = new QToolButton(strip);
+    unitsbutton->setObjectName("unitsnow");
+    unitsbutton->setAutoRaise(true);
+    unitsbutton->setFocusPolicy(Qt::NoFocus);  // the keyboard has the menu
+    unitsbutton->setToolTip(tr("The units of the model: Settings, Units..."));
+    connect(unitsbutton, &QToolButton::clicked, this, [] { theplatform().showdialog("Units"); });
+    row->addWidget(unitsbutton);
     centralWidget()->layout()->addWidget(strip);
     connect(run, &QToolButton::clicked, this, [this] { runtypedcommand(); });
     connect(warningbutton, &QToolButton::clicked, this, [] { showlog(solverlog().path); });
@@ -356,6 +364,7 @@ void mainwindow::refresh() {
                                   icons::exclamation);
         });
     snaplabel->setText(statusofsnap());
+    unitsbutton->setText(qtext(unitsinwords()));
     showsteps();
     stalelabel->setVisible(isstaleshown());
     selectmethod->setCurrentIndex(int(selecttype));

@@ -94,7 +94,7 @@ class mainwindow : public QMainWindow {
            *dimensionlabel = nullptr, *stalelabel = nullptr, *selectedlabel = nullptr;
     QTimer* sumslater = nullptr;
     std::size_t sumsof = 0;  // stamp of the selection that the sums on show belong to
-    QToolButton* warningbutton = nullptr;
+    QToolButton *warningbutton = nullptr, *unitsbutton = nullptr;
     plotswitches* switches = nullptr;
     startpage* start = nullptr;
     std::string commentshown;

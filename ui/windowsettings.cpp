@@ -8,7 +8,11 @@
 #include <QMainWindow>
 #include <algorithm>
 
+#include "core/journal.h"
+#include "core/newmodel.h"
 #include "core/session.h"
+#include "core/units.h"
+#include "ui/controls.h"
 #include "ui/mainwindow.h"
 #include "view/symbolstyle.h"
 
@@ -94,4 +98,20 @@ void remembersymbols() {
     QSettings kept = windowsettings();
     for (const auto& [key, on] : symbolkeys) kept.setValue(key, symbolsdrawn.*on);
     kept.setValue(symbolsizekey, symbolsdrawn.size);
+}
+
+static const char* const unitskey = "units/new";
+
+void restoreunits() {
+    const std::string text = windowsettings().value(unitskey).toString().toStdString();
+    unitset set;
+    if (text.empty() || !findunits(text, set)) return;
+    newunits = text;
+    newmodeldefaults();
+    startjournal();
+}
+
+void rememberunits() {
+    QSettings kept = windowsettings();
+    kept.setValue(unitskey, qtext(newunits));
 }

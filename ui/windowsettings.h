@@ -23,4 +23,7 @@ void rememberdialog(const QDialog& dialog);
 // How symbols are drawn.
 void restoresymbols();
 void remembersymbols();
+// The units of new models.
+void restoreunits();
+void rememberunits();
 void rememberfiles(const std::vector<std::string>& files);

@@ -13,6 +13,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "view/moddraw.h"
 
 namespace {
@@ -144,12 +145,17 @@ std::string selectioncounts() {
 std::string sumstext(const selectionsums& sums) {
     std::string text;
     const auto add = [&](const std::string& part) { text += (text.empty() ? "" : "; ") + part; };
-    if (sums.length > 0) add("length " + figure(sums.length));
-    if (sums.area > 0) add("area " + figure(sums.area));
-    if (sums.mass > 0) add((sums.wholemass ? "mass " : "mass (where known) ") + figure(sums.mass));
+    const auto unit = [](const char* formula) {
+        const std::string name = unitstext.empty() ? "" : unitname(formula);
+        return name.empty() || name == formula ? "" : " " + name;
+    };
+    if (sums.length > 0) add("length " + figure(sums.length) + unit("L"));
+    if (sums.area > 0) add("area " + figure(sums.area) + unit("L^2"));
+    if (sums.mass > 0)
+        add((sums.wholemass ? "mass " : "mass (where known) ") + figure(sums.mass) + unit("M"));
     const auto& e = sums.extent;
     if (e[0] > 0 || e[1] > 0 || e[2] > 0)
-        add(figure(e[0]) + " x " + figure(e[1]) + " x " + figure(e[2]));
+        add(figure(e[0]) + " x " + figure(e[1]) + " x " + figure(e[2]) + unit("L"));
     return text;
 }
 

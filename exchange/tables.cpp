@@ -22,6 +22,8 @@
 #include "files/saving.h"
 #include "post/combinedstress.h"
 #include "post/components.h"
+#include "post/memberfile.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/resultstream.h"
 #include "post/stressfile.h"
@@ -144,17 +146,22 @@ class tablewriter {
                                                    : "Station");
         }
         if (table.rows == rowsof::members) {
-            for (const char* const one :
-                 {"Place", "Distance", "N", "Vy", "Vz", "T", "My", "Mz", "v", "w"})
-                out.cell(one);
+            out.cell("Place").cell(headedinput("Distance", "L"));
+            for (const quantityrow& row : quantityrows) out.cell(headed(row.label, row.unit));
             return out.endrow();
         }
-        for (const char* const one : {"Node", "X", "Y", "Z"}) out.cell(one);
+        out.cell("Node");
+        for (const char* const one : {"X", "Y", "Z"}) out.cell(headedinput(one, "L"));
         if (areelements())
-            for (const char* const one : stresssymbols) out.cell(one);
+            for (const char* const one : stresssymbols) out.cell(headed(one, "F/L^2"));
         else
-            for (const int dof : freedomsof(source->anadof())) out.cell(freedoms[isforces()][dof]);
+            for (const int dof : freedomsof(source->anadof()))
+                out.cell(headed(freedoms[isforces()][dof], formulaof(dof)));
         out.endrow();
+    }
+    const char* formulaof(int dof) const {
+        if (isforces()) return dof < 3 ? "F" : "F.L";
+        return ismodes() || dof >= 3 ? "" : "L";
     }
     bool isforces() const { return table.kind == resultkinds::forces; }
 
@@ -192,9 +199,10 @@ class tablewriter {
         putelement(row.item, place);
         const int elnn = nodesoftype(elems(row.item, 0));
         putnode(int(elems(row.item, std::min(place, elnn))));
+        const double factor = shownfactor("F/L^2");
         float s[stressvalues] = {};
         for (std::size_t k = 1; k < stressvalues; ++k) {
-            s[k] = float(row.values[first + k - 1]);
+            s[k] = float(row.values[first + k - 1] * factor);
             put(s[k]);
         }
         put(combinedstressof(s));
@@ -221,7 +229,7 @@ class tablewriter {
         const sheet s = readsheet(text, ',');
         const bool areloads = table.rows == rowsof::sums;
         for (const char* const one : areloads ? loadheading : modeheading)
-            if (one) out.cell(one);
+            if (one) out.cell(headed(one, areloads ? formulaofsum(one) : ""));
         out.endrow();
         for (std::size_t r = 2; r < s.rows(); ++r) {
             const auto word = [&](std::size_t k) {
@@ -246,6 +254,9 @@ class tablewriter {
     static constexpr const char* loadheading[11] = {"Load case", "Sum of", "FX", "FY",    "FZ",
                                                     "MX",        "MY",     "MZ", "Value", "Node"};
 
+    static const char* formulaofsum(const std::string& heading) {
+        return heading.size() != 2 ? "" : heading[0] == 'F' ? "F" : "F.L";
+    }
     void putwords(const std::vector<std::string>& words) {
         for (const std::string& one : words)
             if (double value = 0; readnumber(one, value))

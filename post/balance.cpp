@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 
 double casebalance::rest() const {
     double most = 0;
@@ -122,17 +123,18 @@ static balancerow differencerow(const casebalance& c) {
 std::vector<balancerow> balancepage(const balance& b) {
     std::vector<balancerow> page;
     for (const casebalance& c : b.cases) {
-        page.push_back({{"Load case " + numbertext(c.lc) + ": " + shownname(c.name), "FX", "FY",
-                         "FZ", "MX", "MY", "MZ"},
-                        true,
-                        !c.isbalanced()});
+        balancerow head{{"Load case " + numbertext(c.lc) + ": " + shownname(c.name)}, true};
+        head.red = !c.isbalanced();
+        for (const char* const name : {"FX", "FY", "FZ"}) head.cells.push_back(headed(name, "F"));
+        for (const char* const name : {"MX", "MY", "MZ"}) head.cells.push_back(headed(name, "F.L"));
+        page.push_back(head);
         for (const auto& [kind, six] : c.loads) page.push_back(sumrow("Loads, " + kind, six));
         page.push_back(sumrow("All loads", c.applied));
         page.push_back(sumrow("Reactions", c.reactions));
         page.push_back(differencerow(c));
         page.push_back(
             {{"Residual of the equations", shorttext(c.residual)}, false, c.residual > restlimit});
-        page.push_back({{"Largest translation", shorttext(c.translation), "at node",
+        page.push_back({{headed("Largest translation", "L"), shorttext(c.translation), "at node",
                          numbertext(c.translationnode)}});
         if (c.rotationnode > 0)
             page.push_back({{"Largest rotation, radians", shorttext(c.rotation), "at node",

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "core/catalogue.h"
+#include "core/formulas.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/numtext.h"
@@ -16,6 +17,7 @@
 #include "post/bookparts.h"
 #include "post/legend.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "view/setviews.h"
 
 using cells = std::vector<std::string>;
@@ -84,7 +86,7 @@ void booksummary(booksink& b) {
     b.endtable();
     if (nnodes() == 0) return;
     const extents x = extentsofmodel();
-    b.begintable("Extents", {{"Direction", false}, {"From"}, {"To"}, {"Length"}}, 3);
+    b.begintable("Extents", {{headedinput("Direction", "L"), false}, {"From"}, {"To"}, {"Length"}}, 3);
     for (int k = 0; k < 3; ++k)
         b.row({std::string(1, char('X' + k)), value(x.low[k]), value(x.high[k]), value(x.size(k))});
     b.endtable();
@@ -100,10 +102,10 @@ void bookgroups(booksink& b) {
                  {{"No", true, 0.5},
                   {"Name", false, 2},
                   {"Elements"},
-                  {"E"},
+                  {headedinput("E", "F/L^2")},
                   {"Poisson"},
-                  {"Density"},
-                  {"Thickness or area", true, 1.4}},
+                  {headedinput("Density", "W/L^3")},
+                  {headedinput("Thickness or area", "L | L^2"), true, 1.4}},
                  ngroups());
     for (int g = 1; g <= ngroups(); ++g)
         b.row({numbertext(g), shownname(groupname(g), 40), numbertext(count[std::size_t(g)]),
@@ -113,12 +115,12 @@ void bookgroups(booksink& b) {
     b.begintable("Sections",
                  {{"No", true, 0.5},
                   {"Name", false, 2},
-                  {"Ixx"},
-                  {"Wxx"},
-                  {"Iyy"},
-                  {"Wyy"},
-                  {"Izz"},
-                  {"Wzz"}},
+                  {headedinput("Ixx", "L^4")},
+                  {headedinput("Wxx", "L^3")},
+                  {headedinput("Iyy", "L^4")},
+                  {headedinput("Wyy", "L^3")},
+                  {headedinput("Izz", "L^4")},
+                  {headedinput("Wzz", "L^3")}},
                  ngroups());
     for (int g = 1; g <= ngroups(); ++g) {
         cells row = {numbertext(g), shownname(groupname(g), 40)};
@@ -133,7 +135,8 @@ void bookgroups(booksink& b) {
 }
 
 void booknodes(booksink& b) {
-    b.begintable("", {{"Node"}, {"X"}, {"Y"}, {"Z"}});
+    b.begintable(
+        "", {{"Node"}, {headedinput("X", "L")}, {headedinput("Y", "L")}, {headedinput("Z", "L")}});
     for (int n = 1; n <= nnodes(); ++n) {
         b.row({numbertext(n), numbertext(nodes(0, n, 0)), numbertext(nodes(0, n, 1)),
                numbertext(nodes(0, n, 2))});
@@ -172,7 +175,7 @@ void booksupports(booksink& b) {
     s.constraints = true;
     bookpicture(b, s);
     b.begintable("Supported nodes: fixed, or the prescribed displacement (rotations in degrees)",
-                 {{"Node"}, {"DX"}, {"DY"}, {"DZ"}, {"RX"}, {"RY"}, {"RZ"}}, int(held.size()));
+                 {{"Node"}, {headedinput("DX", "L")}, {headedinput("DY", "L")}, {headedinput("DZ", "L")}, {"RX"}, {"RY"}, {"RZ"}}, int(held.size()));
     for (const auto& [node, directions] : held) {
         cells row = {numbertext(node)};
         row.insert(row.end(), directions.begin(), directions.end());
@@ -203,7 +206,8 @@ static std::string parametersof(int lc) {
     for (const parameterrow& row : rows)
         for (std::size_t k = 0;
              lctype(lc) >= row.first && lctype(lc) <= row.last && k < row.names.size(); ++k)
-            text += (k ? ", " : ": ") + std::string(row.names[k]) + " " + value(lcpar(lc, long(k)));
+            text += (k ? ", " : ": ") + std::string(row.names[k]) + " " +
+                    value(lcpar(lc, long(k))) + behind(parameterformula(lctype(lc), int(k)));
     return text;
 }
 
@@ -216,7 +220,7 @@ static void bookcaserows(booksink& b, int lc) {
         for (int i = 1; i <= loadnode(lc, 0); ++i) {
             if (loadnode(lc, i) != 0 && loaddof(lc, i) >= 1 && loaddof(lc, i) <= 6)
                 b.row({numbertext(loadnode(lc, i)), directions[loaddof(lc, i) - 1],
-                       value(loadval(lc, i))});
+                       value(loadval(lc, i)) + behind(nodalformula(lc, loaddof(lc, i)))});
             lookat(i);
         }
         b.endtable();
@@ -227,8 +231,9 @@ static void bookcaserows(booksink& b, int lc) {
         for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
             const int direction = int(elemload(lc, i, 1));
             if (elemload(lc, i, 0) != 0 && direction >= 1 && direction <= 3)
-                b.row({numbertext(int(elemload(lc, i, 0))),
-                       std::string(1, char('x' + direction - 1)), value(elemload(lc, i, 2))});
+                b.row(
+                    {numbertext(int(elemload(lc, i, 0))), std::string(1, char('x' + direction - 1)),
+                     value(elemload(lc, i, 2)) + behind(elementformula(int(elemload(lc, i, 0))))});
             lookat(i);
         }
         b.endtable();

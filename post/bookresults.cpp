@@ -23,6 +23,7 @@
 #include "post/legend.h"
 #include "post/members.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/resultstream.h"
 #include "post/source.h"
@@ -32,6 +33,14 @@ using cells = std::vector<std::string>;
 
 static const char* const displacementnames[] = {"DX", "DY", "DZ", "RX", "RY", "RZ"};
 static const char* const forcenames[] = {"FX", "FY", "FZ", "MX", "MY", "MZ"};
+
+static std::string displacementheading(int freedom) {
+    return headed(displacementnames[freedom], freedom < 3 ? "L" : "");
+}
+
+static std::string forceheading(int freedom) {
+    return headed(forcenames[freedom], freedom < 3 ? "F" : "F.L");
+}
 
 static std::string value(double x) {
     return shorttext(x);
@@ -108,7 +117,7 @@ void bookbalance(booksink& b) {
 
 void bookmasses(booksink& b) {
     told(b, [&] {
-        b.begintable("", {{"Group", false, 2}, {"Mass"}, {"Centre X"}, {"Centre Y"}, {"Centre Z"}},
+        b.begintable("", {{"Group", false, 2}, {headed("Mass", "M")}, {headed("Centre X", "L")}, {headed("Centre Y", "L")}, {headed("Centre Z", "L")}},
                      ngroups() + 1);
         double whole = 0, centre[3] = {};
         for (const massrow& row : readmasses()) {
@@ -148,8 +157,8 @@ void bookdisplacements(booksink& b) {
     told(b, [&] {
         resultrows rows(modelname + ".rvp", resultkinds::displacements);
         const std::vector<int> freedoms = freedomsof(rows.anadof());
-        std::vector<bookcolumn> columns = {{"Combination", false, 1.6}, {"Length"}};
-        for (const int f : freedoms) columns.push_back({displacementnames[f]});
+        std::vector<bookcolumn> columns = {{"Combination", false, 1.6}, {headed("Length", "L")}};
+        for (const int f : freedoms) columns.push_back({displacementheading(f)});
         b.begintable("Largest by size, and the node (rotations in degrees)", columns, ncomb());
         for (int c = 1; c <= ncomb(); ++c) {
             extreme length, each[6];
@@ -182,7 +191,7 @@ static void nodetables(booksink& b, bool areforces, int count, Wanted wanted) {
         const std::vector<int> freedoms = freedomsof(rows.anadof());
         std::vector<bookcolumn> columns = {{"Node"}};
         for (const int f : freedoms)
-            columns.push_back({areforces ? forcenames[f] : displacementnames[f]});
+            columns.push_back({areforces ? forceheading(f) : displacementheading(f)});
         for (int c = 1; c <= ncomb(); ++c) {
             b.begintable("Combination " + numbertext(c) + ", " + nameof(c), columns, count);
             double most[2] = {};  // of translations or forces, of rotations or moments
@@ -260,17 +269,19 @@ static void largeststresses(booksink& b, bool lines) {
     resultrows rows(modelname + (lines ? ".LES" : ".NSL"),
                     lines ? resultkinds::linestresses : resultkinds::stresses);
     std::vector<bookcolumn> columns = {{"Group", false, 1.6}, {"Combination", false, 1.4}};
-    for (const char* name : {"SX", "SY", "SXY", "Combined"}) columns.push_back({name, true, 1.3});
+    for (const char* name : {"SX", "SY", "SXY", "Combined"})
+        columns.push_back({headed(name, "F/L^2"), true, 1.3});
+    const double factor = shownfactor("F/L^2");
     using four = std::array<extreme, 4>;
     std::map<std::pair<int, int>, four> most;  // by group and combination
     for (int c = 1; c <= ncomb(); ++c)
         eachstress(rows, lines, c, [&](int e, int, const double* v) {
             if (!isgrouped(e)) return;
             four& x = most[{egroup(e), c}];
-            x[0].take(v[0], e);
-            x[1].take(v[1], e);
-            x[2].take(v[3], e);
-            x[3].take(combinedat(v), e);
+            x[0].take(factor * v[0], e);
+            x[1].take(factor * v[1], e);
+            x[2].take(factor * v[3], e);
+            x[3].take(factor * combinedat(v), e);
         });
     if (most.empty()) return;
     b.begintable(lines ? "Line elements: largest by size, and the element"
@@ -293,7 +304,9 @@ static void stresstables(booksink& b, bool lines) {
     resultrows rows(modelname + (lines ? ".LES" : ".NSL"),
                     lines ? resultkinds::linestresses : resultkinds::stresses);
     std::vector<bookcolumn> columns = {{"Element", true, 1.2}, {"Node", true, 1.2}};
-    for (int k = 0; k < toldcomponents; ++k) columns.push_back({stresscomponents[k].label});
+    for (int k = 0; k < toldcomponents; ++k)
+        columns.push_back({headed(stresscomponents[k].label, "F/L^2")});
+    const double factor = shownfactor("F/L^2");
     for (int c = 1; c <= ncomb(); ++c) {
         b.begintable("Combination " + numbertext(c) + ", " + nameof(c) +
                          (lines ? ", line elements" : ", faces, local axes"),
@@ -302,8 +315,8 @@ static void stresstables(booksink& b, bool lines) {
             cells line = {numbertext(e)};
             line.push_back(corner <= nodesoftype(elems(e, 0)) ? numbertext(int(elems(e, corner)))
                                                               : "");
-            for (int k = 1; k < stressvalues; ++k) line.push_back(value(v[k - 1]));
-            line.push_back(value(combinedat(v)));
+            for (int k = 1; k < stressvalues; ++k) line.push_back(value(factor * v[k - 1]));
+            line.push_back(value(factor * combinedat(v)));
             b.row(line);
         });
         b.endtable();

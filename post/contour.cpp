@@ -13,6 +13,7 @@
 #include "post/exactstress.h"
 #include "post/legendlook.h"
 #include "post/nodeenvelope.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
 #include "post/sectionfibres.h"
@@ -110,11 +111,18 @@ bool plotsstress() {
     return iselementstress() || contourdata == stressdata;
 }
 
+// In units of the model.
+static double stressvalue(int e, int corner) {
+    if (isenvelope()) return shownof(governedat(e, corner));
+    if (isexact(stresscomp)) return exactvalue(stresscomp, e, corner);
+    return elemstress(stresscomp, e, corner);
+}
+
+static double plotscale = 1;  // to the units of the legend
+
 float plotvalue(int e, int corner) {
     if (const float* const other = comparedvalues(e)) return other[corner - 1];
-    if (plotsstress() && isenvelope()) return shownof(governedat(e, corner));
-    if (plotsstress() && isexact(stresscomp)) return float(exactvalue(stresscomp, e, corner));
-    if (plotsstress()) return float(elemstress(stresscomp, e, corner));
+    if (plotsstress()) return float(plotscale * stressvalue(e, corner));
     if (needsnodeenvelope(dispcontour)) return shownof(governedatnode(int(elems(e, corner))));
     const auto d = nodes.row(1, int(elems(e, corner)));
     if (dispcontour > 0) return d[std::size_t(dispcontour - 1)];
@@ -223,6 +231,7 @@ bool prepareplot() {
     if (!iscontour() && !iselementstress()) return false;
     if (plotsstress() ? !preparestress() : !preparedisplacements()) return false;
     indexcolors = lookoflegend().bands;
+    plotscale = shownfactor(plotformula());
     contourscale();
     fillpalette();
     plotprepared = true;
@@ -231,6 +240,11 @@ bool prepareplot() {
 
 std::string plotlabel() {
     return !plotsstress() ? directions[dispcontour].label : stresscomponents[stresscomp - 1].label;
+}
+
+const char* plotformula() {
+    if (plotsstress()) return componentformula(stresscomp);
+    return fieldismode || dispcontour > toldirections ? "" : "L";
 }
 
 std::string plottext() {

@@ -57,6 +57,7 @@ void retryresults();
 bool plotready();  // the last prepareplot succeeded
 
 std::string plotlabel();       // "SX", "VM", "DX": the component in short
+const char* plotformula();     // of its units, "" of the shape of a mode
 std::string legendquantity();  // that the limits of the legend belong to
 bool showsbands();             // the legend's colours fill bands; else they are those of lines
 bool plotsstress();            // stresses are coloured, not displacements

@@ -17,10 +17,12 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/units.h"
 #include "files/filop.h"
 #include "files/saving.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/plotunits.h"
 #include "post/probes.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
@@ -332,9 +334,22 @@ void cutfromselection() {
     computecut();
 }
 
+void scalecut(double factor) {
+    cutshown.clear();
+    const auto scale = [&](std::string& text) {
+        double value = 0;
+        if (readnumber(text, value)) text = texted(value * factor);
+    };
+    scale(thecut.position);
+    for (std::size_t k = 0; k < 3; ++k) {
+        scale(thecut.from[k]);
+        scale(thecut.to[k]);
+    }
+}
+
 static bool readplace(const std::string* text, place3& at) {
     bool good = true;
-    for (std::size_t k = 0; k < 3; ++k) good = readnumber(text[k], at[k]) && good;
+    for (std::size_t k = 0; k < 3; ++k) good = readvalue(text[k], "L", at[k]) && good;
     return good;
 }
 
@@ -342,7 +357,7 @@ static std::string cutfault() {
     if (!plotready() || iselementstress()) return "There is no plot of faces: choose Contour plot";
     if (thecut.kind < 3) {
         double position = 0;
-        if (!readnumber(thecut.position, position)) return "The position must be a number";
+        if (!readvalue(thecut.position, "L", position)) return "The position must be a number";
         cutplane plane{{0, 0, 0}, position};
         plane.normal[std::size_t(thecut.kind)] = 1;
         cutshown = cutby(plane);
@@ -371,7 +386,8 @@ void endcut() {
 
 std::string cutquantity() {
     const bool combination = curlcomb >= 1 && curlcomb <= ncomb();
-    return plotlabel() + (combination ? ", " + shownname(lcombname(curlcomb)) : "");
+    return headed(plotlabel(), plotformula()) +
+           (combination ? ", " + shownname(lcombname(curlcomb)) : "");
 }
 
 // --- the table ----------------------------------------------------------------------------------
@@ -385,7 +401,8 @@ std::string cuttable(char separator) {
         }
         text += "\r\n";
     };
-    row({"curve", "distance", "x", "y", "z", "element", plotlabel()});
+    row({"curve", headed("distance", "L"), headed("x", "L"), headed("y", "L"), headed("z", "L"),
+         "element", headed(plotlabel(), plotformula())});
     for (std::size_t i = 0; i < cutshown.size(); ++i)
         for (const cutpoint& p : cutshown[i])
             row({numbertext(int(i + 1)), texted(p.distance), texted(p.at[0]), texted(p.at[1]),

@@ -41,7 +41,8 @@ void showcut();                         // where nothing stands yet: the middle 
 void cutfromselection();
 void computecut();  // into cutshown, or a message
 void endcut();
-std::string cutquantity();  // "SX, Wind"
+void scalecut(double factor);  // the places typed, when the model has other lengths
+std::string cutquantity();     // "SX, Wind"
 // The table with these between two fields and as the decimal point.
 std::string cuttable(char separator);
 void savecut();  // asks for a file and writes the table as CSV

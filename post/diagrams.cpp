@@ -10,6 +10,7 @@
 #include "core/session.h"
 #include "core/views.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
 #include "post/source.h"
@@ -120,7 +121,8 @@ std::string diagramnote() {
 }
 
 static std::string at(const memberextreme& x, double size) {
-    return plainnumber(x.value, size) + " in element " + std::to_string(x.e);
+    return plainnumber(x.value, size) + behind(quantityrows[diagram.quantity].unit) +
+           " in element " + std::to_string(x.e);
 }
 
 std::string diagramtext(int nview) {

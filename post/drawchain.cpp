@@ -9,6 +9,7 @@
 #include "core/numtext.h"
 #include "post/diagrams.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/source.h"
 #include "view/surface.h"
 
@@ -92,7 +93,7 @@ void drawchain(surface& s, const memberchain& chain, memberquantity first, membe
                        sideof(q).sign};
         drawstrip(s, at, curve);
         s.moveto(margin, (at.top + at.bottom) / 2 - line / 2);
-        s.text(quantityrows[q].label);
+        s.text(headed(quantityrows[q].label, quantityrows[q].unit));
     }
 }
 

@@ -13,6 +13,7 @@
 #include "post/components.h"
 #include "post/exactstress.h"
 #include "post/memberfile.h"
+#include "post/plotunits.h"
 #include "post/source.h"
 #include "post/stressfile.h"
 
@@ -55,14 +56,11 @@ weighedcases modeonshow() {
 
 // --- rows ---------------------------------------------------------------------------------------
 
-static const char* unitofplate(int component) {
-    if (component >= momentx && component <= momentxy) return "F L/L";
-    return component < forcex ? "F/L^2" : "F/L";
-}
-
 void enveloperows::addquantity(const char* name, const char* unit) {
     names.emplace_back(name);
     unitnames.emplace_back(unit);
+    headed.push_back(what == envelopeof::modes ? name : ::headed(name, unit));
+    factors.push_back(shownfactor(unit));
 }
 
 enveloperows::enveloperows(envelopeof of, std::vector<weighedcases> sumsof)
@@ -73,7 +71,7 @@ enveloperows::enveloperows(envelopeof of, std::vector<weighedcases> sumsof)
     rows.begin();
     if (what == envelopeof::plates) {
         for (const int component : platecomponents)
-            addquantity(stresscomponents[component - 1].label, unitofplate(component));
+            addquantity(stresscomponents[component - 1].label, componentformula(component));
     } else if (what == envelopeof::members) {
         for (const quantityrow& row : quantityrows) addquantity(row.label, row.unit);
     } else {
@@ -130,7 +128,8 @@ void enveloperows::takeplate(enveloped& out) {
         for (std::size_t c = 0; c < corners; ++c)
             for (std::size_t q = 0; q < std::size(platecomponents); ++q)
                 include(out.places[c][q],
-                        recordvalue(platecomponents[q], out.item, int(c) + 1, record), w.number);
+                        factors[q] * recordvalue(platecomponents[q], out.item, int(c) + 1, record),
+                        w.number);
     }
 }
 

@@ -35,6 +35,7 @@ class enveloperows {
     // out.
     const std::vector<std::string>& quantities() const { return names; }
     const std::vector<std::string>& units() const { return unitnames; }  // "F L" of each
+    const std::vector<std::string>& headings() const { return headed; }
     bool next(enveloped& out);
     double share() const { return rows.share(); }
 
@@ -49,8 +50,9 @@ class enveloperows {
     envelopeof what;
     resultrows rows;
     std::vector<weighedcases> over;
-    std::vector<std::string> names, unitnames;
+    std::vector<std::string> names, unitnames, headed;
     void addquantity(const char* name, const char* unit);
+    std::vector<double> factors;  // of the quantities, to be shown
     std::vector<int> freedoms;
     std::vector<blocks> held;  // rows of the item in hand
     blocks ahead;

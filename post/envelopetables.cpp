@@ -69,7 +69,7 @@ std::vector<boundstable> boundstables(const envelopekind& kind, const std::funct
         dropnoise(bounds, rows.units());
         std::string caption = kind.caption;
         if (g >= 1 && g <= ngroups()) caption += ", group " + shownname(groupname(g), 40);
-        tables.push_back({caption, rows.quantities(), std::move(bounds)});
+        tables.push_back({caption, rows.headings(), std::move(bounds)});
     }
     return tables;
 }
@@ -96,7 +96,7 @@ void eachenvelope(envelopeof what,
                   const std::function<void(const std::vector<std::string>&)>& begin,
                   const std::function<void(const enveloperowof&)>& take) {
     enveloperows rows(what, weighedset());
-    begin(rows.quantities());
+    begin(rows.headings());
     eachitem(rows, what, [&](const enveloped& item) {
         if (what == envelopeof::members) return take(worstalong(item));
         for (std::size_t p = 0; p < item.places.size(); ++p) {

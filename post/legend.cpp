@@ -18,6 +18,7 @@
 #include "post/diagrams.h"
 #include "post/legendlook.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/secondplot.h"
 #include "post/signs.h"
@@ -41,7 +42,10 @@ bool legendshown() {
 
 static std::string componenttext() {
     const componentrow& row = stresscomponents[stresscomp - 1];
-    return *row.legend ? row.legend : row.label;
+    const std::string text = *row.legend ? row.legend : row.label, unit = resultunit(plotformula());
+    if (unit.empty()) return text;
+    const std::size_t letters = text.find(", " + std::string(plotformula()));
+    return text.substr(0, letters) + ", " + unit;
 }
 
 static std::string fieldname() {
@@ -57,8 +61,10 @@ static std::vector<std::string> headinglines() {
     if (sidebyside)
         field = second.commonscale ? field + " | " + nameofview(2) : nameofview(issecond() ? 2 : 1);
     if (!showsdisplacement()) return {index, field, componenttext()};
-    if (toprinter != 0) return {displacement, field};
-    return {index, field, displacement};
+    const std::string unit = resultunit(plotformula());
+    const std::string what = displacement + (unit.empty() ? "" : ", " + unit);
+    if (toprinter != 0) return {what, field};
+    return {index, field, what};
 }
 
 static int exponentof(double largest) {

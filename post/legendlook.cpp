@@ -151,6 +151,15 @@ void setlegendlimits(const std::string& quantity, const std::optional<scalelimit
     writerows(rows);
 }
 
+void convertlimits(const std::function<double(const std::string& quantity)>& factorof) {
+    legendrows rows = rowsnow();
+    for (auto& [quantity, range] : rows.limits) {
+        const double factor = factorof(quantity);
+        range = {range.low * factor, range.high * factor};
+    }
+    if (!rows.limits.empty()) writerows(rows);
+}
+
 void setlook(const legendlook& look) {
     legendrows rows = rowsnow();
     rows.look = look;

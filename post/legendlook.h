@@ -3,6 +3,7 @@
 // it writes, and the limits that were set on it for one quantity. All of it is kept with the model.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,6 +35,8 @@ bool arelimits(double low, double high);
 // What was set on the legend of a quantity; nothing: its scale follows the values.
 std::optional<scalelimits> legendlimits(const std::string& quantity);
 void setlegendlimits(const std::string& quantity, const std::optional<scalelimits>& limits);
+// The model has other units.
+void convertlimits(const std::function<double(const std::string& quantity)>& factorof);
 void setlook(const legendlook& look);
 
 colour palettecolour(int which, double share);  // share 0..1, lowest first

@@ -12,6 +12,7 @@
 #include "core/textfile.h"
 #include "post/legend.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 
 // Of the combination in hand.
@@ -38,8 +39,8 @@ static std::string displacementtext() {
         worst = n;
     }
     if (worst == 0) return "all displacements are 0";
-    return "largest displacement " + shorttext(most) + " at node " + numbertext(worst) +
-           ", load combination " + shownname(lcombname(curlcomb));
+    return "largest displacement " + shorttext(most) + behind("L") + " at node " +
+           numbertext(worst) + ", load combination " + shownname(lcombname(curlcomb));
 }
 
 static std::string modestext() {

@@ -15,6 +15,7 @@
 #include "core/textfile.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/plotunits.h"
 #include "post/secondplot.h"
 #include "view/drawelems.h"
 #include "view/facehit.h"
@@ -132,8 +133,8 @@ std::string valueunder(int nview, double x, double y) {
     undeformed = isdeformed() ? 0 : 1;
     const hit found = findhit(nview, {x, y});
     if (found.e == 0) return {};
-    return plotlabel() + " " + plotnumber(found.value) + " in element " + numbertext(found.e) +
-           governortext(found.e, nearestcorner(found.e, nview, {x, y}));
+    return plotlabel() + " " + plotnumber(found.value) + behind(plotformula()) + " in element " +
+           numbertext(found.e) + governortext(found.e, nearestcorner(found.e, nview, {x, y}));
 }
 
 // A value of 1 at one corner and 0 at the others is at a place the share of that corner.
@@ -223,8 +224,8 @@ static void markplace(surface& s, int nview, const cornervalue& p, const char* w
     s.circle(at.x, at.y, ring, elemlabelcolor);
     s.drawstyle = pens::solid;
     drawplate(s, at.x + gap, at.y,
-              std::string(word) + " " + plotnumber(p.value) + governortext(p.e, p.corner) +
-                  (hidden ? " (behind)" : ""));
+              std::string(word) + " " + plotnumber(p.value) + behind(plotformula()) +
+                  governortext(p.e, p.corner) + (hidden ? " (behind)" : ""));
 }
 
 void drawextremes(int nview) {

@@ -17,6 +17,7 @@
 #include "files/kalfile.h"
 #include "post/contour.h"
 #include "post/legend.h"
+#include "post/plotunits.h"
 #include "post/secondplot.h"
 #include "view/drawelems.h"
 #include "view/moddraw.h"
@@ -57,6 +58,13 @@ static void store(const std::vector<probepoint>& list) {
         text += numbertext(p.at[0]) + "," + numbertext(p.at[1]) + "," + numbertext(p.at[2]) + "\n";
     const step s("Probe", reaches::texts);
     putkalsection(section, text);
+}
+
+void scaleprobes(double factor) {
+    std::vector<probepoint> list = probes();
+    for (probepoint& p : list)
+        for (double& x : p.at) x *= factor;
+    if (!list.empty()) store(list);
 }
 
 // --- where they are -----------------------------------------------------------------------------
@@ -259,7 +267,7 @@ void drawprobes(int nview) {
         s->circle(at.x, at.y, dot, elemlabelcolor);
         s->line(at.x, at.y, at.x + gap, at.y - gap, elemlabelcolor);
         drawplate(*s, at.x + gap, at.y - gap,
-                  plotlabel() + " " + plotnumber(valueat(place)) +
+                  plotlabel() + " " + plotnumber(valueat(place)) + behind(plotformula()) +
                       (iscovered(at, depth, nview) ? " (behind)" : ""));
     }
 }

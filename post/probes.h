@@ -17,6 +17,7 @@ const std::vector<probepoint>& probes();  // of the model
 extern Flag probing;  // the mode: a press sets a probe, on one that is there takes it away
 void startprobing();
 void clearprobes();
+void scaleprobes(double factor);  // the model has other lengths
 
 // The plotted element at a place of the model, no further away than a hundredth of its size.
 plotplace placeat(const double* at);

@@ -4,11 +4,13 @@
 #include <string>
 
 #include "core/catalogue.h"
+#include "core/kaltext.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "core/textfile.h"
 #include "loads/loadcombinations.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 
@@ -74,6 +76,7 @@ void writegeneral(reporttext& r) {
         counted(r, "         BANDWIDTH= ", s.bandwidth);
     else
         r.out.line("         BANDWIDTH= not calculated");
+    if (!unitstext.empty()) r.out.line("             UNITS= " + unitstext);
     r.out.empty(4);
 }
 
@@ -94,9 +97,9 @@ void writegroups(reporttext& r) {
         "           ORT");
     r.out.line(
         "                            MODULUS       RATIO         DENSITY                       ");
-    r.out.line(
+    r.out.line(unitline(
         "                            [F/L^2]       [-]           [M/L^3]       [L L^2]          "
-        "      ");
+        "      "));
     writegrouprows(r, 1);
     r.out.line(
         "Note: For membrane elements, if PLS=1 then plane strain condition is being used, if PLS=0 "
@@ -108,9 +111,9 @@ void writegroups(reporttext& r) {
     r.out.line(
         "                            X-AXIS        X-AXIS        Y-AXIS        Y-AXIS        Z-AXIS"
         "        Z-AXIS");
-    r.out.line(
+    r.out.line(unitline(
         "                            [L^4]         [L^3]         [L^4]         [L^3]         [L^4] "
-        "        [L^3]");
+        "        [L^3]"));
     writegrouprows(r, 7);
 }
 
@@ -151,7 +154,7 @@ static void writetypes(reporttext& r) {
 static void writenodes(reporttext& r) {
     r.out.line("NODAL            COORDINATES       ");
     r.out.line("                X             Y             Z");
-    r.out.line("NO             [L]           [L]           [L]");
+    r.out.line(unitline("NO             [L]           [L]           [L]"));
     r.out.empty();
     for (int n = 1; n <= nnodes(); ++n) {
         r.out.raw(n);

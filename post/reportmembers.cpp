@@ -8,6 +8,7 @@
 #include "core/textfile.h"
 #include "post/balance.h"
 #include "post/members.h"
+#include "post/plotunits.h"
 #include "post/reportsections.h"
 
 // --- members ------------------------------------------------------------------------------------
@@ -40,7 +41,7 @@ void writemembers(reporttext& r) {
         counted(r, "Loadcombination number = ", c);
         r.out.line("Loadcombination Name = " + shownname(lcombname(c)));
         r.out.text("EL NO").zone().text("PLACE");
-        for (const quantityrow& row : quantityrows) r.out.zone().text(row.label);
+        for (const quantityrow& row : quantityrows) r.out.zone().text(headed(row.label, row.unit));
         r.out.end();
         for (const int e : members)
             if (const memberline* const m = memberin(e, c))

@@ -8,6 +8,7 @@
 #include "core/session.h"
 #include "core/textfile.h"
 #include "core/views.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 
@@ -132,7 +133,8 @@ static void writenumberandname(reporttext& r, int c) {
 
 static void writedisplacementrows(reporttext& r) {
     r.out.text("               DX            DY").text(values->displacements).end();
-    r.out.text("NO             [L]           [L]").text(values->displacementunits).end();
+    r.out.line(
+        unitline(std::string("NO             [L]           [L]") + values->displacementunits));
     for (int n = 1; n <= nnodes(); ++n) {
         r.out.raw(n);
         for (int k = 0; k < values->count; ++k) {
@@ -170,7 +172,7 @@ void writedisplacements(reporttext& r) {
 
 static void writeforcerows(reporttext& r) {
     r.out.text("               FX            FY").text(values->forces).end();
-    r.out.text("NO             [F]           [F]").text(values->forceunits).end();
+    r.out.line(unitline(std::string("NO             [F]           [F]") + values->forceunits));
     const int total = nnodes() + 1;
     for (int n = 1; n <= total; ++n) {
         if (n < total)

@@ -7,6 +7,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/reportsections.h"
 #include "post/stressfile.h"
@@ -37,8 +38,9 @@ static void writenames(reporttext& r, std::initializer_list<int> components) {
 }
 
 static void writevalues(reporttext& r, int e, int corner, std::initializer_list<int> components) {
+    const double factor = shownfactor("F/L^2");
     r.out.raw(e).zone().raw(elems(e, corner));
-    for (const int k : components) r.out.zone().sci(elemstress(k, e, corner));
+    for (const int k : components) r.out.zone().sci(factor * elemstress(k, e, corner));
     r.out.end();
 }
 
@@ -48,6 +50,8 @@ static void writecombination(reporttext& r, const char* title, const char* axes,
     r.out.line("Stress report for loadcombination: ");
     counted(r, "                          Number = ", c);
     r.out.line("                          Name   = " + shownname(lcombname(c)));
+    if (const std::string unit = resultunit("F/L^2"); !unit.empty())
+        r.out.line("Stresses in " + unit);
     note(r, stressnote);
 }
 

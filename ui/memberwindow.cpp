@@ -12,6 +12,7 @@
 #include "core/model.h"
 #include "post/drawchain.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/source.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -83,7 +84,9 @@ class memberwindow : public QDialog {
         table->clearContents();
         for (int i = 0; i < memberquantities; ++i) {
             const auto q = memberquantity(i);
-            put(i, 0, std::string(quantityrows[i].label) + ", " + quantityrows[i].caption);
+            put(i, 0,
+                headed(std::string(quantityrows[i].label) + ", " + quantityrows[i].caption,
+                       quantityrows[i].unit));
             const std::vector<chainpoint> curve = chaincurve(chain, q);
             if (curve.empty()) continue;
             const auto high = std::ranges::max_element(curve, {}, &chainpoint::high);

@@ -14,6 +14,7 @@
 #include "loads/loadaxes.h"
 #include "post/book.h"
 #include "post/compare.h"
+#include "post/convertplots.h"
 #include "post/probes.h"
 #include "post/shapes.h"
 #include "tools/Graphics.h"
@@ -50,6 +51,7 @@ void wiremodules() {
     wiredialogs();
     wiresteps();
     wirebalance();
+    wireconversion();
 }
 
 // Texts of labels come from files: names, comments, paths. Left to guess, a label would take one

@@ -7,35 +7,38 @@
 #include <filesystem>
 
 #include "core/journal.h"
+#include "core/units.h"
 #include "files/filop.h"
 #include "files/saving.h"
 #include "post/contour.h"
 #include "post/exactstress.h"
 #include "post/members.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/source.h"
 #include "post/stressfile.h"
 #include "tests/support/recorder.h"
+#include "tools/unitsform.h"
 #include "view/scaleview.h"
 
 namespace fs = std::filesystem;
 
-// Opens a copy of the example, solves it and reads the displacements of a combination.
-static void runsolver(const sessionroom& room, const std::string& name, bool twod) {
+static void runsolver(const sessionroom& room, const std::string& name, const char* option) {
     QStringList arguments = {"--model", QString::fromStdString(room.file(name)), "--appdir",
                              QString::fromStdString(room.folder)};
-    if (twod) arguments << "--2d";
+    if (*option) arguments << option;
     QProcess solver;
     solver.start(KALVANE_FEIFLU, arguments);
     ASSERT_TRUE(solver.waitForFinished(60000));
     ASSERT_EQ(solver.exitCode(), 0) << solver.readAllStandardError().toStdString();
 }
 
+// Opens a copy of the example, solves it and reads the displacements of a combination.
 static void solve(sessionroom& room, const std::string& name, bool twod) {
     for (const auto& entry : fs::directory_iterator(sourcedir() + "/data/examples"))
         if (entry.path().stem() == name)
             fs::copy_file(entry.path(), room.file(entry.path().filename().string()));
-    runsolver(room, name, twod);
+    runsolver(room, name, twod ? "--2d" : "");
     ASSERT_TRUE(openmodel(room.file(name)));
 }
 
@@ -44,7 +47,7 @@ static void solvemade(sessionroom& room, bool twod) {
     modelname = room.file("made");
     startjournal();
     ASSERT_TRUE(savemodel());
-    runsolver(room, "made", twod);
+    runsolver(room, "made", twod ? "--2d" : "");
     dropmembers();
     retryresults();
 }
@@ -455,4 +458,59 @@ TEST(Examples, APlateHasTheMomentsAndShearsOfTheTable) {
                 0.02 * 0.0479 * q * a * a);
     EXPECT_NEAR(std::fabs(exactvalue(shearx, border, 1)), 0.338 * q * a, 0.1 * 0.338 * q * a);
     stresslocal = false;
+}
+
+// Own weight, wave and current, and frequencies: what depends on units.
+TEST(Examples, AnswersStayInOtherUnits) {
+    sessionroom room;
+    solve(room, "monopile", false);
+    runsolver(room, "monopile", "--eigen");
+    const auto frequency = [&] {
+        textin modes(room.file("monopile.EIG"));
+        modes.number(), modes.number();
+        return modes.number();
+    };
+    const auto found = [&] {
+        std::vector<double> all = {frequency()};
+        for (int c = 1; c <= ncomb(); ++c) {
+            readcombination(c);
+            for (int k = 0; k < 3; ++k) all.push_back(nodes(1, 15, k));
+        }
+        return all;
+    };
+    const auto before = found();
+    unitsform form = openunits();
+    chooseunits(form, 5);
+    room.platform.answerqueue = {answers::yes};
+    ASSERT_TRUE(storeunits(form));
+    EXPECT_EQ(unitstext, "ft kip lb");
+    EXPECT_FALSE(fs::exists(room.file("monopile.rvp")));
+    ASSERT_TRUE(savemodel());
+    runsolver(room, "monopile", "");
+    runsolver(room, "monopile", "--eigen");
+    retryresults();
+    const auto after = found();
+    ASSERT_EQ(after.size(), before.size());
+    const double foot = 304.8;
+    for (std::size_t i = 0; i < after.size(); ++i)
+        EXPECT_NEAR(after[i] * (i == 0 ? 1 : foot), before[i], 1e-5 * std::fabs(before[i])) << i;
+}
+
+// M = P l / 4 + q l^2 / 8, w = P l^3 / (48 E I) + 5 q l^4 / (384 E I), in metres and kilonewtons.
+TEST(Examples, CraneBeamIsInMetresAndKilonewtons) {
+    sessionroom room;
+    solve(room, "cranebeam", false);
+    EXPECT_EQ(unitstext, "m kN t");
+    readcombination(1);
+    const double ei = 210e6 * 4.819853e-4, l = 8;
+    const double w = 54 * l * l * l / (48 * ei) + 5 * 12 * std::pow(l, 4) / (384 * ei);
+    EXPECT_NEAR(nodes(1, nodeat(4, 0, 0), 2), -w, 1e-6);
+    EXPECT_NEAR(sumrow(room, "cranebeam", 2, "applied")[2], -96, 1e-6);
+    stressloaded = false;
+    lineelstress = 1;
+    ASSERT_TRUE(readstress());
+    lineelstress = 0;
+    const double bending = std::fabs(elemstress(8, 4, 2)), moment = 54 * l / 4 + 12 * l * l / 8;
+    EXPECT_NEAR(bending, moment * 0.25 / 4.819853e-4, 0.1) << "kN/m2 in the files";
+    EXPECT_NEAR(shownfactor("F/L^2") * bending, 105.81, 0.01) << "N/mm2 on show";
 }

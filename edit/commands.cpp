@@ -11,6 +11,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "edit/modes.h"
 #include "edit/move.h"
@@ -55,6 +56,13 @@ static bool istoolarge(const std::string& field) {
            numberfault::toolarge;
 }
 
+// Places and ways are lengths; the first value of a turn is its angle.
+static const char* formulaof(int field) {
+    const char kind = commandtext.empty() ? '\0' : commandtext[0];
+    if (kind == 'r' && field == 1) return "Deg";
+    return kind == 'a' || kind == 'd' || kind == 'r' ? "L" : "";
+}
+
 bool parsecommand() {
     std::string fields[4];
     int field = 1;
@@ -76,7 +84,11 @@ bool parsecommand() {
     double* const values[] = {&cmdval1, &cmdval2, &cmdval3};
     for (int i = 1; i <= 3; ++i) {
         commandfield[i] = fields[i];
-        *values[i - 1] = numberof(fields[i]);
+        if (hasunit(fields[i]) && !readvalue(fields[i], formulaof(i), *values[i - 1])) {
+            tellunread(valuefault(fields[i], formulaof(i)) + ". Nothing was changed.");
+            return false;
+        }
+        *values[i - 1] = valueof(fields[i], formulaof(i));
     }
     return true;
 }
@@ -85,7 +97,7 @@ static bool isfixed(int axis) {
     return commandfield[axis + 1] == "*";
 }
 
-static double valueof(int axis) {
+static double fieldvalue(int axis) {
     return axis == 0 ? cmdval1 : axis == 1 ? cmdval2 : cmdval3;
 }
 
@@ -125,9 +137,9 @@ static bool givepoint(bool relative) {
     if (row->lastpoint) row->lastpoint(point);
     for (int k = 0; k < 3; ++k) {
         if (relative)
-            point[k] += valueof(k);
+            point[k] += fieldvalue(k);
         else if (!isfixed(k))
-            point[k] = valueof(k);
+            point[k] = fieldvalue(k);
     }
     if (checkplace(point)) row->commandpoint(point[0], point[1], point[2]);
     return true;
@@ -136,7 +148,7 @@ static bool givepoint(bool relative) {
 static void relativemove() {
     if (givepoint(true)) return;
     eachpoint([](double* p) {
-        for (int k = 0; k < 3; ++k) p[k] += valueof(k);
+        for (int k = 0; k < 3; ++k) p[k] += fieldvalue(k);
     });
 }
 
@@ -144,7 +156,7 @@ static void absolutemove() {
     if (givepoint(false)) return;
     eachpoint([](double* p) {
         for (int k = 0; k < 3; ++k)
-            if (!isfixed(k)) p[k] = valueof(k);
+            if (!isfixed(k)) p[k] = fieldvalue(k);
     });
 }
 
@@ -230,7 +242,7 @@ static void rotate(int axis) {
 static void scale() {
     eachpoint([](double* p) {
         for (int k = 0; k < 3; ++k)
-            if (!isfixed(k) && valueof(k) != 0) p[k] *= valueof(k);
+            if (!isfixed(k) && fieldvalue(k) != 0) p[k] *= fieldvalue(k);
     });
 }
 

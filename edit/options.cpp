@@ -7,6 +7,7 @@
 
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "edit/pickshape.h"
 #include "view/hidden.h"
 #include "view/moddraw.h"
@@ -31,13 +32,13 @@ optionsform showgeneraloptions() {
 
 void leavetolerance(optionsform& form) {
     double value = 0;
-    if (!readnumber(form.tolerance, value) || value < 0) form.tolerance = numbertext(mergetol);
+    if (!readvalue(form.tolerance, "L", value) || value < 0) form.tolerance = numbertext(mergetol);
 }
 
 // Angles are Singles.
 static bool isangle(const std::string& text) {
     double value = 0;
-    return readnumber(text, value) && std::isfinite(float(value));
+    return readvalue(text, "Deg", value) && std::isfinite(float(value));
 }
 
 void leaveangles(optionsform& form) {
@@ -47,7 +48,7 @@ void leaveangles(optionsform& form) {
 
 void storetolerance(optionsform& form) {
     leavetolerance(form);
-    mergetol = numberof(form.tolerance);
+    mergetol = valueof(form.tolerance, "L");
 }
 
 void storegeneraloptions(const optionsform& given) {
@@ -63,8 +64,8 @@ void storegeneraloptions(const optionsform& given) {
     pickshapes = form.pickshapes;
     shadingon = form.shading;
     shadecolor = form.shadecolor;
-    lightangxy = float(numberof(form.anglexy));
-    lightangz = float(numberof(form.anglez));
+    lightangxy = float(valueof(form.anglexy, "Deg"));
+    lightangz = float(valueof(form.anglez, "Deg"));
     lightintensity = std::clamp(form.intensity, 0, 255);
     redrawall();
 }

@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "core/model.h"
-#include "core/numtext.h"
 #include "core/runtime.h"
+#include "core/units.h"
 
 namespace {
 struct rowvalue {
@@ -64,15 +64,28 @@ static bool isempty(const std::string& text) {
     return text.find_first_not_of(" \t") == text.npos;
 }
 
+static std::string faultof(const fieldtext& field) {
+    const std::string fault = hasunit(field.text) ? valuefault(field.text, field.formula)
+                                                  : field.text + ": a number was expected";
+    return field.caption + " " + fault + "; nothing was changed";
+}
+
+std::string faultofunits(const fieldtexts& fields) {
+    double number = 0;
+    for (const fieldtext& field : fields)
+        if (hasunit(field.text) && !readvalue(field.text, field.formula, number))
+            return faultof(field);
+    return {};
+}
+
 // The filled fields; throws at the first that holds no Single. values then holds those before it.
 static void readfields(const fieldtexts& fields, std::vector<rowvalue>& values) {
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        const auto& [caption, text] = fields[i];
+        const auto& [caption, text, formula] = fields[i];
         if (isempty(text)) continue;
         double number = 0;
         const std::string found = caption + " " + text + ": ";
-        if (!readnumber(text, number))
-            throw runtimeerror{errtype, found + "a number was expected; nothing was changed"};
+        if (!readvalue(text, formula, number)) throw runtimeerror{errtype, faultof(fields[i])};
         if (!std::isfinite(float(number)))
             throw runtimeerror{erroverflow, found + "too large for a value; nothing was changed"};
         values.push_back({int(i) + 1, float(number)});

@@ -12,8 +12,12 @@
 // A field of the dialog; number i, from 1, is the degree of freedom or direction of its row.
 struct fieldtext {
     std::string caption, text;  // an empty text means no row
+    std::string formula = "";   // of its units
 };
 using fieldtexts = std::vector<fieldtext>;
+
+// Why a value with a unit can not be taken, "" where all can.
+std::string faultofunits(const fieldtexts& fields);
 
 // Throw errtype where a field holds no number, erroverflow where it is too large, errsubscript
 // where the rows exceed modelsize(sizeconditions); nothing is changed then.

@@ -2,12 +2,14 @@
 // Load cases: the form of the dialog and the changes it makes to the model.
 #include "loads/loadkees.h"
 
+#include "core/formulas.h"
 #include "core/labels.h"
 #include "core/model.h"
+#include "core/newmodel.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
-#include "core/newmodel.h"
+#include "core/units.h"
 
 static const int rotational = 3;  // directions from here on turn about an axis
 
@@ -25,7 +27,7 @@ void setacclabel(loadcaseform& form) {
 
 static void showdirection(loadcaseform& form, int direction) {
     form.lcdirection = direction;
-    form.unit = direction < rotational ? "m/s^2" : "rad/s^2";
+    form.unit = parameterformula(caseaccx + direction, accvalue);
     form.centreshown = form.kind == kindacceleration && direction >= rotational;
 }
 
@@ -115,7 +117,8 @@ void editloadcase(loadcaseform& form) {
 
 void leaveacceleration(loadcaseform& form, int i) {
     std::string& text = form.acceleration[std::size_t(i)];
-    if (!isnumeric(text)) text = "0";
+    double value = 0;
+    if (!readvalue(text, parameterformula(caseaccx + form.lcdirection, i), value)) text = "0";
 }
 
 void editshift(loadcaseform& form) {
@@ -163,9 +166,10 @@ void addloadcase(loadcaseform& form) {
 // One parameter of curlc; the boxes of a kind are stored in their order up to the first that holds
 // no number.
 static void storeparameter(const char* caption, const std::string& text, int k) {
+    const char* const formula = parameterformula(lctype(curlc), k);
     double value = 0;
-    if (!readnumber(text, value))
-        throw runtimeerror{errtype, std::string(caption) + ": \"" + text + "\" is no number"};
+    if (!readvalue(text, formula, value))
+        throw runtimeerror{errtype, std::string(caption) + ": " + valuefault(text, formula)};
     lcpar(curlc, k) = value;
 }
 

@@ -6,11 +6,13 @@
 #include <functional>
 
 #include "core/colours.h"
+#include "core/formulas.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
@@ -30,6 +32,13 @@ const std::array<attributelabel, 6> constraintlabel = {{{"Dx  =", "L"},
                                                         {"Ry  =", "L"},
                                                         {"Rz  =", "L"}}};
 
+std::array<attributelabel, 6> constraintlabels() {
+    auto labels = constraintlabel;
+    for (std::size_t i = 0; i < labels.size() && !unitstext.empty(); ++i)
+        labels[i].unit = unitname(constraintformula(int(i) + 1));
+    return labels;
+}
+
 const char linepressurehint[] =
     "Line pressure is not at work: Apply stores nothing here. A load along a line goes to its "
     "elements, by Element Pressure Loads.";
@@ -47,6 +56,7 @@ static void setlabels(attributeform& form, const char* group,
                       const std::array<attributelabel, 6>& labels) {
     form.loadgroup = group;
     form.loadlabel = labels;
+    for (attributelabel& label : form.loadlabel) label.unit = captionunit(label.unit);
 }
 
 void lockload(attributeform& form) {
@@ -82,7 +92,7 @@ void Elemload(attributeform& form) {
 void Elemloadlock(attributeform& form) {
     Elemload(form);
     for (std::size_t i = 0; i < 3; ++i) {
-        form.loadlabel[i].unit = "F/L^2";
+        form.loadlabel[i].unit = captionunit("F/L^2");
         form.loadlabel[i].shown = false;
     }
 }
@@ -169,8 +179,8 @@ attributeform openattributes() {
             form.title = "Edit Element loads";
             form.hint =
                 "Px, Py and Pz act along the element's own axes 1, 2 and 3, drawn in red, green "
-                "and "
-                "blue: F/L^2 on faces, F/L on lines.";
+                "and blue: " +
+                captionunit("F/L^2") + " on faces, " + captionunit("F/L") + " on lines.";
             break;
         case attributemodes::none:
             form.hint = linepressurehint;
@@ -324,46 +334,69 @@ static bool gatheritems(const attributeform& form, bool nodal, std::vector<int>&
     return !items.empty();
 }
 
-static fieldtexts nodalfields(const attributeform& form,
-                              const std::array<attributelabel, 6>& labels) {
+static fieldtexts constraintfields(const attributeform& form) {
     fieldtexts fields;
-    for (std::size_t i = 0; i < 6; ++i) fields.push_back({labels[i].caption, form.text[i]});
+    for (std::size_t i = 0; i < 6; ++i)
+        fields.push_back({constraintlabel[i].caption, form.text[i], constraintformula(int(i) + 1)});
     return fields;
 }
 
-static fieldtexts elementfields(const attributeform& form) {
+static fieldtexts nodalfields(const attributeform& form) {
     fieldtexts fields;
-    for (std::size_t i = 0; i < 3; ++i) fields.push_back({form.loadlabel[i].caption, form.text[i]});
+    for (std::size_t i = 0; i < 6; ++i)
+        fields.push_back(
+            {form.loadlabel[i].caption, form.text[i], nodalformula(curlc, int(i) + 1)});
     return fields;
+}
+
+// A unit fits faces or lines, not both at once.
+static fieldtexts elementfields(const attributeform& form, const std::vector<int>& items) {
+    std::string formula = items.empty() ? "F/L^n" : elementformula(items.front());
+    for (const int e : items)
+        if (formula != elementformula(e)) formula = "";
+    fieldtexts fields;
+    for (std::size_t i = 0; i < 3; ++i)
+        fields.push_back({form.loadlabel[i].caption, form.text[i], formula});
+    return fields;
+}
+
+// False after a unit that cannot be taken was told.
+static bool takesunits(const fieldtexts& fields) {
+    const std::string fault = faultofunits(fields);
+    if (!fault.empty()) theplatform().message(fault, icons::exclamation);
+    return fault.empty();
 }
 
 void applysingcon(const attributeform& form, int n) {
-    rewriteconstraints({n}, nodalfields(form, constraintlabel));
+    rewriteconstraints({n}, constraintfields(form));
 }
 
 void applysingload(const attributeform& form, int n) {
-    rewritenodalloads(curlc, {n}, nodalfields(form, form.loadlabel));
+    rewritenodalloads(curlc, {n}, nodalfields(form));
 }
 
 void applysingelemload(const attributeform& form, int e) {
-    rewriteelementloads(curlc, {e}, elementfields(form));
+    rewriteelementloads(curlc, {e}, elementfields(form, {e}));
 }
 
 void applyconstrains(const attributeform& form) {
     std::vector<int> items;
-    if (gatheritems(form, true, items))
-        rewriteconstraints(items, nodalfields(form, constraintlabel));
+    const fieldtexts fields = constraintfields(form);
+    if (gatheritems(form, true, items) && takesunits(fields)) rewriteconstraints(items, fields);
 }
 
 void applyloads(const attributeform& form) {
     std::vector<int> items;
-    if (gatheritems(form, true, items))
-        rewritenodalloads(curlc, items, nodalfields(form, form.loadlabel));
+    const fieldtexts fields = nodalfields(form);
+    if (gatheritems(form, true, items) && takesunits(fields))
+        rewritenodalloads(curlc, items, fields);
 }
 
 void applyelemloads(const attributeform& form) {
     std::vector<int> items;
-    if (gatheritems(form, false, items)) rewriteelementloads(curlc, items, elementfields(form));
+    if (!gatheritems(form, false, items)) return;
+    const fieldtexts fields = elementfields(form, items);
+    if (takesunits(fields)) rewriteelementloads(curlc, items, fields);
 }
 
 void applyattributes(attributeform& form) {

@@ -36,6 +36,7 @@ struct attributeform {
 extern const char linepressurehint[];
 // Captions and unit of the six constraint fields.
 extern const std::array<attributelabel, 6> constraintlabel;
+std::array<attributelabel, 6> constraintlabels();  // with the units of a model that says them
 
 // The commands of the Add menu: ends the running mode, sets the flag of this one and opens the
 // dialog. Without a mode (line pressure) the dialog opens and applies nothing.

@@ -11,6 +11,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/commands.h"
@@ -78,10 +79,10 @@ static const std::vector<const char*> motions = {"Along a way", "About X", "Abou
 static std::vector<draftfield> motionfields(const char* count, double number) {
     return {{count, "", number},
             {"Motion", "", 0, motions},
-            {"Way or point on axis, X", "length", 0},
-            {"Y", "length", 0},
-            {"Z", "length", 0},
-            {"Angle of one step", "degrees", 0, {}, 0b1110}};
+            {"Way or point on axis, X", "L", 0},
+            {"Y", "L", 0},
+            {"Z", "L", 0},
+            {"Angle of one step", "Deg", 0, {}, 0b1110}};
 }
 
 static std::vector<drafttool> tools() {
@@ -129,7 +130,7 @@ static std::vector<drafttool> tools() {
                  "Fillet",
                  "fillet",
                  "Round the corner of the two selected lines; radius 0 joins them",
-                 {{"Radius", "length", 0}},
+                 {{"Radius", "L", 0}},
                  {},
                  [](const drafttool& tool, const points&) {
                      fillet(tool.value(0));
@@ -140,7 +141,7 @@ static std::vector<drafttool> tools() {
                  "Offset",
                  "offset",
                  "Parallels of the selected lines and circle sections",
-                 {{"Distance", "length", 0}},
+                 {{"Distance", "L", 0}},
                  {"Point on the side of the parallel"},
                  [](const drafttool& tool, const points& p) {
                      const lastitems before = lastitemsnow();
@@ -192,13 +193,13 @@ static std::vector<drafttool> tools() {
                  "project",
                  "Move the selected nodes to a plane or a cylinder",
                  {{"Onto", "", 0, {"Plane", "Cylinder"}},
-                  {"Point on plane or axis, X", "length", 0},
-                  {"Y", "length", 0},
-                  {"Z", "length", 0},
+                  {"Point on plane or axis, X", "L", 0},
+                  {"Y", "L", 0},
+                  {"Z", "L", 0},
                   {"Normal or axis, X", "", 0},
                   {"Y", "", 0},
                   {"Z", "", 1},
-                  {"Radius", "length", 0, {}, 0b10}},
+                  {"Radius", "L", 0, {}, 0b10}},
                  {},
                  [](const drafttool& tool, const points&) {
                      const point3 through = fieldpoint(tool, 1), way = fieldpoint(tool, 4);
@@ -239,7 +240,7 @@ bool setdraftvalues(drafttool& tool, const std::vector<std::string>& texts) {
         const bool typed = i < texts.size() && texts[i].find_first_not_of(' ') != std::string::npos;
         const auto choices = double(tool.fields[i].choices.size());
         const bool good =
-            !typed || (readnumber(texts[i], v) && std::isfinite(v) &&
+            !typed || (readvalue(texts[i], tool.fields[i].unit, v) && std::isfinite(v) &&
                        (choices == 0 || (v >= 0 && v < choices && v == std::floor(v))));
         if (!good) {
             theplatform().message(std::string(tool.caption) + ", " + tool.fields[i].caption +

@@ -15,7 +15,7 @@
 
 struct draftfield {
     const char* caption;
-    const char* unit = "";                  // "length", "degrees" or empty
+    const char* unit = "";                  // formula, see core/units
     double value = 0;                       // as delivered, then the last one used
     std::vector<const char*> choices = {};  // a list: the value is the entry
     // Entries of the tool's list with which the field counts, a bit each.

@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/textfile.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "view/moddraw.h"
 
@@ -45,9 +46,15 @@ static bool isblank(const std::string& text) {
 
 // --- between boxes and model --------------------------------------------------------------------
 
-static void tellnonumber(groupform& form, const std::string& what, const std::string& text) {
+static std::string formulaof(const groupform& form, int field) {
+    const auto g = std::size_t(meshgroup);
+    return groupformula(meshgroup != 0 && g < form.uses.size() ? form.uses[g] : groupuse(), field);
+}
+
+static void tellnonumber(groupform& form, const std::string& what, const std::string& text,
+                         const std::string& formula) {
     if (form.message.empty() && !isblank(text))
-        form.message = what + ": \"" + text + "\" is no number, 0 is stored";
+        form.message = what + ": " + valuefault(text, formula) + ", 0 is stored";
 }
 
 static void getmatrix(groupform& form) {
@@ -57,7 +64,8 @@ static void getmatrix(groupform& form) {
             const std::string what =
                 "Matrix row " + std::to_string(i) + ", column " + std::to_string(j);
             double value = 0;
-            if (!readnumber(text, value)) tellnonumber(form, what, text);
+            const char* const formula = matrixformula(i, j);
+            if (!readvalue(text, formula, value)) tellnonumber(form, what, text, formula);
             if (std::abs(value) <= std::numeric_limits<float>::max())
                 groupmat(meshgroup, i, j) = float(value);
             else if (form.message.empty())
@@ -71,7 +79,9 @@ void getgroup(groupform& form) {
     for (int k = 1; k <= groupfields; ++k) {
         const std::string& text = form.text[std::size_t(k)];
         double value = 0;
-        if (!readnumber(text, value)) tellnonumber(form, groupcaptions[k].caption, text);
+        const std::string formula = formulaof(form, k);
+        if (!readvalue(text, formula, value))
+            tellnonumber(form, groupcaptions[k].caption, text, formula);
         groups(meshgroup, k) = value;
     }
     getmatrix(form);
@@ -89,6 +99,9 @@ void putgroup(groupform& form) {
     form.all = meshgroup == 0;
     form.text.fill("");
     form.matrix.fill("");
+    for (int k = 1; k <= groupfields; ++k)
+        form.unit[std::size_t(k)] =
+            unitstext.empty() ? groupcaptions[k].unit : unitname(formulaof(form, k));
     if (form.all) {
         form.name = allgroups;
         setplane(form);
@@ -117,6 +130,7 @@ static void showgroup(groupform& form, int g) {
 
 groupform opengroups() {
     groupform form;
+    form.uses = groupuses();
     meshgroup = 0;
     notename(form);
     showgroup(form, std::min(1, ngroups()));
@@ -266,10 +280,11 @@ static void updateall(groupform& form) {
     for (int k = 1; k <= groupfields; ++k) {
         double value = 0;
         const std::string& text = form.text[std::size_t(k)];
-        if (!readnumber(text, value)) {
+        const std::string formula = formulaof(form, k);
+        if (!readvalue(text, formula, value)) {
             if (form.message.empty() && !isblank(text))
-                form.message = std::string(groupcaptions[k].caption) + ": \"" + text +
-                               "\" is no number, the groups keep their values";
+                form.message = std::string(groupcaptions[k].caption) + ": " +
+                               valuefault(text, formula) + ", the groups keep their values";
             continue;
         }
         for (int g = 1; g <= ngroups(); ++g) groups(g, k) = value;

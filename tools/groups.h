@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/colours.h"
+#include "core/formulas.h"
 #include "core/model.h"
 
 const int matrixfields = 36;    // groupmat(g,1..6,1..6)
@@ -26,6 +27,8 @@ struct groupform {
     bool all = false;                               // "All Groups" is chosen
     std::array<std::string, groupfields + 1> text;  // boxes 1..12
     std::array<std::string, matrixfields> matrix;   // row i, column j at (i-1) + 6 (j-1)
+    std::array<std::string, groupfields + 1> unit;  // of the boxes
+    std::vector<groupuse> uses;                     // by group, since the dialog is open
     std::string plane;                              // caption of the toggle at field 5
     colour shade = 0;                               // colour of the group
     bool springs = false;                           // the matrix stands in place of the properties

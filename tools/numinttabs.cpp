@@ -8,10 +8,12 @@
 #include <type_traits>
 
 #include "core/catalogue.h"
+#include "core/formulas.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "tools/groups.h"
 
 const char* const tabcaptions[ngridtabs] = {"Nodes",         "Elements",         "Groups",
@@ -562,6 +564,16 @@ static cellanswer savelabel(int tab, const gridcolumn& c, long item, std::string
     return answer;
 }
 
+// The column's, or that of the row where it hangs on the row.
+static std::string formulaof(int tab, const gridcolumn& c, long item) {
+    if (c.array == findarray("conval")) return constraintformula(condof(item));
+    if (c.array == findarray("lcpar")) return parameterformula(lctype(item), int(c.cell));
+    if (c.unit.empty() || (tab != tabnodalloads && tab != tabelementloads)) return c.unit;
+    const loadplace at = placeofload(itemsof(tab), item);
+    if (tab == tabnodalloads) return nodalformula(at.lc, loaddof(at.lc, at.row));
+    return elementformula(int(elemload(at.lc, at.row, 0)));
+}
+
 cellanswer savecell(int tab, const gridcolumn& c, long item, std::string_view text,
                     labelbook& book) {
     if (c.array == nullptr) return refused("is not written here");
@@ -571,9 +583,10 @@ cellanswer savecell(int tab, const gridcolumn& c, long item, std::string_view te
     if (c.list != labels::none) return savelabel(tab, c, item, text, book);
     const bool blank = text.find_first_not_of(" \t") == text.npos;
     if (blank && isbeyondtype(tab, c, item)) return written();
+    const std::string formula = formulaof(tab, c, item);
     double number = 0;
-    if (!readnumber(text, number))
-        return refused(blank ? "the cell is empty" : quoted(text) + " is no number");
+    if (!readvalue(text, formula, number))
+        return refused(blank ? "the cell is empty" : valuefault(text, formula));
     return savenumber(tab, c, item, number);
 }
 

@@ -12,6 +12,7 @@
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
@@ -72,9 +73,9 @@ void closeobjects(objectsform& form) {
 
 // --- the object in the buffers ------------------------------------------------------------------
 
-static bool readtriple(const std::array<std::string, 3>& text, point3& value) {
+static bool readtriple(const std::array<std::string, 3>& text, const char* formula, point3& value) {
     for (std::size_t k = 0; k < 3; ++k)
-        if (!readnumber(text[k], value[k])) return false;
+        if (!readvalue(text[k], formula, value[k])) return false;
     return true;
 }
 
@@ -109,7 +110,7 @@ static void makeobject(objectsform& form, std::vector<std::string>& faults) {
     dropobject();
     objectplace place;
     if (form.file.path.empty()) return;
-    if (!readtriple(form.at, place.at) || !readtriple(form.turn, place.turn)) {
+    if (!readtriple(form.at, "L", place.at) || !readtriple(form.turn, "Deg", place.turn)) {
         form.message = "Place and turn want a number in each box";
         return;
     }

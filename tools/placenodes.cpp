@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "edit/selection.h"
 #include "loads/nodeattributes.h"
 #include "tools/Graphics.h"
@@ -211,7 +212,8 @@ void editlengthradius(placenodesform& form, const std::string& text) {
     const double largest = 1e30;  // model units, within the range of a Single
     double value = 0;
     form.value = text;
-    if (!readnumber(text, value) || std::fabs(value) > largest) return show(form);
+    if (!readvalue(text, "L", value) && mayhaveunit(text)) return;  // "3 f" of "3 ft"
+    if (!readvalue(text, "L", value) || std::fabs(value) > largest) return show(form);
     if (value == 0) return;
     linelength = value;
     // The keys before this one were a part of the number: what they did is taken back.

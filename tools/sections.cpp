@@ -2,18 +2,18 @@
 // The form of the section tool.
 #include "tools/sections.h"
 
-#include <charconv>
 #include <cmath>
 #include <filesystem>
 
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/runtime.h"
+#include "core/units.h"
 #include "tools/groupsection.h"
 #include "tools/sectionfile.h"
 
-const char* const unitnames[nunits] = {"mm", "cm", "dm", "m", "Inch"};
-const double unitmetres[nunits] = {0.001, 0.01, 0.1, 1, 0.0254};
+const char* const unitnames[nunits] = {"mm", "cm", "dm", "m", "Inch", "Foot"};
+const double unitmetres[nunits] = {0.001, 0.01, 0.1, 1, 0.0254, 0.3048};
 const char* const resultnames[nresults] = {"Area", "I xx", "W xx", "I yy", "W yy", "I zz", "W zz"};
 
 double sectscale = 1;
@@ -26,22 +26,14 @@ static int findunit(const std::string& name) {
     return -1;
 }
 
-// With as many significant digits.
-static double rounded(double value, int digits) {
-    char text[40];
-    const auto end =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits);
-    return numberof(std::string_view(text, std::size_t(end.ptr - text)));
-}
-
 // What is left of rounding does not show.
 static double withoutnoise(double value) {
-    return rounded(value, 12);
+    return roundedto(value, 12);
 }
 
 // For a text that is read, not counted with.
 static double sixdigits(double value) {
-    return rounded(value, 6);
+    return roundedto(value, 6);
 }
 
 // A Single as the decimal number that it stands for.
@@ -50,9 +42,11 @@ static double decimal(float value) {
 }
 
 dimensions dimensionsof(const sectionform& form) {
+    unitset set;
+    set.metres = unitmetres[form.unit];
     dimensions d{};
     for (std::size_t k = 0; k < ndims; ++k)
-        if (!form.labels[k].empty()) d[k] = numberof(form.dims[k]);
+        if (!form.labels[k].empty()) readvalue(form.dims[k], "L", d[k], set);
     return d;
 }
 
@@ -216,6 +210,7 @@ void settype(sectionform& form, int type) {
     for (std::size_t k = 0; k < ndims; ++k) {
         form.labels[k] = sectiontypes[type].fields[k];
         if (!form.database) form.unitlabels[k] = "L";
+        if (!unitstext.empty()) form.unitlabels[k] = unitnames[form.unit];
     }
 }
 
@@ -231,9 +226,16 @@ static bool readdatabase(sectionform& form) {
     return read;
 }
 
+// The unit of a model that says it, else that of the last use.
+static int modelunit() {
+    for (int u = 0; u < nunits && !unitstext.empty(); ++u)
+        if (std::fabs(unitmetres[u] - modelunits().metres) <= 1e-9) return u;
+    return lastunit;
+}
+
 sectionform Initiate() {
     sectionform form;
-    form.unit = lastunit;
+    form.unit = modelunit();
     form.unitlabels.fill("O");
     settype(form, lasttype);
     readdatabase(form);
@@ -253,7 +255,8 @@ static bool isrecordof(const groupform& group, long s, int u) {
 }
 
 void showprofile(sectionform& form, const groupform& group) {
-    for (int tried = 0; tried < nunits; ++tried) {
+    const int most = unitstext.empty() ? nunits : 1;
+    for (int tried = 0; tried < most; ++tried) {
         const int u = (form.unit + tried) % nunits;  // the unit of the last use first
         for (long s = 1; s <= sectcount; ++s) {
             const int type = findsectiontype(sectnames(s, 2));
@@ -311,6 +314,7 @@ void writebinary(sectionform& form) {
 
 void chooseunit(sectionform& form, int unit) {
     form.unit = lastunit = unit;
+    settype(form, form.type);
     sectioncalc(form);
 }
 

@@ -12,8 +12,8 @@
 #include "tools/groups.h"
 #include "tools/sectionvalues.h"
 
-const int nunits = 5;
-extern const char* const unitnames[nunits];  // mm cm dm m Inch
+const int nunits = 6;
+extern const char* const unitnames[nunits];  // mm cm dm m Inch Foot
 extern const double unitmetres[nunits];
 
 // Record unit over model unit; 1 when the database is not in use.

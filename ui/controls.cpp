@@ -15,9 +15,15 @@
 #include <QTableView>
 
 #include "core/textfile.h"
+#include "core/units.h"
 
 QString qtext(const std::string& text) {
     return QString::fromStdString(text);
+}
+
+QString lengthsaid() {
+    const std::string name = unitstext.empty() ? "" : unitname("L");
+    return name == "L" ? QString() : qtext(name);
 }
 
 QString qname(const std::string& name) {

@@ -16,6 +16,7 @@ class QTableView;
 class QWidget;
 
 QString qtext(const std::string& text);
+QString lengthsaid();  // name of the model's length, empty where the model does not say it
 // A name from a model or a path from the settings, cut where it is longer than a list can show.
 QString qname(const std::string& name);
 // The button "Copy Table": all cells, with the headings where they show, as spreadsheets take them.

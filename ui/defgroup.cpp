@@ -77,7 +77,7 @@ class groupdialog : public QDialog {
     QStackedWidget* pages;
     QLineEdit *boxes[groupfields + 1], *cells[matrixfields];
     QPushButton *shade, *plane, *springs;
-    QLabel *message, *count;
+    QLabel *units[groupfields + 1], *message, *count;
 };
 }  // namespace
 
@@ -126,7 +126,9 @@ void groupdialog::addfields(QGridLayout* grid, std::initializer_list<int> fields
         boxes[k]->setMinimumWidth(150);
         grid->addWidget(new QLabel(groupcaptions[k].caption, this), row, 0);
         grid->addWidget(boxes[k], row, 1);
-        grid->addWidget(new QLabel(groupcaptions[k].unit, this), row, 2);
+        units[k] = new QLabel(this);
+        units[k]->setObjectName(QString("unit(%1)").arg(k));
+        grid->addWidget(units[k], row, 2);
         connect(boxes[k], &QLineEdit::textEdited, this, [this, k](const QString& text) {
             run([&] { editfield(form, k, text.toStdString()); });
         });
@@ -210,7 +212,10 @@ void groupdialog::showform() {
         showlist(list, form.names, form.all ? ngroups() : meshgroup - 1);
         showtext(list->lineEdit(), form.name);
     }
-    for (int k = 1; k <= groupfields; ++k) showtext(boxes[k], form.text[std::size_t(k)]);
+    for (int k = 1; k <= groupfields; ++k) {
+        showtext(boxes[k], form.text[std::size_t(k)]);
+        units[k]->setText(qtext(form.unit[std::size_t(k)]));
+    }
     for (int i = 0; i < matrixfields; ++i) {
         showtext(cells[i], form.matrix[std::size_t(i)]);
         cells[i]->setEnabled(!form.all);

@@ -8,12 +8,17 @@
 #include <QPushButton>
 
 #include "core/numtext.h"
+#include "core/units.h"
 #include "tools/drafttools.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
 
 namespace {
+QString unitof(const std::string& formula) {
+    const std::string name = unitname(formula);
+    return name == "L" ? "length" : name == "Deg" ? "degrees" : qtext(name);
+}
 
 class drafttooldialog : public QDialog {
   public:
@@ -56,7 +61,7 @@ class drafttooldialog : public QDialog {
         label->setBuddy(widget);
         grid->addWidget(label, i, 0);
         grid->addWidget(widget, i, 1);
-        grid->addWidget(new QLabel(field.unit, this), i, 2);
+        grid->addWidget(new QLabel(unitof(field.unit), this), i, 2);
     }
     // Those that mean nothing with the entry chosen are grey.
     void enablefields() {

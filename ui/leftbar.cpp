@@ -15,6 +15,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "edit/Mouseprocedures.h"
 #include "edit/move.h"
@@ -151,9 +152,9 @@ void mainwindow::runtypedcoordinates() {
     double value[3];
     for (std::size_t k = 0; k < 3; ++k) {
         const std::string text = coordinates[k]->text().toStdString();
-        if (readnumber(text, value[k])) continue;
-        theplatform().message(coordinatelabels[k]->text().toStdString() + " \"" + text +
-                                  "\" is no number. Nothing was changed.",
+        if (readvalue(text, "L", value[k])) continue;
+        theplatform().message(coordinatelabels[k]->text().toStdString() + " " +
+                                  valuefault(text, "L") + ". Nothing was changed.",
                               icons::exclamation);
         return;
     }

@@ -12,9 +12,11 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "core/formulas.h"
 #include "core/labels.h"
 #include "core/model.h"
 #include "core/platform.h"
+#include "core/units.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/mainwindow.h"
@@ -157,6 +159,8 @@ class loadcasedialog : public QDialog {
             QGridLayout* const grid = i == 0 ? value : place;
             QGroupBox* const parent = i == 0 ? acceleration : centre;
             grid->addWidget(new QLabel(accelerationfields[i].caption, parent), i, 0);
+            if (i > 0 && !unitstext.empty())
+                grid->addWidget(new QLabel(qtext(unitname("L")), parent), i, 2);
             auto* const box = newfield(parent, QString("Text1(%1)").arg(i));
             grid->addWidget(box, i, 1);
             grid->setColumnStretch(3, 1);
@@ -202,7 +206,8 @@ class loadcasedialog : public QDialog {
             if (hidden) continue;
             grid->addWidget(new QLabel(captions[i].caption, parent), int(i), 0);
             grid->addWidget(boxes[i], int(i), 1);
-            grid->addWidget(new QLabel(captions[i].unit, parent), int(i), 2);
+            const QString told = qtext(captionwithunit(captions[i].unit));
+            grid->addWidget(new QLabel(told, parent), int(i), 2);
         }
         grid->setColumnStretch(2, 1);
     }

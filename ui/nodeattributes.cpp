@@ -135,7 +135,7 @@ class attributedialog : public sidedialog {
         loads.frame->setTitle(qtext(form.loadgroup));
         constraints.frame->setVisible(form.constraintgroup);
         loads.frame->setVisible(!form.constraintgroup);
-        showfields(constraints, constraintlabel);
+        showfields(constraints, constraintlabels());
         showfields(loads, form.loadlabel);
         present->setText(qtext(presentrows(form)));
     }

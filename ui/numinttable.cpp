@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include "core/journal.h"
+#include "core/units.h"
 #include "ui/controls.h"
 
 // --- model --------------------------------------------------------------------------------------
@@ -70,7 +71,7 @@ QVariant gridmodel::headerData(int section, Qt::Orientation along, int role) con
     }
     if (role != Qt::DisplayRole || section >= int(table().columns.size())) return {};
     const gridcolumn& c = table().columns[std::size_t(section)];
-    const QString caption = qtext(c.caption), unit = qtext(c.unit);
+    const QString caption = qtext(c.caption), unit = qtext(captionunit(c.unit));
     const bool sorted = section == table().sortcolumn;
     const QString mark = !sorted ? "" : table().descending ? QString(" ▼") : QString(" ▲");
     return unit.isEmpty() ? caption + mark : caption + mark + "\n" + unit;

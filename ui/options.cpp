@@ -159,6 +159,7 @@ class generaloptions : public QDialog {
         tolerance = new QLineEdit(this);
         tolerance->setObjectName("Text1");
         row->addWidget(tolerance);
+        row->addWidget(new QLabel(lengthsaid(), this));
         row->addStretch(1);
         merging->addLayout(row);
         connect(tolerance, &QLineEdit::editingFinished, this, [this] {

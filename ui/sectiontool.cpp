@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QPushButton>
 
+#include "core/units.h"
 #include "tools/sections.h"
 #include "ui/controls.h"
 #include "ui/dialogs.h"
@@ -162,7 +163,7 @@ void sectiondialog::addresults(QBoxLayout* rows) {
         results[i]->setMinimumWidth(130);
         grid->addWidget(new QLabel(resultnames[i], this), i, 0);
         grid->addWidget(results[i], i, 1);
-        grid->addWidget(new QLabel(powers[i], this), i, 2);
+        grid->addWidget(new QLabel(qtext(captionunit(powers[i])), this), i, 2);
     }
     grid->setColumnMinimumWidth(0, 40);
     rows->addWidget(frame);

@@ -13,6 +13,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "edit/selectby.h"
 #include "edit/selectionsums.h"
 #include "ui/controls.h"
@@ -107,9 +108,10 @@ class selectbydialog : public sidedialog {
     void showpage(int i) { pages->setCurrentIndex(std::min(i, pages->count() - 1)); }
 
     // False with the message set where a field holds no number.
-    bool readnumberin(const QLineEdit* box, double& value) {
-        if (readnumber(box->text().trimmed().toStdString(), value)) return true;
-        message->setText("\"" + box->text() + "\" is no number");
+    bool readvaluein(const QLineEdit* box, const char* formula, double& value) {
+        const std::string text = box->text().toStdString();
+        if (readvalue(text, formula, value)) return true;
+        message->setText(qtext(valuefault(text, formula)));
         return false;
     }
     bool readquery(selectquery& q) {
@@ -120,8 +122,8 @@ class selectbydialog : public sidedialog {
         q.type = type->currentData().toInt();
         q.axis = axis->currentIndex();
         if (q.way == selectways::coordinate)
-            return readnumberin(low, q.low) && readnumberin(high, q.high);
-        return q.way < selectways::face || readnumberin(angle, q.angle);
+            return readvaluein(low, "L", q.low) && readvaluein(high, "L", q.high);
+        return q.way < selectways::face || readvaluein(angle, "Deg", q.angle);
     }
     bool select(picks mode) {
         selectquery q;

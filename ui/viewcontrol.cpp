@@ -62,13 +62,13 @@ class viewdialog : public QDialog {
     }
 
   private:
-    QLineEdit* addbox(QGridLayout* grid, int row, int box, const char* unit = "") {
+    QLineEdit* addbox(QGridLayout* grid, int row, int box, const QString& unit = {}) {
         grid->addWidget(new QLabel(viewboxcaptions[box], this), row, 0);
         auto* const edit = new QLineEdit(this);
         edit->setObjectName(QString("Text1(%1)").arg(box));
         edit->setMinimumWidth(130);
-        grid->addWidget(edit, row, 1, 1, *unit ? 1 : 2);
-        if (*unit) grid->addWidget(new QLabel(unit, this), row, 2);
+        grid->addWidget(edit, row, 1, 1, unit.isEmpty() ? 2 : 1);
+        if (!unit.isEmpty()) grid->addWidget(new QLabel(unit, this), row, 2);
         boxes[box] = edit;
         connect(edit, &QLineEdit::editingFinished, this, guardedhandler([this, box] {
                     readform();
@@ -86,7 +86,7 @@ class viewdialog : public QDialog {
     }
     void buildpoint(QBoxLayout* column) {
         QGridLayout* const grid = addframe(column, "View point");
-        for (int i = 0; i < 3; ++i) addbox(grid, i, boxx + i);
+        for (int i = 0; i < 3; ++i) addbox(grid, i, boxx + i, lengthsaid());
     }
     void buildangles(QBoxLayout* column) {
         QGridLayout* const grid = addframe(column, "View angle");
@@ -109,7 +109,7 @@ class viewdialog : public QDialog {
         addbox(grid, 0, boxscale);
         addbox(grid, 1, boxdistance);
         addbox(grid, 2, boxaw);
-        addbox(grid, 3, boxdepth);
+        addbox(grid, 3, boxdepth, lengthsaid());
         addbox(grid, 4, boxunit);
     }
     void buildelements(QBoxLayout* column) {

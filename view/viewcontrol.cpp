@@ -8,6 +8,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "view/autoscale.h"
 #include "view/moddraw.h"
@@ -24,6 +25,10 @@ static array1<float>& listof(int box) {
     static array1<float>* const lists[] = {&viewptx,   &viewpty,  &viewptz, &viewvert, &viewhor,
                                            &viewscale, &viewdist, &viewaw,  &viewdepth};
     return *lists[box];
+}
+
+static bool islength(int box) {
+    return box <= boxz || box == boxdepth;
 }
 
 static bool isangle(int box) {
@@ -91,15 +96,16 @@ static bool isallowed(int box, double value) {
 }
 
 // A number that a Single holds; all but the unit vector are stored as Singles.
-static bool readsingle(const std::string& text, double& value) {
-    return readnumber(text, value) && std::isfinite(float(value));
+static bool readsingle(int box, const std::string& text, double& value) {
+    const char* const formula = isangle(box) ? "Deg" : islength(box) ? "L" : "";
+    return readvalue(text, formula, value) && std::isfinite(float(value));
 }
 
 void getvalues(viewform& form) {
     const int v = form.current;
     for (int box = 0; box < viewboxcount; ++box) {
         double value = 0;
-        if (!readsingle(form.box[box], value)) return;
+        if (!readsingle(box, form.box[box], value)) return;
         if (box == boxunit) {
             if (isallowed(box, value)) unitveclen = value;
         } else if (isallowed(box, value)) {
@@ -124,7 +130,7 @@ static std::string shortdegrees(float radians) {
 void leavebox(viewform& form, int box) {
     if (box == boxaw || box == boxdepth) return;
     double value = 0;
-    if (readsingle(form.box[box], value) && isallowed(box, value)) return;
+    if (readsingle(box, form.box[box], value) && isallowed(box, value)) return;
     form.box[box] =
         box == boxhorizontal ? shortdegrees(viewhor(form.current)) : storedtext(box, form.current);
 }

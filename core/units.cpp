@@ -368,7 +368,8 @@ bool readvalue(std::string_view text, std::string_view formula, double& value, c
         if (!known || !samekind(asked.power, typed->power)) continue;
         const double found = typed->factor / asked.factor;
         if (!std::isfinite(found)) return false;
-        value = found;
+        const int digits = 14;  // rounding of the factors does not show
+        value = roundedto(found, digits);
         return true;
     }
     return false;

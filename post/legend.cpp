@@ -45,7 +45,8 @@ static std::string componenttext() {
     const std::string text = *row.legend ? row.legend : row.label, unit = resultunit(plotformula());
     if (unit.empty()) return text;
     const std::size_t letters = text.find(", " + std::string(plotformula()));
-    return text.substr(0, letters) + ", " + unit;
+    const std::string name = text.substr(0, letters);
+    return name.substr(0, name.find_last_not_of(' ') + 1) + ", " + unit;
 }
 
 static std::string fieldname() {

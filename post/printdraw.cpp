@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "core/colours.h"
+#include "core/kaltext.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
@@ -93,6 +94,7 @@ static void scaleview(int v, const keptviews& screen, double factor) {
 std::string footleft() {
     std::string text = isnamed() ? std::filesystem::path(modelname).filename().string()
                                  : std::string("Model without a name");
+    if (!unitstext.empty()) text += " - " + unitstext;
     if (menupostItem(modeshape).checked) return text + " - mode shape " + numbertext(curlcomb);
     const bool results = menupostItem(deformedshape).checked || menupostItem(contourplot).checked ||
                          menupostItem(elementstress).checked;

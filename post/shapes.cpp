@@ -26,6 +26,7 @@
 #include "post/legendlook.h"
 #include "post/outcome.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/postproces.h"
 #include "post/probe.h"
 #include "post/probes.h"
@@ -249,7 +250,7 @@ static std::string textoflargest() {
         const double square = double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2];
         if (square > most) most = square, node = n;
     }
-    return shorttext(std::sqrt(most)) + " at node " + numbertext(node);
+    return shorttext(std::sqrt(most)) + behind("L") + " at node " + numbertext(node);
 }
 
 std::vector<std::string> picturenotes(int nview) {

@@ -171,7 +171,7 @@ unitsform openunits() {
     form.choices.insert(form.choices.end(), unitchoices.begin(), unitchoices.end());
     auto now = std::ranges::find(form.choices, unitstext);
     if (now == form.choices.end()) now = form.choices.insert(now, unitstext);
-    form.fornew = newunits == unitstext;
+    form.fornew = !newunits.empty() && newunits == unitstext;
     for (const std::string& text : form.choices) form.captions.push_back(captionof(text));
     chooseunits(form, int(now - form.choices.begin()));
     return form;

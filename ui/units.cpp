@@ -24,7 +24,7 @@ class unitsdialog : public QDialog {
         keep = addway(rows, "Option1(1)", "The &numbers stay as they are, only the names change",
                       false);
         note = newmessageline("Label1", this, rows);
-        note->setMinimumWidth(420);
+        note->setMinimumSize(460, 2 * fontMetrics().lineSpacing());
         fornew = new QCheckBox("New &models begin with these units", this);
         fornew->setObjectName("Check1");
         rows->addWidget(fornew);

@@ -86,7 +86,8 @@ void booksummary(booksink& b) {
     b.endtable();
     if (nnodes() == 0) return;
     const extents x = extentsofmodel();
-    b.begintable("Extents", {{headedinput("Direction", "L"), false}, {"From"}, {"To"}, {"Length"}}, 3);
+    b.begintable("Extents", {{headedinput("Direction", "L"), false}, {"From"}, {"To"}, {"Length"}},
+                 3);
     for (int k = 0; k < 3; ++k)
         b.row({std::string(1, char('X' + k)), value(x.low[k]), value(x.high[k]), value(x.size(k))});
     b.endtable();
@@ -175,7 +176,14 @@ void booksupports(booksink& b) {
     s.constraints = true;
     bookpicture(b, s);
     b.begintable("Supported nodes: fixed, or the prescribed displacement (rotations in degrees)",
-                 {{"Node"}, {headedinput("DX", "L")}, {headedinput("DY", "L")}, {headedinput("DZ", "L")}, {"RX"}, {"RY"}, {"RZ"}}, int(held.size()));
+                 {{"Node"},
+                  {headedinput("DX", "L")},
+                  {headedinput("DY", "L")},
+                  {headedinput("DZ", "L")},
+                  {"RX"},
+                  {"RY"},
+                  {"RZ"}},
+                 int(held.size()));
     for (const auto& [node, directions] : held) {
         cells row = {numbertext(node)};
         row.insert(row.end(), directions.begin(), directions.end());

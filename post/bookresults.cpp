@@ -117,7 +117,12 @@ void bookbalance(booksink& b) {
 
 void bookmasses(booksink& b) {
     told(b, [&] {
-        b.begintable("", {{"Group", false, 2}, {headed("Mass", "M")}, {headed("Centre X", "L")}, {headed("Centre Y", "L")}, {headed("Centre Z", "L")}},
+        b.begintable("",
+                     {{"Group", false, 2},
+                      {headed("Mass", "M")},
+                      {headed("Centre X", "L")},
+                      {headed("Centre Y", "L")},
+                      {headed("Centre Z", "L")}},
                      ngroups() + 1);
         double whole = 0, centre[3] = {};
         for (const massrow& row : readmasses()) {

@@ -15,6 +15,7 @@
 #include "core/model.h"
 #include "core/session.h"
 #include "core/start.h"
+#include "files/solverunits.h"
 #include "post/compare.h"
 #include "post/contour.h"
 #include "post/diagrams.h"
@@ -152,6 +153,7 @@ sessionroom::sessionroom() {
     initsymbols();
     wirelayers();
     start(folder);
+    readsolverunits();
     notesaved();
     symbolsdrawn = {};
     previewbuffers = false;  // what the test before may have left

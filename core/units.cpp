@@ -242,7 +242,10 @@ static std::optional<quantity> product(std::string_view text, const unitset* set
     int sign = 1;
     bool any = false;
     while (!text.empty()) {
-        if (text.front() == '/') sign = -1;
+        if (text.front() == '/') {
+            sign = -1;
+            any = false;  // something must follow
+        }
         if (std::string_view(" .*-/").find(text.front()) != text.npos) {
             text.remove_prefix(1);
             continue;

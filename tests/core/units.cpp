@@ -45,6 +45,7 @@ TEST(Units, TypedValuesAreTurnedIntoTheModels) {
         {"mm N kg", "3 mm 4", "L", 0, "is no number"},
         {"mm N kg", "3 mm 4 kN", "L", 0, "is no number"},
         {"mm N kg", "3 /", "L", 0, "is no number"},
+        {"mm N kg", "3 mm/", "L", 0, "is no number"},
         {"m kN t", "1e308 km", "L", 0, ""},
     };
     for (const auto& c : cases) {

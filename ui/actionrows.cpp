@@ -509,7 +509,11 @@ static void addsettings(actionrows& t) {
               {"mnuSettingsItem(6)", "Symbols ...", "symbols", "", dialog("Symbols")},
               {"mnuSettingsItem(7)", "Toolbars ...", "toolbars", "", dialog("Toptions")},
               toggle("mnuSettingsItem", 8, "End Releases", mnuSettingsItem),
-              {.name = "units", .caption = "Units...", .run = dialog("Units"), .topic = "units"},
+              {.name = "units",
+               .caption = "Units...",
+               .icon = "units",
+               .run = dialog("Units"),
+               .topic = "units"},
           });
 }
 

@@ -109,6 +109,7 @@ static const std::map<std::string, const char*> outlines = {
      "M 12 20 L 10 23 M 17 20 L 15 23"},
     {"rotationspring", "A 4 4 16 16 20 320 A 8 8 8 8 60 300 + M 12 12 L 21 12"},
     {"numbers", "R 3 4 18 16 + M 3 9 L 21 9 M 9 4 L 9 20 M 15 4 L 15 20 M 3 14 L 21 14"},
+    {"units", "R 2 8 20 8 + M 6 8 L 6 12 M 10 8 L 10 11 M 14 8 L 14 12 M 18 8 L 18 11"},
     {"refine", "R 4 4 16 16 + M 12 4 L 12 20 M 4 12 L 20 12"},
     {"intersection", "M 4 20 L 20 4 M 4 4 L 20 20 + = C 12 12 2.4"},
     {"extend", "M 3 21 L 11 13 M 4 5 L 21 5 + M 11 13 L 19 5 = C 19 5 2"},

@@ -157,8 +157,7 @@ static int mergecandidates(int count, Candidate candidate) {
     int merged = 0;
     for (int i = 1; i <= count; ++i) {
         const int n = candidate(i);
-        if (n < 1 || n > nnodes()) continue;
-        grid.approach(n);
+        if (n < 1 || n > nnodes() || grid.isalone(n)) continue;
         merged += mergeone(n, grid, survivor);
     }
     if (merged == 0) return 0;
@@ -184,6 +183,10 @@ int newplaces() {
     int places = 0;
     for (int n = before + 1; n <= before + count; ++n) {
         bool met = false;
+        if (grid.isalone(n)) {
+            ++places;
+            continue;
+        }
         grid.around(place(n),
                     [&](int other) { met = met || (other < n && isnear(place(n), place(other))); });
         places += !met;
@@ -247,8 +250,6 @@ class elementtable {
             if (places[at].tag == tag && keyof(places[at].element).part == key.part) return false;
         }
     }
-
-  private:
     static std::uint64_t hashof(const elementkey& key) {
         std::uint64_t h = 0;
         for (const int part : key.part) {
@@ -257,6 +258,8 @@ class elementtable {
         }
         return h;
     }
+
+  private:
     struct place {
         int element = 0;
         unsigned tag = 0;  // more of the hash: most other elements differ in it
@@ -265,11 +268,28 @@ class elementtable {
 };
 }  // namespace
 
+// Elements that share the hash of another: doubles are among them, few others.
+static std::vector<int> elementswithcompany() {
+    const int count = nelems();
+    std::vector<unsigned> hashes(std::size_t(count) + 1);
+    crowdcounter crowds{std::size_t(count)};
+    for (int e = 1; e <= count; ++e) {
+        if (elems(e, 0) == 0) continue;
+        hashes[std::size_t(e)] = unsigned(elementtable::hashof(keyof(e)));
+        crowds.add(hashes[std::size_t(e)]);
+    }
+    std::vector<int> found;
+    for (int e = 1; e <= count; ++e)
+        if (elems(e, 0) != 0 && crowds.of(hashes[std::size_t(e)]) > 1) found.push_back(e);
+    return found;
+}
+
 int mergeelements() {
-    elementtable table{std::size_t(nelems())};
+    const std::vector<int> candidates = elementswithcompany();
+    elementtable table{candidates.size()};
     int merged = 0;
-    for (int e = 1; e <= nelems(); ++e) {
-        if (elems(e, 0) == 0 || table.add(keyof(e))) continue;
+    for (const int e : candidates) {
+        if (table.add(keyof(e))) continue;
         elems(e, 0) = 0;
         ++merged;
     }
@@ -350,6 +370,7 @@ int findmergenodes() {
     const nodegrid grid(nnodes(), [](int n) { return nodes.row(0, n).data(); });
     std::vector<std::string> lines;
     for (int a = 1; a <= nnodes() && mergetol > 0; ++a) {
+        if (grid.isalone(a)) continue;
         std::vector<int> near;
         grid.around(nodes.row(0, a).data(), [&](int b) {
             if (b > a && isnear(nodes.row(0, a).data(), nodes.row(0, b).data())) near.push_back(b);

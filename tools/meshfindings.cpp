@@ -65,12 +65,14 @@ static std::vector<std::pair<int, int>> doublenodes() {
     const int count = int(placed.size());
     const nodegrid grid(count, placeof);
     const auto joined = joinednodes();
-    for (int i = 1; i <= count && pairs.size() < most; ++i)
+    for (int i = 1; i <= count && pairs.size() < most; ++i) {
+        if (grid.isalone(i)) continue;
         grid.around(placeof(i), [&](int j) {
             if (j <= i || !isnear(placeof(i), placeof(j))) return;
             const std::pair pair(placed[std::size_t(i) - 1], placed[std::size_t(j) - 1]);
             if (!std::ranges::binary_search(joined, pair)) pairs.push_back(pair);
         });
+    }
     std::ranges::sort(pairs);
     pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
     return pairs;

@@ -381,11 +381,6 @@ static void releasepasted(importreport& report, double shortest) {
         report.changed("Double elements merged", elementsbefore - nelems());
 }
 
-// What comes from elsewhere lies anywhere.
-static void fitviews() {
-    for (int v = 1; v <= nviews; ++v) fit(v);
-}
-
 static reply admitasnew(imported& found, const std::string& path, const places& at) {
     keptmodel before;
     if (!resetmodel() || !letin(found, purposes::open, at)) {
@@ -399,7 +394,7 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
     releasepasted(lastreport(), shortest);
     addready();
     noteforeign(path);
-    fitviews();
+    fitall();  // what comes from elsewhere lies anywhere
     return reply::done;
 }
 
@@ -410,7 +405,7 @@ static reply admitbehind(imported& found, const places& at) {
                           ", lies below the merge tolerance " + roughly(mergetol) +
                           ", which closes it up when the import is placed");
     if (!letin(found, purposes::import, at)) return reply::failed;
-    if (wasempty) fitviews();
+    if (wasempty) fitall();
     keepreport(std::move(found.report));
     return reply::done;
 }

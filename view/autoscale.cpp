@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <map>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -87,11 +88,14 @@ static void eachpoint(int nview, Visit given) {
     for (int n = 1; n <= nnodes(); ++n) given(nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2));
 }
 
-// Returns whether there was a point.
-static bool autoscaled(int nview) {
-    const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
+static extent boxof(int nview) {
     extent box;
     eachpoint(nview, [&](double x, double y, double z) { box.include(x, y, z); });
+    return box;
+}
+
+static void autoscale(int nview, const extent& box) {
+    const double smaller = vieww < viewh ? vieww / scalex : viewh / scaley;
     viewptx(nview) = box.middle(0);
     viewpty(nview) = box.middle(1);
     viewptz(nview) = box.middle(2);
@@ -99,11 +103,10 @@ static bool autoscaled(int nview) {
     const double e = ex > ey && ex > ez ? ex : ey > ez ? ey : ez;
     const double most = std::numeric_limits<float>::max();
     viewscale(nview) = e == 0 ? 1.0f : float(std::min((smaller / 2 - unitveclen) * 2 / e, most));
-    return box.any;
 }
 
 void autoscale(int nview) {
-    autoscaled(nview);
+    autoscale(nview, boxof(nview));
 }
 
 void fitnodes(int nview, const std::vector<int>& numbers) {
@@ -220,7 +223,7 @@ static void fitsquare(int nview) {
     viewscale(nview) = room > 0 ? float(room / side) : 1.0f;
 }
 
-void fit(int nview) {
+static void fit(int nview, const extent& box) {
     using place = std::array<float, 6>;
     static std::array<place, nviews + 1> framed;  // what frame came to, and for which angles
     const auto placeof = [nview] {
@@ -229,9 +232,24 @@ void fit(int nview) {
     };
     const keptpoint kept;
     const place before = placeof();
-    if (!autoscaled(nview)) return fitsquare(nview);
+    autoscale(nview, box);
+    if (!box.any) return fitsquare(nview);
     place& last = framed[std::size_t(nview)];
     if (before != placeof() && before != last) return;
     frame(nview);
     last = placeof();
+}
+
+void fit(int nview) {
+    fit(nview, boxof(nview));
+}
+
+// Views of the same group share a box: one pass over the model does for them.
+void fitall() {
+    std::map<int, extent> boxes;
+    for (int v = 1; v <= nviews; ++v) {
+        const auto [at, isnew] = boxes.try_emplace(int(viewgroup(v)));
+        if (isnew) at->second = boxof(v);
+        fit(v, at->second);
+    }
 }

@@ -160,7 +160,7 @@ void autoscaleview(viewform& form) {
 
 void allviews(viewform& form) {
     getvalues(form);
-    for (int v = 1; v <= nviews; ++v) fit(v);
+    fitall();
     showvalues(form, form.current);
     setfourviews();
 }

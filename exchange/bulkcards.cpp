@@ -36,18 +36,21 @@ bulkcards::bulkcards(const std::string& path) : lines(path) {
         std::string::npos;
 }
 
+// Without its comment and the blanks before that.
+static std::string_view contentof(std::string_view line) {
+    line = line.substr(0, line.find('$'));
+    while (!line.empty() && (line.back() == ' ' || line.back() == '\t')) line.remove_suffix(1);
+    return line;
+}
+
+static bool continues(std::string_view line) {
+    return std::string_view("+* ,\t").find(line.front()) != std::string_view::npos;
+}
+
 bool bulkcards::nextline(std::string_view& line) {
-    if (hasahead) {
-        hasahead = false;
-        line = ahead;
-        return true;
-    }
     while (lines.next(line)) {
-        line = line.substr(0, line.find('$'));
-        while (!line.empty() && (line.back() == ' ' || line.back() == '\t')) line.remove_suffix(1);
-        if (line.empty()) continue;
-        if (line.find('\t') != line.npos) line = widen(line);
-        return true;
+        line = contentof(line);
+        if (!line.empty()) return true;
     }
     return false;
 }
@@ -62,34 +65,44 @@ std::string_view bulkcards::widen(std::string_view line) {
     return wide;
 }
 
-bool bulkcards::continues(std::string_view line) const {
-    return line.front() == '+' || line.front() == '*' || line.front() == ' ' || line.front() == ',';
-}
-
 // The first field is the name or the mark of a continuation.
 void bulkcards::addfields(std::string_view line, bulkcard& card) const {
-    const bool first = card.fields.empty();
+    std::vector<std::string_view>& fields = card.fields;
+    const bool first = fields.empty();
+    const std::size_t perline = 8;
     if (line.find(',') != line.npos) {
         std::string_view field;
-        std::vector<std::string_view> fields;
-        while (nextfield(line, field)) fields.push_back(field);
-        const std::size_t most = 10;  // the last is a mark of what follows
-        if (fields.size() >= most) fields.resize(most - 1);
-        if (first) card.fields.push_back(fields[0]);
-        // On what is continued each line fills eight fields.
-        card.fields.insert(card.fields.end(), fields.begin() + 1, fields.end());
-        const std::size_t perline = 8;
-        while ((card.fields.size() - 1) % perline != 0) card.fields.emplace_back();
+        nextfield(line, field);
+        if (first) fields.push_back(field);
+        // Behind the eighth stands a mark of what follows. Where something does, each line fills
+        // eight fields.
+        for (std::size_t i = 0; i < perline && nextfield(line, field); ++i) fields.push_back(field);
+        while ((fields.size() - 1) % perline != 0) fields.emplace_back();
         return;
     }
     const std::string_view name = trimmed(line.substr(0, std::min(line.size(), std::size_t(8))));
     const bool islarge = name.ends_with('*') || name.starts_with('*');
-    const std::size_t width = islarge ? 16 : 8, perline = islarge ? 4 : 8;
-    if (first) card.fields.push_back(name);
-    for (std::size_t i = 0; i < perline; ++i) {
+    const std::size_t width = islarge ? 16 : 8, count = islarge ? 4 : perline;
+    if (first) fields.push_back(name);
+    for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = 8 + i * width;
-        card.fields.push_back(at < line.size() ? trimmed(line.substr(at, width))
-                                               : std::string_view());
+        fields.push_back(at < line.size() ? trimmed(line.substr(at, width)) : std::string_view());
+    }
+}
+
+void bulkcards::fill(const cardplace& at, bulkcard& card) {
+    const std::size_t most = 100000;  // fields of one card
+    card.fields.clear();
+    card.in = at.in;
+    card.line = at.line;
+    widened.clear();
+    at.in->seek(at.start, at.line);
+    std::string_view line;
+    while (card.fields.size() <= most && at.in->next(line)) {
+        line = contentof(line);
+        if (line.empty()) continue;
+        if (!card.fields.empty() && !continues(line)) break;
+        addfields(line.find('\t') == line.npos ? line : widen(line), card);
     }
 }
 
@@ -100,48 +113,46 @@ void bulkcards::include(std::string_view line) {
     lines.include(name);
 }
 
+bool bulkcards::nextcontrol(std::string_view line, bulkcard& card) {
+    if (uppercase(line).find("BEGIN BULK") != std::string::npos) {
+        control = false;
+        return false;
+    }
+    while (!line.empty()) {
+        const std::size_t end = line.find_first_of(" =,\t");
+        if (end != 0) card.fields.push_back(line.substr(0, end));
+        line.remove_prefix(end == line.npos ? line.size() : end + 1);
+    }
+    if (card.fields.empty()) return false;
+    card.name = uppercase(card.fields[0]);
+    return true;
+}
+
 bool bulkcards::next(bulkcard& card) {
     std::string_view line;
-    if (ended) return false;
-    while (nextline(line)) {
+    while (!ended && nextline(line)) {
+        if (!control && continues(line)) continue;
+        textlines& in = lines.now();
+        last = {&in, in.start(), in.number()};
         card.fields.clear();
-        card.in = &lines.now();
-        card.line = card.in->number();
+        card.in = &in;
+        card.line = last.line;
         if (sameword(line.substr(0, 7), "INCLUDE")) {
             include(line);
             continue;
         }
         if (control) {
-            std::string_view rest = line;
-            if (uppercase(line).find("BEGIN BULK") != std::string::npos) {
-                control = false;
-                continue;
-            }
-            while (!rest.empty()) {
-                const std::size_t end = rest.find_first_of(" =,");
-                if (end != 0) card.fields.push_back(rest.substr(0, end));
-                rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
-            }
-            if (card.fields.empty()) continue;
-            card.name = uppercase(card.fields[0]);
-            return true;
+            if (nextcontrol(line, card)) return true;
+            continue;
         }
-        if (continues(line)) continue;  // of a card that was not understood
-        addfields(line, card);
-        while (nextline(line)) {
-            const std::size_t most = 100000;  // fields of one card
-            if (!continues(line) || card.fields.size() > most) {
-                ahead = line;
-                hasahead = true;
-                break;
-            }
-            addfields(line, card);
-        }
-        card.name = uppercase(card.fields[0]);
-        if (card.name.ends_with('*')) card.name.pop_back();
-        if (card.name != "ENDDATA") return true;
-        ended = true;
-        return false;
+        std::string_view name = line.substr(0, 8);
+        name = trimmed(name.substr(0, name.find_first_of(",\t")));
+        if (name.ends_with('*')) name.remove_suffix(1);
+        card.name.assign(name);
+        for (char& c : card.name)
+            if (c >= 'a' && c <= 'z') c = char(c - 'a' + 'A');
+        ended = card.name == "ENDDATA";
+        if (!ended) return true;
     }
     return false;
 }

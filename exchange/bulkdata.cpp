@@ -6,6 +6,7 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <unordered_map>
 
 #include "core/catalogue.h"
 #include "core/numtext.h"
@@ -52,7 +53,7 @@ class bulkreader {
         bulkcard card;
         const long look = 16384;  // cards between two looks at the clock
         for (long seen = 1; cards.next(card); ++seen) {
-            if (seen % look == 0) readingprogress(name, cards.share());
+            if (seen % look == 0) readingprogress(name, cards.share() / 2);
             if (cards.incontrol())
                 control(card);
             else
@@ -106,18 +107,32 @@ class bulkreader {
         return table;
     }
 
-    void keep(bulkcard& card) {
+    // Cards of one kind mostly stand together.
+    void keep(const bulkcard& card) {
         static const std::set<std::string, std::less<>> silent = {"PARAM", "ENDDATA"};
-        if (readers().contains(card.name))
-            kept[card.name].push_back(card);
-        else if (!silent.contains(card.name))
+        if (places == nullptr || card.name != lastname) {
+            lastname = card.name;
+            places = readers().contains(card.name) ? &kept[card.name] : nullptr;
+        }
+        if (places != nullptr) {
+            places->push_back(cards.place());
+            ++total;
+        } else if (!silent.contains(card.name)) {
             found.report.skipped("Card " + card.name, card.line);
+        }
     }
     void run(const char* stage) {
+        const long look = 16384;  // cards between two looks at the clock
         const auto at = kept.find(stage);
         if (at == kept.end()) return;
         const reader take = readers().find(stage)->second;
-        for (const bulkcard& card : at->second) (this->*take)(card);
+        bulkcard card;
+        card.name = stage;
+        for (const cardplace& place : at->second) {
+            if (++done % look == 0) readingprogress(name, 0.5 + 0.5 * double(done) / double(total));
+            cards.fill(place, card);
+            (this->*take)(card);
+        }
         kept.erase(at);
     }
     void fault(const bulkcard& card, const std::string& text) {
@@ -217,7 +232,11 @@ class bulkreader {
             fault(card, "Material " + numbertext(m) + " is not defined");
         return group;
     }
-    int groupof(long number) { return found.groupof("Property " + numbertext(number)); }
+    int groupof(long number) {
+        const auto [at, isnew] = groupofproperty.try_emplace(number, 0);
+        if (isnew) at->second = found.groupof("Property " + numbertext(number));
+        return at->second;
+    }
     void rodproperty(const bulkcard& card) {
         auto& fields = property(card).fields;
         fields[fieldthickness] = card.real(3);
@@ -474,7 +493,11 @@ class bulkreader {
     bulkcards cards;
     std::string name;
     imported& found;
-    std::map<std::string, std::vector<bulkcard>, std::less<>> kept;
+    std::map<std::string, std::vector<cardplace>, std::less<>> kept;
+    std::vector<cardplace>* places = nullptr;  // of the kind that came last
+    std::string lastname;
+    long total = 0, done = 0;
+    std::unordered_map<long, int> groupofproperty;
     numbertable nodes, elements;
     std::map<long, placement> systems;
     std::map<long, std::array<double, groupfields + 1>> materials;

@@ -16,6 +16,7 @@ class includedlines {
     // files include one another without end.
     void include(std::string_view name);
     const textlines& now() const { return *files.back(); }  // the file of the last line
+    textlines& now() { return *files.back(); }
     const textlines& first() const { return *files.front(); }
 
   private:

@@ -51,6 +51,12 @@ void textlines::stepback() {
     feed = at - 1;
 }
 
+void textlines::seek(const char* start, long number) {
+    at = linestart = start;
+    feed = at - 1;
+    count = number - 1;
+}
+
 double textlines::share() const {
     return content.empty() ? 1 : double(at - content.data()) / double(content.size());
 }

@@ -20,8 +20,11 @@ class textlines {
 
     // The next line without its end and without blanks behind it; false at the end of the text.
     bool next(std::string_view& line);
-    long number() const { return count; }  // of the last line, from 1; 0 before the first
-    void stepback();                       // the last line comes again, once
+    long number() const { return count; }            // of the last line, from 1; 0 before the first
+    void stepback();                                 // the last line comes again, once
+    const char* start() const { return linestart; }  // of the last line
+    // Goes back to where a line started that was read before, with its number: it is the next.
+    void seek(const char* linestart, long number);
     const std::string& name() const { return filename; }
     double share() const;  // part of the text that has been read, 0..1
     // What follows the last line, and passing over some of it: blocks of bytes between lines.

@@ -59,12 +59,15 @@ TEST(Bulkdata, FaultsAreToldWithTheirLine) {
          "Elements of second order became straight ones (line 5)"},
         {"GRID,1,,zero,0.,0.\n", -1, "line 1: field 4 of GRID: a number was expected"},
         {"INCLUDE '/etc/passwd'\n", -1, "is not beneath the folder of the file"},
+        {"CTRIA3\t2\t1\t1\t2\t3\nGRID\t1\t\t0.\t0.\t0.\nINCLUDE 'part.bdf'\nGRID,3,,0.,1.,0.\n", 1,
+         "SHELL3 elements"},
         {grids + "SPC1,1,1,1,THRU,99999999999\n", -1, "a range of numbers without end"},
         {"TITLE = none\n", -1, "no GRID was found"},
     };
     for (const auto& c : cases) {
         exchangeroom room;
         writefile(room.file("a.bdf"), c.text);
+        writefile(room.file("part.bdf"), "GRID*   2\t\t\t\t1.\n$ between\n*       0.\n");
         EXPECT_EQ(room.open(room.file("a.bdf")), c.elements < 0 ? reply::failed : reply::done)
             << c.text;
         EXPECT_EQ(nelems(), std::max(c.elements, 0)) << c.text;

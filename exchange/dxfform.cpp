@@ -9,6 +9,7 @@
 #include "core/session.h"
 #include "core/units.h"
 #include "exchange/gate.h"
+#include "exchange/layersections.h"
 #include "files/solverunits.h"
 
 const std::array<const char*, 4> dxfcaptions = {
@@ -130,6 +131,7 @@ bool acceptdxf(dxfform& form) {
             readdxf(path, importoptions, factor, found);
             if (factor != 1)
                 found.report.changed("Coordinates multiplied by " + numbertext(float(factor)));
+            putprofiles(found, modelunits().metres);
         });
     return true;
 }

@@ -4,10 +4,13 @@
 
 #include <bit>
 #include <cmath>
+#include <filesystem>
 
 #include "exchange/dxfform.h"
+#include "exchange/layersections.h"
 #include "exchange/textlines.h"
 #include "tests/exchange/samples.h"
+#include "tools/sectionfile.h"
 
 // The dialog as delivered, whatever other tests have chosen.
 static dxfform freshform() {
@@ -400,4 +403,36 @@ TEST(Dxf, LayersAreLeftOutByName) {
         reported(reportkinds::skipped, "Entities on layer GRID, left out as chosen (line 18)"),
         nullptr)
         << lastreport().text();
+}
+
+TEST(Dxf, LayersCalledByAProfileHaveItsSection) {
+    exchangeroom room;
+    std::filesystem::copy_file(sourcedir() + "/data/sections.dat", room.file("sections.dat"),
+                               std::filesystem::copy_options::overwrite_existing);
+    ASSERT_EQ(readsections(false), "");
+    const struct {
+        const char *layer, *profile;  // empty: none
+    } cases[] = {
+        {"HEA300-COLUMN", "HEA 300"},
+        {"S_ipe_200", "IPE 200"},
+        {"IPE2000", ""},
+        {"IPE200X90", ""},
+        {"XIPE200", ""},
+        {"CHS 168,3x4 brace", "CHS 168.3x4"},
+        {"IPE200-1", "IPE 200"},
+        {"AXES", ""},
+    };
+    for (const auto& c : cases) {
+        const int s = profilein(c.layer);
+        EXPECT_EQ(s == 0 ? "" : sectnames(s, 1), c.profile) << c.layer;
+    }
+    imported found;
+    for (int n = 0; n < 2; ++n) found.addnode({double(n), 0, 0});
+    found.addelement(typebeam, {1, 2, 0, 0}, found.groupof("HEA300-COLUMN"));
+    found.addelement(typebeam, {1, 2, 0, 0}, found.groupof("AXES"));
+    putprofiles(found, 1);
+    EXPECT_NEAR(found.group(1).fields[fieldthickness], 11252.78e-6, 1e-9) << "in metres";
+    EXPECT_NEAR(found.group(1).fields[fieldixx], 182635000e-12, 1e-10);
+    EXPECT_TRUE(std::isnan(found.group(2).fields[fieldixx]));
+    EXPECT_NE(found.report.text().find("Layer AXES tells no profile"), std::string::npos);
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
@@ -12,15 +13,16 @@
 #include "post/plotunits.h"
 
 double casebalance::rest() const {
-    double most = 0;
+    double most = 0, force = 0;
     for (const int half : {0, 3}) {
-        double size = 0, left = 0;
+        double size = force * lever, left = 0;
         for (int k = half; k < half + 3; ++k) {
             const std::size_t i = std::size_t(k);
             size = std::max({size, std::fabs(applied[i]), std::fabs(reactions[i])});
             left = std::max(left, std::fabs(difference[i]));
         }
         if (left > 0) most = std::max(most, size > 0 ? left / size : 1);
+        force = size;
     }
     return most;
 }
@@ -99,6 +101,10 @@ balance readbalance() {
             b.cases.clear();
             b.fault = e.number == errfilenotfound ? "There are no results of an analysis" : e.what;
         });
+    double lever = 0;
+    for (int n = 1; n <= nnodes(); ++n)
+        for (int k = 0; k < 3; ++k) lever = std::max(lever, std::fabs(double(nodes(0, n, k))));
+    for (casebalance& c : b.cases) c.lever = lever;
     if (b.cases.empty() && b.fault.empty()) b.fault = "There are no results of a static analysis";
     return b;
 }

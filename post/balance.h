@@ -18,8 +18,10 @@ struct casebalance {
     double translation = 0, rotation = 0;
     int translationnode = 0, rotationnode = 0;
     double held = 0;
+    double lever = 0;  // of a force about the origin: the farthest coordinate of the model
     std::vector<std::string> warnings;
-    // Largest difference over the largest applied or reaction value of its kind, force or moment.
+    // Largest difference over the largest applied or reaction value of its kind; a moment also over
+    // that of the largest force at its lever, for loads in symmetry have none.
     double rest() const;
     bool isbalanced() const;  // neither that nor the residual exceeds restlimit
 };

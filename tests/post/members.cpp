@@ -518,6 +518,16 @@ TEST(Balance, WhatIsLeftOverIsRed) {
         EXPECT_EQ(page[0].cells[0], "Load case 1: Wind");
         EXPECT_EQ(page.back().cells[0], "Warning: a word, and more");
     }
+    // Loads in symmetry: no moment but what rounding leaves.
+    for (const auto& [left, good] : {std::pair(1e-7, true), {0.01, false}}) {
+        writefile(room.file("beam.sum"),
+                  head +
+                      "\"case\",1,\"Wind\"\r\n\"applied\",0,-100,0,0,0,0\r\n\"reactions\",0,100,"
+                      "0,0,0," +
+                      numbertext(left) + "\r\n\"difference\",0,0,0,0,0," + numbertext(left) +
+                      "\r\n");
+        EXPECT_EQ(readbalance().cases.at(0).isbalanced(), good) << left;
+    }
     writefile(room.file("beam.sum"), head + "\"case\",1,\"Wind\"\r\n\"applied\",0,x\r\n");
     EXPECT_NE(readbalance().fault.find("line 4"), std::string::npos);
     writefile(room.file("beam.sum"), head);

@@ -25,6 +25,15 @@ struct usedgroups {
                 ++of[std::size_t(egroup(e))][std::size_t(elems(e, 0))];
         }
     }
+    // Membranes and bars alone, which resist nothing across their plane.
+    bool areinplane() const {
+        for (const auto& types : of)
+            for (int t = 1; t < maxelementtypes; ++t)
+                if (types[std::size_t(t)] != 0 && t != typetruss && t != typememb3 &&
+                    t != typememb4)
+                    return false;
+        return true;
+    }
     bool isgrounded() const {
         for (const auto& types : of)
             for (int t = typespringt; t <= typespring; ++t)
@@ -53,6 +62,17 @@ static bool isheldsomewhere() {
     return false;
 }
 
+// In the plane of the 2-D analysis, which is not chosen.
+static bool isfreeacross(const usedgroups& used) {
+    const int dz = 3;
+    if (dim2d || !used.areinplane()) return false;
+    for (int i = 1; i <= ncon; ++i)
+        if (connode(i) != 0 && condof(i) == dz) return false;
+    for (int n = 1; n <= nnodes(); ++n)
+        if (nodes(0, n, 2) != 0) return false;
+    return true;
+}
+
 static bool isloaded() {
     for (int lc = 1; lc <= nlc(); ++lc)
         if (!iscaseempty(lc)) return true;
@@ -70,6 +90,11 @@ std::vector<need> findneeds() {
     if (!isheldsomewhere() && !used.isgrounded())
         needs.push_back(
             {"There are no supports: nothing holds the model in its place.", needplaces::supports});
+    if (isfreeacross(used))
+        needs.push_back(
+            {"The model lies in the plane z = 0 and nothing holds it in z: only the 2-D "
+             "analysis has an answer.",
+             needplaces::plane});
     if (!isloaded())
         needs.push_back({nlc() == 1
                              ? "There are no loads: all results would be zero."

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-enum class needplaces { elements, groups, supports, loads };
+enum class needplaces { elements, groups, supports, plane, loads };
 
 struct need {
     std::string text;

@@ -53,6 +53,12 @@ const placerow places[] = {
          gotonodes("Mnuadditem(6)",
                    "Drag a box about the nodes to hold, then choose Add, Constraints...");
      }},
+    {needplaces::plane, "2-D analysis", "Analyse, Options..., 2-D analysis",
+     [](const need&) {
+         dim2d = true;
+         theplatform().refresh();
+         startanalysis();
+     }},
     {needplaces::loads, "Loads...", "Add, Loads, Nodal Loads or Mass",
      [](const need&) {
          gotonodes("mnuloads(0)", "Drag a box about the nodes to load, then choose Add, Loads");

@@ -289,6 +289,12 @@ TEST(Elementshape, QualityBandsAndPicture) {
 TEST(Findings, WhatAnAnalysisNeedsIsToldWithItsPlace) {
     const auto nothingheld = [] { ncon = groups(0, 0) = 0, elems(8, 0) = 0, groups(0, 0) = 1; };
     const auto unloaded = [] { elemload(1, 0, 0) = 0, loadnode(1, 0) = 0; };
+    const auto flat = [] {
+        for (int e = 2; e <= nelems(); ++e) elems(e, 0) = 0;
+        elems(1, 0) = typetruss;
+        for (int n = 1; n <= nnodes(); ++n) nodes(0, n, 2) = 0;
+        for (int i = 1; i <= ncon; ++i) condof(i) = 1;
+    };
     const struct {
         const char* name;
         std::function<void()> fault;
@@ -301,6 +307,9 @@ TEST(Findings, WhatAnAnalysisNeedsIsToldWithItsPlace) {
         {"no loads", unloaded, {needplaces::loads}},
         {"a wave", [&] { unloaded(), lctype(1) = casewave, lcpar(1, waveheight) = 2; }, {}},
         {"no E", [] { groups(1, fieldmodulus) = 0; }, {needplaces::groups, needplaces::groups}},
+        {"free across its plane", flat, {needplaces::plane}},
+        {"of the 2-D analysis", [&] { flat(), dim2d = true; }, {}},
+        {"held in z", [&] { flat(), condof(1) = 3; }, {}},
         {"modes ask for neither", [&] { nothingheld(), unloaded(), doeigen = 1; }, {}},
     };
     for (const auto& c : cases) {

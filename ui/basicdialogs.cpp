@@ -298,7 +298,7 @@ QDialog* makemodelinfo() {
         auto* const line = new QLabel(text, dialog);
         line->setTextInteractionFlags(Qt::TextSelectableByMouse);
         line->setWordWrap(true);
-        heading->addRow(caption, line);
+        heading->addRow(new QLabel(caption, dialog), line);  // no key goes to a text
     }
     rows->addLayout(heading);
     auto* const table = new QTableWidget(7, 3, dialog);
@@ -324,12 +324,12 @@ QDialog* makemodelinfo() {
         }
     }
     table->resizeColumnsToContents();
+    const int wide = table->horizontalHeader()->length() + 4;
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     table->verticalHeader()->setDefaultSectionSize(dialog->fontMetrics().height() + 8);
     table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    table->setMinimumSize(
-        std::max(430, table->horizontalHeader()->length()),
-        table->horizontalHeader()->sizeHint().height() + 4 + table->verticalHeader()->length());
+    table->setMinimumSize(std::max(430, wide), table->horizontalHeader()->sizeHint().height() + 4 +
+                                                   table->verticalHeader()->length());
     rows->addWidget(table);
     auto* const buttons = new QHBoxLayout;
     addcopytable(table, dialog, buttons);

@@ -171,8 +171,9 @@ static void scrollinside(QDialog* dialog) {
     dialog->resize(inside->sizeHint() + QSize(bar, bar));
 }
 
-// The toolkit gives a window two thirds of the screen at most, holds a least size of its own
-// against that of its controls, and does not count the lines into which its width breaks a text.
+// The toolkit gives a window two thirds of the screen at most, which leaves the model in sight. But
+// it holds a least size of its own against that of its controls, and does not count the lines into
+// which its width breaks a text.
 static void fittoscreen(QDialog* dialog) {
     QLayout* const rows = dialog->layout();
     if (!rows || dialog->property(fitted).toBool()) return;
@@ -183,7 +184,8 @@ static void fittoscreen(QDialog* dialog) {
     const QSize room = dialog->screen()->availableSize() - around;
     const bool chosen = dialog->testAttribute(Qt::WA_Resized);
     QSize least = rows->totalMinimumSize();
-    QSize size = (chosen ? dialog->size() : rows->totalSizeHint()).expandedTo(least);
+    const QSize usual = rows->totalSizeHint().boundedTo(dialog->screen()->availableSize() * 2 / 3);
+    QSize size = (chosen ? dialog->size() : usual).expandedTo(least);
     size = size.expandedTo(dialog->minimumSize());
     if (rows->hasHeightForWidth()) {
         const int width = std::min(size.width(), room.width());

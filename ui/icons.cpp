@@ -129,7 +129,7 @@ static const std::map<std::string, const char*> outlines = {
      "M 3 5 L 14 5 M 3 11 L 14 11 M 3 17 L 11 17 + M 18 21 L 18 6 M 14 10 L 18 6 L 22 10"},
     {"preview",
      "M 11 21 L 5 21 L 5 3 L 14 3 L 18 7 L 18 9 M 14 3 L 14 7 L 18 7 + C 15 15 4 M 18 18 L 22 22"},
-    {"pagesetup", "R 5 3 14 18 + M 8.5 3 L 8.5 21 M 15.5 3 L 15.5 21 M 5 7 L 19 7 M 5 17 L 19 17"},
+    {"pagesetup", "R 5 3 14 18 + R 8.5 7 7 10"},
     {"pdf",
      "M 6 3 L 15 3 L 19 7 L 19 21 L 6 21 Z M 15 3 L 15 7 L 19 7 + M 12.5 10 L 12.5 18 M 9 14.5 L "
      "12.5 18 L 16 14.5"},

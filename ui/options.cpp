@@ -31,6 +31,7 @@ class generaloptions : public QDialog {
         auto* const rows = new QVBoxLayout(this);
         tabs = new QTabWidget(this);
         tabs->setObjectName("TabStrip1");
+        tabs->setUsesScrollButtons(false);  // all four are in sight, however large the letters
         rows->addWidget(tabs);
         buildredraw();
         buildhidden();

@@ -119,6 +119,7 @@ bool addloadcomb(combinationform& form) {
     loadloadcomb(form);
     putloadcomb(form);
     showcomb(form);
+    form.message = name + " is new: choose a load case and its multiplier, then press <Update>";
     return true;
 }
 

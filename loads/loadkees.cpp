@@ -150,6 +150,7 @@ void addloadcase(loadcaseform& form) {
         form.message = "Maximum number of loadcase";
         return;
     }
+    const bool typed = form.message == presstosave;
     const int before = nlc();
     curlc = before + 1;
     loadnode(0, 0) = curlc;
@@ -161,6 +162,8 @@ void addloadcase(loadcaseform& form) {
     form.changed = true;
     loadloadcase(form);
     putloadcase(form);
+    form.message = (typed ? "What was typed is not stored. " : "") + name +
+                   " is new: give it a name and a type, then press <Update>";
 }
 
 // One parameter of curlc; the boxes of a kind are stored in their order up to the first that holds

@@ -17,7 +17,12 @@ TEST(Loadcases, AddNamesAndTypesTheNewCase) {
     lcname(1) = "LC 2";
     elemload(2, 0, 0) = 3;  // left by a case that was deleted
     lcomb(1, 2) = 1.5f;
+    form.name = "Gravity";
+    editloadcase(form);
     addloadcase(form);
+    EXPECT_EQ(form.message,
+              "What was typed is not stored. LC 2* is new: give it a name and a type, "
+              "then press <Update>");
     EXPECT_EQ(lcname(2), "LC 2*");
     EXPECT_EQ(curlc, 2);
     EXPECT_EQ(lcpar(2, 4), 1) << "element mass is on, though the case is applied";

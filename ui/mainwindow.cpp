@@ -49,6 +49,7 @@
 #include "ui/viewwidget.h"
 #include "ui/windowsettings.h"
 #include "view/moddraw.h"
+#include "view/scaleview.h"
 #include "view/setviews.h"
 
 mainwindow* themainwindow;
@@ -172,13 +173,25 @@ void mainwindow::buildcommandline() {
     connect(warningbutton, &QToolButton::clicked, this, [] { showlog(solverlog().path); });
 }
 
+// The point in work beside what the active view shows.
+static bool isoutsideview() {
+    const keptpoint kept;
+    prepareview(activeview);
+    projectplace(activeview, modelx, modely, modelz);
+    return !(scrx >= 0 && scrx <= vieww && scry >= 0 && scry <= viewh);
+}
+
 void mainwindow::runtypedcommand() {
     const QString text = inputfield->currentText();
     if (text.isEmpty()) return keyhandler(keyenter);  // the end of a mode, as outside the line
     inputfield->addItem(text);
     inputfield->setCurrentIndex(-1);
     inputfield->clearEditText();
+    const double x = modelx, y = modely, z = modelz;
     runcommand(text.toStdString());
+    const bool moved = x != modelx || y != modely || z != modelz;
+    if (moved && isoutsideview())
+        showstatus(qtext(statusline()) + tr("   The point lies outside the view: Ctrl+0 fits it"));
 }
 
 // --- geometry -----------------------------------------------------------------------------------
@@ -305,8 +318,19 @@ void mainwindow::keyPressEvent(QKeyEvent* event) {
             keyhandler(keyback);
             break;
         default:
-            if (!isviewkey(event)) QMainWindow::keyPressEvent(event);
+            if (!isviewkey(event) && !takestyping(event)) QMainWindow::keyPressEvent(event);
     }
+}
+
+// What is typed while no field has the keyboard begins a command.
+bool mainwindow::takestyping(const QKeyEvent* event) {
+    const QString text = event->text();
+    const bool held =
+        event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    if (held || text.isEmpty() || !text[0].isPrint() || !inputfield->isEnabled()) return false;
+    inputfield->setFocus();
+    inputfield->lineEdit()->insert(text);
+    return true;
 }
 
 void mainwindow::closeEvent(QCloseEvent* event) {

@@ -68,6 +68,7 @@ class mainwindow : public QMainWindow {
     void buildcommandline();
     void runtypedcommand();
     bool commandkey(const QKeyEvent* event);
+    bool takestyping(const QKeyEvent* event);
     void runtypedcoordinates();
     void refreshcoordinates();
     void refreshcombinations();

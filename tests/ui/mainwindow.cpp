@@ -22,6 +22,7 @@
 #include "ui/dialogs.h"
 #include "ui/menus.h"
 #include "ui/toolbars.h"
+#include "ui/viewwidget.h"
 #include "ui/windowsettings.h"
 
 // The items without a menu of their own as "menu/item", without the marks of their keys.
@@ -184,6 +185,24 @@ TEST(Mainwindow, ToolbarsAreArrangedTakenBackAndRemembered) {
     remembertoolbars(deliveredtoolbars());
     for (const QString& key : windowsettings().allKeys())
         EXPECT_FALSE(key.startsWith("toolbars/")) << key.toStdString();
+}
+
+// Coordinates are typed right after a tool was chosen, wherever the keyboard is.
+TEST(Mainwindow, TypingOverAViewBeginsACommand) {
+    windowroom room;
+    room.window.view(1)->setFocus();
+    const auto type = [&](int key, Qt::KeyboardModifiers held, const char* text) {
+        QKeyEvent event(QEvent::KeyPress, key, held, text);
+        QApplication::sendEvent(room.window.view(1), &event);
+    };
+    auto* const line = room.window.findChild<QLineEdit*>("inputtext");
+    type(Qt::Key_K, Qt::ControlModifier, "k");
+    type(Qt::Key_Right, Qt::NoModifier, "");
+    EXPECT_EQ(line->text(), "");
+    type(Qt::Key_A, Qt::NoModifier, "a");
+    type(Qt::Key_X, Qt::NoModifier, "x");
+    EXPECT_EQ(line->text(), "ax");
+    EXPECT_EQ(room.window.focusWidget()->objectName(), "inputfield");
 }
 
 // Every button of the bars on top is on show, in one row where that is wide enough.

@@ -117,9 +117,13 @@ selectionsums sumselection() {
         if (isnode(float(nodesel(i)))) box.take(placeof(long(nodesel(i))));
     for (int i = 1; i <= sums.elements; ++i)
         if (const int e = int(elemsel(i)); e >= 1 && e <= nelems()) takeelement(e, sums, box);
-    for (int i = 1; i <= graphsel2(0, 0); ++i) {
-        const auto at = graphics.row(graphsel2(i, 0), graphsel2(i, 1));
-        box.take({at[1], at[2], at[3]});
+    for (int i = 1; i <= sums.graphics; ++i) {  // whole, whichever of their points were picked
+        const int g = graphsel(i, 0), kind = int(graphics(g, 0, 0));
+        const int points = kind == kindcircle || kind == kindcurve ? 3 : 2;
+        for (int j = 1; j <= points; ++j) {
+            const auto at = graphics.row(g, j);
+            box.take({at[1], at[2], at[3]});
+        }
     }
     for (std::size_t k = 0; k < 3; ++k)
         sums.extent[k] = box.high[k] >= box.low[k] ? box.high[k] - box.low[k] : 0;

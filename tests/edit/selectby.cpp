@@ -188,4 +188,13 @@ TEST(Selectby, TheSelectionIsCountedAndSummed) {
     EXPECT_EQ(sumstext(sumselection()), "length 2; area 3; mass (where known) 4; 8 x 8 x 2");
     selectlist(true, {1}, picks::told);
     EXPECT_EQ(selectioncounts() + sumstext(sumselection()), "1 node selected");
+    nodesel(0) = 0;
+    graphics(0, 0, 0) = 1;  // a line, picked by its first end
+    graphics(1, 0, 0) = kindline;
+    graphics(1, 2, 1) = 3;
+    graphics(1, 2, 2) = 4;
+    graphsel2(0, 0) = graphsel2(1, 0) = graphsel2(1, 1) = 1;
+    syncgraphsel();
+    EXPECT_EQ(selectioncounts() + " " + sumstext(sumselection()),
+              "1 graphic element selected 3 x 4 x 0");
 }

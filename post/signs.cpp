@@ -73,10 +73,11 @@ void drawsigns(surface& s, double left, double top, double width, double height)
         s.line(left + 0.15 * width, y + half, x, y + half, ink);
         s.line(x, y - half, x, y + half, ink);
         // The member's own axes at its first end, the forces on the face at the second.
-        picture.arrow(left, y + 1.6 * size, 1, 0);
-        picture.arrow(left, y + 1.6 * size, 0, -1);
-        picture.label(left + 1.1 * size, y + 1.6 * size - line / 2, "e1");
-        picture.label(left, y + 0.5 * size - line, plane.up);
+        const double axes = left + 0.2 * size;  // a head is half as wide
+        picture.arrow(axes, y + 1.6 * size, 1, 0);
+        picture.arrow(axes, y + 1.6 * size, 0, -1);
+        picture.label(axes + 1.1 * size, y + 1.6 * size - line / 2, "e1");
+        picture.label(axes, y + 0.5 * size - line, plane.up);
         picture.turn(plane.counterclockwise);
         picture.label(x + size, y - 0.9 * size - line / 2, plane.moment);
         picture.arrow(x, y - half, 0, -1);

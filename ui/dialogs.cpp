@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTabWidget>
 #include <map>
 #include <optional>
 
@@ -171,6 +172,15 @@ static void scrollinside(QDialog* dialog) {
     dialog->resize(inside->sizeHint() + QSize(bar, bar));
 }
 
+// Of tabs the toolkit counts the lines of the page on top alone.
+static void makepageshigh(const QDialog* dialog, int width) {
+    const int borders = 40;  // pixels beside a page
+    for (const auto* tabs : dialog->findChildren<QTabWidget*>())
+        for (int i = 0; i < tabs->count(); ++i)
+            if (QWidget* const page = tabs->widget(i); page->hasHeightForWidth())
+                page->setMinimumHeight(page->heightForWidth(width - borders));
+}
+
 // The toolkit gives a window two thirds of the screen at most, which leaves the model in sight. But
 // it holds a least size of its own against that of its controls, and does not count the lines into
 // which its width breaks a text.
@@ -183,9 +193,11 @@ static void fittoscreen(QDialog* dialog) {
     const QSize around(16, 48);  // pixels of a frame with its title
     const QSize room = dialog->screen()->availableSize() - around;
     const bool chosen = dialog->testAttribute(Qt::WA_Resized);
-    QSize least = rows->totalMinimumSize();
     const QSize usual = rows->totalSizeHint().boundedTo(dialog->screen()->availableSize() * 2 / 3);
-    QSize size = (chosen ? dialog->size() : usual).expandedTo(least);
+    QSize size = (chosen ? dialog->size() : usual).expandedTo(rows->totalMinimumSize());
+    makepageshigh(dialog, size.width());
+    QSize least = rows->totalMinimumSize();
+    size = size.expandedTo(least);
     size = size.expandedTo(dialog->minimumSize());
     if (rows->hasHeightForWidth()) {
         const int width = std::min(size.width(), room.width());

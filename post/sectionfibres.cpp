@@ -56,14 +56,17 @@ static void fitto(std::vector<point2>& corners, double point2::*of, double far) 
     for (point2& p : corners) p.*of = p.*of * grow + move;
 }
 
-// A hole and the second of two parts have no farther corners than the first, but for two angles
-// back to back, which are even about both.
+// Holes are even about both axes, as what is around them; two angles back to back count both.
 static sectionfibres findfibres(int g) {
     const outline parts = knownsection(g);
-    if (parts.size() != 1) return {};
+    if (parts.empty()) return {};
     sectionfibres f;
-    f.corners = parts[0];
-    const secondmoments m = momentsof(f.corners);
+    secondmoments m;
+    for (const std::vector<point2>& part : parts) {
+        f.corners.insert(f.corners.end(), part.begin(), part.end());
+        const secondmoments own = momentsof(part);
+        m = {m.xx + own.xx, m.yy + own.yy, m.xy + own.xy};
+    }
     const double ixx = groups(g, fieldixx), iyy = groups(g, fieldiyy);
     const double coupling = m.xy / std::sqrt(m.xx * m.yy);
     const bool even = extentof(f.corners, [](const point2& p) { return p.x; }).iseven() &&

@@ -15,6 +15,7 @@
 #include "post/diagrams.h"
 #include "post/nodeenvelope.h"
 #include "post/plainnumber.h"
+#include "post/plotunits.h"
 #include "post/shapes.h"
 #include "post/source.h"
 #include "post/stressenvelope.h"
@@ -136,7 +137,7 @@ class sourcedialog : public sidedialog {
         if (!isenvelope()) return;
         if (plotready() && plotsstress())
             for (const enveloperow& row : envelopetable(isplotted))
-                addrow(groupname(row.group), row.value,
+                addrow(groupname(row.group), row.value * shownfactor(plotformula()),
                        "element " + std::to_string(row.e) + ", node " +
                            std::to_string(int(elems(row.e, row.corner))),
                        row.combination);

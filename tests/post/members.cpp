@@ -481,6 +481,10 @@ TEST(Exactstress, ATeeHasItsOwnFibres) {
     EXPECT_NEAR(exactvalue(linecorner1, 1, 2), 100 * 28.684211 / ixx, 1e-8);
     EXPECT_NEAR(exactvalue(linecorner3, 1, 2), -100 * 71.315789 / ixx, 1e-8);
     EXPECT_NEAR(exactvalue(linebending, 1, 2), 100 * 71.315789 / ixx, 1e-8);
+    const beamroom pair;  // of angles back to back
+    bendsection(pair, dlprofile, {100, 100, 10, 0});
+    EXPECT_NEAR(exactvalue(linelargest, 1, 2), 100 * 71.315789 / groups(1, fieldixx), 1e-8);
+    EXPECT_NEAR(exactvalue(linesmallest, 1, 2), -100 * 28.684211 / groups(1, fieldixx), 1e-8);
     const beamroom other;
     bendsection(other, cprofile, {60, 100, 6, 8});
     EXPECT_NEAR(exactvalue(linelargest, 1, 2), 100 * 50 / groups(1, fieldixx), 1e-8);

@@ -198,6 +198,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkcontents(m);
     m.slip.clear();  // of a run before; the model may have grown since
     m.curve.clear();
+    m.fold.clear();
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);

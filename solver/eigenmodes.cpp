@@ -200,6 +200,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
             "The model has no mass that can move, so it has no eigenmodes. Give the element groups "
             "a specific mass, or nodal masses in a load case that is not of the applied kind");
     const std::unique_ptr<engine> l = makeengine();
+    l->describe(m, d);
     analysefactor(q, *l, spectrumcolumns(mass, s.modes), log);
     const double shift = shiftandfactorise(m, s, q, mass, *l, log);
     log.stage("modes");

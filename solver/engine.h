@@ -13,6 +13,11 @@ class engine {
     engine(const engine&) = delete;
     engine& operator=(const engine&) = delete;
 
+    // What the unknowns stand for; before all else.
+    virtual void describe(const model&, const dofmap&) {}
+    // False where it approaches a solution step by step, which is no way to find a mechanism.
+    virtual bool factors() const { return true; }
+
     // Symbolic factorisation, of a matrix in the order of elimination.
     virtual void analyse(const sparsematrix& a) = 0;
     virtual double entries() const = 0;  // of the factor
@@ -23,8 +28,8 @@ class engine {
     virtual bool factorise(const sparsematrix& a) = 0;
     // Smallest pivot over the diagonal it came from, and its unknown.
     virtual double smallestpivot(const sparsematrix& a, std::int64_t& unknown) = 0;
-    // Solves for several right sides, in place: a x = b, or, where it splits so, with one triangle l
-    // or l' alone.
+    // Solves for several right sides, in place: a x = b, or, where it splits so, with one triangle
+    // l or l' alone.
     enum class triangles { both, lower, upper };
     virtual void solve(double* x, int columns, triangles which) = 0;
     virtual bool splits() const { return true; }

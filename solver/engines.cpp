@@ -20,6 +20,11 @@ std::unique_ptr<engine> makeengine() {
     return current ? current(currentsettings) : std::make_unique<factor>();
 }
 
+std::unique_ptr<engine> makefactor() {
+    std::unique_ptr<engine> one = makeengine();
+    return one->factors() ? std::move(one) : makers()["mumps"](currentsettings);
+}
+
 void addengine(const std::string& name, enginemaker maker) {
     makers()[name] = std::move(maker);
 }

@@ -10,6 +10,8 @@
 
 // One of the kind that this process works with, at first the program's own factor, "cholmod".
 std::unique_ptr<engine> makeengine();
+// The same, or one that factorises in its place where it does not.
+std::unique_ptr<engine> makefactor();
 
 // Makes another kind known to this program, under the name that feiflu.ini gives it.
 using enginemaker = std::function<std::unique_ptr<engine>(const settings& s)>;

@@ -153,6 +153,7 @@ static void refinereactions(const model& m, const settings& s, const equations& 
 static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
                         results& r, runlog& log) {
     const std::unique_ptr<engine> l = makeengine();
+    l->describe(m, q.dofs);
     if (q.dofs.unknowns > 0) {
         analysefactor(q, *l, m.ncases(), log);
         factorise(m, s, q, *l, log);

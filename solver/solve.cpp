@@ -169,7 +169,8 @@ static std::vector<double> softestmotion(const model& m, const settings& s, cons
     const std::int64_t n = q.stiffness.size();
     const std::vector<double> diagonal = diagonalof(q.stiffness);
     sparsematrix a;
-    const std::unique_ptr<engine> l = makeengine();
+    const std::unique_ptr<engine> l = makefactor();
+    l->describe(m, q.dofs);
     energy = -1;
     const double trace = factorisewithtrace(q.stiffness, a, *l), least = 1e-10;
     if (trace == 0) return {};

@@ -8,6 +8,7 @@
 
 #include "solver/engines.h"
 #include "solver/mpi/mpiranks.h"
+#include "solver/mpi/multigrid.h"
 #include "solver/mpi/mumps.h"
 #include "solver/program.h"
 #include "solver/tune.h"
@@ -21,6 +22,7 @@ int main(int count, char** words) {
         mpiranks processes;
         setranks(processes);
         addengine("mumps", [](const settings& s) { return std::make_unique<mumps>(s.scratch); });
+        addengine("multigrid", [](const settings&) { return std::make_unique<multigrid>(); });
         code = runprogram({words + 1, words + count});
     }
     std::fflush(nullptr);

@@ -66,8 +66,8 @@ class instance {
     // Leaves the memory for the disc.
     void gotodisc() {
         icntl(22) = 1;
-        folder.copy(id.ooc_tmpdir, sizeof id.ooc_tmpdir - 1);
-        prefix.copy(id.ooc_prefix, sizeof id.ooc_prefix - 1);
+        settext(folder, id.ooc_tmpdir);
+        settext(prefix, id.ooc_prefix);
     }
 
     // False where a pivot is not above 0.
@@ -100,6 +100,12 @@ class instance {
     int negatives() const { return infog(12); }
 
   private:
+    // What stands there at first is longer.
+    template <std::size_t size>
+    static void settext(const std::string& text, char (&to)[size]) {
+        std::fill_n(to, size, char(0));
+        text.copy(to, size - 1);
+    }
     void call(job what) {
         id.job = what;
         dmumps_c(&id);

@@ -1,0 +1,276 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Calls of PETSc. Every owner of unknowns has as many rows as a node has degrees of freedom, so
+// that nodes are aggregated whole; rows of what is held stand for themselves.
+#include "solver/mpi/multigrid.h"
+
+#include <petscksp.h>
+
+#include <Eigen/Geometry>
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+
+#include "solver/mpi/mumps.h"
+#include "solver/ranks.h"
+#include "solver/softness.h"
+
+static void check(PetscErrorCode code) {
+    if (code != 0)
+        refuse("The engine PETSc ended with its fault " + std::to_string(code) +
+               ", maybe for lack of memory; use engine = mumps in feiflu.ini");
+}
+
+struct multigrid::inside {
+    int block = 1;                // rows of an owner
+    std::vector<PetscInt> row;    // of each unknown
+    std::vector<PetscInt> held;   // rows without an unknown, of the first process alone
+    std::vector<double> motions;  // rigid ones, rows numbers each
+    PetscInt rows = 0;
+    double entries = 0, tolerance = 1e-13;
+    std::vector<PetscScalar> values;
+    Mat matrix = nullptr;
+    KSP solver = nullptr;
+    Vec x = nullptr, b = nullptr, whole = nullptr;
+    VecScatter all = nullptr;
+
+    std::unique_ptr<engine> small;  // in place of all this
+
+    // What a fault has left half made is not fit for being unmade.
+    ~inside() {
+        if (std::uncaught_exceptions() == 0) release();
+    }
+    void release() {
+        KSPDestroy(&solver);
+        VecScatterDestroy(&all);
+        for (Vec* const v : {&x, &b, &whole}) VecDestroy(v);
+        MatDestroy(&matrix);
+    }
+    void placeowner(const model& m, const dofmap& d, int owner, int place);
+    void hangmotions();
+    bool solveone(double* values, double wanted);
+};
+
+// --- numbering and rigid motions ----------------------------------------------------------------
+
+// Displacements of a degree of freedom (code 1..6) at x by the motion 0..5: three translations,
+// three rotations.
+static double motionat(int motion, int code, const vec3& x) {
+    if (motion < 3) return code == motion + 1 ? 1 : 0;
+    if (code > 3) return code - 4 == motion - 3 ? 1 : 0;
+    const vec3 axis = vec3::Unit(motion - 3);
+    return axis.cross(x)[code - 1];
+}
+
+void multigrid::inside::placeowner(const model& m, const dofmap& d, int owner, int place) {
+    const int first = d.firstunknown[std::size_t(place)];
+    const int count = d.unknowncount[std::size_t(place)];
+    const int space = d.spaceof[std::size_t(owner)];
+    const vec3 x = m.nodes[std::size_t(owner)] - m.nodes[1];
+    int local = 0;
+    for (int k = 0; k < block; ++k) {
+        const PetscInt at = PetscInt(place) * block + k;
+        const bool own = space >= 0 ? k < count : d.equation[d.index(owner, k)] >= 0;
+        if (!own) {
+            if (allranks().first()) held.push_back(at);
+            continue;
+        }
+        row[std::size_t(first + local++)] = at;
+        for (int motion = 0; motion < 6; ++motion) {
+            double& value = motions[std::size_t(motion) * std::size_t(rows) + std::size_t(at)];
+            if (space < 0) value = motionat(motion, d.code[k], x);
+            const int base = space < 0 ? 0 : d.spaces[std::size_t(space)].base;
+            for (int j = 0; j < base; ++j)
+                value += d.spaces[std::size_t(space)].z(j, k) * motionat(motion, d.code[j], x);
+        }
+    }
+}
+
+void multigrid::describe(const model& m, const dofmap& d) {
+    inside& s = *in;
+    s.block = d.pernode;
+    s.rows = PetscInt(d.firstunknown.size()) * s.block;
+    s.row.assign(std::size_t(d.unknowns), 0);
+    s.held.clear();
+    s.motions.assign(6 * std::size_t(s.rows), 0);
+    for (int n = 1; n <= m.nnodes(); ++n)
+        if (const int place = d.position[std::size_t(n)]; place >= 0) s.placeowner(m, d, n, place);
+}
+
+void multigrid::inside::hangmotions() {
+    PetscInt begin = 0, end = 0;
+    check(MatGetOwnershipRange(matrix, &begin, &end));
+    std::vector<Vec> vectors;
+    for (std::size_t motion = 0; motion < 6; ++motion) {
+        const double* const from = motions.data() + motion * std::size_t(rows);
+        if (std::all_of(from, from + rows, [](double v) { return v == 0; })) continue;
+        Vec v = nullptr;
+        check(VecDuplicate(x, &v));
+        PetscScalar* to = nullptr;
+        check(VecGetArrayWrite(v, &to));
+        std::copy(from + begin, from + end, to);
+        check(VecRestoreArrayWrite(v, &to));
+        for (Vec other : vectors) {
+            PetscScalar share = 0;
+            check(VecDot(v, other, &share));
+            check(VecAXPY(v, -share, other));
+        }
+        PetscReal length = 0;
+        check(VecNormalize(v, &length));
+        if (length > 0)
+            vectors.push_back(v);
+        else
+            check(VecDestroy(&v));
+    }
+    MatNullSpace space = nullptr;
+    check(MatNullSpaceCreate(PETSC_COMM_WORLD, PETSC_FALSE, PetscInt(vectors.size()),
+                             vectors.data(), &space));
+    check(MatSetNearNullSpace(matrix, space));
+    check(MatNullSpaceDestroy(&space));
+    for (Vec& v : vectors) check(VecDestroy(&v));
+}
+
+// --- engine -------------------------------------------------------------------------------------
+
+multigrid::multigrid() : in(new inside) {
+    PetscBool begun = PETSC_FALSE;
+    PetscInitialized(&begun);
+    if (begun == PETSC_TRUE) return;
+    check(PetscInitializeNoArguments());
+    check(PetscPopSignalHandler());  // the program has its own
+    check(PetscPushErrorHandler(PetscReturnErrorHandler, nullptr));
+}
+
+multigrid::~multigrid() = default;
+
+// Both triangles of what is handed in, and ones for what is held.
+void multigrid::analyse(const sparsematrix& a) {
+    inside& s = *in;
+    s.release();
+    const std::int64_t few = 3000;  // unknowns, which no coarser grid would serve
+    s.small = a.size() < few ? std::make_unique<mumps>("") : nullptr;
+    if (s.small) return s.small->analyse(a);
+    std::vector<PetscInt> rows, columns;
+    const std::size_t count = 2 * a.row.size() - std::size_t(a.size()) + s.held.size();
+    rows.reserve(count);
+    columns.reserve(count);
+    for (std::int64_t j = 0; j < a.size(); ++j)
+        for (auto i = std::size_t(a.start[std::size_t(j)]);
+             i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
+            const PetscInt r = s.row[std::size_t(a.row[i])], c = s.row[std::size_t(j)];
+            rows.push_back(r), columns.push_back(c);
+            if (r != c) rows.push_back(c), columns.push_back(r);
+        }
+    for (const PetscInt r : s.held) rows.push_back(r), columns.push_back(r);
+    s.entries = double(rows.size());
+    const PetscInt owners = s.rows / s.block, size = allranks().count(), me = allranks().me();
+    const PetscInt mine = (owners * (me + 1) / size - owners * me / size) * s.block;
+    check(MatCreate(PETSC_COMM_WORLD, &s.matrix));
+    check(MatSetSizes(s.matrix, mine, mine, s.rows, s.rows));
+    check(MatSetType(s.matrix, MATAIJ));
+    check(MatSetBlockSize(s.matrix, s.block));
+    check(MatSetPreallocationCOO(s.matrix, PetscCount(rows.size()), rows.data(), columns.data()));
+    check(MatSetOption(s.matrix, MAT_SPD, PETSC_TRUE));
+    check(MatCreateVecs(s.matrix, &s.x, &s.b));
+    check(VecScatterCreateToAll(s.x, &s.all, &s.whole));
+    s.hangmotions();
+}
+
+double multigrid::entries() const {
+    if (in->small) return in->small->entries();
+    return in->entries;
+}
+
+double multigrid::operations() const {
+    if (in->small) return in->small->operations();
+    return 2 * in->entries;  // of one step
+}
+
+double multigrid::bytes() const {
+    if (in->small) return in->small->bytes();
+    const double anentry = 60;  // with the coarser grids
+    return anentry * in->entries;
+}
+
+bool multigrid::factorise(const sparsematrix& a) {
+    inside& s = *in;
+    if (s.small) return s.small->factorise(a);
+    const std::vector<double> diagonal = diagonalof(a);
+    if (std::any_of(diagonal.begin(), diagonal.end(), [](double v) { return !(v > 0); }))
+        return false;
+    double typical = 0;
+    for (const double v : diagonal) typical += v / double(diagonal.size());
+    s.values.clear();
+    for (std::int64_t j = 0; j < a.size(); ++j)
+        for (auto i = std::size_t(a.start[std::size_t(j)]);
+             i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
+            s.values.push_back(a.value[i]);
+            if (a.row[i] != j) s.values.push_back(a.value[i]);
+        }
+    s.values.insert(s.values.end(), s.held.size(), typical);
+    check(MatSetValuesCOO(s.matrix, s.values.data(), INSERT_VALUES));
+    s.values = {};
+    PC preconditioner = nullptr;
+    check(KSPDestroy(&s.solver));
+    check(KSPCreate(PETSC_COMM_WORLD, &s.solver));
+    check(KSPSetOperators(s.solver, s.matrix, s.matrix));
+    check(KSPSetType(s.solver, KSPCG));
+    check(KSPSetNormType(s.solver, KSP_NORM_UNPRECONDITIONED));
+    check(KSPGetPC(s.solver, &preconditioner));
+    check(PCSetType(preconditioner, PCGAMG));
+    check(PCGAMGSetNSmooths(preconditioner, 1));
+    check(KSPSetUp(s.solver));
+    return true;
+}
+
+// False where it stagnates before the residual is the wanted part of the right side.
+bool multigrid::inside::solveone(double* values, double wanted) {
+    const int most = 3000;  // steps
+    PetscInt begin = 0, end = 0, steps = 0;
+    PetscScalar* to = nullptr;
+    check(VecGetOwnershipRange(b, &begin, &end));
+    check(VecSet(b, 0));
+    check(VecGetArray(b, &to));
+    for (std::size_t j = 0; j < row.size(); ++j)
+        if (row[j] >= begin && row[j] < end) to[row[j] - begin] = values[j];
+    check(VecRestoreArray(b, &to));
+    check(KSPSetTolerances(solver, wanted, 0, PETSC_DEFAULT, most));
+    check(KSPSolve(solver, b, x));
+    check(KSPGetIterationNumber(solver, &steps));
+    KSPConvergedReason reason = KSP_CONVERGED_ITERATING;
+    check(KSPGetConvergedReason(solver, &reason));
+    check(VecScatterBegin(all, x, whole, INSERT_VALUES, SCATTER_FORWARD));
+    check(VecScatterEnd(all, x, whole, INSERT_VALUES, SCATTER_FORWARD));
+    const PetscScalar* from = nullptr;
+    check(VecGetArrayRead(whole, &from));
+    for (std::size_t j = 0; j < row.size(); ++j) values[j] = from[row[j]];
+    check(VecRestoreArrayRead(whole, &from));
+    return reason > 0;
+}
+
+double multigrid::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
+    if (in->small) return in->small->smallestpivot(a, unknown);
+    const double rough = 1e-4, rounding = 1e-12, fine = in->tolerance;
+    in->tolerance = rough;
+    double soft = 0;
+    guarded([&] { soft = softness(*this, a, unknown); }, [](const runtimeerror&) {});
+    in->tolerance = fine;
+    return soft < rounding ? soft : 1;
+}
+
+void multigrid::solve(double* x, int columns, triangles) {
+    if (in->small) return in->small->solve(x, columns);
+    const auto n = std::int64_t(in->row.size());
+    const double enough = 1e-10;
+    for (int c = 0; c < columns; ++c) {
+        const std::vector<double> f(x + c * n, x + (c + 1) * n);
+        if (std::all_of(f.begin(), f.end(), [](double v) { return v == 0; })) continue;
+        if (in->solveone(x + c * n, in->tolerance)) continue;
+        std::copy(f.begin(), f.end(), x + c * n);
+        if (!in->solveone(x + c * n, std::max(enough, in->tolerance)))
+            refuse(
+                "The multigrid stagnates: after 3000 steps the forces are not in balance. The "
+                "model is thin, slender or nearly a mechanism; use engine = mumps in "
+                "feiflu.ini, with a scratch folder where the memory is short");
+    }
+}

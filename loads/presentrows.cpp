@@ -8,6 +8,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/units.h"
 
 namespace {
 struct fieldcount {
@@ -57,15 +58,16 @@ std::string presentrows(const attributeform& form) {
     const int all = markitems(form, chosen);
     if (all == 0) return {};
     const fieldcounts counts = countrows(chosen);
+    const auto labels = editconstraint ? constraintlabels() : form.loadlabel;
     std::string text;
     for (std::size_t k = 0; k < counts.size(); ++k) {
         const fieldcount& c = counts[k];
         if (c.items == 0) continue;
-        const auto& labels = editconstraint ? constraintlabel : form.loadlabel;
         text += (text.empty() ? "" : ", ") +
                 labels[k].caption.substr(0, labels[k].caption.find_first_of(" =")) + " " +
                 numbertext(c.least);
         if (c.most != c.least) text += " to " + numbertext(c.most);
+        if (!unitstext.empty()) text += " " + labels[k].unit;
         if (all > 1) text += " at " + numbertext(c.items) + " of " + numbertext(all);
     }
     return "At present: " + (text.empty() ? "nothing" : text);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/catalogue.h"
+#include "core/formulas.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "view/drawelems.h"
@@ -94,12 +95,13 @@ static double largestload(int lc, double factor) {
 
 // The end of a load: its heads, where loads have them, and its number, where that is asked for.
 // Of those that begin and point alike some have them; the strokes cover each other as they are.
-static void drawend(surface& s, const stroke& drawn, int dof, double value, thinning& heads) {
+static void drawend(surface& s, const stroke& drawn, int lc, int dof, double value,
+                    thinning& heads) {
     const bool moment = dof > 3;
     const colour c = shown(moment ? momcolor : loadcolor);
     if (!heads.accepts(drawn.tip.x, drawn.tip.y)) return;
     if (symbolsdrawn.field) drawheads(s, drawn.from, drawn.tip, moment ? 2 : 1, c);
-    drawvalue(s, drawn.tip, value, c);
+    drawvalue(s, drawn.tip, value, nodalformula(lc, dof), c);
 }
 
 static void drawnodalloads(surface& s, int lc, double factor, double maxload, int nview) {
@@ -115,7 +117,7 @@ static void drawnodalloads(surface& s, int lc, double factor, double maxload, in
                                         factor * (loadval(lc, i) * unit / maxload), nview,
                                         shown(moment ? momcolor : loadcolor));
         if (value != 0 && (symbolsdrawn.field || symbolsdrawn.values))
-            drawend(s, drawn, dof, value, heads);
+            drawend(s, drawn, lc, dof, value, heads);
     }
 }
 
@@ -131,8 +133,8 @@ static void drawelementrows(int lc, double factor, double maxload, int nview) {
         const double* const axis = axes[k];
         const double length = symbollength() * value / maxload;
         if (symbolsdrawn.field) {
-            drawelementarrows(e, {axis, length, value, shown(loadcolor)}, taken[std::size_t(k)],
-                              nview);
+            drawelementarrows(e, {axis, length, value, elementformula(e), shown(loadcolor)},
+                              taken[std::size_t(k)], nview);
             continue;
         }
         setpoint(nview, axisorigin[0], axisorigin[1], axisorigin[2]);
@@ -140,7 +142,7 @@ static void drawelementrows(int lc, double factor, double maxload, int nview) {
         drawstroke(from, axis, length, nview, shown(loadcolor));
         if (surface* const s = target(nview);
             value != 0 && taken[std::size_t(k)].numbers.accepts(scrx, scry))
-            drawvalue(*s, {scrx, scry}, value, shown(loadcolor));
+            drawvalue(*s, {scrx, scry}, value, elementformula(e), shown(loadcolor));
     }
 }
 
@@ -226,7 +228,7 @@ static void drawreactions(surface& s, int nview) {
         s.line(x, y, scrx, scry, shown(red));
         if (!heads.accepts(scrx, scry)) continue;
         if (symbolsdrawn.field) drawheads(s, {x, y}, {scrx, scry}, 1, shown(red));
-        drawvalue(s, {scrx, scry}, length(n), shown(red));
+        drawvalue(s, {scrx, scry}, length(n), "F", shown(red));
     }
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/catalogue.h"
+#include "core/formulas.h"
 #include "core/model.h"
 #include "core/session.h"
 #include "view/drawelems.h"
@@ -103,7 +104,7 @@ static void drawmovement(surface& s, const support& p, int dof, point2 at, int n
     s.line(at.x, at.y, tip.x, tip.y, c);
     if (p.moved[dof - 1] == 0) return;
     drawheads(s, at, tip, turns ? 2 : 1, c);
-    drawvalue(s, tip, p.moved[dof - 1], c);
+    drawvalue(s, tip, p.moved[dof - 1], constraintformula(dof), c);
 }
 
 static void drawonesupport(surface& s, const support& p, int nview) {

@@ -55,7 +55,7 @@ static void drawcomb(surface& s, const corners& at, const arrowload& load, arrow
             taken.arrows.accepts(a.from.x, a.from.y))
             drawarrow(s, a, load.c);
     if (taken.numbers.accepts(middle.tip.x, middle.tip.y))
-        drawvalue(s, middle.tip, load.value, load.c);
+        drawvalue(s, middle.tip, load.value, load.formula, load.c);
 }
 
 static void drawraster(surface& s, const corners& at, int elnn, const arrowload& load,
@@ -70,7 +70,8 @@ static void drawraster(surface& s, const corners& at, int elnn, const arrowload&
             const arrow a = arrowat(p, load);
             if (!taken.arrows.accepts(a.from.x, a.from.y)) continue;
             drawarrow(s, a, load.c);
-            if (taken.numbers.accepts(a.tip.x, a.tip.y)) drawvalue(s, a.tip, load.value, load.c);
+            if (taken.numbers.accepts(a.tip.x, a.tip.y))
+                drawvalue(s, a.tip, load.value, load.formula, load.c);
         }
 }
 

@@ -5,11 +5,13 @@
 #include "core/colours.h"
 #include "view/thinning.h"
 
-// Along a unit vector, length in scaled units, negative against it; value is the number beside it.
-// Arrows of neighbours keep a distance, and their numbers a larger one. The view is prepared.
+// Along a unit vector, length in scaled units, negative against it; value is the number beside it,
+// by formula. Arrows of neighbours keep a distance, and their numbers a larger one. The view is
+// prepared.
 struct arrowload {
     const double* axis;
     double length, value;
+    const char* formula;
     colour c;
 };
 struct arrowroom {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "core/numtext.h"
+#include "core/units.h"
 #include "core/views.h"
 #include "view/symbolstyle.h"
 
@@ -41,9 +42,10 @@ std::string shortnumber(double value) {
                                : std::round(value / unit) * unit);
 }
 
-void drawvalue(surface& s, point2 end, double value, colour c) {
+void drawvalue(surface& s, point2 end, double value, const char* formula, colour c) {
     if (!symbolsdrawn.values) return;
-    const std::string text = shortnumber(value);
+    std::string text = shortnumber(value);
+    if (!unitstext.empty()) text += " " + unitname(formula);
     point2 corner{end.x + 0.05, end.y};
     if (!placelabel(s, text, end, corner)) return;
     s.textcolor = c;

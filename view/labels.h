@@ -50,5 +50,6 @@ bool placelabel(surface& s, std::string_view text, point2 of, point2& corner);
 
 // Four digits: 12.35, 1.5E-07.
 std::string shortnumber(double value);
-// The number of a symbol beside its end, where there is room for it.
-void drawvalue(surface& s, point2 end, double value, colour c);
+// The number of a symbol beside its end, where there is room for it; what it is as a formula of
+// units (core/units).
+void drawvalue(surface& s, point2 end, double value, const char* formula, colour c);

@@ -8,6 +8,7 @@
 #include <random>
 
 #include "core/allocmodel.h"
+#include "core/kaltext.h"
 #include "loads/loadaxes.h"
 #include "loads/loadkees.h"
 #include "tests/support/recorder.h"
@@ -302,6 +303,8 @@ TEST(Attributes, TheSelectionsRowsAreToldInWords) {
     EXPECT_EQ(presentrows(form), "At present: Dx 0 to 1.5 at 2 of 3, Rz 0 at 1 of 3");
     form.chosen = 2;
     EXPECT_EQ(presentrows(form), "At present: Dx 1.5");
+    unitstext = "m kN t";
+    EXPECT_EQ(presentrows(form), "At present: Dx 1.5 m");
     closeattributes(form);
     EXPECT_EQ(presentrows(form), "") << "no mode";
     editnodalload = true;

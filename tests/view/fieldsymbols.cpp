@@ -4,6 +4,7 @@
 #include <cmath>
 #include <set>
 
+#include "core/kaltext.h"
 #include "tests/support/recorder.h"
 #include "tools/groupsection.h"
 #include "view/drawconditions.h"
@@ -90,6 +91,7 @@ TEST(Fieldsymbols, StandWhereTheMembersAndTheLoadsAre) {
     sessionroom room;
     symbolsdrawn.field = symbolsdrawn.values = true;
     symbolsdrawn.size = 200;  // a stroke of a centimetre
+    unitstext = "m kN t";
     addelement(1, {addnode(0, 0, 0), addnode(4, 0, 0)});
     addelement(9, {addnode(-4, -4, 0), addnode(-1.9f, -4, 0), addnode(-1.9f, -1.9f, 0),
                    addnode(-4, -1.9f, 0)});
@@ -107,11 +109,12 @@ TEST(Fieldsymbols, StandWhereTheMembersAndTheLoadsAre) {
         int heads, arrows;
         const char *line, *value;
     } cases[] = {
-        {"a force", 2, 2, 1, 1, "line 14.00 5.00 14.00 4.00", "text 14.05 4.00 12.35"},
-        {"a moment", 2, 5, 2, 1, "line 14.00 5.00 14.00 3.00", "text 14.05 3.00 12.35"},
-        {"to the eye", 2, 3, 0, 1, "line 14.00 5.00 14.00 5.00", "text 14.05 5.00 12.35"},
-        {"along a member", 0, 2, 11, 11, "line 10.00 4.00 14.00 4.00", "text 12.05 4.00 12.35"},
-        {"on a plate", -1, 2, 25, 25, "line 6.21 8.79 6.21 7.79", "text 6.26 7.79 12.35"},
+        {"a force", 2, 2, 1, 1, "line 14.00 5.00 14.00 4.00", "text 14.05 4.00 12.35 kN"},
+        {"a moment", 2, 5, 2, 1, "line 14.00 5.00 14.00 3.00", "text 14.05 3.00 12.35 kN m"},
+        {"to the eye", 2, 3, 0, 1, "line 14.00 5.00 14.00 5.00", "text 14.05 5.00 12.35 kN"},
+        {"along a member", 0, 2, 11, 11, "line 10.00 4.00 14.00 4.00",
+         "text 12.05 4.00 12.35 kN/m"},
+        {"on a plate", -1, 2, 25, 25, "line 6.21 8.79 6.21 7.79", "text 6.26 7.79 12.35 kN/m2"},
     };
     for (const auto& c : cases) {
         loadnode(1, 0) = 0;

@@ -210,9 +210,12 @@ class pdfbook : public booksink {
     double tableletters() const { return columns.size() > widecolumns ? widetablesize : tablesize; }
     void head() {
         setfont(tableletters(), true);
-        for (std::size_t i = 0; i < columns.size(); ++i)
-            cell(i, qtext(columns[i].caption), columns[i].number, 0);
-        y += lineheight() + 0.05;
+        std::vector<std::string> captions;
+        for (const bookcolumn& column : columns) captions.push_back(column.caption);
+        cellrows rows;
+        const std::size_t tall = wrapcells(captions, rows);
+        drawcells(rows);
+        y += double(tall) * lineheight() + 0.05;
         rule(0.03, QColor(80, 80, 80));
         setfont(tableletters());
     }
@@ -223,25 +226,33 @@ class pdfbook : public booksink {
         drawtext(edges[i] + pad + (atright ? width - widthof(words) : 0), words);
         y = before;
     }
-    void line(const std::vector<std::string>& cells) {
+    using cellrows = std::vector<std::vector<QString>>;  // the lines of each cell
+    // How many lines the tallest has.
+    std::size_t wrapcells(const std::vector<std::string>& cells, cellrows& rows) const {
         std::size_t tall = 1;
-        wrapped.clear();
+        rows.clear();
         for (std::size_t i = 0; i < cells.size() && i < columns.size(); ++i) {
             const QString words = qtext(cells[i]);
             const double width = edges[i + 1] - edges[i] - 0.12;
             // Numbers fit, and are many.
             const bool plain = cells[i].size() < 8 || widthof(words) <= width;
-            wrapped.push_back(plain ? std::vector<QString>{words} : linesof(words, width));
-            tall = std::max(tall, wrapped.back().size());
+            rows.push_back(plain ? std::vector<QString>{words} : linesof(words, width));
+            tall = std::max(tall, rows.back().size());
         }
-        const double height = double(tall) * lineheight() + 0.06;
+        return tall;
+    }
+    void drawcells(const cellrows& rows) {
+        for (std::size_t i = 0; painter && i < rows.size(); ++i)
+            for (std::size_t k = 0; k < rows[i].size(); ++k)
+                cell(i, rows[i][k], columns[i].number, int(k));
+    }
+    void line(const std::vector<std::string>& cells) {
+        const double height = double(wrapcells(cells, wrapped)) * lineheight() + 0.06;
         if (y + height > lastline) {
             nextpage();
             head();
         }
-        for (std::size_t i = 0; painter && i < wrapped.size(); ++i)
-            for (std::size_t k = 0; k < wrapped[i].size(); ++k)
-                cell(i, wrapped[i][k], columns[i].number, int(k));
+        drawcells(wrapped);
         y += height - 0.01;
         rule(0.01, QColor(215, 215, 215));
     }
@@ -299,7 +310,7 @@ class pdfbook : public booksink {
     QColor ink = QColor(26, 26, 26);
     std::vector<bookcolumn> columns;
     std::vector<double> edges;  // of the columns, from the left margin
-    std::vector<std::vector<QString>> wrapped;
+    cellrows wrapped;
 };
 
 }  // namespace

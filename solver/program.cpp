@@ -119,6 +119,7 @@ static int run(const arguments& a) {
     const auto failed = [&](const runtimeerror& e) { fault = e.what; };
     guarded(
         [&] {
+            processes.checkversions(KALVANE_VERSION);
             together([&] {
                 j = jobof(a);
                 if (std::filesystem::exists(j.base + ".commit~"))

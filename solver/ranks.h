@@ -35,6 +35,8 @@ class ranks {
 
     std::string textoffirst(const std::string& mine) { return anyfault(first() ? mine : ""); }
 
+    // Refuses where the programs of the processes are not of one version.
+    virtual void checkversions(const std::string&) {}
     // Which process works on each element (by number); empty where there is one.
     virtual std::vector<std::uint16_t> partition(const model&) { return {}; }
     // The end of the analysis in this process. Whoever fails while others go on ends them all.

@@ -20,8 +20,7 @@ class mpiranks : public ranks {
     std::vector<std::uint16_t> partition(const model& m) override;
     void end(const std::string& fault) override;
 
-    // Refuses where the programs on the hosts are not of one version.
-    void checkversions(const std::string& version);
+    void checkversions(const std::string& version) override;
     const std::string& host() const { return hostname; }
 
   private:

@@ -309,14 +309,26 @@ std::string mergeall() {
     return text;
 }
 
-std::string tolerancenote() {
+static float largestcoordinate() {
     float largest = 0;
     const auto look = [&](const float* at) {
         for (int k = 0; k < 3; ++k) largest = std::max(largest, std::fabs(at[k]));
     };
     for (int n = 1; n <= nnodes(); ++n) look(nodes.row(0, n).data());
     for (int n = 1; n <= int(tmpnodes(0, 0)); ++n) look(tmpnodes.row(n).data() + 1);
-    const float step = std::nextafter(largest, std::numeric_limits<float>::infinity()) - largest;
+    return largest;
+}
+
+static float stepat(float coordinate) {
+    return std::nextafter(coordinate, std::numeric_limits<float>::infinity()) - coordinate;
+}
+
+double coordinatestep() {
+    return double(stepat(largestcoordinate()));
+}
+
+std::string tolerancenote() {
+    const float largest = largestcoordinate(), step = stepat(largest);
     if (!(mergetol > 0) || mergetol >= double(step) || !std::isfinite(step)) return "";
     return "The merge tolerance " + numbertext(mergetol) +
            " is less than the step of coordinates, " + numbertext(step) + " at " +

@@ -26,6 +26,7 @@ int newplaces();
 // What there is to say when the tolerance is finer than the largest coordinates of model and buffer
 // can be told apart as Singles; empty when it is not.
 std::string tolerancenote();
+double coordinatestep();  // of the largest coordinate of both
 
 // Pairs of near nodes, and double elements, into modelname + ".txt"; the model is not changed.
 // Return the number of lines, -1 when the file could not be written (the user was told, or

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
+#include <span>
 #include <unordered_set>
 
 #include "core/numtext.h"
@@ -102,31 +104,24 @@ double extentof(const drawn& drawing) {
     return low[0] > high[0] ? 0 : lengthof(minus(high, low));
 }
 
-// --- lines that meet ----------------------------------------------------------------------------
+// --- pieces by the cells that they come near ----------------------------------------------------
 
 namespace {
 
-class splitter {
+class piecegrid {
   public:
-    splitter(std::vector<drawnpiece>& list, double reach, const std::string& file)
-        : pieces(list), distance(reach), name(file), cuts(list.size()) {
+    using entry = std::pair<std::uint64_t, std::uint32_t>;  // cell, place of the piece
+
+    piecegrid(const std::vector<drawnpiece>& list, double distance)
+        : pieces(list), reach(distance) {
         choosecells();
         for (std::size_t i = 0; i < pieces.size(); ++i) place(std::uint32_t(i));
-        std::ranges::sort(entries);
+        std::ranges::sort(all);
     }
-    // Returns how many pieces were cut.
-    long run() {
-        for (std::size_t begin = 0; begin < entries.size();) {
-            std::size_t end = begin + 1;
-            while (end < entries.size() && entries[end].first == entries[begin].first) ++end;
-            for (std::size_t i = begin; i < end; ++i)
-                for (std::size_t j = i + 1; j < end; ++j)
-                    if (entries[i].second != entries[j].second)
-                        meet(entries[i].second, entries[j].second);
-            readingprogress(name, double(end) / double(entries.size()));
-            begin = end;
-        }
-        return cutall();
+    const std::vector<entry>& entries() const { return all; }
+    // The entries of the cell of a place: no other piece comes nearer to it than the reach.
+    auto near(const triple& at) const {
+        return std::ranges::equal_range(all, keyof(cellof(at, side)), {}, &entry::first);
     }
 
   private:
@@ -141,7 +136,7 @@ class splitter {
         const auto middle = lengths.begin() + long(lengths.size() / 2);
         std::ranges::nth_element(lengths, middle);
         const double entriesapiece = 4;
-        side = std::max({*middle, total / (entriesapiece * double(pieces.size())), distance * 4});
+        side = std::max({*middle, total / (entriesapiece * double(pieces.size())), reach * 4});
         if (!(side > 0)) side = 1;
     }
     // A piece is in every cell that it comes near, stretch by stretch.
@@ -159,12 +154,46 @@ class splitter {
                 low[k] = std::min(a[k], b[k]);
                 high[k] = std::max(a[k], b[k]);
             }
-            eachcell(low, high, distance, side, [&](std::uint64_t key) { keys.push_back(key); });
+            eachcell(low, high, reach, side, [&](std::uint64_t key) { keys.push_back(key); });
         }
         std::ranges::sort(keys);
         keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
-        for (const std::uint64_t key : keys) entries.push_back({key, i});
+        for (const std::uint64_t key : keys) all.push_back({key, i});
     }
+
+    const std::vector<drawnpiece>& pieces;
+    double reach, side = 1;
+    std::vector<entry> all;
+};
+
+}  // namespace
+
+// --- lines that meet ----------------------------------------------------------------------------
+
+namespace {
+
+class splitter {
+  public:
+    splitter(std::vector<drawnpiece>& list, double reach, const std::string& file)
+        : pieces(list), distance(reach), name(file), cuts(list.size()) {}
+    // Returns how many pieces were cut.
+    long run() {
+        const piecegrid grid(pieces, distance);
+        const auto& entries = grid.entries();
+        for (std::size_t begin = 0; begin < entries.size();) {
+            std::size_t end = begin + 1;
+            while (end < entries.size() && entries[end].first == entries[begin].first) ++end;
+            for (std::size_t i = begin; i < end; ++i)
+                for (std::size_t j = i + 1; j < end; ++j)
+                    if (entries[i].second != entries[j].second)
+                        meet(entries[i].second, entries[j].second);
+            readingprogress(name, double(end) / double(entries.size()));
+            begin = end;
+        }
+        return cutall();
+    }
+
+  private:
     // A cut within the piece, farther from its ends than what is joined to them.
     void cut(std::uint32_t i, double part) {
         const double length = lengthof(minus(pieces[i].to, pieces[i].from));
@@ -226,10 +255,9 @@ class splitter {
     }
 
     std::vector<drawnpiece>& pieces;
-    double distance, side = 1;
+    double distance;
     const std::string& name;
     std::vector<std::vector<double>> cuts;  // parts of the length
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> entries;
 };
 
 }  // namespace
@@ -307,4 +335,123 @@ void buildmodel(const drawn& drawing, double distance, double longest, imported&
     found.report.changed("Ends and corners joined within " + roughly(distance),
                          std::max(0L, points - long(found.nodes.size())));
     dropunused(found, drawnnodes);
+}
+
+// --- ends that meet nothing ---------------------------------------------------------------------
+
+namespace {
+
+// Ends of lines that stop a little before another line or its end, which is a slip of the drawing
+// more often than meant.
+class gapfinder {
+  public:
+    gapfinder(imported& into, const joinings& how, double widest)
+        : found(into), joined(how), gap(widest), count(into.nodes.size() + 1) {
+        for (const importedelement& e : found.elements) {
+            if (e.corners[1] == 0 || e.corners[2] != 0) continue;
+            drawnpiece p;
+            p.from = at(e.corners[0]);
+            p.to = at(e.corners[1]);
+            pieces.push_back(p);
+            ends.push_back({e.corners[0], e.corners[1]});
+            for (const int n : ends.back()) ++count[std::size_t(n)];
+        }
+        listlines();
+    }
+    void tell() {
+        if (pieces.size() < 2) return;
+        const piecegrid grid(pieces, gap);
+        std::vector<int> open;
+        double widest = 0;
+        for (int n = 1; n <= int(found.nodes.size()); ++n) {
+            if (!isend(n)) continue;
+            double nearest = std::min(gap, shortest(n) / 2);
+            const double least = nearest;
+            for (const auto& [key, i] : grid.near(at(n)))
+                if (!isbeside(n, i)) nearest = std::min(nearest, gapto(n, i));
+            if (nearest >= least) continue;
+            open.push_back(n);
+            widest = std::max(widest, nearest);
+        }
+        if (open.empty()) return;
+        const std::string within = roughly(roundedup(widest));
+        found.report.warn(
+            (open.size() == 1 ? "An end stops" : numbertext(long(open.size())) + " ends stop") +
+            " within " + within + " of another line and " + (open.size() == 1 ? "is" : "are") +
+            " not joined; " + within + " in \"Join ends within\" joins " +
+            (open.size() == 1 ? "it" : "them"));
+        for (const int n : open) found.report.about(reportitems::nodes, n);
+    }
+
+  private:
+    const triple& at(int n) const { return found.nodes[std::size_t(n) - 1]; }
+    // The lines of each node, one list after the other; count becomes where each begins.
+    void listlines() {
+        std::exclusive_scan(count.begin(), count.end(), count.begin(), std::size_t(0));
+        lines.resize(2 * pieces.size());
+        std::vector<std::size_t> next = count;
+        for (std::size_t i = 0; i < ends.size(); ++i)
+            for (const int n : ends[i]) lines[next[std::size_t(n)]++] = std::uint32_t(i);
+        count.push_back(lines.size());
+    }
+    std::span<const std::uint32_t> linesof(int n) const {
+        const std::size_t first = count[std::size_t(n)];
+        return std::span(lines).subspan(first, count[std::size_t(n) + 1] - first);
+    }
+    int otherend(std::uint32_t i, int n) const { return ends[i][0] == n ? ends[i][1] : ends[i][0]; }
+    // No line goes on at this node about as straight as another comes.
+    bool isend(int n) const {
+        const std::size_t most = 16;  // lines of a node that are looked at
+        const auto list = linesof(n).first(std::min(linesof(n).size(), most));
+        const double straight = -0.9;  // cosine
+        for (std::size_t i = 0; i < list.size(); ++i)
+            for (std::size_t j = i + 1; j < list.size(); ++j) {
+                const triple a = minus(at(otherend(list[i], n)), at(n));
+                const triple b = minus(at(otherend(list[j], n)), at(n));
+                if (dot(a, b) < straight * lengthof(a) * lengthof(b)) return false;
+            }
+        return !list.empty();
+    }
+    double shortest(int n) const {
+        double least = HUGE_VAL;
+        for (const std::uint32_t i : linesof(n))
+            least = std::min(least, lengthof(minus(pieces[i].to, pieces[i].from)));
+        return least;
+    }
+    // Is the line one of the node's own, or does it meet one of them?
+    bool isbeside(int n, std::uint32_t i) const {
+        return std::ranges::any_of(linesof(n), [&](std::uint32_t own) {
+            const int other = otherend(own, n);
+            return own == i || ends[i][0] == other || ends[i][1] == other;
+        });
+    }
+    // How far a node lies from a line; beyond all where it meets it or is not to meet it.
+    double gapto(int n, std::uint32_t i) const {
+        const drawnpiece& p = pieces[i];
+        const triple along = minus(p.to, p.from);
+        double part = std::clamp(dot(minus(at(n), p.from), along) / dot(along, along), 0.0, 1.0);
+        if (!joined.split) part = std::round(part);
+        const double distance = lengthof(minus(between(p.from, p.to, part), at(n)));
+        const bool isatend = part <= 0 || part >= 1;
+        return distance > (isatend ? joined.ends : joined.lines) ? distance : HUGE_VAL;
+    }
+    // To two digits, so that what is told reaches.
+    static double roundedup(double number) {
+        const double unit = std::pow(10, std::floor(std::log10(number)) - 1);
+        return std::ceil(number / unit * (1 - 1e-9)) * unit;
+    }
+
+    imported& found;
+    const joinings& joined;
+    double gap;
+    std::vector<drawnpiece> pieces;
+    std::vector<std::array<int, 2>> ends;  // their nodes
+    std::vector<std::size_t> count;
+    std::vector<std::uint32_t> lines;
+};
+
+}  // namespace
+
+void tellgaps(imported& found, const joinings& how, double widest) {
+    gapfinder(found, how, widest).tell();
 }

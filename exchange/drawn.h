@@ -49,3 +49,12 @@ void splitpieces(drawn& drawing, double distance, importreport& report);
 
 // Nodes and elements; pieces are divided to the greatest length, what has no extent is left out.
 void buildmodel(const drawn& drawing, double distance, double longest, imported& found);
+
+// Within which distances a drawing's ends become one node.
+struct joinings {
+    double ends = 0, lines = 0;  // with other ends; with lines, where these are split
+    bool split = true;
+};
+// Ends of lines that stop short of another by more than that and at most `widest` are told in one
+// line of the report, which speaks of their nodes.
+void tellgaps(imported& found, const joinings& how, double widest);

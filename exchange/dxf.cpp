@@ -84,9 +84,12 @@ class dxfreader {
         });
         tellcodepage();
         const double extent = extentof(drawing), part = 1e-6, least = 1e-12;
-        const double within = options.joinwithin >= 0 ? options.joinwithin : extent * part;
-        if (options.split) splitpieces(drawing, std::max(within, extent * least), found.report);
-        buildmodel(drawing, std::max(within, extent * least), options.longest, found);
+        const double asked = options.joinwithin >= 0 ? options.joinwithin : extent * part;
+        const double within = std::max(asked, extent * least);
+        if (options.split) splitpieces(drawing, within, found.report);
+        buildmodel(drawing, within, options.longest, found);
+        const double merged = automergenodes ? std::max(within, mergetol) : within, slip = 2e-4;
+        tellgaps(found, {merged, within, options.split}, extent * slip);
         tell();
     }
 

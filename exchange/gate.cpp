@@ -21,6 +21,7 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/merge.h"
 #include "edit/move.h"
+#include "exchange/drawn.h"
 #include "exchange/orient.h"
 #include "files/setmem.h"
 #include "view/autoscale.h"
@@ -323,6 +324,26 @@ static void notemodelflags(const imported& found) {
     }
 }
 
+// Where coordinates step wider than the merge tolerance, nodes that lie a few steps apart may have
+// been meant as one: those that came are told.
+static void tellsteps(importreport& report, int nodesbefore) {
+    const std::string note = tolerancenote();
+    if (note.empty()) return;
+    const double few = 4;
+    imported apart;
+    pointjoiner joiner(apart, few * coordinatestep());
+    std::vector<int> close;
+    for (int n = 1; n <= nnodes(); ++n) {
+        const triple at{nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)};
+        const auto known = apart.nodes.size();
+        const triple& met = apart.nodes[std::size_t(joiner.join(at)) - 1];
+        if (n > nodesbefore && apart.nodes.size() == known && met != at) close.push_back(n);
+    }
+    if (close.empty()) return;
+    report.warn(note);
+    for (const int n : close) report.about(reportitems::nodes, n);
+}
+
 static bool letin(imported& found, purposes purpose, const places& at) {
     fillbuffers(found, at);
     if (!isnewmodel(purpose) || !found.groups.empty()) putgroups(found, at, purpose, found.report);
@@ -338,8 +359,8 @@ static bool letin(imported& found, purposes purpose, const places& at) {
     putcases(found, at);
     if (isnewmodel(purpose) && !found.cases.empty()) putcombinations();
     notemodelflags(found);
-    if (const std::string note = tolerancenote(); !note.empty()) found.report.warn(note);
     followplaces(found.report, at);
+    tellsteps(found.report, at.nodesbefore);
     return true;
 }
 

@@ -254,6 +254,46 @@ TEST(Dxf, LinesAreSplitWhereOthersMeetThem) {
     EXPECT_EQ(nnodes(), 30 * 30 + 4 * 30);
 }
 
+// What stops a little short of another line is told, and what is told joins it.
+TEST(Dxf, EndsThatStopShortAreTold) {
+    const struct {
+        const char* what;
+        std::string entities;
+        bool split;
+        const char* told;
+        int ends;
+    } cases[] = {
+        {"a tee", line(-5, 0, 5, 0) + line(0, 0.00152, 0, 10), true, "An end stops within 0.0016 ",
+         1},
+        {"a tee that is not to be split", line(-5, 0, 5, 0) + line(0, 0.00152, 0, 10), false, "",
+         0},
+        {"two in a row", line(0, 0, 5, 0) + line(5.001, 0, 10, 0), false,
+         "2 ends stop within 0.001 of another line and are not joined; 0.001 in", 2},
+        {"farther", line(0, 0, 5, 0) + line(5.01, 0, 10, 0), true, "", 0},
+        {"a short piece between", line(0, 0, 5, 0) + line(5, 0, 5, 0.0012) + line(5, 0.0012, 9, 4),
+         true, "", 0},
+        {"lines side by side",
+         line(0, 0, 5, 0) + line(5, 0, 9, 0) + line(4, -4, 4.9993, -0.0014) +
+             line(4.9993, -0.0014, 9, -4),
+         true, "An end stops within 0.0014 ", 1},
+    };
+    for (const auto& c : cases)
+        for (const char* within : {"0.0001", "0.0016"}) {
+            exchangeroom room;
+            automergenodes = false;
+            dxfform form = freshform();
+            form.joinwithin = within;
+            form.split = c.split;
+            takedrawing(room, c.entities, form);
+            const reportline* const line = reported(reportkinds::warning, "Join ends within");
+            const bool istold = c.ends > 0 && form.joinwithin == "0.0001";
+            ASSERT_EQ(line != nullptr, istold) << c.what << "\n" << lastreport().text();
+            if (!istold) continue;
+            EXPECT_NE(textof(*line).find(c.told), std::string::npos) << c.what << textof(*line);
+            EXPECT_EQ(selectreported(std::size_t(line - lastreport().lines().data())), c.ends);
+        }
+}
+
 TEST(Dxf, BlocksNestAndEndWhereTheyWouldNot) {
     const auto block = [](const std::string& name, const std::string& inside) {
         return pairs({{0, "BLOCK"}, {2, name}, {10, "0"}}) + inside + pairs({{0, "ENDBLK"}});

@@ -88,6 +88,24 @@ TEST(Gate, TheMergeToleranceClosesNoEdgeOfAMesh) {
         << lastreport().text();
 }
 
+// Far from the origin coordinates step wider than the tolerance; that is told of near nodes alone.
+TEST(Gate, AToleranceBelowTheStepIsToldWhereNodesAreNear) {
+    for (const double gap : {0.01, 5.0}) {
+        exchangeroom room;
+        const auto read = [&](const std::string&, imported& found) {
+            for (const double x : {0.0, 5.0, 5 + gap, 20.0}) found.addnode({60000 + x, 0, 0});
+            found.addelement(typebeam, {1, 2, 0, 0});
+            found.addelement(typebeam, {3, 4, 0, 0});
+        };
+        ASSERT_EQ(readforeign(room.file("a.ply"), purposes::open, "Test", read), reply::done);
+        const reportline* const line = reported(reportkinds::warning, "the step of coordinates");
+        ASSERT_EQ(line != nullptr, gap < 1) << lastreport().text();
+        if (line != nullptr) {
+            EXPECT_EQ(line->numbers, std::vector<int>{3});
+        }
+    }
+}
+
 TEST(Gate, AnImportStandsBehindTheModelAndOneStepTakesItAway) {
     filledroom room("m");
     {

@@ -415,7 +415,7 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
     releasepasted(lastreport(), shortest);
     addready();
     noteforeign(path);
-    fitall();  // what comes from elsewhere lies anywhere
+    fitall(true);  // what comes from elsewhere lies anywhere
     return reply::done;
 }
 
@@ -426,7 +426,7 @@ static reply admitbehind(imported& found, const places& at) {
                           ", lies below the merge tolerance " + roughly(mergetol) +
                           ", which closes it up when the import is placed");
     if (!letin(found, purposes::import, at)) return reply::failed;
-    if (wasempty) fitall();
+    if (wasempty) fitall(true);
     keepreport(std::move(found.report));
     return reply::done;
 }

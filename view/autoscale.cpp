@@ -223,7 +223,7 @@ static void fitsquare(int nview) {
     viewscale(nview) = room > 0 ? float(room / side) : 1.0f;
 }
 
-static void fit(int nview, const extent& box) {
+static void fit(int nview, const extent& box, bool whole) {
     using place = std::array<float, 6>;
     static std::array<place, nviews + 1> framed;  // what frame came to, and for which angles
     const auto placeof = [nview] {
@@ -235,21 +235,21 @@ static void fit(int nview, const extent& box) {
     autoscale(nview, box);
     if (!box.any) return fitsquare(nview);
     place& last = framed[std::size_t(nview)];
-    if (before != placeof() && before != last) return;
+    if (!whole && before != placeof() && before != last) return;
     frame(nview);
     last = placeof();
 }
 
 void fit(int nview) {
-    fit(nview, boxof(nview));
+    fit(nview, boxof(nview), false);
 }
 
 // Views of the same group share a box: one pass over the model does for them.
-void fitall() {
+void fitall(bool whole) {
     std::map<int, extent> boxes;
     for (int v = 1; v <= nviews; ++v) {
         const auto [at, isnew] = boxes.try_emplace(int(viewgroup(v)));
         if (isnew) at->second = boxof(v);
-        fit(v, at->second);
+        fit(v, at->second, whole);
     }
 }

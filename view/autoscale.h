@@ -10,7 +10,7 @@ void autoscale(int nview);
 // What the user's fit does: autoscale; where the view is fitted already, the picture of the model
 // as it is projected fills the view; where there is nothing, a square of ten units does.
 void fit(int nview);
-void fitall();  // every view
+void fitall(bool whole = false);  // every view; whole: as where it is fitted already
 // Brings these nodes into the middle of the view, with as much again around them; numbers of nodes
 // that do not exist or stand nowhere are passed over.
 void fitnodes(int nview, const std::vector<int>& numbers);

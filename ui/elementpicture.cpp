@@ -113,12 +113,12 @@ static void drawplate(drawing& d, int nodes, bool membrane) {
     if (nodes == 3) corners = {{-4.6, -2.6, 0}, {3.6, -2.2, 0}, {-1.2, 2.8, 0}};
     d.face(corners);
     for (int i = 0; i < nodes; ++i) d.node(corners[std::size_t(i)], QString::number(i + 1));
-    d.axes({nodes == 3 ? -1.0 : -0.8, -0.4, 0}, 1.7);
+    d.axes({nodes == 3 ? -1.9 : -0.8, -0.9, 0}, 1.7);
     if (!membrane) return;
-    d.arrow({3.3, 0.9, 0}, {4.9, 0.9, 0}, d.ink, "SX", 1);
-    const double far = nodes == 3 ? 2.9 : 2.7;
+    d.arrow({3.4, 0.2, 0}, {5, 0.2, 0}, d.ink, "SX", 1);
+    const double far = nodes == 3 ? 2.9 : 2.7, aside = nodes == 3 ? 4.4 : 3.9;
     d.arrow({-1.2, far, 0}, {-1.2, far + 1.9, 0}, d.ink, "SY", 1);
-    d.arrow({3.6, -2.2, 0}, {3.6, -0.4, 0}, d.ink, "SXY", 1);
+    d.arrow({aside, -3.2, 0}, {aside, -1.7, 0}, d.ink, "SXY", 1);
 }
 
 static void drawzigzag(drawing& d, const place& from, const place& to) {

@@ -354,8 +354,9 @@ static bool saveforrun() {
     if (saved == reply::failed) tellnotstarted("the model was not saved.");
     if (saved != reply::done) return false;
     addrecentfile();
-    std::error_code ec;
-    return fs::exists(modelname + ".tek", ec) || savemodel();  // another format was chosen
+    if (isnamed()) return !isunnamed() || savemodel();  // another format was chosen
+    tellnotstarted("the model was not saved.");
+    return false;
 }
 
 static void runlocked(const solverstart& start) {

@@ -281,8 +281,9 @@ reply menusave() {
     if (format == nullptr) return refuse(choice.path);
     if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
     const bool told = std::string(savefilter).find(format->savecaption) != std::string::npos;
-    if (told || (format->ismodel && !isnamed())) {
+    if ((told || (format->ismodel && !isnamed())) && modelname != parts.base) {
         modelname = parts.base;
+        noteunnamed();  // there is no model of that name, or another
         showmodelname();
     }
     return format->write(parts.base + "." + parts.extension);
@@ -319,7 +320,7 @@ const std::vector<std::string>& recentfiles() {
 }
 
 void addrecentfile() {
-    if (!isnamed() || std::ranges::find(recent, modelname) != recent.end()) return;
+    if (!isnamed() || isunnamed() || std::ranges::find(recent, modelname) != recent.end()) return;
     recent.push_back(modelname);
     theplatform().refresh();
 }

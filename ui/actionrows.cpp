@@ -82,10 +82,7 @@ static command attributes(attributemodes mode) {
 
 // Saves under the model's name, or asks for one.
 static void savenow() {
-    if (isnamed())
-        savemodel();
-    else if (menusave() == reply::done)
-        addrecentfile();
+    if (isnamed() ? savemodel() : menusave() == reply::done) addrecentfile();
 }
 
 static void saveas() {

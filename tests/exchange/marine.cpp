@@ -10,6 +10,7 @@
 #include "core/newmodel.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
+#include "files/saving.h"
 #include "tests/exchange/samples.h"
 #include "tests/files/filledmodel.h"
 
@@ -117,6 +118,12 @@ TEST(Marine, EveryNumberComesBackFromItsColumns) {
     EXPECT_EQ(menusave(), reply::done);
     EXPECT_TRUE(room.platform.told("Overwrite existing file?"));
     EXPECT_TRUE(std::filesystem::exists(room.file("a.gra")));
+    const std::size_t known = recentfiles().size();
+    addrecentfile();
+    EXPECT_EQ(recentfiles().size(), known) << "there is no model of that name";
+    EXPECT_FALSE(savemodel()) << "the dialog is left by Cancel";
+    EXPECT_EQ(room.platform.fileboxes.back().path, room.file("a.tek"));
+    EXPECT_FALSE(std::filesystem::exists(room.file("a.tek")));
     columns in(room.file("a.inp"));
     takeback(in);
     in.next();

@@ -365,10 +365,10 @@ class gapfinder {
         double widest = 0;
         for (int n = 1; n <= int(found.nodes.size()); ++n) {
             if (!isend(n)) continue;
+            // Beside a short line its neighbours are near by right.
             double nearest = std::min(gap, shortest(n) / 2);
             const double least = nearest;
-            for (const auto& [key, i] : grid.near(at(n)))
-                if (!isbeside(n, i)) nearest = std::min(nearest, gapto(n, i));
+            for (const auto& [key, i] : grid.near(at(n))) nearest = std::min(nearest, gapto(n, i));
             if (nearest >= least) continue;
             open.push_back(n);
             widest = std::max(widest, nearest);
@@ -418,15 +418,9 @@ class gapfinder {
             least = std::min(least, lengthof(minus(pieces[i].to, pieces[i].from)));
         return least;
     }
-    // Is the line one of the node's own, or does it meet one of them?
-    bool isbeside(int n, std::uint32_t i) const {
-        return std::ranges::any_of(linesof(n), [&](std::uint32_t own) {
-            const int other = otherend(own, n);
-            return own == i || ends[i][0] == other || ends[i][1] == other;
-        });
-    }
     // How far a node lies from a line; beyond all where it meets it or is not to meet it.
     double gapto(int n, std::uint32_t i) const {
+        if (ends[i][0] == n || ends[i][1] == n) return HUGE_VAL;
         const drawnpiece& p = pieces[i];
         const triple along = minus(p.to, p.from);
         double part = std::clamp(dot(minus(at(n), p.from), along) / dot(along, along), 0.0, 1.0);

@@ -127,6 +127,7 @@ std::string sourcedir() {
 
 // The choices about results as they are when the program begins.
 static void plainresults() {
+    retryresults();
     endcomparison();
     shownsource = {};
     stresscomp = 13;

@@ -120,8 +120,11 @@ class piecegrid {
     }
     const std::vector<entry>& entries() const { return all; }
     // The entries of the cell of a place: no other piece comes nearer to it than the reach.
-    auto near(const triple& at) const {
-        return std::ranges::equal_range(all, keyof(cellof(at, side)), {}, &entry::first);
+    std::span<const entry> near(const triple& at) const {
+        const auto key = keyof(cellof(at, side));
+        const auto begin = std::ranges::lower_bound(all, key, {}, &entry::first);
+        const auto end = std::ranges::upper_bound(all, key, {}, &entry::first);
+        return {begin, end};
     }
 
   private:

@@ -11,53 +11,15 @@
 
 #include "core/numtext.h"
 #include "core/session.h"
-#include "core/textfile.h"
+#include "files/solverini.h"
 
 namespace fs = std::filesystem;
 
 // --- feiflu.ini ---------------------------------------------------------------------------------
 
-static std::string inifile() {
-    return findnocase(appdir + "/feiflu.ini");
-}
-
-static std::string trimmed(const std::string& text) {
-    const char* const blanks = " \t\r";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == text.npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
-}
-
-// Key of a line of the file, "" where it has none.
-static std::string keyof(const std::string& line, std::string& value) {
-    const std::string content = line.substr(0, line.find_first_of("#;"));
-    const std::size_t equals = content.find('=');
-    if (equals == content.npos) return {};
-    value = trimmed(content.substr(equals + 1));
-    return trimmed(content.substr(0, equals));
-}
-
-static std::vector<std::string> inilines() {
-    std::vector<std::string> lines;
-    std::error_code ec;
-    if (!fs::exists(inifile(), ec)) return lines;
-    const std::string text = readwhole(inifile());
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        lines.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return lines;
-}
-
-// A wrong value is the solver's to refuse, with the line.
 solverwish readwish() {
     solverwish wish;
-    std::vector<std::string> lines;
-    guarded([&] { lines = inilines(); }, [](const runtimeerror&) {});
-    for (const std::string& line : lines) {
-        std::string value;
-        const std::string key = keyof(line, value);
+    for (const auto& [key, value] : solverinientries()) {
         double number = 0;
         if (key == "engine") wish.engine = value;
         if (key == "hosts") wish.hosts = value;
@@ -68,22 +30,7 @@ solverwish readwish() {
 }
 
 void storeengine(const std::string& engine) {
-    if (readwish().engine == engine) return;
-    std::vector<std::string> lines = inilines();
-    const std::string wanted = "engine = " + engine;
-    bool stands = false;
-    for (std::string& line : lines) {
-        std::string value;
-        line.erase(line.find_last_not_of('\r') + 1);
-        if (keyof(line, value) != "engine") continue;
-        const std::size_t comment = line.find_first_of("#;");
-        line = wanted + (comment == line.npos ? "" : "  " + line.substr(comment));
-        stands = true;
-    }
-    if (!stands) lines.push_back(wanted);
-    textout out(inifile());
-    for (const std::string& line : lines) out.raw(line).endline();
-    out.commit();
+    if (readwish().engine != engine) storesolverini("engine", engine);
 }
 
 // --- program ------------------------------------------------------------------------------------
@@ -139,7 +86,8 @@ solverstart findstart() {
     const bool shared = wish.engine == "mumps" || wish.engine == "multigrid";
     if (shared && !missing.empty())
         throw runtimeerror{errfilenotfound,
-                           "engine = " + wish.engine + " in " + inifile() + " needs " + missing +
+                           "engine = " + wish.engine + " in " + solverinifile() + " needs " +
+                               missing +
                                ", which was not found; install it, or choose another engine in "
                                "[Analyse,Options...]"};
     if (shared || (wish.engine == "auto" && missing.empty()))

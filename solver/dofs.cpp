@@ -58,13 +58,14 @@ combination rowof(const model& m, const dofmap& d, int n, int k) {
 // --- order and numbers --------------------------------------------------------------------------
 
 // Elements of each owner, in compressed rows; an element is listed once an owner.
-static void listelements(const model& m, const dofmap& d, std::vector<std::int64_t>& start,
-                         std::vector<int>& elements) {
+static void listelements(const model& m, const dofmap& d, whose taken,
+                         std::vector<std::int64_t>& start, std::vector<int>& elements) {
     const auto eachowner = [&](auto use) {
         for (int e = 1; e <= m.nelems(); ++e) {
             const elementdef& def = m.elements[std::size_t(e)];
             const elementkind& kind = kindof(def.type);
-            if (!isown(m, e) || (kind.stiffness == nullptr && kind.mass == nullptr)) continue;
+            if (taken == whose::own && !isown(m, e)) continue;
+            if (kind.stiffness == nullptr && kind.mass == nullptr) continue;
             const int count = kind.nodes;
             for (int i = 0; i < count; ++i) {
                 const int owner = d.owner[std::size_t(def.node[i])];
@@ -82,10 +83,10 @@ static void listelements(const model& m, const dofmap& d, std::vector<std::int64
     eachowner([&](int owner, int e) { elements[std::size_t(next[std::size_t(owner)]++)] = e; });
 }
 
-nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list) {
+nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list, whose taken) {
     std::vector<std::int64_t> start;
     std::vector<int> elements;
-    listelements(m, d, start, elements);
+    listelements(m, d, taken, start, elements);
     list.clear();
     std::vector<int> place(d.owner.size(), -1), seen(d.owner.size(), -1);
     for (std::size_t n = 1; n < d.owner.size(); ++n)

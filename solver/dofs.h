@@ -5,16 +5,18 @@
 
 #include "solver/dofmap.h"
 
-// Which owners share an element of this process: neighbours of each place, sorted, in compressed
-// rows.
+// Which owners share an element: neighbours of each place, sorted, in compressed rows.
 struct nodegraph {
     std::vector<std::int64_t> start;
     std::vector<int> neighbour;
     int size() const { return int(start.size()) - 1; }
 };
 
-// Graph of the owners that have unknowns; list receives their node numbers.
-nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list);
+// Graph of the owners that have unknowns, by the elements of this process or by all; list receives
+// their node numbers.
+enum class whose { own, all };
+nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list,
+                     whose elements = whose::own);
 
 // Numbers the unknowns: owners in the order given.
 void numberunknowns(const model& m, dofmap& d, const std::vector<int>& order);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The orderings by AMD and METIS by way of CHOLMOD, which tells what each would cost.
+// State: other libraries that dissect, and the one in use.
 #include "solver/order.h"
 
 #include <cholmod.h>
 #include <signal.h>
 
 #include <cstdio>
+#include <map>
 #include <system_error>
 #include <thread>
 
@@ -64,15 +66,30 @@ class termwatch {
 };
 }  // namespace
 
-// Empty order where this CHOLMOD cannot do it (built without METIS).
-static orderresult tryorder(cholmod_sparse& graph, int method) {
+static std::map<std::string, dissector> dissectors;
+static std::string current = "metis";
+
+void adddissector(const std::string& name, dissector work) {
+    dissectors[name] = std::move(work);
+}
+
+void usedissector(const std::string& name, runlog& log) {
+    const bool known = name == "metis" || dissectors.count(name) > 0;
+    if (!known) log.warn("ordering = " + name + " is not in this program, which takes metis");
+    current = known ? name : "metis";
+}
+
+// Empty order where this CHOLMOD cannot do it (built without METIS). given: an order to look at.
+static orderresult tryorder(cholmod_sparse& graph, int method, std::vector<int> given = {}) {
     cholmodrun run;
     cholmod_common& c = run.c;
     c.nmethods = 1;
     c.method[0].ordering = method;
     c.postorder = 1;
     c.supernodal = CHOLMOD_SIMPLICIAL;
-    cholmod_factor* const symbolic = cholmod_analyze(&graph, &c);
+    cholmod_factor* const symbolic = given.empty()
+                                         ? cholmod_analyze(&graph, &c)
+                                         : cholmod_analyze_p(&graph, given.data(), nullptr, 0, &c);
     orderresult result;
     if (symbolic && c.status >= CHOLMOD_OK) {
         const int* const perm = static_cast<int*>(symbolic->Perm);
@@ -111,7 +128,12 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
         const termwatch watch;
         parallelpieces(n < dissectfrom ? 1 : 2, 1, [&](int first, int last, int) {
             for (int i = first; i < last; ++i)
-                (i == 0 ? degree : dissected) = tryorder(a, i == 0 ? CHOLMOD_AMD : CHOLMOD_METIS);
+                if (i == 0)
+                    degree = tryorder(a, CHOLMOD_AMD);
+                else if (current == "metis")
+                    dissected = tryorder(a, CHOLMOD_METIS);
+                else
+                    dissected = tryorder(a, CHOLMOD_GIVEN, dissectors[current](graph));
         });
     }
     const bool usedegree = dissected.order.empty() || degree.operations <= dissected.operations;

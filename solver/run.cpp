@@ -15,6 +15,7 @@
 #include "solver/makedofs.h"
 #include "solver/members.h"
 #include "solver/memory.h"
+#include "solver/order.h"
 #include "solver/parallel.h"
 #include "solver/ranks.h"
 #include "solver/readmodel.h"
@@ -251,6 +252,7 @@ static std::string findengine(model& m, const settings& s, const job& j, runlog&
 static bool takeengine(model& m, const settings& s, const job& j, runlog& log) {
     const std::string name = findengine(m, s, j, log);
     useengine(name, s);
+    usedissector(s.ordering, log);
     if (allranks().alone()) return true;
     log.line("Engine " + name + ", " + std::to_string(allranks().count()) + " processes");
     if (name != "cholmod") return true;

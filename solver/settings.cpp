@@ -61,6 +61,10 @@ static const textkey textkeys[] = {
      {"cholmod", "mumps", "multigrid", "auto"},
      "cholmod, or by feiflu-mpi: mumps, multigrid, auto (what the memory allows)"},
     {"hosts", &settings::hosts, {}, "file with the hosts of feiflu-mpi, a line each; empty: this"},
+    {"ordering",
+     &settings::ordering,
+     {"metis", "scotch"},
+     "library of the nested dissection; scotch: by feiflu-mpi"},
     {"scratch", &settings::scratch, {}, "folder for what the memory does not hold; empty: none"},
 };
 

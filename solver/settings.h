@@ -22,6 +22,7 @@ struct settings {
     std::string engine = "cholmod";
     int processes = 0;  // that the workbench starts, 0: one a core
     std::string hosts, scratch;
+    std::string ordering = "metis";
 };
 
 // Reads the file; a missing one is written with the defaults. Throws a refusal that names key and

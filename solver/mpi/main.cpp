@@ -10,6 +10,8 @@
 #include "solver/mpi/mpiranks.h"
 #include "solver/mpi/multigrid.h"
 #include "solver/mpi/mumps.h"
+#include "solver/mpi/scotch.h"
+#include "solver/order.h"
 #include "solver/program.h"
 #include "solver/tune.h"
 
@@ -23,6 +25,7 @@ int main(int count, char** words) {
         setranks(processes);
         addengine("mumps", [](const settings& s) { return std::make_unique<mumps>(s.scratch); });
         addengine("multigrid", [](const settings&) { return std::make_unique<multigrid>(); });
+        adddissector("scotch", dissectbyscotch);
         code = runprogram({words + 1, words + count});
     }
     std::fflush(nullptr);

@@ -9,9 +9,11 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <numeric>
 
 #include "solver/enginetexts.h"
 #include "solver/memory.h"
+#include "solver/order.h"
 #include "solver/ranks.h"
 #include "solver/softness.h"
 
@@ -30,7 +32,6 @@ class instance {
         id.sym = symmetry;
         call(begin);
         for (int i = 1; i <= 4; ++i) icntl(i) = i < 4 ? -1 : 0;  // no words
-        icntl(7) = 5;                                            // ordering by METIS
         icntl(14) = 40;                          // per cent of work space more than estimated
         icntl(18) = 3;                           // entries come from all processes
         icntl(28) = 1;                           // one process orders
@@ -43,6 +44,16 @@ class instance {
     }
     instance(const instance&) = delete;
     instance& operator=(const instance&) = delete;
+
+    // Both outlive the analysis.
+    void takeorder(std::vector<int>& blocks, std::vector<int>& turn) {
+        if (blocks.empty()) return;
+        icntl(7) = 1;   // the order is given
+        icntl(15) = 1;  // unknowns come in blocks
+        id.nblk = MUMPS_INT(blocks.size()) - 1;
+        id.blkptr = blocks.data();
+        id.perm_in = turn.data();
+    }
 
     void analyse(const sparsematrix& a) {
         rows.clear();
@@ -144,11 +155,35 @@ mumps::mumps(const std::string& scratch) : in(new inside), folder(scratch) {}
 
 mumps::~mumps() = default;
 
+// The order of the owners is that of the own factor: libraries come with a MUMPS that has none of
+// METIS or SCOTCH inside.
+void mumps::describe(const model& m, const dofmap& d) {
+    order.blocks.clear();
+    for (const int first : d.firstunknown) order.blocks.push_back(first + 1);
+    order.blocks.push_back(d.unknowns + 1);
+    order.turn.clear();
+    together([&] {
+        if (!allranks().first()) return;
+        order.turn.resize(std::size_t(d.unknowns));
+        std::iota(order.turn.begin(), order.turn.end(), 1);
+        if (allranks().alone()) return;  // the unknowns have that order
+        std::vector<int> list;
+        std::string told;
+        int turn = 0;
+        for (const int place : ordernodes(ownergraph(m, d, list, whose::all), told)) {
+            const auto at = std::size_t(d.position[std::size_t(list[std::size_t(place)])]);
+            for (int k = 0; k < d.unknowncount[at]; ++k)
+                order.turn[std::size_t(d.firstunknown[at] + k)] = ++turn;
+        }
+    });
+}
+
 // The process with the least room decides for all.
 void mumps::analyse(const sparsematrix& a) {
     in->one.reset();
     unknowns = a.size();
     in->one = std::make_unique<instance>(definite, folder);
+    in->one->takeorder(order.blocks, order.turn);
     in->one->analyse(a);
     const double part = 0.9;  // of the memory; the rest is for loads and results
     double toolarge = in->one->estimate() > part * freememory() / allranks().here();
@@ -184,6 +219,7 @@ void mumps::solve(double* x, int columns, triangles) {
 
 std::int64_t mumps::countnegative(const sparsematrix& a, double mostoperations) {
     instance other(general, folder);
+    other.takeorder(order.blocks, order.turn);
     other.analyse(a);
     if (other.operations() > mostoperations || !other.factorise(a)) return -1;
     return other.negatives();

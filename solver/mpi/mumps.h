@@ -16,6 +16,7 @@ class mumps : public engine {
     explicit mumps(const std::string& scratch);
     ~mumps() override;
 
+    void describe(const model& m, const dofmap& d) override;
     void analyse(const sparsematrix& a) override;
     double entries() const override;
     double operations() const override;
@@ -31,7 +32,13 @@ class mumps : public engine {
 
   private:
     struct inside;
+    // Of the unknowns, counted from 1. Empty where MUMPS is to find an order itself.
+    struct ordering {
+        std::vector<int> blocks;  // first of each owner's, one more at the end
+        std::vector<int> turn;    // of each in the elimination; on the first process alone
+    };
     std::unique_ptr<inside> in;
+    ordering order;
     std::string folder;
     std::int64_t unknowns = 0;
 };

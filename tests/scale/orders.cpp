@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Orders of elimination among processes: both libraries dissect, and MUMPS goes by what they find.
+#include "solver/factor.h"
+#include "solver/makedofs.h"
+#include "solver/mpi/mpiranks.h"
+#include "solver/mpi/mumps.h"
+#include "solver/mpi/scotch.h"
+#include "solver/order.h"
+#include "solver/solve.h"
+#include "tests/solver/build.h"
+
+TEST(Orders, MumpsTakesThatOfTheOwnFactor) {
+    static mpiranks all;
+    build b;
+    b.s = {};
+    const int g = b.plate(2.1e5, 0.3, 5);
+    const build::grid at =
+        b.mesh(typeshell4, g, 60, 60, [](double r, double s) { return vec3(r, s, 0); });
+    b.fix(at.left(), clamped);
+    b.fix(at.number(60, 60), {3});  // owners of six unknowns and one of five
+    adddissector("scotch", dissectbyscotch);
+    runlog log;
+    log.quiet();
+    double operations[2];
+    for (const std::string name : {"metis", "scotch"}) {
+        SCOPED_TRACE(name);
+        usedissector(name, log);
+        const equations alone = makeequations(b.m, b.s, 3, log);
+        factor own;
+        own.analyse(alone.stiffness);
+        setranks(all);
+        b.m.rankof = all.partition(b.m);
+        const equations shared = makeequations(b.m, b.s, 3, log);
+        mumps other("");
+        other.describe(b.m, shared.dofs);
+        other.analyse(shared.stiffness);
+        workalone();
+        b.m.rankof.clear();
+        // Each merges columns in its own way.
+        EXPECT_NEAR(other.operations() / own.operations(), 1, 0.2);
+        operations[name == "scotch"] = own.operations();
+    }
+    usedissector("metis", log);
+    EXPECT_NE(operations[0], operations[1]);
+    EXPECT_NEAR(operations[1] / operations[0], 1, 0.3);
+}

@@ -25,7 +25,9 @@ struct elementstate {
 class mosesreader {
   public:
     mosesreader(std::string text, const std::string& path, imported& f)
-        : found(f), report(f.report), name(path), deck(std::move(text), path, f.report) {}
+        : found(f), report(f.report), name(path), deck(std::move(text), path, f.report) {
+        found.units = deck.base().ofmodel;
+    }
     void firstpass();
     void secondpass();
     bool isempty() const { return found.nodes.empty() && classes.empty(); }

@@ -17,6 +17,7 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/units.h"
 #include "exchange/leftout.h"
 #include "files/sidefiles.h"
 
@@ -195,6 +196,9 @@ void exportmarine(const std::string& path, importreport& report) {
     if (nelems() > mostmarineitems) refuse("elements", nelems());
     if (ngroups() > mostmarineitems) refuse("element groups", ngroups());
     marinetext(path, report).write();
+    if (!unitstext.empty() && modelunits().metres != 1)
+        report.warn("The gravity in the text, 9.81, is for metres; the model is in " + unitstext +
+                    ", its numbers stand as they are");
     tellleftout(report, {parts::freenodes, parts::constraints, parts::nodalloads,
                          parts::elementloads, parts::graphics});
     packgraphics();

@@ -51,6 +51,7 @@ class bulkreader {
 
     void read() {
         bulkcard card;
+        found.isconsistent = true;
         const long look = 16384;  // cards between two looks at the clock
         for (long seen = 1; cards.next(card); ++seen) {
             if (seen % look == 0) readingprogress(name, cards.share() / 2);

@@ -580,6 +580,7 @@ void cosmosreader::buildelement(const pendingelement& e) {
 void cosmosreader::build() {
     if (found.nodes.empty() && elements.empty())
         throw runtimeerror{errtype, in.name() + ": this is no Cosmos model, no node stands in it"};
+    found.isconsistent = true;
     report.read("Nodes", long(found.nodes.size()));
     for (const pendingelement& e : elements) buildelement(e);
     groups.tellunused();

@@ -79,6 +79,7 @@ class deckreader {
 
     void read() {
         deckcard card;
+        found.isconsistent = true;
         while (cards.nextcard(card)) take(card);
         if (instep) endstep();
         for (const section& s : sections) usesection(s);

@@ -16,6 +16,7 @@
 #include "core/textfile.h"
 #include "exchange/deck.h"
 #include "exchange/deckbeam.h"
+#include "exchange/importunits.h"
 #include "exchange/leftout.h"
 #include "exchange/textlines.h"
 #include "view/localaxes.h"
@@ -44,12 +45,14 @@ bool isflatmodel() {
 
 class deckwriter {
   public:
-    deckwriter(textout& target, importreport& lines)
-        : out(target), report(lines), isplane(dim2d || isflatmodel()) {}
+    deckwriter(const std::string& path, textout& target, importreport& lines)
+        : title(std::filesystem::path(path).stem().string()),
+          out(target),
+          report(lines),
+          isplane(dim2d || isflatmodel()) {}
 
     void write() {
-        out.raw("*HEADING\n").raw(std::filesystem::path(modelname).filename().string());
-        out.raw("\n*NODE, NSET=NALL\n");
+        out.raw("*HEADING\n").raw(title).raw("\n*NODE, NSET=NALL\n");
         for (int n = 1; n <= nnodes(); ++n)
             node(n, {nodes(0, n, 0), nodes(0, n, 1), nodes(0, n, 2)});
         gather();
@@ -92,6 +95,22 @@ class deckwriter {
         }
     }
 
+    // The solver reads twenty characters of a number and no more.
+    textout& real(double number) {
+        const int digits = 12;
+        return out.put(roundedto(number, digits));
+    }
+    template <typename Value>
+    void reals(std::size_t first, std::size_t end, Value value) {
+        for (std::size_t k = first; k < end; ++k) {
+            out.raw(k > first ? "," : "");
+            real(value(k));
+        }
+    }
+    void density(double ofmodel) {
+        out.raw("*DENSITY\n");
+        real(ofmodel * massunit).raw("\n");
+    }
     void node(int number, const std::array<float, 3>& at) {
         out.put(number);
         for (const float v : at) out.raw(",").put(v);
@@ -201,9 +220,9 @@ class deckwriter {
     void writematerial(const deckset& set) {
         const int g = set.group;
         out.raw("*MATERIAL, NAME=M_").raw(set.name).raw("\n*ELASTIC\n");
-        out.put(groups(g, fieldmodulus)).raw(",").put(groups(g, fieldpoisson)).raw("\n");
-        if (groups(g, fielddensity) > 0)
-            out.raw("*DENSITY\n").put(groups(g, fielddensity)).raw("\n");
+        real(groups(g, fieldmodulus)).raw(",");
+        real(groups(g, fieldpoisson)).raw("\n");
+        if (groups(g, fielddensity) > 0) density(groups(g, fielddensity));
     }
     void section(const char* keyword, const deckset& set) {
         out.raw("*").raw(keyword).raw(", ELSET=").raw(set.name).raw(", MATERIAL=M_").raw(set.name);
@@ -211,7 +230,8 @@ class deckwriter {
     void writesection(const deckset& set) {
         const int g = set.group;
         if (set.type == typemass) {
-            out.raw("*MASS, ELSET=").raw(set.name).raw("\n").put(groups(g, fielddensity)).raw("\n");
+            out.raw("*MASS, ELSET=").raw(set.name).raw("\n");
+            real(groups(g, fielddensity) * massunit).raw("\n");
             if (groups(g, fieldixx) != 0 || groups(g, fieldiyy) != 0 || groups(g, fieldizz) != 0)
                 report.skipped("Rotary inertias of MASS elements");
             return;
@@ -222,7 +242,8 @@ class deckwriter {
         const bool isshell = set.type >= typeshell3;
         const bool ismembrane = !isplane && set.type != typetruss;
         section(isshell ? "SHELL SECTION" : ismembrane ? "MEMBRANE SECTION" : "SOLID SECTION", set);
-        out.raw("\n").put(groups(g, fieldthickness)).raw("\n");
+        out.raw("\n");
+        real(groups(g, fieldthickness)).raw("\n");
     }
     // Without Poisson's ratio, which would stiffen the solid at its rigid ends; the moduli stand in
     // the axes of the beam.
@@ -230,11 +251,13 @@ class deckwriter {
         const double modulus = groups(set.group, fieldmodulus) * b.part;
         out.raw("*MATERIAL, NAME=M_").raw(set.name);
         out.raw("\n*ELASTIC, TYPE=ENGINEERING CONSTANTS\n");
-        for (int k = 0; k < 3; ++k) out.put(modulus).raw(",");
+        for (int k = 0; k < 3; ++k) real(modulus).raw(",");
         // Axis 1 of the material lies along the beam; the last modulus shears nothing.
-        out.raw("0,0,0,").put(b.shear1).raw(",").put(b.shear2).raw("\n").put(b.shear1).raw(",0\n");
-        if (groups(set.group, fielddensity) > 0)
-            out.raw("*DENSITY\n").put(groups(set.group, fielddensity) * b.part).raw("\n");
+        out.raw("0,0,0,");
+        real(b.shear1).raw(",");
+        real(b.shear2).raw("\n");
+        real(b.shear1).raw(",0\n");
+        if (groups(set.group, fielddensity) > 0) density(groups(set.group, fielddensity) * b.part);
         const double told = 1.01;  // times; less is beneath what the solid gives anyway
         if (b.stiffer > told)
             report.warn("Group " + groupname(set.group) + " is " + roughly(b.stiffer) +
@@ -244,7 +267,8 @@ class deckwriter {
     void beamsection(const std::string& name, const deckset& set, const deckbeam& b) {
         out.raw(b.istube ? ", SECTION=PIPE" : ", SECTION=RECT");
         out.raw(", ELSET=").raw(name).raw(", MATERIAL=M_").raw(set.name).raw("\n");
-        out.put(b.first).raw(",").put(b.second).raw("\n");
+        real(b.first).raw(",");
+        real(b.second).raw("\n");
     }
     // Beams of a group that look the same way share a section.
     void writebeams(const deckset& set) {
@@ -275,11 +299,10 @@ class deckwriter {
                 for (const int e : list) out.put(e).raw(",\n");
             }
             out.raw("*ORIENTATION, NAME=O_").raw(name).raw("\n");
-            for (std::size_t k = 0; k < 6; ++k) out.raw(k ? "," : "").put(double(way[k]) / step);
+            reals(0, 6, [&](std::size_t k) { return double(way[k]) / step; });
             out.raw("\n*BEAM SECTION, ORIENTATION=O_").raw(name);
             beamsection(name, set, b);
-            for (std::size_t k = 3; k < 6; ++k)
-                out.raw(k > 3 ? "," : "").put(double(way[k]) / step);
+            reals(3, 6, [&](std::size_t k) { return double(way[k]) / step; });
             out.raw("\n");
         }
         for (const int e : set.elements)
@@ -304,7 +327,7 @@ class deckwriter {
         out.raw("*ELEMENT, TYPE=B32R, ELSET=").raw(name).raw("\n").put(++lastelement);
         out.raw(",").put(n).raw(",").put(middle).raw(",").put(middle + 1).raw("\n*BEAM SECTION");
         beamsection(name, set, b);
-        for (std::size_t k = 0; k < 3; ++k) out.raw(k ? "," : "").put(localy[k]);
+        reals(0, 3, [](std::size_t k) { return localy[k]; });
         out.raw("\n");
         report.changed(
             "Clamped ends of beams have a foot in the deck, a short beam that carries "
@@ -344,7 +367,8 @@ class deckwriter {
     void constraint(int n, int dof, double value) {
         out.raw(hasconstraints ? "" : "*BOUNDARY\n");
         hasconstraints = true;
-        out.put(n).raw(",").put(dof).raw(",").put(dof).raw(",").put(value).raw("\n");
+        out.put(n).raw(",").put(dof).raw(",").put(dof).raw(",");
+        real(value).raw("\n");
     }
     void writeconstraints() {
         for (int i = 1; i <= ncon; ++i) {
@@ -404,7 +428,10 @@ class deckwriter {
         for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) elementload(lc, i, forces, pressures);
         out.raw("*CLOAD, OP=NEW\n");
         for (const auto& [at, value] : forces)
-            if (value != 0) out.put(at.first).raw(",").put(at.second).raw(",").put(value).raw("\n");
+            if (value != 0) {
+                out.put(at.first).raw(",").put(at.second).raw(",");
+                real(value).raw("\n");
+            }
         out.raw("*DLOAD, OP=NEW\n");
         for (const auto& [e, value] : pressures) out.put(e).raw(",P,").put(value).raw("\n");
         if (type != caseapplied) writegravity(lc, type);
@@ -415,11 +442,12 @@ class deckwriter {
         report.read("Load cases as steps");
     }
     void writegravity(int lc, int type) {
-        const double least = 1e-30, value = lcpar(lc, accvalue);
+        const double least = 1e-30, value = lcpar(lc, accvalue) * accelerationunit;
         if (std::fabs(value) < least || lcpar(lc, accelementmass) != 1) return;
         for (const deckset& set : sets) {
             if (nameof(set.type, set.group) == nullptr) continue;
-            out.raw(set.name).raw(",GRAV,").put(value);
+            out.raw(set.name).raw(",GRAV,");
+            real(value);
             for (int k = caseaccx; k <= caseaccz; ++k) out.raw(type == k ? ",1" : ",0");
             out.raw("\n");
         }
@@ -479,9 +507,13 @@ class deckwriter {
                2;
     }
 
+    const std::string title;
     textout& out;
     importreport& report;
     const bool isplane;
+    // The solver knows no units: masses follow from forces and lengths.
+    const double massunit = consistentmass(modelunits());
+    const double accelerationunit = consistentacceleration(modelunits());
     std::vector<deckset> sets;
     std::set<std::string> taken;
     std::vector<bool> isclamped;  // by node: a rotation is held
@@ -493,6 +525,6 @@ class deckwriter {
 
 void writedeck(const std::string& path, importreport& report) {
     textout out(path);
-    deckwriter(out, report).write();
+    deckwriter(path, out, report).write();
     out.commit();
 }

@@ -4,6 +4,7 @@
 #include "exchange/dxfform.h"
 
 #include "core/catalogue.h"
+#include "core/model.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -100,11 +101,37 @@ static bool readtypes(dxfform& form, dxfoptions& options) {
 
 // --- units --------------------------------------------------------------------------------------
 
+// One of the model that the drawing goes to, in metres; 0 where nobody knows it.
+static double unitofmodel() {
+    const std::string& text = drawingpurpose == purposes::open ? newunits : unitstext;
+    if (text.empty()) readsolverunits();
+    unitset set = solverunits;
+    findunits(text, set);
+    return set.metres;
+}
+
+// The units with this length that a user can choose, "" for none.
+static std::string unitswith(double metres) {
+    unitset set;
+    for (const std::string& text : unitchoices)
+        if (findunits(text, set) && nameofunit(metres) == std::string(nameofunit(set.metres)))
+            return text;
+    return "";
+}
+
+static bool ismodelnew() {
+    return drawingpurpose == purposes::open ||
+           (unitstext.empty() && nnodes() == 0 && nelems() == 0 && ngraphics() == 0);
+}
+
+static bool differ(double theirs, double ours) {
+    const double near = 1e-9;
+    return theirs != 0 && ours != 0 && std::abs(theirs - ours) > near * ours;
+}
+
 // The factor for the coordinates; 0 when the user gives up.
-static double askfactor() {
-    if (unitstext.empty()) readsolverunits();
-    const double theirs = unitofdrawing(drawing), ours = modelunits().metres, near = 1e-9;
-    if (theirs == 0 || ours == 0 || std::abs(theirs - ours) <= near * ours) return 1;
+static double askfactor(double theirs, double ours) {
+    if (!differ(theirs, ours)) return 1;
     const std::string own = nameofunit(ours);
     messagebox box;
     box.text = std::string("The drawing is in ") + nameofunit(theirs) + ", the model in " +
@@ -124,14 +151,21 @@ bool acceptdxf(dxfform& form) {
     options.asgraphics = form.asgraphics;
     options.without = form.without;
     importoptions = options;
-    const double factor = askfactor();
+    const double theirs = unitofdrawing(drawing), ours = unitofmodel();
+    const double factor = askfactor(theirs, ours);
     if (factor == 0) return true;
+    // A new model that keeps the numbers of the drawing has its units.
+    const bool keeps = differ(theirs, ours) && factor == 1 && ismodelnew();
+    const std::string units = keeps ? unitswith(theirs) : "";
+    unitset set;
+    const bool istold = !units.empty() && findunits(units, set);
     readforeign(
         drawing, drawingpurpose, "Drawing (DXF)", [&](const std::string& path, imported& found) {
             readdxf(path, importoptions, factor, found);
             if (factor != 1)
                 found.report.changed("Coordinates multiplied by " + numbertext(float(factor)));
-            putprofiles(found, modelunits().metres);
+            found.units = units;
+            putprofiles(found, istold ? set.metres : ours);
         });
     return true;
 }

@@ -22,6 +22,7 @@
 #include "edit/merge.h"
 #include "edit/move.h"
 #include "exchange/drawn.h"
+#include "exchange/importunits.h"
 #include "exchange/orient.h"
 #include "files/setmem.h"
 #include "view/autoscale.h"
@@ -404,7 +405,12 @@ static void releasepasted(importreport& report, double shortest) {
 
 static reply admitasnew(imported& found, const std::string& path, const places& at) {
     keptmodel before;
-    if (!resetmodel() || !letin(found, purposes::open, at)) {
+    if (!resetmodel()) {
+        before.restore();
+        return reply::failed;
+    }
+    fitunits(found, true);
+    if (!letin(found, purposes::open, at)) {
         before.restore();
         return reply::failed;
     }
@@ -441,6 +447,10 @@ reply admit(imported& found, const std::string& path, purposes purpose) {
     if (tellunholdable(found)) return reply::failed;
     const places at = placesof(found, purpose);
     if (!makeroom(found, purpose, at)) return reply::failed;
+    if (!isnewmodel(purpose)) {
+        fitunits(found, false);
+        if (tellunholdable(found)) return reply::failed;
+    }
     reply result = reply::failed;
     {
         const drawinghold hold;

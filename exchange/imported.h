@@ -83,6 +83,9 @@ struct imported {
     std::vector<importedgraphic> graphics;
     std::vector<importedrow> constraints;  // rotations in degrees
     std::vector<importedcase> cases;
+    std::string units;          // "m kN t", where the file tells them
+    bool isconsistent = false;  // the unit of mass follows from those of force and length, and
+                                // accelerations are in that of length (importunits.h)
     importreport report;
 
     int addnode(const triple& at) {

@@ -28,10 +28,10 @@ struct classline {
     long line;
     double lengths() const { return units.size() / base.length; }
     double stresses() const { return units.stress() / base.force * base.length * base.length; }
-    // A weight of so many units of force on a unit of volume as mass.
+    // A weight on a cubic metre as mass.
     double masses(double kilonewtons) const {
-        const double gravity = 9.80665 / base.length;
-        return kilonewtons / base.force * base.length * base.length * base.length / gravity;
+        const double gravity = 9.80665;
+        return kilonewtons / gravity / base.mass * base.length * base.length * base.length;
     }
 };
 

@@ -43,6 +43,28 @@ static const char* endofblock(std::string_view word) {
     return nullptr;
 }
 
+static bool isoneof(std::string_view word, std::initializer_list<std::string_view> names) {
+    return std::ranges::any_of(names, [&](std::string_view name) { return sameword(word, name); });
+}
+
+static const mosesunits* findunits(bool ismetric, std::string_view force) {
+    const double foot = 0.3048, pound = 0.00045359237, shortton = 8.896443230521,
+                 longton = 9.9640164181707;
+    static const mosesunits metric[] = {{1, 1, true, "metres", "kN", "m kN t", 1},
+                                        {1, 9.80665, true, "metres", "tonnes force", "m tf t", 1}};
+    static const mosesunits english[] = {
+        {foot, 4.4482216152605, false, "feet", "kips", "ft kip lb", pound},
+        {foot, longton, false, "feet", "long tons force", "", pound},
+        {foot, shortton, false, "feet", "short tons force", "", pound}};
+    if (isoneof(force, {"K-NTS", "K-NT", "KNTS", "KN", "K-N", "K-NEWTONS"}))
+        return ismetric ? &metric[0] : nullptr;
+    if (isoneof(force, {"M-TONS", "M-TON", "MTONS"})) return ismetric ? &metric[1] : nullptr;
+    if (isoneof(force, {"KIPS", "KIP"})) return ismetric ? nullptr : &english[0];
+    if (isoneof(force, {"L-TONS", "L-TON", "LTONS"})) return ismetric ? nullptr : &english[1];
+    if (isoneof(force, {"S-TONS", "S-TON", "STONS"})) return ismetric ? nullptr : &english[2];
+    return nullptr;
+}
+
 mosesdeck::mosesdeck(std::string content, const std::string& name, importreport& r)
     : in(std::move(content), name), report(r) {
     variables["PO"] = "*";  // the mark of a point, where the text does not set it
@@ -60,6 +82,7 @@ mosesdeck::mosesdeck(std::string content, const std::string& name, importreport&
         systems.emplace_back();
         if (!all.empty()) report.warn("No units are told; they are taken as metres and kN");
     }
+    model = systems[0].ismetric ? systems[0] : *findunits(false, "KIPS");
 }
 
 // Takes a continuation mark off the end of a line.
@@ -208,26 +231,6 @@ void mosesdeck::dimension(std::string_view text, long line) {
         } else
             report.error("word " + shown(word) + " of &DIMEN is not known", line);
     }
-}
-
-static bool isoneof(std::string_view word, std::initializer_list<std::string_view> names) {
-    return std::ranges::any_of(names, [&](std::string_view name) { return sameword(word, name); });
-}
-
-static const mosesunits* findunits(bool ismetric, std::string_view force) {
-    const double foot = 0.3048, shortton = 8.896443230521, longton = 9.9640164181707;
-    static const mosesunits metric[] = {{1, 1, true, "metres", "kN"},
-                                        {1, 9.80665, true, "metres", "tonnes force"}};
-    static const mosesunits english[] = {{foot, 4.4482216152605, false, "feet", "kips"},
-                                         {foot, longton, false, "feet", "long tons force"},
-                                         {foot, shortton, false, "feet", "short tons force"}};
-    if (isoneof(force, {"K-NTS", "K-NT", "KNTS", "KN", "K-N", "K-NEWTONS"}))
-        return ismetric ? &metric[0] : nullptr;
-    if (isoneof(force, {"M-TONS", "M-TON", "MTONS"})) return ismetric ? &metric[1] : nullptr;
-    if (isoneof(force, {"KIPS", "KIP"})) return ismetric ? nullptr : &english[0];
-    if (isoneof(force, {"L-TONS", "L-TON", "LTONS"})) return ismetric ? nullptr : &english[1];
-    if (isoneof(force, {"S-TONS", "S-TON", "STONS"})) return ismetric ? nullptr : &english[2];
-    return nullptr;
 }
 
 void mosesdeck::setunits(std::string_view length, std::string_view force, long line) {

@@ -20,6 +20,8 @@ struct mosesunits {
     bool ismetric = true;  // metres
     const char* lengthname = "metres";
     const char* forcename = "kN";
+    const char* ofmodel = "m kN t";  // the model's units beside these; empty: no force like this
+    double mass = 1;                 // that goes with them, tonnes
     double size() const { return ismetric ? 0.001 : 0.0254; }                              // metres
     double stress() const { return ismetric ? 1000 : 4.4482216152605 / 0.0254 / 0.0254; }  // kN/m2
 };
@@ -38,8 +40,8 @@ class mosesdeck {
     const mosesunits& unitsof(const mosesstatement& s) const {
         return s.units < 0 ? base() : systems[std::size_t(s.units)];
     }
-    // The units of the model: the first that the text tells.
-    const mosesunits& base() const { return systems[0]; }
+    // The units of the model: the first that the text tells, with kips for tons beside feet.
+    const mosesunits& base() const { return model; }
 
   private:
     bool nextraw(std::string_view& text, long& line);
@@ -58,6 +60,7 @@ class mosesdeck {
     std::unordered_map<std::string, std::string> variables;
     std::size_t growth = 0;  // characters that variables have added
     std::vector<mosesunits> systems;
+    mosesunits model;
     int current = -1, saved = -1;  // of systems; -1: none told
     std::string skipping, until;   // of a block that is passed over: its first word, its last
     long skippedline = 0;

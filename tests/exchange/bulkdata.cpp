@@ -2,6 +2,8 @@
 // Bulk data in small, large and free fields.
 #include "exchange/bulkdata.h"
 
+#include "core/units.h"
+
 #include "tests/exchange/samples.h"
 
 TEST(Bulkdata, CardsOfEveryFormAreRead) {
@@ -20,6 +22,7 @@ TEST(Bulkdata, CardsOfEveryFormAreRead) {
     EXPECT_EQ(countoftype(typebeam), 2);
     EXPECT_EQ(groups(egroup(1), fieldmodulus), 210000) << "an exponent without its letter";
     EXPECT_EQ(groups(egroup(1), fielddensity), 7.85e-9);
+    EXPECT_EQ(unitstext, "mm N t");
     EXPECT_EQ(groups(egroup(1), fieldthickness), 6);
     EXPECT_NEAR(groups(egroup(1), fieldiyy), 2 * 27.0 / 12, 1e-12) << "upright: bends about axis 3";
     EXPECT_NEAR(groups(egroup(1), fieldrotation), 90, 1e-9);
@@ -38,7 +41,7 @@ TEST(Bulkdata, CardsOfEveryFormAreRead) {
     EXPECT_EQ(loaddof(1, 2) * 10 + loadval(1, 2), 51);
     EXPECT_EQ(elemload(1, 1, 2), 3);
     EXPECT_EQ(int(lctype(2)), int(caseaccz));
-    EXPECT_NEAR(lcpar(2, accvalue), -2 * 9.81, 1e-12);
+    EXPECT_NEAR(lcpar(2, accvalue), -2 * 9.81 / 1000, 1e-12) << "from millimetres";
     EXPECT_EQ(loadval(3, 1), -6);
     EXPECT_NE(reported(reportkinds::skipped, "Card CHEXA (line 39)"), nullptr)
         << lastreport().text();

@@ -171,7 +171,7 @@ TEST(Cosmos, ElementsAndLoadsTakeTheSetsOfTheirLine) {
               "BEAM3DBEAM3D*BEAM3D**TRUSS3D");
     EXPECT_EQ(groups(1, fieldmodulus) * 10 + groups(2, fieldmodulus), 12);
     EXPECT_EQ(groups(1, fieldpoisson), 0.2);
-    EXPECT_EQ(groups(2, fielddensity), 4);
+    EXPECT_EQ(groups(2, fielddensity), 4000) << "in kg, from the mass of N and mm";
     EXPECT_EQ(groups(1, fieldizz), 80);
     EXPECT_EQ(groups(1, fieldwxx), 20 / 2.5);
     EXPECT_EQ(groups(1, fieldwyy), 30 / 2.0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Drawings through the dialog, and the model as a drawing.
 #include "exchange/dxf.h"
+#include "core/units.h"
 
 #include <bit>
 #include <cmath>
@@ -106,6 +107,7 @@ TEST(Dxf, TheUnitOfADrawingIsAskedFor) {
         for (int n = 1; n <= nnodes(); ++n) most = std::max(most, double(nodes(0, n, 2)));
         EXPECT_EQ(nnodes(), answer == answers::cancel ? 0 : 5);
         EXPECT_EQ(most >= 1000, answer == answers::yes);
+        EXPECT_EQ(unitstext, answer == answers::no ? "m kN t" : "");
     }
 }
 

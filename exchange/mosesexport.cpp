@@ -9,6 +9,7 @@
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/textfile.h"
+#include "core/units.h"
 #include "exchange/gate.h"
 #include "exchange/leftout.h"
 #include "exchange/textlines.h"
@@ -30,9 +31,11 @@ void openmosessettings(const std::string& path) {
 
 void acceptmosessettings() {
     const int group = mosessettingsform().chosen + 1;
-    writeforeign(
-        mosessettingsform().path, "MOSES model",
+    const std::string target = mosessettingsform().path;
+    const reply result = writeforeign(
+        target, "MOSES model",
         [=](const std::string& path, importreport& report) { exportmoses(path, group, report); });
+    if (result == reply::done) nameafter(target);
 }
 
 // --- names --------------------------------------------------------------------------------------
@@ -53,6 +56,11 @@ std::string plainnames::plain(const std::string& name) {
         const std::string result = whole.substr(0, most - tail.size()) + tail;
         if (used.try_emplace(uppercase(result), 0).second) return result;
     }
+}
+
+// The text is in metres; a model that does not say its units is taken as it stands.
+static double lengthunit() {
+    return unitstext.empty() || modelunits().metres == 0 ? 1 : modelunits().metres;
 }
 
 namespace {
@@ -95,6 +103,7 @@ class mosesexport {
     std::string target;
     textout out;
     int group;
+    const double metres = lengthunit();
     importreport& report;
     std::string body;
     std::vector<std::string> names;        // of the groups
@@ -130,8 +139,8 @@ static std::string reference(int n, points form) {
            digits;
 }
 
-static std::string coordinate(float value, const char* factor) {
-    std::string text = fixedtext(double(value), 3);
+static std::string coordinate(double value, const char* factor) {
+    std::string text = fixedtext(value, 3);
     if (text == "-0.000") text = "0.000";
     return padded(text + "*%" + factor, 20);
 }
@@ -226,8 +235,9 @@ void mosesexport::writehead() {
 }
 
 void mosesexport::writepoint(int n, points form) {
-    std::string text = padded(reference(n, form), 10) + coordinate(nodes(0, n, 0), "xfac") +
-                       coordinate(nodes(0, n, 1), "yfac") + coordinate(nodes(0, n, 2), "zfac");
+    static const char* const factors[] = {"xfac", "yfac", "zfac"};
+    std::string text = padded(reference(n, form), 10);
+    for (int k = 0; k < 3; ++k) text += coordinate(nodes(0, n, k) * metres, factors[k]);
     text.erase(text.find_last_not_of(' ') + 1);
     line(text);
     told[std::size_t(n)] = true;
@@ -333,6 +343,12 @@ void mosesexport::tellrest() {
     if (single > 0) report.skipped("Elements of one node", 0, single);
     tellleftout(report, {parts::freenodes, parts::properties});
     report.changed("Classes have fixed section data, whatever their group holds", ngroups());
+    if (unitstext.empty())
+        report.warn(
+            "The text says metres; the model does not say its units, its coordinates stand "
+            "as they are");
+    if (metres != 1)
+        report.changed("Coordinates turned from " + modelunits().length + " to metres");
 }
 
 void mosesexport::write() {

@@ -252,6 +252,14 @@ reply menuimport() {
     return format->read(absolute(choice.path), purposes::import);
 }
 
+void nameafter(const std::string& path) {
+    const std::string base = split(absolute(path)).base;
+    if (modelname == base) return;
+    modelname = base;
+    noteunnamed();  // there is no model of that name, or another
+    showmodelname();
+}
+
 static reply saveasmodel(const std::string& base) {
     if (!askreplacemodel(base)) return reply::cancelled;
     const bool unnamed = isunnamed();
@@ -280,13 +288,11 @@ reply menusave() {
     const fileformat* const format = findwriter(parts.extension, entry);
     if (format == nullptr) return refuse(choice.path);
     if (!askoverwrite(parts.base, "." + parts.extension)) return reply::cancelled;
-    const bool told = std::string(savefilter).find(format->savecaption) != std::string::npos;
-    if ((told || (format->ismodel && !isnamed())) && modelname != parts.base) {
-        modelname = parts.base;
-        noteunnamed();  // there is no model of that name, or another
-        showmodelname();
-    }
-    return format->write(parts.base + "." + parts.extension);
+    const std::string path = parts.base + "." + parts.extension;
+    const reply result = format->write(path);
+    const bool told = std::string_view(savefilter).find(format->savecaption) != std::string::npos;
+    if (result == reply::done && (told || (format->ismodel && !isnamed()))) nameafter(path);
+    return result;
 }
 
 [[maybe_unused]] static const auto elsewhere = saveelsewhere =

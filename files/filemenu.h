@@ -31,6 +31,8 @@ std::vector<fileformat>& fileformats();
 // A foreign file has become the model: it is named after the file, and saved as a model of this
 // program only under a name that the user gives.
 void noteforeign(const std::string& path);
+// The model has been written in another format, and is named after that file.
+void nameafter(const std::string& path);
 
 reply menunew();  // asks "Save model ?", then an empty model stands
 // Asks "Save model ?" first where something changed since the last save.

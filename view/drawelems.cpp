@@ -3,14 +3,18 @@
 #include "view/drawelems.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "view/facesides.h"
 #include "view/labels.h"
 #include "view/pen.h"
 #include "view/scaleview.h"
@@ -100,13 +104,17 @@ void drawallnodes(int nview) {
     s->drawwidth = 1;
     s->fillsolid = true;
     thinning dots(vieww, viewh, leastspacing(nview));
+    const bool labelled = nview == 1 && checkedof(Nodelabeltype) > nonodelabels;
     for (int n = 1; n <= nnodes(); ++n) {
-        setnode(n, nview);
-        projectpoint(nview);
-        if (!isinslab()) continue;
+        const placedpoint p = project(viewcamera, drawnplace(n, nview));
+        if (!isinslab(viewcamera, p.turned.w)) continue;
+        const bool apart = dots.accepts(p.at.x, p.at.y);
+        if (!apart && !labelled) continue;
         nodecurrent = n;
-        if (dots.accepts(scrx, scry)) drawdot(*s, nview);
-        if (nview == 1) labelnode(*s);
+        scrx = p.at.x;
+        scry = p.at.y;
+        if (apart) drawdot(*s, nview);
+        if (labelled) labelnode(*s);
     }
 }
 
@@ -252,6 +260,58 @@ void drawelementnodes(int e, int nview) {
 
 bool (*curvedmember)(int e, int nview) = nullptr;
 
+namespace {
+
+// What the faces of a large model share while all of them are drawn; the one that stands is used.
+struct crowd {
+    explicit crowd(int nview) : at(std::size_t(nnodes()) + 1) {
+        for (int n = 1; n <= nnodes(); ++n) {
+            const placedpoint p = project(viewcamera, drawnplace(n, nview));
+            if (isinslab(viewcamera, p.turned.w))
+                at[std::size_t(n)] = {float(p.at.x), float(p.at.y), true};
+        }
+        together = this;
+    }
+    ~crowd() { together = nullptr; }
+    crowd(const crowd&) = delete;
+    crowd& operator=(const crowd&) = delete;
+    struct place {
+        float x, y;  // centimetres
+        bool inslab;
+    };
+    std::vector<place> at;  // of each node
+    const facesides& sides = sidesofmodel();
+    static inline const crowd* together = nullptr;
+};
+
+}  // namespace
+
+// Of a line that several faces have the last one alone draws it; what the others drew would lie
+// under it.
+static bool isdrawnlater(int side, int nview) {
+    const facesides& sides = crowd::together->sides;
+    for (int other = sides.next(side); other != side; other = sides.next(other))
+        if (other > side && isshown(facesides::elementof(other), nview)) return true;
+    return false;
+}
+
+// False where a corner lies outside the slab, or is no node.
+static bool drawshared(surface& s, int e, int elnn, int nview) {
+    const auto row = elems.row(e);
+    const std::vector<crowd::place>& at = crowd::together->at;
+    std::array<crowd::place, 5> corner;
+    for (std::size_t k = 0; k < std::size_t(elnn); ++k) {
+        const float n = row[k + 1];
+        if (!(n >= 1 && n < float(at.size())) || !at[std::size_t(n)].inslab) return false;
+        corner[k] = at[std::size_t(n)];
+    }
+    corner[std::size_t(elnn)] = corner[0];
+    for (std::size_t k = 0; k < std::size_t(elnn); ++k)
+        if (!isdrawnlater(4 * e + int(k), nview))
+            s.line(corner[k].x, corner[k].y, corner[k + 1].x, corner[k + 1].y, drawcolor);
+    return true;
+}
+
 void drawelementoutline(int e, int nview) {
     surface* const s = target(nview);
     if (s == nullptr) return;
@@ -259,6 +319,7 @@ void drawelementoutline(int e, int nview) {
     const int elnn = nodesoftype(row[0]);
     if (elnn == 0) return;
     if (elnn == 2 && undeformed == 0 && curvedmember && curvedmember(e, nview)) return;
+    if (elnn > 2 && crowd::together != nullptr && drawshared(*s, e, elnn, nview)) return;
     const auto cornerof = [&](int k) {
         return project(viewcamera, drawnplace(int(row[std::size_t(k)]), nview));
     };
@@ -306,7 +367,11 @@ void drawelement(int e, int nview) {
 
 void drawallelements(int nview) {
     const keptpen pen;
+    const surface* const s = target(nview);
+    if (s == nullptr) return;
     prepareview(nview);
+    std::optional<crowd> all;
+    if (!s->smooth && !symbolsdrawn.solid) all.emplace(nview);
     // A shape keeps its one colour, unless groups are told apart by theirs.
     const bool own = undeformed == 1 || elemlabeltype(elementcolours).checked;
     for (int e = 1; e <= nelems(); ++e) {

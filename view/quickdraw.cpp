@@ -3,6 +3,7 @@
 #include "view/quickdraw.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -45,14 +46,25 @@ struct quicklines {
 };
 quicklines kept;
 
-bool isfold(int e, int f) {
-    const auto a = facenormal(e), b = facenormal(f);
-    return std::fabs(std::inner_product(a.begin(), a.end(), b.begin(), 0.0)) < foldcosine;
+using normal = std::array<float, 3>;
+
+std::vector<normal> normalsofmodel() {
+    std::vector<normal> normals(std::size_t(nelems()) + 1);
+    for (int e = 1; e <= nelems(); ++e) {
+        const auto n = facenormal(e);
+        normals[std::size_t(e)] = {float(n[0]), float(n[1]), float(n[2])};
+    }
+    return normals;
 }
 
 // Each line once: of its ring by the side with the lowest number.
 void addfeatures(std::vector<modelline>& lines) {
     const facesides& sides = sidesofmodel();
+    const std::vector<normal> normals = normalsofmodel();
+    const auto isfold = [&](int e, int f) {
+        const normal &a = normals[std::size_t(e)], &b = normals[std::size_t(f)];
+        return std::fabs(std::inner_product(a.begin(), a.end(), b.begin(), 0.0F)) < foldcosine;
+    };
     const auto islowest = [&](int side) {
         for (int other = sides.next(side); other != side; other = sides.next(other))
             if (other < side) return false;

@@ -27,7 +27,7 @@ class thinning {
         for (int b = std::max(0, j - 2); b <= std::min(rows - 1, j + 2); ++b)
             for (int a = std::max(0, i - 2); a <= std::min(columns - 1, i + 2); ++a)
                 if (const point2& p = cellat(a, b);
-                    p.x != none && std::hypot(p.x - x, p.y - y) < least)
+                    (p.x - x) * (p.x - x) + (p.y - y) * (p.y - y) < least * least)
                     return false;
         cellat(i, j) = {x, y};
         return true;

@@ -9,6 +9,7 @@
 #include "core/colours.h"
 #include "core/newmodel.h"
 #include "tests/support/recorder.h"
+#include "view/moddraw.h"
 #include "view/quickdraw.h"
 #include "view/scaleview.h"
 
@@ -63,10 +64,11 @@ TEST(Viewcube, APlaceOnItIsLookedAtStraight) {
     EXPECT_EQ(corners, 10);
 }
 
-// A sheet of 150 x 150 quadrilaterals, folded along its middle: its border and the fold come first.
-TEST(Quickdraw, BordersAndFoldsComeBeforeTheRest) {
-    sessionroom room;
-    const int side = 150, edges = 5 * side;
+// A sheet of 150 x 150 quadrilaterals, folded along its middle.
+static const int sheetside = 150;
+
+static void makesheet() {
+    const int side = sheetside;
     for (int i = 1; i <= 2; ++i) modelsize(i) = (side + 1) * (side + 1) + 10;
     ASSERT_TRUE(resetmodel());
     viewdist(2) = 1e30f;
@@ -80,6 +82,31 @@ TEST(Quickdraw, BordersAndFoldsComeBeforeTheRest) {
             const int a = j * (side + 1) + i + 1;
             addelement(3, {a, a + 1, a + side + 2, a + side + 1});
         }
+}
+
+// Also beside what is hidden, and where a corner lies outside the slab.
+TEST(Largepicture, EachLineIsDrawnOnce) {
+    sessionroom room;
+    makesheet();
+    const auto lines = [&] {
+        room.platform.views[1].operations.clear();
+        drawview(2);
+        return room.platform.views[1].count("line");
+    };
+    const int side = sheetside, whole = 2 * side * (side + 1);
+    mnuSettingsItem(globalaxison).checked = false;
+    EXPECT_EQ(lines(), whole);
+    viewtype(2) = 1;
+    viewselnum(2) = 1;
+    for (int e = 1; e <= side * side; ++e) elemvis(2, e) = (e - 1) / side < side / 2;
+    EXPECT_EQ(lines(), whole / 2 + side / 2) << "the lower half, with its upper border";
+}
+
+// Its border and the fold come first.
+TEST(Quickdraw, BordersAndFoldsComeBeforeTheRest) {
+    sessionroom room;
+    makesheet();
+    const int side = sheetside, edges = 5 * side;
     EXPECT_TRUE(isquickwanted());
     room.platform.views[1].operations.clear();
     drawquick(2);

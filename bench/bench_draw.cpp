@@ -107,9 +107,10 @@ static void benchwire(imageplatform& platform) {
             for (std::size_t v = 0; v < images.size(); ++v) plainpass(images[v], prepared[v]);
         };
         const char* const views = single ? "one view" : "four views";
-        printratio(std::string("wire redraw with nodes, ") + views, 5, 3, redrawall, plain);
+        const int runs = single ? 3 : 1;
+        printratio(std::string("wire redraw with nodes, ") + views, runs, 3, redrawall, plain);
         mnudrawlist(nodesdrawn).checked = false;
-        printratio(std::string("wire redraw, ") + views, 5, 3, redrawall, plain);
+        printratio(std::string("wire redraw, ") + views, runs, 3, redrawall, plain);
         mnudrawlist(nodesdrawn).checked = true;
     }
 }
@@ -122,11 +123,11 @@ static void benchhidden(imageplatform& platform) {
     mnudrawlist(hiddenline).checked = true;
     const auto plain = [&] { plainpolygons(image, list); };
     mnudrawlist(nodesdrawn).checked = false;
-    printratio("hidden line redraw, sort and shading", 5, 3, redrawall, plain);
+    printratio("hidden line redraw, sort and shading", 3, 3, redrawall, plain);
     // Seen straight from above many elements have one depth.
     setpreset(1, 1);
     for (int n = 1; n <= nnodes(); ++n) nodes(0, n, 2) = 0;
-    printratio("hidden line redraw, all at one depth", 5, 3, redrawall, plain);
+    printratio("hidden line redraw, all at one depth", 1, 3, redrawall, plain);
     mnudrawlist(nodesdrawn).checked = true;
     mnudrawlist(hiddenline).checked = false;
 }
@@ -177,7 +178,7 @@ static void benchletgo() {
     redrawall();
     checkselectitem(selectnodes);
     selecttype = selecttypes::all;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 3; ++i) {
         taken.push_back(secondsof([] { viewmousedown(1, mousebuttons::left, 5, 5); }));
         letgo.push_back(secondsof([] { keyhandler(keyescape); }));
     }
@@ -312,8 +313,7 @@ static double gmshredraw() {
                 std::puts("gmsh could not be run off screen");
         });
     };
-    run(1);
-    const int few = 2, many = 12;
+    const int few = 1, many = 4;
     return (run(many) - run(few)) / (many - few);
 }
 

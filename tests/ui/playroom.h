@@ -13,6 +13,7 @@ class playroom {
     explicit playroom(bool withexamples = true) : folder(room.path().toStdString()) {
         namespace fs = std::filesystem;
         fs::create_directory(folder / "home");
+        fs::copy(fs::path(sourcedir()) / "data/decmem.DAT", folder / "home");  // sizes as delivered
         if (!withexamples) return;
         const fs::path data = fs::path(sourcedir()) / "data";
         fs::copy(data / "examples", folder / "examples");

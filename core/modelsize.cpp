@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/allocmodel.h"
+#include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/newmodel.h"
 #include "core/numtext.h"
@@ -150,7 +151,7 @@ static long withroom(long count) {
     return std::min(count + count / 4, 2000000000L);
 }
 
-bool askenlarge() {
+static bool askenlarge(const std::string& told, const std::string& purpose) {
     static const char* const names[] = {"",
                                         "Number of nodes",
                                         "Number of elements",
@@ -164,25 +165,15 @@ bool askenlarge() {
         if (exceeds(i))
             text += std::string("\n") + names[i] + ": " + numbertext(modelsize(i)) + " to " +
                     std::to_string(withroom(needed[std::size_t(i)]));
-    return theplatform().yes("Declare larger sizes now and open the model?\n" + text);
+    return theplatform().yes(told + (told.empty() ? "" : "\n\n") + "Declare larger sizes now and " +
+                             purpose + "?\n" + text);
 }
 
-bool enlargesizes() {
-    if (enlargesizes(resetmodel)) return true;
-    resetmodel();
-    return false;
+bool askenlarge() {
+    return askenlarge("", "open the model");
 }
 
-bool istoolittle() {
-    std::string text;
-    for (int i = 1; i <= nsizes; ++i)
-        if (exceeds(i)) text += (text.empty() ? "" : "\n") + sizefault(i, needed[std::size_t(i)]);
-    if (text.empty()) return false;
-    theplatform().message(text, icons::exclamation);
-    return true;
-}
-
-bool enlargesizes(bool (*allocated)()) {
+static bool enlargesizes(bool (*allocated)()) {
     std::array<int, nsizes + 1> before{};
     bool larger = false;
     for (int i = 1; i <= nsizes; ++i) {
@@ -196,6 +187,54 @@ bool enlargesizes(bool (*allocated)()) {
     agreed = false;
     for (int i = 1; i <= nsizes; ++i) modelsize(i) = before[std::size_t(i)];
     return false;
+}
+
+bool enlargesizes() {
+    if (enlargesizes(resetmodel)) return true;
+    resetmodel();
+    return false;
+}
+
+bool resizemodel() {
+    keptmodel before;
+    if (allocmodel()) {
+        before.restoreinto();
+        return true;
+    }
+    before.restore();
+    return false;
+}
+
+bool enlargewithmodel() {
+    return enlargesizes(resizemodel);
+}
+
+bool growfor(const std::vector<sizeneed>& needs, const std::string& told) {
+    const auto fits = [](const sizeneed& n) { return n.count <= modelsize(n.size); };
+    if (std::ranges::all_of(needs, fits)) return true;
+    clearneeds();
+    for (const sizeneed& n : needs) needsize(n.size, n.count);
+    const bool grown = askenlarge(told, "go on") && enlargewithmodel();
+    clearneeds();
+    if (grown) writemodelsize();
+    return grown;
+}
+
+bool growby(long newnodes, long newelements, long newgraphics) {
+    return growfor({{sizenodes, nnodes() + newnodes},
+                    {sizeelements, nelems() + newelements},
+                    {sizegraphics, ngraphics() + newgraphics}},
+                   "Increase number of nodes or elements on Model declaration form. Do: "
+                   "[File,modelsize..]");
+}
+
+bool istoolittle() {
+    std::string text;
+    for (int i = 1; i <= nsizes; ++i)
+        if (exceeds(i)) text += (text.empty() ? "" : "\n") + sizefault(i, needed[std::size_t(i)]);
+    if (text.empty()) return false;
+    theplatform().message(text, icons::exclamation);
+    return true;
 }
 
 std::array<double, 7> calcmem(const std::array<double, 7>& t) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 // 5000 for sizes 1..4, 2000, 200, 4.
 void defaultmodelsize();
@@ -33,12 +34,27 @@ void needsize(int i, long count);
 void checkneeds();
 // Offers sizes that hold what was found needed; until clearneeds the needs are not told again.
 bool askenlarge();
-// Declares and allocates them, for an empty model, or by what moves the model in hand. False when
-// that is no change, or the machine has no room for them: the sizes are those of before.
+// Declares and allocates them, for an empty model, or with the model in hand moved into them. False
+// when that is no change, or the machine has no room for them: the sizes are those of before.
 bool enlargesizes();
-bool enlargesizes(bool (*allocated)());
+bool enlargewithmodel();
 // What was found needed of any size exceeds it; told in one message.
 bool istoolittle();
+
+// The model in hand moves into arrays of the declared sizes. False, with the model as it was, when
+// the machine has no memory for them.
+bool resizemodel();
+
+// Room for what is about to be made. Where it is more than is declared the user is asked, after
+// what else is to be told, and the sizes grow with the model in hand: what a caller holds of cells
+// is void then. False when there is no room and nothing has changed.
+struct sizeneed {
+    int size;
+    long count;
+};
+bool growfor(const std::vector<sizeneed>& needs, const std::string& told = {});
+// The same for nodes, elements and graphic elements that come to those of the model, told as such.
+bool growby(long newnodes, long newelements, long newgraphics = 0);
 
 // Kilobytes of memory for the numbers declared in the dialog's boxes 0..6: nodes, elements, load
 // lists, groups, graphic elements, edges, and in [6] the total in megabytes.

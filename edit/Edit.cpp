@@ -10,6 +10,7 @@
 #include "core/elempatch.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -120,22 +121,10 @@ static void pastegraphics() {
     graphsel2(0, 0) = entries;
 }
 
-static bool bufferfits() {
-    return nnodes() + long(tmpnodes(0, 0)) <= roomof(items::node) &&
-           nelems() + long(tmpelems(0, 0)) <= roomof(items::element) &&
-           ngraphics() + long(graphics2(0, 0, 0)) <= roomof(items::graphic);
-}
-
 bool editpaste() {
     if (tmpelems(0, 0) != 0) checkselectitem(selectelements);
     if (tmpnodes(0, 0) == 0 && graphics2(0, 0, 0) == 0) return true;
-    if (!bufferfits()) {
-        theplatform().message(
-            "Increase number of nodes or elements on Model declaration form. Do: "
-            "[File,modelsize..]",
-            icons::exclamation);
-        return false;
-    }
+    if (!growby(long(tmpnodes(0, 0)), long(tmpelems(0, 0)), long(graphics2(0, 0, 0)))) return false;
     releaseselection();
     const int nodesbefore = nnodes(), elementsbefore = nelems(), graphicsbefore = ngraphics();
     if (tmpnodes(0, 0) != 0) pastenodes();

@@ -12,6 +12,7 @@
 #include "core/journal.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -63,13 +64,7 @@ static void drawaddednode(int n, int nview) {
 }
 
 int addnodeat(int) {
-    if (nnodes() == roomof(items::node)) {
-        theplatform().message(
-            "Increase number of nodes or elements on Model declaration form. Do: "
-            "[File,modelsize..]",
-            icons::exclamation);
-        return 0;
-    }
+    if (!growby(1, 0)) return 0;
     const int n = appenditems(items::node);
     const double at[] = {modelx, modely, modelz};
     for (int k = 0; k < 3; ++k) nodes(0, n, k) = float(at[k]);

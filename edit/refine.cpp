@@ -15,6 +15,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -164,10 +165,9 @@ static void copyloads(const std::vector<std::vector<int>>& parts) {
 }
 
 static bool fits(const refinement& r, const std::vector<std::vector<int>>& parts) {
-    bool good = nnodes() + long(r.made.size()) <= nodes.upper2 &&
-                nelems() + long(r.parts.size()) <= elems.upper1;
-    for (int lc = 1; lc <= nlc() && good; ++lc) good = loadrowsneeded(lc, parts) <= elemload.upper2;
-    return good;
+    long rows = 0;
+    for (int lc = 1; lc <= nlc(); ++lc) rows = std::max(rows, long(loadrowsneeded(lc, parts)));
+    return growby(long(r.made.size()), long(r.parts.size())) && growfor({{sizeconditions, rows}});
 }
 
 // --- what the user should know ------------------------------------------------------------------
@@ -224,13 +224,7 @@ int refineelements() {
     std::vector<std::vector<int>> parts(std::size_t(nelems()) + 1);
     for (std::size_t i = 0; i < r.parts.size(); ++i)
         parts[std::size_t(r.parts[i].parent)].push_back(nelems() + int(i) + 1);
-    if (!fits(r, parts)) {
-        theplatform().message(
-            "Increase number of nodes or elements on Model declaration form. Do: "
-            "[File,modelsize..]",
-            icons::exclamation);
-        return 0;
-    }
+    if (!fits(r, parts)) return 0;
     hideselection();
     const int before = nnodes();
     copyloads(parts);

@@ -24,7 +24,6 @@
 #include "exchange/drawn.h"
 #include "exchange/importunits.h"
 #include "exchange/orient.h"
-#include "files/setmem.h"
 #include "view/autoscale.h"
 #include "view/moddraw.h"
 
@@ -143,7 +142,7 @@ static void noteneeds(const imported& found, purposes purpose, const places& at)
 static bool makeroom(const imported& found, purposes purpose, const places& at) {
     noteneeds(found, purpose, at);
     if (!istoolittle()) return true;
-    if (menulock || !askenlarge() || !enlargesizes(resizemodel)) return false;
+    if (menulock || !askenlarge() || !enlargewithmodel()) return false;
     writemodelsize();
     return true;
 }

@@ -4,8 +4,6 @@
 
 #include <cmath>
 
-#include "core/allocmodel.h"
-#include "core/keptmodel.h"
 #include "core/model.h"
 #include "core/modelsize.h"
 #include "core/numtext.h"
@@ -57,16 +55,6 @@ static bool readsizes(const sizeform& form, std::array<int, 7>& sizes) {
 
 static void declare(const std::array<int, 7>& sizes) {
     for (std::size_t i = 0; i < 7; ++i) modelsize(long(i) + 1) = sizes[i];
-}
-
-bool resizemodel() {
-    keptmodel before;
-    if (allocmodel()) {
-        before.restoreinto();
-        return true;
-    }
-    before.restore();
-    return false;
 }
 
 bool applysizes(sizeform& form) {

@@ -18,6 +18,3 @@ void editsize(sizeform& form, int box);  // after a key press: no number becomes
 // does not fit, or sizes beyond the memory, are told; the old sizes come back and the boxes show
 // them. True when the sizes changed.
 bool applysizes(sizeform& form);
-// The model in hand moves into arrays of the declared sizes. False, with the model as it was, when
-// the machine has no memory for them.
-bool resizemodel();

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "core/model.h"
+#include "core/modelsize.h"
 #include "core/runtime.h"
 #include "core/units.h"
 
@@ -120,7 +121,8 @@ static void rewrite(const Rows& rows, int highest, const std::vector<int>& items
             ++*u;
             --missing;
         }
-    if (count + missing > modelsize(sizeconditions)) throw toomanyrows(Rows::name, count + missing);
+    if (!growfor({{sizeconditions, count + missing}}))
+        throw toomanyrows(Rows::name, count + missing);
 
     for (const int n : items)
         if (int* const u = ofitem(n)) *u = 0;

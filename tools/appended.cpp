@@ -5,6 +5,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/session.h"
@@ -14,6 +15,10 @@
 #include "view/moddraw.h"
 
 void needroomfor(long newnodes, long newelements, long newgraphics) {
+    if (growfor({{sizenodes, nnodes() + newnodes},
+                 {sizeelements, nelems() + newelements},
+                 {sizegraphics, ngraphics() + newgraphics}}))
+        return;
     const auto check = [](long need, long have, const char* what, const char* size) {
         if (need <= have) return;
         throw runtimeerror{errargument, numbertext(double(need)) + " " + what + " are needed, " +

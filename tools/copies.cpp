@@ -9,6 +9,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/views.h"
@@ -175,10 +176,10 @@ static std::vector<dofrow> copiedrows(const copybook& book, const std::vector<do
     return out;
 }
 
-static void checkrows(std::size_t rows, long have, const std::string& where) {
-    if (long(rows) <= have) return;
+static void checkrows(std::size_t rows, const std::string& where) {
+    if (growfor({{sizeconditions, long(rows)}})) return;
     throw runtimeerror{errargument, where + " would have " + numbertext(double(rows)) + " rows, " +
-                                        numbertext(double(have)) +
+                                        numbertext(modelsize(sizeconditions)) +
                                         " are declared. Increase 'Boundary Condition per "
                                         "loadcase' with [File,Model size..]"};
 }
@@ -192,14 +193,14 @@ static void fillbook(copybook& book, const motion& by, int copies, left& l) {
     book.supports = copiedrows(book, supportrows(), by, [&](const auto& rows, const motion& m) {
         return turnedsupports(rows, m, l);
     });
-    checkrows(std::size_t(ncon) + book.supports.size(), connode.upper, "The constraints");
+    checkrows(std::size_t(ncon) + book.supports.size(), "The constraints");
     for (int lc = 1; lc <= nlc(); ++lc) {
         const bool masses = int(lctype(lc)) != 0;
         book.forces.push_back(
             copiedrows(book, forcerows(lc), by, [&](const auto& rows, const motion& m) {
                 return masses ? turnedmasses(rows, m, l) : turnedforces(rows, m);
             }));
-        checkrows(std::size_t(loadnode(lc, 0)) + book.forces.back().size(), loadnode.upper2,
+        checkrows(std::size_t(loadnode(lc, 0)) + book.forces.back().size(),
                   "Load case " + numbertext(lc));
     }
 }
@@ -217,7 +218,7 @@ static void checkelementloads(const copybook& book, const motion& by) {
             each += parts && int(elemload(lc, i, 1)) != 1 ? 2 : 1;
         }
         rows += each * book.number.size();
-        checkrows(rows, elemload.upper2, "Load case " + numbertext(lc));
+        checkrows(rows, "Load case " + numbertext(lc));
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/modelsize.h"
 #include "view/localaxes.h"
 
 elementaxes axesofelement(int e) {
@@ -106,14 +107,14 @@ turningelements::turnedrows turningelements::turnedcase(int lc) const {
 int turningelements::settle() {
     if (before.empty()) return 0;
     std::vector<turnedrows> cases;
-    bool fits = true;
+    long rows = 0;
     int changed = 0;
     for (int lc = 1; lc <= nlc(); ++lc) {
         cases.push_back(turnedcase(lc));
-        fits = fits && long(cases.back().rows.size()) <= elemload.upper2;
+        rows = std::max(rows, long(cases.back().rows.size()));
         changed += cases.back().changed;
     }
-    if (!fits) {
+    if (!growfor({{sizeconditions, rows}})) {
         putback();
         return -1;
     }

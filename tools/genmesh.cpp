@@ -9,6 +9,7 @@
 
 #include "core/catalogue.h"
 #include "core/model.h"
+#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/session.h"
 #include "tools/groups.h"
@@ -112,9 +113,11 @@ void checkmeshsize(const graphiclist& list) {
     const double e1 = nodesonedge(list, 1), e3 = line ? 0 : nodesonedge(list, 3);
     const double nodesneeded = quad ? e3 * e1 + 2 * e3 + 2 * e1 : line ? 2 * e1 : e3 * e1 + 3 * e1;
     const double elemsneeded = line ? e1 - 1 : (e3 - 1) * (e1 - 1);
-    if (nnodes() + tmpnodes(0, 0) + nodesneeded > modelsize(sizenodes))
-        append(" Too many nodes, increase node declaration. ");
-    if (nelems() + tmpelems(0, 0) + elemsneeded > modelsize(sizeelements))
+    const double allnodes = nnodes() + tmpnodes(0, 0) + nodesneeded,
+                 allelems = nelems() + tmpelems(0, 0) + elemsneeded;
+    if (growfor({{sizenodes, long(allnodes)}, {sizeelements, long(allelems)}})) return;
+    if (allnodes > modelsize(sizenodes)) append(" Too many nodes, increase node declaration. ");
+    if (allelems > modelsize(sizeelements))
         append(" Too many elements, increase element declaration. ");
 }
 

@@ -9,6 +9,7 @@
 
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/pack.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -50,7 +51,7 @@ static void setrowto(int row, int g) {
 
 static void needroom() {
     const int room = 5;  // lines that one pair can make
-    if (ngraphics() + room <= graphics.upper1 && graphsel(0, 0) + room <= graphsel.upper1) return;
+    if (growfor({{sizegraphics, std::max(ngraphics(), int(graphsel(0, 0))) + room}})) return;
     throw runtimeerror{errsubscript,
                        "The new lines do not fit the " + std::to_string(modelsize(sizegraphics)) +
                            " graphic elements declared. Increase 'Number of graphic elements' "

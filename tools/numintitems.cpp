@@ -6,6 +6,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/newmodel.h"
 #include "core/numtext.h"
 #include "core/pack.h"
@@ -27,30 +28,27 @@ bool askadd(long count) {
                                         : "Add " + numbertext(count) + " new items?");
 }
 
-// Room for items of a tab, and what a user reads when it is used up.
-struct tabroom {
-    long upper;
-    const char* message;
-};
-
-static tabroom roomof(int tab) {
-    static const char* const sizes =
-        "Increase number of nodes or elements on Model declaration form. Do: [File,modelsize..]";
-    static const char* const conditions =
-        "Increase number of boundary conditions on Model declaration form. Do: [File,modelsize..]";
+// Room for a list of a tab to grow to a count, declared larger where the user agrees.
+static bool hasroom(int tab, long count) {
+    const auto within = [&](long most, const char* message) {
+        if (count > most) theplatform().message(message, icons::exclamation);
+        return count <= most;
+    };
     switch (tab) {
         case tabnodes:
-            return {nodes.upper2, sizes};
+            return growby(count - nnodes(), 0);
         case tabelements:
-            return {elems.upper1, sizes};
+            return growby(0, count - nelems());
         case tabgroups:
-            return {modelsize(sizegroups), "Maximum number of groups"};
+            return within(modelsize(sizegroups), "Maximum number of groups");
         case tabloadcases:
-            return {modelsize(sizeloadcases), "Maximum number of loadcase"};
+            return within(modelsize(sizeloadcases), "Maximum number of loadcase");
         case tabcombinations:
-            return {maxcombinations, "Maximum number of loadcombinations"};
+            return within(maxcombinations, "Maximum number of loadcombinations");
         default:
-            return {modelsize(sizeconditions), conditions};
+            return growfor({{sizeconditions, count}},
+                           "Increase number of boundary conditions on Model declaration form. Do: "
+                           "[File,modelsize..]");
     }
 }
 
@@ -137,14 +135,11 @@ static bool newitem(int tab, int lc, long row) {
 }
 
 static bool hasroom(int tab, const std::vector<int>& cases) {
-    const tabroom room = roomof(tab);
     std::vector<long> more(std::size_t(nlc()) + 1, 0);
     for (const int lc : cases) ++more[isloadtab(tab) ? std::size_t(lc) : 0];
     for (std::size_t list = 0; list < more.size(); ++list)
-        if (more[list] > 0 && countof(itemsof(tab), long(list)) + more[list] > room.upper) {
-            theplatform().message(room.message, icons::exclamation);
+        if (more[list] > 0 && !hasroom(tab, countof(itemsof(tab), long(list)) + more[list]))
             return false;
-        }
     return true;
 }
 

@@ -8,6 +8,7 @@
 
 #include "core/colours.h"
 #include "core/model.h"
+#include "core/modelsize.h"
 #include "core/platform.h"
 #include "core/session.h"
 #include "core/views.h"
@@ -131,7 +132,7 @@ static void drawfinished(int g) {
 }
 
 static void needroom() {
-    if (ngraphics() < graphics.upper1) return;
+    if (growfor({{sizegraphics, ngraphics() + 1}})) return;
     addready();
     throw runtimeerror{errsubscript,
                        "All " + std::to_string(modelsize(sizegraphics)) +

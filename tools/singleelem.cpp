@@ -9,6 +9,7 @@
 #include "core/catalogue.h"
 #include "core/model.h"
 #include "core/modelitems.h"
+#include "core/modelsize.h"
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/session.h"
@@ -81,14 +82,7 @@ static void drawmade(int e) {
 }
 
 static void appendelement() {
-    if (nelems() == roomof(items::element)) {
-        emptynodes();
-        theplatform().message(
-            "Increase number of nodes or elements on Model declaration form. Do: "
-            "[File,modelsize..]",
-            icons::exclamation);
-        return;
-    }
+    if (!growby(0, 1)) return emptynodes();
     const int e = appenditems(items::element);
     elems(e, 0) = float(mesheltype);
     for (int k = 1; k <= eltypnodes(mesheltype); ++k) elems(e, k) = float(nodesel(k));

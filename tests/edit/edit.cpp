@@ -3,6 +3,8 @@
 #include "edit/Edit.h"
 
 #include "core/catalogue.h"
+#include "core/journal.h"
+#include "core/modelsize.h"
 #include "core/newmodel.h"
 #include "edit/move.h"
 #include "edit/refine.h"
@@ -66,6 +68,42 @@ TEST(Edit, PasteAppendsWhatWasCopied) {
     EXPECT_EQ(graphsel2(5, 1), 3);
     editdelete();
     EXPECT_TRUE(graphics(2, 0, 0) == 3 && graphics(3, 0, 0) == 0 && graphics(4, 0, 0) == 0);
+}
+
+TEST(Edit, WhatDoesNotFitGrowsTheSizesWhenTheUserAgrees) {
+    sessionroom room;
+    modelsize(sizenodes) = 8;
+    modelsize(sizeelements) = modelsize(sizeconditions) = 3;
+    resetmodel();
+    makemodel();
+    setselectitem(selectelements);
+    selectallelements();
+    startjournal();
+    editcopy();
+    const auto change = [](const char* name, auto by) {
+        const step s(name);
+        return bool(by());
+    };
+    EXPECT_FALSE(change("Paste", editpaste)) << "answered with no";
+    EXPECT_EQ(modelsize(sizenodes), 8);
+    room.platform.answerqueue = {answers::yes};
+    ASSERT_TRUE(change("Paste", editpaste));
+    EXPECT_EQ(nnodes(), 15);
+    EXPECT_EQ(elems(6, 3), 14) << "the copied corners came along";
+    EXPECT_EQ(nodes(0, 14, 0), 2);
+    EXPECT_EQ(elemsel(0), 3);
+    EXPECT_EQ(connode(3), 8);
+    room.platform.answerqueue = {answers::yes, answers::yes, answers::yes};  // and for load rows
+    ASSERT_TRUE(change("Refine", refineelements));
+    EXPECT_EQ(nelems(), 3 + 3 + 9);
+    ASSERT_TRUE(stepback(2));
+    EXPECT_EQ(nnodes(), 8);
+    EXPECT_EQ(elemload(1, 1, 2), 10);
+    ASSERT_TRUE(stepforward(2));
+    EXPECT_EQ(nelems(), 15);
+    const int declared = modelsize(sizenodes);
+    readmodelsize();
+    EXPECT_EQ(modelsize(sizenodes), declared) << "the next start has them too";
 }
 
 TEST(Edit, WhatIsDeletedTakesItsRowsAndTheRestClosesUp) {

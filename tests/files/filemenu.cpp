@@ -143,8 +143,8 @@ TEST(Filemenu, ImportPastesBehindTheModel) {
     EXPECT_EQ(menuimport(), reply::failed);
     EXPECT_EQ(ngroups(), 4) << "and no groups behind";
     EXPECT_TRUE(
-        room.platform.told("Increase number of nodes or elements on Model declaration form. "
-                           "Do: [File,modelsize..]"));
+        room.platform.toldpart("Increase number of nodes or elements on Model declaration form. "
+                               "Do: [File,modelsize..]\n\nDeclare larger sizes now and go on?"));
     EXPECT_EQ(nnodes(), 24) << "a paste that does not fit leaves the model as it was";
 }
 

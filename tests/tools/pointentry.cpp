@@ -97,6 +97,16 @@ TEST(PointEntry, AFullListIsToldAndNothingIsLost) {
     EXPECT_EQ(ngraphics(), graphics.upper1);
     EXPECT_TRUE(room.platform.toldpart("Increase 'Number of graphic elements'"));
     EXPECT_FALSE(drawline);
+    room.platform.answerqueue = {answers::yes};
+    startdrawing(kindline);
+    const int drawn = ngraphics();
+    room.click(2, 2);
+    room.click(3, 2);
+    room.click(4, 2);
+    ASSERT_EQ(ngraphics(), drawn + 2) << "the user agreed to larger sizes";
+    EXPECT_TRUE(drawline);
+    expectplace(drawn + 2, 1, 3, 2);
+    expectplace(drawn + 2, 2, 4, 2);
 }
 
 TEST(PointEntry, TheSpaceKeyStepsThePickedPoint) {

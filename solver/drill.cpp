@@ -239,18 +239,19 @@ static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix
 
 // Felippa, A study of optimal membrane triangles with drilling freedoms, Comput. Methods Appl.
 // Mech. Engrg. 192, 2003. Its free parameters are those of the optimum, which bends exactly in a
-// mesh of rectangles of two triangles. Such edges bow by half more than a beam (his alpha); an edge
-// of a quadrilateral bows like a beam, and so does that of a triangle beside it.
+// mesh of rectangles of two triangles; in others the higher part of the strain counts for less.
+// Such edges bow by half more than a beam (his alpha); an edge of a quadrilateral bows like a beam,
+// and so does that of a triangle beside it.
 namespace {
 using mat9x3 = Eigen::Matrix<double, 9, 3>;
 using mat3x9 = Eigen::Matrix<double, 3, 9>;
 
 struct optimal {
-    double area, higher;  // weight of the higher part of the strain
-    mat9x3 force;         // nodal forces of a unit stress on a unit thickness
-    mat3 corner[3];       // natural strains at a corner from the rotations, divided by 2/3 area
-    mat3 strain;          // strain x, y, xy from natural
-    mat3x9 rotation;      // rotations of the corners less that of the element
+    double area;
+    mat9x3 force;     // nodal forces of a unit stress on a unit thickness
+    mat3 corner[3];   // natural strains at a corner from the rotations, divided by 2/3 area
+    mat3 strain;      // strain x, y, xy from natural
+    mat3x9 rotation;  // rotations of the corners less that of the element
 };
 }  // namespace
 
@@ -263,9 +264,6 @@ static optimal makeoptimal(const element& e, const flatshape& s) {
     const auto dx = [&](int i, int j) { return s.at[i].x() - s.at[j].x(); };
     const auto dy = [&](int i, int j) { return s.at[i].y() - s.at[j].y(); };
     t.area = (dx(1, 0) * dy(2, 0) - dx(2, 0) * dy(1, 0)) / 2;
-    const double poisson = e.field(fieldpoisson);
-    const double leastbeta = 0.01;
-    t.higher = std::max((1 - 4 * poisson * poisson) / 2, leastbeta);
     for (int i = 0; i < 3; ++i) {
         const int j = (i + 1) % 3, k = (i + 2) % 3;
         const double to = edgebow(e, i), from = edgebow(e, k);  // of the edges to j, from k
@@ -306,19 +304,54 @@ static optimal makeoptimal(const element& e, const flatshape& s) {
     return t;
 }
 
+// Pure bending along an edge at the corners, about the line half way up to the opposite one.
+static Eigen::Matrix<double, 9, 1> edgebending(const flatshape& s, int edge, double poisson) {
+    const vec2 along = s.along[edge], across(-along.y(), along.x());
+    const double middle = across.dot(s.at[edge] + s.at[(edge + 2) % 3]) / 2;
+    Eigen::Matrix<double, 9, 1> u;
+    for (int c = 0; c < 3; ++c) {
+        const double x = along.dot(s.at[c]), y = across.dot(s.at[c]) - middle;
+        u.segment<2>(3 * c) = x * y * along - (x * x + poisson * y * y) / 2 * across;
+        u[3 * c + 2] = -x;
+    }
+    return u;
+}
+
+// Work of the rotations, their part of the strain weighted by the optimum and by its fit: of the
+// work of bending along an edge the constant part of the strain takes some, and the optimum gives
+// the rotations what is left where two triangles are a rectangle. Other shapes leave less, down to
+// nothing in leaning slender ones, which the whole of it would stop from bending. The edge counts
+// along which most is left: it lies most nearly along the lines of the mesh.
+static mat3 rotationwork(const element& e, const flatshape& s, const optimal& t,
+                         const mat3& stretch) {
+    const double none = 0.1, whole = 0.45;  // what is left over the optimum; by the curved beam
+    const double leastweight = 0.01, poisson = e.field(fieldpoisson);
+    const mat3 natural = t.strain.transpose() * stretch * t.strain;
+    mat3 work = mat3::Zero();
+    for (int c = 0; c < 3; ++c) {
+        const mat3 middle = (t.corner[c] + t.corner[(c + 1) % 3]) / 2;
+        work += 0.75 * t.area * middle.transpose() * natural * middle;
+    }
+    const double weight = std::max((1 - 4 * poisson * poisson) / 2, leastweight);
+    const double modulus = stretch(0, 0) * (1 - poisson * poisson);
+    double left = 0;
+    for (int k = 0; k < 3; ++k) {
+        const Eigen::Matrix<double, 9, 1> bent = edgebending(s, k, poisson);
+        const vec3 strain = t.force.transpose() * bent, turned = t.rotation * bent;
+        const double height = 2 * t.area / s.edge[k];
+        const double all = modulus * t.area * height * height / 12;
+        const double constant = strain.dot(stretch * strain) / t.area;
+        left = std::max(left, (all - constant) / (weight * turned.dot(work * turned)));
+    }
+    return work * std::max(weight * std::min((left - none) / (whole - none), 1.0), leastweight);
+}
+
 static void stiffentriangle(const element& e, const flatshape& s, halfmatrix& k) {
     const optimal t = makeoptimal(e, s);
     const mat3 stretch = planestiffness(e, false);
-    const mat3 natural = t.strain.transpose() * stretch * t.strain;
-    mat3 byrotation = mat3::Zero();
-    for (int c = 0; c < 3; ++c) {
-        const mat3 middle = (t.corner[c] + t.corner[(c + 1) % 3]) / 2;
-        byrotation += middle.transpose() * natural * middle;
-    }
     const double part = followed(e, s);
-    byrotation *= part * 0.75 * t.higher * t.area;
     k = t.force * stretch * t.force.transpose() / t.area;
-    k += t.rotation.transpose() * byrotation * t.rotation;
+    k += part * t.rotation.transpose() * rotationwork(e, s, t, stretch) * t.rotation;
     if (part == 1) return;
     const Eigen::Matrix<double, 1, 9> spin = t.rotation.colwise().mean();
     const double hold = 0.3;  // of the shear modulus; as much as the higher part holds the spin

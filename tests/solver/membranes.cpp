@@ -39,7 +39,7 @@ TEST(Verification, CooksPanel) {
         meshes sizes;
     } rows[] = {{typememb4, {{4, 0.04}, {8, 0.022}, {16, 0.004}}},
                 {typeshell4, {{4, 0.025}, {8, 0.015}, {16, 0.004}}},
-                {typeshell3, {{4, 0.13}, {8, 0.08}, {16, 0.025}}},
+                {typeshell3, {{4, 0.1}, {8, 0.04}, {16, 0.015}}},
                 {typememb3, {{4, 0.55}, {8, 0.33}, {16, 0.11}}}};
     for (const auto& [type, sizes] : rows)
         for (const auto [n, tolerance] : sizes) {

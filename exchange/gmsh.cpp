@@ -44,6 +44,22 @@ const meshkind meshkinds[] = {
     {21, 2, 10, 3, "high-order triangles"},
     {26, 1, 4, 2, "high-order lines"},
     {29, 3, 20, 0, "tetrahedra"},
+    {22, 2, 12, 3, "high-order triangles"},
+    {23, 2, 15, 3, "high-order triangles"},
+    {24, 2, 15, 3, "high-order triangles"},
+    {25, 2, 21, 3, "high-order triangles"},
+    {27, 1, 5, 2, "high-order lines"},
+    {28, 1, 6, 2, "high-order lines"},
+    {30, 3, 35, 0, "tetrahedra"},
+    {31, 3, 56, 0, "tetrahedra"},
+    {36, 2, 16, 4, "high-order quadrilaterals"},
+    {37, 2, 25, 4, "high-order quadrilaterals"},
+    {38, 2, 36, 4, "high-order quadrilaterals"},
+    {39, 2, 12, 4, "high-order quadrilaterals"},
+    {40, 2, 16, 4, "high-order quadrilaterals"},
+    {41, 2, 20, 4, "high-order quadrilaterals"},
+    {92, 3, 64, 0, "hexahedra"},
+    {93, 3, 125, 0, "hexahedra"},
 };
 
 const meshkind* kindof(long code) {
@@ -119,6 +135,10 @@ class gmshreader {
                 readnames();
             else if (line == "$Entities")
                 section(&gmshreader::readentities);
+            else if (line == "$PartitionedEntities")
+                section(&gmshreader::readparts);
+            else if (line == "$NOD")
+                in.fail("version 1 is not read; " + versionsread());
             else if (line == "$Nodes")
                 section(isold ? &gmshreader::readoldnodes : &gmshreader::readnodes);
             else if (line == "$Elements")
@@ -138,8 +158,9 @@ class gmshreader {
         int group;
     };
 
+    static std::string versionsread() { return "save the mesh as version 4.1 or 2.2"; }
     void readformat() {
-        double version = 0, oldversion = 2.2, newversion = 4.1;
+        double version = 0, newversion = 4.1;
         long form = 0, size = 0;
         std::string_view line, word;
         in.next(line);
@@ -149,10 +170,11 @@ class gmshreader {
         if (!whole) in.fail("version, form and size of a number were expected");
         isold = version >= 2 && version < 3;
         if (!isold && version != newversion)
-            in.fail("version " + numbertext(version) + " is not read; save the mesh as version " +
-                    numbertext(newversion) + " or " + numbertext(oldversion));
+            in.fail("version " + numbertext(version) + " is not read; " + versionsread());
         from.binary = form == 1;
-        if (size != 8) in.fail("numbers of " + numbertext(size) + " bytes are not read");
+        if (size != 8 && (isold || size != 4))
+            in.fail("numbers of " + numbertext(size) + " bytes are not read");
+        wide = std::size_t(size);
         hasformat = true;
         if (!from.binary) return;
         from.swapped = false;
@@ -192,38 +214,56 @@ class gmshreader {
 
     // --- version 4.1 ---
 
-    // The first physical group of an entity counts.
+    // What of each entity was cut off stands as one more, behind the partitions and their ghosts.
+    void readparts() {
+        from.whole("a count of partitions", wide);
+        for (long ghosts = from.count("a count of ghosts", wide); ghosts > 0; --ghosts)
+            for (const char* const what : {"the tag of a ghost", "a partition"})
+                from.whole(what, sizeof(int));
+        inparts = true;
+        readentities();
+        inparts = false;
+    }
+    // Returns its dimension.
+    long passparent() {
+        const long dimension = from.whole("the dimension of the whole", sizeof(int));
+        from.whole("the tag of the whole", sizeof(int));
+        for (long n = from.count("a count of partitions", wide); n > 0; --n)
+            from.whole("a partition", sizeof(int));
+        return dimension;
+    }
+    // The first physical group of an entity counts; the edges between parts have none of their own.
     void readentities() {
         std::array<long, 4> counts{};
-        for (long& c : counts) c = from.count("a count of entities", sizeof(long));
+        for (long& c : counts) c = from.count("a count of entities", wide);
         for (long dimension = 0; dimension < 4; ++dimension)
             for (long i = 0; i < counts[std::size_t(dimension)]; ++i) {
                 const long tag = from.whole("the tag of an entity", sizeof(int));
+                const bool iscut = inparts && passparent() != dimension;
                 for (int k = 0; k < (dimension == 0 ? 3 : 6); ++k) from.real("a coordinate");
-                const long groups = from.count("a count of groups", sizeof(long));
+                const long groups = from.count("a count of groups", wide);
                 for (long g = 0; g < groups; ++g) {
                     const long physical = from.whole("the tag of a group", sizeof(int));
-                    if (g == 0) physicals[{dimension, tag}] = std::labs(physical);
+                    if (g == 0) physicals[{dimension, tag}] = iscut ? 0 : std::labs(physical);
                     if (g == 1)
                         found.report.warn(
                             "Entities in several physical groups; the first of them counts");
                 }
-                const long bounds =
-                    dimension == 0 ? 0 : from.count("a count of bounds", sizeof(long));
+                const long bounds = dimension == 0 ? 0 : from.count("a count of bounds", wide);
                 for (long b = 0; b < bounds; ++b) from.whole("the tag of a bound", sizeof(int));
             }
     }
     void readnodes() {
-        const long blocks = from.count("a count of blocks", sizeof(long));
-        for (int i = 0; i < 3; ++i) from.whole("a count", sizeof(long));
+        const long blocks = from.count("a count of blocks", wide);
+        for (int i = 0; i < 3; ++i) from.whole("a count", wide);
         for (long b = 0; b < blocks; ++b) {
             const long dimension = from.whole("a dimension", sizeof(int));
             from.whole("the tag of an entity", sizeof(int));
             const long parameters =
                 from.whole("0 or 1", sizeof(int)) != 0 ? std::clamp(dimension, 0L, 3L) : 0;
-            const long count = from.count("a count of nodes", sizeof(long));
+            const long count = from.count("a count of nodes", wide);
             std::vector<long> tags(std::size_t(count), 0);
-            for (long& tag : tags) tag = from.whole("the tag of a node", sizeof(long));
+            for (long& tag : tags) tag = from.whole("the tag of a node", wide);
             for (const long tag : tags) {
                 addnode(tag);
                 for (long k = 0; k < parameters; ++k) from.real("a parameter");
@@ -231,19 +271,18 @@ class gmshreader {
         }
     }
     void readelements() {
-        const long blocks = from.count("a count of blocks", sizeof(long));
-        for (int i = 0; i < 3; ++i) from.whole("a count", sizeof(long));
+        const long blocks = from.count("a count of blocks", wide);
+        for (int i = 0; i < 3; ++i) from.whole("a count", wide);
         for (long b = 0; b < blocks; ++b) {
             const long dimension = from.whole("a dimension", sizeof(int));
             const long entity = from.whole("the tag of an entity", sizeof(int));
             const meshkind* const kind = kindof(from.whole("a kind of element", sizeof(int)));
             if (kind == nullptr) from.fail("the kind of these elements is not known");
-            const long count = from.count("a count of elements", sizeof(long));
+            const long count = from.count("a count of elements", wide);
             const auto at = physicals.find({dimension, entity});
             const int group = groupof(dimension, at == physicals.end() ? 0 : at->second);
             for (long i = 0; i < count; ++i)
-                addelement(kind, from.whole("the tag of an element", sizeof(long)), group,
-                           sizeof(long));
+                addelement(kind, from.whole("the tag of an element", wide), group, wide);
         }
     }
 
@@ -372,6 +411,8 @@ class gmshreader {
     imported& found;
     bool isold = false, hasformat = false, hassurfaces = false, haspoints = false;
     bool hasseveral = false;  // an entity in two physical groups
+    bool inparts = false;     // entities are those of partitions
+    std::size_t wide = 8;     // bytes of counts and tags
     long seen = 0;
     numbertable table;
     std::map<std::pair<long, long>, std::string> names;

@@ -74,6 +74,20 @@ TEST(Gmsh, OtherMeshesAndDamage) {
          "line 13: element 1 uses node 31, which is not defined"},
         {"a kind unknown", format + points + elements("1 99 2 0 1 10 20 30\n", 1), -1, 0,
          "the kind of element 99 is not known"},
+        {"quadrilaterals of sixteen nodes",
+         format + points +
+             elements("1 36 2 0 1 10 20 30 40 10 10 10 10 10 10 10 10 10 10 10 10\n", 1),
+         4, 1, "high-order quadrilaterals became straight ones"},
+        {"a group told of the parts",
+         "$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n2 7 \"Skin\"\n"
+         "$EndPhysicalNames\n$PartitionedEntities\n2\n1\n9 1\n0 1 1 0\n"
+         "5 2 1 2 1 2 0 0 0 1 0 0 1 7 0\n4 2 1 1 2 0 0 0 1 1 0 1 7 1 5\n"
+         "$EndPartitionedEntities\n$Nodes\n1 3 1 3\n2 4 0 3\n"
+         "1\n2\n3\n0 0 0\n1 0 0\n0 1 0\n$EndNodes\n$Elements\n2 2 1 2\n1 5 1 1\n2 1 2\n2 4 2 1\n1 "
+         "1 2 3\n"
+         "$EndElements\n",
+         3, 1, ""},
+        {"a first version", "$NOD\n1\n1 0 0 0\n$ENDNOD\n", -1, 0, "version 1 is not read"},
         {"a version", "$MeshFormat\n4 0 8\n$EndMeshFormat\n", -1, 0, "version 4 is not read"},
         {"a count", format + "$Nodes\n400000000\n1 0 0 0\n", -1, 0, "more than the file holds"},
         {"a word", format + "$Nodes\n1\n1 0 zero 0\n", -1, 0,
@@ -91,5 +105,8 @@ TEST(Gmsh, OtherMeshesAndDamage) {
         EXPECT_TRUE(room.platform.toldpart(c.told) ||
                     lastreport().text().find(c.told) != std::string::npos)
             << c.what << lastreport().text();
+        if (c.told[0] == '\0') {
+            EXPECT_EQ(groupname(egroup(1)), "Skin") << c.what;
+        }
     }
 }

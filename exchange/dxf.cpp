@@ -105,6 +105,7 @@ class dxfreader {
         if (file.whole(object, invisible) == 1) return skip("Invisible entities", object);
         if (!without.empty() && isleftout(object, in)) return;
         if (name == "3DFACE") return face(object, in);
+        tellwidth(object);
         if (name == "LINE") return line(object, in);
         if (name == "ARC" || name == "CIRCLE") return circle(object, in, name == "ARC");
         if (name == "LWPOLYLINE") return lightpolyline(object, in);
@@ -117,6 +118,17 @@ class dxfreader {
         skip(file.decoded(name), object);
     }
 
+    // Lines have neither width nor height in the model.
+    void tellwidth(const dxfobject& object) {
+        const bool ischain = object.name == "LWPOLYLINE" || object.name == "POLYLINE";
+        for (const dxftag& tag : object.tags) {
+            const bool isheight = tag.code == 39;
+            const bool iswidth = ischain && (tag.code == 40 || tag.code == 41 || tag.code == 43);
+            if ((isheight || iswidth) && file.in.real(tag) != 0)
+                return skip(isheight ? "Heights (thickness) of lines" : "Widths of polylines",
+                            object);
+        }
+    }
     void skip(const std::string& what, const dxfobject& object) {
         found.report.skipped(what, object.line);
     }
@@ -512,6 +524,7 @@ class dxfreader {
             return;
         }
         dxfblock& block = found_->second;
+        if (block.iselsewhere) return skip("Blocks that lie in another drawing (xref)", object);
         if (block.isopen || in.depth >= mostdepth) {
             found.report.error(
                 "Block " + file.decoded(name) +

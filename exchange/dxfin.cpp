@@ -118,7 +118,8 @@ void dxffile::readblocks() {
         const dxfobject part = object();
         if (objectname == "BLOCK") {
             block = &blocks[std::string(text(part, 2))];
-            *block = {point(part, 10), {}, false};
+            const int external = 4 | 8;
+            *block = {point(part, 10), {}, false, (whole(part, 70) & external) != 0};
         } else if (objectname == "ENDBLK") {
             block = nullptr;
         } else if (block != nullptr) {

@@ -27,6 +27,7 @@ struct dxfblock {
     triple base{};
     std::vector<dxftag> tags;  // of its objects, each from its code 0 on
     bool isopen = false;       // it is being inserted
+    bool iselsewhere = false;  // in a drawing of its own
 };
 
 class dxffile {

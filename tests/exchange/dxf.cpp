@@ -332,6 +332,12 @@ TEST(Dxf, BlocksNestAndEndWhereTheyWouldNot) {
          drawing(block("A", insert("B", "999")) + block("B", insert("C", "999")) + block("C", ""),
                  insert("A", "999")),
          0, "inserts blocks more than 100000 times"},
+        {"elsewhere",
+         drawing(pairs({{0, "BLOCK"}, {2, "X"}, {70, "4"}}) + pairs({{0, "ENDBLK"}}),
+                 face + insert("X")),
+         1, "Blocks that lie in another drawing (xref)"},
+        {"wide", drawing("", pairs({{0, "LWPOLYLINE"}, {43, "2"}, {10, "0"}, {10, "5"}})), 1,
+         "Widths of polylines"},
     };
     for (const auto& c : cases) {
         exchangeroom room;

@@ -64,7 +64,7 @@ class bulkreader {
              {"CORD2R", "GRID", "MAT1", "PROD", "PBAR", "PBARL", "PBEAM", "PSHELL"})
             run(stage);
         for (const char* stage : {"CROD", "CBAR", "CBEAM", "CTRIA3", "CTRIAR", "CTRIA6", "CQUAD4",
-                                  "CQUADR", "CQUAD8", "CONM2", "RBE2"})
+                                  "CQUADR", "CQUAD8", "CQUAD9", "CQUAD", "CONM2", "RBE2"})
             run(stage);
         for (const char* stage :
              {"SPC", "SPC1", "FORCE", "MOMENT", "PLOAD2", "PLOAD4", "GRAV", "LOAD"})
@@ -95,6 +95,8 @@ class bulkreader {
             {"CQUAD4", &bulkreader::quadrilateral},
             {"CQUADR", &bulkreader::quadrilateral},
             {"CQUAD8", &bulkreader::quadrilateral},
+            {"CQUAD9", &bulkreader::quadrilateral},
+            {"CQUAD", &bulkreader::quadrilateral},
             {"CONM2", &bulkreader::mass},
             {"RBE2", &bulkreader::rigid},
             {"SPC", &bulkreader::constraint},
@@ -292,7 +294,8 @@ class bulkreader {
     void quadrilateral(const bulkcard& card) { face(card, typeshell4, 4); }
     void face(const bulkcard& card, int type, int corners) {
         if (element(card, type, corners, 3) == 0) return;
-        if (card.name != "CTRIA6" && card.name != "CQUAD8") return;
+        const char last = card.name.back();
+        if (last != '6' && last != '8' && last != '9' && last != 'D') return;
         found.report.changed("Elements of second order became straight ones", 1, card.line);
         hasmiddles = true;
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <set>
 
 #include "core/catalogue.h"
@@ -13,6 +14,7 @@
 #include "core/textfile.h"
 #include "exchange/deckbeam.h"
 #include "exchange/deckcards.h"
+#include "exchange/deckspaces.h"
 #include "exchange/shapes.h"
 
 bool isdeck(std::string_view head) {
@@ -36,7 +38,7 @@ struct deckkind {
     int type, nodes, corners;
     int plane = -1;  // 0 plane stress, 1 plane strain
 };
-// An ending R, I or H tells of the formulation alone.
+// Endings as R, I, H or R5 tell of the formulation alone.
 const deckkind deckkinds[] = {
     {"T3D2", typetruss, 2, 2},      {"T2D2", typetruss, 2, 2},      {"T3D3", typetruss, 3, 2},
     {"B31", typebeam, 2, 2},        {"B33", typebeam, 2, 2},        {"B21", typebeam, 2, 2},
@@ -47,18 +49,19 @@ const deckkind deckkinds[] = {
     {"CPS6", typememb3, 6, 3, 0},   {"CPS8", typememb4, 8, 4, 0},   {"CPE6", typememb3, 6, 3, 1},
     {"CPE8", typememb4, 8, 4, 1},   {"M3D3", typememb3, 3, 3, 0},   {"M3D4", typememb4, 4, 4, 0},
     {"MASS", typemass, 1, 1},       {"SPRINGA", typespring2, 2, 2}, {"SPRING1", typespring, 1, 1},
-    {"SPRING2", typespring2, 2, 2},
+    {"SPRING2", typespring2, 2, 2}, {"M3D6", typememb3, 6, 3, 0},   {"M3D8", typememb4, 8, 4, 0},
+    {"M3D9", typememb4, 9, 4, 0},   {"S9", typeshell4, 9, 4},       {"PIPE31", typepipe, 2, 2},
+    {"PIPE21", typepipe, 2, 2},
 };
 
 const deckkind* findkind(std::string name) {
-    for (int ending = 0; ending < 2; ++ending) {
+    for (;;) {
         for (const deckkind& kind : deckkinds)
             if (name == kind.name) return &kind;
-        if (name.empty() || (name.back() != 'R' && name.back() != 'I' && name.back() != 'H'))
-            return nullptr;
+        const std::string_view endings = name.ends_with("R5") ? "5" : "RIHSW";
+        if (name.size() < 3 || endings.find(name.back()) == endings.npos) return nullptr;
         name.pop_back();
     }
-    return nullptr;
 }
 
 struct material {
@@ -67,6 +70,7 @@ struct material {
 };
 struct section {
     deckcard card;
+    std::string set, part;        // whole name of its set; the part that it stands in
     std::vector<double> numbers;  // of the first data line
     std::vector<double> direction;
 };
@@ -92,6 +96,9 @@ class deckreader {
 
     void take(const deckcard& card) {
         static const std::map<std::string, reader, std::less<>> readers = {
+            {"PART", &deckreader::readpart},
+            {"INSTANCE", &deckreader::begininstance},
+            {"END INSTANCE", &deckreader::endinstance},
             {"NODE", &deckreader::readnodes},
             {"ELEMENT", &deckreader::readelements},
             {"NSET", &deckreader::readset},
@@ -109,12 +116,16 @@ class deckreader {
             {"BOUNDARY", &deckreader::readboundary},
             {"CLOAD", &deckreader::readcload},
             {"DLOAD", &deckreader::readdload},
+            {"SURFACE", &deckreader::readsurface},
+            {"DSLOAD", &deckreader::readdsload},
+            {"FREQUENCY", &deckreader::notefrequency},
             {"STEP", &deckreader::beginstep},
             {"END STEP", &deckreader::closestep},
         };
         static const std::set<std::string, std::less<>> silent = {
-            "HEADING", "STATIC",      "NODE PRINT",     "NODE FILE", "EL PRINT", "EL FILE",
-            "OUTPUT",  "NODE OUTPUT", "ELEMENT OUTPUT", "PREPRINT",  "RESTART",  "USER ELEMENT"};
+            "HEADING", "STATIC",       "NODE PRINT",  "NODE FILE",      "EL PRINT",
+            "EL FILE", "OUTPUT",       "NODE OUTPUT", "ELEMENT OUTPUT", "PREPRINT",
+            "RESTART", "USER ELEMENT", "ASSEMBLY",    "END ASSEMBLY"};
         const auto at = readers.find(card.keyword);
         if (at != readers.end()) return (this->*at->second)(card);
         if (!silent.contains(card.keyword)) found.report.skipped("*" + card.keyword, card.line);
@@ -129,8 +140,36 @@ class deckreader {
 
     // --- nodes, elements, sets ---
 
+    void readpart(const deckcard& card) {
+        parts[uppercase(card.value("NAME"))] = cards.draft("END PART");
+    }
+    // A line that moves the instance and one that turns it, about an axis by degrees.
+    void begininstance(const deckcard& card) {
+        placement place;
+        std::string_view line;
+        std::vector<double> move, turn;
+        if (cards.nextdata(line)) move = numbersof(line);
+        if (move.size() >= 3) place = moved({move[0], move[1], move[2]});
+        if (cards.nextdata(line)) turn = numbersof(line);
+        if (turn.size() >= 7)
+            place = turnedabout({turn[0], turn[1], turn[2]}, {turn[3], turn[4], turn[5]},
+                                turn[6] * pi / 180) *
+                    place;
+        const std::string_view part = card.value("PART");
+        space.enter(card.value("NAME"), part, place);
+        if (part.empty()) return;
+        const auto at = parts.find(uppercase(part));
+        if (at == parts.end())
+            fault("Part " + shown(part) + " is not defined");
+        else
+            cards.play(at->second);
+    }
+    void endinstance(const deckcard&) { space.enter("", "", {}); }
+
     void readnodes(const deckcard& card) {
-        std::vector<int>* const set = setof(nodesets, card.value("NSET"));
+        std::vector<int>* const set = setof(space.nodesets, card.value("NSET"));
+        numbertable& nodes = space.nodes();
+        const placement place = space.place();
         std::string_view line, field;
         while (cards.nextdata(line)) {
             progress();
@@ -139,28 +178,38 @@ class deckreader {
             triple at{};
             for (std::size_t k = 0; k < 3 && nextfield(line, field); ++k)
                 if (!field.empty()) at[k] = cards.real(field, "a coordinate");
+            if (!space.isempty()) at = place(at);
             int n = nodes.find(number);
             if (n != 0) {
                 found.report.warn("Nodes defined again; the later place holds", cards.line());
+                found.report.about(reportitems::nodes, n);
                 found.nodes[std::size_t(n) - 1] = at;
             } else {
                 n = found.addnode(at);
                 nodes.put(number, n);
                 found.nodenumbers.push_back(number);
+                if (space.hasinstances()) nameinstance(number);
             }
             if (set != nullptr) set->push_back(n);
         }
     }
 
-    std::vector<int>* setof(std::map<std::string, std::vector<int>>& sets, std::string_view name) {
-        return name.empty() ? nullptr : &sets[uppercase(name)];
+    std::vector<int>* setof(deckspaces::itemsets& sets, std::string_view name) {
+        return name.empty() ? nullptr : &sets[space.whole(name)];
+    }
+    // Numbers come again from instance to instance: names tell them apart.
+    void nameinstance(long number) {
+        for (std::size_t n = found.nodenames.size(); n + 1 < found.nodes.size(); ++n)
+            found.nodenames.push_back(numbertext(found.nodenumbers[n]));
+        found.nodenames.push_back(space.nodename(number));
     }
 
     void readelements(const deckcard& card) {
         const std::string type = uppercase(card.value("TYPE"));
         const deckkind* const kind = findkind(type);
         if (uppercase(card.value("ELSET")).starts_with(footset)) return skipfeet();
-        std::vector<int>* const set = setof(elementsets, card.value("ELSET"));
+        std::vector<int>* const set = setof(space.elementsets, card.value("ELSET"));
+        numbertable &nodes = space.nodes(), &elements = space.elements();
         const int order = int(orderofsets.size());
         if (set != nullptr) orderofsets.try_emplace(set, order);
         std::string_view line, field;
@@ -210,12 +259,13 @@ class deckreader {
             if (kind->nodes != kind->corners) {
                 found.report.changed("Elements of second order became straight ones", 1,
                                      cards.line());
+                found.report.about(reportitems::elements, e);
                 haslost = true;
             }
             if (set != nullptr) set->push_back(e);
         }
         if (set != nullptr && setnames.size() < orderofsets.size())
-            setnames.push_back(toutf8(card.value("ELSET")));
+            setnames.push_back(space.named(toutf8(card.value("ELSET"))));
     }
 
     void skipfeet() {
@@ -228,10 +278,13 @@ class deckreader {
     // Members are numbers or the names of sets.
     void readset(const deckcard& card) {
         const bool ofnodes = card.keyword == "NSET";
-        auto& sets = ofnodes ? nodesets : elementsets;
-        const auto& table = ofnodes ? nodes : elements;
-        const std::string setname = uppercase(card.value(ofnodes ? "NSET" : "ELSET"));
+        auto& sets = ofnodes ? space.nodesets : space.elementsets;
+        const std::string setname = space.whole(card.value(ofnodes ? "NSET" : "ELSET"));
+        if (!space.look(card.value("INSTANCE")))
+            fault("Instance " + shown(card.value("INSTANCE")) + " is not defined");
+        const numbertable& table = ofnodes ? space.nodes() : space.elements();
         std::vector<int> members;
+        if (ofnodes && card.has("ELSET")) nodesofset(card.value("ELSET"), members);
         std::string_view line, field;
         while (cards.nextdata(line)) {
             progress();
@@ -247,41 +300,51 @@ class deckreader {
                 continue;
             }
             while (nextfield(line, field)) {
-                long number = 0;
+                int item = 0;
                 if (field.empty()) continue;
-                if (!readwholenumber(field, number))
+                if (!space.numbered(field, ofnodes, item))
                     append(members, sets, field);
-                else if (const int item = table.find(number); item > 0)
+                else if (item > 0)
                     members.push_back(item);
                 else if (item != leftout)
-                    fault((ofnodes ? "Node " : "Element ") + numbertext(number) + " of set " +
+                    fault((ofnodes ? "Node " : "Element ") + std::string(field) + " of set " +
                           setname + " is not defined");
             }
         }
+        space.lookback();
         auto& set = sets[setname];
         set.insert(set.end(), members.begin(), members.end());
     }
-    void append(std::vector<int>& members, const std::map<std::string, std::vector<int>>& sets,
+    void nodesofset(std::string_view name, std::vector<int>& nodes) {
+        std::vector<int> elements;
+        append(elements, space.elementsets, name);
+        for (const int e : elements)
+            for (const int n : found.elements[std::size_t(e) - 1].corners)
+                if (n != 0) nodes.push_back(n);
+        std::ranges::sort(nodes);
+        nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    }
+    void append(std::vector<int>& members, const deckspaces::itemsets& sets,
                 std::string_view name) {
-        const auto at = sets.find(uppercase(name));
+        const std::vector<int>* const set = space.find(sets, name);
         const std::size_t most = 100000000;
-        if (at == sets.end())
+        if (set == nullptr)
             fault("Set " + shown(name) + " is not defined");
-        else if (members.size() + at->second.size() > most)
+        else if (members.size() + set->size() > most)
             cards.fail("the sets name more items than a model holds");
         else
-            members.insert(members.end(), at->second.begin(), at->second.end());
+            members.insert(members.end(), set->begin(), set->end());
     }
     // The items that a data line begins with: one by its number, or those of a set.
     std::vector<int> itemsof(std::string_view field, bool ofnodes) {
         std::vector<int> list;
-        long number = 0;
-        if (!readwholenumber(field, number))
-            append(list, ofnodes ? nodesets : elementsets, field);
-        else if (const int item = (ofnodes ? nodes : elements).find(number); item > 0)
+        int item = 0;
+        if (!space.numbered(field, ofnodes, item))
+            append(list, ofnodes ? space.nodesets : space.elementsets, field);
+        else if (item > 0)
             list.push_back(item);
         else if (item != leftout)
-            fault((ofnodes ? "Node " : "Element ") + numbertext(number) + " is not defined");
+            fault((ofnodes ? "Node " : "Element ") + std::string(field) + " is not defined");
         return list;
     }
 
@@ -328,7 +391,7 @@ class deckreader {
         if (!numbers.empty()) materials[current].density = numbers[0];
     }
     void readsection(const deckcard& card) {
-        section s{card, {}, {}};
+        section s{card, space.whole(card.value("ELSET")), space.part(), {}, {}};
         if (card.has("COMPOSITE")) {
             readlayers(s);
             return sections.push_back(std::move(s));
@@ -338,8 +401,15 @@ class deckreader {
         if (cards.nextdata(line)) s.numbers = numbersof(line);
         // A spring tells its freedoms before its stiffness.
         if (cards.nextdata(line)) s.direction = numbersof(line);
+        if (!space.isempty() && s.direction.size() >= 3 && !isspring) turn(s.direction);
         if (isspring) std::swap(s.numbers, s.direction);
         sections.push_back(std::move(s));
+    }
+
+    void turn(std::vector<double>& direction) const {
+        const placement& place = space.place();
+        const triple end = place({direction[0], direction[1], direction[2]});
+        for (std::size_t k = 0; k < 3; ++k) direction[k] = end[k] - place.origin[k];
     }
 
     // A layer a line: thickness, points, material. Layers of different materials have no place in a
@@ -359,10 +429,9 @@ class deckreader {
     }
 
     void usesection(const section& s) {
-        const std::string setname = uppercase(s.card.value("ELSET"));
-        if (setname.starts_with(footset)) return;
-        const auto set = elementsets.find(setname);
-        if (set == elementsets.end()) {
+        if (s.set.starts_with(footset)) return;
+        const auto set = space.elementsets.find(s.set);
+        if (set == space.elementsets.end()) {
             found.report.error("*" + s.card.keyword + " names the set " +
                                    shown(s.card.value("ELSET")) + ", which is not defined",
                                s.card.line);
@@ -387,7 +456,8 @@ class deckreader {
     // Beams that were defined in one set and differ in nothing but their direction are one group,
     // by the name of that set.
     std::string groupname(const section& s, const std::vector<int>& members) {
-        const std::string own = toutf8(s.card.value("ELSET"));
+        const std::string set = toutf8(s.card.value("ELSET"));
+        const std::string own = s.part.empty() ? set : s.part + " " + set;
         if (!s.card.keyword.starts_with("BEAM") || members.empty()) return own;
         const int first = owner[std::size_t(members.front()) - 1];
         for (const int e : members)
@@ -549,20 +619,60 @@ class deckreader {
                 found.report.skipped("*DLOAD of the kind " + kind, cards.line());
                 continue;
             }
-            for (const int e : itemsof(f[0], false)) {
-                if (found.elements[std::size_t(e) - 1].corners[2] == 0)
-                    found.report.skipped("*DLOAD P on lines", cards.line());
-                else
-                    put(pressures, e, 3, value);
-            }
+            for (const int e : itemsof(f[0], false)) press(e, value, "*DLOAD P on lines");
         }
+    }
+
+    // Faces of a surface, each side on its own: a pressure pushes against them.
+    void readsurface(const deckcard& card) {
+        const std::string type = uppercase(card.value("TYPE"));
+        if (!type.empty() && type != "ELEMENT")
+            return found.report.skipped("*SURFACE of TYPE=" + type, card.line);
+        auto& faces = surfaces[uppercase(card.value("NAME"))];
+        std::string_view line;
+        while (cards.nextdata(line)) {
+            const auto f = cards.fields(line);
+            const std::string side = f.size() > 1 ? uppercase(f[1]) : "SPOS";
+            if (side != "SPOS" && side != "SNEG")
+                found.report.skipped("Faces of a surface other than SPOS and SNEG", cards.line());
+            else
+                for (const int e : itemsof(f[0], false))
+                    faces.push_back({e, side == "SPOS" ? -1 : 1});
+        }
+    }
+    void readdsload(const deckcard& card) {
+        begincards(card, pressures);
+        std::string_view line;
+        while (cards.nextdata(line)) {
+            const auto f = cards.fields(line);
+            if (f.size() < 3 || uppercase(f[1]) != "P") {
+                found.report.skipped("*DSLOAD other than P", cards.line());
+                continue;
+            }
+            const auto at = surfaces.find(uppercase(f[0]));
+            if (at == surfaces.end()) {
+                fault("Surface " + shown(f[0]) + " is not defined");
+                continue;
+            }
+            const double value = cards.real(f[2], "a value");
+            for (const auto& [e, side] : at->second) press(e, side * value, "*DSLOAD P on lines");
+        }
+    }
+    void press(int e, double value, const char* onlines) {
+        if (found.elements[std::size_t(e) - 1].corners[2] == 0)
+            found.report.skipped(onlines, cards.line());
+        else
+            put(pressures, e, 3, value);
     }
 
     // --- steps ---
 
-    void beginstep(const deckcard&) {
+    void notefrequency(const deckcard&) { isfrequency = true; }
+    void beginstep(const deckcard& card) {
         if (instep) endstep();
         instep = true;
+        isfrequency = false;
+        stepname = toutf8(card.value("NAME"));
         cleared.clear();
         touched.clear();
     }
@@ -572,8 +682,9 @@ class deckreader {
     void endstep() {
         instep = false;
         ++steps;
+        if (isfrequency) return found.report.skipped("Steps of *FREQUENCY, which have no loads");
         importedcase c;
-        const std::string stepname = "Step " + numbertext(steps);
+        if (stepname.empty()) stepname = "Step " + numbertext(steps);
         c.name = stepname;
         for (const auto& [at, value] : forces) c.nodal.push_back({at.first, at.second, value});
         for (const auto& [at, value] : pressures)
@@ -592,8 +703,16 @@ class deckreader {
     }
 
     void tell() {
+        if (space.hasinstances()) countinstances();
         tellread(found);
         if (steps > 0) found.report.read("Steps", steps);
+    }
+
+    // The numbers of the file are none of the model where they come again.
+    void countinstances() {
+        std::iota(found.nodenumbers.begin(), found.nodenumbers.end(), 1L);
+        std::iota(found.elementnumbers.begin(), found.elementnumbers.end(), 1L);
+        if (found.nodenames.size() != found.nodes.size()) found.nodenames.clear();
     }
 
     static constexpr int leftout = -1;  // an element that was told as skipped
@@ -601,8 +720,9 @@ class deckreader {
     deckcards cards;
     std::string name;
     imported& found;
-    numbertable nodes, elements;
-    std::map<std::string, std::vector<int>> nodesets, elementsets;
+    deckspaces space;
+    std::map<std::string, deckdraft> parts;
+    std::map<std::string, std::vector<std::pair<int, int>>> surfaces;  // element, -1 or 1
     std::map<const std::vector<int>*, int> orderofsets;
     std::vector<std::string> setnames;  // by that order
     std::vector<int> planes, owner;     // of each element
@@ -614,7 +734,8 @@ class deckreader {
     triple gravity{};
     std::set<const activeloads*> cleared;
     std::set<std::pair<const activeloads*, std::pair<int, int>>> touched;
-    bool instep = false, haslost = false;
+    bool instep = false, haslost = false, isfrequency = false;
+    std::string stepname;
     long steps = 0, seen = 0;
 };
 

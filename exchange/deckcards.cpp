@@ -3,6 +3,7 @@
 #include "exchange/deckcards.h"
 
 #include <algorithm>
+#include <utility>
 
 std::string_view deckcard::value(std::string_view name) const {
     const auto at = parameters.find(name);
@@ -16,11 +17,43 @@ bool deckcards::nextline(std::string_view& line) {
         line = ahead;
         return true;
     }
+    if (playing && played < playing->size()) {
+        line = (*playing)[played++].first;
+        return true;
+    }
+    playing = nullptr;
+    if (std::exchange(hasbehind, false)) {
+        line = behind;
+        return true;
+    }
     while (lines.next(line)) {
         line = trimmed(line);
         if (!line.empty() && !line.starts_with("**")) return true;
     }
     return false;
+}
+
+deckdraft deckcards::draft(std::string_view end) {
+    deckdraft kept;
+    std::string_view line;
+    while (nextline(line)) {
+        deckcard card;
+        if (line.starts_with('*')) readparameters(line.substr(1), card);
+        if (card.keyword == end) return kept;
+        if (card.keyword == "INCLUDE")
+            lines.include(card.value("INPUT"));
+        else
+            kept.push_back({line, this->line()});
+    }
+    fail("the card *" + std::string(end) + " is missing");
+}
+
+void deckcards::play(const deckdraft& draft) {
+    if (playing) fail("an instance stands within a part");
+    behind = ahead;
+    hasbehind = std::exchange(hasahead, false);
+    playing = draft.empty() ? nullptr : &draft;
+    played = 0;
 }
 
 bool deckcards::nextdata(std::string_view& line) {

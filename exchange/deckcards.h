@@ -18,14 +18,21 @@ struct deckcard {
     bool has(std::string_view name) const { return parameters.find(name) != parameters.end(); }
 };
 
+// Lines that are read later, and more than once.
+using deckdraft = std::vector<std::pair<std::string_view, long>>;
+
 class deckcards {
   public:
     explicit deckcards(const std::string& path) : lines(path) {}
     bool nextcard(deckcard& card);          // passes over what is left of the data
     bool nextdata(std::string_view& line);  // the next data line of the card; false at its end
-    long line() const { return lines.now().number(); }
+    long line() const {
+        return playing && played > 0 ? (*playing)[played - 1].second : lines.now().number();
+    }
     double share() const { return lines.first().share(); }
-    [[noreturn]] void fail(const std::string& what) const { lines.now().fail(what); }
+    [[noreturn]] void fail(const std::string& what) const { lines.now().failat(line(), what); }
+    deckdraft draft(std::string_view end);  // the lines up to a card, which is passed over
+    void play(const deckdraft& draft);      // its lines come next
     // Fields of a data line, which goes on behind a comma at its end.
     std::vector<std::string_view> fields(std::string_view line);
     double real(std::string_view field, const char* what) const;
@@ -37,4 +44,8 @@ class deckcards {
     includedlines lines;
     std::string_view ahead;
     bool hasahead = false;
+    const deckdraft* playing = nullptr;
+    std::size_t played = 0;
+    std::string_view behind;  // what comes when it has been played
+    bool hasbehind = false;
 };

@@ -84,6 +84,89 @@ TEST(Deck, NodesSetsSectionsAndStepsAreRead) {
     EXPECT_NEAR(lcpar(3, accvalue), -9.81 / 1000, 1e-12) << "from millimetres";
 }
 
+// Two instances of a part of beams, one of them moved, and a plate that is turned upright.
+static const char* const assembly = R"(*Heading
+*Part, name=Beam
+*Node
+1, 0, 0, 0
+2, 500, 0, 0
+*Element, type=B31
+1, 1, 2
+*Elset, elset=All
+1
+*Beam Section, elset=All, material=Steel, section=RECT
+20, 30
+0, 0, -1
+*End Part
+*Part, name=Plate
+*Node
+1, 0, 0, 0
+2, 100, 0, 0
+3, 100, 100, 0
+4, 0, 100, 0
+*Element, type=S4R5, elset=All
+1, 1, 2, 3, 4
+*Nset, nset=Rim, elset=All
+*Shell Section, elset=All, material=Steel
+5, 5
+*End Part
+*Assembly, name=A
+*Instance, name=B-1, part=Beam
+*End Instance
+*Instance, name=B-2, part=Beam
+0, 1000, 0
+*End Instance
+*Instance, name=P-1, part=Plate
+0, 0, 50
+0, 0, 50, 1, 0, 50, 90
+*End Instance
+*Nset, nset=Fix, instance=B-1
+1
+*Nset, nset=Fix, instance=B-2
+1
+*Elset, elset=Press, instance=P-1
+All
+*Surface, name=Top
+Press, SPOS
+*End Assembly
+*Material, name=Steel
+*Elastic
+210000, 0.3
+*Boundary
+Fix, ENCASTRE
+P-1.Rim, 1
+*Step, name=Modes
+*Frequency
+5
+*End Step
+*Step, name=Lift
+*Static
+*Cload
+B-2.2, 3, -7
+*Dsload
+Top, P, 0.25
+*End Step
+)";
+
+TEST(Deck, InstancesOfPartsStandWhereTheAssemblyPutsThem) {
+    exchangeroom room;
+    automergenodes = false;
+    writefile(room.file("a.inp"), assembly);
+    ASSERT_EQ(room.open(room.file("a.inp")), reply::done);
+    EXPECT_EQ(lastreport().count(reportkinds::error), 0) << lastreport().text();
+    EXPECT_EQ(nnodes() * 100 + countoftype(typebeam) * 10 + countoftype(typeshell4), 821);
+    const int end = nodeat(500, 1000, 0), corner = nodeat(100, 0, 150);
+    ASSERT_TRUE(end > 0 && corner > 0) << "moved, and turned about an axis of its own";
+    EXPECT_EQ(nodename(end) + " " + nodename(corner), "B-2.2 P-1.3");
+    EXPECT_EQ(groupname(egroup(1)) + ", " + groupname(egroup(3)), "Beam All, Plate All");
+    EXPECT_EQ(groups(egroup(3), fieldthickness), 5);
+    EXPECT_EQ(ncon, 2 * 6 + 4) << "of the nodes of an element set too";
+    ASSERT_EQ(nlc(), 1) << "modes are no load case";
+    EXPECT_EQ(lcname(1), "Lift");
+    EXPECT_EQ(loadnode(1, 1), end);
+    EXPECT_EQ(elemload(1, 1, 2), -0.25f) << "a pressure pushes against the face";
+}
+
 TEST(Deck, FaultsAreToldWithTheirLine) {
     const std::string nodes = "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n";
     const struct {

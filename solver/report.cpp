@@ -4,6 +4,7 @@
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "core/runtime.h"
@@ -55,11 +56,28 @@ void runlog::warn(const std::string& text, int lc) {
     line("Warning: " + text);
 }
 
+runlog::told runlog::since(const place& from) const {
+    const auto first = std::ptrdiff_t(from.warnings);
+    return {content.substr(from.text),
+            {warned.begin() + first, warned.end()},
+            {warnedcase.begin() + first, warnedcase.end()}};
+}
+
+void runlog::tell(const told& words) {
+    content += words.text;
+    warned.insert(warned.end(), words.warnings.begin(), words.warnings.end());
+    warnedcase.insert(warnedcase.end(), words.cases.begin(), words.cases.end());
+}
+
 void runlog::stage(const std::string& name) {
     const auto now = std::chrono::steady_clock::now();
     if (!running.empty()) {
         const std::chrono::duration<double> spent = now - started;
-        stages.push_back({running, spent.count(), processortime() - workbefore, peakmemory()});
+        auto row = std::ranges::find(stages, running, &stagerow::name);
+        if (row == stages.end()) row = stages.insert(row, {running, 0, 0, 0});
+        row->seconds += spent.count();
+        row->work += processortime() - workbefore;
+        row->peak = peakmemory();
     }
     running = name;
     started = now;

@@ -22,6 +22,18 @@ class runlog {
     const std::vector<std::string>& warnings() const { return warned; }
     int caseof(std::size_t warning) const { return warnedcase[warning]; }
     const std::string& text() const { return content; }
+    // What has been told from a place on, to be told again.
+    struct place {
+        std::size_t text = 0, warnings = 0;
+    };
+    struct told {
+        std::string text;
+        std::vector<std::string> warnings;
+        std::vector<int> cases;
+    };
+    place here() const { return {content.size(), warned.size()}; }
+    told since(const place& from) const;
+    void tell(const told& words);
     // Adds the table of stages and the outcome, writes the file; false where it cannot be written.
     bool write(const std::string& path, const std::string& outcome);
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "core/checksum.h"
+#include "solver/checkpoint.h"
 #include "solver/curve.h"
 #include "solver/edges.h"
 #include "solver/engines.h"
@@ -61,24 +62,24 @@ struct holding {
 };
 }  // namespace
 
-// applied: out, the loads of the cases, numbered like the displacements.
-static displacements solvecases(const model& m, const settings& s, const equations& q, engine& l,
-                                std::vector<double>& applied, std::vector<double>& residual,
-                                holding& held, runlog& log) {
+// The load cases first..last. applied: out, their loads, numbered like the displacements.
+static casepart solvecases(const model& m, const settings& s, const equations& q, engine& l,
+                           int first, int last, std::vector<double>& applied, holding& held,
+                           runlog& log) {
     const dofmap& d = q.dofs;
     log.stage("loads");
     const std::vector<double> byconstants = constantforces(m, s, d);
-    displacements result;
-    result.cases = m.ncases();
-    result.u.resize(d.equation.size() * std::size_t(m.ncases()));
-    applied.resize(result.u.size());
-    std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(m.ncases()));
+    casepart r;
+    displacements& u = r.u;
+    u.cases = last + 1 - first;
+    u.u.resize(d.equation.size() * std::size_t(u.cases));
+    applied.resize(u.u.size());
+    std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(u.cases));
     std::vector<double> f;
-    const bool anyheld = !d.held.empty() || std::ranges::count(d.heldplain, 1) > 0;
-    if (anyheld) held.angle = flatness(m, s, d);
-    for (int lc = 1; lc <= m.ncases(); ++lc) {
+    for (int c = 0; c < u.cases; ++c) {
+        const int lc = first + c;
         const std::string& name = m.cases[std::size_t(lc)].name;
-        double* const load = applied.data() + std::size_t(lc - 1) * d.equation.size();
+        double* const load = applied.data() + std::size_t(c) * d.equation.size();
         caseloads(m, s, lc).collect(d, load, log);
         checkheldloads(m, d, held.angle, load, lc, log);
         held.letgo.push_back(heldload(m, d, load));
@@ -89,25 +90,25 @@ static displacements solvecases(const model& m, const settings& s, const equatio
                          "\" has no load; its displacements are 0",
                      lc);
         for (std::size_t i = 0; i < byconstants.size(); ++i) f[i] += byconstants[i];
-        condense(d, f.data(), columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns));
+        condense(d, f.data(), columns.data() + std::size_t(c) * std::size_t(d.unknowns));
         log.progress("loads", int(100.0 * lc / m.ncases()));
     }
     log.stage("solve");
-    residual.assign(std::size_t(m.ncases()), 0);
-    if (d.unknowns > 0) residual = solvecolumns(q, l, columns.data(), m.ncases());
-    for (int lc = 1; lc <= m.ncases(); ++lc) {
-        const double rest = residual[std::size_t(lc - 1)];
-        log.line("Case " + std::to_string(lc) +
-                 " residual |Ku-f|/(|K||u|+|f|) = " + shortnumber(rest));
+    r.residual.assign(std::size_t(u.cases), 0);
+    if (d.unknowns > 0) r.residual = solvecolumns(q, l, columns.data(), u.cases);
+    for (int c = 0; c < u.cases; ++c) {
+        const double rest = r.residual[std::size_t(c)];
+        const std::string number = std::to_string(first + c);
+        log.line("Case " + number + " residual |Ku-f|/(|K||u|+|f|) = " + shortnumber(rest));
         const double wrong = 1e-6;
         if (!(rest < wrong))
-            refuse("The equations of case " + std::to_string(lc) +
+            refuse("The equations of case " + number +
                    " could not be solved to a useful accuracy (residual " + shortnumber(rest) +
                    "). " + whyillconditioned(m, s));
-        expand(d, columns.data() + std::size_t(lc - 1) * std::size_t(d.unknowns),
-               result.u.data() + std::size_t(lc - 1) * d.equation.size());
+        expand(d, columns.data() + std::size_t(c) * std::size_t(d.unknowns),
+               u.u.data() + std::size_t(c) * d.equation.size());
     }
-    return result;
+    return r;
 }
 
 static void warnunbalanced(const model& m, double part, runlog& log) {
@@ -124,7 +125,7 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 
 // Where rounding spoils the balance of a case, the displacements get more digits.
 static void refinereactions(const model& m, const settings& s, const equations& q, engine& l,
-                            const std::vector<double>& applied, const holding& held, results& r,
+                            const std::vector<double>& applied, const holding& held, casepart& r,
                             runlog& log) {
     const double good = 1e-9, before = worstbalance(r.reactions, held.letgo);
     double now = before, change = 1, uncertainty = 0;
@@ -151,24 +152,75 @@ static void refinereactions(const model& m, const settings& s, const equations& 
                  shortnumber(now));
 }
 
-static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
+static casepart solveblock(const model& m, const settings& s, const equations& q,
+                           const wanted& what, engine& l, int first, int last, holding& held,
+                           runlog& log) {
+    std::vector<double> applied;
+    held.letgo.clear();
+    casepart part = solvecases(m, s, q, l, first, last, applied, held, log);
+    if (what.reactions) {
+        log.stage("reactions");
+        part.reactions = findreactions(m, s, q.dofs, part.u, applied, log);
+        refinereactions(m, s, q, l, applied, held, part, log);
+    }
+    return part;
+}
+
+static void addnumbers(std::vector<double>& to, std::vector<double>&& more) {
+    if (to.empty())
+        to = std::move(more);
+    else
+        to.insert(to.end(), more.begin(), more.end());
+}
+
+static void addpart(results& r, casepart&& part) {
+    const std::size_t before = r.u.u.size();
+    r.u.cases += part.u.cases;
+    addnumbers(r.u.u, std::move(part.u.u));
+    if (!part.u.rest.empty()) r.u.rest.resize(before);  // what came before leaves nothing off
+    addnumbers(r.u.rest, std::move(part.u.rest));
+    if (!r.u.rest.empty()) r.u.rest.resize(r.u.u.size());
+    addnumbers(r.residual, std::move(part.residual));
+    reactionset &to = r.reactions, &more = part.reactions;
+    addnumbers(to.force, std::move(more.force));
+    const std::ptrdiff_t slot0 = to.load.empty() || more.load.empty() ? 0 : 1;
+    to.load.insert(to.load.end(), more.load.begin() + slot0, more.load.end());
+    to.reaction.insert(to.reaction.end(), more.reaction.begin() + slot0, more.reaction.end());
+}
+
+// Blocks of load cases, of which a checkpoint may have the first ones already.
+static void solveblocks(const model& m, const settings& s, const equations& q, const wanted& what,
                         results& r, runlog& log) {
+    const int block = s.checkpoint > 0 ? s.checkpoint : std::max(m.ncases(), 1);
+    checkpoint kept(m.base + ".ckp", s.checkpoint > 0 ? what.checkpoint : "");
+    for (int i = 0; i < kept.found(); ++i) addpart(r, kept.take(i, log));
+    if (kept.found() > 0)
+        log.line("Cases 1 to " + std::to_string(r.u.cases) + " as an earlier run left them in " +
+                 m.base + ".ckp");
+    if (r.u.cases > 0 && r.u.cases == m.ncases()) return;
     const std::unique_ptr<engine> l = makeengine();
     l->describe(m, q.dofs);
     if (q.dofs.unknowns > 0) {
-        analysefactor(q, *l, m.ncases(), log);
+        analysefactor(q, *l, std::min(block, m.ncases()), log);
         factorise(m, s, q, *l, log);
     }
     holding held;
-    std::vector<double> applied;
-    r.u = solvecases(m, s, q, *l, applied, r.residual, held, log);
-    telllargest(m, q.dofs, r.u, log);
-    if (what.reactions) {
-        log.stage("reactions");
-        r.reactions = findreactions(m, s, q.dofs, r.u, applied, log);
-        refinereactions(m, s, q, *l, applied, held, r, log);
-        tellbalance(m, r.reactions, log);
+    const bool anyheld = !q.dofs.held.empty() || std::ranges::count(q.dofs.heldplain, 1) > 0;
+    if (anyheld) held.angle = flatness(m, s, q.dofs);
+    while (r.u.cases < m.ncases()) {
+        const int last = std::min(r.u.cases + block, m.ncases());
+        const runlog::place from = log.here();
+        casepart part = solveblock(m, s, q, what, *l, r.u.cases + 1, last, held, log);
+        if (block < m.ncases()) kept.keep(part, from, log);
+        addpart(r, std::move(part));
     }
+}
+
+static void solvestatic(const model& m, const settings& s, const equations& q, const wanted& what,
+                        results& r, runlog& log) {
+    solveblocks(m, s, q, what, r, log);
+    telllargest(m, q.dofs, r.u, log);
+    if (what.reactions) tellbalance(m, r.reactions, log);
     log.stage("stress");
     if (what.linestresses) r.lines = findlinestresses(m, s, q.dofs, r.u, log);
     if (what.platestresses) r.plates = findplatestresses(m, s, q.dofs, r.u, log);
@@ -267,6 +319,13 @@ static void handstresses(const model& m, const job& j, const results& r) {
     for (int lc = 1; j.platestress && lc <= m.ncases(); ++lc) gathercase(m, r.plates, lc);
 }
 
+// Analyses of the same name come to the same numbers.
+static std::string checkpointname(const job& j, const settings& s, const std::string& checksum) {
+    return checksum + " " + std::to_string(j.doftype) + (j.twod ? " 2d" : "") +
+           (j.solve ? " reactions " : " ") + std::to_string(allranks().count()) + " " +
+           settingsname(s);
+}
+
 void analyse(const job& j, runlog& log) {
     log.stage("read");
     if (!j.stiffness)
@@ -293,6 +352,7 @@ void analyse(const job& j, runlog& log) {
     what.displacements = j.solve || what.linestresses || what.platestresses;
     what.modes = j.eigen;
     what.elementmass = j.elementmass;
+    if (s.checkpoint > 0) what.checkpoint = checkpointname(j, s, checksum);
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     if (!allranks().first()) return handstresses(m, j, r);
@@ -307,6 +367,7 @@ void analyse(const job& j, runlog& log) {
     if (j.statics())
         writesums(j.base, runkind::statics, checksum, m.ncases(), staticsums(m, s, r, log));
     if (j.eigen) writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));
+    if (s.checkpoint > 0) checkpoint(j.base + ".ckp", "").drop();
     log.stage("");
     log.progress("done", 100);
 }

@@ -17,6 +17,7 @@ struct wanted {
     bool platestresses = true;
     bool modes = false;
     bool elementmass = true;  // the mass of all elements, not only of MASS elements, in the modes
+    std::string checkpoint = {};  // the name of the analysis in it, "": none is kept
 };
 
 // Works the model out. doftype 1..3, or 0: taken from the element types, with m.twod as it stands.

@@ -54,6 +54,8 @@ static const wholekey wholekeys[] = {
     {"threads", &settings::threads, 0, 1024, "0: all cores"},
     {"processes", &settings::processes, 0, 65535,
      "of feiflu-mpi, for other engines than cholmod; 0: one a core"},
+    {"checkpoint", &settings::checkpoint, 0, 1000000,
+     "load cases after which what is found so far is kept for a restart; 0: none"},
 };
 static const textkey textkeys[] = {
     {"engine",
@@ -162,6 +164,12 @@ settings readsettings(const std::string& path, runlog& log) {
     guarded([&] { writedefaults(path); },
             [&](const runtimeerror& e) { log.warn("feiflu.ini was not written: " + e.what); });
     return {};
+}
+
+std::string settingsname(const settings& s) {
+    std::string name;
+    for (const realkey& k : realkeys) name += numbertext(s.*k.value) + " ";
+    return name + std::to_string(s.checkpoint) + " " + s.engine + " " + s.ordering;
 }
 
 void followmodel(settings& s, const std::string& base, runlog& log) {

@@ -18,7 +18,8 @@ struct settings {
     double cs = 0.5, csflat = 1.5;  // wind shape coefficient of tubes, of all else
     double shear = 0;  // shear area of line elements over their area, 0: no shear deformation
     int modes = 10;
-    int threads = 0;  // 0: all cores
+    int threads = 0;     // 0: all cores
+    int checkpoint = 0;  // load cases from one to the next, 0: all at once, none kept
     std::string engine = "cholmod";
     int processes = 0;  // that the workbench starts, 0: one a core
     std::string hosts, scratch;
@@ -28,5 +29,7 @@ struct settings {
 // Reads the file; a missing one is written with the defaults. Throws a refusal that names key and
 // line. An unknown key and a folder that cannot be written are warnings.
 settings readsettings(const std::string& path, runlog& log);
+// What the results of a model depend on, in one line.
+std::string settingsname(const settings& s);
 // A model that says its units goes by them, whatever the settings say.
 void followmodel(settings& s, const std::string& base, runlog& log);

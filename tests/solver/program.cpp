@@ -299,6 +299,75 @@ TEST(Program, ASignalToStopWhileEquationsAreOrderedEndsIt) {
         EXPECT_FALSE(in.has(name)) << name;
 }
 
+// Killed after its first block, it goes on from there and comes to the same bytes; from what is cut
+// short, damaged or of another model it takes nothing.
+TEST(Program, AKilledRunGoesOnFromItsCheckpoint) {
+    build b;
+    const build::grid at = b.mesh(typeshell4, b.plate(2e5, 0.3, 1), 40, 40,
+                                  [](double r, double s) { return vec3(r, s, 0.1 * r * r); });
+    b.fix(at.left(), clamped);
+    b.fix(at.number(8, 0), {3}, 0.01);
+    const int cases = 12;
+    for (int lc = 1; lc <= cases; ++lc) {
+        if (lc > 1) b.addcase();
+        b.load(lc, at.number(8, lc % 8), 3, 1 + lc);
+    }
+    tempfolder in;
+    const std::string base = in / "m", kept = base + ".ckp";
+    b.write(base);
+    writetext(in / "feiflu.ini", "checkpoint = 2\n");
+    const std::string program = fs::read_symlink("/proc/self/exe").parent_path() / "feiflu";
+    const std::string arguments = "--appdir " + in.path + " --model " + base;
+    const auto run = [&] {
+        std::string said, bytes;
+        EXPECT_EQ(runfeiflu(arguments, said), 0) << said;
+        for (const char* extension : {".rvp", ".KRT", ".NSA", ".NSL", ".sum"})
+            bytes += readwhole(base + extension);
+        EXPECT_FALSE(fs::exists(kept));
+        const std::string log = readwhole(base + ".log"), words = "Cases 1 to ";
+        const std::size_t place = log.find(words);
+        const int taken = place == log.npos ? 0 : std::stoi(log.substr(place + words.size()));
+        return std::pair(bytes, taken);
+    };
+    const auto [whole, none] = run();
+    EXPECT_EQ(none, 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (std::freopen("/dev/null", "w", stdout) == nullptr) _exit(127);
+        execl(program.c_str(), "feiflu", "--appdir", in.path.c_str(), "--model", base.c_str(),
+              nullptr);
+        _exit(127);
+    }
+    while (waitpid(child, nullptr, WNOHANG) == 0 && !fs::exists(kept)) usleep(100);
+    usleep(1000);  // while the first block is written
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    ASSERT_TRUE(fs::exists(kept));
+    ASSERT_FALSE(fs::exists(base + ".rvp"));
+    const std::string good = readwhole(kept);
+    const auto restart = [&](const std::string& content) {
+        writetext(kept, content);
+        const auto [bytes, taken] = run();
+        EXPECT_TRUE(bytes == whole);
+        return taken;
+    };
+    const int taken = restart(good);
+    EXPECT_GE(taken, 2);
+    EXPECT_LT(taken, cases);
+    std::string damaged = good;
+    damaged[good.size() - 100] ^= 1;
+    EXPECT_EQ(restart(damaged), restart(good.substr(0, good.size() - 1)));
+    EXPECT_EQ(restart(good.substr(0, 200)), 0);
+    std::string other = good;
+    ++other[20];  // in the name of the analysis
+    EXPECT_EQ(restart(other), 0);
+    writetext(kept, "no checkpoint");
+    std::string said;
+    EXPECT_EQ(runfeiflu(arguments, said), 0);
+    EXPECT_EQ(readwhole(kept), "no checkpoint");
+    expectwords(readwhole(base + ".log"), {"Warning: No checkpoint is kept in "});
+}
+
 TEST(Program, DamagedControlFileIsRefusedAndRemoved) {
     tempfolder in;
     std::string said;

@@ -13,7 +13,6 @@ using row4 = Eigen::Matrix<double, 1, 4>;
 namespace {
 struct beamdata {
     linesection section;
-    mat3 axes;
     double length, modulus, shearmodulus;
     double phi2, phi3;  // 12 E I / (G As L^2) of bending about e2 and e3
 };
@@ -22,7 +21,6 @@ struct beamdata {
 static beamdata dataof(const element& e) {
     beamdata b;
     b.section = sectionof(e);
-    b.axes = lineaxes(e);
     b.length = lengthof(e);
     b.modulus = e.field(fieldmodulus);
     b.shearmodulus = b.modulus / (2 * (1 + e.field(fieldpoisson)));
@@ -143,7 +141,7 @@ static void tomodelaxes(const mat12& local, const mat3& axes, elmatrix& k) {
 
 void stiffenbeam(const element& e, elmatrix& k) {
     const beamdata b = dataof(e);
-    tomodelaxes(localstiffness(b), b.axes, k);
+    tomodelaxes(localstiffness(b), lineaxes(e), k);
 }
 
 void massbeam(const element& e, elmatrix& m) {
@@ -160,25 +158,34 @@ void massbeam(const element& e, elmatrix& m) {
         const double weight = density * b.length * g.weight / 2;
         for (int c = 0; c < 6; ++c) local += weight * inertia[c] * n.row(c).transpose() * n.row(c);
     }
-    tomodelaxes(local, b.axes, m);
+    tomodelaxes(local, lineaxes(e), m);
 }
 
-void deflectbeam(const element& e, const Eigen::Matrix<double, 12, 1>& ends, int intervals,
-                 vec2* deflections) {
+// The deflection above as a polynomial of x, from the constant part on.
+static Eigen::Vector4d polynomial(double w1, double r1, double w2, double r2, double l,
+                                  double phi) {
+    const double a = 1 / (1 + phi), rise = w2 - w1;
+    return {w1, a * (phi * rise + l * (r1 + phi / 2 * (r1 - r2))),
+            a * (3 * rise - l * (2 * r1 + r2 + phi / 2 * (r1 - r2))),
+            a * (l * (r1 + r2) - 2 * rise)};
+}
+
+void deflectbeam(const element& e, const lineendvalues& ends, int intervals, vec2* deflections) {
     const beamdata b = dataof(e);
-    const Eigen::Vector4d about3(ends[1], ends[5], ends[7], ends[11]);
-    const Eigen::Vector4d about2(ends[2], -ends[4], ends[8], -ends[10]);
+    const Eigen::Vector4d v = polynomial(ends[1], ends[5], ends[7], ends[11], b.length, b.phi3);
+    const Eigen::Vector4d w = polynomial(ends[2], -ends[4], ends[8], -ends[10], b.length, b.phi2);
+    const vec2 p[4] = {{v[0], w[0]}, {v[1], w[1]}, {v[2], w[2]}, {v[3], w[3]}};
     for (int i = 0; i <= intervals; ++i) {
         const double x = double(i) / intervals;
-        deflections[i] = vec2(deflection(x, b.length, b.phi3).dot(about3),
-                              deflection(x, b.length, b.phi2).dot(about2));
+        deflections[i] = p[0] + x * (p[1] + x * (p[2] + x * p[3]));
     }
 }
 
 void spreadbeam(const element& e, placedforces forces, elvector& f) {
     const beamdata b = dataof(e);
-    Eigen::Matrix<double, 12, 1> local = Eigen::Matrix<double, 12, 1>::Zero();
+    const mat3 axes = lineaxes(e);
+    lineendvalues local = lineendvalues::Zero();
     for (const auto& [place, force] : forces)
-        local += shapes(b, place[0]).topRows<3>().transpose() * (b.axes * force);
-    for (int i = 0; i < 4; ++i) f.segment<3>(3 * i) += b.axes.transpose() * local.segment<3>(3 * i);
+        local += shapes(b, place[0]).topRows<3>().transpose() * (axes * force);
+    for (int i = 0; i < 4; ++i) f.segment<3>(3 * i) += axes.transpose() * local.segment<3>(3 * i);
 }

@@ -33,18 +33,16 @@ static std::vector<double> byelement(const model& m, const std::vector<int>& ele
     return result;
 }
 
-linestresses gathercase(const model& m, const linestresses& own, int lc) {
-    const std::size_t size = 2 * linevalues;  // numbers of an element
-    std::vector<double> mine(own.elements.size() * size);
-    for (std::size_t i = 0; i < own.elements.size(); ++i)
-        std::copy_n(own.of(i, lc), size, mine.data() + i * size);
-    const std::vector<double> all = allranks().gather(mine);
-    linestresses whole;
+lineends gathercase(const model& m, const lineends& own, int lc) {
+    const std::size_t size = own.elements.size() * endvalues;
+    const double* const begin = own.of(lc, 0);
+    const std::vector<double> all = allranks().gather({begin, begin + size});
+    lineends whole;
     if (!allranks().first()) return whole;
     whole.cases = 1;
     whole.elements = elementsof(m, family::line);
     std::vector<std::size_t> first;
-    for (std::size_t i = 0; i <= whole.elements.size(); ++i) first.push_back(i * size);
+    for (std::size_t i = 0; i <= whole.elements.size(); ++i) first.push_back(i * endvalues);
     whole.value = byelement(m, whole.elements, first, all);
     return whole;
 }

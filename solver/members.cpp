@@ -9,15 +9,14 @@
 #include "solver/section.h"
 
 static const int intervals = memberstations - 1;
-using vec12 = Eigen::Matrix<double, 12, 1>;
 
 namespace {
 // The load on each interval between stations, local axes: force, and its first moment about the
 // interval's middle.
 struct memberload {
+    bool any = false;  // else the rest does not count
     vec3 force[intervals], first[intervals];
     vec3 moment = vec3::Zero();  // a length, even all along
-    bool any = false;
 };
 
 // Forces at a place along the element.
@@ -28,8 +27,8 @@ struct memberforce {
 
 static memberload loadof(const element& e, const mat3& axes, const caseloads& loads) {
     memberload sum;
-    for (int i = 0; i < intervals; ++i) sum.force[i] = sum.first[i] = vec3::Zero();
     if (!loads.loadselements()) return sum;
+    for (int i = 0; i < intervals; ++i) sum.force[i] = sum.first[i] = vec3::Zero();
     const double length = lengthof(e);
     sum.moment = loads.online(e, [&](double from, double to, const linedensity& load) {
         sum.any = true;
@@ -67,7 +66,7 @@ static memberforce onwards(const memberforce& at, const memberload& load, int i,
     return next;
 }
 
-static memberforce atfirstend(const vec12& ends) {
+static memberforce atfirstend(const lineendvalues& ends) {
     return {-ends.segment<3>(0), -ends.segment<3>(3)};
 }
 
@@ -89,7 +88,7 @@ static flexibility flexibilityof(const element& e) {
 
 // Deflections v, w that the load gives between clamped ends, whose forces on the element are
 // clamps.
-static void deflectclamped(const element& e, const memberload& load, const vec12& clamps,
+static void deflectclamped(const element& e, const memberload& load, const lineendvalues& clamps,
                            vec2* deflection) {
     const flexibility soft = flexibilityof(e);
     const double h = lengthof(e) / intervals;
@@ -113,89 +112,89 @@ static void deflectclamped(const element& e, const memberload& load, const vec12
     }
 }
 
-static vec12 localends(const elvector& v, const mat3& axes) {
-    vec12 local = vec12::Zero();
-    const int stride = int(v.size()) / 2;
-    for (int end = 0; end < 2; ++end)
-        for (int half = 0; half < stride / 3; ++half)
-            local.segment<3>(6 * end + 3 * half) = axes * v.segment<3>(stride * end + 3 * half);
-    return local;
+memberwriter::memberwriter(const model& m, const settings& s, const dofmap& d,
+                           const displacements& u, int lc)
+    : m(m), d(d), u(u.of(d, lc)), loads(m, s, lc) {
+    for (int at = 0; at < memberstations; ++at)
+        places[std::size_t(at)] = keptnumber(float(double(at) / intervals));
 }
 
-// ends: nodal forces of the element's stiffness on the ends (model axes) and u: their
-// displacements, as elementforces and gather give them; loads: of the case.
-static memberline memberof(const element& e, const elvector& ends, const elvector& u,
-                           const caseloads& loads) {
+// What the load adds to the deflection of the ends, and the forces that it changes on its way.
+static void addload(const element& e, const mat3& axes, const memberload& load,
+                    const caseloads& loads, memberforce at, memberforce* forces, vec2* deflection) {
+    const int nodedofs = kindof(e.type).nodedofs;
+    elvector between = elvector::Zero(2 * nodedofs);
+    loads.onelement(e, between);
+    if (nodedofs == 6)
+        deflectclamped(e, load, -tolocalends(axes, between.data(), nodedofs), deflection);
+    const double h = lengthof(e) / intervals;
+    for (int i = 0; i < intervals; ++i) forces[i + 1] = at = onwards(at, load, i, h, h);
+}
+
+memberline memberwriter::lineof(const element& e, const double* ends) const {
     const mat3 axes = lineaxes(e);
-    const memberload load = loadof(e, axes, loads);
-    elvector between = elvector::Zero(ends.size());
-    if (load.any) loads.onelement(e, between);
-    const vec12 moved = localends(u, axes), clamps = localends(-between, axes);
+    const elementdofs dofs = dofsof(d, m.elements[std::size_t(e.number)]);
+    double nodal[mostdofs];
+    for (int a = 0; a < dofs.count; ++a) nodal[a] = dofs.index[a] < 0 ? 0 : u[dofs.index[a]];
+    const lineendvalues moved = tolocalends(axes, nodal, dofs.count / 2);
     vec2 deflection[memberstations];
     if (kindof(e.type).nodedofs == 6) {
         deflectbeam(e, moved, intervals, deflection);
-        if (load.any) deflectclamped(e, load, clamps, deflection);
     } else {
         for (int i = 0; i < memberstations; ++i) {
             const double x = double(i) / intervals;
             deflection[i] = (1 - x) * moved.segment<2>(1) + x * moved.segment<2>(7);
         }
     }
-    memberline line;
-    memberforce at = atfirstend(localends(ends, axes) + clamps);
+    memberforce forces[memberstations];
+    forces[0] = atfirstend(Eigen::Map<const lineendvalues>(ends));
     const double h = lengthof(e) / intervals;
-    for (int i = 0; i < memberstations; ++i) {
-        line.col(i) << double(i) / intervals, at.force, at.moment, deflection[i];
-        if (i < intervals) at = onwards(at, load, i, h, h);
+    for (int i = 1; i < memberstations; ++i) {
+        forces[i] = forces[0];
+        forces[i].moment[1] += forces[0].force[2] * i * h;
+        forces[i].moment[2] -= forces[0].force[1] * i * h;
     }
+    const memberload load = loadof(e, axes, loads);
+    if (load.any) addload(e, axes, load, loads, forces[0], forces, deflection);
+    memberline line;
+    for (int i = 0; i < memberstations; ++i)
+        line.col(i) << double(i) / intervals, forces[i].force, forces[i].moment, deflection[i];
     return line;
 }
 
-static void putline(const memberline& line, const std::vector<keptnumber>& places, rowtext& text) {
+// N, Vy, Vz and T stay the same where no load acts: so does their text then.
+void memberwriter::put(const element& e, const double* ends, rowtext& text) const {
+    const memberline line = lineof(e, ends);
+    const Eigen::Matrix<double, membervalues, 1> largest = line.cwiseAbs().rowwise().maxCoeff();
     std::array<numbercolumn, membervalues> columns;
-    for (int k = 1; k < membervalues; ++k)
-        columns[std::size_t(k)] = numbercolumn(line.row(k).cwiseAbs().maxCoeff());
+    for (int k = 1; k < membervalues; ++k) columns[std::size_t(k)] = numbercolumn(largest[k]);
+    text.put(e.number);
+    text.put(memberstations);
+    const int even = 4;
     char* p = text.place(memberstations * membervalues * (longestnumber + 1));
+    char former[even * (numbercolumn::longest + 1)] = {};  // text of these, with the commas
+    std::size_t length = 0;
     for (int at = 0; at < memberstations; ++at) {
         const keptnumber& place = places[std::size_t(at)];
         *p++ = ',';
         std::memcpy(p, place.text, longestnumber);
         p += place.length;
-        for (int k = 1; k < membervalues; ++k) {
+        const auto number = [&](int k) {
             *p++ = ',';
             p = columns[std::size_t(k)].write(p, line(k, at));
+        };
+        const auto forces = [&](int station) { return line.col(station).segment<even>(1); };
+        if (at > 0 && forces(at) == forces(at - 1)) {
+            std::memcpy(p, former, sizeof former);
+            p += length;
+        } else {
+            const char* const begin = p;
+            for (int k = 1; k <= even; ++k) number(k);
+            length = std::size_t(p - begin);
+            std::memcpy(former, begin, sizeof former);
         }
+        for (int k = even + 1; k < membervalues; ++k) number(k);
     }
     text.putto(p);
-}
-
-void writemembers(const model& m, const settings& s, const dofmap& d, const displacements& u) {
-    std::vector<int> lines;
-    for (int e = 1; e <= m.nelems(); ++e)
-        if (kindof(m.elements[std::size_t(e)].type).fam == family::line) lines.push_back(e);
-    std::vector<keptnumber> places;
-    for (int at = 0; at < memberstations; ++at) places.emplace_back(float(double(at) / intervals));
-    textout out(m.base + ".MEM");
-    for (int lc = 1; lc <= u.cases; ++lc) {
-        displacements one;
-        one.cases = 1;
-        one.u.assign(u.of(d, lc), u.of(d, lc) + d.equation.size());
-        if (!u.rest.empty())
-            one.rest.assign(u.rest.data() + (u.of(d, lc) - u.u.data()),
-                            u.rest.data() + (u.of(d, lc) - u.u.data()) + d.equation.size());
-        const caseloads loads(m, s, lc);
-        writerows(out, int(lines.size()), 32, [&](int i, rowtext& text) {
-            const element e = elementat(m, s, lines[std::size_t(i)]);
-            elcases ends, moved;
-            elementforces(m, s, d, one, e.number, ends);
-            gather(d, dofsof(d, m.elements[std::size_t(e.number)]), one, moved);
-            const memberline line = memberof(e, ends.col(0), moved.col(0), loads);
-            text.put(e.number);
-            text.put(memberstations);
-            putline(line, places, text);
-            text.endline();
-        });
-        out.raw("END").endline();
-    }
-    out.commit();
+    text.endline();
 }

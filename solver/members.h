@@ -4,6 +4,7 @@
 
 #include "solver/forces.h"
 #include "solver/loads.h"
+#include "solver/rowtext.h"
 
 const int memberstations = 21, membervalues = 9;
 
@@ -12,6 +13,20 @@ const int memberstations = 21, membervalues = 9;
 // inertia, deflects as its ends do.
 using memberline = Eigen::Matrix<double, membervalues, memberstations>;
 
-// BASE.MEM: by case a record a line element, then "END". A record: element, number of stations,
-// their values one after the other, each to seven digits of the largest of its kind in the record.
-void writemembers(const model& m, const settings& s, const dofmap& d, const displacements& u);
+// The records of BASE.MEM in one case: element, number of stations, their values one after the
+// other, each to seven digits of the largest of its kind in the record.
+class memberwriter {
+  public:
+    memberwriter(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                 int lc);
+    // ends: as lineends holds them.
+    void put(const element& e, const double* ends, rowtext& text) const;
+
+  private:
+    memberline lineof(const element& e, const double* ends) const;
+    const model& m;
+    const dofmap& d;
+    const double* u;
+    caseloads loads;
+    std::array<keptnumber, memberstations> places;
+};

@@ -12,7 +12,7 @@ struct results {
     displacements u;
     std::vector<double> residual;  // by case from 0: backward error of the equations
     reactionset reactions;
-    linestresses lines;
+    lineends lines;
     platestresses plates;
     modeset modes;
     std::vector<massproperties> masses;  // of the groups' elements, in slot 0 of all

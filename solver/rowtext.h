@@ -5,61 +5,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstdlib>
+#include <condition_variable>
 #include <cstring>
+#include <mutex>
 #include <string_view>
 #include <vector>
 
-#include "core/numtext.h"
 #include "core/textfile.h"
+#include "solver/digits.h"
 #include "solver/matrix.h"
 #include "solver/parallel.h"
-
-// A number's text, kept to be written again.
-struct keptnumber {
-    char text[longestnumber] = {};
-    std::size_t length = 0;
-    explicit keptnumber(float number = 0) {
-        length = std::size_t(writenumber(text, number) - text);
-    }
-};
-
-// Numbers of one kind along a member, each with the decimals that tell the largest to seven digits:
-// whole multiples of the last place, which are written in a tenth of the time that the fewest
-// digits of a Single take. What stays the same all along is written once.
-class numbercolumn {
-  public:
-    explicit numbercolumn(double largest = 0);
-    // Writes a number no larger than the largest at p, which has room for longestnumber characters
-    // and may lose all of them; returns the place behind the last one. What was written before
-    // still stands where it was written.
-    char* write(char* p, double value) {
-        const long multiple = nearest(value * factor);
-        if (multiple == last && length > 0) {
-            std::memmove(p, former, longestnumber);  // two moves; it may reach into what comes
-        } else {
-            last = multiple;
-            former = p;
-            length = std::size_t(writemultiple(p) - p);
-        }
-        return p + length;
-    }
-
-  private:
-    // As lround does, in place of a call.
-    static long nearest(double value) {
-        const long whole = long(value);
-        const double rest = value - double(whole);
-        return whole + (rest >= 0.5) - (rest <= -0.5);
-    }
-    char* writemultiple(char* p) const;
-    int decimals = 0;
-    double factor = 0;
-    long last = 0;
-    const char* former = nullptr;
-    std::size_t length = 0;
-};
 
 // Text of some rows.
 class rowtext {
@@ -71,11 +26,6 @@ class rowtext {
             number(value);
     }
     void put(int value) { number(long(value)); }
-    void put(const keptnumber& kept) {
-        comma();
-        std::memcpy(room(longestnumber), kept.text, longestnumber);  // all of it: two moves
-        used += kept.length;
-    }
     // Room for so many characters, of which those before the end are kept; for texts with their own
     // commas.
     char* place(std::size_t most) { return room(most); }
@@ -85,12 +35,20 @@ class rowtext {
         std::copy(values.begin(), values.end(), room(values.size()));
         used += values.size();
     }
-    void put(const vec3& at) {
-        for (int k = 0; k < 3; ++k) put(at[k]);
-    }
     void put(const double* values, int count) {
         for (int k = 0; k < count; ++k) put(values[k]);
     }
+    // In ten digits at most.
+    void putrounded(const double* values, int count) {
+        char* p = room(std::size_t(count) * (longestnumber + 1));
+        for (int k = 0; k < count; ++k) {
+            if (started) *p++ = ',';
+            started = true;
+            p = writerounded(p, values[k]);
+        }
+        putto(p);
+    }
+    void putrounded(const vec3& at) { putrounded(at.data(), 3); }
     void endline() {
         char* const p = room(2);
         p[0] = '\r';
@@ -124,34 +82,53 @@ class rowtext {
     bool started = false;
 };
 
+// Blocks of rows in the hands of all threads: a thread writes the next one in the file's order when
+// that is made and nobody writes, else it makes another, else it waits for one of these.
+class blockorder {
+  public:
+    // Of so many blocks `room` at most are made and not yet written.
+    blockorder(int count, int room) : blocks(count), made(std::size_t(room), 0) {}
+    struct task {
+        int block;
+        bool write;
+    };
+    // False when all are written or one could not be made.
+    bool next(task& t);
+    void done(const task& t);
+    void abandon();  // the task failed: nobody waits for it
+
+  private:
+    std::mutex guard;
+    std::condition_variable changed;
+    int blocks, begun = 0, written = 0;
+    bool writing = false;
+    std::vector<char> made;  // by block within the room: to be written
+};
+
 // Writes rows 0..count-1 to some files at once, each made by row(i, texts), a text a file. A block
 // of rows is best some 50 KiB of text: longer ones leave the cache before they are written.
 template <std::size_t files, typename Row>
 void writerows(const std::array<textout*, files>& out, int count, int blockrows, Row row) {
-    const int blocks = 8 * threads();
-    std::vector<std::array<rowtext, files>> texts, made;
-    texts.resize(std::size_t(blocks));
-    made.resize(std::size_t(blocks));
-    const auto writemade = [&] {
-        for (const auto& block : made)
+    std::vector<std::array<rowtext, files>> texts(std::size_t(8 * threads()));
+    blockorder order((count + blockrows - 1) / blockrows, int(texts.size()));
+    const auto work = [&](const blockorder::task& t) {
+        auto& block = texts[std::size_t(t.block) % texts.size()];
+        if (t.write) {
             for (std::size_t k = 0; k < files; ++k) out[k]->raw(block[k].content());
+            return;
+        }
+        for (rowtext& text : block) text.clear();
+        const int first = t.block * blockrows;
+        for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, block);
     };
-    for (int begin = 0; begin < count; begin += blockrows * blocks) {
-        parallelpieces(1 + blocks, 1, [&](int firstpiece, int lastpiece, int) {
-            for (int piece = firstpiece; piece < lastpiece; ++piece) {
-                if (piece == 0) {
-                    writemade();
-                    continue;
-                }
-                auto& block = texts[std::size_t(piece) - 1];
-                for (rowtext& text : block) text.clear();
-                const int first = begin + (piece - 1) * blockrows;
-                for (int i = first; i < std::min(first + blockrows, count); ++i) row(i, block);
-            }
-        });
-        std::swap(texts, made);
-    }
-    writemade();
+    eachthread([&](int) {
+        try {
+            for (blockorder::task t{}; order.next(t); order.done(t)) work(t);
+        } catch (...) {
+            order.abandon();
+            throw;
+        }
+    });
 }
 
 // The same to one file, each row made by row(i, text).

@@ -14,7 +14,6 @@
 #include "solver/gather.h"
 #include "solver/logtexts.h"
 #include "solver/makedofs.h"
-#include "solver/members.h"
 #include "solver/memory.h"
 #include "solver/order.h"
 #include "solver/parallel.h"
@@ -222,7 +221,7 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
     telllargest(m, q.dofs, r.u, log);
     if (what.reactions) tellbalance(m, r.reactions, log);
     log.stage("stress");
-    if (what.linestresses) r.lines = findlinestresses(m, s, q.dofs, r.u, log);
+    if (what.linestresses) r.lines = findlineends(m, s, q.dofs, r.u, log);
     if (what.platestresses) r.plates = findplatestresses(m, s, q.dofs, r.u, log);
 }
 
@@ -361,9 +360,8 @@ void analyse(const job& j, runlog& log) {
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
     if (j.eigen) writemodes(m, r.dofs, r.modes);
-    if (j.linestress) writelinestresses(m, s, r.lines);
+    if (j.linestress) writelines(m, s, r.dofs, r.u, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
-    if (j.linestress) writemembers(m, s, r.dofs, r.u);
     if (j.statics())
         writesums(j.base, runkind::statics, checksum, m.ncases(), staticsums(m, s, r, log));
     if (j.eigen) writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));

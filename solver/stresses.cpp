@@ -7,6 +7,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "solver/line.h"
 #include "solver/parallel.h"
 #include "solver/ranks.h"
 #include "solver/rigid.h"
@@ -104,61 +105,52 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
 
 // --- lines --------------------------------------------------------------------------------------
 
-// End forces in local axes: stiffness times displacements less what stands for the load between.
-static void endforces(const element& e, const elmatrix& k, const elcases& ue,
-                      const std::vector<caseloads>& loads, int c, const mat3& axes,
-                      Eigen::Matrix<double, 12, 1>& local) {
-    elvector f = k * ue.col(c);
-    elvector between = elvector::Zero(f.size());
-    if (loads[std::size_t(c)].loadselements() && loads[std::size_t(c)].onelement(e, between))
-        f -= between;
-    const int stride = int(f.size()) / 2;
-    local.setZero();
-    for (int end = 0; end < 2; ++end)
-        for (int half = 0; half < stride / 3; ++half)
-            local.segment<3>(6 * end + 3 * half) = axes * f.segment<3>(stride * end + 3 * half);
+lineends findlineends(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                      runlog& log) {
+    lineends r;
+    r.cases = u.cases;
+    for (int e = 1; e <= m.nelems(); ++e)
+        if (kindof(m.elements[std::size_t(e)].type).fam == family::line && isown(m, e))
+            r.elements.push_back(e);
+    r.value.resize(r.elements.size() * std::size_t(u.cases) * endvalues);
+    std::vector<caseloads> loads;
+    for (int lc = 1; lc <= u.cases; ++lc) loads.emplace_back(m, s, lc);
+    parallelpieces(int(r.elements.size()), 256, [&](int first, int last, int) {
+        elcases f;
+        for (int i = first; i < last; ++i) {
+            const element e = elementat(m, s, r.elements[std::size_t(i)]);
+            const mat3 axes = lineaxes(e);
+            elementforces(m, s, d, u, e.number, f);
+            for (int lc = 1; lc <= u.cases; ++lc) {
+                const caseloads& load = loads[std::size_t(lc - 1)];
+                elvector between = elvector::Zero(f.rows());
+                if (load.loadselements() && load.onelement(e, between)) f.col(lc - 1) -= between;
+                Eigen::Map<lineendvalues>(const_cast<double*>(r.of(lc, std::size_t(i)))) =
+                    tolocalends(axes, f.col(lc - 1).data(), int(f.rows()) / 2);
+            }
+        }
+    });
+    log.progress("stress", 50);
+    return r;
 }
 
 static double over(double force, double modulus) {
     return modulus > 0 ? force / modulus : 0;
 }
 
-linestresses findlinestresses(const model& m, const settings& s, const dofmap& d,
-                              const displacements& u, runlog& log) {
-    linestresses r;
-    r.cases = u.cases;
-    for (int e = 1; e <= m.nelems(); ++e)
-        if (kindof(m.elements[std::size_t(e)].type).fam == family::line && isown(m, e))
-            r.elements.push_back(e);
-    r.value.resize(r.elements.size() * std::size_t(u.cases) * 2 * linevalues);
-    std::vector<caseloads> loads;
-    for (int lc = 1; lc <= u.cases; ++lc) loads.emplace_back(m, s, lc);
-    parallelpieces(int(r.elements.size()), 256, [&](int first, int last, int) {
-        elmatrix k;
-        elcases ue;
-        Eigen::Matrix<double, 12, 1> f;
-        for (int i = first; i < last; ++i) {
-            const element e = elementat(m, s, r.elements[std::size_t(i)]);
-            const mat3 axes = lineaxes(e);
-            const linesection section = sectionof(e);
-            kindof(e.type).stiffness(e, k);
-            gather(d, dofsof(d, m.elements[std::size_t(e.number)]), u, ue);
-            for (int c = 0; c < u.cases; ++c) {
-                endforces(e, k, ue, loads, c, axes, f);
-                double* const value = const_cast<double*>(r.of(std::size_t(i), c + 1));
-                for (int end = 0; end < 2; ++end) {
-                    const double sign = end == 0 ? -1 : 1;  // the face that looks along +e1
-                    double* const at = value + end * linevalues;
-                    at[0] = sign * f[6 * end] / section.area;
-                    at[1] = sign * over(f[6 * end + 4], section.w2);
-                    at[2] = sign * over(f[6 * end + 5], section.w3);
-                    at[3] = sign * over(f[6 * end + 3], section.wt);
-                }
-            }
-        }
-    });
-    log.progress("stress", 50);
-    return r;
+linestress linestressof(const element& e, const double* ends) {
+    const linesection section = sectionof(e);
+    linestress stress;
+    for (int end = 0; end < 2; ++end) {
+        const double sign = end == 0 ? -1 : 1;  // the face that looks along +e1
+        const double* const f = ends + 6 * end;
+        double* const at = stress.data() + end * linevalues;
+        at[0] = sign * f[0] / section.area;
+        at[1] = sign * over(f[4], section.w2);
+        at[2] = sign * over(f[5], section.w3);
+        at[3] = sign * over(f[3], section.wt);
+    }
+    return stress;
 }
 
 // --- plates -------------------------------------------------------------------------------------

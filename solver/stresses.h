@@ -3,6 +3,7 @@
 // of plates.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "solver/forces.h"
@@ -19,20 +20,25 @@ struct reactionset {
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
                           const displacements& u, const std::vector<double>& applied, runlog& log);
 
-// Line elements of this process: for each, for each case, at both ends axial force, moment about
-// e2, moment about e3, torsion, as they act on the face that looks along +e1, over area and section
-// moduli.
-const int linevalues = 4;
-struct linestresses {
+// Line elements of this process: by case, for each, the forces DX..RZ on both its ends, local axes,
+// less what stands for the load between them.
+const int endvalues = 12;
+struct lineends {
     std::vector<int> elements;
-    std::vector<double> value;  // [element][case][end][value]
+    std::vector<double> value;  // [case][element][end][value]
     int cases = 0;
-    const double* of(std::size_t line, int lc) const {
-        return value.data() + (line * std::size_t(cases) + std::size_t(lc - 1)) * 2 * linevalues;
+    const double* of(int lc, std::size_t line) const {
+        return value.data() + (std::size_t(lc - 1) * elements.size() + line) * endvalues;
     }
 };
-linestresses findlinestresses(const model& m, const settings& s, const dofmap& d,
-                              const displacements& u, runlog& log);
+lineends findlineends(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                      runlog& log);
+
+// At an end axial force, moment about e2, moment about e3, torsion, as they act on the face that
+// looks along +e1, over area and section moduli.
+const int linevalues = 4;
+using linestress = std::array<double, 2 * linevalues>;
+linestress linestressof(const element& e, const double* ends);
 
 // Plates of this process: at each corner membrane x, y, xy and bending x, y, xy in stress axes.
 const int platevalues = 6;

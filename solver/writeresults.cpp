@@ -6,6 +6,7 @@
 #include <array>
 
 #include "solver/gather.h"
+#include "solver/members.h"
 #include "solver/ranks.h"
 #include "solver/records.h"
 #include "solver/rowtext.h"
@@ -68,33 +69,44 @@ void writemodes(const model& m, const dofmap& d, const modeset& r) {
     out.commit();
 }
 
-void writelinestresses(const model& m, const settings& s, const linestresses& r) {
-    textout out(m.base + ".LES");
+// --- lines --------------------------------------------------------------------------------------
+
+static void putlinestress(const element& e, const double* ends, rowtext& text) {
+    text.put(e.number);
+    text.putrounded(middleof(e));
+    const linestress stress = linestressof(e, ends);
+    for (int end = 0; end < 2; ++end) {
+        const double* const at = stress.data() + end * linevalues;
+        const double record[recordvalues] = {at[0], 0, 0, 0, 0, 0, 0, at[1], at[2], at[3], 0, 0, 0};
+        text.putrounded(at, 1);
+        text.put("0,0,0,0,0,0");
+        text.putrounded(at + 1, linevalues - 1);
+        text.put("0,0");
+        const double combined = combinedstress(record);
+        text.putrounded(&combined, 1);
+    }
+    text.endline();
+}
+
+void writelines(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                const lineends& r) {
+    textout stresses(m.base + ".LES"), members(m.base + ".MEM");
+    const std::array<textout*, 2> files = {&stresses, &members};
     const bool shared = !allranks().alone();
-    linestresses gathered;
+    lineends gathered;
     for (int lc = 1; lc <= r.cases; ++lc) {
         if (shared) gathered = gathercase(m, r, lc);
-        const linestresses& all = shared ? gathered : r;
-        writerows(out, int(all.elements.size()), 256, [&](int i, rowtext& text) {
+        const lineends& all = shared ? gathered : r;
+        const memberwriter member(m, s, d, u, lc);
+        writerows(files, int(all.elements.size()), 32, [&](int i, std::array<rowtext, 2>& texts) {
             const element e = elementat(m, s, all.elements[std::size_t(i)]);
-            text.put(e.number);
-            text.put(middleof(e));
-            const double* const value = all.of(std::size_t(i), shared ? 1 : lc);
-            for (int end = 0; end < 2; ++end) {
-                const double* const at = value + end * linevalues;
-                double record[recordvalues] = {at[0], 0,     0,     0, 0, 0, 0,
-                                               at[1], at[2], at[3], 0, 0, 0};
-                text.put(at[0]);
-                text.put("0,0,0,0,0,0");
-                text.put(at + 1, linevalues - 1);
-                text.put("0,0");
-                text.put(combinedstress(record));
-            }
-            text.endline();
+            const double* const ends = all.of(shared ? 1 : lc, std::size_t(i));
+            putlinestress(e, ends, texts[0]);
+            member.put(e, ends, texts[1]);
         });
-        out.raw("END").endline();
+        for (textout* const out : files) out->raw("END").endline();
     }
-    out.commit();
+    for (textout* const out : files) out->commit();
 }
 
 // --- plates -------------------------------------------------------------------------------------
@@ -128,11 +140,11 @@ void writeplatestresses(const model& m, const settings& s, const platestresses& 
                 localrecord(mean, axes, records[3]);
                 const std::size_t begin = texts[0].content().size();
                 texts[0].put(e.number);
-                texts[0].put(e.x[c]);
+                texts[0].putrounded(e.x[c]);
                 const std::string_view place = texts[0].content().substr(begin);
                 for (std::size_t k = 1; k < texts.size(); ++k) texts[k].put(place);
                 for (std::size_t k = 0; k < texts.size(); ++k) {
-                    texts[k].put(records[k], recordvalues);
+                    texts[k].putrounded(records[k], recordvalues);
                     texts[k].endline();
                 }
             }

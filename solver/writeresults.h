@@ -14,9 +14,10 @@ void writedisplacements(const model& m, const dofmap& d, const displacements& u)
 void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r);
 // .EIG: header, then a mode's omega^2 and its node rows.
 void writemodes(const model& m, const dofmap& d, const modeset& r);
-// The stresses of other processes come in while they are written.
-// .LES
-void writelinestresses(const model& m, const settings& s, const linestresses& r);
+// The stresses of other processes come in while they are written; ten digits tell each.
+// .LES .MEM: by case a record a line element, then "END"
+void writelines(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                const lineends& r);
 // .NSR .NSL (each element's own corners) .NSA .NLA (means of a group's elements at a node)
 void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases);
 // .EMS: a row a group, its number, mass, centre and radii of gyration. masses: from slot 1.

@@ -234,6 +234,10 @@ double reacted(const results& r, int lc, int n, int dof) {
     return valueat(r, r.reactions.force, lc, n, dof);
 }
 
+linestress stressofline(const build& b, const results& r, std::size_t line, int lc) {
+    return linestressof(elementat(b.m, b.s, r.lines.elements[line]), r.lines.of(lc, line));
+}
+
 vec3 movedby(const results& r, int lc, int n, int dof) {
     return {moved(r, lc, n, dof), moved(r, lc, n, dof + 1), moved(r, lc, n, dof + 2)};
 }

@@ -88,6 +88,8 @@ double reacted(const results& r, int lc, int n, int dof);
 vec3 movedby(const results& r, int lc, int n, int dof = 1);
 vec3 reactedby(const results& r, int lc, int n, int dof = 1);
 
+linestress stressofline(const build& b, const results& r, std::size_t line, int lc);
+
 // A fresh folder under the system's temporary one, removed with the object.
 struct tempfolder {
     tempfolder();

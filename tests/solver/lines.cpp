@@ -79,9 +79,11 @@ TEST(Beam, EndStressesFollowTheSignsOfTheSectionForces) {
     const double wanted[2][4] = {{load[0] / area, (load[4] - load[2] * length) / wxx,
                                   (load[5] + load[1] * length) / wyy, load[3] / wzz},
                                  {load[0] / area, load[4] / wxx, load[5] / wyy, load[3] / wzz}};
-    for (int k = 0; k < 8; ++k) expectnear(r.lines.of(0, 1)[k], wanted[k / 4][k % 4], "end stress");
-    expectnear(r.lines.of(0, 2)[2], q * length * length / 2 / wyy, "at the clamp of a pressed one");
-    EXPECT_LT(std::fabs(r.lines.of(0, 2)[6]), 1e-9) << "at its free end";
+    for (int k = 0; k < 8; ++k)
+        expectnear(stressofline(b, r, 0, 1)[k], wanted[k / 4][k % 4], "end stress");
+    expectnear(stressofline(b, r, 0, 2)[2], q * length * length / 2 / wyy,
+               "at the clamp of a pressed one");
+    EXPECT_LT(std::fabs(stressofline(b, r, 0, 2)[6]), 1e-9) << "at its free end";
 }
 
 TEST(Pipe, IsTheTubeThatItsAreaAndInertiaTell) {
@@ -95,7 +97,7 @@ TEST(Pipe, IsTheTubeThatItsAreaAndInertiaTell) {
     const results r = b.solve();
     expectnear(moved(r, 1, 2, 1), 500 * 8e9 / (3 * modulus * i), "bending");
     expectnear(moved(r, 1, 2, 6), 3e5 * 2000 / (shearmodulus * 2 * i), "torsion");
-    const double* const value = r.lines.of(0, 1);
+    const linestress value = stressofline(b, r, 0, 1);
     expectnear(std::hypot(value[1], value[2]), 500 * 2000 * outer / 2 / i, "bending stress");
     expectnear(value[3], 3e5 * outer / 2 / (2 * i), "torsion stress");
 }
@@ -303,8 +305,8 @@ TEST(Verification, WarrenGirder) {
     const double work = 2 * 0.25 * 2 * a + 1 * 2 * a + 4 * 0.5 * root * a;
     row("Warren girder, load in the middle", "TRUSS 7, 2-D", "closed",
         -p * work / (modulus * section), moved(r, 1, 2, 2));
-    expectnear(r.lines.of(0, 1)[0], p / 2 / section, "stress below");
-    expectnear(r.lines.of(6, 1)[0], -p / section, "stress above");
+    expectnear(stressofline(b, r, 0, 1)[0], p / 2 / section, "stress below");
+    expectnear(stressofline(b, r, 6, 1)[0], -p / section, "stress above");
 }
 
 // A frame of bars carries the edges, the panel between them the shear: q = P / (2 h).

@@ -4,9 +4,11 @@
 
 #include <cmath>
 #include <functional>
+#include <random>
+#include <stdexcept>
 
 #include "core/textfile.h"
-#include "solver/rowtext.h"
+#include "solver/writeresults.h"
 #include "tests/solver/verify.h"
 
 static const double modulus = 2e5, i2 = 3e6, i3 = 2e6, area = 900, length = 2000;
@@ -15,7 +17,7 @@ static const double modulus = 2e5, i2 = 3e6, i3 = 2e6, area = 900, length = 2000
 static std::vector<memberline> membersof(build& b, const results& r, int lc = 1) {
     tempfolder in;
     b.m.base = in / "m";
-    writemembers(b.m, b.s, r.dofs, r.u);
+    writelines(b.m, b.s, r.dofs, r.u, r.lines);
     textin file(in / "m.MEM");
     std::vector<memberline> lines;
     for (int block = 1; block <= lc; ++block) {
@@ -118,6 +120,63 @@ TEST(Members, NumbersOfAColumnShareTheirLastPlace) {
         char text[longestnumber];
         EXPECT_EQ(std::string(text, column.write(text, row.value)), row.text) << row.value;
     }
+}
+
+// Ten digits, as a reader takes them; the same text as in full where ten are enough.
+TEST(Rounded, NumbersReadBackToTheTenthDigit) {
+    const struct {
+        double value;
+        const char* text;
+    } rows[] = {{0, "0"},
+                {-2000, "-2000"},
+                {0.1f, "0.1000000015"},
+                {99999999995, "100000000000"},
+                {9.99999999996, "10"},
+                {-0.00012345678901, "-0.000123456789"},
+                {1.5e-7, "1.5E-07"},
+                {-4e-123, "-4E-123"},
+                {123456789012345, "123456789000000"},
+                {1e15, "1E+15"},
+                {5e-324, "5E-324"},
+                {1e300, "1E+300"}};
+    char text[2 * longestnumber];
+    for (const auto& row : rows)
+        EXPECT_EQ(std::string(text, writerounded(text, row.value)), row.text) << row.value;
+    std::mt19937_64 random(3);
+    std::uniform_real_distribution<double> part(1, 10), power(-289, 289);
+    for (int i = 0; i < 20000; ++i) {
+        const double value = part(random) * std::pow(10, i % 3 == 0 ? power(random) : i % 37 - 18);
+        char* const end = writerounded(text, i % 2 == 0 ? value : -value);
+        double read = 0;
+        ASSERT_TRUE(readnumber({text, end}, read) && end - text <= longestnumber / 2 + 1);
+        EXPECT_NEAR(std::fabs(read), value, 5.1e-10 * value) << std::string(text, end);
+        ASSERT_EQ(std::signbit(read), i % 2 != 0);
+    }
+}
+
+// Whichever thread makes them, and none waits for one that failed.
+TEST(Rows, StandInTheirOrderAndEndWithAFault) {
+    tempfolder in;
+    const int count = 20000, blockrows = 7;
+    for (const int n : {1, 4}) {
+        setthreads(n);
+        std::string wanted;
+        for (int i = 0; i < count; ++i) wanted += std::string(std::size_t(i % 300), 'x') + "\r\n";
+        const auto row = [](int i, rowtext& text) {
+            text.put(std::string(std::size_t(i % 300), 'x'));
+            text.endline();
+        };
+        textout out(in / "rows");
+        writerows(out, count, blockrows, row);
+        out.commit();
+        EXPECT_TRUE(readwhole(in / "rows") == wanted) << n << " threads";
+        const auto faulty = [&](int i, rowtext& text) {
+            if (i == count / 2) throw std::length_error("row");
+            row(i, text);
+        };
+        EXPECT_THROW(writerows(out, count, blockrows, faulty), std::length_error);
+    }
+    setthreads(0);
 }
 
 // End loads alone, weight, a spinning bar, a bar of a truss.

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Writes the library of parametric objects, objects/*.obj: python3 data/make_objects.py
 
-Lengths are mm, forces N, masses t. An expression has no parentheses and works each term out from
+Lengths are mm, forces N, masses kg. An expression has no parentheses and works each term out from
 left to right, so coordinates are kept here as sums of terms "coefficient, then operators and
 names". A variable without a text follows from the others and is not shown to the user.
 """
@@ -11,7 +11,7 @@ from pathlib import Path
 
 HERE = Path(__file__).parent
 SHELL4, BEAM, TRUSS = 9, 6, 1
-STEEL = ["210000", ".3", "7.85E-9"]
+STEEL = ["210000", ".3", "7.85E-6"]
 
 
 # --- expressions ----------------------------------------------------------------------------------

@@ -91,6 +91,8 @@ TEST(ObjectLibrary, EachObjectIsSoundInOnePieceAndHasItsPicture) {
             EXPECT_GE(tmpelems(0, 0), (other ? 2 : 1) * coarse);
             acceptobject(form);
             EXPECT_GT(nelems(), 0);
+            for (int g = 1; g <= ngroups(); ++g)
+                EXPECT_FLOAT_EQ(groups(g, 3), 7.85e-6f) << "steel, in the units as delivered";
             EXPECT_EQ(partsofmodel(), 1);
             EXPECT_TRUE(room.platform.messages.empty());
             ASSERT_TRUE(resetmodel());

@@ -84,13 +84,27 @@ static bool iselementrow(int lc, int i) {
     return e >= 1 && e <= elems(0, 0) && elemload(lc, i, 1) >= 1 && elemload(lc, i, 1) <= 3;
 }
 
-static double largestload(int lc, double factor) {
-    double most = 0;
-    for (int i = 1; i <= loadnode(lc, 0); ++i)
-        most = std::max(most, std::fabs(factor * loadval(lc, i)));
+namespace {
+// The largest of each kind, which measures a unit; the strokes have one measure for all of them.
+struct largestloads {
+    double force = 0, moment = 0, online = 0, onface = 0;
+    double& ofnodal(int dof) { return dof > 3 ? moment : force; }
+    double& ofelement(int e) { return nodesoftype(elems(e, 0)) == 2 ? online : onface; }
+    void take(int lc, double factor);
+    void settle() {
+        if (!symbolsdrawn.field)
+            force = moment = online = onface = std::max({force, moment, online, onface});
+    }
+};
+}  // namespace
+
+void largestloads::take(int lc, double factor) {
+    const auto meet = [factor](double& most, double value) {
+        most = std::max(most, std::fabs(factor * value));
+    };
+    for (int i = 1; i <= loadnode(lc, 0); ++i) meet(ofnodal(loaddof(lc, i)), loadval(lc, i));
     for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i)
-        if (iselementrow(lc, i)) most = std::max(most, std::fabs(factor * elementvalue(lc, i)));
-    return most;
+        if (iselementrow(lc, i)) meet(ofelement(int(elemload(lc, i, 0))), elementvalue(lc, i));
 }
 
 // The end of a load: its heads, where loads have them, and its number, where that is asked for.
@@ -104,7 +118,7 @@ static void drawend(surface& s, const stroke& drawn, int lc, int dof, double val
     drawvalue(s, drawn.tip, value, nodalformula(lc, dof), c);
 }
 
-static void drawnodalloads(surface& s, int lc, double factor, double maxload, int nview) {
+static void drawnodalloads(surface& s, int lc, double factor, largestloads& most, int nview) {
     const double closest = 0.1;  // centimetres between the ends of two loads
     thinning heads(vieww, viewh, closest);
     for (int i = 1; i <= loadnode(lc, 0); ++i) {
@@ -112,26 +126,28 @@ static void drawnodalloads(surface& s, int lc, double factor, double maxload, in
         if (dof < 1 || dof > 6 || !isnode(loadnode(lc, i))) continue;
         const bool moment = dof > 3;
         const double unit = moment ? 2 * symbollength() : symbollength();
-        const double value = factor * loadval(lc, i);
+        const double value = factor * loadval(lc, i), largest = most.ofnodal(dof);
+        if (largest == 0) continue;
         const stroke drawn = nodestroke(s, loadnode(lc, i), (dof - 1) % 3,
-                                        factor * (loadval(lc, i) * unit / maxload), nview,
+                                        factor * (loadval(lc, i) * unit / largest), nview,
                                         shown(moment ? momcolor : loadcolor));
         if (value != 0 && (symbolsdrawn.field || symbolsdrawn.values))
             drawend(s, drawn, lc, dof, value, heads);
     }
 }
 
-static void drawelementrows(int lc, double factor, double maxload, int nview) {
+static void drawelementrows(int lc, double factor, largestloads& most, int nview) {
     // Of each direction by itself, as two of them on one element are both to be seen.
     std::vector<arrowroom> taken(3, arrowroom(vieww, viewh));
     for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
         if (!iselementrow(lc, i)) continue;
         const int e = int(elemload(lc, i, 0)), k = int(elemload(lc, i, 1)) - 1;
-        const double value = factor * elementvalue(lc, i);
+        const double value = factor * elementvalue(lc, i), largest = most.ofelement(e);
+        if (largest == 0) continue;
         localaxes(e);
         const double* const axes[] = {localx, localy, localz};
         const double* const axis = axes[k];
-        const double length = symbollength() * value / maxload;
+        const double length = symbollength() * value / largest;
         if (symbolsdrawn.field) {
             drawelementarrows(e, {axis, length, value, elementformula(e), shown(loadcolor)},
                               taken[std::size_t(k)], nview);
@@ -146,10 +162,9 @@ static void drawelementrows(int lc, double factor, double maxload, int nview) {
     }
 }
 
-static void drawcase(surface& s, int lc, double factor, double maxload, int nview) {
-    if (maxload == 0) return;
-    drawnodalloads(s, lc, factor, maxload, nview);
-    drawelementrows(lc, factor, maxload, nview);
+static void drawcase(surface& s, int lc, double factor, largestloads& most, int nview) {
+    drawnodalloads(s, lc, factor, most, nview);
+    drawelementrows(lc, factor, most, nview);
 }
 
 namespace {
@@ -244,8 +259,11 @@ void drawloads(int nview) {
     prepareview(nview);
     s->drawwidth = symbolsdrawn.field ? 1 : 2;
     s->font = nodelabelfont;
+    largestloads most;
     if (viewloads(activecase).checked) {
-        drawcase(*s, curlc, 1, largestload(curlc, 1), nview);
+        most.take(curlc, 1);
+        most.settle();
+        drawcase(*s, curlc, 1, most, nview);
         drawwater(*s, curlc, nview);
     } else {
         const bool combination = viewloads(activecombination).checked;
@@ -253,11 +271,10 @@ void drawloads(int nview) {
             if (!combination) return 1.0f;
             return iscombination(curlcomb) ? lcomb(curlcomb, lc) : 0.0f;  // else a mode's number
         };
-        double maxload = 0;
-        for (int lc = 1; lc <= nlc(); ++lc)
-            maxload = std::max(maxload, largestload(lc, factor(lc)));
+        for (int lc = 1; lc <= nlc(); ++lc) most.take(lc, factor(lc));
+        most.settle();
         for (int lc = 1; lc <= nlc(); ++lc) {
-            drawcase(*s, lc, factor(lc), maxload, nview);
+            drawcase(*s, lc, factor(lc), most, nview);
             if (factor(lc) != 0) drawwater(*s, lc, nview);
         }
         drawreactions(*s, nview);

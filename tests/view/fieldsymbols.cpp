@@ -131,9 +131,17 @@ TEST(Fieldsymbols, StandWhereTheMembersAndTheLoadsAre) {
         EXPECT_EQ(s.count(c.line), 1) << c.name;
         EXPECT_EQ(s.count(c.value), 1) << c.name;
     }
+    elementrow(1, 2, 0.01f);
+    nodalload(2, 2, 5000);
+    const auto combs = [&] {
+        s.operations.clear();
+        freelabels();
+        drawloads(2);
+        return s.count("line 10.00 4.00 14.00 4.00");
+    };
+    EXPECT_EQ(combs(), 1) << "a line load has a measure of its own, whatever the forces";
     symbolsdrawn = {};
-    s.operations.clear();
-    drawloads(2);
+    EXPECT_EQ(combs(), 0);
     drawconstraints(2);
     EXPECT_EQ(s.count("polygon") + s.count("text") + s.count("circle"), 0) << "strokes alone";
 }

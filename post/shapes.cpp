@@ -300,7 +300,10 @@ void wirepost() {
     resultsummary = outcometext;
     layer(layers::contour).draw = postdispatch;
     layer(layers::elementstress).draw = drawelementstress;
-    layer(layers::diagrams).draw = drawdiagrams;
+    layer(layers::diagrams).draw = [](int nview) {
+        drawdiagrams(nview);
+        if (nview == 1) drawlegend();
+    };
     curvedmember = drawcurvedmember;
     modelopened = [] {
         dropmembers();

@@ -213,6 +213,22 @@ TEST(Diagrams, RoundingIsNotDrawn) {
     }
 }
 
+// Also where a plot before left its scale.
+TEST(Diagrams, TheLegendNamesWhatIsDrawn) {
+    beamroom room;
+    room.write(beamroom::record(1, [](memberquantity, double) { return 1.0; }) + "END\r\n");
+    diagramshown = true;
+    for (const memberquantity q : {memN, memMz}) {
+        diagram.quantity = q;
+        preparediagrams();
+        room.platform.legend.operations.clear();
+        drawview(1);
+        std::string drawn;
+        for (const std::string& o : room.platform.legend.operations) drawn += o + "\n";
+        EXPECT_NE(drawn.find(quantityrows[q].label), drawn.npos) << drawn;
+    }
+}
+
 // Beside each other: the second combination has -2 times the moments of the first.
 TEST(Diagrams, StandInBothViewsOfAComparison) {
     const beamroom room;

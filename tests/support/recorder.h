@@ -58,8 +58,10 @@ class recorder : public platform {
     void showstatus(const std::string& text) override { status = text; }
     void showdialog(const std::string& name) override { dialogs.push_back(name); }
     void endprogram() override { ended = true; }
+    surface* legendsurface() override { return &legend; }
     surface* viewsurface(int nview) override { return &views[std::size_t(nview - 1)]; }
     surface* printsurface() override { return &page; }
+    recordsurface legend;
     twipbox workarea() override { return {0, 600, 17080, 8002}; }
     void viewsize(int, double& width, double& height) override { width = 20, height = 10; }
     void startprocess(const std::string&, const std::vector<std::string>&,

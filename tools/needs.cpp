@@ -62,10 +62,24 @@ static bool isheldsomewhere() {
     return false;
 }
 
-// In the plane of the 2-D analysis, which is not chosen.
+// Does a case push out of the plane x-y, or turn about an axis in it?
+static bool isloadedacross(int lc) {
+    const int kind = lctype(lc);
+    const bool upwards = kind == caseaccz, tilting = kind == caseaccrx || kind == caseaccrx + 1;
+    if (kind >= casewave || upwards || tilting) return true;
+    for (int i = 1; kind == caseapplied && i <= loadnode(lc, 0); ++i)
+        if (loadnode(lc, i) != 0 && loaddof(lc, i) >= 3 && loaddof(lc, i) <= 5) return true;
+    for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i)
+        if (elemload(lc, i, 0) != 0 && elemload(lc, i, 1) == 3) return true;
+    return false;
+}
+
+// In the plane of the 2-D analysis, which is not chosen. What bends could carry loads across.
 static bool isfreeacross(const usedgroups& used) {
     const int dz = 3;
-    if (dim2d || !used.areinplane()) return false;
+    if (dim2d || used.isgrounded()) return false;
+    for (int lc = 1; lc <= nlc() && !used.areinplane(); ++lc)
+        if (isloadedacross(lc)) return false;
     for (int i = 1; i <= ncon; ++i)
         if (connode(i) != 0 && condof(i) == dz) return false;
     for (int n = 1; n <= nnodes(); ++n)

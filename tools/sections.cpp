@@ -8,6 +8,7 @@
 #include "core/numtext.h"
 #include "core/platform.h"
 #include "core/runtime.h"
+#include "core/session.h"
 #include "core/units.h"
 #include "tools/groupsection.h"
 #include "tools/sectionfile.h"
@@ -323,6 +324,16 @@ void editdimension(sectionform& form, int field, const std::string& text) {
     usedatabase(form, false);
 }
 
+// Members of a flat frame lie with e2 in its plane.
+static std::string weakaxisnote(const sectionform& form, const groupform& group) {
+    bool flat = true;
+    for (int n = 1; n <= nnodes() && flat && !dim2d; ++n) flat = nodes(0, n, 2) == 0;
+    const double xx = form.values[1], yy = form.values[3];
+    if (!flat || xx <= 1.01 * yy || numberof(group.text[6]) != 0) return {};
+    return "Loads in the plane x-y bend it about y, the weaker axis (I yy): Section rotation 90 "
+           "turns it";
+}
+
 bool acceptsection(sectionform& form, groupform& group) {
     if (form.stale) {
         if (form.message.empty()) form.message = "There are no results to accept";
@@ -338,5 +349,7 @@ bool acceptsection(sectionform& form, groupform& group) {
     if (meshgroup == 0) return true;
     getgroup(group);
     if (form.autoname) changename(group, form.name);
+    const std::string note = weakaxisnote(form, group);
+    if (group.message.empty()) group.message = note;
     return true;
 }

@@ -310,6 +310,13 @@ TEST(Findings, WhatAnAnalysisNeedsIsToldWithItsPlace) {
         {"free across its plane", flat, {needplaces::plane}},
         {"of the 2-D analysis", [&] { flat(), dim2d = true; }, {}},
         {"held in z", [&] { flat(), condof(1) = 3; }, {}},
+        {"bending, pressed across", [&] { flat(), elems(1, 0) = typeshell4; }, {}},
+        {"bending, pulled along",
+         [&] { flat(), elems(1, 0) = typeshell4, elemload(1, 1, 1) = 1; },
+         {needplaces::plane}},
+        {"bending, in a wave",
+         [&] { flat(), elems(1, 0) = typeshell4, elemload(1, 1, 1) = 1, lctype(1) = casewave; },
+         {}},
         {"modes ask for neither", [&] { nothingheld(), unloaded(), doeigen = 1; }, {}},
     };
     for (const auto& c : cases) {

@@ -248,8 +248,18 @@ TEST(Sections, AcceptingFillsTheGroupInEdit) {
         const int fields[] = {4, 7, 8, 9, 10, 11, 12};
         for (std::size_t i = 0; i < nresults; ++i) EXPECT_EQ(groups(g, fields[i]), form.values[i]);
     };
+    const std::string weak = "Loads in the plane x-y bend it about y, the weaker axis (I yy)";
+    nodes(0, 0, 0) = 1;
+    nodes(0, 1, 2) = 1;
     EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(group.message, "") << "in space";
+    nodes(0, 1, 2) = 0;
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_TRUE(group.message.starts_with(weak)) << group.message;
     expectaccepted(1);
+    editfield(group, 6, "90");
+    EXPECT_TRUE(acceptsection(form, group));
+    EXPECT_EQ(group.message, "") << "turned";
     form.autoname = true;
     EXPECT_TRUE(acceptsection(form, group));
     EXPECT_EQ(groupname(1), "GR 1") << "the name is another group's";

@@ -170,7 +170,7 @@ attributeform openattributes() {
         case attributemodes::constraints:
             form.title = "Edit constraints";
             form.constraintgroup = true;
-            form.hint = "0 holds, empty leaves free. Rx, Ry and Rz are angles in degrees.";
+            form.hint = "0 holds, an empty field sets free. Rx, Ry and Rz are angles in degrees.";
             break;
         case attributemodes::nodalloads:
             form.title = "Edit Nodal loads";

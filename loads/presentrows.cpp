@@ -70,5 +70,8 @@ std::string presentrows(const attributeform& form) {
         if (!unitstext.empty()) text += " " + labels[k].unit;
         if (all > 1) text += " at " + numbertext(c.items) + " of " + numbertext(all);
     }
-    return "At present: " + (text.empty() ? "nothing" : text);
+    if (text.empty()) text = "nothing";
+    if (text == "nothing" && all > 1)
+        text += " at " + numbertext(all) + (editelemload ? " elements" : " nodes");
+    return "At present: " + text;
 }

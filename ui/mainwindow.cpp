@@ -191,7 +191,7 @@ void mainwindow::runtypedcommand() {
     runcommand(text.toStdString());
     const bool moved = x != modelx || y != modely || z != modelz;
     if (moved && isoutsideview())
-        showstatus(qtext(statusline()) + tr("   The point lies outside the view: Ctrl+0 fits it"));
+        showstatus(tr("Outside the view: Ctrl+0 fits it.   ") + qtext(statusline()));
 }
 
 // --- geometry -----------------------------------------------------------------------------------

@@ -192,8 +192,13 @@ static QString beginfolder() {
 static void addexamples(QFileDialog& dialog) {
     const QUrl examples = QUrl::fromLocalFile(qtext(examplesfolder()));
     QList<QUrl> places = dialog.sidebarUrls();
-    if (!examples.isEmpty() && !places.contains(examples))
-        dialog.setSidebarUrls(places << examples);
+    // The toolkit keeps them for all programs: examples of a folder that was another time's go.
+    places.removeIf([&](const QUrl& place) {
+        const QFileInfo folder(place.toLocalFile());
+        return folder.fileName() == "examples" || (place.isLocalFile() && !folder.exists());
+    });
+    if (!examples.isEmpty()) places << examples;
+    dialog.setSidebarUrls(places);
 }
 
 // The name gets the extension of a filter that is chosen, "Drawing (*.svg)", in the place of one

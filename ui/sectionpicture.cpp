@@ -104,8 +104,10 @@ static void dimensionline(QPainter& p, const QPointF& a, const QPointF& b, const
     const QRectF box(-size.width() / 2 - 1, -size.height() / 2, size.width() + 2, size.height());
     p.save();
     if (!inside) {
-        p.translate(b + out);
-        p.translate(flat ? QPointF(gap + size.width() / 2, 0) : QPointF(0, -gap - arrow));
+        QPointF middle =
+            b + out + (flat ? QPointF(gap + size.width() / 2, 0) : QPointF(0, -gap - arrow));
+        middle.setX(std::min(middle.x(), p.window().right() - gap - size.width() / 2));
+        p.translate(middle);
     } else {
         p.translate((a + b) / 2);
         if (!flat) p.rotate(-90);

@@ -308,7 +308,7 @@ TEST(Attributes, TheSelectionsRowsAreToldInWords) {
     closeattributes(form);
     EXPECT_EQ(presentrows(form), "") << "no mode";
     editnodalload = true;
-    EXPECT_EQ(presentrows(openattributes()), "At present: nothing");
+    EXPECT_EQ(presentrows(openattributes()), "At present: nothing at 3 nodes");
     editnodalload = false;
     editelemload = true;
     EXPECT_EQ(presentrows(openattributes()), "") << "no element is selected";

@@ -17,6 +17,7 @@
 #include "edit/Mouseprocedures.h"
 #include "edit/selection.h"
 #include "loads/attributerows.h"
+#include "loads/shares.h"
 #include "view/drawconditions.h"
 #include "view/moddraw.h"
 #include "view/pen.h"
@@ -262,6 +263,13 @@ void chooseitem(attributeform& form, int entry) {
     getrows(form);
 }
 
+void fillsupport(attributeform& form, bool clamped) {
+    for (int dof = 1; dof <= 6; ++dof) {
+        const bool inplane = dof <= 2 || dof == 6, turns = dof > 3;
+        form.text[std::size_t(dof - 1)] = (dim2d && !inplane) || (turns && !clamped) ? "" : "0";
+    }
+}
+
 // --- symbols ------------------------------------------------------------------------------------
 
 using drawroutine = void (*)(int nview);
@@ -388,8 +396,14 @@ void applyconstrains(const attributeform& form) {
 void applyloads(const attributeform& form) {
     std::vector<int> items;
     const fieldtexts fields = nodalfields(form);
-    if (gatheritems(form, true, items) && takesunits(fields))
-        rewritenodalloads(curlc, items, fields);
+    if (!gatheritems(form, true, items) || !takesunits(fields)) return;
+    rewritenodalloads(curlc, items, fields);
+    if (!form.shared) return;
+    const std::vector<double> share = sharesof(items);
+    const int rows = loadnode(curlc, 0);
+    for (int i = 1; i <= rows; ++i)
+        if (const int n = loadnode(curlc, i); n >= 1 && n <= nnodes() && share[std::size_t(n)] > 0)
+            loadval(curlc, i) = float(loadval(curlc, i) * share[std::size_t(n)]);
 }
 
 void applyelemloads(const attributeform& form) {

@@ -31,6 +31,7 @@ struct attributeform {
     int chosencase = 0;
     std::string hint;      // what the fields mean, or that they mean nothing
     bool changed = false;  // something was applied
+    bool shared = false;   // nodal values are totals of the selected nodes, see loads/shares
 };
 // Of the command "Line Pressure Loads".
 extern const char linepressurehint[];
@@ -59,6 +60,10 @@ void getElemloads(attributeform& form);
 
 void chooseitem(attributeform& form, int entry);
 void chooseattributecase(attributeform& form, int entry);
+
+// Zeros into the fields of constraints that a clamp holds, or a pin; of a 2-D analysis those of its
+// plane.
+void fillsupport(attributeform& form, bool clamped);
 
 // The button Apply: erases the symbols, changes the rows, draws the symbols, compacts the lists. A
 // field that holds no number throws errtype, rows beyond the declared size throw errsubscript;

@@ -4,6 +4,7 @@
 #include "loads/nodeattributes.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -39,6 +40,8 @@ class attributedialog : public sidedialog {
         buildfields(loads, "Text2", rows);
         constraints.frame->setObjectName("Constrains");
         constraints.frame->setTitle("Constrains");
+        addsupports();
+        addsharing();
         loads.frame->setObjectName("Loads");
         present = newmessageline("present", this, rows);
         newmessageline("hint", this, rows)->setText(qtext(form.hint));
@@ -111,6 +114,33 @@ class attributedialog : public sidedialog {
         rows->addWidget(group.frame);
     }
 
+    // Buttons that fill the fields of the usual supports.
+    void addsupports() {
+        auto* const row = new QHBoxLayout;
+        for (const bool clamped : {true, false}) {
+            QPushButton* const b = clamped ? newbutton("clamp", "Clamp", constraints.frame, row)
+                                           : newbutton("pin", "Pin", constraints.frame, row);
+            b->setAutoDefault(false);
+            b->setToolTip(clamped ? tr("0 for all directions and rotations")
+                                  : tr("0 for the directions, rotations are free"));
+            connect(b, &QPushButton::clicked, this, guardedhandler([this, clamped](bool) {
+                        fillsupport(form, clamped);
+                        showform();
+                    }));
+        }
+        static_cast<QGridLayout*>(constraints.frame->layout())->addLayout(row, 6, 1, 1, 2);
+    }
+
+    void addsharing() {
+        share = new QCheckBox(tr("Totals, shared out"), loads.frame);
+        share->setObjectName("share");
+        share->setToolTip(
+            tr("The values are those of all selected nodes together, each of which "
+               "takes its part of the edge or face"));
+        static_cast<QGridLayout*>(loads.frame->layout())->addWidget(share, 6, 0, 1, 3);
+        connect(share, &QCheckBox::toggled, this, [this](bool on) { form.shared = on; });
+    }
+
     fieldgroup& shown() { return form.constraintgroup ? constraints : loads; }
 
     void onlist(QComboBox* list, void (*choose)(attributeform&, int)) {
@@ -135,6 +165,7 @@ class attributedialog : public sidedialog {
         loads.frame->setTitle(qtext(form.loadgroup));
         constraints.frame->setVisible(form.constraintgroup);
         loads.frame->setVisible(!form.constraintgroup);
+        share->setVisible(editnodalload);
         showfields(constraints, constraintlabels());
         showfields(loads, form.loadlabel);
         present->setText(qtext(presentrows(form)));
@@ -143,6 +174,7 @@ class attributedialog : public sidedialog {
     attributeform form;
     QComboBox *items, *cases;
     QGroupBox* selectframe;
+    QCheckBox* share;
     QLabel *listlabel, *present;
     fieldgroup constraints, loads;
 };

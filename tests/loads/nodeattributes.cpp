@@ -321,6 +321,57 @@ TEST(Attributes, TheSelectionsRowsAreToldInWords) {
     editconstraint = false;
 }
 
+// A sheet of two rows, of height 1 and 2, and a free node.
+TEST(Attributes, TotalsAreSharedOutByWhatBelongsToEachNode) {
+    sessionroom room;
+    for (const float y : {0.0f, 1.0f, 3.0f})
+        for (const float x : {0.0f, 1.0f, 2.0f}) addnode(x, y, 0);
+    for (const int a : {1, 2, 4, 5}) addelement(9, {a, a + 1, a + 4, a + 3});
+    addelement(6, {9, addnode(2, 9, 0)});
+    addnode(7, 7, 0);
+    const struct {
+        const char* name;
+        std::vector<int> among;
+        std::vector<float> loads;
+    } cases[] = {
+        {"an edge", {3, 6, 9}, {100, 300, 200}},
+        {"a line between faces counts once", {2, 5, 8}, {100, 300, 200}},
+        {"an edge and a member", {3, 6, 9, 10}, {600.f / 18, 100, 4 * 600.f / 9, 200}},
+        {"faces", {1, 2, 4, 5, 7, 8}, {50, 50, 150, 150, 100, 100}},
+        {"nothing between them", {1, 9, 11}, {200, 200, 200}},
+        {"one", {5}, {600}},
+    };
+    for (const auto& c : cases) {
+        loadnode(1, 0) = 0;
+        setselectednodes(c.among);
+        attributeform form = openin(attributemodes::nodalloads);
+        form.shared = true;
+        form.text[1] = "600";
+        applyattributes(form);
+        ASSERT_EQ(loadnode(1, 0), int(c.among.size())) << c.name;
+        for (std::size_t i = 0; i < c.among.size(); ++i)
+            EXPECT_NEAR(loadval(1, int(i) + 1), c.loads[i], 1e-3) << c.name << c.among[i];
+        closeattributes(form);
+    }
+}
+
+TEST(Attributes, AButtonFillsTheFieldsOfASupport) {
+    sessionroom room;
+    attributeform form;
+    const auto held = [&](bool plane, bool clamped) {
+        dim2d = plane;
+        fillsupport(form, clamped);
+        std::string text;
+        for (const std::string& t : form.text) text += t.empty() ? "-" : t;
+        return text;
+    };
+    EXPECT_EQ(held(false, true), "000000");
+    EXPECT_EQ(held(false, false), "000---");
+    EXPECT_EQ(held(true, true), "00---0");
+    EXPECT_EQ(held(true, false), "00----");
+    dim2d = false;
+}
+
 TEST(Attributes, CompactionDropsStaleRowsOfEveryCase) {
     sessionroom room;
     makechain(3);

@@ -60,11 +60,11 @@ class bulkreader {
             else
                 keep(card);
         }
-        for (const char* stage :
-             {"CORD2R", "GRID", "MAT1", "PROD", "PBAR", "PBARL", "PBEAM", "PSHELL"})
+        for (const char* stage : {"CORD2R", "CORD2C", "CORD2S", "GRDSET", "SPCADD", "GRID", "MAT1",
+                                  "PROD", "PBAR", "PBARL", "PBEAM", "PSHELL"})
             run(stage);
-        for (const char* stage : {"CROD", "CBAR", "CBEAM", "CTRIA3", "CTRIAR", "CTRIA6", "CQUAD4",
-                                  "CQUADR", "CQUAD8", "CQUAD9", "CQUAD", "CONM2", "RBE2"})
+        for (const char* stage : {"CROD", "CONROD", "CBAR", "CBEAM", "CTRIA3", "CTRIAR", "CTRIA6",
+                                  "CQUAD4", "CQUADR", "CQUAD8", "CQUAD9", "CQUAD", "CONM2", "RBE2"})
             run(stage);
         for (const char* stage :
              {"SPC", "SPC1", "FORCE", "MOMENT", "PLOAD2", "PLOAD4", "GRAV", "LOAD"})
@@ -79,6 +79,10 @@ class bulkreader {
     static const std::map<std::string, reader, std::less<>>& readers() {
         static const std::map<std::string, reader, std::less<>> table = {
             {"CORD2R", &bulkreader::system},
+            {"CORD2C", &bulkreader::system},
+            {"CORD2S", &bulkreader::system},
+            {"GRDSET", &bulkreader::gridsdefault},
+            {"SPCADD", &bulkreader::constraintsum},
             {"GRID", &bulkreader::grid},
             {"MAT1", &bulkreader::material},
             {"PROD", &bulkreader::rodproperty},
@@ -87,6 +91,7 @@ class bulkreader {
             {"PBEAM", &bulkreader::barproperty},
             {"PSHELL", &bulkreader::shellproperty},
             {"CROD", &bulkreader::rod},
+            {"CONROD", &bulkreader::rodofmaterial},
             {"CBAR", &bulkreader::bar},
             {"CBEAM", &bulkreader::bar},
             {"CTRIA3", &bulkreader::triangle},
@@ -152,9 +157,22 @@ class bulkreader {
 
     // --- systems and grids ---
 
+    // Axes, and what the three numbers of a place are: x y z, or radius, angles and z.
+    struct coordinates {
+        placement stand;
+        char kind = 'R';  // rectangular, cylindrical, spherical
+        triple operator()(const triple& p) const {
+            const double a = p[1] * pi / 180, b = p[2] * pi / 180;
+            if (kind == 'C') return stand({p[0] * std::cos(a), p[0] * std::sin(a), p[2]});
+            if (kind == 'S')
+                return stand({p[0] * std::sin(a) * std::cos(b), p[0] * std::sin(a) * std::sin(b),
+                              p[0] * std::cos(a)});
+            return stand(p);
+        }
+    };
     // Origin, a point on the z axis and one in the plane of x and z, in another system.
     void system(const bulkcard& card) {
-        const placement in = systemof(card, card.whole(2));
+        const coordinates in = systemof(card, card.whole(2));
         const auto at = [&](std::size_t i) {
             return in({card.real(i), card.real(i + 1), card.real(i + 2)});
         };
@@ -180,26 +198,36 @@ class bulkreader {
                   {z[1] * x[2] - z[2] * x[1], z[2] * x[0] - z[0] * x[2], z[0] * x[1] - z[1] * x[0]},
                   z};
         p.origin = a;
-        systems[card.whole(1)] = p;
+        systems[card.whole(1)] = {p, card.name.back()};
     }
-    placement systemof(const bulkcard& card, long number) {
+    coordinates systemof(const bulkcard& card, long number) {
         if (number == 0) return {};
         const auto at = systems.find(number);
         if (at != systems.end()) return at->second;
         fault(card, "System " + numbertext(number) + " is not defined; the global one was taken");
         return {};
     }
-    static triple turned(const placement& p, const triple& direction) {
-        triple at = p(direction);
-        for (std::size_t k = 0; k < 3; ++k) at[k] -= p.origin[k];
+    // The directions of round systems differ from place to place: those of their axes are taken.
+    triple turned(const bulkcard& card, long system, const triple& direction) {
+        const coordinates in = systemof(card, system);
+        if (in.kind != 'R')
+            fault(card, card.name + " in the round system " + numbertext(system) +
+                            "; its x, y and z were taken");
+        triple at = in.stand(direction);
+        for (std::size_t k = 0; k < 3; ++k) at[k] -= in.stand.origin[k];
         return at;
+    }
+    void gridsdefault(const bulkcard& card) {
+        gridsystem = card.whole(2);
+        gridfreedoms = card.text(7);
+        if (card.whole(6) != 0) found.report.skipped("GRDSET of displacements", card.line);
     }
     void grid(const bulkcard& card) {
         const long number = card.whole(1);
         if (nodes.find(number) != 0)
             return fault(card, "Grid " + numbertext(number) + " is defined again");
         const triple at = {card.real(3), card.real(4), card.real(5)};
-        const long system = card.whole(2);
+        const long system = card.whole(2, gridsystem);
         nodes.put(number, found.addnode(system == 0 ? at : systemof(card, system)(at)));
         found.nodenumbers.push_back(number);
         if (card.whole(6) != 0)
@@ -207,7 +235,7 @@ class bulkreader {
                 "Grids with a system of their own for displacements; constraints are "
                 "taken as global",
                 card.line);
-        constrain(card, number, card.text(7), 0);
+        constrain(card, number, card.has(7) ? card.text(7) : std::string_view(gridfreedoms), 0);
     }
     int node(const bulkcard& card, long number) {
         const int n = nodes.find(number);
@@ -290,6 +318,22 @@ class bulkreader {
         return e;
     }
     void rod(const bulkcard& card) { element(card, typetruss, 2, 3); }
+    // A rod of its own material and area: number, two grids, material, area, torsion.
+    void rodofmaterial(const bulkcard& card) {
+        const int a = node(card, card.whole(2)), b = node(card, card.whole(3));
+        const auto m = materials.find(card.whole(4));
+        if (m == materials.end())
+            fault(card, "Material " + numbertext(card.whole(4)) + " is not defined");
+        if (a == 0 || b == 0 || m == materials.end()) return;
+        const int g = found.groupof("Rod " + numbertext(card.real(5)) + " of material " +
+                                    std::string(card.text(4)));
+        auto& fields = found.group(g).fields;
+        fields = m->second;
+        fields[fieldthickness] = card.real(5);
+        fields[fieldizz] = card.real(6);
+        elements.put(card.whole(1), found.addelement(typetruss, {a, b, 0, 0}, g));
+        found.elementnumbers.push_back(card.whole(1));
+    }
     void triangle(const bulkcard& card) { face(card, typeshell3, 3); }
     void quadrilateral(const bulkcard& card) { face(card, typeshell4, 4); }
     void face(const bulkcard& card, int type, int corners) {
@@ -356,14 +400,23 @@ class bulkreader {
         for (std::size_t i = first; i < card.fields.size(); ++i) {
             if (!card.has(i)) continue;
             if (card.text(i).find('.') != std::string_view::npos) continue;
+            if (sameword(card.text(i), "EXCEPT")) {
+                while (++i < card.fields.size() && !sameword(card.text(i + 1), "THRU"))
+                    if (card.has(i)) std::erase(numbers, card.whole(i));
+                --i;
+                continue;
+            }
             if (!sameword(card.text(i), "THRU")) {
                 numbers.push_back(card.whole(i));
                 continue;
             }
             const long last = card.whole(++i), most = 10000000;
-            if (numbers.empty() || last - numbers.back() > most)
+            const bool hasstep = sameword(card.text(i + 1), "BY");
+            const long step = hasstep ? card.whole(i + 2) : 1;
+            if (hasstep) i += 2;
+            if (numbers.empty() || last - numbers.back() > most || step < 1)
                 card.in->failat(card.line, "a range of numbers without end");
-            for (long n = numbers.back() + 1; n <= last; ++n) numbers.push_back(n);
+            for (long n = numbers.back() + step; n <= last; n += step) numbers.push_back(n);
         }
         return numbers;
     }
@@ -378,9 +431,15 @@ class bulkreader {
                 found.constraints.push_back({n, c - '0', c > '3' ? value * 180 / pi : value});
     }
     bool isspcchosen(const bulkcard& card) {
-        if (chosenspc == 0 || card.whole(1) == chosenspc) return true;
+        if (chosenspc == 0 || card.whole(1) == chosenspc || summed.contains(card.whole(1)))
+            return true;
         found.report.skipped(card.name + " of other sets than the one chosen", card.line);
         return false;
+    }
+    // A set that is the sum of others.
+    void constraintsum(const bulkcard& card) {
+        if (card.whole(1) != chosenspc) return;
+        for (const long set : list(card, 2)) summed.insert(set);
     }
     void constraint(const bulkcard& card) {
         if (!isspcchosen(card)) return;
@@ -396,8 +455,8 @@ class bulkreader {
     void force(const bulkcard& card) {
         const int n = node(card, card.whole(2));
         if (n == 0) return;
-        const placement in = systemof(card, card.whole(3));
-        const triple direction = turned(in, {card.real(5), card.real(6), card.real(7)});
+        const triple direction =
+            turned(card, card.whole(3), {card.real(5), card.real(6), card.real(7)});
         const int first = card.name == "MOMENT" ? 4 : 1;
         for (std::size_t k = 0; k < 3; ++k)
             if (const double value = card.real(4) * direction[k]; value != 0)
@@ -429,7 +488,7 @@ class bulkreader {
     }
     void gravity(const bulkcard& card) {
         const triple direction =
-            turned(systemof(card, card.whole(2)), {card.real(4), card.real(5), card.real(6)});
+            turned(card, card.whole(2), {card.real(4), card.real(5), card.real(6)});
         for (std::size_t k = 0; k < 3; ++k)
             sets[card.whole(1)].gravity[k] += card.real(3) * direction[k];
     }
@@ -503,11 +562,14 @@ class bulkreader {
     long total = 0, done = 0;
     std::unordered_map<long, int> groupofproperty;
     numbertable nodes, elements;
-    std::map<long, placement> systems;
+    std::map<long, coordinates> systems;
+    long gridsystem = 0;       // of grids that tell none
+    std::string gridfreedoms;  // that are held of grids that tell none
     std::map<long, std::array<double, groupfields + 1>> materials;
     std::map<long, loadset> sets;
     std::vector<subcase> cases;
     long chosenspc = 0;
+    std::set<long> summed;  // sets that the chosen one adds up
     bool hasmiddles = false;
 };
 

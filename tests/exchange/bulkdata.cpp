@@ -79,3 +79,25 @@ TEST(Bulkdata, FaultsAreToldWithTheirLine) {
             << c.text << lastreport().text();
     }
 }
+
+// A ring of grids in a round system, what all grids have, and constraints as the sum of two sets.
+TEST(Bulkdata, RoundSystemsDefaultsAndSumsOfSets) {
+    exchangeroom room;
+    automergenodes = false;
+    writefile(room.file("a.bdf"),
+              "SOL 101\nSPC = 9\nBEGIN BULK\nCORD2C,3,,1.,0.,0.,1.,0.,1.,\n,2.,0.,0.\n"
+              "CORD2S,4,,0.,0.,0.,0.,0.,1.,\n,1.,0.,0.\nGRDSET,,3,,,,,345\n"
+              "GRID,1,,2.,0.,0.\nGRID,2,,2.,90.,5.\nGRID,3,,2.,180.,0.,,0\nGRID,4,4,2.,90.,90.\n"
+              "MAT1,1,210000.,,.3\nCONROD,1,1,2,1,50.\nCONROD,2,2,3,1,50.\nCONROD,3,3,4,1,60.\n"
+              "SPCADD,9,1,2\nSPC1,1,1,1,THRU,4,EXCEPT,2,3\nSPC1,2,2,1,THRU,4,BY,3\nSPC1,7,1,2\n"
+              "ENDDATA\n");
+    ASSERT_EQ(room.open(room.file("a.bdf")), reply::done);
+    EXPECT_EQ(lastreport().count(reportkinds::error), 0) << lastreport().text();
+    EXPECT_EQ(nodeat(3, 0, 0), 1);
+    EXPECT_EQ(nodeat(1, 2, 5), 2);
+    EXPECT_EQ(nodeat(-1, 0, 0), 3);
+    EXPECT_EQ(nodeat(0, 2, 0), 4) << "radius, angle from the axis, angle about it";
+    EXPECT_EQ(countoftype(typetruss), 3);
+    EXPECT_EQ(groups(egroup(3), fieldthickness), 60);
+    EXPECT_EQ(ncon, 3 * 3 + 2 + 2) << "of all grids but one, and of both sets";
+}

@@ -519,7 +519,18 @@ class deckreader {
         else if (shape == "BOX")
             putshape(hollowbox(number(0), number(1), {number(2), number(3), number(4), number(5)}),
                      group.fields);
-        else if (shape == "GENERAL" || s.card.keyword == "BEAM GENERAL SECTION")
+        else if (shape == "I")
+            putshape(
+                flanged({number(1), number(6), {number(2), number(3)}, {number(4), number(5)}, 0}),
+                group.fields);
+        else if (shape == "T")
+            putshape(flanged({number(1), number(4), {0, number(0)}, {0, number(3)}, 0}),
+                     group.fields);
+        else if (shape == "L") {  // a leg and an upright one, which is web alone
+            putshape(flanged({number(1), number(3), {number(0), 0}, {number(2), 0}, -1}),
+                     group.fields);
+            found.report.changed("Angles bend about the directions of their legs", 1, s.card.line);
+        } else if (shape == "GENERAL" || s.card.keyword == "BEAM GENERAL SECTION")
             putshape({number(0), number(1), number(3), number(4), 0, 0}, group.fields);
         else
             found.report.skipped("Beam sections of the shape " + shape, s.card.line);

@@ -49,6 +49,35 @@ shapevalues hollowbox(double a, double b, const std::array<double, 4>& t) {
     return s;
 }
 
+// Torsion of open walls: the sum of length times wall cubed over three.
+shapevalues flanged(const flangedshape& f) {
+    struct wall {
+        double a, b, x, y;  // sides along the axes, middle
+    };
+    const double height = f.depth - f.walls[0] - f.walls[1];
+    const double x = f.webat * (std::max(f.widths[0], f.widths[1]) - f.web) / 2;
+    const wall parts[] = {{f.widths[0], f.walls[0], 0, f.walls[0] / 2},
+                          {f.web, height, x, f.walls[0] + height / 2},
+                          {f.widths[1], f.walls[1], 0, f.depth - f.walls[1] / 2}};
+    shapevalues s;
+    double mx = 0, my = 0;
+    for (const wall& w : parts) {
+        s.area += w.a * w.b;
+        mx += w.a * w.b * w.x;
+        my += w.a * w.b * w.y;
+        const double thin = std::min(w.a, w.b), wide = std::max(w.a, w.b);
+        s.torsion += wide * thin * thin * thin / 3;
+    }
+    for (const wall& w : parts) {
+        const double dx = w.x - mx / s.area, dy = w.y - my / s.area;
+        s.i1 += w.a * w.b * (w.b * w.b / 12 + dy * dy);
+        s.i2 += w.a * w.b * (w.a * w.a / 12 + dx * dx);
+    }
+    s.depth1 = std::max({f.widths[0], f.widths[1], f.web});
+    s.depth2 = f.depth;
+    return s;
+}
+
 void putshape(const shapevalues& s, std::array<double, groupfields + 1>& fields) {
     fields[fieldthickness] = s.area;
     fields[fieldixx] = s.i1;

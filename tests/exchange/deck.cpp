@@ -217,6 +217,17 @@ TEST(Deck, ShapesHaveTheirValues) {
     EXPECT_NEAR(box.area, 200 - 8 * 18, 1e-12);
     EXPECT_NEAR(box.i1, (10 * 8000.0 - 8 * 5832.0) / 12, 1e-9);
     EXPECT_NEAR(box.torsion, 4 * 81 * 361.0 / (2 * 9 + 2 * 19), 1e-9);
+    const shapevalues i = flanged({200, 5.6, {100, 100}, {8.5, 8.5}, 0});
+    EXPECT_NEAR(i.area, 2 * 850 + 183 * 5.6, 1e-9);
+    EXPECT_NEAR(i.i1, (100 * 8e6 - 94.4 * std::pow(183, 3)) / 12, 1e-6);
+    EXPECT_NEAR(i.i2, (2 * 8.5 * 1e6 + 183 * std::pow(5.6, 3)) / 12, 1e-6);
+    EXPECT_NEAR(i.torsion, (200 * std::pow(8.5, 3) + 183 * std::pow(5.6, 3)) / 3, 1e-6);
+    const shapevalues u = flanged({200, 5, {60, 60}, {10, 10}, -1});
+    const double middle = (2 * 600 * 30 + 180 * 5 * 2.5) / 2100;  // from the back of the web
+    EXPECT_NEAR(u.i2,
+                2 * (10 * 216e3 / 12 + 600 * std::pow(30 - middle, 2)) + 180 * 125 / 12.0 +
+                    900 * std::pow(middle - 2.5, 2),
+                1e-6);
 }
 
 // --- the other solver ---------------------------------------------------------------------------

@@ -305,9 +305,11 @@ void mosesreader::addface(const std::vector<int>& corners, elementstate& state, 
         for (std::size_t k = 2; k < n; ++k)
             addelement(typeshell3, {corners[0], corners[k - 1], corners[k], 0}, state, letter);
     report.read(std::string(1, char(what[0] - 'a' + 'A')) + (what + 1) + "s");
-    if (n > 4)
-        report.warn(std::string("A ") + what + " with more than four corners became triangles",
-                    state.line);
+    if (n <= 4) return;
+    report.warn(std::string("A ") + what + " with more than four corners became triangles",
+                state.line);
+    const int last = int(found.elements.size());
+    for (int e = last - int(n) + 3; e <= last; ++e) report.about(reportitems::elements, e);
 }
 
 // --- where things stand, how they are held and loaded -------------------------------------------

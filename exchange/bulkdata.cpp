@@ -230,11 +230,13 @@ class bulkreader {
         const long system = card.whole(2, gridsystem);
         nodes.put(number, found.addnode(system == 0 ? at : systemof(card, system)(at)));
         found.nodenumbers.push_back(number);
-        if (card.whole(6) != 0)
+        if (card.whole(6) != 0) {
             found.report.warn(
                 "Grids with a system of their own for displacements; constraints are "
                 "taken as global",
                 card.line);
+            found.report.about(reportitems::nodes, int(found.nodes.size()));
+        }
         constrain(card, number, card.has(7) ? card.text(7) : std::string_view(gridfreedoms), 0);
     }
     int node(const bulkcard& card, long number) {
@@ -293,8 +295,24 @@ class bulkreader {
             putshape(rectangle(b, a), fields);
         else if (shape == "BOX")
             putshape(hollowbox(b, a, {c, d, c, d}), fields);
+        else if (shape == "I" || shape == "CHAN" || shape == "T")
+            putshape(openshape(shape, {a, b, c, d, card.real(13), card.real(14)}), fields);
         else
             found.report.skipped("PBARL of the shape " + shape, card.line);
+    }
+    // Their webs lie along local axis 2, the first of ours.
+    static shapevalues openshape(const std::string& shape, const std::array<double, 6>& n) {
+        flangedshape f;
+        if (shape == "I")
+            f = {n[0], n[3], {n[1], n[2]}, {n[4], n[5]}, 0};
+        else if (shape == "T")
+            f = {n[1], n[3], {0, n[0]}, {0, n[2]}, 0};
+        else
+            f = {n[1], n[2], {n[0], n[0]}, {n[3], n[3]}, -1};
+        shapevalues s = flanged(f);
+        std::swap(s.i1, s.i2);
+        std::swap(s.depth1, s.depth2);
+        return s;
     }
     void shellproperty(const bulkcard& card) {
         property(card).fields[fieldthickness] = card.real(3);
@@ -337,10 +355,12 @@ class bulkreader {
     void triangle(const bulkcard& card) { face(card, typeshell3, 3); }
     void quadrilateral(const bulkcard& card) { face(card, typeshell4, 4); }
     void face(const bulkcard& card, int type, int corners) {
-        if (element(card, type, corners, 3) == 0) return;
+        const int e = element(card, type, corners, 3);
+        if (e == 0) return;
         const char last = card.name.back();
         if (last != '6' && last != '8' && last != '9' && last != 'D') return;
         found.report.changed("Elements of second order became straight ones", 1, card.line);
+        found.report.about(reportitems::elements, e);
         hasmiddles = true;
     }
     // A vector or a grid tells where local axis 2 looks; pins are freedoms of the ends.
@@ -378,8 +398,10 @@ class bulkreader {
             found.group(g).fields[std::size_t(k)] = 0;
         found.addelement(typemass, {n, 0, 0, 0}, g);
         found.elementnumbers.push_back(card.whole(1));
-        if (card.real(5) != 0 || card.real(6) != 0 || card.real(7) != 0)
+        if (card.real(5) != 0 || card.real(6) != 0 || card.real(7) != 0) {
             found.report.warn("Offsets of masses; they stand at their grids", card.line);
+            found.report.about(reportitems::nodes, n);
+        }
         if (card.real(9) != 0) found.report.skipped("Inertias of CONM2", card.line);
     }
     void rigid(const bulkcard& card) {

@@ -183,6 +183,12 @@ class deckwriter {
         }
         return twice < 0;
     }
+    void tell(const deckset& set, const std::string& what, bool isleftout = false) {
+        for (const int e : set.elements) {
+            isleftout ? report.skipped(what) : report.changed(what);
+            report.about(reportitems::elements, e);
+        }
+    }
     void writeset(const deckset& set) {
         const char* const name = nameof(set.type, set.group);
         if (name == nullptr) return;
@@ -208,11 +214,11 @@ class deckwriter {
             out.raw("\n");
         }
         if (set.type == typeplate3 || set.type == typeplate4)
-            report.changed(
-                "PLATE elements are shells in the deck, which membrane forces stiffen too");
-        if (set.type == typeshear4) report.changed("SHEAR4 elements are membranes in the deck");
+            tell(set, "PLATE elements are shells in the deck, which membrane forces stiffen too");
+        if (set.type == typeshear4) tell(set, "SHEAR4 elements are membranes in the deck");
         if (isbeam(set.type))
-            report.changed(
+            tell(
+                set,
                 "Beams are rectangles or tubes of the same area, inertias and torsion in the deck, "
                 "without Poisson's contraction");
     }
@@ -233,7 +239,7 @@ class deckwriter {
             out.raw("*MASS, ELSET=").raw(set.name).raw("\n");
             real(groups(g, fielddensity) * massunit).raw("\n");
             if (groups(g, fieldixx) != 0 || groups(g, fieldiyy) != 0 || groups(g, fieldizz) != 0)
-                report.skipped("Rotary inertias of MASS elements");
+                tell(set, "Rotary inertias of MASS elements", true);
             return;
         }
         if (nameof(set.type, g) == nullptr) return;
@@ -344,7 +350,7 @@ class deckwriter {
             for (int i = 1; i <= 6; ++i)
                 for (int j = 1; j <= 6; ++j)
                     if (i != j && groupmat(set.group, i, j) != 0)
-                        report.skipped("Stiffness of springs between different freedoms");
+                        tell(set, "Stiffness of springs between different freedoms", true);
             for (int dof = first; dof <= last; ++dof) {
                 const float stiffness = groupmat(set.group, dof, dof);
                 if (stiffness == 0) continue;
@@ -471,7 +477,9 @@ class deckwriter {
         const double share = value * areaof(e) / elnn;
         for (int c = 1; c <= elnn; ++c)
             for (int k = 0; k < 3; ++k) forces[{int(elems(e, c)), k + 1}] += share * along[k];
-        if (elnn >= 3) report.changed("Loads on faces became forces at their corners");
+        if (elnn < 3) return;
+        report.changed("Loads on faces became forces at their corners");
+        report.about(reportitems::elements, e);
     }
     // Fixed-end forces of a uniform load q: q L / 2, and q L^2 / 12 about the axis across.
     void lineload(int e, double q, const double* along, bool hasmoments, forcemap& forces) {
@@ -492,6 +500,7 @@ class deckwriter {
                 if (hasmoments && moment != 0) forces[{int(elems(e, c)), k + 4}] += moment;
             }
         report.changed("Loads along lines became forces and moments at their ends");
+        report.about(reportitems::elements, e);
     }
     static double areaof(int e) {
         const int elnn = nodesoftype(elems(e, 0));

@@ -8,6 +8,7 @@
 #include <numeric>
 #include <span>
 #include <unordered_set>
+#include <utility>
 
 #include "core/numtext.h"
 
@@ -243,6 +244,7 @@ class splitter {
             bool any = false;
             for (const double s : at) {
                 if ((s - last) * length <= distance) continue;
+                part.iscut = true;
                 part.to = between(whole.from, whole.to, s);
                 result.push_back(part);
                 part.from = part.to;
@@ -265,10 +267,8 @@ class splitter {
 
 }  // namespace
 
-void splitpieces(drawn& drawing, double distance, importreport& report) {
-    if (drawing.pieces.size() < 2) return;
-    const long cut = splitter(drawing.pieces, distance, report.file).run();
-    if (cut > 0) report.changed("Lines split where others meet them", cut);
+long splitpieces(drawn& drawing, double distance, const std::string& file) {
+    return drawing.pieces.size() < 2 ? 0 : splitter(drawing.pieces, distance, file).run();
 }
 
 // --- model --------------------------------------------------------------------------------------
@@ -294,7 +294,7 @@ class builder {
                           .second)
                 found.report.changed("Lines that lie on another, left out");
             else
-                found.addelement(p.type, {from, to, 0, 0}, p.group);
+                note(p, found.addelement(p.type, {from, to, 0, 0}, p.group));
             from = to;
         }
     }
@@ -312,8 +312,13 @@ class builder {
             found.addelement(count == 3 ? f.triangle : f.type, corners, f.group);
     }
     int add(const triple& point) { return joiner.join(point); }
+    drawnelements elements;
 
   private:
+    void note(const drawnpiece& p, int e) {
+        if (p.iscurved) elements.curved.push_back(e);
+        if (p.iscut) elements.cut.push_back(e);
+    }
     imported& found;
     pointjoiner joiner;
     std::unordered_set<std::uint64_t> pairs;
@@ -321,7 +326,7 @@ class builder {
 
 }  // namespace
 
-void buildmodel(const drawn& drawing, double distance, double longest, imported& found) {
+drawnelements buildmodel(const drawn& drawing, double distance, double longest, imported& found) {
     builder build(found, distance);
     long done = 0;
     const long look = 16384;  // items between two looks at the clock
@@ -338,6 +343,7 @@ void buildmodel(const drawn& drawing, double distance, double longest, imported&
     found.report.changed("Ends and corners joined within " + roughly(distance),
                          std::max(0L, points - long(found.nodes.size())));
     dropunused(found, drawnnodes);
+    return std::move(build.elements);
 }
 
 // --- ends that meet nothing ---------------------------------------------------------------------

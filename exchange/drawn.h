@@ -14,6 +14,8 @@
 struct drawnpiece {
     triple from{}, to{};
     int type = typebeam, group = 0;
+    bool iscurved = false;  // of a curve
+    bool iscut = false;     // of a line that others met
 };
 struct drawnface {
     std::array<triple, 4> corners{};
@@ -44,11 +46,14 @@ class pointjoiner {
 double extentof(const drawn& drawing);
 
 // Cuts pieces where others cross them, end on them or lie along them, within the distance; of
-// pieces that then lie on each other the first stands. Told in the report.
-void splitpieces(drawn& drawing, double distance, importreport& report);
+// pieces that then lie on each other the first stands. Returns how many were cut.
+long splitpieces(drawn& drawing, double distance, const std::string& file);
 
+struct drawnelements {
+    std::vector<int> curved, cut;  // of such pieces
+};
 // Nodes and elements; pieces are divided to the greatest length, what has no extent is left out.
-void buildmodel(const drawn& drawing, double distance, double longest, imported& found);
+drawnelements buildmodel(const drawn& drawing, double distance, double longest, imported& found);
 
 // Within which distances a drawing's ends become one node.
 struct joinings {

@@ -86,14 +86,22 @@ class dxfreader {
         const double extent = extentof(drawing), part = 1e-6, least = 1e-12;
         const double asked = options.joinwithin >= 0 ? options.joinwithin : extent * part;
         const double within = std::max(asked, extent * least);
-        if (options.split) splitpieces(drawing, within, found.report);
-        buildmodel(drawing, within, options.longest, found);
+        const long cut = options.split ? splitpieces(drawing, within, file.filename) : 0;
+        const drawnelements made = buildmodel(drawing, within, options.longest, found);
+        if (cut > 0) {
+            found.report.changed("Lines split where others meet them", cut);
+            about(made.cut);
+        }
         const double merged = automergenodes ? std::max(within, mergetol) : within, slip = 2e-4;
         tellgaps(found, {merged, within, options.split}, extent * slip);
-        tell();
+        tell(made);
     }
 
   private:
+    void about(const std::vector<int>& elements) {
+        for (const int e : elements) found.report.about(reportitems::elements, e);
+    }
+
     // --- entities ---
 
     void entity(const dxfobject& object, const surroundings& in, polyline& chain) {
@@ -172,7 +180,7 @@ class dxfreader {
         if (row.size() <= std::size_t(group)) row.resize(std::size_t(group) + 1);
         ++row[std::size_t(group)];
     }
-    void tell() {
+    void tell(const drawnelements& made) {
         for (const auto& [kind, row] : counts)
             for (std::size_t g = 1; g < row.size(); ++g)
                 if (row[g] > 0)
@@ -180,10 +188,12 @@ class dxfreader {
                                       row[g]);
         found.report.read("Nodes", long(found.nodes.size()));
         found.report.read("Elements", long(found.elements.size()));
-        if (how.deviation > 0)
+        if (how.deviation > 0) {
             found.report.changed("Curves became straight pieces, at most " +
                                      roughly(how.deviation) + " beside the curve",
                                  curves);
+            about(made.curved);
+        }
     }
     void tellcodepage() {
         const std::string page = uppercase(file.codepage);
@@ -205,20 +215,20 @@ class dxfreader {
                 throw runtimeerror{
                     errargument, file.filename + ": the drawing reaches farther than a model can"};
     }
-    void addpiece(const triple& a, const triple& b, int type, int group) {
+    void addpiece(const triple& a, const triple& b, int type, int group, bool iscurved) {
         checkcount();
         check(a);
         check(b);
-        drawing.pieces.push_back({a, b, type, group});
+        drawing.pieces.push_back({a, b, type, group, iscurved, false});
     }
     void checkcount() const {
         if (long(drawing.pieces.size() + drawing.faces.size()) >= mostitems)
             throw runtimeerror{errargument, file.filename + ": the drawing comes to more than " +
                                                 numbertext(mostitems) + " pieces and faces"};
     }
-    void addchain(const chain& points, const placement& place, int type, int group) {
+    void addchain(const chain& points, const placement& place, int type, int group, bool iscurved) {
         for (std::size_t i = 1; i < points.size(); ++i)
-            addpiece(place(points[i - 1]), place(points[i]), type, group);
+            addpiece(place(points[i - 1]), place(points[i]), type, group, iscurved);
     }
     void addface(const std::array<triple, 4>& corners, int count, const placement& place,
                  int group) {
@@ -252,7 +262,7 @@ class dxfreader {
         if (options.asgraphics)
             addgraphic(kindline, {a, b, {}});
         else
-            addpiece(a, b, options.lines, group);
+            addpiece(a, b, options.lines, group, false);
     }
 
     void circle(const dxfobject& object, const surroundings& in, bool isarc) {
@@ -289,7 +299,7 @@ class dxfreader {
     void addcurve(Points points, const placement& place, int type, int group) {
         ++curves;
         how.scale = place.scale();
-        addchain(points(), place, type, group);
+        addchain(points(), place, type, group, true);
     }
 
     void ellipse(const dxfobject& object, const surroundings& in) {
@@ -394,7 +404,7 @@ class dxfreader {
                 addbulge(points, at, bulge, how);
         }
         curves += iscurved;
-        addchain(points, place, options.lines, p.group);
+        addchain(points, place, options.lines, p.group, iscurved);
     }
 
     void lightpolyline(const dxfobject& object, const surroundings& in) {

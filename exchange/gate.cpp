@@ -239,8 +239,10 @@ static void putconstraints(const imported& found, const places& at, importreport
         const int i = known.find(n, row.dof, ncon);
         if (i > ncon)
             ncon = i;
-        else if (conval(i) != float(row.value))
+        else if (conval(i) != float(row.value)) {
             report.changed("Constraints told twice with different values; the last one stands");
+            report.about(reportitems::nodes, row.item);
+        }
         connode(i) = n;
         condof(i) = row.dof;
         conval(i) = float(row.value);

@@ -397,10 +397,11 @@ class gmshreader {
                 continue;
             }
             const int type = types[e.kind->corners];
-            found.addelement(type, e.corners, e.group);
+            const int made = found.addelement(type, e.corners, e.group);
             found.elementnumbers.push_back(e.number);
-            if (e.kind->nodes != e.kind->corners)
-                found.report.changed(std::string(e.kind->name) + " became straight ones");
+            if (e.kind->nodes == e.kind->corners) continue;
+            found.report.changed(std::string(e.kind->name) + " became straight ones");
+            found.report.about(reportitems::elements, made);
         }
         if (haspoints) dropunused(found);
         tellread(found);

@@ -336,11 +336,16 @@ void mosesexport::writeclasses() {
 // Nothing stays behind without a line.
 void mosesexport::tellrest() {
     report.read("Classes", ngroups());
-    long unused = 0, single = 0;
-    for (int n = 1; n <= nnodes(); ++n) unused += told[std::size_t(n)] ? 0 : 1;
-    for (int e = 1; e <= nelems(); ++e) single += nodesoftype(elems(e, 0)) == 1 ? 1 : 0;
-    if (unused > 0) report.skipped("Nodes without plate or line element", 0, unused);
-    if (single > 0) report.skipped("Elements of one node", 0, single);
+    for (int n = 1; n <= nnodes(); ++n) {
+        if (told[std::size_t(n)]) continue;
+        report.skipped("Nodes without plate or line element");
+        report.about(reportitems::nodes, n);
+    }
+    for (int e = 1; e <= nelems(); ++e) {
+        if (nodesoftype(elems(e, 0)) != 1) continue;
+        report.skipped("Elements of one node");
+        report.about(reportitems::elements, e);
+    }
     tellleftout(report, {parts::freenodes, parts::properties});
     report.changed("Classes have fixed section data, whatever their group holds", ngroups());
     if (unitstext.empty())

@@ -200,7 +200,10 @@ TEST(Dxf, CurvesFollowTheirShapes) {
                 std::hypot(nodes(0, n, 0) - c.x, nodes(0, n, 1) - c.y, nodes(0, n, 2) - c.z),
                 c.radius, 1e-6)
                 << c.what;
-        EXPECT_NE(reported(reportkinds::changed, "Curves became straight pieces"), nullptr);
+        const reportline* const line =
+            reported(reportkinds::changed, "Curves became straight pieces");
+        ASSERT_NE(line, nullptr);
+        EXPECT_EQ(line->numbers.size(), std::size_t(nelems())) << "all are of the curve";
     }
     exchangeroom room;
     dxfform form = freshform();
@@ -404,9 +407,16 @@ TEST(Dxf, WrittenDrawingsComeBack) {
     addelement(typebeam, {1, 2}, 1);
     addelement(typeshell4, {1, 2, 3, 4}, 2);
     addelement(typeshell3, {1, 2, 3}, 2);
+    for (const int n : {3, 4}) {
+        loadnode(1, n - 2) = n;
+        loadnode(1, 0) = n - 2;
+    }
     room.platform.filequeue = {{true, room.file("out.dxf"), 1}};
     ASSERT_EQ(menusave(), reply::done);
     EXPECT_NE(reported(reportkinds::changed, "is the layer KANTE_NR__1_"), nullptr);
+    const reportline* const line = reported(reportkinds::skipped, "Nodal loads: 2");
+    ASSERT_NE(line, nullptr) << lastreport().text();
+    EXPECT_EQ(line->numbers, (std::vector<int>{3, 4})) << "what was left out can be selected";
     const std::string text = contentof(room.file("out.dxf"));
     for (const int form : {0, 1, 2}) {
         std::string content = text;

@@ -28,9 +28,11 @@ static std::vector<char> supportednodes(const dofmap& d) {
     return supported;
 }
 
-// Sum of nodal forces; their moments about the origin where the analysis has the rotation.
-static vec6 resultant(const model& m, const dofmap& d, const double* f) {
-    vec6 sum = vec6::Zero();
+// Sum of nodal forces; their moments about the origin where the analysis has the rotation. Raises
+// least to what counts as nothing beside the amounts that are summed.
+static vec6 resultant(const model& m, const dofmap& d, const double* f, double& least) {
+    const double cancelled = 1e-3;
+    vec6 sum = vec6::Zero(), amounts = vec6::Zero();
     for (int n = 1; n <= m.nnodes(); ++n) {
         vec6 at = vec6::Zero();
         for (int k = 0; k < d.pernode; ++k) at[d.code[k] - 1] = f[d.index(n, k)];
@@ -39,7 +41,9 @@ static vec6 resultant(const model& m, const dofmap& d, const double* f) {
         const vec3 force = at.head<3>();
         at.tail<3>() += x.cross(force);
         sum += at;
+        amounts += at.cwiseAbs();
     }
+    least = std::max(least, cancelled * amounts.maxCoeff());
     return sum;
 }
 
@@ -72,16 +76,41 @@ static void addgroundsprings(const model& m, const settings& s, const dofmap& d,
     }
 }
 
+// Supports that move the structure without strain leave the rounding of its stiffness alone: what
+// counts as nothing in cases without loads, whose least is 0 so far.
+static void measurerounding(const model& m, const settings& s, const dofmap& d,
+                            const displacements& u, const std::vector<int>& elements,
+                            std::vector<double>& least) {
+    const double rounded = 1e-6;
+    if (std::ranges::count(least, 0) == 1) return;  // there is no case 0
+    std::vector<double> amount(least.size(), 0);
+    elmatrix k;
+    elcases ue;
+    for (const int e : elements) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        kindof(def.type).stiffness(elementat(m, s, e), k);
+        gather(d, dofsof(d, def), u, ue);
+        for (int c = 0; c < u.cases; ++c)
+            amount[std::size_t(c) + 1] +=
+                rounded * k.cwiseAbs().maxCoeff() * ue.col(c).cwiseAbs().maxCoeff();
+    }
+    allranks().sum(amount.data(), std::int64_t(amount.size()));
+    for (std::size_t lc = 1; lc < least.size(); ++lc)
+        if (least[lc] == 0) least[lc] = amount[lc];
+}
+
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
                           const displacements& u, const std::vector<double>& applied, runlog& log) {
     reactionset r;
     const std::size_t dofs = d.equation.size();
     const std::vector<char> supported = supportednodes(d);
     std::vector<double> unbalanced(u.u.size(), 0);
-    addforces(m, s, d, u, elementsat(m, supported), unbalanced);
+    const std::vector<int> elements = elementsat(m, supported);
+    addforces(m, s, d, u, elements, unbalanced);
     r.force.assign(u.u.size(), 0);
     r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
     r.reaction = r.load;
+    r.least.assign(r.load.size(), 0);
     for (int lc = 1; lc <= u.cases; ++lc) {
         const double* const load = applied.data() + std::size_t(lc - 1) * dofs;
         double* const rest = unbalanced.data() + std::size_t(lc - 1) * dofs;
@@ -92,13 +121,14 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
             if (d.prescribed[i]) force[i] = rest[i];
         }
         for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
-        r.load[std::size_t(lc)] = resultant(m, d, load);
+        r.load[std::size_t(lc)] = resultant(m, d, load, r.least[std::size_t(lc)]);
         log.progress("reactions", int(100.0 * lc / u.cases));
     }
+    measurerounding(m, s, d, u, elements, r.least);
     addgroundsprings(m, s, d, u, r.force);
     for (int lc = 1; lc <= u.cases; ++lc) {
         const double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
-        r.reaction[std::size_t(lc)] = resultant(m, d, force);
+        r.reaction[std::size_t(lc)] = resultant(m, d, force, r.least[std::size_t(lc)]);
     }
     return r;
 }

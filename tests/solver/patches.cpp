@@ -148,6 +148,7 @@ TEST(Patch, RandomMeshesAreExact) {
                         b.quad((i + j) % 2 ? odd : even, g, {low, low + 1, high + 1, high});
                     }
                 const results r = b.solve();
+                EXPECT_TRUE(b.log.warnings().empty()) << b.log.warnings()[0];
                 for (int k = 1; k <= b.m.nnodes(); ++k) {
                     const vec6 u = at(b.m.nodes[std::size_t(k)].x(), b.m.nodes[std::size_t(k)].y());
                     const double size = 1e-3 * n * n;
@@ -155,6 +156,28 @@ TEST(Patch, RandomMeshesAreExact) {
                     EXPECT_LT((movedby(r, 1, k, 4) - u.tail<3>()).norm(), 1e-9 * size);
                 }
             }
+}
+
+// Supports that only move the structure; loads that balance each other: reactions of nothing.
+TEST(Patch, ReactionsOfNothingAreNotWarnedAbout) {
+    build b;
+    const build::grid at = b.mesh(
+        typeshell4, b.plate(2e5, 0.3, 0.02), 5, 4,
+        [](double r, double s) { return vec3(3 + r, s - 7 * r, 0.3 * r * s + 0.1 * s * s); });
+    const vec3 turned(1e-3, -4e-4, 7e-4);
+    for (const int n : at.left())
+        for (int k = 0; k < 3; ++k) {
+            b.fix(n, {k + 1}, turned.cross(b.m.nodes[std::size_t(n)])[k]);
+            b.fix(n, {k + 4}, turned[k]);
+        }
+    const results r = b.solve();
+    for (int n = 1; n <= b.m.nnodes(); ++n)
+        EXPECT_LT((movedby(r, 1, n) - turned.cross(b.m.nodes[std::size_t(n)])).norm(), 1e-12);
+    b.m.constraints.clear();
+    b.fix(at.left(), clamped);
+    for (const int side : {-1, 1}) b.load(1, at.number(side > 0 ? 5 : 3, 2), 1, 100 * side);
+    b.solve();
+    EXPECT_TRUE(b.log.warnings().empty()) << b.log.warnings()[0];
 }
 
 // --- single elements ----------------------------------------------------------------------------

@@ -126,7 +126,7 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 static void refinereactions(const model& m, const settings& s, const equations& q, engine& l,
                             const std::vector<double>& applied, const holding& held, casepart& r,
                             runlog& log) {
-    const double good = 1e-9, before = worstbalance(r.reactions, held.letgo);
+    const double good = 5e-11, before = worstbalance(r.reactions, held.letgo);
     double now = before, change = 1, uncertainty = 0;
     const int mostrounds = 3;
     const double settled = 1e-10;  // there is nothing left to refine

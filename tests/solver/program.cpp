@@ -303,7 +303,7 @@ TEST(Program, ASignalToStopWhileEquationsAreOrderedEndsIt) {
 // short, damaged or of another model it takes nothing.
 TEST(Program, AKilledRunGoesOnFromItsCheckpoint) {
     build b;
-    const build::grid at = b.mesh(typeshell4, b.plate(2e5, 0.3, 1), 40, 40,
+    const build::grid at = b.mesh(typeshell4, b.plate(2e5, 0.3, 1), 8, 8,
                                   [](double r, double s) { return vec3(r, s, 0.1 * r * r); });
     b.fix(at.left(), clamped);
     b.fix(at.number(8, 0), {3}, 0.01);

@@ -55,6 +55,30 @@ TEST(Verification, CooksPanel) {
         }
 }
 
+// Membranes without rotations that pass the patch test cannot bend in trapezoids (MacNeal, A
+// theorem regarding the locking of tapered four-noded membrane elements, IJNME 24, 1987).
+TEST(Verification, StraightBeamOfMembranes) {
+    const char* const shapes[] = {"rectangles", "trapezoids", "parallelograms"};
+    for (const int type : {typememb4, typememb3})
+        for (int shape = 0; shape < 3; ++shape) {
+            const double quads[] = {0.01, 0.95, 0.37};
+            build b;
+            b.m.twod = true;
+            const grid at = b.mesh(type, b.plate(1e7, 0.3, 0.1), 6, 1, [&](double r, double s) {
+                const int i = int(std::lround(6 * r)), side = s > 0.5 ? 1 : -1;
+                const bool moves = shape > 0 && i > 0 && i < 6;
+                const double shift = 0.1 * side * (shape == 1 && i % 2 ? -1 : 1);
+                return vec3(6 * r + (moves ? shift : 0), 0.2 * s, 0);
+            });
+            b.fix(at.left(), {1, 2});
+            b.spread(1, at.right(), 2, 1);
+            prove({"membrane", "Straight beam, bent in its plane",
+                   meshname(type, 6, 1) + " " + shapes[shape], "MH", 0, 0.1081,
+                   moved(solvebalanced(b), 1, at.number(6, 0), 2),
+                   type == typememb4 ? quads[shape] : 0.99});
+        }
+}
+
 // Webs of stiffeners are such strips: one element wide, pure bending, whatever Poisson's ratio.
 TEST(Verification, StripBentInItsPlane) {
     for (const int type : {typememb4, typeshell4})

@@ -51,7 +51,8 @@ class packed {
         std::int64_t cases = p.u.cases;
         number(cases);
         p.u.cases = int(cases);
-        for (std::vector<double>* const v : {&p.u.u, &p.u.rest, &p.residual, &p.reactions.force})
+        for (std::vector<double>* const v :
+             {&p.u.u, &p.u.rest, &p.residual, &p.reactions.force, &p.reactions.least})
             numbers(*v);
         numbers(p.reactions.load);
         numbers(p.reactions.reaction);
@@ -159,6 +160,7 @@ casepart checkpoint::take(int i, runlog& log) {
     share(part.u.rest, sizes[2]);
     share(part.residual, sizes[0]);
     share(part.reactions.force, sizes[3]);
+    share(part.reactions.least, sizes[4]);
     for (std::vector<vec6>* const v : {&part.reactions.load, &part.reactions.reaction}) {
         v->resize(std::size_t(sizes[4]));
         for (vec6& one : *v) all.takefirst(one.data(), one.size());
@@ -167,8 +169,8 @@ casepart checkpoint::take(int i, runlog& log) {
     return part;
 }
 
-// False where the disc does not take it. What a crash of the machine keeps from the disc is known by
-// its checksum, so that nobody waits for it.
+// False where the disc does not take it. What a crash of the machine keeps from the disc is known
+// by its checksum, so that nobody waits for it.
 static bool append(const std::string& path, std::int64_t place, const std::string& bytes) {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644);
     if (file < 0) return false;

@@ -185,6 +185,7 @@ static void addpart(results& r, casepart&& part) {
     const std::ptrdiff_t slot0 = to.load.empty() || more.load.empty() ? 0 : 1;
     to.load.insert(to.load.end(), more.load.begin() + slot0, more.load.end());
     to.reaction.insert(to.reaction.end(), more.reaction.begin() + slot0, more.reaction.end());
+    to.least.insert(to.least.end(), more.least.begin() + slot0, more.least.end());
 }
 
 // Blocks of load cases, of which a checkpoint may have the first ones already.

@@ -127,10 +127,14 @@ static void putloads(const model& m, const settings& s, const results& r, int lc
     const loadcase& c = m.cases[std::size_t(lc)];
     const vec6 &applied = r.reactions.load[std::size_t(lc)],
                &reaction = r.reactions.reaction[std::size_t(lc)];
-    vec6 rounding;
-    for (const int half : {0, 3})
-        rounding.segment<3>(half).setConstant(
-            1e-11 * std::max(applied.segment<3>(half).norm(), reaction.segment<3>(half).norm()));
+    // What is left of loads that balance among themselves is none, and no fault of the balance.
+    const vec6 left = vec6::Constant(1e-6 * r.reactions.least[std::size_t(lc)]);
+    vec6 rounding = left;
+    for (const int half : {0, 3}) {
+        const double sum =
+            std::max(applied.segment<3>(half).norm(), reaction.segment<3>(half).norm());
+        rounding.segment<3>(half) = rounding.segment<3>(half).cwiseMax(1e-11 * sum);
+    }
     vec6 rest = applied;
     const auto kind = [&](const char* name, const vec6& sum) {
         text.quoted("load").quoted(name).put(sum, rounding).end();
@@ -141,7 +145,7 @@ static void putloads(const model& m, const settings& s, const results& r, int lc
     if (c.type != caseapplied) kind(massword(c.type), vec6(rest));
     text.quoted("applied").put(applied, rounding).end();
     text.quoted("reactions").put(reaction, rounding).end();
-    text.quoted("difference").put(vec6(applied + reaction), vec6::Zero()).end();
+    text.quoted("difference").put(vec6(applied + reaction), left).end();
 }
 
 std::string staticsums(const model& m, const settings& s, const results& r, const runlog& log) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <random>
 
+#include "solver/sumfile.h"
 #include "solver/surface.h"
 #include "tests/solver/verify.h"
 
@@ -176,8 +177,11 @@ TEST(Patch, ReactionsOfNothingAreNotWarnedAbout) {
     b.m.constraints.clear();
     b.fix(at.left(), clamped);
     for (const int side : {-1, 1}) b.load(1, at.number(side > 0 ? 5 : 3, 2), 1, 100 * side);
-    b.solve();
+    const std::string sums = staticsums(b.m, b.s, b.solve(), b.log);
     EXPECT_TRUE(b.log.warnings().empty()) << b.log.warnings()[0];
+    for (const char* const row :
+         {"applied\",0,0,0,", "reactions\",0,0,0,", "difference\",0,0,0,0,0,0"})
+        EXPECT_NE(sums.find(row), sums.npos) << sums;
 }
 
 // --- single elements ----------------------------------------------------------------------------

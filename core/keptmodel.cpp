@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/colours.h"
+#include "core/kaltext.h"
 #include "core/model.h"
 #include "core/modeltable.h"
 #include "core/session.h"
@@ -175,6 +176,7 @@ static bool isbesidefiles(const modelarray& row) {
 
 struct keptbesidefiles::store {
     int nodes = nnodes(), elements = nelems(), groups = ngroups(), group = meshgroup;
+    const double scale = lengthscale;
     std::vector<std::pair<const modelarray*, arrayvalue>> arrays;
     keptlook look;
 
@@ -203,6 +205,7 @@ keptbesidefiles::keptbesidefiles() : kept(std::make_unique<store>()) {
 keptbesidefiles::~keptbesidefiles() = default;
 
 void keptbesidefiles::restore() {
+    lengthscale = kept->scale;
     kept->look.restorecolours();
     commentvisible = kept->look.comment;
     if (!kept->fits()) return;

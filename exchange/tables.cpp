@@ -16,6 +16,7 @@
 #include "core/platform.h"
 #include "core/runtime.h"
 #include "core/session.h"
+#include "core/views.h"
 #include "exchange/envelopecsv.h"
 #include "exchange/gate.h"
 #include "files/filop.h"
@@ -156,13 +157,15 @@ class tablewriter {
             for (const char* const one : stresssymbols) out.cell(headed(one, "F/L^2"));
         else
             for (const int dof : freedomsof(source->anadof()))
-                out.cell(headed(freedoms[isforces()][dof], formulaof(dof)));
+                out.cell(isturn(dof) ? std::string(freedoms[0][dof]) + " [degrees]"
+                                     : headed(freedoms[isforces()][dof], formulaof(dof)));
         out.endrow();
     }
     const char* formulaof(int dof) const {
         if (isforces()) return dof < 3 ? "F" : "F.L";
         return ismodes() || dof >= 3 ? "" : "L";
     }
+    bool isturn(int dof) const { return !isforces() && dof >= 3; }
     bool isforces() const { return table.kind == resultkinds::forces; }
 
     void begin() {
@@ -179,7 +182,9 @@ class tablewriter {
         begin();
         if (ismodes()) out.cell(float(frequencyof(source->modevalue(block))));
         putnode(row.item);
-        for (const double value : row.values) put(value);
+        const std::vector<int> dofs = freedomsof(source->anadof());
+        for (std::size_t k = 0; k < row.values.size(); ++k)
+            put(isturn(dofs[k]) ? todegrees(row.values[k]) : row.values[k]);
         out.endrow();
     }
     void putnode(int n) {
@@ -275,6 +280,9 @@ class tablewriter {
                       word(first + 2), word(first + 3), word(first + 4), word(first + 5), "", ""});
         } else if (what == "warning") {
             putwords({name, "warning: " + word(1), "", "", "", "", "", "", "", ""});
+        } else if (what == "rotation") {
+            putwords({name, "rotation [degrees]", "", "", "", "", "", "",
+                      numbertext(float(todegrees(numberof(word(1))))), word(2)});
         } else if (what != "warnings") {
             putwords({name, what, "", "", "", "", "", "", word(1), word(2)});
         }

@@ -9,6 +9,7 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/views.h"
 #include "post/plainnumber.h"
 #include "post/plotunits.h"
 
@@ -143,8 +144,8 @@ std::vector<balancerow> balancepage(const balance& b) {
         page.push_back({{headed("Largest translation", "L"), shorttext(c.translation), "at node",
                          numbertext(c.translationnode)}});
         if (c.rotationnode > 0)
-            page.push_back({{"Largest rotation, radians", shorttext(c.rotation), "at node",
-                             numbertext(c.rotationnode)}});
+            page.push_back({{"Largest rotation, degrees", shorttext(todegrees(c.rotation)),
+                             "at node", numbertext(c.rotationnode)}});
         if (c.held > 0)
             page.push_back({{"Directions held, without stiffness", numbertext(c.held)}});
         for (const std::string& text : c.warnings)

@@ -42,12 +42,13 @@ TEST(Tables, RowsAreTheSumsOfTheLoadCases) {
     writefile(room.file("job.rvp"),
               "6,2\r\n0,0,0\r\n3,4,.5\r\n0,0,0\r\n0,0,0\r\n0,0,0\r\n-1,0,0\r\n\"A \"\"b, c\"\r\n"
               "0 0 0 0.25,1,2 0,0,0 0,0,0 0,0,0 0,0,0 LC2");
-    EXPECT_EQ(tableof(room, "Displacements", "All combinations", 2).substr(0, 111),
-              "Combination,Node,X,Y,Z,DX,DY,RZ\nWind,2,0,1,0,3,4,0.5\nWind,3,0,2,0,0,0,0\n"
-              "Wind,5,0,1,1,0,0,0\nWind,6,0,2,1,-1,0,0\n");
-    EXPECT_NE(rows(room.file("t.csv")).find(",2,0,1,0,-3.5,2,19\n"), std::string::npos);
-    EXPECT_EQ(tableof(room, "Displacements", "Load case 1: Dead; own", 2, 2).substr(0, 75),
-              "Load case;Node;X;Y;Z;DX;DY;RZ\n\"Dead; own\";2;0;1;0;3;4;0,5\n"
+    EXPECT_EQ(
+        tableof(room, "Displacements", "All combinations", 2).substr(0, 126),
+        "Combination,Node,X,Y,Z,DX,DY,RZ [degrees]\nWind,2,0,1,0,3,4,28.64789\nWind,3,0,2,0,0,0,0\n"
+        "Wind,5,0,1,1,0,0,0\nWind,6,0,2,1,-1,0,0\n");
+    EXPECT_NE(rows(room.file("t.csv")).find(",2,0,1,0,-3.5,2,1088.6198\n"), std::string::npos);
+    EXPECT_EQ(tableof(room, "Displacements", "Load case 1: Dead; own", 2, 2).substr(0, 90),
+              "Load case;Node;X;Y;Z;DX;DY;RZ [degrees]\n\"Dead; own\";2;0;1;0;3;4;28,64789\n"
               "\"Dead; own\";3;0;2");
     EXPECT_NE(tableof(room, "Displacements", "Envelope of the combinations", 2)
                   .find(",RZ [degrees] smallest,Combination\n2,5,Wind,4.031129,Storm,3,Wind,-3.5,"
@@ -84,11 +85,13 @@ TEST(Tables, ReactionsMembersAndSums) {
     EXPECT_NE(rows(room.file("t.csv")).find(",2,1,2.236068,-18,"), std::string::npos);
     writefile(room.file("job.sum"),
               "\"static\",\"x\",1\r\n\"modes\",\"\",0\r\n\"case\",1,\"Dead\"\r\n"
-              "\"load\",\"nodal\",0,-5,0,0,0,1\r\n\"residual\",1E-12\r\n\"warnings\",1\r\n"
+              "\"load\",\"nodal\",0,-5,0,0,0,1\r\n\"residual\",1E-12\r\n\"rotation\",0.5,"
+              "3\r\n\"warnings\",1\r\n"
               "\"warning\",\"soft, very\"\r\n\"mode\",1,4,0.5,0.1,0.2,0.3\r\n");
     EXPECT_EQ(tableof(room, "Sums of loads and reactions", "All load cases"),
               "Load case,Sum of,FX,FY,FZ,MX,MY,MZ,Value,Node\nDead,load: nodal,0,-5,0,0,0,1,,\n"
-              "Dead,residual,,,,,,,1E-12,\nDead,\"warning: soft, very\",,,,,,,,\n");
+              "Dead,residual,,,,,,,1E-12,\nDead,rotation "
+              "[degrees],,,,,,,28.64789,3\nDead,\"warning: soft, very\",,,,,,,,\n");
     room.writemodes({4});
     EXPECT_NE(tableof(room, "Frequencies and masses of the modes", "All modes")
                   .find("\n1,4,0.5,0.1,0.2,0.3\n"),

@@ -5,6 +5,7 @@
 #include "core/diagramshown.h"
 #include "core/model.h"
 #include "core/platform.h"
+#include "core/trimmed.h"
 
 bool diagramshown;
 std::string apptitle, appversion, modelname = "None", previousname = "None", appdir, programdir;
@@ -53,17 +54,11 @@ int clearmem = 1, dorenumber = 1, dostiffness = 1, dosolve = 1, doeigen = 0, dol
 int stresskind, stressglobal;
 array1<Flag> contourflag;
 
-static std::string trimmed(const std::string& text) {
-    const std::size_t begin = text.find_first_not_of(' ');
-    if (begin == text.npos) return {};
-    return text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
-}
-
 std::string statusline() {
-    std::string line = trimmed(promptaction);
-    if (const std::string item = trimmed(promptitem); !item.empty()) line += " " + item;
+    std::string line(trimmed(promptaction));
+    if (const std::string item(trimmed(promptitem)); !item.empty()) line += " " + item;
     for (const std::string* hint : {&promptgoal, &prompttail})
-        if (const std::string text = trimmed(*hint); !text.empty()) line += "; " + text;
+        if (const std::string text(trimmed(*hint)); !text.empty()) line += "; " + text;
     return line;
 }
 

@@ -11,6 +11,7 @@
 
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/trimmed.h"
 
 std::string newunits;
 const char* const freeunits = "free";
@@ -303,13 +304,6 @@ double unitfactor(std::string_view formula, const unitset& from, const unitset& 
 }
 
 // --- typed values -------------------------------------------------------------------------------
-
-static std::string_view trimmed(std::string_view text) {
-    const char* const blanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == text.npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
-}
 
 // Where a unit ends: at a number that is no power of it, "ft" in "3 ft 6 in".
 static std::size_t unitend(std::string_view text) {

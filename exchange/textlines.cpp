@@ -147,12 +147,6 @@ void wordstream::giveback() {
     in.next(passed);  // what is left of the last word's line
 }
 
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isblank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isblank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 bool nextword(std::string_view& line, std::string_view& word) {
     std::size_t begin = 0;
     while (begin < line.size() && isblank(line[begin])) ++begin;

@@ -12,6 +12,7 @@
 
 #include "core/numtext.h"
 #include "core/runtime.h"
+#include "core/trimmed.h"
 
 class textlines {
   public:
@@ -65,7 +66,6 @@ class wordstream {
     long firstline;
 };
 
-std::string_view trimmed(std::string_view text);
 // Takes the next word off the front of a line; false where none is left.
 bool nextword(std::string_view& line, std::string_view& word);
 // Takes what stands before the next separator, trimmed; false once the line is used up. "a,,b" has

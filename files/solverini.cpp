@@ -8,16 +8,10 @@
 #include "core/runtime.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/trimmed.h"
 
 std::string solverinifile() {
     return findnocase(appdir + "/feiflu.ini");
-}
-
-static std::string trimmed(const std::string& text) {
-    const char* const blanks = " \t\r";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == text.npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
 }
 
 // Key of a line of the file, "" where it has none.
@@ -26,7 +20,7 @@ static std::string keyof(const std::string& line, std::string& value) {
     const std::size_t equals = content.find('=');
     if (equals == content.npos) return {};
     value = trimmed(content.substr(equals + 1));
-    return trimmed(content.substr(0, equals));
+    return std::string(trimmed(content.substr(0, equals)));
 }
 
 static std::vector<std::string> inilines() {

@@ -8,6 +8,7 @@
 
 #include "core/numtext.h"
 #include "core/textfile.h"
+#include "core/trimmed.h"
 #include "core/unitsrow.h"
 #include "solver/refuse.h"
 
@@ -70,13 +71,6 @@ static const textkey textkeys[] = {
     {"scratch", &settings::scratch, {}, "folder for what the memory does not hold; empty: none"},
 };
 
-static std::string trimmed(const std::string& text) {
-    const char* const blanks = " \t\r";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == text.npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
-}
-
 static bool setreal(settings& s, const std::string& key, double number, bool& inrange) {
     for (const realkey& k : realkeys) {
         if (key != k.name) continue;
@@ -113,8 +107,8 @@ static void storeline(settings& s, const std::string& text, const std::string& w
     if (equals == text.npos)
         refuse(where + ": \"key = value\" was expected, found \"" + toutf8(text.substr(0, 40)) +
                "\"; a comment starts with #");
-    const std::string key = trimmed(text.substr(0, equals));
-    const std::string value = trimmed(text.substr(equals + 1));
+    const std::string key(trimmed(text.substr(0, equals)));
+    const std::string value(trimmed(text.substr(equals + 1)));
     double number = 0;
     bool inrange = false;
     const bool istext = settext(s, key, value, inrange);

@@ -8,6 +8,7 @@
 
 #include "core/numtext.h"
 #include "core/platform.h"
+#include "core/trimmed.h"
 
 int objvarcount;
 array1<std::string> objvarname, objvarvalue, objvartext;
@@ -69,12 +70,6 @@ static bool isnumber(std::string_view text, double& value) {
         if (end == last && fault == std::errc()) return true;
     }
     return readnumber(text, value);
-}
-
-static std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    return text;
 }
 
 // A variable whose value is an expression is worked out each time; one that comes back to itself

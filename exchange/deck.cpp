@@ -24,7 +24,7 @@ bool isdeck(std::string_view head) {
     std::string_view line;
     while (in.next(line)) {
         line = trimmed(line);
-        if (line.empty() || line.starts_with("**")) continue;
+        if (!line.starts_with('*') || line.starts_with("**")) continue;
         for (const char* keyword : keywords)
             if (uppercase(line.substr(0, std::string_view(keyword).size())) == keyword) return true;
     }
@@ -86,6 +86,7 @@ class deckreader {
         found.isconsistent = true;
         while (cards.nextcard(card)) take(card);
         if (instep) endstep();
+        if (space.nodesets.contains(planeset)) membranesagain();
         for (const section& s : sections) usesection(s);
         makegroups();
         tell();
@@ -574,7 +575,17 @@ class deckreader {
                 constrain(f[0], ranges[r], ranges[r + 1], value);
         }
     }
+    // What this program wrote as shells.
+    void membranesagain() {
+        for (std::size_t e = 0; e < found.elements.size(); ++e) {
+            int& type = found.elements[e].type;
+            if (type != typeshell3 && type != typeshell4) continue;
+            type = type == typeshell3 ? typememb3 : typememb4;
+            planes[e] = 0;
+        }
+    }
     void constrain(std::string_view item, long first, long last, double value) {
+        if (item == planeset) return;
         if (first < 1 || last > 6)
             found.report.skipped("Freedoms beyond 6 in *BOUNDARY", cards.line());
         for (const int n : itemsof(item, true))

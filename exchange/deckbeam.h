@@ -8,6 +8,8 @@
 // Elements of sets whose names begin so carry nothing: they make a rigid knot of a clamped end,
 // without which the deck's solver does not tell its reactions.
 inline constexpr std::string_view footset = "FOOT-OF-CLAMP";
+// The nodes of a plane of membranes that went out as shells, which it keeps in their plane.
+inline constexpr std::string_view planeset = "PLANE-OF-MEMBRANES";
 
 struct deckbeam {
     bool istube = false;

@@ -43,13 +43,26 @@ bool isflatmodel() {
     return true;
 }
 
+// Plane stress in nothing but membranes: they go out as shells that are held in the plane. The
+// solver makes solids of both, those of its membranes lock where they bend in the plane.
+bool allmembranes() {
+    for (int e = 1; e <= nelems(); ++e) {
+        const int type = int(elems(e, 0)), g = std::clamp(egroup(e), 1, ngroups());
+        const bool isone = type == typememb3 || type == typememb4 || type == typeshear4;
+        if (!isone && type != typenone && type != typemass) return false;
+        if (isone && groups(g, fieldplane) == 1) return false;
+    }
+    return true;
+}
+
 class deckwriter {
   public:
     deckwriter(const std::string& path, textout& target, importreport& lines)
         : title(std::filesystem::path(path).stem().string()),
           out(target),
           report(lines),
-          isplane(dim2d || isflatmodel()) {}
+          isplane(dim2d || isflatmodel()),
+          asshells(isplane && allmembranes()) {}
 
     void write() {
         out.raw("*HEADING\n").raw(title).raw("\n*NODE, NSET=NALL\n");
@@ -75,10 +88,10 @@ class deckwriter {
             case typetruss:
                 return "T3D2";
             case typememb3:
-                return !isplane ? "M3D3" : strain ? "CPE3" : "CPS3";
+                return asshells ? "S3" : !isplane ? "M3D3" : strain ? "CPE3" : "CPS3";
             case typememb4:
             case typeshear4:
-                return !isplane ? "M3D4" : strain ? "CPE4" : "CPS4";
+                return asshells ? "S4" : !isplane ? "M3D4" : strain ? "CPE4" : "CPS4";
             case typemass:
                 return "MASS";
             case typebeam:
@@ -245,7 +258,7 @@ class deckwriter {
         if (nameof(set.type, g) == nullptr) return;
         if (isbeam(set.type)) return writebeams(set);
         writematerial(set);
-        const bool isshell = set.type >= typeshell3;
+        const bool isshell = set.type >= typeshell3 || asshells;
         const bool ismembrane = !isplane && set.type != typetruss;
         section(isshell ? "SHELL SECTION" : ismembrane ? "MEMBRANE SECTION" : "SOLID SECTION", set);
         out.raw("\n");
@@ -377,8 +390,21 @@ class deckwriter {
         real(value).raw("\n");
     }
     void writeconstraints() {
+        if (asshells) {
+            out.raw("*NSET, NSET=").raw(planeset).raw("\nNALL\n*BOUNDARY\n");
+            out.raw(planeset).raw(",3,5\n");
+            hasconstraints = true;
+            report.changed(
+                "Membranes of the plane are shells in the deck that are held in it; the solver's "
+                "own are too stiff where they bend");
+        }
         for (int i = 1; i <= ncon; ++i) {
             if (connode(i) < 1 || connode(i) > nnodes()) continue;
+            if (asshells && condof(i) > 2) {
+                report.skipped("Constraints that the membranes of a plane have no freedom for");
+                report.about(reportitems::nodes, connode(i));
+                continue;
+            }
             const double value = condof(i) > 3 ? conval(i) * pi / 180 : double(conval(i));
             constraint(connode(i), condof(i), value);
             report.read("Constraints");
@@ -519,7 +545,7 @@ class deckwriter {
     const std::string title;
     textout& out;
     importreport& report;
-    const bool isplane;
+    const bool isplane, asshells;
     // The solver knows no units: masses follow from forces and lengths.
     const double massunit = consistentmass(modelunits());
     const double accelerationunit = consistentacceleration(modelunits());

@@ -371,6 +371,35 @@ TEST(Deck, TorsionOutOfReachIsTold) {
     EXPECT_NE(report.text().find("times as stiff in torsion"), std::string::npos) << report.text();
 }
 
+// A cantilever of membranes, two rows deep: bending and shear of a slender beam.
+TEST(Deck, MembranesBendInTheirPlaneInTheOtherSolverToo) {
+    exchangeroom room;
+    const int columns = 20;
+    const double side = 10, length = side * columns, depth = 2 * side, wall = 3;
+    groups(1, fieldthickness) = wall;
+    for (int i = 0; i <= columns; ++i)
+        for (int j = 0; j <= 2; ++j) addnode(float(side * i), float(side * j), 0);
+    for (int i = 0; i < columns; ++i)
+        for (int j = 1; j <= 2; ++j)
+            addelement(typememb4, {3 * i + j, 3 * i + j + 3, 3 * i + j + 4, 3 * i + j + 1});
+    for (const int n : {1, 2, 3}) hold(n, {1, 2, 6});
+    const int tip = nnodes() - 1;
+    pushnode(1, tip, 2, 100);
+    importreport report;
+    writedeck(room.file("d.inp"), report);
+    ASSERT_EQ(room.open(room.file("d.inp")), reply::done);
+    EXPECT_EQ(countoftype(typememb4) * 10 + ncon, 2 * columns * 10 + 6)
+        << "membranes again, and nothing of what held the shells";
+    if (!hasothersolver()) GTEST_SKIP() << "calculix-ccx is not installed";
+    ASSERT_EQ(std::system(("cd " + room.folder + " && ccx -i d >ccx.log 2>&1").c_str()), 0);
+    const auto u = tables(contentof(room.file("d.dat")), "displacements");
+    ASSERT_EQ(u.size(), 1u);
+    const double inertia = wall * std::pow(depth, 3) / 12, modulus = 210000;
+    const double sag = 100 * (std::pow(length, 3) / 3 / modulus / inertia +
+                              1.2 * length * 2.6 / modulus / (wall * depth));
+    EXPECT_NEAR(displacement(u[0], tip, 2), sag, 0.01 * sag);
+}
+
 // A cantilever of twenty beams under two loads and its weight, beside a strip of membranes that is
 // pulled and a plate, simply supported, under pressure: Timoshenko and Woinowsky-Krieger, Theory of
 // Plates and Shells, 2nd ed., table 8.

@@ -18,7 +18,7 @@
 int main(int count, char** words) {
     tunelibraries(words);
     prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing stays behind when the launcher is gone
-    MPI_Init(&count, &words);
+    beginprocesses(count, words);
     int code = 1;
     {
         mpiranks processes;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 #include "core/textfile.h"
@@ -18,6 +19,13 @@ static void sleepabit() {
 
 static void await(MPI_Request& request) {
     for (int done = 0; MPI_Test(&request, &done, MPI_STATUS_IGNORE), done == 0;) sleepabit();
+}
+
+// Who waits gives way to others: where the machine has more work than cores, a process that spins
+// keeps from it the very one that it waits for.
+void beginprocesses(int& count, char**& words) {
+    setenv("OMPI_MCA_mpi_yield_when_idle", "1", 0);
+    MPI_Init(&count, &words);
 }
 
 mpiranks::mpiranks() {

@@ -6,9 +6,12 @@
 
 #include "solver/ranks.h"
 
+// MPI_Init, for a machine that has other work too.
+void beginprocesses(int& count, char**& words);
+
 class mpiranks : public ranks {
   public:
-    mpiranks();  // after MPI_Init
+    mpiranks();  // after beginprocesses
 
     int me() const override { return number; }
     int count() const override { return all; }

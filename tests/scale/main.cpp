@@ -131,7 +131,7 @@ int main(int count, char** words) {
         writeplate(std::atoi(words[2]), std::atoi(words[3]), words[4]);
         return 0;
     }
-    MPI_Init(&count, &words);
+    beginprocesses(count, words);
     int failed = 1;
     {
         mpiranks all;

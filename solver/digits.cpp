@@ -9,14 +9,15 @@
 
 static const int mostpower = 308;
 
-// 10^n as the library's power has it.
+// 10^n as the library's power has it, from the least on.
+static const std::vector<double> powersoften = [] {
+    std::vector<double> powers;
+    for (int i = -mostpower; i <= mostpower; ++i) powers.push_back(std::pow(10.0, i));
+    return powers;
+}();
+
 static double poweroften(int n) {
-    static const std::vector<double> table = [] {
-        std::vector<double> powers;
-        for (int i = -mostpower; i <= mostpower; ++i) powers.push_back(std::pow(10.0, i));
-        return powers;
-    }();
-    return table[std::size_t(n + mostpower)];
+    return powersoften[std::size_t(n + mostpower)];
 }
 
 // The power of ten of the first digit; size: no less than 1e-290.
@@ -108,7 +109,24 @@ numbercolumn::numbercolumn(double largest) {
     factor = poweroften(decimals);
 }
 
+// No branches: the numbers of a column pass 1, 10, 100 and 0 where nobody foresees it.
+char* numbercolumn::writeplain(char* p, long multiple) const {
+    *p = '-';
+    p += multiple < 0;
+    const std::uint64_t text = charactersof(static_cast<std::uint64_t>(std::labs(multiple)));
+    const std::uint64_t zeros = text ^ allzeros;
+    const int lead = std::min(std::countr_zero(zeros) / 8, mostdigits - 1 - decimals);
+    const int places = decimals - std::min(std::countl_zero(zeros) / 8, decimals);
+    const int before = mostdigits - decimals - lead;
+    const std::uint64_t digits = text >> 8 * lead;
+    store(p, digits);
+    p[before] = '.';
+    store(p + before + 1, digits >> 4 * before >> 4 * before);  // before may be 8
+    return p + before + places + (places > 0);
+}
+
 char* numbercolumn::writemultiple(char* p, long multiple) const {
+    if (decimals >= 0 && decimals < mostdigits) return writeplain(p, multiple);
     *p = multiple < 0 ? '-' : '0';
     if (multiple == 0) return p + 1;
     p += multiple < 0;
@@ -125,14 +143,7 @@ char* numbercolumn::writemultiple(char* p, long multiple) const {
         p[count] = 'E';
         return writenumber(p + count + 1, long(-places));
     }
-    if (before <= 0) {
-        std::memcpy(p, "0.0000000000", 2 + mostplaces);
-        store(p + 2 - before, text);
-        return p + 2 - before + count;
-    }
-    store(p, text);
-    if (places == 0) return p + before;
-    p[before] = '.';
-    store(p + before + 1, text >> (8 * before));
-    return p + count + 1;
+    std::memcpy(p, "0.0000000000", 2 + mostplaces);
+    store(p + 2 - before, text);
+    return p + 2 - before + count;
 }

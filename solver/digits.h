@@ -38,6 +38,7 @@ class numbercolumn {
         return whole + (rest >= 0.5) - (rest <= -0.5);
     }
     char* writemultiple(char* p, long multiple) const;
+    char* writeplain(char* p, long multiple) const;
     int decimals = 0;
     double factor = 0;
 };

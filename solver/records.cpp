@@ -25,12 +25,15 @@ static bool isplanestrain(const element& e) {
 
 facestress facestressof(const element& e, const mat3& axes, const double* corner) {
     facestress s;
-    mat3 membrane, bending;
-    membrane << corner[0], corner[2], 0, corner[2], corner[1], 0, 0, 0, 0;
-    bending << corner[3], corner[5], 0, corner[5], corner[4], 0, 0, 0, 0;
-    if (isplanestrain(e)) membrane(2, 2) = e.field(fieldpoisson) * (corner[0] + corner[1]);
-    s.membrane = axes.transpose() * membrane * axes;
-    s.bending = axes.transpose() * bending * axes;
+    mat2 membrane, bending;
+    membrane << corner[0], corner[2], corner[2], corner[1];
+    bending << corner[3], corner[5], corner[5], corner[4];
+    const auto inplane = axes.topRows<2>();
+    s.membrane = inplane.transpose() * membrane * inplane;
+    s.bending = inplane.transpose() * bending * inplane;
+    if (isplanestrain(e))
+        s.membrane +=
+            e.field(fieldpoisson) * membrane.trace() * axes.row(2).transpose() * axes.row(2);
     return s;
 }
 

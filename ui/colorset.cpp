@@ -203,8 +203,9 @@ class symbolsdialog : public QDialog {
         for (int k = 0; k < 4; ++k) grid->addWidget(new QLabel(headings[k], this), 0, k);
         for (int i = 0; i < 3; ++i) {
             names[i] = new QLineEdit(qtext(symbolname(i)), this);
+            names[i]->setMinimumWidth(
+                fontMetrics().horizontalAdvance("Translation Spring symbol 0"));
             names[i]->setObjectName(QString("Text1(%1)").arg(i));
-            names[i]->setMinimumWidth(200);
             grid->addWidget(names[i], i + 1, 0);
             addpicture(grid, i, false);
             addpicture(grid, i, true);

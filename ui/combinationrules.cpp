@@ -36,6 +36,7 @@ class rulesdialog : public QDialog {
         table->setMinimumSize(520, 220);
         rows->addWidget(table, 1);
         for (int r = 0; r < nlc(); ++r) fillrow(r);
+        widentable(table);
         buildlimit(rows);
         message = newmessageline("message", this, rows);
         auto* const foot = new QHBoxLayout;

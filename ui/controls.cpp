@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QStringListModel>
 #include <QTableView>
 
@@ -102,6 +104,21 @@ static QString textof(const QTableView* table) {
         lines << cells.join('\t');
     }
     return lines.join('\n') + '\n';
+}
+
+void widentable(QTableView* table) {
+    QHeaderView* const head = table->horizontalHeader();
+    const QAbstractItemView* const cells = table;
+    int wide = 2 * table->frameWidth() + table->verticalScrollBar()->sizeHint().width();
+    if (!table->verticalHeader()->isHidden()) wide += table->verticalHeader()->sizeHint().width();
+    for (int c = 0; c < head->count(); ++c) {
+        const int column = std::max(head->sectionSizeHint(c), cells->sizeHintForColumn(c));
+        if (head->sectionResizeMode(c) == QHeaderView::Interactive)
+            table->setColumnWidth(c, column);
+        wide += column;
+    }
+    const int most = 2 * table->screen()->availableSize().width() / 3;
+    table->setMinimumWidth(std::max(table->minimumWidth(), std::min(wide, most)));
 }
 
 void addcopytable(const QTableView* table, QWidget* parent, QBoxLayout* row) {

@@ -73,6 +73,7 @@ class cutwindow : public sidedialog {
         table->verticalHeader()->hide();
         table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
         table->setMinimumHeight(120);
+        widentable(table);
         all->addWidget(table, 1);
         message = newmessageline("message", this, all);
         buildbuttons(all);

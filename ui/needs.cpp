@@ -98,6 +98,7 @@ class needsdialog : public QDialog {
     void add(QGridLayout* grid, const need& n, int row) {
         auto* const text = new QLabel(qtext(n.text), this);
         text->setTextFormat(Qt::PlainText);
+        text->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
         text->setWordWrap(true);
         text->setMinimumWidth(320);
         grid->addWidget(text, row, 0);

@@ -102,6 +102,7 @@ class sourcedialog : public sidedialog {
         table->setHorizontalHeaderLabels({"Of", "Value", "Place", "Governed by"});
         table->setEditTriggers(QAbstractItemView::NoEditTriggers);
         table->setMinimumSize(420, 150);
+        widentable(table);
         rows->addWidget(table, 1);
     }
     void changed() {

@@ -40,6 +40,7 @@ class tablesdialog : public QDialog {
                        const std::vector<std::string>& entries, int chosen) {
         auto* const list = new QComboBox(this);
         list->setObjectName(name);
+        list->setMinimumWidth(fontMetrics().averageCharWidth() * 24);
         showlist(list, entries, chosen);
         fields->addRow(caption, list);
         return list;

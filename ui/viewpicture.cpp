@@ -64,6 +64,8 @@ class picturedialog : public QDialog {
   public:
     picturedialog() : QDialog(themainwindow), form(openpicture()) {
         setWindowTitle("Picture of the views");
+        setMinimumWidth(fontMetrics().averageCharWidth() *
+                        50);  // the frame's buttons stand beside it
         auto* const rows = new QVBoxLayout(this);
         auto* const file = new QLabel(qtext(form.path), this);
         file->setWordWrap(true);

@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QTreeWidget>
@@ -180,6 +181,9 @@ TEST(Manual, HelpWindowOpensEveryTopic) {
     QDialog* const help = helpwindownow();
     ASSERT_TRUE(help);
     auto* const text = help->findChild<QTextBrowser*>("text");
+    help->resize(1000, 720);
+    QApplication::processEvents();
+    EXPECT_EQ(text->horizontalScrollBar()->maximum(), 0);
     const std::set<QString> anchors = anchorsof(*text->document());
     for (const QString& id : allof(manual(), " id=\"([^\"]+)\""))
         EXPECT_TRUE(anchors.contains(id)) << id.toStdString();

@@ -71,6 +71,7 @@ class balancewindow : public sidedialog {
                                           .arg(b.cases.size()));
         table->setRowCount(int(page.size()));
         for (int r = 0; r < int(page.size()); ++r) fillrow(r, page[std::size_t(r)]);
+        table->resizeColumnsToContents();
         widentable(table);
     }
     void fillrow(int r, const balancerow& row) {

@@ -112,9 +112,11 @@ void widentable(QTableView* table) {
     int wide = 2 * table->frameWidth() + table->verticalScrollBar()->sizeHint().width();
     if (!table->verticalHeader()->isHidden()) wide += table->verticalHeader()->sizeHint().width();
     for (int c = 0; c < head->count(); ++c) {
-        const int column = std::max(head->sectionSizeHint(c), cells->sizeHintForColumn(c));
-        if (head->sectionResizeMode(c) == QHeaderView::Interactive)
+        int column = std::max(head->sectionSizeHint(c), cells->sizeHintForColumn(c));
+        if (head->sectionResizeMode(c) == QHeaderView::Interactive) {
+            column = std::max(column, table->columnWidth(c));
             table->setColumnWidth(c, column);
+        }
         wide += column;
     }
     const int most = 2 * table->screen()->availableSize().width() / 3;

@@ -189,15 +189,16 @@ static QString beginfolder() {
     return QFileInfo(last).isDir() ? last : QDir::homePath();
 }
 
-static void addexamples(QFileDialog& dialog) {
-    const QUrl examples = QUrl::fromLocalFile(qtext(examplesfolder()));
+// The toolkit keeps the side bar for all programs: folders that are gone, and examples of another
+// time, leave it.
+static void fillsidebar(QFileDialog& dialog, bool withexamples) {
     QList<QUrl> places = dialog.sidebarUrls();
-    // The toolkit keeps them for all programs: examples of a folder that was another time's go.
-    places.removeIf([&](const QUrl& place) {
+    places.removeIf([](const QUrl& place) {
         const QFileInfo folder(place.toLocalFile());
-        return folder.fileName() == "examples" || (place.isLocalFile() && !folder.exists());
+        return place.isLocalFile() && (folder.fileName() == "examples" || !folder.exists());
     });
-    if (!examples.isEmpty()) places << examples;
+    const QUrl examples = QUrl::fromLocalFile(qtext(examplesfolder()));
+    if (withexamples && !examples.isEmpty()) places << examples;
     dialog.setSidebarUrls(places);
 }
 
@@ -231,7 +232,7 @@ filechoice qtplatform::chosenfile(const filebox& box) {
     const keptwindow back;
     QFileDialog dialog(themainwindow, qtext(box.title), beginfolder());
     dialog.setOption(QFileDialog::DontUseNativeDialog);  // others have no side bar to fill
-    if (!box.saving) addexamples(dialog);
+    fillsidebar(dialog, !box.saving);
     const QStringList filters = filtersof(box.filter);
     dialog.setNameFilters(filters);
     if (box.filterindex >= 1 && box.filterindex <= filters.size())

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <vector>
 
 #include "core/catalogue.h"
 #include "core/model.h"
@@ -39,16 +40,20 @@ struct extent {
 
 // What a fit shows of a view, point by point, in model units.
 
+// Each node once, however many elements meet there.
 template <typename Visit>
 static void eachelementpoint(int nview, Visit visit) {
+    std::vector<bool> used(std::size_t(nnodes()) + 1, false);
     for (int e = 1; e <= nelems(); ++e) {
         if (elems(e, 0) == 0) continue;
         if (viewgroup(nview) != 0 && egroup(e) != viewgroup(nview)) continue;
         const int elnn = nodesoftype(elems(e, 0));
-        for (int k = 1; k <= elnn; ++k) {
-            const auto at = nodes.row(0, long(elems(e, k)));
-            visit(at[0], at[1], at[2]);
-        }
+        for (int k = 1; k <= elnn; ++k) used[std::size_t(elems(e, k))] = true;
+    }
+    for (int n = 1; n <= nnodes(); ++n) {
+        if (!used[std::size_t(n)]) continue;
+        const auto at = nodes.row(0, n);
+        visit(at[0], at[1], at[2]);
     }
 }
 
@@ -91,6 +96,22 @@ static void eachpoint(int nview, Visit given) {
 static extent boxof(int nview) {
     extent box;
     eachpoint(nview, [&](double x, double y, double z) { box.include(x, y, z); });
+    return box;
+}
+
+using points = std::vector<std::array<float, 3>>;
+
+static points pointsof(int nview) {
+    points all;
+    eachpoint(nview, [&](double x, double y, double z) {
+        all.push_back({float(x), float(y), float(z)});
+    });
+    return all;
+}
+
+static extent boxof(const points& all) {
+    extent box;
+    for (const auto& at : all) box.include(at[0], at[1], at[2]);
     return box;
 }
 
@@ -184,26 +205,26 @@ static extent outline(int nview, const extent& model) {
 // Scale and view point so that the projected model fills the view, with its symbols, whose size is
 // that of the screen. With perspective both change the picture's shape a little: a few rounds
 // settle it.
-static void frame(int nview) {
+static void frame(int nview, const points& all) {
     const double roomu = vieww / scalex, roomv = viewh / scaley;
     for (int round = 0; round < 3; ++round) {
         const double scale = viewscale(nview);
         extent model;
         const camera c = cameraof(nview);
-        eachpoint(nview, [&](double x, double y, double z) {
+        for (const auto& [x, y, z] : all) {
             const placedpoint p =
                 project(c, {float(scale * x), float(scale * y), float(scale * z)});
             model.include(p.u, p.v, 0);
-        });
-        const extent all = outline(nview, model);
+        }
+        const extent whole = outline(nview, model);
         const double du = model.size(0), dv = model.size(1);
         // Not finite for a single point.
         const double factor =
-            std::min((roomu - (all.size(0) - du)) / du, (roomv - (all.size(1) - dv)) / dv);
+            std::min((roomu - (whole.size(0) - du)) / du, (roomv - (whole.size(1) - dv)) / dv);
         if (!std::isfinite(factor) || !(factor > 0) || !(scale > 0)) return;
         // Where the middle of the whole comes to lie, once the model has its new scale.
         const auto middle = [&](int k) {
-            return (model.middle(k) + (all.middle(k) - model.middle(k)) / factor) / scale;
+            return (model.middle(k) + (whole.middle(k) - model.middle(k)) / factor) / scale;
         };
         const double u = middle(0), v = middle(1);
         viewptx(nview) = float(viewptx(nview) - c.sinh * u - c.coshsinv * v);
@@ -223,7 +244,7 @@ static void fitsquare(int nview) {
     viewscale(nview) = room > 0 ? float(room / side) : 1.0f;
 }
 
-static void fit(int nview, const extent& box, bool whole) {
+static void fit(int nview, const points& all, bool whole) {
     using place = std::array<float, 6>;
     static std::array<place, nviews + 1> framed;  // what frame came to, and for which angles
     const auto placeof = [nview] {
@@ -232,24 +253,24 @@ static void fit(int nview, const extent& box, bool whole) {
     };
     const keptpoint kept;
     const place before = placeof();
-    autoscale(nview, box);
-    if (!box.any) return fitsquare(nview);
+    autoscale(nview, boxof(all));
+    if (all.empty()) return fitsquare(nview);
     place& last = framed[std::size_t(nview)];
     if (!whole && before != placeof() && before != last) return;
-    frame(nview);
+    frame(nview, all);
     last = placeof();
 }
 
 void fit(int nview) {
-    fit(nview, boxof(nview), false);
+    fit(nview, pointsof(nview), false);
 }
 
-// Views of the same group share a box: one pass over the model does for them.
+// Views of the same group share their points: one pass over the model does for them.
 void fitall(bool whole) {
-    std::map<int, extent> boxes;
+    std::map<int, points> ofgroups;
     for (int v = 1; v <= nviews; ++v) {
-        const auto [at, isnew] = boxes.try_emplace(int(viewgroup(v)));
-        if (isnew) at->second = boxof(v);
+        const auto [at, isnew] = ofgroups.try_emplace(int(viewgroup(v)));
+        if (isnew) at->second = pointsof(v);
         fit(v, at->second, whole);
     }
 }

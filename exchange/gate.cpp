@@ -419,6 +419,7 @@ static reply admitasnew(imported& found, const std::string& path, const places& 
     commentvisible = false;
     const double shortest = closededge(found);
     keepreport(std::move(found.report));
+    found = {};  // all of it stands in the model now, and merges need room
     releasepasted(lastreport(), shortest);
     addready();
     noteforeign(path);

@@ -124,9 +124,9 @@ class plyreader {
     }
 
   private:
-    struct polygon {
+    struct polygon {                      // of a face before the vertices are known
         std::size_t first = 0, size = 0;  // corners in `corners`
-        long line = 0, number = 0;
+        long number = 0;
     };
 
     void readall(const plyelement& element) {
@@ -204,16 +204,20 @@ class plyreader {
             list = std::max(element.find("vertex_indices"), element.find("vertex_index"));
             if (list < 0 || !element.properties[std::size_t(list)].islist)
                 words.fail("the faces have no list \"vertex_indices\"");
-            faces.reserve(std::size_t(std::min(element.count, mostreserved)));
+            found.elements.reserve(std::size_t(std::min(element.count, mostreserved)));
         }
+        polygon face{corners.size(), 0, item};
         for (int i = 0; i < int(element.properties.size()); ++i) {
             if (i != list) {
                 skip(element.properties[std::size_t(i)]);
                 continue;
             }
-            faces.push_back({corners.size(), std::size_t(listcount()), 0, item});
-            for (std::size_t c = 0; c < faces.back().size; ++c) corners.push_back(index());
+            face.size = std::size_t(listcount());
+            for (std::size_t c = 0; c < face.size; ++c) corners.push_back(index());
         }
+        if (found.nodes.empty()) return faces.push_back(face);
+        buildface(face);
+        corners.resize(face.first);
     }
 
     void readedge(const plyelement& element) {

@@ -97,6 +97,30 @@ TEST(Verification, StripBentInItsPlane) {
         }
 }
 
+// The mean at an edge's node where it bends evenly, of triangles that pair to rectangles.
+TEST(Verification, StressOfTrianglesInBending) {
+    for (const auto& [poisson, length, ny] :
+         {std::tuple(0.1, 1.0, 1), {0.3, 1.0, 1}, {0.3, 3.0, 1}, {0.3, 1.0, 4}, {0.45, 1.0, 2}}) {
+        build b;
+        b.m.twod = true;
+        const int nx = 10 * ny;
+        const grid at = b.mesh(typeshell3, b.plate(1e4, poisson, 1), nx, ny,
+                               [&](double r, double s) { return vec3(10 * length * r, s, 0); });
+        b.fix(at.left(), {1, 6}), b.fix(at.number(0, 0), {2});
+        const double width = 1.0 / ny;
+        for (int j = 0; j < ny; ++j) {  // traction from -1 to 1
+            const double low = 2 * width * j - 1, high = low + 2 * width;
+            b.load(1, at.number(nx, j), 1, width * (2 * low + high) / 6);
+            b.load(1, at.number(nx, j + 1), 1, width * (low + 2 * high) / 6);
+        }
+        char name[80];
+        std::snprintf(name, sizeof name, "Strip of triangles %g : 1, nu %g, stress at its edge",
+                      length, poisson);
+        prove({"membrane", name, meshname(typeshell3, nx, ny), "closed", 0, -1,
+               meanat(b, solvebalanced(b), at.number(nx / 2, 0), 0), 0.04});
+    }
+}
+
 // Lame: ring of radii 1 and 2 in plane stress under pressure 1 from inside.
 TEST(Verification, RingUnderPressureFromInside) {
     const double modulus = 1000, poisson = 0.3, inner = 1, outer = 2, right = M_PI / 2;

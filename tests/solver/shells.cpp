@@ -3,7 +3,6 @@
 // docs/verification.md.
 #include <cmath>
 
-#include "solver/records.h"
 #include "tests/solver/verify.h"
 
 using grid = build::grid;
@@ -392,25 +391,6 @@ TEST(Verification, PinchedCylinder) {
 
 // --- NAFEMS -------------------------------------------------------------------------------------
 
-// Mean of the corner stresses at node n over the elements that share it: value by index.
-static double meanat(const build& b, const results& r, int n, int value) {
-    double sum = 0;
-    int count = 0;
-    for (std::size_t i = 0; i < r.plates.elements.size(); ++i) {
-        const element e = elementat(b.m, b.s, r.plates.elements[i]);
-        for (int c = 0; c < e.nodes; ++c) {
-            if (e.node[c] != n) continue;
-            double record[recordvalues];
-            const mat3 axes = stressaxes(e);
-            const double* const corner = r.plates.of(1, r.plates.first[i] + c);
-            globalrecord(recordplaneof(e, axes), facestressof(e, axes, corner), record);
-            sum += record[value];
-            ++count;
-        }
-    }
-    return sum / count;
-}
-
 // Quarter of an elliptic plate with an elliptic hole under outward pressure at its outer edge.
 TEST(Verification, EllipticMembraneLE1) {
     for (const int type : {typememb4, typeshell4, typeshell3})
@@ -505,6 +485,6 @@ TEST(Verification, SectionLE5) {
         b.spread(1, {tip.end() - k - 1, tip.end()}, 2, 0.6);
         const results r = solvebalanced(b);
         row("N", "LE5 Z section, stress x at A", meshname(type, nx, ny), 108, 110.9,
-            std::fabs(meanat(b, r, at.number(nx / 4, 0), 0)), type == typeshell4 ? 0.02 : 0.14 / k);
+            std::fabs(meanat(b, r, at.number(nx / 4, 0), 0)), type == typeshell4 ? 0.02 : 0.08 / k);
     }
 }

@@ -12,6 +12,7 @@
 #include <sstream>
 
 #include "core/textfile.h"
+#include "solver/records.h"
 
 static const char* const pagepath = KALVANE_SOURCE_DIR "/docs/verification.md";
 static const char* const newpath = KALVANE_SOURCE_DIR "/docs/verification.md.out";
@@ -126,6 +127,24 @@ void provequadratic(const std::vector<double>& values, double truth) {
 
 void expectwords(const std::string& said, std::initializer_list<const char*> words) {
     for (const char* word : words) EXPECT_NE(said.find(word), said.npos) << word << " in: " << said;
+}
+
+double meanat(const build& b, const results& r, int n, int value) {
+    double sum = 0;
+    int count = 0;
+    for (std::size_t i = 0; i < r.plates.elements.size(); ++i) {
+        const element e = elementat(b.m, b.s, r.plates.elements[i]);
+        for (int c = 0; c < e.nodes; ++c) {
+            if (e.node[c] != n) continue;
+            double record[recordvalues];
+            const mat3 axes = stressaxes(e);
+            const double* const corner = r.plates.of(1, r.plates.first[i] + c);
+            globalrecord(recordplaneof(e, axes), facestressof(e, axes, corner), record);
+            sum += record[value];
+            ++count;
+        }
+    }
+    return sum / count;
 }
 
 std::string meshname(int type, int nx, int ny) {

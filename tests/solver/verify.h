@@ -37,5 +37,9 @@ void provequadratic(const std::vector<double>& values, double truth);
 // All words stand in a message.
 void expectwords(const std::string& said, std::initializer_list<const char*> words);
 
+// Mean of the corner stresses at node n over the elements that share it: value of their global
+// records by index.
+double meanat(const build& b, const results& r, int n, int value);
+
 // "SHELL4 8 x 8"
 std::string meshname(int type, int nx, int ny);

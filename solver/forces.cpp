@@ -98,23 +98,26 @@ void addforces(const model& m, const settings& s, const dofmap& d, const displac
                const std::vector<int>& elements, std::vector<double>& force) {
     const int batch = 2048;
     if (!allranks().first()) std::fill(force.begin(), force.end(), 0.0);
-    std::vector<elcases> forces(std::min<std::size_t>(batch, elements.size()));
+    const std::size_t most = std::min<std::size_t>(batch, elements.size());
+    std::vector<elcases> forces(most);
+    std::vector<elementdofs> dofs(most);
     for (std::size_t begin = 0; begin < elements.size(); begin += batch) {
-        const int count = int(std::min<std::size_t>(batch, elements.size() - begin));
-        parallelpieces(count, 32, [&](int first, int last, int) {
-            for (int i = first; i < last; ++i)
-                elementforces(m, s, d, u, elements[begin + std::size_t(i)], forces[std::size_t(i)]);
-        });
-        for (int i = 0; i < count; ++i) {
-            const int number = elements[begin + std::size_t(i)];
-            const elementdofs dofs = dofsof(d, m.elements[std::size_t(number)]);
-            for (int a = 0; a < dofs.count; ++a) {
-                if (dofs.index[a] < 0) continue;
-                for (int c = 0; c < u.cases; ++c)
-                    force[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])] +=
-                        forces[std::size_t(i)](a, c);
+        const auto count = std::min<std::size_t>(batch, elements.size() - begin);
+        parallelpieces(int(count), 32, [&](int first, int last, int) {
+            for (auto i = std::size_t(first); i < std::size_t(last); ++i) {
+                const int number = elements[begin + i];
+                dofs[i] = dofsof(d, m.elements[std::size_t(number)]);
+                elementforces(m, s, d, u, number, forces[i]);
             }
-        }
+        });
+        parallelpieces(u.cases, 1, [&](int first, int last, int) {
+            for (int c = first; c < last; ++c) {
+                double* const to = force.data() + std::size_t(c) * d.equation.size();
+                for (std::size_t i = 0; i < count; ++i)
+                    for (int a = 0; a < dofs[i].count; ++a)
+                        if (dofs[i].index[a] >= 0) to[dofs[i].index[a]] += forces[i](a, c);
+            }
+        });
     }
     allranks().sum(force.data(), std::int64_t(force.size()));
 }

@@ -111,25 +111,27 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
     r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
     r.reaction = r.load;
     r.least.assign(r.load.size(), 0);
-    for (int lc = 1; lc <= u.cases; ++lc) {
-        const double* const load = applied.data() + std::size_t(lc - 1) * dofs;
-        double* const rest = unbalanced.data() + std::size_t(lc - 1) * dofs;
-        double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
-        for (std::size_t i = 0; i < dofs; ++i) {
-            const std::size_t node = i / std::size_t(d.pernode) + 1;
-            rest[i] = supported[node] ? rest[i] - load[i] : 0;
-            if (d.prescribed[i]) force[i] = rest[i];
+    parallelpieces(u.cases, 1, [&](int first, int last, int) {
+        for (auto c = std::size_t(first); c < std::size_t(last); ++c) {
+            const double* const load = applied.data() + c * dofs;
+            double* const rest = unbalanced.data() + c * dofs;
+            double* const force = r.force.data() + c * dofs;
+            for (std::size_t i = 0; i < dofs; ++i) {
+                const std::size_t node = i / std::size_t(d.pernode) + 1;
+                rest[i] = supported[node] ? rest[i] - load[i] : 0;
+                if (d.prescribed[i]) force[i] = rest[i];
+            }
+            for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
+            r.load[c + 1] = resultant(m, d, load, r.least[c + 1]);
         }
-        for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
-        r.load[std::size_t(lc)] = resultant(m, d, load, r.least[std::size_t(lc)]);
-        log.progress("reactions", int(100.0 * lc / u.cases));
-    }
+    });
+    log.progress("reactions", 100);
     measurerounding(m, s, d, u, elements, r.least);
     addgroundsprings(m, s, d, u, r.force);
-    for (int lc = 1; lc <= u.cases; ++lc) {
-        const double* const force = r.force.data() + std::size_t(lc - 1) * dofs;
-        r.reaction[std::size_t(lc)] = resultant(m, d, force, r.least[std::size_t(lc)]);
-    }
+    parallelpieces(u.cases, 1, [&](int first, int last, int) {
+        for (auto c = std::size_t(first); c < std::size_t(last); ++c)
+            r.reaction[c + 1] = resultant(m, d, r.force.data() + c * dofs, r.least[c + 1]);
+    });
     return r;
 }
 

@@ -18,6 +18,7 @@
 #include "core/numtext.h"
 #include "core/session.h"
 #include "core/textfile.h"
+#include "core/units.h"
 #include "exchange/leftout.h"
 #include "post/components.h"
 #include "post/keptdisplay.h"
@@ -87,33 +88,41 @@ class vtuwriter {
                     points.push_back(int(elems(e, k)));
     }
     template <typename T, typename Value>
-    void pointvalues(const char* type, const std::string& name, int components, Value value) {
+    void pointvalues(const char* type, const std::string& name, int components, Value value,
+                     const char* formula = "") {
         std::vector<T> values;
         values.reserve(points.size() * std::size_t(components));
         for (const int n : points)
             for (int k = 0; k < components; ++k) values.push_back(value(n, k));
-        array(type, name, components, values);
+        array(type, name, components, values, formula);
     }
 
     // The header of an array, and its packed values to those that go behind the grid.
     template <typename T>
     void array(const char* type, const std::string& name, int components,
-               const std::vector<T>& values) {
-        out.raw(headerof(type, name, components, values));
+               const std::vector<T>& values, const char* formula = "") {
+        out.raw(headerof(type, name, components, values, formula));
     }
     template <typename T>
     std::string headerof(const char* type, const std::string& name, int components,
-                         const std::vector<T>& values) {
+                         const std::vector<T>& values, const char* formula) {
         const std::string header = "<DataArray type=\"" + std::string(type) + "\" Name=\"" +
                                    escaped(name) + "\" NumberOfComponents=\"" +
                                    numbertext(components) + "\" format=\"appended\" offset=\"" +
-                                   numbertext(long(offset)) + "\"/>\n";
+                                   numbertext(long(offset)) + "\">" + labelof(formula) +
+                                   "</DataArray>\n";
         const std::string block = packed(reinterpret_cast<const unsigned char*>(values.data()),
                                          values.size() * sizeof(T));
         if (std::fwrite(block.data(), 1, block.size(), blocks.get()) != block.size())
             throw runtimeerror{errdiskfull, "There is no room for work files"};
         offset += block.size();
         return header;
+    }
+    // The unit as the viewer shows it beside the name; none where the model does not say its units.
+    static std::string labelof(const char* formula) {
+        if (*formula == '\0' || unitstext.empty() || modelunits().length.empty()) return "";
+        return "<InformationKey name=\"UNITS_LABEL\" location=\"vtkDataArray\">" +
+               unitname(formula) + "</InformationKey>";
     }
     void copyblocks() {
         std::rewind(blocks.get());
@@ -189,7 +198,7 @@ class vtuwriter {
         for (int c = 1; stands(".rvp") && c <= ncomb(); ++c) {
             if (only != 0 && only != c) continue;
             curlcomb = c;
-            if (readdisp()) shape("Displacement" + named(c));
+            if (readdisp()) shape("Displacement" + named(c), "L");
             stresses(c);
         }
         int modes = stands(".EIG") && only == 0 ? 1 : 0;
@@ -197,12 +206,13 @@ class vtuwriter {
             curlcomb = m;
             if (!readmode()) break;
             modes = modecount;
-            shape("Mode " + numbertext(m) + ", " + roughly(frequencyof(modevalue)) + " Hz");
+            shape("Mode " + numbertext(m) + ", " + roughly(frequencyof(modevalue)) + " Hz", "");
         }
     }
     std::string named(int c) const { return only == 0 ? " " + lcombname(c) : std::string(); }
-    void shape(const std::string& name) {
-        pointvalues<float>("Float32", name, 3, [](int n, int k) { return nodes(1, n, k); });
+    void shape(const std::string& name, const char* formula) {
+        pointvalues<float>(
+            "Float32", name, 3, [](int n, int k) { return nodes(1, n, k); }, formula);
         report.read(name);
     }
 
@@ -235,7 +245,7 @@ class vtuwriter {
             for (const int e : cells)
                 for (int k = 1; k <= nodesoftype(elems(e, 0)); ++k)
                     values.push_back(k <= stresscorners ? float(elemstress(s, e, k)) : 0);
-            array("Float32", stresssymbols[s - 1] + named(c), 1, values);
+            array("Float32", stresssymbols[s - 1] + named(c), 1, values, "F/L^2");
         }
     }
     void cellstresses(int c) {
@@ -247,7 +257,7 @@ class vtuwriter {
                     values.push_back(float(elemstress(s, e, k)));
             cornerstresses +=
                 headerof("Float32", stresssymbols[s - 1] + std::string(" by corner") + named(c),
-                         stresscorners, values);
+                         stresscorners, values, "F/L^2");
         }
     }
     // The means at a node differ where its elements do not continue one surface: of those the mean.
@@ -265,7 +275,7 @@ class vtuwriter {
                 }
             for (std::size_t n = 1; n <= sum.size(); ++n)
                 if (count[n] > 0) sum[n - 1] /= float(count[n]);
-            array("Float32", stresssymbols[s - 1] + named(c), 1, sum);
+            array("Float32", stresssymbols[s - 1] + named(c), 1, sum, "F/L^2");
         }
     }
 

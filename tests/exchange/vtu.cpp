@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "core/journal.h"
+#include "core/units.h"
 #include "post/postproces.h"
 #include "tests/post/plotroom.h"
 
@@ -84,10 +85,15 @@ TEST(Vtu, HoldsTheModelAndEveryResult) {
               (std::vector<std::int32_t>{1, 2, 5, 4, 2, 3, 6, 5, 1, 6}));
     EXPECT_EQ(arrayof<std::int32_t>(corners, "connectivity").at(9), 9);
     EXPECT_EQ(arrayof<float>(corners, "Displacement Wind").at(13), 4) << "node 2 once more";
+    EXPECT_EQ(corners.find("UNITS_LABEL"), corners.npos) << "the model says none";
+    unitstext = "m kN t";
     writepvd(room.file("d.pvd"), report);
+    unitstext.clear();
     EXPECT_NE(contentof(room.file("d.pvd")).find("timestep=\"2\" part=\"0\" name=\"Snow &amp; "),
               std::string::npos);
     const std::string second = contentof(room.file("d_2.vtu"));
     EXPECT_EQ(arrayof<float>(second, "Displacement").at(3), -6);
+    for (const char* const unit : {">m</InformationKey>", ">kN/m2</InformationKey>"})
+        EXPECT_NE(second.find(unit), second.npos) << unit;
     EXPECT_EQ(arrayof<float>(second, "Sx by corner").at(7), -16);
 }

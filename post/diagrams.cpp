@@ -107,6 +107,16 @@ void preparediagrams() {
     ranges[1] = rangeof(diagram.quantity, members);
 }
 
+void startdiagram() {
+    const memberquantity before = diagram.quantity;
+    diagramshown = true;
+    for (const memberquantity q : {before, memMz, memMy, memN, before}) {
+        diagram.quantity = q;
+        preparediagrams();
+        if (ranges[0].size() > 0 && !ranges[0].isnoise()) return;
+    }
+}
+
 // The value that is drawn longest in a view.
 static double sizein(int nview) {
     const bool both = hassecond() && second.commonscale && nview <= 2;

@@ -23,6 +23,8 @@ void preparediagrams();
 std::string diagramnote();  // what is missing
 // Layer of the diagrams of a view.
 void drawdiagrams(int nview);
+// On, of the quantity last chosen or, where that is nothing but rounding, of a moment or force.
+void startdiagram();
 const memberrange& diagramrange();  // of the members on show
 std::string diagramtext(
     int nview = 1);  // "Mz, Moment about e3: 12.5 in element 3 to -7 in element 9"

@@ -39,7 +39,7 @@ class diagramdialog : public sidedialog {
                 &QDialog::accept);
         rows->addLayout(foot);
         if (!diagramshown) {
-            diagramshown = true;
+            startdiagram();
             changed();
         }
         showform();

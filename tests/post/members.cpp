@@ -209,6 +209,8 @@ TEST(Diagrams, RoundingIsNotDrawn) {
         const bool isrounding = mz < 1e-9;
         EXPECT_EQ(room.platform.views[0].operations.empty(), isrounding);
         EXPECT_EQ(diagramtext().ends_with("nothing but rounding"), isrounding) << diagramtext();
+        startdiagram();
+        EXPECT_EQ(diagram.quantity, isrounding ? memMy : memMz) << "one that there is";
         diagramshown = false;
     }
 }

@@ -2,6 +2,7 @@
 // Units of foreign files beside those of the model.
 #include "exchange/importunits.h"
 
+#include "core/journal.h"
 #include "exchange/deck.h"
 #include "exchange/mosesexport.h"
 #include "tests/exchange/samples.h"
@@ -75,8 +76,12 @@ TEST(ImportUnits, AFileThatTellsItsUnitsIsTurnedIntoTheModels) {
         exchangeroom room;
         unitstext = c.units;
         if (!c.isempty) addnode(0, 0, 0);
+        startjournal();
         writefile(room.file("a.dat"), text);
-        ASSERT_EQ(room.import(room.file("a.dat")), reply::done);
+        {
+            const step s("Import");
+            ASSERT_EQ(room.import(room.file("a.dat")), reply::done);
+        }
         EXPECT_EQ(unitstext, c.isempty ? "m kN t" : c.units);
         EXPECT_NE(nodeat(3 * c.metre, 0, 2 * c.metre), 0);
         const double area = M_PI / 4 * (0.25 - 0.2116) * c.area;
@@ -89,5 +94,8 @@ TEST(ImportUnits, AFileThatTellsItsUnitsIsTurnedIntoTheModels) {
         importreport report;  // a text in metres again
         exportmoses(room.file("b.ppo"), 1, report);
         EXPECT_NE(contentof(room.file("b.ppo")).find("3.000*%xfac"), std::string::npos) << c.units;
+        stepback();
+        EXPECT_EQ(unitstext, c.units) << "one step takes all of it away";
+        EXPECT_EQ(groups(1, fieldmodulus), 210000);
     }
 }

@@ -85,14 +85,13 @@ static void fromconsistent(imported& found, const unitset& model) {
             c.parameters[accvalue] = roundedto(c.parameters[accvalue] * acceleration, digits);
             ++accelerations;
         }
-    const std::string times = " times ";
     if (mass != 1 && densities > 0)
-        found.report.changed("Densities and masses turned to the model's unit," + times +
+        found.report.changed("Densities and masses turned to the model's unit, times " +
                                  numbertext(roundedto(mass, digits)),
                              densities);
     if (acceleration != 1 && accelerations > 0)
         found.report.changed(
-            "Accelerations turned to metres," + times + numbertext(roundedto(acceleration, digits)),
+            "Accelerations turned to metres, times " + numbertext(roundedto(acceleration, digits)),
             accelerations);
 }
 

@@ -107,7 +107,7 @@ static void benchwire(imageplatform& platform) {
             for (std::size_t v = 0; v < images.size(); ++v) plainpass(images[v], prepared[v]);
         };
         const char* const views = single ? "one view" : "four views";
-        const int runs = single ? 3 : 1;
+        const int runs = single ? 2 : 1;
         printratio(std::string("wire redraw with nodes, ") + views, runs, 3, redrawall, plain);
         mnudrawlist(nodesdrawn).checked = false;
         printratio(std::string("wire redraw, ") + views, runs, 3, redrawall, plain);
@@ -123,7 +123,7 @@ static void benchhidden(imageplatform& platform) {
     mnudrawlist(hiddenline).checked = true;
     const auto plain = [&] { plainpolygons(image, list); };
     mnudrawlist(nodesdrawn).checked = false;
-    printratio("hidden line redraw, sort and shading", 3, 3, redrawall, plain);
+    printratio("hidden line redraw, sort and shading", 1, 3, redrawall, plain);
     // Seen straight from above many elements have one depth.
     setpreset(1, 1);
     for (int n = 1; n <= nnodes(); ++n) nodes(0, n, 2) = 0;
@@ -189,6 +189,8 @@ static void benchletgo() {
 // One element in a hundred on show, each with its number.
 static void benchlabels() {
     const double zoom = 10;
+    setoneview();
+    autoscale(1);
     viewscale(1) = float(zoom * viewscale(1));
     mnudrawlist(nodesdrawn).checked = false;
     const auto redraw = [] {
@@ -220,7 +222,7 @@ static void benchsymbols() {
     autoscale(1);
     const auto redraw = [] {
         redrawall();
-        return median({secondsof(redrawall), secondsof(redrawall), secondsof(redrawall)});
+        return secondsof(redrawall);
     };
     const double plain = redraw();
     symbolsdrawn.field = symbolsdrawn.values = true;
@@ -313,7 +315,7 @@ static double gmshredraw() {
                 std::puts("gmsh could not be run off screen");
         });
     };
-    const int few = 1, many = 4;
+    const int few = 1, many = 3;
     return (run(many) - run(few)) / (many - few);
 }
 

@@ -70,6 +70,7 @@ void runlog::tell(const told& words) {
 }
 
 void runlog::stage(const std::string& name) {
+    if (name == running) return;
     const auto now = std::chrono::steady_clock::now();
     if (!running.empty()) {
         const std::chrono::duration<double> spent = now - started;

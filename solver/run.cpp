@@ -126,7 +126,7 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 static void refinereactions(const model& m, const settings& s, const equations& q, engine& l,
                             const std::vector<double>& applied, const holding& held, casepart& r,
                             runlog& log) {
-    const double good = 5e-11, before = worstbalance(r.reactions, held.letgo);
+    const double good = 1e-11, before = worstbalance(r.reactions, held.letgo);
     double now = before, change = 1, uncertainty = 0;
     const int mostrounds = 3;
     const double settled = 1e-10;  // there is nothing left to refine
@@ -181,7 +181,8 @@ static void addpart(results& r, casepart&& part) {
     if (!r.u.rest.empty()) r.u.rest.resize(r.u.u.size());
     addnumbers(r.residual, std::move(part.residual));
     reactionset &to = r.reactions, &more = part.reactions;
-    addnumbers(to.force, std::move(more.force));
+    if (allranks().first())  // which writes them
+        addnumbers(to.force, std::move(more.force));
     const std::ptrdiff_t slot0 = to.load.empty() || more.load.empty() ? 0 : 1;
     to.load.insert(to.load.end(), more.load.begin() + slot0, more.load.end());
     to.reaction.insert(to.reaction.end(), more.reaction.begin() + slot0, more.reaction.end());
@@ -199,6 +200,7 @@ static void solveblocks(const model& m, const settings& s, const equations& q, c
                  m.base + ".ckp");
     if (r.u.cases > 0 && r.u.cases == m.ncases()) return;
     const std::unique_ptr<engine> l = makeengine();
+    log.stage("analyse");
     l->describe(m, q.dofs);
     if (q.dofs.unknowns > 0) {
         analysefactor(q, *l, std::min(block, m.ncases()), log);

@@ -188,7 +188,17 @@ void mumps::analyse(const sparsematrix& a) {
     const double part = 0.9;  // of the memory; the rest is for loads and results
     double toolarge = in->one->estimate() > part * freememory() / allranks().here();
     allranks().sum(&toolarge, 1);
-    if (toolarge > 0 && !folder.empty()) in->one->gotodisc();
+    if (toolarge == 0 || folder.empty()) return;
+    // A disc that is full ends the thread that writes, unheard: the factorisation would wait for it
+    // for ever.
+    together([&] {
+        const double need = entries() * sizeof(double) * allranks().here() / allranks().count();
+        std::error_code ec;
+        const auto room = std::filesystem::space(folder, ec);
+        const int nodisc = -90;
+        if (!ec && double(room.available) < need) refuse(mumpsfault(nodisc, 0, folder));
+    });
+    in->one->gotodisc();
 }
 
 double mumps::entries() const {

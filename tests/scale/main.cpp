@@ -3,7 +3,7 @@
 // another engine and by all processes of the job, and must come out the same, refusals to the word.
 //
 //   mpiexec -n 2 test_scale ENGINE TOLERANCE [options of the tests]
-//   test_scale --plate TYPE N BASE    writes a model of N x N plates to measure with
+//   test_scale --plate TYPE N BASE [CASES]    writes a model of N x N plates to measure with
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -114,7 +114,7 @@ static void compare(trial& t, ranks& all) {
 }
 
 // A square clamped at its left edge, loaded along the right one across its plane and in it.
-static void writeplate(int type, int n, const char* base) {
+static void writeplate(int type, int n, const char* base, int cases) {
     build b;
     const int g = b.plate(2.1e5, 0.3, 5);
     const build::grid at =
@@ -122,13 +122,15 @@ static void writeplate(int type, int n, const char* base) {
     b.fix(at.left(), clamped);
     b.spread(1, at.right(), 2, 1000);
     if (hasrotations(type)) b.spread(1, at.right(), 3, 10);
+    for (int lc = 2; lc <= cases; ++lc) b.load(b.addcase(), at.number(n, lc), 1, lc);
     b.write(base);
 }
 
 int main(int count, char** words) {
     tunelibraries(words);
-    if (count == 5 && std::string(words[1]) == "--plate") {
-        writeplate(std::atoi(words[2]), std::atoi(words[3]), words[4]);
+    if (count >= 5 && std::string(words[1]) == "--plate") {
+        const int cases = count > 5 ? std::atoi(words[5]) : 1;
+        writeplate(std::atoi(words[2]), std::atoi(words[3]), words[4], cases);
         return 0;
     }
     beginprocesses(count, words);

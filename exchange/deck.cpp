@@ -14,8 +14,8 @@
 #include "core/textfile.h"
 #include "exchange/deckbeam.h"
 #include "exchange/deckcards.h"
+#include "exchange/decksection.h"
 #include "exchange/deckspaces.h"
-#include "exchange/shapes.h"
 
 bool isdeck(std::string_view head) {
     static const char* const keywords[] = {"*HEADING",  "*NODE", "*ELEMENT",      "*INCLUDE",
@@ -64,16 +64,6 @@ const deckkind* findkind(std::string name) {
     }
 }
 
-struct material {
-    double modulus = nottold, poisson = nottold, density = nottold;
-    double shear1 = nottold, shear2 = nottold;  // across, where they stand on their own
-};
-struct section {
-    deckcard card;
-    std::string set, part;        // whole name of its set; the part that it stands in
-    std::vector<double> numbers;  // of the first data line
-    std::vector<double> direction;
-};
 // Values by node and freedom, or by element and direction.
 using activeloads = std::map<std::pair<int, int>, double>;
 
@@ -87,7 +77,7 @@ class deckreader {
         while (cards.nextcard(card)) take(card);
         if (instep) endstep();
         if (space.nodesets.contains(planeset)) membranesagain();
-        for (const section& s : sections) usesection(s);
+        for (const decksection& s : sections) usesection(s);
         makegroups();
         tell();
     }
@@ -149,9 +139,9 @@ class deckreader {
         placement place;
         std::string_view line;
         std::vector<double> move, turn;
-        if (cards.nextdata(line)) move = numbersof(line);
+        if (cards.nextdata(line)) move = cards.numbers(line);
         if (move.size() >= 3) place = moved({move[0], move[1], move[2]});
-        if (cards.nextdata(line)) turn = numbersof(line);
+        if (cards.nextdata(line)) turn = cards.numbers(line);
         if (turn.size() >= 7)
             place = turnedabout({turn[0], turn[1], turn[2]}, {turn[3], turn[4], turn[5]},
                                 turn[6] * pi / 180) *
@@ -351,57 +341,20 @@ class deckreader {
 
     // --- materials and sections ---
 
-    void beginmaterial(const deckcard& card) {
-        current = uppercase(card.value("NAME"));
-        materials.try_emplace(current);
-    }
-    std::vector<double> numbersof(std::string_view line) {
-        std::vector<double> list;
-        for (const std::string_view field : cards.fields(line))
-            list.push_back(field.empty() ? 0 : cards.real(field, "a number"));
-        return list;
-    }
-    void readelastic(const deckcard& card) {
-        const std::string type = uppercase(card.value("TYPE"));
-        const bool isplain = type.empty() || type == "ISO" || type == "ISOTROPIC";
-        const bool hasmoduli = type == "ENGINEERING CONSTANTS";
-        std::string_view line;
-        if (!cards.nextdata(line)) return;
-        const auto numbers = numbersof(line);
-        material& m = materials[current];
-        if (!numbers.empty()) m.modulus = numbers[0];
-        if (isplain && numbers.size() > 1) m.poisson = numbers[1];
-        if (hasmoduli && numbers.size() > 7) {
-            m.poisson = numbers[3];
-            m.shear1 = numbers[6];
-            m.shear2 = numbers[7];
-            cards.nextdata(line);
-        }
-        const bool differs = hasmoduli && numbers.size() > 2 &&
-                             (numbers[1] != numbers[0] || numbers[2] != numbers[0]);
-        if (differs || (!isplain && !hasmoduli))
-            found.report.warn("*ELASTIC of TYPE=" + type + ": the first value was taken as E",
-                              card.line);
-        if (cards.nextdata(line))
-            found.report.warn("Properties by temperature: the first row was taken", cards.line());
-    }
-    void readdensity(const deckcard&) {
-        std::string_view line;
-        if (!cards.nextdata(line)) return;
-        const auto numbers = numbersof(line);
-        if (!numbers.empty()) materials[current].density = numbers[0];
-    }
+    void beginmaterial(const deckcard& card) { materials.begin(card); }
+    void readelastic(const deckcard& card) { materials.readelastic(card, cards, found.report); }
+    void readdensity(const deckcard&) { materials.readdensity(cards); }
     void readsection(const deckcard& card) {
-        section s{card, space.whole(card.value("ELSET")), space.part(), {}, {}};
+        decksection s{card, space.whole(card.value("ELSET")), space.part(), {}, {}};
         if (card.has("COMPOSITE")) {
             readlayers(s);
             return sections.push_back(std::move(s));
         }
         std::string_view line;
         const bool isspring = card.keyword == "SPRING";
-        if (cards.nextdata(line)) s.numbers = numbersof(line);
+        if (cards.nextdata(line)) s.numbers = cards.numbers(line);
         // A spring tells its freedoms before its stiffness.
-        if (cards.nextdata(line)) s.direction = numbersof(line);
+        if (cards.nextdata(line)) s.direction = cards.numbers(line);
         if (!space.isempty() && s.direction.size() >= 3 && !isspring) turn(s.direction);
         if (isspring) std::swap(s.numbers, s.direction);
         sections.push_back(std::move(s));
@@ -415,7 +368,7 @@ class deckreader {
 
     // A layer a line: thickness, points, material. Layers of different materials have no place in a
     // group.
-    void readlayers(section& s) {
+    void readlayers(decksection& s) {
         double thickness = 0;
         std::string_view line;
         while (cards.nextdata(line)) {
@@ -429,7 +382,7 @@ class deckreader {
                              s.card.line);
     }
 
-    void usesection(const section& s) {
+    void usesection(const decksection& s) {
         if (s.set.starts_with(footset)) return;
         const auto set = space.elementsets.find(s.set);
         if (set == space.elementsets.end()) {
@@ -440,8 +393,8 @@ class deckreader {
         }
         const int g = found.groupof(groupname(s, set->second));
         auto& fields = found.group(g).fields;
-        useshape(s, found.group(g));
-        usematerial(s, fields);
+        useshape(s, found.group(g), found.report);
+        materials.use(s, fields, found.report);
         for (const int e : set->second) {
             importedelement& element = found.elements[std::size_t(e) - 1];
             element.group = g;
@@ -456,7 +409,7 @@ class deckreader {
     }
     // Beams that were defined in one set and differ in nothing but their direction are one group,
     // by the name of that set.
-    std::string groupname(const section& s, const std::vector<int>& members) {
+    std::string groupname(const decksection& s, const std::vector<int>& members) {
         const std::string set = toutf8(s.card.value("ELSET"));
         const std::string own = s.part.empty() ? set : s.part + " " + set;
         if (!s.card.keyword.starts_with("BEAM") || members.empty()) return own;
@@ -470,73 +423,6 @@ class deckreader {
         const auto at = sectionofset.try_emplace(first, key).first;
         return at->second == key ? setnames[std::size_t(first)] : own;
     }
-    void usematerial(const section& s, std::array<double, groupfields + 1>& fields) {
-        const std::string_view name = s.card.value("MATERIAL");
-        if (name.empty()) return;
-        const auto at = materials.find(uppercase(name));
-        if (at == materials.end()) {
-            found.report.error("Material " + shown(name) + " is not defined", s.card.line);
-            return;
-        }
-        fields[fieldmodulus] = at->second.modulus;
-        fields[fieldpoisson] = at->second.poisson;
-        // Without one the deck has no mass, whatever a new group has.
-        fields[fielddensity] = std::isnan(at->second.density) ? 0 : at->second.density;
-        if (s.card.keyword.starts_with("BEAM")) usetorsion(at->second, fields);
-    }
-    // Shear moduli of their own tell the torsion of the solid that the deck's solver makes; here
-    // the modulus follows from Poisson's ratio, and the constant takes the difference.
-    static void usetorsion(const material& m, std::array<double, groupfields + 1>& fields) {
-        const double steel = 0.3, i1 = fields[fieldixx], i2 = fields[fieldiyy];
-        if (!(m.shear1 > 0 && m.shear2 > 0 && m.modulus > 0)) return;
-        if (fields[fieldpoisson] == 0) fields[fieldpoisson] = steel;
-        const double shear = m.modulus / (2 + 2 * fields[fieldpoisson]);
-        fields[fieldizz] = bricktorsion(i1, i2, m.shear1, m.shear2) / shear;
-    }
-    void useshape(const section& s, importedgroup& group) {
-        const auto& n = s.numbers;
-        const std::string shape = uppercase(s.card.value("SECTION"));
-        const auto number = [&](std::size_t i) { return i < n.size() ? n[i] : 0; };
-        if (s.card.keyword == "SPRING") {
-            const double stiffness = number(0);
-            const int dof = s.direction.empty() ? 1 : int(s.direction[0]);
-            group.matrix.resize(36);
-            if (dof >= 1 && dof <= 6) group.matrix[std::size_t(dof - 1) * 7] = float(stiffness);
-            return;
-        }
-        if (!s.card.keyword.starts_with("BEAM")) {
-            if (!n.empty()) group.fields[fieldthickness] = n[0];
-            if (s.card.keyword == "MASS") group.fields[fielddensity] = number(0);
-            return;
-        }
-        if (shape == "RECT")
-            putshape(rectangle(number(0), number(1)), group.fields);
-        else if (shape == "CIRC")  // one number is a radius, two are diameters
-            putshape(
-                n.size() > 1 ? ellipticbar(n[0], n[1]) : ellipticbar(2 * number(0), 2 * number(0)),
-                group.fields);
-        else if (shape == "PIPE")
-            putshape(tube(number(0), number(1)), group.fields);
-        else if (shape == "BOX")
-            putshape(hollowbox(number(0), number(1), {number(2), number(3), number(4), number(5)}),
-                     group.fields);
-        else if (shape == "I")
-            putshape(
-                flanged({number(1), number(6), {number(2), number(3)}, {number(4), number(5)}, 0}),
-                group.fields);
-        else if (shape == "T")
-            putshape(flanged({number(1), number(4), {0, number(0)}, {0, number(3)}, 0}),
-                     group.fields);
-        else if (shape == "L") {  // a leg and an upright one, which is web alone
-            putshape(flanged({number(1), number(3), {number(0), 0}, {number(2), 0}, -1}),
-                     group.fields);
-            found.report.changed("Angles bend about the directions of their legs", 1, s.card.line);
-        } else if (shape == "GENERAL" || s.card.keyword == "BEAM GENERAL SECTION")
-            putshape({number(0), number(1), number(3), number(4), 0, 0}, group.fields);
-        else
-            found.report.skipped("Beam sections of the shape " + shape, s.card.line);
-    }
-
     // What no section names is a group by the set that it was defined in.
     void makegroups() {
         for (std::size_t e = 0; e < found.elements.size(); ++e)
@@ -748,9 +634,8 @@ class deckreader {
     std::map<const std::vector<int>*, int> orderofsets;
     std::vector<std::string> setnames;  // by that order
     std::vector<int> planes, owner;     // of each element
-    std::map<std::string, material> materials;
-    std::string current;
-    std::vector<section> sections;
+    deckmaterials materials;
+    std::vector<decksection> sections;
     std::map<int, std::string> sectionofset;  // what the first section over each set tells
     activeloads forces, pressures;
     triple gravity{};

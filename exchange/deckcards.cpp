@@ -102,6 +102,13 @@ std::vector<std::string_view> deckcards::fields(std::string_view line) {
     return list;
 }
 
+std::vector<double> deckcards::numbers(std::string_view line) {
+    std::vector<double> list;
+    for (const std::string_view field : fields(line))
+        list.push_back(field.empty() ? 0 : real(field, "a number"));
+    return list;
+}
+
 double deckcards::real(std::string_view field, const char* what) const {
     double number = 0;
     if (!readreal(field, number)) fail(std::string(what) + " was expected, found " + shown(field));

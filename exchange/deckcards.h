@@ -35,6 +35,7 @@ class deckcards {
     void play(const deckdraft& draft);      // its lines come next
     // Fields of a data line, which goes on behind a comma at its end.
     std::vector<std::string_view> fields(std::string_view line);
+    std::vector<double> numbers(std::string_view line);  // of such fields, 0 for empty ones
     double real(std::string_view field, const char* what) const;
     long whole(std::string_view field, const char* what) const;
 

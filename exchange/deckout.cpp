@@ -317,11 +317,14 @@ class deckwriter {
                 out.raw("*ELSET, ELSET=").raw(name).raw("\n");
                 for (const int e : list) out.put(e).raw(",\n");
             }
+            const auto cosine = [&axes = way, step](std::size_t k) {
+                return double(axes[k]) / step;
+            };
             out.raw("*ORIENTATION, NAME=O_").raw(name).raw("\n");
-            reals(0, 6, [&](std::size_t k) { return double(way[k]) / step; });
+            reals(0, 6, cosine);
             out.raw("\n*BEAM SECTION, ORIENTATION=O_").raw(name);
             beamsection(name, set, b);
-            reals(3, 6, [&](std::size_t k) { return double(way[k]) / step; });
+            reals(3, 6, cosine);
             out.raw("\n");
         }
         for (const int e : set.elements)

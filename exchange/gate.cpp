@@ -443,8 +443,19 @@ static void showreport() {
     if (!lastreport().isplain()) theplatform().showdialog("importreport");
 }
 
+// A file of solids or of texts alone; its report says why.
+static bool tellnothing(imported& found, const std::string& path) {
+    if (!found.nodes.empty() || !found.graphics.empty()) return false;
+    theplatform().message(path + " holds nothing that has a place in a model. Nothing was changed.",
+                          icons::exclamation);
+    keepreport(std::move(found.report));
+    showreport();
+    return true;
+}
+
 reply admit(imported& found, const std::string& path, purposes purpose) {
     theplatform().endprogress();
+    if (tellnothing(found, path)) return reply::failed;
     orientgroups(found);
     if (tellunholdable(found)) return reply::failed;
     const places at = placesof(found, purpose);

@@ -177,7 +177,7 @@ TEST(Deck, FaultsAreToldWithTheirLine) {
         {nodes + "*ELEMENT,TYPE=S3\n1,1,2,9\n2,1,2,3\n", 1,
          "Element 1 uses node 9, which is not defined (line 6)"},
         {nodes + "*ELEMENT,TYPE=S3\n1,1,2\n", 0, "Element 1 has too few nodes"},
-        {nodes + "*ELEMENT,TYPE=C3D4\n1,1,2,3,3\n", 0, "Elements of type C3D4"},
+        {nodes + "*ELEMENT,TYPE=C3D4\n1,1,2,3,3\n", -1, "Elements of type C3D4"},
         {">**\n" + nodes +
              "*ELEMENT,TYPE=S3\n1,1,2,3\n*SHELL SECTION,ELSET=NO,COMPOSITE\n0.5,,M\n0.25\n",
          1, "Sections of layers became one layer of the first one's material (line 8)"},

@@ -142,6 +142,7 @@ TEST(Gate, WhatDoesNotFitLeavesTheModelAsItWas) {
          },
          "Boundary Condition"},
         {"a coordinate", [](imported& f) { f.nodes[0][1] = 1e39; }, "a coordinate of 1E+39"},
+        {"nothing", [](imported& f) { f.nodes.clear(), f.elements.clear(); }, "holds nothing"},
     };
     for (const auto& c : cases)
         for (const purposes purpose : {purposes::open, purposes::import}) {

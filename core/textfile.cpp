@@ -181,7 +181,7 @@ bool textin::atlineend() const {
     return at == last || islineend(*at);
 }
 
-void textin::toword() {
+inline void textin::toword() {
     while (at != last && (isgap(*at) || islineend(*at))) ++at;
     token = at;
     // A control-Z closes the text files of old systems.
@@ -189,7 +189,7 @@ void textin::toword() {
 }
 
 // Leaves the token's delimiter: blanks, and one comma or line end.
-void textin::pasttoken() {
+inline void textin::pasttoken() {
     while (at != last && isgap(*at)) ++at;
     if (at != last && *at == ',') ++at;
 }
@@ -203,7 +203,7 @@ static std::string excerpt(std::string_view found) {
 }
 
 template <typename Real>
-Real textin::real() {
+inline Real textin::real() {
     toword();
     Real value = 0;
     const char* end = at;

@@ -2,6 +2,7 @@
 // Number text, the token reader and the whole-or-nothing writer.
 #include "core/textfile.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
@@ -62,6 +63,31 @@ TEST(Numtext, EverySingleAndDoubleReadsBackEqual) {
             ASSERT_EQ(back, f) << std::string(text, std::size_t(last - text));
         }
     }
+}
+
+// Around the lengths at which digits and powers of ten cease to be exact.
+template <typename Real>
+static void readslikefromchars(std::mt19937_64& random) {
+    for (int i = 0; i < 100000; ++i) {
+        std::string text(random() % 2, '-');
+        const std::size_t digits = 1 + random() % 22, point = random() % (digits + 1);
+        for (std::size_t k = 0; k < digits; ++k)
+            text += k < random() % 8 ? '0' : char('0' + random() % 10);
+        if (point > 0 && point < digits) text.insert(text.size() - point, ".");
+        text += random() % 8 == 0 ? "E-57" : "7";  // the 7 stands behind what is read
+        Real expected = 1, got = 2;
+        const char *const last = text.data() + text.size() - 1, *end = nullptr;
+        std::from_chars(text.data(), last, expected);
+        ASSERT_EQ(scannumber(text.data(), last, got, end), numberfault::none) << text;
+        ASSERT_EQ(end, last) << text;
+        ASSERT_EQ(std::memcmp(&got, &expected, sizeof got), 0) << text;
+    }
+}
+
+TEST(Numtext, ReadsShortNumbersToTheLastBit) {
+    std::mt19937_64 random(11);
+    readslikefromchars<double>(random);
+    readslikefromchars<float>(random);
 }
 
 TEST(Numtext, KnowsWhatIsNoNumber) {

@@ -121,10 +121,11 @@ int cornerof(int e, int k = 1) {
     return n >= 1 && n <= float(nnodes()) ? int(n) : 0;
 }
 
-// Whichever way the normals point.
-bool samedirection(const direction& a, const direction& b, double leastcosine) {
-    const double cosine = std::fabs(std::inner_product(a.begin(), a.end(), b.begin(), 0.0));
-    return cosine >= leastcosine;
+// Whichever way the normals point; normals of one plane differ by the rounding of Singles.
+template <typename Normal>
+bool samedirection(const Normal& a, const Normal& b, double leastcosine) {
+    const double slack = 1e-6;
+    return std::fabs(a[0] * b[0] + a[1] * b[1] + a[2] * b[2]) >= leastcosine - slack;
 }
 
 // Nodes that elements tie together, as trees: those of one part have one root.
@@ -195,26 +196,27 @@ static void findnormal(const std::vector<int>& from, double leastcosine, std::ve
     }
 }
 
-// From face to face over common sides.
+// From face to face over common sides. The normals first, in the order of memory: met on the way
+// they take three times as long.
 static void findface(const std::vector<int>& from, double leastcosine, std::vector<bool>& marks) {
     const facesides& sides = sidesofmodel();
-    struct reached {
-        int element;
-        direction normal;
-    };
-    std::vector<reached> front;
-    for (const int e : from) front.push_back({e, facenormal(e)});
+    std::vector<std::array<float, 3>> normals(marks.size());
+    for (int e = 1; e <= nelems(); ++e) {
+        const auto [x, y, z] = facenormal(e);
+        normals[std::size_t(e)] = {float(x), float(y), float(z)};
+    }
+    std::vector<int> front = from;
     while (!front.empty()) {
-        const reached here = front.back();
+        const int here = front.back();
         front.pop_back();
-        for (int side = 4 * here.element; side < 4 * here.element + 4; ++side)
+        for (int side = 4 * here; side < 4 * here + 4; ++side)
             for (int s = sides.next(side); s != side; s = sides.next(s)) {
-                const int other = facesides::elementof(s);
-                if (marks[std::size_t(other)]) continue;
-                const direction normal = facenormal(other);
-                if (!samedirection(here.normal, normal, leastcosine)) continue;
-                marks[std::size_t(other)] = true;
-                front.push_back({other, normal});
+                const std::size_t other = std::size_t(facesides::elementof(s));
+                if (marks[other] ||
+                    !samedirection(normals[std::size_t(here)], normals[other], leastcosine))
+                    continue;
+                marks[other] = true;
+                front.push_back(int(other));
             }
     }
 }
@@ -243,6 +245,7 @@ static void findfrom(const selectquery& q, std::vector<bool>& marks, selectfound
 
 static std::vector<int> listed(const std::vector<bool>& marks) {
     std::vector<int> items;
+    items.reserve(std::size_t(std::count(marks.begin(), marks.end(), true)));
     for (std::size_t i = 1; i < marks.size(); ++i)
         if (marks[i]) items.push_back(int(i));
     return items;

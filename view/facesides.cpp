@@ -96,17 +96,14 @@ std::array<double, 3> facenormal(int e) {
     const auto row = elems.row(e);
     const int elnn = nodesoftype(row[0]);
     if (elnn < 3) return {};
-    const auto corner = [&](std::size_t k) { return nodes.row(0, long(row[k])); };
-    const auto p = corner(1), q = corner(2), r = corner(3), s = corner(elnn == 4 ? 4 : 2);
-    const auto& from = elnn == 4 ? q : p;  // the second diagonal, or side
-    double a[3], b[3];
-    for (std::size_t k = 0; k < 3; ++k) {
-        a[k] = double(r[k]) - double(p[k]);
-        b[k] = double(s[k]) - double(from[k]);
-    }
-    std::array<double, 3> n = {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2],
-                               a[0] * b[1] - a[1] * b[0]};
-    const double length = std::sqrt(n[0] * n[0] + n[1] * n[1] + n[2] * n[2]);
-    for (double& x : n) x = length > 0 ? x / length : 0;
-    return n;
+    const auto corner = [&](std::size_t k) { return nodes.row(0, long(row[k])).data(); };
+    const float *const p = corner(1), *const q = corner(2), *const r = corner(3),
+                       *const s = corner(elnn == 4 ? 4 : 2);
+    const float* const from = elnn == 4 ? q : p;  // the second diagonal, or side
+    const double ax = double(r[0]) - double(p[0]), bx = double(s[0]) - double(from[0]),
+                 ay = double(r[1]) - double(p[1]), by = double(s[1]) - double(from[1]),
+                 az = double(r[2]) - double(p[2]), bz = double(s[2]) - double(from[2]);
+    const double x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
+    const double length = std::sqrt(x * x + y * y + z * z), scale = length > 0 ? 1 / length : 0;
+    return {x * scale, y * scale, z * scale};
 }

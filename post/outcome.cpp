@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "core/largest.h"
 #include "core/model.h"
 #include "core/numtext.h"
 #include "core/session.h"
@@ -29,18 +30,14 @@ static std::string displacementtext() {
         }
         in.text();
     }
-    int worst = 0;
-    double most = 0;
+    largestof most;
     for (int n = 1; n <= count; ++n) {
         const auto& [x, y, z] = sum[std::size_t(n)];
-        const double length = std::hypot(x, y, z);
-        if (length <= most) continue;
-        most = length;
-        worst = n;
+        most.meet(n, std::hypot(x, y, z));
     }
-    if (worst == 0) return "all displacements are 0";
-    return "largest displacement " + shorttext(most) + behind("L") + " at node " +
-           numbertext(worst) + ", load combination " + shownname(lcombname(curlcomb));
+    if (most.item == 0) return "all displacements are 0";
+    return "largest displacement " + shorttext(most.size) + behind("L") + " at node " +
+           numbertext(most.item) + ", load combination " + shownname(lcombname(curlcomb));
 }
 
 static std::string modestext() {

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "core/journal.h"
+#include "core/largest.h"
 #include "core/model.h"
 #include "core/modeltable.h"
 #include "core/numtext.h"
@@ -243,14 +244,12 @@ bool isstaleshown() {
 }
 
 static std::string textoflargest() {
-    int node = 0;
-    double most = -1;
+    largestof most;
     for (int n = 1; n <= nnodes(); ++n) {
         const auto d = nodes.row(1, n);
-        const double square = double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2];
-        if (square > most) most = square, node = n;
+        most.meet(n, std::sqrt(double(d[0]) * d[0] + double(d[1]) * d[1] + double(d[2]) * d[2]));
     }
-    return shorttext(std::sqrt(most)) + behind("L") + " at node " + numbertext(node);
+    return shorttext(most.size) + behind("L") + " at node " + numbertext(most.item);
 }
 
 std::vector<std::string> picturenotes(int nview) {

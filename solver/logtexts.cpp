@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/largest.h"
+
 static const int column = 14;  // characters
 
 // A number of a table in which the largest has this size: what is only its rounding shows as 0.
@@ -71,20 +73,16 @@ void telllargest(const model& m, const dofmap& d, const displacements& u, runlog
     log.line();
     log.line("Largest translation");
     for (int lc = 1; lc <= u.cases; ++lc) {
-        double largest = 0;
-        int at = 0;
+        largestof largest;
         for (int n = 1; n <= m.nnodes(); ++n) {
             double square = 0;
             for (int k = 0; k < d.pernode; ++k)
                 if (d.code[k] <= 3) square += std::pow(u.of(d, lc)[d.index(n, k)], 2);
-            if (square > largest) {
-                largest = square;
-                at = n;
-            }
+            largest.meet(n, std::sqrt(square));
         }
         std::string text = padded("  case " + std::to_string(lc), column);
-        text += rightaligned(shortnumber(std::sqrt(largest)), column);
-        log.line(at > 0 ? text + "  at node " + std::to_string(at) : text);
+        text += rightaligned(shortnumber(largest.size), column);
+        log.line(largest.item > 0 ? text + "  at node " + std::to_string(largest.item) : text);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "core/largest.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/textfile.h"
@@ -91,11 +92,6 @@ class rows {
     std::string text;
     bool started = false;
 };
-
-struct largestof {
-    double size = 0;
-    int node = 0;
-};
 }  // namespace
 
 // Largest translation (first 1) or rotation (first 4) of a case.
@@ -105,7 +101,7 @@ static largestof largest(const model& m, const dofmap& d, const double* u, int f
         double square = 0;
         for (int dof = first; dof < first + 3; ++dof)
             if (d.place[dof] >= 0) square += std::pow(u[d.index(n, d.place[dof])], 2);
-        if (square > most.size * most.size) most = {std::sqrt(square), n};
+        most.meet(n, std::sqrt(square));
     }
     return most;
 }
@@ -159,8 +155,8 @@ std::string staticsums(const model& m, const settings& s, const results& r, cons
         text.quoted("residual").put(r.residual[std::size_t(lc - 1)]).end();
         const largestof way = largest(m, d, r.u.of(d, lc), 1);
         const largestof turn = largest(m, d, r.u.of(d, lc), 4);
-        text.quoted("translation").put(way.size).put(way.node).end();
-        text.quoted("rotation").put(turn.size).put(turn.node).end();
+        text.quoted("translation").put(way.size).put(way.item).end();
+        text.quoted("rotation").put(turn.size).put(turn.item).end();
         text.quoted("held").put(held).end();
         putwarnings(log, lc, text);
     }

@@ -35,10 +35,16 @@ static bool isangle(int box) {
     return box == boxvertical || box == boxhorizontal;
 }
 
+// Kept are radians as Singles: further digits of their degrees are rounding.
+static std::string degreestext(double degrees) {
+    const double unit = 1e-4;
+    return numbertext(float(std::round(degrees / unit) * unit + 0.0));
+}
+
 static std::string storedtext(int box, int nview) {
     if (box == boxunit) return numbertext(unitveclen);
     const float value = listof(box)(nview);
-    return isangle(box) ? numbertext(todegrees(value)) : numbertext(value);
+    return isangle(box) ? degreestext(todegrees(value)) : numbertext(value);
 }
 
 void showvalues(viewform& form, int nview) {
@@ -106,6 +112,7 @@ void getvalues(viewform& form) {
     for (int box = 0; box < viewboxcount; ++box) {
         double value = 0;
         if (!readsingle(box, form.box[box], value)) return;
+        if (form.box[box] == storedtext(box, v)) continue;  // shown rounded, and not changed
         if (box == boxunit) {
             if (isallowed(box, value)) unitveclen = value;
         } else if (isallowed(box, value)) {
@@ -124,7 +131,7 @@ void getvalues(viewform& form) {
 // Radians to degrees with the short constant: the way back of this one box.
 static std::string shortdegrees(float radians) {
     const double shortpi = 3.1415;
-    return numbertext(double(radians) * 180 / shortpi);
+    return degreestext(double(radians) * 180 / shortpi);
 }
 
 void leavebox(viewform& form, int box) {

@@ -168,6 +168,10 @@ TEST(Selectby, QueriesFindWhatTheyName) {
     elems(11, 1) = 14;
     elems(11, 2) = 13;
     EXPECT_EQ(findby({.ofnodes = false, .way = face}).items, (numbers{1, 2, 3, 4, 5, 6}));
+    for (int n = 1; n <= 12; ++n) nodes(0, n, 2) = 0.1f * nodes(0, n, 0) + 0.7f * nodes(0, n, 1);
+    EXPECT_EQ(findby({.ofnodes = false, .way = face, .angle = 0}).items,
+              (numbers{1, 2, 3, 4, 5, 6}))
+        << "one plane, whose normals are rounded";
 }
 
 // By hand: two unit squares 0.5 thick of density 2, and a bar of 2 with a section of 3.

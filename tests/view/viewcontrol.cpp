@@ -103,3 +103,17 @@ TEST(Viewcontrol, AViewNeverLosesItsScale) {
     EXPECT_TRUE(std::isfinite(viewptx(1)) && std::isfinite(viewpty(1)));
     EXPECT_TRUE(std::isfinite(viewscale(1)) && viewscale(1) > 0);
 }
+
+TEST(Viewcontrol, AnglesAreShownRoundedAndKeptWhole) {
+    viewroom room;
+    viewvert(1) = 1.5707964f;  // 90.0000025 degrees
+    viewhor(1) = -0.123456789f;
+    showvalues(room.form, 1);
+    EXPECT_EQ(room.form.box[boxvertical], "90");
+    EXPECT_EQ(room.form.box[boxhorizontal], "-7.0736");
+    getvalues(room.form);
+    EXPECT_EQ(viewhor(1), -0.123456789f);
+    room.form.box[boxhorizontal] = "45";
+    getvalues(room.form);
+    EXPECT_FLOAT_EQ(viewhor(1), 0.7853982f);
+}

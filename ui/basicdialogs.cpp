@@ -50,6 +50,7 @@ class sizedialog : public QDialog {
             box[i] = new QLineEdit(this);
             box[i]->setObjectName(QString("Text1(%1)").arg(i));
             box[i]->setAlignment(Qt::AlignRight);
+            box[i]->setMinimumWidth(box[i]->fontMetrics().horizontalAdvance("1000000000"));
             grid->addWidget(box[i], i + 1, 1);
             memory[i] = new QLabel(this);
             memory[i]->setObjectName(QString("memory(%1)").arg(i));

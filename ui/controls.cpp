@@ -111,14 +111,21 @@ void widentable(QTableView* table) {
     const QAbstractItemView* const cells = table;
     int wide = 2 * table->frameWidth() + table->verticalScrollBar()->sizeHint().width();
     if (!table->verticalHeader()->isHidden()) wide += table->verticalHeader()->sizeHint().width();
+    int stretched = 0, widest = 0;  // columns that share the width equally
     for (int c = 0; c < head->count(); ++c) {
         int column = std::max(head->sectionSizeHint(c), cells->sizeHintForColumn(c));
+        if (head->sectionResizeMode(c) == QHeaderView::Stretch) {
+            ++stretched;
+            widest = std::max(widest, column);
+            continue;
+        }
         if (head->sectionResizeMode(c) == QHeaderView::Interactive) {
             column = std::max(column, table->columnWidth(c));
             table->setColumnWidth(c, column);
         }
         wide += column;
     }
+    wide += stretched * widest;
     const int most = 2 * table->screen()->availableSize().width() / 3;
     table->setMinimumWidth(std::max(table->minimumWidth(), std::min(wide, most)));
 }

@@ -201,8 +201,8 @@ class deckreader {
         if (uppercase(card.value("ELSET")).starts_with(footset)) return skipfeet();
         std::vector<int>* const set = setof(space.elementsets, card.value("ELSET"));
         numbertable &nodes = space.nodes(), &elements = space.elements();
-        const int order = int(orderofsets.size());
-        if (set != nullptr) orderofsets.try_emplace(set, order);
+        int order = int(orderofsets.size());
+        order = set == nullptr ? -1 : orderofsets.try_emplace(set, order).first->second;
         std::string_view line, field;
         while (cards.nextdata(line)) {
             progress();
@@ -246,7 +246,7 @@ class deckreader {
             elements.put(number, e);
             found.elementnumbers.push_back(number);
             planes.push_back(kind->plane);
-            owner.push_back(set == nullptr ? -1 : orderofsets.at(set));
+            owner.push_back(order);
             if (kind->nodes != kind->corners) {
                 found.report.changed("Elements of second order became straight ones", 1,
                                      cards.line());

@@ -3,12 +3,13 @@
 #include "core/numtext.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <string_view>
-#include <type_traits>
 
 static const double wholelimit = 1e15;  // whole numbers below it stand without exponent
 static const double plainlimit = 1e-4;  // fractions below it take an exponent
@@ -103,34 +104,57 @@ static bool isbelowone(std::string_view text) {
     return long(point) - long(lead) + exponent < 1;
 }
 
-static bool isnumberpart(char c) {
-    return isdigit10(c) || c == '.' || c == 'e' || c == 'E' || c == 'd' || c == 'D';
+// Eight characters as one word, the first of them lowest.
+static std::uint64_t eightat(const char* p) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, p, sizeof eight);
+    return eight;
+}
+
+// How many digits stand before the first other character. A digit is 0..9 once its '0' is taken
+// off: 0x76 more does not reach the highest bit.
+static int leadingdigits(std::uint64_t eight) {
+    const std::uint64_t values = eight ^ 0x3030303030303030;
+    return std::countr_zero(((values + 0x7676767676767676) | values) & 0x8080808080808080) / 8;
+}
+
+// The first 1..8 of them, digits all, as a number: neighbours join to pairs, fours, the eight.
+static std::uint64_t valueof(std::uint64_t eight, int digits) {
+    eight = (eight << (64 - 8 * digits)) & 0x0F0F0F0F0F0F0F0F;
+    eight = (eight * (1 + (10 << 8)) >> 8) & 0x00FF00FF00FF00FF;
+    eight = (eight * (1 + (100 << 16)) >> 16) & 0x0000FFFF0000FFFF;
+    return eight * (1 + (std::uint64_t(10000) << 32)) >> 32;
 }
 
 // Most numbers of files are short: their digits as a whole number and the power of ten below them
 // are exact then, so that one division rounds as from_chars does, in a part of its time (Clinger
-// 1990). Null where the number is longer or of another form, else the place behind it.
+// 1990). Null where the number is longer, of another form or close to the end of the text, else
+// the place behind it.
 template <typename Real>
 static const char* scanshort(const char* p, const char* last, Real& number) {
-    static const Real tens[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    const int mostdigits = 18, exacttens = std::is_same_v<Real, float> ? 10 : 15;
-    const bool minus = p != last && *p == '-';
+    static const Real tens[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+    const int word = 8, longest = 1 + (word - 1) + 1 + word;  // sign, digits, point, word behind it
+    if (std::endian::native != std::endian::little || last - p < longest) return nullptr;
+    const bool minus = *p == '-';
     p += minus;
-    long whole = 0;
-    const char *const begin = p, *const most = last - p > mostdigits ? p + mostdigits : last;
-    for (; p != most && isdigit10(*p); ++p) whole = whole * 10 + (*p - '0');
-    if (p == begin) return nullptr;
-    const char* const point = p;
-    if (p != most && *p == '.')
-        for (++p; p != most && isdigit10(*p); ++p) whole = whole * 10 + (*p - '0');
-    const auto decimals = p - point - 1;  // -1: no point, 0: nothing behind it
-    if (decimals == 0 || (p != last && isnumberpart(*p))) return nullptr;
-    Real size = Real(whole);
-    if (decimals > 0) {
-        if (decimals > exacttens || whole >> std::numeric_limits<Real>::digits != 0) return nullptr;
-        size /= tens[decimals];
+    const std::uint64_t front = eightat(p);
+    const int digits = leadingdigits(front);
+    if (digits == 0 || digits == word) return nullptr;
+    p += digits;
+    std::uint64_t back = 0;
+    int decimals = 0;
+    if (*p == '.') {
+        back = eightat(++p);
+        decimals = leadingdigits(back);
+        if (decimals == 0 || decimals == word) return nullptr;
+        p += decimals;
     }
+    if (const char lower = char(*p | 0x20); lower == 'e' || lower == 'd' || *p == '.')
+        return nullptr;
+    std::uint64_t whole = valueof(front, digits);
+    if (decimals > 0) whole = whole * std::uint64_t(tens[decimals]) + valueof(back, decimals);
+    if (whole >> std::numeric_limits<Real>::digits != 0) return nullptr;
+    const Real size = Real(whole) / tens[decimals];
     number = minus ? -size : size;
     return p;
 }

@@ -71,9 +71,10 @@ class drawing {
         p.drawPolygon(shape);
     }
     void axes(const place& o, double length) {
-        arrow(o, {o.x + length, o.y, o.z}, QColor(208, 40, 40), "e1", 1);
-        arrow(o, {o.x, o.y + 1.3 * length, o.z}, QColor(20, 140, 50), "e2", 1);
-        arrow(o, {o.x, o.y, o.z + length}, QColor(50, 100, 230), "e3", 1);
+        const int lighter = ink.lightness() > 128 ? 150 : 100;  // percent, on a dark ground
+        arrow(o, {o.x + length, o.y, o.z}, QColor(208, 40, 40).lighter(lighter), "e1", 1);
+        arrow(o, {o.x, o.y + 1.3 * length, o.z}, QColor(20, 140, 50).lighter(lighter), "e2", 1);
+        arrow(o, {o.x, o.y, o.z + length}, QColor(50, 100, 230).lighter(lighter), "e3", 1);
     }
 
     QPainter p;

@@ -4,15 +4,14 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyle>
+#include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOptionButton>
 
 #include "core/colours.h"
 #include "ui/windowsettings.h"
 
 static QPalette darkpalette() {
-    // The style draws the empty boxes and circles of choices in base on window, with no outline
-    // lighter than these: the two lie far enough apart to be told from each other.
     const QColor window(56, 58, 63), base(26, 27, 30), text(222, 224, 228), dim(146, 149, 154),
         accent(58, 130, 214);
     QPalette p;
@@ -36,11 +35,29 @@ static QPalette darkpalette() {
     return p;
 }
 
+namespace {
+// Outlines the boxes and circles of choices, empty ones too, so that they are seen on any dark
+// ground: the style derives the outline from the colour of the window, always darker than that.
+class darkstyle : public QProxyStyle {
+  public:
+    darkstyle() : QProxyStyle("Fusion") {}
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element != PE_IndicatorCheckBox && element != PE_IndicatorRadioButton)
+            return QProxyStyle::drawPrimitive(element, option, painter, widget);
+        QStyleOptionButton outlined;
+        outlined.QStyleOption::operator=(*option);
+        outlined.palette.setColor(QPalette::Window, QColor(170, 173, 180));
+        QProxyStyle::drawPrimitive(element, &outlined, painter, widget);
+    }
+};
+}  // namespace
+
 bool settheme(const QString& name) {
     if (name != "dark" && name != "light") return false;
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
-    QApplication::setPalette(name == "dark" ? darkpalette()
-                                            : QApplication::style()->standardPalette());
+    const bool dark = name == "dark";
+    QApplication::setStyle(dark ? new darkstyle : QStyleFactory::create("Fusion"));
+    QApplication::setPalette(dark ? darkpalette() : QApplication::style()->standardPalette());
     return true;
 }
 

@@ -5,11 +5,15 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QHeaderView>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
+#include <QStyleOptionViewItem>
 #include <QTabBar>
-#include <QTableView>
+#include <QTableWidget>
 
 #include "core/textfile.h"
 #include "edit/Mouseprocedures.h"
@@ -19,8 +23,10 @@
 #include "ui/actionrows.h"
 #include "ui/controlkinds.h"
 #include "ui/controlnames.h"
+#include "ui/controls.h"
 #include "ui/dialogs.h"
 #include "ui/menus.h"
+#include "ui/theme.h"
 #include "ui/toolbars.h"
 #include "ui/viewwidget.h"
 #include "ui/windowsettings.h"
@@ -353,6 +359,40 @@ TEST(Mainwindow, LargeLettersAreNotCutOff) {
         }
     }
     QApplication::setFont(before);
+}
+
+TEST(Mainwindow, HeadsThatShareTheWidthOfATableAreWhole) {
+    QTableWidget table(1, 3);
+    table.setHorizontalHeaderLabels({"x", "Governed by", "y"});
+    QHeaderView* const head = table.horizontalHeader();
+    head->setSectionResizeMode(QHeaderView::Stretch);
+    widentable(&table);
+    table.resize(table.minimumSize());
+    table.show();
+    QApplication::processEvents();
+    EXPECT_GE(head->sectionSize(1), head->sectionSizeHint(1));
+}
+
+TEST(Mainwindow, EmptyBoxesOfADarkListAreSeen) {
+    const QString style = QApplication::style()->name();
+    const QPalette before = QApplication::palette();
+    ASSERT_TRUE(settheme("dark"));
+    const QColor ground = QApplication::palette().color(QPalette::Base);
+    QImage image(20, 20, QImage::Format_RGB32);
+    image.fill(ground);
+    QPainter painter(&image);
+    QStyleOptionViewItem item;
+    item.rect = {2, 2, 16, 16};
+    item.state = QStyle::State_Enabled | QStyle::State_Off;
+    item.palette = QApplication::palette();
+    QApplication::style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &item, &painter);
+    painter.end();
+    int lightest = 0;
+    for (int x = 0; x < image.width(); ++x)
+        lightest = std::max(lightest, image.pixelColor(x, 10).lightness());
+    EXPECT_GT(lightest, ground.lightness() + 60);
+    QApplication::setStyle(style);
+    QApplication::setPalette(before);
 }
 
 TEST(Mainwindow, ADialogComesBackInItsSizeAndPlace) {

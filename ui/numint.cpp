@@ -58,12 +58,16 @@ struct modelsignature {
 // The style of the program with little space beside the captions, so that both strips show all.
 class narrowtabs : public QProxyStyle {
   public:
-    explicit narrowtabs(QWidget* owner) : QProxyStyle(QApplication::style()->name()) {
-        setParent(owner);
-    }
+    explicit narrowtabs(QWidget* owner) : QProxyStyle(nameofstyle()) { setParent(owner); }
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override {
         return metric == PM_TabBarTabHSpace ? 10 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+  private:
+    static QString nameofstyle() {  // that of the dark theme has none
+        const QString name = QApplication::style()->name();
+        return name.isEmpty() ? "Fusion" : name;
     }
 };
 

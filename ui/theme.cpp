@@ -20,6 +20,7 @@ static QPalette darkpalette() {
     p.setColor(QPalette::Base, base);
     p.setColor(QPalette::AlternateBase, window);
     p.setColor(QPalette::Text, text);
+    p.setColor(QPalette::Light, QColor(96, 98, 104));  // the line under tabs
     p.setColor(QPalette::PlaceholderText, dim);
     p.setColor(QPalette::Button, QColor(70, 72, 78));
     p.setColor(QPalette::ButtonText, text);

@@ -3,7 +3,9 @@
 #include "exchange/textlines.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -117,6 +119,13 @@ long wordstream::whole(const char* what) {
     toword();
     if (at != last && *at == '+') ++at;
     long number = 0;
+    const int few = 18;  // digits that a long surely holds
+    const char* c = at;
+    while (c != last && *c >= '0' && *c <= '9' && c - at < few) number = 10 * number + (*c++ - '0');
+    if (c != at && c != last && isspace(*c)) {
+        at = c;
+        return number;
+    }
     const auto result = std::from_chars(at, last, number);
     at = result.ptr;
     if (result.ec != std::errc() || (at != last && !isspace(*at))) failword(what);
@@ -134,7 +143,22 @@ static bool endsline(const char* c, const char* last) {
     return *c == '\n' || (*c == '\r' && (c + 1 == last || c[1] != '\n'));
 }
 
+// Line feeds, eight characters at a time: a byte that is one becomes 0, and of such the top bit is
+// left.
+static long linefeeds(const char* c, const char* last) {
+    const std::uint64_t feeds = 0x0A0A0A0A0A0A0A0A, low = 0x7F7F7F7F7F7F7F7F;
+    long count = 0;
+    for (std::uint64_t eight; last - c >= long(sizeof eight); c += sizeof eight) {
+        std::memcpy(&eight, c, sizeof eight);
+        eight ^= feeds;
+        count += std::popcount(~(((eight & low) + low) | eight | low));
+    }
+    return count + std::count(c, last, '\n');
+}
+
 long wordstream::line() const {
+    if (std::memchr(first, '\r', std::size_t(token - first)) == nullptr)
+        return firstline + linefeeds(first, token);
     long count = firstline;
     for (const char* c = first; c != token; ++c) count += endsline(c, last);
     return count;

@@ -372,18 +372,20 @@ static bool letin(imported& found, purposes purpose, const places& at) {
 // nodes such an edge is a fine place, not a slip, unless it is as good as none.
 static double closededge(const imported& found) {
     if (!automergenodes || found.nodenumbers.empty()) return 0;
-    const double noise = mergetol / 1000;
-    double shortest = mergetol;
+    const double whole = mergetol * mergetol, noise = whole * 1e-6;
+    double shortest = whole;  // squares: a root for each edge of a million would be felt
     for (const importedelement& e : found.elements) {
         const int count = nodesoftype(float(e.type));
         for (int c = 0; c < count; ++c) {
             const triple& a = found.nodes[std::size_t(e.corners[std::size_t(c)]) - 1];
-            const triple& b = found.nodes[std::size_t(e.corners[std::size_t((c + 1) % count)]) - 1];
-            const double length = std::hypot(b[0] - a[0], b[1] - a[1], b[2] - a[2]);
-            if (length > noise) shortest = std::min(shortest, length);
+            const int next = c + 1 == count ? 0 : c + 1;
+            const triple& b = found.nodes[std::size_t(e.corners[std::size_t(next)]) - 1];
+            const double x = b[0] - a[0], y = b[1] - a[1], z = b[2] - a[2];
+            const double square = x * x + y * y + z * z;
+            if (square > noise) shortest = std::min(shortest, square);
         }
     }
-    return shortest < mergetol ? shortest : 0;
+    return shortest < whole ? std::sqrt(shortest) : 0;
 }
 
 // Merges by their options, which a release of what was pasted begins; edges stay open.

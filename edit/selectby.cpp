@@ -196,15 +196,10 @@ static void findnormal(const std::vector<int>& from, double leastcosine, std::ve
     }
 }
 
-// From face to face over common sides. The normals first, in the order of memory: met on the way
-// they take three times as long.
+// From face to face over common sides.
 static void findface(const std::vector<int>& from, double leastcosine, std::vector<bool>& marks) {
     const facesides& sides = sidesofmodel();
-    std::vector<std::array<float, 3>> normals(marks.size());
-    for (int e = 1; e <= nelems(); ++e) {
-        const auto [x, y, z] = facenormal(e);
-        normals[std::size_t(e)] = {float(x), float(y), float(z)};
-    }
+    const auto normals = facenormals();
     std::vector<int> front = from;
     while (!front.empty()) {
         const int here = front.back();

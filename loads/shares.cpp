@@ -30,13 +30,6 @@ double areaof(const std::vector<int>& c) {  // half the cross product of its dia
            2;
 }
 
-// Of a ring of sides the first has the length.
-bool isfirst(const facesides& sides, int side) {
-    for (int other = sides.next(side); other != side; other = sides.next(other))
-        if (other < side) return false;
-    return true;
-}
-
 struct sharing {
     explicit sharing(const std::vector<int>& among) : share(std::size_t(nnodes()) + 1, -1.0) {
         for (const int n : among)
@@ -75,8 +68,7 @@ void sharing::lines() {
         const int elnn = nodesoftype(elems(e, 0));
         for (int k = 1; k <= (elnn == 2 ? 1 : elnn > 2 ? elnn : 0); ++k) {
             const int a = int(elems(e, k)), b = int(elems(e, k % elnn + 1));
-            if (!isamong(a) || !isamong(b) || (elnn > 2 && !isfirst(sides, 4 * e + k - 1)))
-                continue;
+            if (!isamong(a) || !isamong(b) || (elnn > 2 && !sides.isfirst(4 * e + k - 1))) continue;
             for (const int n : {a, b}) give(n, lengthof(way(a, b)) / 2);
         }
     }

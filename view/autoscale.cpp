@@ -48,7 +48,9 @@ static void eachelementpoint(int nview, Visit visit) {
         if (elems(e, 0) == 0) continue;
         if (viewgroup(nview) != 0 && egroup(e) != viewgroup(nview)) continue;
         const int elnn = nodesoftype(elems(e, 0));
-        for (int k = 1; k <= elnn; ++k) used[std::size_t(elems(e, k))] = true;
+        for (int k = 1; k <= elnn; ++k)
+            if (const float n = elems(e, k); n >= 1 && n <= float(nnodes()))
+                used[std::size_t(n)] = true;
     }
     for (int n = 1; n <= nnodes(); ++n) {
         if (!used[std::size_t(n)]) continue;

@@ -107,3 +107,18 @@ std::array<double, 3> facenormal(int e) {
     const double length = std::sqrt(x * x + y * y + z * z), scale = length > 0 ? 1 / length : 0;
     return {x * scale, y * scale, z * scale};
 }
+
+std::vector<std::array<float, 3>> facenormals() {
+    std::vector<std::array<float, 3>> normals(std::size_t(nelems()) + 1);
+    for (int e = 1; e <= nelems(); ++e) {
+        const auto [x, y, z] = facenormal(e);
+        normals[std::size_t(e)] = {float(x), float(y), float(z)};
+    }
+    return normals;
+}
+
+bool facesides::isfirst(int side) const {
+    for (int other = next(side); other != side; other = next(other))
+        if (other < side) return false;
+    return true;
+}

@@ -16,6 +16,8 @@ struct facesides {
     int next(int side) const { return ring[std::size_t(side)]; }
     bool isfree(int side) const { return next(side) == side; }
     bool ispair(int side) const { return !isfree(side) && next(next(side)) == side; }
+    // Of each ring one, so that what its sides share is met once.
+    bool isfirst(int side) const;
 };
 const facesides& sidesofmodel();
 
@@ -24,3 +26,6 @@ std::uint64_t stampofmodel(bool withplaces);
 
 // Unit normal of a triangle or quadrilateral; all zero where an element has none.
 std::array<double, 3> facenormal(int e);
+// Of every element by number, in the order of memory: met on the way from face to face they take
+// three times as long.
+std::vector<std::array<float, 3>> facenormals();

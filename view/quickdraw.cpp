@@ -46,36 +46,20 @@ struct quicklines {
 };
 quicklines kept;
 
-using normal = std::array<float, 3>;
-
-std::vector<normal> normalsofmodel() {
-    std::vector<normal> normals(std::size_t(nelems()) + 1);
-    for (int e = 1; e <= nelems(); ++e) {
-        const auto n = facenormal(e);
-        normals[std::size_t(e)] = {float(n[0]), float(n[1]), float(n[2])};
-    }
-    return normals;
-}
-
 // Each line once: of its ring by the side with the lowest number.
 void addfeatures(std::vector<modelline>& lines) {
     const facesides& sides = sidesofmodel();
-    const std::vector<normal> normals = normalsofmodel();
+    const auto normals = facenormals();
     const auto isfold = [&](int e, int f) {
-        const normal &a = normals[std::size_t(e)], &b = normals[std::size_t(f)];
+        const auto &a = normals[std::size_t(e)], &b = normals[std::size_t(f)];
         return std::fabs(std::inner_product(a.begin(), a.end(), b.begin(), 0.0F)) < foldcosine;
-    };
-    const auto islowest = [&](int side) {
-        for (int other = sides.next(side); other != side; other = sides.next(other))
-            if (other < side) return false;
-        return true;
     };
     for (int e = 1; e <= nelems(); ++e) {
         const auto row = elems.row(e);
         const int elnn = nodesoftype(row[0]);
         for (int k = 0; elnn > 2 && k < elnn; ++k) {
             const int side = 4 * e + k;
-            if (!islowest(side)) continue;
+            if (!sides.isfirst(side)) continue;
             if (!sides.ispair(side) || isfold(e, facesides::elementof(sides.next(side))))
                 lines.push_back(
                     {int(row[std::size_t(k + 1)]), int(row[std::size_t((k + 1) % elnn + 1)]), e});

@@ -15,10 +15,7 @@
 #include "view/moddraw.h"
 
 void needroomfor(long newnodes, long newelements, long newgraphics) {
-    if (growfor({{sizenodes, nnodes() + newnodes},
-                 {sizeelements, nelems() + newelements},
-                 {sizegraphics, ngraphics() + newgraphics}}))
-        return;
+    if (growby(newnodes, newelements, newgraphics)) return;
     const auto check = [](long need, long have, const char* what, const char* size) {
         if (need <= have) return;
         throw runtimeerror{errargument, numbertext(double(need)) + " " + what + " are needed, " +

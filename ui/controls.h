@@ -19,9 +19,9 @@ QString qtext(const std::string& text);
 QString lengthsaid();  // name of the model's length, empty where the model does not say it
 // A name from a model or a path from the settings, cut where it is longer than a list can show.
 QString qname(const std::string& name);
-// The button "Copy Table": all cells, with the headings where they show, as spreadsheets take them.
 // As wide as its columns with their headings, in whatever letters, up to two thirds of the screen.
 void widentable(QTableView* table);
+// The button "Copy Table": all cells, with the headings where they show, as spreadsheets take them.
 void addcopytable(const QTableView* table, QWidget* parent, QBoxLayout* row);
 QPushButton* newbutton(const char* name, const char* caption, QWidget* parent, QBoxLayout* row);
 // The line at the foot of a dialog that takes its remarks; it wraps where one is long.

@@ -98,9 +98,8 @@ class needsdialog : public QDialog {
     void add(QGridLayout* grid, const need& n, int row) {
         auto* const text = new QLabel(qtext(n.text), this);
         text->setTextFormat(Qt::PlainText);
-        text->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
         text->setWordWrap(true);
-        text->setMinimumWidth(320);
+        text->setMinimumWidth(std::max(320, fontMetrics().averageCharWidth() * 50));
         grid->addWidget(text, row, 0);
         auto* const cell = new QHBoxLayout;
         const placerow& place = *std::ranges::find(places, n.place, &placerow::place);

@@ -189,16 +189,16 @@ static QString beginfolder() {
     return QFileInfo(last).isDir() ? last : QDir::homePath();
 }
 
-// The toolkit keeps the side bar for all programs: folders that are gone, and examples of another
-// time, leave it.
+// The toolkit keeps the side bar for all programs: examples that are gone leave it, places of the
+// user stay.
 static void fillsidebar(QFileDialog& dialog, bool withexamples) {
     QList<QUrl> places = dialog.sidebarUrls();
     places.removeIf([](const QUrl& place) {
         const QFileInfo folder(place.toLocalFile());
-        return place.isLocalFile() && (folder.fileName() == "examples" || !folder.exists());
+        return place.isLocalFile() && folder.fileName() == "examples" && !folder.exists();
     });
     const QUrl examples = QUrl::fromLocalFile(qtext(examplesfolder()));
-    if (withexamples && !examples.isEmpty()) places << examples;
+    if (withexamples && !examples.isEmpty() && !places.contains(examples)) places << examples;
     dialog.setSidebarUrls(places);
 }
 

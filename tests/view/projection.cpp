@@ -126,6 +126,9 @@ TEST(Autoscale, FitsTheLargestExtentLessTheMargin) {
     addnode(5, 3, 2);
     addelement(1, {1, 2});
     autoscale(1);
+    addelement(1, {2, 100000});
+    addelement(1, {2, -7});
+    autoscale(1);  // passes over what is no node
     EXPECT_EQ(viewptx(1), 3);
     EXPECT_EQ(viewptz(1), 1.5f);
     EXPECT_FLOAT_EQ(viewscale(1), float((10 / 2.0 - 0.5) * 2 / 4)) << "the smaller side is 10 cm";

@@ -96,6 +96,9 @@ std::array<double, 3> facenormal(int e) {
     const auto row = elems.row(e);
     const int elnn = nodesoftype(row[0]);
     if (elnn < 3) return {};
+    const float last = float(nnodes());
+    for (std::size_t k = 1; k <= std::size_t(elnn); ++k)
+        if (!(row[k] >= 1 && row[k] <= last)) return {};
     const auto corner = [&](std::size_t k) { return nodes.row(0, long(row[k])).data(); };
     const float *const p = corner(1), *const q = corner(2), *const r = corner(3),
                        *const s = corner(elnn == 4 ? 4 : 2);

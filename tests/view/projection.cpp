@@ -7,6 +7,7 @@
 #include "tests/support/recorder.h"
 #include "view/autoscale.h"
 #include "view/drawelems.h"
+#include "view/facesides.h"
 #include "view/localaxes.h"
 #include "view/moddraw.h"
 #include "view/scaleview.h"
@@ -128,7 +129,9 @@ TEST(Autoscale, FitsTheLargestExtentLessTheMargin) {
     autoscale(1);
     addelement(1, {2, 100000});
     addelement(1, {2, -7});
+    addelement(3, {1, 2, 1, 100000});
     autoscale(1);  // passes over what is no node
+    EXPECT_EQ(facenormals()[std::size_t(nelems())][2], 0);
     EXPECT_EQ(viewptx(1), 3);
     EXPECT_EQ(viewptz(1), 1.5f);
     EXPECT_FLOAT_EQ(viewscale(1), float((10 / 2.0 - 0.5) * 2 / 4)) << "the smaller side is 10 cm";

@@ -4,6 +4,7 @@
 //
 //   mpiexec -n 2 test_scale ENGINE TOLERANCE [options of the tests]
 //   test_scale --plate TYPE N BASE [CASES]    writes a model of N x N plates to measure with
+//   test_scale --plain WORD...                feiflu by the factor of CHOLMOD in place of its own
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -13,7 +14,9 @@
 #include "solver/mpi/mpiranks.h"
 #include "solver/mpi/multigrid.h"
 #include "solver/mpi/mumps.h"
+#include "solver/program.h"
 #include "solver/tune.h"
+#include "tests/scale/plainfactor.h"
 #include "tests/solver/build.h"
 
 namespace {
@@ -132,6 +135,10 @@ int main(int count, char** words) {
         const int cases = count > 5 ? std::atoi(words[5]) : 1;
         writeplate(std::atoi(words[2]), std::atoi(words[3]), words[4], cases);
         return 0;
+    }
+    if (count >= 2 && std::string(words[1]) == "--plain") {
+        addengine("cholmod", [](const settings&) { return std::make_unique<plainfactor>(); });
+        return runprogram({words + 2, words + count});
     }
     beginprocesses(count, words);
     int failed = 1;

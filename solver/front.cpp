@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tiles of fixed size, each worked on by one thread with the sequential dense routines.
+// Tiles, each worked on by one thread with the sequential dense routines.
 #include "solver/front.h"
 
 #include <atomic>
@@ -8,7 +8,7 @@
 #include "solver/blas.h"
 #include "solver/parallel.h"
 
-static const int tileheight = 256;
+static const int tileheight = 512;  // of those that threads share
 static const double one = 1, minus = -1, zero = 0;
 
 template <typename Work>
@@ -23,12 +23,15 @@ static void eachtile(int count, bool parallel, Work work) {
 }
 
 namespace {
-// Rows of a block of columns: tile 0 is the square at the diagonal.
+// Rows of a block of columns: tile 0 is the square at the diagonal, and what lies below is parted
+// only where there is somebody to share it with.
 struct tiles {
-    int square, tall;
-    int count() const { return 1 + (tall - square + tileheight - 1) / tileheight; }
-    int first(int t) const { return t == 0 ? 0 : square + (t - 1) * tileheight; }
-    int height(int t) const { return t == 0 ? square : std::min(tileheight, tall - first(t)); }
+    tiles(int square, int tall, bool parallel)
+        : square(square), tall(tall), each(parallel ? tileheight : std::max(tall - square, 1)) {}
+    int count() const { return 1 + (tall - square + each - 1) / each; }
+    int first(int t) const { return t == 0 ? 0 : square + (t - 1) * each; }
+    int height(int t) const { return t == 0 ? square : std::min(each, tall - first(t)); }
+    int square, tall, each;
 };
 }  // namespace
 
@@ -42,10 +45,26 @@ static void subtract(bool diagonal, int rows, int columns, int depth, const doub
         dgemm_("N", "T", &rows, &columns, &depth, &minus, a, &from, b, &from, keep, c, &to);
 }
 
+// The rows of a tile become those of the factor, by the triangle of its block of columns: the
+// library's own solution is slow, so that products do what lies between narrow triangles.
+static void dividebytriangle(int rows, int columns, const double* triangle, double* tile,
+                             int tall) {
+    const int narrow = 24;
+    for (int c = 0; c < columns; c += narrow) {
+        const int wide = std::min(narrow, columns - c), rest = columns - c - wide;
+        const double* const own = triangle + c + std::int64_t(c) * tall;
+        double* const x = tile + std::int64_t(c) * tall;
+        dtrsm_("R", "L", "T", "N", &rows, &wide, &one, own, &tall, x, &tall);
+        if (rest > 0)
+            dgemm_("N", "T", &rows, &rest, &wide, &minus, x, &tall, own + wide, &tall, &one,
+                   x + std::int64_t(wide) * tall, &tall);
+    }
+}
+
 // Block j of the columns from those before it.
 static bool eliminateblock(const staircase& s, int j, double* columns, bool parallel) {
     const int top = j * s.width(), wide = s.wide(j), tall = s.tall(j);
-    const tiles t{wide, tall};
+    const tiles t(wide, tall, parallel);
     double* const block = columns + s.place(j);
     std::atomic<bool> good{true};
     eachtile(t.count(), parallel, [&](int i) {
@@ -62,8 +81,7 @@ static bool eliminateblock(const staircase& s, int j, double* columns, bool para
     });
     if (!good) return false;
     eachtile(t.count() - 1, parallel, [&](int i) {
-        const int row = t.first(i + 1), height = t.height(i + 1);
-        dtrsm_("R", "L", "T", "N", &height, &wide, &one, block, &tall, block + row, &tall);
+        dividebytriangle(t.height(i + 1), wide, block, block + t.first(i + 1), tall);
     });
     return true;
 }
@@ -76,10 +94,11 @@ static void fillupdate(const staircase& s, const double* columns, double* update
     };
     std::vector<tile> list;
     for (int j = 0; j < u.blocks(); ++j)
-        for (int i = 0; i < tiles{u.wide(j), u.tall(j)}.count(); ++i) list.push_back({j, i});
+        for (int i = 0; i < tiles(u.wide(j), u.tall(j), parallel).count(); ++i)
+            list.push_back({j, i});
     eachtile(int(list.size()), parallel, [&](int at) {
         const auto [j, i] = list[std::size_t(at)];
-        const tiles t{u.wide(j), u.tall(j)};
+        const tiles t(u.wide(j), u.tall(j), parallel);
         const int top = s.columns + j * u.width(), row = t.first(i);
         double* const to = update + u.place(j) + row;
         for (int k = 0; k < s.blocks(); ++k) {

@@ -12,7 +12,7 @@ struct staircase {
     int rows = 0, columns = 0;  // rows >= columns
 
     // Columns of a block: wide ones are fast, narrow ones waste less above the diagonal.
-    int width() const { return columns <= 256 ? 64 : 128; }
+    int width() const { return columns <= 256 ? 64 : columns <= 512 ? 128 : 256; }
     int blocks() const { return (columns + width() - 1) / width(); }
     int wide(int block) const { return std::min(width(), columns - block * width()); }
     int tall(int block) const { return rows - block * width(); }

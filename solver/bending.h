@@ -26,6 +26,7 @@ class plate {
     edgerows edgemotion(int k, double x) const;
     void addwork(const moments& f, int k, double x, double weight, assumed& h) const;
     assumed makeassumed() const;
+    mat3 loosened(const element& e) const;
     halfmatrix trianglestiffness() const;
     halfrows curvature(const vec2& place, double& area) const;
     Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> shear(
@@ -33,6 +34,7 @@ class plate {
 
     const flatshape& s;
     mat3 rigidity;         // moment a length of a curvature
+    mat3 loose;            // the same of a triangle, less at its free edges
     double shearrigidity;  // shear force a length of a shear strain
     double thickness;
     double area;

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "solver/edges.h"
+#include "solver/edgebits.h"
 #include "solver/gauss.h"
 #include "solver/smallsolve.h"
 

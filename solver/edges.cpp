@@ -10,6 +10,7 @@
 
 #include "solver/bending.h"
 #include "solver/catalogue.h"
+#include "solver/edgebits.h"
 #include "solver/parallel.h"
 
 static bool bends(int type) {
@@ -48,12 +49,6 @@ static sidelist listsides(const model& m) {
     std::vector<std::size_t> next(list.start.begin(), list.start.end() - 1);
     eachside([&](std::size_t low, const side& one) { list.sides[next[low]++] = one; });
     return list;
-}
-
-static const int meeting = 3;  // place of the bits in the slip of a triangle
-
-bool meetsquadrilateral(const element& e, int edge) {
-    return e.slip && int((*e.slip)[meeting]) >> edge & 1;
 }
 
 // --- folds --------------------------------------------------------------------------------------
@@ -133,6 +128,53 @@ static void measurefolds(model& m, const sidelist& list) {
     });
 }
 
+// --- free edges ---------------------------------------------------------------------------------
+
+static const int onbar = 8;
+
+// Rotations that supports hold, bits 0..2, and nodes whose rotations bars share.
+static std::vector<char> heldturns(const model& m) {
+    std::vector<char> nodes(m.nodes.size(), 0);
+    for (const nodalrow& row : m.constraints)
+        if (row.dof > 3) nodes[std::size_t(row.node)] |= char(1 << (row.dof - 4));
+    for (const elementdef& e : m.elements)
+        if (e.type == typebeam || e.type == typepipe || e.type == typerigid)
+            for (int k = 0; k < 2; ++k) nodes[std::size_t(e.node[k])] |= char(onbar);
+    return nodes;
+}
+
+// both: what holds the turns of either end of an element's edge, which has no other element. A
+// rotation about the normal bends nothing.
+static bool isfree(const model& m, const elementdef& e, int both) {
+    if (both == 0) return true;
+    const vec3 normal = normalof(m, e);
+    bool free = (both & onbar) == 0;
+    for (int k = 0; k < 3; ++k) free &= !(both >> k & 1) || normal[k] * normal[k] > 0.5;
+    return free;
+}
+
+// others: those at the same edge, with one among them; held: at both ends.
+static void shareedge(model& m, const side& one, std::span<const side> others,
+                      const std::vector<edgeslip>& own, int held) {
+    double sum = 0;
+    int count = 0;
+    bool quadrilateral = false;
+    for (const side& other : others) {
+        if (other.far != one.far) continue;
+        sum += double(own[std::size_t(other.element)][std::size_t(other.edge)]);
+        ++count;
+        quadrilateral |= m.elements[std::size_t(other.element)].type == typeshell4;
+    }
+    const elementdef& e = m.elements[std::size_t(one.element)];
+    edgeslip& slip = m.slip[std::size_t(one.element)];
+    slip[std::size_t(one.edge)] = float(sum / count);
+    int bits = 0;
+    if (quadrilateral && e.type == typeshell3) bits |= meetingbit << one.edge;
+    const bool triangle = e.type == typeshell3 || e.type == typeplate3;
+    if (triangle && count == 1 && isfree(m, e, held)) bits |= freebit << one.edge;
+    if (bits != 0) std::atomic_ref(slip[edgebits]).fetch_add(float(bits));
+}
+
 void measureedges(model& m, const settings& s) {
     m.slip.clear();
     m.fold.clear();
@@ -147,26 +189,14 @@ void measureedges(model& m, const settings& s) {
     });
     const sidelist list = listsides(m);
     measurefolds(m, list);
+    const std::vector<char> held = heldturns(m);
     m.slip = own;
-    const auto typeat = [&m](const side& one) { return m.elements[std::size_t(one.element)].type; };
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
-        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n)
-            for (std::size_t i = list.start[n]; i < list.start[n + 1]; ++i) {
-                const side& one = list.sides[i];
-                double sum = 0;
-                int count = 0;
-                bool quadrilateral = false;
-                for (std::size_t j = list.start[n]; j < list.start[n + 1]; ++j) {
-                    const side& other = list.sides[j];
-                    if (other.far != one.far) continue;
-                    sum += double(own[std::size_t(other.element)][std::size_t(other.edge)]);
-                    ++count;
-                    quadrilateral |= typeat(other) == typeshell4;
-                }
-                edgeslip& slip = m.slip[std::size_t(one.element)];
-                slip[std::size_t(one.edge)] = float(sum / count);
-                if (quadrilateral && typeat(one) == typeshell3)
-                    std::atomic_ref(slip[meeting]).fetch_add(float(1 << one.edge));
-            }
+        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
+            const std::span<const side> here(list.sides.data() + list.start[n],
+                                             list.start[n + 1] - list.start[n]);
+            for (const side& one : here)
+                shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)]);
+        }
     });
 }

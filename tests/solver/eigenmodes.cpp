@@ -236,7 +236,8 @@ TEST(Verification, CantileveredSquarePlate) {
             const results r = modesof(b);
             for (int k = 0; k < 6; ++k)
                 row("FV16 cantilevered plate", k + 1, meshname(type, n, n), "NF, B", printed[k],
-                    series[k] * plateunit, hertz(r, k + 1), tolerance);
+                    series[k] * plateunit, hertz(r, k + 1),
+                    type == typeshell4 ? tolerance : 2 * tolerance);
         }
 }
 

@@ -167,7 +167,7 @@ TEST(Verification, StraightBeamOfShells) {
     const double quads[] = {0.015, 0.015, 0.03, 0.02}, bentflat[] = {0.06, 0.03, 0.27};
     for (const int type : {typeshell4, typeshell3})
         for (int shape = 0; shape < 3; ++shape) {
-            const double triangles[] = {0.01, bentflat[shape], 0.03, 0.35};
+            const double triangles[] = {0.01, bentflat[shape], 0.03, 0.02};
             build b;
             const grid at = b.mesh(type, b.plate(1e7, 0.3, 0.1), 6, 1, [&](double r, double s) {
                 const int i = int(std::lround(6 * r)), side = s > 0.5 ? 1 : -1;
@@ -194,19 +194,44 @@ TEST(Verification, StraightBeamOfShells) {
 
 // A bar 0.2 x 0.1 in torsion as a plate: the shear near its edges is a matter of the mesh across.
 TEST(Verification, TwistedBarOfShells) {
-    for (const auto [ny, tolerance] : meshes{{2, 0.01}, {4, 0.01}, {8, 0.01}}) {
-        build b;
-        const int nx = 6 * ny;
-        const grid at = b.mesh(typeshell4, b.plate(1e7, 0.3, 0.1), nx, ny,
-                               [](double r, double s) { return vec3(6 * r, 0.2 * s, 0); });
-        b.fix(at.left(), clamped);
-        const int low = at.number(nx, 0), high = at.number(nx, ny);
-        b.load(1, low, 3, -1 / 0.2);
-        b.load(1, high, 3, 1 / 0.2);
-        const results r = solvebalanced(b);
-        row("MH", "Straight beam, twisted", meshname(typeshell4, nx, ny), 0.03208, twistedtip,
-            (moved(r, 1, high, 3) - moved(r, 1, low, 3)) / 0.2, tolerance);
+    for (const int type : {typeshell4, typeshell3})
+        for (const auto [ny, tolerance] : meshes{{2, 0.01}, {4, 0.01}, {8, 0.01}}) {
+            build b;
+            const int nx = 6 * ny;
+            const grid at = b.mesh(type, b.plate(1e7, 0.3, 0.1), nx, ny,
+                                   [](double r, double s) { return vec3(6 * r, 0.2 * s, 0); });
+            b.fix(at.left(), clamped);
+            const int low = at.number(nx, 0), high = at.number(nx, ny);
+            b.load(1, low, 3, -1 / 0.2);
+            b.load(1, high, 3, 1 / 0.2);
+            const results r = solvebalanced(b);
+            row("MH", "Straight beam, twisted", meshname(type, nx, ny), 0.03208, twistedtip,
+                (moved(r, 1, high, 3) - moved(r, 1, low, 3)) / 0.2,
+                type == typeshell4 ? tolerance : 0.015 * ny);
+        }
+}
+
+// Deflection at the middle of the tip of a thick cantilever of triangles, 4 wide, whose diagonals
+// change at 2; or of a half of it.
+static double cantilevertip(bool half) {
+    build b;
+    const grid at =
+        b.mesh(typeshell3, b.plate(1e7, 0.3, 1), 6, half ? 2 : 4,
+               [&](double r, double s) { return vec3(6 * r, half ? 2 * s : 4 * s, 0); });
+    for (int e = 24; e < 48 && !half; e += 2) {
+        elementdef* const pair = &b.m.elements[std::size_t(at.firstelement + e)];
+        pair[0].node[2] = pair[1].node[2], pair[1].node[0] = pair[0].node[1];
     }
+    b.fix(at.left(), clamped);
+    if (half) b.fix(at.top(), {2, 4, 6});
+    b.load(1, at.number(6, 0), 3, 1);
+    if (!half) b.load(1, at.number(6, 4), 3, 1);
+    return moved(b.solve(), 1, at.number(6, 2), 3);
+}
+
+// Where a plate ends it twists more easily, but not in a plane of symmetry.
+TEST(Shells, TrianglesAreNotFreeInAPlaneOfSymmetry) {
+    EXPECT_NEAR(cantilevertip(true) / cantilevertip(false), 1, 1e-8);
 }
 
 TEST(Verification, CurvedBeamOfShells) {
@@ -226,7 +251,7 @@ TEST(Verification, CurvedBeamOfShells) {
             row("MH", "Curved beam, load in its plane", mesh, 0.08734, 0.08852, moved(r, 1, tip, 1),
                 type == typeshell4 ? 0.02 : 0.04);
             row("MH", "Curved beam, load across its plane", mesh, 0.5022, 0.4983,
-                moved(r, 2, tip, 3), type == typeshell4 ? tolerance : 0.15);
+                moved(r, 2, tip, 3), type == typeshell4 ? tolerance : 0.05);
         }
 }
 
@@ -273,7 +298,7 @@ TEST(Verification, HookOfRaasch) {
             b.spread(1, at.right(), 3, 1);
             row("K", "Raasch's hook, tip", meshname(type, nx, ny), 4.9352, 5.02,
                 moved(solvebalanced(b), 1, at.number(nx, ny / 2), 3),
-                type == typeshell4 ? tolerance : 0.08);
+                type == typeshell4 ? tolerance : 0.02);
         }
 }
 
@@ -281,7 +306,7 @@ TEST(Verification, HookOfRaasch) {
 
 TEST(Verification, RoofOfScordelisAndLo) {
     for (const int type : {typeshell4, typeshell3})
-        for (const auto [n, tolerance] : meshes{{4, 0.045}, {8, 0.012}, {16, 0.012}}) {
+        for (const auto [n, tolerance] : meshes{{4, 0.05}, {8, 0.015}, {16, 0.012}}) {
             build b;
             b.s.mass = b.s.force = 1;
             const int g = b.plate(4.32e8, 0, 0.25, 90 / 0.25);
@@ -485,6 +510,9 @@ TEST(Verification, SectionLE5) {
         b.spread(1, {tip.end() - k - 1, tip.end()}, 2, 0.6);
         const results r = solvebalanced(b);
         row("N", "LE5 Z section, stress x at A", meshname(type, nx, ny), 108, 110.9,
-            std::fabs(meanat(b, r, at.number(nx / 4, 0), 0)), type == typeshell4 ? 0.02 : 0.08 / k);
+            std::fabs(meanat(b, r, at.number(nx / 4, 0), 0)),
+            type == typeshell4 ? 0.02
+            : k == 1           ? 0.05
+                               : 0.025);
     }
 }

@@ -11,6 +11,7 @@
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "solver/faraway.h"
 #include "solver/kinds.h"
@@ -21,6 +22,7 @@ namespace {
 struct ownerblock {
     int owner;
     mat6 stiffness = mat6::Zero();
+    mat6 motion = mat6::Zero();  // how much the nodes of elements move, in the same sizes
 };
 }  // namespace
 
@@ -90,10 +92,15 @@ static void addelement(const model& m, const settings& s, const dofmap& d, int n
             row[a] = vec6::Zero();
             std::copy_n(r.factor, r.count, row[a].data());
         }
-    for (int a = 0; a < k.rows(); ++a)
+    for (int a = 0; a < k.rows(); ++a) {
+        if (block[a] < 0) continue;
+        ownerblock& own = blocks[std::size_t(block[a])];
+        const int first = a % kind.nodedofs < 3 ? 0 : 3;  // of its kind, some have stiffness
+        const auto same = k.diagonal().segment(a - a % kind.nodedofs + first, 3);
+        if (same.maxCoeff() > 0) own.motion += row[a] * row[a].transpose();
         for (int b = 0; b < k.cols(); ++b)
-            if (block[a] >= 0 && block[a] == block[b])
-                blocks[std::size_t(block[a])].stiffness += k(a, b) * row[a] * row[b].transpose();
+            if (block[a] == block[b]) own.stiffness += k(a, b) * row[a] * row[b].transpose();
+    }
 }
 
 static std::vector<ownerblock> blocksof(const model& m, const settings& s, const dofmap& d) {
@@ -146,6 +153,32 @@ static int emptydirections(const mat6& stiffness, int count, double nostiffness,
         for (int i = 0; i < n; ++i) direction[kept[std::size_t(i)]] = solver.eigenvectors()(i, v);
         empty.col(found++) = direction;
     }
+    return found;
+}
+
+// Those of a body: motions whose energy is next to nothing beside that of the same motion of its
+// nodes, and motions that leave them where they are but for the rounding of their places, which is
+// told as a part of the body's length. A small turn of a body with a long arm is no noise, a turn
+// out of a plane that is flat to an angle is.
+static int emptymotions(const mat6& stiffness, const mat6& motion, int count, double angle,
+                        double rounding, mat6& empty) {
+    const double much = motion.topLeftCorner(count, count).trace() / count;
+    const double still = much * std::clamp(std::pow(rounding / angle, 2), 1e-6, 1.0);
+    if (!(still > 0)) {
+        empty.setIdentity();
+        return count;
+    }
+    const Eigen::MatrixXd force = stiffness.topLeftCorner(count, count),
+                          size = motion.topLeftCorner(count, count) +
+                                 still * Eigen::MatrixXd::Identity(count, count);
+    const Eigen::GeneralizedSelfAdjointEigenSolver<Eigen::MatrixXd> solver(force, size);
+    int found = 0;
+    while (found < count && !(solver.eigenvalues()[found] > angle * angle)) ++found;
+    if (found == 0) return 0;
+    const Eigen::MatrixXd motions = solver.eigenvectors().leftCols(found).colwise().normalized();
+    empty.topLeftCorner(count, found) =
+        Eigen::HouseholderQR<Eigen::MatrixXd>(motions).householderQ() *
+        Eigen::MatrixXd::Identity(count, found);
     return found;
 }
 
@@ -210,6 +243,25 @@ static vec6 comparable(const model& m, const dofmap& d, int owner, int count) {
     return by;
 }
 
+// Up to which what meets at a node, or at any of its body, counts as one plane.
+static double angleof(const dofmap& d, const std::vector<float>& angle, int owner) {
+    const int b = d.bodyof[std::size_t(owner)];
+    if (b < 0) return angle[std::size_t(owner)];
+    double most = leastangle;
+    for (const int n : d.bodies[std::size_t(b)].nodes)
+        most = std::max(most, double(angle[std::size_t(n)]));
+    return most;
+}
+
+// How far Singles put the nodes of a body from their places, over its length.
+static double roundingof(const model& m, const dofmap& d, int owner) {
+    const rigidbody& body = d.bodies[std::size_t(d.bodyof[std::size_t(owner)])];
+    double far = 0;
+    for (const int n : body.nodes)
+        far = std::max(far, m.nodes[std::size_t(n)].cwiseAbs().maxCoeff());
+    return 4 * double(std::numeric_limits<float>::epsilon()) * far / bodylength(m, body);
+}
+
 void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) {
     long heldtotal = 0, loose = 0;
     const std::vector<ownerblock> blocks = blocksof(m, s, d);
@@ -222,9 +274,11 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
         const bool single = d.bodyof[std::size_t(block.owner)] < 0;
         const vec6 by = comparable(m, d, block.owner, count);
         const mat6 scaled = by.asDiagonal() * block.stiffness * by.asDiagonal();
-        // The small turns of a body with a long arm are no noise.
-        const double noise = single ? angle[std::size_t(block.owner)] : leastangle;
-        const int found = emptydirections(scaled, count, noise * noise, empty, unitsalone);
+        const double noise = angleof(d, angle, block.owner);
+        const int found =
+            single ? emptydirections(scaled, count, noise * noise, empty, unitsalone)
+                   : emptymotions(scaled, by.asDiagonal() * block.motion * by.asDiagonal(), count,
+                                  noise, roundingof(m, d, block.owner), empty);
         if (found == 0) continue;
         heldtotal += found;
         loose += single && found == count && count == d.pernode;
@@ -284,18 +338,41 @@ static double loadat(const dofmap& d, const double* f, int n, int k) {
     return std::sqrt(square);
 }
 
-static vec6 forceon(const model& m, const dofmap& d, const helddirection& h, const double* f) {
-    vec6 force = vec6::Zero();
+// Force, or moment over length, on a body or node and along a held direction of it. amount: of all
+// that acts there, whether it cancels or not.
+namespace {
+struct heldpart {
+    double part = 0, amount = 0;
+    double length = 1;  // that makes moments of forces
+    vec6 direction = vec6::Zero();
+};
+}  // namespace
+
+static heldpart partof(const model& m, const dofmap& d, const helddirection& h, const double* f) {
+    heldpart held;
     const int b = d.bodyof[std::size_t(h.owner)];
+    held.direction = h.direction;
     if (b < 0) {
-        for (int k = 0; k < d.pernode; ++k) force[k] = f[d.index(h.owner, k)];
-        return force;
+        int at = 0;
+        h.direction.cwiseAbs().maxCoeff(&at);
+        for (int k = 0; k < d.pernode; ++k) held.part += h.direction[k] * f[d.index(h.owner, k)];
+        held.amount = loadat(d, f, h.owner, at);
+        return held;
     }
-    for (const int n : d.bodies[std::size_t(b)].nodes) {
-        const mat6 arm = bodyarm(m, d, d.bodies[std::size_t(b)], n);
-        for (int k = 0; k < d.pernode; ++k) force += arm.row(k).transpose() * f[d.index(n, k)];
+    const rigidbody& body = d.bodies[std::size_t(b)];
+    held.length = bodylength(m, body);
+    held.direction.tail(m.twod ? 4 : 3) *= held.length;
+    const double size = held.direction.norm();
+    held.direction /= size;
+    for (const int n : body.nodes) {
+        const vec6 motion = bodyarm(m, d, body, n) * h.direction / size;
+        for (int k = 0; k < d.pernode; ++k) {
+            const double value = f[d.index(n, k)];
+            held.part += motion[k] * value;
+            held.amount += std::fabs(value) / (d.code[k] > 3 ? held.length : 1);
+        }
     }
-    return force;
+    return held;
 }
 
 vec6 heldload(const model& m, const dofmap& d, const double* f) {
@@ -310,9 +387,16 @@ vec6 heldload(const model& m, const dofmap& d, const double* f) {
         if (d.heldplain[std::size_t(i)] && f[i] != 0)
             add(i / d.pernode + 1, d.code[i % d.pernode], f[i]);
     for (const helddirection& h : d.held) {
-        if (d.bodyof[std::size_t(h.owner)] >= 0) continue;  // refused where it is loaded
-        const double part = forceon(m, d, h, f).dot(h.direction);
-        for (int k = 0; k < d.pernode; ++k) add(h.owner, d.code[k], part * h.direction[k]);
+        const heldpart held = partof(m, d, h, f);
+        if (d.bodyof[std::size_t(h.owner)] < 0) {
+            for (int k = 0; k < d.pernode; ++k)
+                add(h.owner, d.code[k], held.part * held.direction[k]);
+            continue;
+        }
+        for (int j = 0; j < (m.twod ? 3 : 6); ++j) {
+            const int dof = m.twod && j == 2 ? 6 : j + 1;
+            add(h.owner, dof, held.part * held.direction[j] * (dof > 3 ? held.length : 1));
+        }
     }
     return sum;
 }
@@ -334,19 +418,16 @@ void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& a
                   d.code[k] > 3 ? moment : force, n, d.code[k], casename, gone);
     }
     for (const helddirection& h : d.held) {
-        const vec6 load = forceon(m, d, h, f);
-        const double part = std::fabs(load.dot(h.direction));
-        if (part <= noload) continue;
-        int at = 0;
-        h.direction.cwiseAbs().maxCoeff(&at);
+        const heldpart held = partof(m, d, h, f);
+        const double part = std::fabs(held.part);
         const bool body = d.bodyof[std::size_t(h.owner)] >= 0;
+        const double nothing = body ? 1e-9 * std::max(force, moment / held.length) : noload;
+        if (part <= nothing) continue;
+        int at = 0;
+        held.direction.cwiseAbs().maxCoeff(&at);
         const int dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
-        const double whole = body ? part : loadat(d, f, h.owner, at);
-        checkpart(part, whole, angle[std::size_t(h.owner)], noload,
-                  body      ? 0
-                  : dof > 3 ? moment
-                            : force,
-                  h.owner, dof, casename, gone);
+        checkpart(part, held.amount, angleof(d, angle, h.owner), nothing,
+                  dof > 3 ? moment / held.length : force, h.owner, dof, casename, gone);
     }
     if (gone.count == 0) return;
     log.warn("Load case \"" + casename + "\": " + std::to_string(gone.count) +

@@ -105,6 +105,24 @@ TEST(Accuracy, FlatModelsStandInAnyPlaneAndFarAway) {
              place(b, p);
              loadplaced(b, p, 8, {10, -1000, 0});
          }},
+        {"truss and membrane with rigid arms",
+         [](build& b, const placing& p) {
+             const int g = b.bar(2e5, 100);
+             for (int i = 0; i < 6; ++i) b.node(100 * (i / 2), 80 * (i % 2), 0);
+             b.node(300, 40, 0);
+             for (int i = 0; i < 4; ++i) b.element(typetruss, g, {i + 1, i + 3});
+             b.element(typetruss, g, {1, 4}), b.element(typetruss, g, {3, 6});
+             b.element(typetruss, g, {3, 4});
+             b.element(typerigid, g, {5, 6}), b.element(typerigid, g, {5, 7});
+             const build::grid at =
+                 b.mesh(typememb4, b.plate(2e5, 0.3, 10), 4, 2,
+                        [](double r, double s) { return vec3(400 * r, 200 * s + 500, 0); });
+             const int arm = b.node(500, 600, 0);
+             for (const int n : at.right()) b.element(typerigid, g, {arm, n});
+             b.fix({1, 2}, {1, 2, 3}), b.fix(at.left(), {1, 2, 3});
+             place(b, p);
+             loadplaced(b, p, 7, {50, -300, 0}), loadplaced(b, p, arm, {100, 200, 0});
+         }},
     };
     for (const auto& kind : models) {
         Eigen::VectorXd flat;

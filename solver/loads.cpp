@@ -54,27 +54,34 @@ vec3 caseloads::accelerationat(const vec3& at) const {
     return uniform + rotation.cross(at - centre);
 }
 
-// Adds a force a length (line) or an area (plate) that is the same all over the element.
-static void spreadevenly(const element& e, const vec3& load, elvector& f) {
-    const elementkind& kind = kindof(e.type);
-    const int most = 9;  // points of a rule
-    placedforce forces[most];
-    std::size_t count = 0;
-    if (kind.fam == family::plate) {
-        for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
-            const double area = surfacenormal(e, shapesat(e.nodes, p.place)).norm();
-            forces[count++] = {p.place, p.weight * area * load};
-        }
-        kind.spread(e, {forces, count}, f);
-        return;
-    }
+// Adds a force a length that is the same all along a line.
+static void spreadalong(const element& e, const vec3& load, elvector& f) {
     const int points = 2;  // exact for the cubic shapes of a beam
+    placedforce forces[points];
     const double half = lengthof(e) / 2;
     for (int i = 0; i < points; ++i) {
         const gausspoint& g = gausspoints(points)[i];
-        forces[count++] = {{(1 + g.at) / 2, 0}, g.weight * half * load};
+        forces[i] = {{(1 + g.at) / 2, 0}, g.weight * half * load};
     }
-    kind.spread(e, {forces, count}, f);
+    kindof(e.type).spread(e, placedforces(forces), f);
+}
+
+vec3 plateload(const element& e, const elementrow& row, const vec3& normal) {
+    const int across = 3;
+    if (row.direction == across) return row.value * normal;
+    return row.value * normal.norm() * plateaxes(e).row(row.direction - 1).transpose();
+}
+
+// Adds a force an area that is the same all over a plate.
+static void spreadover(const element& e, const elementrow& row, elvector& f) {
+    const int most = 9;  // points of the rule
+    placedforce forces[most];
+    std::size_t count = 0;
+    for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
+        const vec3 normal = surfacenormal(e, shapesat(e.nodes, p.place));
+        forces[count++] = {p.place, p.weight * plateload(e, row, normal)};
+    }
+    kindof(e.type).spread(e, {forces, count}, f);
 }
 
 std::vector<elementrow>::const_iterator caseloads::firstrow(int e) const {
@@ -91,8 +98,10 @@ bool caseloads::rowsonelement(const element& e, elvector& f) const {
                                  "\", but this kind of element takes none; load its nodes");
         if (kind.fam != family::plate && !(lengthof(e) > 0))
             refuseelement(e, "has a distributed load, but no length");
-        const mat3 axes = kind.fam == family::plate ? plateaxes(e) : lineaxes(e);
-        spreadevenly(e, row->value * axes.row(row->direction - 1).transpose(), f);
+        if (kind.fam == family::plate)
+            spreadover(e, *row, f);
+        else
+            spreadalong(e, row->value * lineaxes(e).row(row->direction - 1).transpose(), f);
         any = true;
     }
     return any;

@@ -17,6 +17,11 @@ struct absentloads {
     void add(int n, int direction, double value);
 };
 
+// The load of a row on a plate where its surface has this normal (whose size is an area). Along e3
+// it is a pressure: normal to the surface at each place, also where the corners leave a plane, so
+// that it balances on a closed vessel.
+vec3 plateload(const element& e, const elementrow& row, const vec3& normal);
+
 class caseloads {
   public:
     caseloads(const model& m, const settings& s, int lc);

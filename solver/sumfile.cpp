@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/textfile.h"
+#include "solver/loads.h"
 #include "solver/surface.h"
 
 // --- loads by kind ------------------------------------------------------------------------------
@@ -39,18 +40,19 @@ static vec6 elementsum(const model& m, const settings& s, const dofmap& d, const
     vec6 sum = vec6::Zero();
     for (const elementrow& row : c.element) {
         const element e = elementat(m, s, row.element);
-        const bool plate = kindof(e.type).fam == family::plate;
-        const mat3 axes = plate ? plateaxes(e) : lineaxes(e);
-        vec3 load = row.value * axes.row(row.direction - 1).transpose();
-        for (int k = 0; k < 3; ++k)
-            if (d.place[k + 1] < 0) load[k] = 0;
-        if (!plate) {
-            sum += wrench(middleof(e), lengthof(e) * load);
+        const auto met = [&](vec3 load) {
+            for (int k = 0; k < 3; ++k)
+                if (d.place[k + 1] < 0) load[k] = 0;
+            return load;
+        };
+        if (kindof(e.type).fam != family::plate) {
+            const vec3 load = row.value * lineaxes(e).row(row.direction - 1).transpose();
+            sum += wrench(middleof(e), lengthof(e) * met(load));
             continue;
         }
         for (const surfacepoint& p : surfacepoints(e.nodes, 3)) {
             const surfaceshape n = shapesat(e.nodes, p.place);
-            sum += wrench(surfaceat(e, n), p.weight * surfacenormal(e, n).norm() * load);
+            sum += wrench(surfaceat(e, n), p.weight * met(plateload(e, row, surfacenormal(e, n))));
         }
     }
     return sum;
@@ -124,7 +126,7 @@ static void putloads(const model& m, const settings& s, const results& r, int lc
     const vec6 &applied = r.reactions.load[std::size_t(lc)],
                &reaction = r.reactions.reaction[std::size_t(lc)];
     // What is left of loads that balance among themselves is none, and no fault of the balance.
-    const vec6 left = vec6::Constant(1e-6 * r.reactions.least[std::size_t(lc)]);
+    const vec6 left = 1e-6 * r.reactions.least[std::size_t(lc)];
     vec6 rounding = left;
     for (const int half : {0, 3}) {
         const double sum =

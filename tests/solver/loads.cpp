@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Accelerations, distributed loads by local axis, prescribed values.
 #include <Eigen/Geometry>
+#include <algorithm>
 #include <cmath>
 
 #include "solver/readmodel.h"
@@ -96,6 +97,31 @@ TEST(ElementRows, ActAlongTheLocalAxesOnEveryFamily) {
     b.fix(1, clamped);
     b.press(1, 1, 1, 1);
     expectwords(b.refusal(), {"takes none"});
+}
+
+// As much through a warped element as through its edges, whichever corner is its first.
+TEST(ElementRows, PressureIsNormalToAWarpedSurface) {
+    for (const int type : {typeshell4, typememb4}) {
+        std::vector<int> corners = {1, 2, 3, 4};
+        vec3 first[4];
+        for (int start = 0; start < 4; ++start) {
+            build b;
+            b.node(0, 0, 0), b.node(50, 4, 3), b.node(46, 41, -2), b.node(3, 38, 4);
+            b.element(type, b.plate(2e5, 0.3, 2), corners);
+            b.fixall();
+            b.press(1, 1, 3, 2);
+            const results r = b.solve();
+            const std::vector<vec3>& x = b.m.nodes;
+            const vec3 through = (x[3] - x[1]).cross(x[4] - x[2]);  // 2 times half of it
+            EXPECT_LT((r.reactions.load[1].head<3>() - through).norm(), 1e-9 * through.norm());
+            for (int n = 0; n < 4; ++n) {
+                const vec3 here = reactedby(r, 1, n + 1);
+                if (start == 0) first[n] = here;
+                EXPECT_LT((here - first[n]).norm(), 1e-9 * through.norm()) << type << start;
+            }
+            std::rotate(corners.begin(), corners.begin() + 1, corners.end());
+        }
+    }
 }
 
 // All six directions at once on a cantilever; a typed DZ moves the node by what was typed.

@@ -11,11 +11,11 @@
 static const int intervals = memberstations - 1;
 
 namespace {
-// The load on each interval between stations, local axes: force, and its first moment about the
-// interval's middle.
+// The load on each interval between stations, local axes: force, and what it gives at the
+// interval's end with an arm of (h - x), (h - x)^2 / 2, (h - x)^3 / 6.
 struct memberload {
     bool any = false;  // else the rest does not count
-    vec3 force[intervals], first[intervals];
+    vec3 force[intervals], arm[intervals], square[intervals], cube[intervals];
     vec3 moment = vec3::Zero();  // a length, even all along
 };
 
@@ -28,7 +28,8 @@ struct memberforce {
 static memberload loadof(const element& e, const mat3& axes, const caseloads& loads) {
     memberload sum;
     if (!loads.loadselements()) return sum;
-    for (int i = 0; i < intervals; ++i) sum.force[i] = sum.first[i] = vec3::Zero();
+    for (int i = 0; i < intervals; ++i)
+        sum.force[i] = sum.arm[i] = sum.square[i] = sum.cube[i] = vec3::Zero();
     const double length = lengthof(e);
     sum.moment = loads.online(e, [&](double from, double to, const linedensity& load) {
         sum.any = true;
@@ -36,14 +37,17 @@ static memberload loadof(const element& e, const mat3& axes, const caseloads& lo
             const double a = std::max(from, double(i) / intervals);
             const double b = std::min(to, double(i + 1) / intervals);
             if (a >= b) continue;
-            const double middle = (i + 0.5) / intervals;
+            const double end = double(i + 1) / intervals;
             const int points = 5;
             for (int k = 0; k < points; ++k) {
                 const gausspoint& g = gausspoints(points)[k];
                 const double x = (a + b) / 2 + g.at * (b - a) / 2;
                 const vec3 force = axes * load(x) * (g.weight * (b - a) / 2 * length);
                 sum.force[i] += force;
-                sum.first[i] += (x - middle) * length * force;
+                const double arm = (end - x) * length;
+                sum.arm[i] += arm * force;
+                sum.square[i] += arm * arm / 2 * force;
+                sum.cube[i] += arm * arm * arm / 6 * force;
             }
         }
     });
@@ -51,18 +55,13 @@ static memberload loadof(const element& e, const mat3& axes, const caseloads& lo
     return sum;
 }
 
-// From the forces at an interval's beginning those at s behind it; the load on it counts as linear.
-static memberforce onwards(const memberforce& at, const memberload& load, int i, double h,
-                           double s) {
+// From the forces at an interval's beginning those at its end, h behind it.
+static memberforce onwards(const memberforce& at, const memberload& load, int i, double h) {
     memberforce next = at;
-    const vec3 even = load.force[i] / h, slope = 12 * load.first[i] / (h * h * h);
-    // Integrals over 0..s of q = even + slope (x - h/2), and of (s - x) q.
-    const vec3 force = even * s + slope * (s * s / 2 - h * s / 2);
-    const vec3 arm = even * s * s / 2 + slope * (s * s * s / 6 - h * s * s / 4);
-    next.force -= force;
-    next.moment -= load.moment * s;
-    next.moment[1] += at.force[2] * s - arm[2];
-    next.moment[2] += -at.force[1] * s + arm[1];
+    next.force -= load.force[i];
+    next.moment -= load.moment * h;
+    next.moment[1] += at.force[2] * h - load.arm[i][2];
+    next.moment[2] += -at.force[1] * h + load.arm[i][1];
     return next;
 }
 
@@ -95,19 +94,17 @@ static void deflectclamped(const element& e, const memberload& load, const linee
     memberforce at = atfirstend(clamps);
     vec2 way = vec2::Zero(), turn = vec2::Zero();  // turn: slope without shear
     for (int i = 0; i < intervals; ++i) {
-        vec2 nextway = way + turn * h, nextturn = turn;
-        const int points = 3;
-        for (int k = 0; k < points; ++k) {
-            const gausspoint& g = gausspoints(points)[k];
-            const double s = (1 + g.at) / 2 * h, weight = g.weight / 2 * h;
-            const memberforce f = onwards(at, load, i, h, s);
-            const vec2 curvature(f.moment[2] * soft.bend3, -f.moment[1] * soft.bend2);
-            nextturn += weight * curvature;
-            nextway += weight * ((h - s) * curvature + soft.shear * f.force.tail<2>());
-        }
-        at = onwards(at, load, i, h, h);
-        way = nextway;
-        turn = nextturn;
+        const vec3 &v = at.force, &m = at.moment;
+        const double half = h * h / 2, sixth = h * h * h / 6;
+        // Integrals of the moments over the interval, once and twice.
+        const vec2 once(m[2] * h - v[1] * half + load.square[i][1] - load.moment[2] * half,
+                        m[1] * h + v[2] * half - load.square[i][2] - load.moment[1] * half);
+        const vec2 twice(m[2] * half - v[1] * sixth + load.cube[i][1] - load.moment[2] * sixth,
+                         m[1] * half + v[2] * sixth - load.cube[i][2] - load.moment[1] * sixth);
+        const vec2 soften(soft.bend3, -soft.bend2);
+        way += turn * h + twice.cwiseProduct(soften) + soft.shear * (v * h - load.arm[i]).tail<2>();
+        turn += once.cwiseProduct(soften);
+        at = onwards(at, load, i, h);
         deflection[i + 1] += way;
     }
 }
@@ -128,7 +125,7 @@ static void addload(const element& e, const mat3& axes, const memberload& load,
     if (nodedofs == 6)
         deflectclamped(e, load, -tolocalends(axes, between.data(), nodedofs), deflection);
     const double h = lengthof(e) / intervals;
-    for (int i = 0; i < intervals; ++i) forces[i + 1] = at = onwards(at, load, i, h, h);
+    for (int i = 0; i < intervals; ++i) forces[i + 1] = at = onwards(at, load, i, h);
 }
 
 memberline memberwriter::lineof(const element& e, const double* ends) const {

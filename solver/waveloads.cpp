@@ -128,11 +128,20 @@ bool waveloads::windonline(const element& e, const linesink& sink) const {
     const double speed = across.norm();
     if (!(speed > 0)) return false;
     const double width = s.length * widthacross(section, axes, across / speed);
-    sink(from, to, [&](double x) -> vec3 {
+    const auto load = [&](double x) -> vec3 {
         const double z = std::max(0.0, placeon(e, x).z());
         const vec3 v = normalpart(windat(z), axis);
         return 0.5 * s.airdensity * shape * width * v.norm() * v * s.length / s.force;
-    });
+    };
+    // The speed rises from nothing at the ground like a root: ever shorter pieces towards it.
+    const double ground = placeon(e, from).z() < placeon(e, to).z() ? from : to;
+    const double sky = from + to - ground;
+    double low = 0;
+    for (const double high : {1.0 / 512, 1.0 / 64, 1.0 / 8, 1.0}) {
+        const double a = ground + low * (sky - ground), b = ground + high * (sky - ground);
+        sink(std::min(a, b), std::max(a, b), load);
+        low = high;
+    }
     return true;
 }
 

@@ -51,11 +51,11 @@ class packed {
         std::int64_t cases = p.u.cases;
         number(cases);
         p.u.cases = int(cases);
-        for (std::vector<double>* const v :
-             {&p.u.u, &p.u.rest, &p.residual, &p.reactions.force, &p.reactions.least})
+        for (std::vector<double>* const v : {&p.u.u, &p.u.rest, &p.residual, &p.reactions.force})
             numbers(*v);
         numbers(p.reactions.load);
         numbers(p.reactions.reaction);
+        numbers(p.reactions.least);
     }
 
   private:
@@ -160,8 +160,8 @@ casepart checkpoint::take(int i, runlog& log) {
     share(part.u.rest, sizes[2]);
     share(part.residual, sizes[0]);
     share(part.reactions.force, sizes[3]);
-    share(part.reactions.least, sizes[4]);
-    for (std::vector<vec6>* const v : {&part.reactions.load, &part.reactions.reaction}) {
+    for (std::vector<vec6>* const v :
+         {&part.reactions.load, &part.reactions.reaction, &part.reactions.least}) {
         v->resize(std::size_t(sizes[4]));
         for (vec6& one : *v) all.takefirst(one.data(), one.size());
     }

@@ -11,8 +11,8 @@ double worstbalance(const reactionset& r, const std::vector<vec6>& letgo) {
     double worst = 0;
     for (std::size_t lc = 1; lc < r.load.size(); ++lc) {
         const vec6 &load = r.load[lc], &reaction = r.reaction[lc];
-        const double size =
-            std::max({load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff(), r.least[lc]});
+        const double size = std::max(
+            {load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff(), r.least[lc].maxCoeff()});
         const vec6 left = load + reaction - letgo[lc - 1];
         if (size > 0) worst = std::max(worst, left.cwiseAbs().maxCoeff() / size);
     }

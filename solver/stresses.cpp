@@ -29,21 +29,29 @@ static std::vector<char> supportednodes(const dofmap& d) {
 }
 
 // Sum of nodal forces; their moments about the origin where the analysis has the rotation. Raises
-// least to what counts as nothing beside the amounts that are summed.
-static vec6 resultant(const model& m, const dofmap& d, const double* f, double& least) {
+// least to what counts as nothing beside the amounts that are summed: forces beside forces and
+// moments beside moments, whatever the unit of length.
+static vec6 resultant(const model& m, const dofmap& d, const double* f, vec6& least) {
     const double cancelled = 1e-3;
     vec6 sum = vec6::Zero(), amounts = vec6::Zero();
+    double reach = 0, couples = 0;
     for (int n = 1; n <= m.nnodes(); ++n) {
         vec6 at = vec6::Zero();
         for (int k = 0; k < d.pernode; ++k) at[d.code[k] - 1] = f[d.index(n, k)];
         vec3 x = m.nodes[std::size_t(n)];
         if (m.twod) x.z() = 0;
         const vec3 force = at.head<3>();
+        reach = std::max(reach, x.cwiseAbs().maxCoeff());
+        couples += at.tail<3>().cwiseAbs().maxCoeff();
         at.tail<3>() += x.cross(force);
         sum += at;
         amounts += at.cwiseAbs();
     }
-    least = std::max(least, cancelled * amounts.maxCoeff());
+    const double forces = amounts.head<3>().maxCoeff(), moments = amounts.tail<3>().maxCoeff();
+    vec6 most;
+    most << vec3::Constant(std::max(forces, reach > 0 ? couples / reach : 0)),
+        vec3::Constant(std::max(moments, forces * reach));
+    least = least.cwiseMax(cancelled * most);
     return sum;
 }
 
@@ -80,9 +88,10 @@ static void addgroundsprings(const model& m, const settings& s, const dofmap& d,
 // counts as nothing in cases without loads, whose least is 0 so far.
 static void measurerounding(const model& m, const settings& s, const dofmap& d,
                             const displacements& u, const std::vector<int>& elements,
-                            std::vector<double>& least) {
+                            std::vector<vec6>& least) {
     const double rounded = 1e-6;
-    if (std::ranges::count(least, 0) == 1) return;  // there is no case 0
+    const auto isnone = [](const vec6& one) { return one.isZero(0); };
+    if (std::ranges::count_if(least, isnone) == 1) return;  // there is no case 0
     std::vector<double> amount(least.size(), 0);
     elmatrix k;
     elcases ue;
@@ -96,7 +105,7 @@ static void measurerounding(const model& m, const settings& s, const dofmap& d,
     }
     allranks().sum(amount.data(), std::int64_t(amount.size()));
     for (std::size_t lc = 1; lc < least.size(); ++lc)
-        if (least[lc] == 0) least[lc] = amount[lc];
+        if (isnone(least[lc])) least[lc].setConstant(amount[lc]);
 }
 
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,
@@ -110,7 +119,7 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
     r.force.assign(u.u.size(), 0);
     r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
     r.reaction = r.load;
-    r.least.assign(r.load.size(), 0);
+    r.least = r.load;
     parallelpieces(u.cases, 1, [&](int first, int last, int) {
         for (auto c = std::size_t(first); c < std::size_t(last); ++c) {
             const double* const load = applied.data() + c * dofs;

@@ -15,7 +15,7 @@ struct reactionset {
     std::vector<double> force;   // like the displacements; 0 where nothing supports
     std::vector<vec6> load;      // (1..cases): sum of applied forces DX..RZ; moments about the
     std::vector<vec6> reaction;  // origin of the model
-    std::vector<double> least;   // below which these sums are what rounding left
+    std::vector<vec6> least;     // below which these sums are what rounding left
 };
 // applied: the loads, numbered like the displacements.
 reactionset findreactions(const model& m, const settings& s, const dofmap& d,

@@ -12,6 +12,7 @@
 #include "core/checksum.h"
 #include "core/textfile.h"
 #include "solver/readmodel.h"
+#include "solver/sumfile.h"
 #include "tests/solver/verify.h"
 
 namespace fs = std::filesystem;
@@ -205,6 +206,16 @@ TEST(Program, TheSumsOfACaseAreThoseOfItsLoads) {
         EXPECT_EQ(row("warnings", 1)[0], 0);
     }
     EXPECT_TRUE(sum.atend());
+}
+
+// Far from the origin moments are large, which takes nothing from the forces.
+TEST(Program, SmallForcesAreInTheSumsHoweverLargeTheMoments) {
+    build b;
+    b.chain(typebeam, b.bar(2e5, 100, {1e4, 1e4, 2e4}), {1e7, 0, 0}, {1e7 + 1000, 0, 0}, 1);
+    b.fix(1, clamped);
+    b.load(1, 2, 2, 0.01), b.press(1, 1, 3, 1);
+    const std::string sums = staticsums(b.m, b.s, b.solve(), b.log);
+    EXPECT_NE(sums.find("\"load\",\"nodal\",0,0.01,0,"), std::string::npos) << sums;
 }
 
 TEST(Program, ANodeRowHasTheValuesOfItsAnalysisKind) {

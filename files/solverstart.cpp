@@ -117,6 +117,11 @@ static std::string faultof(const std::string& line) {
         return "Process " + rank + " of feiflu-mpi on " + between(line, " on node ", " exited on") +
                " was ended from outside, by " + line.substr(line.find("signal")) +
                " Its machine may have run out of memory. The other processes have ended too.";
+    const std::string library = between(line, "error while loading shared libraries: ", ":");
+    if (!library.empty())
+        return "feiflu-mpi cannot begin: its library " + library +
+               " is missing on a host. Install the packages of feiflu-mpi there, or choose another "
+               "engine in [Analyse,Options...].";
     static const struct {
         const char *theirs, *ours;
     } faults[] = {

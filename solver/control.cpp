@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -40,6 +41,8 @@ job readcontrol(const std::string& path) {
 static char removedpath[4096];
 static struct stat removedfile;
 static char processpath[sizeof removedpath];
+static char resultpaths[16][sizeof removedpath];
+static std::atomic<std::size_t> resultcount{0};
 
 // The file that was read and no other: a later run may have written its own by now.
 void removecontrol() {
@@ -63,6 +66,7 @@ void holdprocessfile(const std::string& appdir) {
 // Called with the text of the fault when a signal or a stray exception ends the program; writes it
 // to standard error. Only what is safe inside a signal handler is done.
 static void onfault(const char* words) {
+    for (std::size_t i = 0; i < resultcount; ++i) unlink(resultpaths[i]);
     removecontrol();
     const char* const texts[] = {"feiflu: ", words, "\n"};
     for (const char* text : texts)
@@ -86,11 +90,20 @@ static void onterminate() {
     _exit(1);
 }
 
-void armremoval(const std::string& controlpath) {
+void armresults(const std::vector<std::string>& paths) {
+    resultcount = 0;
+    std::size_t count = 0;
+    for (const std::string& path : paths)
+        if (path.size() < sizeof resultpaths[0] && count < std::size(resultpaths))
+            std::memcpy(resultpaths[count++], path.c_str(), path.size() + 1);
+    resultcount = count;
+}
+
+void armremoval(const std::string& controlpath, removal when) {
     if (controlpath.size() >= sizeof removedpath) refuse("The path is too long: " + controlpath);
     std::memcpy(removedpath, controlpath.c_str(), controlpath.size() + 1);
     stat(removedpath, &removedfile);
-    std::atexit(removecontrol);
+    if (when == removal::always) std::atexit(removecontrol);
     std::set_terminate(onterminate);
     // A stack of its own, so that an overflow of the stack is caught too.
     static char stackroom[1 << 16];

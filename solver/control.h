@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 struct job {
     std::string base;    // model path without extension
@@ -20,14 +21,21 @@ struct job {
 job readcontrol(const std::string& path);
 
 // Has the control file removed on every way out of the program: return, exit, exception without a
-// handler, and the signals that end a program. An absent file is no fault.
-void armremoval(const std::string& controlpath);
+// handler, and the signals that end a program; or, where the file is another process', by such a
+// signal alone. An absent file is no fault.
+enum class removal { always, bysignal };
+void armremoval(const std::string& controlpath, removal when);
 
 // Ends the program as a signal to stop does, for who waits for that signal himself.
 [[noreturn]] void endstopped();
 
 // Removes it now, unless another file has taken its name since.
 void removecontrol();
+
+// Until it is called with none, a signal removes these files too: half a set of results could be
+// taken for a whole one. As many processes as share the analysis name the same ones, since any of
+// them may be killed without a word.
+void armresults(const std::vector<std::string>& paths);
 
 // Holds EEM.PID with the number of this process until it ends, so that a window finds a solver that
 // was left behind. Refuses where another solver holds it.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/besidefile.h"
 #include "core/resultfiles.h"
 #include "solver/refuse.h"
 #include "solver/sumfile.h"
@@ -28,6 +29,12 @@ void removeresults(const job& j) {
         });
     };
     std::filesystem::remove(j.base + ".log", ec);
+    const std::filesystem::path model(j.base);
+    removeleftovers(model.parent_path().string(), [&](const std::string& target) {
+        return std::ranges::any_of(resultextensions, [&](const std::string& extension) {
+            return target == model.filename().string() + extension;
+        });
+    });
     const auto unwritten = [](const runtimeerror&) {};  // the new sums will tell
     if (j.statics()) {
         remove(staticfiles);
@@ -38,4 +45,13 @@ void removeresults(const job& j) {
         guarded([&] { dropsums(j.base, runkind::modes); }, unwritten);
     }
     if (!any(staticfiles) && !any(modefiles)) remove(commonfiles);
+}
+
+void removewhenstopped(const job& j) {
+    std::vector<std::string> paths;
+    for (const char* extension : staticfiles)
+        if (j.statics()) paths.push_back(j.base + extension);
+    for (const char* extension : modefiles)
+        if (j.eigen) paths.push_back(j.base + extension);
+    armresults(paths);
 }

@@ -8,3 +8,5 @@
 // run can be taken for new: static results and modes stand side by side. Refuses where a file of
 // somebody else bears such a name.
 void removeresults(const job& j);
+// Has a signal remove what this run writes of them, until they are told to be whole.
+void removewhenstopped(const job& j);

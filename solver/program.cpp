@@ -84,13 +84,13 @@ static job jobof(const arguments& a) {
     if (a.model.empty()) {
         const std::string control = a.appdir + "/EEM.CTR";
         if (first) holdprocessfile(a.appdir);
-        armremoval(first ? control : "");
+        armremoval(control, first ? removal::always : removal::bysignal);
         if (!std::filesystem::exists(control))
             refuse("There is no control file " + control +
                    "; start feiflu from Kalvane or name a model with --model");
         j = readcontrol(control);
     } else {
-        armremoval("");
+        armremoval("", removal::always);
         j.base = withoutextension(a.model);
         j.eigen = a.eigen;
         j.solve = j.linestress = j.platestress = !a.eigen;
@@ -128,6 +128,7 @@ static int run(const arguments& a) {
                 if (first) removeresults(j);
                 cleared = first;
             });
+            removewhenstopped(j);
             log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
             analyse(j, log);
         },
@@ -136,8 +137,9 @@ static int run(const arguments& a) {
         if (!fault.empty()) removeresults(j);  // half a set could be taken for a whole one
         log.write(j.base + ".log", fault.empty() ? "Results are complete" : "Refused: " + fault);
     }
-    removecontrol();
+    if (first) removecontrol();
     processes.end(fault);
+    armresults({});
     if (fault.empty()) return 0;
     if (!first) return 1;
     std::fprintf(stderr, "%s\n", visible(fault).c_str());

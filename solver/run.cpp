@@ -7,6 +7,7 @@
 
 #include "core/checksum.h"
 #include "solver/checkpoint.h"
+#include "solver/control.h"
 #include "solver/curve.h"
 #include "solver/edges.h"
 #include "solver/engines.h"
@@ -365,6 +366,7 @@ void analyse(const job& j, runlog& log) {
     if (j.eigen) writemodes(m, r.dofs, r.modes);
     if (j.linestress) writelines(m, s, r.dofs, r.u, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
+    armresults({});  // they are whole
     if (j.statics())
         writesums(j.base, runkind::statics, checksum, m.ncases(), staticsums(m, s, r, log));
     if (j.eigen) writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));

@@ -113,6 +113,11 @@ TEST(Solverstart, TheLaunchersTalkIsPutPlainly) {
          {"ssh: connect to host far port 22: No route to host", "-----",
           "ORTE was unable to reliably start one or more daemons.", "This usually is caused by:"},
          "A host of the host file does not answer"},
+        {"a library is gone",
+         {"feiflu-mpi: error while loading shared libraries: libdmumps-5.5.so: cannot open shared "
+          "object file: No such file or directory",
+          "-----", "Primary job  terminated normally, but 1 process returned"},
+         "its library libdmumps-5.5.so is missing on a host"},
         {"few slots",
          {"-----", "There are not enough slots available in the system"},
          "fewer slots than the key processes"},

@@ -3,6 +3,8 @@
 // instead of spinning on a core that the other could use.
 #include "solver/mpi/mpiranks.h"
 
+#include <signal.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -22,10 +24,16 @@ static void await(MPI_Request& request) {
 }
 
 // Who waits gives way to others: where the machine has more work than cores, a process that spins
-// keeps from it the very one that it waits for.
+// keeps from it the very one that it waits for. The threads that MPI begins leave the signal to
+// stop to those of the program.
 void beginprocesses(int& count, char**& words) {
     setenv("OMPI_MCA_mpi_yield_when_idle", "1", 0);
+    sigset_t stop, former;
+    sigemptyset(&stop);
+    sigaddset(&stop, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &stop, &former);
     MPI_Init(&count, &words);
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
 }
 
 mpiranks::mpiranks() {

@@ -6,6 +6,7 @@
 
 #include "solver/kinds.h"
 #include "solver/mpi/mpiranks.h"
+#include "solver/termwatch.h"
 
 // The first process works it out for all, so that all have the same.
 std::vector<std::uint16_t> mpiranks::partition(const model& m) {
@@ -21,6 +22,7 @@ std::vector<std::uint16_t> mpiranks::partition(const model& m) {
             start.push_back(idx_t(nodes.size()));
         }
         idx_t elements = m.nelems(), count = m.nnodes(), parts = all, cut = 0;
+        const termwatch watch;
         const int done =
             METIS_PartMeshNodal(&elements, &count, start.data(), nodes.data(), nullptr, nullptr,
                                 &parts, nullptr, nullptr, &cut, part.data(), nodepart.data());

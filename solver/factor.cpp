@@ -5,7 +5,6 @@
 #include "solver/factor.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -15,6 +14,7 @@
 #include <utility>
 
 #include "solver/blas.h"
+#include "solver/crew.h"
 #include "solver/inertia.h"
 #include "solver/parallel.h"
 #include "solver/supernodes.h"
@@ -66,11 +66,6 @@ struct worker {
     double* end = nullptr;   // of those on it
     std::vector<int> local;  // of each unknown its row in the open front
 };
-// Subtrees and then supernodes of the top that are worked on before the next: the updates of all
-// subtrees at once would take as much room as those of the top.
-struct stretch {
-    int subtrees, top;  // ends of the lists
-};
 }  // namespace
 
 struct factor::inside {
@@ -78,7 +73,7 @@ struct factor::inside {
     std::vector<std::int64_t> place;         // of each front's columns among the values
     std::vector<std::vector<int>> subtrees;  // supernodes, children first, the root last
     std::vector<int> top;                    // supernodes above the subtrees, children first
-    std::vector<stretch> stretches;          // of both, one after the other
+    std::vector<int> before;                 // of each of these: subtrees that come first
     std::int64_t stack = 0, topstack = 0;    // numbers that the updates within them take at most
     double bytes = 0;
     room values;
@@ -86,9 +81,13 @@ struct factor::inside {
 
     void cut();
     void measure();
-    bool workfront(const sparsematrix& a, int s, std::vector<int>& local, double* u, bool parallel);
+    bool workfront(const sparsematrix& a, int s, std::vector<int>& local, double* u,
+                   loopsharer* threads);
     bool worklist(const sparsematrix& a, std::span<const int> list, worker& w,
-                  std::vector<room>& kept, bool parallel);
+                  std::vector<room>& kept, loopsharer* threads);
+    // Subtrees that threads may work on before they are needed: the updates of all of them at once
+    // would take as much room as those of the top.
+    static int ahead() { return threads() + 2; }
     void forward(int s, double* x, int sides, int inner, double* outer,
                  const std::vector<int>& local, std::vector<double>& y) const;
     void backward(int s, double* x, int sides, std::vector<double>& y) const;
@@ -148,19 +147,9 @@ void factor::inside::cut() {
     }
     const double limit = std::max(tree.operations / parts, least);
     const auto light = [&](int s) { return load[std::size_t(s)] <= limit; };
-    // Few threads are busy with few subtrees at a time; the numbers do not depend on it.
-    const double most = threads() > 4 ? tree.operations : tree.operations / 4;
     subtrees.clear();
     top.clear();
-    stretches.clear();
-    const auto close = [&] {
-        const int begin = stretches.empty() ? 0 : stretches.back().subtrees;
-        std::stable_sort(subtrees.begin() + begin, subtrees.end(),
-                         [&](const auto& a, const auto& b) {
-                             return load[std::size_t(a.back())] > load[std::size_t(b.back())];
-                         });
-        stretches.push_back({int(subtrees.size()), int(top.size())});
-    };
+    before.clear();
     for (int root = 0; root < tree.size(); ++root) {
         if (tree.parent[std::size_t(root)] >= 0) continue;
         if (light(root)) {
@@ -170,14 +159,16 @@ void factor::inside::cut() {
         for (const int s : postorder(tree, root)) {
             if (light(s)) continue;
             top.push_back(s);
+            const auto own = std::ptrdiff_t(subtrees.size());
             for (const int c : tree.children[std::size_t(s)])
                 if (light(c)) subtrees.push_back(postorder(tree, c));
-            const int above = tree.parent[std::size_t(s)];
-            const bool within = load[std::size_t(s)] <= most;
-            if (within && above >= 0 && load[std::size_t(above)] > most) close();
+            std::stable_sort(subtrees.begin() + own, subtrees.end(),
+                             [&](const auto& a, const auto& b) {
+                                 return load[std::size_t(a.back())] > load[std::size_t(b.back())];
+                             });
+            before.push_back(int(subtrees.size()));
         }
     }
-    close();
 }
 
 void factor::inside::measure() {
@@ -186,16 +177,17 @@ void factor::inside::measure() {
     place.assign(1, 0);
     for (int s = 0; s < tree.size(); ++s) place.push_back(place.back() + tree.front(s).size());
     stack = topstack = 0;
+    std::vector<double> kept(1, 0);  // by the subtrees before each
+    for (const std::vector<int>& list : subtrees) {
+        stack = std::max(stack, need[std::size_t(list.back())]);
+        kept.push_back(kept.back() + double(tree.update(list.back()).size()));
+    }
     double most = 0;
-    int done = 0;
-    for (const stretch& next : stretches) {
-        double kept = 0;
-        for (; done < next.subtrees; ++done) {
-            const int root = subtrees[std::size_t(done)].back();
-            stack = std::max(stack, need[std::size_t(root)]);
-            kept += double(tree.update(root).size());
-        }
-        most = std::max(most, kept);
+    int first = 0;
+    for (const int last : before) {
+        const int end = std::min(last + ahead(), int(subtrees.size()));
+        most = std::max(most, kept[std::size_t(end)] - kept[std::size_t(first)]);
+        first = last;
     }
     for (const int s : top) topstack = std::max(topstack, need[std::size_t(s)]);
     most += double(stack) * threads() + double(topstack);
@@ -264,18 +256,17 @@ static void addchildren(const openfront& f, int low, int high) {
         }
 }
 
-static void addchildren(const openfront& f, int low, int high, bool parallel) {
+static void addchildren(const openfront& f, int low, int high, loopsharer* threads) {
     if (f.children.empty()) return;
-    const int piece = parallel ? 64 : std::max(high - low, 1);
-    const auto add = [&](int first, int last, int) { addchildren(f, low + first, low + last); };
-    if (parallel)
-        parallelpieces(high - low, piece, add);
-    else
-        add(0, high - low, 0);
+    if (threads == nullptr) return addchildren(f, low, high);
+    const int piece = 64;
+    threads->each((high - low + piece - 1) / piece, [&](int i) {
+        addchildren(f, low + i * piece, std::min(low + (i + 1) * piece, high));
+    });
 }
 
 bool factor::inside::workfront(const sparsematrix& a, int s, std::vector<int>& local, double* u,
-                               bool parallel) {
+                               loopsharer* threads) {
     openfront f{tree.front(s), tree.update(s), values.data + place[std::size_t(s)], u, {}};
     const int first = tree.first[std::size_t(s)], own = f.columns.columns;
     std::iota(local.begin() + first, local.begin() + first + own, 0);
@@ -290,25 +281,25 @@ bool factor::inside::workfront(const sparsematrix& a, int s, std::vector<int>& l
     for (const int c : tree.children[std::size_t(s)])
         f.children.push_back(
             {tree.update(c), updates[std::size_t(c)], runsof(tree, c, local, own)});
-    addchildren(f, 0, own, parallel);
-    if (!eliminate(f.columns, f.l, f.u, parallel)) return false;
-    addchildren(f, own, f.columns.rows, parallel);
+    addchildren(f, 0, own, threads);
+    if (!eliminate(f.columns, f.l, f.u, threads)) return false;
+    addchildren(f, own, f.columns.rows, threads);
     return true;
 }
 
 // The updates lie on a stack: those of the children on top, and then the front's own in their
 // place. Those that outlive the list have rooms of their own.
 bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, worker& w,
-                              std::vector<room>& kept, bool parallel) {
+                              std::vector<room>& kept, loopsharer* threads) {
     w.local.resize(std::size_t(unknowns()));
     for (const int s : list) {
         const auto at = std::size_t(s);
         const std::int64_t size = tree.update(s).size();
-        const bool keep = !parallel && s == list.back();
+        const bool keep = threads == nullptr && s == list.back();
         if (keep) kept[at].allocate(size);
         double* const u = keep ? kept[at].data : w.end;
-        const bool shared = parallel && operationsof(tree, s) > worthsharing;
-        if (!workfront(a, s, w.local, u, shared)) return false;
+        const bool shared = operationsof(tree, s) > worthsharing;
+        if (!workfront(a, s, w.local, u, shared ? threads : nullptr)) return false;
         double* begin = w.end;
         for (const int c : tree.children[at]) {
             if (kept[std::size_t(c)].data == nullptr)
@@ -330,26 +321,22 @@ bool factor::factorise(const sparsematrix& a) {
     worker above;
     above.stack.allocate(f.topstack);
     above.end = above.stack.data;
-    stretch done{0, 0};
-    for (const stretch& next : f.stretches) {
-        std::atomic<bool> definite{true};
-        std::vector<worker> workers{std::size_t(threads())};
-        const int count = next.subtrees - done.subtrees;
-        parallelpieces(count, 1, [&](int first, int last, int thread) {
-            worker& w = workers[std::size_t(thread)];
-            if (w.stack.data == nullptr) w.stack.allocate(f.stack);
-            for (int i = first; i < last && definite; ++i) {
-                w.end = w.stack.data;
-                const auto& list = f.subtrees[std::size_t(done.subtrees + i)];
-                if (!f.worklist(a, list, w, kept, false)) definite = false;
-            }
-        });
-        workers.clear();
-        const std::span<const int> top(f.top.data() + done.top, f.top.data() + next.top);
-        if (!definite || !f.worklist(a, top, above, kept, true)) return false;
-        done = next;
-    }
-    return true;
+    std::vector<worker> workers{std::size_t(threads())};
+    crew all;
+    crew::plan plan{int(f.subtrees.size()), f.before, f.ahead(), {}, {}};
+    plan.list = [&](int list, int thread) {
+        worker& w = workers[std::size_t(thread)];
+        if (w.stack.data == nullptr) w.stack.allocate(f.stack);
+        w.end = w.stack.data;
+        const bool good = f.worklist(a, f.subtrees[std::size_t(list)], w, kept, nullptr);
+        if (list + threads() >= plan.lists) w.stack.release();  // the top needs the room
+        return good;
+    };
+    plan.step = [&](int step) {
+        const std::span<const int> one(f.top.data() + step, 1);
+        return f.worklist(a, one, above, kept, &all);
+    };
+    return all.work(plan);
 }
 
 double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {

@@ -6,19 +6,13 @@
 #include <vector>
 
 #include "solver/blas.h"
-#include "solver/parallel.h"
 
 static const int tileheight = 512;  // of those that threads share
 static const double one = 1, minus = -1, zero = 0;
 
 template <typename Work>
-static void eachtile(int count, bool parallel, Work work) {
-    if (parallel) {
-        parallelpieces(count, 1, [&](int first, int last, int) {
-            for (int t = first; t < last; ++t) work(t);
-        });
-        return;
-    }
+static void eachtile(int count, loopsharer* threads, Work work) {
+    if (threads != nullptr && count > 1) return threads->each(count, work);
     for (int t = 0; t < count; ++t) work(t);
 }
 
@@ -26,8 +20,8 @@ namespace {
 // Rows of a block of columns: tile 0 is the square at the diagonal, and what lies below is parted
 // only where there is somebody to share it with.
 struct tiles {
-    tiles(int square, int tall, bool parallel)
-        : square(square), tall(tall), each(parallel ? tileheight : std::max(tall - square, 1)) {}
+    tiles(int square, int tall, bool shared)
+        : square(square), tall(tall), each(shared ? tileheight : std::max(tall - square, 1)) {}
     int count() const { return 1 + (tall - square + each - 1) / each; }
     int first(int t) const { return t == 0 ? 0 : square + (t - 1) * each; }
     int height(int t) const { return t == 0 ? square : std::min(each, tall - first(t)); }
@@ -62,12 +56,12 @@ static void dividebytriangle(int rows, int columns, const double* triangle, doub
 }
 
 // Block j of the columns from those before it.
-static bool eliminateblock(const staircase& s, int j, double* columns, bool parallel) {
+static bool eliminateblock(const staircase& s, int j, double* columns, loopsharer* threads) {
     const int top = j * s.width(), wide = s.wide(j), tall = s.tall(j);
-    const tiles t(wide, tall, parallel);
+    const tiles t(wide, tall, threads != nullptr);
     double* const block = columns + s.place(j);
     std::atomic<bool> good{true};
-    eachtile(t.count(), parallel, [&](int i) {
+    eachtile(t.count(), threads, [&](int i) {
         const int row = t.first(i), height = t.height(i);
         for (int k = 0; k < j; ++k) {
             const double* const before = columns + s.place(k) + top - k * s.width();
@@ -80,13 +74,14 @@ static bool eliminateblock(const staircase& s, int j, double* columns, bool para
         if (info != 0) good = false;
     });
     if (!good) return false;
-    eachtile(t.count() - 1, parallel, [&](int i) {
+    eachtile(t.count() - 1, threads, [&](int i) {
         dividebytriangle(t.height(i + 1), wide, block, block + t.first(i + 1), tall);
     });
     return true;
 }
 
-static void fillupdate(const staircase& s, const double* columns, double* update, bool parallel) {
+static void fillupdate(const staircase& s, const double* columns, double* update,
+                       loopsharer* threads) {
     const int below = s.rows - s.columns;
     const staircase u{below, below};
     struct tile {
@@ -94,11 +89,11 @@ static void fillupdate(const staircase& s, const double* columns, double* update
     };
     std::vector<tile> list;
     for (int j = 0; j < u.blocks(); ++j)
-        for (int i = 0; i < tiles(u.wide(j), u.tall(j), parallel).count(); ++i)
+        for (int i = 0; i < tiles(u.wide(j), u.tall(j), threads != nullptr).count(); ++i)
             list.push_back({j, i});
-    eachtile(int(list.size()), parallel, [&](int at) {
+    eachtile(int(list.size()), threads, [&](int at) {
         const auto [j, i] = list[std::size_t(at)];
-        const tiles t(u.wide(j), u.tall(j), parallel);
+        const tiles t(u.wide(j), u.tall(j), threads != nullptr);
         const int top = s.columns + j * u.width(), row = t.first(i);
         double* const to = update + u.place(j) + row;
         for (int k = 0; k < s.blocks(); ++k) {
@@ -109,10 +104,10 @@ static void fillupdate(const staircase& s, const double* columns, double* update
     });
 }
 
-bool eliminate(const staircase& s, double* columns, double* update, bool parallel) {
+bool eliminate(const staircase& s, double* columns, double* update, loopsharer* threads) {
     for (int j = 0; j < s.blocks(); ++j)
-        if (!eliminateblock(s, j, columns, parallel)) return false;
-    fillupdate(s, columns, update, parallel);
+        if (!eliminateblock(s, j, columns, threads)) return false;
+    fillupdate(s, columns, update, threads);
     return true;
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "solver/crew.h"
+
 // Storage of a lower trapezoid: blocks of columns, each a full matrix by columns from its diagonal
 // down. What lies above the diagonal within a block has no meaning.
 struct staircase {
@@ -33,9 +35,9 @@ struct staircase {
 };
 
 // Turns the columns into those of the Cholesky factor and fills the update (rows - columns square)
-// with -l l' of what lies below. The numbers are the same for any number of threads. False where a
-// pivot is not above 0.
-bool eliminate(const staircase& s, double* columns, double* update, bool parallel);
+// with -l l' of what lies below, on its own or with other threads, whose number makes no difference
+// to the numbers. False where a pivot is not above 0.
+bool eliminate(const staircase& s, double* columns, double* update, loopsharer* threads);
 
 // One front's part of l x = b and of l' x = b; x: rows numbers a right side, the columns' first.
 void solveforward(const staircase& s, const double* columns, double* x, int sides);

@@ -4,10 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <cmath>
 #include <numeric>
 #include <random>
+#include <thread>
 
+#include "solver/crew.h"
 #include "solver/order.h"
 #include "solver/parallel.h"
 
@@ -100,6 +104,36 @@ TEST(Factor, SolvesWithOneThreadAsWithMany) {
             EXPECT_EQ(halves, whole);
         }
     }
+}
+
+TEST(Factor, StepsFollowTheListsThatTheyNeed) {
+    const threadsback back;
+    const std::vector<int> need = {2, 2, 7, 7, 40};
+    for (const int count : {1, 2, 5})
+        for (const int bad : {-1, 0, 3}) {  // the step that stops all, or none
+            setthreads(count);
+            crew all;
+            std::vector<std::atomic<int>> lists(40), pieces(100);
+            std::atomic<int> steps{0}, early{0};
+            crew::plan plan{40, need, count, {}, {}};
+            plan.list = [&](int list, int thread) {
+                const int last = steps < 5 ? need[std::size_t(steps)] + count : 40;
+                early += list >= last || thread >= count;
+                std::this_thread::sleep_for(std::chrono::microseconds(list % 3 * 100));
+                ++lists[std::size_t(list)];
+                return true;
+            };
+            plan.step = [&](int step) {
+                for (int i = 0; i < need[std::size_t(step)]; ++i)
+                    early += lists[std::size_t(i)] != 1;
+                all.each(100, [&](int i) { ++pieces[std::size_t(i)]; });
+                return step != bad && steps++ == step;
+            };
+            EXPECT_EQ(all.work(plan), bad < 0);
+            EXPECT_EQ(early, 0);
+            EXPECT_EQ(steps, bad < 0 ? 5 : bad);
+            for (const auto& times : pieces) ASSERT_EQ(times, bad < 0 ? 5 : bad + 1);
+        }
 }
 
 TEST(Factor, FindsWhatIsNotDefinite) {

@@ -134,15 +134,9 @@ static vec3 shearacross(const recordplane& plane, const mat3& bending) {
     return v + std::sqrt(2.0) * half * plane.normal.cross(plane.across.normalized());
 }
 
-void globalrecord(const recordplane& plane, const facestress& s, double* record) {
-    std::fill_n(record, recordvalues, 0.0);
-    putmembrane(s.membrane, record);
-    if (s.bending.isZero(0)) {
-        record[sc] = combinedstress(record);
-        return;
-    }
+static void putglobalbending(const recordplane& plane, const facestress& s, const vec3& v,
+                             double* record) {
     const vec3& n = plane.normal;
-    const vec3 v = shearacross(plane, s.bending);
     const mat3 t = s.bending + (n * v.transpose() + v * n.transpose()) / 2;
     record[sbx] = t(1, 1);
     record[sby] = t(0, 0);
@@ -152,6 +146,43 @@ void globalrecord(const recordplane& plane, const facestress& s, double* record)
     record[sty] = record[stx] - xy;
     record[stz] = record[stx] - xz;
     record[sc] = combinedstress(record);
+}
+
+// A mean over a surface that turns does not lie in the plane of one element.
+static bool leaves(const vec3& n, const mat3& stress) {
+    const vec3 on = stress * n;
+    return (on - n * n.dot(on)).squaredNorm() > 1e-18 * stress.squaredNorm();
+}
+
+// The larger von Mises stress of the faces.
+static double facesmises(const facestress& s) {
+    double most = 0;
+    for (const double face : {-1.0, 1.0}) {
+        const mat3 whole = s.membrane + face * s.bending;
+        most = std::max(most, 1.5 * (whole.squaredNorm() - std::pow(whole.trace(), 2) / 3));
+    }
+    return std::sqrt(most);
+}
+
+void globalrecord(const recordplane& plane, const facestress& s, double* record) {
+    std::fill_n(record, recordvalues, 0.0);
+    putmembrane(s.membrane, record);
+    if (s.bending.isZero(0)) {
+        record[sc] = combinedstress(record);
+        return;
+    }
+    vec3 v = shearacross(plane, s.bending);
+    putglobalbending(plane, s, v, record);
+    if (!leaves(plane.normal, s.bending) && !leaves(plane.normal, s.membrane)) return;
+    // What lies across the plane may work against the shear that was added there: as much more of
+    // it as makes the told stress no less than that of either face.
+    const vec3 beside = plane.normal.cross(plane.across.normalized());
+    const double exact = facesmises(s);
+    const int rounds = 20;
+    for (int round = 0; round < rounds && record[sc] < exact; ++round) {
+        v += std::sqrt(4.0 / 3 * (exact * exact - record[sc] * record[sc])) * beside;
+        putglobalbending(plane, s, v, record);
+    }
 }
 
 double combinedstress(const double* s) {

@@ -2,6 +2,7 @@
 // The control file and its removal.
 #include "solver/control.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -43,6 +44,8 @@ static struct stat removedfile;
 static char processpath[sizeof removedpath];
 static char resultpaths[16][sizeof removedpath];
 static std::atomic<std::size_t> resultcount{0};
+static DIR* folder = nullptr;
+static char folderprefix[256];
 
 // The file that was read and no other: a later run may have written its own by now.
 void removecontrol() {
@@ -63,10 +66,20 @@ void holdprocessfile(const std::string& appdir) {
     if (ftruncate(file, 0) != 0 || write(file, text.data(), text.size()) < 0) close(file);
 }
 
+// What it needs was allocated when the folder was opened.
+void clearfolder() {
+    if (folder == nullptr) return;
+    rewinddir(folder);
+    while (const dirent* const file = readdir(folder))
+        if (std::strncmp(file->d_name, folderprefix, std::strlen(folderprefix)) == 0)
+            unlinkat(dirfd(folder), file->d_name, 0);
+}
+
 // Called with the text of the fault when a signal or a stray exception ends the program; writes it
 // to standard error. Only what is safe inside a signal handler is done.
 static void onfault(const char* words) {
     for (std::size_t i = 0; i < resultcount; ++i) unlink(resultpaths[i]);
+    clearfolder();
     removecontrol();
     const char* const texts[] = {"feiflu: ", words, "\n"};
     for (const char* text : texts)
@@ -88,6 +101,19 @@ void endstopped() {
 static void onterminate() {
     onfault("internal fault (exception without handler), the analysis was not finished");
     _exit(1);
+}
+
+void endfaulty(const std::string& why) {
+    onfault(why.c_str());
+    _exit(1);
+}
+
+void armfolder(const std::string& path, const std::string& prefix) {
+    if (folder != nullptr) closedir(folder);
+    folder = nullptr;
+    if (prefix.empty() || prefix.size() >= sizeof folderprefix) return;
+    std::memcpy(folderprefix, prefix.c_str(), prefix.size() + 1);
+    folder = opendir(path.c_str());
 }
 
 void armresults(const std::vector<std::string>& paths) {

@@ -28,6 +28,8 @@ void armremoval(const std::string& controlpath, removal when);
 
 // Ends the program as a signal to stop does, for who waits for that signal himself.
 [[noreturn]] void endstopped();
+// Ends it for a fault that another thread has come upon.
+[[noreturn]] void endfaulty(const std::string& why);
 
 // Removes it now, unless another file has taken its name since.
 void removecontrol();
@@ -36,6 +38,9 @@ void removecontrol();
 // taken for a whole one. As many processes as share the analysis name the same ones, since any of
 // them may be killed without a word.
 void armresults(const std::vector<std::string>& paths);
+// The same for the files of a folder whose names begin so; clearfolder removes them now.
+void armfolder(const std::string& folder, const std::string& prefix);
+void clearfolder();
 
 // Holds EEM.PID with the number of this process until it ends, so that a window finds a solver that
 // was left behind. Refuses where another solver holds it.

@@ -7,10 +7,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <exception>
 #include <filesystem>
+#include <mutex>
 #include <numeric>
+#include <thread>
 
+#include "solver/control.h"
 #include "solver/enginetexts.h"
 #include "solver/memory.h"
 #include "solver/order.h"
@@ -22,6 +27,38 @@ static const double million = 1e6;
 namespace {
 enum job { begin = -1, end = -2, analysis = 1, factorisation = 2, solution = 3 };
 enum kind { definite = 1, general = 2 };
+const int nodisc = -90;  // its fault
+
+// A disc that is full ends the thread of MUMPS that writes, unheard, and the factorisation would
+// wait for it for ever. While this stands the program ends when the disc has next to nothing left.
+class discwatch {
+  public:
+    // folder: "" where there is nothing to watch
+    explicit discwatch(const std::string& folder) {
+        if (folder.empty()) return;
+        try {
+            thread = std::jthread([folder](const std::stop_token& stop) { look(folder, stop); });
+        } catch (const std::system_error&) {
+            // The machine gives no more threads; a disc with room is what it was found to be.
+        }
+    }
+
+  private:
+    static void look(const std::string& folder, const std::stop_token& stop) {
+        const auto pause = std::chrono::milliseconds(200);
+        const std::uintmax_t least = 1 << 20;
+        std::mutex guard;
+        std::unique_lock<std::mutex> lock(guard);
+        for (std::condition_variable_any bell; !stop.stop_requested();
+             bell.wait_for(lock, stop, pause, [] { return false; })) {
+            std::error_code ec;
+            const auto room = std::filesystem::space(folder, ec);
+            if (!ec && room.available < least) endfaulty(mumpsfault(nodisc, 0, folder));
+        }
+    }
+
+    std::jthread thread;
+};
 
 // One matrix in the hands of MUMPS.
 class instance {
@@ -40,7 +77,9 @@ class instance {
     // Others take part in the end, which a fault of this process alone must not wait for.
     ~instance() {
         if (!ended && std::uncaught_exceptions() == 0) call(end);
-        if (icntl(22) == 1) removefiles();
+        if (icntl(22) != 1) return;
+        clearfolder();
+        armfolder("", "");
     }
     instance(const instance&) = delete;
     instance& operator=(const instance&) = delete;
@@ -77,8 +116,18 @@ class instance {
     // Leaves the memory for the disc.
     void gotodisc() {
         icntl(22) = 1;
+        prefix = allranks().textoffirst("feiflu" + std::to_string(getpid()) + "-");
         settext(folder, id.ooc_tmpdir);
         settext(prefix, id.ooc_prefix);
+        armfolder(folder, prefix);
+        MPI_Comm neighbours;
+        int number = 0, me = 0;
+        MPI_Comm_rank(MPI_COMM_WORLD, &number);
+        MPI_Comm_split_type(MPI_COMM_WORLD, MPI_COMM_TYPE_SHARED, number, MPI_INFO_NULL,
+                            &neighbours);
+        MPI_Comm_rank(neighbours, &me);
+        MPI_Comm_free(&neighbours);
+        watched = me == 0 ? folder : "";
     }
 
     // False where a pivot is not above 0.
@@ -86,6 +135,7 @@ class instance {
         id.a_loc = const_cast<double*>(a.value.data());
         const int tooshort[] = {-8, -9, -14, -15, -17, -20};  // of work space
         const int most = 2000;                                // per cent
+        const discwatch watch(watched);
         for (call(factorisation); std::count(std::begin(tooshort), std::end(tooshort), fault()) > 0;
              call(factorisation)) {
             if (icntl(14) > most) break;
@@ -132,17 +182,11 @@ class instance {
         ended = true;
         refuse(words);
     }
-    void removefiles() const {
-        std::error_code ec;
-        for (const auto& file : std::filesystem::directory_iterator(folder, ec))
-            if (file.path().filename().string().starts_with(prefix))
-                std::filesystem::remove(file.path(), ec);
-    }
 
     DMUMPS_STRUC_C id{};
     bool ended = false;
-    std::string folder;
-    const std::string prefix = "feiflu" + std::to_string(getpid());  // of the files there
+    std::string folder, watched;  // on disc, by the first process of a machine
+    std::string prefix;           // of the files there, of all processes
     std::vector<MUMPS_INT> rows, columns;
 };
 }  // namespace
@@ -189,13 +233,10 @@ void mumps::analyse(const sparsematrix& a) {
     double toolarge = in->one->estimate() > part * freememory() / allranks().here();
     allranks().sum(&toolarge, 1);
     if (toolarge == 0 || folder.empty()) return;
-    // A disc that is full ends the thread that writes, unheard: the factorisation would wait for it
-    // for ever.
     together([&] {
         const double need = entries() * sizeof(double) * allranks().here() / allranks().count();
         std::error_code ec;
         const auto room = std::filesystem::space(folder, ec);
-        const int nodisc = -90;
         if (!ec && double(room.available) < need) refuse(mumpsfault(nodisc, 0, folder));
     });
     in->one->gotodisc();

@@ -1,15 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Processes that share one analysis. All of them take the same steps on the same numbers. What is
-// made of single elements each makes of its own alone, and the shares are summed: matrices stay
-// with whom they belong, vectors are the same everywhere.
+// Processes that share one analysis. All of them take the same steps, each on its own part of the
+// model (ownpart): what is made of single elements it makes of its own alone, and at the borders
+// of the parts the shares are summed (sharing).
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "solver/model.h"
 #include "solver/refuse.h"
+
+// The way that numbers of items take: what processes give of an item is joined and goes to all that
+// take the item.
+class route {
+  public:
+    enum class join { sum, least };
+    virtual ~route() = default;
+    // width numbers an item, in the order in which the items have been named.
+    virtual void pass(const double* given, double* taken, int width, join how) const = 0;
+};
 
 // As it stands: the one process of a program that shares nothing.
 class ranks {
@@ -25,11 +37,29 @@ class ranks {
     bool first() const { return me() == 0; }
     bool alone() const { return count() == 1; }
 
-    // Sums numbers over all, everywhere; or takes over those of the first.
+    // Sums numbers over all, or finds the largest of each, everywhere; or takes over those of the
+    // first.
     virtual void sum(double* values, std::int64_t count);
+    virtual void most(double* values, std::int64_t count);
     virtual void takefirst(double* values, std::int64_t count);
     // The numbers of all one behind the other, on the first; nothing on the others.
     virtual std::vector<double> gather(const std::vector<double>& mine) { return mine; }
+    // The same everywhere, of a few numbers, from each as many.
+    virtual std::vector<double> collect(const std::vector<double>& mine) { return mine; }
+    // The greatest of all such rows, its first numbers counting first.
+    std::vector<double> greatest(const std::vector<double>& mine);
+
+    // Has the first take what each has made, in their order, one at a time.
+    virtual void handin(const std::string& mine,
+                        const std::function<void(const std::string&)>& take) {
+        take(mine);
+    }
+    // Gives each what the first makes for it, in their order.
+    virtual std::string handout(const std::function<std::string()>& make) { return make(); }
+
+    // For items that have numbers from 0.
+    virtual std::unique_ptr<route> findroute(const std::vector<int>& given,
+                                             const std::vector<int>& taken);
     // The fault of the lowest process that has one; "" where none has.
     virtual std::string anyfault(const std::string& mine) { return mine; }
 
@@ -42,6 +72,9 @@ class ranks {
     // The end of the analysis in this process. Whoever fails while others go on ends them all.
     virtual void end(const std::string& fault);
 };
+// Has all refuse the fault that comes first, where any process has one; place: where it came.
+void refusefirst(double place, const std::string& fault);
+
 ranks& allranks();
 void setranks(ranks& r);
 void workalone();

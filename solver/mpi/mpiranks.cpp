@@ -13,7 +13,7 @@
 
 #include "core/textfile.h"
 
-static const int piece = 1 << 24;  // numbers of one message, 128 MiB
+static const int piece = 1 << 27;  // bytes of one message, or numbers of one sum
 
 static void sleepabit() {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -62,30 +62,80 @@ void mpiranks::takefirst(double* values, std::int64_t count) {
                   MPI_COMM_WORLD);
 }
 
-std::vector<double> mpiranks::gather(const std::vector<double>& mine) {
-    const int tag = 1;
+void mpiranks::most(double* values, std::int64_t count) {
+    MPI_Allreduce(MPI_IN_PLACE, values, int(count), MPI_DOUBLE, MPI_MAX, MPI_COMM_WORLD);
+}
+
+// --- one to another -----------------------------------------------------------------------------
+
+static const int tag = 1;
+
+static void send(const void* data, std::size_t size, int to) {
+    const char* const from = static_cast<const char*>(data);
     MPI_Request request;
+    for (std::size_t at = 0, count = piece; count == piece; at += count) {
+        count = std::min<std::size_t>(piece, size - at);
+        MPI_Isend(from + at, int(count), MPI_CHAR, to, tag, MPI_COMM_WORLD, &request);
+        await(request);
+    }
+}
+
+template <typename Number>
+static void receive(int from, std::vector<Number>& to) {
+    std::size_t size = to.size() * sizeof(Number);
+    for (int count = piece; count == piece; size += std::size_t(count)) {
+        MPI_Status status;
+        MPI_Probe(from, tag, MPI_COMM_WORLD, &status);
+        MPI_Get_count(&status, MPI_CHAR, &count);
+        to.resize((size + std::size_t(count)) / sizeof(Number));
+        MPI_Recv(reinterpret_cast<char*>(to.data()) + size, count, MPI_CHAR, from, tag,
+                 MPI_COMM_WORLD, MPI_STATUS_IGNORE);
+    }
+}
+
+std::vector<double> mpiranks::gather(const std::vector<double>& mine) {
     if (number > 0) {
-        for (std::size_t at = 0; at < mine.size() || at == 0; at += piece) {
-            const auto count = int(std::min<std::size_t>(piece, mine.size() - at));
-            MPI_Isend(mine.data() + at, count, MPI_DOUBLE, 0, tag, MPI_COMM_WORLD, &request);
-            await(request);
-        }
+        send(mine.data(), mine.size() * sizeof(double), 0);
         return {};
     }
     std::vector<double> result = mine;
-    for (int from = 1; from < all; ++from)
-        for (int count = piece; count == piece;) {
-            MPI_Status status;
-            MPI_Probe(from, tag, MPI_COMM_WORLD, &status);
-            MPI_Get_count(&status, MPI_DOUBLE, &count);
-            const std::size_t before = result.size();
-            result.resize(before + std::size_t(count));
-            MPI_Recv(result.data() + before, count, MPI_DOUBLE, from, tag, MPI_COMM_WORLD,
-                     MPI_STATUS_IGNORE);
-        }
+    for (int from = 1; from < all; ++from) receive(from, result);
     return result;
 }
+
+std::vector<double> mpiranks::collect(const std::vector<double>& mine) {
+    std::vector<double> result(mine.size() * std::size_t(all));
+    const int count = int(mine.size());
+    MPI_Allgather(mine.data(), count, MPI_DOUBLE, result.data(), count, MPI_DOUBLE, MPI_COMM_WORLD);
+    return result;
+}
+
+void mpiranks::handin(const std::string& mine,
+                      const std::function<void(const std::string&)>& take) {
+    if (number > 0) return send(mine.data(), mine.size(), 0);
+    take(mine);
+    for (int from = 1; from < all; ++from) {
+        std::vector<char> theirs;
+        receive(from, theirs);
+        take({theirs.begin(), theirs.end()});
+    }
+}
+
+std::string mpiranks::handout(const std::function<std::string()>& make) {
+    if (number > 0) {
+        std::vector<char> mine;
+        receive(0, mine);
+        return {mine.begin(), mine.end()};
+    }
+    std::string mine = make();
+    for (int to = 1; to < all; ++to) {
+        const std::string theirs = make();
+        send(theirs.data(), theirs.size(), to);
+    }
+    return mine;
+}
+
+// --- all to all ---------------------------------------------------------------------------------
 
 std::vector<std::string> mpiranks::texts(const std::string& mine) {
     const int length = int(mine.size());

@@ -17,8 +17,15 @@ class mpiranks : public ranks {
     int count() const override { return all; }
     int here() const override { return onhost; }
     void sum(double* values, std::int64_t count) override;
+    void most(double* values, std::int64_t count) override;
     void takefirst(double* values, std::int64_t count) override;
     std::vector<double> gather(const std::vector<double>& mine) override;
+    std::vector<double> collect(const std::vector<double>& mine) override;
+    void handin(const std::string& mine,
+                const std::function<void(const std::string&)>& take) override;
+    std::string handout(const std::function<std::string()>& make) override;
+    std::unique_ptr<route> findroute(const std::vector<int>& given,
+                                     const std::vector<int>& taken) override;
     std::string anyfault(const std::string& mine) override;
     std::vector<std::uint16_t> partition(const model& m) override;
     void end(const std::string& fault) override;

@@ -15,6 +15,7 @@ sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vec
     std::vector<int> place(order.size());  // of the graph: place in the order
     for (std::size_t p = 0; p < order.size(); ++p) place[std::size_t(order[p])] = int(p);
     sparsematrix a;
+    a.unknowns = d.freedoms;
     a.start.reserve(std::size_t(d.unknowns) + 1);
     a.start.push_back(0);
     std::vector<int> later;
@@ -184,7 +185,7 @@ std::vector<double> diagonalof(const sparsematrix& a) {
     std::vector<double> diagonal(std::size_t(a.size()));
     for (std::size_t j = 0; j < diagonal.size(); ++j)
         diagonal[j] = a.value[std::size_t(a.start[j])];
-    allranks().sum(diagonal.data(), a.size());
+    a.unknowns->sum(diagonal.data(), 1);
     return diagonal;
 }
 
@@ -207,13 +208,15 @@ void multiply(const sparsematrix& a, const double* x, double* y, int columns) {
             }
         }
     });
-    allranks().sum(y, n * columns);
+    for (int c = 0; c < columns; ++c) a.unknowns->sum(y + c * n, 1);
 }
 
 std::vector<double> constantforces(const model& m, const settings& s, const dofmap& d) {
     std::vector<double> u(d.constant), zero(std::size_t(d.unknowns), 0.0);
     expand(d, zero.data(), u.data());
-    if (std::all_of(u.begin(), u.end(), [](double v) { return v == 0; })) return {};
+    double any = std::any_of(u.begin(), u.end(), [](double v) { return v != 0; });
+    allranks().most(&any, 1);
+    if (any == 0) return {};
     std::vector<double> force(u.size(), 0);
     for (int e = 1; e <= m.nelems(); ++e) {
         if (!isown(m, e)) continue;
@@ -230,6 +233,6 @@ std::vector<double> constantforces(const model& m, const settings& s, const dofm
         for (int a = 0; a < dofs.count; ++a)
             if (dofs.index[a] >= 0) force[std::size_t(dofs.index[a])] -= f[a];
     }
-    allranks().sum(force.data(), std::int64_t(force.size()));
+    sumshares(d, force.data());
     return force;
 }

@@ -27,11 +27,12 @@ struct unfilled : std::allocator<Number> {
 };
 
 // Lower triangle by columns, rows ascending, diagonal first. Where processes share an analysis each
-// holds what its own elements add, and the matrix is the sum of all.
+// holds what its own elements add to the unknowns of its part, and the matrix is the sum of all.
 struct sparsematrix {
     std::vector<std::int64_t> start;
     std::vector<int, unfilled<int>> row;
     std::vector<double, unfilled<double>> value;
+    sharingptr unknowns = std::make_shared<const sharing>();
     std::int64_t size() const { return std::int64_t(start.size()) - 1; }
 };
 

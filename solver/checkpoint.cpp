@@ -88,7 +88,7 @@ static std::uint64_t hashof(const std::string& bytes) {
     return hash;
 }
 
-static bool readblock(std::ifstream& file, std::string& bytes, std::int64_t left) {
+static bool readparcel(std::ifstream& file, std::string& bytes, std::int64_t left) {
     std::int64_t size = 0;
     std::uint64_t hash = 0;
     file.read(reinterpret_cast<char*>(&size), sizeof size);
@@ -104,6 +104,7 @@ static bool readblock(std::ifstream& file, std::string& bytes, std::int64_t left
 checkpoint::checkpoint(std::string file, const std::string& name) : path(std::move(file)) {
     if (name.empty()) return;
     head = opening + name + "\n";
+    places.assign(1, std::int64_t(head.size()));
     if (allranks().first()) scan();
     double count = blocks;
     allranks().takefirst(&count, 1);
@@ -120,51 +121,39 @@ void checkpoint::scan() {
     std::error_code ec;
     const auto size = std::int64_t(std::filesystem::file_size(path, ec));
     writes = bool(ec) || ours();
-    places.assign(1, std::int64_t(head.size()));
     if (ec) return;
     std::ifstream file(path, std::ios::binary);
     std::string bytes(head.size(), 0);
     file.read(bytes.data(), std::streamsize(bytes.size()));
     if (!file || bytes != head) return;
-    while (readblock(file, bytes, size)) {
+    for (int parcels = 0; readparcel(file, bytes, size);) {
+        if (++parcels % allranks().count() != 0) continue;
         places.push_back(std::int64_t(file.tellg()));
         ++blocks;
     }
 }
 
+// A block has a parcel of each process.
 casepart checkpoint::take(int i, runlog& log) {
+    std::ifstream file;
+    bool whole = true;
+    if (allranks().first()) {
+        file.open(path, std::ios::binary);
+        file.seekg(places[std::size_t(i)]);
+    }
+    std::string bytes = allranks().handout([&] {
+        std::string parcel;
+        whole = whole && readparcel(file, parcel, places.back());
+        return whole ? parcel : "";
+    });
+    together([&] {
+        if (!whole) refuse(path + " has changed while it was read; start the analysis again");
+    });
     casepart part;
     runlog::told words;
-    std::string bytes;
-    together([&] {
-        if (!allranks().first()) return;
-        std::ifstream file(path, std::ios::binary);
-        file.seekg(places[std::size_t(i)]);
-        if (!readblock(file, bytes, places.back()))
-            refuse(path + " has changed while it was read; start the analysis again");
-        packed block(bytes);
-        block.part(part);
-        block.told(words);
-    });
-    std::vector<double> sizes = {double(part.u.cases), double(part.u.u.size()),
-                                 double(part.u.rest.size()), double(part.reactions.force.size()),
-                                 double(part.reactions.load.size())};
-    ranks& all = allranks();
-    const auto share = [&](std::vector<double>& v, double count) {
-        v.resize(std::size_t(count));
-        all.takefirst(v.data(), std::int64_t(v.size()));
-    };
-    all.takefirst(sizes.data(), std::int64_t(sizes.size()));
-    part.u.cases = int(sizes[0]);
-    share(part.u.u, sizes[1]);
-    share(part.u.rest, sizes[2]);
-    share(part.residual, sizes[0]);
-    share(part.reactions.force, sizes[3]);
-    for (std::vector<vec6>* const v :
-         {&part.reactions.load, &part.reactions.reaction, &part.reactions.least}) {
-        v->resize(std::size_t(sizes[4]));
-        for (vec6& one : *v) all.takefirst(one.data(), one.size());
-    }
+    packed block(std::move(bytes));
+    block.part(part);
+    block.told(words);
     log.tell(words);
     return part;
 }
@@ -184,22 +173,29 @@ static bool append(const std::string& path, std::int64_t place, const std::strin
 }
 
 void checkpoint::keep(casepart& part, const runlog::place& from, runlog& log) {
-    if (head.empty() || !allranks().first()) return;
+    if (head.empty()) return;
+    const bool opens = places.size() == 1;
+    std::int64_t end = opens ? 0 : places.back();
+    const auto add = [&](const std::string& bytes) {
+        writes = writes && append(path, end, bytes);
+        end += std::int64_t(bytes.size());
+    };
+    if (allranks().first() && opens) add(head);
     packed block;
     runlog::told words = log.since(from);
     block.part(part);
     block.told(words);
-    const auto size = std::int64_t(block.content().size());
-    const std::uint64_t hash = hashof(block.content());
-    std::string bytes = places.size() == 1 ? head : "";
-    const std::int64_t place = places.size() == 1 ? 0 : places.back();
-    bytes.append(reinterpret_cast<const char*>(&size), sizeof size);
-    bytes.append(block.content());
-    bytes.append(reinterpret_cast<const char*>(&hash), sizeof hash);
-    if (writes && append(path, place, bytes)) {
-        places.push_back(place + std::int64_t(bytes.size()));
-        return;
-    }
+    allranks().handin(block.content(), [&](const std::string& content) {
+        const auto size = std::int64_t(content.size());
+        const std::uint64_t hash = hashof(content);
+        add({reinterpret_cast<const char*>(&size), sizeof size});
+        add(content);
+        add({reinterpret_cast<const char*>(&hash), sizeof hash});
+    });
+    places.push_back(end);
+    double taken = writes || !allranks().first();
+    allranks().takefirst(&taken, 1);
+    if (taken != 0) return;
     log.warn("No checkpoint is kept in " + path +
              ": it is another program's file, or the disc is full or takes no file there");
     head.clear();

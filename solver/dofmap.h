@@ -3,7 +3,8 @@
 //
 // A node's degree of freedom i = (n-1)*pernode + k is one of: an unknown; a constant; a combination
 // of up to six unknowns and a constant. Unknowns belong to an owner: the node itself or the node
-// that leads its rigid body. An owner's unknowns are consecutive.
+// that leads its rigid body. An owner's unknowns are consecutive. Where processes share the model
+// nodes and unknowns are those of this one's part.
 #pragma once
 
 #include <array>
@@ -13,6 +14,7 @@
 #include "solver/model.h"
 #include "solver/report.h"
 #include "solver/settings.h"
+#include "solver/sharing.h"
 
 using vec6 = Eigen::Matrix<double, 6, 1>;
 
@@ -63,6 +65,13 @@ struct dofmap {
     std::vector<int> spaceof;         // (1..nnodes): space of the owner, -1
     std::vector<helddirection> held;  // of owners with a space; others have heldplain
     std::vector<char> heldplain;      // by degree of freedom: 1 held
+
+    // Among processes: nodes from 0, and unknowns. By place: where owner and first unknown are
+    // among those of all.
+    sharingptr nodes = std::make_shared<const sharing>();
+    sharingptr freedoms = nodes;
+    std::vector<int> placeofall, firstofall;
+    int ownersofall = 0, unknownsofall = 0;
 
     int dofs() const { return int(equation.size()); }
     std::size_t index(int node, int k) const {

@@ -146,6 +146,7 @@ void numberunknowns(const model& m, dofmap& d, const std::vector<int>& order) {
         d.unknowncount.push_back(unknownsof(d, owner));
         d.unknowns += d.unknowncount.back();
     }
+    if (d.nodes->alone()) d.unknownsofall = d.unknowns;
     for (int n = 1; n <= m.nnodes(); ++n) {
         const int owner = d.owner[std::size_t(n)];
         const int first =

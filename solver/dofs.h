@@ -5,6 +5,11 @@
 
 #include "solver/dofmap.h"
 
+// Adds up what processes found of the forces or the like at each degree of freedom.
+inline void sumshares(const dofmap& d, double* f) {
+    d.nodes->sum(f, d.pernode);
+}
+
 // Which owners share an element: neighbours of each place, sorted, in compressed rows.
 struct nodegraph {
     std::vector<std::int64_t> start;

@@ -12,6 +12,7 @@ element elementat(const model& m, const settings& s, int number) {
     const elementdef& def = m.elements[std::size_t(number)];
     element e;
     e.number = number;
+    e.name = m.nameof(number);
     e.type = def.type;
     e.nodes = factsof(def.type).nodes;
     e.group = def.group;
@@ -31,7 +32,7 @@ element elementat(const model& m, const settings& s, int number) {
 }
 
 std::string elementname(const element& e) {
-    return "Element " + std::to_string(e.number) + " (" + factsof(e.type).name + ", group " +
+    return "Element " + std::to_string(e.name) + " (" + factsof(e.type).name + ", group " +
            std::to_string(e.group) + " \"" + e.g->name + "\")";
 }
 

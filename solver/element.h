@@ -10,6 +10,7 @@
 
 struct element {
     int number = 0, type = 0, nodes = 0, group = 0;
+    int name = 0;  // its number in the files
     int node[mostnodes] = {};
     vec3 x[mostnodes];  // corners in model axes; z is 0 in a 2-D analysis
     const groupdata* g = nullptr;

@@ -97,7 +97,6 @@ void elementforces(const model& m, const settings& s, const dofmap& d, const dis
 void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                const std::vector<int>& elements, std::vector<double>& force) {
     const int batch = 2048;
-    if (!allranks().first()) std::fill(force.begin(), force.end(), 0.0);
     const std::size_t most = std::min<std::size_t>(batch, elements.size());
     std::vector<elcases> forces(most);
     std::vector<elementdofs> dofs(most);
@@ -119,7 +118,8 @@ void addforces(const model& m, const settings& s, const dofmap& d, const displac
             }
         });
     }
-    allranks().sum(force.data(), std::int64_t(force.size()));
+    for (int c = 0; c < u.cases; ++c)
+        sumshares(d, force.data() + std::size_t(c) * d.equation.size());
 }
 
 std::vector<int> stiffelements(const model& m) {

@@ -23,8 +23,8 @@ void gather(const dofmap& d, const elementdofs& dofs, const displacements& u, el
 void elementforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                    int number, elcases& f);
 
-// Adds the elements' nodal forces, stiffness times displacements, to force (like u). elements:
-// those of this process; the forces are those of all.
+// The elements' nodal forces, stiffness times displacements: added to force (like u), which is 0.
+// elements: those of this process; the forces are those of all.
 void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                const std::vector<int>& elements, std::vector<double>& force);
 

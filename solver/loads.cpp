@@ -8,6 +8,7 @@
 
 #include "solver/gauss.h"
 #include "solver/parallel.h"
+#include "solver/ranks.h"
 #include "solver/refuse.h"
 #include "solver/section.h"
 #include "solver/surface.h"
@@ -16,10 +17,21 @@ void absentloads::add(int n, int direction, double value) {
     if (value == 0) return;
     ++count;
     const bool turns = direction > 3, nothingyet = dof == 0 || (dof > 3 && !turns);
-    if (!nothingyet && (std::fabs(value) <= largest || turns != (dof > 3))) return;
-    largest = std::fabs(value);
+    const double size = std::fabs(value);
+    const bool less = size < largest || (size == largest && n >= node);
+    if (!nothingyet && (less || turns != (dof > 3))) return;
+    largest = size;
     node = n;
     dof = direction;
+}
+
+void absentloads::addothers() {
+    double all = double(count);
+    allranks().sum(&all, 1);
+    const double kind = count == 0 ? 0 : dof > 3 ? 1 : 2;
+    const std::vector<double> most =
+        allranks().greatest({kind, largest, -double(node), double(dof)});
+    *this = {long(all), int(-most[2]), int(most[3]), most[1]};
 }
 
 caseloads::caseloads(const model& whole, const settings& set, int lc)
@@ -154,6 +166,7 @@ vec3 caseloads::online(const element& e, const linesink& sink) const {
 
 void caseloads::nodalforces(const dofmap& d, double* f, absentloads& absent) const {
     for (const nodalrow& row : c.nodal) {
+        if (!d.nodes->counts(std::size_t(row.node - 1))) continue;
         double value = row.value;
         if (c.type != caseapplied) {
             if (!accelerated) continue;  // masses do nothing in sea and wind
@@ -164,7 +177,7 @@ void caseloads::nodalforces(const dofmap& d, double* f, absentloads& absent) con
         if (k >= 0)
             f[d.index(row.node, k)] += value;
         else
-            absent.add(row.node, row.dof, value);
+            absent.add(m.nameofnode(row.node), row.dof, value);
     }
 }
 
@@ -182,7 +195,9 @@ void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
     std::fill_n(f, d.dofs(), 0.0);
     absentloads absent;
     nodalforces(d, f, absent);
-    addelementloads(d, f, absent);
+    together([&] { addelementloads(d, f, absent); });
+    sumshares(d, f);
+    absent.addothers();
     tellabsent(absent, log);
 }
 
@@ -198,8 +213,10 @@ void caseloads::addelementloads(const dofmap& d, double* f, absentloads& absent)
         const int count = std::min(batch, m.nelems() + 1 - begin);
         parallelpieces(count, 256, [&](int first, int last, int) {
             for (int i = first; i < last; ++i) {
-                const element e = elementat(m, s, begin + i);
                 elementload& load = loads[std::size_t(i)];
+                load.any = false;
+                if (!isown(m, begin + i)) continue;
+                const element e = elementat(m, s, begin + i);
                 load.f = elvector::Zero(e.nodes * kindof(e.type).nodedofs);
                 load.any = onelement(e, load.f);
             }
@@ -215,7 +232,7 @@ void caseloads::addelementloads(const dofmap& d, double* f, absentloads& absent)
                 if (dofs.index[a] >= 0)
                     f[dofs.index[a]] += load.f[a];
                 else if (std::fabs(load.f[a]) > noload)
-                    absent.add(def.node[a / stride], a % stride + 1, load.f[a]);
+                    absent.add(m.nameofnode(def.node[a / stride]), a % stride + 1, load.f[a]);
             }
         }
     }

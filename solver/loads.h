@@ -12,9 +12,12 @@
 // Loads in directions that the analysis does not have.
 struct absentloads {
     long count = 0;
-    int node = 0, dof = 0;  // of the largest force; of the largest moment where there is no force
+    // Of the largest force; of the largest moment where there is no force. Of equals the lowest
+    // node.
+    int node = 0, dof = 0;
     double largest = 0;
     void add(int n, int direction, double value);
+    void addothers();  // what other processes have found
 };
 
 // The load of a row on a plate where its surface has this normal (whose size is an area). Along e3

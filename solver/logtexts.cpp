@@ -73,13 +73,13 @@ void telllargest(const model& m, const dofmap& d, const displacements& u, runlog
     log.line();
     log.line("Largest translation");
     for (int lc = 1; lc <= u.cases; ++lc) {
-        largestof largest;
-        for (int n = 1; n <= m.nnodes(); ++n) {
+        const auto sizeat = [&](std::size_t i) {
             double square = 0;
             for (int k = 0; k < d.pernode; ++k)
-                if (d.code[k] <= 3) square += std::pow(u.of(d, lc)[d.index(n, k)], 2);
-            largest.meet(n, std::sqrt(square));
-        }
+                if (d.code[k] <= 3) square += std::pow(u.of(d, lc)[d.index(int(i) + 1, k)], 2);
+            return std::sqrt(square);
+        };
+        const largestof largest = findlargest(*d.nodes, std::size_t(m.nnodes()), sizeat);
         std::string text = padded("  case " + std::to_string(lc), column);
         text += rightaligned(shortnumber(largest.size), column);
         log.line(largest.item > 0 ? text + "  at node " + std::to_string(largest.item) : text);

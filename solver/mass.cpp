@@ -90,9 +90,9 @@ static void addnodalmasses(const model& m, const dofmap& d, sparsematrix& mass, 
              std::to_string(lc) + " \"" + c.name + "\"");
     for (const nodalrow& row : c.nodal) {
         if (row.value < 0)
-            refuse("Node " + std::to_string(row.node) + " has a mass below 0 in case \"" + c.name +
-                   "\"; correct it");
-        if (d.place[row.dof] >= 0 && allranks().first())
+            refuse("Node " + std::to_string(m.nameofnode(row.node)) +
+                   " has a mass below 0 in case \"" + c.name + "\"; correct it");
+        if (d.place[row.dof] >= 0 && d.nodes->counts(std::size_t(row.node - 1)))
             addatdof(d, d.index(row.node, d.place[row.dof]), row.value, mass);
     }
 }

@@ -165,7 +165,7 @@ void memberwriter::put(const element& e, const double* ends, rowtext& text) cons
     const Eigen::Matrix<double, membervalues, 1> largest = line.cwiseAbs().rowwise().maxCoeff();
     std::array<numbercolumn, membervalues> columns;
     for (int k = 1; k < membervalues; ++k) columns[std::size_t(k)] = numbercolumn(largest[k]);
-    text.put(e.number);
+    text.put(e.name);
     text.put(memberstations);
     const int even = 4;
     char* p = text.place(memberstations * membervalues * (longestnumber + 1));

@@ -2,6 +2,7 @@
 // The model as its files tell it. Items are numbered from 1; slot 0 of every list is unused.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -60,9 +61,27 @@ struct model {
     std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
     std::vector<edgefold> fold;         // of shells of three nodes
     bool twod = false;                  // z of the nodes plays no part
+    // Of a part that one of several processes holds (ownpart): numbers in the files, and how many
+    // of both the files tell; empty where the whole is held.
+    std::vector<int> nodenumber, elementnumber;
+    int nodesofall = 0, elementsofall = 0;
 
     int nnodes() const { return int(nodes.size()) - 1; }
     int nelems() const { return int(elements.size()) - 1; }
     int ngroups() const { return int(groups.size()) - 1; }
     int ncases() const { return int(cases.size()) - 1; }
+    int nameofnode(int n) const { return nodenumber.empty() ? n : nodenumber[std::size_t(n)]; }
+    int nameof(int e) const { return elementnumber.empty() ? e : elementnumber[std::size_t(e)]; }
+    // Places here of what the files number, 0: it is not held.
+    int placeofnode(int n) const { return placein(nodenumber, n); }
+    int placeof(int e) const { return placein(elementnumber, e); }
+    int allnodes() const { return nodenumber.empty() ? nnodes() : nodesofall; }
+    int allelements() const { return elementnumber.empty() ? nelems() : elementsofall; }
+
+  private:
+    static int placein(const std::vector<int>& numbers, int one) {
+        if (numbers.empty()) return one;
+        const auto at = std::lower_bound(numbers.begin() + 1, numbers.end(), one);
+        return at != numbers.end() && *at == one ? int(at - numbers.begin()) : 0;
+    }
 };

@@ -26,12 +26,14 @@ static void addtwopart(double step, double& value, double& rest) {
 }
 
 static double extent(const model& m) {
-    vec3 low = m.nodes[1], high = low;
-    for (int n = 2; n <= m.nnodes(); ++n) {
-        low = low.cwiseMin(m.nodes[std::size_t(n)]);
-        high = high.cwiseMax(m.nodes[std::size_t(n)]);
+    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
+    for (int n = 1; n <= m.nnodes(); ++n) {
+        const vec3& at = m.nodes[std::size_t(n)];
+        most.head<3>() = most.head<3>().cwiseMax(at);
+        most.tail<3>() = most.tail<3>().cwiseMax(-at);
     }
-    return (high - low).norm();
+    allranks().most(most.data(), most.size());
+    return (most.head<3>() + most.tail<3>()).norm();
 }
 
 double refine(const model& m, const settings& s, const equations& q, engine& l,
@@ -56,16 +58,17 @@ double refine(const model& m, const settings& s, const equations& q, engine& l,
     double worst = 0;
     for (int c = 0; c < u.cases; ++c) {
         expand(d, columns.data() + std::size_t(c) * unknowns, step.data());
-        double change[2] = {}, largest[2] = {};  // of translations, of rotations
+        double found[4] = {};  // changes of translations, of rotations; the largest of both
         for (std::size_t i = 0; i < dofs; ++i) {
             const std::size_t at = std::size_t(c) * dofs + i;
-            const bool turns = d.code[i % std::size_t(d.pernode)] > 3;
-            change[turns] = std::max(change[turns], std::fabs(step[i] - still[i]));
-            largest[turns] = std::max(largest[turns], std::fabs(u.u[at]));
+            const int turns = d.code[i % std::size_t(d.pernode)] > 3;
+            found[turns] = std::max(found[turns], std::fabs(step[i] - still[i]));
+            found[2 + turns] = std::max(found[2 + turns], std::fabs(u.u[at]));
             addtwopart(step[i] - still[i], u.u[at], u.rest[at]);
         }
-        const double part = std::max(change[0], change[1] * size);
-        const double whole = std::max(largest[0], largest[1] * size);
+        allranks().most(found, 4);
+        const double part = std::max(found[0], found[1] * size);
+        const double whole = std::max(found[2], found[3] * size);
         if (!(part <= worst * whole)) worst = part / whole;
     }
     return worst;

@@ -12,7 +12,6 @@
 #include "solver/edges.h"
 #include "solver/engines.h"
 #include "solver/faraway.h"
-#include "solver/gather.h"
 #include "solver/logtexts.h"
 #include "solver/makedofs.h"
 #include "solver/memory.h"
@@ -58,7 +57,11 @@ struct holding {
     std::vector<vec6> letgo;   // by case from 0: what nothing takes up
 
     // Part of the loads that the rounding of planes may tilt into held directions.
-    double noise() const { return angle.empty() ? 0 : *std::ranges::max_element(angle); }
+    double noise() const {
+        double most = angle.empty() ? 0 : *std::ranges::max_element(angle);
+        allranks().most(&most, 1);
+        return most;
+    }
 };
 }  // namespace
 
@@ -84,8 +87,10 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
         checkheldloads(m, d, held.angle, load, lc, log);
         held.letgo.push_back(heldload(m, d, load));
         f.assign(load, load + d.equation.size());
-        const bool none = std::all_of(f.begin(), f.end(), [](double v) { return v == 0; });
-        if (none && byconstants.empty())
+        double any = !byconstants.empty() ||
+                     std::any_of(f.begin(), f.end(), [](double v) { return v != 0; });
+        allranks().most(&any, 1);
+        if (any == 0)
             log.warn("Case " + std::to_string(lc) + " \"" + name +
                          "\" has no load; its displacements are 0",
                      lc);
@@ -95,7 +100,7 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     }
     log.stage("solve");
     r.residual.assign(std::size_t(u.cases), 0);
-    if (d.unknowns > 0) r.residual = solvecolumns(q, l, columns.data(), u.cases);
+    if (d.unknownsofall > 0) r.residual = solvecolumns(q, l, columns.data(), u.cases);
     for (int c = 0; c < u.cases; ++c) {
         const double rest = r.residual[std::size_t(c)];
         const std::string number = std::to_string(first + c);
@@ -113,13 +118,16 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
 
 static void warnunbalanced(const model& m, double part, runlog& log) {
     std::string cause = "the model is ill-conditioned";
+    std::vector<double> first = {-INFINITY};  // the element's number, its sign changed
     for (int e = m.nelems(); e > 0; --e) {
         const elementdef& def = m.elements[std::size_t(e)];
         const auto at = [&](int k) { return m.nodes[std::size_t(def.node[k])]; };
-        if (def.type == typespring2 && at(0) != at(1))
-            cause = "the nodes of the SPRING2 element " + std::to_string(e) +
-                    " lie apart, so that its forces make a moment that nothing balances";
+        if (def.type == typespring2 && at(0) != at(1)) first[0] = -m.nameof(e);
     }
+    first = allranks().greatest(first);
+    if (first[0] != -INFINITY)
+        cause = "the nodes of the SPRING2 element " + std::to_string(int(-first[0])) +
+                " lie apart, so that its forces make a moment that nothing balances";
     log.warn("The reactions miss the loads by " + shortnumber(part) + " of them: " + cause);
 }
 
@@ -131,7 +139,7 @@ static void refinereactions(const model& m, const settings& s, const equations& 
     double now = before, change = 1, uncertainty = 0;
     const int mostrounds = 3;
     const double settled = 1e-10;  // there is nothing left to refine
-    for (int round = 0; round < mostrounds && now > good && q.dofs.unknowns > 0; ++round) {
+    for (int round = 0; round < mostrounds && now > good && q.dofs.unknownsofall > 0; ++round) {
         const double former = change;
         change = refine(m, s, q, l, applied, r.u);
         uncertainty = change * change / former;  // what the next round would change
@@ -146,7 +154,8 @@ static void refinereactions(const model& m, const settings& s, const equations& 
     if (uncertainty > uncertain)
         log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
                  " of themselves. " + whyillconditioned(m, s));
-    if (now > std::max(unbalanced, held.noise())) warnunbalanced(m, now, log);
+    const double noise = held.noise();
+    if (now > std::max(unbalanced, noise)) warnunbalanced(m, now, log);
     if (now != before)
         log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
                  shortnumber(now));
@@ -182,8 +191,7 @@ static void addpart(results& r, casepart&& part) {
     if (!r.u.rest.empty()) r.u.rest.resize(r.u.u.size());
     addnumbers(r.residual, std::move(part.residual));
     reactionset &to = r.reactions, &more = part.reactions;
-    if (allranks().first())  // which writes them
-        addnumbers(to.force, std::move(more.force));
+    addnumbers(to.force, std::move(more.force));
     const std::ptrdiff_t slot0 = to.load.empty() || more.load.empty() ? 0 : 1;
     to.load.insert(to.load.end(), more.load.begin() + slot0, more.load.end());
     to.reaction.insert(to.reaction.end(), more.reaction.begin() + slot0, more.reaction.end());
@@ -203,13 +211,14 @@ static void solveblocks(const model& m, const settings& s, const equations& q, c
     const std::unique_ptr<engine> l = makeengine();
     log.stage("analyse");
     l->describe(m, q.dofs);
-    if (q.dofs.unknowns > 0) {
+    if (q.dofs.unknownsofall > 0) {
         analysefactor(q, *l, std::min(block, m.ncases()), log);
         factorise(m, s, q, *l, log);
     }
     holding held;
-    const bool anyheld = !q.dofs.held.empty() || std::ranges::count(q.dofs.heldplain, 1) > 0;
-    if (anyheld) held.angle = flatness(m, s, q.dofs);
+    double anyheld = !q.dofs.held.empty() || std::ranges::count(q.dofs.heldplain, 1) > 0;
+    allranks().most(&anyheld, 1);
+    if (anyheld != 0) held.angle = flatness(m, s, q.dofs);
     while (r.u.cases < m.ncases()) {
         const int last = std::min(r.u.cases + block, m.ncases());
         const runlog::place from = log.here();
@@ -266,7 +275,8 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);
-    equations q = makeequations(m, s, anadof, log);
+    // The search of modes is not shared out.
+    equations q = makeequations(m, s, anadof, what.modes ? kept::all : kept::part, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
     if (what.modes) {
@@ -316,12 +326,6 @@ static bool takeengine(model& m, const settings& s, const job& j, runlog& log) {
     return first;
 }
 
-// What the first process writes of this one's, in its order.
-static void handstresses(const model& m, const job& j, const results& r) {
-    for (int lc = 1; j.linestress && lc <= m.ncases(); ++lc) gathercase(m, r.lines, lc);
-    for (int lc = 1; j.platestress && lc <= m.ncases(); ++lc) gathercase(m, r.plates, lc);
-}
-
 // Analyses of the same name come to the same numbers.
 static std::string checkpointname(const job& j, const settings& s, const std::string& checksum) {
     return checksum + " " + std::to_string(j.doftype) + (j.twod ? " 2d" : "") +
@@ -358,18 +362,19 @@ void analyse(const job& j, runlog& log) {
     if (s.checkpoint > 0) what.checkpoint = checkpointname(j, s, checksum);
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
-    if (!allranks().first()) return handstresses(m, j, r);
-    writesummary(m, r.halfbandwidth);
-    writemasses(m, r.masses);
+    const bool first = allranks().first();
+    if (first) writesummary(m, r.halfbandwidth);
+    if (first) writemasses(m, r.masses);
     if (j.solve) writedisplacements(m, r.dofs, r.u);
     if (j.solve) writereactions(m, r.dofs, r.u, r.reactions);
     if (j.eigen) writemodes(m, r.dofs, r.modes);
     if (j.linestress) writelines(m, s, r.dofs, r.u, r.lines);
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
     armresults({});  // they are whole
-    if (j.statics())
-        writesums(j.base, runkind::statics, checksum, m.ncases(), staticsums(m, s, r, log));
-    if (j.eigen) writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));
+    const std::string sums = j.statics() ? staticsums(m, s, r, log) : "";
+    if (first && j.statics()) writesums(j.base, runkind::statics, checksum, m.ncases(), sums);
+    if (first && j.eigen)
+        writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));
     if (s.checkpoint > 0) checkpoint(j.base + ".ckp", "").drop();
     log.stage("");
     log.progress("done", 100);

@@ -4,31 +4,33 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 
 double softness(engine& l, const sparsematrix& a, std::int64_t& unknown) {
+    const sharing& unknowns = *a.unknowns;
     const std::vector<double> diagonal = diagonalof(a);
-    std::mt19937 random(1);
-    std::uniform_real_distribution<double> spread(0.5, 1.5);
-    std::vector<double> v(diagonal.size()), next;
-    for (double& value : v) value = spread(random);
+    startnoise start;
+    std::vector<double> v(diagonal.size()), next, weighed;
+    for (std::size_t j = 0; j < v.size(); ++j) v[j] = start.at(unknowns.numberof(j));
+    const auto energy = [&](const std::vector<double>& with) {
+        weighed = with;
+        for (std::size_t j = 0; j < v.size(); ++j) weighed[j] *= diagonal[j];
+        return dotproduct(unknowns, v.data(), weighed.data(), v.size());
+    };
     double soft = 1;
     for (int round = 0; round < 2; ++round) {
-        double largest = 0, before = 0, after = 0;
+        double largest = 0;
         for (const double value : v) largest = std::max(largest, std::fabs(value));
+        allranks().most(&largest, 1);
         for (double& value : v) value /= largest;
         next = v;
         for (std::size_t j = 0; j < v.size(); ++j) next[j] *= diagonal[j];
         l.solve(next.data(), 1);
-        for (std::size_t j = 0; j < v.size(); ++j) {
-            before += v[j] * v[j] * diagonal[j];
-            after += v[j] * next[j] * diagonal[j];
-        }
-        soft = before / after;
+        soft = energy(v) / energy(next);
         v.swap(next);
     }
-    const auto most = std::max_element(
-        v.begin(), v.end(), [](double x, double y) { return std::fabs(x) < std::fabs(y); });
-    unknown = most - v.begin();
+    std::vector<double> most = {-1, 0};
+    for (std::size_t j = 0; j < v.size(); ++j)
+        if (std::fabs(v[j]) > most[0]) most = {std::fabs(v[j]), -double(unknowns.numberof(j))};
+    unknown = std::int64_t(-allranks().greatest(most)[1]);
     return soft;
 }

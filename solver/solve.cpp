@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <random>
 
 #include "solver/engines.h"
 #include "solver/factor.h"
@@ -17,6 +16,7 @@
 #include "solver/parallel.h"
 #include "solver/ranks.h"
 #include "solver/refuse.h"
+#include "solver/softness.h"
 #include "solver/span.h"
 
 static const double mebibyte = 1024 * 1024;
@@ -48,11 +48,7 @@ static double needof(const engine& l, int columns, int unknowns) {
 
 // Degrees of freedom, order and pattern. ownorder: for the own factor; an engine that shares the
 // equations among processes finds an order itself.
-static equations numberequations(const model& m, const settings& s, int anadof, bool ownorder,
-                                 runlog& log) {
-    equations q;
-    q.dofs = makedofs(m, s, anadof, log);
-    q.halfbandwidth = halfbandwidth(m, q.dofs);
+static void numberequations(const model& m, bool ownorder, equations& q, runlog& log) {
     log.stage("order");
     std::vector<int> list;
     const nodegraph graph = ownergraph(m, q.dofs, list);
@@ -65,15 +61,20 @@ static equations numberequations(const model& m, const settings& s, int anadof, 
     std::vector<int> owners(order.size());
     for (std::size_t p = 0; p < order.size(); ++p) owners[p] = list[std::size_t(order[p])];
     numberunknowns(m, q.dofs, owners);
-    log.line("Equations: " + std::to_string(q.dofs.unknowns) + ", half bandwidth " +
+    if (!ownorder) shareunknowns(q.dofs);
+    log.line("Equations: " + std::to_string(q.dofs.unknownsofall) + ", half bandwidth " +
              std::to_string(q.halfbandwidth));
     if (!told.empty()) log.line(told);
     q.stiffness = makepattern(q.dofs, graph, order);
-    return q;
 }
 
-equations makeequations(const model& m, const settings& s, int anadof, runlog& log) {
-    equations q = numberequations(m, s, anadof, allranks().alone(), log);
+equations makeequations(model& m, const settings& s, int anadof, kept part, runlog& log) {
+    equations q;
+    q.dofs = makedofs(m, s, anadof, log);
+    q.halfbandwidth = halfbandwidth(m, q.dofs);
+    const bool alone = allranks().alone();
+    if (!alone) keeppart(m, q.dofs, part);
+    numberequations(m, alone, q, log);
     log.stage("assemble");
     assemble(m, s, q.dofs, part::stiffness, q.stiffness, log);
     return q;
@@ -82,7 +83,9 @@ equations makeequations(const model& m, const settings& s, int anadof, runlog& l
 double factorneed(const model& m, const settings& s, int anadof, int columns) {
     runlog unheard;
     unheard.quiet();
-    const equations q = numberequations(m, s, anadof, true, unheard);
+    equations q;
+    q.dofs = makedofs(m, s, anadof, unheard);
+    numberequations(m, true, q, unheard);
     factor l;
     if (q.dofs.unknowns > 0) l.analyse(q.stiffness);
     return needof(l, columns, q.dofs.unknowns);
@@ -106,20 +109,18 @@ void analysefactor(const equations& q, engine& l, int columns, runlog& log) {
 
 // --- mechanisms ---------------------------------------------------------------------------------
 
-static namedunknown nameunknown(const dofmap& d, std::int64_t unknown) {
-    const auto after = std::upper_bound(d.firstunknown.begin(), d.firstunknown.end(), int(unknown));
-    const int place = int(after - d.firstunknown.begin()) - 1;
-    const auto owner = std::find(d.position.begin() + 1, d.position.end(), place);
-    namedunknown name{int(owner - d.position.begin()), d.code[0]};
-    for (int k = 0; k < d.pernode; ++k) {
-        const int q = d.equation[d.index(name.node, k)];
-        const bool own = q == unknown;
-        if (own) name.dof = d.code[k];
-        if (own || q >= dofmap::constantdof) continue;
-        const combination& c = d.combinations[std::size_t(-2 - q)];
-        if (c.factor[unknown - c.first] != 0) name.dof = d.code[k];
+// The node of the files that owns an unknown of all.
+static int ownernode(const model& m, const dofmap& d, std::int64_t unknown) {
+    double name = 0;
+    const int here = d.freedoms->placeof(int(unknown));
+    if (here >= 0) {
+        const auto after = std::ranges::upper_bound(d.firstunknown, here);
+        const int place = int(after - d.firstunknown.begin()) - 1;
+        const auto owner = std::find(d.position.begin() + 1, d.position.end(), place);
+        name = m.nameofnode(int(owner - d.position.begin()));
     }
-    return name;
+    allranks().most(&name, 1);
+    return int(name);
 }
 
 static std::vector<double> nodalmotion(const dofmap& d, const std::vector<double>& v) {
@@ -163,34 +164,40 @@ static double energyof(const model& m, const settings& s, const dofmap& d,
 }
 
 // The motion that costs next to nothing, by inverse iteration. energy: out, of the motion against
-// the diagonal's; noise: out, what the search itself leaves of it.
+// the diagonal's; noise: out, what the search itself leaves of it, 0 where none was possible.
 static std::vector<double> softestmotion(const model& m, const settings& s, const equations& q,
                                          double& energy, double& noise) {
     const std::int64_t n = q.stiffness.size();
+    const sharing& unknowns = *q.stiffness.unknowns;
     const std::vector<double> diagonal = diagonalof(q.stiffness);
     sparsematrix a;
     const std::unique_ptr<engine> l = makefactor();
     l->describe(m, q.dofs);
     energy = -1;
+    noise = 0;
     const double trace = factorisewithtrace(q.stiffness, a, *l), least = 1e-10;
     if (trace == 0) return {};
     noise = std::pow(std::max(least, 10 * trace), 2);
-    std::mt19937 random(1);
-    std::uniform_real_distribution<double> spread(0.5, 1.5);
     std::vector<double> v(std::size_t(n), 0);
+    startnoise start;
+    int next = 0;
     for (const int place : q.dofs.position)  // by nodes: the order of elimination does not matter
-        for (int k = 0; place >= 0 && k < q.dofs.unknowncount[std::size_t(place)]; ++k)
-            v[std::size_t(q.dofs.firstunknown[std::size_t(place)] + k)] = spread(random);
+        for (int k = 0; place >= 0 && k < q.dofs.unknowncount[std::size_t(place)]; ++k) {
+            const auto at = std::size_t(q.dofs.firstunknown[std::size_t(place)] + k);
+            v[at] = start.at(unknowns.alone() ? next++ : unknowns.numberof(at));
+        }
     const int rounds = 6;
     for (int round = 0; round < rounds; ++round) {
         for (std::int64_t j = 0; j < n; ++j) v[std::size_t(j)] *= diagonal[std::size_t(j)];
         l->solve(v.data(), 1);
         double largest = 0;
         for (const double value : v) largest = std::max(largest, std::fabs(value));
+        allranks().most(&largest, 1);
         for (double& value : v) value /= largest;
     }
-    double all = 0;
-    for (std::size_t j = 0; j < v.size(); ++j) all += v[j] * v[j] * diagonal[j];
+    std::vector<double> weighed = v;
+    for (std::size_t j = 0; j < v.size(); ++j) weighed[j] *= diagonal[j];
+    const double all = dotproduct(unknowns, v.data(), weighed.data(), v.size());
     energy = energyof(m, s, q.dofs, nodalmotion(q.dofs, v)) / all;
     return v;
 }
@@ -202,11 +209,18 @@ static vec3 translationof(const dofmap& d, const std::vector<double>& u, int n) 
     return at;
 }
 
-// The nodes that move with node n: joined to it by elements whose nodes all move.
-static std::vector<int> movingpart(const model& m, const dofmap& d, const std::vector<double>& u,
-                                   int n) {
-    const double still = 1e-3 * translationof(d, u, n).norm();
-    std::vector<int> part(std::size_t(m.nnodes()) + 1), list;
+// What moves with a node: the nodes joined to it by elements whose nodes all move.
+namespace {
+struct movingpart {
+    double count = 0;
+    vec3 low = vec3::Constant(INFINITY), high = -low;
+};
+}  // namespace
+
+// By node a node that stands for those here that move with it; 0 where it stays.
+static std::vector<int> movingroots(const model& m, const dofmap& d, const std::vector<double>& u,
+                                    double still) {
+    std::vector<int> part(std::size_t(m.nnodes()) + 1);
     for (int i = 1; i <= m.nnodes(); ++i)
         part[std::size_t(i)] = translationof(d, u, i).norm() > still ? i : 0;
     const auto root = [&](int i) {
@@ -227,54 +241,104 @@ static std::vector<int> movingpart(const model& m, const dofmap& d, const std::v
         }
     }
     for (int i = 1; i <= m.nnodes(); ++i)
-        if (part[std::size_t(i)] != 0 && root(i) == root(n)) list.push_back(i);
-    return list;
+        if (part[std::size_t(i)] != 0) part[std::size_t(i)] = root(i);
+    return part;
+}
+
+// Each node gets the lowest name of all that move with it; infinity where it stays.
+static std::vector<double> labelparts(const model& m, const dofmap& d, const std::vector<double>& u,
+                                      double still) {
+    const std::vector<int> root = movingroots(m, d, u, still);
+    std::vector<double> label(root.size(), INFINITY), least = label;
+    for (int i = 1; i <= m.nnodes(); ++i)
+        if (root[std::size_t(i)] > 0) label[std::size_t(i)] = m.nameofnode(i);
+    for (double changed = 1; changed > 0; allranks().most(&changed, 1)) {
+        d.nodes->least(label.data() + 1);
+        const std::vector<double> before = label;
+        for (std::size_t i = 1; i < label.size(); ++i) {
+            double& at = least[std::size_t(root[i])];
+            at = std::min(at, label[i]);
+        }
+        for (std::size_t i = 1; i < label.size(); ++i)
+            if (root[i] > 0) label[i] = least[std::size_t(root[i])];
+        changed = !d.nodes->alone() && label != before;
+    }
+    return label;
+}
+
+static movingpart partof(const model& m, const dofmap& d, const std::vector<double>& label,
+                         double wanted) {
+    movingpart part;
+    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
+    for (int i = 1; i <= m.nnodes(); ++i) {
+        if (label[std::size_t(i)] != wanted || !d.nodes->counts(std::size_t(i - 1))) continue;
+        ++part.count;
+        most.head<3>() = most.head<3>().cwiseMax(m.nodes[std::size_t(i)]);
+        most.tail<3>() = most.tail<3>().cwiseMax(-m.nodes[std::size_t(i)]);
+    }
+    allranks().sum(&part.count, 1);
+    allranks().most(most.data(), most.size());
+    part.high = most.head<3>();
+    part.low = -most.tail<3>();
+    return part;
 }
 
 static std::string placetext(const vec3& at) {
     return shortnumber(at.x()) + ", " + shortnumber(at.y()) + ", " + shortnumber(at.z());
 }
 
-// " along 0.6, 0.8, 0" where that is no axis, and the box of what moves with the node.
+// " along 0.6, 0.8, 0" where that is no axis, and the box of what moves with the node of the files
+// that is named so.
 static std::string extenttext(const model& m, const dofmap& d, const std::vector<double>& u,
-                              int n) {
-    const vec3 way = translationof(d, u, n);
+                              int name) {
+    const int n = m.placeofnode(name);
+    const bool counted = n > 0 && d.nodes->counts(std::size_t(n - 1));
+    vec3 way = counted ? translationof(d, u, n) : vec3::Zero();
+    allranks().sum(way.data(), way.size());
     if (!(way.norm() > 0)) return "";
     std::string text;
     const vec3 along = (way / way.norm() * 1000).array().round() / 1000;
     if (along.cwiseAbs().maxCoeff() < 0.999) text = " (along " + placetext(along) + ")";
-    const std::vector<int> part = movingpart(m, d, u, n);
-    if (part.size() < 2) return text;
-    vec3 low = m.nodes[std::size_t(n)], high = low;
-    for (const int i : part) {
-        low = low.cwiseMin(m.nodes[std::size_t(i)]);
-        high = high.cwiseMax(m.nodes[std::size_t(i)]);
-    }
-    return text + " with " + std::to_string(part.size()) + " nodes between " + placetext(low) +
-           " and " + placetext(high);
+    const std::vector<double> label = labelparts(m, d, u, 1e-3 * way.norm());
+    double wanted = counted ? label[std::size_t(n)] : 0;
+    allranks().sum(&wanted, 1);
+    const movingpart part = partof(m, d, label, wanted);
+    if (part.count < 2) return text;
+    return text + " with " + std::to_string(long(part.count)) + " nodes between " +
+           placetext(part.low) + " and " + placetext(part.high);
 }
 
 // Names the largest translation of the motion, or its largest rotation where nothing translates.
 [[noreturn]] static void refusemotion(const model& m, const dofmap& d,
                                       const std::vector<double>& v) {
     const std::vector<double> u = nodalmotion(d, v);
+    vec3 first = m.placeofnode(1) > 0 ? m.nodes[1] : vec3::Constant(-INFINITY);
+    allranks().most(first.data(), first.size());
     double size = 0;
     for (int n = 1; n <= m.nnodes(); ++n)
-        size = std::max(size, (m.nodes[std::size_t(n)] - m.nodes[1]).cwiseAbs().maxCoeff());
-    double largest = -1;
-    int at = 0;
-    for (int i = 0; i < d.dofs(); ++i) {
-        double part = std::fabs(u[std::size_t(i)]);
+        size = std::max(size, (m.nodes[std::size_t(n)] - first).cwiseAbs().maxCoeff());
+    allranks().most(&size, 1);
+    const auto dofs = std::size_t(d.pernode);
+    const auto sizeat = [&](std::size_t i) {
         const double spin = 1e-6;  // a rotation counts where next to nothing translates
-        if (d.code[i % d.pernode] > 3) part *= spin * size;
-        if (part > largest * (1 + 1e-6)) {
-            largest = part;
-            at = i;
-        }
+        const double part = std::fabs(u[i]), least = 1e-300;  // of a single node
+        return std::max(least, d.code[i % dofs] > 3 ? part * spin * size : part);
+    };
+    const auto sizeofnode = [&](std::size_t i) {
+        double most = 0;
+        for (std::size_t k = 0; k < dofs; ++k) most = std::max(most, sizeat(i * dofs + k));
+        return most;
+    };
+    const largestof largest = findlargest(*d.nodes, std::size_t(m.nnodes()), sizeofnode);
+    double dof = 0;
+    if (const int n = m.placeofnode(largest.item); n > 0) {
+        largestof part;
+        for (int k = 0; k < d.pernode; ++k) part.meet(d.code[k], sizeat(d.index(n, k)));
+        dof = part.item;
     }
-    const int n = at / d.pernode + 1, dof = d.code[at % d.pernode];
-    refuse("Node " + std::to_string(n) + " can move freely in " + dofname(dof) +
-           (dof <= 3 ? extenttext(m, d, u, n) : "") +
+    allranks().most(&dof, 1);
+    refuse("Node " + std::to_string(largest.item) + " can move freely in " + dofname(int(dof)) +
+           (dof <= 3 ? extenttext(m, d, u, largest.item) : "") +
            ": the structure or a part of it is a mechanism. Add a constraint or an element that "
            "holds it");
 }
@@ -291,13 +355,13 @@ void factorise(const model& m, const settings& s, const equations& q, engine& l,
     log.line("Smallest pivot " + shortnumber(pivot) + " of its diagonal; energy of the softest " +
              "motion " + shortnumber(energy));
     if (definite && energy > nothing) return;
-    if (v.empty())
+    if (noise == 0)
         refuse(
             "The stiffness has directions of negative stiffness; check the spring matrices of "
             "the element groups");
     if (energy < -nothing)
         refuse("The stiffness has a direction of negative stiffness near node " +
-               std::to_string(nameunknown(q.dofs, unknown).node) +
+               std::to_string(ownernode(m, q.dofs, unknown)) +
                "; check the spring matrices of the element groups");
     if (energy > noise)
         refuse("The equations cannot be solved to a useful accuracy. " + whyillconditioned(m, s));
@@ -306,11 +370,15 @@ void factorise(const model& m, const settings& s, const equations& q, engine& l,
 
 // --- solution -----------------------------------------------------------------------------------
 
-static double sizeof2(const std::vector<double>& v) {
-    double largest = 0, sum = 0;
+static double sizeof2(const sharing& s, const std::vector<double>& v) {
+    double largest = 0;
     for (const double value : v) largest = std::max(largest, std::fabs(value));
+    allranks().most(&largest, 1);
     if (!(largest > 0)) return largest;
-    for (const double value : v) sum += (value / largest) * (value / largest);
+    double sum = 0;
+    for (std::size_t i = 0; i < v.size(); ++i)
+        if (s.counts(i)) sum += (v[i] / largest) * (v[i] / largest);
+    allranks().sum(&sum, 1);
     return largest * std::sqrt(sum);
 }
 
@@ -320,7 +388,8 @@ static double backwarderror(const sparsematrix& a, const double* u, const double
                             std::vector<double>& rest) {
     const auto n = std::size_t(a.size());
     rest.assign(n, 0);
-    if (allranks().first()) std::copy_n(f, n, rest.data());
+    for (std::size_t j = 0; j < n; ++j)
+        if (a.unknowns->counts(j)) rest[j] = f[j];
     std::vector<double> size(n);
     for (std::size_t j = 0; j < n; ++j) size[j] = std::fabs(rest[j]);
     for (std::size_t j = 0; j < n; ++j) {
@@ -337,9 +406,9 @@ static double backwarderror(const sparsematrix& a, const double* u, const double
         rest[j] -= sum;
         size[j] += sumofsizes;
     }
-    allranks().sum(rest.data(), a.size());
-    allranks().sum(size.data(), a.size());
-    const double whole = sizeof2(size), left = sizeof2(rest);
+    a.unknowns->sum(rest.data(), 1);
+    a.unknowns->sum(size.data(), 1);
+    const double whole = sizeof2(*a.unknowns, size), left = sizeof2(*a.unknowns, rest);
     return whole > 0 || !(left == 0) ? left / whole : 0;
 }
 

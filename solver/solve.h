@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "solver/engine.h"
+#include "solver/ownpart.h"
 
 // The numbered equations of a model.
 struct equations {
@@ -14,8 +15,9 @@ struct equations {
     std::int64_t halfbandwidth = 0;  // in equations, in the order of the nodes' numbers
 };
 
-// Degrees of freedom, order and pattern; the matrix is assembled.
-equations makeequations(const model& m, const settings& s, int anadof, runlog& log);
+// Degrees of freedom, order and pattern; the matrix is assembled. Leaves to each of several
+// processes what it keeps of the model.
+equations makeequations(model& m, const settings& s, int anadof, kept part, runlog& log);
 
 // Half bandwidth that the equations have when they are numbered as the nodes are.
 std::int64_t halfbandwidth(const model& m, const dofmap& d);
@@ -33,8 +35,3 @@ void factorise(const model& m, const settings& s, const equations& q, engine& l,
 // column, |Ku-f| / (|K||u| + |f|): by which part of itself the stiffness or the load would have to
 // change to make u exact.
 std::vector<double> solvecolumns(const equations& q, engine& l, double* values, int columns);
-
-// Says which node and direction an unknown stands for.
-struct namedunknown {
-    int node = 0, dof = 0;
-};

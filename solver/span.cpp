@@ -2,13 +2,7 @@
 #include "solver/span.h"
 
 #include "solver/kinds.h"
-
-namespace {
-struct stiffest {
-    double value = 0;
-    int element = 0;
-};
-}  // namespace
+#include "solver/ranks.h"
 
 // The largest stiffness against a translation of one of its nodes.
 static double stiffnessof(const element& e) {
@@ -30,22 +24,30 @@ static std::string within(const model& m, const settings& s, int number) {
 }
 
 std::string whyillconditioned(const model& m, const settings& s) {
-    stiffest high, low;
+    // Stiffness and, with its sign changed, number: of equals the first is named.
+    using found = std::vector<double>;
+    found high = {0, 0}, low = {-INFINITY, 0};
     for (int n = 1; n <= m.nelems(); ++n) {
-        const double value = stiffnessof(elementat(m, s, n));
+        const double value = isown(m, n) ? stiffnessof(elementat(m, s, n)) : 0;
         if (!(value > 0)) continue;
-        if (value > high.value) high = {value, n};
-        if (low.element == 0 || value < low.value) low = {value, n};
+        high = std::max(high, found{value, -double(m.nameof(n))});
+        low = std::max(low, found{-value, -double(m.nameof(n))});
     }
+    ranks& all = allranks();
+    const found most = all.greatest(high), least = all.greatest(low);
+    const auto name = [&](const found& one, const found& mine) {
+        return all.anyfault(one == mine && one[1] != 0 ? within(m, s, m.placeof(int(-one[1])))
+                                                       : "");
+    };
+    const std::string stiff = name(most, high), soft = name(least, low);
     const double far = 1e7;
-    if (low.element == 0 || high.value < far * low.value)
+    if (soft.empty() || most[0] < -far * least[0])
         return "A part of the structure is next to a mechanism; add a constraint or an element "
                "that holds it";
     char ratio[20];
-    std::snprintf(ratio, sizeof ratio, "%.0e", high.value / low.value);
-    return "The stiffness of the elements differs by too many powers of ten: " +
-           within(m, s, high.element) + " is " + ratio + " times as stiff as " +
-           within(m, s, low.element) +
+    std::snprintf(ratio, sizeof ratio, "%.0e", most[0] / -least[0]);
+    return "The stiffness of the elements differs by too many powers of ten: " + stiff + " is " +
+           ratio + " times as stiff as " + soft +
            ". Make it softer (1e5 times its neighbours is as good as rigid) or join its nodes by "
            "RIGID elements";
 }

@@ -28,31 +28,66 @@ static std::vector<char> supportednodes(const dofmap& d) {
     return supported;
 }
 
-// Sum of nodal forces; their moments about the origin where the analysis has the rotation. Raises
-// least to what counts as nothing beside the amounts that are summed: forces beside forces and
-// moments beside moments, whatever the unit of length.
-static vec6 resultant(const model& m, const dofmap& d, const double* f, vec6& least) {
-    const double cancelled = 1e-3;
+namespace {
+// Sum of nodal forces; their moments about the origin where the analysis has the rotation. And what
+// is summed: amounts, moments without those of forces, the largest coordinate.
+struct resultant {
     vec6 sum = vec6::Zero(), amounts = vec6::Zero();
-    double reach = 0, couples = 0;
+    double couples = 0, reach = 0;
+};
+}  // namespace
+
+// By the nodes that this process counts.
+static resultant sumforces(const model& m, const dofmap& d, const double* f) {
+    resultant r;
     for (int n = 1; n <= m.nnodes(); ++n) {
+        if (!d.nodes->counts(std::size_t(n - 1))) continue;
         vec6 at = vec6::Zero();
         for (int k = 0; k < d.pernode; ++k) at[d.code[k] - 1] = f[d.index(n, k)];
         vec3 x = m.nodes[std::size_t(n)];
         if (m.twod) x.z() = 0;
         const vec3 force = at.head<3>();
-        reach = std::max(reach, x.cwiseAbs().maxCoeff());
-        couples += at.tail<3>().cwiseAbs().maxCoeff();
+        r.reach = std::max(r.reach, x.cwiseAbs().maxCoeff());
+        r.couples += at.tail<3>().cwiseAbs().maxCoeff();
         at.tail<3>() += x.cross(force);
-        sum += at;
-        amounts += at.cwiseAbs();
+        r.sum += at;
+        r.amounts += at.cwiseAbs();
     }
-    const double forces = amounts.head<3>().maxCoeff(), moments = amounts.tail<3>().maxCoeff();
-    vec6 most;
-    most << vec3::Constant(std::max(forces, reach > 0 ? couples / reach : 0)),
-        vec3::Constant(std::max(moments, forces * reach));
-    least = least.cwiseMax(cancelled * most);
-    return sum;
+    return r;
+}
+
+static resultant sumofall(resultant r) {
+    double sums[13];
+    std::copy_n(r.sum.data(), 6, sums);
+    std::copy_n(r.amounts.data(), 6, sums + 6);
+    sums[12] = r.couples;
+    allranks().sum(sums, 13);
+    allranks().most(&r.reach, 1);
+    return {vec6::Map(sums), vec6::Map(sums + 6), sums[12], r.reach};
+}
+
+// Of all processes, by case. Raises least to what counts as nothing beside the amounts that are
+// summed: forces beside forces and moments beside moments, whatever the unit of length.
+static std::vector<vec6> resultants(const model& m, const dofmap& d, const displacements& u,
+                                    const std::vector<double>& force, std::vector<vec6>& least) {
+    const double cancelled = 1e-3;
+    std::vector<resultant> found(least.size());
+    parallelpieces(u.cases, 1, [&](int first, int last, int) {
+        for (auto c = std::size_t(first); c < std::size_t(last); ++c)
+            found[c + 1] = sumforces(m, d, force.data() + c * d.equation.size());
+    });
+    std::vector<vec6> sums = {vec6::Zero()};
+    for (std::size_t lc = 1; lc < found.size(); ++lc) {
+        const resultant r = sumofall(found[lc]);
+        const double forces = r.amounts.head<3>().maxCoeff();
+        const double moments = r.amounts.tail<3>().maxCoeff();
+        vec6 most;
+        most << vec3::Constant(std::max(forces, r.reach > 0 ? r.couples / r.reach : 0)),
+            vec3::Constant(std::max(moments, forces * r.reach));
+        least[lc] = least[lc].cwiseMax(cancelled * most);
+        sums.push_back(r.sum);
+    }
+    return sums;
 }
 
 // Those with stiffness that touch a supported node.
@@ -66,7 +101,8 @@ static std::vector<int> elementsat(const model& m, const std::vector<char>& supp
     return list;
 }
 
-// What springs to ground exert on the structure: they are supports as well.
+// What springs to ground exert on the structure: they are supports as well. Whoever counts a node
+// holds all elements at it.
 static void addgroundsprings(const model& m, const settings& s, const dofmap& d,
                              const displacements& u, std::vector<double>& force) {
     elmatrix k;
@@ -117,9 +153,7 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
     const std::vector<int> elements = elementsat(m, supported);
     addforces(m, s, d, u, elements, unbalanced);
     r.force.assign(u.u.size(), 0);
-    r.load.assign(std::size_t(u.cases) + 1, vec6::Zero());
-    r.reaction = r.load;
-    r.least = r.load;
+    r.least.assign(std::size_t(u.cases) + 1, vec6::Zero());
     parallelpieces(u.cases, 1, [&](int first, int last, int) {
         for (auto c = std::size_t(first); c < std::size_t(last); ++c) {
             const double* const load = applied.data() + c * dofs;
@@ -131,16 +165,13 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
                 if (d.prescribed[i]) force[i] = rest[i];
             }
             for (const rigidbody& body : d.bodies) bodyreactions(m, d, body, rest, force);
-            r.load[c + 1] = resultant(m, d, load, r.least[c + 1]);
         }
     });
+    r.load = resultants(m, d, u, applied, r.least);
     log.progress("reactions", 100);
     measurerounding(m, s, d, u, elements, r.least);
     addgroundsprings(m, s, d, u, r.force);
-    parallelpieces(u.cases, 1, [&](int first, int last, int) {
-        for (auto c = std::size_t(first); c < std::size_t(last); ++c)
-            r.reaction[c + 1] = resultant(m, d, r.force.data() + c * dofs, r.least[c + 1]);
-    });
+    r.reaction = resultants(m, d, u, r.force, r.least);
     return r;
 }
 
@@ -202,7 +233,7 @@ platestresses findplatestresses(const model& m, const settings& s, const dofmap&
     r.first.push_back(0);
     for (int e = 1; e <= m.nelems(); ++e) {
         const elementkind& kind = kindof(m.elements[std::size_t(e)].type);
-        if (kind.fam != family::plate || !isown(m, e)) continue;
+        if (kind.fam != family::plate) continue;
         r.elements.push_back(e);
         r.first.push_back(r.first.back() + kind.nodes);
     }

@@ -41,7 +41,8 @@ const int linevalues = 4;
 using linestress = std::array<double, 2 * linevalues>;
 linestress linestressof(const element& e, const double* ends);
 
-// Plates of this process: at each corner membrane x, y, xy and bending x, y, xy in stress axes.
+// Plates that this process holds, its own and those that meet them: at each corner membrane x, y,
+// xy and bending x, y, xy in stress axes.
 const int platevalues = 6;
 struct platestresses {
     std::vector<int> elements;

@@ -25,7 +25,7 @@ static vec6 wrench(const vec3& at, const vec3& force) {
 static vec6 nodalsum(const model& m, const dofmap& d, const loadcase& c) {
     vec6 sum = vec6::Zero();
     for (const nodalrow& row : c.nodal) {
-        if (d.place[row.dof] < 0) continue;
+        if (d.place[row.dof] < 0 || !d.nodes->counts(std::size_t(row.node - 1))) continue;
         vec3 at = m.nodes[std::size_t(row.node)];
         if (m.twod) at.z() = 0;
         if (row.dof <= 3)
@@ -33,12 +33,14 @@ static vec6 nodalsum(const model& m, const dofmap& d, const loadcase& c) {
         else
             sum[row.dof - 1] += row.value;
     }
+    allranks().sum(sum.data(), sum.size());
     return sum;
 }
 
 static vec6 elementsum(const model& m, const settings& s, const dofmap& d, const loadcase& c) {
     vec6 sum = vec6::Zero();
     for (const elementrow& row : c.element) {
+        if (!isown(m, row.element)) continue;
         const element e = elementat(m, s, row.element);
         const auto met = [&](vec3 load) {
             for (int k = 0; k < 3; ++k)
@@ -55,6 +57,7 @@ static vec6 elementsum(const model& m, const settings& s, const dofmap& d, const
             sum += wrench(surfaceat(e, n), p.weight * met(plateload(e, row, surfacenormal(e, n))));
         }
     }
+    allranks().sum(sum.data(), sum.size());
     return sum;
 }
 
@@ -98,14 +101,12 @@ class rows {
 
 // Largest translation (first 1) or rotation (first 4) of a case.
 static largestof largest(const model& m, const dofmap& d, const double* u, int first) {
-    largestof most;
-    for (int n = 1; n <= m.nnodes(); ++n) {
+    return findlargest(*d.nodes, std::size_t(m.nnodes()), [&](std::size_t i) {
         double square = 0;
         for (int dof = first; dof < first + 3; ++dof)
-            if (d.place[dof] >= 0) square += std::pow(u[d.index(n, d.place[dof])], 2);
-        most.meet(n, std::sqrt(square));
-    }
-    return most;
+            if (d.place[dof] >= 0) square += std::pow(u[d.index(int(i) + 1, d.place[dof])], 2);
+        return std::sqrt(square);
+    });
 }
 
 static void putwarnings(const runlog& log, int lc, rows& text) {
@@ -138,8 +139,10 @@ static void putloads(const model& m, const settings& s, const results& r, int lc
         text.quoted("load").quoted(name).put(sum, rounding).end();
         rest -= sum;
     };
-    if (c.type == caseapplied && !c.nodal.empty()) kind("nodal", nodalsum(m, r.dofs, c));
-    if (!c.element.empty()) kind("element", elementsum(m, s, r.dofs, c));
+    double any[2] = {double(!c.nodal.empty()), double(!c.element.empty())};
+    allranks().most(any, 2);
+    if (c.type == caseapplied && any[0] != 0) kind("nodal", nodalsum(m, r.dofs, c));
+    if (any[1] != 0) kind("element", elementsum(m, s, r.dofs, c));
     if (c.type != caseapplied) kind(massword(c.type), vec6(rest));
     text.quoted("applied").put(applied, rounding).end();
     text.quoted("reactions").put(reaction, rounding).end();
@@ -148,8 +151,12 @@ static void putloads(const model& m, const settings& s, const results& r, int lc
 
 std::string staticsums(const model& m, const settings& s, const results& r, const runlog& log) {
     const dofmap& d = r.dofs;
-    double held = double(d.held.size());
-    for (const char one : d.heldplain) held += one;
+    double held = 0;
+    const auto counted = [&](std::size_t node) { return d.nodes->counts(node); };
+    for (const helddirection& h : d.held) held += counted(std::size_t(h.owner - 1));
+    for (std::size_t i = 0; i < d.heldplain.size(); ++i)
+        if (d.heldplain[i]) held += counted(i / std::size_t(d.pernode));
+    allranks().sum(&held, 1);
     rows text;
     for (int lc = 1; lc <= r.u.cases; ++lc) {
         text.quoted("case").put(lc).quoted(m.cases[std::size_t(lc)].name).end();

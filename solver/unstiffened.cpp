@@ -15,6 +15,7 @@
 
 #include "solver/faraway.h"
 #include "solver/kinds.h"
+#include "solver/ranks.h"
 #include "solver/refuse.h"
 #include "solver/rigid.h"
 
@@ -299,8 +300,9 @@ namespace {
 // Loads of a case that nothing takes up.
 struct letgo {
     long count = 0;
-    int node = 0, dof = 0;  // of the largest
+    int node = 0, dof = 0;  // of the largest; names of the files
     double largest = 0;
+    double place = 0, placeoflargest = 0;  // in the search, by which the first of equals is named
 };
 }  // namespace
 
@@ -326,6 +328,7 @@ static void checkpart(double part, double whole, double angle, double noload, do
     ++gone.count;
     if (part <= gone.largest) return;
     gone.largest = part;
+    gone.placeoflargest = gone.place;
     gone.node = node;
     gone.dof = dof;
 }
@@ -383,10 +386,12 @@ vec6 heldload(const model& m, const dofmap& d, const double* f) {
         sum[dof - 1] += value;
         if (dof <= 3) sum.tail<3>() += at.cross(vec3(value * vec3::Unit(dof - 1)));
     };
+    const auto counted = [&](int n) { return d.nodes->counts(std::size_t(n - 1)); };
     for (int i = 0; i < d.dofs(); ++i)
-        if (d.heldplain[std::size_t(i)] && f[i] != 0)
+        if (d.heldplain[std::size_t(i)] && f[i] != 0 && counted(i / d.pernode + 1))
             add(i / d.pernode + 1, d.code[i % d.pernode], f[i]);
     for (const helddirection& h : d.held) {
+        if (!counted(h.owner)) continue;
         const heldpart held = partof(m, d, h, f);
         if (d.bodyof[std::size_t(h.owner)] < 0) {
             for (int k = 0; k < d.pernode; ++k)
@@ -398,38 +403,62 @@ vec6 heldload(const model& m, const dofmap& d, const double* f) {
             add(h.owner, dof, held.part * held.direction[j] * (dof > 3 ? held.length : 1));
         }
     }
+    allranks().sum(sum.data(), sum.size());
     return sum;
 }
 
-void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& angle,
-                    const double* f, int lc, runlog& log) {
-    const std::string& casename = m.cases[std::size_t(lc)].name;
-    double force = 0, moment = 0;  // the largest
-    for (int i = 0; i < d.dofs(); ++i) {
-        double& kind = d.code[i % d.pernode] > 3 ? moment : force;
-        kind = std::max(kind, std::fabs(f[i]));
-    }
-    const double noload = 1e-9 * std::max(force, moment);
-    letgo gone;
+// Degrees of freedom, then directions of owners, by the numbers of the files; those that this
+// process counts. largest: force, moment.
+static void checkparts(const model& m, const dofmap& d, const std::vector<float>& angle,
+                       const double* f, const double* largest, const std::string& casename,
+                       letgo& gone) {
+    const double noload = 1e-9 * std::max(largest[0], largest[1]);
     for (int i = 0; i < d.dofs(); ++i) {
         if (!d.heldplain[std::size_t(i)] || std::fabs(f[i]) <= noload) continue;
-        const int n = i / d.pernode + 1, k = i % d.pernode;
+        const int n = i / d.pernode + 1, k = i % d.pernode, name = m.nameofnode(n);
+        if (!d.nodes->counts(std::size_t(n - 1))) continue;
+        gone.place = double(name) * d.pernode + k;
         checkpart(std::fabs(f[i]), loadat(d, f, n, k), angle[std::size_t(n)], noload,
-                  d.code[k] > 3 ? moment : force, n, d.code[k], casename, gone);
+                  largest[d.code[k] > 3], name, d.code[k], casename, gone);
     }
     for (const helddirection& h : d.held) {
+        if (!d.nodes->counts(std::size_t(h.owner - 1))) continue;
+        gone.place = (double(m.allnodes()) + m.nameofnode(h.owner) + 1) * d.pernode;
         const heldpart held = partof(m, d, h, f);
         const double part = std::fabs(held.part);
         const bool body = d.bodyof[std::size_t(h.owner)] >= 0;
-        const double nothing = body ? 1e-9 * std::max(force, moment / held.length) : noload;
+        const double nothing =
+            body ? 1e-9 * std::max(largest[0], largest[1] / held.length) : noload;
         if (part <= nothing) continue;
         int at = 0;
         held.direction.cwiseAbs().maxCoeff(&at);
         const int dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
         checkpart(part, held.amount, angleof(d, angle, h.owner), nothing,
-                  dof > 3 ? moment / held.length : force, h.owner, dof, casename, gone);
+                  largest[dof > 3] / (dof > 3 ? held.length : 1), m.nameofnode(h.owner), dof,
+                  casename, gone);
     }
-    if (gone.count == 0) return;
+}
+
+void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& angle,
+                    const double* f, int lc, runlog& log) {
+    const std::string& casename = m.cases[std::size_t(lc)].name;
+    double largest[2] = {};  // force, moment
+    for (int i = 0; i < d.dofs(); ++i) {
+        double& kind = largest[d.code[i % d.pernode] > 3];
+        kind = std::max(kind, std::fabs(f[i]));
+    }
+    allranks().most(largest, 2);
+    letgo gone;
+    std::string fault;
+    guarded([&] { checkparts(m, d, angle, f, largest, casename, gone); },
+            [&](const runtimeerror& e) { fault = e.what; });
+    refusefirst(gone.place, fault);
+    double count = double(gone.count);
+    allranks().sum(&count, 1);
+    if (count == 0) return;
+    const std::vector<double> most = allranks().greatest(
+        {gone.largest, -gone.placeoflargest, double(gone.node), double(gone.dof)});
+    gone = {long(count), int(most[2]), int(most[3]), most[0]};
     log.warn("Load case \"" + casename + "\": " + std::to_string(gone.count) +
                  " small load(s) fall away, nothing stiffens their direction; the largest, " +
                  shortnumber(gone.largest) + ", at node " + std::to_string(gone.node) + " in " +

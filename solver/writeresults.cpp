@@ -5,11 +5,9 @@
 #include <algorithm>
 #include <array>
 
-#include "solver/gather.h"
 #include "solver/members.h"
-#include "solver/ranks.h"
 #include "solver/records.h"
-#include "solver/rowtext.h"
+#include "solver/sharedrows.h"
 #include "solver/stressmeans.h"
 
 // The name of a case as the trailer of its block: without blanks.
@@ -20,47 +18,61 @@ static std::string trailerof(const model& m, int lc) {
     return name.empty() ? "LC" + std::to_string(lc) : name;
 }
 
-static void writenoderows(textout& out, const model& m, const dofmap& d, const double* values) {
-    writerows(out, m.nnodes(), 512, [&](int i, rowtext& text) {
+// A row for each node, made by row(i, text) of the node i from 0.
+template <typename Row>
+static void writenodes(resultfile& out, const model& m, const dofmap& d, Row row) {
+    std::vector<int> counted;
+    for (int i = 0; i < m.nnodes(); ++i)
+        if (d.nodes->counts(std::size_t(i))) counted.push_back(i);
+    writeshared(
+        std::array<textout*, 1>{out.get()}, int(counted.size()), m.allnodes(), 512,
+        [&](int i) { return m.nameofnode(counted[std::size_t(i)] + 1); },
+        [&](int i, std::array<rowtext, 1>& text) { row(counted[std::size_t(i)], text[0]); });
+}
+
+static void writenoderows(resultfile& out, const model& m, const dofmap& d, const double* values) {
+    writenodes(out, m, d, [&](int i, rowtext& text) {
         text.put(values + std::size_t(i) * std::size_t(d.pernode), d.pernode);
         text.endline();
     });
 }
 
 void writedisplacements(const model& m, const dofmap& d, const displacements& u) {
-    textout out(m.base + ".rvp");
-    out.line(m.nnodes(), d.anadof);
+    resultfile out(m.base + ".rvp");
+    out.line(m.allnodes(), d.anadof);
     for (int lc = 1; lc <= u.cases; ++lc) {
         writenoderows(out, m, d, u.of(d, lc));
-        out.quoted(trailerof(m, lc)).endline();
+        out.quotedline(trailerof(m, lc));
     }
     out.commit();
 }
 
 void writereactions(const model& m, const dofmap& d, const displacements& u, const reactionset& r) {
-    textout out(m.base + ".KRT");
-    out.line(m.nnodes(), d.anadof);
+    resultfile out(m.base + ".KRT");
+    out.line(m.allnodes(), d.anadof);
     for (int lc = 1; lc <= u.cases; ++lc) {
         const double* const at = r.force.data() + std::size_t(lc - 1) * d.equation.size();
-        writerows(out, m.nnodes(), 512, [&](int i, rowtext& text) {
-            text.put(i + 1);
-            text.put(at + std::size_t(i) * std::size_t(d.pernode), d.pernode);
+        const auto dofs = std::size_t(d.pernode);
+        writenodes(out, m, d, [&](int i, rowtext& text) {
+            text.put(m.nameofnode(i + 1));
+            text.put(at + std::size_t(i) * dofs, d.pernode);
             text.endline();
         });
         double sum[6] = {};
-        for (int i = 0; i < d.dofs(); ++i) sum[i % d.pernode] += at[i];
+        for (std::size_t i = 0; i < d.equation.size(); ++i)
+            if (d.nodes->counts(i / dofs)) sum[i % dofs] += at[i];
+        allranks().sum(sum, 6);
         rowtext total;
         total.put(0);
         total.put(sum, d.pernode);
-        total.endline();
-        out.raw(total.content());
-        out.quoted(trailerof(m, lc)).endline();
+        out.rawline(total.content());
+        out.quotedline(trailerof(m, lc));
     }
     out.commit();
 }
 
 void writemodes(const model& m, const dofmap& d, const modeset& r) {
-    textout out(m.base + ".EIG");
+    resultfile out(m.base + ".EIG");
     out.line(d.anadof, r.count());
     for (int mode = 1; mode <= r.count(); ++mode) {
         out.line(r.value[std::size_t(mode - 1)]);
@@ -90,68 +102,77 @@ static void putlinestress(const element& e, const double* ends, rowtext& text) {
 
 void writelines(const model& m, const settings& s, const dofmap& d, const displacements& u,
                 const lineends& r) {
-    textout stresses(m.base + ".LES"), members(m.base + ".MEM");
-    const std::array<textout*, 2> files = {&stresses, &members};
-    const bool shared = !allranks().alone();
-    lineends gathered;
+    resultfile stresses(m.base + ".LES"), members(m.base + ".MEM");
+    const std::array<textout*, 2> files = {stresses.get(), members.get()};
+    const auto numberof = [&](int i) { return m.nameof(r.elements[std::size_t(i)]); };
     for (int lc = 1; lc <= r.cases; ++lc) {
-        if (shared) gathered = gathercase(m, r, lc);
-        const lineends& all = shared ? gathered : r;
         const memberwriter member(m, s, d, u, lc);
-        writerows(files, int(all.elements.size()), 32, [&](int i, std::array<rowtext, 2>& texts) {
-            const element e = elementat(m, s, all.elements[std::size_t(i)]);
-            const double* const ends = all.of(shared ? 1 : lc, std::size_t(i));
-            putlinestress(e, ends, texts[0]);
-            member.put(e, ends, texts[1]);
-        });
-        for (textout* const out : files) out->raw("END").endline();
+        writeshared(files, int(r.elements.size()), m.allelements(), 32, numberof,
+                    [&](int i, std::array<rowtext, 2>& texts) {
+                        const element e = elementat(m, s, r.elements[std::size_t(i)]);
+                        const double* const ends = r.of(lc, std::size_t(i));
+                        putlinestress(e, ends, texts[0]);
+                        member.put(e, ends, texts[1]);
+                    });
+        for (resultfile* const out : {&stresses, &members}) out->rawline("END");
     }
-    for (textout* const out : files) out->commit();
+    stresses.commit();
+    members.commit();
 }
 
 // --- plates -------------------------------------------------------------------------------------
 
 // The four files are written at once: an element's number, corners and axes serve them all.
-void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases) {
-    textout global(m.base + ".NSR"), local(m.base + ".NSL"), globalmean(m.base + ".NSA"),
-        localmean(m.base + ".NLA");
-    const std::array<textout*, 4> files = {&global, &local, &globalmean, &localmean};
-    const bool shared = !allranks().alone();
-    platestresses gathered;
-    meanslots slots;
-    for (int lc = 1; lc <= cases; ++lc) {
-        if (shared) gathered = gathercase(m, r, lc);
-        const platestresses& all = shared ? gathered : r;
-        const int at = shared ? 1 : lc;
-        if (lc == 1) slots = findslots(m, s, all);
-        const std::vector<facestress> means = findmeans(m, s, all, slots, at);
-        writerows(files, int(all.elements.size()), 64, [&](int i, std::array<rowtext, 4>& texts) {
-            const element e = elementat(m, s, all.elements[std::size_t(i)]);
-            const mat3& axes = slots.axes[std::size_t(i)];
-            const recordplane plane = recordplaneof(e, axes);
-            for (int c = 0; c < e.nodes; ++c) {
-                const int corner = all.first[std::size_t(i)] + c;
-                const double* const own = all.of(at, corner);
-                const facestress mean = meanat(slots, means, corner);
-                double records[4][recordvalues];
-                globalrecord(plane, facestressof(e, axes, own), records[0]);
-                localrecord(e, own, records[1]);
-                globalrecord(plane, mean, records[2]);
-                localrecord(mean, axes, records[3]);
-                const std::size_t begin = texts[0].content().size();
-                texts[0].put(e.number);
-                texts[0].putrounded(e.x[c]);
-                const std::string_view place = texts[0].content().substr(begin);
-                for (std::size_t k = 1; k < texts.size(); ++k) texts[k].put(place);
-                for (std::size_t k = 0; k < texts.size(); ++k) {
-                    texts[k].putrounded(records[k], recordvalues);
-                    texts[k].endline();
-                }
-            }
-        });
-        for (textout* const out : files) out->raw("END").endline();
+using platetexts = std::array<rowtext, 4>;
+static void putplate(const model& m, const settings& s, const platestresses& r,
+                     const meanslots& slots, const std::vector<facestress>& means, int lc,
+                     int place, platetexts& texts) {
+    const element e = elementat(m, s, r.elements[std::size_t(place)]);
+    const mat3& axes = slots.axes[std::size_t(place)];
+    const recordplane plane = recordplaneof(e, axes);
+    for (int c = 0; c < e.nodes; ++c) {
+        const int corner = r.first[std::size_t(place)] + c;
+        const double* const own = r.of(lc, corner);
+        const facestress mean = meanat(slots, means, corner);
+        double records[4][recordvalues];
+        globalrecord(plane, facestressof(e, axes, own), records[0]);
+        localrecord(e, own, records[1]);
+        globalrecord(plane, mean, records[2]);
+        localrecord(mean, axes, records[3]);
+        const std::size_t begin = texts[0].content().size();
+        texts[0].put(e.name);
+        texts[0].putrounded(e.x[c]);
+        const std::string_view where = texts[0].content().substr(begin);
+        for (std::size_t k = 1; k < texts.size(); ++k) texts[k].put(where);
+        for (std::size_t k = 0; k < texts.size(); ++k) {
+            texts[k].putrounded(records[k], recordvalues);
+            texts[k].endline();
+        }
     }
-    for (textout* const out : files) out->commit();
+}
+
+void writeplatestresses(const model& m, const settings& s, const platestresses& r, int cases) {
+    resultfile global(m.base + ".NSR"), local(m.base + ".NSL"), globalmean(m.base + ".NSA"),
+        localmean(m.base + ".NLA");
+    const std::array<textout*, 4> files = {global.get(), local.get(), globalmean.get(),
+                                           localmean.get()};
+    std::vector<int> own;  // places; the others are here for the means
+    for (std::size_t i = 0; i < r.elements.size(); ++i)
+        if (isown(m, r.elements[i])) own.push_back(int(i));
+    const auto numberof = [&](int i) {
+        return m.nameof(r.elements[std::size_t(own[std::size_t(i)])]);
+    };
+    const meanslots slots = findslots(m, s, r);
+    for (int lc = 1; lc <= cases; ++lc) {
+        const std::vector<facestress> means = findmeans(m, s, r, slots, lc);
+        writeshared(files, int(own.size()), m.allelements(), 64, numberof,
+                    [&](int i, platetexts& texts) {
+                        putplate(m, s, r, slots, means, lc, own[std::size_t(i)], texts);
+                    });
+        for (resultfile* const out : {&global, &local, &globalmean, &localmean})
+            out->rawline("END");
+    }
+    for (resultfile* const out : {&global, &local, &globalmean, &localmean}) out->commit();
 }
 
 void writemasses(const model& m, const std::vector<massproperties>& masses) {
@@ -166,6 +187,6 @@ void writemasses(const model& m, const std::vector<massproperties>& masses) {
 
 void writesummary(const model& m, std::int64_t halfbandwidth) {
     textout out(m.base + ".DAT");
-    out.line(m.nnodes(), long(halfbandwidth), m.nelems());
+    out.line(m.allnodes(), long(halfbandwidth), m.allelements());
     out.commit();
 }

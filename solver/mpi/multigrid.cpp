@@ -23,16 +23,19 @@ static void check(PetscErrorCode code) {
 
 struct multigrid::inside {
     int block = 1;                // rows of an owner
-    std::vector<PetscInt> row;    // of each unknown
-    std::vector<PetscInt> held;   // rows without an unknown, of the first process alone
-    std::vector<double> motions;  // rigid ones, rows numbers each
-    PetscInt rows = 0;
+    std::vector<PetscInt> row;    // of each unknown of this process' part
+    std::vector<PetscInt> held;   // rows without an unknown, of the owners counted here
+    std::vector<PetscInt> moved;  // the other rows of these owners
+    std::vector<double> motions;  // rigid ones, six numbers a row of these
+    PetscInt rows = 0;            // of all
+    double unknowns = 0;          // of all
     double entries = 0, tolerance = 1e-13;
     std::vector<PetscScalar> values;
     Mat matrix = nullptr;
     KSP solver = nullptr;
-    Vec x = nullptr, b = nullptr, whole = nullptr;
+    Vec x = nullptr, b = nullptr, part = nullptr;  // part: by unknown of this process
     VecScatter all = nullptr;
+    sharingptr shared;
 
     std::unique_ptr<engine> small;  // in place of all this
 
@@ -43,10 +46,10 @@ struct multigrid::inside {
     void release() {
         KSPDestroy(&solver);
         VecScatterDestroy(&all);
-        for (Vec* const v : {&x, &b, &whole}) VecDestroy(v);
+        for (Vec* const v : {&x, &b, &part}) VecDestroy(v);
         MatDestroy(&matrix);
     }
-    void placeowner(const model& m, const dofmap& d, int owner, int place);
+    void placeowner(const model& m, const dofmap& d, int owner, int place, const vec3& origin);
     void hangmotions();
     bool solveone(double* values, double wanted);
 };
@@ -62,22 +65,27 @@ static double motionat(int motion, int code, const vec3& x) {
     return axis.cross(x)[code - 1];
 }
 
-void multigrid::inside::placeowner(const model& m, const dofmap& d, int owner, int place) {
+void multigrid::inside::placeowner(const model& m, const dofmap& d, int owner, int place,
+                                   const vec3& origin) {
     const int first = d.firstunknown[std::size_t(place)];
     const int count = d.unknowncount[std::size_t(place)];
     const int space = d.spaceof[std::size_t(owner)];
-    const vec3 x = m.nodes[std::size_t(owner)] - m.nodes[1];
+    const vec3 x = m.nodes[std::size_t(owner)] - origin;
+    const bool counted = d.nodes->counts(std::size_t(owner - 1));
+    const int placeofall = d.nodes->alone() ? place : d.placeofall[std::size_t(place)];
     int local = 0;
     for (int k = 0; k < block; ++k) {
-        const PetscInt at = PetscInt(place) * block + k;
+        const PetscInt at = PetscInt(placeofall) * block + k;
         const bool own = space >= 0 ? k < count : d.equation[d.index(owner, k)] >= 0;
         if (!own) {
-            if (allranks().first()) held.push_back(at);
+            if (counted) held.push_back(at);
             continue;
         }
         row[std::size_t(first + local++)] = at;
+        if (!counted) continue;
+        moved.push_back(at);
         for (int motion = 0; motion < 6; ++motion) {
-            double& value = motions[std::size_t(motion) * std::size_t(rows) + std::size_t(at)];
+            double& value = motions.emplace_back(0);
             if (space < 0) value = motionat(motion, d.code[k], x);
             const int base = space < 0 ? 0 : d.spaces[std::size_t(space)].base;
             for (int j = 0; j < base; ++j)
@@ -88,28 +96,33 @@ void multigrid::inside::placeowner(const model& m, const dofmap& d, int owner, i
 
 void multigrid::describe(const model& m, const dofmap& d) {
     inside& s = *in;
+    const int few = 3000;  // unknowns, which no coarser grid would serve
+    s.small = d.unknownsofall < few ? std::make_unique<mumps>("") : nullptr;
+    if (s.small) return s.small->describe(m, d);
     s.block = d.pernode;
-    s.rows = PetscInt(d.firstunknown.size()) * s.block;
+    s.unknowns = d.unknownsofall;
+    s.rows = PetscInt(d.nodes->alone() ? int(d.firstunknown.size()) : d.ownersofall) * s.block;
     s.row.assign(std::size_t(d.unknowns), 0);
-    s.held.clear();
-    s.motions.assign(6 * std::size_t(s.rows), 0);
+    for (std::vector<PetscInt>* const list : {&s.held, &s.moved}) list->clear();
+    s.motions.clear();
+    vec3 origin = m.nnodes() > 0 ? m.nodes[1] : vec3(vec3::Zero());  // near, to save digits
+    allranks().takefirst(origin.data(), origin.size());
     for (int n = 1; n <= m.nnodes(); ++n)
-        if (const int place = d.position[std::size_t(n)]; place >= 0) s.placeowner(m, d, n, place);
+        if (const int place = d.position[std::size_t(n)]; place >= 0)
+            s.placeowner(m, d, n, place, origin);
 }
 
 void multigrid::inside::hangmotions() {
-    PetscInt begin = 0, end = 0;
-    check(MatGetOwnershipRange(matrix, &begin, &end));
     std::vector<Vec> vectors;
     for (std::size_t motion = 0; motion < 6; ++motion) {
-        const double* const from = motions.data() + motion * std::size_t(rows);
-        if (std::all_of(from, from + rows, [](double v) { return v == 0; })) continue;
+        std::vector<double> from(moved.size());
+        for (std::size_t i = 0; i < from.size(); ++i) from[i] = motions[6 * i + motion];
         Vec v = nullptr;
         check(VecDuplicate(x, &v));
-        PetscScalar* to = nullptr;
-        check(VecGetArrayWrite(v, &to));
-        std::copy(from + begin, from + end, to);
-        check(VecRestoreArrayWrite(v, &to));
+        check(VecSet(v, 0));
+        check(VecSetValues(v, PetscInt(moved.size()), moved.data(), from.data(), INSERT_VALUES));
+        check(VecAssemblyBegin(v));
+        check(VecAssemblyEnd(v));
         for (Vec other : vectors) {
             PetscScalar share = 0;
             check(VecDot(v, other, &share));
@@ -147,8 +160,6 @@ multigrid::~multigrid() = default;
 void multigrid::analyse(const sparsematrix& a) {
     inside& s = *in;
     s.release();
-    const std::int64_t few = 3000;  // unknowns, which no coarser grid would serve
-    s.small = a.size() < few ? std::make_unique<mumps>("") : nullptr;
     if (s.small) return s.small->analyse(a);
     std::vector<PetscInt> rows, columns;
     const std::size_t count = 2 * a.row.size() - std::size_t(a.size()) + s.held.size();
@@ -172,7 +183,13 @@ void multigrid::analyse(const sparsematrix& a) {
     check(MatSetPreallocationCOO(s.matrix, PetscCount(rows.size()), rows.data(), columns.data()));
     check(MatSetOption(s.matrix, MAT_SPD, PETSC_TRUE));
     check(MatCreateVecs(s.matrix, &s.x, &s.b));
-    check(VecScatterCreateToAll(s.x, &s.all, &s.whole));
+    s.shared = a.unknowns;
+    IS here = nullptr;
+    const auto held = PetscInt(s.row.size());
+    check(ISCreateGeneral(PETSC_COMM_SELF, held, s.row.data(), PETSC_USE_POINTER, &here));
+    check(VecCreateSeq(PETSC_COMM_SELF, held, &s.part));
+    check(VecScatterCreate(s.x, here, s.part, nullptr, &s.all));
+    check(ISDestroy(&here));
     s.hangmotions();
 }
 
@@ -196,10 +213,12 @@ bool multigrid::factorise(const sparsematrix& a) {
     inside& s = *in;
     if (s.small) return s.small->factorise(a);
     const std::vector<double> diagonal = diagonalof(a);
-    if (std::any_of(diagonal.begin(), diagonal.end(), [](double v) { return !(v > 0); }))
-        return false;
-    double typical = 0;
-    for (const double v : diagonal) typical += v / double(diagonal.size());
+    double soft = std::any_of(diagonal.begin(), diagonal.end(), [](double v) { return !(v > 0); });
+    allranks().most(&soft, 1);
+    if (soft != 0) return false;
+    const std::vector<double> ones(diagonal.size(), 1);
+    const double sum = dotproduct(*a.unknowns, diagonal.data(), ones.data(), ones.size());
+    const double typical = sum / s.unknowns;
     s.values.clear();
     for (std::int64_t j = 0; j < a.size(); ++j)
         for (auto i = std::size_t(a.start[std::size_t(j)]);
@@ -226,25 +245,25 @@ bool multigrid::factorise(const sparsematrix& a) {
 // False where it stagnates before the residual is the wanted part of the right side.
 bool multigrid::inside::solveone(double* values, double wanted) {
     const int most = 3000;  // steps
-    PetscInt begin = 0, end = 0, steps = 0;
+    PetscInt steps = 0;
     PetscScalar* to = nullptr;
-    check(VecGetOwnershipRange(b, &begin, &end));
     check(VecSet(b, 0));
-    check(VecGetArray(b, &to));
-    for (std::size_t j = 0; j < row.size(); ++j)
-        if (row[j] >= begin && row[j] < end) to[row[j] - begin] = values[j];
-    check(VecRestoreArray(b, &to));
+    check(VecGetArrayWrite(part, &to));
+    std::copy_n(values, row.size(), to);
+    check(VecRestoreArrayWrite(part, &to));
+    check(VecScatterBegin(all, part, b, INSERT_VALUES, SCATTER_REVERSE));
+    check(VecScatterEnd(all, part, b, INSERT_VALUES, SCATTER_REVERSE));
     check(KSPSetTolerances(solver, wanted, 0, PETSC_DEFAULT, most));
     check(KSPSolve(solver, b, x));
     check(KSPGetIterationNumber(solver, &steps));
     KSPConvergedReason reason = KSP_CONVERGED_ITERATING;
     check(KSPGetConvergedReason(solver, &reason));
-    check(VecScatterBegin(all, x, whole, INSERT_VALUES, SCATTER_FORWARD));
-    check(VecScatterEnd(all, x, whole, INSERT_VALUES, SCATTER_FORWARD));
+    check(VecScatterBegin(all, x, part, INSERT_VALUES, SCATTER_FORWARD));
+    check(VecScatterEnd(all, x, part, INSERT_VALUES, SCATTER_FORWARD));
     const PetscScalar* from = nullptr;
-    check(VecGetArrayRead(whole, &from));
-    for (std::size_t j = 0; j < row.size(); ++j) values[j] = from[row[j]];
-    check(VecRestoreArrayRead(whole, &from));
+    check(VecGetArrayRead(part, &from));
+    std::copy_n(from, row.size(), values);
+    check(VecRestoreArrayRead(part, &from));
     return reason > 0;
 }
 
@@ -264,7 +283,7 @@ void multigrid::solve(double* x, int columns, triangles) {
     const double enough = 1e-10;
     for (int c = 0; c < columns; ++c) {
         const std::vector<double> f(x + c * n, x + (c + 1) * n);
-        if (std::all_of(f.begin(), f.end(), [](double v) { return v == 0; })) continue;
+        if (dotproduct(*in->shared, f.data(), f.data(), f.size()) == 0) continue;
         if (in->solveone(x + c * n, in->tolerance)) continue;
         std::copy(f.begin(), f.end(), x + c * n);
         if (!in->solveone(x + c * n, std::max(enough, in->tolerance)))

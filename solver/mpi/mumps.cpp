@@ -19,6 +19,7 @@
 #include "solver/enginetexts.h"
 #include "solver/memory.h"
 #include "solver/order.h"
+#include "solver/ownpart.h"
 #include "solver/ranks.h"
 #include "solver/softness.h"
 
@@ -86,15 +87,16 @@ class instance {
 
     // Both outlive the analysis.
     void takeorder(std::vector<int>& blocks, std::vector<int>& turn) {
-        if (blocks.empty()) return;
-        icntl(7) = 1;   // the order is given
+        icntl(7) = 1;   // the order is given, on the first process
         icntl(15) = 1;  // unknowns come in blocks
+        if (!allranks().first()) return;
         id.nblk = MUMPS_INT(blocks.size()) - 1;
         id.blkptr = blocks.data();
         id.perm_in = turn.data();
     }
 
-    void analyse(const sparsematrix& a) {
+    // all: unknowns of all processes.
+    void analyse(const sparsematrix& a, std::int64_t all) {
         rows.clear();
         columns.clear();
         rows.reserve(a.row.size());
@@ -102,10 +104,11 @@ class instance {
         for (std::int64_t j = 0; j < a.size(); ++j)
             for (auto i = std::size_t(a.start[std::size_t(j)]);
                  i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
-                rows.push_back(a.row[i] + 1);
-                columns.push_back(MUMPS_INT(j + 1));
+                rows.push_back(MUMPS_INT(a.unknowns->numberof(std::size_t(a.row[i])) + 1));
+                columns.push_back(MUMPS_INT(a.unknowns->numberof(std::size_t(j)) + 1));
             }
-        id.n = MUMPS_INT(a.size());
+        id.n = MUMPS_INT(all);
+        unknowns = a.unknowns;
         id.nnz_loc = std::int64_t(rows.size());
         id.irn_loc = rows.data();
         id.jcn_loc = columns.data();
@@ -132,6 +135,7 @@ class instance {
 
     // False where a pivot is not above 0.
     bool factorise(const sparsematrix& a) {
+        found.clear();
         id.a_loc = const_cast<double*>(a.value.data());
         const int tooshort[] = {-8, -9, -14, -15, -17, -20};  // of work space
         const int most = 2000;                                // per cent
@@ -148,8 +152,10 @@ class instance {
     }
 
     void solve(double* x, int count) {
-        id.rhs = x;
         id.nrhs = count;
+        if (!unknowns->alone())
+            return solveshared(x, unknowns->numbers().size(), std::size_t(count));
+        id.rhs = x;
         id.lrhs = id.n;
         call(solution);
         refusefault();
@@ -161,6 +167,41 @@ class instance {
     int negatives() const { return infog(12); }
 
   private:
+    // Everyone hands in the right sides that it counts; the solution comes out where its pivots
+    // are.
+    void solveshared(double* x, std::size_t n, std::size_t count) {
+        icntl(20) = 10;
+        icntl(21) = 1;
+        std::vector<std::size_t> counted;
+        for (std::size_t i = 0; i < n; ++i)
+            if (unknowns->counts(i)) counted.push_back(i);
+        std::vector<MUMPS_INT> names;
+        for (const std::size_t i : counted) names.push_back(unknowns->numberof(i) + 1);
+        std::vector<double> right(std::max<std::size_t>(counted.size(), 1) * count);
+        for (std::size_t c = 0; c < count; ++c)
+            for (std::size_t i = 0; i < counted.size(); ++i)
+                right[c * counted.size() + i] = x[c * n + counted[i]];
+        id.nloc_rhs = MUMPS_INT(counted.size());
+        id.lrhs_loc = MUMPS_INT(std::max<std::size_t>(counted.size(), 1));
+        id.irhs_loc = names.data();
+        id.rhs_loc = right.data();
+        const auto pivots = std::size_t(id.info[22]);
+        std::vector<double> left(std::max<std::size_t>(pivots, 1) * count);
+        std::vector<MUMPS_INT> places(std::max<std::size_t>(pivots, 1));
+        id.lsol_loc = MUMPS_INT(places.size());
+        id.sol_loc = left.data();
+        id.isol_loc = places.data();
+        call(solution);
+        refusefault();
+        places.resize(pivots);
+        for (MUMPS_INT& place : places) --place;
+        double changed = !way || places != found;
+        allranks().most(&changed, 1);
+        if (changed != 0) way = allranks().findroute(places, unknowns->numbers());
+        found = std::move(places);
+        for (std::size_t c = 0; c < count; ++c)
+            way->pass(left.data() + c * std::size_t(id.lsol_loc), x + c * n, 1, route::join::sum);
+    }
     // What stands there at first is longer.
     template <std::size_t size>
     static void settext(const std::string& text, char (&to)[size]) {
@@ -188,6 +229,9 @@ class instance {
     std::string folder, watched;  // on disc, by the first process of a machine
     std::string prefix;           // of the files there, of all processes
     std::vector<MUMPS_INT> rows, columns;
+    sharingptr unknowns;
+    std::vector<MUMPS_INT> found;  // where pivots of the solution are, from 0
+    std::unique_ptr<route> way;    // from there to who holds the unknown
 };
 }  // namespace
 
@@ -202,33 +246,36 @@ mumps::~mumps() = default;
 // The order of the owners is that of the own factor: libraries come with a MUMPS that has none of
 // METIS or SCOTCH inside.
 void mumps::describe(const model& m, const dofmap& d) {
-    order.blocks.clear();
-    for (const int first : d.firstunknown) order.blocks.push_back(first + 1);
-    order.blocks.push_back(d.unknowns + 1);
-    order.turn.clear();
+    order = {};
+    unknowns = d.unknownsofall;
+    nodegraph graph;
+    if (!allranks().alone()) {
+        graph = gathergraph(m, d, order.blocks);
+    } else {
+        order.blocks.assign(d.firstunknown.begin(), d.firstunknown.end());
+        order.blocks.push_back(d.unknowns);
+    }
     together([&] {
         if (!allranks().first()) return;
-        order.turn.resize(std::size_t(d.unknowns));
+        order.turn.resize(std::size_t(unknowns));
         std::iota(order.turn.begin(), order.turn.end(), 1);
         if (allranks().alone()) return;  // the unknowns have that order
-        std::vector<int> list;
         std::string told;
         int turn = 0;
-        for (const int place : ordernodes(ownergraph(m, d, list, whose::all), told)) {
-            const auto at = std::size_t(d.position[std::size_t(list[std::size_t(place)])]);
-            for (int k = 0; k < d.unknowncount[at]; ++k)
-                order.turn[std::size_t(d.firstunknown[at] + k)] = ++turn;
-        }
+        for (const int place : ordernodes(graph, told))
+            for (int u = order.blocks[std::size_t(place)]; u < order.blocks[std::size_t(place) + 1];
+                 ++u)
+                order.turn[std::size_t(u)] = ++turn;
     });
+    for (int& first : order.blocks) ++first;
 }
 
 // The process with the least room decides for all.
 void mumps::analyse(const sparsematrix& a) {
     in->one.reset();
-    unknowns = a.size();
     in->one = std::make_unique<instance>(definite, folder);
     in->one->takeorder(order.blocks, order.turn);
-    in->one->analyse(a);
+    in->one->analyse(a, unknowns);
     const double part = 0.9;  // of the memory; the rest is for loads and results
     double toolarge = in->one->estimate() > part * freememory() / allranks().here();
     allranks().sum(&toolarge, 1);
@@ -265,13 +312,12 @@ double mumps::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
 
 void mumps::solve(double* x, int columns, triangles) {
     in->one->solve(x, columns);
-    allranks().takefirst(x, columns * unknowns);
 }
 
 std::int64_t mumps::countnegative(const sparsematrix& a, double mostoperations) {
     instance other(general, folder);
     other.takeorder(order.blocks, order.turn);
-    other.analyse(a);
+    other.analyse(a, unknowns);
     if (other.operations() > mostoperations || !other.factorise(a)) return -1;
     return other.negatives();
 }

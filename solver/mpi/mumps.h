@@ -32,10 +32,10 @@ class mumps : public engine {
 
   private:
     struct inside;
-    // Of the unknowns, counted from 1. Empty where MUMPS is to find an order itself.
+    // Of the unknowns of all, counted from 1; on the first process alone.
     struct ordering {
         std::vector<int> blocks;  // first of each owner's, one more at the end
-        std::vector<int> turn;    // of each in the elimination; on the first process alone
+        std::vector<int> turn;    // of each in the elimination
     };
     std::unique_ptr<inside> in;
     ordering order;

@@ -56,7 +56,7 @@ template <std::size_t files, typename Number, typename Row>
 void writeshared(const std::array<textout*, files>& out, int count, int all, int blockrows,
                  Number numberof, Row row) {
     if (allranks().alone()) return writerows(out, count, blockrows, row);
-    const int stretch = 1 << 15;  // numbers, some 30 MiB of the longest rows
+    const int stretch = 1 << 12;  // numbers, some 8 MiB of the longest rows
     int next = 0;
     for (int from = 0; from <= all; from += stretch) {
         const int first = next;

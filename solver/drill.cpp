@@ -241,7 +241,7 @@ static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix
 // Mech. Engrg. 192, 2003. Its free parameters are those of the optimum, which bends exactly in a
 // mesh of rectangles of two triangles; in others the higher part of the strain counts for less.
 // Such edges bow by half more than a beam (his alpha); an edge of a quadrilateral bows like a beam,
-// and so does that of a triangle beside it.
+// as far as it follows the rotations, and so does that of a triangle beside it.
 namespace {
 using mat9x3 = Eigen::Matrix<double, 9, 3>;
 using mat3x9 = Eigen::Matrix<double, 3, 9>;
@@ -255,8 +255,8 @@ struct optimal {
 };
 }  // namespace
 
-double edgebow(const element& e, int edge) {
-    return meetsquadrilateral(e, edge) ? 1 : 1.5;
+double edgebow(const element& e, const flatshape& s, int edge) {
+    return meetsquadrilateral(e, edge) ? followed(e, s) : 1.5;
 }
 
 static optimal makeoptimal(const element& e, const flatshape& s) {
@@ -266,7 +266,7 @@ static optimal makeoptimal(const element& e, const flatshape& s) {
     t.area = (dx(1, 0) * dy(2, 0) - dx(2, 0) * dy(1, 0)) / 2;
     for (int i = 0; i < 3; ++i) {
         const int j = (i + 1) % 3, k = (i + 2) % 3;
-        const double to = edgebow(e, i), from = edgebow(e, k);  // of the edges to j, from k
+        const double to = edgebow(e, s, i), from = edgebow(e, s, k);  // of the edges to j, from k
         t.force.row(3 * i) << dy(j, k), 0, dx(k, j);
         t.force.row(3 * i + 1) << 0, dx(k, j), dy(j, k);
         t.force.row(3 * i + 2) << from * dy(i, k) * dy(i, k) - to * dy(j, i) * dy(j, i),

@@ -8,6 +8,6 @@
 
 void stiffendrilling(const element& e, const flatshape& s, halfmatrix& k);
 // By how much an edge of a triangle bows with the rotations at its ends, over that of a beam.
-double edgebow(const element& e, int edge);
+double edgebow(const element& e, const flatshape& s, int edge);
 // Rows 3c..3c+2: membrane stress x, y, xy at corner c.
 void stressdrilling(const element& e, const flatshape& s, halfmatrix& rows);

@@ -129,7 +129,7 @@ static halfrow curvedspread(const element& e, const flatshape& s) {
         const int i = k, j = s.next(k);
         for (const int c : {i, j}) w[3 * c] += share[k] / (2 * shares) - 1.0 / 6;
         if (!(all > 0)) continue;
-        const vec2 moment = edgebow(e, k) * share[k] * fold[k] * fold[k] / all * s.edge[k] / 12 *
+        const vec2 moment = edgebow(e, s, k) * share[k] * fold[k] * fold[k] / all * s.edge[k] / 12 *
                             vec2(s.along[k].y(), -s.along[k].x());
         w.segment<2>(3 * i + 1) += moment;
         w.segment<2>(3 * j + 1) -= moment;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A symmetric matrix as CHOLMOD reads it: the lower triangle by columns, rows ascending.
+// A symmetric matrix as CHOLMOD reads it: a triangle by columns, rows ascending.
 #pragma once
 
 #include <cholmod.h>
@@ -7,7 +7,8 @@
 #include <type_traits>
 #include <vector>
 
-// The numbers of start and row stay with their owner; value: null for the pattern alone.
+// The lower triangle. The numbers of start and row stay with their owner; value: null for the
+// pattern alone.
 template <typename Integer>
 cholmod_sparse lowerview(const std::vector<Integer>& start, const std::vector<Integer>& row,
                          const double* value = nullptr) {
@@ -22,5 +23,12 @@ cholmod_sparse lowerview(const std::vector<Integer>& start, const std::vector<In
     view.xtype = value != nullptr ? CHOLMOD_REAL : CHOLMOD_PATTERN;
     view.dtype = CHOLMOD_DOUBLE;
     view.sorted = view.packed = 1;
+    return view;
+}
+
+// The same of an upper triangle, the pattern alone.
+inline cholmod_sparse upperview(const std::vector<int>& start, const std::vector<int>& row) {
+    cholmod_sparse view = lowerview(start, row);
+    view.stype = 1;
     return view;
 }

@@ -3,11 +3,11 @@
 // State: other libraries that dissect, and the one in use.
 #include "solver/order.h"
 
-#include <cholmod.h>
-
 #include <cstdio>
 #include <map>
 
+#include "solver/cholmodview.h"
+#include "solver/dissect.h"
 #include "solver/parallel.h"
 #include "solver/refuse.h"
 #include "solver/termwatch.h"
@@ -42,7 +42,7 @@ void usedissector(const std::string& name, runlog& log) {
     current = known ? name : "metis";
 }
 
-// Empty order where this CHOLMOD cannot do it (built without METIS). given: an order to look at.
+// Empty order where it fails. given: an order to look at.
 static orderresult tryorder(cholmod_sparse& graph, int method, std::vector<int> given = {}) {
     cholmodrun run;
     cholmod_common& c = run.c;
@@ -68,23 +68,16 @@ static orderresult tryorder(cholmod_sparse& graph, int method, std::vector<int> 
 std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     const int n = graph.size();
     if (n == 0) return {};
-    std::vector<int> start(std::size_t(n) + 1, 0), row;
-    for (int i = 0; i < n; ++i) {  // upper triangle by columns
+    uppergraph upper;
+    upper.start.push_back(0);
+    for (int i = 0; i < n; ++i) {
         for (auto k = graph.start[std::size_t(i)]; k < graph.start[std::size_t(i) + 1]; ++k)
-            if (graph.neighbour[std::size_t(k)] < i) row.push_back(graph.neighbour[std::size_t(k)]);
-        row.push_back(i);
-        start[std::size_t(i) + 1] = int(row.size());
+            if (graph.neighbour[std::size_t(k)] < i)
+                upper.row.push_back(graph.neighbour[std::size_t(k)]);
+        upper.row.push_back(i);
+        upper.start.push_back(int(upper.row.size()));
     }
-    cholmod_sparse a{};
-    a.nrow = a.ncol = std::size_t(n);
-    a.nzmax = row.size();
-    a.p = start.data();
-    a.i = row.data();
-    a.stype = 1;
-    a.itype = CHOLMOD_INT;
-    a.xtype = CHOLMOD_PATTERN;
-    a.dtype = CHOLMOD_DOUBLE;
-    a.sorted = a.packed = 1;
+    cholmod_sparse a = upperview(upper.start, upper.row);
     const int dissectfrom = 200;  // nodes; below it the choice does not matter
     orderresult degree, dissected;
     {
@@ -93,10 +86,10 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
             for (int i = first; i < last; ++i)
                 if (i == 0)
                     degree = tryorder(a, CHOLMOD_AMD);
-                else if (current == "metis")
-                    dissected = tryorder(a, CHOLMOD_METIS);
                 else
-                    dissected = tryorder(a, CHOLMOD_GIVEN, dissectors[current](graph));
+                    dissected =
+                        tryorder(a, CHOLMOD_GIVEN,
+                                 current == "metis" ? dissect(upper) : dissectors[current](graph));
         });
     }
     const bool usedegree = dissected.order.empty() || degree.operations <= dissected.operations;

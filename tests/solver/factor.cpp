@@ -106,6 +106,25 @@ TEST(Factor, SolvesWithOneThreadAsWithMany) {
     }
 }
 
+// Parts of a large graph are ordered by more than one process.
+TEST(Factor, LargeGraphsAreOrderedAlikeByAnyNumberOfThreads) {
+    const threadsback back;
+    const nodegraph plate = boxgraph(300, 300, 1);
+    std::vector<int> first;
+    for (const int count : {1, 2}) {
+        setthreads(count);
+        std::string told;
+        const std::vector<int> order = ordernodes(plate, told);
+        EXPECT_TRUE(told.ends_with("nested dissection taken")) << told;
+        if (first.empty()) first = order;
+        EXPECT_EQ(order, first);
+        std::vector<int> sorted = order, all(order.size());
+        std::sort(sorted.begin(), sorted.end());
+        std::iota(all.begin(), all.end(), 0);
+        ASSERT_EQ(sorted, all);
+    }
+}
+
 TEST(Factor, StepsFollowTheListsThatTheyNeed) {
     const threadsback back;
     const std::vector<int> need = {2, 2, 7, 7, 40};

@@ -13,7 +13,7 @@ class engine {
     engine(const engine&) = delete;
     engine& operator=(const engine&) = delete;
 
-    // What the unknowns stand for; before all else.
+    // What the unknowns stand for; before all else. Both stay, as do the matrices, while it works.
     virtual void describe(const model&, const dofmap&) {}
     // False where it approaches a solution step by step, which is no way to find a mechanism.
     virtual bool factors() const { return true; }
@@ -39,4 +39,7 @@ class engine {
     // pivots of its l d l' factor. -1 where the factor came upon a pivot of 0 or would cost more
     // than this many operations. What is factorised stays.
     virtual std::int64_t countnegative(const sparsematrix& a, double mostoperations) = 0;
+
+    // What a user should know of the way that the solutions took; "" where it is the usual one.
+    virtual std::string remark() const { return {}; }
 };

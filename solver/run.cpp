@@ -101,6 +101,7 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     log.stage("solve");
     r.residual.assign(std::size_t(u.cases), 0);
     if (d.unknownsofall > 0) r.residual = solvecolumns(q, l, columns.data(), u.cases);
+    if (const std::string words = l.remark(); !words.empty()) log.line(words);
     for (int c = 0; c < u.cases; ++c) {
         const double rest = r.residual[std::size_t(c)];
         const std::string number = std::to_string(first + c);

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <exception>
 
+#include "solver/memory.h"
 #include "solver/mpi/mumps.h"
 #include "solver/ranks.h"
 #include "solver/softness.h"
@@ -38,6 +39,10 @@ struct multigrid::inside {
     sharingptr shared;
 
     std::unique_ptr<engine> small;  // in place of all this
+    bool stagnated = false;         // that is why
+    const model* of = nullptr;
+    const dofmap* with = nullptr;
+    const sparsematrix* equations = nullptr;
 
     // What a fault has left half made is not fit for being unmade.
     ~inside() {
@@ -52,6 +57,7 @@ struct multigrid::inside {
     void placeowner(const model& m, const dofmap& d, int owner, int place, const vec3& origin);
     void hangmotions();
     bool solveone(double* values, double wanted);
+    void takefactor();
 };
 
 // --- numbering and rigid motions ----------------------------------------------------------------
@@ -96,6 +102,8 @@ void multigrid::inside::placeowner(const model& m, const dofmap& d, int owner, i
 
 void multigrid::describe(const model& m, const dofmap& d) {
     inside& s = *in;
+    s.of = &m;
+    s.with = &d;
     const int few = 3000;  // unknowns, which no coarser grid would serve
     s.small = d.unknownsofall < few ? std::make_unique<mumps>("") : nullptr;
     if (s.small) return s.small->describe(m, d);
@@ -211,6 +219,7 @@ double multigrid::bytes() const {
 
 bool multigrid::factorise(const sparsematrix& a) {
     inside& s = *in;
+    s.equations = &a;
     if (s.small) return s.small->factorise(a);
     const std::vector<double> diagonal = diagonalof(a);
     double soft = std::any_of(diagonal.begin(), diagonal.end(), [](double v) { return !(v > 0); });
@@ -277,19 +286,44 @@ double multigrid::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
     return soft < rounding ? soft : 1;
 }
 
+static const char stagnates[] =
+    "The multigrid stagnates: after 3000 steps the forces are not in balance. The model is thin, "
+    "slender or nearly a mechanism";
+
+// Where the memory allows it a factor takes the place of grids that stagnate.
+void multigrid::inside::takefactor() {
+    release();
+    stagnated = true;
+    small = std::make_unique<mumps>("");
+    small->describe(*of, *with);
+    small->analyse(*equations);
+    const double part = 0.9;  // of the memory; the rest is for results
+    double toolarge = small->bytes() > part * freememory() / allranks().here();
+    allranks().most(&toolarge, 1);
+    if (toolarge != 0 || !small->factorise(*equations))
+        refuse(std::string(stagnates) +
+               "; use engine = mumps in feiflu.ini, with a scratch folder where the memory is "
+               "short");
+}
+
+std::string multigrid::remark() const {
+    return in->stagnated ? std::string(stagnates) + ": MUMPS factorised it" : "";
+}
+
 void multigrid::solve(double* x, int columns, triangles) {
     if (in->small) return in->small->solve(x, columns);
     const auto n = std::int64_t(in->row.size());
     const double enough = 1e-10;
+    const bool rough = in->tolerance > enough;
     for (int c = 0; c < columns; ++c) {
         const std::vector<double> f(x + c * n, x + (c + 1) * n);
         if (dotproduct(*in->shared, f.data(), f.data(), f.size()) == 0) continue;
         if (in->solveone(x + c * n, in->tolerance)) continue;
         std::copy(f.begin(), f.end(), x + c * n);
-        if (!in->solveone(x + c * n, std::max(enough, in->tolerance)))
-            refuse(
-                "The multigrid stagnates: after 3000 steps the forces are not in balance. The "
-                "model is thin, slender or nearly a mechanism; use engine = mumps in "
-                "feiflu.ini, with a scratch folder where the memory is short");
+        if (in->solveone(x + c * n, std::max(enough, in->tolerance))) continue;
+        if (rough) refuse(stagnates);
+        std::copy(f.begin(), f.end(), x + c * n);
+        in->takefactor();
+        return in->small->solve(x + c * n, columns - c);
     }
 }

@@ -2,7 +2,7 @@
 // Conjugate gradients with an algebraic multigrid, for models too large for any factor: GAMG of
 // PETSc. It knows the motions that cost nothing where nothing holds the model. Vanek, Mandel and
 // Brezina, Algebraic multigrid by smoothed aggregation, Computing 56, 1996. Small models are
-// factorised.
+// factorised, and those that it does not come to an end with.
 #pragma once
 
 #include <memory>
@@ -28,6 +28,7 @@ class multigrid : public engine {
     using engine::solve;
     void solve(double* x, int columns, triangles which) override;
     std::int64_t countnegative(const sparsematrix&, double) override { return -1; }  // cannot
+    std::string remark() const override;
 
   private:
     struct inside;

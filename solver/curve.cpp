@@ -47,24 +47,30 @@ void measurecurve(model& m) {
     });
 }
 
-// Bending that a pressure wrongly makes in a triangle, over the membrane stress, as cylinders under
-// pressure show it: none in right-angled ones, whose nodes the load reaches as the membrane takes
-// it, and the more the more their largest angle leaves that.
+// Bending that a pressure wrongly makes in an element, over the membrane stress, as cylinders and
+// spheres under pressure show it: none in right-angled triangles and where the middle lines of a
+// quadrilateral cross at right angles, whose nodes the load reaches as the membrane takes it, and
+// the more the more the angle leaves that.
 static double wrongbending(const model& m, int number) {
     const elementdef& e = m.elements[std::size_t(number)];
-    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness], share = 1.25;
-    double square[3];
-    for (int k = 0; k < 3; ++k)
-        square[k] = (m.nodes[std::size_t(e.node[(k + 1) % 3])] - m.nodes[std::size_t(e.node[k])])
-                        .squaredNorm();
-    std::ranges::sort(square);
-    const double cosine =
-        (square[0] + square[1] - square[2]) / (2 * std::sqrt(square[0] * square[1]));
-    return share * std::fabs(cosine) * std::sqrt(square[2]) * double(m.curve[std::size_t(number)]) /
-           thickness;
+    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness];
+    const auto at = [&](int k) -> const vec3& { return m.nodes[std::size_t(e.node[k])]; };
+    const bool triangle = e.type == typeshell3;
+    const double share = triangle ? 1.25 : 0.25;
+    const int corners = triangle ? 3 : 4;
+    double square[4];
+    for (int k = 0; k < corners; ++k) square[k] = (at((k + 1) % corners) - at(k)).squaredNorm();
+    std::sort(square, square + corners);
+    double cosine = (square[0] + square[1] - square[2]) / (2 * std::sqrt(square[0] * square[1]));
+    if (!triangle) {
+        const vec3 r = at(1) + at(2) - at(0) - at(3), s = at(2) + at(3) - at(0) - at(1);
+        cosine = r.stableNormalized().dot(s.stableNormalized());
+    }
+    return share * std::fabs(cosine) * std::sqrt(square[corners - 1]) *
+           double(m.curve[std::size_t(number)]) / thickness;
 }
 
-void warncurved(const model& m, int lc, runlog& log) {
+static void warncurved(const model& m, int lc, int type, runlog& log) {
     const loadcase& c = m.cases[std::size_t(lc)];
     const int across = 3;
     const double little = 0.1;
@@ -73,21 +79,30 @@ void warncurved(const model& m, int lc, runlog& log) {
     int at = 0;
     for (const elementrow& row : c.element) {
         if (row.direction != across || row.value == 0) continue;
-        if (m.elements[std::size_t(row.element)].type != typeshell3) continue;
+        if (m.elements[std::size_t(row.element)].type != type) continue;
         const double wrong = wrongbending(m, row.element);
         if (!(wrong > little)) continue;
         ++count;
         if (wrong > worst) at = row.element;
         worst = std::max(worst, wrong);
     }
-    if (count > 0)
-        log.warn("Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(count) +
-                     " SHELL3 element(s) carry a pressure where the surface is curved, the worst "
-                     "of them element " +
-                     std::to_string(at) +
-                     ". Flat triangles answer it with bending that is not there, up to about " +
-                     shortnumber(std::round(10 * worst) / 10) +
-                     " times the membrane stress. Use SHELL4, or triangles of half the size for a "
-                     "quarter of it",
-                 lc);
+    if (count == 0) return;
+    const std::string times = shortnumber(std::round(10 * worst) / 10);
+    log.warn(
+        "Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(count) + " " +
+            kindof(type).name +
+            " element(s) carry a pressure where the surface is curved, the worst of them "
+            "element " +
+            std::to_string(at) + ". Flat " +
+            (type == typeshell3 ? "triangles" : "quadrilaterals that lean") +
+            " answer it with bending that is not there, up to about " + times +
+            " times the membrane stress. Use " +
+            (type == typeshell3 ? "SHELL4, or triangles"
+                                : "lines of the mesh that cross at right angles, or elements") +
+            " of half the size for a quarter of it",
+        lc);
+}
+
+void warncurved(const model& m, int lc, runlog& log) {
+    for (const int type : {typeshell3, typeshell4}) warncurved(m, lc, type, log);
 }

@@ -342,31 +342,47 @@ static double loadat(const dofmap& d, const double* f, int n, int k) {
 }
 
 // Force, or moment over length, on a body or node and along a held direction of it. amount: of all
-// that acts there, whether it cancels or not.
+// that acts there, whether it cancels or not; at a node of forces or of moments, whichever have the
+// larger part: noise gives a turn that is held a little of a translation, and the forces there are
+// to be held against forces.
 namespace {
 struct heldpart {
     double part = 0, amount = 0;
     double length = 1;  // that makes moments of forces
     vec6 direction = vec6::Zero();
+    int at = 0;  // that tells it best: its place in the direction
 };
 }  // namespace
 
-static heldpart partof(const model& m, const dofmap& d, const helddirection& h, const double* f) {
+static heldpart nodepart(const dofmap& d, const helddirection& h, const double* f) {
     heldpart held;
-    const int b = d.bodyof[std::size_t(h.owner)];
     held.direction = h.direction;
-    if (b < 0) {
-        int at = 0;
-        h.direction.cwiseAbs().maxCoeff(&at);
-        for (int k = 0; k < d.pernode; ++k) held.part += h.direction[k] * f[d.index(h.owner, k)];
-        held.amount = loadat(d, f, h.owner, at);
-        return held;
+    double parts[2] = {}, largest[2] = {-1, -1};  // of forces, of moments
+    int at[2] = {};
+    for (int k = 0; k < d.pernode; ++k) {
+        const int kind = d.code[k] > 3;
+        parts[kind] += h.direction[k] * f[d.index(h.owner, k)];
+        if (std::fabs(h.direction[k]) <= largest[kind]) continue;
+        largest[kind] = std::fabs(h.direction[k]);
+        at[kind] = k;
     }
+    held.part = parts[0] + parts[1];
+    held.at = at[std::fabs(parts[1]) > std::fabs(parts[0])];
+    held.amount = loadat(d, f, h.owner, held.at);
+    return held;
+}
+
+static heldpart partof(const model& m, const dofmap& d, const helddirection& h, const double* f) {
+    const int b = d.bodyof[std::size_t(h.owner)];
+    if (b < 0) return nodepart(d, h, f);
+    heldpart held;
+    held.direction = h.direction;
     const rigidbody& body = d.bodies[std::size_t(b)];
     held.length = bodylength(m, body);
     held.direction.tail(m.twod ? 4 : 3) *= held.length;
     const double size = held.direction.norm();
     held.direction /= size;
+    held.direction.cwiseAbs().maxCoeff(&held.at);
     for (const int n : body.nodes) {
         const vec6 motion = bodyarm(m, d, body, n) * h.direction / size;
         for (int k = 0; k < d.pernode; ++k) {
@@ -430,9 +446,7 @@ static void checkparts(const model& m, const dofmap& d, const std::vector<float>
         const double nothing =
             body ? 1e-9 * std::max(largest[0], largest[1] / held.length) : noload;
         if (part <= nothing) continue;
-        int at = 0;
-        held.direction.cwiseAbs().maxCoeff(&at);
-        const int dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
+        const int at = held.at, dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
         checkpart(part, held.amount, angleof(d, angle, h.owner), nothing,
                   largest[dof > 3] / (dof > 3 ? held.length : 1), m.nameofnode(h.owner), dof,
                   casename, gone);

@@ -93,6 +93,10 @@ TEST(Accuracy, FlatModelsStandInAnyPlaneAndFarAway) {
              }
              for (int e = 1; e <= b.m.nelems(); ++e)
                  if (b.m.elements[std::size_t(e)].type == typeplate3) b.press(1, e, 3, 0.01);
+             const vec3 alone = p.turn * vec3(500, -300, 0);  // no moment anywhere
+             b.addcase();
+             for (const int n : {9, 15, 17})
+                 for (int k = 0; k < 3; ++k) b.load(2, n, k + 1, alone[k]);
          }},
         {"truss",
          [](build& b, const placing& p) {

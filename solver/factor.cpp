@@ -15,6 +15,7 @@
 
 #include "solver/blas.h"
 #include "solver/crew.h"
+#include "solver/freshpages.h"
 #include "solver/inertia.h"
 #include "solver/parallel.h"
 #include "solver/supernodes.h"
@@ -26,10 +27,10 @@ namespace {
 class room {
   public:
     void allocate(std::int64_t count) {
-        const std::size_t line = 64;  // bytes of the cache
+        const std::size_t page = 4096;  // bytes
         const std::size_t bytes = std::size_t(std::max<std::int64_t>(count, 1)) * sizeof(double);
         release();
-        data = static_cast<double*>(std::aligned_alloc(line, (bytes + line - 1) / line * line));
+        data = static_cast<double*>(std::aligned_alloc(page, (bytes + page - 1) / page * page));
         if (data == nullptr) throw std::bad_alloc();
     }
     void release() {
@@ -77,6 +78,7 @@ struct factor::inside {
     std::int64_t stack = 0, topstack = 0;    // numbers that the updates within them take at most
     double bytes = 0;
     room values;
+    freshpages fresh;              // of the values
     std::vector<double*> updates;  // of supernodes that are eliminated and not yet added
 
     void cut();
@@ -271,6 +273,7 @@ bool factor::inside::workfront(const sparsematrix& a, int s, std::vector<int>& l
     const int first = tree.first[std::size_t(s)], own = f.columns.columns;
     std::iota(local.begin() + first, local.begin() + first + own, 0);
     for (int i = 0; i < tree.below(s); ++i) local[std::size_t(tree.rows(s)[i])] = own + i;
+    fresh.expect(place[std::size_t(s)], f.columns.size());
     std::fill_n(f.l, f.columns.size(), 0.0);
     for (int c = 0; c < own; ++c) {
         double* const to = f.l + f.columns.column(c);
@@ -315,7 +318,10 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
 
 bool factor::factorise(const sparsematrix& a) {
     inside& f = *in;
-    if (f.values.data == nullptr) f.values.allocate(f.place.back());
+    if (f.values.data == nullptr) {
+        f.values.allocate(f.place.back());
+        f.fresh.start(f.values.data, f.place.back());
+    }
     f.updates.assign(std::size_t(f.tree.size()), nullptr);
     std::vector<room> kept{std::size_t(f.tree.size())};
     worker above;

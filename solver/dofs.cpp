@@ -155,6 +155,13 @@ void numberunknowns(const model& m, dofmap& d, const std::vector<int>& order) {
     }
 }
 
+vec3 firstnode(const model& m) {
+    vec3 first = vec3::Constant(-INFINITY);
+    if (const int n = m.placeofnode(1); n > 0 && n <= m.nnodes()) first = m.nodes[std::size_t(n)];
+    allranks().most(first.data(), first.size());
+    return first;
+}
+
 elementdofs dofsof(const dofmap& d, const elementdef& e) {
     elementdofs list;
     const elementkind& kind = kindof(e.type);

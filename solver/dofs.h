@@ -10,6 +10,9 @@ inline void sumshares(const dofmap& d, double* f) {
     d.nodes->sum(f, d.pernode);
 }
 
+// The place of node 1, which another process may hold.
+vec3 firstnode(const model& m);
+
 // Which owners share an element: neighbours of each place, sorted, in compressed rows.
 struct nodegraph {
     std::vector<std::int64_t> start;

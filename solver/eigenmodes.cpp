@@ -23,7 +23,8 @@ static double sumofdiagonal(const sparsematrix& a, const sparsematrix& where) {
     const std::vector<double> diagonal = diagonalof(a), chosen = diagonalof(where);
     double sum = 0;
     for (std::size_t j = 0; j < diagonal.size(); ++j)
-        if (chosen[j] > 0) sum += diagonal[j];
+        if (chosen[j] > 0 && a.unknowns->counts(j)) sum += diagonal[j];
+    allranks().sum(&sum, 1);
     return sum;
 }
 
@@ -75,17 +76,21 @@ static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixX
     multiply(mass, x.data(), mx.data(), int(count));
     const std::vector<double> numbers = diagonalof(q.stiffness);
     const Eigen::Map<const Eigen::VectorXd> diagonal(numbers.data(), n);
+    const auto product = [&](const Eigen::VectorXd& a, const Eigen::VectorXd& b) {
+        return dotproduct(*q.stiffness.unknowns, a.data(), b.data(), std::size_t(n));
+    };
     std::vector<double> value;
     double worst = 0;
     for (Eigen::Index i = 0; i < count; ++i) {
-        const double size = 1 / std::sqrt(x.col(i).dot(mx.col(i)));
+        const double size = 1 / std::sqrt(product(x.col(i), mx.col(i)));
         x.col(i) *= size, kx.col(i) *= size, mx.col(i) *= size;
-        const double energy = x.col(i).dot(kx.col(i));
+        const double energy = product(x.col(i), kx.col(i));
         // Below the rounding of K x there is no stiffness left to tell.
-        const double rounding = 1e-14 * x.col(i).cwiseAbs2().dot(diagonal);
+        const double rounding = 1e-14 * product(x.col(i).cwiseAbs2(), diagonal);
         value.push_back(std::fabs(energy) <= rounding ? 0 : energy);
-        if (value.back() > 0)
-            worst = std::max(worst, (kx.col(i) - energy * mx.col(i)).norm() / kx.col(i).norm());
+        const Eigen::VectorXd left = kx.col(i) - energy * mx.col(i);
+        const double rest = product(left, left), whole = product(kx.col(i), kx.col(i));
+        if (value.back() > 0) worst = std::max(worst, std::sqrt(rest / whole));
     }
     log.line("Largest residual |Kx - omega^2 Mx| / |Kx| of the modes = " + shortnumber(worst));
     const double doubtful = 1e-4;
@@ -152,31 +157,45 @@ static Eigen::MatrixXd translated(const model& m, const settings& s, const dofma
         condense(d, f.data(), result.col(axis).data());
         total[axis] = 0;
         if (d.place[axis + 1] < 0) continue;
-        for (int n = 1; n <= m.nnodes(); ++n) total[axis] += f[d.index(n, d.place[axis + 1])];
+        for (int n = 1; n <= m.nnodes(); ++n)
+            if (d.nodes->counts(std::size_t(n - 1)))
+                total[axis] += f[d.index(n, d.place[axis + 1])];
     }
+    allranks().sum(total.data(), total.size());
     return result;
 }
 
 // Scales the degrees of freedom of a mode to a largest translation of 1, or a largest rotation of
 // 1 where next to nothing translates; the largest component is positive.
 static void scaleshape(const model& m, const dofmap& d, double* u, double size) {
-    double translation = 0, rotation = 0, largest = 0, sign = 1;
+    double sizes[2] = {};  // of translations, rotations
+    double &translation = sizes[0], &rotation = sizes[1];
     for (int n = 1; n <= m.nnodes(); ++n) {
         double square = 0;
         for (int k = 0; k < d.pernode; ++k) {
             const double value = u[d.index(n, k)];
-            if (d.code[k] > 3) {
+            if (d.code[k] > 3)
                 rotation = std::max(rotation, std::fabs(value));
-                continue;
-            }
-            square += value * value;
-            if (std::fabs(value) > largest * (1 + 1e-6)) {
-                largest = std::fabs(value);
-                sign = value < 0 ? -1 : 1;
-            }
+            else
+                square += value * value;
         }
         translation = std::max(translation, std::sqrt(square));
     }
+    allranks().most(sizes, 2);
+    const auto dofs = std::size_t(d.pernode);
+    const auto wayof = [&](std::size_t i) {  // the largest component of a node
+        double most = 0;
+        for (std::size_t k = 0; k < dofs; ++k)
+            if (d.code[k] <= 3 && std::fabs(u[i * dofs + k]) > std::fabs(most) * (1 + 1e-6))
+                most = u[i * dofs + k];
+        return most;
+    };
+    const largestof largest = findlargest(*d.nodes, std::size_t(m.nnodes()),
+                                          [&](std::size_t i) { return std::fabs(wayof(i)); });
+    double negative = 0;
+    if (const int n = m.placeofnode(largest.item); n > 0) negative = wayof(std::size_t(n - 1)) < 0;
+    allranks().most(&negative, 1);
+    const double sign = negative != 0 ? -1 : 1;
     const double still = 1e-9;  // of the model's size times the rotation
     const double by = translation > still * size * rotation ? translation : rotation;
     if (!(by > 0)) return;
@@ -184,9 +203,11 @@ static void scaleshape(const model& m, const dofmap& d, double* u, double size) 
 }
 
 static double sizeof3(const model& m) {
+    const vec3 first = firstnode(m);
     double size = 0;
     for (int n = 1; n <= m.nnodes(); ++n)
-        size = std::max(size, (m.nodes[std::size_t(n)] - m.nodes[1]).norm());
+        size = std::max(size, (m.nodes[std::size_t(n)] - first).norm());
+    allranks().most(&size, 1);
     return size;
 }
 
@@ -195,7 +216,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     const dofmap& d = q.dofs;
     log.stage("mass");
     const sparsematrix mass = massmatrix(m, s, q, elements, log);
-    if (d.unknowns == 0 || !(sumofdiagonal(mass, mass) > 0))
+    if (d.unknownsofall == 0 || !(sumofdiagonal(mass, mass) > 0))
         refuse(
             "The model has no mass that can move, so it has no eigenmodes. Give the element groups "
             "a specific mass, or nodal masses in a load case that is not of the applied kind");
@@ -221,18 +242,22 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     modeset r;
     const double units = s.force / (s.length * s.mass);  // of omega^2: force over length and mass
     const Eigen::MatrixXd along = translated(m, s, d, elements, r.totalmass);
+    const double size = sizeof3(m);
     std::vector<double> rest(d.equation.size());
     const std::vector<double> still(std::size_t(d.unknowns), 0);
     expand(d, still.data(), rest.data());  // prescribed values take no part
     r.shape.resize(d.equation.size() * std::size_t(p.value.size()));
     for (Eigen::Index i = 0; i < p.value.size(); ++i) {
         r.value.push_back(p.value[i] * units);
-        const Eigen::VectorXd share = along.transpose() * p.vector.col(i);
+        vec3 share;
+        for (int k = 0; k < 3; ++k)
+            share[k] = dotproduct(*d.freedoms, along.col(k).data(), p.vector.col(i).data(),
+                                  std::size_t(d.unknowns));
         r.effectivemass.emplace_back(share.cwiseAbs2());
         double* const u = r.shape.data() + std::size_t(i) * d.equation.size();
         expand(d, p.vector.col(i).data(), u);
         for (std::size_t k = 0; k < rest.size(); ++k) u[k] -= rest[k];
-        scaleshape(m, d, u, sizeof3(m));
+        scaleshape(m, d, u, size);
     }
     return r;
 }

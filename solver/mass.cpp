@@ -77,7 +77,9 @@ std::vector<massproperties> groupmasses(const model& m, const settings& s) {
 int masscase(const model& m) {
     for (int lc = 1; lc <= m.ncases(); ++lc) {
         const loadcase& c = m.cases[std::size_t(lc)];
-        if (c.type != caseapplied && !c.nodal.empty()) return lc;
+        double any = c.type != caseapplied && !c.nodal.empty();
+        allranks().most(&any, 1);
+        if (any != 0) return lc;
     }
     return 0;
 }
@@ -86,15 +88,21 @@ static void addnodalmasses(const model& m, const dofmap& d, sparsematrix& mass, 
     const int lc = masscase(m);
     if (lc == 0) return;
     const loadcase& c = m.cases[std::size_t(lc)];
-    log.line("Nodal masses: " + std::to_string(c.nodal.size()) + " row(s) of case " +
-             std::to_string(lc) + " \"" + c.name + "\"");
+    double count = 0, wrong = INFINITY;  // the node of a mass that is wrong
     for (const nodalrow& row : c.nodal) {
-        if (row.value < 0)
-            refuse("Node " + std::to_string(m.nameofnode(row.node)) +
-                   " has a mass below 0 in case \"" + c.name + "\"; correct it");
-        if (d.place[row.dof] >= 0 && d.nodes->counts(std::size_t(row.node - 1)))
+        if (!d.nodes->counts(std::size_t(row.node - 1))) continue;
+        ++count;
+        if (row.value < 0) wrong = std::min<double>(wrong, m.nameofnode(row.node));
+        if (d.place[row.dof] >= 0)
             addatdof(d, d.index(row.node, d.place[row.dof]), row.value, mass);
     }
+    allranks().sum(&count, 1);
+    log.line("Nodal masses: " + std::to_string(long(count)) + " row(s) of case " +
+             std::to_string(lc) + " \"" + c.name + "\"");
+    refusefirst(wrong, wrong == INFINITY
+                           ? ""
+                           : "Node " + std::to_string(int(wrong)) +
+                                 " has a mass below 0 in case \"" + c.name + "\"; correct it");
 }
 
 sparsematrix massmatrix(const model& m, const settings& s, const equations& q, bool elements,

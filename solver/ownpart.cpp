@@ -178,18 +178,12 @@ static std::vector<int> firstunknowns(const dofmap& d, std::vector<int>& owners)
     return first;
 }
 
-void keeppart(model& m, dofmap& d, kept what) {
+void keeppart(model& m, dofmap& d) {
     std::vector<int> owners;
     d.firstofall = firstunknowns(d, owners);
     d.unknownsofall = d.firstofall.back();
     d.ownersofall = int(owners.size());
-    selection s;
-    if (what == kept::part) {
-        s = choosepart(m, d);
-    } else {
-        s.node.assign(m.nodes.size(), 1);
-        s.counted.assign(m.nodes.size(), allranks().first());
-    }
+    selection s = choosepart(m, d);
     const std::vector<int> nodes = listkept(s.node);
     d.placeofall.clear();
     std::vector<int> first;
@@ -204,7 +198,6 @@ void keeppart(model& m, dofmap& d, kept what) {
     for (std::size_t i = 1; i < nodes.size(); ++i) numbers.push_back(nodes[i] - 1);
     d.nodes = std::make_shared<const sharing>(
         std::move(numbers), std::vector<char>(s.counted.begin() + 1, s.counted.end()));
-    if (what == kept::all) return;
     leavemodel(m, nodes, listkept(s.element));
     leavedofs(d, nodes);
 }

@@ -5,12 +5,9 @@
 
 #include "solver/dofs.h"
 
-// The own part; or all that there is, for work that is not shared out.
-enum class kept { part, all };
-
 // Leaves of the model and of its degrees of freedom, which are not numbered yet, what this process
 // keeps: counted from 1 in the order of the files.
-void keeppart(model& m, dofmap& d, kept what);
+void keeppart(model& m, dofmap& d);
 
 // Tells each process where its unknowns, which are numbered here, are among those of all: these
 // follow the order of the nodes.

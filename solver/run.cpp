@@ -276,8 +276,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);
-    // The search of modes is not shared out.
-    equations q = makeequations(m, s, anadof, what.modes ? kept::all : kept::part, log);
+    equations q = makeequations(m, s, anadof, log);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
     if (what.modes) {

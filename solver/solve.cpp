@@ -68,12 +68,12 @@ static void numberequations(const model& m, bool ownorder, equations& q, runlog&
     q.stiffness = makepattern(q.dofs, graph, order);
 }
 
-equations makeequations(model& m, const settings& s, int anadof, kept part, runlog& log) {
+equations makeequations(model& m, const settings& s, int anadof, runlog& log) {
     equations q;
     q.dofs = makedofs(m, s, anadof, log);
     q.halfbandwidth = halfbandwidth(m, q.dofs);
     const bool alone = allranks().alone();
-    if (!alone) keeppart(m, q.dofs, part);
+    if (!alone) keeppart(m, q.dofs);
     numberequations(m, alone, q, log);
     log.stage("assemble");
     assemble(m, s, q.dofs, part::stiffness, q.stiffness, log);
@@ -312,8 +312,7 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
 [[noreturn]] static void refusemotion(const model& m, const dofmap& d,
                                       const std::vector<double>& v) {
     const std::vector<double> u = nodalmotion(d, v);
-    vec3 first = m.placeofnode(1) > 0 ? m.nodes[1] : vec3::Constant(-INFINITY);
-    allranks().most(first.data(), first.size());
+    const vec3 first = firstnode(m);
     double size = 0;
     for (int n = 1; n <= m.nnodes(); ++n)
         size = std::max(size, (m.nodes[std::size_t(n)] - first).cwiseAbs().maxCoeff());

@@ -12,38 +12,57 @@
 #include <memory>
 #include <numeric>
 
-#include "solver/ranks.h"
+#include "solver/packing.h"
 #include "solver/refuse.h"
+#include "solver/softness.h"
 
 static const int fewmasses = 200, manymasses = 2000;
 static const int furthervectors = 4;  // vectors of each further look
 
 // --- few masses ---------------------------------------------------------------------------------
 
-// Unknowns with mass, ascending.
-static std::vector<std::int64_t> massplaces(const sparsematrix& mass) {
+// How many unknowns of all have mass.
+static std::int64_t countmasses(const sparsematrix& mass) {
     const std::vector<double> diagonal = diagonalof(mass);
-    std::vector<std::int64_t> places;
-    for (std::int64_t j = 0; j < mass.size(); ++j)
-        if (diagonal[std::size_t(j)] > 0) places.push_back(j);
-    return places;
+    double count = 0;
+    for (std::size_t j = 0; j < diagonal.size(); ++j)
+        count += diagonal[j] > 0 && mass.unknowns->counts(j);
+    allranks().sum(&count, 1);
+    return std::int64_t(count);
 }
 
-static bool isfew(std::size_t places, int wanted) {
-    return places <= fewmasses || (places <= manymasses && places < 3 * std::size_t(wanted));
+// Their numbers, ascending, where they are few.
+static std::vector<int> massplaces(const sparsematrix& mass) {
+    const std::vector<double> diagonal = diagonalof(mass);
+    std::vector<double> mine;
+    for (std::size_t j = 0; j < diagonal.size(); ++j)
+        if (diagonal[j] > 0 && mass.unknowns->counts(j)) mine.push_back(mass.unknowns->numberof(j));
+    std::vector<double> all = allranks().gather(mine);
+    all.resize(std::size_t(countmasses(mass)));
+    allranks().takefirst(all.data(), std::int64_t(all.size()));
+    std::ranges::sort(all);
+    return {all.begin(), all.end()};
+}
+
+static bool isfew(std::int64_t masses, int wanted) {
+    return masses <= fewmasses || (masses <= manymasses && masses < 3 * std::int64_t(wanted));
 }
 
 // M on the unknowns with mass, full.
-static Eigen::MatrixXd fullmass(const sparsematrix& mass, const std::vector<std::int64_t>& places) {
+static Eigen::MatrixXd fullmass(const sparsematrix& mass, const std::vector<int>& places) {
     const auto n = Eigen::Index(places.size());
     Eigen::MatrixXd full = Eigen::MatrixXd::Zero(n, n);
+    const sharing& unknowns = *mass.unknowns;
     for (Eigen::Index c = 0; c < n; ++c) {
-        const auto column = std::size_t(places[std::size_t(c)]);
+        const int here = unknowns.placeof(places[std::size_t(c)]);
+        if (here < 0) continue;
+        const auto column = std::size_t(here);
         auto at = places.begin() + c;
         for (auto i = mass.start[column]; i < mass.start[column + 1]; ++i) {
             const double value = mass.value[std::size_t(i)];
             if (value == 0) continue;
-            at = std::lower_bound(at, places.end(), mass.row[std::size_t(i)]);
+            const int row = unknowns.numberof(std::size_t(mass.row[std::size_t(i)]));
+            at = std::lower_bound(at, places.end(), row);
             full(at - places.begin(), c) = full(c, at - places.begin()) = value;
         }
     }
@@ -67,16 +86,21 @@ static Eigen::MatrixXd rootof(const Eigen::MatrixXd& mass) {
 }
 
 // With M = R R' the values are those of R' A^-1 R, a matrix as small as the masses are few.
-static spectrum fromflexibility(engine& a, const sparsematrix& mass,
-                                const std::vector<std::int64_t>& places, int wanted) {
+static spectrum fromflexibility(engine& a, const sparsematrix& mass, const std::vector<int>& places,
+                                int wanted) {
+    const sharing& unknowns = *mass.unknowns;
     const Eigen::MatrixXd root = rootof(fullmass(mass, places));
     Eigen::MatrixXd flexible = Eigen::MatrixXd::Zero(mass.size(), root.cols());
     for (std::size_t i = 0; i < places.size(); ++i)
-        flexible.row(places[i]) = root.row(Eigen::Index(i));
+        if (const int here = unknowns.placeof(places[i]); here >= 0)
+            flexible.row(here) = root.row(Eigen::Index(i));
     a.solve(flexible.data(), int(flexible.cols()));
     Eigen::MatrixXd product = Eigen::MatrixXd::Zero(root.cols(), root.cols());
     for (std::size_t i = 0; i < places.size(); ++i)
-        product += root.row(Eigen::Index(i)).transpose() * flexible.row(places[i]);
+        if (const int here = unknowns.placeof(places[i]);
+            here >= 0 && unknowns.counts(std::size_t(here)))
+            product += root.row(Eigen::Index(i)).transpose() * flexible.row(here);
+    allranks().sum(product.data(), product.size());
     const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver((product + product.transpose()) /
                                                                 2);
     const Eigen::Index count = std::min<Eigen::Index>(wanted, root.cols());
@@ -112,9 +136,12 @@ int basissize(int wanted, std::int64_t most) {
 }
 
 template <typename Solver>
-ritzpairs largestof(Solver& solver, double tolerance) {
+ritzpairs largestof(Solver& solver, double tolerance, const std::vector<double>& start = {}) {
     const int rounds = 300;
-    solver.init();
+    if (start.empty())
+        solver.init();
+    else
+        solver.init(start.data());
     solver.compute(Spectra::SortRule::LargestAlge, rounds, tolerance,
                    Spectra::SortRule::LargestAlge);
     return {solver.eigenvalues(), solver.eigenvectors()};
@@ -160,49 +187,103 @@ class reduced : public search {
     mutable int steps = 0;
 };
 
+// A matrix by which lengths are measured, and its inverse; vectors are packed.
+struct measure {
+    using Scalar = double;
+    engine& l;
+    const sparsematrix& matrix;
+    const packing& packs;
+    Eigen::Index rows() const { return packs.rows(); }
+    Eigen::Index cols() const { return packs.rows(); }
+    void perform_op(const double* x, double* y) const { packs.multiply(matrix, x, y); }
+    void solve(const double* x, double* y) const {
+        std::vector<double> whole(static_cast<std::size_t>(packs.held()));
+        packs.unpack(x, whole.data());
+        l.solve(whole.data(), 1);
+        packs.pack(whole.data(), y);
+    }
+};
+
+}  // namespace
+
+// What the search does with vectors beside adding them: products, here over all processes.
+template <typename Operator>
+class Spectra::ArnoldiOp<double, Operator, measure> {
+  public:
+    ArnoldiOp(const Operator& op, const measure& by)
+        : of(op), lengths(by), image(Eigen::VectorXd::Zero(by.rows())) {}
+    Eigen::Index rows() const { return of.rows(); }
+    template <typename Left, typename Right>
+    double inner_product(const Left& x, const Right& y) const {
+        lengths.perform_op(y.data(), image.data());
+        return lengths.packs.product(x, image)[0];
+    }
+    template <typename Left, typename Right>
+    void trans_product(const Left& x, const Right& y, Eigen::Ref<Eigen::VectorXd> result) const {
+        lengths.perform_op(y.data(), image.data());
+        result = lengths.packs.product(x, image);
+    }
+    template <typename Vector>
+    double norm(const Vector& x) const {
+        return std::sqrt(inner_product(x, x));
+    }
+    void perform_op(const double* x, double* y) const { of.perform_op(x, y); }
+
+  private:
+    const Operator& of;
+    const measure& lengths;
+    mutable Eigen::VectorXd image;
+};
+
+namespace {
 // For an engine that shows no triangles: A^-1 M, symmetric where lengths are measured by A.
 class whole : public search {
   public:
     whole(engine& l, const sparsematrix& of, const sparsematrix& m, runlog& runs)
-        : a{l, of}, mass{m, *this, runs} {}
+        : packs(of.unknowns, of.size()), a{l, of, packs}, mass{m, packs, *this, runs} {}
     ritzpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
-        Spectra::SymGEigsSolver<massof, matrixof, Spectra::GEigsMode::RegularInverse> solver(
+        Spectra::SymGEigsSolver<massof, measure, Spectra::GEigsMode::RegularInverse> solver(
             mass, a, wanted, basissize(wanted, most));
-        return largestof(solver, tolerance);
+        return largestof(solver, tolerance, start());
     }
     void foundmore() override {
         images.resize(found.rows(), found.cols());
-        multiply(a.matrix, found.data(), images.data(), int(found.cols()));
+        for (Eigen::Index c = 0; c < found.cols(); ++c)
+            packs.multiply(a.matrix, found.col(c).data(), images.col(c).data());
     }
-    Eigen::MatrixXd shapes() override { return found; }
+    Eigen::MatrixXd shapes() override {
+        Eigen::MatrixXd shape(packs.held(), found.cols());
+        for (Eigen::Index c = 0; c < found.cols(); ++c)
+            packs.unpack(found.col(c).data(), shape.col(c).data());
+        return shape;
+    }
 
   private:
-    struct matrixof {
-        using Scalar = double;
-        engine& l;
-        const sparsematrix& matrix;
-        Eigen::Index rows() const { return matrix.size(); }
-        Eigen::Index cols() const { return matrix.size(); }
-        void perform_op(const double* x, double* y) const { multiply(matrix, x, y, 1); }
-        void solve(const double* x, double* y) const {
-            std::copy_n(x, matrix.size(), y);
-            l.solve(y, 1);
-        }
-    };
+    // The same on how many processes ever.
+    std::vector<double> start() const {
+        startnoise noise;
+        std::vector<double> from(static_cast<std::size_t>(packs.held()));
+        std::vector<double> packed(static_cast<std::size_t>(packs.rows()));
+        for (std::size_t i = 0; i < from.size(); ++i)
+            from[i] = noise.at(a.matrix.unknowns->numberof(i)) - 1;
+        packs.pack(from.data(), packed.data());
+        return packed;
+    }
     struct massof {
         using Scalar = double;
         const sparsematrix& matrix;
+        const packing& packs;
         const whole& owner;
         runlog& log;
         mutable int steps = 0;
-        Eigen::Index rows() const { return matrix.size(); }
-        Eigen::Index cols() const { return matrix.size(); }
+        Eigen::Index rows() const { return packs.rows(); }
+        Eigen::Index cols() const { return packs.rows(); }
         void perform_op(const double* x, double* y) const {
-            multiply(matrix, x, y, 1);
+            packs.multiply(matrix, x, y);
             const Eigen::Map<const Eigen::VectorXd> from(x, rows());
             Eigen::Map<Eigen::VectorXd> to(y, rows());
             if (owner.found.cols() > 0) {
-                const Eigen::VectorXd share = owner.images.transpose() * from;
+                const Eigen::VectorXd share = packs.product(owner.images, from);
                 to.noalias() -= owner.images * owner.value.cwiseProduct(share);
             }
             const int expected = 50;
@@ -210,7 +291,8 @@ class whole : public search {
             log.progress("modes", int(100.0 * steps / (steps + expected)));
         }
     };
-    matrixof a;
+    packing packs;
+    measure a;
     massof mass;
     Eigen::MatrixXd images;  // of what is found, by A
 };
@@ -250,16 +332,15 @@ static void lookagain(search& op, int wanted, std::int64_t most, runlog& log) {
 }
 
 int spectrumcolumns(const sparsematrix& mass, int wanted) {
-    const auto places = massplaces(mass);
-    if (isfew(places.size(), wanted)) return int(3 * places.size());
-    return basissize(wanted, std::int64_t(places.size())) + 2 * wanted;
+    const std::int64_t masses = countmasses(mass);
+    if (isfew(masses, wanted)) return int(3 * masses);
+    return basissize(wanted, masses) + 2 * wanted;
 }
 
 spectrum largestvalues(engine& a, const sparsematrix& matrix, const sparsematrix& mass, int wanted,
                        runlog& log) {
-    const auto places = massplaces(mass);
-    if (isfew(places.size(), wanted)) return fromflexibility(a, mass, places, wanted);
-    const auto most = std::int64_t(places.size());
+    const std::int64_t most = countmasses(mass);
+    if (isfew(most, wanted)) return fromflexibility(a, mass, massplaces(mass), wanted);
     const int asked = wanted;
     wanted = int(std::min<std::int64_t>(wanted, most / 3));
     const double fine = 1e-10;

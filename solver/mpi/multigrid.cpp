@@ -113,8 +113,7 @@ void multigrid::describe(const model& m, const dofmap& d) {
     s.row.assign(std::size_t(d.unknowns), 0);
     for (std::vector<PetscInt>* const list : {&s.held, &s.moved}) list->clear();
     s.motions.clear();
-    vec3 origin = m.nnodes() > 0 ? m.nodes[1] : vec3(vec3::Zero());  // near, to save digits
-    allranks().takefirst(origin.data(), origin.size());
+    const vec3 origin = firstnode(m);  // near, to save digits
     for (int n = 1; n <= m.nnodes(); ++n)
         if (const int place = d.position[std::size_t(n)]; place >= 0)
             s.placeowner(m, d, n, place, origin);

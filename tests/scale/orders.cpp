@@ -29,12 +29,12 @@ TEST(Orders, MumpsTakesThatOfTheOwnFactor) {
         SCOPED_TRACE(name);
         usedissector(name, log);
         model one = b.m, part = b.m;
-        const equations alone = makeequations(one, b.s, 3, kept::all, log);
+        const equations alone = makeequations(one, b.s, 3, log);
         factor own;
         own.analyse(alone.stiffness);
         setranks(all);
         part.rankof = all.partition(part);
-        const equations shared = makeequations(part, b.s, 3, kept::part, log);
+        const equations shared = makeequations(part, b.s, 3, log);
         mumps other("");
         other.describe(part, shared.dofs);
         other.analyse(shared.stiffness);

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What each of several processes holds, how their numbers meet, and that the first writes the files
+// of one.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "solver/mpi/mpiranks.h"
+#include "solver/program.h"
+#include "solver/solve.h"
+#include "tests/scale/ofall.h"
+#include "tests/solver/everything.h"
+
+static mpiranks& job() {
+    static mpiranks all;
+    return all;
+}
+
+// Process r holds r..r+3 and an item of its own far off.
+TEST(Parts, NumbersMeetAtTheirItems) {
+    const int me = job().me(), count = job().count();
+    setranks(job());
+    std::vector<int> items = {me, me + 1, me + 2, me + 3, 1000 + me};
+    const sharing shared(items, {1, 0, 0, 0, 1});
+    std::vector<double> sums, least;
+    for (const int item : items) {
+        sums.insert(sums.end(), {1.0, double(item)});
+        least.push_back(item == me ? -1 : me);
+    }
+    shared.sum(sums.data(), 2);
+    shared.least(least.data());
+    workalone();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const int item = items[i], low = std::max(0, item - 3), high = std::min(item, count - 1);
+        const double holders = i == 4 ? 1 : high - low + 1;
+        EXPECT_EQ(sums[2 * i], holders);
+        EXPECT_EQ(sums[2 * i + 1], holders * item);
+        EXPECT_EQ(least[i], i == 4 ? me : item < count ? -1 : low);
+        EXPECT_EQ(shared.placeof(item), int(i));
+    }
+    EXPECT_EQ(shared.placeof(999), -1);
+}
+
+TEST(Parts, ModelAndVectorsAreSharedOut) {
+    build b;
+    const int edge = 40;
+    const build::grid at = b.mesh(typeshell4, b.plate(2.1e5, 0.3, 5), edge, edge,
+                                  [](double r, double s) { return vec3(r, s, 0); });
+    b.fix(at.left(), clamped);
+    b.node(5, 5, 5);  // nobody has an element there
+    model part = b.m;
+    runlog log;
+    log.quiet();
+    setranks(job());
+    part.rankof = job().partition(part);
+    const equations q = makeequations(part, b.s, 3, log);
+    double counted[2] = {};  // nodes, unknowns
+    for (int n = 0; n < part.nnodes(); ++n) counted[0] += q.dofs.nodes->counts(std::size_t(n));
+    for (int u = 0; u < q.dofs.unknowns; ++u) counted[1] += q.dofs.freedoms->counts(std::size_t(u));
+    job().sum(counted, 2);
+    const double share = 1.5 * edge * edge / job().count() + 4 * edge;
+    EXPECT_LT(part.nnodes(), share);
+    EXPECT_LT(part.nelems(), share);
+    EXPECT_LT(q.stiffness.size(), 6 * share);
+    EXPECT_EQ(part.allnodes(), b.m.nnodes());
+    EXPECT_EQ(counted[0], b.m.nnodes());
+    EXPECT_EQ(counted[1], 6 * edge * (edge + 1));
+    for (int n = 1; n <= part.nnodes(); ++n)
+        EXPECT_EQ(part.nodes[std::size_t(n)], b.m.nodes[std::size_t(part.nameofnode(n))]);
+    workalone();
+}
+
+// --- files --------------------------------------------------------------------------------------
+
+// Words equal, numbers near each other by the largest of their column; returns the first
+// difference.
+static std::string differenceof(const std::string& one, const std::string& other) {
+    std::ifstream a(one), b(other);
+    std::string left, right;
+    std::vector<double> largest;
+    for (const double tolerance : {0.0, 1e-8}) {  // the columns first
+        a.clear(), b.clear(), a.seekg(0), b.seekg(0);
+        for (int row = 1; std::getline(a, left); ++row) {
+            if (!std::getline(b, right)) return "the rows end at " + std::to_string(row);
+            std::istringstream l(left), r(right);
+            std::string x, y;
+            for (std::size_t k = 0; std::getline(l, x, ','); ++k) {
+                if (!std::getline(r, y, ',')) return "row " + std::to_string(row) + " is short";
+                char *endx = nullptr, *endy = nullptr;
+                const double u = std::strtod(x.c_str(), &endx), v = std::strtod(y.c_str(), &endy);
+                const bool numbers = endx != x.c_str() && endy != y.c_str();
+                if (!numbers && x != y) return "row " + std::to_string(row) + ": " + x + ", " + y;
+                if (largest.size() <= k) largest.resize(k + 1, 0);
+                if (tolerance > 0 && numbers && std::fabs(u - v) > tolerance * largest[k])
+                    return "row " + std::to_string(row) + ": " + left + " is not " + right;
+                largest[k] = std::max(largest[k], numbers ? std::fabs(u) : 0);
+            }
+        }
+        if (std::getline(b, right)) return "more rows";
+    }
+    return "";
+}
+
+// Lines, plates, springs, a mass, rigid arms across the parts, two cases in blocks of one.
+TEST(Parts, FilesAreThoseOfOneProcess) {
+    const std::string room = std::filesystem::temp_directory_path().string() + "/feiflu-parts/";
+    build b = everything(1, 4, false);
+    b.addcase();
+    b.load(2, 20, 3, 5);
+    const auto run = [&](const char* name, const char* engine, bool alone) {
+        if (job().first()) {
+            std::filesystem::create_directories(room + name);
+            std::ofstream(room + name + "/feiflu.ini")
+                << "engine = " << engine << "\ncheckpoint = 1\nlength = 1\n";
+            b.write(room + name + "/model");
+        }
+        job().anyfault("");  // until the files are there
+        if (!alone) setranks(job());
+        const int code =
+            alone && !job().first()
+                ? 0
+                : runprogram({"--model", room + name + "/model", "--appdir", room + name});
+        workalone();
+        return code;
+    };
+    EXPECT_EQ(run("one", "cholmod", true), 0);
+    EXPECT_EQ(run("all", "mumps", false), 0);
+    if (!job().first()) return;
+    for (const char* extension :
+         {".rvp", ".KRT", ".LES", ".MEM", ".NSR", ".NSL", ".NSA", ".NLA", ".EMS", ".DAT"}) {
+        SCOPED_TRACE(extension);
+        EXPECT_EQ(differenceof(room + "one/model" + extension, room + "all/model" + extension), "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(room + "all/model.ckp"));
+    std::filesystem::remove_all(room);
+}

@@ -84,7 +84,7 @@ void writemodes(const model& m, const dofmap& d, const modeset& r) {
 // --- lines --------------------------------------------------------------------------------------
 
 static void putlinestress(const element& e, const double* ends, rowtext& text) {
-    text.put(e.number);
+    text.put(e.name);
     text.putrounded(middleof(e));
     const linestress stress = linestressof(e, ends);
     for (int end = 0; end < 2; ++end) {

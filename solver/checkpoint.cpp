@@ -14,6 +14,8 @@
 #include "solver/refuse.h"
 
 static const char opening[] = "feiflu checkpoint ";
+// Raised when a part holds other numbers: a file from before would be read as what it is not.
+static const char layout[] = "2 ";
 
 // --- bytes --------------------------------------------------------------------------------------
 
@@ -103,7 +105,7 @@ static bool readparcel(std::ifstream& file, std::string& bytes, std::int64_t lef
 
 checkpoint::checkpoint(std::string file, const std::string& name) : path(std::move(file)) {
     if (name.empty()) return;
-    head = opening + name + "\n";
+    head = std::string(opening) + layout + name + "\n";
     places.assign(1, std::int64_t(head.size()));
     if (allranks().first()) scan();
     double count = blocks;

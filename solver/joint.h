@@ -2,7 +2,9 @@
 // Where the numbers of items meet: in one process.
 #pragma once
 
-#include "solver/ranks.h"
+#include <vector>
+
+#include "solver/route.h"
 
 class joint : public route {
   public:

@@ -212,18 +212,21 @@ static const meshes coarseandfine = {{8, 0.01}, {32, 0.001}};
 TEST(Verification, FreeSquarePlate) {
     const double printed[5] = {1.622, 2.360, 2.922, 4.233, 4.233};
     const double series[5] = {13.468, 19.596, 24.270, 34.801, 34.801};
-    for (const auto [n, tolerance] : coarseandfine) {
-        build b = vibrating(8);
-        squareplate(b, typeshell4, n);
-        const results r = modesof(b);
-        for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(r.modes.value[k], 0);
-        for (int k = 0; k < 5; ++k)
-            row("FV12 free plate", k + 4, meshname(typeshell4, n, n), "NF, B", printed[k],
-                series[k] * plateunit, hertz(r, k + 4), tolerance);
-        EXPECT_NEAR(hertz(r, 7), hertz(r, 8), 1e-6 * hertz(r, 7)) << "a pair";
-        EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
-        expectwords(b.log.text(), {"mechanisms): 3"});
-    }
+    for (const auto [n, tolerance] : coarseandfine)
+        for (const int type : {typeshell4, typeshell3}) {
+            build b = vibrating(8);
+            squareplate(b, type, n);
+            const results r = modesof(b);
+            for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(r.modes.value[k], 0);
+            for (int k = 0; k < 5; ++k)
+                row("FV12 free plate", k + 4, meshname(type, n, n), "NF, B", printed[k],
+                    series[k] * plateunit, hertz(r, k + 4),
+                    type == typeshell4 ? tolerance : 3 * tolerance);
+            const double pair = type == typeshell4 ? 1e-6 : 1e-2;  // one-way diagonals part it
+            EXPECT_NEAR(hertz(r, 7), hertz(r, 8), pair * hertz(r, 7));
+            EXPECT_TRUE(b.log.warnings().empty()) << b.log.text();
+            expectwords(b.log.text(), {"mechanisms): 3"});
+        }
 }
 
 TEST(Verification, CantileveredSquarePlate) {

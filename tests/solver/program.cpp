@@ -282,7 +282,7 @@ TEST(Program, ASignalToStopEndsItWithoutResults) {
     const build::grid at = b.mesh(typeshell4, b.plate(2e5, 0.3, 1), 200, 200,
                                   [](double r, double s) { return vec3(1000 * r, 1000 * s, 0); });
     b.fix(at.left(), clamped);
-    for (int lc = 1; lc <= 4; ++lc) b.load(lc > 1 ? b.addcase() : 1, at.number(200, lc), 3, 1);
+    for (int lc = 1; lc <= 8; ++lc) b.load(lc > 1 ? b.addcase() : 1, at.number(200, lc), 3, 1);
     for (const bool order : {true, false}) {
         SCOPED_TRACE(order);
         room in(b);
@@ -301,7 +301,7 @@ TEST(Program, ASignalToStopEndsItWithoutResults) {
         char c = 0;
         const char* const stage = order ? "order 0\n" : "write 0\n";
         while (said.find(stage) == said.npos && read(ends[0], &c, 1) == 1) said += c;
-        if (order) usleep(100000);
+        if (order) usleep(30000);
         while (!order && !in.has("two bars.rvp") && !in.has("two bars.log")) usleep(1000);
         kill(child, SIGTERM);
         while (read(ends[0], &c, 1) == 1) said += c;

@@ -7,7 +7,8 @@ buildpackages="g++ cmake ninja-build qt6-base-dev libgl-dev libeigen3-dev libspe
 # The screen and the hands of tests/window; a solver and readers of what tests/exchange writes.
 testpackages="xvfb xdotool calculix-ccx python3-meshio python3-ezdxf"
 # The solver of many processes; ./run and ./test do without.
-scalepackages="libopenmpi-dev openmpi-bin libmumps-dev libmetis-dev libscotch-dev libpetsc-real-dev pkg-config"
+scalepackages="libopenmpi-dev openmpi-bin libmumps-dev libmetis-dev libscotch-dev libpetsc-real-dev
+  libslepc-real-dev pkg-config"
 # What looks the packages over.
 packingpackages="dpkg-dev lintian appstream desktop-file-utils xz-utils"
 

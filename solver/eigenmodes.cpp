@@ -38,9 +38,10 @@ static sparsematrix combined(const sparsematrix& a, double factor, const sparsem
 
 // Factorises K + s M with the smallest s that makes it safely definite: 0 for a supported model,
 // more for one that floats or holds a mechanism, much more for one with negative stiffness. Returns
-// s.
+// s. shifted: out, what was factorised where s is not 0.
 static double shiftandfactorise(const model& m, const settings& s, const equations& q,
-                                const sparsematrix& mass, engine& l, runlog& log) {
+                                const sparsematrix& mass, engine& l, equations& shifted,
+                                runlog& log) {
     log.stage("factor");
     const double safe = 1e-9, safeshifted = 1e-13;  // smallest pivot over its diagonal
     const double unsplit = 1e-8;  // a whole solution spreads rounding that two halves keep apart
@@ -51,16 +52,15 @@ static double shiftandfactorise(const model& m, const settings& s, const equatio
     for (const double part : {1e-11, 1e-9, 1e-7, 1e-5, 1e-3, 0.1, 10.0, 1e3}) {
         if (!l.splits() && part < unsplit) continue;
         shift = part * scale;
-        const sparsematrix a = combined(q.stiffness, shift, mass);
-        if (l.factorise(a) && l.smallestpivot(a, unknown) > safeshifted) {
+        shifted.stiffness = combined(q.stiffness, shift, mass);
+        if (l.factorise(shifted.stiffness) &&
+            l.smallestpivot(shifted.stiffness, unknown) > safeshifted) {
             log.line("Shift " + shortnumber(shift) + ": the supports do not hold the whole model");
             return shift;
         }
     }
     // What is still singular moves without stiffness and without mass.
-    equations shifted;
     shifted.dofs = q.dofs;
-    shifted.stiffness = combined(q.stiffness, shift, mass);
     factorise(m, s, shifted, l, log);
     return shift;
 }
@@ -223,11 +223,13 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     const std::unique_ptr<engine> l = makeengine();
     l->describe(m, d);
     analysefactor(q, *l, spectrumcolumns(mass, s.modes), log);
-    const double shift = shiftandfactorise(m, s, q, mass, *l, log);
+    equations shifted;
+    const double shift = shiftandfactorise(m, s, q, mass, *l, shifted, log);
     log.stage("modes");
     const bool matters = shift != 0 && !l->splits();
-    const sparsematrix shifted = matters ? combined(q.stiffness, shift, mass) : sparsematrix();
-    const spectrum found = largestvalues(*l, matters ? shifted : q.stiffness, mass, s.modes, log);
+    if (!matters) shifted = {};
+    const spectrum found =
+        largestvalues(*l, matters ? shifted.stiffness : q.stiffness, mass, s.modes, log);
     const pairs p = refine(q, mass, found.vectors, log);
     warnunstable(p, s.force / (s.length * s.mass), log);
     if (p.value.size() < s.modes)

@@ -4,7 +4,16 @@
 // nothing; what every engine can do with these (refinement, search of mechanisms) stands elsewhere.
 #pragma once
 
+#include <Eigen/Core>
+
 #include "solver/assemble.h"
+#include "solver/report.h"
+
+// Values v, largest first, and vectors x of M x = v A x, by columns.
+struct eigenpairs {
+    Eigen::VectorXd value;
+    Eigen::MatrixXd vectors;
+};
 
 class engine {
   public:
@@ -42,4 +51,17 @@ class engine {
 
     // What a user should know of the way that the solutions took; "" where it is the usual one.
     virtual std::string remark() const { return {}; }
+
+    // An engine may bring a search of its own for the largest v of M x = v A x, A being what is
+    // factorised: beside the vectors found, in a basis of so many, to a part of v. It may find
+    // that it does not come to an end, and searches no more.
+    virtual bool searches() const { return false; }
+    struct searchwish {
+        int wanted = 0, basis = 0;
+        double tolerance = 0;
+    };
+    virtual eigenpairs search(const sparsematrix&, const Eigen::MatrixXd&, const searchwish&,
+                              steplog&) {
+        return {};
+    }
 };

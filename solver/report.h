@@ -51,6 +51,22 @@ class runlog {
     bool silent = false;
 };
 
+// Progress of a search whose steps are not known beforehand.
+class steplog {
+  public:
+    steplog(runlog& to, const char* stage) : log(to), name(stage) {}
+    void step() {
+        const int expected = 50;
+        ++steps;
+        log.progress(name, int(100.0 * steps / (steps + expected)));
+    }
+
+  private:
+    runlog& log;
+    const char* name;
+    int steps = 0;
+};
+
 // Largest memory that the process has held so far, MiB.
 double peakmemory();
 

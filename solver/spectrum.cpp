@@ -113,17 +113,12 @@ static spectrum fromflexibility(engine& a, const sparsematrix& mass, const std::
 // --- Lanczos ------------------------------------------------------------------------------------
 
 namespace {
-struct ritzpairs {
-    Eigen::VectorXd value;
-    Eigen::MatrixXd vectors;
-};
-
 // What Lanczos' method is applied to, and what it has found there.
 class search {
   public:
     virtual ~search() = default;
     // Largest values of the operator, whose rank is at least most, less what is found already.
-    virtual ritzpairs lanczos(int wanted, std::int64_t most, double tolerance) = 0;
+    virtual eigenpairs lanczos(int wanted, std::int64_t most, double tolerance) = 0;
     virtual void foundmore() {}            // the found ones have changed
     virtual Eigen::MatrixXd shapes() = 0;  // x of what is found
 
@@ -136,7 +131,7 @@ int basissize(int wanted, std::int64_t most) {
 }
 
 template <typename Solver>
-ritzpairs largestof(Solver& solver, double tolerance, const std::vector<double>& start = {}) {
+eigenpairs largestof(Solver& solver, double tolerance, const std::vector<double>& start = {}) {
     const int rounds = 300;
     if (start.empty())
         solver.init();
@@ -151,7 +146,7 @@ ritzpairs largestof(Solver& solver, double tolerance, const std::vector<double>&
 class reduced : public search {
   public:
     using Scalar = double;
-    reduced(engine& l, const sparsematrix& m, runlog& runs) : a(l), mass(m), log(runs) {}
+    reduced(engine& l, const sparsematrix& m, steplog& runs) : a(l), mass(m), log(runs) {}
     Eigen::Index rows() const { return mass.size(); }
     Eigen::Index cols() const { return mass.size(); }
     void perform_op(const double* x, double* y) const {
@@ -165,11 +160,10 @@ class reduced : public search {
             const Eigen::VectorXd share = found.transpose() * from;
             to.noalias() -= found * value.cwiseProduct(share);
         }
-        ++steps;
-        log.progress("modes", int(100.0 * steps / (steps + expected)));
+        log.step();
     }
 
-    ritzpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
+    eigenpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
         Spectra::SymEigsSolver<reduced> solver(*this, wanted, basissize(wanted, most));
         return largestof(solver, tolerance);
     }
@@ -179,12 +173,10 @@ class reduced : public search {
     }
 
   private:
-    static constexpr int expected = 50;
     engine& a;
     const sparsematrix& mass;
-    runlog& log;
+    steplog& log;
     mutable Eigen::VectorXd work;
-    mutable int steps = 0;
 };
 
 // A matrix by which lengths are measured, and its inverse; vectors are packed.
@@ -239,9 +231,9 @@ namespace {
 // For an engine that shows no triangles: A^-1 M, symmetric where lengths are measured by A.
 class whole : public search {
   public:
-    whole(engine& l, const sparsematrix& of, const sparsematrix& m, runlog& runs)
+    whole(engine& l, const sparsematrix& of, const sparsematrix& m, steplog& runs)
         : packs(of.unknowns, of.size()), a{l, of, packs}, mass{m, packs, *this, runs} {}
-    ritzpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
+    eigenpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
         Spectra::SymGEigsSolver<massof, measure, Spectra::GEigsMode::RegularInverse> solver(
             mass, a, wanted, basissize(wanted, most));
         return largestof(solver, tolerance, start());
@@ -257,6 +249,9 @@ class whole : public search {
             packs.unpack(found.col(c).data(), shape.col(c).data());
         return shape;
     }
+
+  protected:
+    packing packs;
 
   private:
     // The same on how many processes ever.
@@ -274,8 +269,7 @@ class whole : public search {
         const sparsematrix& matrix;
         const packing& packs;
         const whole& owner;
-        runlog& log;
-        mutable int steps = 0;
+        steplog& log;
         Eigen::Index rows() const { return packs.rows(); }
         Eigen::Index cols() const { return packs.rows(); }
         void perform_op(const double* x, double* y) const {
@@ -286,15 +280,34 @@ class whole : public search {
                 const Eigen::VectorXd share = packs.product(owner.images, from);
                 to.noalias() -= owner.images * owner.value.cwiseProduct(share);
             }
-            const int expected = 50;
-            ++steps;
-            log.progress("modes", int(100.0 * steps / (steps + expected)));
+            log.step();
         }
     };
-    packing packs;
     measure a;
     massof mass;
     Eigen::MatrixXd images;  // of what is found, by A
+};
+
+// By the engine itself, as long as it does.
+class foreign : public whole {
+  public:
+    foreign(engine& l, const sparsematrix& of, const sparsematrix& m, steplog& runs)
+        : whole(l, of, m, runs), one(l), masses(m), log(runs) {}
+    eigenpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
+        eigenpairs r;
+        if (one.searches())
+            r = one.search(masses, shapes(), {wanted, basissize(wanted, most), tolerance}, log);
+        if (!one.searches()) return whole::lanczos(wanted, most, tolerance);
+        Eigen::MatrixXd packed(packs.rows(), r.vectors.cols());
+        for (Eigen::Index c = 0; c < packed.cols(); ++c)
+            packs.pack(r.vectors.col(c).data(), packed.col(c).data());
+        return {r.value, packed};
+    }
+
+  private:
+    engine& one;
+    const sparsematrix& masses;
+    steplog& log;
 };
 }  // namespace
 
@@ -306,9 +319,9 @@ static void lookagain(search& op, int wanted, std::int64_t most, runlog& log) {
     for (int look = 0; look < looks && op.value.size() > 0; ++look) {
         const double smallest = op.value.minCoeff() * (1 + equal);
         const bool full = op.value.size() >= wanted;
-        const ritzpairs first = op.lanczos(1, most, full ? rough : fine);
+        const eigenpairs first = op.lanczos(1, most, full ? rough : fine);
         if (first.value.size() == 0 || (full && !(first.value[0] > smallest))) return;
-        const ritzpairs more = op.lanczos(furthervectors, most, fine);
+        const eigenpairs more = op.lanczos(furthervectors, most, fine);
         if (more.value.size() == 0) return;
         log.line("A further look found " + std::to_string(more.value.size()) + " mode(s)");
         const Eigen::Index before = op.value.size(), count = more.value.size();
@@ -345,13 +358,16 @@ spectrum largestvalues(engine& a, const sparsematrix& matrix, const sparsematrix
     wanted = int(std::min<std::int64_t>(wanted, most / 3));
     const double fine = 1e-10;
     std::unique_ptr<search> chosen;
-    if (a.splits())
-        chosen = std::make_unique<reduced>(a, mass, log);
+    steplog steps(log, "modes");
+    if (a.searches())
+        chosen = std::make_unique<foreign>(a, matrix, mass, steps);
+    else if (a.splits())
+        chosen = std::make_unique<reduced>(a, mass, steps);
     else
-        chosen = std::make_unique<whole>(a, matrix, mass, log);
+        chosen = std::make_unique<whole>(a, matrix, mass, steps);
     search& op = *chosen;
     try {
-        const ritzpairs first = op.lanczos(wanted, most, fine);
+        const eigenpairs first = op.lanczos(wanted, most, fine);
         op.value = first.value;
         op.found = first.vectors;
         op.foundmore();

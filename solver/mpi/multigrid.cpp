@@ -4,12 +4,14 @@
 #include "solver/mpi/multigrid.h"
 
 #include <petscksp.h>
+#include <slepceps.h>
 
 #include <Eigen/Geometry>
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <functional>
 
 #include "solver/memory.h"
 #include "solver/mpi/mumps.h"
@@ -31,7 +33,6 @@ struct multigrid::inside {
     PetscInt rows = 0;            // of all
     double unknowns = 0;          // of all
     double entries = 0, tolerance = 1e-13;
-    std::vector<PetscScalar> values;
     Mat matrix = nullptr;
     KSP solver = nullptr;
     Vec x = nullptr, b = nullptr, part = nullptr;  // part: by unknown of this process
@@ -56,7 +57,12 @@ struct multigrid::inside {
     }
     void placeowner(const model& m, const dofmap& d, int owner, int place, const vec3& origin);
     void hangmotions();
-    bool solveone(double* values, double wanted);
+    Mat makematrix(const sparsematrix& a);
+    void fill(Mat to, const sparsematrix& a, double onheld) const;
+    void put(const double* values, Vec to);
+    void take(Vec from, double* values);
+    bool converges(Vec right, Vec to, double wanted);
+    bool solved(Vec right, Vec to);
     void takefactor();
 };
 
@@ -156,38 +162,56 @@ multigrid::multigrid() : in(new inside) {
     PetscBool begun = PETSC_FALSE;
     PetscInitialized(&begun);
     if (begun == PETSC_TRUE) return;
-    check(PetscInitializeNoArguments());
+    check(SlepcInitializeNoArguments());
     check(PetscPopSignalHandler());  // the program has its own
     check(PetscPushErrorHandler(PetscReturnErrorHandler, nullptr));
 }
 
 multigrid::~multigrid() = default;
 
-// Both triangles of what is handed in, and ones for what is held.
-void multigrid::analyse(const sparsematrix& a) {
-    inside& s = *in;
-    s.release();
-    if (s.small) return s.small->analyse(a);
-    std::vector<PetscInt> rows, columns;
-    const std::size_t count = 2 * a.row.size() - std::size_t(a.size()) + s.held.size();
-    rows.reserve(count);
+// Both triangles of what is handed in, and the diagonal of what is held.
+Mat multigrid::inside::makematrix(const sparsematrix& a) {
+    std::vector<PetscInt> rowlist, columns;
+    const std::size_t count = 2 * a.row.size() - std::size_t(a.size()) + held.size();
+    rowlist.reserve(count);
     columns.reserve(count);
     for (std::int64_t j = 0; j < a.size(); ++j)
         for (auto i = std::size_t(a.start[std::size_t(j)]);
              i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
-            const PetscInt r = s.row[std::size_t(a.row[i])], c = s.row[std::size_t(j)];
-            rows.push_back(r), columns.push_back(c);
-            if (r != c) rows.push_back(c), columns.push_back(r);
+            const PetscInt r = row[std::size_t(a.row[i])], c = row[std::size_t(j)];
+            rowlist.push_back(r), columns.push_back(c);
+            if (r != c) rowlist.push_back(c), columns.push_back(r);
         }
-    for (const PetscInt r : s.held) rows.push_back(r), columns.push_back(r);
-    s.entries = double(rows.size());
-    const PetscInt owners = s.rows / s.block, size = allranks().count(), me = allranks().me();
-    const PetscInt mine = (owners * (me + 1) / size - owners * me / size) * s.block;
-    check(MatCreate(PETSC_COMM_WORLD, &s.matrix));
-    check(MatSetSizes(s.matrix, mine, mine, s.rows, s.rows));
-    check(MatSetType(s.matrix, MATAIJ));
-    check(MatSetBlockSize(s.matrix, s.block));
-    check(MatSetPreallocationCOO(s.matrix, PetscCount(rows.size()), rows.data(), columns.data()));
+    for (const PetscInt r : held) rowlist.push_back(r), columns.push_back(r);
+    entries = double(rowlist.size());
+    const PetscInt owners = rows / block, size = allranks().count(), me = allranks().me();
+    const PetscInt mine = (owners * (me + 1) / size - owners * me / size) * block;
+    Mat made = nullptr;
+    check(MatCreate(PETSC_COMM_WORLD, &made));
+    check(MatSetSizes(made, mine, mine, rows, rows));
+    check(MatSetType(made, MATAIJ));
+    check(MatSetBlockSize(made, block));
+    check(MatSetPreallocationCOO(made, PetscCount(rowlist.size()), rowlist.data(), columns.data()));
+    return made;
+}
+
+void multigrid::inside::fill(Mat to, const sparsematrix& a, double onheld) const {
+    std::vector<PetscScalar> values;
+    for (std::int64_t j = 0; j < a.size(); ++j)
+        for (auto i = std::size_t(a.start[std::size_t(j)]);
+             i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
+            values.push_back(a.value[i]);
+            if (a.row[i] != j) values.push_back(a.value[i]);
+        }
+    values.insert(values.end(), held.size(), onheld);
+    check(MatSetValuesCOO(to, values.data(), INSERT_VALUES));
+}
+
+void multigrid::analyse(const sparsematrix& a) {
+    inside& s = *in;
+    s.release();
+    if (s.small) return s.small->analyse(a);
+    s.matrix = s.makematrix(a);
     check(MatSetOption(s.matrix, MAT_SPD, PETSC_TRUE));
     check(MatCreateVecs(s.matrix, &s.x, &s.b));
     s.shared = a.unknowns;
@@ -227,16 +251,7 @@ bool multigrid::factorise(const sparsematrix& a) {
     const std::vector<double> ones(diagonal.size(), 1);
     const double sum = dotproduct(*a.unknowns, diagonal.data(), ones.data(), ones.size());
     const double typical = sum / s.unknowns;
-    s.values.clear();
-    for (std::int64_t j = 0; j < a.size(); ++j)
-        for (auto i = std::size_t(a.start[std::size_t(j)]);
-             i < std::size_t(a.start[std::size_t(j) + 1]); ++i) {
-            s.values.push_back(a.value[i]);
-            if (a.row[i] != j) s.values.push_back(a.value[i]);
-        }
-    s.values.insert(s.values.end(), s.held.size(), typical);
-    check(MatSetValuesCOO(s.matrix, s.values.data(), INSERT_VALUES));
-    s.values = {};
+    s.fill(s.matrix, a, typical);
     PC preconditioner = nullptr;
     check(KSPDestroy(&s.solver));
     check(KSPCreate(PETSC_COMM_WORLD, &s.solver));
@@ -250,29 +265,39 @@ bool multigrid::factorise(const sparsematrix& a) {
     return true;
 }
 
+// By unknown of this process, by row.
+void multigrid::inside::put(const double* values, Vec to) {
+    PetscScalar* array = nullptr;
+    check(VecSet(to, 0));
+    check(VecGetArrayWrite(part, &array));
+    std::copy_n(values, row.size(), array);
+    check(VecRestoreArrayWrite(part, &array));
+    check(VecScatterBegin(all, part, to, INSERT_VALUES, SCATTER_REVERSE));
+    check(VecScatterEnd(all, part, to, INSERT_VALUES, SCATTER_REVERSE));
+}
+
+void multigrid::inside::take(Vec from, double* values) {
+    check(VecScatterBegin(all, from, part, INSERT_VALUES, SCATTER_FORWARD));
+    check(VecScatterEnd(all, from, part, INSERT_VALUES, SCATTER_FORWARD));
+    const PetscScalar* array = nullptr;
+    check(VecGetArrayRead(part, &array));
+    std::copy_n(array, row.size(), values);
+    check(VecRestoreArrayRead(part, &array));
+}
+
 // False where it stagnates before the residual is the wanted part of the right side.
-bool multigrid::inside::solveone(double* values, double wanted) {
+bool multigrid::inside::converges(Vec right, Vec to, double wanted) {
     const int most = 3000;  // steps
-    PetscInt steps = 0;
-    PetscScalar* to = nullptr;
-    check(VecSet(b, 0));
-    check(VecGetArrayWrite(part, &to));
-    std::copy_n(values, row.size(), to);
-    check(VecRestoreArrayWrite(part, &to));
-    check(VecScatterBegin(all, part, b, INSERT_VALUES, SCATTER_REVERSE));
-    check(VecScatterEnd(all, part, b, INSERT_VALUES, SCATTER_REVERSE));
     check(KSPSetTolerances(solver, wanted, 0, PETSC_DEFAULT, most));
-    check(KSPSolve(solver, b, x));
-    check(KSPGetIterationNumber(solver, &steps));
+    check(KSPSolve(solver, right, to));
     KSPConvergedReason reason = KSP_CONVERGED_ITERATING;
     check(KSPGetConvergedReason(solver, &reason));
-    check(VecScatterBegin(all, x, part, INSERT_VALUES, SCATTER_FORWARD));
-    check(VecScatterEnd(all, x, part, INSERT_VALUES, SCATTER_FORWARD));
-    const PetscScalar* from = nullptr;
-    check(VecGetArrayRead(part, &from));
-    std::copy_n(from, row.size(), values);
-    check(VecRestoreArrayRead(part, &from));
     return reason > 0;
+}
+
+bool multigrid::inside::solved(Vec right, Vec to) {
+    const double enough = 1e-10;
+    return converges(right, to, tolerance) || converges(right, to, std::max(enough, tolerance));
 }
 
 double multigrid::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
@@ -311,18 +336,96 @@ std::string multigrid::remark() const {
 
 void multigrid::solve(double* x, int columns, triangles) {
     if (in->small) return in->small->solve(x, columns);
-    const auto n = std::int64_t(in->row.size());
+    inside& s = *in;
+    const auto n = std::int64_t(s.row.size());
     const double enough = 1e-10;
-    const bool rough = in->tolerance > enough;
     for (int c = 0; c < columns; ++c) {
-        const std::vector<double> f(x + c * n, x + (c + 1) * n);
-        if (dotproduct(*in->shared, f.data(), f.data(), f.size()) == 0) continue;
-        if (in->solveone(x + c * n, in->tolerance)) continue;
-        std::copy(f.begin(), f.end(), x + c * n);
-        if (in->solveone(x + c * n, std::max(enough, in->tolerance))) continue;
-        if (rough) refuse(stagnates);
-        std::copy(f.begin(), f.end(), x + c * n);
-        in->takefactor();
-        return in->small->solve(x + c * n, columns - c);
+        double* const f = x + c * n;
+        if (dotproduct(*s.shared, f, f, std::size_t(n)) == 0) continue;
+        s.put(f, s.b);
+        if (!s.solved(s.b, s.x)) {
+            if (s.tolerance > enough) refuse(stagnates);
+            s.takefactor();
+            return s.small->solve(f, columns - c);
+        }
+        s.take(s.x, f);
     }
+}
+
+// --- modes --------------------------------------------------------------------------------------
+
+namespace {
+// What SLEPc asks for while it searches. A fault must pass through its frames as a number.
+struct inverse {
+    std::function<bool(Vec right, Vec to)> solve;
+    steplog& log;
+    std::string fault;
+    bool stagnates = false;
+
+    static PetscErrorCode apply(PC shell, Vec right, Vec to) {
+        void* context = nullptr;
+        if (const PetscErrorCode code = PCShellGetContext(shell, &context)) return code;
+        auto& one = *static_cast<inverse*>(context);
+        one.log.step();
+        guarded([&] { one.stagnates = !one.solve(right, to); },
+                [&](const runtimeerror& e) { one.fault = e.what; });
+        return one.stagnates || !one.fault.empty() ? PETSC_ERR_NOT_CONVERGED : PetscErrorCode(0);
+    }
+};
+}  // namespace
+
+bool multigrid::searches() const {
+    return !in->small;
+}
+
+// A^-1 M by the method of Krylov and Schur, where lengths are measured by A.
+eigenpairs multigrid::search(const sparsematrix& mass, const Eigen::MatrixXd& found,
+                             const searchwish& wish, steplog& log) {
+    inside& s = *in;
+    Mat m = s.makematrix(mass);
+    s.fill(m, mass, 0);
+    std::vector<Vec> beside(std::size_t(found.cols()));
+    for (std::size_t i = 0; i < beside.size(); ++i) {
+        check(VecDuplicate(s.x, &beside[i]));
+        s.put(found.col(Eigen::Index(i)).data(), beside[i]);
+    }
+    inverse shell{[&s](Vec right, Vec to) { return s.solved(right, to); }, log, {}};
+    const int rounds = 300;
+    EPS solver = nullptr;
+    ST transformation = nullptr;
+    KSP direct = nullptr;
+    PC inner = nullptr;
+    check(EPSCreate(PETSC_COMM_WORLD, &solver));
+    check(EPSSetOperators(solver, m, s.matrix));
+    check(EPSSetProblemType(solver, EPS_GHEP));
+    check(EPSSetWhichEigenpairs(solver, EPS_LARGEST_REAL));
+    check(EPSSetDimensions(solver, wish.wanted, wish.basis, PETSC_DEFAULT));
+    check(EPSSetTolerances(solver, wish.tolerance, rounds));
+    check(EPSSetDeflationSpace(solver, PetscInt(beside.size()), beside.data()));
+    check(EPSGetST(solver, &transformation));
+    check(STGetKSP(transformation, &direct));
+    check(KSPSetType(direct, KSPPREONLY));
+    check(KSPGetPC(direct, &inner));
+    check(PCSetType(inner, PCSHELL));
+    check(PCShellSetContext(inner, &shell));
+    check(PCShellSetApply(inner, inverse::apply));
+    const PetscErrorCode ended = EPSSolve(solver);
+    if (!shell.fault.empty()) refuse(shell.fault);
+    if (shell.stagnates) {
+        s.takefactor();
+        return {};
+    }
+    check(ended);
+    PetscInt count = 0;
+    check(EPSGetConverged(solver, &count));
+    count = std::min<PetscInt>(count, wish.wanted);
+    eigenpairs r{Eigen::VectorXd(count), Eigen::MatrixXd(Eigen::Index(s.row.size()), count)};
+    for (PetscInt i = 0; i < count; ++i) {
+        check(EPSGetEigenpair(solver, i, &r.value[i], nullptr, s.x, nullptr));
+        s.take(s.x, r.vectors.col(i).data());
+    }
+    check(EPSDestroy(&solver));
+    for (Vec& v : beside) check(VecDestroy(&v));
+    check(MatDestroy(&m));
+    return r;
 }

@@ -29,6 +29,11 @@ class multigrid : public engine {
     void solve(double* x, int columns, triangles which) override;
     std::int64_t countnegative(const sparsematrix&, double) override { return -1; }  // cannot
     std::string remark() const override;
+    // By SLEPc: Hernandez, Roman and Vidal, SLEPc: a scalable and flexible toolkit for the solution
+    // of eigenvalue problems, ACM Trans. Math. Softw. 31, 2005. Small models leave it to others.
+    bool searches() const override;
+    eigenpairs search(const sparsematrix& mass, const Eigen::MatrixXd& found,
+                      const searchwish& wish, steplog& log) override;
 
   private:
     struct inside;

@@ -54,3 +54,30 @@ TEST(Faults, TheMultigridNamesMechanismsAsTheFactorDoes) {
     }
     EXPECT_LT(change, 1e-8 * largest);
 }
+
+// A square plate held around has every other frequency twice; one that floats has six motions
+// without stiffness, which a shift of the masses holds.
+TEST(Faults, TheMultigridFindsTheModesOfTheFactor) {
+    static mpiranks all;
+    for (const bool held : {true, false}) {
+        SCOPED_TRACE(held);
+        build b;
+        const int g = b.plate(2.1e5, 0.3, 50, 7.85e-6);
+        const build::grid at = b.mesh(
+            typeshell4, g, 24, 24, [](double r, double s) { return vec3(1000 * r, 1000 * s, 0); });
+        for (const std::vector<int>& edge : {at.left(), at.right(), at.bottom(), at.top()})
+            if (held) b.fix(edge, clamped);
+        b.s.modes = 9;
+        const wanted modes = {false, false, false, false, true, true};
+        const results own = b.solve(0, modes);
+        setranks(all);
+        useengine("multigrid", {});
+        const results other = b.solve(0, modes);
+        workalone();
+        useengine("cholmod", {});
+        ASSERT_EQ(other.modes.count(), own.modes.count());
+        const double largest = own.modes.value.back();
+        for (std::size_t i = 0; i < own.modes.value.size(); ++i)
+            EXPECT_NEAR(other.modes.value[i], own.modes.value[i], 1e-8 * largest) << i;
+    }
+}

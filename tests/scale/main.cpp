@@ -138,7 +138,7 @@ static void compare(trial& t, ranks& all) {
 // A square clamped at its left edge, loaded along the right one across its plane and in it.
 static void writeplate(int type, int n, const char* base, int cases) {
     build b;
-    const int g = b.plate(2.1e5, 0.3, 5);
+    const int g = b.plate(2.1e5, 0.3, 5, 7.85e-6);
     const build::grid at =
         b.mesh(type, g, n, n, [](double r, double s) { return vec3(1000 * r, 1000 * s, 0); });
     b.fix(at.left(), clamped);

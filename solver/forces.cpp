@@ -7,6 +7,8 @@
 #include <Eigen/Geometry>
 #include <Eigen/LU>
 
+#include <limits>
+
 #include "solver/kinds.h"
 #include "solver/parallel.h"
 #include "solver/ranks.h"
@@ -70,28 +72,43 @@ class rigidfit {
 };
 }  // namespace
 
+// Displacements of the element's nodes, less a rigid motion where that costs its kind nothing.
+static void deformation(const dofmap& d, const element& e, const elementdofs& dofs,
+                        const displacements& u, elcases& ue) {
+    const elementkind& kind = kindof(e.type);
+    gather(d, dofs, u, ue);
+    if (kind.fam != family::line && kind.fam != family::plate) return;
+    const rigidfit fit(e, kind.nodedofs);
+    double rest[mostdofs];
+    for (int c = 0; c < u.cases; ++c) {
+        for (int a = 0; a < dofs.count && !u.rest.empty(); ++a)
+            rest[a] = dofs.index[a] < 0
+                          ? 0
+                          : u.rest[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])];
+        fit.removemotion(u.rest.empty() ? nullptr : rest, ue.col(c).data());
+    }
+}
+
 void elementforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                    int number, elcases& f) {
     const element e = elementat(m, s, number);
-    const elementkind& kind = kindof(e.type);
-    const elementdofs dofs = dofsof(d, m.elements[std::size_t(number)]);
     elmatrix k;
-    kind.stiffness(e, k);
+    kindof(e.type).stiffness(e, k);
     elcases ue;
-    gather(d, dofs, u, ue);
-    if (kind.fam == family::line || kind.fam == family::plate) {
-        const rigidfit fit(e, kind.nodedofs);
-        double rest[mostdofs];
-        for (int c = 0; c < u.cases; ++c) {
-            for (int a = 0; a < dofs.count && !u.rest.empty(); ++a)
-                rest[a] =
-                    dofs.index[a] < 0
-                        ? 0
-                        : u.rest[std::size_t(c) * d.equation.size() + std::size_t(dofs.index[a])];
-            fit.removemotion(u.rest.empty() ? nullptr : rest, ue.col(c).data());
-        }
-    }
+    deformation(d, e, dofsof(d, m.elements[std::size_t(number)]), u, ue);
     f.noalias() = k * ue;
+}
+
+strainenergy elementenergy(const model& m, const settings& s, const dofmap& d,
+                           const displacements& u, int number) {
+    const element e = elementat(m, s, number);
+    elmatrix k;
+    kindof(e.type).stiffness(e, k);
+    elcases ue;
+    deformation(d, e, dofsof(d, m.elements[std::size_t(number)]), u, ue);
+    const elcases size = ue.col(0).cwiseAbs();
+    const double rounding = 8 * std::numeric_limits<double>::epsilon();
+    return {ue.col(0).dot(k * ue.col(0)), rounding * size.col(0).dot(k.cwiseAbs() * size.col(0))};
 }
 
 void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,

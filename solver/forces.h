@@ -23,6 +23,13 @@ void gather(const dofmap& d, const elementdofs& dofs, const displacements& u, el
 void elementforces(const model& m, const settings& s, const dofmap& d, const displacements& u,
                    int number, elcases& f);
 
+// Twice the energy of the first case in one element, and by how much rounding may miss it.
+struct strainenergy {
+    double energy = 0, rounding = 0;
+};
+strainenergy elementenergy(const model& m, const settings& s, const dofmap& d,
+                           const displacements& u, int number);
+
 // The elements' nodal forces, stiffness times displacements: added to force (like u), which is 0.
 // elements: those of this process; the forces are those of all.
 void addforces(const model& m, const settings& s, const dofmap& d, const displacements& u,

@@ -147,33 +147,32 @@ static double factorisewithtrace(const sparsematrix& stiffness, sparsematrix& a,
 
 // Energy of a motion, element by element with the rigid part of it taken out: a slender structure's
 // softest motion costs less than the rounding of its matrix, a mechanism's nothing at all.
-static double energyof(const model& m, const settings& s, const dofmap& d,
-                       const std::vector<double>& u) {
+static strainenergy energyof(const model& m, const settings& s, const dofmap& d,
+                             const std::vector<double>& u) {
     displacements motion;
     motion.u = u;
     motion.cases = 1;
-    double energy = 0;
-    elcases f, ue;
+    double sums[2] = {};
     for (const int e : stiffelements(m)) {
-        elementforces(m, s, d, motion, e, f);
-        gather(d, dofsof(d, m.elements[std::size_t(e)]), motion, ue);
-        energy += ue.col(0).dot(f.col(0));
+        const strainenergy one = elementenergy(m, s, d, motion, e);
+        sums[0] += one.energy;
+        sums[1] += one.rounding;
     }
-    allranks().sum(&energy, 1);
-    return energy;
+    allranks().sum(sums, 2);
+    return {sums[0], sums[1]};
 }
 
 // The motion that costs next to nothing, by inverse iteration. energy: out, of the motion against
 // the diagonal's; noise: out, what the search itself leaves of it, 0 where none was possible.
 static std::vector<double> softestmotion(const model& m, const settings& s, const equations& q,
-                                         double& energy, double& noise) {
+                                         strainenergy& energy, double& noise) {
     const std::int64_t n = q.stiffness.size();
     const sharing& unknowns = *q.stiffness.unknowns;
     const std::vector<double> diagonal = diagonalof(q.stiffness);
     sparsematrix a;
     const std::unique_ptr<engine> l = makefactor();
     l->describe(m, q.dofs);
-    energy = -1;
+    energy = {-1, 0};
     noise = 0;
     const double trace = factorisewithtrace(q.stiffness, a, *l), least = 1e-10;
     if (trace == 0) return {};
@@ -198,7 +197,9 @@ static std::vector<double> softestmotion(const model& m, const settings& s, cons
     std::vector<double> weighed = v;
     for (std::size_t j = 0; j < v.size(); ++j) weighed[j] *= diagonal[j];
     const double all = dotproduct(unknowns, v.data(), weighed.data(), v.size());
-    energy = energyof(m, s, q.dofs, nodalmotion(q.dofs, v)) / all;
+    energy = energyof(m, s, q.dofs, nodalmotion(q.dofs, v));
+    energy.energy /= all;
+    energy.rounding /= all;
     return v;
 }
 
@@ -349,20 +350,22 @@ void factorise(const model& m, const settings& s, const equations& q, engine& l,
     const double pivot = definite ? l.smallestpivot(q.stiffness, unknown) : 0;
     const double suspicious = 1e-9, nothing = 1e-22;  // of the diagonal
     if (definite && pivot > suspicious) return;
-    double energy = 0, noise = 0;
-    const std::vector<double> v = softestmotion(m, s, q, energy, noise);
+    strainenergy found;
+    double noise = 0;
+    const std::vector<double> v = softestmotion(m, s, q, found, noise);
+    const double energy = found.energy, none = std::max(nothing, found.rounding);
     log.line("Smallest pivot " + shortnumber(pivot) + " of its diagonal; energy of the softest " +
              "motion " + shortnumber(energy));
-    if (definite && energy > nothing) return;
+    if (definite && energy > none) return;
     if (noise == 0)
         refuse(
             "The stiffness has directions of negative stiffness; check the spring matrices of "
             "the element groups");
-    if (energy < -nothing)
+    if (energy < -none)
         refuse("The stiffness has a direction of negative stiffness near node " +
                std::to_string(ownernode(m, q.dofs, unknown)) +
                "; check the spring matrices of the element groups");
-    if (energy > noise)
+    if (energy > std::max(noise, none))
         refuse("The equations cannot be solved to a useful accuracy. " + whyillconditioned(m, s));
     refusemotion(m, q.dofs, v);
 }

@@ -44,6 +44,24 @@ TEST(Refusal, MechanismsAreNamedByNodeAndDirection) {
              b.load(1, 2, 5, 1);
          },
          {"can move freely in RX"}},
+        {"membrane that leaves its plane a little, whose corners nothing holds across it",
+         false,
+         [](build& b) {
+             b.single(typememb4, b.plate(2e11, 0.3, 0.01),
+                      {{0, 0, 0}, {1, 0, 0}, {1, 1, 0.01}, {0, 1, 0}});
+             b.fix({1, 2}, {1, 2, 3});
+             b.load(1, 3, 1, 5);
+         },
+         {"Node 3 can move freely in DZ", "mechanism"}},
+        {"warped shear panel without its frame",
+         false,
+         [](build& b) {
+             b.single(typeshear4, b.plate(2e11, 0.3, 0.01),
+                      {{0, 0, 0}, {1, 0, 0}, {1, 1, 0.3}, {0, 1, 0}});
+             b.fix({1, 2}, {1, 2, 3});
+             b.load(1, 3, 1, 5);
+         },
+         {"Node 4 can move freely", "mechanism"}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

@@ -117,11 +117,13 @@ static int run(const arguments& a) {
     std::string fault;
     bool cleared = false;  // what stands under the names of the results is this run's
     const auto failed = [&](const runtimeerror& e) { fault = e.what; };
+    std::string wrongjob;  // told together, once all processes are known to speak alike
+    guarded([&] { j = jobof(a); }, [&](const runtimeerror& e) { wrongjob = e.what; });
     guarded(
         [&] {
             processes.checkversions(KALVANE_VERSION);
             together([&] {
-                j = jobof(a);
+                if (!wrongjob.empty()) refuse(wrongjob);
                 if (std::filesystem::exists(j.base + ".commit~"))
                     refuse("The last save of " + j.base +
                            " was cut short; open the model in Kalvane, which finishes it");

@@ -11,6 +11,8 @@
 
 #include "core/checksum.h"
 #include "core/textfile.h"
+#include "solver/program.h"
+#include "solver/ranks.h"
 #include "solver/readmodel.h"
 #include "solver/sumfile.h"
 #include "tests/solver/verify.h"
@@ -55,6 +57,20 @@ struct room : tempfolder {
 }  // namespace
 
 static const char* const results3d = "0,1,3,1,1,1,1,1";
+
+TEST(Program, ProcessesOfTwoVersionsLeaveNoControlFile) {
+    struct two : ranks {
+        void checkversions(const std::string&) override { refuse("two versions"); }
+    } static others;
+    room in(twobars());
+    writetext(in.path + "/EEM.CTR", "\"" + in.base + "\"\r\n0,1,3,1,1,1,1,1\r\n");
+    const auto started = [&] {
+        setranks(others);
+        std::exit(runprogram({"--appdir", in.path}));
+    };
+    EXPECT_EXIT(started(), testing::ExitedWithCode(1), "two versions");
+    EXPECT_FALSE(in.has("EEM.CTR"));
+}
 
 TEST(Program, WritesEveryFileInItsGrammarAndRemovesTheControlFile) {
     room in(twobars());

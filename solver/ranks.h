@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "solver/model.h"
@@ -41,9 +42,8 @@ class ranks {
     std::vector<double> greatest(const std::vector<double>& mine);
 
     // Has the first take what each has made, in their order, one at a time.
-    virtual void handin(const std::string& mine,
-                        const std::function<void(const std::string&)>& take) {
-        take(mine);
+    virtual void handin(std::string mine, const std::function<void(std::string)>& take) {
+        take(std::move(mine));
     }
     // Gives each what the first makes for it, in their order.
     virtual std::string handout(const std::function<std::string()>& make) { return make(); }

@@ -2,6 +2,7 @@
 #include "solver/sharedrows.h"
 
 #include <cstring>
+#include <utility>
 
 void rowparcel::add(int number, std::size_t file, std::string_view text) {
     if (file == 0) numbers.push_back(number);
@@ -60,8 +61,8 @@ struct opened {
 
 void mergerows(const std::vector<textout*>& out, const rowparcel& mine) {
     std::vector<std::unique_ptr<opened>> parcels;
-    allranks().handin(mine.packed(), [&](const std::string& packed) {
-        parcels.push_back(std::make_unique<opened>(packed, out.size()));
+    allranks().handin(mine.packed(), [&](std::string packed) {
+        parcels.push_back(std::make_unique<opened>(std::move(packed), out.size()));
     });
     for (;;) {
         opened* lowest = nullptr;

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 #include "core/textfile.h"
 
@@ -80,14 +81,16 @@ static void send(const void* data, std::size_t size, int to) {
     }
 }
 
-template <typename Number>
-static void receive(int from, std::vector<Number>& to) {
-    std::size_t size = to.size() * sizeof(Number);
+// Behind what the list holds.
+template <typename List>
+static void receive(int from, List& to) {
+    const std::size_t one = sizeof(typename List::value_type);
+    std::size_t size = to.size() * one;
     for (int count = piece; count == piece; size += std::size_t(count)) {
         MPI_Status status;
         MPI_Probe(from, tag, MPI_COMM_WORLD, &status);
         MPI_Get_count(&status, MPI_CHAR, &count);
-        to.resize((size + std::size_t(count)) / sizeof(Number));
+        to.resize((size + std::size_t(count)) / one);
         MPI_Recv(reinterpret_cast<char*>(to.data()) + size, count, MPI_CHAR, from, tag,
                  MPI_COMM_WORLD, MPI_STATUS_IGNORE);
     }
@@ -110,22 +113,21 @@ std::vector<double> mpiranks::collect(const std::vector<double>& mine) {
     return result;
 }
 
-void mpiranks::handin(const std::string& mine,
-                      const std::function<void(const std::string&)>& take) {
+void mpiranks::handin(std::string mine, const std::function<void(std::string)>& take) {
     if (number > 0) return send(mine.data(), mine.size(), 0);
-    take(mine);
+    take(std::move(mine));
     for (int from = 1; from < all; ++from) {
-        std::vector<char> theirs;
+        std::string theirs;
         receive(from, theirs);
-        take({theirs.begin(), theirs.end()});
+        take(std::move(theirs));
     }
 }
 
 std::string mpiranks::handout(const std::function<std::string()>& make) {
     if (number > 0) {
-        std::vector<char> mine;
+        std::string mine;
         receive(0, mine);
-        return {mine.begin(), mine.end()};
+        return mine;
     }
     std::string mine = make();
     for (int to = 1; to < all; ++to) {

@@ -21,8 +21,7 @@ class mpiranks : public ranks {
     void takefirst(double* values, std::int64_t count) override;
     std::vector<double> gather(const std::vector<double>& mine) override;
     std::vector<double> collect(const std::vector<double>& mine) override;
-    void handin(const std::string& mine,
-                const std::function<void(const std::string&)>& take) override;
+    void handin(std::string mine, const std::function<void(std::string)>& take) override;
     std::string handout(const std::function<std::string()>& make) override;
     std::unique_ptr<route> findroute(const std::vector<int>& given,
                                      const std::vector<int>& taken) override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The equations of the static cases: matrix, factor, displacements, and the search for mechanisms.
+// The equations of the static cases: matrix, factor, displacements.
 #pragma once
 
 #include <string>

@@ -19,8 +19,8 @@
 #include "bench/plainread.h"
 #include "bench/ratio.h"
 #include "core/textfile.h"
-#include "solver/blas.h"
-#include "solver/tune.h"
+#include "solver/base/blas.h"
+#include "solver/base/tune.h"
 
 namespace fs = std::filesystem;
 

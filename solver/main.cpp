@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
+#include "solver/base/tune.h"
 #include "solver/program.h"
-#include "solver/tune.h"
 
 int main(int count, char** words) {
     tunelibraries(words);

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "core/textfile.h"
-#include "solver/control.h"
-#include "solver/oldresults.h"
-#include "solver/ranks.h"
-#include "solver/refuse.h"
+#include "solver/base/control.h"
+#include "solver/base/refuse.h"
+#include "solver/processes/ranks.h"
+#include "solver/results/oldresults.h"
 #include "solver/run.h"
 
 #ifndef KALVANE_VERSION

@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "core/numtext.h"
-#include "solver/kinds.h"
-#include "solver/refuse.h"
+#include "solver/base/refuse.h"
+#include "solver/elements/kinds.h"
 
 static const double pi = 3.14159265358979;  // of the files
 static const double mostvalue = 1e30;       // larger numbers overflow in products of four of them

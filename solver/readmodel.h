@@ -5,8 +5,8 @@
 #include <string>
 
 #include "core/textfile.h"
-#include "solver/model.h"
-#include "solver/report.h"
+#include "solver/base/model.h"
+#include "solver/base/report.h"
 
 // Reads the whole set. Without .tek or .mlt there is no model; every other file may be missing and
 // leaves its part empty. Throws a refusal that names file and line.

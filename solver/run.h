@@ -5,9 +5,9 @@
 // One analysis: from its files to its results, or from a model in memory to results in memory.
 #pragma once
 
-#include "solver/control.h"
-#include "solver/report.h"
-#include "solver/results.h"
+#include "solver/base/control.h"
+#include "solver/base/report.h"
+#include "solver/results/results.h"
 
 // What is worked out.
 struct wanted {

@@ -6,14 +6,14 @@
 
 #include <cstdio>
 
-#include "solver/engines.h"
+#include "solver/base/tune.h"
+#include "solver/equations/engines.h"
+#include "solver/equations/order.h"
 #include "solver/mpi/mpiranks.h"
 #include "solver/mpi/multigrid.h"
 #include "solver/mpi/mumps.h"
 #include "solver/mpi/scotch.h"
-#include "solver/order.h"
 #include "solver/program.h"
-#include "solver/tune.h"
 
 int main(int count, char** words) {
     tunelibraries(words);

@@ -4,7 +4,7 @@
 
 #include <mpi.h>
 
-#include "solver/ranks.h"
+#include "solver/processes/ranks.h"
 
 // MPI_Init, for a machine that has other work too.
 void beginprocesses(int& count, char**& words);

@@ -13,10 +13,10 @@
 #include <exception>
 #include <functional>
 
-#include "solver/memory.h"
+#include "solver/base/memory.h"
+#include "solver/equations/softness.h"
 #include "solver/mpi/mumps.h"
-#include "solver/ranks.h"
-#include "solver/softness.h"
+#include "solver/processes/ranks.h"
 
 static void check(PetscErrorCode code) {
     if (code != 0)

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-#include "solver/engine.h"
+#include "solver/equations/engine.h"
 
 class multigrid : public engine {
   public:

@@ -15,13 +15,13 @@
 #include <numeric>
 #include <thread>
 
-#include "solver/control.h"
-#include "solver/enginetexts.h"
-#include "solver/memory.h"
-#include "solver/order.h"
-#include "solver/ownpart.h"
-#include "solver/ranks.h"
-#include "solver/softness.h"
+#include "solver/base/control.h"
+#include "solver/base/enginetexts.h"
+#include "solver/base/memory.h"
+#include "solver/dofs/ownpart.h"
+#include "solver/equations/order.h"
+#include "solver/equations/softness.h"
+#include "solver/processes/ranks.h"
 
 static const double million = 1e6;
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "solver/engine.h"
+#include "solver/equations/engine.h"
 
 class mumps : public engine {
   public:

@@ -4,9 +4,9 @@
 // 20, 1998.
 #include <metis.h>
 
-#include "solver/kinds.h"
+#include "solver/base/termwatch.h"
+#include "solver/elements/kinds.h"
 #include "solver/mpi/mpiranks.h"
-#include "solver/termwatch.h"
 
 // The first process works it out for all, so that all have the same.
 std::vector<std::uint16_t> mpiranks::partition(const model& m) {

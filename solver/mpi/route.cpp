@@ -2,8 +2,8 @@
 // Routes among processes. Every item has a home, a process where what is given of it is joined.
 #include <numeric>
 
-#include "solver/joint.h"
 #include "solver/mpi/mpiranks.h"
+#include "solver/processes/joint.h"
 
 namespace {
 // Between those who name items and the homes of these.

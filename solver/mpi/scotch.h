@@ -2,7 +2,7 @@
 // Nested dissection by SCOTCH.
 #pragma once
 
-#include "solver/dofs.h"
+#include "solver/dofs/dofs.h"
 
 // The order of elimination; nothing where the memory is short.
 std::vector<int> dissectbyscotch(const nodegraph& graph);

@@ -15,6 +15,15 @@ namespace fs = std::filesystem;
 static const std::map<std::string, int> floors = {{"core", 0},     {"view", 1},  {"edit", 2},
                                                   {"files", 2},    {"tools", 3}, {"loads", 3},
                                                   {"exchange", 4}, {"post", 4},  {"ui", 5}};
+// The solver is a house of its own.
+static const std::map<std::string, int> solverfloors = {
+    {"solver/base", 0},  {"solver/processes", 1}, {"solver/elements", 2}, {"solver/dofs", 3},
+    {"solver/loads", 4}, {"solver/equations", 5}, {"solver/modes", 6},    {"solver/results", 7},
+    {"solver", 8},       {"solver/mpi", 9}};
+
+static std::string folderof(const std::string& file) {
+    return file.substr(0, file.rfind('/'));
+}
 
 static std::vector<std::string> includesof(const fs::path& file) {
     std::vector<std::string> found;
@@ -58,18 +67,34 @@ TEST(Architecture, IncludesPointDownTheFloors) {
     EXPECT_GT(seen, 100);
 }
 
+TEST(Architecture, IncludesOfTheSolverPointDownItsFloors) {
+    std::set<std::string> seen;
+    for (const auto& [folder, height] : solverfloors)
+        for (const fs::path& file : sourcesin(folder))
+            for (const std::string& include : includesof(file))
+                if (const auto at = solverfloors.find(folderof(include));
+                    at != solverfloors.end()) {
+                    EXPECT_LE(at->second, height) << file << " includes " << include;
+                    seen.insert(at->first);
+                }
+    EXPECT_EQ(seen.size(), solverfloors.size());
+    for (const auto& entry : fs::directory_iterator(fs::path(sourcedir()) / "solver"))
+        if (entry.is_directory()) {
+            EXPECT_TRUE(solverfloors.count("solver/" + entry.path().filename().string()));
+        }
+}
+
 TEST(Architecture, TheSolverSharesTextReaderAndCodesAlone) {
     const std::set<std::string> shared = {
         "core/textfile.h",   "core/numtext.h",     "core/trimmed.h",  "core/runtime.h",
         "core/besidefile.h", "core/resultfiles.h", "core/checksum.h", "core/codes.h",
         "core/unitsrow.h",   "core/largest.h"};
-    for (const fs::path& file : sourcesin("solver"))
-        for (const std::string& include : includesof(file)) {
-            const std::string target = include.substr(0, include.find('/'));
-            if (floors.count(target)) {
-                EXPECT_TRUE(shared.count(include)) << file << " includes " << include;
-            }
-        }
+    for (const auto& [folder, height] : solverfloors)
+        for (const fs::path& file : sourcesin(folder))
+            for (const std::string& include : includesof(file))
+                if (floors.count(folderof(include))) {
+                    EXPECT_TRUE(shared.count(include)) << file << " includes " << include;
+                }
 }
 
 // --- units --------------------------------------------------------------------------------------
@@ -83,15 +108,15 @@ static std::string unitof(const std::string& file) {
 
 static unitgraph readunits() {
     unitgraph graph;
-    std::set<std::string> folders = {"solver"};  // a house of its own
-    for (const auto& [folder, height] : floors) folders.insert(folder);
+    std::set<std::string> folders;
+    for (const auto& house : {floors, solverfloors})
+        for (const auto& [folder, height] : house) folders.insert(folder);
     for (const std::string& folder : folders) {
         if (!fs::exists(fs::path(sourcedir()) / folder)) continue;
         for (const fs::path& file : sourcesin(folder)) {
             const std::string unit = folder + "/" + file.stem().string();
             for (const std::string& include : includesof(file))
-                if (folders.count(include.substr(0, include.find('/'))))
-                    graph[unit].insert(unitof(include));
+                if (folders.count(folderof(include))) graph[unit].insert(unitof(include));
         }
     }
     return graph;
@@ -118,7 +143,7 @@ static unitgraph circlesof(const unitgraph& graph) {
 TEST(Architecture, UnitsStandInNoCircle) {
     unitgraph graph = readunits();
     EXPECT_GT(graph.size(), 100u);
-    EXPECT_TRUE(graph["solver/edges"].count("solver/catalogue"));
+    EXPECT_TRUE(graph["solver/elements/edges"].count("solver/elements/catalogue"));
     // The one window is the parent of all others, which it opens.
     for (auto& [unit, includes] : graph) includes.erase("ui/mainwindow");
     for (const auto& [unit, circle] : circlesof(graph)) {

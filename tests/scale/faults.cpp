@@ -2,7 +2,7 @@
 // What each engine makes of models too large for being factorised on the side.
 #include <cmath>
 
-#include "solver/engines.h"
+#include "solver/equations/engines.h"
 #include "solver/mpi/mpiranks.h"
 #include "tests/scale/ofall.h"
 #include "tests/solver/verify.h"

@@ -11,12 +11,12 @@
 #include <limits>
 #include <regex>
 
-#include "solver/engines.h"
+#include "solver/base/tune.h"
+#include "solver/equations/engines.h"
 #include "solver/mpi/mpiranks.h"
 #include "solver/mpi/multigrid.h"
 #include "solver/mpi/mumps.h"
 #include "solver/program.h"
-#include "solver/tune.h"
 #include "tests/scale/ofall.h"
 #include "tests/scale/plainfactor.h"
 #include "tests/solver/build.h"

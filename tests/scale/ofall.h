@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "solver/results.h"
+#include "solver/results/results.h"
 
 // The displacements of the parts of all processes, whole and everywhere.
 inline std::vector<double> ofall(const results& r) {

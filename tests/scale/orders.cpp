@@ -3,13 +3,13 @@
 // No order and no engine changes the numbers.
 #include <cmath>
 
-#include "solver/factor.h"
-#include "solver/makedofs.h"
+#include "solver/dofs/makedofs.h"
+#include "solver/equations/factor.h"
+#include "solver/equations/order.h"
+#include "solver/equations/solve.h"
 #include "solver/mpi/mpiranks.h"
 #include "solver/mpi/mumps.h"
 #include "solver/mpi/scotch.h"
-#include "solver/order.h"
-#include "solver/solve.h"
 #include "tests/solver/build.h"
 
 TEST(Orders, MumpsTakesThatOfTheOwnFactor) {

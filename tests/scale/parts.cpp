@@ -5,9 +5,9 @@
 #include <fstream>
 #include <sstream>
 
+#include "solver/equations/solve.h"
 #include "solver/mpi/mpiranks.h"
 #include "solver/program.h"
-#include "solver/solve.h"
 #include "tests/scale/ofall.h"
 #include "tests/solver/everything.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/scale/plainfactor.h"
 
-#include "solver/blas.h"
-#include "solver/cholmodview.h"
-#include "solver/parallel.h"
-#include "solver/refuse.h"
+#include "solver/base/blas.h"
+#include "solver/base/parallel.h"
+#include "solver/base/refuse.h"
+#include "solver/equations/cholmodview.h"
 
 struct plainfactor::inside {
     cholmod_common c;

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "solver/engine.h"
+#include "solver/equations/engine.h"
 
 class plainfactor : public engine {
   public:

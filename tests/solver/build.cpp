@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "core/textfile.h"
-#include "solver/refuse.h"
+#include "solver/base/refuse.h"
 
 namespace fs = std::filesystem;
 

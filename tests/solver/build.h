@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "solver/kinds.h"
+#include "solver/elements/kinds.h"
 #include "solver/run.h"
 
 const std::initializer_list<int> clamped = {1, 2, 3, 4, 5, 6};

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The choice of an engine, its settings and its words, and what holds for engines of any kind.
-#include "solver/engines.h"
+#include "solver/equations/engines.h"
 
 #include "core/textfile.h"
-#include "solver/enginetexts.h"
-#include "solver/factor.h"
-#include "solver/softness.h"
+#include "solver/base/enginetexts.h"
+#include "solver/equations/factor.h"
+#include "solver/equations/softness.h"
 #include "tests/solver/verify.h"
 
 TEST(Engines, AutoTakesTheFastestThatFits) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The sparse factor on matrices whose answers are known beforehand.
-#include "solver/factor.h"
+#include "solver/equations/factor.h"
 
 #include <gtest/gtest.h>
 
@@ -11,9 +11,9 @@
 #include <random>
 #include <thread>
 
-#include "solver/crew.h"
-#include "solver/order.h"
-#include "solver/parallel.h"
+#include "solver/base/parallel.h"
+#include "solver/equations/crew.h"
+#include "solver/equations/order.h"
 
 namespace {
 // A box of nodes with 1 to 6 unknowns each, neighbours along the edges and diagonals of its cells.

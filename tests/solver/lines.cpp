@@ -4,7 +4,7 @@
 #include <Eigen/LU>
 #include <cmath>
 
-#include "solver/loads.h"
+#include "solver/loads/loads.h"
 #include "tests/solver/verify.h"
 
 static const double modulus = 210000, poisson = 0.3, shearmodulus = modulus / 2.6;

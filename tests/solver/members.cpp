@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Forces and deflections along members, against closed forms.
-#include "solver/members.h"
+#include "solver/results/members.h"
 
 #include <cmath>
 #include <functional>
@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "core/textfile.h"
-#include "solver/writeresults.h"
+#include "solver/results/writeresults.h"
 #include "tests/solver/verify.h"
 
 static const double modulus = 2e5, i2 = 3e6, i3 = 2e6, area = 900, length = 2000;

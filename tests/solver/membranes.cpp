@@ -2,7 +2,7 @@
 // Membranes: plane strain, Cook's panel, a ring.
 #include <cmath>
 
-#include "solver/records.h"
+#include "solver/results/records.h"
 #include "tests/solver/verify.h"
 
 using grid = build::grid;

@@ -7,8 +7,8 @@
 
 #include "core/runtime.h"
 #include "core/textfile.h"
-#include "solver/control.h"
-#include "solver/oldresults.h"
+#include "solver/base/control.h"
+#include "solver/results/oldresults.h"
 #include "tests/solver/everything.h"
 
 namespace fs = std::filesystem;

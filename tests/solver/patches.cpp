@@ -6,8 +6,8 @@
 #include <cmath>
 #include <random>
 
-#include "solver/sumfile.h"
-#include "solver/surface.h"
+#include "solver/elements/surface.h"
+#include "solver/results/sumfile.h"
 #include "tests/solver/verify.h"
 
 // Five distorted quadrilaterals, 0.24 x 0.12: MacNeal and Harder, figure 1.

@@ -11,10 +11,10 @@
 
 #include "core/checksum.h"
 #include "core/textfile.h"
+#include "solver/processes/ranks.h"
 #include "solver/program.h"
-#include "solver/ranks.h"
 #include "solver/readmodel.h"
-#include "solver/sumfile.h"
+#include "solver/results/sumfile.h"
 #include "tests/solver/verify.h"
 
 namespace fs = std::filesystem;

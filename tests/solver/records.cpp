@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Stress records and means at the nodes: what must hold in any plane and for any order of nodes.
-#include "solver/records.h"
+#include "solver/results/records.h"
 
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <cmath>
 #include <random>
 
-#include "solver/stressmeans.h"
-#include "solver/writeresults.h"
+#include "solver/results/stressmeans.h"
+#include "solver/results/writeresults.h"
 #include "tests/solver/verify.h"
 
 static double mises(const mat3& t) {

@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "core/textfile.h"
-#include "solver/records.h"
+#include "solver/results/records.h"
 
 static const char* const pagepath = KALVANE_SOURCE_DIR "/docs/verification.md";
 static const char* const newpath = KALVANE_SOURCE_DIR "/docs/verification.md.out";

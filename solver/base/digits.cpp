@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "solver/base/digits.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+static const int mostpower = 308;
+
+// 10^n as the library's power has it, from the least on.
+static const std::vector<double> powersoften = [] {
+    std::vector<double> powers;
+    for (int i = -mostpower; i <= mostpower; ++i) powers.push_back(std::pow(10.0, i));
+    return powers;
+}();
+
+static double poweroften(int n) {
+    return powersoften[std::size_t(n + mostpower)];
+}
+
+// The power of ten of the first digit; size: no less than 1e-290.
+static int exponentof(double size) {
+    const int two = int(std::bit_cast<std::uint64_t>(size) >> 52) - 1023;
+    int ten = (two * 315653) >> 20;  // 2^20 log10(2); too low by one at most
+    while (ten < mostpower && size >= poweroften(ten + 1)) ++ten;
+    return ten;
+}
+
+// Eight digits of a number below 10^8 as characters, the first one in the lowest byte: pairs of
+// pairs, pairs and digits are parted in all places at once.
+static std::uint64_t charactersof(std::uint64_t number) {
+    std::uint64_t x = number / 10000 | number % 10000 << 32;
+    const std::uint64_t hundreds = (x * 10486 >> 20) & 0x0000007F0000007F;
+    x = hundreds | (x - 100 * hundreds) << 16;
+    const std::uint64_t tens = (x * 103 >> 10) & 0x000F000F000F000F;
+    return (tens | (x - 10 * tens) << 8) + 0x3030303030303030;
+}
+
+static const std::uint64_t allzeros = 0x3030303030303030;
+
+// All eight, of which some may have no meaning: p has room for them.
+static void store(char* p, std::uint64_t characters) {
+    if constexpr (std::endian::native == std::endian::big)
+        characters = __builtin_bswap64(characters);
+    std::memcpy(p, &characters, sizeof characters);
+}
+
+// --- ten digits ---------------------------------------------------------------------------------
+
+static const int rounded = 10;
+
+static char* writeexponent(char* p, int ten) {
+    *p++ = 'E';
+    *p++ = ten < 0 ? '-' : '+';
+    if (std::abs(ten) < 10) *p++ = '0';
+    return writenumber(p, long(std::abs(ten)));
+}
+
+// count digits, those from `digits` on, with the point behind the first `before` of them.
+static char* writepointed(char* p, const char* digits, int count, int before) {
+    std::memcpy(p, digits, rounded);
+    if (count <= before) {
+        std::fill(p + count, p + before, '0');
+        return p + before;
+    }
+    p[before] = '.';
+    std::memcpy(p + before + 1, digits + before, rounded);
+    return p + count + 1;
+}
+
+char* writerounded(char* p, double number) {
+    const double size = std::fabs(number), least = 1e-290, most = 1e290;
+    if (!(size >= least && size <= most)) return writenumber(p, number);
+    if (number < 0) *p++ = '-';
+    int ten = exponentof(size);
+    const std::uint64_t eight = 100000000, beyond = 100 * eight;
+    auto whole = std::uint64_t(size * poweroften(rounded - 1 - ten) + 0.5);
+    if (whole >= beyond) {
+        whole = beyond / 10;
+        ++ten;
+    }
+    char digits[2 * rounded] = {};  // writepointed copies from any of the ten
+    const std::uint64_t low = charactersof(whole % eight);
+    digits[0] = char('0' + whole / eight / 10);
+    digits[1] = char('0' + whole / eight % 10);
+    store(digits + 2, low);
+    int count = rounded - std::countl_zero(low ^ allzeros) / 8;
+    if (count == 2 && digits[1] == '0') count = 1;
+    const int leastplain = -4, mostplain = 14;
+    if (ten < leastplain || ten > mostplain)
+        return writeexponent(writepointed(p, digits, count, 1), ten);
+    if (ten >= 0) return writepointed(p, digits, count, ten + 1);
+    std::memcpy(p, "0.000", 5);
+    p += 1 - ten;
+    std::memcpy(p, digits, rounded);
+    return p + count;
+}
+
+// --- columns ------------------------------------------------------------------------------------
+
+static const int columndigits = 7, mostdigits = 8;  // 9999999.6 is told as 10000000
+
+numbercolumn::numbercolumn(double largest) {
+    const double nothing = 1e-200;
+    if (!(largest > nothing && std::isfinite(largest))) return;  // all are written as 0
+    decimals = columndigits - 1 - exponentof(largest);
+    factor = poweroften(decimals);
+}
+
+// No branches: the numbers of a column pass 1, 10, 100 and 0 where nobody foresees it.
+char* numbercolumn::writeplain(char* p, long multiple) const {
+    *p = '-';
+    p += multiple < 0;
+    const std::uint64_t text = charactersof(static_cast<std::uint64_t>(std::labs(multiple)));
+    const std::uint64_t zeros = text ^ allzeros;
+    const int lead = std::min(std::countr_zero(zeros) / 8, mostdigits - 1 - decimals);
+    const int places = decimals - std::min(std::countl_zero(zeros) / 8, decimals);
+    const int before = mostdigits - decimals - lead;
+    const std::uint64_t digits = text >> 8 * lead;
+    store(p, digits);
+    p[before] = '.';
+    store(p + before + 1, digits >> 4 * before >> 4 * before);  // before may be 8
+    return p + before + places + (places > 0);
+}
+
+char* numbercolumn::writemultiple(char* p, long multiple) const {
+    if (decimals >= 0 && decimals < mostdigits) return writeplain(p, multiple);
+    *p = multiple < 0 ? '-' : '0';
+    if (multiple == 0) return p + 1;
+    p += multiple < 0;
+    std::uint64_t text = charactersof(static_cast<std::uint64_t>(std::labs(multiple)));
+    const std::uint64_t zeros = text ^ allzeros;
+    const int lead = std::countr_zero(zeros) / 8;
+    const int tail = std::min(std::countl_zero(zeros) / 8, std::max(decimals, 0));
+    const int places = decimals - tail;  // behind the point
+    const int count = mostdigits - lead - tail, before = count - places;
+    text >>= 8 * lead;
+    const int mostplaces = 10;
+    if (places < 0 || places > mostplaces) {  // a whole number and the power of ten
+        store(p, text);
+        p[count] = 'E';
+        return writenumber(p + count + 1, long(-places));
+    }
+    std::memcpy(p, "0.0000000000", 2 + mostplaces);
+    store(p + 2 - before, text);
+    return p + 2 - before + count;
+}

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// From degrees of freedom to the unknowns of the equations and back: their graph and order, rows of
+// a node, whole vectors.
+#pragma once
+
+#include "solver/dofs/dofmap.h"
+
+// Adds up what processes found of the forces or the like at each degree of freedom.
+inline void sumshares(const dofmap& d, double* f) {
+    d.nodes->sum(f, d.pernode);
+}
+
+// The place of node 1, which another process may hold.
+vec3 firstnode(const model& m);
+
+// Which owners share an element: neighbours of each place, sorted, in compressed rows.
+struct nodegraph {
+    std::vector<std::int64_t> start;
+    std::vector<int> neighbour;
+    int size() const { return int(start.size()) - 1; }
+};
+
+// Graph of the owners that have unknowns, by the elements of this process or by all; list receives
+// their node numbers.
+enum class whose { own, all };
+nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list,
+                     whose elements = whose::own);
+
+// Numbers the unknowns: owners in the order given.
+void numberunknowns(const model& m, dofmap& d, const std::vector<int>& order);
+
+// Unknowns of an owner before and after numbering.
+int unknownsof(const dofmap& d, int owner);
+
+// The k-th degree of freedom of node n by the unknowns of its owner; first is left at 0.
+combination rowof(const model& m, const dofmap& d, int n, int k);
+
+// An element's degrees of freedom as the analysis knows them.
+struct elementdofs {
+    int count = 0;        // nodes x nodedofs of its kind
+    int index[mostdofs];  // in the model's list, -1: the analysis has none (it stays 0)
+};
+elementdofs dofsof(const dofmap& d, const elementdef& e);
+
+// vector of all degrees of freedom = constants + t x; and its transpose for loads.
+void expand(const dofmap& d, const double* x, double* u);
+void condense(const dofmap& d, const double* f, double* reduced);

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the rounding of coordinates does to elements. The files hold Singles.
+#include "solver/dofs/faraway.h"
+
+#include <Eigen/Geometry>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include "solver/base/refuse.h"
+#include "solver/elements/kinds.h"
+
+static const double mostangle = 0.03;
+
+// The least height of an element over its edges; a bar's length.
+static double heightof(const element& e) {
+    if (e.nodes == 2) return lengthof(e);
+    double longest = 0;
+    for (int c = 0; c < e.nodes; ++c)
+        longest = std::max(longest, (e.x[(c + 1) % e.nodes] - e.x[c]).norm());
+    const int last = e.nodes - 1;
+    const vec3 twice = (e.x[last] - e.x[last - 2]).cross(e.x[last - 1] - e.x[0]);
+    return twice.norm() / ((last - 1) * longest);
+}
+
+// Angle by which rounding may tilt an element. Coordinates come from Singles; four steps: two
+// elements, each with its corners' rounding on either side.
+static double tiltof(const element& e) {
+    const double step = std::numeric_limits<float>::epsilon(), steps = 4;
+    double far = 0;
+    for (int c = 0; c < e.nodes; ++c) far = std::max(far, e.x[c].cwiseAbs().maxCoeff());
+    return steps * step * far / heightof(e);
+}
+
+// --- the error that it makes --------------------------------------------------------------------
+
+// Whether a coordinate may have been rounded to a Single; files by other programs may tell more.
+static bool issingle(double x) {
+    if (double(float(x)) == x) return true;
+    char text[40];  // a Single takes nine digits at most
+    std::snprintf(text, sizeof text, "%.9g", x);
+    return std::strtod(text, nullptr) == x;
+}
+
+// How far Singles lie apart at an element along each axis; 0 where its corners share one
+// coordinate, which rounding then moves together, or stand on a coarser grid, exactly.
+static vec3 gridof(const element& e) {
+    vec3 grid = vec3::Zero();
+    for (int k = 0; k < 3; ++k) {
+        double far = 0;
+        for (int c = 0; c < e.nodes; ++c) far = std::max(far, std::fabs(e.x[c][k]));
+        const auto place = float(far);
+        const double step = double(std::nextafter(place, INFINITY)) - double(place);
+        bool differs = false, fine = false;
+        for (int c = 0; c < e.nodes; ++c) {
+            differs |= e.x[c][k] != e.x[0][k];
+            fine |= std::fmod(e.x[c][k], 4 * step) != 0;
+        }
+        if (differs && fine) grid[k] = step;
+    }
+    return grid;
+}
+
+static bool fromsingles(const element& e) {
+    for (int c = 0; c < e.nodes; ++c)
+        for (int k = 0; k < 3; ++k)
+            if (!issingle(e.x[c][k])) return false;
+    return true;
+}
+
+// Part of its stiffness by which an element is wrong for that: in length by what its ends are off;
+// and a shell that waves by some of its thickness stretches by bending, 12 times the square of the
+// wave over the thickness. Both by the mean square of the rounding, as strips of shells in oblique
+// planes show it.
+static double errorof(const element& e) {
+    const vec3 mean = gridof(e) / std::sqrt(12.0);
+    const double along = 2 * mean.maxCoeff() / heightof(e);
+    if (e.type != typeshell3 && e.type != typeshell4) return along;
+    const vec3 wave = mean.cwiseProduct(vec3(meanaxes(e).row(2)));
+    const double thickness = e.field(fieldthickness), share = 15;
+    return std::max(along, share * wave.squaredNorm() / (thickness * thickness));
+}
+
+static std::string farwords(double worst) {
+    return " too far from the origin for their size and thickness: the files tell the places of "
+           "nodes in seven digits, which makes the stiffness of elements there wrong by about " +
+           shortnumber(std::round(100 * worst)) + " %. Move the model nearer to the origin";
+}
+
+void checkfaraway(const model& m, const settings& s, runlog& log) {
+    long count = 0;
+    double worst = 0;
+    int at = 0;
+    const double little = 0.005, much = 0.25;
+    for (int n = 1; n <= m.nelems(); ++n) {
+        const family fam = kindof(m.elements[std::size_t(n)].type).fam;
+        if (fam != family::line && fam != family::plate) continue;
+        const element e = elementat(m, s, n);
+        const double error = errorof(e);
+        if (!(error > little && fromsingles(e))) continue;
+        ++count;
+        if (error <= worst) continue;
+        worst = error;
+        at = n;
+    }
+    if (worst > much)
+        refuse(elementname(elementat(m, s, at)) + " and " + std::to_string(count - 1) +
+               " other(s) lie" + farwords(worst));
+    if (count > 0)
+        log.warn(std::to_string(count) + " element(s), the worst of them element " +
+                 std::to_string(at) + ", lie" + farwords(worst));
+}
+
+// --- angles that are noise ----------------------------------------------------------------------
+
+std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) {
+    std::vector<float> angle(d.owner.size(), float(leastangle));
+    for (int n = 1; n <= m.nelems(); ++n) {
+        const family fam = kindof(m.elements[std::size_t(n)].type).fam;
+        if (fam != family::line && fam != family::plate) continue;
+        const element e = elementat(m, s, n);
+        const double noise = std::min(mostangle, tiltof(e));
+        for (int c = 0; c < e.nodes; ++c) {
+            float& at = angle[std::size_t(e.node[c])];
+            at = std::max(at, float(noise));
+        }
+    }
+    return angle;
+}

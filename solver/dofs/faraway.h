@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the rounding of coordinates does to elements. Model files hold Singles, so it grows with the
+// distance from the origin over the size of the elements.
+#pragma once
+
+#include "solver/dofs/dofs.h"
+
+const double leastangle = 3e-5;  // radians between elements that count as one plane
+
+// By node: the angle, radians, up to which what meets there counts as one plane or one line.
+std::vector<float> flatness(const model& m, const settings& s, const dofmap& d);
+
+// Warns of elements so small or thin, so far from the origin, that Singles do not tell their shape,
+// with the error to be expected; refuses them where next to nothing of the result would be right.
+void checkfaraway(const model& m, const settings& s, runlog& log);

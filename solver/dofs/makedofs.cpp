@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Kinds of analysis, constraints; then rigid bodies and held directions, which have units of their
+// own.
+#include "solver/dofs/makedofs.h"
+
+#include <string>
+
+#include "solver/base/refuse.h"
+#include "solver/dofs/dofs.h"
+#include "solver/dofs/rigid.h"
+#include "solver/dofs/unstiffened.h"
+#include "solver/elements/kinds.h"
+
+int analysiskind(const model& m, int doftype) {
+    bool rotations = false;
+    for (int e = 1; e <= m.nelems() && !rotations; ++e)
+        rotations = hasrotations(m.elements[std::size_t(e)].type);
+    switch (doftype) {
+        case 1:
+            if (rotations)
+                refuse(
+                    "The control file asks for displacements x y alone, but the model has "
+                    "elements with rotations; save the model and analyse again");
+            return 1;
+        case 2:
+            return rotations ? 2 : 0;
+        default:
+            return 3;
+    }
+}
+
+static void namedofs(dofmap& d, int anadof) {
+    static const int codes[4][6] = {{1, 2, 3}, {1, 2}, {1, 2, 6}, {1, 2, 3, 4, 5, 6}};
+    static const int counts[4] = {3, 2, 3, 6};
+    d.anadof = anadof;
+    d.pernode = counts[anadof];
+    std::fill(std::begin(d.place), std::end(d.place), -1);
+    for (int k = 0; k < d.pernode; ++k) {
+        d.code[k] = codes[anadof][k];
+        d.place[d.code[k]] = k;
+    }
+}
+
+static void prescribe(const model& m, dofmap& d, runlog& log) {
+    int absent = 0;
+    for (const nodalrow& row : m.constraints) {
+        const int k = d.place[row.dof];
+        if (k < 0) {
+            ++absent;
+            continue;
+        }
+        const std::size_t i = d.index(row.node, k);
+        if (d.prescribed[i] && d.constant[i] != row.value)
+            refuse("Node " + std::to_string(row.node) + " has two different prescribed values in " +
+                   dofname(row.dof) + "; remove one of the constraints");
+        d.prescribed[i] = 1;
+        d.constant[i] = row.value;
+    }
+    if (absent > 0)
+        log.line(std::to_string(absent) +
+                 " constraint(s) concern directions that this analysis does not have");
+}
+
+dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log) {
+    dofmap d;
+    namedofs(d, anadof);
+    const std::size_t nodes = std::size_t(m.nnodes()) + 1;
+    const std::size_t dofs = std::size_t(m.nnodes()) * std::size_t(d.pernode);
+    if (dofs > std::size_t(INT32_MAX) / 2) refuse("The model has too many degrees of freedom");
+    d.equation.assign(dofs, dofmap::constantdof);
+    d.constant.assign(dofs, 0);
+    d.prescribed.assign(dofs, 0);
+    d.heldplain.assign(dofs, 0);
+    d.spaceof.assign(nodes, -1);
+    d.bodyof.assign(nodes, -1);
+    d.owner.resize(nodes);
+    for (std::size_t n = 0; n < nodes; ++n) d.owner[n] = int(n);
+    prescribe(m, d, log);
+    makebodies(m, d, log);
+    holdunstiffened(m, s, d, log);
+    for (std::size_t n = 1; n < nodes; ++n)
+        if (d.owner[n] == int(n) && unknownsof(d, int(n)) == 0) d.owner[n] = 0;
+    for (const rigidbody& body : d.bodies)
+        for (const int n : body.nodes)
+            d.owner[std::size_t(n)] = unknownsof(d, body.leader) > 0 ? body.leader : 0;
+    return d;
+}

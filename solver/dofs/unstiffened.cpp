@@ -1,0 +1,481 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Holding of what no element stiffens.
+//
+// The stiffness of an owner alone (all else fixed) shows it: where a direction gives no force
+// there, it gives none anywhere, because the stiffness of each element has no negative energy. Each
+// element is counted with its own size taken out, so that a soft spring beside a stiff bar still
+// counts.
+#include "solver/dofs/unstiffened.h"
+
+#include <Eigen/Eigenvalues>
+#include <Eigen/Geometry>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "solver/base/refuse.h"
+#include "solver/dofs/faraway.h"
+#include "solver/dofs/rigid.h"
+#include "solver/elements/kinds.h"
+#include "solver/processes/ranks.h"
+
+namespace {
+struct ownerblock {
+    int owner;
+    mat6 stiffness = mat6::Zero();
+    mat6 motion = mat6::Zero();  // how much the nodes of elements move, in the same sizes
+};
+}  // namespace
+
+// --- owners whose freedom may lack stiffness ----------------------------------------------------
+
+static std::vector<char> surelystiff(const model& m, const dofmap& d) {
+    std::vector<char> sure(d.owner.size(), 0);
+    const bool hasrotations = d.place[6] >= 0;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const elementkind& kind = kindof(def.type);
+        const stiffened what = m.twod ? kind.nodes2 : kind.nodes3;
+        for (int i = 0; i < kind.nodes; ++i) {
+            const int n = def.node[i];
+            const bool inbody = d.bodyof[std::size_t(n)] >= 0;
+            const bool enough = what == stiffened::all ||
+                                (what == stiffened::translations && !hasrotations && !inbody);
+            if (enough) sure[std::size_t(d.owner[std::size_t(n)])] = 1;
+        }
+    }
+    return sure;
+}
+
+// All directions in which a spring has any stiffness count alike: they have nothing to do with each
+// other.
+static void equalisestiffness(elmatrix& k) {
+    const Eigen::SelfAdjointEigenSolver<elmatrix> spectrum(k);
+    const double rounding = 1e-13;
+    k.setZero();
+    for (int i = 0; i < k.cols(); ++i)
+        if (std::fabs(spectrum.eigenvalues()[i]) > rounding)
+            k += spectrum.eigenvectors().col(i) * spectrum.eigenvectors().col(i).transpose();
+}
+
+// Element matrix with unit largest diagonal among translations and among rotations.
+static void scaletounit(const elementkind& kind, elmatrix& k) {
+    const int count = int(k.rows());
+    elvector size = elvector::Zero(count);
+    for (int i = 0; i < count; ++i)
+        for (int j = 0; j < count; ++j) {
+            const bool alike = (i % kind.nodedofs < 3) == (j % kind.nodedofs < 3);
+            if (alike) size[i] = std::max(size[i], k(j, j));
+        }
+    for (int i = 0; i < count; ++i)
+        for (int j = 0; j < count; ++j) {
+            const double by = std::sqrt(size[i] * size[j]);
+            k(i, j) = by > 0 ? k(i, j) / by : 0;
+        }
+    if (kind.fam == family::point || kind.fam == family::link) equalisestiffness(k);
+}
+
+static void addelement(const model& m, const settings& s, const dofmap& d, int number,
+                       const std::vector<int>& blockof, std::vector<ownerblock>& blocks) {
+    const element e = elementat(m, s, number);
+    const elementkind& kind = kindof(e.type);
+    elmatrix k;
+    kind.stiffness(e, k);
+    scaletounit(kind, k);
+    vec6 row[mostdofs];
+    int block[mostdofs];
+    for (int i = 0; i < e.nodes; ++i)
+        for (int c = 0; c < kind.nodedofs; ++c) {
+            const int a = i * kind.nodedofs + c, place = d.place[c + 1];
+            block[a] = place < 0 ? -1 : blockof[std::size_t(d.owner[std::size_t(e.node[i])])];
+            if (block[a] < 0) continue;
+            const combination r = rowof(m, d, e.node[i], place);
+            row[a] = vec6::Zero();
+            std::copy_n(r.factor, r.count, row[a].data());
+        }
+    for (int a = 0; a < k.rows(); ++a) {
+        if (block[a] < 0) continue;
+        ownerblock& own = blocks[std::size_t(block[a])];
+        const int first = a % kind.nodedofs < 3 ? 0 : 3;  // of its kind, some have stiffness
+        const auto same = k.diagonal().segment(a - a % kind.nodedofs + first, 3);
+        if (same.maxCoeff() > 0) own.motion += row[a] * row[a].transpose();
+        for (int b = 0; b < k.cols(); ++b)
+            if (block[a] == block[b]) own.stiffness += k(a, b) * row[a] * row[b].transpose();
+    }
+}
+
+static std::vector<ownerblock> blocksof(const model& m, const settings& s, const dofmap& d) {
+    const std::vector<char> sure = surelystiff(m, d);
+    std::vector<ownerblock> blocks;
+    std::vector<int> blockof(d.owner.size(), -1);
+    for (std::size_t n = 1; n < d.owner.size(); ++n)
+        if (d.owner[n] == int(n) && !sure[n] && unknownsof(d, int(n)) > 0) {
+            blockof[n] = int(blocks.size());
+            blocks.push_back({int(n)});
+        }
+    if (blocks.empty()) return blocks;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const elementkind& kind = kindof(def.type);
+        bool touches = false;
+        for (int i = 0; i < kind.nodes; ++i)
+            touches |= blockof[std::size_t(d.owner[std::size_t(def.node[i])])] >= 0;
+        if (touches && kind.stiffness != nullptr) addelement(m, s, d, e, blockof, blocks);
+    }
+    return blocks;
+}
+
+// --- the directions themselves ------------------------------------------------------------------
+
+// Directions without stiffness (of an element's own) among the unknowns: unit vectors first, then
+// the rest.
+static int emptydirections(const mat6& stiffness, int count, double nostiffness, mat6& empty,
+                           bool& unitsalone) {
+    int found = 0;
+    std::vector<int> kept;
+    for (int i = 0; i < count; ++i) {
+        if (stiffness(i, i) > nostiffness)
+            kept.push_back(i);
+        else
+            empty.col(found++) = vec6::Unit(i);
+    }
+    unitsalone = true;
+    if (kept.empty()) return found;
+    const int n = int(kept.size());
+    Eigen::MatrixXd rest(n, n);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j)
+            rest(i, j) = stiffness(kept[std::size_t(i)], kept[std::size_t(j)]);
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(rest);
+    for (int v = 0; v < n; ++v) {
+        if (solver.eigenvalues()[v] > nostiffness) continue;
+        unitsalone = false;
+        vec6 direction = vec6::Zero();
+        for (int i = 0; i < n; ++i) direction[kept[std::size_t(i)]] = solver.eigenvectors()(i, v);
+        empty.col(found++) = direction;
+    }
+    return found;
+}
+
+// Those of a body: motions whose energy is next to nothing beside that of the same motion of its
+// nodes, and motions that leave them where they are but for the rounding of their places, which is
+// told as a part of the body's length. A small turn of a body with a long arm is no noise, a turn
+// out of a plane that is flat to an angle is.
+static int emptymotions(const mat6& stiffness, const mat6& motion, int count, double angle,
+                        double rounding, mat6& empty) {
+    const double much = motion.topLeftCorner(count, count).trace() / count;
+    const double still = much * std::clamp(std::pow(rounding / angle, 2), 1e-6, 1.0);
+    if (!(still > 0)) {
+        empty.setIdentity();
+        return count;
+    }
+    const Eigen::MatrixXd force = stiffness.topLeftCorner(count, count),
+                          size = motion.topLeftCorner(count, count) +
+                                 still * Eigen::MatrixXd::Identity(count, count);
+    const Eigen::GeneralizedSelfAdjointEigenSolver<Eigen::MatrixXd> solver(force, size);
+    int found = 0;
+    while (found < count && !(solver.eigenvalues()[found] > angle * angle)) ++found;
+    if (found == 0) return 0;
+    const Eigen::MatrixXd motions = solver.eigenvectors().leftCols(found).colwise().normalized();
+    empty.topLeftCorner(count, found) =
+        Eigen::HouseholderQR<Eigen::MatrixXd>(motions).householderQ() *
+        Eigen::MatrixXd::Identity(count, found);
+    return found;
+}
+
+// The space that a node without one has by its constraints alone.
+static ownerspace plainspace(const model& m, const dofmap& d, int n) {
+    ownerspace space;
+    space.owner = n;
+    space.base = d.pernode;
+    space.count = unknownsof(d, n);
+    for (int k = 0; k < d.pernode; ++k) {
+        const combination c = rowof(m, d, n, k);
+        space.start[k] = c.constant;
+        for (int j = 0; j < c.count; ++j) space.z(k, j) = c.factor[j];
+    }
+    return space;
+}
+
+static void holdplain(dofmap& d, int n, const mat6& empty, int found) {
+    std::size_t unknown[6];
+    int count = 0;
+    for (int k = 0; k < d.pernode; ++k) {
+        const std::size_t i = d.index(n, k);
+        if (!d.prescribed[i] && !d.heldplain[i]) unknown[count++] = i;
+    }
+    for (int v = 0; v < found; ++v) {
+        int at = 0;
+        empty.col(v).maxCoeff(&at);
+        d.heldplain[unknown[at]] = 1;
+    }
+}
+
+// by: unknown = by * comparable unknown, in which empty is told.
+static void holdinspace(const model& m, dofmap& d, int owner, const mat6& empty, int found,
+                        const vec6& by) {
+    int& place = d.spaceof[std::size_t(owner)];
+    if (place < 0) {
+        const ownerspace space = plainspace(m, d, owner);
+        place = int(d.spaces.size());
+        d.spaces.push_back(space);
+    }
+    ownerspace& space = d.spaces[std::size_t(place)];
+    const mat6 z = space.z * by.asDiagonal();
+    for (int v = 0; v < found; ++v)
+        d.held.push_back({owner, (z * vec6(empty.col(v))).normalized()});
+    space.z = z * complementof(empty, found, space.count);
+    space.count -= found;
+    space.z.rightCols(6 - space.count).setZero();
+}
+
+// Rotations of a body compare with its translations by its length.
+static vec6 comparable(const model& m, const dofmap& d, int owner, int count) {
+    vec6 by = vec6::Ones();
+    const int body = d.bodyof[std::size_t(owner)];
+    if (body < 0) return by;
+    const ownerspace& space = d.spaces[std::size_t(d.spaceof[std::size_t(owner)])];
+    for (int j = 0; j < count; ++j) {
+        const vec6 column = space.z.col(j);
+        const bool turns = m.twod ? column.head<2>().norm() < std::abs(column[2])
+                                  : column.head<3>().norm() < column.tail<3>().norm();
+        if (turns) by[j] = 1 / bodylength(m, d.bodies[std::size_t(body)]);
+    }
+    return by;
+}
+
+// Up to which what meets at a node, or at any of its body, counts as one plane.
+static double angleof(const dofmap& d, const std::vector<float>& angle, int owner) {
+    const int b = d.bodyof[std::size_t(owner)];
+    if (b < 0) return angle[std::size_t(owner)];
+    double most = leastangle;
+    for (const int n : d.bodies[std::size_t(b)].nodes)
+        most = std::max(most, double(angle[std::size_t(n)]));
+    return most;
+}
+
+// How far Singles put the nodes of a body from their places, over its length.
+static double roundingof(const model& m, const dofmap& d, int owner) {
+    const rigidbody& body = d.bodies[std::size_t(d.bodyof[std::size_t(owner)])];
+    double far = 0;
+    for (const int n : body.nodes)
+        far = std::max(far, m.nodes[std::size_t(n)].cwiseAbs().maxCoeff());
+    return 4 * double(std::numeric_limits<float>::epsilon()) * far / bodylength(m, body);
+}
+
+void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) {
+    long heldtotal = 0, loose = 0;
+    const std::vector<ownerblock> blocks = blocksof(m, s, d);
+    std::vector<float> angle;
+    if (!blocks.empty()) angle = flatness(m, s, d);
+    for (const ownerblock& block : blocks) {
+        mat6 empty = mat6::Zero();
+        bool unitsalone = true;
+        const int count = unknownsof(d, block.owner);
+        const bool single = d.bodyof[std::size_t(block.owner)] < 0;
+        const vec6 by = comparable(m, d, block.owner, count);
+        const mat6 scaled = by.asDiagonal() * block.stiffness * by.asDiagonal();
+        const double noise = angleof(d, angle, block.owner);
+        const int found =
+            single ? emptydirections(scaled, count, noise * noise, empty, unitsalone)
+                   : emptymotions(scaled, by.asDiagonal() * block.motion * by.asDiagonal(), count,
+                                  noise, roundingof(m, d, block.owner), empty);
+        if (found == 0) continue;
+        heldtotal += found;
+        loose += single && found == count && count == d.pernode;
+        if (single && unitsalone)
+            holdplain(d, block.owner, empty, found);
+        else
+            holdinspace(m, d, block.owner, empty, found, by);
+    }
+    if (heldtotal > 0)
+        log.line(
+            "Held degrees of freedom that no element stiffens: " + std::to_string(heldtotal) +
+            (loose > 0 ? " (" + std::to_string(loose) + " node(s) without any stiffness)" : ""));
+}
+
+// --- loads --------------------------------------------------------------------------------------
+
+namespace {
+// Loads of a case that nothing takes up.
+struct letgo {
+    long count = 0;
+    int node = 0, dof = 0;  // of the largest; names of the files
+    double largest = 0;
+    double place = 0, placeoflargest = 0;  // in the search, by which the first of equals is named
+};
+}  // namespace
+
+[[noreturn]] static void refuseload(int node, int dof, const std::string& casename) {
+    refuse("Node " + std::to_string(node) + " can move freely in " + dofname(dof) +
+           ": load case \"" + casename +
+           "\" loads it there and no element stiffens that direction. Constrain it or change the "
+           "load");
+}
+
+// Forces or moments of a node or body along a held direction. Of a plane that is flat to an angle,
+// a load in it has a part across it that is noise; a little more than that is told, much more would
+// have to be carried. Loads of elements that cancel at a node leave the noise of each: it compares
+// with the largest of their kind, which stands where none cancels them.
+static void checkpart(double part, double whole, double angle, double noload, double largest,
+                      int node, int dof, const std::string& casename, letgo& gone) {
+    const double noise = std::max(1e-4, 2 * angle), mostletgo = 1e-2;
+    const double little = 1e6 * noload;  // what is left of loads in a plane that cancel
+    if (part < whole) whole = std::max(whole, little);
+    if (angle > 1.5 * leastangle && part <= 2 * angle * largest) return;
+    if (part <= std::max(noload, noise * whole)) return;
+    if (part > mostletgo * whole) refuseload(node, dof, casename);
+    ++gone.count;
+    if (part <= gone.largest) return;
+    gone.largest = part;
+    gone.placeoflargest = gone.place;
+    gone.node = node;
+    gone.dof = dof;
+}
+
+// Force or moment, whichever the k-th degree of freedom takes.
+static double loadat(const dofmap& d, const double* f, int n, int k) {
+    double square = 0;
+    for (int j = 0; j < d.pernode; ++j)
+        if ((d.code[j] > 3) == (d.code[k] > 3)) square += f[d.index(n, j)] * f[d.index(n, j)];
+    return std::sqrt(square);
+}
+
+// Force, or moment over length, on a body or node and along a held direction of it. amount: of all
+// that acts there, whether it cancels or not; at a node of forces or of moments, whichever have the
+// larger part: noise gives a turn that is held a little of a translation, and the forces there are
+// to be held against forces.
+namespace {
+struct heldpart {
+    double part = 0, amount = 0;
+    double length = 1;  // that makes moments of forces
+    vec6 direction = vec6::Zero();
+    int at = 0;  // that tells it best: its place in the direction
+};
+}  // namespace
+
+static heldpart nodepart(const dofmap& d, const helddirection& h, const double* f) {
+    heldpart held;
+    held.direction = h.direction;
+    double parts[2] = {}, largest[2] = {-1, -1};  // of forces, of moments
+    int at[2] = {};
+    for (int k = 0; k < d.pernode; ++k) {
+        const int kind = d.code[k] > 3;
+        parts[kind] += h.direction[k] * f[d.index(h.owner, k)];
+        if (std::fabs(h.direction[k]) <= largest[kind]) continue;
+        largest[kind] = std::fabs(h.direction[k]);
+        at[kind] = k;
+    }
+    held.part = parts[0] + parts[1];
+    held.at = at[std::fabs(parts[1]) > std::fabs(parts[0])];
+    held.amount = loadat(d, f, h.owner, held.at);
+    return held;
+}
+
+static heldpart partof(const model& m, const dofmap& d, const helddirection& h, const double* f) {
+    const int b = d.bodyof[std::size_t(h.owner)];
+    if (b < 0) return nodepart(d, h, f);
+    heldpart held;
+    held.direction = h.direction;
+    const rigidbody& body = d.bodies[std::size_t(b)];
+    held.length = bodylength(m, body);
+    held.direction.tail(m.twod ? 4 : 3) *= held.length;
+    const double size = held.direction.norm();
+    held.direction /= size;
+    held.direction.cwiseAbs().maxCoeff(&held.at);
+    for (const int n : body.nodes) {
+        const vec6 motion = bodyarm(m, d, body, n) * h.direction / size;
+        for (int k = 0; k < d.pernode; ++k) {
+            const double value = f[d.index(n, k)];
+            held.part += motion[k] * value;
+            held.amount += std::fabs(value) / (d.code[k] > 3 ? held.length : 1);
+        }
+    }
+    return held;
+}
+
+vec6 heldload(const model& m, const dofmap& d, const double* f) {
+    vec6 sum = vec6::Zero();
+    const auto add = [&](int n, int dof, double value) {
+        vec3 at = m.nodes[std::size_t(n)];
+        if (m.twod) at.z() = 0;
+        sum[dof - 1] += value;
+        if (dof <= 3) sum.tail<3>() += at.cross(vec3(value * vec3::Unit(dof - 1)));
+    };
+    const auto counted = [&](int n) { return d.nodes->counts(std::size_t(n - 1)); };
+    for (int i = 0; i < d.dofs(); ++i)
+        if (d.heldplain[std::size_t(i)] && f[i] != 0 && counted(i / d.pernode + 1))
+            add(i / d.pernode + 1, d.code[i % d.pernode], f[i]);
+    for (const helddirection& h : d.held) {
+        if (!counted(h.owner)) continue;
+        const heldpart held = partof(m, d, h, f);
+        if (d.bodyof[std::size_t(h.owner)] < 0) {
+            for (int k = 0; k < d.pernode; ++k)
+                add(h.owner, d.code[k], held.part * held.direction[k]);
+            continue;
+        }
+        for (int j = 0; j < (m.twod ? 3 : 6); ++j) {
+            const int dof = m.twod && j == 2 ? 6 : j + 1;
+            add(h.owner, dof, held.part * held.direction[j] * (dof > 3 ? held.length : 1));
+        }
+    }
+    allranks().sum(sum.data(), sum.size());
+    return sum;
+}
+
+// Degrees of freedom, then directions of owners, by the numbers of the files; those that this
+// process counts. largest: force, moment.
+static void checkparts(const model& m, const dofmap& d, const std::vector<float>& angle,
+                       const double* f, const double* largest, const std::string& casename,
+                       letgo& gone) {
+    const double noload = 1e-9 * std::max(largest[0], largest[1]);
+    for (int i = 0; i < d.dofs(); ++i) {
+        if (!d.heldplain[std::size_t(i)] || std::fabs(f[i]) <= noload) continue;
+        const int n = i / d.pernode + 1, k = i % d.pernode, name = m.nameofnode(n);
+        if (!d.nodes->counts(std::size_t(n - 1))) continue;
+        gone.place = double(name) * d.pernode + k;
+        checkpart(std::fabs(f[i]), loadat(d, f, n, k), angle[std::size_t(n)], noload,
+                  largest[d.code[k] > 3], name, d.code[k], casename, gone);
+    }
+    for (const helddirection& h : d.held) {
+        if (!d.nodes->counts(std::size_t(h.owner - 1))) continue;
+        gone.place = (double(m.allnodes()) + m.nameofnode(h.owner) + 1) * d.pernode;
+        const heldpart held = partof(m, d, h, f);
+        const double part = std::fabs(held.part);
+        const bool body = d.bodyof[std::size_t(h.owner)] >= 0;
+        const double nothing =
+            body ? 1e-9 * std::max(largest[0], largest[1] / held.length) : noload;
+        if (part <= nothing) continue;
+        const int at = held.at, dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
+        checkpart(part, held.amount, angleof(d, angle, h.owner), nothing,
+                  largest[dof > 3] / (dof > 3 ? held.length : 1), m.nameofnode(h.owner), dof,
+                  casename, gone);
+    }
+}
+
+void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& angle,
+                    const double* f, int lc, runlog& log) {
+    const std::string& casename = m.cases[std::size_t(lc)].name;
+    double largest[2] = {};  // force, moment
+    for (int i = 0; i < d.dofs(); ++i) {
+        double& kind = largest[d.code[i % d.pernode] > 3];
+        kind = std::max(kind, std::fabs(f[i]));
+    }
+    allranks().most(largest, 2);
+    letgo gone;
+    std::string fault;
+    guarded([&] { checkparts(m, d, angle, f, largest, casename, gone); },
+            [&](const runtimeerror& e) { fault = e.what; });
+    refusefirst(gone.place, fault);
+    double count = double(gone.count);
+    allranks().sum(&count, 1);
+    if (count == 0) return;
+    const std::vector<double> most = allranks().greatest(
+        {gone.largest, -gone.placeoflargest, double(gone.node), double(gone.dof)});
+    gone = {long(count), int(most[2]), int(most[3]), most[0]};
+    log.warn("Load case \"" + casename + "\": " + std::to_string(gone.count) +
+                 " small load(s) fall away, nothing stiffens their direction; the largest, " +
+                 shortnumber(gone.largest) + ", at node " + std::to_string(gone.node) + " in " +
+                 dofname(gone.dof),
+             lc);
+}

@@ -1,0 +1,319 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Plates in bending. Along an edge the deflection is cubic and the rotation about its normal
+// quadratic; how far that leaves the straight line follows from the edge as a beam with shear:
+// Katili, A new discrete Kirchhoff-Mindlin element based on Mindlin-Reissner plate theory and
+// assumed shear strain fields, Int. J. Numer. Meth. Engng 36, 1993. On these edges stand his
+// triangle and a quadrilateral of assumed moments. Neither locks however thin or thick.
+//
+// The fibre at x, y moves by z (bx, by) with bx = r2, by = -r1.
+#include "solver/elements/bending.h"
+
+#include <Eigen/LU>
+#include <algorithm>
+#include <cmath>
+
+#include "solver/elements/edgebits.h"
+#include "solver/elements/gauss.h"
+#include "solver/elements/smallsolve.h"
+
+// Shear balances the change of the bending moment along the edge. In a quadrilateral, whose moments
+// may change in both directions, it is that of the twisting moment across the edge as well, which
+// St Venant's torsion of a narrow strip is all about: there half the width across the edge counts.
+edgeslip slipofedges(const element& e) {
+    const flatshape s = flatten(e, meanaxes(e));
+    const double correction = 5.0 / 6, thickness = e.field(fieldthickness);
+    const double ratio = 2 / (correction * (1 - e.field(fieldpoisson)));  // 12 D / (G s) over t t
+    edgeslip slip{};
+    for (int k = 0; k < s.corners; ++k) {
+        const double length = s.edge[k];
+        const double span = s.corners == 4 ? flatarea(s) / length / 2 : length;
+        slip[std::size_t(k)] = float(ratio * thickness * thickness / (span * span));
+    }
+    return slip;
+}
+
+plate::plate(const element& e, const flatshape& shape) : s(shape) {
+    const double correction = 5.0 / 6;  // of the shear strain, which is not even over the thickness
+    const double modulus = e.field(fieldmodulus), poisson = e.field(fieldpoisson);
+    thickness = e.field(fieldthickness);
+    rigidity = planestiffness(e, false) * thickness * thickness / 12;
+    shearrigidity = correction * modulus / (2 * (1 + poisson)) * thickness;
+    area = flatarea(s);
+    loose = s.corners == 3 ? loosened(e) : rigidity;
+    const edgeslip slip = e.slip ? *e.slip : slipofedges(e);
+    for (int k = 0; k < s.corners; ++k) {
+        const int i = k, j = s.next(k);
+        const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
+        const double phi = double(slip[std::size_t(k)]);
+        halfrow& row = bow[k];
+        row.setZero(3 * s.corners);
+        const double factor = -1.5 / (length * (1 + phi));
+        row[3 * i] = -factor;
+        row[3 * j] = factor;
+        for (const int n : {i, j}) {
+            row[3 * n + 1] = -factor * length / 2 * sine;
+            row[3 * n + 2] = factor * length / 2 * c;
+        }
+        slide[k] = -2.0 / 3 * phi * row;
+    }
+}
+
+// Adds to w what a cubic edge has over the straight line; both: x (1 - x) faded to nothing at the
+// other edges, less: 1 - 2 x, with x of 0..1 along edge k.
+static void addcubic(const flatshape& s, int k, double both, double less, const halfrow& bow,
+                     halfrow& w) {
+    const int i = k, j = s.next(k);
+    const double half = s.edge[k] * both / 2, c = s.along[k].x(), sine = s.along[k].y();
+    w[3 * j + 1] -= half * sine;
+    w[3 * j + 2] += half * c;
+    w[3 * i + 1] += half * sine;
+    w[3 * i + 2] -= half * c;
+    w += s.edge[k] * both * less * 2 / 3 * bow;
+}
+
+halfrow plate::deflection(const vec2& place) const {
+    const surfaceshape n = shapesat(s.corners, place);
+    halfrow w = halfrow::Zero(3 * s.corners);
+    for (int c = 0; c < s.corners; ++c) w[3 * c] = n.n[c];
+    for (int k = 0; k < s.corners; ++k) {
+        const int i = k, j = s.next(k);
+        double both = n.n[i] * n.n[j], less = n.n[i] - n.n[j];
+        if (s.corners == 4) {
+            const bool first = k % 2 == 0;
+            const double x = (1 + (k < 2 ? 1 : -1) * place[first ? 0 : 1]) / 2;
+            const double fade = (1 + (k == 1 || k == 2 ? 1 : -1) * place[first ? 1 : 0]) / 2;
+            both = fade * x * (1 - x);
+            less = 1 - 2 * x;
+        }
+        addcubic(s, k, both, less, bow[k], w);
+    }
+    return w;
+}
+
+// --- quadrilateral ------------------------------------------------------------------------------
+
+// Moments Mx My Mxy: constant, linear, x y in the bending moments, and twisting along each middle
+// line that grows with the square of the distance from it, as in a strip that ends there. The
+// linear ones alone would leave two ways to deform that cost nothing. With Q = div M and div Q = 0
+// all are in balance, so that only the edges do work: the way of Pian, Derivation of element
+// stiffness matrices by assumed stress distributions, AIAA Journal 2, 1964, with the shear force in
+// the energy.
+static const int modes = 13;
+template <int rows>
+using modesof = Eigen::Matrix<double, modes, rows>;  // by columns: a row of all modes at a time
+
+struct plate::moments {
+    modesof<3> m;
+    modesof<2> q;  // shear forces in balance with them
+};
+
+struct plate::assumed {
+    Eigen::Matrix<double, modes, modes> flexibility;  // lower triangle
+    Eigen::Matrix<double, modes, 12> work;
+    stressframe frame;
+    vec2 middle[2];  // unit vectors along the two middle lines, in the frame
+    double size;     // by which x and y are divided
+};
+
+// In the frame, at a place there over the size.
+plate::moments plate::momentsat(const assumed& h, const vec2& at) {
+    const double x = at.x(), y = at.y(), one = 1 / h.size;
+    moments f;
+    f.m.col(0) << 1, 0, 0, x, y, 0, 0, 0, 0, x * y, 0, 0, 0;
+    f.m.col(1) << 0, 1, 0, 0, 0, x, y, 0, 0, 0, x * y, 0, 0;
+    f.m.col(2) << 0, 0, 1, 0, 0, 0, 0, x, y, 0, 0, 0, 0;
+    f.q.col(0) << 0, 0, 0, one, 0, 0, 0, 0, one, y / h.size, 0, 0, 0;
+    f.q.col(1) << 0, 0, 0, 0, 0, 0, one, one, 0, 0, x / h.size, 0, 0;
+    for (int k = 0; k < 2; ++k) {
+        const vec2 along = h.middle[k], across(-along.y(), along.x());
+        const double off = across.dot(at);
+        f.m.row(modes - 2 + k) = off * off *
+                                 vec3(2 * along.x() * across.x(), 2 * along.y() * across.y(),
+                                      along.x() * across.y() + along.y() * across.x());
+        f.q.row(modes - 2 + k) = 2 * off * along / h.size;
+    }
+    return f;
+}
+
+// Rows bx by w at x of 0..1 along edge k, at the three degrees of freedom of its first and of its
+// second corner; the others do not move it.
+plate::edgerows plate::edgemotion(int k, double x) const {
+    edgerows u = edgerows::Zero();
+    u(0, 2) = u(2, 0) = 1 - x;
+    u(0, 5) = u(2, 3) = x;
+    u(1, 1) = x - 1;
+    u(1, 4) = -x;
+    const double both = x * (1 - x), half = s.edge[k] * both / 2;
+    const double c = half * s.along[k].x(), sine = half * s.along[k].y();
+    u.row(2) += Eigen::Matrix<double, 1, 6>(0, sine, -c, 0, -sine, c);
+    const vec2 bend = 4 * x * (1 - x) * s.along[k];
+    const double lift = s.edge[k] * both * (1 - 2 * x) * 2 / 3;
+    Eigen::Matrix<double, 1, 6> bowed;
+    bowed << bow[k].segment<3>(3 * k), bow[k].segment<3>(3 * s.next(k));
+    u += vec3(bend.x(), bend.y(), lift) * bowed;
+    return u;
+}
+
+// What the moments at a point give to the flexibility. By hand: the loops run along the modes.
+void plate::addflexibility(const moments& f, const mat3& compliance, double shear, assumed& h) {
+    for (int j = 0; j < modes; ++j) {
+        const vec3 bent = compliance * f.m.row(j).transpose();
+        const vec2 slid = shear * f.q.row(j).transpose();
+        for (int i = j & ~1; i < modes; ++i)  // from an even row on, two at a time
+            h.flexibility(i, j) +=
+                (f.m(i, 0) * bent[0] + (f.m(i, 1) * bent[1] + f.m(i, 2) * bent[2])) +
+                (f.q(i, 0) * slid[0] + f.q(i, 1) * slid[1]);
+    }
+}
+
+// Work of the moments at a place of edge k on the motion of its corners.
+void plate::addwork(const moments& f, int k, double x, double weight, assumed& h) const {
+    const vec2 n(s.along[k].y(), -s.along[k].x());
+    Eigen::Matrix<double, 2, 3> normal;
+    normal << n.x(), 0, n.y(), 0, n.y(), n.x();
+    const Eigen::Matrix<double, 2, 3> turned = normal * h.frame.turn;
+    const vec2 across = h.frame.axes * n;
+    const edgerows u = edgemotion(k, x);
+    double bx[modes], by[modes], w[modes];
+    for (int i = 0; i < modes; ++i) {
+        const auto part = [&](int row) {
+            return turned(row, 0) * f.m(i, 0) + turned(row, 1) * f.m(i, 1) +
+                   turned(row, 2) * f.m(i, 2);
+        };
+        bx[i] = weight * part(0);
+        by[i] = weight * part(1);
+        w[i] = weight * (across.x() * f.q(i, 0) + across.y() * f.q(i, 1));
+    }
+    for (int j = 0; j < 6; ++j) {
+        const int column = 3 * (j < 3 ? k : s.next(k)) + j % 3;
+        for (int i = 0; i < modes; ++i)
+            h.work(i, column) += bx[i] * u(0, j) + (by[i] * u(1, j) + w[i] * u(2, j));
+    }
+}
+
+plate::assumed plate::makeassumed() const {
+    assumed h;
+    h.frame = frameof(s);
+    h.size = std::sqrt(area);
+    const mat2 lines = jacobianof(s, shapesat(4, {0, 0}));
+    for (int k = 0; k < 2; ++k) h.middle[k] = h.frame.axes * vec2(lines.row(k).normalized());
+    h.flexibility.setZero();
+    h.work.setZero();
+    const mat3 compliance = rigidity.inverse();
+    for (const surfacepoint& p : surfacepoints(4, 5)) {
+        const surfaceshape n = shapesat(4, p.place);
+        const vec2 at = h.frame.axes * flatat(s, n) / h.size;
+        const double weight = p.weight * jacobianof(s, n).determinant();
+        addflexibility(momentsat(h, at), weight * compliance, weight / shearrigidity, h);
+    }
+    const int points = 3;
+    for (int k = 0; k < 4; ++k)
+        for (int i = 0; i < points; ++i) {
+            const gausspoint& g = gausspoints(points)[i];
+            const double x = (1 + g.at) / 2, weight = g.weight * s.edge[k] / 2;
+            const vec2 at = h.frame.axes * ((1 - x) * s.at[k] + x * s.at[s.next(k)]) / h.size;
+            addwork(momentsat(h, at), k, x, weight, h);
+        }
+    return h;
+}
+
+// --- triangle -----------------------------------------------------------------------------------
+
+// Nothing twists a plate at its free edges: beside them the twisting moment grows from nothing to
+// its value inside as exp(-y / d) does, d = t / sqrt 10, so that each edge costs the twisting
+// stiffness a strip of that width (exact for a bar wider than thick: Timoshenko and Goodier, Theory
+// of elasticity, art. 109). Triangles feel this only by meshes finer than the thickness. In coarser
+// ones the triangle at a free edge has the strip taken from its stiffness, less in the finer as
+// they find more of it themselves (by bars of 1 to 8 elements across). Stresses are those inside.
+mat3 plate::loosened(const element& e) const {
+    const double layer = thickness / std::sqrt(10.0), most = 0.95;
+    double lost = 0;
+    vec3 twist = vec3::Zero();  // of a curvature, along the edge
+    for (int k = 0; k < 3; ++k) {
+        if (!isfreeedge(e, k)) continue;
+        const double length = s.edge[k], height = 2 * area / length;
+        const double coarse = length * length + height * height;
+        const double here = 2 * layer / height * coarse / (coarse + thickness * thickness);
+        if (here <= lost) continue;
+        lost = here;
+        const double c = s.along[k].x(), sine = s.along[k].y();
+        twist = vec3(-2 * c * sine, 2 * c * sine, c * c - sine * sine);
+    }
+    return rigidity - std::min(lost, most) * rigidity(2, 2) * twist * twist.transpose();
+}
+
+// area: out, a unit of natural area.
+halfrows plate::curvature(const vec2& place, double& unit) const {
+    const surfaceshape n = shapesat(3, place);
+    const mat2 j = jacobianof(s, n), inverse = j.inverse();
+    unit = j.determinant();
+    halfrows b = halfrows::Zero(3, 9);
+    for (int c = 0; c < 3; ++c) {
+        const vec2 d = inverse * vec2(n.dr[c], n.ds[c]);
+        b(0, 3 * c + 2) += d.x();
+        b(1, 3 * c + 1) -= d.y();
+        b(2, 3 * c + 2) += d.y();
+        b(2, 3 * c + 1) -= d.x();
+    }
+    for (int k = 0; k < 3; ++k) {
+        const int i = k, l = s.next(k);  // the edge's bubble is 4 n[i] n[l]
+        const vec2 d =
+            4 * inverse *
+            vec2(n.dr[i] * n.n[l] + n.n[i] * n.dr[l], n.ds[i] * n.n[l] + n.n[i] * n.ds[l]);
+        b.row(0) += d.x() * s.along[k].x() * bow[k];
+        b.row(1) += d.y() * s.along[k].y() * bow[k];
+        b.row(2) += (d.y() * s.along[k].x() + d.x() * s.along[k].y()) * bow[k];
+    }
+    return b;
+}
+
+// Field whose component along each edge is that edge's shear strain.
+Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> plate::shear(
+    const vec2& place) const {
+    Eigen::Matrix<double, 2, Eigen::Dynamic, Eigen::ColMajor, 2, mosthalf> natural(2, 9);
+    const halfrow a = s.edge[0] * slide[0], c = s.edge[2] * slide[2];
+    const halfrow sum = a + s.edge[1] * slide[1] + c;
+    natural.row(0) = a - place[1] * sum;
+    natural.row(1) = -c + place[0] * sum;
+    return jacobianof(s, shapesat(3, place)).inverse() * natural;
+}
+
+halfmatrix plate::trianglestiffness() const {
+    halfmatrix k = halfmatrix::Zero(9, 9);
+    for (const surfacepoint& p : surfacepoints(3, 2)) {
+        double unit = 0;
+        const halfrows b = curvature(p.place, unit);
+        const auto g = shear(p.place);
+        k.noalias() += p.weight * unit * b.transpose() * (loose * b);
+        k.noalias() += p.weight * unit * shearrigidity * g.transpose() * g;
+    }
+    return k;
+}
+
+// --- both ---------------------------------------------------------------------------------------
+
+halfmatrix plate::stiffness() const {
+    if (s.corners == 3) return trianglestiffness();
+    const assumed h = makeassumed();
+    const rowsof<modes, 12> half = halfsolved(h.flexibility, h.work);
+    return half.transpose().lazyProduct(half);
+}
+
+halfmatrix plate::cornerstress() const {
+    const double face = 6 / (thickness * thickness);
+    halfmatrix rows(3 * s.corners, 3 * s.corners);
+    if (s.corners == 3) {
+        double unit = 0;
+        for (int c = 0; c < 3; ++c)
+            rows.middleRows<3>(3 * c) = face * rigidity * curvature(cornerplace(3, c), unit);
+        return rows;
+    }
+    const assumed h = makeassumed();
+    const rowsof<modes, 12> parameters = solved(h.flexibility, h.work);
+    for (int c = 0; c < 4; ++c) {
+        const vec2 at = h.frame.axes * s.at[c] / h.size;
+        rows.middleRows<3>(3 * c) =
+            face * h.frame.turn * momentsat(h, at).m.transpose() * parameters;
+    }
+    return rows;
+}

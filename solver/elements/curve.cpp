@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Curvature of meshed shells: the normal at a node is the mean of its elements'; the angle between
+// it and an element's own is half of what the surface turns from this element to the next.
+#include "solver/elements/curve.h"
+
+#include <Eigen/Geometry>
+#include <algorithm>
+#include <cmath>
+
+#include "solver/elements/kinds.h"
+
+static const double fold = 0.45;  // radians between an element and the mean: 50 degrees at an edge
+
+static bool isshell(int type) {
+    return type == typeshell3 || type == typeshell4;
+}
+
+static vec3 normalof(const model& m, const elementdef& e) {
+    const auto at = [&](int k) { return m.nodes[std::size_t(e.node[k])]; };
+    const vec3 across = e.type == typeshell4 ? vec3((at(2) - at(0)).cross(at(3) - at(1)))
+                                             : vec3((at(1) - at(0)).cross(at(2) - at(0)));
+    return across.stableNormalized();
+}
+
+void measurecurve(model& m) {
+    m.curve.assign(m.elements.size(), 0);
+    if (m.twod) return;
+    std::vector<vec3> mean(m.nodes.size(), vec3::Zero());
+    const auto eachshell = [&](auto use) {
+        for (int e = 1; e <= m.nelems(); ++e) {
+            const elementdef& def = m.elements[std::size_t(e)];
+            if (!isshell(def.type)) continue;
+            const vec3 normal = normalof(m, def);
+            for (int k = 0; k < kindof(def.type).nodes; ++k)
+                use(e, normal, mean[std::size_t(def.node[k])]);
+        }
+    };
+    // The side that a normal points to is the user's choice and may differ between neighbours.
+    eachshell([](int, const vec3& normal, vec3& at) {
+        at += at.dot(normal) < 0 ? vec3(-normal) : normal;
+    });
+    eachshell([&](int e, const vec3& normal, vec3& at) {
+        const double sine = normal.cross(at).norm(), cosine = std::fabs(normal.dot(at));
+        const double angle = std::atan2(sine, cosine);
+        float& curve = m.curve[std::size_t(e)];
+        if (angle < fold) curve = std::max(curve, float(2 * angle));
+    });
+}
+
+// Bending that a pressure wrongly makes in an element, over the membrane stress, as cylinders and
+// spheres under pressure show it: none in right-angled triangles and where the middle lines of a
+// quadrilateral cross at right angles, whose nodes the load reaches as the membrane takes it, and
+// the more the more the angle leaves that.
+static double wrongbending(const model& m, int number) {
+    const elementdef& e = m.elements[std::size_t(number)];
+    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness];
+    const auto at = [&](int k) -> const vec3& { return m.nodes[std::size_t(e.node[k])]; };
+    const bool triangle = e.type == typeshell3;
+    const double share = triangle ? 1.25 : 0.25;
+    const int corners = triangle ? 3 : 4;
+    double square[4];
+    for (int k = 0; k < corners; ++k) square[k] = (at((k + 1) % corners) - at(k)).squaredNorm();
+    std::sort(square, square + corners);
+    double cosine = (square[0] + square[1] - square[2]) / (2 * std::sqrt(square[0] * square[1]));
+    if (!triangle) {
+        const vec3 r = at(1) + at(2) - at(0) - at(3), s = at(2) + at(3) - at(0) - at(1);
+        cosine = r.stableNormalized().dot(s.stableNormalized());
+    }
+    return share * std::fabs(cosine) * std::sqrt(square[corners - 1]) *
+           double(m.curve[std::size_t(number)]) / thickness;
+}
+
+static void warncurved(const model& m, int lc, int type, runlog& log) {
+    const loadcase& c = m.cases[std::size_t(lc)];
+    const int across = 3;
+    const double little = 0.1;
+    long count = 0;
+    double worst = 0;
+    int at = 0;
+    for (const elementrow& row : c.element) {
+        if (row.direction != across || row.value == 0) continue;
+        if (m.elements[std::size_t(row.element)].type != type) continue;
+        const double wrong = wrongbending(m, row.element);
+        if (!(wrong > little)) continue;
+        ++count;
+        if (wrong > worst) at = row.element;
+        worst = std::max(worst, wrong);
+    }
+    if (count == 0) return;
+    const std::string times = shortnumber(std::round(10 * worst) / 10);
+    log.warn(
+        "Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(count) + " " +
+            kindof(type).name +
+            " element(s) carry a pressure where the surface is curved, the worst of them "
+            "element " +
+            std::to_string(at) + ". Flat " +
+            (type == typeshell3 ? "triangles" : "quadrilaterals that lean") +
+            " answer it with bending that is not there, up to about " + times +
+            " times the membrane stress. Use " +
+            (type == typeshell3 ? "SHELL4, or triangles"
+                                : "lines of the mesh that cross at right angles, or elements") +
+            " of half the size for a quarter of it",
+        lc);
+}
+
+void warncurved(const model& m, int lc, runlog& log) {
+    for (const int type : {typeshell3, typeshell4}) warncurved(m, lc, type, log);
+}

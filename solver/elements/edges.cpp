@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Edges that plates and shells share.
+#include "solver/elements/edges.h"
+
+#include <Eigen/Geometry>
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <span>
+
+#include "solver/base/parallel.h"
+#include "solver/elements/bending.h"
+#include "solver/elements/catalogue.h"
+#include "solver/elements/edgebits.h"
+
+static bool bends(int type) {
+    return type >= typeshell3 && type <= typeplate4;
+}
+
+namespace {
+struct side {
+    int far, element, edge;  // far: the node with the higher number
+};
+
+// Sides of the bent elements by the node with the lower number.
+struct sidelist {
+    std::vector<std::size_t> start;
+    std::vector<side> sides;
+};
+}  // namespace
+
+static sidelist listsides(const model& m) {
+    sidelist list;
+    list.start.assign(m.nodes.size() + 1, 0);
+    const auto eachside = [&](auto use) {
+        for (int e = 1; e <= m.nelems(); ++e) {
+            const elementdef& def = m.elements[std::size_t(e)];
+            if (!bends(def.type)) continue;
+            const int corners = factsof(def.type).nodes;
+            for (int k = 0; k < corners; ++k) {
+                const int p = def.node[k], q = def.node[(k + 1) % corners];
+                use(std::size_t(std::min(p, q)), side{std::max(p, q), e, k});
+            }
+        }
+    };
+    eachside([&](std::size_t low, const side&) { ++list.start[low + 1]; });
+    for (std::size_t n = 1; n < list.start.size(); ++n) list.start[n] += list.start[n - 1];
+    list.sides.resize(list.start.back());
+    std::vector<std::size_t> next(list.start.begin(), list.start.end() - 1);
+    eachside([&](std::size_t low, const side& one) { list.sides[next[low]++] = one; });
+    return list;
+}
+
+// --- folds --------------------------------------------------------------------------------------
+
+// Directions across which a node lies in a plane of symmetry by its supports: bits 0..2.
+static std::vector<char> mirrorsof(const model& m) {
+    const int translations = 0b111, moved = 1 << 6;
+    std::vector<char> nodes(m.nodes.size(), 0);
+    for (const nodalrow& row : m.constraints)
+        nodes[std::size_t(row.node)] |= char(row.value == 0 ? 1 << (row.dof - 1) : moved);
+    for (char& at : nodes) {
+        const int held = at;
+        at = 0;
+        if ((held & moved) != 0 || (held & translations) == translations) continue;
+        for (int k = 0; k < 3; ++k) {
+            const int symmetric = 1 << k | (0b111000 & ~(8 << k));
+            if ((held & symmetric) == symmetric) at |= char(1 << k);
+        }
+    }
+    return nodes;
+}
+
+static vec3 normalof(const model& m, const elementdef& e) {
+    const auto at = [&](int k) { return m.nodes[std::size_t(e.node[k])]; };
+    const vec3 far = e.type == typeshell4 ? vec3(at(3) - at(1)) : vec3(at(1) - at(0));
+    return e.type == typeshell4 ? (at(2) - at(0)).cross(far).stableNormalized()
+                                : far.cross(at(2) - at(0)).stableNormalized();
+}
+
+// From the normal at one side of an edge and that at the other, which may point the other way.
+static float foldto(const vec3& normal, const vec3& outward, vec3 other) {
+    const double sharpest = 0.9;  // radians; beyond it two surfaces meet
+    if (other.dot(normal) < 0) other = -other;
+    const double cosine = other.dot(normal);
+    if (cosine < std::cos(sharpest)) return 0;
+    return float(other.dot(outward) / (1 + cosine));
+}
+
+// others: those at the same edge, with one among them. A surface ends where another meets it.
+static float foldat(const model& m, const side& one, std::span<const side> others, char mirrors) {
+    const elementdef& e = m.elements[std::size_t(one.element)];
+    const vec3 along =
+        m.nodes[std::size_t(e.node[(one.edge + 1) % 3])] - m.nodes[std::size_t(e.node[one.edge])];
+    const vec3 normal = normalof(m, e), outward = along.cross(normal).stableNormalized();
+    float fold = 0;
+    int found = 0;
+    for (const side& other : others) {
+        const elementdef& there = m.elements[std::size_t(other.element)];
+        const bool shell = there.type == typeshell3 || there.type == typeshell4;
+        if (other.far != one.far || other.element == one.element || !shell) continue;
+        fold = ++found > 1 ? 0 : foldto(normal, outward, normalof(m, there));
+    }
+    for (int k = 0; k < 3 && found == 0; ++k) {
+        if (!(mirrors >> k & 1)) continue;
+        vec3 mirrored = normal;
+        mirrored[k] = -mirrored[k];
+        fold = foldto(normal, outward, mirrored);
+    }
+    return fold;
+}
+
+static void measurefolds(model& m, const sidelist& list) {
+    m.fold.clear();
+    const auto istriangle = [](const elementdef& e) { return e.type == typeshell3; };
+    if (m.twod || std::ranges::none_of(m.elements, istriangle)) return;
+    m.fold.assign(m.elements.size(), edgefold{});
+    const std::vector<char> mirrors = mirrorsof(m);
+    parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
+        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
+            const std::span<const side> here(list.sides.data() + list.start[n],
+                                             list.start[n + 1] - list.start[n]);
+            for (const side& one : here)
+                if (istriangle(m.elements[std::size_t(one.element)]))
+                    m.fold[std::size_t(one.element)][std::size_t(one.edge)] =
+                        foldat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
+        }
+    });
+}
+
+// --- free edges ---------------------------------------------------------------------------------
+
+static const int onbar = 8;
+
+// Rotations that supports hold, bits 0..2, and nodes whose rotations bars share.
+static std::vector<char> heldturns(const model& m) {
+    std::vector<char> nodes(m.nodes.size(), 0);
+    for (const nodalrow& row : m.constraints)
+        if (row.dof > 3) nodes[std::size_t(row.node)] |= char(1 << (row.dof - 4));
+    for (const elementdef& e : m.elements)
+        if (e.type == typebeam || e.type == typepipe || e.type == typerigid)
+            for (int k = 0; k < 2; ++k) nodes[std::size_t(e.node[k])] |= char(onbar);
+    return nodes;
+}
+
+// both: what holds the turns of either end of an element's edge, which has no other element. A
+// rotation about the normal bends nothing.
+static bool isfree(const model& m, const elementdef& e, int both) {
+    if (both == 0) return true;
+    const vec3 normal = normalof(m, e);
+    bool free = (both & onbar) == 0;
+    for (int k = 0; k < 3; ++k) free &= !(both >> k & 1) || normal[k] * normal[k] > 0.5;
+    return free;
+}
+
+// others: those at the same edge, with one among them; held: at both ends.
+static void shareedge(model& m, const side& one, std::span<const side> others,
+                      const std::vector<edgeslip>& own, int held) {
+    double sum = 0;
+    int count = 0;
+    bool quadrilateral = false;
+    for (const side& other : others) {
+        if (other.far != one.far) continue;
+        sum += double(own[std::size_t(other.element)][std::size_t(other.edge)]);
+        ++count;
+        quadrilateral |= m.elements[std::size_t(other.element)].type == typeshell4;
+    }
+    const elementdef& e = m.elements[std::size_t(one.element)];
+    edgeslip& slip = m.slip[std::size_t(one.element)];
+    slip[std::size_t(one.edge)] = float(sum / count);
+    int bits = 0;
+    if (quadrilateral && e.type == typeshell3) bits |= meetingbit << one.edge;
+    const bool triangle = e.type == typeshell3 || e.type == typeplate3;
+    if (triangle && count == 1 && isfree(m, e, held)) bits |= freebit << one.edge;
+    if (bits != 0) std::atomic_ref(slip[edgebits]).fetch_add(float(bits));
+}
+
+void measureedges(model& m, const settings& s) {
+    m.slip.clear();
+    m.fold.clear();
+    if (std::none_of(m.elements.begin(), m.elements.end(),
+                     [](const elementdef& e) { return bends(e.type); }))
+        return;
+    std::vector<edgeslip> own(m.elements.size(), edgeslip{});
+    parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
+        for (int e = first + 1; e <= last; ++e)
+            if (bends(m.elements[std::size_t(e)].type))
+                own[std::size_t(e)] = slipofedges(elementat(m, s, e));
+    });
+    const sidelist list = listsides(m);
+    measurefolds(m, list);
+    const std::vector<char> held = heldturns(m);
+    m.slip = own;
+    parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
+        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
+            const std::span<const side> here(list.sides.data() + list.start[n],
+                                             list.start[n + 1] - list.start[n]);
+            for (const side& one : here)
+                shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)]);
+        }
+    });
+}

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Plates and shells: the halves put together in the mean plane and hung on the nodes.
+#include "solver/elements/shell.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "solver/elements/bending.h"
+#include "solver/elements/drill.h"
+
+void checkshell(const element& e) {
+    const double mostwarp = 0.3;  // corner height over element size
+    checkplateproperties(e, false);
+    checkplateshape(e, mostwarp);
+}
+
+void stiffenplate(const element& e, elmatrix& k) {
+    const flatshape s = flatten(e, meanaxes(e));
+    k.setZero(6 * e.nodes, 6 * e.nodes);
+    addhalf(plate(e, s).stiffness(), bendingdofs, k);
+    tonodes(s, k);
+}
+
+namespace {
+// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, and curve,
+// whether there is slip, and nodes. Folds of the edges count for loads alone.
+using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 3>;
+
+// The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
+// to the last bit, and repeat themselves after one or two.
+class lastmatrices {
+  public:
+    const elmatrix* find(const shellkey& wanted) const {
+        for (int i = 0; i < kept; ++i)
+            if (std::memcmp(key[i].data(), wanted.data(), sizeof wanted) == 0) return &matrix[i];
+        return nullptr;
+    }
+    void keep(const shellkey& its, const elmatrix& value) {
+        key[next] = its;
+        matrix[next] = value;
+        next = (next + 1) % most;
+        kept = std::max(kept, next == 0 ? most : next);
+    }
+
+  private:
+    static constexpr int most = 3;
+    shellkey key[most];
+    elmatrix matrix[most];
+    int kept = 0, next = 0;
+};
+}  // namespace
+
+static shellkey keyof(const element& e, const flatshape& s) {
+    shellkey key{};
+    double* next = std::copy_n(s.axes.data(), 9, key.data());
+    for (int c = 0; c < s.corners; ++c) {
+        *next++ = s.at[c].x();
+        *next++ = s.at[c].y();
+        *next++ = s.height[c];
+    }
+    next = std::copy_n(e.g->field, groupfields + 1, key.data() + 9 + 3 * mostnodes);
+    if (e.slip != nullptr) std::copy(e.slip->begin(), e.slip->end(), next);
+    next += mostnodes;
+    *next++ = e.curve;
+    *next++ = e.slip != nullptr;
+    *next++ = e.nodes;
+    return key;
+}
+
+// The matrix that work makes of the element, or that it made of one alike.
+template <typename Work>
+static void workoralike(const element& e, const flatshape& s, elmatrix& result, Work work) {
+    thread_local lastmatrices last;  // of this kind of work
+    const shellkey key = keyof(e, s);
+    if (const elmatrix* const alike = last.find(key)) {
+        result = *alike;
+        return;
+    }
+    work(result);
+    last.keep(key, result);
+}
+
+void stiffenshell(const element& e, elmatrix& k) {
+    const flatshape s = flatten(e, meanaxes(e));
+    workoralike(e, s, k, [&](elmatrix& whole) {
+        whole.setZero(6 * e.nodes, 6 * e.nodes);
+        addhalf(plate(e, s).stiffness(), bendingdofs, whole);
+        halfmatrix membrane;
+        stiffendrilling(e, s, membrane);
+        addhalf(membrane, membranedofs, whole);
+        tonodes(s, whole);
+    });
+}
+
+// The cubic deflection gives a load on a flat plate its exact moments at the nodes, p l l / 12. A
+// thin curved shell carries the load by its membrane, where nothing balances these moments at an
+// edge: they bend it by half of l l / R t of the membrane stress. So the deflection that a load
+// meets is the more linear the more the surface is curved.
+static double cubicpart(const element& e, const flatshape& s) {
+    const double turned = *std::max_element(s.edge, s.edge + s.corners) * e.curve;
+    const double flat = 0.04 * e.field(fieldthickness);  // 2 % of the membrane stress
+    return turned > flat ? flat * flat / (turned * turned) : 1;
+}
+
+// What a load meets on a curved triangle in place of the cubic deflection, less the straight one.
+//
+// Each corner takes the part of the area that is nearest to it: a strip of right-angled triangles
+// then loads its nodes alike, as a ring wants it, whichever way its diagonals run. The membrane's
+// edges bow with the rotations, so a stress N across an edge of length l turns its ends about the
+// element's normal by moments bow N l l / 12. In a flat plate those of the neighbour take them up;
+// at a fold a part along the surface is left, and the load has to balance it: bow P l / 12 where
+// the stress carries a force P over the fold. Of the load an edge carries what its fold has of the
+// curvature, counted by the area cot l l / 2 at the edge: all of the element's at the sides of a
+// rectangle, none at its diagonal.
+static halfrow curvedspread(const element& e, const flatshape& s) {
+    const double twice = 2 * flatarea(s);
+    double share[3], fold[3], all = 0;
+    for (int k = 0; k < 3; ++k) {
+        const double a = s.edge[k], b = s.edge[s.next(k)], c = s.edge[s.next(s.next(k))];
+        const double cotangent = (b * b + c * c - a * a) / (2 * twice);  // opposite to the edge
+        share[k] = std::max(cotangent, 0.0) * a * a / twice;
+        fold[k] = e.fold != nullptr ? double((*e.fold)[std::size_t(k)]) * a : 0;
+        all += share[k] * fold[k] * fold[k];
+    }
+    const double shares = share[0] + share[1] + share[2];
+    halfrow w = halfrow::Zero(9);
+    for (int k = 0; k < 3; ++k) {
+        const int i = k, j = s.next(k);
+        for (const int c : {i, j}) w[3 * c] += share[k] / (2 * shares) - 1.0 / 6;
+        if (!(all > 0)) continue;
+        const vec2 moment = edgebow(e, s, k) * share[k] * fold[k] * fold[k] / all * s.edge[k] / 12 *
+                            vec2(s.along[k].y(), -s.along[k].x());
+        w.segment<2>(3 * i + 1) += moment;
+        w.segment<2>(3 * j + 1) -= moment;
+    }
+    return w;
+}
+
+// Deflection at a place of the plane with this part of the cubic one; n: the shapes there.
+static halfrow deflection(const flatshape& s, const plate& bent, double cubic, const vec2& place,
+                          const surfaceshape& n) {
+    halfrow w = cubic * bent.deflection(place);
+    for (int c = 0; c < s.corners; ++c) w[3 * c] += (1 - cubic) * n.n[c];
+    return w;
+}
+
+// Rows u1 u2 u3 at a place of the plane.
+static elmatrix displacement(const element& e, const flatshape& s, const plate& bent,
+                             const vec2& place) {
+    const surfaceshape n = shapesat(s.corners, place);
+    const double cubic = s.corners == 3 ? 1 : cubicpart(e, s);  // edges of triangles always bow
+    const halfrow w = deflection(s, bent, cubic, place, n);
+    elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
+    for (int c = 0; c < s.corners; ++c) {
+        rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
+        for (int i = 0; i < 3; ++i) rows(2, 6 * c + bendingdofs[i]) = w[3 * c + i];
+    }
+    return rows;
+}
+
+void massshell(const element& e, elmatrix& m) {
+    const flatshape s = flatten(e, meanaxes(e));
+    const plate bent(e, s);
+    const double density = e.field(fielddensity), thickness = e.field(fieldthickness);
+    m.setZero(6 * e.nodes, 6 * e.nodes);
+    for (const surfacepoint& p : surfacepoints(e.nodes, 7)) {
+        const surfaceshape n = shapesat(e.nodes, p.place);
+        const double weight = density * thickness * p.weight * surfacenormal(e, n).norm();
+        const elmatrix u = displacement(e, s, bent, p.place);
+        m.noalias() += weight * u.transpose() * u;
+        for (int i = 0; i < e.nodes; ++i)
+            for (int j = 0; j < e.nodes; ++j)
+                m.block<2, 2>(6 * i + 3, 6 * j + 3).diagonal().array() +=
+                    weight * thickness * thickness / 12 * n.n[i] * n.n[j];
+    }
+    tonodes(s, m);
+}
+
+void spreadshell(const element& e, placedforces forces, elvector& f) {
+    const flatshape s = flatten(e, meanaxes(e));
+    const plate bent(e, s);
+    const double cubic = cubicpart(e, s);
+    const bool curvedtriangle = s.corners == 3 && cubic < 1;
+    const halfrow curved = curvedtriangle ? curvedspread(e, s) : halfrow::Zero(3 * s.corners);
+    elmatrix work = elmatrix::Zero(1, 6 * s.corners);
+    for (const auto& [place, force] : forces) {
+        const vec3 local = s.axes * force;
+        const surfaceshape n = shapesat(s.corners, place);
+        const halfrow w = deflection(s, bent, cubic, place, n) + (1 - cubic) * curved;
+        for (int c = 0; c < s.corners; ++c) {
+            work(0, 6 * c) += local.x() * n.n[c];
+            work(0, 6 * c + 1) += local.y() * n.n[c];
+            for (int i = 0; i < 3; ++i) work(0, 6 * c + bendingdofs[i]) += local.z() * w[3 * c + i];
+        }
+    }
+    rowstonodes(s, work);
+    f += work.transpose();
+}
+
+// Adds a half's rows (three a corner) to the six of a corner, from row `first` on.
+static void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elmatrix& rows) {
+    for (int j = 0; j < half.cols(); ++j)
+        for (int i = 0; i < half.rows(); ++i)
+            rows(6 * (i / 3) + first + i % 3, 6 * (j / 3) + dofs[j % 3]) += half(i, j);
+}
+
+static void addbending(const element& e, const flatshape& s, elmatrix& rows) {
+    addrows(plate(e, s).cornerstress(), bendingdofs, 3, rows);
+}
+
+void stressplate(const element& e, elmatrix& rows) {
+    const flatshape s = flatten(e, stressaxes(e));
+    rows.setZero(6 * e.nodes, 6 * e.nodes);
+    addbending(e, s, rows);
+    rowstonodes(s, rows);
+}
+
+void stressshell(const element& e, elmatrix& rows) {
+    const flatshape s = flatten(e, stressaxes(e));
+    workoralike(e, s, rows, [&](elmatrix& whole) {
+        whole.setZero(6 * e.nodes, 6 * e.nodes);
+        addbending(e, s, whole);
+        halfmatrix half;
+        stressdrilling(e, s, half);
+        addrows(half, membranedofs, 0, whole);
+        rowstonodes(s, whole);
+    });
+}

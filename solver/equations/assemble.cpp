@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Assembly: element matrices are worked out by all threads a batch at a time, then every thread
+// adds those columns of the batch that are its own, in the order of the elements.
+#include "solver/equations/assemble.h"
+
+#include <algorithm>
+
+#include "solver/base/parallel.h"
+#include "solver/base/refuse.h"
+#include "solver/processes/ranks.h"
+
+static const int batchsize = 4096;  // elements, 19 MiB of the largest matrices
+
+sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vector<int>& order) {
+    std::vector<int> place(order.size());  // of the graph: place in the order
+    for (std::size_t p = 0; p < order.size(); ++p) place[std::size_t(order[p])] = int(p);
+    sparsematrix a;
+    a.unknowns = d.freedoms;
+    a.start.reserve(std::size_t(d.unknowns) + 1);
+    a.start.push_back(0);
+    std::vector<int> later;
+    const auto findlater = [&](std::size_t p, std::vector<int>& list) {
+        list.clear();
+        const auto node = std::size_t(order[p]);
+        for (auto i = graph.start[node]; i < graph.start[node + 1]; ++i) {
+            const int q = place[std::size_t(graph.neighbour[std::size_t(i)])];
+            if (q > int(p)) list.push_back(q);
+        }
+    };
+    for (std::size_t p = 0; p < order.size(); ++p) {
+        findlater(p, later);
+        std::int64_t below = 0;
+        for (const int q : later) below += d.unknowncount[std::size_t(q)];
+        for (int c = 0; c < d.unknowncount[p]; ++c)
+            a.start.push_back(a.start.back() + d.unknowncount[p] - c + below);
+    }
+    a.row.resize(std::size_t(a.start.back()));
+    a.value.resize(std::size_t(a.start.back()));
+    parallelpieces(int(order.size()), 1024, [&](int first, int last, int) {
+        std::vector<int> list;
+        for (auto p = std::size_t(first); p < std::size_t(last); ++p) {
+            findlater(p, list);
+            std::sort(list.begin(), list.end());
+            const auto begin = a.start[std::size_t(d.firstunknown[p])];
+            int* next = a.row.data() + begin;
+            for (int c = 0; c < d.unknowncount[p]; ++c) {
+                for (int r = c; r < d.unknowncount[p]; ++r) *next++ = d.firstunknown[p] + r;
+                for (const int q : list)
+                    for (int r = 0; r < d.unknowncount[std::size_t(q)]; ++r)
+                        *next++ = d.firstunknown[std::size_t(q)] + r;
+            }
+            std::fill(a.value.data() + begin, a.value.data() + (next - a.row.data()), 0.0);
+        }
+    });
+    return a;
+}
+
+namespace {
+// An element's matrix on the unknowns, which ascend.
+struct piece {
+    int count = 0;
+    int unknown[mostdofs];
+    double value[mostdofs * mostdofs];  // lower triangle by columns, count a column
+};
+}  // namespace
+
+// The unknowns that an element reaches, ascending, and how each degree of freedom depends on them.
+static int listunknowns(const dofmap& d, const elementdofs& dofs, int* unknown) {
+    int count = 0;
+    for (int a = 0; a < dofs.count; ++a) {
+        if (dofs.index[a] < 0) continue;
+        const int q = d.equation[std::size_t(dofs.index[a])];
+        if (q >= 0) {
+            unknown[count++] = q;
+        } else if (q < dofmap::constantdof) {
+            const combination& c = d.combinations[std::size_t(-2 - q)];
+            for (int j = 0; j < c.count; ++j) {
+                const int u = c.first + j;
+                if (std::find(unknown, unknown + count, u) == unknown + count) unknown[count++] = u;
+            }
+        }
+    }
+    std::sort(unknown, unknown + count);
+    return int(std::unique(unknown, unknown + count) - unknown);
+}
+
+static void topiece(const dofmap& d, const elementdofs& dofs, const elmatrix& k, piece& p) {
+    int room[mostdofs * 7];  // an unknown may first be listed more than once
+    p.count = listunknowns(d, dofs, room);
+    std::copy_n(room, p.count, p.unknown);
+    Eigen::Map<Eigen::MatrixXd> value(p.value, p.count, p.count);
+    value.setZero();
+    const auto slot = [&](int unknown) {
+        return int(std::lower_bound(p.unknown, p.unknown + p.count, unknown) - p.unknown);
+    };
+    bool plain = true;
+    int at[mostdofs];
+    for (int a = 0; a < dofs.count; ++a) {
+        const int q = dofs.index[a] < 0 ? -1 : d.equation[std::size_t(dofs.index[a])];
+        at[a] = q >= 0 ? slot(q) : -1;
+        plain &= q >= dofmap::constantdof;
+    }
+    if (plain) {
+        for (int b = 0; b < dofs.count; ++b)
+            for (int a = 0; a < dofs.count; ++a)
+                if (at[a] >= 0 && at[b] >= 0) value(at[a], at[b]) += k(a, b);
+        return;
+    }
+    elmatrix t = elmatrix::Zero(dofs.count, p.count);
+    for (int a = 0; a < dofs.count; ++a) {
+        if (at[a] >= 0) t(a, at[a]) = 1;
+        const int q = dofs.index[a] < 0 ? -1 : d.equation[std::size_t(dofs.index[a])];
+        if (q >= dofmap::constantdof) continue;
+        const combination& c = d.combinations[std::size_t(-2 - q)];
+        for (int j = 0; j < c.count; ++j) t(a, slot(c.first + j)) = c.factor[j];
+    }
+    value.noalias() = t.transpose() * k * t;
+}
+
+// Adds the columns of this thread: unknown / 64 spreads them, so that neighbours share cache lines.
+static void addpiece(const piece& p, int thread, int count, sparsematrix& a) {
+    for (int c = 0; c < p.count; ++c) {
+        if ((p.unknown[c] / 64) % count != thread) continue;
+        const auto column = std::size_t(p.unknown[c]);
+        const int* const row = a.row.data();
+        const int* at = row + a.start[column];
+        const int* const end = row + a.start[column + 1];
+        for (int r = c; r < p.count; ++r) {
+            // Those of one node follow each other.
+            if (*at != p.unknown[r]) at = std::lower_bound(at, end, p.unknown[r]);
+            a.value[std::size_t(at++ - row)] += p.value[c * p.count + r];
+        }
+    }
+}
+
+void assemble(const model& m, const settings& s, const dofmap& d, part what, sparsematrix& a,
+              runlog& log) {
+    std::vector<piece> pieces(std::size_t(std::min(batchsize, m.nelems())));
+    const int share = 64;  // elements that a thread takes at a time
+    for (int begin = 1; begin <= m.nelems(); begin += batchsize) {
+        const int count = std::min(batchsize, m.nelems() + 1 - begin);
+        parallelpieces(count, share, [&](int first, int last, int) {
+            elmatrix k;
+            for (int i = first; i < last; ++i) {
+                const int e = begin + i;
+                piece& p = pieces[std::size_t(i)];
+                p.count = 0;
+                const elementkind& kind = kindof(m.elements[std::size_t(e)].type);
+                const auto work = what == part::stiffness ? kind.stiffness : kind.mass;
+                const bool left =
+                    !isown(m, e) || (what == part::pointmass && kind.fam != family::point);
+                if (!work || left) continue;
+                work(elementat(m, s, e), k);
+                topiece(d, dofsof(d, m.elements[std::size_t(e)]), k, p);
+            }
+        });
+        const int helpers = threads();
+        eachthread([&](int thread) {
+            for (int i = 0; i < count; ++i) addpiece(pieces[std::size_t(i)], thread, helpers, a);
+        });
+        log.progress(what == part::stiffness ? "assemble" : "mass",
+                     int(100.0 * (begin + count - 1) / m.nelems()));
+    }
+}
+
+static void addentry(sparsematrix& a, int row, int column, double value) {
+    if (row < column) std::swap(row, column);
+    const auto begin = a.row.begin() + a.start[std::size_t(column)];
+    const auto end = a.row.begin() + a.start[std::size_t(column) + 1];
+    const auto at = std::lower_bound(begin, end, row);
+    a.value[std::size_t(at - a.row.begin())] += value;
+}
+
+void addatdof(const dofmap& d, std::size_t dof, double value, sparsematrix& a) {
+    const int q = d.equation[dof];
+    if (q >= 0) addentry(a, q, q, value);
+    if (q >= dofmap::constantdof) return;
+    const combination& c = d.combinations[std::size_t(-2 - q)];
+    for (int i = 0; i < c.count; ++i)
+        for (int j = 0; j <= i; ++j)
+            addentry(a, c.first + i, c.first + j, value * c.factor[i] * c.factor[j]);
+}
+
+std::vector<double> diagonalof(const sparsematrix& a) {
+    std::vector<double> diagonal(std::size_t(a.size()));
+    for (std::size_t j = 0; j < diagonal.size(); ++j)
+        diagonal[j] = a.value[std::size_t(a.start[j])];
+    a.unknowns->sum(diagonal.data(), 1);
+    return diagonal;
+}
+
+void multiply(const sparsematrix& a, const double* x, double* y, int columns) {
+    const std::int64_t n = a.size();
+    parallelpieces(columns, 1, [&](int firstcolumn, int lastcolumn, int) {
+        for (int c = firstcolumn; c < lastcolumn; ++c) {
+            const double* const u = x + c * n;
+            double* const f = y + c * n;
+            std::fill_n(f, n, 0.0);
+            for (std::int64_t j = 0; j < n; ++j) {
+                const auto begin = std::size_t(a.start[std::size_t(j)]);
+                const auto end = std::size_t(a.start[std::size_t(j) + 1]);
+                double sum = a.value[begin] * u[j];
+                for (std::size_t i = begin + 1; i < end; ++i) {
+                    sum += a.value[i] * u[a.row[i]];
+                    f[a.row[i]] += a.value[i] * u[j];
+                }
+                f[j] += sum;
+            }
+        }
+    });
+    for (int c = 0; c < columns; ++c) a.unknowns->sum(y + c * n, 1);
+}
+
+std::vector<double> constantforces(const model& m, const settings& s, const dofmap& d) {
+    std::vector<double> u(d.constant), zero(std::size_t(d.unknowns), 0.0);
+    expand(d, zero.data(), u.data());
+    double any = std::any_of(u.begin(), u.end(), [](double v) { return v != 0; });
+    allranks().most(&any, 1);
+    if (any == 0) return {};
+    std::vector<double> force(u.size(), 0);
+    for (int e = 1; e <= m.nelems(); ++e) {
+        if (!isown(m, e)) continue;
+        const elementdef& def = m.elements[std::size_t(e)];
+        const elementkind& kind = kindof(def.type);
+        const elementdofs dofs = dofsof(d, def);
+        elvector value = elvector::Zero(dofs.count);
+        for (int a = 0; a < dofs.count; ++a)
+            if (dofs.index[a] >= 0) value[a] = u[std::size_t(dofs.index[a])];
+        if (!kind.stiffness || value.isZero(0)) continue;
+        elmatrix k;
+        kind.stiffness(elementat(m, s, e), k);
+        const elvector f = k * value;
+        for (int a = 0; a < dofs.count; ++a)
+            if (dofs.index[a] >= 0) force[std::size_t(dofs.index[a])] -= f[a];
+    }
+    sumshares(d, force.data());
+    return force;
+}

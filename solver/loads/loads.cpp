@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loads of a case.
+#include "solver/loads/loads.h"
+
+#include <Eigen/Geometry>
+#include <algorithm>
+#include <cmath>
+
+#include "solver/base/parallel.h"
+#include "solver/base/refuse.h"
+#include "solver/elements/gauss.h"
+#include "solver/elements/section.h"
+#include "solver/elements/surface.h"
+#include "solver/processes/ranks.h"
+
+void absentloads::add(int n, int direction, double value) {
+    if (value == 0) return;
+    ++count;
+    const bool turns = direction > 3, nothingyet = dof == 0 || (dof > 3 && !turns);
+    const double size = std::fabs(value);
+    const bool less = size < largest || (size == largest && n >= node);
+    if (!nothingyet && (less || turns != (dof > 3))) return;
+    largest = size;
+    node = n;
+    dof = direction;
+}
+
+void absentloads::addothers() {
+    double all = double(count);
+    allranks().sum(&all, 1);
+    const double kind = count == 0 ? 0 : dof > 3 ? 1 : 2;
+    const std::vector<double> most =
+        allranks().greatest({kind, largest, -double(node), double(dof)});
+    *this = {long(all), int(-most[2]), int(most[3]), most[1]};
+}
+
+caseloads::caseloads(const model& whole, const settings& set, int lc)
+    : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, false) {}
+
+caseloads::caseloads(const model& whole, const settings& set, const loadcase& one, int lc,
+                     bool pointsalone)
+    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone), sea(whole, set, one) {
+    uniform = rotation = centre = vec3::Zero();
+    accelerated = c.type >= caseaccx && c.type <= caseaccrz;
+    if (accelerated) {
+        const double units = s.mass / s.force;
+        const int axis = (c.type - caseaccx) % 3;
+        if (c.type <= caseaccz) {
+            uniform[axis] = c.par[accvalue] * units;
+        } else {
+            rotation[axis] = c.par[accvalue] * s.length * units;
+            centre = vec3(c.par[acccentrex], c.par[acccentrey], c.par[acccentrez]);
+        }
+    }
+    rows = c.element;
+    std::stable_sort(rows.begin(), rows.end(), [](const elementrow& a, const elementrow& b) {
+        return a.element < b.element;
+    });
+}
+
+bool caseloads::loadselements() const {
+    return !rows.empty() || sea.any() || (accelerated && c.par[accelementmass] == 1);
+}
+
+vec3 caseloads::accelerationat(const vec3& at) const {
+    return uniform + rotation.cross(at - centre);
+}
+
+// Adds a force a length that is the same all along a line.
+static void spreadalong(const element& e, const vec3& load, elvector& f) {
+    const int points = 2;  // exact for the cubic shapes of a beam
+    placedforce forces[points];
+    const double half = lengthof(e) / 2;
+    for (int i = 0; i < points; ++i) {
+        const gausspoint& g = gausspoints(points)[i];
+        forces[i] = {{(1 + g.at) / 2, 0}, g.weight * half * load};
+    }
+    kindof(e.type).spread(e, placedforces(forces), f);
+}
+
+vec3 plateload(const element& e, const elementrow& row, const vec3& normal) {
+    const int across = 3;
+    if (row.direction == across) return row.value * normal;
+    return row.value * normal.norm() * plateaxes(e).row(row.direction - 1).transpose();
+}
+
+// Adds a force an area that is the same all over a plate.
+static void spreadover(const element& e, const elementrow& row, elvector& f) {
+    const int most = 9;  // points of the rule
+    placedforce forces[most];
+    std::size_t count = 0;
+    for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
+        const vec3 normal = surfacenormal(e, shapesat(e.nodes, p.place));
+        forces[count++] = {p.place, p.weight * plateload(e, row, normal)};
+    }
+    kindof(e.type).spread(e, {forces, count}, f);
+}
+
+std::vector<elementrow>::const_iterator caseloads::firstrow(int e) const {
+    const auto before = [](const elementrow& row, int number) { return row.element < number; };
+    return std::lower_bound(rows.begin(), rows.end(), e, before);
+}
+
+bool caseloads::rowsonelement(const element& e, elvector& f) const {
+    bool any = false;
+    for (auto row = firstrow(e.number); row != rows.end() && row->element == e.number; ++row) {
+        const elementkind& kind = kindof(e.type);
+        if (kind.spread == nullptr)
+            refuseelement(e, "has a distributed load in case \"" + c.name +
+                                 "\", but this kind of element takes none; load its nodes");
+        if (kind.fam != family::plate && !(lengthof(e) > 0))
+            refuseelement(e, "has a distributed load, but no length");
+        if (kind.fam == family::plate)
+            spreadover(e, *row, f);
+        else
+            spreadalong(e, row->value * lineaxes(e).row(row->direction - 1).transpose(), f);
+        any = true;
+    }
+    return any;
+}
+
+bool caseloads::massonelement(const element& e, elvector& f) const {
+    const elementkind& kind = kindof(e.type);
+    if (!accelerated || c.par[accelementmass] != 1 || kind.mass == nullptr) return false;
+    if (pointmasses && kind.fam != family::point) return false;
+    elmatrix mass;
+    kind.mass(e, mass);
+    const int stride = int(mass.rows()) / e.nodes;
+    elvector acceleration = elvector::Zero(mass.rows());
+    for (int i = 0; i < e.nodes; ++i) {
+        acceleration.segment<3>(stride * i) = accelerationat(e.x[i]);
+        if (stride == 6) acceleration.segment<3>(stride * i + 3) = rotation;
+    }
+    f += mass * acceleration;
+    return true;
+}
+
+bool caseloads::onelement(const element& e, elvector& f) const {
+    const bool byrows = rowsonelement(e, f);
+    const bool bymass = massonelement(e, f);
+    const bool bysea = sea.onelement(e, f);
+    return byrows || bymass || bysea;
+}
+
+vec3 caseloads::online(const element& e, const linesink& sink) const {
+    vec3 sum = vec3::Zero(), moment = vec3::Zero();
+    const mat3 axes = lineaxes(e);
+    for (auto row = firstrow(e.number); row != rows.end() && row->element == e.number; ++row)
+        sum += row->value * axes.row(row->direction - 1).transpose();
+    if (!sum.isZero(0)) sink(0, 1, [&](double) { return sum; });
+    if (accelerated && c.par[accelementmass] == 1 && kindof(e.type).mass != nullptr &&
+        !pointmasses) {
+        const linesection section = sectionof(e);
+        const double density = e.field(fielddensity);
+        sink(0, 1, [&](double x) -> vec3 {
+            return density * section.area * accelerationat((1 - x) * e.x[0] + x * e.x[1]);
+        });
+        if (kindof(e.type).nodedofs == 6)
+            moment =
+                density *
+                vec3(section.i2 + section.i3, section.i2, section.i3).cwiseProduct(axes * rotation);
+    }
+    sea.online(e, sink);
+    return moment;
+}
+
+void caseloads::nodalforces(const dofmap& d, double* f, absentloads& absent) const {
+    for (const nodalrow& row : c.nodal) {
+        if (!d.nodes->counts(std::size_t(row.node - 1))) continue;
+        double value = row.value;
+        if (c.type != caseapplied) {
+            if (!accelerated) continue;  // masses do nothing in sea and wind
+            const vec3 a = accelerationat(m.nodes[std::size_t(row.node)]);
+            value *= row.dof <= 3 ? a[row.dof - 1] : rotation[row.dof - 4];
+        }
+        const int k = d.place[row.dof];
+        if (k >= 0)
+            f[d.index(row.node, k)] += value;
+        else
+            absent.add(m.nameofnode(row.node), row.dof, value);
+    }
+}
+
+void caseloads::tellabsent(const absentloads& absent, runlog& log) const {
+    if (absent.count == 0) return;
+    log.warn("Case " + std::to_string(number) + " \"" + c.name +
+                 "\": " + std::to_string(absent.count) +
+                 " load(s) fall away, this analysis does not have their direction; the largest, " +
+                 shortnumber(absent.largest) + ", at node " + std::to_string(absent.node) + " in " +
+                 dofname(absent.dof),
+             number);
+}
+
+void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
+    std::fill_n(f, d.dofs(), 0.0);
+    absentloads absent;
+    nodalforces(d, f, absent);
+    together([&] { addelementloads(d, f, absent); });
+    sumshares(d, f);
+    absent.addothers();
+    tellabsent(absent, log);
+}
+
+void caseloads::addelementloads(const dofmap& d, double* f, absentloads& absent) const {
+    if (!loadselements()) return;
+    struct elementload {
+        bool any;
+        elvector f;
+    };
+    const int batch = 8192;
+    std::vector<elementload> loads(std::size_t(std::min(batch, m.nelems())));
+    for (int begin = 1; begin <= m.nelems(); begin += batch) {
+        const int count = std::min(batch, m.nelems() + 1 - begin);
+        parallelpieces(count, 256, [&](int first, int last, int) {
+            for (int i = first; i < last; ++i) {
+                elementload& load = loads[std::size_t(i)];
+                load.any = false;
+                if (!isown(m, begin + i)) continue;
+                const element e = elementat(m, s, begin + i);
+                load.f = elvector::Zero(e.nodes * kindof(e.type).nodedofs);
+                load.any = onelement(e, load.f);
+            }
+        });
+        for (int i = 0; i < count; ++i) {
+            const elementload& load = loads[std::size_t(i)];
+            if (!load.any) continue;
+            const elementdef& def = m.elements[std::size_t(begin + i)];
+            const elementdofs dofs = dofsof(d, def);
+            const int stride = kindof(def.type).nodedofs;
+            const double noload = 1e-9 * load.f.cwiseAbs().maxCoeff();
+            for (int a = 0; a < dofs.count; ++a) {
+                if (dofs.index[a] >= 0)
+                    f[dofs.index[a]] += load.f[a];
+                else if (std::fabs(load.f[a]) > noload)
+                    absent.add(m.nameofnode(def.node[a / stride]), a % stride + 1, load.f[a]);
+            }
+        }
+    }
+}

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loads of a case: nodal forces, distributed loads on elements, accelerations of masses, and what
+// sea and wind do to the elements (waveloads).
+#pragma once
+
+#include <vector>
+
+#include "solver/dofs/dofs.h"
+#include "solver/elements/kinds.h"
+#include "solver/loads/waveloads.h"
+
+// Loads in directions that the analysis does not have.
+struct absentloads {
+    long count = 0;
+    // Of the largest force; of the largest moment where there is no force. Of equals the lowest
+    // node.
+    int node = 0, dof = 0;
+    double largest = 0;
+    void add(int n, int direction, double value);
+    void addothers();  // what other processes have found
+};
+
+// The load of a row on a plate where its surface has this normal (whose size is an area). Along e3
+// it is a pressure: normal to the surface at each place, also where the corners leave a plane, so
+// that it balances on a closed vessel.
+vec3 plateload(const element& e, const elementrow& row, const vec3& normal);
+
+class caseloads {
+  public:
+    caseloads(const model& m, const settings& s, int lc);
+    // A case that is not of the model. pointmasses: of the elements those of one node alone have
+    // mass.
+    caseloads(const model& m, const settings& s, const loadcase& c, int number, bool pointmasses);
+
+    // True where the case may put distributed load on elements at all.
+    bool loadselements() const;
+    // Adds the nodal forces that stand for the distributed load on this element (model axes,
+    // nodes x nodedofs); false where there is none.
+    bool onelement(const element& e, elvector& f) const;
+    // The forces a length on a line element, part by part, what onelement stands for.
+    // Returns the moments a length (local axes) of its turning mass.
+    vec3 online(const element& e, const linesink& sink) const;
+    // All forces of the case by degree of freedom; f: d.dofs() numbers, overwritten. Forces in
+    // directions that the analysis does not have are left out and told.
+    void collect(const dofmap& d, double* f, runlog& log) const;
+
+  private:
+    void nodalforces(const dofmap& d, double* f, absentloads& absent) const;
+    void addelementloads(const dofmap& d, double* f, absentloads& absent) const;
+    void tellabsent(const absentloads& absent, runlog& log) const;
+    bool rowsonelement(const element& e, elvector& f) const;
+    bool massonelement(const element& e, elvector& f) const;
+    std::vector<elementrow>::const_iterator firstrow(int e) const;
+    vec3 accelerationat(const vec3& at) const;
+
+    const model& m;
+    const settings& s;
+    const loadcase& c;
+    int number;
+    bool accelerated, pointmasses;
+    vec3 uniform, rotation, centre;  // accelerations times mass unit over force unit
+    waveloads sea;
+    std::vector<elementrow> rows;  // by element
+};

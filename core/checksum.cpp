@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/runtime.h"
 #include "core/textfile.h"
 #include "core/unitsrow.h"
 
@@ -43,7 +44,9 @@ std::string modelchecksum(const std::string& base) {
         }
     }
     // Inertia, waves and wind depend on what the numbers are of.
-    for (const char c : unitsrow(base)) add(static_cast<unsigned char>(c));
+    std::string units;
+    guarded([&] { units = unitsrow(base); }, [](const runtimeerror&) {});
+    for (const char c : units) add(static_cast<unsigned char>(c));
     char text[20];
     std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(hash));
     return text;

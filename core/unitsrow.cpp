@@ -2,21 +2,20 @@
 // The row of the section "units".
 #include "core/unitsrow.h"
 
-#include <fstream>
+#include <filesystem>
 
+#include "core/kalsections.h"
 #include "core/textfile.h"
 
 const char* const unitssection = "units";
 
 std::string unitsrow(const std::string& base) {
-    std::ifstream in(findnocase(base + ".kal"));
-    const std::string head = "\"section\",\"" + std::string(unitssection) + "\"";
-    const auto next = [&](std::string& line) {
-        if (!std::getline(in, line)) return false;
-        if (line.ends_with('\r')) line.pop_back();
-        return true;
-    };
-    for (std::string line; next(line);)
-        if (line == head) return next(line) && line != "\"end\"" ? line : "";
+    const std::string name = findnocase(base + ".kal");
+    std::error_code ec;
+    if (!std::filesystem::exists(name, ec)) return {};
+    const std::string text = readkaltext(name);
+    for (auto s = nextkalsection(text, 0, name); s; s = nextkalsection(text, s->next, name))
+        if (s->keyword == unitssection && s->end > s->rows)
+            return text.substr(s->rows, text.find('\n', s->rows) - s->rows);
     return {};
 }

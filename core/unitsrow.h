@@ -13,5 +13,6 @@
 
 extern const char* const unitssection;  // the keyword
 
-// The row as it stands, "" for a model that says nothing.
+// The row as it stands, "" for a model that says nothing. Throws errtype with name and line for a
+// damaged file: who took it for silence would take one unit for another.
 std::string unitsrow(const std::string& base);

@@ -232,10 +232,13 @@ bool openmodel(const std::string& name) {
 
 // Units that a model says without opening it, "" for none.
 static std::string unitsof(const std::string& name) {
-    const std::string row = unitsrow(name);
     std::string text;
-    guarded([&] { text = row.empty() ? row : textin(row, name).text(); },
-            [](const runtimeerror&) {});
+    guarded(
+        [&] {
+            const std::string row = unitsrow(name);
+            if (!row.empty()) text = textin(row, name).text();
+        },
+        [](const runtimeerror&) {});
     return text;
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 
+#include "core/kalsections.h"
 #include "core/kaltext.h"
 #include "core/numtext.h"
 #include "core/runtime.h"
@@ -13,51 +14,13 @@
 #include "core/units.h"
 #include "core/unitsrow.h"
 
-static const std::string headstart = "\"section\",\"", endrow = "\"end\"\n";
-
-namespace {
-struct section {
-    std::string keyword;
-    std::size_t head, rows, end, next;  // places in the text; end: of the row that closes it
-};
-}  // namespace
-
 static std::string headof(const std::string& keyword) {
-    return headstart + keyword + "\"\n";
+    return kalheadstart + keyword + "\"\n";
 }
 
-static std::size_t linesbefore(const std::string& text, std::size_t at) {
-    return std::size_t(std::count(text.begin(), text.begin() + long(at), '\n'));
-}
-
-[[noreturn]] static void fail(const std::string& text, std::size_t at, const std::string& name,
-                              const std::string& what) {
-    throw runtimeerror{errtype,
-                       name + ", line " + std::to_string(linesbefore(text, at) + 1) + ": " + what};
-}
-
-// The section that begins at or behind a place; none at the end of the text.
-static std::optional<section> nextsection(const std::string& text, std::size_t at,
-                                          const std::string& name) {
-    at = text.find_first_not_of("\n ", at);
-    if (at == text.npos) return {};
-    section s{"", at, 0, 0, 0};
-    const std::size_t line = text.find('\n', at);
-    if (text.compare(at, headstart.size(), headstart) != 0 || line == text.npos ||
-        line < at + headstart.size() + 1 || text[line - 1] != '"')
-        fail(text, at, name, R"(a row "section","keyword" is expected)");
-    s.keyword = text.substr(at + headstart.size(), line - 1 - at - headstart.size());
-    s.rows = line + 1;
-    const std::size_t end = text.find("\n" + endrow, line);
-    if (end == text.npos)
-        fail(text, at, name, "the section \"" + s.keyword + "\" has no end; the file is cut short");
-    s.end = end + 1;
-    s.next = s.end + endrow.size();
-    return s;
-}
-
-static std::optional<section> findsection(const std::string& keyword) {
-    for (auto s = nextsection(kaltext, 0, ".kal"); s; s = nextsection(kaltext, s->next, ".kal"))
+static std::optional<kalsectionplace> findsection(const std::string& keyword) {
+    for (auto s = nextkalsection(kaltext, 0, ".kal"); s;
+         s = nextkalsection(kaltext, s->next, ".kal"))
         if (s->keyword == keyword) return s;
     return {};
 }
@@ -70,9 +33,9 @@ std::string kalsection(const std::string& keyword) {
 void putkalsection(const std::string& keyword, const std::string& rows) {
     std::string text = rows;
     if (!text.empty() && text.back() != '\n') text += '\n';
-    if (("\n" + text).find("\n" + endrow) != text.npos)
+    if (("\n" + text).find("\n" + kalendrow) != text.npos)
         throw runtimeerror{errtype, "a row of the section \"" + keyword + "\" would end it"};
-    if (!text.empty()) text = headof(keyword) + text + endrow;
+    if (!text.empty()) text = headof(keyword) + text + kalendrow;
     const auto s = findsection(keyword);
     if (s)
         kaltext.replace(s->head, s->next - s->head, text);
@@ -81,8 +44,8 @@ void putkalsection(const std::string& keyword, const std::string& rows) {
 }
 
 // Empty lines stand for what comes before, so that a fault counts the file's lines.
-static textin readerof(const section& s, const std::string& text, const std::string& name) {
-    return {std::string(linesbefore(text, s.rows), '\n') + text.substr(s.rows, s.end - s.rows),
+static textin readerof(const kalsectionplace& s, const std::string& text, const std::string& name) {
+    return {std::string(linesbeforekal(text, s.rows), '\n') + text.substr(s.rows, s.end - s.rows),
             name};
 }
 
@@ -114,7 +77,7 @@ static std::string unitsection() {
     if (set.metres > 0)
         for (const double factor : {set.metres, set.newtons, set.kilograms})
             row += "," + numbertext(factor);
-    return headof(unitssection) + row + "\n" + endrow;
+    return headof(unitssection) + row + "\n" + kalendrow;
 }
 
 static std::string readunits(textin& in) {
@@ -141,13 +104,10 @@ void writekal(textout& out) {
 
 void readkal(const std::string& base) {
     const std::string name = findnocase(base + ".kal");
-    std::string text = toutf8(readwhole(name));
-    std::erase(text, '\r');
-    if (!text.empty() && text.back() != '\n') text += '\n';
-    if (text.find('\0') != text.npos) fail(text, text.find('\0'), name, "a byte 0 is no text");
-    std::optional<section> units;
+    std::string text = readkaltext(name);
+    std::optional<kalsectionplace> units;
     std::string told;
-    for (auto s = nextsection(text, 0, name); s; s = nextsection(text, s->next, name)) {
+    for (auto s = nextkalsection(text, 0, name); s; s = nextkalsection(text, s->next, name)) {
         if (s->keyword == unitssection) {
             textin in = readerof(*s, text, name);
             told = readunits(in);

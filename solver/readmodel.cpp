@@ -29,6 +29,14 @@ static int countof(textin& in, std::size_t filesize, std::size_t leastbytes, con
     return count;
 }
 
+// More rows than a count tells are a file that was edited or spoilt: what follows plays no part.
+static void telltail(textin& in, runlog& log) {
+    if (!in.atend())
+        log.warn(in.name() +
+                 " goes on behind its last row; what follows is left out. Correct the "
+                 "count above the rows, or save the model again");
+}
+
 // --- .tek and .rot ------------------------------------------------------------------------------
 
 static elementdef readelement(textin& in, int nnodes) {
@@ -50,7 +58,15 @@ static elementdef readelement(textin& in, int nnodes) {
     return e;
 }
 
-void readtek(textin& in, std::size_t filesize, model& m) {
+// The view records behind the elements are the workbench's; more than those are elements that the
+// first line does not count.
+static void passviews(textin& in, runlog& log) {
+    const int views = 4, values = 8;
+    for (int k = 0; k < views * values && !in.atend(); ++k) in.word();
+    telltail(in, log);
+}
+
+void readtek(textin& in, std::size_t filesize, model& m, runlog& log) {
     const std::size_t nodebytes = 6, elementbytes = 6;
     const int nnodes = countof(in, filesize, nodebytes, "nodes");
     const int nelems = countof(in, filesize, elementbytes, "elements");
@@ -59,11 +75,12 @@ void readtek(textin& in, std::size_t filesize, model& m) {
     for (int n = 1; n <= nnodes; ++n)
         for (int k = 0; k < 3; ++k) m.nodes[std::size_t(n)][k] = boundednumber(in);
     for (int e = 1; e <= nelems; ++e) m.elements[std::size_t(e)] = readelement(in, nnodes);
-    // The view records behind the elements are the workbench's.
+    passviews(in, log);
 }
 
-void readrot(textin& in, model& m) {
+void readrot(textin& in, model& m, runlog& log) {
     for (int e = 1; e <= m.nelems(); ++e) m.elements[std::size_t(e)].turn = boundednumber(in);
+    telltail(in, log);
 }
 
 // --- groups -------------------------------------------------------------------------------------
@@ -79,11 +96,12 @@ static void readgroups(textin& in, model& m, int fields) {
     }
 }
 
-void readmlt(textin& in, model& m) {
+void readmlt(textin& in, model& m, runlog& log) {
     readgroups(in, m, groupfields);
     for (int g = 1; g <= m.ngroups(); ++g)
         for (int i = 0; i < 6; ++i)
             for (int j = 0; j < 6; ++j) m.groups[std::size_t(g)].spring(i, j) = boundednumber(in);
+    telltail(in, log);
 }
 
 // Ten fields a group, no matrices.
@@ -121,6 +139,7 @@ void readvpl(textin& in, model& m, runlog& log) {
     telldropped(log, readrows(in, in.count(), m, m.constraints), in, "a node");
     for (nodalrow& row : m.constraints)
         if (row.dof == scaledz) row.value = row.value * 180 / pi;
+    telltail(in, log);
 }
 
 static void readcases(textin& in, model& m, int parameters) {
@@ -135,8 +154,9 @@ static void readcases(textin& in, model& m, int parameters) {
     }
 }
 
-void readlcd(textin& in, model& m) {
+void readlcd(textin& in, model& m, runlog& log) {
     readcases(in, m, caseparameters);
+    telltail(in, log);
 }
 
 // Four parameters a case.
@@ -150,6 +170,14 @@ static loadcase* nextcase(model& m, int lc, bool counted) {
     if (counted) return nullptr;
     m.cases.push_back({});
     return &m.cases.back();
+}
+
+// A file that ends between two blocks looks whole.
+static void tellmissing(const textin& in, const model& m, int blocks, runlog& log) {
+    if (blocks < m.ncases())
+        log.warn(in.name() + " ends before the loads of case " + std::to_string(blocks + 1) +
+                 "; the model has " + std::to_string(m.ncases()) +
+                 " load case(s). If it was cut short, save the model again");
 }
 
 void readknk(textin& in, model& m, runlog& log) {
@@ -166,6 +194,7 @@ void readknk(textin& in, model& m, runlog& log) {
                      " are left out, the model has fewer load cases");
     }
     telldropped(log, dropped, in, "a node");
+    tellmissing(in, m, lc, log);
 }
 
 void readell(textin& in, model& m, runlog& log) {
@@ -188,6 +217,7 @@ void readell(textin& in, model& m, runlog& log) {
                      " are left out, the model has fewer load cases");
     }
     telldropped(log, dropped, in, "an element");
+    tellmissing(in, m, lc, log);
 }
 
 // --- the set ------------------------------------------------------------------------------------
@@ -244,18 +274,19 @@ model readmodel(const std::string& base, runlog& log) {
         std::string content = readwhole(tek);
         const std::size_t size = content.size();
         textin in(std::move(content), tek);
-        readtek(in, size, m);
+        readtek(in, size, m, log);
     }
-    readside(base, ".rot", log, [&](textin& in) { readrot(in, m); });
+    readside(base, ".rot", log, [&](textin& in) { readrot(in, m, log); });
     const std::string mlt = findnocase(base + ".mlt");
     if (!stands(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");
     readeither(
-        mlt, log, [&](textin& in) { readmlt(in, m); }, [&](textin& in) { readoldmlt(in, m); });
+        mlt, log, [&](textin& in) { readmlt(in, m, log); }, [&](textin& in) { readoldmlt(in, m); });
     readside(base, ".vpl", log, [&](textin& in) { readvpl(in, m, log); });
     const std::string lcd = findnocase(base + ".lcd");
     if (stands(lcd))
         readeither(
-            lcd, log, [&](textin& in) { readlcd(in, m); }, [&](textin& in) { readoldlcd(in, m); });
+            lcd, log, [&](textin& in) { readlcd(in, m, log); },
+            [&](textin& in) { readoldlcd(in, m); });
     readside(base, ".knk", log, [&](textin& in) { readknk(in, m, log); });
     if (m.cases.size() < 2) m.cases.assign(2, {});  // there is always one case
     readside(base, ".ell", log, [&](textin& in) { readell(in, m, log); });

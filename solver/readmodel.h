@@ -13,11 +13,11 @@
 model readmodel(const std::string& base, runlog& log);
 
 // The readers of the single files, in the order in which they must run.
-void readtek(textin& in, std::size_t filesize, model& m);
-void readrot(textin& in, model& m);
-void readmlt(textin& in, model& m);
+void readtek(textin& in, std::size_t filesize, model& m, runlog& log);
+void readrot(textin& in, model& m, runlog& log);
+void readmlt(textin& in, model& m, runlog& log);
 void readvpl(textin& in, model& m, runlog& log);
-void readlcd(textin& in, model& m);
+void readlcd(textin& in, model& m, runlog& log);
 void readknk(textin& in, model& m, runlog& log);
 void readell(textin& in, model& m, runlog& log);
 

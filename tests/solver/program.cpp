@@ -8,6 +8,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "core/checksum.h"
 #include "core/textfile.h"
@@ -465,8 +466,8 @@ TEST(Readers, OldLayoutsMissingFilesAndRowsOfNothing) {
     writetext(base + ".tek", "2,1\r\n0,0,0 1,0,0\r\n1\r\n1,2,1");
     writetext(base + ".lcd",
               "2\r\n\"a\"\r\n0\r\n1\r\n2\r\n3\r\n4\r\n\"b\"\r\n7\r\n1\r\n2\r\n3\r\n4\r\n");
-    writetext(base + ".knk", "3\r\n0,1,5\r\n2,1,5\r\n3,1,5\r\n");
-    writetext(base + ".ell", "2\r\n1,2,3\r\n2,2,3\r\n");
+    writetext(base + ".knk", "3\r\n0,1,5\r\n2,1,5\r\n3,1,5\r\n0\r\n");
+    writetext(base + ".ell", "2\r\n1,2,3\r\n2,2,3\r\n0\r\n");
     writetext(base + ".vpl", "2\r\n1,1,0\r\n9,1,0\r\n");
     fs::remove(base + ".rot");
     runlog log;
@@ -483,6 +484,47 @@ TEST(Readers, OldLayoutsMissingFilesAndRowsOfNothing) {
     EXPECT_EQ(m.cases[1].element.size(), 1u);
     EXPECT_EQ(m.constraints.size(), 1u);
     EXPECT_EQ(log.warnings().size(), 3u);
+}
+
+// What a count leaves out changes the model, though every row can be read.
+TEST(Program, RowsThatNoCountCoversAreTold) {
+    const build b = twobars();
+    const struct {
+        const char *extension, *text, *words;  // null: the last line twice
+    } rows[] = {{".vpl", nullptr, "goes on behind its last row"},
+                {".rot", nullptr, "goes on behind its last row"},
+                {".mlt", nullptr, "goes on behind its last row"},
+                {".lcd", nullptr, "goes on behind its last row"},
+                {".knk", "1\r\n2,1,5\r\n", "ends before the loads of case 2; the model has 2"},
+                {".ell", "", "ends before the loads of case 1"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.extension);
+        tempfolder in;
+        b.write(in / "m");
+        const std::string file = in / "m" + row.extension;
+        std::string text = readwhole(file);
+        const std::size_t last = text.rfind('\n', text.size() - 2) + 1;
+        writetext(file, row.text ? row.text : text + text.substr(last));
+        runlog log;
+        readmodel(in / "m", log);
+        ASSERT_EQ(log.warnings().size(), 1u);
+        const std::string name = "m" + std::string(row.extension);
+        expectwords(log.warnings()[0], {name.c_str(), row.words});
+    }
+}
+
+// Views behind the elements are no rows left out, an element is.
+TEST(Program, ElementsThatTheFirstLineDoesNotCountAreTold) {
+    const std::string bars = "3,1\n0,0,0\n1,0,0\n2,0,0\n1\n1,2,1\n", more = "1\n2,3,1\n";
+    for (const bool counted : {true, false}) {
+        std::string text = bars + (counted ? "" : more);
+        for (int view = 1; view <= 4; ++view) text += "0,0,0,0.3,-2,0.5,100,1\n";
+        runlog log;
+        model m;
+        textin in(text, "m.tek");
+        readtek(in, text.size(), m, log);
+        EXPECT_EQ(log.warnings().empty(), counted);
+    }
 }
 
 // The frequencies of a bar tell which units were taken.
@@ -511,8 +553,15 @@ TEST(Program, UnitsOfTheModelGoBeforeThoseOfTheSettings) {
     writetext(in / "m.kal", units);
     EXPECT_NE(modelchecksum(in / "m"), sum) << "the results are of another model";
     EXPECT_EQ(omega(metres, "\"section\",\"units\"\r\n\"free\"\r\n\"end\"\r\n"), set);
-    writetext(in / "m.kal", "\"section\",\"units\"\n\"m kN t\",1,0,1000\n\"end\"\n");
-    std::string told;
-    EXPECT_EQ(runfeiflu("--appdir " + in.path + " --model " + in.path + "/m", told), 1);
-    EXPECT_NE(told.find("sizes of units are above 0"), std::string::npos) << told;
+    EXPECT_EQ(omega("", "\xEF\xBB\xBF\n  " + units), said) << "as the workbench reads it";
+    const std::string row = "\"section\",\"units\"\n\"m kN t\",1,";
+    for (const auto& [kal, words] : std::map<std::string, const char*>{
+             {row + "0,1000\n\"end\"\n", "sizes of units are above 0"},
+             {row + "1000,10", "has no end; the file is cut short"},
+             {"units m\n", "m.kal, line 1: a row \"section\",\"keyword\" is expected"}}) {
+        writetext(in / "m.kal", kal);
+        std::string told;
+        EXPECT_EQ(runfeiflu("--appdir " + in.path + " --model " + in.path + "/m", told), 1);
+        expectwords(told, {words});
+    }
 }

@@ -20,8 +20,12 @@ static void sleepabit() {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-static void await(MPI_Request& request) {
-    for (int done = 0; MPI_Test(&request, &done, MPI_STATUS_IGNORE), done == 0;) sleepabit();
+// Waits until a look finds what is awaited: at first there are few moments between two of them.
+template <typename Look>
+static void await(Look look) {
+    const std::chrono::microseconds longest(1000);
+    for (std::chrono::microseconds rest(8); !look(); rest = std::min(2 * rest, longest))
+        std::this_thread::sleep_for(rest);
 }
 
 // Who waits gives way to others: where the machine has more work than cores, a process that spins
@@ -71,14 +75,27 @@ void mpiranks::most(double* values, std::int64_t count) {
 
 static const int tag = 1;
 
-static void send(const void* data, std::size_t size, int to) {
+// The data stay in their place until all messages are done.
+static std::vector<MPI_Request> beginsend(const void* data, std::size_t size, int to) {
     const char* const from = static_cast<const char*>(data);
-    MPI_Request request;
+    std::vector<MPI_Request> messages;
     for (std::size_t at = 0, count = piece; count == piece; at += count) {
         count = std::min<std::size_t>(piece, size - at);
-        MPI_Isend(from + at, int(count), MPI_CHAR, to, tag, MPI_COMM_WORLD, &request);
-        await(request);
+        MPI_Isend(from + at, int(count), MPI_CHAR, to, tag, MPI_COMM_WORLD,
+                  &messages.emplace_back());
     }
+    return messages;
+}
+
+static bool aredone(std::vector<MPI_Request>& messages) {
+    int done = 0;
+    MPI_Testall(int(messages.size()), messages.data(), &done, MPI_STATUSES_IGNORE);
+    return done != 0;
+}
+
+static void send(const void* data, std::size_t size, int to) {
+    std::vector<MPI_Request> messages = beginsend(data, size, to);
+    await([&] { return aredone(messages); });
 }
 
 // Behind what the list holds.
@@ -88,7 +105,11 @@ static void receive(int from, List& to) {
     std::size_t size = to.size() * one;
     for (int count = piece; count == piece; size += std::size_t(count)) {
         MPI_Status status;
-        MPI_Probe(from, tag, MPI_COMM_WORLD, &status);
+        await([&] {
+            int found = 0;
+            MPI_Iprobe(from, tag, MPI_COMM_WORLD, &found, &status);
+            return found != 0;
+        });
         MPI_Get_count(&status, MPI_CHAR, &count);
         to.resize((size + std::size_t(count)) / one);
         MPI_Recv(reinterpret_cast<char*>(to.data()) + size, count, MPI_CHAR, from, tag,
@@ -113,14 +134,28 @@ std::vector<double> mpiranks::collect(const std::vector<double>& mine) {
     return result;
 }
 
-void mpiranks::handin(std::string mine, const std::function<void(std::string)>& take) {
-    if (number > 0) return send(mine.data(), mine.size(), 0);
-    take(std::move(mine));
-    for (int from = 1; from < all; ++from) {
-        std::string theirs;
-        receive(from, theirs);
-        take(std::move(theirs));
+void mpiranks::handin(std::string& mine, const std::function<void(std::string&)>& take) {
+    if (number > 0) {
+        settle();
+        handed.swap(mine);
+        underway = beginsend(handed.data(), handed.size(), 0);
+        return;
     }
+    take(mine);
+    for (int from = 1; from < all; ++from) {
+        handed.clear();
+        receive(from, handed);
+        take(handed);
+    }
+}
+
+void mpiranks::nudge() {
+    aredone(underway);
+}
+
+void mpiranks::settle() {
+    await([&] { return aredone(underway); });
+    handed = std::string();  // a checkpoint's was long
 }
 
 std::string mpiranks::handout(const std::function<std::string()>& make) {

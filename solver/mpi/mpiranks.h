@@ -21,7 +21,9 @@ class mpiranks : public ranks {
     void takefirst(double* values, std::int64_t count) override;
     std::vector<double> gather(const std::vector<double>& mine) override;
     std::vector<double> collect(const std::vector<double>& mine) override;
-    void handin(std::string mine, const std::function<void(std::string)>& take) override;
+    void handin(std::string& mine, const std::function<void(std::string&)>& take) override;
+    void nudge() override;
+    void settle() override;
     std::string handout(const std::function<std::string()>& make) override;
     std::unique_ptr<route> findroute(const std::vector<int>& given,
                                      const std::vector<int>& taken) override;
@@ -37,5 +39,7 @@ class mpiranks : public ranks {
 
     int number = 0, all = 1, onhost = 1;
     std::string hostname;
+    std::string handed;  // to the first, by these messages
+    std::vector<MPI_Request> underway;
     MPI_Comm farewell;  // apart from all other talk
 };

@@ -41,10 +41,14 @@ class ranks {
     // The greatest of all such rows, its first numbers counting first.
     std::vector<double> greatest(const std::vector<double>& mine);
 
-    // Has the first take what each has made, in their order, one at a time.
-    virtual void handin(std::string mine, const std::function<void(std::string)>& take) {
-        take(std::move(mine));
+    // Has the first take what each has made, in their order, one at a time. The others go on with
+    // another string in the place of theirs; settle waits until it is taken, and nudge, now and
+    // then on the thread that hands in, keeps it on its way.
+    virtual void handin(std::string& mine, const std::function<void(std::string&)>& take) {
+        take(mine);
     }
+    virtual void nudge() {}
+    virtual void settle() {}
     // Gives each what the first makes for it, in their order.
     virtual std::string handout(const std::function<std::string()>& make) { return make(); }
 

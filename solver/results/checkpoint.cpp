@@ -187,13 +187,15 @@ void checkpoint::keep(casepart& part, const runlog::place& from, runlog& log) {
     runlog::told words = log.since(from);
     block.part(part);
     block.told(words);
-    allranks().handin(block.content(), [&](const std::string& content) {
+    std::string mine = block.content();
+    allranks().handin(mine, [&](const std::string& content) {
         const auto size = std::int64_t(content.size());
         const std::uint64_t hash = hashof(content);
         add({reinterpret_cast<const char*>(&size), sizeof size});
         add(content);
         add({reinterpret_cast<const char*>(&hash), sizeof hash});
     });
+    allranks().settle();
     places.push_back(end);
     double taken = writes || !allranks().first();
     allranks().takefirst(&taken, 1);

@@ -2,76 +2,77 @@
 #include "solver/results/sharedrows.h"
 
 #include <cstring>
-#include <utility>
 
-void rowparcel::add(int number, std::size_t file, std::string_view text) {
-    if (file == 0) numbers.push_back(number);
-    texts[file] += text;
-    ends[file].push_back(int(texts[file].size()));
-}
-
-// How many rows, their numbers, and a file the ends of its rows and their text.
-std::string rowparcel::packed() const {
-    std::string bytes;
-    const auto put = [&](const int* values, std::size_t count) {
-        bytes.append(reinterpret_cast<const char*>(values), count * sizeof(int));
+// The number, the length of each text, the texts.
+void rowmerger::add(std::string& parcel, int number, std::span<const std::string_view> texts) {
+    const auto put = [&](int value) {
+        parcel.append(reinterpret_cast<const char*>(&value), sizeof value);
     };
-    const int count = int(numbers.size());
-    put(&count, 1);
-    put(numbers.data(), numbers.size());
-    for (std::size_t k = 0; k < texts.size(); ++k) {
-        put(ends[k].data(), ends[k].size());
-        bytes += texts[k];
-    }
-    return bytes;
+    put(number);
+    for (const std::string_view text : texts) put(int(text.size()));
+    for (const std::string_view text : texts) parcel += text;
 }
 
 namespace {
-// What packed has made.
-struct opened {
-    std::string bytes;
-    std::vector<int> numbers;
-    std::vector<std::vector<int>> ends;
-    std::vector<const char*> texts;
-    std::size_t next = 0;
+// The pieces of a parcel one by one.
+class opened {
+  public:
+    opened(std::string_view parcel, std::size_t files) : rest(parcel), lengths(files) { next(); }
+    bool done() const { return number < 0; }
+    int first() const { return number; }
+    void writeto(const std::vector<textout*>& out) {
+        for (std::size_t k = 0; k < out.size(); ++k) out[k]->raw(take(std::size_t(lengths[k])));
+        next();
+    }
 
-    opened(std::string packed, std::size_t files) : bytes(std::move(packed)) {
-        const char* at = bytes.data();
-        int count = 0;
-        const auto take = [&](int* to, std::size_t n) {
-            if (n > 0) std::memcpy(to, at, n * sizeof(int));
-            at += n * sizeof(int);
-        };
-        take(&count, 1);
-        numbers.resize(std::size_t(count));
-        take(numbers.data(), numbers.size());
-        for (std::size_t k = 0; k < files; ++k) {
-            ends.emplace_back(numbers.size());
-            take(ends[k].data(), numbers.size());
-            texts.push_back(at);
-            at += count > 0 ? ends[k].back() : 0;
-        }
+  private:
+    void next() {
+        number = -1;
+        if (rest.empty()) return;
+        number = takenumber();
+        for (int& length : lengths) length = takenumber();
     }
-    std::string_view row(std::size_t file) const {
-        const int begin = next > 0 ? ends[file][next - 1] : 0;
-        return {texts[file] + begin, std::size_t(ends[file][next] - begin)};
+    int takenumber() {
+        int value = 0;
+        std::memcpy(&value, take(sizeof value).data(), sizeof value);
+        return value;
     }
+    std::string_view take(std::size_t count) {
+        const std::string_view taken = rest.substr(0, count);
+        rest.remove_prefix(count);
+        return taken;
+    }
+    std::string_view rest;
+    std::vector<int> lengths;
+    int number = -1;
 };
 }  // namespace
 
-void mergerows(const std::vector<textout*>& out, const rowparcel& mine) {
-    std::vector<std::unique_ptr<opened>> parcels;
-    allranks().handin(mine.packed(), [&](std::string packed) {
-        parcels.push_back(std::make_unique<opened>(std::move(packed), out.size()));
-    });
+void rowmerger::write() const {
+    std::vector<opened> parcels;
+    for (const std::string& one : inwork) parcels.emplace_back(one, out.size());
     for (;;) {
         opened* lowest = nullptr;
-        for (const auto& one : parcels)
-            if (one->next < one->numbers.size() &&
-                (!lowest || one->numbers[one->next] < lowest->numbers[lowest->next]))
-                lowest = one.get();
+        for (opened& one : parcels)
+            if (!one.done() && (!lowest || one.first() < lowest->first())) lowest = &one;
         if (!lowest) return;
-        for (std::size_t k = 0; k < out.size(); ++k) out[k]->raw(lowest->row(k));
-        ++lowest->next;
+        lowest->writeto(out);
     }
+}
+
+// Strings change places, so that their memory serves again.
+void rowmerger::merge(std::string& parcel) {
+    arrived.resize(std::size_t(allranks().count()));
+    std::size_t from = 0;
+    allranks().handin(parcel, [&](std::string& theirs) { arrived[from++].swap(theirs); });
+    parcel.clear();
+    if (!allranks().first()) return;
+    if (writing.valid()) writing.get();
+    arrived.swap(inwork);
+    writing = std::async([this] { write(); });
+}
+
+void rowmerger::finish() {
+    if (writing.valid()) writing.get();
+    allranks().settle();
 }

@@ -3,7 +3,10 @@
 // that the model came from, and holds no more than a stretch of them at a time.
 #pragma once
 
+#include <future>
 #include <optional>
+#include <span>
+#include <utility>
 
 #include "solver/base/model.h"
 #include "solver/processes/ranks.h"
@@ -34,21 +37,61 @@ class resultfile {
     std::optional<textout> file;
 };
 
-// Rows of one process, ready for being merged with those of others.
-class rowparcel {
+// Merges the rows of all processes on the first. They come in parcels of pieces, rows whose numbers
+// follow each other: no other process has one among them.
+class rowmerger {
   public:
-    rowparcel(std::size_t files) : texts(files), ends(files) {}
-    void add(int number, std::size_t file, std::string_view text);
-    std::string packed() const;
+    explicit rowmerger(std::vector<textout*> files) : out(std::move(files)) {}
+    // Adds a piece to a parcel; texts: what it brings to each file.
+    static void add(std::string& parcel, int number, std::span<const std::string_view> texts);
+    // The pieces of all processes come into the files by ascending number, while this one goes on;
+    // the parcel becomes empty.
+    void merge(std::string& parcel);
+    void finish();
 
   private:
-    std::vector<int> numbers;
-    std::vector<std::string> texts;      // by file
-    std::vector<std::vector<int>> ends;  // of each row, by file
+    void write() const;
+    std::vector<textout*> out;
+    std::vector<std::string> arrived, inwork;  // by process
+    std::future<void> writing;
 };
 
-// The first takes the parcels of all and writes their rows by ascending number.
-void mergerows(const std::vector<textout*>& out, const rowparcel& mine);
+// Some rows of one process.
+template <std::size_t files>
+class rowblock {
+  public:
+    // The items first..last-1.
+    template <typename Number, typename Row>
+    void make(int first, int last, Number numberof, Row row) {
+        pieces.clear();
+        for (rowtext& text : texts) text.clear();
+        for (int i = first; i < last; ++i) {
+            row(i, texts);
+            if (i == first || numberof(i) != numberof(i - 1) + 1)
+                pieces.push_back({numberof(i), {}});
+            for (std::size_t k = 0; k < files; ++k)
+                pieces.back().end[k] = texts[k].content().size();
+        }
+    }
+    void addto(std::string& parcel) const {
+        std::array<std::size_t, files> begin{};
+        for (const piece& one : pieces) {
+            std::array<std::string_view, files> part;
+            for (std::size_t k = 0; k < files; ++k)
+                part[k] = texts[k].content().substr(begin[k], one.end[k] - begin[k]);
+            rowmerger::add(parcel, one.number, part);
+            begin = one.end;
+        }
+    }
+
+  private:
+    struct piece {
+        int number;                          // of its first row
+        std::array<std::size_t, files> end;  // of its text
+    };
+    std::array<rowtext, files> texts;
+    std::vector<piece> pieces;
+};
 
 // Writes a row for each of some items of this process, made by row(i, texts) of the item i from 0,
 // whose number is numberof(i), ascending; all: the largest number of any process.
@@ -57,31 +100,21 @@ void writeshared(const std::array<textout*, files>& out, int count, int all, int
                  Number numberof, Row row) {
     if (allranks().alone()) return writerows(out, count, blockrows, row);
     const int stretch = 1 << 12;  // numbers, some 8 MiB of the longest rows
-    int next = 0;
-    for (int from = 0; from <= all; from += stretch) {
-        const int first = next;
+    rowmerger merger({out.begin(), out.end()});
+    std::vector<rowblock<files>> blocks(std::size_t((stretch + blockrows - 1) / blockrows));
+    std::string parcel;
+    for (int from = 0, first = 0, next = 0; from <= all; from += stretch, first = next) {
         while (next < count && numberof(next) < from + stretch) ++next;
-        const int pieces = (next - first + blockrows - 1) / blockrows;
-        using rowsmade = std::array<std::vector<std::string>, files>;
-        std::vector<rowsmade> made(static_cast<std::size_t>(pieces));
-        parallelpieces(pieces, 1, [&](int begin, int end, int) {
-            for (int p = begin; p < end; ++p) {
-                std::array<rowtext, files> texts;
-                const int last = std::min(first + (p + 1) * blockrows, next);
-                for (int i = first + p * blockrows; i < last; ++i) {
-                    for (rowtext& text : texts) text.clear();
-                    row(i, texts);
-                    for (std::size_t k = 0; k < files; ++k)
-                        made[std::size_t(p)][k].emplace_back(texts[k].content());
-                }
+        const int made = (next - first + blockrows - 1) / blockrows;
+        parallelpieces(made, 1, [&](int begin, int end, int thread) {
+            for (int b = begin; b < end; ++b) {
+                const int at = first + b * blockrows;
+                blocks[std::size_t(b)].make(at, std::min(at + blockrows, next), numberof, row);
+                if (thread == 0) allranks().nudge();
             }
         });
-        rowparcel parcel(files);
-        for (int i = first; i < next; ++i)
-            for (std::size_t k = 0; k < files; ++k)
-                parcel.add(numberof(i), k,
-                           made[std::size_t((i - first) / blockrows)][k]
-                               [std::size_t((i - first) % blockrows)]);
-        mergerows({out.begin(), out.end()}, parcel);
+        for (int b = 0; b < made; ++b) blocks[std::size_t(b)].addto(parcel);
+        merger.merge(parcel);
     }
+    merger.finish();
 }

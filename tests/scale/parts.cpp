@@ -8,6 +8,7 @@
 #include "solver/equations/solve.h"
 #include "solver/mpi/mpiranks.h"
 #include "solver/program.h"
+#include "solver/results/sharedrows.h"
 #include "tests/scale/ofall.h"
 #include "tests/solver/everything.h"
 
@@ -68,6 +69,42 @@ TEST(Parts, ModelAndVectorsAreSharedOut) {
     for (int n = 1; n <= part.nnodes(); ++n)
         EXPECT_EQ(part.nodes[std::size_t(n)], b.m.nodes[std::size_t(part.nameofnode(n))]);
     workalone();
+}
+
+// Items dealt out in pieces of 1 to 97, over more numbers than are merged at a time, with gaps.
+TEST(Parts, RowsOfAllComeInTheirOrder) {
+    const std::string path = std::filesystem::temp_directory_path().string() + "/feiflu-rows";
+    const int all = 3 * 4096 + 5, me = job().me();
+    std::vector<int> own, every;
+    for (int number = 1, piece = 0; number <= all; ++piece)
+        for (const int end = number + 1 + piece * 31 % 97; number < end && number <= all; ++number)
+            if (number % 1000 != 0) {
+                every.push_back(number);
+                if (piece % job().count() == me) own.push_back(number);
+            }
+    const auto writeto = [&](const std::string& name, const std::vector<int>& items) {
+        resultfile rows(name + "1"), lengths(name + "2");
+        writeshared(
+            std::array<textout*, 2>{rows.get(), lengths.get()}, int(items.size()), all, 64,
+            [&](int i) { return items[std::size_t(i)]; },
+            [&](int i, std::array<rowtext, 2>& text) {
+                const int number = items[std::size_t(i)];
+                text[0].put(number);
+                text[0].endline();
+                text[1].put(std::string(std::size_t(number % 300), 'x'));
+                text[1].endline();
+            });
+        rows.commit(), lengths.commit();
+    };
+    setranks(job());
+    writeto(path + "all", own);
+    workalone();
+    if (!job().first()) return;
+    writeto(path + "one", every);
+    for (const char* file : {"1", "2"}) {
+        EXPECT_EQ(readwhole(path + "all" + file), readwhole(path + "one" + file));
+        for (const char* name : {"all", "one"}) std::filesystem::remove(path + name + file);
+    }
 }
 
 // --- files --------------------------------------------------------------------------------------

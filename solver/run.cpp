@@ -10,6 +10,7 @@
 #include "solver/base/memory.h"
 #include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
+#include "solver/dofs/deal.h"
 #include "solver/dofs/faraway.h"
 #include "solver/dofs/makedofs.h"
 #include "solver/dofs/unstiffened.h"
@@ -29,23 +30,21 @@
 
 // doftype as the workbench derives it, for runs without a control file.
 static int derivedtype(const model& m, bool twod) {
-    bool rotations = false;
-    for (int e = 1; e <= m.nelems() && !rotations; ++e)
-        rotations = hasrotations(m.elements[std::size_t(e)].type);
-    return (twod ? 1 : 2) + (rotations ? 1 : 0);
+    return (twod ? 1 : 2) + (turnsnodes(m) ? 1 : 0);
+}
+
+static void checkelement(const element& el) {
+    const elementkind& kind = kindof(el.type);
+    if (kind.fam == family::link && el.node[0] == el.node[1])
+        refuseelement(el, "has node " + std::to_string(nodenameof(el, 0)) +
+                              " at both ends; give it another node at one of them");
+    if (!kind.check && el.type != typerigid)
+        refuseelement(el, "is of a kind that this version does not take yet");
+    if (kind.check) kind.check(el);
 }
 
 static void checkelements(const model& m, const settings& s) {
-    for (int e = 1; e <= m.nelems(); ++e) {
-        const element el = elementat(m, s, e);
-        const elementkind& kind = kindof(el.type);
-        if (kind.fam == family::link && el.node[0] == el.node[1])
-            refuseelement(el, "has node " + std::to_string(el.node[0]) +
-                                  " at both ends; give it another node at one of them");
-        if (!kind.check && el.type != typerigid)
-            refuseelement(el, "is of a kind that this version does not take yet");
-        if (kind.check) kind.check(el);
-    }
+    refusefirstof(m, [&](int e) { checkelement(elementat(m, s, e)); });
 }
 
 // --- static cases -------------------------------------------------------------------------------
@@ -249,13 +248,17 @@ static void usethreads(const settings& s) {
 }
 
 static void checkcontents(const model& m) {
-    if (m.nnodes() == 0) refuse("The model has no nodes; there is nothing to analyse");
-    if (m.nelems() == 0) refuse("The model has no elements; there is nothing to analyse");
+    if (m.allnodes() == 0) refuse("The model has no nodes; there is nothing to analyse");
+    if (m.allelements() == 0) refuse("The model has no elements; there is nothing to analyse");
 }
 
 results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log) {
     log.stage("check");
     usethreads(s);
+    if (!allranks().alone() && m.rankof.empty()) {
+        keepstretch(m);
+        dealmodel(m);
+    }
     const int anadof = analysiskind(m, doftype > 0 ? doftype : derivedtype(m, m.twod));
     m.twod = anadof == 1 || anadof == 2;
     tellunits(s, log);
@@ -269,7 +272,6 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);
-    m.rankof = allranks().partition(m);
     measurecurve(m);
     for (int lc = 1; lc <= m.ncases(); ++lc) warncurved(m, lc, log);
     measureedges(m, s);
@@ -287,6 +289,18 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     return r;
 }
 
+namespace {
+// This process works alone while it stands.
+class onewhile {
+  public:
+    onewhile() : former(allranks()) { workalone(); }
+    ~onewhile() { setranks(former); }
+
+  private:
+    ranks& former;
+};
+}  // namespace
+
 // The name of the engine that the settings ask for, or that "auto" finds best; the same everywhere.
 static std::string findengine(model& m, const settings& s, const job& j, runlog& log) {
     if (s.engine != "auto") return s.engine;
@@ -295,6 +309,7 @@ static std::string findengine(model& m, const settings& s, const job& j, runlog&
     std::string name;
     together([&] {
         if (!all.first()) return;
+        const onewhile apart;
         checkcontents(m);
         const int anadof = analysiskind(m, j.doftype > 0 ? j.doftype : derivedtype(m, m.twod));
         m.twod = anadof == 1 || anadof == 2;

@@ -61,10 +61,11 @@ struct model {
     std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
     std::vector<edgefold> fold;         // of shells of three nodes
     bool twod = false;                  // z of the nodes plays no part
-    // Of a part that one of several processes holds (ownpart): numbers in the files, and how many
+    // Of a part that one of several processes holds (deal): numbers in the files, and how many
     // of both the files tell; empty where the whole is held.
     std::vector<int> nodenumber, elementnumber;
     int nodesofall = 0, elementsofall = 0;
+    std::vector<char> counted;  // by node: 1: this process counts it; empty: all
 
     int nnodes() const { return int(nodes.size()) - 1; }
     int nelems() const { return int(elements.size()) - 1; }

@@ -90,13 +90,12 @@ static std::string farwords(double worst) {
 }
 
 void checkfaraway(const model& m, const settings& s, runlog& log) {
-    long count = 0;
-    double worst = 0;
+    double count = 0, worst = 0;
     int at = 0;
     const double little = 0.005, much = 0.25;
     for (int n = 1; n <= m.nelems(); ++n) {
         const family fam = kindof(m.elements[std::size_t(n)].type).fam;
-        if (fam != family::line && fam != family::plate) continue;
+        if ((fam != family::line && fam != family::plate) || !isown(m, n)) continue;
         const element e = elementat(m, s, n);
         const double error = errorof(e);
         if (!(error > little && fromsingles(e))) continue;
@@ -105,12 +104,19 @@ void checkfaraway(const model& m, const settings& s, runlog& log) {
         worst = error;
         at = n;
     }
-    if (worst > much)
-        refuse(elementname(elementat(m, s, at)) + " and " + std::to_string(count - 1) +
-               " other(s) lie" + farwords(worst));
-    if (count > 0)
-        log.warn(std::to_string(count) + " element(s), the worst of them element " +
-                 std::to_string(at) + ", lie" + farwords(worst));
+    allranks().sum(&count, 1);
+    if (count == 0) return;
+    const int mine = at > 0 ? m.nameof(at) : 0;
+    const std::vector<double> all = allranks().greatest({worst, -double(mine)});
+    worst = all[0];
+    const int name = int(-all[1]);
+    std::string fault;
+    if (worst > much && mine == name)
+        fault = elementname(elementat(m, s, at)) + " and " + std::to_string(long(count) - 1) +
+                " other(s) lie" + farwords(worst);
+    refusefirst(0, fault);
+    log.warn(std::to_string(long(count)) + " element(s), the worst of them element " +
+             std::to_string(name) + ", lie" + farwords(worst));
 }
 
 // --- angles that are noise ----------------------------------------------------------------------

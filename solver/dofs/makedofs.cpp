@@ -3,7 +3,10 @@
 // own.
 #include "solver/dofs/makedofs.h"
 
+#include <algorithm>
+#include <climits>
 #include <string>
+#include <utility>
 
 #include "solver/base/refuse.h"
 #include "solver/dofs/dofs.h"
@@ -11,10 +14,15 @@
 #include "solver/dofs/unstiffened.h"
 #include "solver/elements/kinds.h"
 
+bool turnsnodes(const model& m) {
+    double any =
+        std::ranges::any_of(m.elements, [](const elementdef& e) { return hasrotations(e.type); });
+    allranks().most(&any, 1);
+    return any != 0;
+}
+
 int analysiskind(const model& m, int doftype) {
-    bool rotations = false;
-    for (int e = 1; e <= m.nelems() && !rotations; ++e)
-        rotations = hasrotations(m.elements[std::size_t(e)].type);
+    const bool rotations = turnsnodes(m);
     switch (doftype) {
         case 1:
             if (rotations)
@@ -42,22 +50,28 @@ static void namedofs(dofmap& d, int anadof) {
 }
 
 static void prescribe(const model& m, dofmap& d, runlog& log) {
-    int absent = 0;
+    double absent = 0;
+    std::pair<int, int> wrong = {INT_MAX, 0};  // the first node and direction prescribed twice
     for (const nodalrow& row : m.constraints) {
         const int k = d.place[row.dof];
         if (k < 0) {
-            ++absent;
+            absent += iscounted(m, row.node);
             continue;
         }
         const std::size_t i = d.index(row.node, k);
         if (d.prescribed[i] && d.constant[i] != row.value)
-            refuse("Node " + std::to_string(row.node) + " has two different prescribed values in " +
-                   dofname(row.dof) + "; remove one of the constraints");
+            wrong = std::min(wrong, {m.nameofnode(row.node), row.dof});
         d.prescribed[i] = 1;
         d.constant[i] = row.value;
     }
+    refusefirst(wrong.first, wrong.second == 0
+                                 ? ""
+                                 : "Node " + std::to_string(wrong.first) +
+                                       " has two different prescribed values in " +
+                                       dofname(wrong.second) + "; remove one of the constraints");
+    allranks().sum(&absent, 1);
     if (absent > 0)
-        log.line(std::to_string(absent) +
+        log.line(std::to_string(long(absent)) +
                  " constraint(s) concern directions that this analysis does not have");
 }
 
@@ -66,7 +80,8 @@ dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log) {
     namedofs(d, anadof);
     const std::size_t nodes = std::size_t(m.nnodes()) + 1;
     const std::size_t dofs = std::size_t(m.nnodes()) * std::size_t(d.pernode);
-    if (dofs > std::size_t(INT32_MAX) / 2) refuse("The model has too many degrees of freedom");
+    if (std::size_t(m.allnodes()) * std::size_t(d.pernode) > std::size_t(INT32_MAX) / 2)
+        refuse("The model has too many degrees of freedom");
     d.equation.assign(dofs, dofmap::constantdof);
     d.constant.assign(dofs, 0);
     d.prescribed.assign(dofs, 0);

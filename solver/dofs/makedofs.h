@@ -5,6 +5,9 @@
 
 #include "solver/dofs/dofmap.h"
 
+// Whether any element has rotations.
+bool turnsnodes(const model& m);
+
 // anadof 0..3 from doftype (1..3) and the types that the model holds.
 int analysiskind(const model& m, int doftype);
 

@@ -3,15 +3,17 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
+#include "solver/dofs/deal.h"
 #include "solver/elements/kinds.h"
+#include "solver/processes/stretch.h"
 
 // --- which --------------------------------------------------------------------------------------
 
 namespace {
 struct selection {
     std::vector<char> node, element;  // 1: kept
-    std::vector<char> counted;        // nodes, by the lowest process with an element there
 };
 }  // namespace
 
@@ -28,23 +30,9 @@ static void addbodies(const dofmap& d, std::vector<char>& node) {
             for (const int n : body.nodes) node[std::size_t(n)] = 1;
 }
 
-static std::vector<char> countednodes(const model& m) {
-    const int none = INT32_MAX;
-    std::vector<int> lowest(m.nodes.size(), none);
-    for (int e = 1; e <= m.nelems(); ++e)
-        eachnode(m, e, [&](std::size_t n) {
-            lowest[n] = std::min(lowest[n], int(m.rankof[std::size_t(e)]));
-        });
-    std::vector<char> counted(lowest.size());
-    for (std::size_t n = 1; n < lowest.size(); ++n)
-        counted[n] = lowest[n] == allranks().me() || (lowest[n] == none && allranks().first());
-    return counted;
-}
-
 static selection choosepart(const model& m, const dofmap& d) {
     selection s;
-    s.counted = countednodes(m);
-    std::vector<char> own = s.counted;
+    std::vector<char> own = m.counted;
     for (int e = 1; e <= m.nelems(); ++e)
         if (isown(m, e)) eachnode(m, e, [&](std::size_t n) { own[n] = 1; });
     addbodies(d, own);
@@ -90,20 +78,9 @@ static void pick(std::vector<Value>& values, const std::vector<int>& list, int b
     values = std::move(rest);
 }
 
-template <typename Row>
-static void pickrows(std::vector<Row>& rows, int Row::*item, const std::vector<int>& place) {
-    std::erase_if(rows, [&](Row& row) {
-        row.*item = place[std::size_t(row.*item)];
-        return row.*item == 0;
-    });
-    rows.shrink_to_fit();
-}
-
 static void leavemodel(model& m, const std::vector<int>& nodes, const std::vector<int>& elements) {
     const std::vector<int> nodeplace = placesof(nodes, m.nodes.size());
     const std::vector<int> elementplace = placesof(elements, m.elements.size());
-    m.nodesofall = m.nnodes();
-    m.elementsofall = m.nelems();
     pick(m.nodes, nodes);
     pick(m.elements, elements);
     pick(m.curve, elements);
@@ -112,13 +89,12 @@ static void leavemodel(model& m, const std::vector<int>& nodes, const std::vecto
     pick(m.rankof, elements);
     for (elementdef& def : m.elements)
         for (int& n : def.node) n = nodeplace[std::size_t(n)];
-    pickrows(m.constraints, &nodalrow::node, nodeplace);
-    for (loadcase& c : m.cases) {
-        pickrows(c.nodal, &nodalrow::node, nodeplace);
-        pickrows(c.element, &elementrow::element, elementplace);
-    }
-    m.nodenumber = nodes;
-    m.elementnumber = elements;
+    keeprows(
+        m, [&](int n) { return nodeplace[std::size_t(n)]; },
+        [&](int e) { return elementplace[std::size_t(e)]; });
+    pick(m.nodenumber, nodes);
+    pick(m.elementnumber, elements);
+    pick(m.counted, nodes);
 }
 
 // Bodies and spaces that lost no node, under their new places.
@@ -167,39 +143,51 @@ static void leavedofs(dofmap& d, const std::vector<int>& nodes) {
     leavebodies(d, place);
 }
 
-// By owner that has unknowns, in the order of the nodes: how many before it; one more at the end.
-static std::vector<int> firstunknowns(const dofmap& d, std::vector<int>& owners) {
-    std::vector<int> first = {0};
-    for (std::size_t n = 1; n < d.owner.size(); ++n)
-        if (d.owner[n] == int(n)) {
-            owners.push_back(int(n));
-            first.push_back(first.back() + unknownsof(d, int(n)));
-        }
-    return first;
+// Tells where the owners held here, and their first unknowns, are among those of all: whoever
+// counts an owner tells its unknowns to the process that counts on over a stretch of the nodes.
+static void findplaces(const model& m, dofmap& d) {
+    std::vector<int> told, asked, stretch = stretches(m.allnodes()).numbers();
+    std::vector<double> unknowns;
+    for (int n = 1; n <= m.nnodes(); ++n) {
+        if (d.owner[std::size_t(n)] != n) continue;
+        asked.push_back(m.nameofnode(n));
+        if (!iscounted(m, n)) continue;
+        told.push_back(m.nameofnode(n));
+        unknowns.insert(unknowns.end(), {1, double(unknownsof(d, n))});
+    }
+    stretch.erase(stretch.begin());
+    std::vector<double> before(2 * stretch.size()), places(2 * asked.size()), sum = {0, 0};
+    allranks().findroute(told, stretch)->pass(unknowns.data(), before.data(), 2, route::join::sum);
+    for (std::size_t i = 0; i < before.size(); ++i)
+        sum[i % 2] += std::exchange(before[i], sum[i % 2]);
+    const std::vector<double> sums = allranks().collect(sum);
+    double lower[2] = {}, all[2] = {};
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+        all[i % 2] += sums[i];
+        if (i / 2 < std::size_t(allranks().me())) lower[i % 2] += sums[i];
+    }
+    for (std::size_t i = 0; i < before.size(); ++i) before[i] += lower[i % 2];
+    allranks().findroute(stretch, asked)->pass(before.data(), places.data(), 2, route::join::sum);
+    d.ownersofall = int(all[0]);
+    d.unknownsofall = int(all[1]);
+    d.placeofall.clear();
+    d.firstofall.clear();
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        d.placeofall.push_back(int(places[2 * i]));
+        d.firstofall.push_back(int(places[2 * i + 1]));
+    }
 }
 
 void keeppart(model& m, dofmap& d) {
-    std::vector<int> owners;
-    d.firstofall = firstunknowns(d, owners);
-    d.unknownsofall = d.firstofall.back();
-    d.ownersofall = int(owners.size());
-    selection s = choosepart(m, d);
+    const selection s = choosepart(m, d);
     const std::vector<int> nodes = listkept(s.node);
-    d.placeofall.clear();
-    std::vector<int> first;
-    for (std::size_t i = 0; i < owners.size(); ++i)
-        if (s.node[std::size_t(owners[i])]) {
-            d.placeofall.push_back(int(i));
-            first.push_back(d.firstofall[i]);
-        }
-    d.firstofall = std::move(first);
-    pick(s.counted, nodes);
-    std::vector<int> numbers;
-    for (std::size_t i = 1; i < nodes.size(); ++i) numbers.push_back(nodes[i] - 1);
-    d.nodes = std::make_shared<const sharing>(
-        std::move(numbers), std::vector<char>(s.counted.begin() + 1, s.counted.end()));
     leavemodel(m, nodes, listkept(s.element));
     leavedofs(d, nodes);
+    findplaces(m, d);
+    std::vector<int> numbers;
+    for (int n = 1; n <= m.nnodes(); ++n) numbers.push_back(m.nameofnode(n) - 1);
+    d.nodes = std::make_shared<const sharing>(
+        std::move(numbers), std::vector<char>(m.counted.begin() + 1, m.counted.end()));
 }
 
 // --- the equations of all -----------------------------------------------------------------------

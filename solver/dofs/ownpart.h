@@ -5,8 +5,8 @@
 
 #include "solver/dofs/dofs.h"
 
-// Leaves of the model and of its degrees of freedom, which are not numbered yet, what this process
-// keeps: counted from 1 in the order of the files.
+// Leaves of the part that was dealt and of its degrees of freedom, which are not numbered yet, what
+// this process keeps, and tells where its owners are among those of all.
 void keeppart(model& m, dofmap& d);
 
 // Tells each process where its unknowns, which are numbered here, are among those of all: these

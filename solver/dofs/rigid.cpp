@@ -121,8 +121,9 @@ static void addconstraint(const model& m, constraintset& set, vec6 row, double v
         set.rows.col(set.count) = row.normalized();
         set.values[set.count++] = value / row.norm();
     } else if (std::abs(value) > dependent * largest) {
-        refuse("Node " + std::to_string(node) + " belongs to a rigid body and its prescribed " +
-               dofname(dof) + " contradicts the body's other constraints; change one of them");
+        refuse("Node " + std::to_string(m.nameofnode(node)) +
+               " belongs to a rigid body and its prescribed " + dofname(dof) +
+               " contradicts the body's other constraints; change one of them");
     }
 }
 
@@ -161,15 +162,30 @@ static ownerspace makespace(const model& m, const dofmap& d, int b) {
     return space;
 }
 
+// Bodies in the outermost ring of a part lack links and constraints; whoever counts a body's leader
+// has all of them, and speaks for it.
 void makebodies(const model& m, dofmap& d, runlog& log) {
     findbodies(m, d);
+    double counted = 0;
+    std::string fault;
+    int wrong = 0;  // the first node of a body that is refused
     for (std::size_t b = 0; b < d.bodies.size(); ++b) {
         const rigidbody& body = d.bodies[b];
         for (const int n : body.nodes) d.owner[std::size_t(n)] = body.leader;
         d.spaceof[std::size_t(body.leader)] = int(d.spaces.size());
-        d.spaces.push_back(makespace(m, d, int(b)));
+        d.spaces.emplace_back().owner = body.leader;
+        const bool speaks = iscounted(m, body.leader);
+        counted += speaks;
+        guarded([&] { d.spaces.back() = makespace(m, d, int(b)); },
+                [&](const runtimeerror& e) {
+                    if (!speaks || !fault.empty()) return;
+                    fault = e.what;
+                    wrong = m.nameofnode(body.nodes.front());
+                });
     }
-    if (!d.bodies.empty()) log.line("Rigid bodies: " + std::to_string(d.bodies.size()));
+    refusefirst(wrong, fault);
+    allranks().sum(&counted, 1);
+    if (counted > 0) log.line("Rigid bodies: " + std::to_string(long(counted)));
 }
 
 // --- reactions ----------------------------------------------------------------------------------

@@ -264,7 +264,7 @@ static double roundingof(const model& m, const dofmap& d, int owner) {
 }
 
 void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) {
-    long heldtotal = 0, loose = 0;
+    double heldtotal = 0, loose = 0;
     const std::vector<ownerblock> blocks = blocksof(m, s, d);
     std::vector<float> angle;
     if (!blocks.empty()) angle = flatness(m, s, d);
@@ -281,17 +281,22 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
                    : emptymotions(scaled, by.asDiagonal() * block.motion * by.asDiagonal(), count,
                                   noise, roundingof(m, d, block.owner), empty);
         if (found == 0) continue;
-        heldtotal += found;
-        loose += single && found == count && count == d.pernode;
+        if (iscounted(m, block.owner)) {
+            heldtotal += found;
+            loose += single && found == count && count == d.pernode;
+        }
         if (single && unitsalone)
             holdplain(d, block.owner, empty, found);
         else
             holdinspace(m, d, block.owner, empty, found, by);
     }
+    allranks().sum(&heldtotal, 1);
+    allranks().sum(&loose, 1);
     if (heldtotal > 0)
         log.line(
-            "Held degrees of freedom that no element stiffens: " + std::to_string(heldtotal) +
-            (loose > 0 ? " (" + std::to_string(loose) + " node(s) without any stiffness)" : ""));
+            "Held degrees of freedom that no element stiffens: " + std::to_string(long(heldtotal)) +
+            (loose > 0 ? " (" + std::to_string(long(loose)) + " node(s) without any stiffness)"
+                       : ""));
 }
 
 // --- loads --------------------------------------------------------------------------------------

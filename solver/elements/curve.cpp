@@ -5,9 +5,11 @@
 
 #include <Eigen/Geometry>
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 #include "solver/elements/kinds.h"
+#include "solver/processes/ranks.h"
 
 static const double fold = 0.45;  // radians between an element and the mean: 50 degrees at an edge
 
@@ -74,22 +76,26 @@ static void warncurved(const model& m, int lc, int type, runlog& log) {
     const loadcase& c = m.cases[std::size_t(lc)];
     const int across = 3;
     const double little = 0.1;
-    long count = 0;
-    double worst = 0;
-    int at = 0;
+    double count = 0, worst = 0;
+    int at = INT_MAX;  // the first of equals
     for (const elementrow& row : c.element) {
         if (row.direction != across || row.value == 0) continue;
-        if (m.elements[std::size_t(row.element)].type != type) continue;
+        if (m.elements[std::size_t(row.element)].type != type || !isown(m, row.element)) continue;
         const double wrong = wrongbending(m, row.element);
         if (!(wrong > little)) continue;
         ++count;
-        if (wrong > worst) at = row.element;
-        worst = std::max(worst, wrong);
+        if (wrong < worst) continue;
+        at = wrong > worst ? m.nameof(row.element) : std::min(at, m.nameof(row.element));
+        worst = wrong;
     }
+    allranks().sum(&count, 1);
     if (count == 0) return;
+    const std::vector<double> all = allranks().greatest({worst, -double(at)});
+    worst = all[0];
+    at = int(-all[1]);
     const std::string times = shortnumber(std::round(10 * worst) / 10);
     log.warn(
-        "Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(count) + " " +
+        "Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(long(count)) + " " +
             kindof(type).name +
             " element(s) carry a pressure where the surface is curved, the worst of them "
             "element " +

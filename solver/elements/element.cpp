@@ -13,6 +13,7 @@ element elementat(const model& m, const settings& s, int number) {
     element e;
     e.number = number;
     e.name = m.nameof(number);
+    if (!m.nodenumber.empty()) e.nodenames = m.nodenumber.data();
     e.type = def.type;
     e.nodes = factsof(def.type).nodes;
     e.group = def.group;

@@ -12,7 +12,8 @@ struct element {
     int number = 0, type = 0, nodes = 0, group = 0;
     int name = 0;  // its number in the files
     int node[mostnodes] = {};
-    vec3 x[mostnodes];  // corners in model axes; z is 0 in a 2-D analysis
+    const int* nodenames = nullptr;  // in the files, by node; none: the same
+    vec3 x[mostnodes];               // corners in model axes; z is 0 in a 2-D analysis
     const groupdata* g = nullptr;
     double turn = 0;                 // of the axes of a plate about its normal, radians
     const edgeslip* slip = nullptr;  // of a plate's edges; none: as the element alone finds it
@@ -31,6 +32,11 @@ struct placedforce {
     vec3 force;
 };
 using placedforces = std::span<const placedforce>;
+
+// The number of its k-th node in the files.
+inline int nodenameof(const element& e, int k) {
+    return e.nodenames ? e.nodenames[e.node[k]] : e.node[k];
+}
 
 element elementat(const model& m, const settings& s, int e);
 

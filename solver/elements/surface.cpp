@@ -162,8 +162,8 @@ void checkplateshape(const element& e, double mostwarp) {
     for (int c = 0; c < e.nodes; ++c)
         for (int d = c + 1; d < e.nodes; ++d)
             if (!((e.x[d] - e.x[c]).norm() > nolength * longest))
-                refuseelement(e, "has nodes " + std::to_string(e.node[c]) + " and " +
-                                     std::to_string(e.node[d]) +
+                refuseelement(e, "has nodes " + std::to_string(nodenameof(e, c)) + " and " +
+                                     std::to_string(nodenameof(e, d)) +
                                      " at the same place; merge or move them");
     const vec3 across = e.nodes == 4 ? vec3((e.x[2] - e.x[0]).cross(e.x[3] - e.x[1]) / 2)
                                      : vec3((e.x[1] - e.x[0]).cross(e.x[2] - e.x[0]) / 2);
@@ -182,7 +182,7 @@ void checkplateshape(const element& e, double mostwarp) {
         const double least = 1e-6 * size * size;  // a straight or reentrant corner
         if (!(next.cross(before).dot(normal) > least))
             refuseelement(e, "is concave, crossed or straight at node " +
-                                 std::to_string(e.node[c]) +
+                                 std::to_string(nodenameof(e, c)) +
                                  "; number its nodes round it or divide it into triangles");
     }
     const double height = std::fabs((e.x[1] - e.x[0]).dot(normal)) / 2;

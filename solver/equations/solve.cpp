@@ -19,22 +19,30 @@
 static const double mebibyte = 1024 * 1024;
 
 std::int64_t halfbandwidth(const model& m, const dofmap& d) {
-    std::vector<std::int64_t> first(d.owner.size() + 1, 0);  // unknowns of all owners before
-    for (std::size_t n = 1; n < d.owner.size(); ++n)
-        first[n + 1] = first[n] + (d.owner[n] == int(n) ? unknownsof(d, int(n)) : 0);
-    std::int64_t half = 0;
+    std::vector<int> first(d.owner.size()), last(d.owner.size());  // unknowns of owners among all
+    int place = 0, before = 0;
+    for (std::size_t n = 1; n < d.owner.size(); ++n) {
+        if (d.owner[n] != int(n)) continue;
+        const int count = unknownsof(d, int(n));
+        first[n] = d.nodes->alone() ? before : d.firstofall[std::size_t(place++)];
+        last[n] = first[n] + count - 1;
+        before += count;
+    }
+    double half = 0;
     for (int e = 1; e <= m.nelems(); ++e) {
+        if (!isown(m, e)) continue;
         const elementdef& def = m.elements[std::size_t(e)];
-        std::int64_t low = INT64_MAX, high = -1;
+        int low = INT32_MAX, high = -1;
         for (int i = 0; i < kindof(def.type).nodes; ++i) {
             const auto owner = std::size_t(d.owner[std::size_t(def.node[i])]);
             if (owner == 0) continue;
             low = std::min(low, first[owner]);
-            high = std::max(high, first[owner + 1] - 1);
+            high = std::max(high, last[owner]);
         }
-        if (high >= low) half = std::max(half, high - low + 1);
+        if (high >= low) half = std::max(half, double(high - low) + 1);
     }
-    return half;
+    allranks().most(&half, 1);
+    return std::int64_t(half);
 }
 
 // What the factor and the vectors of so many right sides take.
@@ -68,9 +76,9 @@ static void numberequations(const model& m, bool ownorder, equations& q, runlog&
 equations makeequations(model& m, const settings& s, int anadof, runlog& log) {
     equations q;
     q.dofs = makedofs(m, s, anadof, log);
-    q.halfbandwidth = halfbandwidth(m, q.dofs);
     const bool alone = allranks().alone();
     if (!alone) keeppart(m, q.dofs);
+    q.halfbandwidth = halfbandwidth(m, q.dofs);
     numberequations(m, alone, q, log);
     log.stage("assemble");
     assemble(m, s, q.dofs, part::stiffness, q.stiffness, log);

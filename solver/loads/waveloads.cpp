@@ -10,6 +10,7 @@
 #include "solver/elements/section.h"
 #include "solver/elements/surface.h"
 #include "solver/loads/integrate.h"
+#include "solver/processes/ranks.h"
 
 static const double windheight = 10;  // metres at which a wind case tells its speed
 
@@ -195,18 +196,18 @@ static void checkwave(const model& m, const settings& s, const loadcase& c, cons
         log.warn(name + ": a wave of this length breaks when it is higher than " +
                  shortnumber(w.breaking()) + " m");
     const double most = 1000;  // wave lengths in an element: surely wrong units, endless work
-    bool plates = false;
-    for (int i = 1; i <= m.nelems(); ++i) {
-        const elementdef& def = m.elements[std::size_t(i)];
-        const family fam = kindof(def.type).fam;
-        plates |= fam == family::plate;
-        if (fam != family::line) continue;
+    double plates = 0;
+    refusefirstof(m, [&](int i) {
+        const family fam = kindof(m.elements[std::size_t(i)].type).fam;
+        if (fam == family::plate) plates = 1;
+        if (fam != family::line) return;
         const element e = elementat(m, s, i);
         if (!(lengthof(e) * s.length <= most * w.length()))
             refuseelement(e, "is more than a thousand wave lengths long in " + name +
                                  "; check T and the units of feiflu.ini");
-    }
-    if (plates) log.warn(name + ": waves load line elements alone, the plates take none");
+    });
+    allranks().most(&plates, 1);
+    if (plates != 0) log.warn(name + ": waves load line elements alone, the plates take none");
 }
 
 void checkwaveloads(const model& m, const settings& s, int lc, runlog& log) {

@@ -63,7 +63,7 @@ static massproperties propertiesof(const mat6& body, const vec3& about) {
 }
 
 std::vector<massproperties> groupmasses(const model& m, const settings& s) {
-    const vec3 about = m.nnodes() > 0 ? m.nodes[1] : vec3(0, 0, 0);  // near, to save digits
+    const vec3 about = m.allnodes() > 0 ? firstnode(m) : vec3(0, 0, 0);  // near, to save digits
     std::vector<mat6> bodies(m.groups.size(), mat6::Zero());
     const int batch = 8192;
     std::vector<mat6> own(std::size_t(std::min(batch, m.nelems())));

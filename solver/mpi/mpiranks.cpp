@@ -174,6 +174,23 @@ std::string mpiranks::handout(const std::function<std::string()>& make) {
 
 // --- all to all ---------------------------------------------------------------------------------
 
+std::vector<std::string> mpiranks::exchange(std::vector<std::string> toeach) {
+    std::vector<std::string> got(toeach.size());
+    for (int step = 0; step < all; ++step) {
+        std::string& given = toeach[std::size_t((number + step) % all)];
+        std::string& taken = got[std::size_t((number + all - step) % all)];
+        if (step == 0) {
+            taken = std::move(given);
+            continue;
+        }
+        auto messages = beginsend(given.data(), given.size(), (number + step) % all);
+        receive((number + all - step) % all, taken);
+        await([&] { return aredone(messages); });
+        given = {};
+    }
+    return got;
+}
+
 std::vector<std::string> mpiranks::texts(const std::string& mine) {
     const int length = int(mine.size());
     std::vector<int> lengths(std::size_t(all), 0), first(std::size_t(all) + 1, 0);

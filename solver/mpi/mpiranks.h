@@ -25,6 +25,7 @@ class mpiranks : public ranks {
     void nudge() override;
     void settle() override;
     std::string handout(const std::function<std::string()>& make) override;
+    std::vector<std::string> exchange(std::vector<std::string> toeach) override;
     std::unique_ptr<route> findroute(const std::vector<int>& given,
                                      const std::vector<int>& taken) override;
     std::string anyfault(const std::string& mine) override;

@@ -52,6 +52,9 @@ class ranks {
     // Gives each what the first makes for it, in their order.
     virtual std::string handout(const std::function<std::string()>& make) { return make(); }
 
+    // What each process gives to each; returns what each gave to this one.
+    virtual std::vector<std::string> exchange(std::vector<std::string> toeach) { return toeach; }
+
     // For items that have numbers from 0.
     virtual std::unique_ptr<route> findroute(const std::vector<int>& given,
                                              const std::vector<int>& taken);
@@ -62,8 +65,8 @@ class ranks {
 
     // Refuses where the programs of the processes are not of one version.
     virtual void checkversions(const std::string&) {}
-    // Which process works on each element (by number); empty where there is one.
-    virtual std::vector<std::uint16_t> partition(const model&) { return {}; }
+    // Which process works on each element of this one's stretch (deal), slot 0 unused.
+    virtual std::vector<std::uint16_t> partition(const model& stretch);
     // The end of the analysis in this process. Whoever fails while others go on ends them all.
     virtual void end(const std::string& fault);
 };
@@ -84,7 +87,24 @@ void together(Work work) {
     if (!fault.empty()) refuse(fault);
 }
 
-// Elements of this process.
+// Elements of this process, and nodes that it counts where all are counted.
 inline bool isown(const model& m, int e) {
     return m.rankof.empty() || m.rankof[std::size_t(e)] == allranks().me();
+}
+inline bool iscounted(const model& m, int n) {
+    return m.counted.empty() || m.counted[std::size_t(n)] != 0;
+}
+
+// Has all refuse the fault of the first element, by the numbers of the files, that has one.
+template <typename Check>
+void refusefirstof(const model& m, Check check) {
+    int e = 1;
+    std::string fault;
+    const auto all = [&] {
+        for (; e <= m.nelems(); ++e)
+            if (isown(m, e)) check(e);
+    };
+    if (allranks().alone()) return all();
+    guarded(all, [&](const runtimeerror& wrong) { fault = wrong.what; });
+    refusefirst(fault.empty() ? 0 : m.nameof(e), fault);
 }

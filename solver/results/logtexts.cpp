@@ -30,15 +30,24 @@ void tellunits(const settings& s, runlog& log) {
              " N, a mass " + shortnumber(s.mass) + " kg");
 }
 
+static double countedrows(const model& m, const std::vector<nodalrow>& rows) {
+    return double(
+        std::ranges::count_if(rows, [&](const nodalrow& r) { return iscounted(m, r.node); }));
+}
+
 void tellmodel(const model& m, runlog& log) {
-    log.line("Nodes " + std::to_string(m.nnodes()) + ", elements " + std::to_string(m.nelems()) +
-             ", groups " + std::to_string(m.ngroups()) + ", load cases " +
-             std::to_string(m.ncases()) + ", constraints " + std::to_string(m.constraints.size()));
-    int counts[lasttype + 1] = {};
-    for (int e = 1; e <= m.nelems(); ++e) ++counts[m.elements[std::size_t(e)].type];
+    double counts[lasttype + 1] = {};  // by type, and of constraints
+    double& constraints = counts[0];
+    for (int e = 1; e <= m.nelems(); ++e) counts[m.elements[std::size_t(e)].type] += isown(m, e);
+    constraints = countedrows(m, m.constraints);
+    allranks().sum(counts, lasttype + 1);
+    log.line("Nodes " + std::to_string(m.allnodes()) + ", elements " +
+             std::to_string(m.allelements()) + ", groups " + std::to_string(m.ngroups()) +
+             ", load cases " + std::to_string(m.ncases()) + ", constraints " +
+             std::to_string(long(constraints)));
     for (int type = 1; type <= lasttype; ++type)
         if (counts[type] > 0)
-            log.line("  " + padded(kindof(type).name, 10) + std::to_string(counts[type]));
+            log.line("  " + padded(kindof(type).name, 10) + std::to_string(long(counts[type])));
 }
 
 void tellcases(const model& m, runlog& log) {
@@ -54,10 +63,13 @@ void tellcases(const model& m, runlog& log) {
                                         "buoyancy"};
     for (int lc = 1; lc <= m.ncases(); ++lc) {
         const loadcase& c = m.cases[std::size_t(lc)];
+        const auto ownrow = [&](const elementrow& r) { return isown(m, r.element); };
+        double rows[] = {countedrows(m, c.nodal), double(std::ranges::count_if(c.element, ownrow))};
+        allranks().sum(rows, 2);
         log.line("Case " + std::to_string(lc) + " \"" + c.name + "\": " + types[c.type] + ", " +
-                 std::to_string(c.nodal.size()) +
+                 std::to_string(long(rows[0])) +
                  (c.type == caseapplied ? " nodal load(s), " : " nodal mass(es), ") +
-                 std::to_string(c.element.size()) + " element load(s)");
+                 std::to_string(long(rows[1])) + " element load(s)");
     }
 }
 

@@ -3,6 +3,7 @@
 // No order and no engine changes the numbers.
 #include <cmath>
 
+#include "solver/dofs/deal.h"
 #include "solver/dofs/makedofs.h"
 #include "solver/equations/factor.h"
 #include "solver/equations/order.h"
@@ -33,7 +34,8 @@ TEST(Orders, MumpsTakesThatOfTheOwnFactor) {
         factor own;
         own.analyse(alone.stiffness);
         setranks(all);
-        part.rankof = all.partition(part);
+        keepstretch(part);
+        dealmodel(part);
         const equations shared = makeequations(part, b.s, 3, log);
         mumps other("");
         other.describe(part, shared.dofs);

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "solver/dofs/deal.h"
 #include "solver/equations/solve.h"
 #include "solver/mpi/mpiranks.h"
 #include "solver/program.h"
@@ -53,7 +54,8 @@ TEST(Parts, ModelAndVectorsAreSharedOut) {
     runlog log;
     log.quiet();
     setranks(job());
-    part.rankof = job().partition(part);
+    keepstretch(part);
+    dealmodel(part);
     const equations q = makeequations(part, b.s, 3, log);
     double counted[2] = {};  // nodes, unknowns
     for (int n = 0; n < part.nnodes(); ++n) counted[0] += q.dofs.nodes->counts(std::size_t(n));

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Items 1.. dealt by their numbers: each process has a stretch of them. And lists of items that all
+// processes give each other.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+
+#include "solver/processes/ranks.h"
+
+class stretches {
+  public:
+    explicit stretches(int items)
+        : all(items), share((items + allranks().count() - 1) / allranks().count()) {}
+    std::size_t homeof(int item) const { return std::size_t((item - 1) / share); }
+    // Of this process; first is one more than the last item where there is none.
+    int first() const { return std::min(allranks().me() * share, all) + 1; }
+    int count() const { return std::min((allranks().me() + 1) * share, all) + 1 - first(); }
+    bool holds(int item) const { return item >= first() && item < first() + count(); }
+    std::vector<int> numbers() const {  // with slot 0
+        std::vector<int> list = {0};
+        for (int i = 0; i < count(); ++i) list.push_back(first() + i);
+        return list;
+    }
+
+  private:
+    int all, share;
+};
+
+template <typename Item>
+std::vector<std::vector<Item>> everyrank() {
+    return std::vector<std::vector<Item>>(std::size_t(allranks().count()));
+}
+
+// What each process gets from all, in their order.
+template <typename Item>
+std::vector<std::vector<Item>> exchange(std::vector<std::vector<Item>> toeach) {
+    std::vector<std::string> bytes;
+    for (std::vector<Item>& list : toeach) {
+        bytes.emplace_back(reinterpret_cast<const char*>(list.data()), list.size() * sizeof(Item));
+        list = {};
+    }
+    bytes = allranks().exchange(std::move(bytes));
+    for (std::size_t r = 0; r < bytes.size(); ++r) {
+        toeach[r].resize(bytes[r].size() / sizeof(Item));
+        if (!bytes[r].empty()) std::memcpy(toeach[r].data(), bytes[r].data(), bytes[r].size());
+        bytes[r] = {};
+    }
+    return toeach;
+}
+
+template <typename Item>
+std::vector<Item> flattened(const std::vector<std::vector<Item>>& lists) {
+    std::vector<Item> list;
+    for (const std::vector<Item>& one : lists) list.insert(list.end(), one.begin(), one.end());
+    return list;
+}

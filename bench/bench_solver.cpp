@@ -259,7 +259,8 @@ static void tellreading(const std::string& base, const std::vector<double>& seco
     std::vector<double> plain;
     for (std::size_t i = 0; i <= seconds.size(); ++i)
         plain.push_back(secondsof([&] {
-            for (const char* extension : {".tek", ".vpl", ".ell"}) plainread(base + extension);
+            for (const char* extension : {".tek", ".rot", ".vpl", ".knk", ".ell"})
+                if (fs::exists(base + extension)) plainread(base + extension);
         }));
     plain.erase(plain.begin());  // the first pays for cold pages
     const double thousand = 1000;

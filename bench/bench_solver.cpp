@@ -253,19 +253,21 @@ static void tellrate(const std::string& base) {
                 ours / dense < wanted ? "  BELOW" : "");
 }
 
-// seconds: of the stage in each of the runs, which find the files in the system's memory as the
-// plain loop does.
-static void tellreading(const std::string& base, const std::vector<double>& seconds) {
-    std::vector<double> plain;
-    for (std::size_t i = 0; i <= seconds.size(); ++i)
+// By turns, so that both find machine and files alike.
+static void tellreading(const std::string& folder, const std::string& name) {
+    const std::string base = folder + "/" + name;
+    std::vector<double> plain, ours;
+    const int turns = 5;
+    for (int i = 0; i < turns; ++i) {
         plain.push_back(secondsof([&] {
             for (const char* extension : {".tek", ".rot", ".vpl", ".knk", ".ell"})
                 if (fs::exists(base + extension)) plainread(base + extension);
         }));
-    plain.erase(plain.begin());  // the first pays for cold pages
+        runfeiflu(folder, name);
+        ours.push_back(stageseconds(base, "read"));
+    }
     const double thousand = 1000;
-    tell("reading, from_chars, milliseconds", median(seconds) * thousand, median(plain) * thousand,
-         2);
+    tell("reading, from_chars, milliseconds", median(ours) * thousand, median(plain) * thousand, 2);
 }
 
 static void usethreads(const std::string& folder, int threads) {
@@ -290,13 +292,12 @@ static void benchplates(const std::string& folder, int n) {
     const std::string name = "plate " + std::to_string(n) + " x " + std::to_string(n);
     writeplate(folder + "/plate", n);
     writedeck(folder + "/deck", n);
-    std::vector<double> seconds, reading, ratios;
+    std::vector<double> seconds, ratios;
     cost ours, theirs;
     const bool peer = std::system("command -v ccx > /dev/null") == 0;
     for (int i = 0; i < 3; ++i) {
         ours = runfeiflu(folder, "plate");
         seconds.push_back(ours.seconds);
-        reading.push_back(stageseconds(folder + "/plate", "read"));
         if (!peer) continue;
         theirs = run({"ccx", "-i", "deck"}, folder);
         ratios.push_back(ours.seconds / theirs.seconds);
@@ -308,7 +309,7 @@ static void benchplates(const std::string& folder, int n) {
         std::printf("ccx is not installed (package calculix-ccx): no comparison with it\n");
     }
     tellstages(folder + "/plate", name, ours.seconds, 2.0);
-    tellreading(folder + "/plate", reading);
+    tellreading(folder, "plate");
     tellsame(folder);
 
     writeplate(folder + "/large", 2 * n);

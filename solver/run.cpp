@@ -16,9 +16,10 @@
 #include "solver/dofs/unstiffened.h"
 #include "solver/elements/curve.h"
 #include "solver/elements/edges.h"
-#include "solver/elements/span.h"
 #include "solver/equations/engines.h"
+#include "solver/equations/mechanism.h"
 #include "solver/equations/order.h"
+#include "solver/equations/roundinghold.h"
 #include "solver/equations/solve.h"
 #include "solver/processes/ranks.h"
 #include "solver/readmodel.h"
@@ -64,6 +65,22 @@ struct holding {
 };
 }  // namespace
 
+static std::vector<double> displacementsof(const dofmap& d, const displacements& u, int column) {
+    const auto from = u.u.begin() + std::ptrdiff_t(d.equation.size()) * column;
+    return {from, from + std::ptrdiff_t(d.equation.size())};
+}
+
+// The case in which most moves.
+static std::vector<double> largestmotion(const dofmap& d, const displacements& u) {
+    std::vector<double> most(std::size_t(u.cases), 0);
+    for (std::size_t i = 0; i < u.u.size(); ++i) {
+        double& at = most[i / d.equation.size()];
+        at = std::max(at, std::fabs(u.u[i]));
+    }
+    allranks().most(most.data(), most.size());
+    return displacementsof(d, u, int(std::ranges::max_element(most) - most.begin()));
+}
+
 // The load cases first..last. applied: out, their loads, numbered like the displacements.
 static casepart solvecases(const model& m, const settings& s, const equations& q, engine& l,
                            int first, int last, std::vector<double>& applied, holding& held,
@@ -99,19 +116,26 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     }
     log.stage("solve");
     r.residual.assign(std::size_t(u.cases), 0);
-    if (d.unknownsofall > 0) r.residual = solvecolumns(q, l, columns.data(), u.cases);
+    if (d.unknownsofall > 0) {
+        solvedcolumns solved = solvecolumns(q, l, columns.data(), u.cases);
+        r.residual = std::move(solved.error);
+        const double* const softest =
+            columns.data() + std::size_t(d.unknowns) * std::size_t(std::max(0, solved.softest));
+        if (solved.softest >= 0 && l.factors() && solved.stiffness < stiffnessofrounding(m))
+            refuseheldbyrounding(m, s, q, l, solved.load, softest, log);
+    }
     if (const std::string words = l.remark(); !words.empty()) log.line(words);
     for (int c = 0; c < u.cases; ++c) {
         const double rest = r.residual[std::size_t(c)];
         const std::string number = std::to_string(first + c);
         log.line("Case " + number + " residual |Ku-f|/(|K||u|+|f|) = " + shortnumber(rest));
+        expand(d, columns.data() + std::size_t(c) * std::size_t(d.unknowns),
+               u.u.data() + std::size_t(c) * d.equation.size());
         const double wrong = 1e-6;
         if (!(rest < wrong))
             refuse("The equations of case " + number +
                    " could not be solved to a useful accuracy (residual " + shortnumber(rest) +
-                   "). " + whyillconditioned(m, s));
-        expand(d, columns.data() + std::size_t(c) * std::size_t(d.unknowns),
-               u.u.data() + std::size_t(c) * d.equation.size());
+                   "). " + whyillconditioned(m, s, d, displacementsof(d, u, c)));
     }
     return r;
 }
@@ -150,10 +174,11 @@ static void refinereactions(const model& m, const settings& s, const equations& 
     const double unbalanced = 1e-6, uncertain = 1e-6, wrong = 1e-2;
     if (!(uncertainty < wrong))
         refuse("The displacements could not be found, they change by " + shortnumber(change) +
-               " of themselves when they are refined. " + whyillconditioned(m, s));
+               " of themselves when they are refined. " +
+               whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)));
     if (uncertainty > uncertain)
         log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
-                 " of themselves. " + whyillconditioned(m, s));
+                 " of themselves. " + whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)));
     const double noise = held.noise();
     if (now > std::max(unbalanced, noise)) warnunbalanced(m, now, log);
     if (now != before)

@@ -7,10 +7,13 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <limits>
+#include <random>
 
 #include "solver/base/refuse.h"
 #include "solver/elements/kinds.h"
+#include "solver/processes/ranks.h"
 
 static const double mostangle = 0.03;
 
@@ -134,4 +137,39 @@ std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) 
         }
     }
     return angle;
+}
+
+// --- places rounded otherwise -------------------------------------------------------------------
+
+static double stepat(double x) {
+    const auto place = float(std::fabs(x));
+    return double(std::nextafter(place, INFINITY)) - double(place);
+}
+
+static double otherwise(double x, int attempt) {
+    const double step = stepat(x), steps = 2;
+    if (std::fmod(x, 4 * step) == 0 || !issingle(x)) return x;
+    std::mt19937_64 random(std::hash<double>()(x) + std::uint64_t(attempt));
+    return x + steps * step * std::uniform_real_distribution<double>(-1, 1)(random);
+}
+
+std::vector<vec3> otherwiserounded(const model& m, int attempt) {
+    std::vector<vec3> nodes = m.nodes;
+    for (int n = 1; n <= m.nnodes(); ++n)
+        for (int k = 0; k < 3; ++k)
+            nodes[std::size_t(n)][k] = otherwise(nodes[std::size_t(n)][k], attempt);
+    return nodes;
+}
+
+double stiffnessofrounding(const model& m) {
+    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
+    for (int n = 1; n <= m.nnodes(); ++n) {
+        most.head<3>() = most.head<3>().cwiseMax(m.nodes[std::size_t(n)]);
+        most.tail<3>() = most.tail<3>().cwiseMax(-m.nodes[std::size_t(n)]);
+    }
+    allranks().most(most.data(), most.size());
+    const double size = (most.head<3>() + most.tail<3>()).maxCoeff();
+    if (!(size > 0)) return 0;
+    const double tilt = stepat(most.maxCoeff()) / size, part = 10;  // a tenth of it may move
+    return std::pow(part * tilt, 2);
 }

@@ -13,3 +13,11 @@ std::vector<float> flatness(const model& m, const settings& s, const dofmap& d);
 // Warns of elements so small or thin, so far from the origin, that Singles do not tell their shape,
 // with the error to be expected; refuses them where next to nothing of the result would be right.
 void checkfaraway(const model& m, const settings& s, runlog& log);
+
+// The places of the nodes as they might have been, had the model stood a little elsewhere before it
+// was rounded: numbers that need all digits of a Single change by up to two steps, those that are
+// equal by the same. attempt: 1, 2, ... for different ones.
+std::vector<vec3> otherwiserounded(const model& m, int attempt);
+
+// Stiffness against that of the diagonal, of motions which nothing but such rounding may hold.
+double stiffnessofrounding(const model& m);

@@ -224,10 +224,9 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
            placetext(part.low) + " and " + placetext(part.high);
 }
 
-// Names the largest translation of the motion, or its largest rotation where nothing translates.
-[[noreturn]] static void refusemotion(const model& m, const dofmap& d,
-                                      const std::vector<double>& v) {
-    const std::vector<double> u = nodalmotion(d, v);
+// The largest translation of the motion, or its largest rotation where nothing translates.
+static std::string motiontext(const model& m, const dofmap& d, const std::vector<double>& u,
+                              const char* freely) {
     const vec3 first = firstnode(m);
     double size = 0;
     for (int n = 1; n <= m.nnodes(); ++n)
@@ -252,10 +251,23 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
         dof = part.item;
     }
     allranks().most(&dof, 1);
-    refuse("Node " + std::to_string(largest.item) + " can move freely in " + dofname(int(dof)) +
-           (dof <= 3 ? extenttext(m, d, u, largest.item) : "") +
+    return "Node " + std::to_string(largest.item) + " can move " + freely + " in " +
+           dofname(int(dof)) + (dof <= 3 ? extenttext(m, d, u, largest.item) : "");
+}
+
+void refusemotion(const model& m, const dofmap& d, const std::vector<double>& v) {
+    refuse(motiontext(m, d, nodalmotion(d, v), "freely") +
            ": the structure or a part of it is a mechanism. Add a constraint or an element that "
            "holds it");
+}
+
+std::string whyillconditioned(const model& m, const settings& s, const dofmap& d,
+                              const std::vector<double>& u) {
+    const std::string apart = stiffnesstoofarapart(m, s);
+    return !apart.empty() ? apart
+                          : motiontext(m, d, u, "almost freely") +
+                                ": the structure or a part of it is next to a mechanism. Add a "
+                                "constraint or an element that holds it";
 }
 
 void refusemechanism(const model& m, const settings& s, const dofmap& d,
@@ -277,6 +289,7 @@ void refusemechanism(const model& m, const settings& s, const dofmap& d,
                std::to_string(ownernode(m, d, p.unknown)) +
                "; check the spring matrices of the element groups");
     if (energy > std::max(noise, none))
-        refuse("The equations cannot be solved to a useful accuracy. " + whyillconditioned(m, s));
+        refuse("The equations cannot be solved to a useful accuracy. " +
+               whyillconditioned(m, s, d, nodalmotion(d, v)));
     refusemotion(m, d, v);
 }

@@ -3,6 +3,7 @@
 // mechanism make of a factor does not depend on the structure alone.
 #pragma once
 
+#include <string>
 #include "solver/equations/assemble.h"
 
 // The smallest pivot of a factor.
@@ -16,3 +17,11 @@ struct pivotfound {
 // stiffness, and equations without a useful digit. Returns where the structure is only soft.
 void refusemechanism(const model& m, const settings& s, const dofmap& d,
                      const sparsematrix& stiffness, const pivotfound& p, runlog& log);
+
+// Refuses a motion of the unknowns: node, direction and extent of what moves with it.
+[[noreturn]] void refusemotion(const model& m, const dofmap& d, const std::vector<double>& v);
+
+// Why equations whose solution is these displacements cannot be solved to a useful accuracy, and
+// what to do: elements of too different stiffness, or what moves most.
+std::string whyillconditioned(const model& m, const settings& s, const dofmap& d,
+                              const std::vector<double>& u);

@@ -166,11 +166,44 @@ static double backwarderror(const sparsematrix& a, const double* u, const double
     return whole > 0 || !(left == 0) ? left / whole : 0;
 }
 
-std::vector<double> solvecolumns(const equations& q, engine& l, double* values, int columns) {
+static void findsoftest(const sparsematrix& a, const std::vector<double>& f, const double* u,
+                        int columns, solvedcolumns& found) {
+    const auto n = std::size_t(a.size());
+    const std::vector<double> diagonal = diagonalof(a);
+    std::vector<double> sums(2 * std::size_t(columns), 0);  // of each column: work, diagonal's
+    parallelpieces(columns, 1, [&](int first, int last, int) {
+        for (int c = first; c < last; ++c) {
+            const double* const way = u + n * std::size_t(c);
+            const double* const load = f.data() + n * std::size_t(c);
+            double work = 0, all = 0;
+            for (std::size_t j = 0; j < n; ++j) {
+                if (!a.unknowns->counts(j)) continue;
+                work += load[j] * way[j];
+                all += diagonal[j] * way[j] * way[j];
+            }
+            sums[2 * std::size_t(c)] = work;
+            sums[2 * std::size_t(c) + 1] = all;
+        }
+    });
+    allranks().sum(sums.data(), sums.size());
+    for (int c = 0; c < columns; ++c) {
+        const double stiffness = sums[2 * std::size_t(c)] / sums[2 * std::size_t(c) + 1];
+        if (!(found.softest < 0 ? stiffness > 0 : stiffness < found.stiffness)) continue;
+        found.softest = c;
+        found.stiffness = stiffness;
+    }
+    if (found.softest < 0) return;
+    const auto from = f.begin() + std::ptrdiff_t(n) * found.softest;
+    found.load.assign(from, from + std::ptrdiff_t(n));
+}
+
+solvedcolumns solvecolumns(const equations& q, engine& l, double* values, int columns) {
     const auto n = std::size_t(q.dofs.unknowns);
     const std::vector<double> f(values, values + n * std::size_t(columns));
     l.solve(values, columns);
-    std::vector<double> error(std::size_t(columns), 0);
+    solvedcolumns solved;
+    std::vector<double>& error = solved.error;
+    error.assign(std::size_t(columns), 0);
     const int piece = allranks().alone() ? 1 : columns;  // processes talk by one thread
     parallelpieces(columns, piece, [&](int first, int last, int) {
         std::vector<double> rest;
@@ -193,5 +226,6 @@ std::vector<double> solvecolumns(const equations& q, engine& l, double* values, 
         error[std::size_t(c)] = now;
         std::copy(better.begin(), better.end(), values + at);
     }
-    return error;
+    findsoftest(q.stiffness, f, values, columns, solved);
+    return solved;
 }

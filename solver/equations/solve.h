@@ -31,7 +31,15 @@ void analysefactor(const equations& q, engine& l, int columns, runlog& log);
 // Numerical factor; a mechanism is refused, named by node and direction.
 void factorise(const model& m, const settings& s, const equations& q, engine& l, runlog& log);
 
-// Solves in place; values: columns of q.dofs.unknowns numbers. Returns the backward error of each
-// column, |Ku-f| / (|K||u| + |f|): by which part of itself the stiffness or the load would have to
-// change to make u exact.
-std::vector<double> solvecolumns(const equations& q, engine& l, double* values, int columns);
+// error: of each column the backward error |Ku-f| / (|K||u| + |f|): by which part of itself the
+// stiffness or the load would have to change to make u exact. softest: the column, from 0, whose
+// energy is the least against that of the diagonal, with this stiffness and this load; -1: none.
+struct solvedcolumns {
+    std::vector<double> error;
+    int softest = -1;
+    double stiffness = 0;
+    std::vector<double> load;
+};
+
+// Solves in place; values: columns of q.dofs.unknowns numbers.
+solvedcolumns solvecolumns(const equations& q, engine& l, double* values, int columns);

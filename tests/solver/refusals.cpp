@@ -72,6 +72,35 @@ TEST(Refusal, MechanismsAreNamedByNodeAndDirection) {
     }
 }
 
+// Supports on a line that leans: rounding makes it crooked, and so seems to hold what turns about
+// it, the better the farther from the origin. Thin and slender models are as soft and stand.
+TEST(Refusal, WhatOnlyRoundingHoldsIsAMechanism) {
+    const mat3 q = Eigen::AngleAxisd(1.1, vec3(1, 2, 3).normalized()).toRotationMatrix();
+    for (const double far : {0.0, 1e4, 1e5, 1e6})
+        for (const int type : {typeshell4, typeshell3, typebeam}) {
+            SCOPED_TRACE(testing::Message() << "far " << far << " type " << type);
+            const auto at = [&](double r, double s) -> vec3 {
+                const vec3 x = q * vec3(1000 * r, 1000 * s, 0) + far * vec3(1, -0.7, 0.3);
+                return x.cast<float>().cast<double>();
+            };
+            build b;
+            if (type != typebeam) {
+                const auto grid = b.mesh(type, b.plate(2e5, 0.3, 10), 6, 6, at);
+                b.fix(grid.left(), {1, 2, 3});
+            } else {
+                const int g = b.bar(2e5, 1000, {1e5, 1e5, 1e5});
+                for (int i = 0; i < 3; ++i) b.node(at(0, 0.5 * i)), b.node(at(1, 0.4 * i));
+                for (const auto& [i, j] : {std::pair(1, 2), {3, 4}, {5, 6}, {2, 4}, {4, 6}})
+                    b.element(typebeam, g, {i, j});
+                b.fix({1, 3, 5}, {1, 2, 3});
+            }
+            for (int dof = 1; dof <= 3; ++dof) b.load(1, b.m.nnodes(), dof, 10 * q(dof - 1, 2));
+            expectwords(b.refusal(), {"can move ", "freely in DZ (along 0.593, -0.004, 0.805)",
+                                      type == typebeam ? "with 3 nodes" : "with 42 nodes",
+                                      "a mechanism. Add a constraint"});
+        }
+}
+
 // Stiff beams on a soft one are no mechanism, whatever the factorisation makes of them.
 TEST(Refusal, StiffnessTooFarApartNamesBothElements) {
     for (const double times : {1e12, 1e14}) {

@@ -7,7 +7,10 @@
 
 #include "core/numtext.h"
 #include "solver/base/refuse.h"
+#include "solver/dofs/deal.h"
 #include "solver/elements/kinds.h"
+#include "solver/processes/ranks.h"
+#include "solver/processes/stretch.h"
 
 static const double pi = 3.14159265358979;  // of the files
 static const double mostvalue = 1e30;       // larger numbers overflow in products of four of them
@@ -70,16 +73,28 @@ void readtek(textin& in, std::size_t filesize, model& m, runlog& log) {
     const std::size_t nodebytes = 6, elementbytes = 6;
     const int nnodes = countof(in, filesize, nodebytes, "nodes");
     const int nelems = countof(in, filesize, elementbytes, "elements");
-    m.nodes.assign(std::size_t(nnodes) + 1, vec3::Zero());
-    m.elements.assign(std::size_t(nelems) + 1, {});
-    for (int n = 1; n <= nnodes; ++n)
-        for (int k = 0; k < 3; ++k) m.nodes[std::size_t(n)][k] = boundednumber(in);
-    for (int e = 1; e <= nelems; ++e) m.elements[std::size_t(e)] = readelement(in, nnodes);
+    const stretches nodes(nnodes), elements(nelems);
+    m.nodes.assign(std::size_t(nodes.count()) + 1, vec3::Zero());
+    m.elements.assign(std::size_t(elements.count()) + 1, {});
+    for (int n = 1; n <= nnodes; ++n) {
+        vec3 at;
+        for (int k = 0; k < 3; ++k) at[k] = boundednumber(in);
+        if (nodes.holds(n)) m.nodes[std::size_t(n + 1 - nodes.first())] = at;
+    }
+    for (int e = 1; e <= nelems; ++e) {
+        const elementdef def = readelement(in, nnodes);
+        if (elements.holds(e)) m.elements[std::size_t(e + 1 - elements.first())] = def;
+    }
     passviews(in, log);
+    if (!allranks().alone()) namestretch(m, nnodes, nelems);
 }
 
 void readrot(textin& in, model& m, runlog& log) {
-    for (int e = 1; e <= m.nelems(); ++e) m.elements[std::size_t(e)].turn = boundednumber(in);
+    int next = 1;  // of the elements that are held
+    for (int e = 1; e <= m.allelements(); ++e) {
+        const double turn = boundednumber(in);
+        if (next <= m.nelems() && m.nameof(next) == e) m.elements[std::size_t(next++)].turn = turn;
+    }
     telltail(in, log);
 }
 
@@ -112,18 +127,18 @@ static void readoldmlt(textin& in, model& m) {
 
 // --- constraints and loads ----------------------------------------------------------------------
 
-// Rows node,dof,value. Rows of node 0 or of a node that does not exist are left out, as the
-// workbench does; returns how many.
+// Rows node,dof,value of the nodes that are held. Rows of node 0 or of a node that does not exist
+// are left out, as the workbench does; returns how many.
 static int readrows(textin& in, int count, const model& m, std::vector<nodalrow>& rows) {
     int dropped = 0;
     for (int i = 0; i < count; ++i) {
         const long node = in.whole();
         const int dof = in.wholewithin(1, 6, "a degree of freedom");
         const double value = boundednumber(in);
-        if (node >= 1 && node <= m.nnodes())
-            rows.push_back({int(node), dof, value});
-        else
+        if (node < 1 || node > m.allnodes())
             ++dropped;
+        else if (const int place = m.placeofnode(int(node)); place > 0)
+            rows.push_back({place, dof, value});
     }
     return dropped;
 }
@@ -207,10 +222,10 @@ void readell(textin& in, model& m, runlog& log) {
             const long e = in.whole();
             const int direction = in.wholewithin(1, 3, "a direction");
             const double value = boundednumber(in);
-            if (e >= 1 && e <= m.nelems())
-                (c ? c : &spare)->element.push_back({int(e), direction, value});
-            else
+            if (e < 1 || e > m.allelements())
                 ++dropped;
+            else if (const int place = m.placeof(int(e)); place > 0)
+                (c ? c : &spare)->element.push_back({place, direction, value});
         }
         if (!c && count > 0)
             log.warn(in.name() + ": the element loads of case " + std::to_string(lc) +
@@ -256,13 +271,13 @@ static void readside(const std::string& base, const char* extension, runlog& log
 }
 
 void checkreferences(const model& m) {
-    for (int e = 1; e <= m.nelems(); ++e) {
+    refusefirstof(m, [&](int e) {
         const int g = m.elements[std::size_t(e)].group;
         if (g < 1 || g > m.ngroups())
-            refuse("Element " + std::to_string(e) + " is in group " + std::to_string(g) +
+            refuse("Element " + std::to_string(m.nameof(e)) + " is in group " + std::to_string(g) +
                    ", which does not exist; the model has " + std::to_string(m.ngroups()) +
                    " group(s). Give the element another group");
-    }
+    });
 }
 
 model readmodel(const std::string& base, runlog& log) {
@@ -276,6 +291,7 @@ model readmodel(const std::string& base, runlog& log) {
         textin in(std::move(content), tek);
         readtek(in, size, m, log);
     }
+    if (!allranks().alone()) dealmodel(m);
     readside(base, ".rot", log, [&](textin& in) { readrot(in, m, log); });
     const std::string mlt = findnocase(base + ".mlt");
     if (!stands(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");

@@ -9,10 +9,12 @@
 #include "solver/base/report.h"
 
 // Reads the whole set. Without .tek or .mlt there is no model; every other file may be missing and
-// leaves its part empty. Throws a refusal that names file and line.
+// leaves its part empty. Each of several processes keeps its part (deal). Throws a refusal that
+// names file and line.
 model readmodel(const std::string& base, runlog& log);
 
-// The readers of the single files, in the order in which they must run.
+// The readers of the single files, in the order in which they must run; .tek leaves each process
+// its stretch of nodes and elements.
 void readtek(textin& in, std::size_t filesize, model& m, runlog& log);
 void readrot(textin& in, model& m, runlog& log);
 void readmlt(textin& in, model& m, runlog& log);

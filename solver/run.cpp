@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "core/checksum.h"
 #include "solver/base/control.h"
@@ -327,7 +328,9 @@ class onewhile {
 }  // namespace
 
 // The name of the engine that the settings ask for, or that "auto" finds best; the same everywhere.
-static std::string findengine(model& m, const settings& s, const job& j, runlog& log) {
+// whole: out, the model where the choice took it.
+static std::string findengine(std::optional<model>& whole, const settings& s, const job& j,
+                              runlog& log) {
     if (s.engine != "auto") return s.engine;
     ranks& all = allranks();
     const std::vector<double> room = all.gather({freememory() / all.here()});
@@ -335,8 +338,9 @@ static std::string findengine(model& m, const settings& s, const job& j, runlog&
     together([&] {
         if (!all.first()) return;
         const onewhile apart;
+        model& m = whole.emplace(readmodel(j.base, log));
         checkcontents(m);
-        const int anadof = analysiskind(m, j.doftype > 0 ? j.doftype : derivedtype(m, m.twod));
+        const int anadof = analysiskind(m, j.doftype > 0 ? j.doftype : derivedtype(m, j.twod));
         m.twod = anadof == 1 || anadof == 2;
         checkelements(m, s);
         engineneeds needs;
@@ -354,8 +358,8 @@ static std::string findengine(model& m, const settings& s, const job& j, runlog&
 }
 
 // False where this process is left over: the own factor is the work of one.
-static bool takeengine(model& m, const settings& s, const job& j, runlog& log) {
-    const std::string name = findengine(m, s, j, log);
+static bool takeengine(std::optional<model>& whole, const settings& s, const job& j, runlog& log) {
+    const std::string name = findengine(whole, s, j, log);
     useengine(name, s);
     usedissector(s.ordering, log);
     if (allranks().alone()) return true;
@@ -364,6 +368,29 @@ static bool takeengine(model& m, const settings& s, const job& j, runlog& log) {
     const bool first = allranks().first();
     workalone();
     return first;
+}
+
+// Among processes each reads its part; one thread of each talks to the others.
+static model takefiles(const job& j, std::optional<model>& whole, std::string& checksum,
+                       runlog& log) {
+    model m;
+    if (!allranks().alone()) {
+        runlog unheard;  // what the files say is told once
+        unheard.quiet();
+        const bool again = whole.has_value();
+        whole.reset();
+        m = readmodel(j.base, again ? unheard : log);
+        if (allranks().first()) checksum = modelchecksum(j.base);
+        return m;
+    }
+    parallelpieces(2, 1, [&](int first, int last, int) {
+        for (int i = first; i < last; ++i)
+            if (i == 0)
+                m = whole ? std::move(*whole) : readmodel(j.base, log);
+            else
+                checksum = modelchecksum(j.base);
+    });
+    return m;
 }
 
 // Analyses of the same name come to the same numbers.
@@ -380,18 +407,12 @@ void analyse(const job& j, runlog& log) {
     settings s = readsettings(j.appdir + "/feiflu.ini", log);
     followmodel(s, j.base, log);
     usethreads(s);
-    model m;
-    std::string checksum;
-    parallelpieces(2, 1, [&](int first, int last, int) {
-        for (int i = first; i < last; ++i)
-            if (i == 0)
-                m = readmodel(j.base, log);
-            else
-                checksum = modelchecksum(j.base);
-    });
-    m.twod = j.twod;
-    if (!takeengine(m, s, j, log)) return;
+    std::optional<model> whole;
+    if (!takeengine(whole, s, j, log)) return;
     usethreads(s);  // fewer processes may have become of them
+    std::string checksum;
+    model m = takefiles(j, whole, checksum, log);
+    m.twod = j.twod;
     wanted what;
     what.reactions = j.solve;
     what.linestresses = j.linestress;

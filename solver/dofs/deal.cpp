@@ -276,18 +276,23 @@ void dealmodel(model& m) {
 
 // --- stretches ----------------------------------------------------------------------------------
 
+void namestretch(model& m, int nodes, int elements) {
+    m.nodesofall = nodes;
+    m.elementsofall = elements;
+    m.nodenumber = stretches(nodes).numbers();
+    m.elementnumber = stretches(elements).numbers();
+}
+
 // Slot 0 stays.
 template <typename Item>
-static std::vector<int> cut(std::vector<Item>& items, const stretches& s) {
+static void cut(std::vector<Item>& items, const stretches& s) {
     items.erase(items.begin() + s.first() + s.count(), items.end());
     items.erase(items.begin() + 1, items.begin() + s.first());
     items.shrink_to_fit();
-    return s.numbers();
 }
 
 void keepstretch(model& m) {
-    m.nodesofall = m.nnodes();
-    m.elementsofall = m.nelems();
-    m.nodenumber = cut(m.nodes, stretches(m.nodesofall));
-    m.elementnumber = cut(m.elements, stretches(m.elementsofall));
+    namestretch(m, m.nnodes(), m.nelems());
+    cut(m.nodes, stretches(m.nodesofall));
+    cut(m.elements, stretches(m.elementsofall));
 }

@@ -6,9 +6,11 @@
 
 #include "solver/base/model.h"
 
-// Leaves to each process the stretch of nodes and elements that files are dealt by; rows of loads
-// and constraints stay. Numbers are those of the files.
+// Leaves to each process its stretch of nodes and elements; rows of loads and constraints stay.
+// Numbers are those of the files.
 void keepstretch(model& m);
+// What is held are the stretches of so many nodes and elements.
+void namestretch(model& m, int nodes, int elements);
 
 // From stretches to parts: each process gets the elements that it works on (rankof), those that
 // meet them and those that meet these in turn, with the nodes of all and whole rigid bodies. What

@@ -4,19 +4,24 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "solver/processes/ranks.h"
 
 class stretches {
   public:
-    explicit stretches(int items)
-        : all(items), share((items + allranks().count() - 1) / allranks().count()) {}
+    explicit stretches(int items) {
+        const std::int64_t me = allranks().me(), processes = allranks().count();
+        share = (items + processes - 1) / processes;
+        begin = int(std::min<std::int64_t>(me * share, items)) + 1;
+        end = int(std::min<std::int64_t>((me + 1) * share, items)) + 1;
+    }
     std::size_t homeof(int item) const { return std::size_t((item - 1) / share); }
     // Of this process; first is one more than the last item where there is none.
-    int first() const { return std::min(allranks().me() * share, all) + 1; }
-    int count() const { return std::min((allranks().me() + 1) * share, all) + 1 - first(); }
-    bool holds(int item) const { return item >= first() && item < first() + count(); }
+    int first() const { return begin; }
+    int count() const { return end - begin; }
+    bool holds(int item) const { return item >= begin && item < end; }
     std::vector<int> numbers() const {  // with slot 0
         std::vector<int> list = {0};
         for (int i = 0; i < count(); ++i) list.push_back(first() + i);
@@ -24,7 +29,8 @@ class stretches {
     }
 
   private:
-    int all, share;
+    std::int64_t share;
+    int begin, end;
 };
 
 template <typename Item>

@@ -63,6 +63,15 @@ std::vector<std::string> wordsof(const runlog& log, const runlog& other) {
     return words;
 }
 
+// What the log of the last run tells of the model, down to its equations. The centre of masses may
+// be rounding.
+std::string modelof(const runlog& log) {
+    static const std::regex centre("  centre [^\r]*");
+    const std::string& text = log.text();
+    const std::size_t begin = text.rfind("Units:"), end = text.find("\n", text.rfind("half band"));
+    return begin < end ? std::regex_replace(text.substr(begin, end - begin), centre, "") : "";
+}
+
 // A refusal for lack of accuracy tells its rounding; what counts is the cause that it names.
 std::string causeof(const std::string& words) {
     const std::size_t at = words.find("The stiffness of the elements differs");
@@ -108,6 +117,7 @@ static void compare(trial& t, ranks& all) {
         // The same warnings of the same nodes; what they measure may be rounding.
         if (all.first()) {
             EXPECT_EQ(wordsof(log, log), wordsof(b.log, log));
+            EXPECT_EQ(modelof(log), modelof(b.log));
         }
         const double worst = difference(b.m, r, again);
         if (worst > t.tolerance) {

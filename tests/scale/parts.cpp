@@ -140,30 +140,32 @@ static std::string differenceof(const std::string& one, const std::string& other
     return "";
 }
 
+static const std::string room = std::filesystem::temp_directory_path().string() + "/feiflu-parts/";
+
+// From the files of a model in room/NAME to the results there, by the first process alone or all.
+static int run(const build& b, const std::string& name, const char* engine, bool alone) {
+    if (job().first()) {
+        std::filesystem::create_directories(room + name);
+        std::ofstream(room + name + "/feiflu.ini")
+            << "engine = " << engine << "\ncheckpoint = 1\nlength = 1\n";
+        b.write(room + name + "/model");
+    }
+    job().anyfault("");  // until the files are there
+    if (!alone) setranks(job());
+    const int code = alone && !job().first()
+                         ? 0
+                         : runprogram({"--model", room + name + "/model", "--appdir", room + name});
+    workalone();
+    return code;
+}
+
 // Lines, plates, springs, a mass, rigid arms across the parts, two cases in blocks of one.
 TEST(Parts, FilesAreThoseOfOneProcess) {
-    const std::string room = std::filesystem::temp_directory_path().string() + "/feiflu-parts/";
     build b = everything(1, 4, false);
     b.addcase();
     b.load(2, 20, 3, 5);
-    const auto run = [&](const char* name, const char* engine, bool alone) {
-        if (job().first()) {
-            std::filesystem::create_directories(room + name);
-            std::ofstream(room + name + "/feiflu.ini")
-                << "engine = " << engine << "\ncheckpoint = 1\nlength = 1\n";
-            b.write(room + name + "/model");
-        }
-        job().anyfault("");  // until the files are there
-        if (!alone) setranks(job());
-        const int code =
-            alone && !job().first()
-                ? 0
-                : runprogram({"--model", room + name + "/model", "--appdir", room + name});
-        workalone();
-        return code;
-    };
-    EXPECT_EQ(run("one", "cholmod", true), 0);
-    EXPECT_EQ(run("all", "mumps", false), 0);
+    EXPECT_EQ(run(b, "one", "cholmod", true), 0);
+    EXPECT_EQ(run(b, "all", "mumps", false), 0);
     if (!job().first()) return;
     for (const char* extension :
          {".rvp", ".KRT", ".LES", ".MEM", ".NSR", ".NSL", ".NSA", ".NLA", ".EMS", ".DAT"}) {
@@ -172,4 +174,66 @@ TEST(Parts, FilesAreThoseOfOneProcess) {
     }
     EXPECT_FALSE(std::filesystem::exists(room + "all/model.ckp"));
     std::filesystem::remove_all(room);
+}
+
+// Warnings and outcome of a run.
+static std::string toldof(const std::string& name) {
+    std::ifstream log(room + name + "/model.log");
+    std::string words, last;
+    for (std::string line; std::getline(log, line); last = line)
+        if (line.starts_with("Warning")) words += line + "\n";
+    words += last;
+    for (std::size_t at = 0; (at = words.find(room + name)) != words.npos;)
+        words.erase(at, (room + name).size());
+    return words;
+}
+
+// What is wrong at one place or at two far apart, where no process has both.
+TEST(Parts, FaultyFilesAreToldAlike) {
+    const int edge = 12;
+    const auto plate = [&] {
+        build b;
+        const build::grid at = b.mesh(typeshell4, b.plate(2.1e5, 0.3, 5, 1), edge, edge,
+                                      [](double r, double s) { return vec3(r, s, 0); });
+        b.fix(at.left(), clamped);
+        b.load(1, at.number(edge, 3), 3, 1);
+        return b;
+    };
+    const int nodes = (edge + 1) * (edge + 1), elements = edge * edge;
+    const std::pair<const char*, std::function<void(build&)>> faults[] = {
+        {"elements in no group",
+         [&](build& b) { b.m.elements[9].group = b.m.elements.back().group = 7; }},
+        {"a node that is not there", [&](build& b) { b.m.elements[100].node[2] = nodes + 1; }},
+        {"loads on nothing",
+         [&](build& b) {
+             b.load(1, nodes + 5, 1, 1), b.load(1, 0, 1, 1);
+             b.press(1, elements + 1, 3, 1), b.press(1, 3, 3, 1), b.press(1, elements, 3, 1);
+         }},
+        {"no area twice",
+         [&](build& b) {
+             for (const std::size_t e : {140, 20})
+                 b.m.elements[e].node[1] = b.m.elements[e].node[0];
+         }},
+        {"two values twice",
+         [&](build& b) { b.fix(nodes, {3}), b.fix(nodes, {3}, 1), b.fix(1, {2}, 1); }},
+        {"a twisted body",
+         [&](build& b) {
+             b.element(typerigid, 1, {1, nodes}), b.element(typerigid, 1, {nodes, nodes / 2});
+             b.fix(nodes, {1}, 1), b.fix(nodes / 2, {2}, -1), b.fix(nodes, {2}, 3);
+             b.fix(nodes / 2, {3}, 7);
+         }},
+        {"a mechanism", [&](build& b) { b.m.constraints.resize(3); }},
+        {"a free node loaded", [&](build& b) { b.load(1, b.node(5, 5), 1, 1); }},
+    };
+    for (const auto& [name, fault] : faults) {
+        SCOPED_TRACE(name);
+        build b = plate();
+        fault(b);
+        run(b, "one", "cholmod", true);
+        run(b, "all", "mumps", false);
+        if (!job().first()) continue;
+        EXPECT_TRUE(toldof("one").find("Warning") == 0 || toldof("one").find("Refused") == 0);
+        EXPECT_EQ(toldof("all"), toldof("one"));
+    }
+    if (job().first()) std::filesystem::remove_all(room);
 }

@@ -90,9 +90,16 @@ struct factor::inside {
     // Subtrees that threads may work on before they are needed: the updates of all of them at once
     // would take as much room as those of the top.
     static int ahead() { return threads() + 2; }
+    // What a list of supernodes adds to the rows outside it, by rows of its root.
+    using outside = std::vector<double>;
+    // Where threads is null the front is the work of one.
     void forward(int s, double* x, int sides, int inner, double* outer,
-                 const std::vector<int>& local, std::vector<double>& y) const;
-    void backward(int s, double* x, int sides, std::vector<double>& y) const;
+                 const std::vector<int>& local, std::vector<double>& y, loopsharer* threads) const;
+    void backward(int s, double* x, int sides, std::vector<double>& y, loopsharer* threads) const;
+    void forwardlist(const std::vector<int>& list, double* x, int sides, std::vector<int>& local,
+                     outside& outer) const;
+    void addoutside(const std::vector<int>& list, const outside& outer, double* x, int sides) const;
+    loopsharer* sharersof(int s, loopsharer* threads) const;
     void forwardall(double* x, int sides) const;
     void backwardall(double* x, int sides) const;
     std::int64_t unknowns() const { return tree.first.back(); }
@@ -345,38 +352,53 @@ bool factor::factorise(const sparsematrix& a) {
     return all.work(plan);
 }
 
+namespace {
+struct leastpivot {
+    double ratio = 1;
+    std::int64_t unknown = 0;
+    void meet(double other, std::int64_t at) {
+        if (other >= ratio) return;  // no number counts as less
+        ratio = other;
+        unknown = at;
+    }
+};
+}  // namespace
+
 double factor::smallestpivot(const sparsematrix& a, std::int64_t& unknown) {
-    double smallest = 1;
-    unknown = 0;
-    for (int s = 0; s < in->tree.size(); ++s) {
-        const staircase shape = in->tree.front(s);
-        const double* const l = in->values.data + in->place[std::size_t(s)];
-        for (int c = 0; c < shape.columns; ++c) {
-            const std::int64_t j = in->tree.first[std::size_t(s)] + c;
-            const double pivot = l[shape.column(c) + c];
-            const double before = a.value[std::size_t(a.start[std::size_t(j)])];
-            const double ratio = pivot * pivot / before;
-            if (ratio < smallest || !(ratio >= 0)) {
-                smallest = ratio;
-                unknown = j;
+    const int piece = 256;  // fronts
+    std::vector<leastpivot> found(std::size_t((in->tree.size() + piece - 1) / piece));
+    parallelpieces(in->tree.size(), piece, [&](int begin, int end, int) {
+        leastpivot& least = found[std::size_t(begin / piece)];
+        for (int s = begin; s < end; ++s) {
+            const staircase shape = in->tree.front(s);
+            const double* const l = in->values.data + in->place[std::size_t(s)];
+            for (int c = 0; c < shape.columns; ++c) {
+                const std::int64_t j = in->tree.first[std::size_t(s)] + c;
+                const double pivot = l[shape.column(c) + c];
+                const double before = a.value[std::size_t(a.start[std::size_t(j)])];
+                least.meet(pivot * pivot / before, j);
             }
         }
-    }
-    return smallest;
+    });
+    leastpivot least;
+    for (const leastpivot& one : found) least.meet(one.ratio, one.unknown);
+    unknown = least.unknown;
+    return least.ratio;
 }
 
 // --- solution -----------------------------------------------------------------------------------
 
 // Rows from `inner` on lie outside the subtree: what goes there is gathered in outer.
 void factor::inside::forward(int s, double* x, int sides, int inner, double* outer,
-                             const std::vector<int>& local, std::vector<double>& y) const {
+                             const std::vector<int>& local, std::vector<double>& y,
+                             loopsharer* threads) const {
     const staircase shape = tree.front(s);
     const int own = shape.columns, below = tree.below(s), first = tree.first[std::size_t(s)];
     const int* const rows = tree.rows(s);
     y.assign(std::size_t(shape.rows) * std::size_t(sides), 0);
     for (int k = 0; k < sides; ++k)
         std::copy_n(x + k * unknowns() + first, own, y.data() + std::int64_t(k) * shape.rows);
-    solveforward(shape, values.data + place[std::size_t(s)], y.data(), sides);
+    solveforward(shape, values.data + place[std::size_t(s)], y.data(), sides, threads);
     for (int k = 0; k < sides; ++k) {
         const double* const from = y.data() + std::int64_t(k) * shape.rows;
         double* const to = x + k * unknowns();
@@ -391,7 +413,8 @@ void factor::inside::forward(int s, double* x, int sides, int inner, double* out
     }
 }
 
-void factor::inside::backward(int s, double* x, int sides, std::vector<double>& y) const {
+void factor::inside::backward(int s, double* x, int sides, std::vector<double>& y,
+                              loopsharer* threads) const {
     const staircase shape = tree.front(s);
     const int own = shape.columns, below = tree.below(s), first = tree.first[std::size_t(s)];
     const int* const rows = tree.rows(s);
@@ -402,52 +425,74 @@ void factor::inside::backward(int s, double* x, int sides, std::vector<double>& 
         std::copy_n(from + first, own, to);
         for (int i = 0; i < below; ++i) to[own + i] = from[rows[i]];
     }
-    solvebackward(shape, values.data + place[std::size_t(s)], y.data(), sides);
+    solvebackward(shape, values.data + place[std::size_t(s)], y.data(), sides, threads);
     for (int k = 0; k < sides; ++k)
         std::copy_n(y.data() + std::int64_t(k) * shape.rows, own, x + k * unknowns() + first);
 }
 
-void factor::inside::forwardall(double* x, int sides) const {
-    std::vector<std::vector<double>> outer(subtrees.size());
-    std::vector<std::vector<int>> locals{std::size_t(threads())};
-    parallelpieces(int(subtrees.size()), 1, [&](int begin, int end, int thread) {
-        std::vector<int>& local = locals[std::size_t(thread)];
-        local.resize(std::size_t(unknowns()));
-        std::vector<double> y;
-        for (int i = begin; i < end; ++i) {
-            const std::vector<int>& list = subtrees[std::size_t(i)];
-            const int root = list.back(), below = tree.below(root);
-            for (int k = 0; k < below; ++k) local[std::size_t(tree.rows(root)[k])] = k;
-            outer[std::size_t(i)].assign(std::size_t(below) * std::size_t(sides), 0);
-            for (const int s : list)
-                forward(s, x, sides, tree.first[std::size_t(root) + 1],
-                        outer[std::size_t(i)].data(), local, y);
-        }
-    });
-    std::vector<std::size_t> order(subtrees.size());
-    std::iota(order.begin(), order.end(), 0);
-    std::sort(order.begin(), order.end(), [&](std::size_t i, std::size_t j) {
-        return subtrees[i].back() < subtrees[j].back();
-    });
-    for (const std::size_t i : order) {
-        const int root = subtrees[i].back();
-        for (int r = 0; r < tree.below(root); ++r)
-            for (int k = 0; k < sides; ++k)
-                x[k * unknowns() + tree.rows(root)[r]] +=
-                    outer[i][std::size_t(r) * std::size_t(sides) + std::size_t(k)];
-    }
+void factor::inside::forwardlist(const std::vector<int>& list, double* x, int sides,
+                                 std::vector<int>& local, outside& outer) const {
+    const int root = list.back(), below = tree.below(root);
+    local.resize(std::size_t(unknowns()));
+    for (int k = 0; k < below; ++k) local[std::size_t(tree.rows(root)[k])] = k;
+    outer.assign(std::size_t(below) * std::size_t(sides), 0);
     std::vector<double> y;
-    for (const int s : top) forward(s, x, sides, int(unknowns()), nullptr, {}, y);
+    for (const int s : list)
+        forward(s, x, sides, tree.first[std::size_t(root) + 1], outer.data(), local, y, nullptr);
+}
+
+void factor::inside::addoutside(const std::vector<int>& list, const outside& outer, double* x,
+                                int sides) const {
+    const int root = list.back();
+    for (int r = 0; r < tree.below(root); ++r)
+        for (int k = 0; k < sides; ++k)
+            x[k * unknowns() + tree.rows(root)[r]] +=
+                outer[std::size_t(r) * std::size_t(sides) + std::size_t(k)];
+}
+
+// Large fronts wait for memory: the threads read them together.
+loopsharer* factor::inside::sharersof(int s, loopsharer* threads) const {
+    const std::int64_t worth = 1 << 17;  // numbers
+    return tree.front(s).size() > worth ? threads : nullptr;
+}
+
+void factor::inside::forwardall(double* x, int sides) const {
+    std::vector<outside> outer(subtrees.size());
+    std::vector<std::vector<int>> locals{std::size_t(threads())};
+    std::vector<double> y;
+    crew all;
+    crew::plan plan{int(subtrees.size()), before, int(subtrees.size()), {}, {}};
+    plan.list = [&](int list, int thread) {
+        forwardlist(subtrees[std::size_t(list)], x, sides, locals[std::size_t(thread)],
+                    outer[std::size_t(list)]);
+        return true;
+    };
+    plan.step = [&](int step) {
+        const auto at = std::size_t(step);
+        for (auto i = std::size_t(step == 0 ? 0 : before[at - 1]); i < std::size_t(before[at]); ++i)
+            addoutside(subtrees[i], outer[i], x, sides);
+        forward(top[at], x, sides, int(unknowns()), nullptr, {}, y, sharersof(top[at], &all));
+        return true;
+    };
+    all.work(plan);
 }
 
 void factor::inside::backwardall(double* x, int sides) const {
     std::vector<double> y;
-    for (auto s = top.rbegin(); s != top.rend(); ++s) backward(*s, x, sides, y);
+    crew all;
+    crew::plan plan{0, std::vector<int>(top.size(), 0), 0, {}, {}};
+    plan.step = [&](int step) {
+        const int s = top[top.size() - 1 - std::size_t(step)];
+        backward(s, x, sides, y, sharersof(s, &all));
+        return true;
+    };
+    all.work(plan);
     parallelpieces(int(subtrees.size()), 1, [&](int begin, int end, int) {
         std::vector<double> part;
         for (int i = begin; i < end; ++i) {
             const std::vector<int>& list = subtrees[std::size_t(i)];
-            for (auto s = list.rbegin(); s != list.rend(); ++s) backward(*s, x, sides, part);
+            for (auto s = list.rbegin(); s != list.rend(); ++s)
+                backward(*s, x, sides, part, nullptr);
         }
     });
 }

@@ -136,24 +136,37 @@ static void subtractproduct(const char* trans, int rows, int columns, const doub
            x, &stride, &one, y, &stride);
 }
 
-void solveforward(const staircase& s, const double* columns, double* x, int sides) {
+// What the blocks do below their triangles is parted alike for any number of threads: products of
+// fewer rows may round otherwise.
+void solveforward(const staircase& s, const double* columns, double* x, int sides,
+                  loopsharer* threads) {
     for (int j = 0; j < s.blocks(); ++j) {
-        const int wide = s.wide(j), tall = s.tall(j), below = tall - wide;
+        const int wide = s.wide(j), tall = s.tall(j);
         const double* const block = columns + s.place(j);
         double* const own = x + j * s.width();
+        const tiles t(wide, tall, true);
         solvetriangle("N", wide, block, tall, own, s.rows, sides);
-        if (below > 0)
-            subtractproduct("N", below, wide, block + wide, tall, own, own + wide, s.rows, sides);
+        eachtile(t.count() - 1, threads, [&](int i) {
+            const int row = t.first(i + 1);
+            subtractproduct("N", t.height(i + 1), wide, block + row, tall, own, own + row, s.rows,
+                            sides);
+        });
     }
 }
 
-void solvebackward(const staircase& s, const double* columns, double* x, int sides) {
+void solvebackward(const staircase& s, const double* columns, double* x, int sides,
+                   loopsharer* threads) {
+    const int narrow = 16;  // columns of a part
     for (int j = s.blocks() - 1; j >= 0; --j) {
         const int wide = s.wide(j), tall = s.tall(j), below = tall - wide;
         const double* const block = columns + s.place(j);
         double* const own = x + j * s.width();
-        if (below > 0)
-            subtractproduct("T", below, wide, block + wide, tall, own + wide, own, s.rows, sides);
+        const int parts = below > 0 ? (wide + narrow - 1) / narrow : 0;
+        eachtile(parts, threads, [&](int i) {
+            const int first = i * narrow, count = std::min(narrow, wide - first);
+            subtractproduct("T", below, count, block + wide + std::int64_t(first) * tall, tall,
+                            own + wide, own + first, s.rows, sides);
+        });
         solvetriangle("T", wide, block, tall, own, s.rows, sides);
     }
 }

@@ -40,5 +40,7 @@ struct staircase {
 bool eliminate(const staircase& s, double* columns, double* update, loopsharer* threads);
 
 // One front's part of l x = b and of l' x = b; x: rows numbers a right side, the columns' first.
-void solveforward(const staircase& s, const double* columns, double* x, int sides);
-void solvebackward(const staircase& s, const double* columns, double* x, int sides);
+void solveforward(const staircase& s, const double* columns, double* x, int sides,
+                  loopsharer* threads);
+void solvebackward(const staircase& s, const double* columns, double* x, int sides,
+                   loopsharer* threads);

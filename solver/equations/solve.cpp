@@ -136,17 +136,11 @@ static double sizeof2(const sharing& s, const std::vector<double>& v) {
     return largest * std::sqrt(sum);
 }
 
-// rest = f - a u; returns its size over that of |a||u| + |f|. Higham, Accuracy and Stability of
-// Numerical Algorithms, chapter 7.
-static double backwarderror(const sparsematrix& a, const double* u, const double* f,
-                            std::vector<double>& rest) {
-    const auto n = std::size_t(a.size());
-    rest.assign(n, 0);
-    for (std::size_t j = 0; j < n; ++j)
-        if (a.unknowns->counts(j)) rest[j] = f[j];
-    std::vector<double> size(n);
-    for (std::size_t j = 0; j < n; ++j) size[j] = std::fabs(rest[j]);
-    for (std::size_t j = 0; j < n; ++j) {
+// Takes what the columns from first on below last give of a u off rest, and adds it in amounts to
+// size.
+static void subtractcolumns(const sparsematrix& a, const double* u, std::size_t first,
+                            std::size_t last, double* rest, double* size) {
+    for (std::size_t j = first; j < last; ++j) {
         const auto begin = std::size_t(a.start[j]), end = std::size_t(a.start[j + 1]);
         double sum = a.value[begin] * u[j], sumofsizes = std::fabs(sum);
         for (std::size_t i = begin + 1; i < end; ++i) {
@@ -159,6 +153,33 @@ static double backwarderror(const sparsematrix& a, const double* u, const double
         }
         rest[j] -= sum;
         size[j] += sumofsizes;
+    }
+}
+
+// rest = f - a u; returns its size over that of |a||u| + |f|. Higham, Accuracy and Stability of
+// Numerical Algorithms, chapter 7.
+static double backwarderror(const sparsematrix& a, const double* u, const double* f,
+                            std::vector<double>& rest) {
+    const auto n = std::size_t(a.size());
+    rest.assign(n, 0);
+    std::vector<double> size(n), otherrest(n), othersize(n);
+    for (std::size_t j = 0; j < n; ++j) {
+        if (a.unknowns->counts(j)) rest[j] = f[j];
+        size[j] = std::fabs(rest[j]);
+    }
+    // Two halves of the numbers, whatever the number of threads.
+    const auto middle =
+        std::size_t(std::ranges::upper_bound(a.start, a.start.back() / 2) - a.start.begin() - 1);
+    parallelpieces(2, 1, [&](int begin, int end, int) {
+        for (int half = begin; half < end; ++half)
+            if (half == 0)
+                subtractcolumns(a, u, 0, middle, rest.data(), size.data());
+            else
+                subtractcolumns(a, u, middle, n, otherrest.data(), othersize.data());
+    });
+    for (std::size_t j = middle; j < n; ++j) {
+        rest[j] += otherrest[j];
+        size[j] += othersize[j];
     }
     a.unknowns->sum(rest.data(), 1);
     a.unknowns->sum(size.data(), 1);

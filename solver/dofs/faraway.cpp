@@ -48,20 +48,28 @@ static bool issingle(double x) {
 }
 
 // How far Singles lie apart at an element along each axis; 0 where its corners share one
-// coordinate, which rounding then moves together, or stand on a coarser grid, exactly.
-static vec3 gridof(const element& e) {
-    vec3 grid = vec3::Zero();
+// coordinate, which rounding then moves together.
+static vec3 stepsof(const element& e) {
+    vec3 steps = vec3::Zero();
     for (int k = 0; k < 3; ++k) {
         double far = 0;
-        for (int c = 0; c < e.nodes; ++c) far = std::max(far, std::fabs(e.x[c][k]));
-        const auto place = float(far);
-        const double step = double(std::nextafter(place, INFINITY)) - double(place);
-        bool differs = false, fine = false;
+        bool differs = false;
         for (int c = 0; c < e.nodes; ++c) {
+            far = std::max(far, std::fabs(e.x[c][k]));
             differs |= e.x[c][k] != e.x[0][k];
-            fine |= std::fmod(e.x[c][k], 4 * step) != 0;
         }
-        if (differs && fine) grid[k] = step;
+        const auto place = float(far);
+        if (differs) steps[k] = double(std::nextafter(place, INFINITY)) - double(place);
+    }
+    return steps;
+}
+
+// The same, 0 where they stand on a coarser grid, exactly.
+static vec3 gridof(const element& e) {
+    vec3 grid = stepsof(e);
+    for (int k = 0; k < 3; ++k) {
+        const auto fine = [&](const vec3& x) { return std::fmod(x[k], 4 * grid[k]) != 0; };
+        if (grid[k] > 0 && std::none_of(e.x, e.x + e.nodes, fine)) grid[k] = 0;
     }
     return grid;
 }
@@ -77,8 +85,8 @@ static bool fromsingles(const element& e) {
 // and a shell that waves by some of its thickness stretches by bending, 12 times the square of the
 // wave over the thickness. Both by the mean square of the rounding, as strips of shells in oblique
 // planes show it.
-static double errorof(const element& e) {
-    const vec3 mean = gridof(e) / std::sqrt(12.0);
+static double errorof(const element& e, const vec3& grid) {
+    const vec3 mean = grid / std::sqrt(12.0);
     const double along = 2 * mean.maxCoeff() / heightof(e);
     if (e.type != typeshell3 && e.type != typeshell4) return along;
     const vec3 wave = mean.cwiseProduct(vec3(meanaxes(e).row(2)));
@@ -100,7 +108,8 @@ void checkfaraway(const model& m, const settings& s, runlog& log) {
         const family fam = kindof(m.elements[std::size_t(n)].type).fam;
         if ((fam != family::line && fam != family::plate) || !isown(m, n)) continue;
         const element e = elementat(m, s, n);
-        const double error = errorof(e);
+        if (!(errorof(e, stepsof(e)) > little)) continue;  // at the most
+        const double error = errorof(e, gridof(e));
         if (!(error > little && fromsingles(e))) continue;
         ++count;
         if (error <= worst) continue;

@@ -8,6 +8,7 @@
 #include <climits>
 #include <cmath>
 
+#include "solver/base/parallel.h"
 #include "solver/elements/kinds.h"
 #include "solver/processes/ranks.h"
 
@@ -28,8 +29,8 @@ void measurecurve(model& m) {
     m.curve.assign(m.elements.size(), 0);
     if (m.twod) return;
     std::vector<vec3> mean(m.nodes.size(), vec3::Zero());
-    const auto eachshell = [&](auto use) {
-        for (int e = 1; e <= m.nelems(); ++e) {
+    const auto eachshell = [&](int first, int last, auto use) {
+        for (int e = first; e <= last; ++e) {
             const elementdef& def = m.elements[std::size_t(e)];
             if (!isshell(def.type)) continue;
             const vec3 normal = normalof(m, def);
@@ -38,15 +39,17 @@ void measurecurve(model& m) {
         }
     };
     // The side that a normal points to is the user's choice and may differ between neighbours.
-    eachshell([](int, const vec3& normal, vec3& at) {
+    eachshell(1, m.nelems(), [](int, const vec3& normal, vec3& at) {
         at += at.dot(normal) < 0 ? vec3(-normal) : normal;
     });
-    eachshell([&](int e, const vec3& normal, vec3& at) {
+    const auto measure = [&](int e, const vec3& normal, const vec3& at) {
         const double sine = normal.cross(at).norm(), cosine = std::fabs(normal.dot(at));
         const double angle = std::atan2(sine, cosine);
         float& curve = m.curve[std::size_t(e)];
         if (angle < fold) curve = std::max(curve, float(2 * angle));
-    });
+    };
+    parallelpieces(m.nelems(), 4096,
+                   [&](int first, int last, int) { eachshell(first + 1, last, measure); });
 }
 
 // Bending that a pressure wrongly makes in an element, over the membrane stress, as cylinders and

@@ -19,16 +19,21 @@ struct cornerkey {
 
 // Corners by node, then group, then number.
 static std::vector<cornerkey> sortedcorners(const model& m, const platestresses& p) {
+    const auto eachcorner = [&](auto use) {
+        for (std::size_t i = 0; i < p.elements.size(); ++i) {
+            const elementdef& def = m.elements[std::size_t(p.elements[i])];
+            for (int c = p.first[i]; c < p.first[i + 1]; ++c)
+                use(cornerkey{def.node[c - p.first[i]], def.group, c});
+        }
+    };
+    std::vector<std::size_t> end(m.nodes.size() + 1, 0);  // of the node before, then its own
+    eachcorner([&](const cornerkey& key) { ++end[std::size_t(key.node) + 1]; });
+    for (std::size_t n = 1; n < end.size(); ++n) end[n] += end[n - 1];
     std::vector<cornerkey> keys(std::size_t(p.corners));
-    for (std::size_t i = 0; i < p.elements.size(); ++i) {
-        const elementdef& def = m.elements[std::size_t(p.elements[i])];
-        for (int c = p.first[i]; c < p.first[i + 1]; ++c)
-            keys[std::size_t(c)] = {def.node[c - p.first[i]], def.group, c};
-    }
-    std::sort(keys.begin(), keys.end(), [](const cornerkey& a, const cornerkey& b) {
-        if (a.node != b.node) return a.node < b.node;
-        return a.group != b.group ? a.group < b.group : a.number < b.number;
-    });
+    eachcorner([&](const cornerkey& key) { keys[end[std::size_t(key.node)]++] = key; });
+    for (std::size_t n = 0, first = 0; n < m.nodes.size(); first = end[n++])
+        std::stable_sort(keys.data() + first, keys.data() + end[n],
+                         [](const cornerkey& a, const cornerkey& b) { return a.group < b.group; });
     return keys;
 }
 

@@ -10,6 +10,7 @@
 #include "core/numtext.h"
 #include "core/runtime.h"
 #include "core/textfile.h"
+#include "solver/base/parallel.h"
 #include "solver/elements/surface.h"
 #include "solver/loads/loads.h"
 
@@ -37,26 +38,36 @@ static vec6 nodalsum(const model& m, const dofmap& d, const loadcase& c) {
     return sum;
 }
 
-static vec6 elementsum(const model& m, const settings& s, const dofmap& d, const loadcase& c) {
-    vec6 sum = vec6::Zero();
-    for (const elementrow& row : c.element) {
-        if (!isown(m, row.element)) continue;
-        const element e = elementat(m, s, row.element);
-        const auto met = [&](vec3 load) {
-            for (int k = 0; k < 3; ++k)
-                if (d.place[k + 1] < 0) load[k] = 0;
-            return load;
-        };
-        if (kindof(e.type).fam != family::plate) {
-            const vec3 load = row.value * lineaxes(e).row(row.direction - 1).transpose();
-            sum += wrench(middleof(e), lengthof(e) * met(load));
-            continue;
-        }
-        for (const surfacepoint& p : surfacepoints(e.nodes, 3)) {
-            const surfaceshape n = shapesat(e.nodes, p.place);
-            sum += wrench(surfaceat(e, n), p.weight * met(plateload(e, row, surfacenormal(e, n))));
-        }
+static vec6 rowsum(const element& e, const elementrow& row, const dofmap& d) {
+    const auto met = [&](vec3 load) {
+        for (int k = 0; k < 3; ++k)
+            if (d.place[k + 1] < 0) load[k] = 0;
+        return load;
+    };
+    if (kindof(e.type).fam != family::plate) {
+        const vec3 load = row.value * lineaxes(e).row(row.direction - 1).transpose();
+        return wrench(middleof(e), lengthof(e) * met(load));
     }
+    vec6 sum = vec6::Zero();
+    for (const surfacepoint& p : surfacepoints(e.nodes, 3)) {
+        const surfaceshape n = shapesat(e.nodes, p.place);
+        sum += wrench(surfaceat(e, n), p.weight * met(plateload(e, row, surfacenormal(e, n))));
+    }
+    return sum;
+}
+
+static vec6 elementsum(const model& m, const settings& s, const dofmap& d, const loadcase& c) {
+    const int piece = 4096, rows = int(c.element.size());
+    std::vector<vec6> sums(std::size_t((rows + piece - 1) / piece), vec6::Zero());
+    parallelpieces(int(sums.size()), 1, [&](int first, int last, int) {
+        for (int i = first * piece; i < std::min(last * piece, rows); ++i) {
+            const elementrow& row = c.element[std::size_t(i)];
+            if (isown(m, row.element))
+                sums[std::size_t(i / piece)] += rowsum(elementat(m, s, row.element), row, d);
+        }
+    });
+    vec6 sum = vec6::Zero();
+    for (const vec6& one : sums) sum += one;
     allranks().sum(sum.data(), sum.size());
     return sum;
 }

@@ -22,6 +22,7 @@
 namespace {
 struct ownerblock {
     int owner;
+    double length = 1;  // of its body: a turn of an element compares with a way by it
     mat6 stiffness = mat6::Zero();
     mat6 motion = mat6::Zero();  // how much the nodes of elements move, in the same sizes
 };
@@ -92,6 +93,7 @@ static void addelement(const model& m, const settings& s, const dofmap& d, int n
             const combination r = rowof(m, d, e.node[i], place);
             row[a] = vec6::Zero();
             std::copy_n(r.factor, r.count, row[a].data());
+            if (c >= 3) row[a] *= blocks[std::size_t(block[a])].length;
         }
     for (int a = 0; a < k.rows(); ++a) {
         if (block[a] < 0) continue;
@@ -111,7 +113,8 @@ static std::vector<ownerblock> blocksof(const model& m, const settings& s, const
     for (std::size_t n = 1; n < d.owner.size(); ++n)
         if (d.owner[n] == int(n) && !sure[n] && unknownsof(d, int(n)) > 0) {
             blockof[n] = int(blocks.size());
-            blocks.push_back({int(n)});
+            const int body = d.bodyof[n];
+            blocks.push_back({int(n), body < 0 ? 1 : bodylength(m, d.bodies[std::size_t(body)])});
         }
     if (blocks.empty()) return blocks;
     for (int e = 1; e <= m.nelems(); ++e) {

@@ -34,6 +34,12 @@ static sparsematrix combined(const sparsematrix& a, double factor, const sparsem
     return c;
 }
 
+// The search takes values below 4e-11 for found before they are: those of high frequencies, which
+// are small in some units. Of a mass times this scale all are large.
+static void scalemass(sparsematrix& mass, double scale) {
+    for (double& value : mass.value) value *= scale;
+}
+
 // --- shift --------------------------------------------------------------------------------------
 
 // Factorises K + s M with the smallest s that makes it safely definite: 0 for a supported model,
@@ -215,7 +221,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
                   runlog& log) {
     const dofmap& d = q.dofs;
     log.stage("mass");
-    const sparsematrix mass = massmatrix(m, s, q, elements, log);
+    sparsematrix mass = massmatrix(m, s, q, elements, log);
     if (d.unknownsofall == 0 || !(sumofdiagonal(mass, mass) > 0))
         refuse(
             "The model has no mass that can move, so it has no eigenmodes. Give the element groups "
@@ -228,8 +234,13 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     log.stage("modes");
     const bool matters = shift != 0 && !l->splits();
     if (!matters) shifted = {};
-    const spectrum found =
-        largestvalues(*l, matters ? shifted.stiffness : q.stiffness, mass, s.modes, log);
+    const sparsematrix& factorised = matters ? shifted.stiffness : q.stiffness;
+    // Powers of two lose nothing.
+    const double large = std::exp2(
+        std::round(std::log2(sumofdiagonal(q.stiffness, mass) / sumofdiagonal(mass, mass))));
+    scalemass(mass, large);
+    const spectrum found = largestvalues(*l, factorised, mass, s.modes, log);
+    scalemass(mass, 1 / large);
     const pairs p = refine(q, mass, found.vectors, log);
     warnunstable(p, s.force / (s.length * s.mass), log);
     if (p.value.size() < s.modes)

@@ -47,6 +47,25 @@ TEST(Modes, NegativeStiffnessIsToldAsUnstable) {
     expectwords(b.log.warnings()[0], {"1 mode(s)", "-0.25 1/s^2", "unstable"});
 }
 
+// A search that ends by the size of its values would end early at high frequencies.
+TEST(Modes, AnyUnitOfMassGivesTheSameModes) {
+    std::vector<double> first;
+    for (const double unit : {1.0, 1e-6, 1e-14}) {
+        build b = vibrating(6);
+        b.s.mass = 1 / unit;
+        const int g = b.plate(steel, 0.3, 0.05);
+        b.field(g, fielddensity) = density * unit;
+        const auto at = b.mesh(typeshell4, g, 10, 7, [](double r, double s) {
+            return vec3(1.1 * r, 0.9 * s, 0.2 * r * s);
+        });
+        b.fix(at.left(), clamped);
+        const results r = modesof(b);
+        if (first.empty()) first = r.modes.value;
+        for (std::size_t i = 0; i < first.size(); ++i)
+            EXPECT_NEAR(r.modes.value[i] / first[i], 1, 1e-8) << unit << " mode " << i + 1;
+    }
+}
+
 // Square section of side a; torsion as the published cases take it, by the polar moment.
 static int squarebar(build& b, double a) {
     const double i = std::pow(a, 4) / 12;

@@ -205,6 +205,23 @@ TEST(Refusal, SpringMatricesAndMasses) {
     }
 }
 
+// Turns and ways of a body compare by its length, whatever that is counted in.
+TEST(Lines, RigidArmOnASpringInAnyUnitOfLength) {
+    for (const double unit : {1e-7, 1.0, 1e7}) {
+        build b;
+        const double way = 3e5 / unit, turn = 2e4 * unit, arm = 0.8 * unit;
+        const int g = b.spring(diagonal({way, way, way, turn, turn, turn}));
+        for (const double x : {2.9, 2.9, 3.7}) b.node(x * unit, -0.2 * unit, -2.7 * unit);
+        b.element(typespring2, g, {1, 2}), b.element(typerigid, g, {2, 3});
+        const double i = std::pow(unit, 4);  // a beam, so that there are rotations
+        b.element(typebeam, b.bar(1, unit * unit, {i, i, i}), {1, b.node(0, 0)});
+        b.fix({1, 4}, clamped);
+        b.load(1, 3, 3, 10);
+        const double due = 10 / way + 10 * arm * arm / turn;
+        EXPECT_NEAR(movedby(b.solve(), 1, 3).z() / due, 1, 1e-6) << unit;
+    }
+}
+
 // A spring across a gap is what its matrix says; that it turns the structure is told.
 TEST(Springs, BetweenNodesApartAreToldWhenTheyUnbalance) {
     for (const bool apart : {false, true}) {

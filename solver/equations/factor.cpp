@@ -357,7 +357,7 @@ struct leastpivot {
     double ratio = 1;
     std::int64_t unknown = 0;
     void meet(double other, std::int64_t at) {
-        if (other >= ratio) return;  // no number counts as less
+        if (other >= ratio || std::isnan(ratio)) return;  // no number counts as the least
         ratio = other;
         unknown = at;
     }

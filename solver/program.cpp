@@ -122,16 +122,18 @@ static int run(const arguments& a) {
     guarded(
         [&] {
             processes.checkversions(KALVANE_VERSION);
-            together([&] {
+            onhosts([&] {
                 if (!wrongjob.empty()) refuse(wrongjob);
                 if (std::filesystem::exists(j.base + ".commit~"))
                     refuse("The last save of " + j.base +
                            " was cut short; open the model in Kalvane, which finishes it");
+            });
+            log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
+            together([&] {
                 if (first) removeresults(j);
                 cleared = first;
             });
             removewhenstopped(j);
-            log.line("feiflu " KALVANE_VERSION ", " + now() + ", model " + j.base);
             analyse(j, log);
         },
         failed);

@@ -280,18 +280,7 @@ void checkreferences(const model& m) {
     });
 }
 
-model readmodel(const std::string& base, runlog& log) {
-    model m;
-    m.base = base;
-    const std::string tek = findnocase(base + ".tek");
-    if (!stands(tek)) refuse("There is no model " + tek + "; save it first");
-    {
-        std::string content = readwhole(tek);
-        const std::size_t size = content.size();
-        textin in(std::move(content), tek);
-        readtek(in, size, m, log);
-    }
-    if (!allranks().alone()) dealmodel(m);
+static void readsides(const std::string& base, model& m, runlog& log) {
     readside(base, ".rot", log, [&](textin& in) { readrot(in, m, log); });
     const std::string mlt = findnocase(base + ".mlt");
     if (!stands(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");
@@ -306,6 +295,23 @@ model readmodel(const std::string& base, runlog& log) {
     readside(base, ".knk", log, [&](textin& in) { readknk(in, m, log); });
     if (m.cases.size() < 2) m.cases.assign(2, {});  // there is always one case
     readside(base, ".ell", log, [&](textin& in) { readell(in, m, log); });
+}
+
+model readmodel(const std::string& base, runlog& log) {
+    model m;
+    m.base = base;
+    const std::string tek = findnocase(base + ".tek");
+    onhosts([&] {
+        if (!stands(tek)) refuse("There is no model " + tek + "; save it first");
+        std::string content = readwhole(tek);
+        const std::size_t size = content.size();
+        textin in(std::move(content), tek);
+        readtek(in, size, m, log);
+    });
+    allranks().checksame("The file " + tek,
+                         std::to_string(m.allnodes()) + " " + std::to_string(m.allelements()));
+    if (!allranks().alone()) dealmodel(m);
+    onhosts([&] { readsides(base, m, log); });
     checkreferences(m);
     return m;
 }

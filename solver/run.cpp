@@ -328,6 +328,19 @@ class onewhile {
 };
 }  // namespace
 
+static settings takesettings(const job& j, runlog& log) {
+    const std::string ini = j.appdir + "/feiflu.ini";
+    settings s;
+    onhosts([&] {
+        s = readsettings(ini, log);
+        followmodel(s, j.base, log);
+    });
+    allranks().checksame("The file " + ini,
+                         settingsname(s) + " " + std::to_string(s.modes) + " " + s.scratch);
+    usethreads(s);
+    return s;
+}
+
 // The name of the engine that the settings ask for, or that "auto" finds best; the same everywhere.
 // whole: out, the model where the choice took it.
 static std::string findengine(std::optional<model>& whole, const settings& s, const job& j,
@@ -381,7 +394,8 @@ static model takefiles(const job& j, std::optional<model>& whole, std::string& c
         const bool again = whole.has_value();
         whole.reset();
         m = readmodel(j.base, again ? unheard : log);
-        if (allranks().first()) checksum = modelchecksum(j.base);
+        checksum = modelchecksum(j.base);
+        allranks().checksame("The model " + j.base, checksum);
         return m;
     }
     parallelpieces(2, 1, [&](int first, int last, int) {
@@ -405,9 +419,7 @@ void analyse(const job& j, runlog& log) {
     log.stage("read");
     if (!j.stiffness)
         log.line("The stiffness matrix is compiled all the same: none is kept from run to run");
-    settings s = readsettings(j.appdir + "/feiflu.ini", log);
-    followmodel(s, j.base, log);
-    usethreads(s);
+    const settings s = takesettings(j, log);
     std::optional<model> whole;
     if (!takeengine(whole, s, j, log)) return;
     usethreads(s);  // fewer processes may have become of them

@@ -104,7 +104,7 @@ void analysefactor(const equations& q, engine& l, int columns, runlog& log) {
     log.line("Factor: " + shortnumber(l.entries()) + " entries, " + shortnumber(l.operations()) +
              " operations, " + shortnumber(needed / mebibyte) + " MiB needed, " +
              shortnumber(available / mebibyte) + " MiB free");
-    together([&] {
+    onhosts([&] {
         if (needed <= available) return;
         refuse("Not enough memory: the equations need " + shortnumber(needed / mebibyte) +
                " MiB, this machine has " + shortnumber(available / mebibyte) +

@@ -53,6 +53,7 @@ mpiranks::mpiranks() {
     int length = 0;
     MPI_Get_processor_name(name, &length);
     hostname.assign(name, std::size_t(length));
+    home = textoffirst(hostname);
 }
 
 void mpiranks::sum(double* values, std::int64_t count) {
@@ -217,6 +218,14 @@ void mpiranks::checkversions(const std::string& version) {
         if (versions[r] != versions[0])
             refuse("feiflu-mpi is of version " + versions[0] + " on " + hosts[0] + " and " +
                    versions[r] + " on " + hosts[r] + "; install the same on all hosts");
+}
+
+void mpiranks::checksame(const std::string& what, const std::string& mine) {
+    const std::vector<std::string> all = texts(mine), hosts = texts(hostname);
+    for (std::size_t r = 1; r < all.size(); ++r)
+        if (all[r] != all[0])
+            refuse(what + " is not the same on " + hosts[0] + " and on " + hosts[r] +
+                   "; let all hosts work in one folder");
 }
 
 void mpiranks::end(const std::string& fault) {

@@ -33,14 +33,16 @@ class mpiranks : public ranks {
     void end(const std::string& fault) override;
 
     void checkversions(const std::string& version) override;
+    void checksame(const std::string& what, const std::string& mine) override;
+    std::string there() const override { return hostname == home ? "" : hostname + ": "; }
     const std::string& host() const { return hostname; }
 
   private:
     std::vector<std::string> texts(const std::string& mine);  // of all, everywhere
 
     int number = 0, all = 1, onhost = 1;
-    std::string hostname;
-    std::string handed;  // to the first, by these messages
+    std::string hostname, home;  // home: of the first
+    std::string handed;          // to the first, by these messages
     std::vector<MPI_Request> underway;
     MPI_Comm farewell;  // apart from all other talk
 };

@@ -54,7 +54,8 @@ class discwatch {
              bell.wait_for(lock, stop, pause, [] { return false; })) {
             std::error_code ec;
             const auto room = std::filesystem::space(folder, ec);
-            if (!ec && room.available < least) endfaulty(mumpsfault(nodisc, 0, folder));
+            if (!ec && room.available < least)
+                endfaulty(allranks().there() + mumpsfault(nodisc, 0, folder));
         }
     }
 
@@ -215,13 +216,16 @@ class instance {
     int& icntl(int i) { return id.icntl[i - 1]; }
     int icntl(int i) const { return id.icntl[i - 1]; }
     int infog(int i) const { return id.infog[i - 1]; }
-    int fault() const { return infog(1); }
+    int fault() const { return infog(1); }  // of the process that has one, everywhere
     void refusefault() {
         if (fault() >= 0) return;
+        const bool mine = id.info[0] == fault();
         const std::string words = mumpsfault(fault(), infog(2), folder);
         call(end);
         ended = true;
-        refuse(words);
+        onhosts([&] {
+            if (mine) refuse(words);
+        });
     }
 
     DMUMPS_STRUC_C id{};
@@ -280,7 +284,7 @@ void mumps::analyse(const sparsematrix& a) {
     double toolarge = in->one->estimate() > part * freememory() / allranks().here();
     allranks().sum(&toolarge, 1);
     if (toolarge == 0 || folder.empty()) return;
-    together([&] {
+    onhosts([&] {
         const double need = entries() * sizeof(double) * allranks().here() / allranks().count();
         std::error_code ec;
         const auto room = std::filesystem::space(folder, ec);

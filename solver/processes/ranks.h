@@ -65,6 +65,10 @@ class ranks {
 
     // Refuses where the programs of the processes are not of one version.
     virtual void checkversions(const std::string&) {}
+    // Refuses what the hosts do not see alike; what: in words, at the beginning of a sentence.
+    virtual void checksame(const std::string&, const std::string&) {}
+    // Begins a fault of this machine's: "HOST: ", "" where the first process is here, too.
+    virtual std::string there() const { return {}; }
     // Which process works on each element of this one's stretch (deal), slot 0 unused.
     virtual std::vector<std::uint16_t> partition(const model& stretch);
     // The end of the analysis in this process. Whoever fails while others go on ends them all.
@@ -85,6 +89,16 @@ void together(Work work) {
     guarded(work, [&](const runtimeerror& e) { fault = e.what; });
     fault = allranks().anyfault(fault);
     if (!fault.empty()) refuse(fault);
+}
+
+// The same for a step with the files, the memory or the disc of a machine: a fault names it.
+template <typename Work>
+void onhosts(Work work) {
+    together([&] {
+        guarded(work, [](const runtimeerror& e) {
+            throw runtimeerror{e.number, allranks().there() + e.what};
+        });
+    });
 }
 
 // Elements of this process, and nodes that it counts where all are counted.

@@ -237,3 +237,50 @@ TEST(Parts, FaultyFilesAreToldAlike) {
     }
     if (job().first()) std::filesystem::remove_all(room);
 }
+
+// Hosts that see different files: the others get paths of their own. The last run is sound again.
+TEST(Parts, WhatOneCannotReadAllRefuse) {
+    const std::string model = room + "one/model", log = model + ".log";
+    const std::string ini = "engine = mumps\nlength = 1\n";
+    if (job().first()) {
+        build b = everything(1, 2, false);
+        for (const char* name : {"one", "bad", "other", "longer"}) {
+            std::filesystem::create_directories(room + name);
+            b.write(room + name + "/model");
+            if (name == std::string("one")) b.load(1, 1, 1, 5);
+            if (name == std::string("other")) b.node(1, 2, 3);
+        }
+        std::ofstream(room + "one/feiflu.ini") << ini;
+        std::ofstream(room + "other/feiflu.ini") << ini << "modes = 3\n";
+        std::ofstream(room + "bad/model.knk") << "x";
+    }
+    job().anyfault("");  // until the files are there
+    const struct {
+        std::vector<std::string> words;  // of the others
+        const char* refusal;             // "": none is logged, the results stand
+    } cases[] = {
+        {{"--model", room + "bad/model", "--appdir", room + "one"}, "a number was expected"},
+        {{"--model", room + "other/model", "--appdir", room + "one"}, "model is not the same on"},
+        {{"--model", room + "longer/model", "--appdir", room + "one"}, "model.tek is not the same"},
+        {{"--model", model, "--appdir", room + "other"}, "feiflu.ini is not the same on"},
+        {{"--model", model, "--appdir", room + "one"}, "Results are complete"},
+        {{"--appdir", room + "one"}, ""},  // no control file
+    };
+    for (const auto& c : cases) {
+        if (job().count() == 1) break;
+        SCOPED_TRACE(c.refusal);
+        const bool sound = std::string(c.refusal).starts_with("Results");
+        setranks(job());
+        const int code = runprogram(job().first() ? cases[4].words : c.words);
+        workalone();
+        EXPECT_EQ(code, sound ? 0 : 1);
+        if (!job().first()) continue;
+        const std::string text = std::filesystem::exists(log) ? readwhole(log) : "";
+        EXPECT_NE(text.find(c.refusal), std::string::npos) << text;
+        const bool stand = sound || *c.refusal == 0;
+        EXPECT_EQ(std::filesystem::exists(model + ".rvp"), stand);
+        EXPECT_EQ(text.find("Results are complete") != text.npos, stand);
+    }
+    job().anyfault("");
+    if (job().first()) std::filesystem::remove_all(room);
+}

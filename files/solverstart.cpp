@@ -11,6 +11,7 @@
 
 #include "core/numtext.h"
 #include "core/session.h"
+#include "core/trimmed.h"
 #include "files/solverini.h"
 
 namespace fs = std::filesystem;
@@ -72,9 +73,10 @@ solverstart commandof(const solverwish& wish, const std::string& launcher,
     add({"--bind-to", "none"});  // the threads of a process share what the others leave
     if (wish.hosts.empty())
         add({"--oversubscribe"});
-    else  // a host that is off, or asks for a password, must not be waited for
+    else  // a host that is off, asks for a password or is lost later must not be waited for
         add({"--hostfile", wish.hosts, "--mca", "plm_rsh_args",
-             "-o BatchMode=yes -o ConnectTimeout=10"});
+             "-o BatchMode=yes -o ConnectTimeout=10", "--mca", "oob_tcp_keepalive_time", "10",
+             "--mca", "oob_tcp_keepalive_intvl", "3", "--mca", "oob_tcp_keepalive_probes", "5"});
     if (geteuid() == 0) add({"--allow-run-as-root"});
     add({program, "--appdir", fs::absolute(appdir).string()});
     return start;
@@ -110,6 +112,8 @@ static std::string between(const std::string& line, const std::string& before,
     return end == line.npos ? "" : line.substr(begin, end - begin);
 }
 
+static const char* const lostatstart = "unable to reliably start one or more daemons";
+
 // A line of the launcher that tells why there will be no results, in plain words.
 static std::string faultof(const std::string& line) {
     const std::string rank = between(line, "noticed that process rank ", " with PID");
@@ -122,34 +126,57 @@ static std::string faultof(const std::string& line) {
         return "feiflu-mpi cannot begin: its library " + library +
                " is missing on a host. Install the packages of feiflu-mpi there, or choose another "
                "engine in [Analyse,Options...].";
+    static const char* const lostlater = "The connection to a host of the host file is lost.";
+    static const char* const missing =
+        "feiflu-mpi is missing on a host; it must stand under the same path on all of them.";
     static const struct {
         const char *theirs, *ours;
     } faults[] = {
-        {"unable to reliably start one or more daemons",
+        {lostatstart,
          "A host of the host file does not answer or has no Open MPI. Try ssh HOST without a "
          "password, and see the key hosts of feiflu.ini."},
-        {"daemon has unexpectedly failed", "The connection to a host of the host file is lost."},
+        {"daemon has unexpectedly failed", lostlater},
+        {"has lost communication with a remote daemon", lostlater},
         {"not enough slots available",
          "The host file has fewer slots than the key processes of feiflu.ini wants."},
         {"unable to open the hostfile",
          "The host file that the key hosts of feiflu.ini names cannot be read."},
-        {"unable to access or execute",
-         "feiflu-mpi is missing on a host; it must stand under the same path on all of them."},
-        {"was unable to find the specified executable",
-         "feiflu-mpi is missing on a host; it must stand under the same path on all of them."},
+        {"as it could not access", missing},
+        {"was unable to find the specified executable", missing},
     };
     for (const auto& fault : faults)
         if (line.find(fault.theirs) != line.npos) return fault.ours;
     return {};
 }
 
-void lastwords::hear(const std::string& line) {
-    if (settled || line.find_first_not_of(" \t\r") == line.npos) return;
-    launchertalks |= line.starts_with("-----");
-    const std::string fault = faultof(line);
-    settled = !fault.empty();
-    if (settled)
-        words = fault;
-    else if (!launchertalks)
+// Which host a fault is about stands some lines below it.
+static std::string hostof(const std::string& line) {
+    if (line.starts_with("Node:")) return std::string(trimmed(line.substr(5)));
+    return line.starts_with("Remote daemon:") ? between(line + "\n", " on node ", "\n") : "";
+}
+
+// Before the launcher gives a host up, ssh has told why. Of faults that the launcher alone knows
+// its first sentences serve.
+void lastwords::hear(const std::string& said) {
+    const std::string line(trimmed(said));
+    if (line.empty()) launcherbegins = false;
+    if (settled && !named) {
+        const std::string host = hostof(line);
+        named = !host.empty();
+        if (named) words += " The host is " + host + ".";
+    }
+    if (settled || line.empty()) return;
+    const bool rule = line.starts_with("-----");
+    launchertalks |= rule;
+    if (const std::string fault = faultof(line); !fault.empty()) {
+        settled = true;
+        const bool byssh = !words.empty() && line.find(lostatstart) != line.npos;
+        words = byssh ? words + "\n" + fault : fault;
+    } else if (!launchertalks) {
         words = line;
+    } else if (rule) {
+        launcherbegins = words.empty();
+    } else if (launcherbegins) {
+        words += (words.empty() ? "" : " ") + line;
+    }
 }

@@ -37,5 +37,5 @@ class lastwords {
 
   private:
     std::string words;
-    bool launchertalks = false, settled = false;
+    bool launchertalks = false, launcherbegins = false, settled = false, named = false;
 };

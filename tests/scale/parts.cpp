@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What each of several processes holds, how their numbers meet, and that the first writes the files
 // of one.
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -13,8 +15,16 @@
 #include "tests/scale/ofall.h"
 #include "tests/solver/everything.h"
 
-static mpiranks& job() {
-    static mpiranks all;
+namespace {
+struct trialjob : mpiranks {
+    // Of this job, the same in all processes.
+    const std::string room = textoffirst(std::filesystem::temp_directory_path().string() +
+                                         "/feiflu-parts-" + std::to_string(getpid()) + "/");
+};
+}  // namespace
+
+static trialjob& job() {
+    static trialjob all;
     return all;
 }
 
@@ -75,7 +85,8 @@ TEST(Parts, ModelAndVectorsAreSharedOut) {
 
 // Items dealt out in pieces of 1 to 97, over more numbers than are merged at a time, with gaps.
 TEST(Parts, RowsOfAllComeInTheirOrder) {
-    const std::string path = std::filesystem::temp_directory_path().string() + "/feiflu-rows";
+    const std::string path = job().room + "rows";
+    if (job().first()) std::filesystem::create_directories(job().room);
     const int all = 3 * 4096 + 5, me = job().me();
     std::vector<int> own, every;
     for (int number = 1, piece = 0; number <= all; ++piece)
@@ -140,21 +151,20 @@ static std::string differenceof(const std::string& one, const std::string& other
     return "";
 }
 
-static const std::string room = std::filesystem::temp_directory_path().string() + "/feiflu-parts/";
-
 // From the files of a model in room/NAME to the results there, by the first process alone or all.
 static int run(const build& b, const std::string& name, const char* engine, bool alone) {
     if (job().first()) {
-        std::filesystem::create_directories(room + name);
-        std::ofstream(room + name + "/feiflu.ini")
+        std::filesystem::create_directories(job().room + name);
+        std::ofstream(job().room + name + "/feiflu.ini")
             << "engine = " << engine << "\ncheckpoint = 1\nlength = 1\n";
-        b.write(room + name + "/model");
+        b.write(job().room + name + "/model");
     }
     job().anyfault("");  // until the files are there
     if (!alone) setranks(job());
-    const int code = alone && !job().first()
-                         ? 0
-                         : runprogram({"--model", room + name + "/model", "--appdir", room + name});
+    const int code =
+        alone && !job().first()
+            ? 0
+            : runprogram({"--model", job().room + name + "/model", "--appdir", job().room + name});
     workalone();
     return code;
 }
@@ -170,21 +180,23 @@ TEST(Parts, FilesAreThoseOfOneProcess) {
     for (const char* extension :
          {".rvp", ".KRT", ".LES", ".MEM", ".NSR", ".NSL", ".NSA", ".NLA", ".EMS", ".DAT"}) {
         SCOPED_TRACE(extension);
-        EXPECT_EQ(differenceof(room + "one/model" + extension, room + "all/model" + extension), "");
+        EXPECT_EQ(differenceof(job().room + "one/model" + extension,
+                               job().room + "all/model" + extension),
+                  "");
     }
-    EXPECT_FALSE(std::filesystem::exists(room + "all/model.ckp"));
-    std::filesystem::remove_all(room);
+    EXPECT_FALSE(std::filesystem::exists(job().room + "all/model.ckp"));
+    std::filesystem::remove_all(job().room);
 }
 
 // Warnings and outcome of a run.
 static std::string toldof(const std::string& name) {
-    std::ifstream log(room + name + "/model.log");
+    std::ifstream log(job().room + name + "/model.log");
     std::string words, last;
     for (std::string line; std::getline(log, line); last = line)
         if (line.starts_with("Warning")) words += line + "\n";
     words += last;
-    for (std::size_t at = 0; (at = words.find(room + name)) != words.npos;)
-        words.erase(at, (room + name).size());
+    for (std::size_t at = 0; (at = words.find(job().room + name)) != words.npos;)
+        words.erase(at, (job().room + name).size());
     return words;
 }
 
@@ -235,36 +247,39 @@ TEST(Parts, FaultyFilesAreToldAlike) {
         EXPECT_TRUE(toldof("one").find("Warning") == 0 || toldof("one").find("Refused") == 0);
         EXPECT_EQ(toldof("all"), toldof("one"));
     }
-    if (job().first()) std::filesystem::remove_all(room);
+    if (job().first()) std::filesystem::remove_all(job().room);
 }
 
 // Hosts that see different files: the others get paths of their own. The last run is sound again.
 TEST(Parts, WhatOneCannotReadAllRefuse) {
-    const std::string model = room + "one/model", log = model + ".log";
+    const std::string model = job().room + "one/model", log = model + ".log";
     const std::string ini = "engine = mumps\nlength = 1\n";
     if (job().first()) {
         build b = everything(1, 2, false);
         for (const char* name : {"one", "bad", "other", "longer"}) {
-            std::filesystem::create_directories(room + name);
-            b.write(room + name + "/model");
+            std::filesystem::create_directories(job().room + name);
+            b.write(job().room + name + "/model");
             if (name == std::string("one")) b.load(1, 1, 1, 5);
             if (name == std::string("other")) b.node(1, 2, 3);
         }
-        std::ofstream(room + "one/feiflu.ini") << ini;
-        std::ofstream(room + "other/feiflu.ini") << ini << "modes = 3\n";
-        std::ofstream(room + "bad/model.knk") << "x";
+        std::ofstream(job().room + "one/feiflu.ini") << ini;
+        std::ofstream(job().room + "other/feiflu.ini") << ini << "modes = 3\n";
+        std::ofstream(job().room + "bad/model.knk") << "x";
     }
     job().anyfault("");  // until the files are there
     const struct {
         std::vector<std::string> words;  // of the others
         const char* refusal;             // "": none is logged, the results stand
     } cases[] = {
-        {{"--model", room + "bad/model", "--appdir", room + "one"}, "a number was expected"},
-        {{"--model", room + "other/model", "--appdir", room + "one"}, "model is not the same on"},
-        {{"--model", room + "longer/model", "--appdir", room + "one"}, "model.tek is not the same"},
-        {{"--model", model, "--appdir", room + "other"}, "feiflu.ini is not the same on"},
-        {{"--model", model, "--appdir", room + "one"}, "Results are complete"},
-        {{"--appdir", room + "one"}, ""},  // no control file
+        {{"--model", job().room + "bad/model", "--appdir", job().room + "one"},
+         "a number was expected"},
+        {{"--model", job().room + "other/model", "--appdir", job().room + "one"},
+         "model is not the same on"},
+        {{"--model", job().room + "longer/model", "--appdir", job().room + "one"},
+         "model.tek is not the same"},
+        {{"--model", model, "--appdir", job().room + "other"}, "feiflu.ini is not the same on"},
+        {{"--model", model, "--appdir", job().room + "one"}, "Results are complete"},
+        {{"--appdir", job().room + "one"}, ""},  // no control file
     };
     for (const auto& c : cases) {
         if (job().count() == 1) break;
@@ -282,5 +297,5 @@ TEST(Parts, WhatOneCannotReadAllRefuse) {
         EXPECT_EQ(text.find("Results are complete") != text.npos, stand);
     }
     job().anyfault("");
-    if (job().first()) std::filesystem::remove_all(room);
+    if (job().first()) std::filesystem::remove_all(job().room);
 }

@@ -162,6 +162,15 @@ vec3 firstnode(const model& m) {
     return first;
 }
 
+double modelsize(const model& m) {
+    const vec3 first = firstnode(m);
+    double size = 0;
+    for (int n = 1; n <= m.nnodes(); ++n)
+        size = std::max(size, (m.nodes[std::size_t(n)] - first).norm());
+    allranks().most(&size, 1);
+    return size;
+}
+
 elementdofs dofsof(const dofmap& d, const elementdef& e) {
     elementdofs list;
     const elementkind& kind = kindof(e.type);

@@ -12,6 +12,8 @@ inline void sumshares(const dofmap& d, double* f) {
 
 // The place of node 1, which another process may hold.
 vec3 firstnode(const model& m);
+// How far from it the nodes reach.
+double modelsize(const model& m);
 
 // Which owners share an element: neighbours of each place, sorted, in compressed rows.
 struct nodegraph {

@@ -208,15 +208,6 @@ static void scaleshape(const model& m, const dofmap& d, double* u, double size) 
     for (int i = 0; i < d.dofs(); ++i) u[i] *= sign / by;
 }
 
-static double sizeof3(const model& m) {
-    const vec3 first = firstnode(m);
-    double size = 0;
-    for (int n = 1; n <= m.nnodes(); ++n)
-        size = std::max(size, (m.nodes[std::size_t(n)] - first).norm());
-    allranks().most(&size, 1);
-    return size;
-}
-
 modeset findmodes(const model& m, const settings& s, const equations& q, bool elements,
                   runlog& log) {
     const dofmap& d = q.dofs;
@@ -255,7 +246,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     modeset r;
     const double units = s.force / (s.length * s.mass);  // of omega^2: force over length and mass
     const Eigen::MatrixXd along = translated(m, s, d, elements, r.totalmass);
-    const double size = sizeof3(m);
+    const double size = modelsize(m);
     std::vector<double> rest(d.equation.size());
     const std::vector<double> still(std::size_t(d.unknowns), 0);
     expand(d, still.data(), rest.data());  // prescribed values take no part

@@ -84,6 +84,7 @@ void tellmass(const massproperties& p, const settings& s, runlog& log) {
 void telllargest(const model& m, const dofmap& d, const displacements& u, runlog& log) {
     log.line();
     log.line("Largest translation");
+    const double size = modelsize(m);
     for (int lc = 1; lc <= u.cases; ++lc) {
         const auto sizeat = [&](std::size_t i) {
             double square = 0;
@@ -94,7 +95,12 @@ void telllargest(const model& m, const dofmap& d, const displacements& u, runlog
         const largestof largest = findlargest(*d.nodes, std::size_t(m.nnodes()), sizeat);
         std::string text = padded("  case " + std::to_string(lc), column);
         text += rightaligned(shortnumber(largest.size), column);
-        log.line(largest.item > 0 ? text + "  at node " + std::to_string(largest.item) : text);
+        if (largest.item > 0) text += "  at node " + std::to_string(largest.item);
+        const double absurd = 10;  // small displacements are assumed throughout
+        if (size > 0 && largest.size > absurd * size)
+            text += ", " + shortnumber(std::round(largest.size / size)) +
+                    " times the size of the model: next to nothing holds it, or units do not fit";
+        log.line(text);
     }
 }
 

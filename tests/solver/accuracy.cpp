@@ -198,6 +198,8 @@ TEST(Accuracy, SlenderThinAndSoftModelsAreSolvedWithoutAWord) {
         const double value = row.value(b);
         EXPECT_NEAR(value / row.truth, 1, row.tolerance) << value;
         EXPECT_TRUE(b.log.warnings().empty()) << b.log.warnings()[0];
+        const bool absurd = b.log.text().find("times the size of the model") != std::string::npos;
+        EXPECT_EQ(absurd, value > 100);
     }
 }
 

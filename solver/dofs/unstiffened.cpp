@@ -432,14 +432,16 @@ vec6 heldload(const model& m, const dofmap& d, const double* f) {
 }
 
 // Degrees of freedom, then directions of owners, by the numbers of the files; those that this
-// process counts. largest: force, moment.
+// process counts. largest: force, moment; size: of the model, by which they compare.
 static void checkparts(const model& m, const dofmap& d, const std::vector<float>& angle,
-                       const double* f, const double* largest, const std::string& casename,
-                       letgo& gone) {
-    const double noload = 1e-9 * std::max(largest[0], largest[1]);
+                       const double* f, const double* largest, double size,
+                       const std::string& casename, letgo& gone) {
+    const double part = 1e-9, force = std::max(largest[0], largest[1] / size);
+    const double noloads[2] = {part * force, part * force * size};
     for (int i = 0; i < d.dofs(); ++i) {
-        if (!d.heldplain[std::size_t(i)] || std::fabs(f[i]) <= noload) continue;
         const int n = i / d.pernode + 1, k = i % d.pernode, name = m.nameofnode(n);
+        const double noload = noloads[d.code[k] > 3];
+        if (!d.heldplain[std::size_t(i)] || std::fabs(f[i]) <= noload) continue;
         if (!d.nodes->counts(std::size_t(n - 1))) continue;
         gone.place = double(name) * d.pernode + k;
         checkpart(std::fabs(f[i]), loadat(d, f, n, k), angle[std::size_t(n)], noload,
@@ -449,13 +451,12 @@ static void checkparts(const model& m, const dofmap& d, const std::vector<float>
         if (!d.nodes->counts(std::size_t(h.owner - 1))) continue;
         gone.place = (double(m.allnodes()) + m.nameofnode(h.owner) + 1) * d.pernode;
         const heldpart held = partof(m, d, h, f);
-        const double part = std::fabs(held.part);
         const bool body = d.bodyof[std::size_t(h.owner)] >= 0;
-        const double nothing =
-            body ? 1e-9 * std::max(largest[0], largest[1] / held.length) : noload;
-        if (part <= nothing) continue;
         const int at = held.at, dof = !body ? d.code[at] : m.twod && at == 2 ? 6 : at + 1;
-        checkpart(part, held.amount, angleof(d, angle, h.owner), nothing,
+        const double nothing =
+            body ? part * std::max(largest[0], largest[1] / held.length) : noloads[dof > 3];
+        if (std::fabs(held.part) <= nothing) continue;
+        checkpart(std::fabs(held.part), held.amount, angleof(d, angle, h.owner), nothing,
                   largest[dof > 3] / (dof > 3 ? held.length : 1), m.nameofnode(h.owner), dof,
                   casename, gone);
     }
@@ -470,9 +471,10 @@ void checkheldloads(const model& m, const dofmap& d, const std::vector<float>& a
         kind = std::max(kind, std::fabs(f[i]));
     }
     allranks().most(largest, 2);
+    const double reach = modelsize(m), size = reach > 0 ? reach : 1;
     letgo gone;
     std::string fault;
-    guarded([&] { checkparts(m, d, angle, f, largest, casename, gone); },
+    guarded([&] { checkparts(m, d, angle, f, largest, size, casename, gone); },
             [&](const runtimeerror& e) { fault = e.what; });
     refusefirst(gone.place, fault);
     double count = double(gone.count);

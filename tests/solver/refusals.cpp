@@ -62,6 +62,18 @@ TEST(Refusal, MechanismsAreNamedByNodeAndDirection) {
              b.load(1, 3, 1, 5);
          },
          {"Node 4 can move freely", "mechanism"}},
+        {"force across a membrane, small beside a moment that counts millimetres",
+         false,
+         [](build& b) {
+             b.single(typememb4, b.plate(2e5, 0.3, 10),
+                      {{0, 0, 0}, {1000, 0, 0}, {1000, 1000, 0}, {0, 1000, 0}});
+             b.fix({1, 2}, {1, 2, 3});
+             b.fix(b.chain(typebeam, b.bar(2e5, 1e6, {1e11, 1e11, 1e11}), {0, 2e3, 0},
+                           {1000, 2e3, 0}, 1),
+                   clamped);
+             b.load(1, 6, 5, 1e12), b.load(1, 3, 3, 100);
+         },
+         {"Node 3 can move freely in DZ", "LC 1"}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);

@@ -29,7 +29,7 @@ void refuseheldbyrounding(const model& m, const settings& s, const equations& q,
     if (differs == 0) return;
     const double work = dotproduct(*q.stiffness.unknowns, load.data(), u, load.size());
     // More of it holds a mechanism far better; thin strips that wave by it only stretch more.
-    const double same = 0.05, much = 3;
+    const double same = 0.02, much = 3;
     const int attempts = 5;  // one may happen to come near to the same
     double stiffer = 0;
     model moved = m;

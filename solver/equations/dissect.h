@@ -10,6 +10,6 @@ struct uppergraph {
     int size() const { return int(start.size()) - 1; }
 };
 
-// The order in which METIS eliminates the vertices, of a large graph part by part: the same
+// The order of elimination by the separators of METIS, of a large graph part by part: the same
 // whatever works on the parts. Empty where it fails.
 std::vector<int> dissect(const uppergraph& graph);

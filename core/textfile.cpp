@@ -18,25 +18,35 @@ namespace fs = std::filesystem;
 static const double mostcount = 2e9;            // larger counts can only come from a damaged file
 static const std::size_t writeblock = 1 << 16;  // bytes gathered before they go to the file
 
-struct closefile {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
-
-std::string readwhole(const std::string& path) {
+// Throws errfilenotfound or errpathaccess. size: out, of the file, 0 where it tells none.
+static filehandle opened(const std::string& path, std::size_t& size) {
     std::error_code ec;
     const fs::file_status status = fs::status(path, ec);
     if (!fs::exists(status)) throw runtimeerror{errfilenotfound, "File not found: " + path};
     if (!fs::is_regular_file(status))
         throw runtimeerror{errpathaccess, "Not a file that can be read: " + path};
-    const std::unique_ptr<std::FILE, closefile> file(std::fopen(path.c_str(), "rb"));
+    filehandle file(std::fopen(path.c_str(), "rb"));
     if (!file) throw runtimeerror{errpathaccess, "File can not be opened for reading: " + path};
-    const auto size = fs::file_size(path, ec);
-    std::string content;
-    if (!ec) content.resize(size);
-    const std::size_t got = std::fread(content.data(), 1, content.size(), file.get());
-    if (got != content.size() && std::ferror(file.get()))
+    const auto told = fs::file_size(path, ec);
+    size = ec ? 0 : told;
+    return file;
+}
+
+// Behind what the text holds, up to so many bytes; fewer only at the end of the file.
+static void readon(std::FILE* file, const std::string& path, std::string& text, std::size_t most) {
+    const std::size_t before = text.size();
+    text.resize(before + most);
+    const std::size_t got = std::fread(text.data() + before, 1, most, file);
+    if (got != most && std::ferror(file))
         throw runtimeerror{errpathaccess, "File can not be read: " + path};
-    content.resize(got);
+    text.resize(before + got);
+}
+
+std::string readwhole(const std::string& path) {
+    std::size_t size = 0;
+    const filehandle file = opened(path, size);
+    std::string content;
+    readon(file.get(), path, content, size);
     return content;
 }
 
@@ -154,13 +164,53 @@ std::string visible(std::string_view text) {
     return shown;
 }
 
-textin::textin(const std::string& path) : textin(readwhole(path), path) {}
+textin::textin(const std::string& path, inmemory held)
+    : textin(held == inmemory::whole ? readwhole(path) : "", path) {
+    if (held == inmemory::whole) return;
+    rest = opened(path, bytes);
+    more();
+    passbyteorder();
+}
 
 textin::textin(std::string text, std::string name)
-    : content(std::move(text)), filename(std::move(name)) {
+    : content(std::move(text)), filename(std::move(name)), bytes(content.size()) {
     at = token = content.data();
     last = at + content.size();
+    passbyteorder();
+}
+
+void textin::passbyteorder() {
     if (std::string_view(content).substr(0, 3) == "\xEF\xBB\xBF") at += 3;
+}
+
+// Reads on up to a line end, so that no number is cut; what stands from the last value on stays.
+// False at the end of the file.
+bool textin::more() {
+    if (!rest) return false;
+    const std::size_t block = 1 << 18;
+    const char* const begin = content.data();
+    const auto used = std::size_t(token - begin), here = std::size_t(at - token);
+    passed += used;
+    passedlines += std::size_t(std::count(begin, token, '\n'));
+    content.erase(0, used);
+    const std::size_t before = content.size();
+    content += std::exchange(ahead, {});
+    std::size_t end = content.npos;
+    while (rest && end == content.npos) {
+        const std::size_t size = content.size();
+        readon(rest.get(), filename, content, block);
+        if (content.size() < size + block) rest.reset();
+        end = content.rfind('\n');
+        if (end != content.npos && end < before) end = content.npos;
+    }
+    if (rest) {
+        ahead.assign(content, end + 1);
+        content.resize(end + 1);
+    }
+    token = content.data();
+    at = token + here;
+    last = token + content.size();
+    return content.size() > before;
 }
 
 static bool isgap(char c) {
@@ -172,9 +222,12 @@ static bool islineend(char c) {
 }
 
 bool textin::atend() {
-    const char* p = at;
-    while (p != last && (isgap(*p) || islineend(*p) || *p == '\x1A')) ++p;
-    return p == last;
+    do {
+        const char* p = at;
+        while (p != last && (isgap(*p) || islineend(*p) || *p == '\x1A')) ++p;
+        if (p != last) return false;
+    } while (more());
+    return true;
 }
 
 bool textin::atlineend() const {
@@ -182,8 +235,10 @@ bool textin::atlineend() const {
 }
 
 inline void textin::toword() {
-    while (at != last && (isgap(*at) || islineend(*at))) ++at;
-    token = at;
+    do {
+        while (at != last && (isgap(*at) || islineend(*at))) ++at;
+        token = at;
+    } while (at == last && more());
     // A control-Z closes the text files of old systems.
     if (at == last || *at == '\x1A') fail(errpastend, "the file ends where a value was expected");
 }
@@ -254,7 +309,7 @@ int textin::count() {
 int textin::rows() {
     const int n = count();
     // The shortest row is a digit with what parts it from the next one.
-    if (n > (last - at + 1) / 2)
+    if (std::size_t(n) > (bytes - passed - std::size_t(at - content.data()) + 1) / 2)
         fail(errpastend, numbertext(long(n)) + " rows are announced, the file ends before them");
     return n;
 }
@@ -265,7 +320,7 @@ std::string textin::text() {
     if (*at == '"') {
         ++at;
         for (;; ++at) {
-            if (at == last) fail(errpastend, "the file ends within a quoted text");
+            if (at == last && !more()) fail(errpastend, "the file ends within a quoted text");
             if (*at == '"') {
                 if (at + 1 == last || at[1] != '"') break;
                 ++at;
@@ -301,6 +356,8 @@ std::string_view textin::word() {
 }
 
 std::string textin::line() {
+    token = at;
+    if (at == last) more();
     while (at != last && isgap(*at)) ++at;
     token = at;
     while (at != last && !islineend(*at)) ++at;
@@ -316,12 +373,12 @@ void textin::skip(long n) {
 }
 
 void textin::fail(int errornumber, const std::string& what) const {
-    const auto line = 1 + std::count(content.data(), token, '\n');
+    const auto line = 1 + long(passedlines) + std::count(content.data(), token, '\n');
     throw runtimeerror{errornumber, filename + ", line " + std::to_string(line) + ": " + what};
 }
 
 double textin::share() const {
-    return content.empty() ? 1.0 : double(at - content.data()) / double(content.size());
+    return bytes == 0 ? 1.0 : (double(passed) + double(at - content.data())) / double(bytes);
 }
 
 textout::textout(const std::string& path) : beside(path) {

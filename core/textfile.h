@@ -8,6 +8,8 @@
 // target's place only when it is complete.
 #pragma once
 
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,9 +38,15 @@ std::string visible(std::string_view text);
 const int longestname = 200;  // characters
 std::string shownname(std::string_view utf8, int most = longestname);
 
+struct closefile {
+    void operator()(std::FILE* f) const { std::fclose(f); }
+};
+using filehandle = std::unique_ptr<std::FILE, closefile>;
+
 class textin {
   public:
-    explicit textin(const std::string& path);       // throws as readwhole
+    enum class inmemory { whole, piece };  // of the file, at a time
+    explicit textin(const std::string& path, inmemory held = inmemory::whole);  // as readwhole
     textin(std::string content, std::string name);  // reads a text that is in memory
 
     // True when only blanks, commas and line ends are left.
@@ -56,21 +64,30 @@ class textin {
     int rows();               // a count of rows that follow: no more than the file has room for
     std::string text();       // quoted or not, UTF-8
     std::string quoted();     // a text in double quotes; anything else is errtype
-    std::string_view word();  // raw characters up to a comma, blank or line end
+    std::string_view word();  // raw characters up to a comma, blank or line end; until the next
     std::string line();       // what is left of the line, UTF-8; passes its end
     void skip(long n);        // passes over n numbers without storing them
     // A run-time error that names this place of the file.
     [[noreturn]] void fail(int errornumber, const std::string& what) const;
     const std::string& name() const { return filename; }
-    double share() const;  // part of the file that has been read, 0..1
+    double share() const;                       // part of the file that has been read, 0..1
+    std::size_t size() const { return bytes; }  // of the whole file
 
   private:
+    void passbyteorder();
+    bool more();
     void toword();
     void pasttoken();
     template <typename Real>
     Real real();
     std::string content, filename;
     const char *at, *token, *last;  // next character, start of the last value, end
+    std::size_t bytes;
+    // Of a file that is read piece by piece: the rest, what of it has been read ahead, and how much
+    // stood before the content.
+    filehandle rest;
+    std::string ahead;
+    std::size_t passed = 0, passedlines = 0;
 };
 
 class textout {

@@ -24,9 +24,9 @@ static double boundednumber(textin& in) {
 }
 
 // A count of items of which each takes at least this many bytes of the file.
-static int countof(textin& in, std::size_t filesize, std::size_t leastbytes, const char* what) {
+static int countof(textin& in, std::size_t leastbytes, const char* what) {
     const int count = in.count();
-    if (std::size_t(count) * leastbytes > filesize + leastbytes)
+    if (std::size_t(count) * leastbytes > in.size() + leastbytes)
         in.fail(errtype, "the file tells " + std::to_string(count) + " " + what +
                              ", but it is too short to hold them");
     return count;
@@ -69,10 +69,10 @@ static void passviews(textin& in, runlog& log) {
     telltail(in, log);
 }
 
-void readtek(textin& in, std::size_t filesize, model& m, runlog& log) {
+void readtek(textin& in, model& m, runlog& log) {
     const std::size_t nodebytes = 6, elementbytes = 6;
-    const int nnodes = countof(in, filesize, nodebytes, "nodes");
-    const int nelems = countof(in, filesize, elementbytes, "elements");
+    const int nnodes = countof(in, nodebytes, "nodes");
+    const int nelems = countof(in, elementbytes, "elements");
     const stretches nodes(nnodes), elements(nelems);
     m.nodes.assign(std::size_t(nodes.count()) + 1, vec3::Zero());
     m.elements.assign(std::size_t(elements.count()) + 1, {});
@@ -266,7 +266,7 @@ static void readside(const std::string& base, const char* extension, runlog& log
         log.line(std::string("No ") + extension + " file");
         return;
     }
-    textin in(path);
+    textin in(path, textin::inmemory::piece);
     read(in);
 }
 
@@ -303,10 +303,8 @@ model readmodel(const std::string& base, runlog& log) {
     const std::string tek = findnocase(base + ".tek");
     onhosts([&] {
         if (!stands(tek)) refuse("There is no model " + tek + "; save it first");
-        std::string content = readwhole(tek);
-        const std::size_t size = content.size();
-        textin in(std::move(content), tek);
-        readtek(in, size, m, log);
+        textin in(tek, textin::inmemory::piece);
+        readtek(in, m, log);
     });
     allranks().checksame("The file " + tek,
                          std::to_string(m.allnodes()) + " " + std::to_string(m.allelements()));

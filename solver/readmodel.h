@@ -15,7 +15,7 @@ model readmodel(const std::string& base, runlog& log);
 
 // The readers of the single files, in the order in which they must run; .tek leaves each process
 // its stretch of nodes and elements.
-void readtek(textin& in, std::size_t filesize, model& m, runlog& log);
+void readtek(textin& in, model& m, runlog& log);
 void readrot(textin& in, model& m, runlog& log);
 void readmlt(textin& in, model& m, runlog& log);
 void readvpl(textin& in, model& m, runlog& log);

@@ -213,6 +213,9 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
     allranks().sum(way.data(), way.size());
     if (!(way.norm() > 0)) return "";
     std::string text;
+    int axis = 0;
+    way.cwiseAbs().maxCoeff(&axis);
+    way *= way[axis] < 0 ? -1 : 1;  // a motion has no sign
     const vec3 along = (way / way.norm() * 1000).array().round() / 1000;
     if (along.cwiseAbs().maxCoeff() < 0.999) text = " (along " + placetext(along) + ")";
     const std::vector<double> label = labelparts(m, d, u, 1e-3 * way.norm());

@@ -153,6 +153,33 @@ TEST(Textin, NamesFileLineAndWhatWasFound) {
     EXPECT_EQ(code, errtype);
 }
 
+// Numbers, texts over several lines and the line of a fault, some pieces into the file.
+TEST(Textin, AFileReadPieceByPieceIsTheSame) {
+    const sessionroom room;
+    const std::string path = room.file("long.txt"), quoted(400000, 'q');
+    std::string content = "\xEF\xBB\xBF";
+    for (int i = 0; i < 200000; ++i) content += std::to_string(i) + (i % 7 == 0 ? "\r\n" : ",");
+    content += "\"" + quoted + "\n\"\"" + quoted + "\",3\nwrong\n";
+    writefile(path, content);
+    std::string faults[2];
+    for (const auto held : {textin::inmemory::whole, textin::inmemory::piece}) {
+        textin in(path, held);
+        for (int i = 0; i < 200000; ++i) ASSERT_EQ(in.whole(), i);
+        EXPECT_FALSE(in.atend());
+        EXPECT_EQ(in.text(), quoted + "\n\"" + quoted);
+        EXPECT_EQ(in.rows(), 3);
+        try {
+            in.number();
+        } catch (const runtimeerror& e) {
+            faults[held == textin::inmemory::piece] = e.what;
+        }
+        EXPECT_TRUE(in.atend());
+        EXPECT_EQ(in.share(), double(content.size() - 1) / double(content.size()));
+    }
+    EXPECT_NE(faults[0].find("line 28575: "), std::string::npos) << faults[0];
+    EXPECT_EQ(faults[1], faults[0]);
+}
+
 TEST(Textin, ReadsOldCharacterSetsAsUtf8) {
     EXPECT_EQ(toutf8("\xEF\xBB\xBF"
                      "plain"),

@@ -74,8 +74,11 @@ std::string modelof(const runlog& log) {
 
 // A refusal for lack of accuracy tells its rounding; what counts is the cause that it names.
 std::string causeof(const std::string& words) {
-    const std::size_t at = words.find("The stiffness of the elements differs");
-    return at == words.npos ? words : words.substr(at);
+    static const std::regex cause(
+        "The stiffness of the elements differs|Node [0-9]+ can move almost");
+    std::smatch found;
+    return std::regex_search(words, found, cause) ? words.substr(std::size_t(found.position()))
+                                                  : words;
 }
 
 // While it stands the whole job works on one model.

@@ -522,7 +522,7 @@ TEST(Program, ElementsThatTheFirstLineDoesNotCountAreTold) {
         runlog log;
         model m;
         textin in(text, "m.tek");
-        readtek(in, text.size(), m, log);
+        readtek(in, m, log);
         EXPECT_EQ(log.warnings().empty(), counted);
     }
 }

@@ -301,8 +301,8 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);
     measurecurve(m);
-    for (int lc = 1; lc <= m.ncases(); ++lc) warncurved(m, lc, log);
     measureedges(m, s);
+    for (int lc = 1; lc <= m.ncases(); ++lc) warncurved(m, lc, log);
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);

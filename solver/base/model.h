@@ -45,9 +45,12 @@ struct loadcase {
 // Shear against bending of a plate's edges, 0 where it is stiff in shear.
 using edgeslip = std::array<float, mostnodes>;
 
-// How the surface turns at the edges of a curved triangle: the tangent of half the angle between
-// its normal and its neighbour's, positive where the neighbour's leans outward.
-using edgefold = std::array<float, 3>;
+// How the surface goes on over the edges of a curved triangle. fold: the tangent of half the angle
+// between its normal and its neighbour's, positive where the neighbour's leans outward. bow: four
+// times by how much the surface rises over the middle of the edge, along the normal.
+struct edgefold {
+    double fold[3] = {}, bow[3] = {};
+};
 
 struct model {
     std::string base;  // path without extension

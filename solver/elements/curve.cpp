@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "solver/base/parallel.h"
+#include "solver/elements/folds.h"
 #include "solver/elements/kinds.h"
 #include "solver/processes/ranks.h"
 
@@ -16,13 +17,6 @@ static const double fold = 0.45;  // radians between an element and the mean: 50
 
 static bool isshell(int type) {
     return type == typeshell3 || type == typeshell4;
-}
-
-static vec3 normalof(const model& m, const elementdef& e) {
-    const auto at = [&](int k) { return m.nodes[std::size_t(e.node[k])]; };
-    const vec3 across = e.type == typeshell4 ? vec3((at(2) - at(0)).cross(at(3) - at(1)))
-                                             : vec3((at(1) - at(0)).cross(at(2) - at(0)));
-    return across.stableNormalized();
 }
 
 void measurecurve(model& m) {
@@ -53,26 +47,26 @@ void measurecurve(model& m) {
 }
 
 // Bending that a pressure wrongly makes in an element, over the membrane stress, as cylinders and
-// spheres under pressure show it: none in right-angled triangles and where the middle lines of a
-// quadrilateral cross at right angles, whose nodes the load reaches as the membrane takes it, and
-// the more the more the angle leaves that.
+// spheres under pressure show it: little in triangles where the surface is curved one way, more
+// where it is curved both ways; none where the middle lines of a quadrilateral cross at right
+// angles, whose nodes the load reaches as the membrane takes it, and the more the more the angle
+// leaves that.
 static double wrongbending(const model& m, int number) {
     const elementdef& e = m.elements[std::size_t(number)];
     const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness];
     const auto at = [&](int k) -> const vec3& { return m.nodes[std::size_t(e.node[k])]; };
     const bool triangle = e.type == typeshell3;
-    const double share = triangle ? 1.25 : 0.25;
     const int corners = triangle ? 3 : 4;
-    double square[4];
-    for (int k = 0; k < corners; ++k) square[k] = (at((k + 1) % corners) - at(k)).squaredNorm();
-    std::sort(square, square + corners);
-    double cosine = (square[0] + square[1] - square[2]) / (2 * std::sqrt(square[0] * square[1]));
-    if (!triangle) {
+    double longest = 0, share = 0;
+    for (int k = 0; k < corners; ++k)
+        longest = std::max(longest, (at((k + 1) % corners) - at(k)).norm());
+    if (triangle) {
+        share = 0.01 + 0.07 * roundness(m, number);
+    } else {
         const vec3 r = at(1) + at(2) - at(0) - at(3), s = at(2) + at(3) - at(0) - at(1);
-        cosine = r.stableNormalized().dot(s.stableNormalized());
+        share = 0.25 * std::fabs(r.stableNormalized().dot(s.stableNormalized()));
     }
-    return share * std::fabs(cosine) * std::sqrt(square[corners - 1]) *
-           double(m.curve[std::size_t(number)]) / thickness;
+    return share * longest * double(m.curve[std::size_t(number)]) / thickness;
 }
 
 static void warncurved(const model& m, int lc, int type, runlog& log) {

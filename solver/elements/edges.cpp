@@ -12,6 +12,7 @@
 #include "solver/elements/bending.h"
 #include "solver/elements/catalogue.h"
 #include "solver/elements/edgebits.h"
+#include "solver/elements/folds.h"
 
 static bool bends(int type) {
     return type >= typeshell3 && type <= typeplate4;
@@ -71,50 +72,26 @@ static std::vector<char> mirrorsof(const model& m) {
     return nodes;
 }
 
-static vec3 normalof(const model& m, const elementdef& e) {
-    const auto at = [&](int k) { return m.nodes[std::size_t(e.node[k])]; };
-    const vec3 far = e.type == typeshell4 ? vec3(at(3) - at(1)) : vec3(at(1) - at(0));
-    return e.type == typeshell4 ? (at(2) - at(0)).cross(far).stableNormalized()
-                                : far.cross(at(2) - at(0)).stableNormalized();
-}
-
-// From the normal at one side of an edge and that at the other, which may point the other way.
-static float foldto(const vec3& normal, const vec3& outward, vec3 other) {
-    const double sharpest = 0.9;  // radians; beyond it two surfaces meet
-    if (other.dot(normal) < 0) other = -other;
-    const double cosine = other.dot(normal);
-    if (cosine < std::cos(sharpest)) return 0;
-    return float(other.dot(outward) / (1 + cosine));
-}
-
 // others: those at the same edge, with one among them. A surface ends where another meets it.
-static float foldat(const model& m, const side& one, std::span<const side> others, char mirrors) {
-    const elementdef& e = m.elements[std::size_t(one.element)];
-    const vec3 along =
-        m.nodes[std::size_t(e.node[(one.edge + 1) % 3])] - m.nodes[std::size_t(e.node[one.edge])];
-    const vec3 normal = normalof(m, e), outward = along.cross(normal).stableNormalized();
-    float fold = 0;
-    int found = 0;
+static int neighbourat(const model& m, const side& one, std::span<const side> others,
+                       char mirrors) {
+    int found = 0, count = 0;
     for (const side& other : others) {
-        const elementdef& there = m.elements[std::size_t(other.element)];
-        const bool shell = there.type == typeshell3 || there.type == typeshell4;
-        if (other.far != one.far || other.element == one.element || !shell) continue;
-        fold = ++found > 1 ? 0 : foldto(normal, outward, normalof(m, there));
+        if (other.far != one.far || other.element == one.element) continue;
+        const int type = m.elements[std::size_t(other.element)].type;
+        if (type != typeshell3 && type != typeshell4) continue;
+        found = other.element;
+        ++count;
     }
-    for (int k = 0; k < 3 && found == 0; ++k) {
-        if (!(mirrors >> k & 1)) continue;
-        vec3 mirrored = normal;
-        mirrored[k] = -mirrored[k];
-        fold = foldto(normal, outward, mirrored);
-    }
-    return fold;
+    for (int k = 0; k < 3 && count == 0; ++k)
+        if ((mirrors >> k & 1) != 0) found = -1 - k;
+    return count > 1 ? 0 : found;
 }
 
-static void measurefolds(model& m, const sidelist& list) {
-    m.fold.clear();
+static void foldtriangles(model& m, const sidelist& list) {
     const auto istriangle = [](const elementdef& e) { return e.type == typeshell3; };
     if (m.twod || std::ranges::none_of(m.elements, istriangle)) return;
-    m.fold.assign(m.elements.size(), edgefold{});
+    std::vector<edgeneighbours> neighbours(m.elements.size(), edgeneighbours{});
     const std::vector<char> mirrors = mirrorsof(m);
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
         for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
@@ -122,10 +99,11 @@ static void measurefolds(model& m, const sidelist& list) {
                                              list.start[n + 1] - list.start[n]);
             for (const side& one : here)
                 if (istriangle(m.elements[std::size_t(one.element)]))
-                    m.fold[std::size_t(one.element)][std::size_t(one.edge)] =
-                        foldat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
+                    neighbours[std::size_t(one.element)][std::size_t(one.edge)] =
+                        neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
         }
     });
+    measurefolds(m, std::move(neighbours));
 }
 
 // --- free edges ---------------------------------------------------------------------------------
@@ -188,7 +166,7 @@ void measureedges(model& m, const settings& s) {
                 own[std::size_t(e)] = slipofedges(elementat(m, s, e));
     });
     const sidelist list = listsides(m);
-    measurefolds(m, list);
+    foldtriangles(m, list);
     const std::vector<char> held = heldturns(m);
     m.slip = own;
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {

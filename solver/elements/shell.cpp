@@ -2,6 +2,7 @@
 // Plates and shells: the halves put together in the mean plane and hung on the nodes.
 #include "solver/elements/shell.h"
 
+#include <Eigen/LU>
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -105,32 +106,42 @@ static double cubicpart(const element& e, const flatshape& s) {
 
 // What a load meets on a curved triangle in place of the cubic deflection, less the straight one.
 //
-// Each corner takes the part of the area that is nearest to it: a strip of right-angled triangles
-// then loads its nodes alike, as a ring wants it, whichever way its diagonals run. The membrane's
-// edges bow with the rotations, so a stress N across an edge of length l turns its ends about the
-// element's normal by moments bow N l l / 12. In a flat plate those of the neighbour take them up;
-// at a fold a part along the surface is left, and the load has to balance it: bow P l / 12 where
-// the stress carries a force P over the fold. Of the load an edge carries what its fold has of the
-// curvature, counted by the area cot l l / 2 at the edge: all of the element's at the sides of a
-// rectangle, none at its diagonal.
+// The surface is the paraboloid that its bows tell, with the curvature S, and carries a pressure p
+// by the least stress that can: T = p S / (S : S), the hoop stress of a cylinder, even in a sphere.
+// The triangle's own forces of this stress are what its corners are loaded with, so that the
+// membrane holds the load on any mesh. T is the sum of forces along the edges, each of which holds
+// by its edge's curvature a part of the load, at the two ends of the edge.
+//
+// The membrane's edges bow with the rotations, so a stress N across an edge of length l turns its
+// ends about the element's normal by moments bow N l l / 12. In a flat plate those of the neighbour
+// take them up; at a fold a part along the surface is left, and the load has to balance it.
 static halfrow curvedspread(const element& e, const flatshape& s) {
-    const double twice = 2 * flatarea(s);
-    double share[3], fold[3], all = 0;
-    for (int k = 0; k < 3; ++k) {
-        const double a = s.edge[k], b = s.edge[s.next(k)], c = s.edge[s.next(s.next(k))];
-        const double cotangent = (b * b + c * c - a * a) / (2 * twice);  // opposite to the edge
-        share[k] = std::max(cotangent, 0.0) * a * a / twice;
-        fold[k] = e.fold != nullptr ? double((*e.fold)[std::size_t(k)]) * a : 0;
-        all += share[k] * fold[k] * fold[k];
-    }
-    const double shares = share[0] + share[1] + share[2];
     halfrow w = halfrow::Zero(9);
+    if (e.fold == nullptr) return w;
+    mat3 along;  // by columns the stress x, y, xy of a unit force along an edge
+    vec3 curve;
+    for (int k = 0; k < 3; ++k) {
+        const vec2 t = s.along[k];
+        along.col(k) << t.x() * t.x(), t.y() * t.y(), t.x() * t.y();
+        curve[k] = 2 * e.fold->bow[k] / (s.edge[k] * s.edge[k]);
+    }
+    const vec3 twice(1, 1, 2);
+    const vec3 shape = (along.transpose() * twice.asDiagonal()).inverse() * curve;
+    const double longest = *std::max_element(s.edge, s.edge + 3);
+    const double flat = 0.01 * e.curve / longest;  // a surface all but flat here bears no membrane
+    const double square = shape.dot(twice.cwiseProduct(shape));
+    const double most = std::max(square, flat * flat);
+    if (!(most > 0)) return w;
+    const vec3 stress = shape / most, parts = along.inverse() * stress;
+    const double area = flatarea(s);
     for (int k = 0; k < 3; ++k) {
         const int i = k, j = s.next(k);
-        for (const int c : {i, j}) w[3 * c] += share[k] / (2 * shares) - 1.0 / 6;
-        if (!(all > 0)) continue;
-        const vec2 moment = edgebow(e, s, k) * share[k] * fold[k] * fold[k] / all * s.edge[k] / 12 *
-                            vec2(s.along[k].y(), -s.along[k].x());
+        const double share = parts[k] * curve[k];
+        for (const int c : {i, j}) w[3 * c] += share / 2 - square / most / 6;
+        const vec2 out(s.along[k].y(), -s.along[k].x());
+        const vec3 normal(out.x() * out.x(), out.y() * out.y(), 2 * out.x() * out.y());
+        const double across = stress.dot(normal) * e.fold->fold[k] * s.edge[k] / area;
+        const vec2 moment = edgebow(e, s, k) * across * s.edge[k] / 12 * out;
         w.segment<2>(3 * i + 1) += moment;
         w.segment<2>(3 * j + 1) -= moment;
     }

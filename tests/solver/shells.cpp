@@ -127,12 +127,12 @@ TEST(Shells, MembraneHoldsAPressureOnCurvedTriangles) {
         [](int, int) { return true; }, [](int, int) { return false; },
         [](int i, int j) { return (i + j) % 2 == 0; }};
     for (const auto& diagonal : patterns) {
-        for (const auto& [nx, ny] : {std::pair(4, 2), {8, 4}, {32, 16}})
+        for (const auto& [nx, ny] : {std::pair(32, 1), {4, 2}, {8, 4}, {32, 16}})
             for (const bool mixed : {false, true})
                 EXPECT_LT(bendingunderpressure(nx, ny, 0, diagonal, mixed), mixed ? 0.06 : 0.01)
                     << nx << mixed;
-        const double coarse = bendingunderpressure(8, 4, 0.05, diagonal);
-        EXPECT_LT(bendingunderpressure(16, 8, 0.05, diagonal), 0.45 * coarse);
+        EXPECT_LT(bendingunderpressure(8, 4, 0.05, diagonal), 0.06);
+        EXPECT_LT(bendingunderpressure(16, 8, 0.05, diagonal), 0.03);
     }
 }
 
@@ -142,17 +142,21 @@ TEST(Shells, PressureOnCurvedElementsIsToldWhereItBendsThem) {
     const struct {
         int type, n;
         double radius, sway;
-        bool told;
-    } rows[] = {{typeshell3, 8, 1000, 0.05, true},   {typeshell3, 8, 1000, 0, false},
-                {typeshell4, 8, 1000, 0.05, true},   {typeshell4, 8, 1000, 0, false},
-                {typeshell3, 64, 1000, 0.05, false}, {typeshell3, 8, 1e9, 0.05, false}};
+        bool dome, told;
+    } rows[] = {{typeshell3, 8, 1000, 0.05, true, true},   {typeshell3, 8, 1000, 0, true, true},
+                {typeshell3, 8, 1000, 0.05, false, false}, {typeshell3, 64, 1000, 0, true, false},
+                {typeshell4, 8, 1000, 0.05, false, true},  {typeshell4, 8, 1000, 0, false, false},
+                {typeshell3, 8, 1e9, 0.05, true, false}};
     for (const auto& row : rows) {
         build b;
         const grid at =
-            b.mesh(row.type, b.plate(2e5, 0.3, 20), row.n, row.n / 4, [&](double r, double s) {
-                const double x = row.sway * std::sin(2 * M_PI * r) * std::sin(M_PI * s);
-                return around(row.radius, 1500 / row.radius * (r + x), 400 * s);
-            });
+            b.mesh(row.type, b.plate(2e5, 0.3, row.dome ? 5 : 20), row.n, row.n / 4,
+                   [&](double r, double s) {
+                       const double x = row.sway * std::sin(2 * M_PI * r) * std::sin(M_PI * s);
+                       const double rise = row.dome ? 400 / row.radius * s : 0;
+                       return around(row.radius * std::cos(rise), 1500 / row.radius * (r + x),
+                                     row.dome ? row.radius * std::sin(rise) : 400 * s);
+                   });
         b.fix(at.left(), clamped), b.fix(at.right(), clamped);
         b.pressall(1, 3, 0.1);
         b.solve();

@@ -230,7 +230,7 @@ void mpiranks::checksame(const std::string& what, const std::string& mine) {
 
 void mpiranks::end(const std::string& fault) {
     using namespace std::chrono;
-    const auto patience = seconds(3);  // by then whoever comes upon the same fault has done so
+    const auto patience = milliseconds(1500);  // by then whoever meets the same fault has done so
     const auto begin = steady_clock::now();
     MPI_Request request;
     MPI_Ibarrier(farewell, &request);

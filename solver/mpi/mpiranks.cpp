@@ -56,19 +56,23 @@ mpiranks::mpiranks() {
     home = textoffirst(hostname);
 }
 
+// One process has nobody to talk to, and any of its threads may ask.
 void mpiranks::sum(double* values, std::int64_t count) {
+    if (all == 1) return;
     for (std::int64_t at = 0; at < count; at += piece)
         MPI_Allreduce(MPI_IN_PLACE, values + at, int(std::min<std::int64_t>(piece, count - at)),
                       MPI_DOUBLE, MPI_SUM, MPI_COMM_WORLD);
 }
 
 void mpiranks::takefirst(double* values, std::int64_t count) {
+    if (all == 1) return;
     for (std::int64_t at = 0; at < count; at += piece)
         MPI_Bcast(values + at, int(std::min<std::int64_t>(piece, count - at)), MPI_DOUBLE, 0,
                   MPI_COMM_WORLD);
 }
 
 void mpiranks::most(double* values, std::int64_t count) {
+    if (all == 1) return;
     MPI_Allreduce(MPI_IN_PLACE, values, int(count), MPI_DOUBLE, MPI_MAX, MPI_COMM_WORLD);
 }
 

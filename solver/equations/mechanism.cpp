@@ -230,11 +230,7 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
 // The largest translation of the motion, or its largest rotation where nothing translates.
 static std::string motiontext(const model& m, const dofmap& d, const std::vector<double>& u,
                               const char* freely) {
-    const vec3 first = firstnode(m);
-    double size = 0;
-    for (int n = 1; n <= m.nnodes(); ++n)
-        size = std::max(size, (m.nodes[std::size_t(n)] - first).cwiseAbs().maxCoeff());
-    allranks().most(&size, 1);
+    const double size = modelsize(m);
     const auto dofs = std::size_t(d.pernode);
     const auto sizeat = [&](std::size_t i) {
         const double spin = 1e-6;  // a rotation counts where next to nothing translates

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // OpenBLAS starts threads of its own when it is loaded, which spin; and on a processor younger than
-// itself it takes kernels of twenty years ago, which run at a fifth of the speed.
+// itself it takes kernels of twenty years ago, which run at a fifth of the speed. The library of C
+// takes the smallest pages unless it is told otherwise before it starts.
 #include "solver/base/tune.h"
 
 #include <malloc.h>
@@ -8,6 +9,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "solver/base/blas.h"
@@ -24,18 +26,34 @@ static const char* betterkernels() {
     return nullptr;
 }
 
+// Sets a variable of the environment; false where it is so already.
+static bool demand(const char* name, const std::string& value) {
+    const char* const told = std::getenv(name);
+    if (told != nullptr && told == value) return false;
+    setenv(name, value.c_str(), 1);
+    return true;
+}
+
+// Memory in pages of 2 MiB where the system gives such to those that ask: the factor's gigabytes
+// come, are read and go in a fraction of the time. What the user tells the library stays.
+static std::string withlargepages() {
+    const char* const told = std::getenv("GLIBC_TUNABLES");
+    const std::string kept = told != nullptr ? told : "", option = "glibc.malloc.hugetlb";
+    if (kept.find(option) != std::string::npos) return kept;
+    return (kept.empty() ? kept : kept + ":") + option + "=1";
+}
+
 void tunelibraries(char** words) {
     // Large blocks go back to the system when they are left, whatever was left before them.
     mallopt(M_MMAP_THRESHOLD, 1 << 20);
     // Small ones stay: a table of the next case soon takes their place.
     mallopt(M_TRIM_THRESHOLD, 16 << 20);
-    const char* const threads = "OPENBLAS_NUM_THREADS";
     const char* const kernels = "OPENBLAS_CORETYPE";
-    const char* const told = std::getenv(threads);
     const char* const better = std::getenv(kernels) == nullptr ? betterkernels() : nullptr;
-    if (told != nullptr && std::string_view(told) == "1" && better == nullptr) return;
-    setenv(threads, "1", 1);
-    if (better != nullptr) setenv(kernels, better, 1);
+    bool changed = demand("OPENBLAS_NUM_THREADS", "1");
+    changed |= demand("GLIBC_TUNABLES", withlargepages());
+    if (better != nullptr) changed |= demand(kernels, better);
+    if (!changed) return;
     std::error_code ec;  // by its own path, so that it keeps its name among the processes
     const auto self = std::filesystem::read_symlink("/proc/self/exe", ec);
     if (!ec) execv(self.c_str(), words);

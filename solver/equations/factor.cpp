@@ -14,7 +14,6 @@
 #include <utility>
 
 #include "solver/base/blas.h"
-#include "solver/base/freshpages.h"
 #include "solver/base/parallel.h"
 #include "solver/equations/crew.h"
 #include "solver/equations/inertia.h"
@@ -78,7 +77,6 @@ struct factor::inside {
     std::int64_t stack = 0, topstack = 0;    // numbers that the updates within them take at most
     double bytes = 0;
     room values;
-    freshpages fresh;              // of the values
     std::vector<double*> updates;  // of supernodes that are eliminated and not yet added
 
     void cut();
@@ -280,7 +278,6 @@ bool factor::inside::workfront(const sparsematrix& a, int s, std::vector<int>& l
     const int first = tree.first[std::size_t(s)], own = f.columns.columns;
     std::iota(local.begin() + first, local.begin() + first + own, 0);
     for (int i = 0; i < tree.below(s); ++i) local[std::size_t(tree.rows(s)[i])] = own + i;
-    fresh.expect(place[std::size_t(s)], f.columns.size());
     std::fill_n(f.l, f.columns.size(), 0.0);
     for (int c = 0; c < own; ++c) {
         double* const to = f.l + f.columns.column(c);
@@ -325,10 +322,7 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
 
 bool factor::factorise(const sparsematrix& a) {
     inside& f = *in;
-    if (f.values.data == nullptr) {
-        f.values.allocate(f.place.back());
-        f.fresh.start(f.values.data, f.place.back());
-    }
+    if (f.values.data == nullptr) f.values.allocate(f.place.back());
     f.updates.assign(std::size_t(f.tree.size()), nullptr);
     std::vector<room> kept{std::size_t(f.tree.size())};
     worker above;

@@ -2,6 +2,8 @@
 // Eigenmodes: shift, search, checks, scaling.
 #include "solver/modes/eigenmodes.h"
 
+#include <Eigen/Cholesky>
+#include <Eigen/Eigenvalues>
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -73,9 +75,42 @@ static double shiftandfactorise(const model& m, const settings& s, const equatio
 
 // --- values and checks --------------------------------------------------------------------------
 
+// x' a x, each unknown counted once.
+static Eigen::MatrixXd projected(const sparsematrix& a, const Eigen::MatrixXd& x) {
+    Eigen::MatrixXd ax(x.rows(), x.cols());
+    multiply(a, x.data(), ax.data(), int(x.cols()));
+    for (Eigen::Index i = 0; i < x.rows(); ++i)
+        if (!a.unknowns->counts(std::size_t(i))) ax.row(i).setZero();
+    Eigen::MatrixXd product = x.transpose() * ax;
+    allranks().sum(product.data(), product.size());
+    return product;
+}
+
+// The small shift of a floating model magnifies what rounding leaves of its rigid motions in the
+// other vectors, and of these in each other. So each gives up what it has of those before it, which
+// are lower modes and better known: the Cholesky factor of x' M x does that for all at once. Then
+// those that are not rigid are mixed as Rayleigh and Ritz do it, by the inverse of omega^2, which
+// knows the lowest best.
+static void separate(const equations& q, const sparsematrix& mass, Eigen::MatrixXd& x) {
+    const Eigen::LLT<Eigen::MatrixXd> factor(projected(mass, x));
+    if (factor.info() != Eigen::Success) return;
+    factor.matrixU().solveInPlace<Eigen::OnTheRight>(x);
+    const Eigen::MatrixXd energy = projected(q.stiffness, x);
+    const double rigid = 1e-9;  // of the next mode's energy
+    Eigen::Index first = x.cols() - 1;
+    while (first > 0 && energy(first - 1, first - 1) > rigid * energy(first, first)) --first;
+    Eigen::MatrixXd rest = x.rightCols(x.cols() - first);
+    const Eigen::MatrixXd stiffness = energy.bottomRightCorner(rest.cols(), rest.cols());
+    if (Eigen::LLT<Eigen::MatrixXd>(stiffness).info() != Eigen::Success) return;
+    const Eigen::GeneralizedSelfAdjointEigenSolver<Eigen::MatrixXd> solver(projected(mass, rest),
+                                                                           stiffness);
+    x.rightCols(rest.cols()) = rest * solver.eigenvectors().rowwise().reverse();
+}
+
 // Rayleigh quotients, lowest first, vectors with unit modal mass. The largest of
 // |K x - omega^2 M x| / |K x| goes to the log.
 static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixXd x, runlog& log) {
+    separate(q, mass, x);
     const Eigen::Index n = x.rows(), count = x.cols();
     Eigen::MatrixXd kx(n, count), mx(n, count);
     multiply(q.stiffness, x.data(), kx.data(), int(count));

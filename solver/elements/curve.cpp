@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Curvature of meshed shells: the normal at a node is the mean of its elements'; the angle between
-// it and an element's own is half of what the surface turns from this element to the next.
+// Curvature of meshed shells: the normal at a node is the mean over the elements that continue one
+// surface there; the angle between it and an element's own is half of what the surface turns from
+// this element to the next.
 #include "solver/elements/curve.h"
 
 #include <Eigen/Geometry>
@@ -13,37 +14,67 @@
 #include "solver/elements/kinds.h"
 #include "solver/processes/ranks.h"
 
-static const double fold = 0.45;  // radians between an element and the mean: 50 degrees at an edge
-
 static bool isshell(int type) {
     return type == typeshell3 || type == typeshell4;
+}
+
+namespace {
+// Shells by their nodes: those at node n are shells[start[n]] up to start[n + 1].
+struct shellsofnodes {
+    std::vector<int> start, shells;
+    std::vector<vec3> normal;  // by element
+};
+}  // namespace
+
+static shellsofnodes listshells(const model& m) {
+    shellsofnodes list;
+    list.start.assign(m.nodes.size() + 1, 0);
+    list.normal.assign(m.elements.size(), vec3::Zero());
+    const auto eachcorner = [&](auto use) {
+        for (int e = 1; e <= m.nelems(); ++e) {
+            const elementdef& def = m.elements[std::size_t(e)];
+            if (!isshell(def.type)) continue;
+            for (int k = 0; k < factsof(def.type).nodes; ++k) use(e, std::size_t(def.node[k]));
+        }
+    };
+    eachcorner([&](int e, std::size_t n) {
+        ++list.start[n + 1];
+        list.normal[std::size_t(e)] = normalof(m, m.elements[std::size_t(e)]);
+    });
+    for (std::size_t n = 1; n < list.start.size(); ++n) list.start[n] += list.start[n - 1];
+    list.shells.resize(std::size_t(list.start.back()));
+    std::vector<int> next(list.start.begin(), list.start.end() - 1);
+    eachcorner([&](int e, std::size_t n) { list.shells[std::size_t(next[n]++)] = e; });
+    return list;
+}
+
+// The side that a normal points to is the user's choice and may differ between neighbours; what
+// meets the element at a fold or stands on it is not of its surface.
+static double turnedat(const shellsofnodes& list, std::size_t n, const vec3& normal) {
+    const double fold = 0.9;  // radians, 50 degrees
+    vec3 sum = vec3::Zero();
+    for (int i = list.start[n]; i < list.start[n + 1]; ++i) {
+        const vec3& other = list.normal[std::size_t(list.shells[std::size_t(i)])];
+        const double cosine = normal.dot(other);
+        if (std::fabs(cosine) > std::cos(fold)) sum += cosine < 0 ? vec3(-other) : other;
+    }
+    return 2 * std::atan2(normal.cross(sum).norm(), normal.dot(sum));
 }
 
 void measurecurve(model& m) {
     m.curve.assign(m.elements.size(), 0);
     if (m.twod) return;
-    std::vector<vec3> mean(m.nodes.size(), vec3::Zero());
-    const auto eachshell = [&](int first, int last, auto use) {
-        for (int e = first; e <= last; ++e) {
-            const elementdef& def = m.elements[std::size_t(e)];
+    const shellsofnodes list = listshells(m);
+    parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
+        for (auto e = std::size_t(first) + 1; e <= std::size_t(last); ++e) {
+            const elementdef& def = m.elements[e];
             if (!isshell(def.type)) continue;
-            const vec3 normal = normalof(m, def);
-            for (int k = 0; k < kindof(def.type).nodes; ++k)
-                use(e, normal, mean[std::size_t(def.node[k])]);
+            double most = 0;
+            for (int k = 0; k < factsof(def.type).nodes; ++k)
+                most = std::max(most, turnedat(list, std::size_t(def.node[k]), list.normal[e]));
+            m.curve[e] = most;
         }
-    };
-    // The side that a normal points to is the user's choice and may differ between neighbours.
-    eachshell(1, m.nelems(), [](int, const vec3& normal, vec3& at) {
-        at += at.dot(normal) < 0 ? vec3(-normal) : normal;
     });
-    const auto measure = [&](int e, const vec3& normal, const vec3& at) {
-        const double sine = normal.cross(at).norm(), cosine = std::fabs(normal.dot(at));
-        const double angle = std::atan2(sine, cosine);
-        float& curve = m.curve[std::size_t(e)];
-        if (angle < fold) curve = std::max(curve, float(2 * angle));
-    };
-    parallelpieces(m.nelems(), 4096,
-                   [&](int first, int last, int) { eachshell(first + 1, last, measure); });
 }
 
 // Bending that a pressure wrongly makes in an element, over the membrane stress, as cylinders and
@@ -66,7 +97,7 @@ static double wrongbending(const model& m, int number) {
         const vec3 r = at(1) + at(2) - at(0) - at(3), s = at(2) + at(3) - at(0) - at(1);
         share = 0.25 * std::fabs(r.stableNormalized().dot(s.stableNormalized()));
     }
-    return share * longest * double(m.curve[std::size_t(number)]) / thickness;
+    return share * longest * m.curve[std::size_t(number)] / thickness;
 }
 
 static void warncurved(const model& m, int lc, int type, runlog& log) {

@@ -136,6 +136,30 @@ TEST(Shells, MembraneHoldsAPressureOnCurvedTriangles) {
     }
 }
 
+// A web that ends in the middle of a plate, upright or leaning, and one that crosses it.
+TEST(Shells, WhatStandsOnAPlateDoesNotCurveIt) {
+    for (const int last : {2, 4})
+        for (const double lean : {0.0, 0.6}) {
+            build b;
+            const int g = b.plate(2e5, 0.3, 1);
+            const grid at = b.mesh(typeshell4, g, 4, 4,
+                                   [](double r, double s) { return vec3(40 * r, 40 * s, 0); });
+            const grid web = b.mesh(typeshell4, g, last, 1, [&](double r, double s) {
+                return vec3(10 * last * r, 20 + 10 * lean * s, 10 * s);
+            });
+            for (int e = web.firstelement; e < web.firstelement + web.elements; ++e)
+                for (int& n : b.m.elements[std::size_t(e)].node)
+                    if (n >= 1 && b.m.nodes[std::size_t(n)].z() == 0)
+                        n = at.number(n - web.firstnode, 2);
+            b.fix(at.left(), clamped), b.fix(web.top(), clamped);
+            for (const int n : web.bottom()) b.fix(n, clamped);  // carries nothing any more
+            b.pressall(1, 3, 1);
+            b.solve();
+            for (int e = 1; e <= b.m.nelems(); ++e)
+                EXPECT_LT(b.m.curve[std::size_t(e)], 1e-9) << "lean " << lean << " element " << e;
+        }
+}
+
 // Elements that are too coarse for a pressure on a curved surface are told; right-angled ones, flat
 // plates and fine meshes are not.
 TEST(Shells, PressureOnCurvedElementsIsToldWhereItBendsThem) {

@@ -45,11 +45,12 @@ struct loadcase {
 // Shear against bending of a plate's edges, 0 where it is stiff in shear.
 using edgeslip = std::array<float, mostnodes>;
 
-// How the surface goes on over the edges of a curved triangle. fold: the tangent of half the angle
-// between its normal and its neighbour's, positive where the neighbour's leans outward. bow: four
-// times by how much the surface rises over the middle of the edge, along the normal.
+// How the surface of a curved shell goes on over the edges of an element. fold: the tangent of half
+// the angle between its normal and its neighbour's, positive where the neighbour's leans outward.
+// slope and bend: the surface over the mean plane is, at a place p from the middle of the corners
+// and in the mean axes, slope p - p bend p / 2 high. bend: xx, yy, xy, a length.
 struct edgefold {
-    double fold[3] = {}, bow[3] = {};
+    double fold[mostnodes] = {}, slope[2] = {}, bend[3] = {};
 };
 
 struct model {
@@ -59,10 +60,10 @@ struct model {
     std::vector<groupdata> groups;
     std::vector<nodalrow> constraints;
     std::vector<loadcase> cases;
-    std::vector<double> curve;  // of shells: radians by which the surface turns over the element
+    std::vector<double> curve; // of shells: radians by which the surface turns over the element
     std::vector<std::uint16_t> rankof;  // by element: process that works on it; empty: this one
     std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
-    std::vector<edgefold> fold;         // of shells of three nodes
+    std::vector<edgefold> fold;         // of shells; empty where none is curved
     bool twod = false;                  // z of the nodes plays no part
     // Of a part that one of several processes holds (deal): numbers in the files, and how many
     // of both the files tell; empty where the whole is held.

@@ -14,10 +14,6 @@
 #include "solver/elements/kinds.h"
 #include "solver/processes/ranks.h"
 
-static bool isshell(int type) {
-    return type == typeshell3 || type == typeshell4;
-}
-
 namespace {
 // Shells by their nodes: those at node n are shells[start[n]] up to start[n + 1].
 struct shellsofnodes {
@@ -77,11 +73,11 @@ void measurecurve(model& m) {
     });
 }
 
-// Bending that a pressure wrongly makes in an element, over the membrane stress, as cylinders and
-// spheres under pressure show it: little in triangles where the surface is curved one way, more
-// where it is curved both ways; none where the middle lines of a quadrilateral cross at right
-// angles, whose nodes the load reaches as the membrane takes it, and the more the more the angle
-// leaves that.
+// Bending that a pressure wrongly makes in an element, over the membrane stress, as spheres and
+// tori under pressure show it: little where the surface is curved one way, which leaves the
+// membrane no choice of its stress; more where it is curved both ways. None where the middle lines
+// of a quadrilateral cross at right angles, whose nodes the load reaches as any stress takes it,
+// and the more the more the angle leaves that.
 static double wrongbending(const model& m, int number) {
     const elementdef& e = m.elements[std::size_t(number)];
     const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness];
@@ -95,7 +91,8 @@ static double wrongbending(const model& m, int number) {
         share = 0.01 + 0.07 * roundness(m, number);
     } else {
         const vec3 r = at(1) + at(2) - at(0) - at(3), s = at(2) + at(3) - at(0) - at(1);
-        share = 0.25 * std::fabs(r.stableNormalized().dot(s.stableNormalized()));
+        share =
+            0.25 * roundness(m, number) * std::fabs(r.stableNormalized().dot(s.stableNormalized()));
     }
     return share * longest * m.curve[std::size_t(number)] / thickness;
 }

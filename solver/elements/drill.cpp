@@ -256,7 +256,7 @@ struct optimal {
 }  // namespace
 
 double edgebow(const element& e, const flatshape& s, int edge) {
-    return meetsquadrilateral(e, edge) ? followed(e, s) : 1.5;
+    return e.nodes == 4 || meetsquadrilateral(e, edge) ? followed(e, s) : 1.5;
 }
 
 static optimal makeoptimal(const element& e, const flatshape& s) {

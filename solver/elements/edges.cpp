@@ -78,8 +78,7 @@ static int neighbourat(const model& m, const side& one, std::span<const side> ot
     int found = 0, count = 0;
     for (const side& other : others) {
         if (other.far != one.far || other.element == one.element) continue;
-        const int type = m.elements[std::size_t(other.element)].type;
-        if (type != typeshell3 && type != typeshell4) continue;
+        if (!isshell(m.elements[std::size_t(other.element)].type)) continue;
         found = other.element;
         ++count;
     }
@@ -88,9 +87,9 @@ static int neighbourat(const model& m, const side& one, std::span<const side> ot
     return count > 1 ? 0 : found;
 }
 
-static void foldtriangles(model& m, const sidelist& list) {
-    const auto istriangle = [](const elementdef& e) { return e.type == typeshell3; };
-    if (m.twod || std::ranges::none_of(m.elements, istriangle)) return;
+static void foldshells(model& m, const settings& s, const sidelist& list) {
+    const double flat = 1e-6;  // radians: no surface turns by less
+    if (std::ranges::all_of(m.curve, [&](double turned) { return turned < flat; })) return;
     std::vector<edgeneighbours> neighbours(m.elements.size(), edgeneighbours{});
     const std::vector<char> mirrors = mirrorsof(m);
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
@@ -98,12 +97,12 @@ static void foldtriangles(model& m, const sidelist& list) {
             const std::span<const side> here(list.sides.data() + list.start[n],
                                              list.start[n + 1] - list.start[n]);
             for (const side& one : here)
-                if (istriangle(m.elements[std::size_t(one.element)]))
+                if (isshell(m.elements[std::size_t(one.element)].type))
                     neighbours[std::size_t(one.element)][std::size_t(one.edge)] =
                         neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
         }
     });
-    measurefolds(m, std::move(neighbours));
+    measurefolds(m, s, std::move(neighbours));
 }
 
 // --- free edges ---------------------------------------------------------------------------------
@@ -166,7 +165,7 @@ void measureedges(model& m, const settings& s) {
                 own[std::size_t(e)] = slipofedges(elementat(m, s, e));
     });
     const sidelist list = listsides(m);
-    foldtriangles(m, list);
+    foldshells(m, s, list);
     const std::vector<char> held = heldturns(m);
     m.slip = own;
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {

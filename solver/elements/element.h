@@ -17,7 +17,7 @@ struct element {
     const groupdata* g = nullptr;
     double turn = 0;                 // of the axes of a plate about its normal, radians
     const edgeslip* slip = nullptr;  // of a plate's edges; none: as the element alone finds it
-    const edgefold* fold = nullptr;  // of a triangle's edges; none: its neighbours lie in its plane
+    const edgefold* fold = nullptr;  // of a shell; none: its neighbours lie in its plane
     double curve = 0;  // radians by which the surface of a shell turns over the element
     double shear = 0;  // shear area over area of a line element, 0: stiff in shear
     bool twod = false;

@@ -1,38 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Folds between flat triangles and the curvature of the surface that they stand for.
+// Folds between flat elements and the curvature of the surface that they stand for.
 #include "solver/elements/folds.h"
 
 #include <Eigen/Geometry>
 #include <Eigen/LU>
+#include <Eigen/QR>
 #include <algorithm>
 #include <cmath>
 
 #include "solver/base/parallel.h"
 #include "solver/elements/catalogue.h"
-
-namespace {
-// A triangle in model axes, with the edges from corner 0 and what they are held against.
-struct facet {
-    vec3 at, b, c;      // corner 0; the edges to 1 and to 2
-    vec3 normal;        // of twice the area
-    vec3 overb, overc;  // in its plane: 1 along the one edge, 0 along the other
-};
-}  // namespace
+#include "solver/elements/meanplane.h"
 
 static const vec3& placeof(const model& m, const elementdef& e, int corner) {
     return m.nodes[std::size_t(e.node[corner])];
-}
-
-static facet facetof(const model& m, const elementdef& e) {
-    facet f;
-    f.at = placeof(m, e, 0);
-    f.b = placeof(m, e, 1) - f.at;
-    f.c = placeof(m, e, 2) - f.at;
-    f.normal = f.b.cross(f.c);
-    const double square = f.normal.squaredNorm();
-    f.overb = f.c.cross(f.normal) / square;
-    f.overc = f.normal.cross(f.b) / square;
-    return f;
 }
 
 vec3 normalof(const model& m, const elementdef& e) {
@@ -42,6 +23,8 @@ vec3 normalof(const model& m, const elementdef& e) {
     return over.cross(other).stableNormalized();
 }
 
+// --- over an edge -------------------------------------------------------------------------------
+
 namespace {
 // The surface beyond an edge: its normal there and the far corners.
 struct further {
@@ -50,22 +33,24 @@ struct further {
 };
 }  // namespace
 
-static further beyond(const model& m, const elementdef& e, int edge, int neighbour) {
+static further beyond(const model& m, const element& e, int edge, int neighbour) {
     further f;
     if (neighbour < 0) {
         const int across = -neighbour - 1;
-        f.normal = normalof(m, e);
+        f.normal = meanaxes(e).row(2);
         f.normal[across] = -f.normal[across];
-        vec3& place = f.corner[f.corners++];
-        place = placeof(m, e, (edge + 2) % 3);
-        place[across] = 2 * placeof(m, e, edge)[across] - place[across];
+        for (int k = 2; k < e.nodes; ++k) {
+            vec3& place = f.corner[f.corners++];
+            place = e.x[(edge + k) % e.nodes];
+            place[across] = 2 * e.x[edge][across] - place[across];
+        }
         return f;
     }
     const elementdef& there = m.elements[std::size_t(neighbour)];
     f.normal = normalof(m, there);
     for (int k = 0; k < factsof(there.type).nodes; ++k) {
         const int n = there.node[k];
-        if (n == e.node[edge] || n == e.node[(edge + 1) % 3] || f.corners == 2) continue;
+        if (n == e.node[edge] || n == e.node[(edge + 1) % e.nodes] || f.corners == 2) continue;
         f.corner[f.corners++] = placeof(m, there, k);
     }
     return f;
@@ -81,81 +66,13 @@ static bool folded(const vec3& normal, const vec3& outward, vec3 other, double& 
     return true;
 }
 
-// Curvature of a bow of 1 at each edge: the bow of an edge d is d S d / 2.
-static std::array<mat3, 3> unitcurvatures(const facet& f) {
-    const mat3 mixed = f.overb * f.overc.transpose() + f.overc * f.overb.transpose();
-    return {2 * f.overb * f.overb.transpose() + mixed, -mixed,
-            2 * f.overc * f.overc.transpose() + mixed};
-}
-
-// Curvature of the surface over an element as its bows tell it.
-static mat3 curvatureof(const model& m, int e) {
-    const std::array<mat3, 3> unit = unitcurvatures(facetof(m, m.elements[std::size_t(e)]));
-    mat3 sum = mat3::Zero();
-    for (std::size_t k = 0; k < 3; ++k) sum += m.fold[std::size_t(e)].bow[k] * unit[k];
-    return sum;
-}
-
-namespace {
-struct unrolled {
-    vec3 place;     // turned about the edge into the triangle's plane
-    double height;  // of the surface there
-};
-}  // namespace
-
-// So far as an arc has gone on over the edge when its chord has turned by an angle, it has left the
-// plane by twice the tangent of half the angle: no small angles are taken for granted, since
-// folds of coarse rings are none.
-static unrolled unroll(const model& m, const elementdef& e, int edge, const vec3& normal,
-                       const vec3& far) {
-    const vec3& at = placeof(m, e, edge);
-    const vec3 along = (placeof(m, e, (edge + 1) % 3) - at).normalized();
-    const vec3 outward = along.cross(normal), arm = far - at;
-    const double out = arm.dot(outward), up = arm.dot(normal), size = std::hypot(out, up);
-    return {at + arm.dot(along) * along + size * outward, 2 * up * size / (size + out)};
-}
-
-// The paraboloid through the corners and the places beyond the edges: its height is the sum of
-// bow[k] l[i] l[j], the area coordinates of the edge's ends. What these leave open, at the ends of
-// the surface, is as little curved beside the guess as can be.
-static void fitbows(const model& m, const elementdef& e, const edgeneighbours& neighbours,
-                    const mat3& guess, edgefold& fold) {
-    const facet f = facetof(m, e);
-    const vec3 normal = f.normal.normalized(), edges[3] = {f.b, f.c - f.b, f.c};
-    vec3 guessed;
-    for (int k = 0; k < 3; ++k) guessed[k] = edges[k].dot(guess * edges[k]) / 2;
-    const bool whole = std::ranges::count(neighbours, 0) == 0;
-    const std::array<mat3, 3> unit = unitcurvatures(f);
-    mat3 square;
-    for (int k = 0; k < 3; ++k)
-        for (int l = 0; l < 3; ++l)
-            square(k, l) = unit[std::size_t(k)].cwiseProduct(unit[std::size_t(l)]).sum();
-    square *= (whole ? 1e-9 : 1e-6) / square.trace();
-    vec3 right = vec3::Zero();
-    for (int k = 0; k < 3; ++k) {
-        if (neighbours[std::size_t(k)] == 0) continue;
-        const further next = beyond(m, e, k, neighbours[std::size_t(k)]);
-        for (int i = 0; i < next.corners; ++i) {
-            const unrolled far = unroll(m, e, k, normal, next.corner[i]);
-            const vec3 place = far.place - f.at;
-            const double l1 = place.dot(f.overb), l2 = place.dot(f.overc), l0 = 1 - l1 - l2;
-            const vec3 row(l0 * l1, l1 * l2, l2 * l0);
-            square += row * row.transpose();
-            right += row * (far.height - row.dot(guessed));
-        }
-    }
-    const vec3 bow = guessed + square.inverse() * right;
-    for (int k = 0; k < 3; ++k) fold.bow[k] = bow[k];
-}
-
-// Sets the folds; a neighbour beyond a sharp one is none.
-static bool foldall(const model& m, const elementdef& e, edgeneighbours& neighbours,
-                    edgefold& fold) {
-    const vec3 normal = normalof(m, e);
+// Sets the folds; a neighbour beyond a sharp one is none. False: one is missing.
+static bool foldall(const model& m, const element& e, edgeneighbours& neighbours, edgefold& fold) {
+    const vec3 normal = meanaxes(e).row(2);
     bool whole = true;
-    for (int k = 0; k < 3; ++k) {
+    for (int k = 0; k < e.nodes; ++k) {
         int& neighbour = neighbours[std::size_t(k)];
-        const vec3 along = placeof(m, e, (k + 1) % 3) - placeof(m, e, k);
+        const vec3 along = e.x[(k + 1) % e.nodes] - e.x[k];
         if (neighbour != 0 && !folded(normal, along.cross(normal).stableNormalized(),
                                       beyond(m, e, k, neighbour).normal, fold.fold[k]))
             neighbour = 0;
@@ -164,16 +81,87 @@ static bool foldall(const model& m, const elementdef& e, edgeneighbours& neighbo
     return whole;
 }
 
-double roundness(const model& m, int e) {
-    if (m.fold.empty()) return 0;
-    const mat3 curvature = curvatureof(m, e);  // of rank 2: half of tr^2 - tr(S S) is its Gauss
-    const double all = curvature.squaredNorm(), trace = curvature.trace();
-    return all > 0 ? std::fabs(trace * trace - all) / all : 0;
+// Turned about the edge into the element's plane, with the height of the surface there, in model
+// axes. So far as an arc has gone on over the edge when its chord has turned by an angle, it has
+// left the plane by twice the tangent of half the angle: no small angles are taken for granted,
+// since folds of coarse rings are none.
+static vec3 unrolled(const element& e, int edge, const vec3& normal, const vec3& far) {
+    const vec3 along = (e.x[(edge + 1) % e.nodes] - e.x[edge]).normalized();
+    const vec3 outward = along.cross(normal).normalized(), over = outward.cross(along);
+    const vec3 arm = far - e.x[edge];
+    const double out = arm.dot(outward), up = arm.dot(over), size = std::hypot(out, up);
+    return e.x[edge] + arm.dot(along) * along + size * outward +
+           2 * up * size / (size + out) * over;
 }
 
-// Mean over the neighbours whose bows are known; they may be wound the other way. False: none is.
-static bool guessed(const model& m, const elementdef& e, const edgeneighbours& neighbours,
-                    const std::vector<char>& known, mat3& guess) {
+// --- curvature ----------------------------------------------------------------------------------
+
+static mat2 tensor(const double* xxyyxy) {
+    mat2 t;
+    t << xxyyxy[0], xxyyxy[2], xxyyxy[2], xxyyxy[1];
+    return t;
+}
+
+// In model axes.
+static mat3 curvatureof(const model& m, const settings& s, int e) {
+    const mat3 axes = meanaxes(elementat(m, s, e));
+    return axes.topRows<2>().transpose() * tensor(m.fold[std::size_t(e)].bend) * axes.topRows<2>();
+}
+
+double roundness(const model& m, int e) {
+    if (m.fold.empty()) return 0;
+    const mat2 bend = tensor(m.fold[std::size_t(e)].bend);
+    const double all = bend.squaredNorm();
+    return all > 0 ? 2 * std::fabs(bend.determinant()) / all : 0;
+}
+
+// The paraboloid through the corners that comes nearest to those beyond the edges. What they leave
+// open, at the ends of the surface, bows from corner to corner as little beside the guess as can
+// be. Worked out over the middle lines, in which no element is slender.
+static void fitsurface(const model& m, const element& e, const edgeneighbours& neighbours,
+                       const mat3& guess, edgefold& fold) {
+    const int unknowns = 6, most = 3 * mostnodes + 6;
+    Eigen::Matrix<double, most, unknowns> rows = Eigen::Matrix<double, most, unknowns>::Zero();
+    Eigen::Matrix<double, most, 1> heights = Eigen::Matrix<double, most, 1>::Zero();
+    const flatshape s = flatten(e, meanaxes(e));
+    const mat2 lines = jacobianof(s, shapesat(e.nodes, {0, 0})), back = lines.inverse();
+    const mat2 guessed = s.axes.topRows<2>() * guess * s.axes.topRows<2>().transpose();
+    const vec3 middle = middleof(e), normal = s.axes.row(2);
+    int count = 0;
+    const auto meet = [&](const vec3& at, double weight) {
+        const vec3 local = s.axes * (at - middle);
+        const vec2 flat = local.head<2>(), p = back.transpose() * flat;
+        rows.row(count) << 1, p.x(), p.y(), -p.x() * p.x() / 2, -p.y() * p.y() / 2, -p.x() * p.y();
+        rows.row(count) *= weight;
+        heights[count++] = weight * (local.z() + flat.dot(guessed * flat) / 2);
+    };
+    for (int k = 0; k < e.nodes; ++k) meet(e.x[k], 100);  // as good as exactly
+    for (int k = 0; k < e.nodes; ++k) {
+        if (neighbours[std::size_t(k)] == 0) continue;
+        const further next = beyond(m, e, k, neighbours[std::size_t(k)]);
+        for (int i = 0; i < next.corners; ++i) meet(unrolled(e, k, normal, next.corner[i]), 1);
+    }
+    const bool whole = std::count(neighbours.begin(), neighbours.begin() + e.nodes, 0) == 0;
+    const double little = whole ? 1e-3 : 1e-2;  // of what the heights weigh
+    for (int k = 0; k < e.nodes; ++k)
+        for (int l = 0; l < k; ++l) {
+            const vec2 p = back.transpose() * (s.at[l] - s.at[k]);
+            rows.row(count++).tail<3>() << p.x() * p.x(), p.y() * p.y(), 2 * p.x() * p.y();
+            rows.row(count - 1) *= little / 2;
+        }
+    const Eigen::Matrix<double, unknowns, 1> found = rows.householderQr().solve(heights);
+    const vec2 slope = back * found.segment<2>(1);
+    const mat2 bend = guessed + back * tensor(found.data() + 3) * back.transpose();
+    std::copy_n(slope.data(), 2, fold.slope);
+    fold.bend[0] = bend(0, 0), fold.bend[1] = bend(1, 1), fold.bend[2] = bend(0, 1);
+}
+
+// --- all elements -------------------------------------------------------------------------------
+
+// Mean over the neighbours whose curvature is known; they may be wound the other way. False: none
+// is.
+static bool guessed(const model& m, const settings& s, const elementdef& e,
+                    const edgeneighbours& neighbours, const std::vector<char>& known, mat3& guess) {
     const vec3 normal = normalof(m, e);
     int count = 0;
     guess.setZero();
@@ -183,19 +171,19 @@ static bool guessed(const model& m, const elementdef& e, const edgeneighbours& n
         const double side = normal.dot(other) < 0 ? -1 : 1;
         other *= side;
         const mat3 turn = Eigen::Quaterniond::FromTwoVectors(other, normal).toRotationMatrix();
-        guess += side * turn * curvatureof(m, n) * turn.transpose();
+        guess += side * turn * curvatureof(m, s, n) * turn.transpose();
         ++count;
     }
     if (count > 0) guess /= count;
     return count > 0;
 }
 
-// Bows at the ends of the surface, from those inside outwards.
-static void fitends(model& m, const std::vector<edgeneighbours>& neighbours,
+// Curvature at the ends of the surface, from inside outwards.
+static void fitends(model& m, const settings& s, const std::vector<edgeneighbours>& neighbours,
                     std::vector<char>& known) {
     std::vector<int> open;
     for (int e = 1; e <= m.nelems(); ++e)
-        if (m.elements[std::size_t(e)].type == typeshell3 && known[std::size_t(e)] == 0)
+        if (isshell(m.elements[std::size_t(e)].type) && known[std::size_t(e)] == 0)
             open.push_back(e);
     const int sweeps = 3;
     for (int sweep = 1; sweep <= sweeps && !open.empty(); ++sweep) {
@@ -204,8 +192,8 @@ static void fitends(model& m, const std::vector<edgeneighbours>& neighbours,
             const elementdef& def = m.elements[std::size_t(e)];
             const edgeneighbours& around = neighbours[std::size_t(e)];
             mat3 guess;
-            const bool useful = guessed(m, def, around, known, guess) || sweep == sweeps;
-            if (useful) fitbows(m, def, around, guess, m.fold[std::size_t(e)]);
+            const bool useful = guessed(m, s, def, around, known, guess) || sweep == sweeps;
+            if (useful) fitsurface(m, elementat(m, s, e), around, guess, m.fold[std::size_t(e)]);
             (useful ? fitted : left).push_back(e);
         }
         for (const int e : fitted) known[std::size_t(e)] = 1;
@@ -213,16 +201,18 @@ static void fitends(model& m, const std::vector<edgeneighbours>& neighbours,
     }
 }
 
-void measurefolds(model& m, std::vector<edgeneighbours> neighbours) {
+void measurefolds(model& m, const settings& s, std::vector<edgeneighbours> neighbours) {
     m.fold.assign(m.elements.size(), edgefold{});
     std::vector<char> known(m.elements.size(), 0);
     parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
-        for (auto e = std::size_t(first) + 1; e <= std::size_t(last); ++e) {
-            const elementdef& def = m.elements[e];
-            if (def.type != typeshell3 || !foldall(m, def, neighbours[e], m.fold[e])) continue;
-            fitbows(m, def, neighbours[e], mat3::Zero(), m.fold[e]);
+        for (int number = first + 1; number <= last; ++number) {
+            const auto e = std::size_t(number);
+            if (!isshell(m.elements[e].type)) continue;
+            const element here = elementat(m, s, number);
+            if (!foldall(m, here, neighbours[e], m.fold[e])) continue;
+            fitsurface(m, here, neighbours[e], mat3::Zero(), m.fold[e]);
             known[e] = 1;
         }
     });
-    fitends(m, neighbours, known);
+    fitends(m, s, neighbours, known);
 }

@@ -65,10 +65,7 @@ stressframe frameof(const flatshape& s) {
     return f;
 }
 
-// In the plane below a node at some height the surface moves sideways as its slope there turns the
-// arm between them. Slopes are those of the straight lines between the corners: taken from the
-// nodes' rotations they would strain a thin warped element whenever it bends.
-static void addarms(const flatshape& s, elmatrix& rows) {
+void addarms(const flatshape& s, elmatrix& rows) {
     for (int c = 0; c < s.corners; ++c) {
         if (s.height[c] == 0) continue;
         const surfaceshape n = shapesat(s.corners, cornerplace(s.corners, c));

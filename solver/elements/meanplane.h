@@ -45,6 +45,12 @@ const int membranedofs[3] = {0, 1, 5}, bendingdofs[3] = {2, 3, 4};
 // Adds a half to the whole, both on local degrees of freedom at the plane.
 void addhalf(const halfmatrix& half, const int (&dofs)[3], elmatrix& whole);
 
+// In the plane below a node at some height the surface moves sideways as its slope there turns the
+// arm between them: rows on the plane's corners take in what that makes of u3. Slopes are those of
+// the straight lines between the corners: taken from the nodes' rotations they would strain a thin
+// warped element whenever it bends.
+void addarms(const flatshape& s, elmatrix& rows);
+
 // k becomes t' k t, rows become rows t, with t from the nodes in model axes to the plane's corners
 // in its own axes.
 void tonodes(const flatshape& s, elmatrix& k);

@@ -104,55 +104,63 @@ static double cubicpart(const element& e, const flatshape& s) {
     return turned > flat ? flat * flat / (turned * turned) : 1;
 }
 
-// What a load meets on a curved triangle in place of the cubic deflection, less the straight one.
-//
-// The surface is the paraboloid that its bows tell, with the curvature S, and carries a pressure p
-// by the least stress that can: T = p S / (S : S), the hoop stress of a cylinder, even in a sphere.
-// The triangle's own forces of this stress are what its corners are loaded with, so that the
-// membrane holds the load on any mesh. T is the sum of forces along the edges, each of which holds
-// by its edge's curvature a part of the load, at the two ends of the edge.
+namespace {
+// What a load meets on a curved element in place of the cubic deflection: these weights of the
+// corners, whatever its place, and the straight deflection times the part that they leave.
+struct membraneload {
+    halfrow weight;
+    double part;
+};
+}  // namespace
+
+// The surface is the paraboloid that its neighbours tell, with the curvature S, and carries a
+// pressure p by the least stress that can: T = p S / (S : S), the hoop stress of a cylinder, even
+// in a sphere. The element's own forces of this stress, as far as they point along the normal of
+// the surface at each corner, are what its corners are loaded with, so that the membrane holds the
+// load on any mesh.
 //
 // The membrane's edges bow with the rotations, so a stress N across an edge of length l turns its
 // ends about the element's normal by moments bow N l l / 12. In a flat plate those of the neighbour
 // take them up; at a fold a part along the surface is left, and the load has to balance it.
-static halfrow curvedspread(const element& e, const flatshape& s) {
-    halfrow w = halfrow::Zero(9);
-    if (e.fold == nullptr) return w;
-    mat3 along;  // by columns the stress x, y, xy of a unit force along an edge
-    vec3 curve;
-    for (int k = 0; k < 3; ++k) {
-        const vec2 t = s.along[k];
-        along.col(k) << t.x() * t.x(), t.y() * t.y(), t.x() * t.y();
-        curve[k] = 2 * e.fold->bow[k] / (s.edge[k] * s.edge[k]);
-    }
-    const vec3 twice(1, 1, 2);
-    const vec3 shape = (along.transpose() * twice.asDiagonal()).inverse() * curve;
-    const double longest = *std::max_element(s.edge, s.edge + 3);
+static membraneload loadofmembrane(const element& e, const flatshape& s) {
+    membraneload load = {halfrow::Zero(3 * s.corners), 0};
+    if (e.fold == nullptr) return load;
+    const double* const bend = e.fold->bend;
+    mat2 curvature;
+    curvature << bend[0], bend[2], bend[2], bend[1];
+    const double longest = *std::max_element(s.edge, s.edge + s.corners);
     const double flat = 0.01 * e.curve / longest;  // a surface all but flat here bears no membrane
-    const double square = shape.dot(twice.cwiseProduct(shape));
-    const double most = std::max(square, flat * flat);
-    if (!(most > 0)) return w;
-    const vec3 stress = shape / most, parts = along.inverse() * stress;
-    const double area = flatarea(s);
-    for (int k = 0; k < 3; ++k) {
-        const int i = k, j = s.next(k);
-        const double share = parts[k] * curve[k];
-        for (const int c : {i, j}) w[3 * c] += share / 2 - square / most / 6;
-        const vec2 out(s.along[k].y(), -s.along[k].x());
-        const vec3 normal(out.x() * out.x(), out.y() * out.y(), 2 * out.x() * out.y());
-        const double across = stress.dot(normal) * e.fold->fold[k] * s.edge[k] / area;
-        const vec2 moment = edgebow(e, s, k) * across * s.edge[k] / 12 * out;
-        w.segment<2>(3 * i + 1) += moment;
-        w.segment<2>(3 * j + 1) -= moment;
+    const double square = curvature.squaredNorm(), most = std::max(square, flat * flat);
+    if (!(most > 0)) return load;
+    load.part = square / most;
+    const mat2 stress = curvature / (most * flatarea(s));
+    const vec2 slope(e.fold->slope[0], e.fold->slope[1]);
+    elmatrix force = elmatrix::Zero(1, 6 * s.corners);
+    for (int c = 0; c < s.corners; ++c) {
+        const vec2 across = (s.at[s.next(c)] - s.at[(c + s.corners - 1) % s.corners]) / 2;
+        force.block<1, 2>(0, 6 * c) = stress * vec2(across.y(), -across.x());
     }
-    return w;
+    if (s.corners == 4) addarms(s, force);
+    for (int c = 0; c < s.corners; ++c)
+        load.weight[3 * c] =
+            force.block<1, 2>(0, 6 * c).dot(curvature * s.at[c] - slope) + force(0, 6 * c + 2);
+    for (int k = 0; k < s.corners; ++k) {
+        const int i = k, j = s.next(k);
+        const vec2 out(s.along[k].y(), -s.along[k].x());
+        const double across = out.dot(stress * out) * e.fold->fold[k] * s.edge[k];
+        const vec2 moment = edgebow(e, s, k) * across * s.edge[k] / 12 * out;
+        load.weight.segment<2>(3 * i + 1) += moment;
+        load.weight.segment<2>(3 * j + 1) -= moment;
+    }
+    return load;
 }
 
-// Deflection at a place of the plane with this part of the cubic one; n: the shapes there.
-static halfrow deflection(const flatshape& s, const plate& bent, double cubic, const vec2& place,
-                          const surfaceshape& n) {
+// Deflection at a place of the plane with these parts of the cubic one and of the straight one; n:
+// the shapes there.
+static halfrow deflection(const flatshape& s, const plate& bent, double cubic, double straight,
+                          const vec2& place, const surfaceshape& n) {
     halfrow w = cubic * bent.deflection(place);
-    for (int c = 0; c < s.corners; ++c) w[3 * c] += (1 - cubic) * n.n[c];
+    for (int c = 0; c < s.corners; ++c) w[3 * c] += straight * n.n[c];
     return w;
 }
 
@@ -161,7 +169,7 @@ static elmatrix displacement(const element& e, const flatshape& s, const plate& 
                              const vec2& place) {
     const surfaceshape n = shapesat(s.corners, place);
     const double cubic = s.corners == 3 ? 1 : cubicpart(e, s);  // edges of triangles always bow
-    const halfrow w = deflection(s, bent, cubic, place, n);
+    const halfrow w = deflection(s, bent, cubic, 1 - cubic, place, n);
     elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
         rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
@@ -192,13 +200,15 @@ void spreadshell(const element& e, placedforces forces, elvector& f) {
     const flatshape s = flatten(e, meanaxes(e));
     const plate bent(e, s);
     const double cubic = cubicpart(e, s);
-    const bool curvedtriangle = s.corners == 3 && cubic < 1;
-    const halfrow curved = curvedtriangle ? curvedspread(e, s) : halfrow::Zero(3 * s.corners);
+    membraneload held = {halfrow::Zero(3 * s.corners), 0};
+    if (cubic < 1) held = loadofmembrane(e, s);
+    const double straight = (1 - cubic) * (1 - held.part);
     elmatrix work = elmatrix::Zero(1, 6 * s.corners);
     for (const auto& [place, force] : forces) {
         const vec3 local = s.axes * force;
         const surfaceshape n = shapesat(s.corners, place);
-        const halfrow w = deflection(s, bent, cubic, place, n) + (1 - cubic) * curved;
+        const halfrow w =
+            deflection(s, bent, cubic, straight, place, n) + (1 - cubic) * held.weight;
         for (int c = 0; c < s.corners; ++c) {
             work(0, 6 * c) += local.x() * n.n[c];
             work(0, 6 * c + 1) += local.y() * n.n[c];

@@ -9,6 +9,8 @@
 #include "tests/solver/everything.h"
 #include "tests/solver/verify.h"
 
+using grid = build::grid;
+
 // --- changes ------------------------------------------------------------------------------------
 
 // q: an orthogonal matrix; -1 of its determinant mirrors, which turns rotations and moments the
@@ -204,6 +206,63 @@ TEST(Invariance, NumbersOfNodesElementsAndFirstCornersDoNotMatter) {
             comparenodes(r, s, node, mat3::Identity(), lc);
             const double stress = stresssize(b, r, lc);
             EXPECT_NEAR(stresssize(t, s, lc), stress, 1e-7 * stress);
+        }
+    }
+}
+
+// A curved mesh on lines that nobody drew, of quadrilaterals, triangles or both, held at one end,
+// under forces at the other and a pressure.
+static build crookedshell(generator& random, int surface, double thickness) {
+    build b;
+    const int nx = 3 + int(random() % 6), ny = 1 + int(random() % 4);
+    const double turn = between(random, 0.5, 3);
+    const grid at =
+        b.mesh(typeshell4, b.plate(2e5, 0.3, thickness), nx, ny, [&](double r, double s) {
+            const double x = r + between(random, -0.15, 0.15) / nx;
+            const double y = s + between(random, -0.15, 0.15) / ny - 0.5, a = turn * x;
+            const vec3 places[] = {
+                {3 * x, y * std::cos(a), y * std::sin(a)},
+                {std::cos(a), std::sin(a), 2 * y},
+                {std::cos(a) * std::cos(y), std::sin(a) * std::cos(y), std::sin(y)},
+                {std::cos(a) * (2 + std::cos(y)), std::sin(a) * (2 + std::cos(y)), std::sin(y)},
+                {x, y, 0.3 * (x * x - y * y)}};
+            return places[surface];
+        });
+    const std::vector<elementdef> quads(b.m.elements.begin() + 1, b.m.elements.end());
+    const unsigned triangles = random() % 3;  // none, half of them, all
+    b.m.elements.resize(1);
+    for (const elementdef& q : quads)
+        b.quad(random() % 2 < triangles ? typeshell3 : typeshell4, 1,
+               {q.node[0], q.node[1], q.node[2], q.node[3]});
+    b.fix(at.left(), clamped);
+    b.spread(1, at.right(), 2, 1), b.spread(1, at.right(), 3, 1);
+    b.addcase();
+    b.pressall(2, 3, 1);
+    return b;
+}
+
+TEST(Invariance, NeitherSideNorFirstCornerOfAShellMatters) {
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        generator random(seed);
+        const build b = crookedshell(random, int(seed % 5), seed % 2 ? 0.1 : 0.01);
+        build one = b, other = b;
+        for (int e = 1; e <= b.m.nelems(); ++e) {
+            elementdef& def = other.m.elements[std::size_t(e)];
+            int* const end = def.node + kindof(def.type).nodes;
+            std::rotate(def.node, def.node + random() % 3, end);
+            if (random() % 2) continue;
+            std::reverse(def.node, end);
+            other.m.cases[2].element[std::size_t(e) - 1].value *= -1;
+        }
+        const results r = one.solve(), s = other.solve();
+        EXPECT_EQ(one.log.warnings().size(), other.log.warnings().size()) << seed;
+        for (int lc = 1; lc <= 2; ++lc) {
+            double most = 0, apart = 0;
+            for (int n = 1; n <= b.m.nnodes(); ++n) {
+                most = std::max(most, movedby(r, lc, n).norm());
+                apart = std::max(apart, (movedby(s, lc, n) - movedby(r, lc, n)).norm());
+            }
+            EXPECT_LT(apart, 1e-9 * most) << "seed " << seed << " case " << lc;
         }
     }
 }

@@ -97,6 +97,7 @@ nodegraph ownergraph(const model& m, const dofmap& d, std::vector<int>& list, wh
     nodegraph graph;
     graph.start.push_back(0);
     for (const int owner : list) {
+        graph.at.push_back(m.nodes[std::size_t(owner)]);
         const std::size_t begin = graph.neighbour.size();
         seen[std::size_t(owner)] = owner;
         for (auto i = start[std::size_t(owner)]; i < start[std::size_t(owner) + 1]; ++i) {

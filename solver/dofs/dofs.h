@@ -19,6 +19,7 @@ double modelsize(const model& m);
 struct nodegraph {
     std::vector<std::int64_t> start;
     std::vector<int> neighbour;
+    std::vector<vec3> at;  // where each stands; empty where that is not known
     int size() const { return int(start.size()) - 1; }
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A symmetric matrix as CHOLMOD reads it: a triangle by columns, rows ascending.
+// Matrices and graphs as CHOLMOD reads them: a triangle by columns, rows ascending.
 #pragma once
 
 #include <cholmod.h>
@@ -31,4 +31,23 @@ inline cholmod_sparse upperview(const std::vector<int>& start, const std::vector
     cholmod_sparse view = lowerview(start, row);
     view.stype = 1;
     return view;
+}
+
+// The upper triangle of a graph by columns, each with its diagonal as the last row.
+struct uppergraph {
+    std::vector<int> start, row;
+    int size() const { return int(start.size()) - 1; }
+};
+
+// What work(matrix, numbers, c) makes of it, a number a vertex; empty where it fails.
+template <typename Work>
+std::vector<int> bycholmod(const uppergraph& graph, Work work) {
+    cholmod_common c;
+    cholmod_start(&c);
+    c.print = 0;
+    cholmod_sparse view = upperview(graph.start, graph.row);
+    std::vector<int> numbers(std::size_t(graph.size()));
+    if (!work(view, numbers.data(), c) || c.status < CHOLMOD_OK) numbers.clear();
+    cholmod_finish(&c);
+    return numbers;
 }

@@ -11,10 +11,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <csignal>
 
 #include "solver/base/parallel.h"
-#include "solver/equations/cholmodview.h"
 #include "solver/processes/ranks.h"
 
 static const int worthparting = 20000;  // vertices
@@ -62,18 +62,7 @@ static part takepart(const uppergraph& whole, const std::vector<int>& side, int 
     return p;
 }
 
-// What work(matrix, numbers, c) makes of it, a number a vertex; empty where it fails.
-template <typename Work>
-static std::vector<int> bycholmod(const uppergraph& graph, Work work) {
-    cholmod_common c;
-    cholmod_start(&c);
-    c.print = 0;
-    cholmod_sparse view = upperview(graph.start, graph.row);
-    std::vector<int> numbers(std::size_t(graph.size()));
-    if (!work(view, numbers.data(), c) || c.status < CHOLMOD_OK) numbers.clear();
-    cholmod_finish(&c);
-    return numbers;
-}
+static std::vector<int> dissect(const uppergraph& graph);
 
 // A process that orders the part and ends; -1 where there is none.
 static pid_t startprocess(const part& p, const sharednumbers& order) {
@@ -111,12 +100,27 @@ static std::vector<int> dissectwhole(const uppergraph& graph) {
     });
 }
 
-std::vector<int> dissect(const uppergraph& graph) {
+std::vector<int> bisect(const uppergraph& graph) {
+    return bycholmod(graph, [](cholmod_sparse& a, int* sides, cholmod_common& c) {
+        return cholmod_bisect(&a, nullptr, 0, 0, sides, &c) >= 0;
+    });
+}
+
+double cutworth(double left, double right, double separator) {
+    return left > 0 && right > 0 ? separator * (1 / left + 1 / right) : INFINITY;
+}
+
+double cutworth(const std::vector<int>& side) {
+    const auto count = [&](int wanted) { return double(std::ranges::count(side, wanted)); };
+    return cutworth(count(0), count(1), count(2));
+}
+
+static std::vector<int> dissect(const uppergraph& graph) {
+    return graph.size() <= worthparting ? dissectwhole(graph) : dissect(graph, bisect(graph));
+}
+
+std::vector<int> dissect(const uppergraph& graph, const std::vector<int>& side) {
     if (graph.size() <= worthparting) return dissectwhole(graph);
-    const std::vector<int> side =
-        bycholmod(graph, [](cholmod_sparse& a, int* sides, cholmod_common& c) {
-            return cholmod_bisect(&a, nullptr, 0, 0, sides, &c) >= 0;
-        });
     if (side.empty()) return {};
     const part left = takepart(graph, side, 0), right = takepart(graph, side, 1);
     if (left.vertex.empty() || right.vertex.empty()) return dissectwhole(graph);

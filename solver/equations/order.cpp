@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The orderings by AMD and METIS by way of CHOLMOD, which tells what each would cost.
+// The orderings by AMD, METIS and planes; CHOLMOD tells what each would cost.
 // State: other libraries that dissect, and the one in use.
 #include "solver/equations/order.h"
 
@@ -9,8 +9,7 @@
 #include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
 #include "solver/base/termwatch.h"
-#include "solver/equations/cholmodview.h"
-#include "solver/equations/dissect.h"
+#include "solver/equations/planes.h"
 
 namespace {
 struct orderresult {
@@ -65,6 +64,19 @@ static orderresult tryorder(cholmod_sparse& graph, int method, std::vector<int> 
     return result;
 }
 
+// Planes order a mesh of rows as well as METIS does, which is told by the cuts of both through the
+// whole, side being the one of METIS, and through small parts.
+static bool aregood(const planeorder& planes, const std::vector<int>& side) {
+    const double nearly = 1.01;
+    double ours = 0, theirs = 0;
+    if (!(planes.firstcut <= nearly * cutworth(side))) return false;
+    for (const planeorder::trial& one : planes.trials) {
+        ours += one.worth;
+        theirs += cutworth(bisect(one.graph));
+    }
+    return ours <= nearly * theirs;
+}
+
 std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     const int n = graph.size();
     if (n == 0) return {};
@@ -79,19 +91,27 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     }
     cholmod_sparse a = upperview(upper.start, upper.row);
     const int dissectfrom = 200;  // nodes; below it the choice does not matter
+    const bool bymetis = current == "metis";
     orderresult degree, dissected;
-    {
-        const termwatch watch;
-        parallelpieces(n < dissectfrom ? 1 : 2, 1, [&](int first, int last, int) {
-            for (int i = first; i < last; ++i)
-                if (i == 0)
-                    degree = tryorder(a, CHOLMOD_AMD);
-                else
-                    dissected =
-                        tryorder(a, CHOLMOD_GIVEN,
-                                 current == "metis" ? dissect(upper) : dissectors[current](graph));
-        });
-    }
+    std::vector<int> side;  // by the first cut of METIS
+    planeorder planes;
+    const termwatch watch;
+    parallelpieces(n < dissectfrom ? 1 : 3, 1, [&](int first, int last, int) {
+        for (int i = first; i < last; ++i) {
+            if (i == 0)
+                degree = tryorder(a, CHOLMOD_AMD);
+            else if (i == 1 && bymetis)
+                side = bisect(upper);
+            else if (i == 2 && bymetis && !graph.at.empty())
+                planes = orderbyplanes(graph, upper);
+        }
+    });
+    const bool byplanes = aregood(planes, side);
+    if (n >= dissectfrom)
+        dissected = tryorder(a, CHOLMOD_GIVEN,
+                             byplanes  ? planes.order
+                             : bymetis ? dissect(upper, side)
+                                       : dissectors[current](graph));
     const bool usedegree = dissected.order.empty() || degree.operations <= dissected.operations;
     const auto words = [](const char* name, const orderresult& r) {
         char text[100];
@@ -100,7 +120,9 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
         return std::string(text);
     };
     told = "Order of nodes: " + words("minimum degree", degree);
-    if (!dissected.order.empty()) told += ", " + words("nested dissection", dissected);
+    if (!dissected.order.empty())
+        told +=
+            ", " + words(byplanes ? "nested dissection by planes" : "nested dissection", dissected);
     told += usedegree ? "; minimum degree taken" : "; nested dissection taken";
     if (usedegree && degree.order.empty()) refuse("Not enough memory to order the equations");
     return usedegree ? degree.order : dissected.order;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <Eigen/Geometry>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -122,6 +123,76 @@ TEST(Factor, LargeGraphsAreOrderedAlikeByAnyNumberOfThreads) {
         std::sort(sorted.begin(), sorted.end());
         std::iota(all.begin(), all.end(), 0);
         ASSERT_EQ(sorted, all);
+    }
+}
+
+// Separators of planes cost no more than those that METIS finds, where they are taken; and they are
+// taken on meshes of rows, whichever way these lie, not where rows are the wrong separators.
+TEST(Factor, PlanesOrderMeshesOfRowsAloneAndNoWorse) {
+    const threadsback back;
+    enum { rows, bars, rolled, loose, onepoint };
+    const struct {
+        const char* name;
+        int nx, ny, nz, kind;
+        bool taken;
+    } cases[] = {
+        {"plate", 90, 70, 1, rows, true},
+        {"solid", 18, 14, 10, rows, true},
+        {"lattice of bars", 200, 200, 1, bars, false},
+        {"sheet rolled up", 400, 30, 1, rolled, false},
+        {"plate without rows", 90, 70, 1, loose, false},
+        {"all at one point", 40, 20, 1, onepoint, false},
+    };
+    const auto costof = [](const nodegraph& g, bool& byplanes) {
+        std::string told;
+        dofmap d;
+        const std::vector<int> order = ordernodes(g, told);
+        byplanes = told.find("by planes") != std::string::npos;
+        d.unknowncount.assign(order.size(), 1);
+        d.firstunknown.resize(order.size());
+        std::iota(d.firstunknown.begin(), d.firstunknown.end(), 0);
+        d.unknowns = int(order.size());
+        factor l;
+        l.analyse(makepattern(d, g, order));
+        return l.operations();
+    };
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> jump(-0.6, 0.6);
+    const Eigen::AngleAxisd oblique(0.6, vec3(1, 2, 3).normalized());
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        nodegraph g = boxgraph(c.nx, c.ny, c.nz), other;
+        other.start.push_back(0);
+        for (int n = 0; n < g.size(); ++n) {
+            const vec3 x(n % c.nx, n / c.nx % c.ny, n / c.nx / c.ny);
+            const double turns = 5, angle = turns * 2 * EIGEN_PI * x.x() / c.nx;
+            vec3 place = x;
+            if (c.kind == rolled)
+                place = {(9 + angle) * std::cos(angle), (9 + angle) * std::sin(angle), x.y()};
+            if (c.kind == loose) place += vec3(jump(random), jump(random), 0);
+            if (c.kind == onepoint) place.setZero();
+            g.at.push_back(vec3(1e5, -2e5, 0) + oblique * place);
+            for (auto i = g.start[std::size_t(n)]; i < g.start[std::size_t(n) + 1]; ++i) {
+                const int way = std::abs(g.neighbour[std::size_t(i)] - n);
+                if (c.kind != bars || way == 1 || way == c.nx || way == c.nx * c.ny)
+                    other.neighbour.push_back(g.neighbour[std::size_t(i)]);
+            }
+            other.start.push_back(std::int64_t(other.neighbour.size()));
+        }
+        g.start = other.start;
+        g.neighbour = other.neighbour;
+        std::vector<double> costs;
+        bool taken = false;
+        for (const int count : {1, 2}) {
+            setthreads(count);
+            costs.push_back(costof(g, taken));
+            EXPECT_EQ(taken, c.taken);
+        }
+        EXPECT_EQ(costs[0], costs[1]) << "by the number of threads";
+        g.at.clear();
+        const double search = costof(g, taken);
+        EXPECT_FALSE(taken);
+        EXPECT_LE(costs[0], 1.03 * search);
     }
 }
 

@@ -105,12 +105,12 @@ static mat2 tensor(const double* xxyyxy) {
 // In model axes.
 static mat3 curvatureof(const model& m, const settings& s, int e) {
     const mat3 axes = meanaxes(elementat(m, s, e));
-    return axes.topRows<2>().transpose() * tensor(m.fold[std::size_t(e)].bend) * axes.topRows<2>();
+    return axes.topRows<2>().transpose() * curvatureof(m.fold[std::size_t(e)]) * axes.topRows<2>();
 }
 
 double roundness(const model& m, int e) {
     if (m.fold.empty()) return 0;
-    const mat2 bend = tensor(m.fold[std::size_t(e)].bend);
+    const mat2 bend = curvatureof(m.fold[std::size_t(e)]);
     const double all = bend.squaredNorm();
     return all > 0 ? 2 * std::fabs(bend.determinant()) / all : 0;
 }

@@ -24,6 +24,13 @@ struct flatshape {
 };
 flatshape flatten(const element& e, const mat3& axes);
 
+// Curvature of the surface in the mean axes.
+inline mat2 curvatureof(const edgefold& f) {
+    mat2 curvature;
+    curvature << f.bend[0], f.bend[2], f.bend[2], f.bend[1];
+    return curvature;
+}
+
 double flatarea(const flatshape& s);
 vec2 flatat(const flatshape& s, const surfaceshape& n);  // place in the plane
 

@@ -9,6 +9,7 @@
 
 #include "solver/elements/bending.h"
 #include "solver/elements/drill.h"
+#include "solver/elements/gausscurvature.h"
 
 void checkshell(const element& e) {
     const double mostwarp = 0.3;  // corner height over element size
@@ -24,9 +25,9 @@ void stiffenplate(const element& e, elmatrix& k) {
 }
 
 namespace {
-// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, and curve,
-// whether there is slip, and nodes. Folds of the edges count for loads alone.
-using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 3>;
+// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, and
+// curve and curvature, whether there is slip, and nodes. Folds of the edges count for loads alone.
+using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 6>;
 
 // The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
 // to the last bit, and repeat themselves after one or two.
@@ -63,6 +64,8 @@ static shellkey keyof(const element& e, const flatshape& s) {
     next = std::copy_n(e.g->field, groupfields + 1, key.data() + 9 + 3 * mostnodes);
     if (e.slip != nullptr) std::copy(e.slip->begin(), e.slip->end(), next);
     next += mostnodes;
+    if (e.fold != nullptr) std::copy_n(e.fold->bend, 3, next);
+    next += 3;
     *next++ = e.curve;
     *next++ = e.slip != nullptr;
     *next++ = e.nodes;
@@ -86,8 +89,9 @@ void stiffenshell(const element& e, elmatrix& k) {
     const flatshape s = flatten(e, meanaxes(e));
     workoralike(e, s, k, [&](elmatrix& whole) {
         whole.setZero(6 * e.nodes, 6 * e.nodes);
-        addhalf(plate(e, s).stiffness(), bendingdofs, whole);
-        halfmatrix membrane;
+        halfmatrix bending = plate(e, s).stiffness(), membrane;
+        if (e.nodes == 4) addgausscurvature(e, s, bending);
+        addhalf(bending, bendingdofs, whole);
         stiffendrilling(e, s, membrane);
         addhalf(membrane, membranedofs, whole);
         tonodes(s, whole);
@@ -125,9 +129,7 @@ struct membraneload {
 static membraneload loadofmembrane(const element& e, const flatshape& s) {
     membraneload load = {halfrow::Zero(3 * s.corners), 0};
     if (e.fold == nullptr) return load;
-    const double* const bend = e.fold->bend;
-    mat2 curvature;
-    curvature << bend[0], bend[2], bend[2], bend[1];
+    const mat2 curvature = curvatureof(*e.fold);
     const double longest = *std::max_element(s.edge, s.edge + s.corners);
     const double flat = 0.01 * e.curve / longest;  // a surface all but flat here bears no membrane
     const double square = curvature.squaredNorm(), most = std::max(square, flat * flat);

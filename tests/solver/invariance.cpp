@@ -297,5 +297,14 @@ TEST(Invariance, ShellsThatDifferInOneThingHaveMatricesOfTheirOwn) {
                 EXPECT_EQ(after, before) << type << ' ' << i;
             }
         }
+        if (type == typeshell3) continue;
+        edgefold over;
+        over.bend[0] = 0.01;
+        element folded = plain;
+        folded.fold = &over;
+        elmatrix before, after;
+        kindof(type).stiffness(plain, before);
+        kindof(type).stiffness(folded, after);
+        EXPECT_GT((after - before).norm(), 1e-6 * before.norm());
     }
 }

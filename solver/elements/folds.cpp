@@ -116,11 +116,11 @@ double roundness(const model& m, int e) {
 }
 
 // The paraboloid through the corners that comes nearest to those beyond the edges. What they leave
-// open, at the ends of the surface, bows from corner to corner as little beside the guess as can
-// be. Worked out over the middle lines, in which no element is slender.
+// open, at the ends of the surface, is as little curved beside the guess as can be. Worked out over
+// the middle lines, in which no element is slender.
 static void fitsurface(const model& m, const element& e, const edgeneighbours& neighbours,
                        const mat3& guess, edgefold& fold) {
-    const int unknowns = 6, most = 3 * mostnodes + 6;
+    const int unknowns = 6, most = 3 * mostnodes + 3;
     Eigen::Matrix<double, most, unknowns> rows = Eigen::Matrix<double, most, unknowns>::Zero();
     Eigen::Matrix<double, most, 1> heights = Eigen::Matrix<double, most, 1>::Zero();
     const flatshape s = flatten(e, meanaxes(e));
@@ -141,14 +141,15 @@ static void fitsurface(const model& m, const element& e, const edgeneighbours& n
         const further next = beyond(m, e, k, neighbours[std::size_t(k)]);
         for (int i = 0; i < next.corners; ++i) meet(unrolled(e, k, normal, next.corner[i]), 1);
     }
+    mat3 curvature;  // by columns xx, yy and root 2 xy of a unit of the last unknowns
+    for (int k = 0; k < 3; ++k) {
+        const mat2 unit = back * tensor(vec3::Unit(k).eval().data()) * back.transpose();
+        curvature.col(k) << unit(0, 0), unit(1, 1), std::sqrt(2.0) * unit(0, 1);
+    }
     const bool whole = std::count(neighbours.begin(), neighbours.begin() + e.nodes, 0) == 0;
-    const double little = whole ? 1e-3 : 1e-2;  // of what the heights weigh
-    for (int k = 0; k < e.nodes; ++k)
-        for (int l = 0; l < k; ++l) {
-            const vec2 p = back.transpose() * (s.at[l] - s.at[k]);
-            rows.row(count++).tail<3>() << p.x() * p.x(), p.y() * p.y(), 2 * p.x() * p.y();
-            rows.row(count - 1) *= little / 2;
-        }
+    const double little = whole ? 1e-4 : 1e-3;  // of what the heights weigh
+    const double width = flatarea(s) / *std::max_element(s.edge, s.edge + e.nodes);
+    rows.block<3, 3>(count, 3) = little * width * width * curvature;
     const Eigen::Matrix<double, unknowns, 1> found = rows.householderQr().solve(heights);
     const vec2 slope = back * found.segment<2>(1);
     const mat2 bend = guessed + back * tensor(found.data() + 3) * back.transpose();

@@ -161,9 +161,31 @@ TEST(Shells, MembraneHoldsAPressureOnCurvedSurfaces) {
         for (const auto& [nx, ny] : {std::pair(32, 1), {4, 2}, {8, 4}, {32, 16}})
             EXPECT_LT(bendingofcylinder(nx, ny, 0, way), way == everyother ? 0.03 : 0.01) << nx;
         EXPECT_LT(bendingofcylinder(8, 4, 0.05, way), 0.06);
-        EXPECT_LT(bendingofcylinder(16, 8, 0.05, way), 0.03);
+        EXPECT_LT(bendingofcylinder(16, 8, 0.05, way), way == everyother ? 0.04 : 0.03);
         for (const int n : {2, 4, 8}) EXPECT_LT(bendingofsphere(n, 0.1, way), 0.08) << n;
     }
+}
+
+// A quarter of a ring of one row of elements, as long as wide or ten times that, free at both ends:
+// what holds the pressure shows nowhere but along it.
+TEST(Shells, RingsOfOneRowWidenUnderPressure) {
+    const double radius = 100, pressure = 0.1, modulus = 2e5;
+    const int n = 16;
+    for (const diagonals way : {oneway, otherway, crosswise, quadrilaterals})
+        for (const double length : {10.0, 100.0})
+            for (const double thickness : {1.0, 0.3}) {
+                build b;
+                const grid at = b.mesh(
+                    typeshell4, b.plate(modulus, 0.3, thickness), n, 1,
+                    [&](double r, double s) { return around(radius, right * r, length * s); });
+                cut(b, way);
+                b.fix(at.left(), {2, 4, 6}), b.fix(at.right(), {1, 5, 6}), b.fix(at.bottom(), {3});
+                b.pressall(1, 3, pressure);
+                const double truth =
+                    pressure * radius * radius / (modulus * thickness) * std::cos(right / n / 2);
+                EXPECT_NEAR(moved(solvebalanced(b), 1, at.number(0, 0), 1), truth, 0.01 * truth)
+                    << way << ' ' << length << ' ' << thickness;
+            }
 }
 
 // A web that ends in the middle of a plate, upright or leaning, and one that crosses it.

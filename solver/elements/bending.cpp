@@ -44,7 +44,7 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        const double phi = double(slip[std::size_t(k)]);
+        const double phi = std::fabs(double(slip[std::size_t(k)]));
         halfrow& row = bow[k];
         row.setZero(3 * s.corners);
         const double factor = -1.5 / (length * (1 + phi));

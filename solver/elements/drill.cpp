@@ -151,6 +151,19 @@ static void addflexibility(const stressset& modes, const mat3& compliance,
     }
 }
 
+// Forces that pull at the end of a strip reach it at two corners, without the moments F l / 12 that
+// an even stress turns the ends of a bowed edge by, and bow it instead. So to even stress such an
+// edge bows about its mean place: its forces are then those of a straight one. The other stresses
+// feel its bow, and long edges, bent with the strip, bow as ever.
+static void endstraight(const flatshape& s, int k, isostatic& h) {
+    const vec2 n(s.along[k].y(), -s.along[k].x());
+    const vec3 across =
+        h.frame.turn.transpose() * vec3(n.x() * n.x(), n.y() * n.y(), 2 * n.x() * n.y());
+    const vec3 moment = s.edge[k] * s.edge[k] / 12 * across;
+    h.work.block<3, 1>(0, 3 * k + 2) += moment;
+    h.work.block<3, 1>(0, 3 * s.next(k) + 2) -= moment;
+}
+
 // Work of the stresses at x of 0..1 along edge k.
 static void addwork(const flatshape& s, int k, double x, double weight, bool straight,
                     isostatic& h) {
@@ -198,6 +211,8 @@ static isostatic makeisostatic(const element& e, const flatshape& s, double part
             const gausspoint& g = gausspoints(points)[i];
             addwork(s, k, (1 + g.at) / 2, g.weight * s.edge[k] / 2, part < 1, h);
         }
+    for (int k = 0; k < 4; ++k)
+        if (isendedge(e, k)) endstraight(s, k, h);
     divide(flexibility, s, compliance, h);
     return h;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a triangle knows of its edges by the elements there. To spare memory these are bits in the
-// fourth value of its slip, for which it has no edge.
+// What a triangle or quadrilateral knows of its edges by the elements there. To spare memory these
+// are bits in the fourth value of a triangle's slip, for which it has no edge, and the sign of a
+// quadrilateral's.
 #pragma once
 
 #include "solver/elements/element.h"
@@ -19,4 +20,8 @@ inline bool meetsquadrilateral(const element& e, int edge) {
 // Whether the triangle alone has the edge and nothing holds or stiffens the rotations there.
 inline bool isfreeedge(const element& e, int edge) {
     return hasbit(e, freebit, edge);
+}
+// Whether a quadrilateral alone has the edge and both its ends, as at the tip of a strip.
+inline bool isendedge(const element& e, int edge) {
+    return e.nodes == 4 && e.slip && (*e.slip)[std::size_t(edge)] < 0;
 }

@@ -130,9 +130,24 @@ static bool isfree(const model& m, const elementdef& e, int both) {
     return free;
 }
 
-// others: those at the same edge, with one among them; held: at both ends.
+// By node: whether one element alone has it.
+static std::vector<char> lonenodes(const model& m) {
+    std::vector<char> count(m.nodes.size(), 0);
+    for (const elementdef& e : m.elements) {
+        const int nodes = factsof(e.type).nodes;
+        for (int k = 0; k < nodes && nodes > 1; ++k) {
+            char& here = count[std::size_t(e.node[k])];
+            here = char(std::min(here + 1, 2));
+        }
+    }
+    for (char& here : count) here = here == 1;
+    return count;
+}
+
+// others: those at the same edge, with one among them; held: at both ends; lone: no other element
+// has either end.
 static void shareedge(model& m, const side& one, std::span<const side> others,
-                      const std::vector<edgeslip>& own, int held) {
+                      const std::vector<edgeslip>& own, int held, bool lone) {
     double sum = 0;
     int count = 0;
     bool quadrilateral = false;
@@ -144,7 +159,8 @@ static void shareedge(model& m, const side& one, std::span<const side> others,
     }
     const elementdef& e = m.elements[std::size_t(one.element)];
     edgeslip& slip = m.slip[std::size_t(one.element)];
-    slip[std::size_t(one.edge)] = float(sum / count);
+    const bool end = lone && e.type == typeshell4;
+    slip[std::size_t(one.edge)] = float((end ? -1 : 1) * sum / count);
     int bits = 0;
     if (quadrilateral && e.type == typeshell3) bits |= meetingbit << one.edge;
     const bool triangle = e.type == typeshell3 || e.type == typeplate3;
@@ -166,14 +182,15 @@ void measureedges(model& m, const settings& s) {
     });
     const sidelist list = listsides(m);
     foldshells(m, s, list);
-    const std::vector<char> held = heldturns(m);
+    const std::vector<char> held = heldturns(m), lone = lonenodes(m);
     m.slip = own;
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
         for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
             const std::span<const side> here(list.sides.data() + list.start[n],
                                              list.start[n + 1] - list.start[n]);
             for (const side& one : here)
-                shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)]);
+                shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)],
+                          lone[n] && lone[std::size_t(one.far)]);
         }
     });
 }

@@ -160,6 +160,27 @@ TEST(Patch, RandomMeshesAreExact) {
 }
 
 // Supports that only move the structure; loads that balance each other: reactions of nothing.
+// Of elements that lean, with oblique ends: the forces reach them without moments.
+TEST(Patch, StripsPulledAtTheirCornersStretchEvenly) {
+    std::mt19937 random(12);
+    std::uniform_real_distribution<double> some(-0.3, 0.3);
+    build b;
+    const int n = 5;
+    const double thickness = 0.1, stress = 100;
+    const build::grid at =
+        b.mesh(typeshell4, b.plate(1e6, 0.25, thickness), n, 1,
+               [&](double r, double s) { return vec3(n * r + some(random), s, 0); });
+    b.fixall({3, 4, 5});
+    b.fix(at.left(), {1}), b.fix(at.number(0, 0), {2});
+    for (const int node : at.right()) b.load(1, node, 1, stress * thickness / 2);
+    const results r = b.solve();
+    for (int c = 0; c < r.plates.corners; ++c) {
+        const mat3 here = planetensor(r.plates.of(1, c));
+        EXPECT_NEAR(here.trace(), stress, 1e-8 * stress) << c;
+        EXPECT_NEAR(here.norm(), stress, 1e-8 * stress) << c;
+    }
+}
+
 TEST(Patch, ReactionsOfNothingAreNotWarnedAbout) {
     build b;
     const build::grid at = b.mesh(

@@ -256,7 +256,7 @@ TEST(Verification, StraightBeamOfShells) {
                                  "twisted"};
     const double printed[] = {3e-5, 0.1081, 0.4321, 0.03208};
     const double truth[] = {3e-5, 0.1081, 0.4321, twistedtip};
-    const double quads[] = {0.015, 0.015, 0.03, 0.02}, bentflat[] = {0.06, 0.03, 0.27};
+    const double quads[] = {0.01, 0.015, 0.03, 0.02}, bentflat[] = {0.06, 0.03, 0.27};
     for (const int type : {typeshell4, typeshell3})
         for (int shape = 0; shape < 3; ++shape) {
             const double triangles[] = {0.01, bentflat[shape], 0.03, 0.02};

@@ -38,9 +38,11 @@ class besidefile {
     void createelsewhere(const std::string& reason);
     void overwrite();
     void release();
+    void reserve(std::size_t n);
     std::string final, beside;
     int file = -1;
     bool inplace = false, failed = false;
+    long long written = 0, reserved = 0;  // bytes; reserved is 0 while no room was asked for
 };
 
 // A link is followed, so that the file it points to is the one replaced.

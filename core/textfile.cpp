@@ -16,7 +16,9 @@
 namespace fs = std::filesystem;
 
 static const double mostcount = 2e9;            // larger counts can only come from a damaged file
-static const std::size_t writeblock = 1 << 16;  // bytes gathered before they go to the file
+// Bytes that go to the file at once. Whole ones from a multiple of their size on are pages of the
+// system's cache that it keeps at hand; larger and odd ones take longer.
+static const std::size_t writeblock = 1 << 15;
 
 // Throws errfilenotfound or errpathaccess. size: out, of the file, 0 where it tells none.
 static filehandle opened(const std::string& path, std::size_t& size) {
@@ -382,16 +384,19 @@ double textin::share() const {
 }
 
 textout::textout(const std::string& path) : beside(path) {
-    buffer.resize(writeblock);
+    buffer.resize(writeblock + longestnumber);
 }
 
+// What is beyond a whole block stays.
 void textout::flush() {
-    beside.write(buffer.data(), used);
-    used = 0;
+    const std::size_t n = std::min(used, writeblock);
+    beside.write(buffer.data(), n);
+    used -= n;
+    std::memmove(buffer.data(), buffer.data() + n, used);
 }
 
-char* textout::room(std::size_t n) {
-    if (used + n > buffer.size()) flush();
+char* textout::numberroom() {
+    if (used >= writeblock) flush();
     return buffer.data() + used;
 }
 
@@ -401,7 +406,7 @@ textout& textout::putreal(Real number) {
         throw runtimeerror{erroverflow, beside.target() +
                                             " was not written, its former content stands: " +
                                             "a value is too large for a number"};
-    char* const p = room(longestnumber);
+    char* const p = numberroom();
     used += std::size_t(writenumber(p, number) - p);
     return *this;
 }
@@ -415,20 +420,15 @@ textout& textout::put(double number) {
 }
 
 textout& textout::put(long number) {
-    char* const p = room(longestnumber);
+    char* const p = numberroom();
     used += std::size_t(writenumber(p, number) - p);
     return *this;
 }
 
 textout& textout::raw(std::string_view text) {
-    if (const std::size_t large = writeblock / 4; text.size() > large) {  // no copy of it first
-        flush();
-        beside.write(text.data(), text.size());
-        return *this;
-    }
     while (!text.empty()) {
-        if (used == buffer.size()) flush();
-        const std::size_t n = std::min(text.size(), buffer.size() - used);
+        if (used >= writeblock) flush();
+        const std::size_t n = std::min(text.size(), writeblock - used);
         std::memcpy(buffer.data() + used, text.data(), n);
         used += n;
         text.remove_prefix(n);
@@ -446,7 +446,7 @@ textout& textout::quoted(std::string_view text) {
 }
 
 void textout::close() {
-    flush();
+    while (used > 0) flush();
     beside.finish();
 }
 

@@ -124,7 +124,7 @@ class textout {
   private:
     template <typename Real>
     textout& putreal(Real number);
-    char* room(std::size_t n);
+    char* numberroom();
     void flush();
     besidefile beside;
     std::vector<char> buffer;

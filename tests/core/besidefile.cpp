@@ -3,8 +3,10 @@
 // leave.
 #include "core/besidefile.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/runtime.h"
@@ -40,6 +42,26 @@ TEST(Besidefile, IsItsWritersOwnAndNeverALink) {
     EXPECT_NE(one.path(), other.path());
     EXPECT_FALSE(besidemark(one.path()).empty());
     EXPECT_FALSE(fs::is_symlink(one.path()));
+}
+
+// Pieces of any length, past the places where room is reserved; a small file takes none.
+TEST(Besidefile, ALargeFileIsWholeAndKeepsNoRoomThatItDoesNotFill) {
+    sessionroom room;
+    for (const std::size_t size : {100000U, 3000001U}) {
+        std::string content;
+        besidefile out(room.file("a"));
+        for (std::size_t n = 1; content.size() < size; n = n * 7 % 40009) {
+            const std::string piece(std::min(n, size - content.size()), char('a' + n % 26));
+            out.write(piece.data(), piece.size());
+            content += piece;
+        }
+        out.replacetarget();
+        EXPECT_TRUE(contentof(room.file("a")) == content) << size;
+        struct stat now {};
+        ASSERT_EQ(stat(room.file("a").c_str(), &now), 0);
+        const std::size_t unit = 512, page = 1 << 16;
+        EXPECT_LE(std::size_t(now.st_blocks) * unit, size + page);
+    }
 }
 
 // As a user without rights, since root may write into any folder.

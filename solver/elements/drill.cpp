@@ -271,6 +271,7 @@ struct optimal {
 }  // namespace
 
 double edgebow(const element& e, const flatshape& s, int edge) {
+    if (isendedge(e, edge)) return 0;  // to even stress, see endstraight
     return e.nodes == 4 || meetsquadrilateral(e, edge) ? followed(e, s) : 1.5;
 }
 

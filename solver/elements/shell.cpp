@@ -166,12 +166,11 @@ static halfrow deflection(const flatshape& s, const plate& bent, double cubic, d
     return w;
 }
 
-// Rows u1 u2 u3 at a place of the plane.
-static elmatrix displacement(const element& e, const flatshape& s, const plate& bent,
-                             const vec2& place) {
+// Rows u1 u2 u3 at a place of the plane. What moves follows the cubic deflection on curved surfaces
+// too: the straight one has up to (n h / R)^2 / 6 less mass in n waves around a cylinder.
+static elmatrix displacement(const flatshape& s, const plate& bent, const vec2& place) {
     const surfaceshape n = shapesat(s.corners, place);
-    const double cubic = s.corners == 3 ? 1 : cubicpart(e, s);  // edges of triangles always bow
-    const halfrow w = deflection(s, bent, cubic, 1 - cubic, place, n);
+    const halfrow w = bent.deflection(place);
     elmatrix rows = elmatrix::Zero(3, 6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
         rows(0, 6 * c) = rows(1, 6 * c + 1) = n.n[c];
@@ -188,7 +187,7 @@ void massshell(const element& e, elmatrix& m) {
     for (const surfacepoint& p : surfacepoints(e.nodes, 7)) {
         const surfaceshape n = shapesat(e.nodes, p.place);
         const double weight = density * thickness * p.weight * surfacenormal(e, n).norm();
-        const elmatrix u = displacement(e, s, bent, p.place);
+        const elmatrix u = displacement(s, bent, p.place);
         m.noalias() += weight * u.transpose() * u;
         for (int i = 0; i < e.nodes; ++i)
             for (int j = 0; j < e.nodes; ++j)

@@ -35,11 +35,11 @@ void absentloads::addothers() {
 }
 
 caseloads::caseloads(const model& whole, const settings& set, int lc)
-    : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, false) {}
+    : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, inertia::spread) {}
 
 caseloads::caseloads(const model& whole, const settings& set, const loadcase& one, int lc,
-                     bool pointsalone)
-    : m(whole), s(set), c(one), number(lc), pointmasses(pointsalone), sea(whole, set, one) {
+                     inertia of)
+    : m(whole), s(set), c(one), number(lc), masses(of), sea(whole, set, one) {
     uniform = rotation = centre = vec3::Zero();
     accelerated = c.type >= caseaccx && c.type <= caseaccrz;
     if (accelerated) {
@@ -119,10 +119,34 @@ bool caseloads::rowsonelement(const element& e, elvector& f) const {
     return any;
 }
 
+// The mass of a quadrilateral is spread as its other loads are, so that a curved shell carries its
+// weight by its membrane. The edges of triangles bow as their mass does, which does the same there.
+void caseloads::weighplate(const element& e, elvector& f) const {
+    const int most = 9;  // points of the rule
+    placedforce forces[most];
+    std::size_t count = 0;
+    const double thickness = e.field(fieldthickness), mass = e.field(fielddensity) * thickness;
+    for (const surfacepoint& p : surfacepoints(e.nodes, 5)) {
+        const surfaceshape n = shapesat(e.nodes, p.place);
+        const vec3 normal = surfacenormal(e, n), across = normal.normalized();
+        const double weight = mass * p.weight * normal.norm();
+        forces[count++] = {p.place, weight * accelerationat(surfaceat(e, n))};
+        if (kindof(e.type).nodedofs != 6) continue;
+        const vec3 turned =
+            weight * thickness * thickness / 12 * (rotation - across * across.dot(rotation));
+        for (int i = 0; i < e.nodes; ++i) f.segment<3>(6 * i + 3) += n.n[i] * turned;
+    }
+    kindof(e.type).spread(e, {forces, count}, f);
+}
+
 bool caseloads::massonelement(const element& e, elvector& f) const {
     const elementkind& kind = kindof(e.type);
     if (!accelerated || c.par[accelementmass] != 1 || kind.mass == nullptr) return false;
-    if (pointmasses && kind.fam != family::point) return false;
+    if (masses == inertia::points && kind.fam != family::point) return false;
+    if (masses == inertia::spread && kind.fam == family::plate && e.nodes == 4) {
+        weighplate(e, f);
+        return true;
+    }
     elmatrix mass;
     kind.mass(e, mass);
     const int stride = int(mass.rows()) / e.nodes;
@@ -149,7 +173,7 @@ vec3 caseloads::online(const element& e, const linesink& sink) const {
         sum += row->value * axes.row(row->direction - 1).transpose();
     if (!sum.isZero(0)) sink(0, 1, [&](double) { return sum; });
     if (accelerated && c.par[accelementmass] == 1 && kindof(e.type).mass != nullptr &&
-        !pointmasses) {
+        masses != inertia::points) {
         const linesection section = sectionof(e);
         const double density = e.field(fielddensity);
         sink(0, 1, [&](double x) -> vec3 {

@@ -28,9 +28,11 @@ vec3 plateload(const element& e, const elementrow& row, const vec3& normal);
 class caseloads {
   public:
     caseloads(const model& m, const settings& s, int lc);
-    // A case that is not of the model. pointmasses: of the elements those of one node alone have
-    // mass.
-    caseloads(const model& m, const settings& s, const loadcase& c, int number, bool pointmasses);
+    // What accelerations meet: the mass of elements as a load, spread like any other where they
+    // have four nodes; their mass matrices; or of the elements those of one node alone.
+    enum class inertia { spread, matrices, points };
+    // A case that is not of the model.
+    caseloads(const model& m, const settings& s, const loadcase& c, int number, inertia of);
 
     // True where the case may put distributed load on elements at all.
     bool loadselements() const;
@@ -49,6 +51,7 @@ class caseloads {
     void addelementloads(const dofmap& d, double* f, absentloads& absent) const;
     void tellabsent(const absentloads& absent, runlog& log) const;
     bool rowsonelement(const element& e, elvector& f) const;
+    void weighplate(const element& e, elvector& f) const;
     bool massonelement(const element& e, elvector& f) const;
     std::vector<elementrow>::const_iterator firstrow(int e) const;
     vec3 accelerationat(const vec3& at) const;
@@ -57,7 +60,8 @@ class caseloads {
     const settings& s;
     const loadcase& c;
     int number;
-    bool accelerated, pointmasses;
+    bool accelerated;
+    inertia masses;
     vec3 uniform, rotation, centre;  // accelerations times mass unit over force unit
     waveloads sea;
     std::vector<elementrow> rows;  // by element

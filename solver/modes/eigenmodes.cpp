@@ -189,12 +189,13 @@ static Eigen::MatrixXd translated(const model& m, const settings& s, const dofma
     std::vector<double> f(d.equation.size());
     runlog unheard;
     const int nodal = masscase(m);
+    const auto of = elements ? caseloads::inertia::matrices : caseloads::inertia::points;
     for (int axis = 0; axis < 3; ++axis) {
         loadcase unit;
         unit.type = caseaccx + axis;
         unit.par[accvalue] = s.force / s.mass;  // gives 1 in units of the model
         if (nodal > 0) unit.nodal = m.cases[std::size_t(nodal)].nodal;
-        caseloads(m, s, unit, nodal, !elements).collect(d, f.data(), unheard);
+        caseloads(m, s, unit, nodal, of).collect(d, f.data(), unheard);
         condense(d, f.data(), result.col(axis).data());
         total[axis] = 0;
         if (d.place[axis + 1] < 0) continue;

@@ -25,6 +25,7 @@
 #include "solver/processes/ranks.h"
 #include "solver/readmodel.h"
 #include "solver/results/checkpoint.h"
+#include "solver/results/foldmoments.h"
 #include "solver/results/logtexts.h"
 #include "solver/results/refine.h"
 #include "solver/results/sumfile.h"
@@ -157,8 +158,8 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
 }
 
 // Where rounding spoils the balance of a case, the displacements get more digits: those of a thin
-// plate are wrong by up to a hundred times what the reactions miss of the loads. Two ways of solving
-// shall agree to nine digits.
+// plate are wrong by up to a hundred times what the reactions miss of the loads. Two ways of
+// solving shall agree to nine digits.
 static void refinereactions(const model& m, const settings& s, const equations& q, engine& l,
                             const std::vector<double>& applied, const holding& held, casepart& r,
                             runlog& log) {
@@ -200,6 +201,7 @@ static casepart solveblock(const model& m, const settings& s, const equations& q
         part.reactions = findreactions(m, s, q.dofs, part.u, applied, log);
         refinereactions(m, s, q, l, applied, held, part, log);
     }
+    warnfoldmoments(m, s, q.dofs, part.u, applied, first, log);
     return part;
 }
 

@@ -188,6 +188,42 @@ TEST(Shells, RingsOfOneRowWidenUnderPressure) {
             }
 }
 
+// Equal forces at the nodes in place of a pressure: triangles bend at their folds, and that is told
+// wherever it widens the ring by more than 0.15 of it; quadrilaterals and fine meshes are right.
+TEST(Shells, ForcesAtTheNodesOfTrianglesAreToldWhereTheyBendFolds) {
+    const struct {
+        diagonals way;
+        int nx, ny;
+        double length, thickness;
+        bool told;
+    } rows[] = {{oneway, 16, 1, 10, 1, true},         {oneway, 16, 1, 100, 1, true},
+                {otherway, 16, 4, 40, 1, true},       {crosswise, 16, 1, 10, 1, true},
+                {oneway, 32, 1, 5, 1, false},         {quadrilaterals, 16, 1, 10, 1, false},
+                {quadrilaterals, 16, 4, 40, 1, false}};
+    const double radius = 100, modulus = 2e5;
+    for (const auto& row : rows) {
+        build b;
+        const grid at =
+            b.mesh(typeshell4, b.plate(modulus, 0.3, row.thickness), row.nx, row.ny,
+                   [&](double r, double s) { return around(radius, right * r, row.length * s); });
+        cut(b, row.way);
+        b.fix(at.left(), {2, 4, 6}), b.fix(at.right(), {1, 5, 6}), b.fix(at.bottom(), {3});
+        for (int j = 0; j <= row.ny; ++j)
+            for (int i = 0; i <= row.nx; ++i) {
+                const double area = radius * right / row.nx * row.length / row.ny *
+                                    (i % row.nx == 0 ? 0.5 : 1) * (j % row.ny == 0 ? 0.5 : 1);
+                b.load(1, at.number(i, j), 1, 0.1 * area * std::cos(right * i / row.nx));
+                b.load(1, at.number(i, j), 2, 0.1 * area * std::sin(right * i / row.nx));
+            }
+        const double widened = moved(b.solve(), 1, at.number(0, 0), 1);
+        const double truth = 0.1 * radius * radius / (modulus * row.thickness);
+        EXPECT_EQ(widened > 1.15 * truth, row.told) << row.nx << ' ' << row.ny << ' ' << widened;
+        ASSERT_EQ(b.log.warnings().size(), row.told ? 1u : 0u) << row.nx << ' ' << row.ny;
+        if (row.told)
+            expectwords(b.log.warnings()[0], {"Case 1", "node(s) of curved SHELL3", "pressure"});
+    }
+}
+
 // A web that ends in the middle of a plate, upright or leaning, and one that crosses it.
 TEST(Shells, WhatStandsOnAPlateDoesNotCurveIt) {
     for (const int last : {2, 4})

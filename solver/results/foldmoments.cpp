@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The edges of SHELL3 bow with the rotations at their ends, so that a membrane stress across an
+// edge turns these about the triangle's normal. Over a fold a part along the surface is left. A
+// pressure brings what balances it; nodal forces do not, and where the diagonals leave a rest, as
+// at a rim, it bends the shell. The membrane then works against the bending: that work is what is
+// told, over that of the forces at the node. Where a shell bends as it should, the membrane hardly
+// works.
+#include "solver/results/foldmoments.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+#include "solver/elements/drill.h"
+#include "solver/processes/ranks.h"
+
+// By node: 1 where a force of the case acts.
+static std::vector<char> pushednodes(const model& m, int lc) {
+    std::vector<char> pushed(m.nodes.size(), 0);
+    for (const nodalrow& row : m.cases[std::size_t(lc)].nodal)
+        if (row.dof <= 3 && row.value != 0) pushed[std::size_t(row.node)] = 1;
+    return pushed;
+}
+
+// Work of the membrane stress of a triangle on the part of its edges' bows that lies over the
+// folds. stress: membrane and bending x, y, xy at the corners; turned: rotations in model axes.
+static double workoverfolds(const element& e, const double* stress, const vec3* turned) {
+    const flatshape s = flatten(e, stressaxes(e));
+    vec3 mean = vec3::Zero();
+    for (int c = 0; c < 3; ++c) mean += vec3::Map(stress + platevalues * c) / 3;
+    double work = 0;
+    for (int k = 0; k < 3; ++k) {
+        const vec2 out(s.along[k].y(), -s.along[k].x());
+        const double across = out.x() * out.x() * mean[0] + out.y() * out.y() * mean[1] +
+                              2 * out.x() * out.y() * mean[2];
+        const double moment =
+            edgebow(e, s, k) * e.field(fieldthickness) * across * s.edge[k] * s.edge[k] / 12;
+        const vec3 apart = s.axes * (turned[k] - turned[s.next(k)]);
+        work += moment * e.fold->fold[k] * out.dot(apart.head<2>());
+    }
+    return work;
+}
+
+static void warncase(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                     const double* applied, int c, int lc, runlog& log) {
+    const std::vector<char> pushed = pushednodes(m, lc);
+    if (std::ranges::count(pushed, 1) == 0) return;
+    const double* const moved = u.u.data() + std::size_t(c) * d.equation.size();
+    std::vector<double> folds(m.nodes.size(), 0);  // work of the folds at a node
+    elmatrix rows;
+    elcases ue;
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        const auto here = [&](int n) { return pushed[std::size_t(n)] != 0; };
+        if (def.type != typeshell3 || std::none_of(def.node, def.node + 3, here)) continue;
+        const element one = elementat(m, s, e);
+        kindof(def.type).stress(one, rows);
+        gather(d, dofsof(d, def), u, ue);
+        const elvector stress = rows * ue.col(c);
+        vec3 turned[3];
+        for (int k = 0; k < 3; ++k) turned[k] = ue.col(c).segment<3>(6 * k + 3);
+        const double work = workoverfolds(one, stress.data(), turned);
+        for (int k = 0; k < 3; ++k) folds[std::size_t(def.node[k])] += work / 3;
+    }
+    const double much = 0.03;  // in good meshes at most 0.028
+    double told = 0, worst = 0;
+    int node = INT_MAX;
+    for (int n = 1; n <= m.nnodes(); ++n) {
+        if (!pushed[std::size_t(n)] || !d.nodes->counts(std::size_t(n - 1))) continue;
+        double work = 0;
+        for (int k = 0; k < d.pernode; ++k) work += applied[d.index(n, k)] * moved[d.index(n, k)];
+        const double part = work > 0 ? -folds[std::size_t(n)] / work : 0;
+        if (!(part > much)) continue;
+        ++told;
+        if (part > worst) worst = part, node = m.nameofnode(n);
+    }
+    allranks().sum(&told, 1);
+    if (told == 0) return;
+    const std::vector<double> all = allranks().greatest({worst, -double(node)});
+    log.warn(
+        "Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name + "\": forces at " +
+            std::to_string(long(told)) +
+            " node(s) of curved SHELL3 bend the folds between the triangles, the worst of them "
+            "node " +
+            std::to_string(int(-all[1])) + " with " +
+            std::to_string(std::min(100, int(std::lround(100 * all[0])))) +
+            " % of its work. A curved shell would hold them by its membrane. Load the elements "
+            "with a pressure, or use SHELL4 or triangles of half the size",
+        lc);
+}
+
+void warnfoldmoments(const model& m, const settings& s, const dofmap& d, const displacements& u,
+                     const std::vector<double>& applied, int first, runlog& log) {
+    if (m.fold.empty()) return;
+    for (int c = 0; c < u.cases; ++c)
+        warncase(m, s, d, u, applied.data() + std::size_t(c) * d.equation.size(), c, first + c,
+                 log);
+}

@@ -171,7 +171,8 @@ TEST(Factor, PlanesOrderMeshesOfRowsAloneAndNoWorse) {
                 place = {(9 + angle) * std::cos(angle), (9 + angle) * std::sin(angle), x.y()};
             if (c.kind == loose) place += vec3(jump(random), jump(random), 0);
             if (c.kind == onepoint) place.setZero();
-            g.at.push_back(vec3(1e5, -2e5, 0) + oblique * place);
+            if (c.kind != bars) place = oblique * place + vec3(1e5, -2e5, 0);
+            g.at.push_back(place);
             for (auto i = g.start[std::size_t(n)]; i < g.start[std::size_t(n) + 1]; ++i) {
                 const int way = std::abs(g.neighbour[std::size_t(i)] - n);
                 if (c.kind != bars || way == 1 || way == c.nx || way == c.nx * c.ny)

@@ -98,44 +98,116 @@ char* writerounded(char* p, double number) {
     return p + count;
 }
 
-// --- columns ------------------------------------------------------------------------------------
+// --- tables -------------------------------------------------------------------------------------
 
-static const int columndigits = 7, mostdigits = 8;  // 9999999.6 is told as 10000000
+static const int columndigits = 7;  // 9999999.6 is told as 10000000
 
-numbercolumn::numbercolumn(double largest) {
+numbertable::numbertable(const double* largest) {
     const double nothing = 1e-200;
-    if (!(largest > nothing && std::isfinite(largest))) return;  // all are written as 0
-    decimals = columndigits - 1 - exponentof(largest);
-    factor = poweroften(decimals);
+    for (int k = 0; k < kinds; ++k) {
+        // Those of a kind that is nothing are written as 0.
+        if (!(largest[k] > nothing && std::isfinite(largest[k]))) continue;
+        decimals[k] = columndigits - 1 - exponentof(largest[k]);
+        factor[k] = poweroften(decimals[k]);
+    }
 }
 
-// No branches: the numbers of a column pass 1, 10, 100 and 0 where nobody foresees it.
-char* numbercolumn::writeplain(char* p, long multiple) const {
+static const int batch = 32;  // rows that are rounded at once
+
+// Numbers are parted into fours of digits, those into pairs and these into digits: loops over all
+// numbers, long enough that they become vectors.
+[[gnu::always_inline]] static inline void roundrows(const double* values, int apart, int count,
+                                                    const double* factor, numbertable::row* rows) {
+    const int kinds = numbertable::kinds, numbers = kinds * count;
+    std::int32_t multiples[kinds * batch];
+    std::uint16_t fours[2 * kinds * batch], pairs[4 * kinds * batch];
+    char digits[8 * kinds * batch];
+    for (int r = 0; r < count; ++r)
+        for (int k = 0; k < kinds; ++k) {
+            const double value = values[r * apart + k] * factor[k];
+            multiples[kinds * r + k] = std::int32_t(value + std::copysign(0.5, value));
+        }
+    for (int i = 0; i < numbers; ++i) {
+        const auto size = std::uint32_t(std::abs(multiples[i]));
+        const std::uint32_t high = size / 10000;
+        fours[2 * i] = std::uint16_t(high);
+        fours[2 * i + 1] = std::uint16_t(size - 10000 * high);
+    }
+    for (int i = 0; i < 2 * numbers; ++i) {
+        const auto high = std::uint16_t(fours[i] * 5243U >> 19);
+        pairs[2 * i] = high;
+        pairs[2 * i + 1] = std::uint16_t(fours[i] - 100 * high);
+    }
+    for (int i = 0; i < 4 * numbers; ++i) {
+        const auto high = std::uint16_t(std::uint16_t(pairs[i] * 103) >> 10);
+        digits[2 * i] = char('0' + high);
+        digits[2 * i + 1] = char('0' + pairs[i] - 10 * high);
+    }
+    for (int r = 0; r < count; ++r) {
+        std::memcpy(rows[r].multiple, multiples + kinds * r, sizeof rows[r].multiple);
+        std::memcpy(rows[r].text, digits + 8 * kinds * r, sizeof rows[r].text);
+    }
+}
+
+static void roundplain(const double* values, int apart, int count, const double* factor,
+                       numbertable::row* rows) {
+    roundrows(values, apart, count, factor, rows);
+}
+
+#if defined(__x86_64__)
+[[gnu::target("avx2")]] static void roundwide(const double* values, int apart, int count,
+                                              const double* factor, numbertable::row* rows) {
+    roundrows(values, apart, count, factor, rows);
+}
+#endif
+
+void numbertable::round(const double* values, int apart, int count, row* rows) const {
+#if defined(__x86_64__)
+    const auto round = __builtin_cpu_supports("avx2") ? roundwide : roundplain;
+#else
+    const auto round = roundplain;
+#endif
+    for (int first = 0; first < count; first += batch)
+        round(values + first * apart, apart, std::min(batch, count - first), factor, rows + first);
+}
+
+static std::uint64_t load(const char* p) {
+    std::uint64_t characters = 0;
+    std::memcpy(&characters, p, sizeof characters);
+    if constexpr (std::endian::native == std::endian::big)
+        characters = __builtin_bswap64(characters);
+    return characters;
+}
+
+// No branches: the numbers of a kind pass 1, 10, 100 and 0 where nobody foresees it.
+static char* writeplain(char* p, bool negative, std::uint64_t text, int decimals) {
+    const int digits = numbertable::digits;
     *p = '-';
-    p += multiple < 0;
-    const std::uint64_t text = charactersof(static_cast<std::uint64_t>(std::labs(multiple)));
+    p += negative;
     const std::uint64_t zeros = text ^ allzeros;
-    const int lead = std::min(std::countr_zero(zeros) / 8, mostdigits - 1 - decimals);
+    const int lead = std::min(std::countr_zero(zeros) / 8, digits - 1 - decimals);
     const int places = decimals - std::min(std::countl_zero(zeros) / 8, decimals);
-    const int before = mostdigits - decimals - lead;
-    const std::uint64_t digits = text >> 8 * lead;
-    store(p, digits);
+    const int before = digits - decimals - lead;
+    const std::uint64_t rest = text >> 8 * lead;
+    store(p, rest);
     p[before] = '.';
-    store(p + before + 1, digits >> 4 * before >> 4 * before);  // before may be 8
+    store(p + before + 1, rest >> 4 * before >> 4 * before);  // before may be 8
     return p + before + places + (places > 0);
 }
 
-char* numbercolumn::writemultiple(char* p, long multiple) const {
-    if (decimals >= 0 && decimals < mostdigits) return writeplain(p, multiple);
+char* numbertable::write(char* p, const row& from, int kind) const {
+    const int decimal = decimals[kind];
+    const std::int32_t multiple = from.multiple[kind];
+    std::uint64_t text = load(from.text[kind]);
+    if (decimal >= 0 && decimal < digits) return writeplain(p, multiple < 0, text, decimal);
     *p = multiple < 0 ? '-' : '0';
     if (multiple == 0) return p + 1;
     p += multiple < 0;
-    std::uint64_t text = charactersof(static_cast<std::uint64_t>(std::labs(multiple)));
     const std::uint64_t zeros = text ^ allzeros;
     const int lead = std::countr_zero(zeros) / 8;
-    const int tail = std::min(std::countl_zero(zeros) / 8, std::max(decimals, 0));
-    const int places = decimals - tail;  // behind the point
-    const int count = mostdigits - lead - tail, before = count - places;
+    const int tail = std::min(std::countl_zero(zeros) / 8, std::max(decimal, 0));
+    const int places = decimal - tail;  // behind the point
+    const int count = digits - lead - tail, before = count - places;
     text >>= 8 * lead;
     const int mostplaces = 10;
     if (places < 0 || places > mostplaces) {  // a whole number and the power of ten

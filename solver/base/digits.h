@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Numbers of the large result files as text: rounded, in a tenth of the time that the fewest digits
-// of a Double take. Eight digits at a time are made in one register.
+// of a Double take.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "core/numtext.h"
@@ -20,25 +21,24 @@ struct keptnumber {
 // Writes a number in ten digits at most, one more than tell every Single; else like writenumber.
 char* writerounded(char* p, double number);
 
-// Numbers of one kind along a member, each with the decimals that tell the largest to seven digits:
-// whole multiples of the last place.
-class numbercolumn {
+// Numbers of eight kinds along a member, each kind with the decimals that tell its largest to seven
+// digits: whole multiples of the last place.
+class numbertable {
   public:
-    explicit numbercolumn(double largest = 0);
-    // Writes a number no larger than the largest at p, which has room for longestnumber characters
-    // and may lose all of them; returns the place behind the last one.
-    char* write(char* p, double value) const { return writemultiple(p, nearest(value * factor)); }
-    static constexpr int longest = 15;  // characters, of a number no larger than the largest
+    static constexpr int kinds = 8, digits = 8;
+    struct row {
+        std::int32_t multiple[kinds];
+        char text[kinds][digits];  // of its size, with zeros before it
+    };
+    explicit numbertable(const double* largest);  // of each kind
+    // Rows of numbers no larger than the largest, which lie so many numbers apart.
+    void round(const double* values, int apart, int count, row* rows) const;
+    // Writes a number of a row at p, which has room for longestnumber characters and may lose all
+    // of them; returns the place behind the last one.
+    char* write(char* p, const row& from, int kind) const;
+    static constexpr int longest = 15;  // characters
 
   private:
-    // As lround does, in place of a call.
-    static long nearest(double value) {
-        const long whole = long(value);
-        const double rest = value - double(whole);
-        return whole + (rest >= 0.5) - (rest <= -0.5);
-    }
-    char* writemultiple(char* p, long multiple) const;
-    char* writeplain(char* p, long multiple) const;
-    int decimals = 0;
-    double factor = 0;
+    int decimals[kinds] = {};
+    double factor[kinds] = {};
 };

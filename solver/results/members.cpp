@@ -3,6 +3,8 @@
 // the ends and what the load adds between clamped ends.
 #include "solver/results/members.h"
 
+#include <algorithm>
+
 #include "solver/elements/gauss.h"
 #include "solver/elements/line.h"
 #include "solver/elements/section.h"
@@ -163,13 +165,14 @@ memberline memberwriter::lineof(const element& e, const double* ends) const {
 void memberwriter::put(const element& e, const double* ends, rowtext& text) const {
     const memberline line = lineof(e, ends);
     const Eigen::Matrix<double, membervalues, 1> largest = line.cwiseAbs().rowwise().maxCoeff();
-    std::array<numbercolumn, membervalues> columns;
-    for (int k = 1; k < membervalues; ++k) columns[std::size_t(k)] = numbercolumn(largest[k]);
+    const numbertable table(largest.data() + 1);  // all but the place
+    numbertable::row rows[memberstations];
+    table.round(line.data() + 1, membervalues, memberstations, rows);
     text.put(e.name);
     text.put(memberstations);
     const int even = 4;
     char* p = text.place(memberstations * membervalues * (longestnumber + 1));
-    char former[even * (numbercolumn::longest + 1)] = {};  // text of these, with the commas
+    char former[even * (numbertable::longest + 1)] = {};  // text of these, with the commas
     std::size_t length = 0;
     for (int at = 0; at < memberstations; ++at) {
         const keptnumber& place = places[std::size_t(at)];
@@ -178,19 +181,18 @@ void memberwriter::put(const element& e, const double* ends, rowtext& text) cons
         p += place.length;
         const auto number = [&](int k) {
             *p++ = ',';
-            p = columns[std::size_t(k)].write(p, line(k, at));
+            p = table.write(p, rows[at], k);
         };
-        const auto forces = [&](int station) { return line.col(station).segment<even>(1); };
-        if (at > 0 && forces(at) == forces(at - 1)) {
+        if (at > 0 && std::equal(rows[at].multiple, rows[at].multiple + even, rows[at - 1].multiple)) {
             std::memcpy(p, former, sizeof former);
             p += length;
         } else {
             const char* const begin = p;
-            for (int k = 1; k <= even; ++k) number(k);
+            for (int k = 0; k < even; ++k) number(k);
             length = std::size_t(p - begin);
             std::memcpy(former, begin, sizeof former);
         }
-        for (int k = even + 1; k < membervalues; ++k) number(k);
+        for (int k = even; k < numbertable::kinds; ++k) number(k);
     }
     text.putto(p);
     text.endline();

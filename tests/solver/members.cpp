@@ -116,9 +116,15 @@ TEST(Members, NumbersOfAColumnShareTheirLastPlace) {
                 {1e-300, 1e-300, "0"},
                 {20, 20, "20"}};
     for (const auto& row : rows) {
-        numbercolumn column(row.largest);
+        double largest[numbertable::kinds] = {}, values[numbertable::kinds] = {};
+        const int kind = int(&row - rows) % numbertable::kinds;
+        largest[kind] = row.largest;
+        values[kind] = row.value;
+        const numbertable table(largest);
+        numbertable::row rounded;
+        table.round(values, 0, 1, &rounded);
         char text[longestnumber];
-        EXPECT_EQ(std::string(text, column.write(text, row.value)), row.text) << row.value;
+        EXPECT_EQ(std::string(text, table.write(text, rounded, kind)), row.text) << row.value;
     }
 }
 

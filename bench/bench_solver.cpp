@@ -45,8 +45,8 @@ static void writerest(const std::string& base, const std::vector<double>& fields
     lcd.commit();
 }
 
-// n x n SHELL4, clamped all round, under even pressure.
-static void writeplate(const std::string& base, int n) {
+// n x n SHELL4, clamped all round, under pressure: even in the first case.
+static void writeplate(const std::string& base, int n, int cases = 1) {
     textout tek(base + ".tek"), vpl(base + ".vpl"), ell(base + ".ell");
     const auto number = [n](int i, int j) { return i + j * (n + 1) + 1; };
     tek.line((n + 1) * (n + 1), n * n);
@@ -63,10 +63,12 @@ static void writeplate(const std::string& base, int n) {
         for (int i = 0; i <= n; ++i)
             if (i == 0 || j == 0 || i == n || j == n)
                 for (int dof = 1; dof <= 6; ++dof) vpl.line(number(i, j), dof, 0);
-    ell.line(n * n);
-    for (int e = 1; e <= n * n; ++e) ell.line(e, 3, pressure);
+    for (int lc = 1; lc <= cases; ++lc) {
+        ell.line(n * n);
+        for (int e = 1; e <= n * n; ++e) ell.line(e, 3, pressure * (1 + e % lc));
+    }
     for (textout* out : {&tek, &vpl, &ell}) out->commit();
-    writerest(base, {modulus, poisson, 0, thickness, 0, 0, 0, 0, 0, 0, 0, 0}, 1);
+    writerest(base, {modulus, poisson, 0, thickness, 0, 0, 0, 0, 0, 0, 0, 0}, cases);
 }
 
 // The same for ccx.
@@ -309,6 +311,9 @@ static void benchplates(const std::string& folder, int n) {
         std::printf("ccx is not installed (package calculix-ccx): no comparison with it\n");
     }
     tellstages(folder + "/plate", name, ours.seconds, 2.0);
+    writeplate(folder + "/cases", n, 20);
+    const double many = runfeiflu(folder, "cases").seconds;
+    tell(name + ", 20 cases, 1 case", many, median(seconds), 1.3);
     tellreading(folder, "plate");
     tellsame(folder);
 

@@ -53,7 +53,10 @@ void tunelibraries(char** words) {
     bool changed = demand("OPENBLAS_NUM_THREADS", "1");
     changed |= demand("GLIBC_TUNABLES", withlargepages());
     if (better != nullptr) changed |= demand(kernels, better);
-    if (!changed) return;
+    // Once alone: where something takes a variable away again, it would start for ever.
+    const char* const once = "FEIFLU_TUNED";
+    if (!changed || std::getenv(once) != nullptr) return;
+    setenv(once, "1", 1);
     std::error_code ec;  // by its own path, so that it keeps its name among the processes
     const auto self = std::filesystem::read_symlink("/proc/self/exe", ec);
     if (!ec) execv(self.c_str(), words);

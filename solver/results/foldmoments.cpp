@@ -41,12 +41,11 @@ static double workoverfolds(const element& e, const double* stress, const vec3* 
     return work;
 }
 
-static void warncase(const model& m, const settings& s, const dofmap& d, const displacements& u,
-                     const double* applied, int c, int lc, runlog& log) {
-    const std::vector<char> pushed = pushednodes(m, lc);
-    if (std::ranges::count(pushed, 1) == 0) return;
-    const double* const moved = u.u.data() + std::size_t(c) * d.equation.size();
-    std::vector<double> folds(m.nodes.size(), 0);  // work of the folds at a node
+// By node: work of the folds there in column c.
+static std::vector<double> workatnodes(const model& m, const settings& s, const dofmap& d,
+                                       const displacements& u, int c,
+                                       const std::vector<char>& pushed) {
+    std::vector<double> folds(m.nodes.size(), 0);
     elmatrix rows;
     elcases ue;
     for (int e = 1; e <= m.nelems(); ++e) {
@@ -62,24 +61,45 @@ static void warncase(const model& m, const settings& s, const dofmap& d, const d
         const double work = workoverfolds(one, stress.data(), turned);
         for (int k = 0; k < 3; ++k) folds[std::size_t(def.node[k])] += work / 3;
     }
-    const double much = 0.03;  // in good meshes at most 0.028
-    double told = 0, worst = 0;
+    return folds;
+}
+
+namespace {
+struct bentfolds {
+    double nodes = 0, worst = 0;  // worst: work of the folds over that of the forces at a node
     int node = INT_MAX;
+};
+}  // namespace
+
+// At the nodes of this process.
+static bentfolds foldsbent(const model& m, const settings& s, const dofmap& d,
+                           const displacements& u, const double* applied, int c, int lc) {
+    bentfolds found;
+    const std::vector<char> pushed = pushednodes(m, lc);
+    if (m.fold.empty() || std::ranges::count(pushed, 1) == 0) return found;
+    const std::vector<double> folds = workatnodes(m, s, d, u, c, pushed);
+    const double* const moved = u.u.data() + std::size_t(c) * d.equation.size();
+    const double much = 0.03;  // in good meshes at most 0.028
     for (int n = 1; n <= m.nnodes(); ++n) {
         if (!pushed[std::size_t(n)] || !d.nodes->counts(std::size_t(n - 1))) continue;
         double work = 0;
         for (int k = 0; k < d.pernode; ++k) work += applied[d.index(n, k)] * moved[d.index(n, k)];
         const double part = work > 0 ? -folds[std::size_t(n)] / work : 0;
         if (!(part > much)) continue;
-        ++told;
-        if (part > worst) worst = part, node = m.nameofnode(n);
+        ++found.nodes;
+        if (part > found.worst) found.worst = part, found.node = m.nameofnode(n);
     }
-    allranks().sum(&told, 1);
-    if (told == 0) return;
-    const std::vector<double> all = allranks().greatest({worst, -double(node)});
+    return found;
+}
+
+// All processes take part, whether they have such shells and forces or not.
+static void warncase(bentfolds here, const model& m, int lc, runlog& log) {
+    allranks().sum(&here.nodes, 1);
+    if (here.nodes == 0) return;
+    const std::vector<double> all = allranks().greatest({here.worst, -double(here.node)});
     log.warn(
         "Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name + "\": forces at " +
-            std::to_string(long(told)) +
+            std::to_string(long(here.nodes)) +
             " node(s) of curved SHELL3 bend the folds between the triangles, the worst of them "
             "node " +
             std::to_string(int(-all[1])) + " with " +
@@ -91,8 +111,8 @@ static void warncase(const model& m, const settings& s, const dofmap& d, const d
 
 void warnfoldmoments(const model& m, const settings& s, const dofmap& d, const displacements& u,
                      const std::vector<double>& applied, int first, runlog& log) {
-    if (m.fold.empty()) return;
-    for (int c = 0; c < u.cases; ++c)
-        warncase(m, s, d, u, applied.data() + std::size_t(c) * d.equation.size(), c, first + c,
-                 log);
+    for (int c = 0; c < u.cases; ++c) {
+        const double* const forces = applied.data() + std::size_t(c) * d.equation.size();
+        warncase(foldsbent(m, s, d, u, forces, c, first + c), m, first + c, log);
+    }
 }

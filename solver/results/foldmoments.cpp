@@ -84,8 +84,9 @@ static bentfolds foldsbent(const model& m, const settings& s, const dofmap& d,
         if (!pushed[std::size_t(n)] || !d.nodes->counts(std::size_t(n - 1))) continue;
         double work = 0;
         for (int k = 0; k < d.pernode; ++k) work += applied[d.index(n, k)] * moved[d.index(n, k)];
-        const double part = work > 0 ? -folds[std::size_t(n)] / work : 0;
+        double part = work > 0 ? -folds[std::size_t(n)] / work : 0;
         if (!(part > much)) continue;
+        part = std::round(1000 * part) / 1000;  // of nodes alike the first, whatever rounding left
         ++found.nodes;
         if (part > found.worst) found.worst = part, found.node = m.nameofnode(n);
     }

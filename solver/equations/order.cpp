@@ -69,6 +69,7 @@ static orderresult tryorder(cholmod_sparse& graph, int method, std::vector<int> 
 static bool aregood(const planeorder& planes, const std::vector<int>& side) {
     const double nearly = 1.01;
     double ours = 0, theirs = 0;
+    if (side.empty() || planes.order.empty()) return false;  // not asked for, or failed
     if (!(planes.firstcut <= nearly * cutworth(side))) return false;
     for (const planeorder::trial& one : planes.trials) {
         ours += one.worth;
@@ -95,7 +96,7 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     orderresult degree, dissected;
     std::vector<int> side;  // by the first cut of METIS
     planeorder planes;
-    const termwatch watch;
+    const termwatch watch;  // as long as libraries work
     parallelpieces(n < dissectfrom ? 1 : 3, 1, [&](int first, int last, int) {
         for (int i = first; i < last; ++i) {
             if (i == 0)

@@ -197,6 +197,31 @@ TEST(Factor, PlanesOrderMeshesOfRowsAloneAndNoWorse) {
     }
 }
 
+// Planes and METIS are not tried where another library is named, and what that finds is weighed.
+TEST(Factor, AnotherLibraryDissectsWhereItIsNamed) {
+    nodegraph g = boxgraph(40, 30, 1);
+    for (int n = 0; n < g.size(); ++n) g.at.push_back(vec3(n % 40, n / 40, 0));
+    std::string told, ofmetis;
+    ordernodes(g, ofmetis);
+    int asked = 0;
+    adddissector("rows", [&](const nodegraph& graph) {
+        ++asked;
+        std::vector<int> order(std::size_t(graph.size()));
+        std::iota(order.begin(), order.end(), 0);
+        return order;
+    });
+    runlog log;
+    log.quiet();
+    usedissector("rows", log);
+    ordernodes(g, told);
+    usedissector("metis", log);
+    EXPECT_EQ(asked, 1);
+    EXPECT_NE(told.find("nested dissection"), std::string::npos) << told;
+    EXPECT_EQ(told.find("by planes"), std::string::npos) << told;
+    ordernodes(g, told);
+    EXPECT_EQ(told, ofmetis);
+}
+
 TEST(Factor, StepsFollowTheListsThatTheyNeed) {
     const threadsback back;
     const std::vector<int> need = {2, 2, 7, 7, 40};

@@ -20,13 +20,13 @@
 #include "solver/equations/supernodes.h"
 
 static const double worthsharing = 1e7;  // operations of a front that pay for starting threads
+static const std::size_t page = 4096;    // bytes of memory
 
 namespace {
 // Numbers without a first value.
 class room {
   public:
     void allocate(std::int64_t count) {
-        const std::size_t page = 4096;  // bytes
         const std::size_t bytes = std::size_t(std::max<std::int64_t>(count, 1)) * sizeof(double);
         release();
         data = static_cast<double*>(std::aligned_alloc(page, (bytes + page - 1) / page * page));
@@ -320,9 +320,23 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
     return true;
 }
 
+// Touches each page now: what earlier stages and programs left is at hand still, while a host that
+// lends memory to a virtual machine takes back within a second or two what lies idle.
+static void takememory(double* numbers, std::int64_t count) {
+    const int piece = 1 << 20;  // numbers
+    const std::int64_t step = page / sizeof(double);
+    parallelpieces(int((count + piece - 1) / piece), 1, [&](int first, int last, int) {
+        const std::int64_t end = std::min(count, std::int64_t(last) * piece);
+        for (std::int64_t i = std::int64_t(first) * piece; i < end; i += step) numbers[i] = 0;
+    });
+}
+
 bool factor::factorise(const sparsematrix& a) {
     inside& f = *in;
-    if (f.values.data == nullptr) f.values.allocate(f.place.back());
+    if (f.values.data == nullptr) {
+        f.values.allocate(f.place.back());
+        takememory(f.values.data, f.place.back());
+    }
     f.updates.assign(std::size_t(f.tree.size()), nullptr);
     std::vector<room> kept{std::size_t(f.tree.size())};
     worker above;

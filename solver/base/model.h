@@ -60,7 +60,7 @@ struct model {
     std::vector<groupdata> groups;
     std::vector<nodalrow> constraints;
     std::vector<loadcase> cases;
-    std::vector<double> curve; // of shells: radians by which the surface turns over the element
+    std::vector<double> curve;          // of shells: radians that the surface turns over one
     std::vector<std::uint16_t> rankof;  // by element: process that works on it; empty: this one
     std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
     std::vector<edgefold> fold;         // of shells; empty where none is curved

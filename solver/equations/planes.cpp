@@ -198,8 +198,8 @@ std::vector<planeorder::trial> dissection::trials() const {
     const std::size_t enough = 24;
     std::vector<planeorder::trial> list;
     for (std::size_t k = 0; k < small.size(); k += 1 + small.size() / enough) {
-        const auto& [first, last, worth] = small[k];
-        planeorder::trial one{{{0}, {}}, worth};
+        const int first = small[k].first, last = small[k].last;
+        planeorder::trial one{{{0}, {}}, small[k].worth};
         for (int i = first; i < last; ++i) {
             std::vector<int>& row = one.graph.row;
             eachneighbour(i, first, i,

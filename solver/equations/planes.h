@@ -11,8 +11,8 @@
 
 struct planeorder {
     std::vector<int> order;  // of elimination; empty where it fails
-    double firstcut =
-        INFINITY;  // how dear the cut through the whole is; a lattice's counts as none
+    // How dear the cut through the whole is; infinite where there is none, or for a lattice.
+    double firstcut = INFINITY;
     // The cuts through some parts of it, for a comparison.
     struct trial {
         uppergraph graph;

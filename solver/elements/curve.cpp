@@ -47,12 +47,10 @@ static shellsofnodes listshells(const model& m) {
 // The side that a normal points to is the user's choice and may differ between neighbours; what
 // meets the element at a fold or stands on it is not of its surface.
 static double turnedat(const shellsofnodes& list, std::size_t n, const vec3& normal) {
-    const double fold = 0.9;  // radians, 50 degrees
     vec3 sum = vec3::Zero();
     for (int i = list.start[n]; i < list.start[n + 1]; ++i) {
         const vec3& other = list.normal[std::size_t(list.shells[std::size_t(i)])];
-        const double cosine = normal.dot(other);
-        if (std::fabs(cosine) > std::cos(fold)) sum += cosine < 0 ? vec3(-other) : other;
+        if (continues(normal, other)) sum += normal.dot(other) < 0 ? vec3(-other) : other;
     }
     return 2 * std::atan2(normal.cross(sum).norm(), normal.dot(sum));
 }

@@ -23,6 +23,11 @@ vec3 normalof(const model& m, const elementdef& e) {
     return over.cross(other).stableNormalized();
 }
 
+bool continues(const vec3& normal, const vec3& other) {
+    const double sharpest = 0.9;  // radians; beyond it two surfaces meet
+    return std::fabs(normal.dot(other)) >= std::cos(sharpest);
+}
+
 // --- over an edge -------------------------------------------------------------------------------
 
 namespace {
@@ -58,11 +63,9 @@ static further beyond(const model& m, const element& e, int edge, int neighbour)
 
 // From the normal at one side of an edge and that at the other, which may point the other way.
 static bool folded(const vec3& normal, const vec3& outward, vec3 other, double& fold) {
-    const double sharpest = 0.9;  // radians; beyond it two surfaces meet
+    if (!continues(normal, other)) return false;
     if (other.dot(normal) < 0) other = -other;
-    const double cosine = other.dot(normal);
-    if (cosine < std::cos(sharpest)) return false;
-    fold = other.dot(outward) / (1 + cosine);
+    fold = other.dot(outward) / (1 + other.dot(normal));
     return true;
 }
 

@@ -52,6 +52,18 @@ static sidelist listsides(const model& m) {
     return list;
 }
 
+// Calls use(n, one, here) for each side: n is its node with the lower number, here are all that
+// this has. By all threads.
+static void eachside(const model& m, const sidelist& list, auto use) {
+    parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
+        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
+            const std::span<const side> here(list.sides.data() + list.start[n],
+                                             list.start[n + 1] - list.start[n]);
+            for (const side& one : here) use(n, one, here);
+        }
+    });
+}
+
 // --- folds --------------------------------------------------------------------------------------
 
 // Directions across which a node lies in a plane of symmetry by its supports: bits 0..2.
@@ -92,15 +104,10 @@ static void foldshells(model& m, const settings& s, const sidelist& list) {
     if (std::ranges::all_of(m.curve, [&](double turned) { return turned < flat; })) return;
     std::vector<edgeneighbours> neighbours(m.elements.size(), edgeneighbours{});
     const std::vector<char> mirrors = mirrorsof(m);
-    parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
-        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
-            const std::span<const side> here(list.sides.data() + list.start[n],
-                                             list.start[n + 1] - list.start[n]);
-            for (const side& one : here)
-                if (isshell(m.elements[std::size_t(one.element)].type))
-                    neighbours[std::size_t(one.element)][std::size_t(one.edge)] =
-                        neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
-        }
+    eachside(m, list, [&](std::size_t n, const side& one, std::span<const side> here) {
+        if (isshell(m.elements[std::size_t(one.element)].type))
+            neighbours[std::size_t(one.element)][std::size_t(one.edge)] =
+                neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
     });
     measurefolds(m, s, std::move(neighbours));
 }
@@ -184,13 +191,8 @@ void measureedges(model& m, const settings& s) {
     foldshells(m, s, list);
     const std::vector<char> held = heldturns(m), lone = lonenodes(m);
     m.slip = own;
-    parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
-        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
-            const std::span<const side> here(list.sides.data() + list.start[n],
-                                             list.start[n + 1] - list.start[n]);
-            for (const side& one : here)
-                shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)],
-                          lone[n] && lone[std::size_t(one.far)]);
-        }
+    eachside(m, list, [&](std::size_t n, const side& one, std::span<const side> here) {
+        shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)],
+                  lone[n] && lone[std::size_t(one.far)]);
     });
 }

@@ -17,12 +17,21 @@
 // the shell from bending at all until the mesh is very fine. So the more the surface turns over an
 // element, and the thinner that is, the less it follows the single rotations; their mean it always
 // follows.
-static double followed(const element& e, const flatshape& s) {
+double followedpart(const element& e, const flatshape& s) {
     double longest = 0;
     for (int k = 0; k < s.corners; ++k) longest = std::max(longest, s.edge[k]);
     const double turned = longest * e.curve, part = 0.03;  // by the twisted beam and the hemisphere
     const double ratio = turned > 0 ? e.field(fieldthickness) / turned : 1 / part;
     return std::min(1.0, part * ratio * ratio);
+}
+
+// Forces that pull at the end of a strip reach it at two corners, without moments, and would bow
+// it: to even stress it stays straight. Long edges, bent with the strip, bow as ever. Triangles
+// among themselves bow by half more than a beam, see below.
+double edgebow(const element& e, int edge) {
+    if (isendedge(e, edge)) return 0;
+    if (e.nodes == 3 && !meetsquadrilateral(e, edge)) return 1.5;
+    return e.fold == nullptr ? 1 : double(e.fold->followed[edge]);
 }
 
 // --- quadrilateral ------------------------------------------------------------------------------
@@ -151,15 +160,14 @@ static void addflexibility(const stressset& modes, const mat3& compliance,
     }
 }
 
-// Forces that pull at the end of a strip reach it at two corners, without the moments F l / 12 that
-// an even stress turns the ends of a bowed edge by, and bow it instead. So to even stress such an
-// edge bows about its mean place: its forces are then those of a straight one. The other stresses
-// feel its bow, and long edges, bent with the strip, bow as ever.
-static void endstraight(const flatshape& s, int k, isostatic& h) {
+// An even stress F turns the ends of a bowed edge by F l / 12. Where the element beyond bows by
+// less, or there is none, something of that is left over and turns the corners. So to even stress
+// an edge bows by this share alone, about its mean place; the other stresses feel its whole bow.
+static void sharebow(const flatshape& s, int k, double share, isostatic& h) {
     const vec2 n(s.along[k].y(), -s.along[k].x());
     const vec3 across =
         h.frame.turn.transpose() * vec3(n.x() * n.x(), n.y() * n.y(), 2 * n.x() * n.y());
-    const vec3 moment = s.edge[k] * s.edge[k] / 12 * across;
+    const vec3 moment = (1 - share) * s.edge[k] * s.edge[k] / 12 * across;
     h.work.block<3, 1>(0, 3 * k + 2) += moment;
     h.work.block<3, 1>(0, 3 * s.next(k) + 2) -= moment;
 }
@@ -211,8 +219,7 @@ static isostatic makeisostatic(const element& e, const flatshape& s, double part
             const gausspoint& g = gausspoints(points)[i];
             addwork(s, k, (1 + g.at) / 2, g.weight * s.edge[k] / 2, part < 1, h);
         }
-    for (int k = 0; k < 4; ++k)
-        if (isendedge(e, k)) endstraight(s, k, h);
+    for (int k = 0; k < 4; ++k) sharebow(s, k, edgebow(e, k) / part, h);
     divide(flexibility, s, compliance, h);
     return h;
 }
@@ -223,7 +230,7 @@ static Eigen::Matrix<double, curvedmodes, 12> restwork(const isostatic& h, const
 }
 
 static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatrix& k) {
-    const double part = followed(e, s);
+    const double part = followedpart(e, s);
     const isostatic h = makeisostatic(e, s, part);
     const mat5x12 work = h.work.topRows<straightmodes>();
     const mat5x12 first = h.stiffness.lazyProduct(work);
@@ -237,7 +244,7 @@ static void stiffenquadrilateral(const element& e, const flatshape& s, halfmatri
 }
 
 static void stressquadrilateral(const element& e, const flatshape& s, halfmatrix& rows) {
-    const double part = followed(e, s);
+    const double part = followedpart(e, s);
     const isostatic h = makeisostatic(e, s, part);
     const mat5x12 first = h.stiffness.lazyProduct(h.work.topRows<straightmodes>());
     const Eigen::Matrix<double, curvedmodes, 12> others = h.rest.inverse() * restwork(h, first);
@@ -270,11 +277,6 @@ struct optimal {
 };
 }  // namespace
 
-double edgebow(const element& e, const flatshape& s, int edge) {
-    if (isendedge(e, edge)) return 0;  // to even stress, see endstraight
-    return e.nodes == 4 || meetsquadrilateral(e, edge) ? followed(e, s) : 1.5;
-}
-
 static optimal makeoptimal(const element& e, const flatshape& s) {
     optimal t;
     const auto dx = [&](int i, int j) { return s.at[i].x() - s.at[j].x(); };
@@ -282,7 +284,7 @@ static optimal makeoptimal(const element& e, const flatshape& s) {
     t.area = (dx(1, 0) * dy(2, 0) - dx(2, 0) * dy(1, 0)) / 2;
     for (int i = 0; i < 3; ++i) {
         const int j = (i + 1) % 3, k = (i + 2) % 3;
-        const double to = edgebow(e, s, i), from = edgebow(e, s, k);  // of the edges to j, from k
+        const double to = edgebow(e, i), from = edgebow(e, k);  // of the edges to j, from k
         t.force.row(3 * i) << dy(j, k), 0, dx(k, j);
         t.force.row(3 * i + 1) << 0, dx(k, j), dy(j, k);
         t.force.row(3 * i + 2) << from * dy(i, k) * dy(i, k) - to * dy(j, i) * dy(j, i),
@@ -365,7 +367,7 @@ static mat3 rotationwork(const element& e, const flatshape& s, const optimal& t,
 static void stiffentriangle(const element& e, const flatshape& s, halfmatrix& k) {
     const optimal t = makeoptimal(e, s);
     const mat3 stretch = planestiffness(e, false);
-    const double part = followed(e, s);
+    const double part = followedpart(e, s);
     k = t.force * stretch * t.force.transpose() / t.area;
     k += part * t.rotation.transpose() * rotationwork(e, s, t, stretch) * t.rotation;
     if (part == 1) return;
@@ -405,7 +407,7 @@ static mat3x9 bowedstrain(const element& e, const flatshape& s, int corner) {
 static void stresstriangle(const element& e, const flatshape& s, halfmatrix& rows) {
     const optimal t = makeoptimal(e, s);
     const mat3 modulus = planestiffness(e, false) / e.field(fieldthickness);
-    const double part = followed(e, s);
+    const double part = followedpart(e, s);
     rows.resize(9, 9);
     for (int c = 0; c < 3; ++c)
         rows.middleRows<3>(3 * c) =

@@ -7,7 +7,10 @@
 #include "solver/elements/meanplane.h"
 
 void stiffendrilling(const element& e, const flatshape& s, halfmatrix& k);
-// By how much an edge bows with the rotations at its ends, over that of a beam.
-double edgebow(const element& e, const flatshape& s, int edge);
+// The part of the single rotations that a membrane follows.
+double followedpart(const element& e, const flatshape& s);
+// By how much an edge bows to even stress with the rotations at its ends, over that of a beam: the
+// same for the elements on both its sides, or these would turn its ends.
+double edgebow(const element& e, int edge);
 // Rows 3c..3c+2: membrane stress x, y, xy at corner c.
 void stressdrilling(const element& e, const flatshape& s, halfmatrix& rows);

@@ -11,6 +11,7 @@
 #include "solver/base/parallel.h"
 #include "solver/elements/bending.h"
 #include "solver/elements/catalogue.h"
+#include "solver/elements/drill.h"
 #include "solver/elements/edgebits.h"
 #include "solver/elements/folds.h"
 
@@ -99,6 +100,30 @@ static int neighbourat(const model& m, const side& one, std::span<const side> ot
     return count > 1 ? 0 : found;
 }
 
+// The least part that the shells which go on over an edge follow of the rotations there.
+static void sharefollowed(model& m, const settings& s, const sidelist& list) {
+    std::vector<float> own(m.elements.size(), 1);
+    parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
+        for (int e = first + 1; e <= last; ++e) {
+            if (!isshell(m.elements[std::size_t(e)].type)) continue;
+            const element one = elementat(m, s, e);
+            own[std::size_t(e)] = float(followedpart(one, flatten(one, meanaxes(one))));
+        }
+    });
+    eachside(m, list, [&](std::size_t, const side& one, std::span<const side> here) {
+        const elementdef& e = m.elements[std::size_t(one.element)];
+        if (!isshell(e.type)) return;
+        const vec3 normal = normalof(m, e);
+        float& least = m.fold[std::size_t(one.element)].followed[one.edge];
+        for (const side& other : here) {
+            const elementdef& there = m.elements[std::size_t(other.element)];
+            if (other.far == one.far && isshell(there.type) &&
+                continues(normal, normalof(m, there)))
+                least = std::min(least, own[std::size_t(other.element)]);
+        }
+    });
+}
+
 static void foldshells(model& m, const settings& s, const sidelist& list) {
     const double flat = 1e-6;  // radians: no surface turns by less
     if (std::ranges::all_of(m.curve, [&](double turned) { return turned < flat; })) return;
@@ -110,6 +135,7 @@ static void foldshells(model& m, const settings& s, const sidelist& list) {
                 neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
     });
     measurefolds(m, s, std::move(neighbours));
+    sharefollowed(m, s, list);
 }
 
 // --- free edges ---------------------------------------------------------------------------------

@@ -25,9 +25,10 @@ void stiffenplate(const element& e, elmatrix& k) {
 }
 
 namespace {
-// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, and
-// curve and curvature, whether there is slip, and nodes. Folds of the edges count for loads alone.
-using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 6>;
+// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, what they
+// follow, curve and curvature, whether there is slip, and nodes. Folds of the edges count for loads
+// alone.
+using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + 2 * mostnodes + 6>;
 
 // The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
 // to the last bit, and repeat themselves after one or two.
@@ -64,8 +65,11 @@ static shellkey keyof(const element& e, const flatshape& s) {
     next = std::copy_n(e.g->field, groupfields + 1, key.data() + 9 + 3 * mostnodes);
     if (e.slip != nullptr) std::copy(e.slip->begin(), e.slip->end(), next);
     next += mostnodes;
-    if (e.fold != nullptr) std::copy_n(e.fold->bend, 3, next);
-    next += 3;
+    if (e.fold != nullptr) {
+        std::copy_n(e.fold->bend, 3, next);
+        std::copy_n(e.fold->followed, mostnodes, next + 3);
+    }
+    next += 3 + mostnodes;
     *next++ = e.curve;
     *next++ = e.slip != nullptr;
     *next++ = e.nodes;
@@ -150,7 +154,7 @@ static membraneload loadofmembrane(const element& e, const flatshape& s) {
         const int i = k, j = s.next(k);
         const vec2 out(s.along[k].y(), -s.along[k].x());
         const double across = out.dot(stress * out) * e.fold->fold[k] * s.edge[k];
-        const vec2 moment = edgebow(e, s, k) * across * s.edge[k] / 12 * out;
+        const vec2 moment = edgebow(e, k) * across * s.edge[k] / 12 * out;
         load.weight.segment<2>(3 * i + 1) += moment;
         load.weight.segment<2>(3 * j + 1) -= moment;
     }

@@ -34,7 +34,7 @@ static double workoverfolds(const element& e, const double* stress, const vec3* 
         const double across = out.x() * out.x() * mean[0] + out.y() * out.y() * mean[1] +
                               2 * out.x() * out.y() * mean[2];
         const double moment =
-            edgebow(e, s, k) * e.field(fieldthickness) * across * s.edge[k] * s.edge[k] / 12;
+            edgebow(e, k) * e.field(fieldthickness) * across * s.edge[k] * s.edge[k] / 12;
         const vec3 apart = s.axes * (turned[k] - turned[s.next(k)]);
         work += moment * e.fold->fold[k] * out.dot(apart.head<2>());
     }

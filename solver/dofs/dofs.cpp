@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
 #include "solver/dofs/rigid.h"
 #include "solver/elements/kinds.h"
@@ -148,12 +149,21 @@ void numberunknowns(const model& m, dofmap& d, const std::vector<int>& order) {
         d.unknowns += d.unknowncount.back();
     }
     if (d.nodes->alone()) d.unknownsofall = d.unknowns;
-    for (int n = 1; n <= m.nnodes(); ++n) {
+    const auto put = [&](int n) {
         const int owner = d.owner[std::size_t(n)];
         const int first =
             owner > 0 ? d.firstunknown[std::size_t(d.position[std::size_t(owner)])] : 0;
         for (int k = 0; k < d.pernode; ++k) putequation(d, d.index(n, k), rowof(m, d, n, k), first);
-    }
+    };
+    const auto isplain = [&](int n) {  // no combination of unknowns comes of it
+        return d.bodyof[std::size_t(n)] < 0 && d.spaceof[std::size_t(n)] < 0;
+    };
+    parallelpieces(m.nnodes(), 4096, [&](int begin, int end, int) {
+        for (int n = begin + 1; n <= end; ++n)
+            if (isplain(n)) put(n);
+    });
+    for (int n = 1; n <= m.nnodes(); ++n)
+        if (!isplain(n)) put(n);
 }
 
 vec3 firstnode(const model& m) {

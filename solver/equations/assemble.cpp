@@ -16,9 +16,6 @@ sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vec
     for (std::size_t p = 0; p < order.size(); ++p) place[std::size_t(order[p])] = int(p);
     sparsematrix a;
     a.unknowns = d.freedoms;
-    a.start.reserve(std::size_t(d.unknowns) + 1);
-    a.start.push_back(0);
-    std::vector<int> later;
     const auto findlater = [&](std::size_t p, std::vector<int>& list) {
         list.clear();
         const auto node = std::size_t(order[p]);
@@ -27,13 +24,19 @@ sparsematrix makepattern(const dofmap& d, const nodegraph& graph, const std::vec
             if (q > int(p)) list.push_back(q);
         }
     };
-    for (std::size_t p = 0; p < order.size(); ++p) {
-        findlater(p, later);
-        std::int64_t below = 0;
-        for (const int q : later) below += d.unknowncount[std::size_t(q)];
+    std::vector<int> below(order.size());  // by place: rows beneath those of the node itself
+    parallelpieces(int(order.size()), 1024, [&](int first, int last, int) {
+        std::vector<int> list;
+        for (auto p = std::size_t(first); p < std::size_t(last); ++p) {
+            findlater(p, list);
+            for (const int q : list) below[p] += d.unknowncount[std::size_t(q)];
+        }
+    });
+    a.start.reserve(std::size_t(d.unknowns) + 1);
+    a.start.push_back(0);
+    for (std::size_t p = 0; p < order.size(); ++p)
         for (int c = 0; c < d.unknowncount[p]; ++c)
-            a.start.push_back(a.start.back() + d.unknowncount[p] - c + below);
-    }
+            a.start.push_back(a.start.back() + d.unknowncount[p] - c + below[p]);
     a.row.resize(std::size_t(a.start.back()));
     a.value.resize(std::size_t(a.start.back()));
     parallelpieces(int(order.size()), 1024, [&](int first, int last, int) {

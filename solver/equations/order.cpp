@@ -78,6 +78,13 @@ static bool aregood(const planeorder& planes, const std::vector<int>& side) {
     return ours <= nearly * theirs;
 }
 
+// Does the works on as many threads as there are.
+static void beside(const std::vector<std::function<void()>>& works) {
+    parallelpieces(int(works.size()), 1, [&](int first, int last, int) {
+        for (int i = first; i < last; ++i) works[std::size_t(i)]();
+    });
+}
+
 std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     const int n = graph.size();
     if (n == 0) return {};
@@ -92,27 +99,26 @@ std::vector<int> ordernodes(const nodegraph& graph, std::string& told) {
     }
     cholmod_sparse a = upperview(upper.start, upper.row);
     const int dissectfrom = 200;  // nodes; below it the choice does not matter
-    const bool bymetis = current == "metis";
+    const bool large = n >= dissectfrom, bymetis = large && current == "metis";
     orderresult degree, dissected;
     std::vector<int> side;  // by the first cut of METIS
     planeorder planes;
+    bool byplanes = false;
     const termwatch watch;  // as long as libraries work
-    parallelpieces(n < dissectfrom ? 1 : 3, 1, [&](int first, int last, int) {
-        for (int i = first; i < last; ++i) {
-            if (i == 0)
-                degree = tryorder(a, CHOLMOD_AMD);
-            else if (i == 1 && bymetis)
-                side = bisect(upper);
-            else if (i == 2 && bymetis && !graph.at.empty())
-                planes = orderbyplanes(graph, upper);
-        }
-    });
-    const bool byplanes = aregood(planes, side);
-    if (n >= dissectfrom)
-        dissected = tryorder(a, CHOLMOD_GIVEN,
-                             byplanes  ? planes.order
-                             : bymetis ? dissect(upper, side)
-                                       : dissectors[current](graph));
+    const auto parted = [&] {
+        if (bymetis) side = bisect(upper);
+    };
+    const auto planed = [&] {
+        if (bymetis && !graph.at.empty()) planes = orderbyplanes(graph, upper);
+    };
+    const auto looked = [&] {
+        if (!planes.order.empty()) dissected = tryorder(a, CHOLMOD_GIVEN, planes.order);
+    };
+    beside({planed, parted, [&] { degree = tryorder(a, CHOLMOD_AMD); }});  // the longest first
+    beside({looked, [&] { byplanes = aregood(planes, side); }});
+    if (large && !byplanes)
+        dissected =
+            tryorder(a, CHOLMOD_GIVEN, bymetis ? dissect(upper, side) : dissectors[current](graph));
     const bool usedegree = dissected.order.empty() || degree.operations <= dissected.operations;
     const auto words = [](const char* name, const orderresult& r) {
         char text[100];

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string>
 
+#include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
 #include "solver/equations/cholmodview.h"
 
@@ -28,10 +29,14 @@ static bool continues(const sparsematrix& a, std::int64_t j) {
 
 static quotient makequotient(const sparsematrix& a) {
     quotient q;
-    std::vector<int> run(std::size_t(a.size()));
-    for (std::int64_t j = 0; j < a.size(); ++j) {
-        if (j == 0 || !continues(a, j)) q.first.push_back(int(j));
-        run[std::size_t(j)] = int(q.first.size()) - 1;
+    std::vector<char> begins(std::size_t(a.size()));
+    parallelpieces(int(a.size()), 4096, [&](int first, int last, int) {
+        for (int j = first; j < last; ++j) begins[std::size_t(j)] = j == 0 || !continues(a, j);
+    });
+    std::vector<int> run(begins.size());
+    for (std::size_t j = 0; j < begins.size(); ++j) {
+        if (begins[j]) q.first.push_back(int(j));
+        run[j] = int(q.first.size()) - 1;
     }
     q.first.push_back(int(a.size()));
     q.start.push_back(0);

@@ -151,7 +151,8 @@ besidefile::besidefile(besidefile&& other) noexcept
       inplace(other.inplace),
       failed(other.failed),
       written(other.written),
-      reserved(other.reserved) {}
+      reserved(other.reserved),
+      disk(std::move(other.disk)) {}
 
 besidefile& besidefile::operator=(besidefile&& other) noexcept {
     std::swap(final, other.final);
@@ -161,6 +162,7 @@ besidefile& besidefile::operator=(besidefile&& other) noexcept {
     std::swap(failed, other.failed);
     std::swap(written, other.written);
     std::swap(reserved, other.reserved);
+    std::swap(disk, other.disk);
     return *this;
 }
 
@@ -171,6 +173,7 @@ besidefile::~besidefile() {
 
 void besidefile::release() {
     beside.clear();
+    disk.reset();  // it writes to the file
     if (file >= 0) close(std::exchange(file, -1));
 }
 
@@ -179,17 +182,6 @@ void besidefile::leave() {
 }
 
 // --- content ------------------------------------------------------------------------------------
-
-static bool writeall(int file, const char* data, std::size_t n) {
-    while (n > 0) {
-        const ssize_t done = write(file, data, n);
-        if (done < 0 && errno == EINTR) continue;
-        if (done <= 0) return false;
-        data += done;
-        n -= std::size_t(done);
-    }
-    return true;
-}
 
 // Room on the disk ahead of what is written: a large file grows in half the time. A disk that has
 // too little left, or cannot say so, takes or refuses what is written as ever.
@@ -201,13 +193,34 @@ void besidefile::reserve(std::size_t n) {
     reserved = done ? end + ahead : std::numeric_limits<long long>::max();
 }
 
-void besidefile::write(const char* data, std::size_t n) {
-    reserve(n);
-    if (!failed && !writeall(file, data, n)) failed = true;
+void besidefile::put(const char* data, std::size_t n) {
+    if (disk)
+        disk->write(data, n);
+    else if (!failed && !writeat(file, data, n, written))
+        failed = true;
     written += (long long)(n);
 }
 
+void besidefile::write(const char* data, std::size_t n) {
+    const long long longfile = 4 * (long long)(diskwriter::block);  // what is beyond goes straight
+    reserve(n);
+    if (written <= longfile && longfile - written < (long long)(n)) {
+        const auto before = std::size_t(longfile - written);
+        put(data, before);
+        data += before;
+        n -= before;
+        disk = diskwriter::from(file, longfile);
+    }
+    put(data, n);
+}
+
+void besidefile::drain() {
+    if (disk && !disk->finish()) failed = true;
+    disk.reset();
+}
+
 void besidefile::finish() {
+    drain();
     if (!failed && reserved > 0 && ftruncate(file, written) != 0) failed = true;
     reserved = 0;
     if (failed)
@@ -230,6 +243,7 @@ static void copyrights(int file, const std::string& target) {
 }
 
 void besidefile::flush() {
+    drain();
     if (!inplace) copyrights(file, final);
     if (fsync(file) != 0 && errno != EINVAL && errno != ENOTSUP) failed = true;
     finish();
@@ -243,8 +257,9 @@ void besidefile::overwrite() {
     lseek(file, 0, SEEK_SET);
     std::vector<char> block(std::size_t(1) << 20);
     if (size > 0 && posix_fallocate(old, 0, size) == ENOSPC) failed = true;
-    for (ssize_t n; !failed && (n = read(file, block.data(), block.size())) > 0;)
-        failed = !writeall(old, block.data(), std::size_t(n));
+    off_t at = 0;
+    for (ssize_t n; !failed && (n = read(file, block.data(), block.size())) > 0; at += n)
+        failed = !writeat(old, block.data(), std::size_t(n), at);
     if (!failed && (ftruncate(old, size) != 0 || fsync(old) != 0)) failed = true;
     close(old);
     finish();

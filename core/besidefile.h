@@ -9,7 +9,10 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
+
+#include "core/diskwriter.h"
 
 class besidefile {
   public:
@@ -39,10 +42,13 @@ class besidefile {
     void overwrite();
     void release();
     void reserve(std::size_t n);
+    void put(const char* data, std::size_t n);
+    void drain();
     std::string final, beside;
     int file = -1;
     bool inplace = false, failed = false;
     long long written = 0, reserved = 0;  // bytes; reserved is 0 while no room was asked for
+    std::unique_ptr<diskwriter> disk;     // of the part that is long
 };
 
 // A link is followed, so that the file it points to is the one replaced.

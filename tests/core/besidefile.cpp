@@ -15,9 +15,9 @@
 
 namespace fs = std::filesystem;
 
-static void writeby(const std::string& path) {
+static void writeby(const std::string& path, const std::string& text = "new") {
     textout out(path);
-    out.raw("new");
+    out.raw(text);
     out.commit();
 }
 
@@ -44,17 +44,16 @@ TEST(Besidefile, IsItsWritersOwnAndNeverALink) {
     EXPECT_FALSE(fs::is_symlink(one.path()));
 }
 
-// Pieces of any length, past the places where room is reserved; a small file takes none.
+// Pieces of any length, past the places where room is reserved and where blocks go straight to the
+// disk; a small file takes none.
 TEST(Besidefile, ALargeFileIsWholeAndKeepsNoRoomThatItDoesNotFill) {
     sessionroom room;
-    for (const std::size_t size : {100000U, 3000001U}) {
+    for (const std::size_t size : {100000UL, 3000001UL, 6 * diskwriter::block + 1}) {
         std::string content;
+        while (content.size() < size) content += char('a' + content.size() % 23);
         besidefile out(room.file("a"));
-        for (std::size_t n = 1; content.size() < size; n = n * 7 % 40009) {
-            const std::string piece(std::min(n, size - content.size()), char('a' + n % 26));
-            out.write(piece.data(), piece.size());
-            content += piece;
-        }
+        for (std::size_t at = 0, n = 1; at < size; at += n, n = n * 7 % 40009)
+            out.write(content.data() + at, std::min(n, size - at));
         out.replacetarget();
         EXPECT_TRUE(contentof(room.file("a")) == content) << size;
         struct stat now {};
@@ -72,11 +71,14 @@ TEST(Besidefile, AFileInAFolderThatTakesNoneIsWrittenInPlace) {
     writefile(room.file("a"), "a longer old text");
     fs::permissions(room.file("a"), fs::perms(0666));
     fs::permissions(room.folder, fs::perms(0555));
-    ASSERT_EQ(seteuid(nobody), 0);
-    EXPECT_NO_THROW(writeby(room.file("a")));
-    EXPECT_THROW(writeby(room.file("b")), runtimeerror);
-    ASSERT_EQ(seteuid(0), 0);
-    EXPECT_EQ(contentof(room.file("a")), "new");
+    const std::string longtext(6 * diskwriter::block + 1, 'x');
+    for (const std::string& text : {std::string("new"), longtext, std::string("short")}) {
+        ASSERT_EQ(seteuid(nobody), 0);
+        EXPECT_NO_THROW(writeby(room.file("a"), text));
+        EXPECT_THROW(writeby(room.file("b"), text), runtimeerror);
+        ASSERT_EQ(seteuid(0), 0);
+        EXPECT_TRUE(contentof(room.file("a")) == text) << text.size();
+    }
 }
 
 TEST(Besidefile, WhatAKilledWriterLeftIsRemovedAndNothingElse) {

@@ -131,13 +131,15 @@ static std::vector<ownerblock> blocksof(const model& m, const settings& s, const
 // --- the directions themselves ------------------------------------------------------------------
 
 // Directions without stiffness (of an element's own) among the unknowns: unit vectors first, then
-// the rest.
+// the rest. A plane that only leans less than its noise has none of them: along an axis, what it
+// moves across itself would be lost by as much as it leans.
 static int emptydirections(const mat6& stiffness, int count, double nostiffness, mat6& empty,
                            bool& unitsalone) {
+    const double parallel = 1e-6;
     int found = 0;
     std::vector<int> kept;
     for (int i = 0; i < count; ++i) {
-        if (stiffness(i, i) > nostiffness)
+        if (stiffness(i, i) > std::min(nostiffness, parallel * parallel))
             kept.push_back(i);
         else
             empty.col(found++) = vec6::Unit(i);

@@ -56,6 +56,22 @@ static void loadplaced(build& b, const placing& p, int n, const vec3& force, boo
     for (int k = 0; k < 3; ++k) b.load(1, n, k + 1 + 3 * moment, turned[k]);
 }
 
+// A plane that leans on the axes by less than Singles far away tell, but is told with more digits:
+// plates move across it, not along an axis.
+TEST(Accuracy, PlatesThatLeanALittleMoveAcrossTheirPlane) {
+    build b;
+    const double lean = 2e-4, far = 1e6;
+    const vec3 normal = vec3(lean, 0, 1).normalized();
+    const build::grid at = b.mesh(typeplate4, b.plate(2e5, 0.3, 10), 3, 3, [&](double r, double s) {
+        return vec3(far + 300 * r, far + 300 * s, far - lean * 300 * r);
+    });
+    b.fix(at.left(), clamped);
+    for (const int n : at.right())
+        b.load(1, n, vec6{{100 * normal.x(), 0, 100 * normal.z(), 0, 0, 0}});
+    const vec3 tip = movedby(b.solve(), 1, at.number(3, 1));
+    EXPECT_LT(tip.cross(normal).norm(), 1e-9 * tip.norm());
+}
+
 // The displacements of a model that is flat in z = 0 before it is placed.
 TEST(Accuracy, FlatModelsStandInAnyPlaneAndFarAway) {
     const struct {

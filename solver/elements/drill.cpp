@@ -25,11 +25,12 @@ double followedpart(const element& e, const flatshape& s) {
     return std::min(1.0, part * ratio * ratio);
 }
 
-// Forces that pull at the end of a strip reach it at two corners, without moments, and would bow
-// it: to even stress it stays straight. Long edges, bent with the strip, bow as ever. Triangles
-// among themselves bow by half more than a beam, see below.
+// Supports that hold an edge against what pulls at it, but leave its ends free to turn, bring no
+// moments that would bow it, nor do forces at the two corners of the end of a strip: to even stress
+// it stays straight. Forces along other edges: see edgeloads. Long edges, bent with the strip, bow
+// as ever. Triangles among themselves bow by half more than a beam, see below.
 double edgebow(const element& e, int edge) {
-    if (isendedge(e, edge)) return 0;
+    if (isstraightedge(e, edge)) return 0;
     if (e.nodes == 3 && !meetsquadrilateral(e, edge)) return 1.5;
     return e.fold == nullptr ? 1 : double(e.fold->followed[edge]);
 }

@@ -6,8 +6,8 @@
 
 #include "solver/elements/element.h"
 
-const int edgebits = 3;                              // their place in the slip
-enum edgebit : int { meetingbit = 1, freebit = 8 };  // edge 0's; then 1's, 2's
+const int edgebits = 3;                                                // their place in the slip
+enum edgebit : int { meetingbit = 1, freebit = 8, straightbit = 64 };  // edge 0's; then 1's, 2's
 
 inline bool hasbit(const element& e, edgebit first, int edge) {
     return e.nodes == 3 && e.slip && (int((*e.slip)[edgebits]) & first << edge) != 0;
@@ -21,7 +21,9 @@ inline bool meetsquadrilateral(const element& e, int edge) {
 inline bool isfreeedge(const element& e, int edge) {
     return hasbit(e, freebit, edge);
 }
-// Whether a quadrilateral alone has the edge and both its ends, as at the tip of a strip.
-inline bool isendedge(const element& e, int edge) {
-    return e.nodes == 4 && e.slip && (*e.slip)[std::size_t(edge)] < 0;
+// Whether the edge is straight to even stress: held so by supports, or that of a quadrilateral
+// which alone has both its ends, as at the tip of a strip.
+inline bool isstraightedge(const element& e, int edge) {
+    return hasbit(e, straightbit, edge) ||
+           (e.nodes == 4 && e.slip && (*e.slip)[std::size_t(edge)] < 0);
 }

@@ -163,6 +163,34 @@ static bool isfree(const model& m, const elementdef& e, int both) {
     return free;
 }
 
+// --- straight edges -----------------------------------------------------------------------------
+
+// Translations that supports hold, bits 0..2.
+static std::vector<char> heldways(const model& m) {
+    std::vector<char> nodes(m.nodes.size(), 0);
+    for (const nodalrow& row : m.constraints)
+        if (row.dof <= 3) nodes[std::size_t(row.node)] |= char(1 << (row.dof - 1));
+    return nodes;
+}
+
+// ways, turns: what is held at both ends of a shell's edge, which has no other shell. Supports take
+// what pulls across it but leave its ends free to turn in the plane.
+static bool isheldstraight(const model& m, const side& one, int ways, int turns) {
+    if (ways == 0) return false;
+    const elementdef& e = m.elements[std::size_t(one.element)];
+    const int next = (one.edge + 1) % factsof(e.type).nodes;
+    const vec3 normal = normalof(m, e).normalized(),
+               along = m.nodes[std::size_t(e.node[next])] - m.nodes[std::size_t(e.node[one.edge])],
+               across = normal.cross(along).normalized();
+    double gives = 0, turned = 0;
+    for (int k = 0; k < 3; ++k) {
+        if (!(ways >> k & 1)) gives += across[k] * across[k];
+        if (turns >> k & 1) turned += normal[k] * normal[k];
+    }
+    const double little = 0.01;  // of the square of a unit vector
+    return gives < little && turned < 0.5;
+}
+
 // By node: whether one element alone has it.
 static std::vector<char> lonenodes(const model& m) {
     std::vector<char> count(m.nodes.size(), 0);
@@ -177,10 +205,10 @@ static std::vector<char> lonenodes(const model& m) {
     return count;
 }
 
-// others: those at the same edge, with one among them; held: at both ends; lone: no other element
-// has either end.
+// others: those at the same edge, with one among them; ways, turns: held at both ends; lone: no
+// other element has either end.
 static void shareedge(model& m, const side& one, std::span<const side> others,
-                      const std::vector<edgeslip>& own, int held, bool lone) {
+                      const std::vector<edgeslip>& own, int ways, int turns, bool lone) {
     double sum = 0;
     int count = 0;
     bool quadrilateral = false;
@@ -192,12 +220,14 @@ static void shareedge(model& m, const side& one, std::span<const side> others,
     }
     const elementdef& e = m.elements[std::size_t(one.element)];
     edgeslip& slip = m.slip[std::size_t(one.element)];
-    const bool end = lone && e.type == typeshell4;
-    slip[std::size_t(one.edge)] = float((end ? -1 : 1) * sum / count);
+    const bool held = count == 1 && isshell(e.type) && isheldstraight(m, one, ways, turns);
+    const bool straight = e.type == typeshell4 && (lone || held);
+    slip[std::size_t(one.edge)] = float((straight ? -1 : 1) * sum / count);
     int bits = 0;
+    if (held && e.type == typeshell3) bits |= straightbit << one.edge;
     if (quadrilateral && e.type == typeshell3) bits |= meetingbit << one.edge;
     const bool triangle = e.type == typeshell3 || e.type == typeplate3;
-    if (triangle && count == 1 && isfree(m, e, held)) bits |= freebit << one.edge;
+    if (triangle && count == 1 && isfree(m, e, turns)) bits |= freebit << one.edge;
     if (bits != 0) std::atomic_ref(slip[edgebits]).fetch_add(float(bits));
 }
 
@@ -215,10 +245,10 @@ void measureedges(model& m, const settings& s) {
     });
     const sidelist list = listsides(m);
     foldshells(m, s, list);
-    const std::vector<char> held = heldturns(m), lone = lonenodes(m);
+    const std::vector<char> ways = heldways(m), turns = heldturns(m), lone = lonenodes(m);
     m.slip = own;
     eachside(m, list, [&](std::size_t n, const side& one, std::span<const side> here) {
-        shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)],
-                  lone[n] && lone[std::size_t(one.far)]);
+        shareedge(m, one, here, own, ways[n] & ways[std::size_t(one.far)],
+                  turns[n] & turns[std::size_t(one.far)], lone[n] && lone[std::size_t(one.far)]);
     });
 }

@@ -11,6 +11,7 @@
 #include "solver/elements/gauss.h"
 #include "solver/elements/section.h"
 #include "solver/elements/surface.h"
+#include "solver/loads/edgeloads.h"
 #include "solver/processes/ranks.h"
 
 void absentloads::add(int n, int direction, double value) {
@@ -188,6 +189,19 @@ vec3 caseloads::online(const element& e, const linesink& sink) const {
     return moment;
 }
 
+// Of applied forces.
+void caseloads::edgemoments(const dofmap& d, double* f) const {
+    if (c.type != caseapplied || c.nodal.empty() || d.place[6] < 0) return;
+    std::vector<vec3> forces(m.nodes.size(), vec3::Zero());
+    for (const nodalrow& row : c.nodal)
+        if (row.dof <= 3 && d.place[row.dof] >= 0)
+            forces[std::size_t(row.node)][row.dof - 1] += row.value;
+    eachedgemoment(m, s, forces, [&](int n, const vec3& moment) {
+        for (int k = 0; k < 3; ++k)
+            if (d.place[4 + k] >= 0) f[d.index(n, d.place[4 + k])] += moment[k];
+    });
+}
+
 void caseloads::nodalforces(const dofmap& d, double* f, absentloads& absent) const {
     for (const nodalrow& row : c.nodal) {
         if (!d.nodes->counts(std::size_t(row.node - 1))) continue;
@@ -219,6 +233,7 @@ void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
     std::fill_n(f, d.dofs(), 0.0);
     absentloads absent;
     nodalforces(d, f, absent);
+    edgemoments(d, f);
     together([&] { addelementloads(d, f, absent); });
     sumshares(d, f);
     absent.addothers();

@@ -48,6 +48,7 @@ class caseloads {
 
   private:
     void nodalforces(const dofmap& d, double* f, absentloads& absent) const;
+    void edgemoments(const dofmap& d, double* f) const;
     void addelementloads(const dofmap& d, double* f, absentloads& absent) const;
     void tellabsent(const absentloads& absent, runlog& log) const;
     bool rowsonelement(const element& e, elvector& f) const;

@@ -181,6 +181,45 @@ TEST(Patch, StripsPulledAtTheirCornersStretchEvenly) {
     }
 }
 
+// Rollers that leave the drilling free on one side and forces without moments on the other.
+TEST(Patch, PlatesPulledAtTheirEdgesStretchEvenly) {
+    std::mt19937 random(13);
+    std::uniform_real_distribution<double> some(-0.3, 0.3);
+    const double thickness = 0.1, stress = 100;
+    for (const auto& [even, odd] :
+         {std::pair(typeshell4, typeshell4), {typeshell3, typeshell3}, {typeshell4, typeshell3}}) {
+        build b;
+        const int nx = 4, ny = 3, g = b.plate(1e6, 0.25, thickness);
+        std::vector<int> held, pulled;
+        for (int j = 0; j <= ny; ++j)
+            for (int i = 0; i <= nx; ++i) {
+                const int n = b.node(i + (i % nx == 0 ? 0 : some(random)),
+                                     j + (j % ny == 0 ? 0 : some(random)));
+                if (i == 0) held.push_back(n);
+                if (i == nx) pulled.push_back(n);
+            }
+        for (int j = 0; j < ny; ++j)
+            for (int i = 0; i < nx; ++i) {
+                const int low = 1 + i + j * (nx + 1), high = low + nx + 1;
+                b.quad((i + j) % 2 ? odd : even, g, {low, low + 1, high + 1, high});
+            }
+        b.fixall({3, 4, 5});
+        b.fix(held, {1}), b.fix(held[0], {2});
+        for (std::size_t j = 1; j < pulled.size(); ++j) {
+            const vec3 edge =
+                b.m.nodes[std::size_t(pulled[j])] - b.m.nodes[std::size_t(pulled[j - 1])];
+            for (const std::size_t end : {j - 1, j})
+                b.load(1, pulled[end], 1, stress * thickness * edge.y() / 2);
+        }
+        const results r = b.solve();
+        for (int c = 0; c < r.plates.corners; ++c) {
+            const mat3 here = planetensor(r.plates.of(1, c));
+            EXPECT_NEAR(here.trace(), stress, 1e-8 * stress) << even << ' ' << odd << ' ' << c;
+            EXPECT_NEAR(here.norm(), stress, 1e-8 * stress) << even << ' ' << odd << ' ' << c;
+        }
+    }
+}
+
 TEST(Patch, ReactionsOfNothingAreNotWarnedAbout) {
     build b;
     const build::grid at = b.mesh(

@@ -2,6 +2,7 @@
 // Forces and deflections along members, against closed forms.
 #include "solver/results/members.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <random>
@@ -107,8 +108,12 @@ TEST(Members, NumbersOfAColumnShareTheirLastPlace) {
                 {999999.96, 999999.96, "1000000"},
                 {1234567.4, -1234567.4, "-1234567"},
                 {1234567890, 1234567890, "1234568E3"},
+                {1234567890, 1234000000, "1234000E3"},
                 {1234567890, 400, "0"},
+                {12345678.9, 12345678.9, "1234568E1"},
                 {0.09, 0.00000016, "0.00000016"},
+                {0.00012345678, 0.00012345678, "0.0001234568"},
+                {0.000012345678, 0.000012345678, "1234568E-11"},
                 {4.5e-12, -4.5e-12, "-45E-13"},
                 {0.0125, 0.0125, "0.0125"},
                 {0.0125, 0.00999999999, "0.01"},
@@ -126,6 +131,24 @@ TEST(Members, NumbersOfAColumnShareTheirLastPlace) {
         char text[longestnumber];
         EXPECT_EQ(std::string(text, table.write(text, rounded, kind)), row.text) << row.value;
     }
+}
+
+// More of them than are rounded at once.
+TEST(Members, EveryNumberOfATableStandsInItsRow) {
+    const int count = 75, apart = numbertable::kinds + 1;
+    double largest[numbertable::kinds], values[count * apart];
+    std::fill_n(largest, numbertable::kinds, count * apart);
+    for (int i = 0; i < count * apart; ++i) values[i] = i;
+    numbertable::row rows[count + 1] = {};
+    const numbertable table(largest);
+    table.round(values, apart, count, rows);
+    char text[longestnumber];
+    for (int i = 0; i < count * apart; ++i)
+        if (const int kind = i % apart; kind < numbertable::kinds) {
+            EXPECT_EQ(std::string(text, table.write(text, rows[i / apart], kind)),
+                      std::to_string(i));
+        }
+    EXPECT_EQ(rows[count].text[0][0], 0) << "nothing is written behind the last row";
 }
 
 // Ten digits, as a reader takes them; the same text as in full where ten are enough.

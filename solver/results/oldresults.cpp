@@ -2,8 +2,14 @@
 // The removal of results, kind by kind.
 #include "solver/results/oldresults.h"
 
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
+#include <thread>
 
 #include "core/besidefile.h"
 #include "core/resultfiles.h"
@@ -15,13 +21,38 @@ static const char* const staticfiles[] = {".rvp", ".KRT", ".LES", ".MEM",
 static const char* const modefiles[] = {".EIG"};
 static const char* const commonfiles[] = {".EMS", ".DAT"};  // each run writes them anew
 
+// Their names are gone at once. The disk takes half a second to give back the room of some
+// gigabytes: that comes as the last who holds a file lets go, beside the work.
+static void removefiles(const std::vector<std::string>& paths) {
+    std::vector<int> held;
+    std::error_code ec;
+    for (const std::string& path : paths) {
+        const int file = open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
+        if (file >= 0) held.push_back(file);
+        std::filesystem::remove(path, ec);
+    }
+    if (held.empty()) return;
+    const auto letgo = [held] { std::ranges::for_each(held, close); };
+    sigset_t all, former;  // signals go to those who know what to do
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &former);
+    try {
+        std::thread(letgo).detach();
+    } catch (const std::system_error&) {
+        letgo();  // the machine gives no more threads
+    }
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
+
 void removeresults(const job& j) {
     for (const std::string& path : foreignresults(j.base))
         refuse(path + " is no file of an analysis and would be replaced by one; move it away, or " +
                "give the model another name");
     std::error_code ec;
     const auto remove = [&](const auto& extensions) {
-        for (const char* extension : extensions) std::filesystem::remove(j.base + extension, ec);
+        std::vector<std::string> paths;
+        for (const char* extension : extensions) paths.push_back(j.base + extension);
+        removefiles(paths);
     };
     const auto any = [&](const auto& extensions) {
         return std::any_of(std::begin(extensions), std::end(extensions), [&](const char* one) {

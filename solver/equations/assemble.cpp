@@ -68,61 +68,65 @@ struct piece {
 };
 }  // namespace
 
-// The unknowns that an element reaches, ascending, and how each degree of freedom depends on them.
-static int listunknowns(const dofmap& d, const elementdofs& dofs, int* unknown) {
-    int count = 0;
-    for (int a = 0; a < dofs.count; ++a) {
-        if (dofs.index[a] < 0) continue;
-        const int q = d.equation[std::size_t(dofs.index[a])];
-        if (q >= 0) {
-            unknown[count++] = q;
-        } else if (q < dofmap::constantdof) {
-            const combination& c = d.combinations[std::size_t(-2 - q)];
-            for (int j = 0; j < c.count; ++j) {
-                const int u = c.first + j;
-                if (std::find(unknown, unknown + count, u) == unknown + count) unknown[count++] = u;
-            }
-        }
-    }
-    std::sort(unknown, unknown + count);
-    return int(std::unique(unknown, unknown + count) - unknown);
+static int equationof(const dofmap& d, const elementdofs& dofs, int a) {
+    return dofs.index[a] < 0 ? dofmap::constantdof : d.equation[std::size_t(dofs.index[a])];
 }
 
-static void topiece(const dofmap& d, const elementdofs& dofs, const elmatrix& k, piece& p) {
-    int room[mostdofs * 7];  // an unknown may first be listed more than once
-    p.count = listunknowns(d, dofs, room);
-    std::copy_n(room, p.count, p.unknown);
-    for (int i = p.count - 1; i >= 0; --i) {
-        const bool goeson = i + 1 < p.count && p.unknown[i + 1] == p.unknown[i] + 1;
-        p.runend[i] = goeson ? p.runend[i + 1] : i + 1;
-    }
-    Eigen::Map<Eigen::MatrixXd> value(p.value, p.count, p.count);
-    value.setZero();
-    const auto slot = [&](int unknown) {
-        return int(std::lower_bound(p.unknown, p.unknown + p.count, unknown) - p.unknown);
-    };
-    bool plain = true;
-    int at[mostdofs];
+// Where each unknown is one of the element's degrees of freedom.
+static bool topieceasis(const dofmap& d, const elementdofs& dofs, const elmatrix& k, piece& p) {
+    std::pair<int, int> list[mostdofs];  // unknown, degree of freedom
+    p.count = 0;
     for (int a = 0; a < dofs.count; ++a) {
-        const int q = dofs.index[a] < 0 ? -1 : d.equation[std::size_t(dofs.index[a])];
-        at[a] = q >= 0 ? slot(q) : -1;
-        plain &= q >= dofmap::constantdof;
+        const int q = equationof(d, dofs, a);
+        if (q < dofmap::constantdof) return false;
+        if (q >= 0) list[p.count++] = {q, a};
     }
-    if (plain) {
-        for (int b = 0; b < dofs.count; ++b)
-            for (int a = 0; a < dofs.count; ++a)
-                if (at[a] >= 0 && at[b] >= 0) value(at[a], at[b]) += k(a, b);
-        return;
+    std::sort(list, list + p.count);
+    for (int c = 0; c < p.count; ++c) {
+        p.unknown[c] = list[c].first;
+        if (c > 0 && p.unknown[c] == p.unknown[c - 1]) return false;
+        const double* const from = k.col(list[c].second).data();
+        double* const to = p.value + c * p.count;
+        for (int r = c; r < p.count; ++r) to[r] = from[list[r].second];
     }
+    return true;
+}
+
+// Where they depend on unknowns in any other way.
+static void topiececombined(const dofmap& d, const elementdofs& dofs, const elmatrix& k, piece& p) {
+    int unknown[mostdofs * 7];  // one may first be listed more than once
+    int* end = unknown;
+    for (int a = 0; a < dofs.count; ++a) {
+        const int q = equationof(d, dofs, a);
+        if (q >= 0) *end++ = q;
+        if (q >= dofmap::constantdof) continue;
+        const combination& c = d.combinations[std::size_t(-2 - q)];
+        for (int j = 0; j < c.count; ++j)
+            if (std::find(unknown, end, c.first + j) == end) *end++ = c.first + j;
+    }
+    std::sort(unknown, end);
+    p.count = int(std::unique(unknown, end) - unknown);
+    std::copy_n(unknown, p.count, p.unknown);
+    const auto slot = [&](int one) {
+        return std::lower_bound(p.unknown, p.unknown + p.count, one) - p.unknown;
+    };
     elmatrix t = elmatrix::Zero(dofs.count, p.count);
     for (int a = 0; a < dofs.count; ++a) {
-        if (at[a] >= 0) t(a, at[a]) = 1;
-        const int q = dofs.index[a] < 0 ? -1 : d.equation[std::size_t(dofs.index[a])];
+        const int q = equationof(d, dofs, a);
+        if (q >= 0) t(a, slot(q)) = 1;
         if (q >= dofmap::constantdof) continue;
         const combination& c = d.combinations[std::size_t(-2 - q)];
         for (int j = 0; j < c.count; ++j) t(a, slot(c.first + j)) = c.factor[j];
     }
-    value.noalias() = t.transpose() * k * t;
+    Eigen::Map<Eigen::MatrixXd>(p.value, p.count, p.count).noalias() = t.transpose() * k * t;
+}
+
+static void topiece(const dofmap& d, const elementdofs& dofs, const elmatrix& k, piece& p) {
+    if (!topieceasis(d, dofs, k, p)) topiececombined(d, dofs, k, p);
+    for (int i = p.count - 1; i >= 0; --i) {
+        const bool goeson = i + 1 < p.count && p.unknown[i + 1] == p.unknown[i] + 1;
+        p.runend[i] = goeson ? p.runend[i + 1] : i + 1;
+    }
 }
 
 // Adds the columns of this thread: unknown / 64 spreads them, so that neighbours share cache lines.

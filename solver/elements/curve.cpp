@@ -33,14 +33,15 @@ static shellsofnodes listshells(const model& m) {
             for (int k = 0; k < factsof(def.type).nodes; ++k) use(e, std::size_t(def.node[k]));
         }
     };
-    eachcorner([&](int e, std::size_t n) {
-        ++list.start[n + 1];
-        list.normal[std::size_t(e)] = normalof(m, m.elements[std::size_t(e)]);
-    });
+    eachcorner([&](int, std::size_t n) { ++list.start[n + 1]; });
     for (std::size_t n = 1; n < list.start.size(); ++n) list.start[n] += list.start[n - 1];
     list.shells.resize(std::size_t(list.start.back()));
     std::vector<int> next(list.start.begin(), list.start.end() - 1);
     eachcorner([&](int e, std::size_t n) { list.shells[std::size_t(next[n]++)] = e; });
+    parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
+        for (auto e = std::size_t(first) + 1; e <= std::size_t(last); ++e)
+            if (isshell(m.elements[e].type)) list.normal[e] = normalof(m, m.elements[e]);
+    });
     return list;
 }
 
@@ -79,6 +80,8 @@ void measurecurve(model& m) {
 static double wrongbending(const model& m, int number) {
     const elementdef& e = m.elements[std::size_t(number)];
     const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness];
+    const double curve = m.curve[std::size_t(number)];
+    if (curve == 0) return 0;
     const auto at = [&](int k) -> const vec3& { return m.nodes[std::size_t(e.node[k])]; };
     const bool triangle = e.type == typeshell3;
     const int corners = triangle ? 3 : 4;
@@ -92,7 +95,7 @@ static double wrongbending(const model& m, int number) {
         share =
             0.25 * roundness(m, number) * std::fabs(r.stableNormalized().dot(s.stableNormalized()));
     }
-    return share * longest * m.curve[std::size_t(number)] / thickness;
+    return share * longest * curve / thickness;
 }
 
 static void warncurved(const model& m, int lc, int type, runlog& log) {

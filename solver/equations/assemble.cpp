@@ -201,8 +201,10 @@ void addatdof(const dofmap& d, std::size_t dof, double value, sparsematrix& a) {
 
 std::vector<double> diagonalof(const sparsematrix& a) {
     std::vector<double> diagonal(std::size_t(a.size()));
-    for (std::size_t j = 0; j < diagonal.size(); ++j)
-        diagonal[j] = a.value[std::size_t(a.start[j])];
+    parallelpieces(int(diagonal.size()), 16384, [&](int first, int last, int) {
+        for (auto j = std::size_t(first); j < std::size_t(last); ++j)
+            diagonal[j] = a.value[std::size_t(a.start[j])];
+    });
     a.unknowns->sum(diagonal.data(), 1);
     return diagonal;
 }
@@ -230,11 +232,13 @@ void multiply(const sparsematrix& a, const double* x, double* y, int columns) {
 }
 
 std::vector<double> constantforces(const model& m, const settings& s, const dofmap& d) {
-    std::vector<double> u(d.constant), zero(std::size_t(d.unknowns), 0.0);
-    expand(d, zero.data(), u.data());
-    double any = std::any_of(u.begin(), u.end(), [](double v) { return v != 0; });
+    const auto moves = [](const combination& c) { return c.constant != 0; };
+    double any = std::ranges::any_of(d.combinations, moves) ||
+                 std::ranges::any_of(d.constant, [](double v) { return v != 0; });
     allranks().most(&any, 1);
     if (any == 0) return {};
+    std::vector<double> u(d.constant), zero(std::size_t(d.unknowns), 0.0);
+    expand(d, zero.data(), u.data());
     std::vector<double> force(u.size(), 0);
     for (int e = 1; e <= m.nelems(); ++e) {
         if (!isown(m, e)) continue;

@@ -4,6 +4,7 @@
 #include "solver/loads/waveloads.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include "solver/base/refuse.h"
@@ -196,16 +197,17 @@ static void checkwave(const model& m, const settings& s, const loadcase& c, cons
         log.warn(name + ": a wave of this length breaks when it is higher than " +
                  shortnumber(w.breaking()) + " m");
     const double most = 1000;  // wave lengths in an element: surely wrong units, endless work
-    double plates = 0;
+    std::atomic<bool> anyplate{false};
     refusefirstof(m, [&](int i) {
         const family fam = kindof(m.elements[std::size_t(i)].type).fam;
-        if (fam == family::plate) plates = 1;
+        if (fam == family::plate) anyplate = true;
         if (fam != family::line) return;
         const element e = elementat(m, s, i);
         if (!(lengthof(e) * s.length <= most * w.length()))
             refuseelement(e, "is more than a thousand wave lengths long in " + name +
                                  "; check T and the units of feiflu.ini");
     });
+    double plates = anyplate;
     allranks().most(&plates, 1);
     if (plates != 0) log.warn(name + ": waves load line elements alone, the plates take none");
 }

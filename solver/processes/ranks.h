@@ -7,11 +7,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "solver/base/model.h"
+#include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
 #include "solver/processes/route.h"
 
@@ -109,16 +111,26 @@ inline bool iscounted(const model& m, int n) {
     return m.counted.empty() || m.counted[std::size_t(n)] != 0;
 }
 
-// Has all refuse the fault of the first element, by the numbers of the files, that has one.
+// Has all refuse the fault of the first element, by the numbers of the files, that has one. check
+// is called by all threads.
 template <typename Check>
 void refusefirstof(const model& m, Check check) {
-    int e = 1;
-    std::string fault;
-    const auto all = [&] {
-        for (; e <= m.nelems(); ++e)
-            if (isown(m, e)) check(e);
-    };
-    if (allranks().alone()) return all();
-    guarded(all, [&](const runtimeerror& wrong) { fault = wrong.what; });
-    refusefirst(fault.empty() ? 0 : m.nameof(e), fault);
+    std::mutex guard;
+    int first = 0;
+    runtimeerror fault{};
+    parallelpieces(m.nelems(), 4096, [&](int begin, int end, int) {
+        int e = begin + 1;
+        const auto all = [&] {
+            for (; e <= end; ++e)
+                if (isown(m, e)) check(e);
+        };
+        guarded(all, [&](const runtimeerror& wrong) {
+            const std::lock_guard lock(guard);
+            if (first != 0 && first < e) return;
+            first = e;
+            fault = wrong;
+        });
+    });
+    if (allranks().alone() && first > 0) throw fault;
+    refusefirst(first > 0 ? m.nameof(first) : 0, fault.what);
 }

@@ -142,8 +142,8 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     return r;
 }
 
-static void warnunbalanced(const model& m, double part, runlog& log) {
-    std::string cause = "the model is ill-conditioned";
+// The SPRING2 element with the lowest number whose nodes lie apart, 0: none.
+static int springapart(const model& m) {
     std::vector<double> first = {-INFINITY};  // the element's number, its sign changed
     for (int e = m.nelems(); e > 0; --e) {
         const elementdef& def = m.elements[std::size_t(e)];
@@ -151,10 +151,21 @@ static void warnunbalanced(const model& m, double part, runlog& log) {
         if (def.type == typespring2 && at(0) != at(1)) first[0] = -m.nameof(e);
     }
     first = allranks().greatest(first);
-    if (first[0] != -INFINITY)
-        cause = "the nodes of the SPRING2 element " + std::to_string(int(-first[0])) +
-                " lie apart, so that its forces make a moment that nothing balances";
-    log.warn("The reactions miss the loads by " + shortnumber(part) + " of them: " + cause);
+    return first[0] == -INFINITY ? 0 : int(-first[0]);
+}
+
+// What no spring explains is wrong in the stiffness itself, which no refinement finds.
+static void tellunbalanced(const model& m, double part, const std::string& why, runlog& log) {
+    const std::string words = "The reactions miss the loads by " + shortnumber(part) + " of them";
+    const double wrong = 1e-2;
+    const int spring = springapart(m);
+    if (spring > 0)
+        log.warn(words + ": the nodes of the SPRING2 element " + std::to_string(spring) +
+                 " lie apart, so that its forces make a moment that nothing balances");
+    else if (part > wrong)
+        refuse(words + ". " + why);
+    else
+        log.warn(words + ": the model is ill-conditioned");
 }
 
 // Where rounding spoils the balance of a case, the displacements get more digits: those of a thin
@@ -184,7 +195,8 @@ static void refinereactions(const model& m, const settings& s, const equations& 
         log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
                  " of themselves. " + whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)));
     const double noise = held.noise();
-    if (now > std::max(unbalanced, noise)) warnunbalanced(m, now, log);
+    if (now > std::max(unbalanced, noise))
+        tellunbalanced(m, now, whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)), log);
     if (now != before)
         log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
                  shortnumber(now));

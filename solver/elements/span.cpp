@@ -23,7 +23,7 @@ static std::string within(const model& m, const settings& s, int number) {
     return name;
 }
 
-std::string stiffnesstoofarapart(const model& m, const settings& s) {
+std::string stiffnesstoofarapart(const model& m, const settings& s, double far) {
     // Stiffness and, with its sign changed, number: of equals the first is named.
     using found = std::vector<double>;
     found high = {0, 0}, low = {-INFINITY, 0};
@@ -40,7 +40,6 @@ std::string stiffnesstoofarapart(const model& m, const settings& s) {
                                                        : "");
     };
     const std::string stiff = name(most, high), soft = name(least, low);
-    const double far = 1e7;
     if (soft.empty() || most[0] < -far * least[0]) return "";
     char ratio[20];
     std::snprintf(ratio, sizeof ratio, "%.0e", most[0] / -least[0]);

@@ -7,6 +7,9 @@
 #include "solver/base/model.h"
 #include "solver/base/settings.h"
 
-// Two sentences: the stiffest and the softest element where they lie too many powers of ten apart
-// for a useful accuracy, and what to do; "" elsewhere.
-std::string stiffnesstoofarapart(const model& m, const settings& s);
+// Times as stiff: fewer digits may be left than are useful; a mechanism may be rounding.
+const double fewdigits = 1e7, nodigits = 1e12;
+
+// Two sentences: the stiffest and the softest element where one is so many times as stiff as the
+// other, and what to do; "" elsewhere.
+std::string stiffnesstoofarapart(const model& m, const settings& s, double far = fewdigits);

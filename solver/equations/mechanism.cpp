@@ -254,10 +254,13 @@ static std::string motiontext(const model& m, const dofmap& d, const std::vector
            dofname(int(dof)) + (dof <= 3 ? extenttext(m, d, u, largest.item) : "");
 }
 
-void refusemotion(const model& m, const dofmap& d, const std::vector<double>& v) {
+void refusemotion(const model& m, const settings& s, const dofmap& d,
+                  const std::vector<double>& v) {
+    const std::string apart = stiffnesstoofarapart(m, s, nodigits);
     refuse(motiontext(m, d, nodalmotion(d, v), "freely") +
            ": the structure or a part of it is a mechanism. Add a constraint or an element that "
-           "holds it");
+           "holds it" +
+           (apart.empty() ? "" : ". If nothing is missing there: " + apart));
 }
 
 std::string whyillconditioned(const model& m, const settings& s, const dofmap& d,
@@ -290,5 +293,5 @@ void refusemechanism(const model& m, const settings& s, const dofmap& d,
     if (energy > std::max(noise, none))
         refuse("The equations cannot be solved to a useful accuracy. " +
                whyillconditioned(m, s, d, nodalmotion(d, v)));
-    refusemotion(m, d, v);
+    refusemotion(m, s, d, v);
 }

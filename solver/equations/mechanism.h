@@ -19,7 +19,8 @@ void refusemechanism(const model& m, const settings& s, const dofmap& d,
                      const sparsematrix& stiffness, const pivotfound& p, runlog& log);
 
 // Refuses a motion of the unknowns: node, direction and extent of what moves with it.
-[[noreturn]] void refusemotion(const model& m, const dofmap& d, const std::vector<double>& v);
+[[noreturn]] void refusemotion(const model& m, const settings& s, const dofmap& d,
+                               const std::vector<double>& v);
 
 // Why equations whose solution is these displacements cannot be solved to a useful accuracy, and
 // what to do: elements of too different stiffness, or what moves most.

@@ -44,5 +44,5 @@ void refuseheldbyrounding(const model& m, const settings& s, const equations& q,
     if (stiffer < much)
         l.factorise(q.stiffness);
     else
-        refusemotion(m, q.dofs, std::vector<double>(u, u + load.size()));
+        refusemotion(m, s, q.dofs, std::vector<double>(u, u + load.size()));
 }

@@ -97,11 +97,13 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     applied.resize(u.u.size());
     std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(u.cases));
     std::vector<double> f;
+    std::vector<caseloads> loads;
+    for (int lc = first; lc <= last; ++lc) loads.emplace_back(m, s, lc);
+    caseloads::collect(loads, d, applied.data(), log);
     for (int c = 0; c < u.cases; ++c) {
         const int lc = first + c;
         const std::string& name = m.cases[std::size_t(lc)].name;
         double* const load = applied.data() + std::size_t(c) * d.equation.size();
-        caseloads(m, s, lc).collect(d, load, log);
         checkheldloads(m, d, held.angle, load, lc, log);
         held.letgo.push_back(heldload(m, d, load));
         f.assign(load, load + d.equation.size());

@@ -97,12 +97,23 @@ static void spreadover(const element& e, const elementrow& row, elvector& f) {
     kindof(e.type).spread(e, {forces, count}, f);
 }
 
+const elvector& unitloads::along(int direction) {
+    elvector& f = found[direction - 1];
+    if (f.size() > 0) return f;
+    f.setZero(e.nodes * kindof(e.type).nodedofs);
+    if (kindof(e.type).fam == family::plate)
+        spreadover(e, {e.number, direction, 1}, f);
+    else
+        spreadalong(e, lineaxes(e).row(direction - 1).transpose(), f);
+    return f;
+}
+
 std::vector<elementrow>::const_iterator caseloads::firstrow(int e) const {
     const auto before = [](const elementrow& row, int number) { return row.element < number; };
     return std::lower_bound(rows.begin(), rows.end(), e, before);
 }
 
-bool caseloads::rowsonelement(const element& e, elvector& f) const {
+bool caseloads::rowsonelement(const element& e, unitloads& unit, elvector& f) const {
     bool any = false;
     for (auto row = firstrow(e.number); row != rows.end() && row->element == e.number; ++row) {
         const elementkind& kind = kindof(e.type);
@@ -111,10 +122,7 @@ bool caseloads::rowsonelement(const element& e, elvector& f) const {
                                  "\", but this kind of element takes none; load its nodes");
         if (kind.fam != family::plate && !(lengthof(e) > 0))
             refuseelement(e, "has a distributed load, but no length");
-        if (kind.fam == family::plate)
-            spreadover(e, *row, f);
-        else
-            spreadalong(e, row->value * lineaxes(e).row(row->direction - 1).transpose(), f);
+        f += row->value * unit.along(row->direction);
         any = true;
     }
     return any;
@@ -160,8 +168,8 @@ bool caseloads::massonelement(const element& e, elvector& f) const {
     return true;
 }
 
-bool caseloads::onelement(const element& e, elvector& f) const {
-    const bool byrows = rowsonelement(e, f);
+bool caseloads::onelement(const element& e, unitloads& unit, elvector& f) const {
+    const bool byrows = rowsonelement(e, unit, f);
     const bool bymass = massonelement(e, f);
     const bool bysea = sea.onelement(e, f);
     return byrows || bymass || bysea;
@@ -229,50 +237,79 @@ void caseloads::tellabsent(const absentloads& absent, runlog& log) const {
              number);
 }
 
-void caseloads::collect(const dofmap& d, double* f, runlog& log) const {
-    std::fill_n(f, d.dofs(), 0.0);
-    absentloads absent;
-    nodalforces(d, f, absent);
-    edgemoments(d, f);
-    together([&] { addelementloads(d, f, absent); });
-    sumshares(d, f);
-    absent.addothers();
-    tellabsent(absent, log);
+void caseloads::collect(const std::vector<caseloads>& cases, const dofmap& d, double* f,
+                        runlog& log) {
+    const auto dofs = std::size_t(d.dofs());
+    std::fill_n(f, dofs * cases.size(), 0.0);
+    std::vector<absentloads> absent(cases.size());
+    for (std::size_t c = 0; c < cases.size(); ++c) {
+        cases[c].nodalforces(d, f + c * dofs, absent[c]);
+        cases[c].edgemoments(d, f + c * dofs);
+    }
+    together([&] { addelementloads(cases, d, f, absent); });
+    for (std::size_t c = 0; c < cases.size(); ++c) {
+        sumshares(d, f + c * dofs);
+        absent[c].addothers();
+        cases[c].tellabsent(absent[c], log);
+    }
 }
 
-void caseloads::addelementloads(const dofmap& d, double* f, absentloads& absent) const {
-    if (!loadselements()) return;
-    struct elementload {
-        bool any;
-        elvector f;
-    };
-    const int batch = 8192;
-    std::vector<elementload> loads(std::size_t(std::min(batch, m.nelems())));
+namespace {
+struct elementload {
+    bool any = false;
+    elvector f;
+};
+}  // namespace
+
+static void addelementload(const model& m, const dofmap& d, const elementdef& def,
+                           const elvector& load, double* f, absentloads& absent) {
+    const elementdofs dofs = dofsof(d, def);
+    const int stride = kindof(def.type).nodedofs;
+    const double noload = 1e-9 * load.cwiseAbs().maxCoeff();
+    for (int a = 0; a < dofs.count; ++a) {
+        if (dofs.index[a] >= 0)
+            f[dofs.index[a]] += load[a];
+        else if (std::fabs(load[a]) > noload)
+            absent.add(m.nameofnode(def.node[a / stride]), a % stride + 1, load[a]);
+    }
+}
+
+// An element is looked at once for all cases; each case is summed in the order of the elements.
+void caseloads::addelementloads(const std::vector<caseloads>& cases, const dofmap& d, double* f,
+                                std::vector<absentloads>& absent) {
+    std::vector<std::size_t> loaded;
+    for (std::size_t c = 0; c < cases.size(); ++c)
+        if (cases[c].loadselements()) loaded.push_back(c);
+    if (loaded.empty()) return;
+    const model& m = cases[0].m;
+    const int count = int(loaded.size()), pieces = 32;
+    const int batch = pieces * std::max(1, 256 / count);  // elements
+    std::vector<elementload> loads(std::size_t(count) * std::size_t(batch));
     for (int begin = 1; begin <= m.nelems(); begin += batch) {
-        const int count = std::min(batch, m.nelems() + 1 - begin);
-        parallelpieces(count, 256, [&](int first, int last, int) {
+        const int some = std::min(batch, m.nelems() + 1 - begin);
+        parallelpieces(some, batch / pieces, [&](int first, int last, int) {
             for (int i = first; i < last; ++i) {
-                elementload& load = loads[std::size_t(i)];
-                load.any = false;
+                elementload* const at = loads.data() + std::size_t(i) * std::size_t(count);
+                for (int k = 0; k < count; ++k) at[k].any = false;
                 if (!isown(m, begin + i)) continue;
-                const element e = elementat(m, s, begin + i);
-                load.f = elvector::Zero(e.nodes * kindof(e.type).nodedofs);
-                load.any = onelement(e, load.f);
+                const element e = elementat(m, cases[0].s, begin + i);
+                unitloads unit(e);
+                for (int k = 0; k < count; ++k) {
+                    at[k].f.setZero(e.nodes * kindof(e.type).nodedofs);
+                    at[k].any = cases[loaded[std::size_t(k)]].onelement(e, unit, at[k].f);
+                }
             }
         });
-        for (int i = 0; i < count; ++i) {
-            const elementload& load = loads[std::size_t(i)];
-            if (!load.any) continue;
-            const elementdef& def = m.elements[std::size_t(begin + i)];
-            const elementdofs dofs = dofsof(d, def);
-            const int stride = kindof(def.type).nodedofs;
-            const double noload = 1e-9 * load.f.cwiseAbs().maxCoeff();
-            for (int a = 0; a < dofs.count; ++a) {
-                if (dofs.index[a] >= 0)
-                    f[dofs.index[a]] += load.f[a];
-                else if (std::fabs(load.f[a]) > noload)
-                    absent.add(m.nameofnode(def.node[a / stride]), a % stride + 1, load.f[a]);
-            }
-        }
+        parallelpieces(count, 1, [&](int first, int last, int) {
+            for (int k = first; k < last; ++k)
+                for (int i = 0; i < some; ++i) {
+                    const elementload& load =
+                        loads[std::size_t(i) * std::size_t(count) + std::size_t(k)];
+                    const std::size_t c = loaded[std::size_t(k)];
+                    if (load.any)
+                        addelementload(m, d, m.elements[std::size_t(begin + i)], load.f,
+                                       f + c * std::size_t(d.dofs()), absent[c]);
+                }
+        });
     }
 }

@@ -25,6 +25,18 @@ struct absentloads {
 // that it balances on a closed vessel.
 vec3 plateload(const element& e, const elementrow& row, const vec3& normal);
 
+// What an even load of 1 along a local axis of an element comes to at its nodes, found once for the
+// rows of all cases.
+class unitloads {
+  public:
+    explicit unitloads(const element& of) : e(of) {}
+    const elvector& along(int direction);  // 1..3
+
+  private:
+    const element& e;
+    elvector found[3];  // empty while nobody has asked
+};
+
 class caseloads {
   public:
     caseloads(const model& m, const settings& s, int lc);
@@ -37,21 +49,23 @@ class caseloads {
     // True where the case may put distributed load on elements at all.
     bool loadselements() const;
     // Adds the nodal forces that stand for the distributed load on this element (model axes,
-    // nodes x nodedofs); false where there is none.
-    bool onelement(const element& e, elvector& f) const;
+    // nodes x nodedofs); false where there is none. unit: of this element, for all its cases.
+    bool onelement(const element& e, unitloads& unit, elvector& f) const;
     // The forces a length on a line element, part by part, what onelement stands for.
     // Returns the moments a length (local axes) of its turning mass.
     vec3 online(const element& e, const linesink& sink) const;
-    // All forces of the case by degree of freedom; f: d.dofs() numbers, overwritten. Forces in
-    // directions that the analysis does not have are left out and told.
-    void collect(const dofmap& d, double* f, runlog& log) const;
+    // All forces of some cases of a model by degree of freedom; f: d.dofs() numbers a case,
+    // overwritten. Forces in directions that the analysis does not have are left out and told.
+    static void collect(const std::vector<caseloads>& cases, const dofmap& d, double* f,
+                        runlog& log);
 
   private:
     void nodalforces(const dofmap& d, double* f, absentloads& absent) const;
     void edgemoments(const dofmap& d, double* f) const;
-    void addelementloads(const dofmap& d, double* f, absentloads& absent) const;
+    static void addelementloads(const std::vector<caseloads>& cases, const dofmap& d, double* f,
+                                std::vector<absentloads>& absent);
     void tellabsent(const absentloads& absent, runlog& log) const;
-    bool rowsonelement(const element& e, elvector& f) const;
+    bool rowsonelement(const element& e, unitloads& unit, elvector& f) const;
     void weighplate(const element& e, elvector& f) const;
     bool massonelement(const element& e, elvector& f) const;
     std::vector<elementrow>::const_iterator firstrow(int e) const;

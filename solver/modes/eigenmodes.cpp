@@ -195,7 +195,7 @@ static Eigen::MatrixXd translated(const model& m, const settings& s, const dofma
         unit.type = caseaccx + axis;
         unit.par[accvalue] = s.force / s.mass;  // gives 1 in units of the model
         if (nodal > 0) unit.nodal = m.cases[std::size_t(nodal)].nodal;
-        caseloads(m, s, unit, nodal, of).collect(d, f.data(), unheard);
+        caseloads::collect({caseloads(m, s, unit, nodal, of)}, d, f.data(), unheard);
         condense(d, f.data(), result.col(axis).data());
         total[axis] = 0;
         if (d.place[axis + 1] < 0) continue;

@@ -123,7 +123,8 @@ static void addload(const element& e, const mat3& axes, const memberload& load,
                     const caseloads& loads, memberforce at, memberforce* forces, vec2* deflection) {
     const int nodedofs = kindof(e.type).nodedofs;
     elvector between = elvector::Zero(2 * nodedofs);
-    loads.onelement(e, between);
+    unitloads unit(e);
+    loads.onelement(e, unit, between);
     if (nodedofs == 6)
         deflectclamped(e, load, -tolocalends(axes, between.data(), nodedofs), deflection);
     const double h = lengthof(e) / intervals;
@@ -183,7 +184,8 @@ void memberwriter::put(const element& e, const double* ends, rowtext& text) cons
             *p++ = ',';
             p = table.write(p, rows[at], k);
         };
-        if (at > 0 && std::equal(rows[at].multiple, rows[at].multiple + even, rows[at - 1].multiple)) {
+        if (at > 0 &&
+            std::equal(rows[at].multiple, rows[at].multiple + even, rows[at - 1].multiple)) {
             std::memcpy(p, former, sizeof former);
             p += length;
         } else {

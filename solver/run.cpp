@@ -25,6 +25,7 @@
 #include "solver/processes/ranks.h"
 #include "solver/readmodel.h"
 #include "solver/results/checkpoint.h"
+#include "solver/results/falsebending.h"
 #include "solver/results/foldmoments.h"
 #include "solver/results/logtexts.h"
 #include "solver/results/refine.h"
@@ -280,6 +281,7 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
     log.stage("stress");
     if (what.linestresses) r.lines = findlineends(m, s, q.dofs, r.u, log);
     if (what.platestresses) r.plates = findplatestresses(m, s, q.dofs, r.u, log);
+    warnfalsebending(m, s, q.dofs, r.plates, r.u.cases, log);
 }
 
 // --- the whole ----------------------------------------------------------------------------------
@@ -318,7 +320,6 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkfaraway(m, s, log);
     measurecurve(m);
     measureedges(m, s);
-    for (int lc = 1; lc <= m.ncases(); ++lc) warncurved(m, lc, log);
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);

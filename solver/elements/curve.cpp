@@ -6,13 +6,11 @@
 
 #include <Eigen/Geometry>
 #include <algorithm>
-#include <climits>
 #include <cmath>
 
 #include "solver/base/parallel.h"
+#include "solver/elements/catalogue.h"
 #include "solver/elements/folds.h"
-#include "solver/elements/kinds.h"
-#include "solver/processes/ranks.h"
 
 namespace {
 // Shells by their nodes: those at node n are shells[start[n]] up to start[n + 1].
@@ -70,71 +68,4 @@ void measurecurve(model& m) {
             m.curve[e] = most;
         }
     });
-}
-
-// Bending that a pressure wrongly makes in an element, over the membrane stress, as spheres and
-// tori under pressure show it: little where the surface is curved one way, which leaves the
-// membrane no choice of its stress; more where it is curved both ways. None where the middle lines
-// of a quadrilateral cross at right angles, whose nodes the load reaches as any stress takes it,
-// and the more the more the angle leaves that.
-static double wrongbending(const model& m, int number) {
-    const elementdef& e = m.elements[std::size_t(number)];
-    const double thickness = m.groups[std::size_t(e.group)].field[fieldthickness];
-    const double curve = m.curve[std::size_t(number)];
-    if (curve == 0) return 0;
-    const auto at = [&](int k) -> const vec3& { return m.nodes[std::size_t(e.node[k])]; };
-    const bool triangle = e.type == typeshell3;
-    const int corners = triangle ? 3 : 4;
-    double longest = 0, share = 0;
-    for (int k = 0; k < corners; ++k)
-        longest = std::max(longest, (at((k + 1) % corners) - at(k)).norm());
-    if (triangle) {
-        share = 0.01 + 0.07 * roundness(m, number);
-    } else {
-        const vec3 r = at(1) + at(2) - at(0) - at(3), s = at(2) + at(3) - at(0) - at(1);
-        share =
-            0.25 * roundness(m, number) * std::fabs(r.stableNormalized().dot(s.stableNormalized()));
-    }
-    return share * longest * curve / thickness;
-}
-
-static void warncurved(const model& m, int lc, int type, runlog& log) {
-    const loadcase& c = m.cases[std::size_t(lc)];
-    const int across = 3;
-    const double little = 0.1;
-    double count = 0, worst = 0;
-    int at = INT_MAX;  // the first of equals
-    for (const elementrow& row : c.element) {
-        if (row.direction != across || row.value == 0) continue;
-        if (m.elements[std::size_t(row.element)].type != type || !isown(m, row.element)) continue;
-        const double wrong = wrongbending(m, row.element);
-        if (!(wrong > little)) continue;
-        ++count;
-        if (wrong < worst) continue;
-        at = wrong > worst ? m.nameof(row.element) : std::min(at, m.nameof(row.element));
-        worst = wrong;
-    }
-    allranks().sum(&count, 1);
-    if (count == 0) return;
-    const std::vector<double> all = allranks().greatest({worst, -double(at)});
-    worst = all[0];
-    at = int(-all[1]);
-    const std::string times = shortnumber(std::round(10 * worst) / 10);
-    log.warn(
-        "Case " + std::to_string(lc) + " \"" + c.name + "\": " + std::to_string(long(count)) + " " +
-            kindof(type).name +
-            " element(s) carry a pressure where the surface is curved, the worst of them "
-            "element " +
-            std::to_string(at) + ". Flat " +
-            (type == typeshell3 ? "triangles" : "quadrilaterals that lean") +
-            " answer it with bending that is not there, up to about " + times +
-            " times the membrane stress. Use " +
-            (type == typeshell3 ? "SHELL4, or triangles"
-                                : "lines of the mesh that cross at right angles, or elements") +
-            " of half the size for a quarter of it",
-        lc);
-}
-
-void warncurved(const model& m, int lc, runlog& log) {
-    for (const int type : {typeshell3, typeshell4}) warncurved(m, lc, type, log);
 }

@@ -111,13 +111,6 @@ static mat3 curvatureof(const model& m, const settings& s, int e) {
     return axes.topRows<2>().transpose() * curvatureof(m.fold[std::size_t(e)]) * axes.topRows<2>();
 }
 
-double roundness(const model& m, int e) {
-    if (m.fold.empty()) return 0;
-    const mat2 bend = curvatureof(m.fold[std::size_t(e)]);
-    const double all = bend.squaredNorm();
-    return all > 0 ? 2 * std::fabs(bend.determinant()) / all : 0;
-}
-
 // The paraboloid through the corners that comes nearest to those beyond the edges. What they leave
 // open, at the ends of the surface, is as little curved beside the guess as can be. Worked out over
 // the middle lines, in which no element is slender.

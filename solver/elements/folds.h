@@ -20,8 +20,5 @@ inline bool isshell(int type) {
 vec3 normalof(const model& m, const elementdef& e);
 // Whether elements with these normals, of either sign, are of one surface and do not meet at a fold.
 bool continues(const vec3& normal, const vec3& other);
-// How far an element's surface is curved both ways: 0 on a cylinder, 1 on a sphere and on a saddle
-// of equal curvatures.
-double roundness(const model& m, int e);
 // Fills m.fold. neighbours: by element. Wants m.curve.
 void measurefolds(model& m, const settings& s, std::vector<edgeneighbours> neighbours);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "solver/base/blas.h"
+#include "solver/equations/onecolumn.h"
 
 static const int tileheight = 512;  // of those that threads share
 static const double one = 1, minus = -1, zero = 0;
@@ -140,6 +141,7 @@ static void subtractproduct(const char* trans, int rows, int columns, const doub
 // fewer rows may round otherwise.
 void solveforward(const staircase& s, const double* columns, double* x, int sides,
                   loopsharer* threads) {
+    if (sides == 1 && threads == nullptr) return forwardonecolumn(s, columns, x);
     for (int j = 0; j < s.blocks(); ++j) {
         const int wide = s.wide(j), tall = s.tall(j);
         const double* const block = columns + s.place(j);
@@ -156,6 +158,7 @@ void solveforward(const staircase& s, const double* columns, double* x, int side
 
 void solvebackward(const staircase& s, const double* columns, double* x, int sides,
                    loopsharer* threads) {
+    if (sides == 1 && threads == nullptr) return backwardonecolumn(s, columns, x);
     const int narrow = 16;  // columns of a part
     for (int j = s.blocks() - 1; j >= 0; --j) {
         const int wide = s.wide(j), tall = s.tall(j), below = tall - wide;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Supports or hinges on a line that the rounding of coordinates makes crooked: what could turn about
-// it is held, by next to nothing, and moves by a number that means nothing.
+// Supports or hinges on a line that the rounding of coordinates makes crooked: what could turn
+// about it is held, by next to nothing, and moves by a number that means nothing.
 #pragma once
 
 #include "solver/equations/solve.h"

@@ -17,6 +17,7 @@
 #include "solver/dofs/unstiffened.h"
 #include "solver/elements/curve.h"
 #include "solver/elements/edges.h"
+#include "solver/elements/span.h"
 #include "solver/equations/engines.h"
 #include "solver/equations/mechanism.h"
 #include "solver/equations/order.h"
@@ -157,16 +158,18 @@ static int springapart(const model& m) {
     return first[0] == -INFINITY ? 0 : int(-first[0]);
 }
 
-// What no spring explains is wrong in the stiffness itself, which no refinement finds.
-static void tellunbalanced(const model& m, double part, const std::string& why, runlog& log) {
+// Elements too far apart in stiffness are themselves rounding, which no refinement finds. What
+// noise of coordinates takes out of a plane, held directions carry: displacements stay right.
+static void tellunbalanced(const model& m, const settings& s, double part, runlog& log) {
     const std::string words = "The reactions miss the loads by " + shortnumber(part) + " of them";
     const double wrong = 1e-2;
     const int spring = springapart(m);
+    const std::string apart = stiffnesstoofarapart(m, s, nodigits);
     if (spring > 0)
         log.warn(words + ": the nodes of the SPRING2 element " + std::to_string(spring) +
                  " lie apart, so that its forces make a moment that nothing balances");
-    else if (part > wrong)
-        refuse(words + ". " + why);
+    else if (part > wrong && !apart.empty())
+        refuse(words + ". " + apart);
     else
         log.warn(words + ": the model is ill-conditioned");
 }
@@ -198,8 +201,7 @@ static void refinereactions(const model& m, const settings& s, const equations& 
         log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
                  " of themselves. " + whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)));
     const double noise = held.noise();
-    if (now > std::max(unbalanced, noise))
-        tellunbalanced(m, now, whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)), log);
+    if (now > std::max(unbalanced, noise)) tellunbalanced(m, s, now, log);
     if (now != before)
         log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
                  shortnumber(now));

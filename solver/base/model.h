@@ -42,8 +42,14 @@ struct loadcase {
     std::vector<elementrow> element;
 };
 
-// Shear against bending of a plate's edges, 0 where it is stiff in shear.
-using edgeslip = std::array<float, mostnodes>;
+// What a bent plate learns of its edges from the elements there. shear: against bending, 0 where it
+// is stiff in shear. Bit k of the others: edge k is straight to even stress, that of a
+// quadrilateral shell beside a triangular one, free of all that would hold or stiffen its
+// rotations.
+struct edgeslip {
+    float shear[mostnodes] = {};
+    std::uint8_t straight = 0, meeting = 0, free = 0;
+};
 
 // How the surface of a curved shell goes on over the edges of an element. fold: the tangent of half
 // the angle between its normal and its neighbour's, positive where the neighbour's leans outward.

@@ -27,7 +27,7 @@ edgeslip slipofedges(const element& e) {
     for (int k = 0; k < s.corners; ++k) {
         const double length = s.edge[k];
         const double span = s.corners == 4 ? flatarea(s) / length / 2 : length;
-        slip[std::size_t(k)] = float(ratio * thickness * thickness / (span * span));
+        slip.shear[k] = float(ratio * thickness * thickness / (span * span));
     }
     return slip;
 }
@@ -44,7 +44,7 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        const double phi = std::fabs(double(slip[std::size_t(k)]));
+        const double phi = double(slip.shear[k]);
         halfrow& row = bow[k];
         row.setZero(3 * s.corners);
         const double factor = -1.5 / (length * (1 + phi));

@@ -205,6 +205,18 @@ static std::vector<char> lonenodes(const model& m) {
     return count;
 }
 
+// An edge's value and its bits in the bytes of its element, which several threads may write.
+static void storeedge(edgeslip& slip, int edge, double shear, bool straight, bool meets,
+                      bool free) {
+    slip.shear[edge] = float(shear);
+    const auto mark = [&](std::uint8_t& bits, bool set) {
+        if (set) std::atomic_ref(bits).fetch_or(std::uint8_t(1 << edge));
+    };
+    mark(slip.straight, straight);
+    mark(slip.meeting, meets);
+    mark(slip.free, free);
+}
+
 // others: those at the same edge, with one among them; ways, turns: held at both ends; lone: no
 // other element has either end.
 static void shareedge(model& m, const side& one, std::span<const side> others,
@@ -214,21 +226,15 @@ static void shareedge(model& m, const side& one, std::span<const side> others,
     bool quadrilateral = false;
     for (const side& other : others) {
         if (other.far != one.far) continue;
-        sum += double(own[std::size_t(other.element)][std::size_t(other.edge)]);
+        sum += double(own[std::size_t(other.element)].shear[other.edge]);
         ++count;
         quadrilateral |= m.elements[std::size_t(other.element)].type == typeshell4;
     }
     const elementdef& e = m.elements[std::size_t(one.element)];
-    edgeslip& slip = m.slip[std::size_t(one.element)];
     const bool held = count == 1 && isshell(e.type) && isheldstraight(m, one, ways, turns);
-    const bool straight = e.type == typeshell4 && (lone || held);
-    slip[std::size_t(one.edge)] = float((straight ? -1 : 1) * sum / count);
-    int bits = 0;
-    if (held && e.type == typeshell3) bits |= straightbit << one.edge;
-    if (quadrilateral && e.type == typeshell3) bits |= meetingbit << one.edge;
-    const bool triangle = e.type == typeshell3 || e.type == typeplate3;
-    if (triangle && count == 1 && isfree(m, e, turns)) bits |= freebit << one.edge;
-    if (bits != 0) std::atomic_ref(slip[edgebits]).fetch_add(float(bits));
+    storeedge(m.slip[std::size_t(one.element)], one.edge, sum / count,
+              held || (lone && e.type == typeshell4), quadrilateral && e.type == typeshell3,
+              count == 1 && isfree(m, e, turns));
 }
 
 void measureedges(model& m, const settings& s) {

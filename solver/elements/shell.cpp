@@ -25,10 +25,10 @@ void stiffenplate(const element& e, elmatrix& k) {
 }
 
 namespace {
-// All that the matrices of a shell depend on: axes, corners, fields, slip of the edges, what they
-// follow, curve and curvature, whether there is slip, and nodes. Folds of the edges count for loads
-// alone.
-using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + 2 * mostnodes + 6>;
+// All that the matrices of a shell depend on: axes, corners, fields, what is known of the edges,
+// what they follow, curve and curvature, whether there is slip, and nodes. Folds of the edges count
+// for loads alone.
+using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + 2 * mostnodes + 7>;
 
 // The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
 // to the last bit, and repeat themselves after one or two.
@@ -63,8 +63,11 @@ static shellkey keyof(const element& e, const flatshape& s) {
         *next++ = s.height[c];
     }
     next = std::copy_n(e.g->field, groupfields + 1, key.data() + 9 + 3 * mostnodes);
-    if (e.slip != nullptr) std::copy(e.slip->begin(), e.slip->end(), next);
-    next += mostnodes;
+    if (e.slip != nullptr) {
+        std::copy_n(e.slip->shear, mostnodes, next);
+        next[mostnodes] = e.slip->straight + 256 * (e.slip->meeting + 256 * e.slip->free);
+    }
+    next += mostnodes + 1;
     if (e.fold != nullptr) {
         std::copy_n(e.fold->bend, 3, next);
         std::copy_n(e.fold->followed, mostnodes, next + 3);

@@ -274,13 +274,16 @@ TEST(Invariance, ShellsThatDifferInOneThingHaveMatricesOfTheirOwn) {
         b.plate(2e5, 0.3, 2);
         std::vector<vec3> corners = {{0, 0, 0}, {10, 0, 0}, {10, 8, 0}, {0, 8, 0}};
         corners.resize(type == typeshell3 ? 3 : 4);
-        const element plain = elementat(b.m, b.s, b.single(type, 1, corners));
+        element plain = elementat(b.m, b.s, b.single(type, 1, corners));
         groupdata other = *plain.g;
-        const edgeslip slip = {0.5f, 0.25f, 0.5f, 0.5f};
+        const edgeslip slip = {.shear = {0.5f, 0.25f, 0.5f, 0.5f}};
+        edgeslip otherslip = slip;
+        otherslip.shear[1] = 0.5f;
+        plain.slip = &slip;
         std::vector<element> variants(8, plain);
         variants[0].x[0].x() = 0.1;
         variants[1].x[1].z() = 0.1;
-        variants[2].slip = &slip;
+        variants[2].slip = &otherslip;
         variants[3].curve = 0.2f;
         for (int n = 0; n < 3; ++n) variants[4 + std::size_t(n)].g = &other;
         for (vec3& at : variants[7].x) std::swap(at.y(), at.z());  // another plane

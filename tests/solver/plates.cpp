@@ -174,3 +174,67 @@ TEST(Verification, SupportedPlateUnderWaterPressure) {
         row("T", "Supported plate, water pressure, moment", mesh, 0.0239, 0.02395, moment, 0.02);
     }
 }
+
+// --- narrow strips ------------------------------------------------------------------------------
+
+// A strip on two clamps, one of which moves, by Timoshenko's beam: F l^3 / 12 E I + F l / k G A.
+// The bending varies along each element.
+TEST(Verification, ThickStripsBetweenClamps) {
+    struct mesh {
+        int nx, ny;
+        double lean, tolerance;  // of the edges across, in widths
+    };
+    for (const int type : {typeplate4, typeshell4, typeplate3})
+        for (const double thickness : {0.4, 0.8})
+            for (const auto& [nx, ny, lean, tolerance] :
+                 {mesh{1, 1, 0, 1e-6}, {1, 2, 0, 1e-6}, {2, 1, 0, 1e-6}, {4, 1, 0.5, 0.01}}) {
+                if (type == typeplate3 && nx < 4) continue;
+                const double length = 8, width = 1, modulus = 1e6;
+                build b;
+                const grid at =
+                    b.mesh(type, b.plate(modulus, 0, thickness), nx, ny, [&](double r, double s) {
+                        const double i = std::round(r * nx);
+                        const bool ends = i == 0 || i == nx;
+                        const double way = std::fmod(i, 2) == 0 ? 1 : -1;
+                        return vec3(length * r + (ends ? 0 : way * lean * (2 * s - 1)), s, 0);
+                    });
+                b.fix(at.left(), clamped), b.fix(at.right(), {1, 2, 4, 5, 6});
+                b.spread(1, at.right(), 3, 1);
+                const double section = width * thickness;
+                const double truth =
+                    std::pow(length / thickness, 2) * length / (modulus * section) +
+                    length / (5.0 / 6 * modulus / 2 * section);
+                const std::string name = "Strip between clamps, l / t = " +
+                                         std::to_string(std::lround(length / thickness)) +
+                                         (lean > 0 ? ", trapezoids" : "");
+                row("closed", name, meshname(type, nx, ny), 0, truth,
+                    moved(solvebalanced(b), 1, at.number(nx, 0), 3),
+                    type == typeplate3 ? 0.02 : tolerance);
+            }
+}
+
+// T l / G J of bars with thickness 1, one element wide, free to warp. J: the series of Timoshenko
+// and Goodier, Theory of elasticity, art. 109.
+TEST(Verification, TwistedStrips) {
+    for (const double width : {1.0, 2.0, 4.0, 10.0, 100.0})
+        for (const int nx : {4, 40}) {
+            const double length = 40 * width, modulus = 2.6e6, thickness = 1;
+            build b;
+            const grid at =
+                b.mesh(typeshell4, b.plate(modulus, 0.3, thickness), nx, 1,
+                       [&](double r, double s) { return vec3(length * r, width * s, 0); });
+            b.fix(at.left(), {1, 2, 3, 4});
+            b.fix(at.number(0, 0), {5, 6});
+            b.load(1, at.number(nx, 0), 3, -1 / width);
+            b.load(1, at.number(nx, 1), 3, 1 / width);
+            double sum = 0;
+            for (int n = 1; n < 100; n += 2)
+                sum += std::tanh(n * M_PI * width / 2) / std::pow(n, 5);
+            const double inertia = width / 3 * (1 - 192 * sum / (std::pow(M_PI, 5) * width));
+            const results r = solvebalanced(b);
+            row("closed", "Twisted strip, b / t = " + std::to_string(std::lround(width)),
+                meshname(typeshell4, nx, 1), 0, length / (1e6 * inertia),
+                (moved(r, 1, at.number(nx, 1), 3) - moved(r, 1, at.number(nx, 0), 3)) / width,
+                0.02);
+        }
+}

@@ -98,7 +98,6 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     u.u.resize(d.equation.size() * std::size_t(u.cases));
     applied.resize(u.u.size());
     std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(u.cases));
-    std::vector<double> f;
     std::vector<caseloads> loads;
     for (int lc = first; lc <= last; ++lc) loads.emplace_back(m, s, lc);
     caseloads::collect(loads, d, applied.data(), log);
@@ -108,18 +107,21 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
         double* const load = applied.data() + std::size_t(c) * d.equation.size();
         checkheldloads(m, d, held.angle, load, lc, log);
         held.letgo.push_back(heldload(m, d, load));
-        f.assign(load, load + d.equation.size());
         double any = !byconstants.empty() ||
-                     std::any_of(f.begin(), f.end(), [](double v) { return v != 0; });
+                     std::any_of(load, load + d.equation.size(), [](double v) { return v != 0; });
         allranks().most(&any, 1);
         if (any == 0)
             log.warn("Case " + std::to_string(lc) + " \"" + name +
                          "\" has no load; its displacements are 0",
                      lc);
-        for (std::size_t i = 0; i < byconstants.size(); ++i) f[i] += byconstants[i];
-        condense(d, f.data(), columns.data() + std::size_t(c) * std::size_t(d.unknowns));
         log.progress("loads", int(100.0 * lc / m.ncases()));
     }
+    eachcase(u.cases, [&](std::size_t c) {
+        const double* const load = applied.data() + c * d.equation.size();
+        std::vector<double> f(load, load + d.equation.size());
+        for (std::size_t i = 0; i < byconstants.size(); ++i) f[i] += byconstants[i];
+        condense(d, f.data(), columns.data() + c * std::size_t(d.unknowns));
+    });
     log.stage("solve");
     r.residual.assign(std::size_t(u.cases), 0);
     if (d.unknownsofall > 0) {
@@ -131,12 +133,13 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
             refuseheldbyrounding(m, s, q, l, solved.load, softest, log);
     }
     if (const std::string words = l.remark(); !words.empty()) log.line(words);
+    eachcase(u.cases, [&](std::size_t c) {
+        expand(d, columns.data() + c * std::size_t(d.unknowns), u.u.data() + c * d.equation.size());
+    });
     for (int c = 0; c < u.cases; ++c) {
         const double rest = r.residual[std::size_t(c)];
         const std::string number = std::to_string(first + c);
         log.line("Case " + number + " residual |Ku-f|/(|K||u|+|f|) = " + shortnumber(rest));
-        expand(d, columns.data() + std::size_t(c) * std::size_t(d.unknowns),
-               u.u.data() + std::size_t(c) * d.equation.size());
         const double wrong = 1e-6;
         if (!(rest < wrong))
             refuse("The equations of case " + number +

@@ -56,3 +56,11 @@ void eachthread(Work work) {
         for (int t = first; t < last; ++t) work(t);
     });
 }
+
+// Calls work(c) for the load cases 0..cases-1, each on one thread.
+template <typename Work>
+void eachcase(int cases, Work work) {
+    parallelpieces(cases, 1, [&](int first, int last, int) {
+        for (auto c = std::size_t(first); c < std::size_t(last); ++c) work(c);
+    });
+}

@@ -5,7 +5,10 @@
 #include "solver/results/refine.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+
+#include "solver/base/parallel.h"
 
 double worstbalance(const reactionset& r, const std::vector<vec6>& letgo) {
     double worst = 0;
@@ -43,32 +46,38 @@ double refine(const model& m, const settings& s, const equations& q, engine& l,
     const auto unknowns = std::size_t(d.unknowns);
     const std::vector<int> elements = stiffelements(m);
     const std::vector<double> nothing(unknowns, 0);
-    std::vector<double> still(dofs), step(dofs), columns(unknowns * std::size_t(u.cases));
+    std::vector<double> still(dofs), columns(unknowns * std::size_t(u.cases));
     expand(d, nothing.data(), still.data());
     u.rest.resize(u.u.size());
     std::vector<double> force(u.u.size(), 0);
     addforces(m, s, d, u, elements, force);
-    for (int c = 0; c < u.cases; ++c) {
-        const std::size_t at = std::size_t(c) * dofs;
-        for (std::size_t i = 0; i < dofs; ++i) step[i] = applied[at + i] - force[at + i];
-        condense(d, step.data(), columns.data() + std::size_t(c) * unknowns);
-    }
+    eachcase(u.cases, [&](std::size_t c) {
+        double* const left = force.data() + c * dofs;
+        for (std::size_t i = 0; i < dofs; ++i) left[i] = applied[c * dofs + i] - left[i];
+        condense(d, left, columns.data() + c * unknowns);
+    });
     l.solve(columns.data(), u.cases);
-    const double size = extent(m);  // makes lengths of rotations
-    double worst = 0;
-    for (int c = 0; c < u.cases; ++c) {
-        expand(d, columns.data() + std::size_t(c) * unknowns, step.data());
-        double found[4] = {};  // changes of translations, of rotations; the largest of both
+    // Changes of translations, of rotations; the largest of both.
+    std::vector<std::array<double, 4>> found(std::size_t(u.cases), {0, 0, 0, 0});
+    eachcase(u.cases, [&](std::size_t c) {
+        std::vector<double> step(dofs);
+        expand(d, columns.data() + c * unknowns, step.data());
+        std::array<double, 4> most{};
         for (std::size_t i = 0; i < dofs; ++i) {
-            const std::size_t at = std::size_t(c) * dofs + i;
+            const std::size_t at = c * dofs + i;
             const int turns = d.code[i % std::size_t(d.pernode)] > 3;
-            found[turns] = std::max(found[turns], std::fabs(step[i] - still[i]));
-            found[2 + turns] = std::max(found[2 + turns], std::fabs(u.u[at]));
+            most[turns] = std::max(most[turns], std::fabs(step[i] - still[i]));
+            most[2 + turns] = std::max(most[2 + turns], std::fabs(u.u[at]));
             addtwopart(step[i] - still[i], u.u[at], u.rest[at]);
         }
-        allranks().most(found, 4);
-        const double part = std::max(found[0], found[1] * size);
-        const double whole = std::max(found[2], found[3] * size);
+        found[c] = most;
+    });
+    allranks().most(found[0].data(), 4 * found.size());
+    const double size = extent(m);  // makes lengths of rotations
+    double worst = 0;
+    for (const std::array<double, 4>& most : found) {
+        const double part = std::max(most[0], most[1] * size);
+        const double whole = std::max(most[2], most[3] * size);
         if (!(part <= worst * whole)) worst = part / whole;
     }
     return worst;

@@ -83,6 +83,7 @@ TEST(Factor, SolvesWithOneThreadAsWithMany) {
         {"a chain", 500, 1, 1, 2},
         {"a plate", 40, 40, 1, 1},
         {"a box", 12, 12, 10, 35},  // more right sides than one pass takes, fronts of many blocks
+        {"a box for one right side", 12, 12, 10, 1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

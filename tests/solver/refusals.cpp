@@ -213,3 +213,15 @@ TEST(Refusal, EmptyModelsIdleCasesAndContradictingConstraints) {
     b.fix(1, {1}, 2);
     expectwords(b.refusal(), {"Node 1", "DX"});
 }
+
+// Threads look at the elements piece by piece, and come to the second fault first.
+TEST(Refusal, OfManyFaultsTheFirstElementIsNamed) {
+    build b;
+    b.mesh(typeshell4, b.plate(210000, 0.3, 10), 100, 100,
+           [](double r, double s) { return vec3(1000 * r, 1000 * s, 0); });
+    for (const int e : {8000, 8200, 9900}) {
+        elementdef& crossed = b.m.elements[std::size_t(e)];
+        std::swap(crossed.node[1], crossed.node[2]);
+    }
+    EXPECT_TRUE(b.refusal().starts_with("Element 8000 ")) << b.refusal();
+}

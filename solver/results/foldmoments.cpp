@@ -41,25 +41,32 @@ static double workoverfolds(const element& e, const double* stress, const vec3* 
     return work;
 }
 
-// By node: work of the folds there in column c.
-static std::vector<double> workatnodes(const model& m, const settings& s, const dofmap& d,
-                                       const displacements& u, int c,
-                                       const std::vector<char>& pushed) {
-    std::vector<double> folds(m.nodes.size(), 0);
+// By case, by node: work of the folds there. pushed: by case, by node.
+static std::vector<std::vector<double>> workatnodes(const model& m, const settings& s,
+                                                    const dofmap& d, const displacements& u,
+                                                    const std::vector<std::vector<char>>& pushed) {
+    std::vector<std::vector<double>> folds(pushed.size());
+    for (std::vector<double>& one : folds) one.assign(m.nodes.size(), 0);
     elmatrix rows;
     elcases ue;
     for (int e = 1; e <= m.nelems(); ++e) {
         const elementdef& def = m.elements[std::size_t(e)];
-        const auto here = [&](int n) { return pushed[std::size_t(n)] != 0; };
-        if (def.type != typeshell3 || std::none_of(def.node, def.node + 3, here)) continue;
+        const auto ispushed = [&](const std::vector<char>& there) {
+            return std::any_of(def.node, def.node + 3,
+                               [&](int n) { return there[std::size_t(n)]; });
+        };
+        if (def.type != typeshell3 || std::ranges::none_of(pushed, ispushed)) continue;
         const element one = elementat(m, s, e);
         kindof(def.type).stress(one, rows);
         gather(d, dofsof(d, def), u, ue);
-        const elvector stress = rows * ue.col(c);
-        vec3 turned[3];
-        for (int k = 0; k < 3; ++k) turned[k] = ue.col(c).segment<3>(6 * k + 3);
-        const double work = workoverfolds(one, stress.data(), turned);
-        for (int k = 0; k < 3; ++k) folds[std::size_t(def.node[k])] += work / 3;
+        for (std::size_t c = 0; c < pushed.size(); ++c) {
+            if (!ispushed(pushed[c])) continue;
+            const elvector moved = ue.col(Eigen::Index(c)), stress = rows * moved;
+            vec3 turned[3];
+            for (int k = 0; k < 3; ++k) turned[k] = moved.segment<3>(6 * k + 3);
+            const double work = workoverfolds(one, stress.data(), turned);
+            for (int k = 0; k < 3; ++k) folds[c][std::size_t(def.node[k])] += work / 3;
+        }
     }
     return folds;
 }
@@ -71,14 +78,11 @@ struct bentfolds {
 };
 }  // namespace
 
-// At the nodes of this process.
-static bentfolds foldsbent(const model& m, const settings& s, const dofmap& d,
-                           const displacements& u, const double* applied, int c, int lc) {
+// At the nodes of this process. applied, moved: of the case.
+static bentfolds foldsbent(const model& m, const dofmap& d, const std::vector<char>& pushed,
+                           const std::vector<double>& folds, const double* applied,
+                           const double* moved) {
     bentfolds found;
-    const std::vector<char> pushed = pushednodes(m, lc);
-    if (m.fold.empty() || std::ranges::count(pushed, 1) == 0) return found;
-    const std::vector<double> folds = workatnodes(m, s, d, u, c, pushed);
-    const double* const moved = u.u.data() + std::size_t(c) * d.equation.size();
     const double much = 0.03;  // in good meshes at most 0.028
     for (int n = 1; n <= m.nnodes(); ++n) {
         if (!pushed[std::size_t(n)] || !d.nodes->counts(std::size_t(n - 1))) continue;
@@ -112,8 +116,15 @@ static void warncase(bentfolds here, const model& m, int lc, runlog& log) {
 
 void warnfoldmoments(const model& m, const settings& s, const dofmap& d, const displacements& u,
                      const std::vector<double>& applied, int first, runlog& log) {
+    const bool curved = !m.fold.empty();
+    std::vector<std::vector<char>> pushed;
+    for (int c = 0; c < u.cases && curved; ++c) pushed.push_back(pushednodes(m, first + c));
+    const std::vector<std::vector<double>> folds = workatnodes(m, s, d, u, pushed);
     for (int c = 0; c < u.cases; ++c) {
-        const double* const forces = applied.data() + std::size_t(c) * d.equation.size();
-        warncase(foldsbent(m, s, d, u, forces, c, first + c), m, first + c, log);
+        const auto i = std::size_t(c), from = i * d.equation.size();
+        bentfolds bent;
+        if (curved)
+            bent = foldsbent(m, d, pushed[i], folds[i], applied.data() + from, u.u.data() + from);
+        warncase(bent, m, first + c, log);
     }
 }

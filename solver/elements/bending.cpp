@@ -16,15 +16,18 @@
 #include "solver/elements/gauss.h"
 #include "solver/elements/smallsolve.h"
 
-// Shear balances the change of the bending moment along the edge.
+// Shear balances the change of the bending moment along the edge. In a quadrilateral, whose moments
+// may change in both directions, it is that of the twisting moment across the edge as well, which
+// St Venant's torsion of a narrow strip is all about: there half the width across the edge counts.
 edgeslip slipofedges(const element& e) {
     const flatshape s = flatten(e, meanaxes(e));
     const double correction = 5.0 / 6, thickness = e.field(fieldthickness);
     const double ratio = 2 / (correction * (1 - e.field(fieldpoisson)));  // 12 D / (G s) over t t
     edgeslip slip{};
     for (int k = 0; k < s.corners; ++k) {
-        const double slender = thickness / s.edge[k];
-        slip.shear[k] = float(ratio * slender * slender);
+        const double length = s.edge[k];
+        const double span = s.corners == 4 ? flatarea(s) / length / 2 : length;
+        slip.shear[k] = float(ratio * thickness * thickness / (span * span));
     }
     return slip;
 }
@@ -38,7 +41,6 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     area = flatarea(s);
     loose = s.corners == 3 ? loosened(e) : rigidity;
     const edgeslip slip = e.slip ? *e.slip : slipofedges(e);
-    bool free = false;
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
@@ -52,10 +54,8 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
             row[3 * n + 1] = -factor * length / 2 * sine;
             row[3 * n + 2] = factor * length / 2 * c;
         }
-        slide[k] = (s.corners == 3 ? -2.0 / 3 * phi : 0) * row;
-        free |= isfreeedge(e, k);
+        slide[k] = -2.0 / 3 * phi * row;
     }
-    if (s.corners == 4 && free) freebows(e);
 }
 
 // Adds to w what a cubic edge has over the straight line; both: x (1 - x) faded to nothing at the
@@ -110,7 +110,6 @@ struct plate::moments {
 struct plate::assumed {
     Eigen::Matrix<double, modes, modes> flexibility;  // lower triangle
     Eigen::Matrix<double, modes, 12> work;
-    Eigen::Matrix<double, modes, mostnodes> bowwork;  // of edges that bow by one
     stressframe frame;
     vec2 middle[2];  // unit vectors along the two middle lines, in the frame
     double size;     // by which x and y are divided
@@ -137,18 +136,21 @@ plate::moments plate::momentsat(const assumed& h, const vec2& at) {
 }
 
 // Rows bx by w at x of 0..1 along edge k, at the three degrees of freedom of its first and of its
-// second corner, and where it bows by one; the others do not move it.
-static Eigen::Matrix<double, 3, 7> edgemotion(const flatshape& s, int k, double x) {
-    Eigen::Matrix<double, 3, 7> u = Eigen::Matrix<double, 3, 7>::Zero();
+// second corner; the others do not move it.
+plate::edgerows plate::edgemotion(int k, double x) const {
+    edgerows u = edgerows::Zero();
     u(0, 2) = u(2, 0) = 1 - x;
     u(0, 5) = u(2, 3) = x;
     u(1, 1) = x - 1;
     u(1, 4) = -x;
     const double both = x * (1 - x), half = s.edge[k] * both / 2;
     const double c = half * s.along[k].x(), sine = half * s.along[k].y();
-    u.row(2).head<6>() += Eigen::Matrix<double, 1, 6>(0, sine, -c, 0, -sine, c);
-    const vec2 bend = 4 * both * s.along[k];
-    u.col(6) << bend, s.edge[k] * both * (1 - 2 * x) * 2 / 3;
+    u.row(2) += Eigen::Matrix<double, 1, 6>(0, sine, -c, 0, -sine, c);
+    const vec2 bend = 4 * x * (1 - x) * s.along[k];
+    const double lift = s.edge[k] * both * (1 - 2 * x) * 2 / 3;
+    Eigen::Matrix<double, 1, 6> bowed;
+    bowed << bow[k].segment<3>(3 * k), bow[k].segment<3>(3 * s.next(k));
+    u += vec3(bend.x(), bend.y(), lift) * bowed;
     return u;
 }
 
@@ -171,7 +173,7 @@ void plate::addwork(const moments& f, int k, double x, double weight, assumed& h
     normal << n.x(), 0, n.y(), 0, n.y(), n.x();
     const Eigen::Matrix<double, 2, 3> turned = normal * h.frame.turn;
     const vec2 across = h.frame.axes * n;
-    const Eigen::Matrix<double, 3, 7> u = edgemotion(s, k, x);
+    const edgerows u = edgemotion(k, x);
     double bx[modes], by[modes], w[modes];
     for (int i = 0; i < modes; ++i) {
         const auto part = [&](int row) {
@@ -182,11 +184,10 @@ void plate::addwork(const moments& f, int k, double x, double weight, assumed& h
         by[i] = weight * part(1);
         w[i] = weight * (across.x() * f.q(i, 0) + across.y() * f.q(i, 1));
     }
-    for (int j = 0; j < 7; ++j) {
-        double* const column =
-            j < 6 ? &h.work(0, 3 * (j < 3 ? k : s.next(k)) + j % 3) : &h.bowwork(0, k);
+    for (int j = 0; j < 6; ++j) {
+        const int column = 3 * (j < 3 ? k : s.next(k)) + j % 3;
         for (int i = 0; i < modes; ++i)
-            column[i] += bx[i] * u(0, j) + (by[i] * u(1, j) + w[i] * u(2, j));
+            h.work(i, column) += bx[i] * u(0, j) + (by[i] * u(1, j) + w[i] * u(2, j));
     }
 }
 
@@ -198,7 +199,6 @@ plate::assumed plate::makeassumed() const {
     for (int k = 0; k < 2; ++k) h.middle[k] = h.frame.axes * vec2(lines.row(k).normalized());
     h.flexibility.setZero();
     h.work.setZero();
-    h.bowwork.setZero();
     const mat3 compliance = rigidity.inverse();
     for (const surfacepoint& p : surfacepoints(4, 5)) {
         const surfaceshape n = shapesat(4, p.place);
@@ -214,38 +214,7 @@ plate::assumed plate::makeassumed() const {
             const vec2 at = h.frame.axes * ((1 - x) * s.at[k] + x * s.at[s.next(k)]) / h.size;
             addwork(momentsat(h, at), k, x, weight, h);
         }
-    for (int k = 0; k < 4; ++k) h.work += h.bowwork.col(k) * bow[k];
     return h;
-}
-
-// Nothing twists a plate at a free edge, which slides there against its normal. The slip g fades
-// inwards as exp(-y / d) with d = t / sqrt 10, see loosened, and costs k G t d g^2 / 2 a length.
-// Katili's edge knows nothing of it. So an edge that the element has alone bows by as much less as
-// costs least: by nothing where it bends as a beam, for which his bow is exact, and by nearly all
-// of it in St Venant's torsion of a narrow bar. What a slip costs that fades over the whole width
-// the edge has for itself, the moments know; where it fades in a part of that they feel little, and
-// its cost is added. Fitted by bars of elements 0.5 to 10 times as long as wide: these twist right
-// to 3 %, or 5 % where they are half as wide as thick.
-void plate::freebows(const element& e) {
-    const double layer = thickness / std::sqrt(10.0), fit = 12;
-    assumed h = makeassumed();
-    Eigen::Matrix4d cost = Eigen::Matrix4d::Zero();
-    for (int k = 0; k < 4; ++k) {
-        const double width = area / s.edge[k] / (isfreeedge(e, (k + 2) % 4) ? 2 : 1);
-        const double wide = width / (fit * layer), fading = wide * wide / (1 + wide * wide);
-        const double mean = 2.0 / 3;  // slip of a bow
-        cost(k, k) = fading * shearrigidity * layer * s.edge[k] * mean * mean;
-        if (!isfreeedge(e, k)) h.bowwork.col(k).setZero();
-    }
-    const rowsof<modes, 12> work = halfsolved(h.flexibility, h.work);
-    const rowsof<modes, 4> own = halfsolved(h.flexibility, h.bowwork);
-    const Eigen::Matrix4d whole = cost + own.transpose() * own;
-    const Eigen::Matrix<double, 4, 12> pull = own.transpose() * work;
-    const rowsof<4, 12> less = solved(whole, pull);
-    for (int k = 0; k < 4; ++k) {
-        bow[k] -= less.row(k);
-        slide[k] = std::sqrt(cost(k, k)) * less.row(k);
-    }
 }
 
 // --- triangle -----------------------------------------------------------------------------------
@@ -327,9 +296,7 @@ halfmatrix plate::stiffness() const {
     if (s.corners == 3) return trianglestiffness();
     const assumed h = makeassumed();
     const rowsof<modes, 12> half = halfsolved(h.flexibility, h.work);
-    halfmatrix k = half.transpose().lazyProduct(half);
-    for (const halfrow& row : slide) k.noalias() += row.transpose() * row;
-    return k;
+    return half.transpose().lazyProduct(half);
 }
 
 halfmatrix plate::cornerstress() const {

@@ -20,11 +20,12 @@ class plate {
   private:
     struct assumed;
     struct moments;
+    using edgerows = Eigen::Matrix<double, 3, 6>;
     static moments momentsat(const assumed& h, const vec2& at);
     static void addflexibility(const moments& f, const mat3& compliance, double shear, assumed& h);
+    edgerows edgemotion(int k, double x) const;
     void addwork(const moments& f, int k, double x, double weight, assumed& h) const;
     assumed makeassumed() const;
-    void freebows(const element& e);
     mat3 loosened(const element& e) const;
     halfmatrix trianglestiffness() const;
     halfrows curvature(const vec2& place, double& area) const;
@@ -37,8 +38,6 @@ class plate {
     double shearrigidity;  // shear force a length of a shear strain
     double thickness;
     double area;
-    halfrow bow[mostnodes];  // by which the rotation along an edge leaves the straight line
-    // Triangle: shear strain along an edge. Quadrilateral: what a free edge bows by less than as a
-    // beam, its square being energy.
-    halfrow slide[mostnodes];
+    halfrow bow[mostnodes];    // by which the rotation along an edge leaves the straight line
+    halfrow slide[mostnodes];  // shear strain along an edge
 };

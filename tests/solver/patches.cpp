@@ -6,7 +6,6 @@
 #include <cmath>
 #include <random>
 
-#include "solver/elements/edges.h"
 #include "solver/elements/surface.h"
 #include "solver/results/sumfile.h"
 #include "tests/solver/verify.h"
@@ -269,20 +268,18 @@ TEST(Element, OnlyRigidMotionsAndWhatTheKindLeavesAreFree) {
     for (const auto& row : rows)
         for (const double slender : {1.0, 8.0})
             for (const double thickness : {0.001, 0.1, 3.0})
-                for (const auto& [warped, free] :
-                     {std::pair(false, false), {true, false}, {false, true}, {true, true}}) {
+                for (const bool warped : {false, true}) {
                     std::vector<vec3> at = {{0, 0, 0}, {slender, 0, 0}, {slender, 1, 0}, {0, 1, 0}};
                     at.resize(std::size_t(kindof(row.type).nodes));
                     for (vec3& x : at)
                         x += vec3(some(random), some(random), warped ? some(random) : 0);
                     build b;
                     b.single(row.type, b.plate(1e4, 0.3, thickness), at);
-                    if (free) measureedges(b.m, b.s);  // free at all of them
                     const element e = elementat(b.m, b.s, 1);
                     elmatrix k;
                     kindof(row.type).stiffness(e, k);
                     SCOPED_TRACE(std::string(kindof(row.type).name) + (warped ? " warped" : "") +
-                                 (free ? " free" : "") + " thickness " + std::to_string(thickness));
+                                 " thickness " + std::to_string(thickness));
                     EXPECT_LT((k - k.transpose()).norm(), 1e-12 * k.norm());
                     const Eigen::MatrixXd rigid = rigidmotions(e, kindof(row.type).nodedofs);
                     EXPECT_LT((k * rigid).norm(), 1e-11 * k.norm() * rigid.norm());

@@ -334,11 +334,10 @@ TEST(Verification, StraightBeamOfShells) {
         }
 }
 
-// A bar 0.2 x 0.1 in torsion as a plate: the shear near its edges is a matter of the mesh across,
-// and edges inside, longer than the thickness, slide too little.
+// A bar 0.2 x 0.1 in torsion as a plate: the shear near its edges is a matter of the mesh across.
 TEST(Verification, TwistedBarOfShells) {
     for (const int type : {typeshell4, typeshell3})
-        for (const auto [ny, tolerance] : meshes{{2, 0.01}, {4, 0.025}, {8, 0.03}}) {
+        for (const auto [ny, tolerance] : meshes{{2, 0.01}, {4, 0.01}, {8, 0.01}}) {
             build b;
             const int nx = 6 * ny;
             const grid at = b.mesh(type, b.plate(1e7, 0.3, 0.1), nx, ny,
@@ -354,14 +353,14 @@ TEST(Verification, TwistedBarOfShells) {
         }
 }
 
-// Deflection at the middle of the tip of a thick cantilever, 4 wide, of triangles whose diagonals
-// change at 2 or of quadrilaterals; or of a half of it.
-static double cantilevertip(int type, bool half) {
+// Deflection at the middle of the tip of a thick cantilever of triangles, 4 wide, whose diagonals
+// change at 2; or of a half of it.
+static double cantilevertip(bool half) {
     build b;
-    const grid at = b.mesh(type, b.plate(1e7, 0.3, 1), 6, half ? 2 : 4, [&](double r, double s) {
-        return vec3(6 * r, half ? 2 * s : 4 * s, 0);
-    });
-    for (int e = 24; e < 48 && !half && type == typeshell3; e += 2) {
+    const grid at =
+        b.mesh(typeshell3, b.plate(1e7, 0.3, 1), 6, half ? 2 : 4,
+               [&](double r, double s) { return vec3(6 * r, half ? 2 * s : 4 * s, 0); });
+    for (int e = 24; e < 48 && !half; e += 2) {
         elementdef* const pair = &b.m.elements[std::size_t(at.firstelement + e)];
         pair[0].node[2] = pair[1].node[2], pair[1].node[0] = pair[0].node[1];
     }
@@ -373,14 +372,13 @@ static double cantilevertip(int type, bool half) {
 }
 
 // Where a plate ends it twists more easily, but not in a plane of symmetry.
-TEST(Shells, EdgesAreNotFreeInAPlaneOfSymmetry) {
-    for (const int type : {typeshell3, typeshell4})
-        EXPECT_NEAR(cantilevertip(type, true) / cantilevertip(type, false), 1, 1e-8) << type;
+TEST(Shells, TrianglesAreNotFreeInAPlaneOfSymmetry) {
+    EXPECT_NEAR(cantilevertip(true) / cantilevertip(false), 1, 1e-8);
 }
 
 TEST(Verification, CurvedBeamOfShells) {
     for (const int type : {typeshell4, typeshell3})
-        for (const auto [n, tolerance] : meshes{{6, 0.06}, {12, 0.03}, {24, 0.03}}) {
+        for (const auto [n, tolerance] : meshes{{6, 0.06}, {12, 0.03}, {24, 0.02}}) {
             build b;
             const int ny = n / 6;
             const grid at = b.mesh(type, b.plate(1e7, 0.25, 0.1), n, ny, [](double r, double s) {

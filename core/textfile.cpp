@@ -15,7 +15,7 @@
 
 namespace fs = std::filesystem;
 
-static const double mostcount = 2e9;            // larger counts can only come from a damaged file
+static const double mostcount = 2e9;  // larger counts can only come from a damaged file
 // Bytes that go to the file at once. Whole ones from a multiple of their size on are pages of the
 // system's cache that it keeps at hand; larger and odd ones take longer.
 static const std::size_t writeblock = 1 << 15;
@@ -119,6 +119,14 @@ static std::string lowered(std::string text) {
     for (char& c : text)
         if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
     return text;
+}
+
+bool isthere(const std::string& path) {
+    std::error_code ec;
+    const bool there = fs::exists(path, ec);
+    if (ec)
+        throw runtimeerror{errpathaccess, path + " can not be looked up (" + ec.message() + ")"};
+    return there;
 }
 
 std::string findnocase(const std::string& path) {

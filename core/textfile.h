@@ -26,6 +26,10 @@ void copywhole(const std::string& source, const std::string& target);
 // mark is dropped.
 std::string toutf8(std::string_view bytes);
 
+// Whether something stands under this name. Throws errpathaccess with the system's reason where that
+// cannot be told: a folder closed to the user, a name too long.
+bool isthere(const std::string& path);
+
 // The path itself when it exists; else a file of the same name whose extension differs in case
 // alone; else the path.
 std::string findnocase(const std::string& path);

@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -85,7 +84,7 @@ static job jobof(const arguments& a) {
         const std::string control = a.appdir + "/EEM.CTR";
         if (first) holdprocessfile(a.appdir);
         armremoval(control, first ? removal::always : removal::bysignal);
-        if (!std::filesystem::exists(control))
+        if (!isthere(control))
             refuse("There is no control file " + control +
                    "; start feiflu from Kalvane or name a model with --model");
         j = readcontrol(control);
@@ -124,7 +123,7 @@ static int run(const arguments& a) {
             processes.checkversions(KALVANE_VERSION);
             onhosts([&] {
                 if (!wrongjob.empty()) refuse(wrongjob);
-                if (std::filesystem::exists(j.base + ".commit~"))
+                if (isthere(j.base + ".commit~"))
                     refuse("The last save of " + j.base +
                            " was cut short; open the model in Kalvane, which finishes it");
             });

@@ -3,7 +3,6 @@
 #include "solver/readmodel.h"
 
 #include <cmath>
-#include <filesystem>
 
 #include "core/numtext.h"
 #include "solver/base/refuse.h"
@@ -237,11 +236,6 @@ void readell(textin& in, model& m, runlog& log) {
 
 // --- the set ------------------------------------------------------------------------------------
 
-static bool stands(const std::string& path) {
-    std::error_code ec;
-    return std::filesystem::exists(path, ec);
-}
-
 // Reads one file in its present layout or, where that fails, in its old one. A file that fits
 // neither is refused with what the present layout misses.
 template <typename Present, typename Old>
@@ -262,7 +256,7 @@ static void readeither(const std::string& path, runlog& log, Present present, Ol
 template <typename Read>
 static void readside(const std::string& base, const char* extension, runlog& log, Read read) {
     const std::string path = findnocase(base + extension);
-    if (!stands(path)) {
+    if (!isthere(path)) {
         log.line(std::string("No ") + extension + " file");
         return;
     }
@@ -283,12 +277,12 @@ void checkreferences(const model& m) {
 static void readsides(const std::string& base, model& m, runlog& log) {
     readside(base, ".rot", log, [&](textin& in) { readrot(in, m, log); });
     const std::string mlt = findnocase(base + ".mlt");
-    if (!stands(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");
+    if (!isthere(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");
     readeither(
         mlt, log, [&](textin& in) { readmlt(in, m, log); }, [&](textin& in) { readoldmlt(in, m); });
     readside(base, ".vpl", log, [&](textin& in) { readvpl(in, m, log); });
     const std::string lcd = findnocase(base + ".lcd");
-    if (stands(lcd))
+    if (isthere(lcd))
         readeither(
             lcd, log, [&](textin& in) { readlcd(in, m, log); },
             [&](textin& in) { readoldlcd(in, m); });
@@ -302,7 +296,7 @@ model readmodel(const std::string& base, runlog& log) {
     m.base = base;
     const std::string tek = findnocase(base + ".tek");
     onhosts([&] {
-        if (!stands(tek)) refuse("There is no model " + tek + "; save it first");
+        if (!isthere(tek)) refuse("There is no model " + tek + "; save it first");
         textin in(tek, textin::inmemory::piece);
         readtek(in, m, log);
     });

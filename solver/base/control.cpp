@@ -141,6 +141,9 @@ void armremoval(const std::string& controlpath, removal when) {
     action.sa_handler = onsignal;
     action.sa_flags = SA_ONSTACK;
     for (const int number :
-         {SIGINT, SIGTERM, SIGHUP, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGXCPU, SIGXFSZ})
+         {SIGINT, SIGTERM, SIGHUP, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGXCPU})
         sigaction(number, &action, nullptr);
+    // A reader of the progress who has gone ends nothing, and a file that may not grow is told by
+    // who writes it.
+    for (const int number : {SIGPIPE, SIGXFSZ}) signal(number, SIG_IGN);
 }

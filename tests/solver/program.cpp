@@ -292,6 +292,44 @@ TEST(Program, EveryWayOutRemovesTheControlFileAndOldResults) {
     }
 }
 
+// Names that the system can not look up, a disk that gives no more room, a reader of the progress
+// who has gone.
+TEST(Program, WhatTheMachineRefusesIsToldOrPassedOver) {
+    const std::string program = fs::read_symlink("/proc/self/exe").parent_path() / "feiflu";
+    const std::string longname(300, 'x');
+    const auto after = [&](const std::string& set, const std::string& arguments,
+                           const std::string& then) {
+        return "sh -c '" + set + program + " " + arguments + " 2>&1" + then + "'";
+    };
+    const auto said = [](const std::string& command) {
+        std::string text;
+        std::FILE* const pipe = popen(command.c_str(), "r");
+        for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) text += char(c);
+        pclose(pipe);
+        return text;
+    };
+    {
+        const tempfolder in;
+        for (const std::string& arguments :
+             {"--model " + in.path + "/" + longname, "--appdir " + in.path + "/" + longname})
+            expectwords(said(after("", arguments, "")),
+                        {"can not be looked up (File name too long"});
+    }
+    for (const bool narrow : {true, false}) {
+        room in(twobars());
+        writetext(in.path + "/EEM.CTR", "\"" + in.base + "\"\r\n" + results3d + "\r\n");
+        const std::string told = said(narrow ? after("ulimit -f 1; ", "--appdir " + in.path, "")
+                                             : after("", "--appdir " + in.path, " | true"));
+        if (narrow) expectwords(told, {"was not written"});
+        // The shell does not wait for who writes into its pipe.
+        for (int i = 0; i < 1000 && in.has("EEM.CTR"); ++i) usleep(10000);
+        EXPECT_FALSE(in.has("EEM.CTR")) << narrow;
+        EXPECT_EQ(in.has("two bars.rvp"), !narrow);
+        for (const auto& file : fs::directory_iterator(in.path))
+            EXPECT_FALSE(file.path().string().ends_with(".new~")) << file.path();
+    }
+}
+
 // The order of these equations takes a good part of a second, by a library that would take the
 // signal for its own; the results, too, and half a set of them could be taken for a whole one.
 TEST(Program, ASignalToStopEndsItWithoutResults) {

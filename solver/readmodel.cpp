@@ -178,7 +178,7 @@ static void readoldlcd(textin& in, model& m) {
     readcases(in, m, oldparameters);
 }
 
-// The next block's case. Without .lcd the blocks decide how many cases there are.
+// The next block's case. Without .lcd the first file of blocks decides how many cases there are.
 static loadcase* nextcase(model& m, int lc, bool counted) {
     if (lc <= m.ncases()) return &m.cases[std::size_t(lc)];
     if (counted) return nullptr;
@@ -195,7 +195,6 @@ static void tellmissing(const textin& in, const model& m, int blocks, runlog& lo
 }
 
 void readknk(textin& in, model& m, runlog& log) {
-    if (m.cases.empty()) m.cases.resize(1);
     const bool counted = m.ncases() > 0;
     int dropped = 0, lc = 0;
     while (!in.atend()) {
@@ -212,10 +211,11 @@ void readknk(textin& in, model& m, runlog& log) {
 }
 
 void readell(textin& in, model& m, runlog& log) {
+    const bool counted = m.ncases() > 0;
     int dropped = 0, lc = 0;
     while (!in.atend()) {
         loadcase spare;
-        loadcase* const c = nextcase(m, ++lc, true);
+        loadcase* const c = nextcase(m, ++lc, counted);
         const int count = in.count();
         for (int i = 0; i < count; ++i) {
             const long e = in.whole();
@@ -253,13 +253,19 @@ static void readeither(const std::string& path, runlog& log, Present present, Ol
         });
 }
 
+// The workbench writes every file of the set; one that was left behind takes its part of the model
+// with it.
+static bool foundside(const std::string& path, runlog& log) {
+    if (isthere(path)) return true;
+    log.warn("There is no " + path +
+             "; the model lacks what it would tell. If it was lost, save the model again");
+    return false;
+}
+
 template <typename Read>
 static void readside(const std::string& base, const char* extension, runlog& log, Read read) {
     const std::string path = findnocase(base + extension);
-    if (!isthere(path)) {
-        log.line(std::string("No ") + extension + " file");
-        return;
-    }
+    if (!foundside(path, log)) return;
     textin in(path, textin::inmemory::piece);
     read(in);
 }
@@ -282,13 +288,14 @@ static void readsides(const std::string& base, model& m, runlog& log) {
         mlt, log, [&](textin& in) { readmlt(in, m, log); }, [&](textin& in) { readoldmlt(in, m); });
     readside(base, ".vpl", log, [&](textin& in) { readvpl(in, m, log); });
     const std::string lcd = findnocase(base + ".lcd");
-    if (isthere(lcd))
+    if (foundside(lcd, log))
         readeither(
             lcd, log, [&](textin& in) { readlcd(in, m, log); },
             [&](textin& in) { readoldlcd(in, m); });
+    if (m.cases.empty()) m.cases.resize(1);
     readside(base, ".knk", log, [&](textin& in) { readknk(in, m, log); });
-    if (m.cases.size() < 2) m.cases.assign(2, {});  // there is always one case
     readside(base, ".ell", log, [&](textin& in) { readell(in, m, log); });
+    if (m.ncases() == 0) m.cases.resize(2);  // there is always one case
 }
 
 model readmodel(const std::string& base, runlog& log) {

@@ -521,7 +521,27 @@ TEST(Readers, OldLayoutsMissingFilesAndRowsOfNothing) {
     EXPECT_EQ(m.cases[1].nodal[0].node, 2);
     EXPECT_EQ(m.cases[1].element.size(), 1u);
     EXPECT_EQ(m.constraints.size(), 1u);
-    EXPECT_EQ(log.warnings().size(), 3u);
+    ASSERT_EQ(log.warnings().size(), 4u);
+    expectwords(log.warnings()[0], {"There is no", ".rot"});
+}
+
+// Without a file of the set the model is another one, be it that the rest can be analysed.
+TEST(Readers, FilesThatAreMissingAreToldAndAnEmptyListOfCasesIsNot) {
+    for (const char* extension : {".rot", ".vpl", ".lcd", ".knk", ".ell"}) {
+        const room in(twobars());
+        fs::remove(in.base + extension);
+        runlog log;
+        const model m = readmodel(in.base, log);
+        EXPECT_EQ(m.ncases(), 2) << extension;
+        ASSERT_EQ(log.warnings().size(), 1u) << extension;
+        expectwords(log.warnings()[0], {"There is no", extension});
+    }
+    const room in(twobars());
+    for (const char* extension : {".knk", ".ell"}) writetext(in.base + extension, "");
+    writetext(in.base + ".lcd", "0\r\n");
+    runlog log;
+    EXPECT_EQ(readmodel(in.base, log).ncases(), 1);
+    EXPECT_TRUE(log.warnings().empty());
 }
 
 // What a count leaves out changes the model, though every row can be read.

@@ -174,3 +174,19 @@ TEST(Verification, SupportedPlateUnderWaterPressure) {
         row("T", "Supported plate, water pressure, moment", mesh, 0.0239, 0.02395, moment, 0.02);
     }
 }
+
+// Three edges supported, the fourth free: the middle of that edge (Timoshenko and
+// Woinowsky-Krieger, table 40). As thin as to be without shear.
+TEST(Verification, SupportedPlateWithAFreeEdge) {
+    for (const int type : {typeplate4, typeplate3})
+        for (const auto [n, tolerance] : meshes{{4, 0.04}, {8, 0.012}, {16, 0.003}}) {
+            build b;
+            const grid at = b.mesh(type, b.plate(10.92e9, 0.3, 0.001), n, n,
+                                   [](double r, double s) { return vec3(r, s, 0); });
+            b.fix(at.bottom(), {3, 5});
+            b.fix(at.left(), {3, 4}), b.fix(at.right(), {3, 4});
+            for (int e = 1; e <= b.m.nelems(); ++e) b.press(1, e, 3, 1);
+            row("T", "Supported plate with a free edge, its middle", meshname(type, n, n), 0.01286,
+                0.0128524, moved(solvebalanced(b), 1, at.number(n / 2, n), 3), tolerance);
+        }
+}

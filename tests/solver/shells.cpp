@@ -573,6 +573,27 @@ TEST(Verification, PinchedCylinder) {
         }
 }
 
+// Bends without stretch far more than with it, and nothing holds its ends.
+TEST(Verification, PinchedCylinderWithFreeEnds) {
+    const double radius = 4.953, half = 10.35 / 2, force = 100;
+    for (const int type : {typeshell4, typeshell3})
+        for (const auto [n, tolerance] : meshes{{4, 0.03}, {8, 0.01}, {16, 0.005}}) {
+            build b;
+            const int around = 3 * n / 2;
+            const grid at =
+                b.mesh(type, b.plate(10.5e6, 0.3125, 0.094), n, around, [&](double r, double s) {
+                    return vec3(radius * std::sin(right * s), half * r,
+                                radius * std::cos(right * s));
+                });
+            b.fix(at.left(), {2, 4, 6});
+            b.fix(at.bottom(), {1, 5, 6});
+            b.fix(at.top(), {3, 4, 5});
+            b.load(1, at.number(0, 0), 3, -force / 4);
+            row("Li", "Pinched cylinder with free ends, under the load", meshname(type, n, around),
+                0.1139, 0.1139, -moved(solvebalanced(b), 1, at.number(0, 0), 3), tolerance);
+        }
+}
+
 // --- NAFEMS -------------------------------------------------------------------------------------
 
 // Quarter of an elliptic plate with an elliptic hole under outward pressure at its outer edge.

@@ -177,6 +177,44 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
 
 // --- lines --------------------------------------------------------------------------------------
 
+// A moment without a section modulus has a stress that nobody can tell; the records hold 0.
+static void tellmoduli(const model& m, const lineends& r, runlog& log) {
+    const groupfield moduli[] = {fieldwzz, fieldwxx, fieldwyy};  // of the moments at an end, 3 to 5
+    const auto lacks = [&](std::size_t line, int k) {
+        const elementdef& e = m.elements[std::size_t(r.elements[line])];
+        return e.type == typebeam && m.groups[std::size_t(e.group)].field[moduli[k]] == 0;
+    };
+    std::vector<double> largest(r.elements.size(), 0);  // moment without a modulus
+    double most = 0;                                    // of all moments of these elements
+    for (std::size_t i = 0; i < r.elements.size(); ++i) {
+        const bool without[] = {lacks(i, 0), lacks(i, 1), lacks(i, 2)};
+        if (!without[0] && !without[1] && !without[2]) continue;
+        for (int lc = 1; lc <= r.cases; ++lc)
+            for (int k = 0; k < endvalues; ++k) {
+                if (k % 6 < 3) continue;
+                const double moment = std::fabs(r.of(lc, i)[k]);
+                most = std::max(most, moment);
+                if (without[k % 6 - 3]) largest[i] = std::max(largest[i], moment);
+            }
+    }
+    allranks().most(&most, 1);
+    const double noise = 1e-6;
+    double count = 0, last = -INFINITY;  // minus the first element's number
+    for (std::size_t i = 0; i < r.elements.size(); ++i) {
+        if (!(largest[i] > noise * most)) continue;
+        ++count;
+        last = std::max<double>(last, -m.nameof(r.elements[i]));
+    }
+    allranks().sum(&count, 1);
+    allranks().most(&last, 1);
+    if (count > 0)
+        log.warn(std::to_string(long(count)) + " line element(s), the first of them element " +
+                 std::to_string(long(-last)) +
+                 ", have moments but no section modulus for them: that part of their stress is 0 "
+                 "in the results. Give the element group W xx (moment about e2), W yy (about e3), "
+                 "W zz (torsion)");
+}
+
 lineends findlineends(const model& m, const settings& s, const dofmap& d, const displacements& u,
                       runlog& log) {
     lineends r;
@@ -204,6 +242,7 @@ lineends findlineends(const model& m, const settings& s, const dofmap& d, const 
             }
         }
     });
+    tellmoduli(m, r, log);
     log.progress("stress", 50);
     return r;
 }

@@ -346,3 +346,24 @@ TEST(Verification, ShearPanelInAFrame) {
             moved(solvebalanced(b), 1, 3, 1));
     }
 }
+
+// What a moment does to a section whose modulus is not told is in no result: that is said, once,
+// and of moments alone that are more than rounding.
+TEST(Lines, MomentsWithoutASectionModulusAreTold) {
+    const struct {
+        groupfield missing;
+        int along;  // the load's direction at the tip of a beam along x; 4: torsion
+        bool told;
+    } rows[] = {{fieldwxx, 3, true},  {fieldwxx, 2, false}, {fieldwyy, 2, true},
+                {fieldwyy, 3, false}, {fieldwzz, 4, true},  {fieldwzz, 3, false}};
+    for (const auto& row : rows) {
+        build b = cantilever(1000);
+        b.field(1, row.missing) = 0;
+        b.load(1, 2, row.along, 1000);
+        b.solve();
+        ASSERT_EQ(b.log.warnings().size(), row.told ? 1u : 0u) << row.missing << row.along;
+        if (row.told)
+            expectwords(b.log.warnings()[0],
+                        {"1 line element(s), the first of them element 1", "no section modulus"});
+    }
+}

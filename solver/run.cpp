@@ -303,6 +303,13 @@ static void checkcontents(const model& m) {
     if (m.allelements() == 0) refuse("The model has no elements; there is nothing to analyse");
 }
 
+// What elements learn of their neighbours.
+static void measureneighbours(model& m, const settings& s) {
+    const cornerlist corners = listcorners(m);
+    measurecurve(m, corners);
+    measureedges(m, s, corners);
+}
+
 results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log) {
     log.stage("check");
     usethreads(s);
@@ -323,8 +330,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     checkelements(m, s);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);
-    measurecurve(m);
-    measureedges(m, s);
+    measureneighbours(m, s);
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);

@@ -45,10 +45,10 @@ struct loadcase {
 // What a bent plate learns of its edges from the elements there. shear: against bending, 0 where it
 // is stiff in shear. Bit k of the others: edge k is straight to even stress, that of a
 // quadrilateral shell beside a triangular one, free of all that would hold or stiffen its
-// rotations.
+// rotations, of a shell that no other shares it with.
 struct edgeslip {
     float shear[mostnodes] = {};
-    std::uint8_t straight = 0, meeting = 0, free = 0;
+    std::uint8_t straight = 0, meeting = 0, free = 0, rim = 0;
 };
 
 // How the surface of a curved shell goes on over the edges of an element. fold: the tangent of half

@@ -23,44 +23,30 @@ namespace {
 struct side {
     int far, element, edge;  // far: the node with the higher number
 };
-
-// Sides of the bent elements by the node with the lower number.
-struct sidelist {
-    std::vector<std::size_t> start;
-    std::vector<side> sides;
-};
 }  // namespace
 
-static sidelist listsides(const model& m) {
-    sidelist list;
-    list.start.assign(m.nodes.size() + 1, 0);
-    const auto eachside = [&](auto use) {
-        for (int e = 1; e <= m.nelems(); ++e) {
-            const elementdef& def = m.elements[std::size_t(e)];
-            if (!bends(def.type)) continue;
-            const int corners = factsof(def.type).nodes;
-            for (int k = 0; k < corners; ++k) {
-                const int p = def.node[k], q = def.node[(k + 1) % corners];
-                use(std::size_t(std::min(p, q)), side{std::max(p, q), e, k});
-            }
-        }
-    };
-    eachside([&](std::size_t low, const side&) { ++list.start[low + 1]; });
-    for (std::size_t n = 1; n < list.start.size(); ++n) list.start[n] += list.start[n - 1];
-    list.sides.resize(list.start.back());
-    std::vector<std::size_t> next(list.start.begin(), list.start.end() - 1);
-    eachside([&](std::size_t low, const side& one) { list.sides[next[low]++] = one; });
-    return list;
+// The sides of bent elements whose node with the lower number this is.
+static void listsides(const model& m, const cornerlist& corners, int node,
+                      std::vector<side>& sides) {
+    sides.clear();
+    for (const corner& one : corners.of(std::size_t(node))) {
+        const elementdef& def = m.elements[std::size_t(one.element)];
+        if (!bends(def.type)) continue;
+        const int count = factsof(def.type).nodes, before = (one.at + count - 1) % count;
+        const int to = def.node[(one.at + 1) % count], from = def.node[before];
+        if (to > node) sides.push_back({to, one.element, one.at});
+        if (from > node) sides.push_back({from, one.element, before});
+    }
 }
 
 // Calls use(n, one, here) for each side: n is its node with the lower number, here are all that
 // this has. By all threads.
-static void eachside(const model& m, const sidelist& list, auto use) {
+static void eachside(const model& m, const cornerlist& corners, auto use) {
     parallelpieces(m.nnodes(), 4096, [&](int first, int last, int) {
-        for (auto n = std::size_t(first) + 1; n <= std::size_t(last); ++n) {
-            const std::span<const side> here(list.sides.data() + list.start[n],
-                                             list.start[n + 1] - list.start[n]);
-            for (const side& one : here) use(n, one, here);
+        std::vector<side> here;
+        for (int n = first + 1; n <= last; ++n) {
+            listsides(m, corners, n, here);
+            for (const side& one : here) use(std::size_t(n), one, std::span<const side>(here));
         }
     });
 }
@@ -101,7 +87,7 @@ static int neighbourat(const model& m, const side& one, std::span<const side> ot
 }
 
 // The least part that the shells which go on over an edge follow of the rotations there.
-static void sharefollowed(model& m, const settings& s, const sidelist& list) {
+static void sharefollowed(model& m, const settings& s, const cornerlist& corners) {
     std::vector<float> own(m.elements.size(), 1);
     parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
         for (int e = first + 1; e <= last; ++e) {
@@ -110,7 +96,7 @@ static void sharefollowed(model& m, const settings& s, const sidelist& list) {
             own[std::size_t(e)] = float(followedpart(one, flatten(one, meanaxes(one))));
         }
     });
-    eachside(m, list, [&](std::size_t, const side& one, std::span<const side> here) {
+    eachside(m, corners, [&](std::size_t, const side& one, std::span<const side> here) {
         const elementdef& e = m.elements[std::size_t(one.element)];
         if (!isshell(e.type)) return;
         const vec3 normal = normalof(m, e);
@@ -124,18 +110,18 @@ static void sharefollowed(model& m, const settings& s, const sidelist& list) {
     });
 }
 
-static void foldshells(model& m, const settings& s, const sidelist& list) {
+static void foldshells(model& m, const settings& s, const cornerlist& corners) {
     const double flat = 1e-6;  // radians: no surface turns by less
     if (std::ranges::all_of(m.curve, [&](double turned) { return turned < flat; })) return;
     std::vector<edgeneighbours> neighbours(m.elements.size(), edgeneighbours{});
     const std::vector<char> mirrors = mirrorsof(m);
-    eachside(m, list, [&](std::size_t n, const side& one, std::span<const side> here) {
+    eachside(m, corners, [&](std::size_t n, const side& one, std::span<const side> here) {
         if (isshell(m.elements[std::size_t(one.element)].type))
             neighbours[std::size_t(one.element)][std::size_t(one.edge)] =
                 neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
     });
     measurefolds(m, s, std::move(neighbours));
-    sharefollowed(m, s, list);
+    sharefollowed(m, s, corners);
 }
 
 // --- free edges ---------------------------------------------------------------------------------
@@ -206,8 +192,8 @@ static std::vector<char> lonenodes(const model& m) {
 }
 
 // An edge's value and its bits in the bytes of its element, which several threads may write.
-static void storeedge(edgeslip& slip, int edge, double shear, bool straight, bool meets,
-                      bool free) {
+static void storeedge(edgeslip& slip, int edge, double shear, bool straight, bool meets, bool free,
+                      bool rim) {
     slip.shear[edge] = float(shear);
     const auto mark = [&](std::uint8_t& bits, bool set) {
         if (set) std::atomic_ref(bits).fetch_or(std::uint8_t(1 << edge));
@@ -215,6 +201,7 @@ static void storeedge(edgeslip& slip, int edge, double shear, bool straight, boo
     mark(slip.straight, straight);
     mark(slip.meeting, meets);
     mark(slip.free, free);
+    mark(slip.rim, rim);
 }
 
 // others: those at the same edge, with one among them; ways, turns: held at both ends; lone: no
@@ -222,10 +209,11 @@ static void storeedge(edgeslip& slip, int edge, double shear, bool straight, boo
 static void shareedge(model& m, const side& one, std::span<const side> others,
                       const std::vector<edgeslip>& own, int ways, int turns, bool lone) {
     double sum = 0;
-    int count = 0;
+    int count = 0, shells = 0;
     bool quadrilateral = false;
     for (const side& other : others) {
         if (other.far != one.far) continue;
+        shells += isshell(m.elements[std::size_t(other.element)].type);
         sum += double(own[std::size_t(other.element)].shear[other.edge]);
         ++count;
         quadrilateral |= m.elements[std::size_t(other.element)].type == typeshell4;
@@ -234,10 +222,10 @@ static void shareedge(model& m, const side& one, std::span<const side> others,
     const bool held = count == 1 && isshell(e.type) && isheldstraight(m, one, ways, turns);
     storeedge(m.slip[std::size_t(one.element)], one.edge, sum / count,
               held || (lone && e.type == typeshell4), quadrilateral && e.type == typeshell3,
-              count == 1 && isfree(m, e, turns));
+              count == 1 && isfree(m, e, turns), isshell(e.type) && shells == 1);
 }
 
-void measureedges(model& m, const settings& s) {
+void measureedges(model& m, const settings& s, const cornerlist& corners) {
     m.slip.clear();
     m.fold.clear();
     if (std::none_of(m.elements.begin(), m.elements.end(),
@@ -249,11 +237,10 @@ void measureedges(model& m, const settings& s) {
             if (bends(m.elements[std::size_t(e)].type))
                 own[std::size_t(e)] = slipofedges(elementat(m, s, e));
     });
-    const sidelist list = listsides(m);
-    foldshells(m, s, list);
+    foldshells(m, s, corners);
     const std::vector<char> ways = heldways(m), turns = heldturns(m), lone = lonenodes(m);
     m.slip = own;
-    eachside(m, list, [&](std::size_t n, const side& one, std::span<const side> here) {
+    eachside(m, corners, [&](std::size_t n, const side& one, std::span<const side> here) {
         shareedge(m, one, here, own, ways[n] & ways[std::size_t(one.far)],
                   turns[n] & turns[std::size_t(one.far)], lone[n] && lone[std::size_t(one.far)]);
     });

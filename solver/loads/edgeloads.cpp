@@ -10,88 +10,61 @@
 #include "solver/elements/folds.h"
 #include "solver/processes/ranks.h"
 
-namespace {
-// An edge that one shell alone has.
-struct rim {
-    int node[2];
-    int element, edge;
-    vec3 across;  // in the plane of the element, out of it; its size is the edge's length
-};
-}  // namespace
-
-using nodemarks = std::vector<char>;
-
-template <typename Use>
-static void eachshellat(const model& m, const nodemarks& nodes, Use use) {
-    for (int e = 1; e <= m.nelems(); ++e) {
-        const elementdef& def = m.elements[std::size_t(e)];
-        if (!isshell(def.type)) continue;
-        const int count = factsof(def.type).nodes;
-        if (std::any_of(def.node, def.node + count,
-                        [&](int n) { return nodes[std::size_t(n)] != 0; }))
-            use(e, def, count);
-    }
-}
-
-// The rims at the marked nodes.
-static std::vector<rim> rimsat(const model& m, const nodemarks& nodes) {
-    std::vector<rim> sides;
-    eachshellat(m, nodes, [&](int e, const elementdef& def, int count) {
-        for (int k = 0; k < count; ++k) {
-            const int i = def.node[k], j = def.node[(k + 1) % count];
-            if (nodes[std::size_t(i)] != 0 || nodes[std::size_t(j)] != 0)
-                sides.push_back({{i, j}, e, k, vec3::Zero()});
-        }
-    });
-    const auto place = [](const rim& r) {
-        return std::pair(std::min(r.node[0], r.node[1]), std::max(r.node[0], r.node[1]));
+shellrims::shellrims(const model& of, const settings& set)
+    : m(of), s(set), placeof(m.nodes.size(), -1) {
+    const auto nodeof = [&](const rim& r, int end) {
+        const elementdef& def = m.elements[std::size_t(r.element)];
+        return def.node[(r.edge + end) % factsof(def.type).nodes];
     };
-    std::stable_sort(sides.begin(), sides.end(),
-                     [&](const rim& a, const rim& b) { return place(a) < place(b); });
-    std::vector<rim> rims;
-    for (std::size_t i = 0, next; i < sides.size(); i = next) {
-        for (next = i + 1; next < sides.size() && place(sides[next]) == place(sides[i]);) ++next;
-        if (next > i + 1) continue;
-        rim& one = sides[i];
-        const vec3 along = m.nodes[std::size_t(one.node[1])] - m.nodes[std::size_t(one.node[0])];
+    const auto nodesof = [&](const rim& r) { return std::minmax({nodeof(r, 0), nodeof(r, 1)}); };
+    for (int e = 1; e < int(m.slip.size()); ++e)
+        for (int k = 0; k < mostnodes; ++k)
+            if (m.slip[std::size_t(e)].rim >> k & 1) rims.push_back({{}, e, k, vec3::Zero()});
+    std::stable_sort(rims.begin(), rims.end(),
+                     [&](const rim& a, const rim& b) { return nodesof(a) < nodesof(b); });
+    for (std::size_t r = 0; r < rims.size(); ++r) {
+        rim& one = rims[r];
+        const vec3 along =
+            m.nodes[std::size_t(nodeof(one, 1))] - m.nodes[std::size_t(nodeof(one, 0))];
         one.across = along.cross(normalof(m, m.elements[std::size_t(one.element)]).normalized());
-        rims.push_back(one);
+        for (int end = 0; end < 2; ++end) {
+            int& place = placeof[std::size_t(nodeof(one, end))];
+            if (place < 0) {
+                place = int(at.size());
+                at.emplace_back();
+            }
+            one.place[end] = place;
+            at[std::size_t(place)].push_back(int(r));
+        }
     }
-    return rims;
 }
 
-void eachedgemoment(const model& m, const settings& s, const std::vector<vec3>& forces,
-                    const std::function<void(int, const vec3&)>& add) {
-    nodemarks loaded(m.nodes.size(), 0);
-    for (std::size_t n = 1; n < forces.size(); ++n) loaded[n] = !forces[n].isZero(0);
-    nodemarks near(m.nodes.size(), 0);
-    eachshellat(m, loaded, [&](int, const elementdef& def, int count) {
-        for (int k = 0; k < count; ++k) near[std::size_t(def.node[k])] = 1;
-    });
-    const std::vector<rim> rims = rimsat(m, near);
-    std::vector<std::vector<std::size_t>> at(m.nodes.size());
-    for (std::size_t r = 0; r < rims.size(); ++r)
-        for (const int n : rims[r].node) at[std::size_t(n)].push_back(r);
-    for (std::size_t r = 0; r < rims.size(); ++r) {
-        const rim& one = rims[r];
+void shellrims::eachmoment(const std::vector<nodalrow>& rows,
+                           const std::function<void(int, const vec3&)>& add) const {
+    std::vector<vec3> forces(at.size(), vec3::Zero());
+    for (const nodalrow& row : rows)
+        if (const int place = placeof[std::size_t(row.node)]; row.dof <= 3 && place >= 0)
+            forces[std::size_t(place)][row.dof - 1] += row.value;
+    for (int r = 0; r < int(rims.size()); ++r) {
+        const rim& one = rims[std::size_t(r)];
         if (!isown(m, one.element)) continue;
         // The load a length at an end is its force over half of what goes on straight there. A
         // corner has no say: its force may pull along the edge that meets this one.
         const double length = one.across.norm();
         const vec3 across = one.across / length;
         double pull = 0, goeson = 0;
-        for (const int n : one.node) {
+        for (const int place : one.place) {
             double others = 0;
-            for (const std::size_t other : at[std::size_t(n)])
-                if (other != r) others += std::max(rims[other].across.dot(across), 0.0);
-            pull += others * forces[std::size_t(n)].dot(across) * 2 / (length + others);
+            for (const int other : at[std::size_t(place)])
+                if (other != r) others += std::max(acrossof(other).dot(across), 0.0);
+            pull += others * forces[std::size_t(place)].dot(across) * 2 / (length + others);
             goeson += others;
         }
         if (pull == 0) continue;
         const element e = elementat(m, s, one.element);
         const vec3 moment = edgebow(e, one.edge) * pull / goeson * length * length / 12 *
                             meanaxes(e).row(2).transpose();
-        add(one.node[0], -moment);
-        add(one.node[1], moment);
+        add(e.node[one.edge], -moment);
+        add(e.node[(one.edge + 1) % e.nodes], moment);
     }
 }

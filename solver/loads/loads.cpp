@@ -11,7 +11,6 @@
 #include "solver/elements/gauss.h"
 #include "solver/elements/section.h"
 #include "solver/elements/surface.h"
-#include "solver/loads/edgeloads.h"
 #include "solver/processes/ranks.h"
 
 void absentloads::add(int n, int direction, double value) {
@@ -198,13 +197,9 @@ vec3 caseloads::online(const element& e, const linesink& sink) const {
 }
 
 // Of applied forces.
-void caseloads::edgemoments(const dofmap& d, double* f) const {
-    if (c.type != caseapplied || c.nodal.empty() || d.place[6] < 0) return;
-    std::vector<vec3> forces(m.nodes.size(), vec3::Zero());
-    for (const nodalrow& row : c.nodal)
-        if (row.dof <= 3 && d.place[row.dof] >= 0)
-            forces[std::size_t(row.node)][row.dof - 1] += row.value;
-    eachedgemoment(m, s, forces, [&](int n, const vec3& moment) {
+void caseloads::edgemoments(const shellrims& rims, const dofmap& d, double* f) const {
+    if (c.type != caseapplied) return;
+    rims.eachmoment(c.nodal, [&](int n, const vec3& moment) {
         for (int k = 0; k < 3; ++k)
             if (d.place[4 + k] >= 0) f[d.index(n, d.place[4 + k])] += moment[k];
     });
@@ -242,9 +237,10 @@ void caseloads::collect(const std::vector<caseloads>& cases, const dofmap& d, do
     const auto dofs = std::size_t(d.dofs());
     std::fill_n(f, dofs * cases.size(), 0.0);
     std::vector<absentloads> absent(cases.size());
+    const shellrims rims(cases[0].m, cases[0].s);
     for (std::size_t c = 0; c < cases.size(); ++c) {
         cases[c].nodalforces(d, f + c * dofs, absent[c]);
-        cases[c].edgemoments(d, f + c * dofs);
+        cases[c].edgemoments(rims, d, f + c * dofs);
     }
     together([&] { addelementloads(cases, d, f, absent); });
     for (std::size_t c = 0; c < cases.size(); ++c) {

@@ -7,6 +7,7 @@
 
 #include "solver/dofs/dofs.h"
 #include "solver/elements/kinds.h"
+#include "solver/loads/edgeloads.h"
 #include "solver/loads/waveloads.h"
 
 // Loads in directions that the analysis does not have.
@@ -61,7 +62,7 @@ class caseloads {
 
   private:
     void nodalforces(const dofmap& d, double* f, absentloads& absent) const;
-    void edgemoments(const dofmap& d, double* f) const;
+    void edgemoments(const shellrims& rims, const dofmap& d, double* f) const;
     static void addelementloads(const std::vector<caseloads>& cases, const dofmap& d, double* f,
                                 std::vector<absentloads>& absent);
     void tellabsent(const absentloads& absent, runlog& log) const;

@@ -8,7 +8,6 @@
 
 #include <Eigen/Geometry>
 #include <algorithm>
-#include <climits>
 #include <cmath>
 
 #include "solver/base/parallel.h"
@@ -16,6 +15,7 @@
 #include "solver/elements/meanplane.h"
 #include "solver/elements/shell.h"
 #include "solver/processes/ranks.h"
+#include "solver/results/worstnode.h"
 
 namespace {
 // How shells meet at a node.
@@ -156,17 +156,10 @@ static void roughen(const model& m, const dofmap& d, const platestresses& p,
     for (std::size_t n = 1; n < even.size(); ++n) nodes.left[n].head<3>() -= even[n];
 }
 
-namespace {
-struct falsebending {
-    double nodes = 0, worst = 0;  // worst: stress over the largest of the case
-    int node = INT_MAX;
-};
-}  // namespace
-
-// At the nodes of this process.
-static falsebending bendingat(const model& m, const dofmap& d, const std::vector<meeting>& met,
-                              const nodestates& nodes, double largest) {
-    falsebending found;
+// At the nodes of this process: stress over the largest of the case.
+static worstnode bendingat(const model& m, const dofmap& d, const std::vector<meeting>& met,
+                           const nodestates& nodes, double largest) {
+    worstnode found;
     const double little = 0.1;
     // Of the bending stress of a plate that takes all of it over the width of an element, by tori
     // under pressure and cylinders that are pulled.
@@ -179,23 +172,21 @@ static falsebending bendingat(const model& m, const dofmap& d, const std::vector
         double stress = part * 6 * moment / (at.thickness * at.thickness * largest);
         if (!(stress > little)) continue;
         stress = std::round(100 * stress) / 100;  // of nodes alike the first, however they round
-        ++found.nodes;
-        if (stress > found.worst) found.worst = stress, found.node = m.nameofnode(n);
+        found.meet(m, n, stress);
     }
     return found;
 }
 
-static void warncase(falsebending here, const model& m, int lc, runlog& log) {
-    allranks().sum(&here.nodes, 1);
+static void warncase(worstnode here, const model& m, int lc, runlog& log) {
+    here.settle();
     if (here.nodes == 0) return;
-    const std::vector<double> all = allranks().greatest({here.worst, -double(here.node)});
     log.warn("Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name +
                  "\": the mesh of curved shells is too coarse and uneven about " +
                  std::to_string(long(here.nodes)) +
                  " node(s): flat elements answer the membrane stress with bending that is not "
                  "there, most about node " +
-                 std::to_string(int(-all[1])) + ", up to about " +
-                 shortnumber(std::round(10 * all[0]) / 10) +
+                 std::to_string(here.node) + ", up to about " +
+                 shortnumber(std::round(10 * here.worst) / 10) +
                  " times the largest stress. Use even lines that cross at right angles, SHELL4 in "
                  "place of SHELL3, or elements of half the size for a quarter of it",
              lc);
@@ -218,7 +209,7 @@ void warnfalsebending(const model& m, const settings& s, const dofmap& d, const 
             addleft(m, s, d, p, shells, nodes);
             roughen(m, d, p, shells, nodes);
         }
-        warncase(largest > 0 ? bendingat(m, d, shells.nodes, nodes, largest) : falsebending{}, m,
-                 lc, log);
+        warncase(largest > 0 ? bendingat(m, d, shells.nodes, nodes, largest) : worstnode{}, m, lc,
+                 log);
     }
 }

@@ -8,11 +8,10 @@
 #include "solver/results/foldmoments.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 
 #include "solver/elements/drill.h"
-#include "solver/processes/ranks.h"
+#include "solver/results/worstnode.h"
 
 // By node: 1 where a force of the case acts.
 static std::vector<char> pushednodes(const model& m, int lc) {
@@ -71,18 +70,12 @@ static std::vector<std::vector<double>> workatnodes(const model& m, const settin
     return folds;
 }
 
-namespace {
-struct bentfolds {
-    double nodes = 0, worst = 0;  // worst: work of the folds over that of the forces at a node
-    int node = INT_MAX;
-};
-}  // namespace
-
-// At the nodes of this process. applied, moved: of the case.
-static bentfolds foldsbent(const model& m, const dofmap& d, const std::vector<char>& pushed,
+// At the nodes of this process: work of the folds over that of the forces. applied, moved: of the
+// case.
+static worstnode foldsbent(const model& m, const dofmap& d, const std::vector<char>& pushed,
                            const std::vector<double>& folds, const double* applied,
                            const double* moved) {
-    bentfolds found;
+    worstnode found;
     const double much = 0.03;  // in good meshes at most 0.028
     for (int n = 1; n <= m.nnodes(); ++n) {
         if (!pushed[std::size_t(n)] || !d.nodes->counts(std::size_t(n - 1))) continue;
@@ -91,24 +84,22 @@ static bentfolds foldsbent(const model& m, const dofmap& d, const std::vector<ch
         double part = work > 0 ? -folds[std::size_t(n)] / work : 0;
         if (!(part > much)) continue;
         part = std::round(1000 * part) / 1000;  // of nodes alike the first, whatever rounding left
-        ++found.nodes;
-        if (part > found.worst) found.worst = part, found.node = m.nameofnode(n);
+        found.meet(m, n, part);
     }
     return found;
 }
 
 // All processes take part, whether they have such shells and forces or not.
-static void warncase(bentfolds here, const model& m, int lc, runlog& log) {
-    allranks().sum(&here.nodes, 1);
+static void warncase(worstnode here, const model& m, int lc, runlog& log) {
+    here.settle();
     if (here.nodes == 0) return;
-    const std::vector<double> all = allranks().greatest({here.worst, -double(here.node)});
     log.warn(
         "Case " + std::to_string(lc) + " \"" + m.cases[std::size_t(lc)].name + "\": forces at " +
             std::to_string(long(here.nodes)) +
             " node(s) of curved SHELL3 bend the folds between the triangles, the worst of them "
             "node " +
-            std::to_string(int(-all[1])) + " with " +
-            std::to_string(std::min(100, int(std::lround(100 * all[0])))) +
+            std::to_string(here.node) + " with " +
+            std::to_string(std::min(100, int(std::lround(100 * here.worst)))) +
             " % of its work. A curved shell would hold them by its membrane. Load the elements "
             "with a pressure, or use SHELL4 or triangles of half the size",
         lc);
@@ -122,7 +113,7 @@ void warnfoldmoments(const model& m, const settings& s, const dofmap& d, const d
     const std::vector<std::vector<double>> folds = workatnodes(m, s, d, u, pushed);
     for (int c = 0; c < u.cases; ++c) {
         const auto i = std::size_t(c), from = i * d.equation.size();
-        bentfolds bent;
+        worstnode bent;
         if (curved)
             bent = foldsbent(m, d, pushed[i], folds[i], applied.data() + from, u.u.data() + from);
         warncase(bent, m, first + c, log);

@@ -183,7 +183,10 @@ static void tellunbalanced(const model& m, const settings& s, double part, runlo
 static void refinereactions(const model& m, const settings& s, const equations& q, engine& l,
                             const std::vector<double>& applied, const holding& held, casepart& r,
                             runlog& log) {
-    const double good = 1e-11, before = worstbalance(r.reactions, held.letgo);
+    const auto balance = [&](const vec3& about = vec3::Zero()) {
+        return worstbalance(r.reactions, held.letgo, about);
+    };
+    const double good = 1e-11, before = balance();
     double now = before, change = 1, uncertainty = 0;
     const int mostrounds = 3;
     const double settled = 1e-10;  // there is nothing left to refine
@@ -192,7 +195,7 @@ static void refinereactions(const model& m, const settings& s, const equations& 
         change = refine(m, s, q, l, applied, r.u);
         uncertainty = change * change / former;  // what the next round would change
         r.reactions = findreactions(m, s, q.dofs, r.u, applied, log);
-        now = worstbalance(r.reactions, held.letgo);
+        now = balance();
         if (change < settled) break;
     }
     const double unbalanced = 1e-6, uncertain = 1e-6, wrong = 1e-2;
@@ -203,8 +206,8 @@ static void refinereactions(const model& m, const settings& s, const equations& 
     if (uncertainty > uncertain)
         log.warn("The displacements are uncertain by " + shortnumber(uncertainty) +
                  " of themselves. " + whyillconditioned(m, s, q.dofs, largestmotion(q.dofs, r.u)));
-    const double noise = held.noise();
-    if (now > std::max(unbalanced, noise)) tellunbalanced(m, s, now, log);
+    const double noise = held.noise(), missed = balance(boxof(m).middle());
+    if (missed > std::max(unbalanced, noise)) tellunbalanced(m, s, missed, log);
     if (now != before)
         log.line("Reactions out of balance by " + shortnumber(before) + ", refined to " +
                  shortnumber(now));

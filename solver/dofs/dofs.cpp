@@ -3,6 +3,7 @@
 #include "solver/dofs/dofs.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "solver/base/parallel.h"
@@ -180,6 +181,18 @@ double modelsize(const model& m) {
         size = std::max(size, (m.nodes[std::size_t(n)] - first).norm());
     allranks().most(&size, 1);
     return size;
+}
+
+nodebox boxof(const model& m, const std::function<bool(int)>& counts) {
+    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
+    for (int n = 1; n <= m.nnodes(); ++n) {
+        if (counts && !counts(n)) continue;
+        const vec3& at = m.nodes[std::size_t(n)];
+        most.head<3>() = most.head<3>().cwiseMax(at);
+        most.tail<3>() = most.tail<3>().cwiseMax(-at);
+    }
+    allranks().most(most.data(), most.size());
+    return {-most.tail<3>(), most.head<3>()};
 }
 
 elementdofs dofsof(const dofmap& d, const elementdef& e) {

@@ -3,6 +3,8 @@
 // a node, whole vectors.
 #pragma once
 
+#include <functional>
+
 #include "solver/dofs/dofmap.h"
 
 // Adds up what processes found of the forces or the like at each degree of freedom.
@@ -14,6 +16,13 @@ inline void sumshares(const dofmap& d, double* f) {
 vec3 firstnode(const model& m);
 // How far from it the nodes reach.
 double modelsize(const model& m);
+// The box of the nodes n of all processes for which counts(n), with its sides along the axes.
+struct nodebox {
+    vec3 low, high;
+    vec3 size() const { return high - low; }
+    vec3 middle() const { return (low + high) / 2; }
+};
+nodebox boxof(const model& m, const std::function<bool(int)>& counts = {});
 
 // Which owners share an element: neighbours of each place, sorted, in compressed rows.
 struct nodegraph {

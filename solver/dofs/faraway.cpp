@@ -178,14 +178,10 @@ std::vector<vec3> otherwiserounded(const model& m, int attempt) {
 }
 
 double stiffnessofrounding(const model& m) {
-    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
-    for (int n = 1; n <= m.nnodes(); ++n) {
-        most.head<3>() = most.head<3>().cwiseMax(m.nodes[std::size_t(n)]);
-        most.tail<3>() = most.tail<3>().cwiseMax(-m.nodes[std::size_t(n)]);
-    }
-    allranks().most(most.data(), most.size());
-    const double size = (most.head<3>() + most.tail<3>()).maxCoeff();
+    const nodebox box = boxof(m);
+    const double size = box.size().maxCoeff();
     if (!(size > 0)) return 0;
-    const double tilt = stepat(most.maxCoeff()) / size, part = 10;  // a tenth of it may move
+    const double tilt = stepat(std::max(box.high.maxCoeff(), -box.low.minCoeff())) / size,
+                 part = 10;  // a tenth of it may move
     return std::pow(part * tilt, 2);
 }

@@ -128,8 +128,8 @@ static vec3 translationof(const dofmap& d, const std::vector<double>& u, int n) 
 // What moves with a node: the nodes joined to it by elements whose nodes all move.
 namespace {
 struct movingpart {
-    double count = 0;
-    vec3 low = vec3::Constant(INFINITY), high = -low;
+    double count;
+    nodebox box;
 };
 }  // namespace
 
@@ -184,19 +184,14 @@ static std::vector<double> labelparts(const model& m, const dofmap& d, const std
 
 static movingpart partof(const model& m, const dofmap& d, const std::vector<double>& label,
                          double wanted) {
-    movingpart part;
-    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
-    for (int i = 1; i <= m.nnodes(); ++i) {
-        if (label[std::size_t(i)] != wanted || !d.nodes->counts(std::size_t(i - 1))) continue;
-        ++part.count;
-        most.head<3>() = most.head<3>().cwiseMax(m.nodes[std::size_t(i)]);
-        most.tail<3>() = most.tail<3>().cwiseMax(-m.nodes[std::size_t(i)]);
-    }
-    allranks().sum(&part.count, 1);
-    allranks().most(most.data(), most.size());
-    part.high = most.head<3>();
-    part.low = -most.tail<3>();
-    return part;
+    double count = 0;
+    const nodebox box = boxof(m, [&](int n) {
+        const bool moves = label[std::size_t(n)] == wanted && d.nodes->counts(std::size_t(n - 1));
+        count += moves;
+        return moves;
+    });
+    allranks().sum(&count, 1);
+    return {count, box};
 }
 
 static std::string placetext(const vec3& at) {
@@ -224,7 +219,7 @@ static std::string extenttext(const model& m, const dofmap& d, const std::vector
     const movingpart part = partof(m, d, label, wanted);
     if (part.count < 2) return text;
     return text + " with " + std::to_string(long(part.count)) + " nodes between " +
-           placetext(part.low) + " and " + placetext(part.high);
+           placetext(part.box.low) + " and " + placetext(part.box.high);
 }
 
 // The largest translation of the motion, or its largest rotation where nothing translates.

@@ -10,13 +10,18 @@
 
 #include "solver/base/parallel.h"
 
-double worstbalance(const reactionset& r, const std::vector<vec6>& letgo) {
+static vec6 movedto(const vec3& place, vec6 sum) {
+    sum.tail<3>() -= place.cross(vec3(sum.head<3>()));
+    return sum;
+}
+
+double worstbalance(const reactionset& r, const std::vector<vec6>& letgo, const vec3& about) {
     double worst = 0;
     for (std::size_t lc = 1; lc < r.load.size(); ++lc) {
-        const vec6 &load = r.load[lc], &reaction = r.reaction[lc];
+        const vec6 load = movedto(about, r.load[lc]), reaction = movedto(about, r.reaction[lc]);
         const double size = std::max(
             {load.cwiseAbs().maxCoeff(), reaction.cwiseAbs().maxCoeff(), r.least[lc].maxCoeff()});
-        const vec6 left = load + reaction - letgo[lc - 1];
+        const vec6 left = load + reaction - movedto(about, letgo[lc - 1]);
         if (size > 0) worst = std::max(worst, left.cwiseAbs().maxCoeff() / size);
     }
     return worst;
@@ -26,17 +31,6 @@ static void addtwopart(double step, double& value, double& rest) {
     const double both = rest + step, sum = value + both;
     rest = both - (sum - value);
     value = sum;
-}
-
-static double extent(const model& m) {
-    vec6 most = vec6::Constant(-INFINITY);  // of the coordinates, and of their negatives
-    for (int n = 1; n <= m.nnodes(); ++n) {
-        const vec3& at = m.nodes[std::size_t(n)];
-        most.head<3>() = most.head<3>().cwiseMax(at);
-        most.tail<3>() = most.tail<3>().cwiseMax(-at);
-    }
-    allranks().most(most.data(), most.size());
-    return (most.head<3>() + most.tail<3>()).norm();
 }
 
 double refine(const model& m, const settings& s, const equations& q, engine& l,
@@ -73,7 +67,7 @@ double refine(const model& m, const settings& s, const equations& q, engine& l,
         found[c] = most;
     });
     allranks().most(found[0].data(), 4 * found.size());
-    const double size = extent(m);  // makes lengths of rotations
+    const double size = boxof(m).size().norm();  // makes lengths of rotations
     double worst = 0;
     for (const std::array<double, 4>& most : found) {
         const double part = std::max(most[0], most[1] * size);

@@ -224,10 +224,16 @@ TEST(Lines, RigidArmOnASpringInAnyUnitOfLength) {
 
 // A spring across a gap is what its matrix says; that it turns the structure is told.
 TEST(Springs, BetweenNodesApartAreToldWhenTheyUnbalance) {
-    for (const bool apart : {false, true}) {
+    const struct {
+        double arm;
+        vec3 at;
+    } rows[] = {{0, vec3::Zero()}, {2, vec3::Zero()}, {2, {3e7, 1e6, -2e6}}, {0, {3e7, 1e6, -2e6}}};
+    for (const auto& [arm, at] : rows) {
+        SCOPED_TRACE(at.norm());
+        const bool apart = arm > 0;
         build b;
         const int g = b.spring(diagonal({5, 5, 5, 7, 7, 7}));
-        b.single(typespring2, g, {{0, 0, 0}, {apart ? 2.0 : 0, 0, 0}});
+        b.single(typespring2, g, {at, at + arm * vec3::UnitX()});
         b.fix(1, clamped);
         b.load(1, 2, 2, 10);
         EXPECT_NEAR(moved(b.solve(), 1, 2, 2), 2, 1e-12);

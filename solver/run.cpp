@@ -64,7 +64,7 @@ struct holding {
     double noise() const {
         double most = angle.empty() ? 0 : *std::ranges::max_element(angle);
         allranks().most(&most, 1);
-        return most;
+        return std::min(most, quietangle);
     }
 };
 }  // namespace

@@ -2,6 +2,7 @@
 // What the rounding of coordinates does to elements. The files hold Singles.
 #include "solver/dofs/faraway.h"
 
+#include <Eigen/Eigenvalues>
 #include <Eigen/Geometry>
 #include <algorithm>
 #include <bit>
@@ -11,10 +12,13 @@
 #include <limits>
 
 #include "solver/base/refuse.h"
+#include "solver/elements/corners.h"
 #include "solver/elements/kinds.h"
 #include "solver/processes/ranks.h"
 
-static const double mostangle = 0.03;
+// Beyond it nothing is of one plane. Where what is flat counted so by less than rounding tilts it,
+// membranes would kink at their nodes and carry next to nothing.
+static const double mostangle = 0.3;
 
 // The least height of an element over its edges; a bar's length.
 static double heightof(const element& e) {
@@ -132,27 +136,59 @@ void checkfaraway(const model& m, const settings& s, runlog& log) {
 
 // --- angles that are noise ----------------------------------------------------------------------
 
+static double stepat(double x) {
+    const auto place = float(std::fabs(x));
+    return double(std::nextafter(place, INFINITY)) - double(place);
+}
+
+// Whether the nodes of the elements at a node lie in one plane but for their rounding. A curved
+// surface does not: over two elements it rises by more, though each tilts by less.
+static bool isflatat(const model& m, std::span<const corner> here) {
+    std::vector<vec3> places;
+    for (const corner& one : here) {
+        const elementdef& def = m.elements[std::size_t(one.element)];
+        for (int k = 0; k < factsof(def.type).nodes; ++k)
+            places.push_back(m.nodes[std::size_t(def.node[k])]);
+    }
+    vec3 middle = vec3::Zero(), step = vec3::Zero();
+    for (const vec3& x : places) {
+        middle += x / double(places.size());
+        for (int k = 0; k < 3; ++k) step[k] = std::max(step[k], stepat(x[k]));
+    }
+    mat3 spread = mat3::Zero();
+    for (const vec3& x : places) spread += (x - middle) * (x - middle).transpose();
+    const Eigen::SelfAdjointEigenSolver<mat3> axes(spread);
+    const vec3 normal = axes.eigenvectors().col(0);
+    const double most = 0.55 * normal.cwiseAbs().dot(step);  // half a step, and the plane's own
+    return std::ranges::all_of(
+        places, [&](const vec3& x) { return std::fabs(normal.dot(x - middle)) <= most; });
+}
+
 std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) {
     std::vector<float> angle(d.owner.size(), float(leastangle));
+    std::vector<char> tilted(d.owner.size(),
+                             0);  // 1: by more than what is told; 2: and a bar there
     for (int n = 1; n <= m.nelems(); ++n) {
         const family fam = kindof(m.elements[std::size_t(n)].type).fam;
         if (fam != family::line && fam != family::plate) continue;
         const element e = elementat(m, s, n);
         const double noise = std::min(mostangle, tiltof(e));
         for (int c = 0; c < e.nodes; ++c) {
-            float& at = angle[std::size_t(e.node[c])];
-            at = std::max(at, float(noise));
+            const auto i = std::size_t(e.node[c]);
+            angle[i] = std::max(angle[i], float(noise));
+            if (noise > quietangle) tilted[i] |= 1;
+            if (fam == family::line) tilted[i] |= 2;
         }
     }
+    if (std::ranges::none_of(tilted, [](char at) { return (at & 1) != 0; })) return angle;
+    const cornerlist corners = listcorners(m);
+    for (std::size_t n = 1; n < tilted.size(); ++n)
+        if ((tilted[n] & 1) != 0 && ((tilted[n] & 2) != 0 || !isflatat(m, corners.of(n))))
+            angle[n] = float(quietangle);
     return angle;
 }
 
 // --- places rounded otherwise -------------------------------------------------------------------
-
-static double stepat(double x) {
-    const auto place = float(std::fabs(x));
-    return double(std::nextafter(place, INFINITY)) - double(place);
-}
 
 // A number of -1..1 that goes with another by chance: Steele, Lea and Flood, Fast splittable
 // pseudorandom number generators, 2014.

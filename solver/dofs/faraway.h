@@ -6,6 +6,7 @@
 #include "solver/dofs/dofs.h"
 
 const double leastangle = 3e-5;  // radians between elements that count as one plane
+const double quietangle = 0.03;  // what rounding tilts by more than this is told
 
 // By node: the angle, radians, up to which what meets there counts as one plane or one line.
 std::vector<float> flatness(const model& m, const settings& s, const dofmap& d);

@@ -329,12 +329,14 @@ struct letgo {
 // with the largest of their kind, which stands where none cancels them.
 static void checkpart(double part, double whole, double angle, double noload, double largest,
                       int node, int dof, const std::string& casename, letgo& gone) {
-    const double noise = std::max(1e-4, 2 * angle), mostletgo = 1e-2;
+    const double quiet = 2 * std::min(angle, quietangle), noise = std::max(1e-4, quiet);
+    const double mostletgo = 1e-2;
     const double little = 1e6 * noload;  // what is left of loads in a plane that cancel
     if (part < whole) whole = std::max(whole, little);
-    if (angle > 1.5 * leastangle && part <= 2 * angle * largest) return;
+    if (angle > 1.5 * leastangle && part <= quiet * largest) return;
     if (part <= std::max(noload, noise * whole)) return;
-    if (part > mostletgo * whole) refuseload(node, dof, casename);
+    const bool tilted = angle > quietangle && part <= 2 * angle * largest;
+    if (part > mostletgo * whole && !tilted) refuseload(node, dof, casename);
     ++gone.count;
     if (part <= gone.largest) return;
     gone.largest = part;

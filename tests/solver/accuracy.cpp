@@ -170,6 +170,49 @@ TEST(Accuracy, FlatModelsStandInAnyPlaneAndFarAway) {
     }
 }
 
+// Elements of 1 in planes at any angle, so far away that rounding tilts each by some degrees: wrong
+// by no more than the warning says.
+TEST(Accuracy, SmallFlatElementsFarAwayAreWrongByNoMoreThanTold) {
+    std::mt19937 random(8);
+    std::uniform_real_distribution<double> some(-1, 1);
+    for (const int type : {typememb3, typememb4, typeplate3, typeplate4})
+        for (const double far : {1e5, 3e5, 1e6}) {
+            SCOPED_TRACE(std::string(factsof(type).name) + " at " + std::to_string(far));
+            const bool bends = type >= typeplate3;
+            const mat3 turn = Eigen::Quaterniond(some(random), some(random), some(random), 1)
+                                  .normalized()
+                                  .toRotationMatrix();
+            const vec3 force = turn * (bends ? vec3(0, 0, 1) : vec3(0.3, 1, 0));
+            std::vector<vec3> moves[2];
+            double told = 0.005;  // what nothing is said of
+            for (const double at : {0.0, far}) {
+                build b;
+                const build::grid g =
+                    b.mesh(type, b.plate(2e5, 0.3, 1), 12, 4, [&](double r, double s) {
+                        const vec3 x = turn * vec3(12 * r, 4 * s, 0) + vec3(at, at, -at) / 2;
+                        return at > 0 ? asstored(x) : x;
+                    });
+                if (bends)
+                    b.fix(g.left(), clamped);
+                else
+                    b.fix(g.left(), {1, 2, 3});
+                for (const int n : g.right())
+                    for (int k = 0; k < 3; ++k) b.load(1, n, k + 1, force[k]);
+                const results r = b.solve();
+                for (int n = 1; n <= b.m.nnodes(); ++n) moves[at > 0].push_back(movedby(r, 1, n));
+                const std::string log = b.log.text(), words = "wrong by about ";
+                if (const std::size_t place = log.find(words); place != log.npos)
+                    told = std::max(told, std::stod(log.substr(place + words.size())) / 100);
+            }
+            double apart = 0, size = 0;
+            for (std::size_t i = 0; i < moves[0].size(); ++i) {
+                apart += (moves[1][i] - moves[0][i]).squaredNorm();
+                size += moves[0][i].squaredNorm();
+            }
+            EXPECT_LT(std::sqrt(apart / size), told);
+        }
+}
+
 // --- stiffness over many powers of ten ----------------------------------------------------------
 
 // Right to many digits, and nothing said against it.

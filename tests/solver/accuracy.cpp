@@ -213,6 +213,29 @@ TEST(Accuracy, SmallFlatElementsFarAwayAreWrongByNoMoreThanTold) {
         }
 }
 
+// A curved membrane that turns from element to element by less than rounding might tilt them, but
+// rises by more than rounding might lift its nodes, is not held as if it were flat.
+TEST(Accuracy, CurvedMembranesFarAwayAreNotHeldFlat) {
+    const mat3 turn = Eigen::AngleAxisd(0.7, vec3(1, 2, -0.7).normalized()).toRotationMatrix();
+    const auto largest = [&](double far) {
+        build b;
+        const build::grid at =
+            b.mesh(typememb4, b.plate(2e5, 0.3, 0.1), 12, 8, [&](double r, double s) {
+                const vec3 x = turn * vec3(10 * std::cos(1.2 * r), 10 * std::sin(1.2 * r), 8 * s);
+                return far > 0 ? asstored(x + far / 2 * vec3(1, 1, 1)) : x;
+            });
+        b.fix(at.bottom(), {1, 2, 3}), b.fix(at.left(), {1, 2, 3}), b.fix(at.right(), {1, 2, 3});
+        const vec3 pull = turn.col(2);
+        for (const int n : at.top())
+            for (int k = 0; k < 3; ++k) b.load(1, n, k + 1, pull[k]);
+        const results r = b.solve();
+        double most = 0;
+        for (int n = 1; n <= b.m.nnodes(); ++n) most = std::max(most, movedby(r, 1, n).norm());
+        return most;
+    };
+    EXPECT_NEAR(largest(5e5) / largest(0), 1, 0.5);
+}
+
 // --- stiffness over many powers of ten ----------------------------------------------------------
 
 // Right to many digits, and nothing said against it.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <map>
 #include <optional>
@@ -93,7 +94,12 @@ class numbersource {
         if (bytes == sizeof(int)) return take<int>(what);
         return take<long>(what);
     }
-    double real(const char* what) { return words ? words->real(what) : take<double>(what); }
+    double real(const char* what) {
+        const double number = words ? words->real(what) : take<double>(what);
+        if (!std::isfinite(number))
+            fail(std::string(what) + " was expected, found " + numbertext(number));
+        return number;
+    }
     // A count of items that each take room in the file: no more than that holds.
     long count(const char* what, std::size_t bytes) {
         const long n = whole(what, bytes);

@@ -41,6 +41,33 @@ TEST(Gmsh, EachFormComesBackAsItWas) {
     }
 }
 
+TEST(Gmsh, BytesThatAreNoNumberAreRefused) {
+    exchangeroom room;
+    addnode(0, 0, 0);
+    addnode(1, 0, 0);
+    groups(1, fieldixx) = groups(1, fieldiyy) = 1;
+    addelement(typebeam, {1, 2}, 1);
+    const std::string path = room.file("a.msh");
+    for (const bool isold : {false, true}) {
+        importreport report;
+        writegmsh(path, {isold, true}, report);
+        std::string text = contentof(path);
+        // The last 1 of the nodes; as many bits more make it infinite.
+        const std::string one("\0\0\0\0\0\0\xF0\x3F", 8);
+        const std::size_t at = text.rfind(one, text.find("$EndNodes"));
+        ASSERT_NE(at, text.npos) << isold;
+        text[at + 7] = '\x7F';
+        writefile(path, text);
+        imported found;
+        EXPECT_FALSE(guarded([&] { readgmsh(path, found); },
+                             [](const runtimeerror& e) {
+                                 EXPECT_NE(e.what.find("a coordinate was expected"), e.what.npos)
+                                     << e.what;
+                             }))
+            << isold;
+    }
+}
+
 TEST(Gmsh, OtherMeshesAndDamage) {
     const std::string format = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n";
     const std::string points = "$Nodes\n4\n10 0 0 0\n20 1 0 0\n30 0 1 0\n40 5 5 5\n$EndNodes\n";

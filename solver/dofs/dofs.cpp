@@ -57,6 +57,19 @@ combination rowof(const model& m, const dofmap& d, int n, int k) {
     return c;
 }
 
+ownerspace plainspace(const model& m, const dofmap& d, int n) {
+    ownerspace space;
+    space.owner = n;
+    space.base = d.pernode;
+    space.count = unknownsof(d, n);
+    for (int k = 0; k < d.pernode; ++k) {
+        const combination c = rowof(m, d, n, k);
+        space.start[k] = c.constant;
+        for (int j = 0; j < c.count; ++j) space.z(k, j) = c.factor[j];
+    }
+    return space;
+}
+
 // --- order and numbers --------------------------------------------------------------------------
 
 // Elements of each owner, in compressed rows; an element is listed once an owner.

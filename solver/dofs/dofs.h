@@ -47,6 +47,9 @@ int unknownsof(const dofmap& d, int owner);
 // The k-th degree of freedom of node n by the unknowns of its owner; first is left at 0.
 combination rowof(const model& m, const dofmap& d, int n, int k);
 
+// The space that a node without one has by its constraints alone.
+ownerspace plainspace(const model& m, const dofmap& d, int n);
+
 // An element's degrees of freedom as the analysis knows them.
 struct elementdofs {
     int count = 0;        // nodes x nodedofs of its kind

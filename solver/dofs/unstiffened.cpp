@@ -188,20 +188,6 @@ static int emptymotions(const mat6& stiffness, const mat6& motion, int count, do
     return found;
 }
 
-// The space that a node without one has by its constraints alone.
-static ownerspace plainspace(const model& m, const dofmap& d, int n) {
-    ownerspace space;
-    space.owner = n;
-    space.base = d.pernode;
-    space.count = unknownsof(d, n);
-    for (int k = 0; k < d.pernode; ++k) {
-        const combination c = rowof(m, d, n, k);
-        space.start[k] = c.constant;
-        for (int j = 0; j < c.count; ++j) space.z(k, j) = c.factor[j];
-    }
-    return space;
-}
-
 static void holdplain(dofmap& d, int n, const mat6& empty, int found) {
     std::size_t unknown[6];
     int count = 0;

@@ -15,6 +15,7 @@
 #include "solver/dofs/faraway.h"
 #include "solver/dofs/makedofs.h"
 #include "solver/dofs/unstiffened.h"
+#include "solver/elements/clamped.h"
 #include "solver/elements/curve.h"
 #include "solver/elements/edges.h"
 #include "solver/elements/span.h"
@@ -290,6 +291,7 @@ static void solvestatic(const model& m, const settings& s, const equations& q, c
     if (what.linestresses) r.lines = findlineends(m, s, q.dofs, r.u, log);
     if (what.platestresses) r.plates = findplatestresses(m, s, q.dofs, r.u, log);
     warnfalsebending(m, s, q.dofs, r.plates, r.u.cases, log);
+    for (int lc = 1; lc <= r.u.cases; ++lc) keepgiven(q.dofs, r.u.of(q.dofs, lc));
 }
 
 // --- the whole ----------------------------------------------------------------------------------
@@ -310,6 +312,7 @@ static void checkcontents(const model& m) {
 static void measureneighbours(model& m, const settings& s) {
     const cornerlist corners = listcorners(m);
     measurecurve(m, corners);
+    findclamped(m, corners);
     measureedges(m, s, corners);
 }
 

@@ -61,6 +61,13 @@ struct edgefold {
     float followed[mostnodes] = {1, 1, 1, 1};
 };
 
+// A node at an edge that supports clamp, and the unit normal of the shells there: see
+// elements/clamped.
+struct clampednode {
+    int node;
+    vec3 normal;
+};
+
 struct model {
     std::string base;  // path without extension
     std::vector<vec3> nodes;
@@ -72,6 +79,7 @@ struct model {
     std::vector<std::uint16_t> rankof;  // by element: process that works on it; empty: this one
     std::vector<edgeslip> slip;         // of bent plates: shared by the elements at an edge
     std::vector<edgefold> fold;         // of shells; empty where none is curved
+    std::vector<clampednode> clamped;   // in the order of the nodes
     bool twod = false;                  // z of the nodes plays no part
     // Of a part that one of several processes holds (deal): numbers in the files, and how many
     // of both the files tell; empty where the whole is held.

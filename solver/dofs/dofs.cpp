@@ -247,3 +247,8 @@ void condense(const dofmap& d, const double* f, double* reduced) {
         }
     }
 }
+
+void keepgiven(const dofmap& d, double* u) {
+    for (std::size_t i = 0; i < d.prescribed.size(); ++i)
+        if (d.prescribed[i]) u[i] = d.constant[i];
+}

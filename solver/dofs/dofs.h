@@ -60,3 +60,5 @@ elementdofs dofsof(const dofmap& d, const elementdef& e);
 // vector of all degrees of freedom = constants + t x; and its transpose for loads.
 void expand(const dofmap& d, const double* x, double* u);
 void condense(const dofmap& d, const double* f, double* reduced);
+// Displacements as the supports give them, at clamped nodes too, of which shells know more.
+void keepgiven(const dofmap& d, double* u);

@@ -75,6 +75,16 @@ static void prescribe(const model& m, dofmap& d, runlog& log) {
                  " constraint(s) concern directions that this analysis does not have");
 }
 
+// Clamped nodes turn about the normal of their shells: see elements/clamped.
+static void freeclamped(const model& m, dofmap& d) {
+    for (const clampednode& c : m.clamped) {
+        ownerspace space = plainspace(m, d, c.node);
+        space.z.col(space.count++).tail<3>() = c.normal;
+        d.spaceof[std::size_t(c.node)] = int(d.spaces.size());
+        d.spaces.push_back(space);
+    }
+}
+
 dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log) {
     dofmap d;
     namedofs(d, anadof);
@@ -92,6 +102,7 @@ dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log) {
     for (std::size_t n = 0; n < nodes; ++n) d.owner[n] = int(n);
     prescribe(m, d, log);
     makebodies(m, d, log);
+    freeclamped(m, d);
     holdunstiffened(m, s, d, log);
     for (std::size_t n = 1; n < nodes; ++n)
         if (d.owner[n] == int(n) && unknownsof(d, int(n)) == 0) d.owner[n] = 0;

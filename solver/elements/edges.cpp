@@ -126,13 +126,15 @@ static void foldshells(model& m, const settings& s, const cornerlist& corners) {
 
 // --- free edges ---------------------------------------------------------------------------------
 
-static const int onbar = 8;
+static const int onbar = 8, inplane = 16;
 
-// Rotations that supports hold, bits 0..2, and nodes whose rotations bars share.
+// Rotations that supports hold, bits 0..2, nodes whose rotations bars share, and clamped ones, which
+// turn about the normal.
 static std::vector<char> heldturns(const model& m) {
     std::vector<char> nodes(m.nodes.size(), 0);
     for (const nodalrow& row : m.constraints)
         if (row.dof > 3) nodes[std::size_t(row.node)] |= char(1 << (row.dof - 4));
+    for (const clampednode& c : m.clamped) nodes[std::size_t(c.node)] |= char(inplane);
     for (const elementdef& e : m.elements)
         if (e.type == typebeam || e.type == typepipe || e.type == typerigid)
             for (int k = 0; k < 2; ++k) nodes[std::size_t(e.node[k])] |= char(onbar);
@@ -142,7 +144,7 @@ static std::vector<char> heldturns(const model& m) {
 // both: what holds the turns of either end of an element's edge, which has no other element. A
 // rotation about the normal bends nothing.
 static bool isfree(const model& m, const elementdef& e, int both) {
-    if (both == 0) return true;
+    if ((both & ~inplane) == 0) return true;
     const vec3 normal = normalof(m, e);
     bool free = (both & onbar) == 0;
     for (int k = 0; k < 3; ++k) free &= !(both >> k & 1) || normal[k] * normal[k] > 0.5;
@@ -160,7 +162,7 @@ static std::vector<char> heldways(const model& m) {
 }
 
 // ways, turns: what is held at both ends of a shell's edge, which has no other shell. Supports take
-// what pulls across it but leave its ends free to turn in the plane.
+// what pulls across it but leave its ends free to turn in the plane, as they do where it is clamped.
 static bool isheldstraight(const model& m, const side& one, int ways, int turns) {
     if (ways == 0) return false;
     const elementdef& e = m.elements[std::size_t(one.element)];
@@ -174,7 +176,7 @@ static bool isheldstraight(const model& m, const side& one, int ways, int turns)
         if (turns >> k & 1) turned += normal[k] * normal[k];
     }
     const double little = 0.01;  // of the square of a unit vector
-    return gives < little && turned < 0.5;
+    return gives < little && (turned < 0.5 || (turns & inplane) != 0);
 }
 
 // By node: whether one element alone has it.

@@ -12,6 +12,9 @@ struct displacements {
     const double* of(const dofmap& d, int lc) const {
         return u.data() + std::size_t(lc - 1) * d.equation.size();
     }
+    double* of(const dofmap& d, int lc) {
+        return u.data() + std::size_t(lc - 1) * d.equation.size();
+    }
 };
 
 // Nodal displacements of an element in all cases, by columns.

@@ -296,7 +296,7 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
         r.effectivemass.emplace_back(share.cwiseAbs2());
         double* const u = r.shape.data() + std::size_t(i) * d.equation.size();
         expand(d, p.vector.col(i).data(), u);
-        for (std::size_t k = 0; k < rest.size(); ++k) u[k] -= rest[k];
+        for (std::size_t k = 0; k < rest.size(); ++k) u[k] = d.prescribed[k] ? 0 : u[k] - rest[k];
         scaleshape(m, d, u, size);
     }
     return r;

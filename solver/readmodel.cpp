@@ -3,8 +3,12 @@
 #include "solver/readmodel.h"
 
 #include <cmath>
+#include <exception>
+#include <future>
 
+#include "core/checksum.h"
 #include "core/numtext.h"
+#include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
 #include "solver/dofs/deal.h"
 #include "solver/elements/kinds.h"
@@ -29,6 +33,13 @@ static int countof(textin& in, std::size_t leastbytes, const char* what) {
         in.fail(errtype, "the file tells " + std::to_string(count) + " " + what +
                              ", but it is too short to hold them");
     return count;
+}
+
+// For rows of three values; no more than the file has, whatever it tells.
+template <typename Row>
+static void makeroom(std::vector<Row>& rows, int count, const textin& in) {
+    const std::size_t rowbytes = 6;
+    rows.reserve(rows.size() + std::min(std::size_t(count), in.size() / rowbytes));
 }
 
 // More rows than a count tells are a file that was edited or spoilt: what follows plays no part.
@@ -68,24 +79,41 @@ static void passviews(textin& in, runlog& log) {
     telltail(in, log);
 }
 
-void readtek(textin& in, model& m, runlog& log) {
+namespace {
+struct counts {
+    int nodes, elements;
+};
+}  // namespace
+
+// With room for the stretches of this process: from then on the model has its size.
+static counts readcounts(textin& in, model& m) {
     const std::size_t nodebytes = 6, elementbytes = 6;
-    const int nnodes = countof(in, nodebytes, "nodes");
-    const int nelems = countof(in, elementbytes, "elements");
-    const stretches nodes(nnodes), elements(nelems);
-    m.nodes.assign(std::size_t(nodes.count()) + 1, vec3::Zero());
-    m.elements.assign(std::size_t(elements.count()) + 1, {});
-    for (int n = 1; n <= nnodes; ++n) {
+    counts all{};
+    all.nodes = countof(in, nodebytes, "nodes");
+    all.elements = countof(in, elementbytes, "elements");
+    m.nodes.assign(std::size_t(stretches(all.nodes).count()) + 1, vec3::Zero());
+    m.elements.assign(std::size_t(stretches(all.elements).count()) + 1, {});
+    return all;
+}
+
+static void readitems(textin& in, const counts& all, model& m, runlog& log) {
+    const stretches nodes(all.nodes), elements(all.elements);
+    for (int n = 1; n <= all.nodes; ++n) {
         vec3 at;
         for (int k = 0; k < 3; ++k) at[k] = boundednumber(in);
         if (nodes.holds(n)) m.nodes[std::size_t(n + 1 - nodes.first())] = at;
     }
-    for (int e = 1; e <= nelems; ++e) {
-        const elementdef def = readelement(in, nnodes);
+    for (int e = 1; e <= all.elements; ++e) {
+        const elementdef def = readelement(in, all.nodes);
         if (elements.holds(e)) m.elements[std::size_t(e + 1 - elements.first())] = def;
     }
     passviews(in, log);
-    if (!allranks().alone()) namestretch(m, nnodes, nelems);
+}
+
+void readtek(textin& in, model& m, runlog& log) {
+    const counts all = readcounts(in, m);
+    readitems(in, all, m, log);
+    if (!allranks().alone()) namestretch(m, all.nodes, all.elements);
 }
 
 void readrot(textin& in, model& m, runlog& log) {
@@ -130,6 +158,7 @@ static void readoldmlt(textin& in, model& m) {
 // are left out, as the workbench does; returns how many.
 static int readrows(textin& in, int count, const model& m, std::vector<nodalrow>& rows) {
     int dropped = 0;
+    makeroom(rows, count, in);
     for (int i = 0; i < count; ++i) {
         const long node = in.whole();
         const int dof = in.wholewithin(1, 6, "a degree of freedom");
@@ -217,6 +246,8 @@ void readell(textin& in, model& m, runlog& log) {
         loadcase spare;
         loadcase* const c = nextcase(m, ++lc, counted);
         const int count = in.count();
+        std::vector<elementrow>& rows = (c ? c : &spare)->element;
+        makeroom(rows, count, in);
         for (int i = 0; i < count; ++i) {
             const long e = in.whole();
             const int direction = in.wholewithin(1, 3, "a direction");
@@ -224,7 +255,7 @@ void readell(textin& in, model& m, runlog& log) {
             if (e < 1 || e > m.allelements())
                 ++dropped;
             else if (const int place = m.placeof(int(e)); place > 0)
-                (c ? c : &spare)->element.push_back({place, direction, value});
+                rows.push_back({place, direction, value});
         }
         if (!c && count > 0)
             log.warn(in.name() + ": the element loads of case " + std::to_string(lc) +
@@ -280,37 +311,82 @@ void checkreferences(const model& m) {
     });
 }
 
-static void readsides(const std::string& base, model& m, runlog& log) {
-    readside(base, ".rot", log, [&](textin& in) { readrot(in, m, log); });
-    const std::string mlt = findnocase(base + ".mlt");
+static void readrotations(model& m, runlog& log) {
+    readside(m.base, ".rot", log, [&](textin& in) { readrot(in, m, log); });
+}
+
+// What needs no more of nodes and elements than how many there are.
+static void readconditions(model& m, runlog& log) {
+    const std::string mlt = findnocase(m.base + ".mlt");
     if (!isthere(mlt)) refuse("The element groups " + mlt + " are missing; save the model again");
     readeither(
         mlt, log, [&](textin& in) { readmlt(in, m, log); }, [&](textin& in) { readoldmlt(in, m); });
-    readside(base, ".vpl", log, [&](textin& in) { readvpl(in, m, log); });
-    const std::string lcd = findnocase(base + ".lcd");
+    readside(m.base, ".vpl", log, [&](textin& in) { readvpl(in, m, log); });
+    const std::string lcd = findnocase(m.base + ".lcd");
     if (foundside(lcd, log))
         readeither(
             lcd, log, [&](textin& in) { readlcd(in, m, log); },
             [&](textin& in) { readoldlcd(in, m); });
     if (m.cases.empty()) m.cases.resize(1);
-    readside(base, ".knk", log, [&](textin& in) { readknk(in, m, log); });
-    readside(base, ".ell", log, [&](textin& in) { readell(in, m, log); });
+    readside(m.base, ".knk", log, [&](textin& in) { readknk(in, m, log); });
+    readside(m.base, ".ell", log, [&](textin& in) { readell(in, m, log); });
     if (m.ncases() == 0) m.cases.resize(2);  // there is always one case
+}
+
+// Side by side. What is told, and which fault where there are several, is as if the files had been
+// read one behind the other.
+static void readwholemodel(textin& tek, model& m, runlog& log) {
+    enum part { geometry, fingerprint, conditions, parts };
+    std::exception_ptr fault[parts];
+    runlog behind;
+    std::packaged_task<counts()> measure([&] { return readcounts(tek, m); });
+    const std::shared_future<counts> all = measure.get_future().share();
+    const auto read = [&](int one) {
+        if (one == geometry) {
+            measure();
+            readitems(tek, all.get(), m, log);
+            readrotations(m, log);
+        } else if (one == fingerprint) {
+            m.checksum = modelchecksum(m.base);
+        } else {
+            all.get();
+            readconditions(m, behind);
+        }
+    };
+    parallelpieces(parts, 1, [&](int first, int last, int) {
+        for (int one = first; one < last; ++one) try {
+                read(one);
+            } catch (...) {
+                fault[one] = std::current_exception();
+            }
+    });
+    if (fault[geometry]) std::rethrow_exception(fault[geometry]);
+    log.tell(behind.since({}));
+    for (const std::exception_ptr& one : fault)
+        if (one) std::rethrow_exception(one);
 }
 
 model readmodel(const std::string& base, runlog& log) {
     model m;
     m.base = base;
     const std::string tek = findnocase(base + ".tek");
+    const bool alone = allranks().alone();
     onhosts([&] {
         if (!isthere(tek)) refuse("There is no model " + tek + "; save it first");
         textin in(tek, textin::inmemory::piece);
-        readtek(in, m, log);
+        alone ? readwholemodel(in, m, log) : readtek(in, m, log);
     });
-    allranks().checksame("The file " + tek,
-                         std::to_string(m.allnodes()) + " " + std::to_string(m.allelements()));
-    if (!allranks().alone()) dealmodel(m);
-    onhosts([&] { readsides(base, m, log); });
+    if (!alone) {  // one file behind the other: a single thread of each process talks to the others
+        allranks().checksame("The file " + tek,
+                             std::to_string(m.allnodes()) + " " + std::to_string(m.allelements()));
+        dealmodel(m);
+        onhosts([&] {
+            readrotations(m, log);
+            readconditions(m, log);
+        });
+        m.checksum = modelchecksum(base);
+        allranks().checksame("The model " + base, m.checksum);
+    }
     checkreferences(m);
     return m;
 }

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <optional>
 
-#include "core/checksum.h"
 #include "solver/base/control.h"
 #include "solver/base/memory.h"
 #include "solver/base/parallel.h"
@@ -419,28 +418,14 @@ static bool takeengine(std::optional<model>& whole, const settings& s, const job
     return first;
 }
 
-// Among processes each reads its part; one thread of each talks to the others.
-static model takefiles(const job& j, std::optional<model>& whole, std::string& checksum,
-                       runlog& log) {
-    model m;
-    if (!allranks().alone()) {
-        runlog unheard;  // what the files say is told once
-        unheard.quiet();
-        const bool again = whole.has_value();
-        whole.reset();
-        m = readmodel(j.base, again ? unheard : log);
-        checksum = modelchecksum(j.base);
-        allranks().checksame("The model " + j.base, checksum);
-        return m;
-    }
-    parallelpieces(2, 1, [&](int first, int last, int) {
-        for (int i = first; i < last; ++i)
-            if (i == 0)
-                m = whole ? std::move(*whole) : readmodel(j.base, log);
-            else
-                checksum = modelchecksum(j.base);
-    });
-    return m;
+// Among processes each reads its part, and what the files say is told once.
+static model takefiles(const job& j, std::optional<model>& whole, runlog& log) {
+    if (!whole) return readmodel(j.base, log);
+    if (allranks().alone()) return std::move(*whole);
+    whole.reset();
+    runlog unheard;
+    unheard.quiet();
+    return readmodel(j.base, unheard);
 }
 
 // Analyses of the same name come to the same numbers.
@@ -458,8 +443,7 @@ void analyse(const job& j, runlog& log) {
     std::optional<model> whole;
     if (!takeengine(whole, s, j, log)) return;
     usethreads(s);  // fewer processes may have become of them
-    std::string checksum;
-    model m = takefiles(j, whole, checksum, log);
+    model m = takefiles(j, whole, log);
     m.twod = j.twod;
     wanted what;
     what.reactions = j.solve;
@@ -468,7 +452,7 @@ void analyse(const job& j, runlog& log) {
     what.displacements = j.solve || what.linestresses || what.platestresses;
     what.modes = j.eigen;
     what.elementmass = j.elementmass;
-    if (s.checkpoint > 0) what.checkpoint = checkpointname(j, s, checksum);
+    if (s.checkpoint > 0) what.checkpoint = checkpointname(j, s, m.checksum);
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     const bool first = allranks().first();
@@ -481,9 +465,9 @@ void analyse(const job& j, runlog& log) {
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
     armresults({});  // they are whole
     const std::string sums = j.statics() ? staticsums(m, s, r, log) : "";
-    if (first && j.statics()) writesums(j.base, runkind::statics, checksum, m.ncases(), sums);
+    if (first && j.statics()) writesums(j.base, runkind::statics, m.checksum, m.ncases(), sums);
     if (first && j.eigen)
-        writesums(j.base, runkind::modes, checksum, r.modes.count(), modesums(r, log));
+        writesums(j.base, runkind::modes, m.checksum, r.modes.count(), modesums(r, log));
     if (s.checkpoint > 0) checkpoint(j.base + ".ckp", "").drop();
     log.stage("");
     log.progress("done", 100);

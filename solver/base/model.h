@@ -69,7 +69,8 @@ struct clampednode {
 };
 
 struct model {
-    std::string base;  // path without extension
+    std::string base;      // path without extension
+    std::string checksum;  // of its files (core/checksum)
     std::vector<vec3> nodes;
     std::vector<elementdef> elements;
     std::vector<groupdata> groups;

@@ -544,6 +544,40 @@ TEST(Readers, FilesThatAreMissingAreToldAndAnEmptyListOfCasesIsNot) {
     EXPECT_TRUE(log.warnings().empty());
 }
 
+// The files are read side by side; what is told is as if they had been read one behind the other.
+TEST(Readers, FilesAreToldInTheirOrder) {
+    const std::string far(1 << 20, ' ');  // the fault comes late
+    const room in(twobars());
+    const auto refusal = [&](runlog& log) {
+        std::string said;
+        guarded([&] { readmodel(in.base, log); },
+                [&](const runtimeerror& fault) { said = fault.what; });
+        return said;
+    };
+    const auto spoil = [&](const char* extension, const std::string& text) {
+        writetext(in.base + extension, text);
+    };
+    const std::string rot = readwhole(in.base + ".rot");
+    spoil(".ell", "x\r\n");
+    spoil(".rot", rot + "0\r\n");
+    spoil(".vpl", "1\r\n9,1,0\r\n");
+    runlog log;
+    expectwords(refusal(log), {".ell, line 1", "found \"x\""});
+    ASSERT_EQ(log.warnings().size(), 2u);
+    expectwords(log.warnings()[0], {".rot goes on behind its last row"});
+    expectwords(log.warnings()[1], {".vpl: 1 row(s) name a node"});
+    spoil(".rot", far + "y");
+    runlog shorter;
+    expectwords(refusal(shorter), {".rot, line 1", "found \"y\""});
+    EXPECT_TRUE(shorter.warnings().empty());
+    for (const std::string& text : {far + "x", "2,1\r\n0,0,0\r\n1,0,0\r\n1\r\n1,2," + far + "x"}) {
+        runlog none;
+        spoil(".tek", text);
+        expectwords(refusal(none), {".tek, line", "found \"x\""});
+        EXPECT_TRUE(none.warnings().empty());
+    }
+}
+
 // What a count leaves out changes the model, though every row can be read.
 TEST(Program, RowsThatNoCountCoversAreTold) {
     const build b = twobars();

@@ -29,6 +29,7 @@
 #include "solver/results/falsebending.h"
 #include "solver/results/foldmoments.h"
 #include "solver/results/logtexts.h"
+#include "solver/results/oldresults.h"
 #include "solver/results/refine.h"
 #include "solver/results/sumfile.h"
 #include "solver/results/writeresults.h"
@@ -444,6 +445,7 @@ void analyse(const job& j, runlog& log) {
     if (!takeengine(whole, s, j, log)) return;
     usethreads(s);  // fewer processes may have become of them
     model m = takefiles(j, whole, log);
+    giveroomback();  // not sooner: reading has work for all cores
     m.twod = j.twod;
     wanted what;
     what.reactions = j.solve;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The removal of results, kind by kind.
+// State: the removed files whose room the disk still keeps.
 #include "solver/results/oldresults.h"
 
 #include <fcntl.h>
@@ -10,6 +11,8 @@
 #include <filesystem>
 #include <system_error>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "core/besidefile.h"
 #include "core/resultfiles.h"
@@ -21,18 +24,21 @@ static const char* const staticfiles[] = {".rvp", ".KRT", ".LES", ".MEM",
 static const char* const modefiles[] = {".EIG"};
 static const char* const commonfiles[] = {".EMS", ".DAT"};  // each run writes them anew
 
-// Their names are gone at once. The disk takes half a second to give back the room of some
-// gigabytes: that comes as the last who holds a file lets go, beside the work.
+static std::vector<int> held;
+
+// Their names are gone at once, their room as the last who holds a file lets go.
 static void removefiles(const std::vector<std::string>& paths) {
-    std::vector<int> held;
     std::error_code ec;
     for (const std::string& path : paths) {
         const int file = open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
         if (file >= 0) held.push_back(file);
         std::filesystem::remove(path, ec);
     }
+}
+
+void giveroomback() {
     if (held.empty()) return;
-    const auto letgo = [held] { std::ranges::for_each(held, close); };
+    const auto letgo = [files = std::exchange(held, {})] { std::ranges::for_each(files, close); };
     sigset_t all, former;  // signals go to those who know what to do
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &former);

@@ -267,6 +267,14 @@ static std::string excerpt(std::string_view found) {
     return visible(toutf8(found.substr(0, n)));
 }
 
+void textin::failfound(const std::string& expected) {
+    const std::string_view found = word();
+    const bool bytes = found.find('\0') != found.npos;  // as UTF-16 has them
+    fail(errtype, expected + " was expected, found " +
+                      (bytes ? "bytes that are no plain text; save the file as UTF-8"
+                             : "\"" + excerpt(found) + "\""));
+}
+
 template <typename Real>
 inline Real textin::real() {
     toword();
@@ -276,9 +284,7 @@ inline Real textin::real() {
     const bool whole = end == last || *end == ',' || isgap(*end) || islineend(*end);
     if (fault == numberfault::toolarge && whole)
         fail(erroverflow, "the number " + std::string(at, end) + " is too large");
-    if (fault != numberfault::none || !whole) {
-        fail(errtype, "a number was expected, found \"" + excerpt(word()) + "\"");
-    }
+    if (fault != numberfault::none || !whole) failfound("a number");
     at = end;
     pasttoken();
     return value;
@@ -350,9 +356,7 @@ std::string textin::text() {
 
 std::string textin::quoted() {
     toword();
-    if (*at != '"') {
-        fail(errtype, "a text in quotes was expected, found \"" + excerpt(word()) + "\"");
-    }
+    if (*at != '"') failfound("a text in quotes");
     return text();
 }
 

@@ -82,6 +82,7 @@ class textin {
     bool more();
     void toword();
     void pasttoken();
+    [[noreturn]] void failfound(const std::string& expected);  // tells the next word
     template <typename Real>
     Real real();
     std::string content, filename;

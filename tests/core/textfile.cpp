@@ -13,6 +13,7 @@
 #include "tests/support/recorder.h"
 
 namespace fs = std::filesystem;
+using namespace std::literals;
 
 TEST(Numtext, WritesThePlainFormsOfTheFiles) {
     const struct {
@@ -149,7 +150,10 @@ TEST(Textin, NamesFileLineAndWhatWasFound) {
               "model.tek, line 1: a count from 0 up was expected, found -3");
     faultof("99999999999", count, code);
     EXPECT_EQ(code, erroverflow);
-    faultof(std::string("\0\1\2\xff", 4), number, code);
+    for (const auto utf16 : {"\xFF\xFE\x32\0,\0"sv, "2\0,\0"sv, "\0\x32\0,"sv})
+        EXPECT_EQ(faultof(std::string(utf16), count, code),
+                  "model.tek, line 1: a number was expected, found bytes that are no plain text; "
+                  "save the file as UTF-8");
     EXPECT_EQ(code, errtype);
 }
 

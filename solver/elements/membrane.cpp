@@ -5,6 +5,7 @@
 #include <Eigen/LU>
 #include <cmath>
 
+#include "solver/base/report.h"
 #include "solver/elements/surface.h"
 
 using mat5 = Eigen::Matrix<double, 5, 5>;
@@ -17,6 +18,10 @@ static bool isplanestrain(const element& e) {
 }
 
 void checkmembrane(const element& e) {
+    const double condition = e.field(fieldplane);
+    if (condition != 0 && condition != 1)
+        refuseelement(e, "has the stress condition " + shortnumber(condition) +
+                             "; it is 0 in plane stress, 1 in plane strain. Correct its group");
     checkplateproperties(e, isplanestrain(e));
     checkplateshape(e, mostwarp);
 }

@@ -183,6 +183,12 @@ TEST(Refusal, BadElementsAreNamedWithTheirRemedy) {
     b.single(typebeam, b.bar(1, 1, {1, 1, 1}), apart);
     b.field(1, fieldpoisson) = 0.6;
     expectwords(b.refusal(), {"Poisson"});
+    for (const double condition : {-1.0, 0.5, 2.0}) {
+        build half;
+        half.single(typememb3, half.plate(1, 0.3, 1), {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+        half.field(1, fieldplane) = condition;
+        expectwords(half.refusal(), {"Element 1", "stress condition"});
+    }
 }
 
 TEST(Refusal, FlatBeamNeedsTheInertiaOfItsSectionRotationAlone) {

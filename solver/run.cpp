@@ -18,6 +18,7 @@
 #include "solver/elements/curve.h"
 #include "solver/elements/edges.h"
 #include "solver/elements/span.h"
+#include "solver/elements/twins.h"
 #include "solver/equations/engines.h"
 #include "solver/equations/mechanism.h"
 #include "solver/equations/order.h"
@@ -334,6 +335,7 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     m.curve.clear();
     m.fold.clear();
     checkelements(m, s);
+    telltwins(m, log);
     for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
     checkfaraway(m, s, log);
     measureneighbours(m, s);

@@ -191,6 +191,25 @@ TEST(Refusal, BadElementsAreNamedWithTheirRemedy) {
     }
 }
 
+// Copied onto itself, whichever node comes first. Other nodes, kinds and groups are no twins.
+TEST(Refusal, ElementsThatStandTwiceAreTold) {
+    build b;
+    const int g = b.plate(2e5, 0.3, 1), own = b.plate(2e5, 0.3, 2);
+    b.mesh(typeshell4, g, 3, 3, [](double r, double s) { return vec3(r, s, 0); });
+    const int bar = b.bar(2e5, 1);
+    b.element(typetruss, bar, {1, 2});
+    b.element(typeshell4, own, {1, 2, 6, 5}), b.element(typememb4, g, {1, 2, 6, 5});
+    b.element(typeshell4, g, {1, 2, 6, 9});
+    b.fix(1, clamped), b.load(1, 16, 3, 1);
+    b.solve();
+    EXPECT_TRUE(b.log.warnings().empty()) << b.log.warnings()[0];
+    b.element(typetruss, bar, {2, 1}), b.element(typeshell4, g, {6, 2, 1, 5});
+    b.solve();
+    ASSERT_EQ(b.log.warnings().size(), 1u);
+    expectwords(b.log.warnings()[0],
+                {"2 element(s) stand", "element 14 on those of element 10", "Delete one"});
+}
+
 TEST(Refusal, FlatBeamNeedsTheInertiaOfItsSectionRotationAlone) {
     for (const bool turned : {false, true}) {
         build b;

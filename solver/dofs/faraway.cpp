@@ -31,9 +31,9 @@ static double heightof(const element& e) {
     return twice.norm() / ((last - 1) * longest);
 }
 
-// Angle by which rounding may tilt an element. Coordinates come from Singles; four steps: two
-// elements, each with its corners' rounding on either side.
-static double tiltof(const element& e) {
+// Coordinates come from Singles; four steps: two elements, each with its corners' rounding on
+// either side.
+double tiltof(const element& e) {
     const double step = std::numeric_limits<float>::epsilon(), steps = 4;
     double far = 0;
     for (int c = 0; c < e.nodes; ++c) far = std::max(far, e.x[c].cwiseAbs().maxCoeff());
@@ -141,15 +141,7 @@ static double stepat(double x) {
     return double(std::nextafter(place, INFINITY)) - double(place);
 }
 
-// Whether the nodes of the elements at a node lie in one plane but for their rounding. A curved
-// surface does not: over two elements it rises by more, though each tilts by less.
-static bool isflatat(const model& m, std::span<const corner> here) {
-    std::vector<vec3> places;
-    for (const corner& one : here) {
-        const elementdef& def = m.elements[std::size_t(one.element)];
-        for (int k = 0; k < factsof(def.type).nodes; ++k)
-            places.push_back(m.nodes[std::size_t(def.node[k])]);
-    }
+double offplane(std::span<const vec3> places) {
     vec3 middle = vec3::Zero(), step = vec3::Zero();
     for (const vec3& x : places) {
         middle += x / double(places.size());
@@ -159,9 +151,26 @@ static bool isflatat(const model& m, std::span<const corner> here) {
     for (const vec3& x : places) spread += (x - middle) * (x - middle).transpose();
     const Eigen::SelfAdjointEigenSolver<mat3> axes(spread);
     const vec3 normal = axes.eigenvectors().col(0);
-    const double most = 0.55 * normal.cwiseAbs().dot(step);  // half a step, and the plane's own
-    return std::ranges::all_of(
-        places, [&](const vec3& x) { return std::fabs(normal.dot(x - middle)) <= most; });
+    double most = 0;
+    for (const vec3& x : places) most = std::max(most, std::fabs(normal.dot(x - middle)));
+    return most / (normal.cwiseAbs().dot(step) / 2);
+}
+
+void addplaces(const model& m, int e, std::vector<vec3>& places) {
+    const elementdef& def = m.elements[std::size_t(e)];
+    for (int k = 0; k < factsof(def.type).nodes; ++k)
+        places.push_back(m.nodes[std::size_t(def.node[k])]);
+}
+
+double offplaneat(const model& m, std::span<const corner> here) {
+    std::vector<vec3> places;
+    for (const corner& one : here) addplaces(m, one.element, places);
+    return offplane(places);
+}
+
+// Rounding takes the plane through the places along by up to half of itself.
+bool isflatat(const model& m, std::span<const corner> here) {
+    return offplaneat(m, here) <= 1.5;
 }
 
 std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) {

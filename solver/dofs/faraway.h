@@ -4,12 +4,26 @@
 #pragma once
 
 #include "solver/dofs/dofs.h"
+#include "solver/elements/corners.h"
+#include "solver/elements/element.h"
 
 const double leastangle = 3e-5;  // radians between elements that count as one plane
 const double quietangle = 0.03;  // what rounding tilts by more than this is told
 
 // By node: the angle, radians, up to which what meets there counts as one plane or one line.
 std::vector<float> flatness(const model& m, const settings& s, const dofmap& d);
+
+// Angle by which rounding may tilt an element.
+double tiltof(const element& e);
+// How far places stand off the plane through them, at the most, over how far half a step of Singles
+// takes them off it.
+double offplane(std::span<const vec3> places);
+void addplaces(const model& m, int e, std::vector<vec3>& places);  // of an element's corners
+// Of the nodes of the elements at a node.
+double offplaneat(const model& m, std::span<const corner> here);
+// Whether these lie in one plane but for their rounding. A curved surface does not: over two
+// elements it rises by more, though each tilts by less.
+bool isflatat(const model& m, std::span<const corner> here);
 
 // Warns of elements so small or thin, so far from the origin, that Singles do not tell their shape,
 // with the error to be expected; refuses them where next to nothing of the result would be right.

@@ -15,6 +15,7 @@
 
 #include "solver/base/refuse.h"
 #include "solver/dofs/faraway.h"
+#include "solver/dofs/flattened.h"
 #include "solver/dofs/rigid.h"
 #include "solver/elements/kinds.h"
 #include "solver/processes/ranks.h"
@@ -288,6 +289,7 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
             "Held degrees of freedom that no element stiffens: " + std::to_string(long(heldtotal)) +
             (loose > 0 ? " (" + std::to_string(long(loose)) + " node(s) without any stiffness)"
                        : ""));
+    warnflattened(m, s, d, log);
 }
 
 // --- loads --------------------------------------------------------------------------------------

@@ -236,6 +236,36 @@ TEST(Accuracy, CurvedMembranesFarAwayAreNotHeldFlat) {
     EXPECT_NEAR(largest(5e5) / largest(0), 1, 0.5);
 }
 
+// Turned by 0.01 from element to element of 1: at 1e5 the files hardly tell it. A plane there, or
+// one of places that somebody has typed with four decimals, is none of that.
+TEST(Accuracy, CurvatureThatRoundingHidesIsTold) {
+    const mat3 turn = Eigen::AngleAxisd(0.7, vec3(1, 2, -0.7).normalized()).toRotationMatrix();
+    const struct {
+        double bend, far, decimals;
+        bool told;
+    } rows[] = {{0.01, 0, 0, false}, {0.01, 1e4, 0, true},  {0.01, 1e5, 0, true},
+                {0, 1e5, 0, false},  {1e-5, 1e5, 0, false}, {0, 100, 1e4, false}};
+    for (const auto& row : rows) {
+        build b;
+        const build::grid at =
+            b.mesh(typememb4, b.plate(2e5, 0.3, 0.1), 12, 8, [&](double r, double s) {
+                const double x = 12 * r, size = row.decimals > 0 ? 20 : 1;
+                vec3 place = size * turn * vec3(x, -row.bend * x * x / 2, 8 * s) +
+                             row.far / 2 * vec3(1, 1, 1);
+                if (row.decimals > 0) place = (place * row.decimals).array().round() / row.decimals;
+                return asstored(place);
+            });
+        for (const auto& edge : {at.bottom(), at.left(), at.right()}) b.fix(edge, {1, 2, 3});
+        for (const int n : at.top())
+            for (int k = 0; k < 3; ++k) b.load(1, n, k + 1, turn(k, 2));
+        b.solve();
+        bool told = false;
+        for (const std::string& one : b.log.warnings())
+            told |= one.find("curve by so little") != one.npos;
+        EXPECT_EQ(told, row.told) << row.bend << " " << row.far << " " << b.log.text();
+    }
+}
+
 // --- stiffness over many powers of ten ----------------------------------------------------------
 
 // Right to many digits, and nothing said against it.

@@ -342,7 +342,10 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     results r;
     r.masses = groupmasses(m, s);
     tellmass(r.masses[0], s, log);
-    equations q = makeequations(m, s, anadof, log);
+    const masses moved = !what.modes        ? masses::none
+                         : what.elementmass ? masses::all
+                                            : masses::points;
+    equations q = makeequations(m, s, anadof, log, moved);
     r.halfbandwidth = q.halfbandwidth;
     if (what.displacements) solvestatic(m, s, q, what, r, log);
     if (what.modes) {

@@ -44,6 +44,10 @@ struct ownerspace {
     vec6 start = vec6::Zero();
 };
 
+// Which masses the wanted motions move: no ones in static cases, or those of MASS elements and of
+// nodes, or those of the other elements, too.
+enum class masses { none, points, all };
+
 struct dofmap {
     int anadof = 3;                         // code of the result files
     int pernode = 6;                        // degrees of freedom of a node

@@ -180,6 +180,16 @@ void numberunknowns(const model& m, dofmap& d, const std::vector<int>& order) {
         if (!isplain(n)) put(n);
 }
 
+int masscase(const model& m) {
+    for (int lc = 1; lc <= m.ncases(); ++lc) {
+        const loadcase& c = m.cases[std::size_t(lc)];
+        double any = c.type != caseapplied && !c.nodal.empty();
+        allranks().most(&any, 1);
+        if (any != 0) return lc;
+    }
+    return 0;
+}
+
 vec3 firstnode(const model& m) {
     vec3 first = vec3::Constant(-INFINITY);
     if (const int n = m.placeofnode(1); n > 0 && n <= m.nnodes()) first = m.nodes[std::size_t(n)];

@@ -12,6 +12,10 @@ inline void sumshares(const dofmap& d, double* f) {
     d.nodes->sum(f, d.pernode);
 }
 
+// The case whose nodal rows are the masses of a vibration: the first one of a type other than
+// applied that has any; 0 where there is none.
+int masscase(const model& m);
+
 // The place of node 1, which another process may hold.
 vec3 firstnode(const model& m);
 // How far from it the nodes reach.

@@ -85,7 +85,7 @@ static void freeclamped(const model& m, dofmap& d) {
     }
 }
 
-dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log) {
+dofmap makedofs(const model& m, const settings& s, int anadof, masses moved, runlog& log) {
     dofmap d;
     namedofs(d, anadof);
     const std::size_t nodes = std::size_t(m.nnodes()) + 1;
@@ -103,7 +103,7 @@ dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log) {
     prescribe(m, d, log);
     makebodies(m, d, log);
     freeclamped(m, d);
-    holdunstiffened(m, s, d, log);
+    holdunstiffened(m, s, moved, d, log);
     for (std::size_t n = 1; n < nodes; ++n)
         if (d.owner[n] == int(n) && unknownsof(d, int(n)) == 0) d.owner[n] = 0;
     for (const rigidbody& body : d.bodies)

@@ -12,4 +12,4 @@ bool turnsnodes(const model& m);
 int analysiskind(const model& m, int doftype);
 
 // Everything but the order of elimination: bodies, constraints, held directions, owners.
-dofmap makedofs(const model& m, const settings& s, int anadof, runlog& log);
+dofmap makedofs(const model& m, const settings& s, int anadof, masses moved, runlog& log);

@@ -26,6 +26,7 @@ struct ownerblock {
     double length = 1;  // of its body: a turn of an element compares with a way by it
     mat6 stiffness = mat6::Zero();
     mat6 motion = mat6::Zero();  // how much the nodes of elements move, in the same sizes
+    mat6 mass = mat6::Zero();    // what is moved
 };
 }  // namespace
 
@@ -77,25 +78,39 @@ static void scaletounit(const elementkind& kind, elmatrix& k) {
     if (kind.fam == family::point || kind.fam == family::link) equalisestiffness(k);
 }
 
-static void addelement(const model& m, const settings& s, const dofmap& d, int number,
-                       const std::vector<int>& blockof, std::vector<ownerblock>& blocks) {
-    const element e = elementat(m, s, number);
+namespace {
+// The degrees of freedom of an element by the unknowns of their owners.
+struct ownerrows {
+    vec6 row[mostdofs];
+    int block[mostdofs];  // -1: of none
+};
+}  // namespace
+
+static ownerrows rowsof(const model& m, const dofmap& d, const element& e,
+                        const std::vector<int>& blockof) {
+    const int stride = kindof(e.type).nodedofs;
+    ownerrows rows;
+    for (int i = 0; i < e.nodes; ++i)
+        for (int c = 0; c < stride; ++c) {
+            const int a = i * stride + c, place = d.place[c + 1];
+            rows.block[a] = place < 0 ? -1 : blockof[std::size_t(d.owner[std::size_t(e.node[i])])];
+            if (rows.block[a] < 0) continue;
+            const combination r = rowof(m, d, e.node[i], place);
+            rows.row[a] = vec6::Zero();
+            std::copy_n(r.factor, r.count, rows.row[a].data());
+        }
+    return rows;
+}
+
+static void addstiffness(const element& e, ownerrows rows, std::vector<ownerblock>& blocks) {
     const elementkind& kind = kindof(e.type);
     elmatrix k;
     kind.stiffness(e, k);
     scaletounit(kind, k);
-    vec6 row[mostdofs];
-    int block[mostdofs];
-    for (int i = 0; i < e.nodes; ++i)
-        for (int c = 0; c < kind.nodedofs; ++c) {
-            const int a = i * kind.nodedofs + c, place = d.place[c + 1];
-            block[a] = place < 0 ? -1 : blockof[std::size_t(d.owner[std::size_t(e.node[i])])];
-            if (block[a] < 0) continue;
-            const combination r = rowof(m, d, e.node[i], place);
-            row[a] = vec6::Zero();
-            std::copy_n(r.factor, r.count, row[a].data());
-            if (c >= 3) row[a] *= blocks[std::size_t(block[a])].length;
-        }
+    vec6* const row = rows.row;
+    const int* const block = rows.block;
+    for (int a = 0; a < k.rows(); ++a)
+        if (block[a] >= 0 && a % kind.nodedofs >= 3) row[a] *= blocks[std::size_t(block[a])].length;
     for (int a = 0; a < k.rows(); ++a) {
         if (block[a] < 0) continue;
         ownerblock& own = blocks[std::size_t(block[a])];
@@ -107,7 +122,33 @@ static void addelement(const model& m, const settings& s, const dofmap& d, int n
     }
 }
 
-static std::vector<ownerblock> blocksof(const model& m, const settings& s, const dofmap& d) {
+static void addmass(const element& e, const ownerrows& rows, std::vector<ownerblock>& blocks) {
+    elmatrix mass;
+    kindof(e.type).mass(e, mass);
+    const vec6* const row = rows.row;
+    const int* const block = rows.block;
+    for (int a = 0; a < mass.rows(); ++a)
+        for (int b = 0; b < mass.cols(); ++b)
+            if (block[a] >= 0 && block[a] == block[b])
+                blocks[std::size_t(block[a])].mass += mass(a, b) * row[a] * row[b].transpose();
+}
+
+static void addnodalmasses(const model& m, const dofmap& d, const std::vector<int>& blockof,
+                           std::vector<ownerblock>& blocks) {
+    const int lc = masscase(m);
+    if (lc == 0) return;
+    for (const nodalrow& given : m.cases[std::size_t(lc)].nodal) {
+        const int place = d.place[given.dof],
+                  block = blockof[std::size_t(d.owner[std::size_t(given.node)])];
+        if (place < 0 || block < 0) continue;
+        const combination r = rowof(m, d, given.node, place);
+        const vec6 row(r.factor);
+        blocks[std::size_t(block)].mass += given.value * row * row.transpose();
+    }
+}
+
+static std::vector<ownerblock> blocksof(const model& m, const settings& s, masses moved,
+                                        const dofmap& d) {
     const std::vector<char> sure = surelystiff(m, d);
     std::vector<ownerblock> blocks;
     std::vector<int> blockof(d.owner.size(), -1);
@@ -117,14 +158,21 @@ static std::vector<ownerblock> blocksof(const model& m, const settings& s, const
             const int body = d.bodyof[n];
             blocks.push_back({int(n), body < 0 ? 1 : bodylength(m, d.bodies[std::size_t(body)])});
         }
+    if (moved != masses::none) addnodalmasses(m, d, blockof, blocks);
     if (blocks.empty()) return blocks;
-    for (int e = 1; e <= m.nelems(); ++e) {
-        const elementdef& def = m.elements[std::size_t(e)];
+    for (int number = 1; number <= m.nelems(); ++number) {
+        const elementdef& def = m.elements[std::size_t(number)];
         const elementkind& kind = kindof(def.type);
+        const bool hasmass = kind.mass != nullptr && moved != masses::none &&
+                             (moved == masses::all || kind.fam == family::point);
         bool touches = false;
         for (int i = 0; i < kind.nodes; ++i)
             touches |= blockof[std::size_t(d.owner[std::size_t(def.node[i])])] >= 0;
-        if (touches && kind.stiffness != nullptr) addelement(m, s, d, e, blockof, blocks);
+        if (!touches) continue;
+        const element e = elementat(m, s, number);
+        const ownerrows rows = rowsof(m, d, e, blockof);
+        if (kind.stiffness != nullptr) addstiffness(e, rows, blocks);
+        if (hasmass) addmass(e, rows, blocks);
     }
     return blocks;
 }
@@ -187,6 +235,33 @@ static int emptymotions(const mat6& stiffness, const mat6& motion, int count, do
         Eigen::HouseholderQR<Eigen::MatrixXd>(motions).householderQ() *
         Eigen::MatrixXd::Identity(count, found);
     return found;
+}
+
+// Of directions without stiffness that their mass ties to those with some, what has no mass: to
+// hold the others would hold back some of what is stiff. All of them where nothing is tied. The
+// directions are at right angles.
+static int masslessof(const mat6& mass, int count, mat6& empty, int found) {
+    if (mass.isZero(0)) return found;
+    const int stiff = count - found;
+    const Eigen::MatrixXd all = mass.topLeftCorner(count, count),
+                          free = empty.topLeftCorner(count, found),
+                          other = complementof(empty, found, count).topLeftCorner(count, stiff),
+                          own = free.transpose() * all * free;
+    const double rounding = 1e-9;
+    bool tied = false;
+    for (int i = 0; i < found; ++i)
+        for (int j = 0; j < stiff; ++j) {
+            const double tie = other.col(j).dot(all * free.col(i)),
+                         size = own(i, i) * other.col(j).dot(all * other.col(j));
+            tied |= tie * tie > rounding * size;
+        }
+    if (!tied) return found;
+    const Eigen::SelfAdjointEigenSolver<Eigen::MatrixXd> solver(own);
+    int massless = 0;
+    while (massless < found && !(solver.eigenvalues()[massless] > rounding * own.trace()))
+        ++massless;
+    empty.topLeftCorner(count, massless) = free * solver.eigenvectors().leftCols(massless);
+    return massless;
 }
 
 static void holdplain(dofmap& d, int n, const mat6& empty, int found) {
@@ -255,9 +330,9 @@ static double roundingof(const model& m, const dofmap& d, int owner) {
     return 4 * double(std::numeric_limits<float>::epsilon()) * far / bodylength(m, body);
 }
 
-void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) {
-    double heldtotal = 0, loose = 0;
-    const std::vector<ownerblock> blocks = blocksof(m, s, d);
+void holdunstiffened(const model& m, const settings& s, masses moved, dofmap& d, runlog& log) {
+    double heldtotal = 0, loose = 0, tied = 0;
+    const std::vector<ownerblock> blocks = blocksof(m, s, moved, d);
     std::vector<float> angle;
     if (!blocks.empty()) angle = flatness(m, s, d);
     for (const ownerblock& block : blocks) {
@@ -268,15 +343,20 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
         const vec6 by = comparable(m, d, block.owner, count);
         const mat6 scaled = by.asDiagonal() * block.stiffness * by.asDiagonal();
         const double noise = angleof(d, angle, block.owner);
-        const int found =
+        const int unstiffened =
             single ? emptydirections(scaled, count, noise * noise, empty, unitsalone)
                    : emptymotions(scaled, by.asDiagonal() * block.motion * by.asDiagonal(), count,
                                   noise, roundingof(m, d, block.owner), empty);
-        if (found == 0) continue;
+        if (unstiffened == 0) continue;
+        const mat6 mass = by.asDiagonal() * block.mass * by.asDiagonal();
+        const int found = masslessof(mass, count, empty, unstiffened);
+        unitsalone &= found == unstiffened;
         if (iscounted(m, block.owner)) {
             heldtotal += found;
+            tied += unstiffened - found;
             loose += single && found == count && count == d.pernode;
         }
+        if (found == 0) continue;
         if (single && unitsalone)
             holdplain(d, block.owner, empty, found);
         else
@@ -284,6 +364,10 @@ void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log) 
     }
     allranks().sum(&heldtotal, 1);
     allranks().sum(&loose, 1);
+    allranks().sum(&tied, 1);
+    if (tied > 0)
+        log.line("Degrees of freedom that no element stiffens, free to move with their mass: " +
+                 std::to_string(long(tied)));
     if (heldtotal > 0)
         log.line(
             "Held degrees of freedom that no element stiffens: " + std::to_string(long(heldtotal)) +

@@ -6,8 +6,9 @@
 #include "solver/dofs/dofs.h"
 
 // Finds them, marks them in d (heldplain, or a space with fewer unknowns) and counts them in the
-// log.
-void holdunstiffened(const model& m, const settings& s, dofmap& d, runlog& log);
+// log. What moved masses tie to what is stiff is left free: its inertia counts, and it has modes of
+// no frequency.
+void holdunstiffened(const model& m, const settings& s, masses moved, dofmap& d, runlog& log);
 
 // What the loads along held directions sum up to, moments about the origin: no reaction answers
 // them.

@@ -73,9 +73,9 @@ static void numberequations(const model& m, bool ownorder, equations& q, runlog&
     q.stiffness = makepattern(q.dofs, graph, order);
 }
 
-equations makeequations(model& m, const settings& s, int anadof, runlog& log) {
+equations makeequations(model& m, const settings& s, int anadof, runlog& log, masses moved) {
     equations q;
-    q.dofs = makedofs(m, s, anadof, log);
+    q.dofs = makedofs(m, s, anadof, moved, log);
     const bool alone = allranks().alone();
     if (!alone) keeppart(m, q.dofs);
     q.halfbandwidth = halfbandwidth(m, q.dofs);
@@ -89,7 +89,7 @@ double factorneed(const model& m, const settings& s, int anadof, int columns) {
     runlog unheard;
     unheard.quiet();
     equations q;
-    q.dofs = makedofs(m, s, anadof, unheard);
+    q.dofs = makedofs(m, s, anadof, masses::none, unheard);
     numberequations(m, true, q, unheard);
     factor l;
     if (q.dofs.unknowns > 0) l.analyse(q.stiffness);

@@ -17,7 +17,8 @@ struct equations {
 
 // Degrees of freedom, order and pattern; the matrix is assembled. Leaves to each of several
 // processes what it keeps of the model.
-equations makeequations(model& m, const settings& s, int anadof, runlog& log);
+equations makeequations(model& m, const settings& s, int anadof, runlog& log,
+                        masses moved = masses::none);
 
 // Half bandwidth that the equations have when they are numbered as the nodes are.
 std::int64_t halfbandwidth(const model& m, const dofmap& d);

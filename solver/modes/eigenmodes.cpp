@@ -120,15 +120,19 @@ static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixX
     const auto product = [&](const Eigen::VectorXd& a, const Eigen::VectorXd& b) {
         return dotproduct(*q.stiffness.unknowns, a.data(), b.data(), std::size_t(n));
     };
-    std::vector<double> value;
+    std::vector<double> value, energies;
     double worst = 0;
     for (Eigen::Index i = 0; i < count; ++i) {
         const double size = 1 / std::sqrt(product(x.col(i), mx.col(i)));
         x.col(i) *= size, kx.col(i) *= size, mx.col(i) *= size;
-        const double energy = product(x.col(i), kx.col(i));
-        // Below the rounding of K x there is no stiffness left to tell.
+        energies.push_back(product(x.col(i), kx.col(i)));
+    }
+    const double nothing = 1e-20 * *std::ranges::max_element(energies);
+    for (Eigen::Index i = 0; i < count; ++i) {
+        const double energy = energies[std::size_t(i)];
+        // Below the rounding of K x there is no stiffness left to tell; where K has none, x is.
         const double rounding = 1e-14 * product(x.col(i).cwiseAbs2(), diagonal);
-        value.push_back(std::fabs(energy) <= rounding ? 0 : energy);
+        value.push_back(std::fabs(energy) <= std::max(rounding, nothing) ? 0 : energy);
         const Eigen::VectorXd left = kx.col(i) - energy * mx.col(i);
         const double rest = product(left, left), whole = product(kx.col(i), kx.col(i));
         if (value.back() > 0) worst = std::max(worst, std::sqrt(rest / whole));

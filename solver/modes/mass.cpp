@@ -98,16 +98,6 @@ std::vector<massproperties> groupmasses(const model& m, const settings& s) {
 
 // --- matrix -------------------------------------------------------------------------------------
 
-int masscase(const model& m) {
-    for (int lc = 1; lc <= m.ncases(); ++lc) {
-        const loadcase& c = m.cases[std::size_t(lc)];
-        double any = c.type != caseapplied && !c.nodal.empty();
-        allranks().most(&any, 1);
-        if (any != 0) return lc;
-    }
-    return 0;
-}
-
 static void addnodalmasses(const model& m, const dofmap& d, sparsematrix& mass, runlog& log) {
     const int lc = masscase(m);
     if (lc == 0) return;

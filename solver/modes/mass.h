@@ -13,10 +13,6 @@ struct massproperties {
 // Of each group's elements (1..ngroups), and of all elements in slot 0.
 std::vector<massproperties> groupmasses(const model& m, const settings& s);
 
-// The case whose nodal rows are the masses of a vibration: the first one of a type other than
-// applied that has any; 0 where there is none.
-int masscase(const model& m);
-
 // Pattern of the stiffness. elements: the mass of all elements, else that of MASS elements alone;
 // the nodal masses join in both.
 sparsematrix massmatrix(const model& m, const settings& s, const equations& q, bool elements,

@@ -48,6 +48,8 @@ void tunelibraries(char** words) {
     mallopt(M_MMAP_THRESHOLD, 1 << 20);
     // Small ones stay: a table of the next case soon takes their place.
     mallopt(M_TRIM_THRESHOLD, 16 << 20);
+    // In steps of some large pages, so that the small ones come in these as well.
+    mallopt(M_TOP_PAD, 8 << 20);
     const char* const kernels = "OPENBLAS_CORETYPE";
     const char* const better = std::getenv(kernels) == nullptr ? betterkernels() : nullptr;
     bool changed = demand("OPENBLAS_NUM_THREADS", "1");

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -47,6 +48,38 @@ static void namedofs(dofmap& d, int anadof) {
         d.code[k] = codes[anadof][k];
         d.place[d.code[k]] = k;
     }
+}
+
+// Whether an element stiffens turns of its nodes, or weighs in them.
+static bool hasturns(const model& m, const settings& s, int number) {
+    const elementkind& kind = kindof(m.elements[std::size_t(number)].type);
+    const element e = elementat(m, s, number);
+    const int first = m.twod ? 5 : 3;
+    for (const auto matrix : {kind.stiffness, kind.mass}) {
+        if (matrix == nullptr) continue;
+        elmatrix k;
+        matrix(e, k);
+        if (!k.block(first, first, 6 - first, 6 - first).isZero(0)) return true;
+    }
+    return false;
+}
+
+// Springs and masses alone give a model no rotations.
+static void telllostturns(const model& m, const settings& s, runlog& log) {
+    double count = 0, name = INFINITY;  // of the first
+    for (int e = 1; e <= m.nelems(); ++e) {
+        const elementdef& def = m.elements[std::size_t(e)];
+        if (!isown(m, e) || kindof(def.type).nodedofs < 6 || !hasturns(m, s, e)) continue;
+        ++count;
+        name = std::min<double>(name, m.nameof(e));
+    }
+    allranks().sum(&count, 1);
+    if (count == 0) return;
+    name = -allranks().greatest({-name})[0];
+    log.warn("What " + std::to_string(long(count)) + " element(s), the first of them element " +
+             std::to_string(long(name)) +
+             ", mean for turns of their nodes plays no part: without beams, pipes, plates and "
+             "shells an analysis has translations alone. A beam anywhere gives it rotations");
 }
 
 static void prescribe(const model& m, dofmap& d, runlog& log) {
@@ -101,6 +134,7 @@ dofmap makedofs(const model& m, const settings& s, int anadof, masses moved, run
     d.owner.resize(nodes);
     for (std::size_t n = 0; n < nodes; ++n) d.owner[n] = int(n);
     prescribe(m, d, log);
+    if (d.place[6] < 0) telllostturns(m, s, log);
     makebodies(m, d, log);
     freeclamped(m, d);
     holdunstiffened(m, s, moved, d, log);

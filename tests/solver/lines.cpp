@@ -205,6 +205,30 @@ TEST(Refusal, SpringMatricesAndMasses) {
     }
 }
 
+// Springs and masses give a model no rotations, beams do.
+TEST(Lines, SpringsAndMassesWithoutRotationsAreTold) {
+    const auto warned = [](bool turns, bool beam, bool twod) {
+        build b;
+        b.m.twod = twod;
+        const int g = b.bar(1000, 1, {1, 1, 1});
+        b.chain(beam ? typebeam : typetruss, g, {0, 0, 0}, {9, 0, 0}, 1);
+        const int mass = b.group({{fielddensity, 2.0}, {fieldizz, turns ? 1.0 : 0.0}});
+        b.element(typemass, mass, {2});
+        const double k = turns ? 7 : 0;
+        b.element(typespring, b.spring(diagonal({5, 5, 5, 0, 0, k})), {2});
+        b.fix(1, clamped), b.load(1, 2, 1, 1);
+        b.solve();
+        return std::ranges::count_if(b.log.warnings(), [](const std::string& w) {
+            return w.starts_with("What 2 element(s), the first of them element 2");
+        });
+    };
+    for (const bool twod : {false, true}) {
+        EXPECT_EQ(warned(true, false, twod), 1);
+        EXPECT_EQ(warned(true, true, twod), 0);
+        EXPECT_EQ(warned(false, false, twod), 0);
+    }
+}
+
 // Turns and ways of a body compare by its length, whatever that is counted in.
 TEST(Lines, RigidArmOnASpringInAnyUnitOfLength) {
     for (const double unit : {1e-7, 1.0, 1e7}) {
@@ -232,7 +256,7 @@ TEST(Springs, BetweenNodesApartAreToldWhenTheyUnbalance) {
         SCOPED_TRACE(at.norm());
         const bool apart = arm > 0;
         build b;
-        const int g = b.spring(diagonal({5, 5, 5, 7, 7, 7}));
+        const int g = b.spring(diagonal({5, 5, 5, 0, 0, 0}));
         b.single(typespring2, g, {at, at + arm * vec3::UnitX()});
         b.fix(1, clamped);
         b.load(1, 2, 2, 10);

@@ -210,7 +210,7 @@ void caseloads::nodalforces(const dofmap& d, double* f, absentloads& absent) con
         if (!d.nodes->counts(std::size_t(row.node - 1))) continue;
         double value = row.value;
         if (c.type != caseapplied) {
-            if (!accelerated) continue;  // masses do nothing in sea and wind
+            if (!accelerated) continue;  // see tellidle
             const vec3 a = accelerationat(m.nodes[std::size_t(row.node)]);
             value *= row.dof <= 3 ? a[row.dof - 1] : rotation[row.dof - 4];
         }
@@ -232,6 +232,20 @@ void caseloads::tellabsent(const absentloads& absent, runlog& log) const {
              number);
 }
 
+// Masses do nothing in sea and wind, and rows that were meant as forces would be missed.
+void caseloads::tellidle(runlog& log) const {
+    if (!sea.any()) return;
+    auto rows = double(
+        std::ranges::count_if(c.nodal, [&](const nodalrow& r) { return iscounted(m, r.node); }));
+    allranks().sum(&rows, 1);
+    if (rows > 0)
+        log.warn("Case " + std::to_string(number) + " \"" + c.name + "\": its " +
+                     std::to_string(long(rows)) +
+                     " nodal row(s) are masses, which neither waves, wind nor buoyancy load. Give "
+                     "forces a case of their own",
+                 number);
+}
+
 void caseloads::collect(const std::vector<caseloads>& cases, const dofmap& d, double* f,
                         runlog& log) {
     const auto dofs = std::size_t(d.dofs());
@@ -247,6 +261,7 @@ void caseloads::collect(const std::vector<caseloads>& cases, const dofmap& d, do
         sumshares(d, f + c * dofs);
         absent[c].addothers();
         cases[c].tellabsent(absent[c], log);
+        cases[c].tellidle(log);
     }
 }
 

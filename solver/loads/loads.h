@@ -66,6 +66,7 @@ class caseloads {
     static void addelementloads(const std::vector<caseloads>& cases, const dofmap& d, double* f,
                                 std::vector<absentloads>& absent);
     void tellabsent(const absentloads& absent, runlog& log) const;
+    void tellidle(runlog& log) const;
     bool rowsonelement(const element& e, unitloads& unit, elvector& f) const;
     void weighplate(const element& e, elvector& f) const;
     bool massonelement(const element& e, elvector& f) const;

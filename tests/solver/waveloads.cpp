@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Sea and wind: the wave's formulas, forces on members against integrals in closed form, wind and
 // water on plates.
+#include <algorithm>
 #include <cmath>
 
 #include "tests/solver/verify.h"
@@ -189,6 +190,20 @@ TEST(Marine, BadSeasAreRefusedAndDoubtfulOnesTold) {
     flat.addcase(casewind, {30, 0});
     flat.m.twod = true;
     expectwords(flat.refusal(), {"2-D"});
+}
+
+// They are masses, which an acceleration loads and the sea does not.
+TEST(Marine, NodalRowsUnderSeaAndWindAreTold) {
+    for (const int type : {casewave, casewind, casebuoyancy, caseaccx}) {
+        build b = member(typepipe, {0, 0, -20}, {0, 0, 2}, 1);
+        b.onlycase(type, {4, 8, 0, 0, 20});
+        b.load(1, 2, 1, 500);
+        b.solve();
+        const auto told = std::ranges::count_if(b.log.warnings(), [](const std::string& w) {
+            return w.find("its 1 nodal row(s) are masses") != w.npos;
+        });
+        EXPECT_EQ(told, type >= casewave) << type;
+    }
 }
 
 // --- wind ---------------------------------------------------------------------------------------

@@ -302,6 +302,23 @@ TEST(Verification, DeepSimplySupportedBeam) {
     }
 }
 
+// A wall that tapers from 5 m to 1 m over ten, 0.05 m thick, swings in its plane.
+TEST(Verification, TaperedCantileverInItsPlane) {
+    const double wanted[6] = {44.623, 130.03, 162.70, 246.05, 379.90, 391.44};
+    for (const int type : {typememb4, typeshell4, typeshell3}) {
+        build b = vibrating(6);
+        const auto at =
+            b.mesh(type, b.plate(steel, 0.3, 0.05, density), 32, 16,
+                   [](double r, double s) { return vec3(10 * r, (5 - 4 * r) * (s - 0.5), 0); });
+        b.fixall({3, 4, 5});
+        b.fix(at.left(), {1, 2, 6});
+        const results r = modesof(b);
+        for (int k = 0; k < 6; ++k)
+            row("FV32 tapered cantilever", k + 1, meshname(type, 32, 16), "NF", 0, wanted[k],
+                hertz(r, k + 1), type == typeshell3 ? 0.014 : 0.008);
+    }
+}
+
 // --- plates -------------------------------------------------------------------------------------
 
 // Ten metres square, 0.05 m thick; x, y and the drilling are held everywhere.

@@ -18,6 +18,7 @@
 
 #include "bench/plainread.h"
 #include "bench/ratio.h"
+#include "core/numtext.h"
 #include "core/textfile.h"
 #include "solver/base/blas.h"
 #include "solver/base/tune.h"
@@ -365,9 +366,32 @@ static void benchframes(const std::string& folder) {
     tellstages(name, {seconds, stageseconds(folder + "/one", "factor")}, 1.4);
 }
 
+static const char usage[] =
+    "bench_solver: feiflu beside ccx and beside the plain work in it\n"
+    "\n"
+    "usage: bench_solver [N]\n"
+    "       N: shells along a side of the plate, 2 to 1000 (default 200); twice as many at the "
+    "end\n"
+    "\n"
+    "BENCH_KEEP in the environment keeps the models and results in the folder for temporary "
+    "files.\n";
+
+// 0: the words are something else.
+static int wantedshells(int count, char** words) {
+    const int usual = 200, least = 2, most = 1000;
+    if (count == 1) return usual;
+    double n = 0;
+    const bool understood = count == 2 && readnumber(words[1], n) && n == std::floor(n);
+    return understood && n >= least && n <= most ? int(n) : 0;
+}
+
 int main(int argc, char** argv) {
+    const int n = wantedshells(argc, argv);
+    if (n == 0) {
+        std::fputs(usage, stderr);
+        return 2;
+    }
     tunelibraries(argv);
-    const int n = argc > 1 ? std::atoi(argv[1]) : 200;
     const std::string folder =
         (fs::temp_directory_path() / ("bench-solver-" + std::to_string(getpid()))).string();
     fs::create_directories(folder);

@@ -37,7 +37,9 @@ linesection sectionof(const element& e) {
     // Bending about e2 stretches the fibres at the ends of e3, so I xx and W xx tell the height
     // along e3. Where they are missing the section counts as a round bar.
     const double round = std::sqrt(4 * s.area / M_PI);
-    s.outer3 = s.i2 > 0 && s.w2 > 0 ? 2 * s.i2 / s.w2 : round;
-    s.outer2 = s.i3 > 0 && s.w3 > 0 ? 2 * s.i3 / s.w3 : round;
+    const bool height = s.i2 > 0 && s.w2 > 0, width = s.i3 > 0 && s.w3 > 0;
+    s.outer3 = height ? 2 * s.i2 / s.w2 : round;
+    s.outer2 = width ? 2 * s.i3 / s.w3 : round;
+    s.outlined = height && width;
     return s;
 }

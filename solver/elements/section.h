@@ -13,6 +13,7 @@ struct linesection {
     double outer2 = 0, outer3 = 0;  // width along e2 and e3
     double enclosed = 0;  // area inside the outer outline: what water a sealed member displaces
     bool tube = false;
+    bool outlined = true;  // the group tells the outline; false: a round bar of the area stands in
 };
 
 linesection sectionof(const element& e);

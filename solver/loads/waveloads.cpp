@@ -212,6 +212,31 @@ static void checkwave(const model& m, const settings& s, const loadcase& c, cons
     if (plates != 0) log.warn(name + ": waves load line elements alone, the plates take none");
 }
 
+// Members in waves or wind whose group tells no outline may be far wider than their area's round
+// bar.
+static void tellround(const model& m, const settings& s, const loadcase& c, const std::string& name,
+                      runlog& log) {
+    if (c.type == casewave && c.par[waveheight] == 0) return;
+    const double low = c.type == casewave ? -c.par[wavedepth] / s.length : 0,
+                 high = c.type == casewave ? c.par[waveheight] / 2 / s.length : INFINITY;
+    double count = 0, first = INFINITY;
+    for (int i = 1; i <= m.nelems(); ++i) {
+        if (kindof(m.elements[std::size_t(i)].type).fam != family::line || !isown(m, i)) continue;
+        const element e = elementat(m, s, i);
+        const auto [lower, upper] = std::minmax(e.x[0].z(), e.x[1].z());
+        if (sectionof(e).outlined || upper <= low || lower >= high) continue;
+        ++count;
+        first = std::min<double>(first, e.name);
+    }
+    allranks().sum(&count, 1);
+    if (count == 0) return;
+    first = -allranks().greatest({-first})[0];
+    log.warn(name + ": " + std::to_string(long(count)) + " line element(s), the first of them " +
+             "element " + std::to_string(long(first)) +
+             ", count as round bars of their area, as their group tells no height and width. Give "
+             "it I xx, W xx, I yy and W yy, or make them pipes");
+}
+
 void checkwaveloads(const model& m, const settings& s, int lc, runlog& log) {
     const loadcase& c = m.cases[std::size_t(lc)];
     if (c.type < casewave) return;
@@ -221,6 +246,7 @@ void checkwaveloads(const model& m, const settings& s, int lc, runlog& log) {
                " needs heights along Z, which a 2-D analysis does not have. Analyse in 3-D or "
                "change the type of the case");
     if (c.type == casewave) checkwave(m, s, c, name, log);
+    if (c.type != casebuoyancy) tellround(m, s, c, name, log);
     if (c.type != casebuoyancy) return;
     if (c.par[buoyancydepth] < 0) refuse(name + " has a water depth WD below 0; correct it");
     if (c.par[buoyancydensity] < 0) refuse(name + " has a density below 0; correct it");

@@ -192,6 +192,33 @@ TEST(Marine, BadSeasAreRefusedAndDoubtfulOnesTold) {
     expectwords(flat.refusal(), {"2-D"});
 }
 
+TEST(Marine, MembersWithoutAnOutlineAreTold) {
+    const struct {
+        int type, kind;
+        double modulus;  // W xx and W yy
+        vec3 from, to;
+        bool told;
+    } rows[] = {{typebeam, casewave, 0, {0, 0, -20}, {0, 0, 5}, true},
+                {typebeam, casewave, 1, {0, 0, -20}, {0, 0, 5}, false},
+                {typetruss, casewind, 0, {0, 0, -20}, {0, 0, 5}, true},
+                {typepipe, casewave, 0, {0, 0, -20}, {0, 0, 5}, false},
+                {typebeam, casewave, 0, {0, 0, 2.1}, {9, 0, 5}, false},  // over the crest
+                {typebeam, casewind, 0, {0, 0, -9}, {0, 0, 0}, false},   // under the surface
+                {typebeam, casebuoyancy, 0, {0, 0, -9}, {0, 0, 0}, false}};
+    for (const auto& one : rows) {
+        SCOPED_TRACE(testing::Message() << one.type << " " << one.kind << " " << one.from.z());
+        build b;
+        b.inmetres();
+        const int g = b.bar(2e11, 0.03, {1, 1, 1});
+        b.field(g, fieldwxx) = b.field(g, fieldwyy) = one.modulus;
+        b.single(one.type, g, {one.from, one.to});
+        b.fixall();
+        b.onlycase(one.kind, {4, 8, 0, 0, 30});
+        b.solve();
+        EXPECT_EQ(b.log.text().find("count as round bars") != std::string::npos, one.told);
+    }
+}
+
 // They are masses, which an acceleration loads and the sea does not.
 TEST(Marine, NodalRowsUnderSeaAndWindAreTold) {
     for (const int type : {casewave, casewind, casebuoyancy, caseaccx}) {

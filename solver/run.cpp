@@ -97,9 +97,9 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
     casepart r;
     displacements& u = r.u;
     u.cases = last + 1 - first;
-    u.u.resize(d.equation.size() * std::size_t(u.cases));
-    applied.resize(u.u.size());
-    std::vector<double> columns(std::size_t(d.unknowns) * std::size_t(u.cases));
+    u.u = zeros(d.equation.size() * std::size_t(u.cases));
+    applied = zeros(u.u.size());
+    std::vector<double> columns = zeros(std::size_t(d.unknowns) * std::size_t(u.cases));
     std::vector<caseloads> loads;
     for (int lc = first; lc <= last; ++lc) loads.emplace_back(m, s, lc);
     caseloads::collect(loads, d, applied.data(), log);

@@ -2,11 +2,13 @@
 // What the system tells of its memory.
 #include "solver/base/memory.h"
 
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <fstream>
 #include <string>
 
@@ -32,4 +34,25 @@ double freememory() {
         available = std::min(available, std::max(0.0, double(limit.rlim_cur) - taken));
     }
     return available;
+}
+
+// Where the system does not know this, the memory comes as it is used.
+static void takememory(const void* begin, std::size_t bytes) {
+    const std::uintptr_t page = std::uintptr_t(sysconf(_SC_PAGESIZE)), piece = 1 << 22;
+    const auto first = (std::uintptr_t(begin) + page - 1) / page * page;
+    const auto last = (std::uintptr_t(begin) + bytes) / page * page;
+    if (last < first + 2 * piece) return;
+    parallelpieces(int((last - first + piece - 1) / piece), 1, [&](int from, int to, int) {
+        for (auto at = first + std::uintptr_t(from) * piece;
+             at < std::min(last, first + std::uintptr_t(to) * piece); at += piece)
+            madvise(reinterpret_cast<void*>(at), std::min(piece, last - at), MADV_POPULATE_WRITE);
+    });
+}
+
+std::vector<double> zeros(std::size_t count) {
+    std::vector<double> list;
+    list.reserve(count);
+    takememory(list.data(), count * sizeof(double));
+    list.resize(count);
+    return list;
 }

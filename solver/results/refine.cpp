@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 
+#include "solver/base/memory.h"
 #include "solver/base/parallel.h"
 
 static vec6 movedto(const vec3& place, vec6 sum) {
@@ -40,10 +41,10 @@ double refine(const model& m, const settings& s, const equations& q, engine& l,
     const auto unknowns = std::size_t(d.unknowns);
     const std::vector<int> elements = stiffelements(m);
     const std::vector<double> nothing(unknowns, 0);
-    std::vector<double> still(dofs), columns(unknowns * std::size_t(u.cases));
+    std::vector<double> still(dofs), columns = zeros(unknowns * std::size_t(u.cases));
     expand(d, nothing.data(), still.data());
-    u.rest.resize(u.u.size());
-    std::vector<double> force(u.u.size(), 0);
+    if (u.rest.empty()) u.rest = zeros(u.u.size());
+    std::vector<double> force = zeros(u.u.size());
     addforces(m, s, d, u, elements, force);
     eachcase(u.cases, [&](std::size_t c) {
         double* const left = force.data() + c * dofs;

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "solver/base/memory.h"
 #include "solver/base/parallel.h"
 #include "solver/dofs/rigid.h"
 #include "solver/elements/line.h"
@@ -149,10 +150,10 @@ reactionset findreactions(const model& m, const settings& s, const dofmap& d,
     reactionset r;
     const std::size_t dofs = d.equation.size();
     const std::vector<char> supported = supportednodes(d);
-    std::vector<double> unbalanced(u.u.size(), 0);
+    std::vector<double> unbalanced = zeros(u.u.size());
     const std::vector<int> elements = elementsat(m, supported);
     addforces(m, s, d, u, elements, unbalanced);
-    r.force.assign(u.u.size(), 0);
+    r.force = zeros(u.u.size());
     r.least.assign(std::size_t(u.cases) + 1, vec6::Zero());
     parallelpieces(u.cases, 1, [&](int first, int last, int) {
         for (auto c = std::size_t(first); c < std::size_t(last); ++c) {
@@ -279,7 +280,7 @@ platestresses findplatestresses(const model& m, const settings& s, const dofmap&
         r.first.push_back(r.first.back() + kind.nodes);
     }
     r.corners = r.first.back();
-    r.value.resize(std::size_t(u.cases) * std::size_t(r.corners) * platevalues);
+    r.value = zeros(std::size_t(u.cases) * std::size_t(r.corners) * platevalues);
     parallelpieces(int(r.elements.size()), 128, [&](int first, int last, int) {
         elmatrix rows;
         elcases ue, stress;

@@ -108,8 +108,10 @@ static void separate(const equations& q, const sparsematrix& mass, Eigen::Matrix
 }
 
 // Rayleigh quotients, lowest first, vectors with unit modal mass. The largest of
-// |K x - omega^2 M x| / |K x| goes to the log.
-static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixXd x, runlog& log) {
+// |K x - omega^2 M x| / |K x| goes to the log. scale: stiffness over mass, as they are on the
+// whole.
+static pairs refine(const equations& q, const sparsematrix& mass, double scale, Eigen::MatrixXd x,
+                    runlog& log) {
     separate(q, mass, x);
     const Eigen::Index n = x.rows(), count = x.cols();
     Eigen::MatrixXd kx(n, count), mx(n, count);
@@ -120,16 +122,13 @@ static pairs refine(const equations& q, const sparsematrix& mass, Eigen::MatrixX
     const auto product = [&](const Eigen::VectorXd& a, const Eigen::VectorXd& b) {
         return dotproduct(*q.stiffness.unknowns, a.data(), b.data(), std::size_t(n));
     };
-    std::vector<double> value, energies;
+    std::vector<double> value;
     double worst = 0;
+    const double nothing = 1e-28 * scale;
     for (Eigen::Index i = 0; i < count; ++i) {
         const double size = 1 / std::sqrt(product(x.col(i), mx.col(i)));
         x.col(i) *= size, kx.col(i) *= size, mx.col(i) *= size;
-        energies.push_back(product(x.col(i), kx.col(i)));
-    }
-    const double nothing = 1e-20 * *std::ranges::max_element(energies);
-    for (Eigen::Index i = 0; i < count; ++i) {
-        const double energy = energies[std::size_t(i)];
+        const double energy = product(x.col(i), kx.col(i));
         // Below the rounding of K x there is no stiffness left to tell; where K has none, x is.
         const double rounding = 1e-14 * product(x.col(i).cwiseAbs2(), diagonal);
         value.push_back(std::fabs(energy) <= std::max(rounding, nothing) ? 0 : energy);
@@ -266,13 +265,12 @@ modeset findmodes(const model& m, const settings& s, const equations& q, bool el
     const bool matters = shift != 0 && !l->splits();
     if (!matters) shifted = {};
     const sparsematrix& factorised = matters ? shifted.stiffness : q.stiffness;
-    // Powers of two lose nothing.
-    const double large = std::exp2(
-        std::round(std::log2(sumofdiagonal(q.stiffness, mass) / sumofdiagonal(mass, mass))));
+    const double scale = sumofdiagonal(q.stiffness, mass) / sumofdiagonal(mass, mass);
+    const double large = std::exp2(std::round(std::log2(scale)));  // powers of two lose nothing
     scalemass(mass, large);
     const spectrum found = largestvalues(*l, factorised, mass, s.modes, log);
     scalemass(mass, 1 / large);
-    const pairs p = refine(q, mass, found.vectors, log);
+    const pairs p = refine(q, mass, scale, found.vectors, log);
     warnunstable(p, s.force / (s.length * s.mass), log);
     if (p.value.size() < s.modes)
         log.line("The model's mass allows " + std::to_string(p.value.size()) + " mode(s) of " +

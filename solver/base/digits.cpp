@@ -58,43 +58,65 @@ static char* writeexponent(char* p, int ten) {
     return writenumber(p, long(std::abs(ten)));
 }
 
-// count digits, those from `digits` on, with the point behind the first `before` of them.
-static char* writepointed(char* p, const char* digits, int count, int before) {
-    std::memcpy(p, digits, rounded);
+namespace {
+// Ten digits as characters, in registers: what was just stored byte by byte is slow to load at
+// once.
+struct tendigits {
+    std::uint64_t eight;  // the first one in the lowest byte
+    char ninth, tenth;
+    explicit tendigits(std::uint64_t whole)
+        : eight(charactersof(whole / 100)),
+          ninth(char('0' + whole % 100 / 10)),
+          tenth(char('0' + whole % 10)) {}
+    // Up to the last that is not 0.
+    int count() const {
+        if (tenth != '0') return 10;
+        return ninth != '0' ? 9 : 8 - std::countl_zero(eight ^ allzeros) / 8;
+    }
+    void put(char* p) const {
+        store(p, eight);
+        p[8] = ninth;
+        p[9] = tenth;
+    }
+};
+}  // namespace
+
+// The first count digits, with the point behind the first `before` of them.
+static char* writepointed(char* p, const tendigits& digits, int count, int before) {
+    digits.put(p);
     if (count <= before) {
         std::fill(p + count, p + before, '0');
         return p + before;
     }
     p[before] = '.';
-    std::memcpy(p + before + 1, digits + before, rounded);
+    if (before <= 8) {
+        store(p + before + 1, digits.eight >> 4 * before >> 4 * before);  // before may be 8
+        p[9] = digits.ninth;
+    }
+    p[10] = digits.tenth;
     return p + count + 1;
 }
 
 char* writerounded(char* p, double number) {
     const double size = std::fabs(number), least = 1e-290, most = 1e290;
     if (!(size >= least && size <= most)) return writenumber(p, number);
-    if (number < 0) *p++ = '-';
+    *p = '-';
+    p += number < 0;
     int ten = exponentof(size);
-    const std::uint64_t eight = 100000000, beyond = 100 * eight;
-    auto whole = std::uint64_t(size * poweroften(rounded - 1 - ten) + 0.5);
+    const std::uint64_t beyond = 10000000000;
+    auto whole = std::uint64_t(std::int64_t(size * poweroften(rounded - 1 - ten) + 0.5));
     if (whole >= beyond) {
         whole = beyond / 10;
         ++ten;
     }
-    char digits[2 * rounded] = {};  // writepointed copies from any of the ten
-    const std::uint64_t low = charactersof(whole % eight);
-    digits[0] = char('0' + whole / eight / 10);
-    digits[1] = char('0' + whole / eight % 10);
-    store(digits + 2, low);
-    int count = rounded - std::countl_zero(low ^ allzeros) / 8;
-    if (count == 2 && digits[1] == '0') count = 1;
-    const int leastplain = -4, mostplain = 14;
+    const tendigits digits(whole);
+    const int count = digits.count(), leastplain = -4, mostplain = 14;
     if (ten < leastplain || ten > mostplain)
         return writeexponent(writepointed(p, digits, count, 1), ten);
     if (ten >= 0) return writepointed(p, digits, count, ten + 1);
     std::memcpy(p, "0.000", 5);
     p += 1 - ten;
-    std::memcpy(p, digits, rounded);
+    digits.put(p);
     return p + count;
 }
 

@@ -8,10 +8,6 @@
 #include "solver/elements/folds.h"
 #include "solver/processes/ranks.h"
 
-static bool isplate(int type) {
-    return type == typeplate3 || type == typeplate4;
-}
-
 // What supports hold of a node: bits 0..5. None of the rotations where it has a moment, an inertia
 // or a given rotation.
 static std::vector<char> heldfreedoms(const model& m) {
@@ -56,7 +52,7 @@ static vec3 normalat(const model& m, const cornerlist& corners, const std::vecto
     vec3 sum = vec3::Zero(), first = vec3::Zero();
     for (const corner& one : corners.of(n)) {
         const elementdef& e = m.elements[std::size_t(one.element)];
-        if (!isshell(e.type) && !isplate(e.type)) continue;
+        if (!bends(e.type)) continue;
         const vec3 normal = normalof(m, e);
         if (first.isZero()) first = normal;
         if (!continues(first, normal) || !holdsinplane(held[n], normal)) return vec3::Zero();

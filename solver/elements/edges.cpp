@@ -15,10 +15,6 @@
 #include "solver/elements/edgebits.h"
 #include "solver/elements/folds.h"
 
-static bool bends(int type) {
-    return type >= typeshell3 && type <= typeplate4;
-}
-
 namespace {
 struct side {
     int far, element, edge;  // far: the node with the higher number

@@ -16,6 +16,10 @@ inline bool isshell(int type) {
     return type == typeshell3 || type == typeshell4;
 }
 
+inline bool bends(int type) {
+    return isshell(type) || type == typeplate3 || type == typeplate4;
+}
+
 // Unit normal of a plate or shell.
 vec3 normalof(const model& m, const elementdef& e);
 // Whether elements with these normals, of either sign, are of one surface and do not meet at a fold.

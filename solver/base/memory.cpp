@@ -36,16 +36,19 @@ double freememory() {
     return available;
 }
 
-// Where the system does not know this, the memory comes as it is used.
-static void takememory(const void* begin, std::size_t bytes) {
+void takememory(void* begin, std::size_t bytes) {
     const std::uintptr_t page = std::uintptr_t(sysconf(_SC_PAGESIZE)), piece = 1 << 22;
     const auto first = (std::uintptr_t(begin) + page - 1) / page * page;
     const auto last = (std::uintptr_t(begin) + bytes) / page * page;
     if (last < first + 2 * piece) return;
     parallelpieces(int((last - first + piece - 1) / piece), 1, [&](int from, int to, int) {
         for (auto at = first + std::uintptr_t(from) * piece;
-             at < std::min(last, first + std::uintptr_t(to) * piece); at += piece)
-            madvise(reinterpret_cast<void*>(at), std::min(piece, last - at), MADV_POPULATE_WRITE);
+             at < std::min(last, first + std::uintptr_t(to) * piece); at += piece) {
+            const std::uintptr_t size = std::min(piece, last - at);
+            if (madvise(reinterpret_cast<void*>(at), size, MADV_POPULATE_WRITE) == 0) continue;
+            for (std::uintptr_t i = at; i < at + size; i += page)  // an older system
+                *reinterpret_cast<volatile char*>(i) = 0;
+        }
     });
 }
 

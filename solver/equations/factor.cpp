@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "solver/base/blas.h"
+#include "solver/base/memory.h"
 #include "solver/base/parallel.h"
 #include "solver/equations/crew.h"
 #include "solver/equations/inertia.h"
@@ -320,22 +321,11 @@ bool factor::inside::worklist(const sparsematrix& a, std::span<const int> list, 
     return true;
 }
 
-// Touches each page now: what earlier stages and programs left is at hand still, while a host that
-// lends memory to a virtual machine takes back within a second or two what lies idle.
-static void takememory(double* numbers, std::int64_t count) {
-    const int piece = 1 << 20;  // numbers
-    const std::int64_t step = page / sizeof(double);
-    parallelpieces(int((count + piece - 1) / piece), 1, [&](int first, int last, int) {
-        const std::int64_t end = std::min(count, std::int64_t(last) * piece);
-        for (std::int64_t i = std::int64_t(first) * piece; i < end; i += step) numbers[i] = 0;
-    });
-}
-
 bool factor::factorise(const sparsematrix& a) {
     inside& f = *in;
     if (f.values.data == nullptr) {
         f.values.allocate(f.place.back());
-        takememory(f.values.data, f.place.back());
+        takememory(f.values.data, std::size_t(f.place.back()) * sizeof(double));
     }
     f.updates.assign(std::size_t(f.tree.size()), nullptr);
     std::vector<room> kept{std::size_t(f.tree.size())};

@@ -156,15 +156,13 @@ double offplane(std::span<const vec3> places) {
     return most / (normal.cwiseAbs().dot(step) / 2);
 }
 
-void addplaces(const model& m, int e, std::vector<vec3>& places) {
-    const elementdef& def = m.elements[std::size_t(e)];
-    for (int k = 0; k < factsof(def.type).nodes; ++k)
-        places.push_back(m.nodes[std::size_t(def.node[k])]);
-}
-
 double offplaneat(const model& m, std::span<const corner> here) {
     std::vector<vec3> places;
-    for (const corner& one : here) addplaces(m, one.element, places);
+    for (const corner& one : here) {
+        const elementdef& def = m.elements[std::size_t(one.element)];
+        for (int k = 0; k < factsof(def.type).nodes; ++k)
+            places.push_back(m.nodes[std::size_t(def.node[k])]);
+    }
     return offplane(places);
 }
 

@@ -18,7 +18,6 @@ double tiltof(const element& e);
 // How far places stand off the plane through them, at the most, over how far half a step of Singles
 // takes them off it.
 double offplane(std::span<const vec3> places);
-void addplaces(const model& m, int e, std::vector<vec3>& places);  // of an element's corners
 // Of the nodes of the elements at a node.
 double offplaneat(const model& m, std::span<const corner> here);
 // Whether these lie in one plane but for their rounding. A curved surface does not: over two

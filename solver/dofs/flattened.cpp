@@ -79,13 +79,20 @@ static void markflattened(const model& m, const cornerlist& corners, const std::
     const partlist parts = flatparts(m, held);
     const double rounding = 3;  // half steps off a plane that are nothing else
     std::vector<vec3> places;
+    std::vector<int> listedby(m.nodes.size(), 0);  // the part that has listed a node last
     for (auto from = parts.begin(); from != parts.end();) {
         const auto to = std::find_if(from, parts.end(),
                                      [&](const auto& one) { return one.first != from->first; });
         const std::span part(from, to);
         from = to;
         places.clear();
-        for (const auto& one : part) addplaces(m, one.second, places);
+        for (const auto& [first, e] : part) {
+            const elementdef& def = m.elements[std::size_t(e)];
+            for (int k = 0; k < factsof(def.type).nodes; ++k) {
+                const auto n = std::size_t(def.node[k]);
+                if (std::exchange(listedby[n], first) != first) places.push_back(m.nodes[n]);
+            }
+        }
         const double off = offplane(places);
         if (part.size() < 2 || off <= rounding || !iscurved(m, corners, held, part, off)) continue;
         for (const auto& one : part) marked[std::size_t(one.second)] = 1;

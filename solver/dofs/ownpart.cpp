@@ -87,6 +87,7 @@ static void leavemodel(model& m, const std::vector<int>& nodes, const std::vecto
     pick(m.slip, elements);
     pick(m.fold, elements);
     pick(m.rankof, elements);
+    m.clamped.clear();  // the degrees of freedom have them
     for (elementdef& def : m.elements)
         for (int& n : def.node) n = nodeplace[std::size_t(n)];
     keeprows(

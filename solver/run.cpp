@@ -317,7 +317,22 @@ static void measureneighbours(model& m, const settings& s) {
     measureedges(m, s, corners);
 }
 
+// Modes leave free what moves with its mass alone, which cases hold: each has equations of its own.
+// A part that has been solved lacks what its neighbours told, so that processes keep theirs.
+static results solveboth(model& m, const settings& s, int doftype, const wanted& what,
+                         runlog& log) {
+    wanted cases = what, modes = what;
+    cases.modes = modes.displacements = false;
+    std::optional<model> part;
+    if (!allranks().alone()) part = m;
+    results r = solvemodel(m, s, doftype, cases, log);
+    if (part) m = std::move(*part);
+    r.modes = solvemodel(m, s, doftype, modes, log).modes;
+    return r;
+}
+
 results solvemodel(model& m, const settings& s, int doftype, const wanted& what, runlog& log) {
+    if (what.displacements && what.modes) return solveboth(m, s, doftype, what, log);
     log.stage("check");
     usethreads(s);
     if (!allranks().alone() && m.rankof.empty()) {

@@ -304,6 +304,31 @@ TEST(Verification, DeepSimplySupportedBeam) {
     }
 }
 
+// What modes leave free is held in the load cases of the same run.
+TEST(Modes, BesideLoadCasesAreThoseOfARunOfTheirOwn) {
+    build b = vibrating(6);
+    const int point = b.group({}), hub = b.node(0, 0, 0), far = b.node(3, 0, 0);
+    mat6 k = mat6::Zero();
+    k.diagonal().head<3>().setConstant(1000);
+    b.element(typespringt, b.spring(k), {hub});
+    b.element(typerigid, point, {hub, far});
+    b.chain(typebeam, b.bar(1, 1, {1, 1, 1}), {9, 9, 9}, {9, 9, 8}, 1);  // has rotations
+    b.fix({3, 4}, clamped);
+    b.field(point, fielddensity) = 2;
+    b.field(point, fieldixx) = b.field(point, fieldiyy) = b.field(point, fieldizz) = 0.1;
+    b.element(typemass, point, {far});
+    b.addcase();
+    b.load(1, hub, 2, 5);
+    const results own = modesof(b), cases = b.solve();
+    wanted all;
+    all.modes = true;
+    const results both = b.solve(0, all);
+    EXPECT_EQ(both.u.u, cases.u.u);
+    EXPECT_EQ(both.modes.value, own.modes.value);
+    EXPECT_EQ(both.modes.shape, own.modes.shape);
+    EXPECT_NEAR(moved(both, 1, far, 2), 0.005, 1e-12);
+}
+
 // A wall that tapers from 5 m to 1 m over ten, 0.05 m thick, swings in its plane.
 TEST(Verification, TaperedCantileverInItsPlane) {
     const double wanted[6] = {44.623, 130.03, 162.70, 246.05, 379.90, 391.44};

@@ -112,7 +112,10 @@ static void prescribe(const model& m, dofmap& d, runlog& log) {
 static void freeclamped(const model& m, dofmap& d) {
     for (const clampednode& c : m.clamped) {
         ownerspace space = plainspace(m, d, c.node);
-        space.z.col(space.count++).tail<3>() = c.normal;
+        for (int k = 0; k < 3; ++k)
+            if (const int turn = d.place[4 + k]; turn >= 0)
+                space.z(turn, space.count) = c.normal[k];
+        ++space.count;
         d.spaceof[std::size_t(c.node)] = int(d.spaces.size());
         d.spaces.push_back(space);
     }

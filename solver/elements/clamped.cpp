@@ -145,7 +145,6 @@ vec3 clampfinder::clampednormal(int n) const {
 
 void findclamped(model& m, const cornerlist& corners) {
     m.clamped.clear();
-    if (m.twod) return;
     const clampfinder finder(m, corners);
     for (int n = 1; n <= m.nnodes(); ++n)
         if (const vec3 normal = finder.clampednormal(n); !normal.isZero())

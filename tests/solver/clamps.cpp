@@ -83,6 +83,22 @@ static grid clampedwall(build& b) {
     return wall;
 }
 
+// In a 2-D analysis as in a 3-D one that holds what leads out of the plane.
+TEST(Clamps, WallsInTwoDimensionsShearAsInThree) {
+    double way[2] = {};
+    for (const bool twod : {false, true}) {
+        build b;
+        b.m.twod = twod;
+        const grid wall = clampedwall(b);
+        b.fixall({3, 4, 5});
+        b.spread(1, wall.top(), 1, 1e6);
+        const results r = b.solve();
+        way[twod] = moved(r, 1, wall.number(2, 2), 1);
+        EXPECT_EQ(moved(r, 1, wall.number(2, 0), 6), 0);
+    }
+    EXPECT_NEAR(way[1], way[0], 1e-12 * way[0]);
+}
+
 TEST(Clamps, ABeamStaysClampedBesideAShell) {
     build b;
     const grid wall = clampedwall(b);

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
+#include <algorithm>
 
 #include "files/analyse.h"
 #include "ui/balance.h"
@@ -70,9 +71,24 @@ class balancewindow : public sidedialog {
                                           .arg(out)
                                           .arg(b.cases.size()));
         table->setRowCount(int(page.size()));
-        for (int r = 0; r < int(page.size()); ++r) fillrow(r, page[std::size_t(r)]);
+        for (int r = 0; r < int(page.size()); ++r)
+            if (!issentence(page[std::size_t(r)])) fillrow(r, page[std::size_t(r)]);
         table->resizeColumnsToContents();
         widentable(table);
+        for (int r = 0; r < int(page.size()); ++r)
+            if (issentence(page[std::size_t(r)])) fillsentence(r, page[std::size_t(r)]);
+    }
+    static bool issentence(const balancerow& row) { return row.cells.size() == 1; }
+    // Over all columns in as many lines as it needs: none of them shall be as wide as a warning.
+    void fillsentence(int r, const balancerow& row) {
+        fillrow(r, row);
+        int width = 0;
+        for (int k = 0; k < columns; ++k) width += table->columnWidth(k);
+        const int margin = 8;
+        const QRect room(0, 0, width - margin, 10000);
+        const QRect text =
+            table->fontMetrics().boundingRect(room, Qt::TextWordWrap, table->item(r, 0)->text());
+        table->setRowHeight(r, std::max(table->rowHeight(r), text.height() + margin));
     }
     void fillrow(int r, const balancerow& row) {
         for (int k = 0; k < int(row.cells.size()); ++k) {
@@ -87,7 +103,7 @@ class balancewindow : public sidedialog {
             }
             table->setItem(r, k, item);
         }
-        if (row.cells.size() == 1) table->setSpan(r, 0, 1, columns);
+        if (issentence(row)) table->setSpan(r, 0, 1, columns);
     }
 
     static constexpr int columns = 7;

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyleOptionViewItem>
 #include <QTabBar>
 #include <QTableWidget>
@@ -648,4 +649,27 @@ TEST(Mainwindow, AnEmptyModelOffersWhatToBeginWith) {
     EXPECT_EQ(modelname, room.file("examples/portal"));
     EXPECT_TRUE(QFileInfo(QString::fromStdString(modelname + ".tek")).isWritable());
     programdir = before;
+}
+
+// What the solver warns of is told whole, over all columns, and widens none of them.
+TEST(Dialogs, BalanceTellsLongWarningsInSeveralLines) {
+    windowroom room;
+    const std::string warning(40, 'w'), sums = ",-1600000,10000,0,0,0,1600000\r\n";
+    std::string told;
+    for (int i = 0; i < 8; ++i) told += warning + " ";
+    modelname = room.file("job");
+    writefile(modelname + ".sum",
+              "\"static\",\"\",1\r\n\"modes\",\"\",0\r\n\"case\",1,\"LC 1\"\r\n\"applied\"" + sums +
+                  "\"reactions\"" + sums + "\"warnings\",1\r\n\"warning\",\"" + told + "\"\r\n");
+    QDialog* const dialog = windowroom::open("balance");
+    ASSERT_NE(dialog, nullptr);
+    const auto* const table = dialog->findChild<QTableWidget*>("sums");
+    const int last = table->rowCount() - 1;
+    ASSERT_TRUE(table->item(last, 0)->text().contains(QString::fromStdString(warning)));
+    EXPECT_FALSE(table->horizontalScrollBar()->isVisible());
+    const int line = table->fontMetrics().height(),
+              width = table->visualItemRect(table->item(last, 0)).width();
+    const int wide = table->fontMetrics().horizontalAdvance(table->item(last, 0)->text());
+    EXPECT_GE(table->rowHeight(last), line * (wide / width));
+    EXPECT_LT(table->columnWidth(0), table->viewport()->width() / 2);
 }

@@ -16,18 +16,32 @@
 #include "solver/elements/gauss.h"
 #include "solver/elements/smallsolve.h"
 
-// Shear balances the change of the bending moment along the edge. In a quadrilateral, whose moments
-// may change in both directions, it is that of the twisting moment across the edge as well, which
-// St Venant's torsion of a narrow strip is all about: there half the width across the edge counts.
+// Part of the shear strain along a straight edge that is left when it bows.
+static double leftover(double slip) {
+    return slip / (1 + slip);
+}
+
+// Shear balances the change of the bending moment along the edge, as in a beam with shear. In a
+// quadrilateral, whose moments may change in both directions, it is that of the twisting moment
+// across the edge as well, which St Venant's torsion is all about: there half the width across the
+// edge counts. Its edges take two thirds of the one and one third of the other: bars four and eight
+// elements wide, with elements longer than the thickness, then twist within some 2 %.
 edgeslip slipofedges(const element& e) {
     const flatshape s = flatten(e, meanaxes(e));
-    const double correction = 5.0 / 6, thickness = e.field(fieldthickness);
+    const double correction = 5.0 / 6, thickness = e.field(fieldthickness), twisting = 1.0 / 3;
     const double ratio = 2 / (correction * (1 - e.field(fieldpoisson)));  // 12 D / (G s) over t t
     edgeslip slip{};
     for (int k = 0; k < s.corners; ++k) {
         const double length = s.edge[k];
-        const double span = s.corners == 4 ? flatarea(s) / length / 2 : length;
-        slip.shear[k] = float(ratio * thickness * thickness / (span * span));
+        const auto over = [&](double span) {
+            return ratio * thickness * thickness / (span * span);
+        };
+        slip.shear[k] = float(over(length));
+        if (s.corners == 3) continue;
+        const double bent = over(length), twisted = over(flatarea(s) / length / 2);
+        const double left = (1 - twisting) * leftover(bent) + twisting * leftover(twisted),
+                     gone = (1 - twisting) / (1 + bent) + twisting / (1 + twisted);
+        slip.shear[k] = float(left / gone);
     }
     return slip;
 }
@@ -44,18 +58,18 @@ plate::plate(const element& e, const flatshape& shape) : s(shape) {
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const double length = s.edge[k], c = s.along[k].x(), sine = s.along[k].y();
-        const double phi = double(slip.shear[k]);
-        halfrow& row = bow[k];
+        halfrow& row = whole[k];
         row.setZero(3 * s.corners);
-        const double factor = -1.5 / (length * (1 + phi));
-        row[3 * i] = -factor;
-        row[3 * j] = factor;
+        row[3 * i] = -1 / length;
+        row[3 * j] = 1 / length;
         for (const int n : {i, j}) {
-            row[3 * n + 1] = -factor * length / 2 * sine;
-            row[3 * n + 2] = factor * length / 2 * c;
+            row[3 * n + 1] = -sine / 2;
+            row[3 * n + 2] = c / 2;
         }
-        slide[k] = -2.0 / 3 * phi * row;
+        slide[k] = leftover(double(slip.shear[k])) * row;
     }
+    if (s.corners == 4) pairopposites(e);
+    for (int k = 0; k < s.corners; ++k) bow[k] = 1.5 * (slide[k] - whole[k]);
 }
 
 // Adds to w what a cubic edge has over the straight line; both: x (1 - x) faded to nothing at the
@@ -92,13 +106,68 @@ halfrow plate::deflection(const vec2& place) const {
 
 // --- quadrilateral ------------------------------------------------------------------------------
 
+// How fast, along a direction, the curvature across it changes: of the sum of the two the shear
+// force of thin plates is the slope. From the one way of the corners to turn that bends no straight
+// line through the element and leaves every even curvature out: Flanagan and Belytschko, A uniform
+// strain hexahedron and quadrilateral with orthogonal hourglass control, Int. J. Numer. Meth. Engng
+// 17, 1981.
+halfrow plate::curvaturechange(const vec2& across) const {
+    const surfaceshape n = shapesat(4, {0, 0});
+    const mat2 inverse = jacobianof(s, n).inverse();
+    const double sign[] = {1, -1, 1, -1};
+    vec2 lean = vec2::Zero();
+    for (int c = 0; c < 4; ++c) lean += sign[c] * s.at[c];
+    halfrow row = halfrow::Zero(12);
+    for (int c = 0; c < 4; ++c) {
+        const double part = (sign[c] - lean.dot(inverse * vec2(n.dr[c], n.ds[c]))) / area;
+        row[3 * c + 1] = -part * across.y();
+        row[3 * c + 2] = part * across.x();
+    }
+    return row;
+}
+
+// The shear strain that opposite edges have in common goes with bending, which wants the length of
+// the edges for their span; what they have apart goes with twist, which wants half the width
+// between them. An edge that the element shares must stay as it is in the other one. A free one
+// follows that opposite, and slides more by what its own corners have beyond: twisting moments fade
+// to nothing only there.
+void plate::pairopposites(const element& e) {
+    const double soft = 12 * rigidity(0, 0) / shearrigidity;
+    for (int a = 0; a < 2; ++a) {
+        const int b = a + 2;  // runs the other way
+        const vec2 along = (s.along[a] - s.along[b]).normalized();
+        const double way = a == 0 ? 1 : -1;
+        const vec2 across = way * vec2(-along.y(), along.x());
+        const double bent = leftover(soft / (s.edge[a] * s.edge[b]));
+        const halfrow apart = whole[a] + whole[b];
+        halfrow& mean = common[a];
+        const halfrow alike = bent / 2 * (whole[a] - whole[b]);
+        mean = alike + (1 - bent) * soft / 12 * curvaturechange(across);
+        const auto twisted = [&](int k) {
+            const double span = area / s.edge[k] / 2;
+            return leftover(soft / (span * span));
+        };
+        const bool frees[] = {isfreeedge(e, a), isfreeedge(e, b)};
+        if (frees[0] && frees[1]) {
+            slide[a] = alike + twisted(a) / 2 * apart;
+            slide[b] = twisted(b) / 2 * apart - alike;
+        } else if (frees[0]) {
+            slide[a] = twisted(a) * apart - slide[b];
+            mean += (twisted(a) - bent) / 2 * apart;
+        } else if (frees[1]) {
+            slide[b] = twisted(b) * apart - slide[a];
+            mean -= (twisted(b) - bent) / 2 * apart;
+        }
+    }
+}
+
 // Moments Mx My Mxy: constant, linear, x y in the bending moments, and twisting along each middle
 // line that grows with the square of the distance from it, as in a strip that ends there. The
 // linear ones alone would leave two ways to deform that cost nothing. With Q = div M and div Q = 0
 // all are in balance, so that only the edges do work: the way of Pian, Derivation of element
 // stiffness matrices by assumed stress distributions, AIAA Journal 2, 1964, with the shear force in
 // the energy.
-static const int modes = 13;
+static const int even = 3, linear = 6, modes = 13;
 template <int rows>
 using modesof = Eigen::Matrix<double, modes, rows>;  // by columns: a row of all modes at a time
 
@@ -110,6 +179,7 @@ struct plate::moments {
 struct plate::assumed {
     Eigen::Matrix<double, modes, modes> flexibility;  // lower triangle
     Eigen::Matrix<double, modes, 12> work;
+    Eigen::Matrix<double, modes, 4> onbow;  // work on the edges, each bowing by 1
     stressframe frame;
     vec2 middle[2];  // unit vectors along the two middle lines, in the frame
     double size;     // by which x and y are divided
@@ -135,23 +205,25 @@ plate::moments plate::momentsat(const assumed& h, const vec2& at) {
     return f;
 }
 
-// Rows bx by w at x of 0..1 along edge k, at the three degrees of freedom of its first and of its
-// second corner; the others do not move it.
+// Rows bx by w at x of 0..1 along an even edge k, at the three degrees of freedom of its first and
+// of its second corner, without the bow; the other corners do not move it.
 plate::edgerows plate::edgemotion(int k, double x) const {
     edgerows u = edgerows::Zero();
     u(0, 2) = u(2, 0) = 1 - x;
     u(0, 5) = u(2, 3) = x;
     u(1, 1) = x - 1;
     u(1, 4) = -x;
-    const double both = x * (1 - x), half = s.edge[k] * both / 2;
+    const double half = s.edge[k] * x * (1 - x) / 2;
     const double c = half * s.along[k].x(), sine = half * s.along[k].y();
     u.row(2) += Eigen::Matrix<double, 1, 6>(0, sine, -c, 0, -sine, c);
-    const vec2 bend = 4 * x * (1 - x) * s.along[k];
-    const double lift = s.edge[k] * both * (1 - 2 * x) * 2 / 3;
-    Eigen::Matrix<double, 1, 6> bowed;
-    bowed << bow[k].segment<3>(3 * k), bow[k].segment<3>(3 * s.next(k));
-    u += vec3(bend.x(), bend.y(), lift) * bowed;
     return u;
+}
+
+// bx by w there when the edge bows by 1.
+vec3 plate::bowmotion(int k, double x) const {
+    const double both = x * (1 - x);
+    const vec2 turned = 4 * both * s.along[k];
+    return {turned.x(), turned.y(), s.edge[k] * both * (1 - 2 * x) * 2 / 3};
 }
 
 // What the moments at a point give to the flexibility. By hand: the loops run along the modes.
@@ -166,7 +238,7 @@ void plate::addflexibility(const moments& f, const mat3& compliance, double shea
     }
 }
 
-// Work of the moments at a place of edge k on the motion of its corners.
+// Work of the moments at a place of edge k on the motion of its corners and on its bow.
 void plate::addwork(const moments& f, int k, double x, double weight, assumed& h) const {
     const vec2 n(s.along[k].y(), -s.along[k].x());
     Eigen::Matrix<double, 2, 3> normal;
@@ -184,10 +256,25 @@ void plate::addwork(const moments& f, int k, double x, double weight, assumed& h
         by[i] = weight * part(1);
         w[i] = weight * (across.x() * f.q(i, 0) + across.y() * f.q(i, 1));
     }
+    const vec3 bowed = bowmotion(k, x);
+    for (int i = 0; i < modes; ++i)
+        h.onbow(i, k) += bx[i] * bowed[0] + (by[i] * bowed[1] + w[i] * bowed[2]);
     for (int j = 0; j < 6; ++j) {
         const int column = 3 * (j < 3 ? k : s.next(k)) + j % 3;
         for (int i = 0; i < modes; ++i)
             h.work(i, column) += bx[i] * u(0, j) + (by[i] * u(1, j) + w[i] * u(2, j));
+    }
+}
+
+// Both edges of a pair bow on until what they slide in common is that of bending. Their neighbours
+// do not follow, so only the moments that change linearly feel it: even ones, which a patch test
+// has, and those of twist do no work on it.
+void plate::addcommon(assumed& h) const {
+    for (int a = 0; a < 2; ++a) {
+        const int b = a + 2;
+        const halfrow more = 1.5 * (common[a] - (slide[a] - slide[b]) / 2);
+        const auto both = h.onbow.col(a) - h.onbow.col(b);
+        h.work.middleRows<linear>(even) += both.segment<linear>(even) * more;
     }
 }
 
@@ -199,6 +286,7 @@ plate::assumed plate::makeassumed() const {
     for (int k = 0; k < 2; ++k) h.middle[k] = h.frame.axes * vec2(lines.row(k).normalized());
     h.flexibility.setZero();
     h.work.setZero();
+    h.onbow.setZero();
     const mat3 compliance = rigidity.inverse();
     for (const surfacepoint& p : surfacepoints(4, 5)) {
         const surfaceshape n = shapesat(4, p.place);
@@ -214,6 +302,8 @@ plate::assumed plate::makeassumed() const {
             const vec2 at = h.frame.axes * ((1 - x) * s.at[k] + x * s.at[s.next(k)]) / h.size;
             addwork(momentsat(h, at), k, x, weight, h);
         }
+    for (int k = 0; k < 4; ++k) h.work += h.onbow.col(k) * bow[k];
+    addcommon(h);
     return h;
 }
 

@@ -23,8 +23,12 @@ class plate {
     using edgerows = Eigen::Matrix<double, 3, 6>;
     static moments momentsat(const assumed& h, const vec2& at);
     static void addflexibility(const moments& f, const mat3& compliance, double shear, assumed& h);
+    halfrow curvaturechange(const vec2& across) const;
+    void pairopposites(const element& e);
     edgerows edgemotion(int k, double x) const;
+    vec3 bowmotion(int k, double x) const;
     void addwork(const moments& f, int k, double x, double weight, assumed& h) const;
+    void addcommon(assumed& h) const;
     assumed makeassumed() const;
     mat3 loosened(const element& e) const;
     halfmatrix trianglestiffness() const;
@@ -39,5 +43,7 @@ class plate {
     double thickness;
     double area;
     halfrow bow[mostnodes];    // by which the rotation along an edge leaves the straight line
-    halfrow slide[mostnodes];  // shear strain along an edge
+    halfrow whole[mostnodes];  // shear strain along an edge that does not bow
+    halfrow slide[mostnodes];  // and when it does
+    halfrow common[2];         // that a quadrilateral's edge 0 or 1 shares with the one opposite
 };

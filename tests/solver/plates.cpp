@@ -190,3 +190,39 @@ TEST(Verification, SupportedPlateWithAFreeEdge) {
                 0.0128524, moved(solvebalanced(b), 1, at.number(n / 2, n), 3), tolerance);
         }
 }
+
+// A strip on two clamps, one of which moves, by Timoshenko's beam: F l^3 / 12 E I + F l / k G A.
+// The bending varies along each element, most where one is as long as the strip.
+TEST(Verification, ThickStripsBetweenClamps) {
+    struct mesh {
+        int nx, ny;
+        double lean, tolerance;  // of the edges across, in widths
+    };
+    for (const int type : {typeplate4, typeshell4, typeplate3})
+        for (const double thickness : {0.4, 0.8})
+            for (const auto& [nx, ny, lean, tolerance] :
+                 {mesh{1, 1, 0, 1e-6}, {1, 3, 0, 1e-6}, {2, 2, 0, 1e-6}, {4, 1, 0.5, 0.06}}) {
+                if (type == typeplate3 && nx < 4) continue;
+                const double length = 8, width = 1, modulus = 1e6;
+                build b;
+                const grid at =
+                    b.mesh(type, b.plate(modulus, 0, thickness), nx, ny, [&](double r, double s) {
+                        const double i = std::round(r * nx);
+                        const bool ends = i == 0 || i == nx;
+                        const double way = std::fmod(i, 2) == 0 ? 1 : -1;
+                        return vec3(length * r + (ends ? 0 : way * lean * (2 * s - 1)), s, 0);
+                    });
+                b.fix(at.left(), clamped), b.fix(at.right(), {1, 2, 4, 5, 6});
+                b.spread(1, at.right(), 3, 1);
+                const double section = width * thickness;
+                const double truth =
+                    std::pow(length / thickness, 2) * length / (modulus * section) +
+                    length / (5.0 / 6 * modulus / 2 * section);
+                const std::string name = "Strip between clamps, l / t = " +
+                                         std::to_string(std::lround(length / thickness)) +
+                                         (lean > 0 ? ", trapezoids" : "");
+                row("closed", name, meshname(type, nx, ny), 0, truth,
+                    moved(solvebalanced(b), 1, at.number(nx, 0), 3),
+                    type == typeplate3 ? 0.02 : tolerance);
+            }
+}

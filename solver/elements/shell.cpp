@@ -127,7 +127,7 @@ struct membraneload {
 // What has to act on the corners where the membrane holds a load by this stress, force a length in
 // the mean axes, so that it needs no bending for that on any mesh. The element's own forces of the
 // stress, as far as they point along the normal of the surface at each corner; that is the
-// paraboloid which the neighbours tell.
+// paraboloid which the neighbours tell, and more at the ends of a surface.
 //
 // The membrane's edges bow with the rotations, so a stress N across an edge of length l turns its
 // ends about the element's normal by moments bow N l l / 12. In a flat plate those of the neighbour
@@ -142,9 +142,11 @@ static halfrow balanceof(const element& e, const flatshape& s, const mat2& stres
     }
     if (s.corners == 4) addarms(s, force);
     halfrow balance = halfrow::Zero(3 * s.corners);
-    for (int c = 0; c < s.corners; ++c)
-        balance[3 * c] =
-            force.block<1, 2>(0, 6 * c).dot(curvature * s.at[c] - slope) + force(0, 6 * c + 2);
+    for (int c = 0; c < s.corners; ++c) {
+        const vec2 further(e.fold->normal[c][0], e.fold->normal[c][1]);
+        balance[3 * c] = force.block<1, 2>(0, 6 * c).dot(curvature * s.at[c] - slope + further) +
+                         force(0, 6 * c + 2);
+    }
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);
         const vec2 out(s.along[k].y(), -s.along[k].x());

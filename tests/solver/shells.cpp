@@ -202,6 +202,40 @@ TEST(Shells, RingsOfOneRowWidenUnderPressure) {
             }
 }
 
+// Widening of the free edge of a cone under pressure over what its hoop stress there tells,
+// p R / cos. The curvature changes along the cone, and its last row bears on that alone.
+static double conewidened(double angle, int rows, bool reversed) {
+    const double modulus = 1e7, thickness = 0.1, wide = 10, narrow = 5;
+    build b;
+    const grid at = b.mesh(typeshell4, b.plate(modulus, 0.3, thickness), 2 * rows / 3, rows,
+                           [&](double r, double s) {
+                               return around(wide + (narrow - wide) * s, right * r,
+                                             s * (wide - narrow) / std::tan(angle));
+                           });
+    if (reversed)
+        for (elementdef& e : b.m.elements) std::reverse(e.node, e.node + 4);
+    b.fix(at.left(), {2, 4, 6}), b.fix(at.right(), {1, 5, 6});
+    b.fix(at.bottom(), {1, 2, 3, 4, 5, 6});
+    b.pressall(1, 3, reversed ? -1 : 1);
+    const results r = solvebalanced(b);
+    double widened = 0;
+    for (const int n : at.top()) {
+        const vec3& place = b.m.nodes[std::size_t(n)];
+        widened += movedby(r, 1, n).dot(vec3(place.x(), place.y(), 0)) / narrow;
+    }
+    const double truth = narrow * narrow / std::cos(angle) / (modulus * thickness);
+    return widened / double(at.top().size()) / truth;
+}
+
+TEST(Shells, ConesWidenAtAFreeEdge) {
+    for (const int degrees : {15, 30, 45})
+        for (const int rows : {6, 12})
+            for (const bool reversed : {false, true})
+                EXPECT_NEAR(conewidened(degrees * right / 90, rows, reversed), 1,
+                            rows == 6 ? 0.02 : 0.01)
+                    << degrees << " degrees, " << rows << " rows";
+}
+
 // Equal forces at the nodes in place of a pressure: triangles bend at their folds, and that is told
 // wherever it widens the ring by more than 0.13 of it; quadrilaterals and fine meshes are right.
 TEST(Shells, ForcesAtTheNodesOfTrianglesAreToldWhereTheyBendFolds) {

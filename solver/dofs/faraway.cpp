@@ -195,6 +195,15 @@ std::vector<float> flatness(const model& m, const settings& s, const dofmap& d) 
     return angle;
 }
 
+double angleof(const dofmap& d, const std::vector<float>& angle, int owner) {
+    const int b = d.bodyof[std::size_t(owner)];
+    if (b < 0) return angle[std::size_t(owner)];
+    double most = leastangle;
+    for (const int n : d.bodies[std::size_t(b)].nodes)
+        most = std::max(most, double(angle[std::size_t(n)]));
+    return most;
+}
+
 // --- places rounded otherwise -------------------------------------------------------------------
 
 // A number of -1..1 that goes with another by chance: Steele, Lea and Flood, Fast splittable

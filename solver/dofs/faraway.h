@@ -12,6 +12,8 @@ const double quietangle = 0.03;  // what rounding tilts by more than this is tol
 
 // By node: the angle, radians, up to which what meets there counts as one plane or one line.
 std::vector<float> flatness(const model& m, const settings& s, const dofmap& d);
+// The same of an owner: of its node or of any node of its body, whichever is most.
+double angleof(const dofmap& d, const std::vector<float>& angle, int owner);
 
 // Angle by which rounding may tilt an element.
 double tiltof(const element& e);

@@ -6,20 +6,17 @@
 
 #include "solver/elements/catalogue.h"
 #include "solver/elements/folds.h"
+#include "solver/elements/supports.h"
 #include "solver/processes/ranks.h"
 
-// What supports hold of a node: bits 0..5. None of the rotations where it has a moment, an inertia
-// or a given rotation.
-static std::vector<char> heldfreedoms(const model& m) {
-    const int turns = 0b111000, own = 1 << 6;
-    std::vector<char> nodes(m.nodes.size(), 0);
-    for (const nodalrow& row : m.constraints)
-        nodes[std::size_t(row.node)] |=
-            char(1 << (row.dof - 1) | (row.dof > 3 && row.value != 0 ? own : 0));
+// What supports hold of the nodes; none of the rotations where one has a moment, an inertia or a
+// given rotation.
+static supportbits heldfreedoms(const model& m) {
+    supportbits nodes = supportsof(m);
     for (const loadcase& one : m.cases)
         for (const nodalrow& row : one.nodal)
-            if (row.dof > 3) nodes[std::size_t(row.node)] |= char(own);
-    for (char& held : nodes) held &= char((held & own) != 0 ? ~(turns | own) : ~own);
+            if (row.dof > 3) nodes[std::size_t(row.node)] |= turngiven;
+    for (std::uint8_t& held : nodes) held &= (held & turngiven) != 0 ? allways : allways | allturns;
     return nodes;
 }
 
@@ -47,7 +44,7 @@ static bool holdsinplane(int held, const vec3& normal) {
 
 // The mean normal of the plates and shells at a node, 0 where they are no single surface or
 // give way.
-static vec3 normalat(const model& m, const cornerlist& corners, const std::vector<char>& held,
+static vec3 normalat(const model& m, const cornerlist& corners, const supportbits& held,
                      std::size_t n) {
     vec3 sum = vec3::Zero(), first = vec3::Zero();
     for (const corner& one : corners.of(n)) {
@@ -95,7 +92,7 @@ class clampfinder {
 
     const model& m;
     const cornerlist& corners;
-    std::vector<char> held;     // what supports hold, bits 0..5
+    supportbits held;           // what supports hold, bits 0..5
     std::vector<char> surface;  // 1: all that turns is one surface
     std::vector<char> count;    // of clamped edges, up to two
 };

@@ -14,6 +14,7 @@
 #include "solver/elements/drill.h"
 #include "solver/elements/edgebits.h"
 #include "solver/elements/folds.h"
+#include "solver/elements/supports.h"
 
 namespace {
 struct side {
@@ -50,21 +51,14 @@ static void eachside(const model& m, const cornerlist& corners, auto use) {
 // --- folds --------------------------------------------------------------------------------------
 
 // Directions across which a node lies in a plane of symmetry by its supports: bits 0..2.
-static std::vector<char> mirrorsof(const model& m) {
-    const int translations = 0b111, moved = 1 << 6;
-    std::vector<char> nodes(m.nodes.size(), 0);
-    for (const nodalrow& row : m.constraints)
-        nodes[std::size_t(row.node)] |= char(row.value == 0 ? 1 << (row.dof - 1) : moved);
-    for (char& at : nodes) {
-        const int held = at;
-        at = 0;
-        if ((held & moved) != 0 || (held & translations) == translations) continue;
-        for (int k = 0; k < 3; ++k) {
-            const int symmetric = 1 << k | (0b111000 & ~(8 << k));
-            if ((held & symmetric) == symmetric) at |= char(1 << k);
-        }
+static int mirrorsof(int held) {
+    int mirrors = 0;
+    if ((held & (waygiven | turngiven)) != 0 || (held & allways) == allways) return mirrors;
+    for (int k = 0; k < 3; ++k) {
+        const int symmetric = 1 << k | (allturns & ~(8 << k));
+        if ((held & symmetric) == symmetric) mirrors |= 1 << k;
     }
-    return nodes;
+    return mirrors;
 }
 
 // others: those at the same edge, with one among them. A surface ends where another meets it.
@@ -106,15 +100,15 @@ static void sharefollowed(model& m, const settings& s, const cornerlist& corners
     });
 }
 
-static void foldshells(model& m, const settings& s, const cornerlist& corners) {
+static void foldshells(model& m, const settings& s, const cornerlist& corners,
+                       const supportbits& held) {
     const double flat = 1e-6;  // radians: no surface turns by less
     if (std::ranges::all_of(m.curve, [&](double turned) { return turned < flat; })) return;
     std::vector<edgeneighbours> neighbours(m.elements.size(), edgeneighbours{});
-    const std::vector<char> mirrors = mirrorsof(m);
     eachside(m, corners, [&](std::size_t n, const side& one, std::span<const side> here) {
         if (isshell(m.elements[std::size_t(one.element)].type))
-            neighbours[std::size_t(one.element)][std::size_t(one.edge)] =
-                neighbourat(m, one, here, mirrors[n] & mirrors[std::size_t(one.far)]);
+            neighbours[std::size_t(one.element)][std::size_t(one.edge)] = neighbourat(
+                m, one, here, mirrorsof(held[n]) & mirrorsof(held[std::size_t(one.far)]));
     });
     measurefolds(m, s, std::move(neighbours));
     sharefollowed(m, s, corners);
@@ -124,12 +118,11 @@ static void foldshells(model& m, const settings& s, const cornerlist& corners) {
 
 static const int onbar = 8, inplane = 16;
 
-// Rotations that supports hold, bits 0..2, nodes whose rotations bars share, and clamped ones, which
-// turn about the normal.
-static std::vector<char> heldturns(const model& m) {
+// Rotations that supports hold, bits 0..2, nodes whose rotations bars share, and clamped ones,
+// which turn about the normal.
+static std::vector<char> heldturns(const model& m, const supportbits& held) {
     std::vector<char> nodes(m.nodes.size(), 0);
-    for (const nodalrow& row : m.constraints)
-        if (row.dof > 3) nodes[std::size_t(row.node)] |= char(1 << (row.dof - 4));
+    for (std::size_t n = 1; n < nodes.size(); ++n) nodes[n] = char((held[n] & allturns) >> 3);
     for (const clampednode& c : m.clamped) nodes[std::size_t(c.node)] |= char(inplane);
     for (const elementdef& e : m.elements)
         if (e.type == typebeam || e.type == typepipe || e.type == typerigid)
@@ -149,16 +142,9 @@ static bool isfree(const model& m, const elementdef& e, int both) {
 
 // --- straight edges -----------------------------------------------------------------------------
 
-// Translations that supports hold, bits 0..2.
-static std::vector<char> heldways(const model& m) {
-    std::vector<char> nodes(m.nodes.size(), 0);
-    for (const nodalrow& row : m.constraints)
-        if (row.dof <= 3) nodes[std::size_t(row.node)] |= char(1 << (row.dof - 1));
-    return nodes;
-}
-
 // ways, turns: what is held at both ends of a shell's edge, which has no other shell. Supports take
-// what pulls across it but leave its ends free to turn in the plane, as they do where it is clamped.
+// what pulls across it but leave its ends free to turn in the plane, as they do where it is
+// clamped.
 static bool isheldstraight(const model& m, const side& one, int ways, int turns) {
     if (ways == 0) return false;
     const elementdef& e = m.elements[std::size_t(one.element)];
@@ -235,11 +221,12 @@ void measureedges(model& m, const settings& s, const cornerlist& corners) {
             if (bends(m.elements[std::size_t(e)].type))
                 own[std::size_t(e)] = slipofedges(elementat(m, s, e));
     });
-    foldshells(m, s, corners);
-    const std::vector<char> ways = heldways(m), turns = heldturns(m), lone = lonenodes(m);
+    const supportbits held = supportsof(m);
+    foldshells(m, s, corners, held);
+    const std::vector<char> turns = heldturns(m, held), lone = lonenodes(m);
     m.slip = own;
     eachside(m, corners, [&](std::size_t n, const side& one, std::span<const side> here) {
-        shareedge(m, one, here, own, ways[n] & ways[std::size_t(one.far)],
+        shareedge(m, one, here, own, held[n] & held[std::size_t(one.far)] & allways,
                   turns[n] & turns[std::size_t(one.far)], lone[n] && lone[std::size_t(one.far)]);
     });
 }

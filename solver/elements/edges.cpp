@@ -118,15 +118,23 @@ static void foldshells(model& m, const settings& s, const cornerlist& corners,
 
 static const int onbar = 8, inplane = 16;
 
-// Rotations that supports hold, bits 0..2, nodes whose rotations bars share, and clamped ones,
-// which turn about the normal.
+// Whether an element that is no plate resists rotations of its nodes.
+static bool sharesturns(const model& m, const elementdef& e) {
+    if (e.type == typespring || e.type == typespringr || e.type == typespring2)
+        return !m.groups[std::size_t(e.group)].spring.bottomRightCorner<3, 3>().isZero(0);
+    return e.type == typebeam || e.type == typepipe || e.type == typerigid;
+}
+
+// Rotations that supports hold, bits 0..2, nodes whose rotations bars or springs share, and clamped
+// ones, which turn about the normal.
 static std::vector<char> heldturns(const model& m, const supportbits& held) {
     std::vector<char> nodes(m.nodes.size(), 0);
     for (std::size_t n = 1; n < nodes.size(); ++n) nodes[n] = char((held[n] & allturns) >> 3);
     for (const clampednode& c : m.clamped) nodes[std::size_t(c.node)] |= char(inplane);
     for (const elementdef& e : m.elements)
-        if (e.type == typebeam || e.type == typepipe || e.type == typerigid)
-            for (int k = 0; k < 2; ++k) nodes[std::size_t(e.node[k])] |= char(onbar);
+        if (sharesturns(m, e))
+            for (int k = 0; k < factsof(e.type).nodes; ++k)
+                nodes[std::size_t(e.node[k])] |= char(onbar);
     return nodes;
 }
 

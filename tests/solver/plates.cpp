@@ -256,3 +256,33 @@ TEST(Verification, TwistedStrips) {
                 tolerance);
         }
 }
+
+// The edge along the cut is not free: what joins it hands on the rotations.
+TEST(Shells, StripsJoinedAlongTheirMiddleTwistAsOne) {
+    const double length = 8, width = 2, modulus = 1e6, thickness = 0.6, stiff = 1e10;
+    const int nx = 8;
+    for (const int type : {typeshell4, typeshell3}) {
+        double whole = 0;
+        for (const int joint : {0, int(typerigid), int(typespring2)}) {
+            build b;
+            const int g = b.plate(modulus, 0.3, thickness);
+            const auto part = [&](double from, int rows) {
+                return b.mesh(type, g, nx, rows, [&](double r, double s) {
+                    return vec3(length * r, width * (from + s * rows) / 2, 0);
+                });
+            };
+            const grid at = part(0, joint == 0 ? 2 : 1), other = joint == 0 ? at : part(1, 1);
+            const int by = joint == typespring2 ? b.spring(stiff * mat6::Identity()) : b.group({});
+            for (int i = 0; i <= nx && joint != 0; ++i)
+                b.element(joint, by, {at.number(i, 1), other.number(i, 0)});
+            for (const grid& half : {at, other}) b.fix(half.left(), {1, 2, 3, 4, 5, 6});
+            const int near = at.number(nx, 0), far = other.top().back();
+            b.load(1, near, 3, -1);
+            b.load(1, far, 3, 1);
+            const results r = solvebalanced(b);
+            const double twist = moved(r, 1, far, 3) - moved(r, 1, near, 3);
+            if (joint == 0) whole = twist;
+            EXPECT_NEAR(twist / whole, 1, 1e-4) << type << " joined by " << joint;
+        }
+    }
+}

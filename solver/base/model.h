@@ -55,9 +55,8 @@ struct edgeslip {
 // the angle between its normal and its neighbour's, positive where the neighbour's leans outward.
 // slope and bend: the surface over the mean plane is, at a place p from the middle of the corners
 // and in the mean axes, slope p - p bend p / 2 high. bend: xx, yy, xy, a length. normal: by corner,
-// by how much that surface's normal leans further there at the ends of a surface, where the change
-// of its curvature counts. followed: the part of the rotations at its ends that an edge follows,
-// the least of the shells that have it.
+// by how much the normal of the surface leans further there by all elements at the node. followed:
+// the part of the rotations at its ends that an edge follows, the least of the shells that have it.
 struct edgefold {
     double fold[mostnodes] = {}, slope[2] = {}, bend[3] = {}, normal[mostnodes][2] = {};
     float followed[mostnodes] = {1, 1, 1, 1};

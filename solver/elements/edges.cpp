@@ -14,6 +14,7 @@
 #include "solver/elements/drill.h"
 #include "solver/elements/edgebits.h"
 #include "solver/elements/folds.h"
+#include "solver/elements/nodenormals.h"
 #include "solver/elements/supports.h"
 
 namespace {
@@ -49,17 +50,6 @@ static void eachside(const model& m, const cornerlist& corners, auto use) {
 }
 
 // --- folds --------------------------------------------------------------------------------------
-
-// Directions across which a node lies in a plane of symmetry by its supports: bits 0..2.
-static int mirrorsof(int held) {
-    int mirrors = 0;
-    if ((held & (waygiven | turngiven)) != 0 || (held & allways) == allways) return mirrors;
-    for (int k = 0; k < 3; ++k) {
-        const int symmetric = 1 << k | (allturns & ~(8 << k));
-        if ((held & symmetric) == symmetric) mirrors |= 1 << k;
-    }
-    return mirrors;
-}
 
 // others: those at the same edge, with one among them. A surface ends where another meets it.
 static int neighbourat(const model& m, const side& one, std::span<const side> others,
@@ -111,6 +101,7 @@ static void foldshells(model& m, const settings& s, const cornerlist& corners,
                 m, one, here, mirrorsof(held[n]) & mirrorsof(held[std::size_t(one.far)]));
     });
     measurefolds(m, s, std::move(neighbours));
+    sharenormals(m, s, corners, held);
     sharefollowed(m, s, corners);
 }
 

@@ -155,12 +155,6 @@ static void fitsurface(const model& m, const element& e, const edgeneighbours& n
 
 // --- all elements -------------------------------------------------------------------------------
 
-// Of a surface with the other normal, over the fold between them.
-static mat3 turnedover(const mat3& curvature, const vec3& other, const vec3& normal) {
-    const mat3 turn = Eigen::Quaterniond::FromTwoVectors(other, normal).toRotationMatrix();
-    return turn * curvature * turn.transpose();
-}
-
 // Mean over the neighbours whose curvature is known; they may be wound the other way. False: none
 // is.
 static bool guessed(const model& m, const settings& s, const elementdef& e,
@@ -173,7 +167,8 @@ static bool guessed(const model& m, const settings& s, const elementdef& e,
         vec3 other = normalof(m, m.elements[std::size_t(n)]);
         const double side = normal.dot(other) < 0 ? -1 : 1;
         other *= side;
-        guess += turnedover(side * curvatureof(m, s, n), other, normal);
+        const mat3 turn = Eigen::Quaterniond::FromTwoVectors(other, normal).toRotationMatrix();
+        guess += side * turn * curvatureof(m, s, n) * turn.transpose();
         ++count;
     }
     if (count > 0) guess /= count;
@@ -203,96 +198,6 @@ static void fitends(model& m, const settings& s, const std::vector<edgeneighbour
     }
 }
 
-// --- ends ---------------------------------------------------------------------------------------
-
-// The third derivatives of the surface's depth: xxx, xxy, xyy, yyy.
-using change = Eigen::Matrix<double, 4, 1>;
-
-// By how much the curvature is more at a place of the plane than in the middle.
-static mat2 moreat(const change& c, const vec2& at) {
-    const double xy = c[1] * at.x() + c[2] * at.y();
-    const double moved[3] = {c[0] * at.x() + c[1] * at.y(), c[2] * at.x() + c[3] * at.y(), xy};
-    return tensor(moved);
-}
-
-// By the curvature of the neighbours: of those that come nearest to it the least, in a measure that
-// no turn of the axes changes.
-static change changeof(const model& m, const settings& s, const element& e,
-                       const edgeneighbours& neighbours) {
-    const mat3 axes = meanaxes(e);
-    const vec3 middle = middleof(e), normal = axes.row(2);
-    const mat3 own = curvatureof(m, s, e.number);
-    const double root = std::sqrt(2.0), third = 1 / std::sqrt(3.0);
-    Eigen::Matrix<double, 3 * mostnodes, 4> rows = Eigen::Matrix<double, 3 * mostnodes, 4>::Zero();
-    Eigen::Matrix<double, 3 * mostnodes, 1> more = Eigen::Matrix<double, 3 * mostnodes, 1>::Zero();
-    for (int k = 0; k < e.nodes; ++k) {
-        const int n = neighbours[std::size_t(k)];
-        if (n == 0) continue;
-        vec3 there = middle, other = normal;
-        mat3 bend = own;
-        if (n > 0) {
-            there = middleof(elementat(m, s, n));
-            other = normalof(m, m.elements[std::size_t(n)]);
-            bend = curvatureof(m, s, n);
-        } else {
-            const int across = -n - 1;
-            there[across] = 2 * e.x[k][across] - there[across];
-            other[across] = -other[across];
-            bend.row(across) = -bend.row(across);
-            bend.col(across) = -bend.col(across);
-        }
-        const double side = normal.dot(other) < 0 ? -1 : 1;
-        const mat3 apart =
-            axes * (turnedover(side * bend, side * other, normal) - own) * axes.transpose();
-        const vec2 p = axes.topRows<2>() * (unrolled(e, k, normal, there) - middle);
-        const double x = p.x(), y = p.y();
-        rows.middleRows<3>(3 * k) << x, third * y, 0, 0,  //
-            0, root * third * x, root * third * y, 0,     //
-            0, 0, third * x, y;
-        more.segment<3>(3 * k) << apart(0, 0), root * apart(0, 1), apart(1, 1);
-    }
-    Eigen::Matrix4d square = rows.transpose() * rows;
-    const double size = square.trace(), little = 1e-5;
-    if (size == 0) return change::Zero();
-    square.diagonal().array() += little * size;
-    const change found = square.ldlt().solve(rows.transpose() * more);
-    return found.cwiseProduct(change(1, third, third, 1));
-}
-
-// The rows inside share between them what the curvature changes over an element; of the last one
-// nobody takes it up. There the normals at the corners are those of the cubic surface, less the
-// slope by which it meets the corners. Triangles find the curvature at other places than their
-// middles and would not gain.
-static void leanends(model& m, const settings& s, const std::vector<edgeneighbours>& neighbours) {
-    parallelpieces(m.nelems(), 4096, [&](int first, int last, int) {
-        for (int number = first + 1; number <= last; ++number) {
-            const edgeneighbours& around = neighbours[std::size_t(number)];
-            if (m.elements[std::size_t(number)].type != typeshell4 ||
-                std::ranges::find(around, 0) == around.end())
-                continue;
-            const element e = elementat(m, s, number);
-            const flatshape shape = flatten(e, meanaxes(e));
-            const change c = changeof(m, s, e, around);
-            mat2 square = mat2::Zero();
-            vec2 sum = vec2::Zero();
-            for (const vec2& p : shape.at) {
-                square += p * p.transpose();
-                sum += p * p.dot(moreat(c, p) * p) / 6;
-            }
-            const vec2 slope = square.inverse() * sum;
-            for (int k = 0; k < e.nodes; ++k) {
-                if (around[std::size_t(k)] != 0) continue;
-                for (const int corner : {k, shape.next(k)}) {
-                    const vec2& p = shape.at[corner];
-                    const vec2 lean = moreat(c, p) * p / 2 - slope;
-                    double* const normal = m.fold[std::size_t(number)].normal[corner];
-                    normal[0] = lean.x(), normal[1] = lean.y();
-                }
-            }
-        }
-    });
-}
-
 void measurefolds(model& m, const settings& s, std::vector<edgeneighbours> neighbours) {
     m.fold.assign(m.elements.size(), edgefold{});
     std::vector<char> known(m.elements.size(), 0);
@@ -307,5 +212,4 @@ void measurefolds(model& m, const settings& s, std::vector<edgeneighbours> neigh
         }
     });
     fitends(m, s, neighbours, known);
-    leanends(m, s, neighbours);
 }

@@ -127,7 +127,7 @@ struct membraneload {
 // What has to act on the corners where the membrane holds a load by this stress, force a length in
 // the mean axes, so that it needs no bending for that on any mesh. The element's own forces of the
 // stress, as far as they point along the normal of the surface at each corner; that is the
-// paraboloid which the neighbours tell, and more at the ends of a surface.
+// paraboloid which the neighbours tell, by the mean of what all find at the node.
 //
 // The membrane's edges bow with the rotations, so a stress N across an edge of length l turns its
 // ends about the element's normal by moments bow N l l / 12. In a flat plate those of the neighbour
@@ -176,6 +176,9 @@ static membraneload loadofmembrane(const element& e, const flatshape& s) {
     if (!(square > 0)) return load;
     load.part = curvature.squaredNorm() / square;
     load.weight = balanceof(e, s, curvature / (square * flatarea(s)));
+    double lack = load.part;  // by the means of the normals; what a load sums up to stays
+    for (int c = 0; c < s.corners; ++c) lack -= load.weight[3 * c];
+    for (int c = 0; c < s.corners; ++c) load.weight[3 * c] += lack / s.corners;
     return load;
 }
 

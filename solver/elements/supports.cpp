@@ -9,3 +9,13 @@ supportbits supportsof(const model& m) {
     }
     return nodes;
 }
+
+int mirrorsof(int held) {
+    int mirrors = 0;
+    if ((held & (waygiven | turngiven)) != 0 || (held & allways) == allways) return mirrors;
+    for (int k = 0; k < 3; ++k) {
+        const int symmetric = 1 << k | (allturns & ~(8 << k));
+        if ((held & symmetric) == symmetric) mirrors |= 1 << k;
+    }
+    return mirrors;
+}

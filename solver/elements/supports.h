@@ -13,3 +13,7 @@ using supportbits = std::vector<std::uint8_t>;
 const int allways = 0b111, allturns = 0b111000, waygiven = 1 << 6, turngiven = 1 << 7;
 
 supportbits supportsof(const model& m);  // by node
+
+// Of a node of which this is held: the directions, bits 0..2, across which it lies in a plane of
+// symmetry.
+int mirrorsof(int held);

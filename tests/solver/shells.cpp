@@ -202,6 +202,18 @@ TEST(Shells, RingsOfOneRowWidenUnderPressure) {
             }
 }
 
+// What a pressure of 1 on all elements sums up to.
+static vec3 pressuresum(const build& b) {
+    vec3 sum = vec3::Zero();
+    for (int e = 1; e <= b.m.nelems(); ++e) {
+        const auto at = [&](int k) {
+            return b.m.nodes[std::size_t(b.m.elements[std::size_t(e)].node[k])];
+        };
+        sum += (at(2) - at(0)).cross(at(3) - at(1)) / 2;
+    }
+    return sum;
+}
+
 // Widening of the free edge of a cone under pressure over what its hoop stress there tells,
 // p R / cos. The curvature changes along the cone, and its last row bears on that alone.
 static double conewidened(double angle, int rows, bool reversed) {
@@ -218,6 +230,9 @@ static double conewidened(double angle, int rows, bool reversed) {
     b.fix(at.bottom(), {1, 2, 3, 4, 5, 6});
     b.pressall(1, 3, reversed ? -1 : 1);
     const results r = solvebalanced(b);
+    vec3 held = pressuresum(b) * (reversed ? -1 : 1);
+    for (int n = 1; n <= b.m.nnodes(); ++n) held += reactedby(r, 1, n);
+    EXPECT_LT(held.norm(), 1e-9 * wide * wide);
     double widened = 0;
     for (const int n : at.top()) {
         const vec3& place = b.m.nodes[std::size_t(n)];
@@ -232,7 +247,7 @@ TEST(Shells, ConesWidenAtAFreeEdge) {
         for (const int rows : {6, 12})
             for (const bool reversed : {false, true})
                 EXPECT_NEAR(conewidened(degrees * right / 90, rows, reversed), 1,
-                            rows == 6 ? 0.02 : 0.01)
+                            rows == 6 ? 0.025 : 0.01)
                     << degrees << " degrees, " << rows << " rows";
 }
 

@@ -109,10 +109,24 @@ static void foldshells(model& m, const settings& s, const cornerlist& corners,
 
 static const int onbar = 8, inplane = 16;
 
-// Whether an element that is no plate resists rotations of its nodes.
-static bool sharesturns(const model& m, const elementdef& e) {
-    if (e.type == typespring || e.type == typespringr || e.type == typespring2)
-        return !m.groups[std::size_t(e.group)].spring.bottomRightCorner<3, 3>().isZero(0);
+// The least that plates and shells resist bending by, a moment.
+static double leastrigidity(const model& m) {
+    double least = HUGE_VAL;
+    for (const elementdef& e : m.elements) {
+        if (!bends(e.type)) continue;
+        const groupdata& g = m.groups[std::size_t(e.group)];
+        least = std::min(least, g.field[fieldmodulus] * std::pow(g.field[fieldthickness], 3) / 12);
+    }
+    return least;
+}
+
+// Whether an element that is no plate resists rotations of its nodes; a spring that is softer than
+// the plates does not count.
+static bool sharesturns(const model& m, const elementdef& e, double rigidity) {
+    if (e.type == typespring || e.type == typespringr || e.type == typespring2) {
+        const auto turns = m.groups[std::size_t(e.group)].spring.bottomRightCorner<3, 3>();
+        return turns.cwiseAbs().maxCoeff() > rigidity;
+    }
     return e.type == typebeam || e.type == typepipe || e.type == typerigid;
 }
 
@@ -122,8 +136,9 @@ static std::vector<char> heldturns(const model& m, const supportbits& held) {
     std::vector<char> nodes(m.nodes.size(), 0);
     for (std::size_t n = 1; n < nodes.size(); ++n) nodes[n] = char((held[n] & allturns) >> 3);
     for (const clampednode& c : m.clamped) nodes[std::size_t(c.node)] |= char(inplane);
+    const double rigidity = leastrigidity(m);
     for (const elementdef& e : m.elements)
-        if (sharesturns(m, e))
+        if (sharesturns(m, e, rigidity))
             for (int k = 0; k < factsof(e.type).nodes; ++k)
                 nodes[std::size_t(e.node[k])] |= char(onbar);
     return nodes;

@@ -249,7 +249,7 @@ bool iscurved(const element& e) {
     return e.fold != nullptr && cubicpart(e, flatten(e, meanaxes(e))) < 1;
 }
 
-void balancemembrane(const element& e, const mat3* membrane, elvector& f) {
+void balancemembrane(const element& e, const mat3& membrane, elvector& f) {
     const flatshape s = flatten(e, meanaxes(e));
     const mat2 curvature = curvatureof(*e.fold);
     const double square = leastsquare(e, s, curvature);
@@ -261,10 +261,10 @@ void balancemembrane(const element& e, const mat3* membrane, elvector& f) {
     const halfrow y = balanceof(e, s, unit);
     unit(1, 1) = 0, unit(0, 1) = unit(1, 0) = 1;
     const halfrow xy = balanceof(e, s, unit);
+    mat2 rest = plane * membrane * plane.transpose();
+    rest -= rest.cwiseProduct(curvature).sum() / square * curvature;
     f.resize(6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
-        mat2 rest = plane * membrane[c] * plane.transpose();
-        rest -= rest.cwiseProduct(curvature).sum() / square * curvature;
         const vec3 local = (rest(0, 0) * x + rest(1, 1) * y + rest(0, 1) * xy).segment<3>(3 * c);
         f.segment<3>(6 * c) = local[0] * s.axes.row(2);
         f.segment<3>(6 * c + 3) = plane.transpose() * local.tail<2>();

@@ -14,6 +14,7 @@
 #include "solver/elements/folds.h"
 #include "solver/elements/meanplane.h"
 #include "solver/elements/shell.h"
+#include "solver/elements/supports.h"
 #include "solver/processes/ranks.h"
 #include "solver/results/worstnode.h"
 
@@ -24,10 +25,13 @@ struct meeting {
     double angle = 0;            // of their corners, 2 pi all round
     double area = 0, thickness = INFINITY;
     int shells = 0;
-    bool smooth = true;
+    bool smooth = true, besidesupport = false;
 
-    // The surface goes on all round; at its ends and folds more than the membrane holds a node.
-    bool inside() const { return smooth && std::fabs(angle - 2 * EIGEN_PI) < 0.5; }
+    // The surface goes on all round; at its ends and folds more than the membrane holds a node, and
+    // beside supports the shell does bend.
+    bool inside() const {
+        return smooth && !besidesupport && std::fabs(angle - 2 * EIGEN_PI) < 0.5;
+    }
 };
 
 struct curvedshells {
@@ -37,15 +41,15 @@ struct curvedshells {
 
 // What a case has at the nodes.
 struct nodestates {
-    double largest = 0;          // stress of curved shells, of any kind
-    std::vector<mat3> membrane;  // sum over the shells, force a length, model axes
-    std::vector<vec6> left;      // forces and moments that nothing balances
+    double largest = 0;      // stress of curved shells, of any kind
+    std::vector<vec6> left;  // forces and moments that nothing balances
 };
 }  // namespace
 
 static curvedshells findcurved(const model& m, const settings& s, const platestresses& p) {
     curvedshells found;
     found.nodes.resize(m.nodes.size());
+    const supportbits supports = supportsof(m);
     for (std::size_t i = 0; i < p.elements.size(); ++i) {
         const int number = p.elements[i];
         const element e = elementat(m, s, number);
@@ -54,9 +58,14 @@ static curvedshells findcurved(const model& m, const settings& s, const platestr
         const flatshape shape = flatten(e, meanaxes(e));
         const bool curved = iscurved(e);
         if (curved) found.elements.push_back(int(i));
+        const bool held = std::any_of(e.node, e.node + e.nodes, [&](int n) {
+            const int here = supports[std::size_t(n)];
+            return here != 0 && mirrorsof(here) == 0;
+        });
         for (int c = 0; c < e.nodes; ++c) {
             meeting& at = found.nodes[std::size_t(e.node[c])];
             if (at.shells++ == 0) at.normal = normal;
+            at.besidesupport |= held;
             at.smooth &= curved && continues(at.normal, normal);
             const double cosine = -shape.along[c].dot(shape.along[(c + e.nodes - 1) % e.nodes]);
             at.angle += std::acos(std::clamp(cosine, -1.0, 1.0));
@@ -85,41 +94,36 @@ static double principal(const double* stress) {
            std::hypot((stress[0] - stress[1]) / 2, stress[2]);
 }
 
-static void addmembranes(const model& m, const settings& s, const platestresses& p, int lc,
-                         const curvedshells& shells, nodestates& nodes) {
+static double largeststress(const model& m, const platestresses& p, int lc,
+                            const curvedshells& shells) {
+    double largest = 0;
     for (const int i : shells.elements) {
-        const element e = elementat(m, s, p.elements[std::size_t(i)]);
+        const elementdef& e = m.elements[std::size_t(p.elements[std::size_t(i)])];
         const double* const stress = p.of(lc, p.first[std::size_t(i)]);
-        for (int k = 0; k < platevalues * e.nodes; k += 3)
-            nodes.largest = std::max(nodes.largest, principal(stress + k));
-        const mat3 membrane = membraneof(e, stress);
-        for (int c = 0; c < e.nodes; ++c) nodes.membrane[std::size_t(e.node[c])] += membrane;
+        for (int k = 0; k < platevalues * factsof(e.type).nodes; k += 3)
+            largest = std::max(largest, principal(stress + k));
     }
+    allranks().most(&largest, 1);
+    return largest;
 }
 
 // By the elements of this process, then of all.
 static void addleft(const model& m, const settings& s, const dofmap& d, const platestresses& p,
-                    const curvedshells& shells, nodestates& nodes) {
+                    int lc, const curvedshells& shells, nodestates& nodes) {
     const int count = int(shells.elements.size()), batch = 8192;
-    const auto numberof = [&](int i) {
-        return p.elements[std::size_t(shells.elements[std::size_t(i)])];
-    };
+    const auto placeof = [&](int i) { return std::size_t(shells.elements[std::size_t(i)]); };
     std::vector<elvector> forces(std::size_t(std::min(batch, count)));
     for (int begin = 0; begin < count; begin += batch) {
         const int size = std::min(batch, count - begin);
         parallelpieces(size, 256, [&](int first, int last, int) {
             for (int i = first; i < last; ++i) {
-                const element e = elementat(m, s, numberof(begin + i));
-                mat3 at[mostnodes];
-                for (int c = 0; c < e.nodes; ++c) {
-                    const auto n = std::size_t(e.node[c]);
-                    at[c] = nodes.membrane[n] / shells.nodes[n].shells;
-                }
-                balancemembrane(e, at, forces[std::size_t(i)]);
+                const std::size_t place = placeof(begin + i);
+                const element e = elementat(m, s, p.elements[place]);
+                balancemembrane(e, membraneof(e, p.of(lc, p.first[place])), forces[std::size_t(i)]);
             }
         });
         for (int i = 0; i < size; ++i) {
-            const int number = numberof(begin + i);
+            const int number = p.elements[placeof(begin + i)];
             const elementdef& e = m.elements[std::size_t(number)];
             for (int c = 0; c < factsof(e.type).nodes && isown(m, number); ++c)
                 nodes.left[std::size_t(e.node[c])] += forces[std::size_t(i)].segment<6>(6 * c);
@@ -158,7 +162,7 @@ static void roughen(const model& m, const dofmap& d, const platestresses& p,
 
 // At the nodes of this process: stress over the largest of the case.
 static worstnode bendingat(const model& m, const dofmap& d, const std::vector<meeting>& met,
-                           const nodestates& nodes, double largest) {
+                           const nodestates& nodes) {
     worstnode found;
     const double little = 0.1;
     // Of the bending stress of a plate that takes all of it over the width of an element, by tori
@@ -169,7 +173,7 @@ static worstnode bendingat(const model& m, const dofmap& d, const std::vector<me
         if (!at.inside() || !d.nodes->counts(std::size_t(n - 1))) continue;
         const vec6& left = nodes.left[std::size_t(n)];
         const double moment = left.head<3>().norm() + left.tail<3>().norm() / std::sqrt(at.area);
-        double stress = part * 6 * moment / (at.thickness * at.thickness * largest);
+        double stress = part * 6 * moment / (at.thickness * at.thickness * nodes.largest);
         if (!(stress > little)) continue;
         stress = std::round(100 * stress) / 100;  // of nodes alike the first, however they round
         found.meet(m, n, stress);
@@ -200,16 +204,13 @@ void warnfalsebending(const model& m, const settings& s, const dofmap& d, const 
     const curvedshells shells = findcurved(m, s, p);
     for (int lc = 1; lc <= cases; ++lc) {
         nodestates nodes;
-        nodes.membrane.assign(m.nodes.size(), mat3::Zero());
         nodes.left.assign(m.nodes.size(), vec6::Zero());
-        addmembranes(m, s, p, lc, shells, nodes);
-        double largest = nodes.largest;
-        allranks().most(&largest, 1);
-        if (largest > 0) {
-            addleft(m, s, d, p, shells, nodes);
+        nodes.largest = largeststress(m, p, lc, shells);
+        if (nodes.largest > 0) {
+            addleft(m, s, d, p, lc, shells, nodes);
             roughen(m, d, p, shells, nodes);
         }
-        warncase(largest > 0 ? bendingat(m, d, shells.nodes, nodes, largest) : worstnode{}, m, lc,
+        warncase(nodes.largest > 0 ? bendingat(m, d, shells.nodes, nodes) : worstnode{}, m, lc,
                  log);
     }
 }

@@ -351,7 +351,10 @@ results solvemodel(model& m, const settings& s, int doftype, const wanted& what,
     m.fold.clear();
     checkelements(m, s);
     telltwins(m, log);
-    for (int lc = 1; lc <= m.ncases(); ++lc) checkwaveloads(m, s, lc, log);
+    for (int lc = 1; lc <= m.ncases(); ++lc) {
+        checkacceleration(m, lc, log);
+        checkwaveloads(m, s, lc, log);
+    }
     checkfaraway(m, s, log);
     measureneighbours(m, s);
     results r;

@@ -34,6 +34,25 @@ void absentloads::addothers() {
     *this = {long(all), int(-most[2]), int(most[3]), most[1]};
 }
 
+void checkacceleration(const model& m, int lc, runlog& log) {
+    const loadcase& c = m.cases[std::size_t(lc)];
+    if (c.type < caseaccx || c.type > caseaccrz) return;
+    const std::string name = "Load case " + std::to_string(lc) + " \"" + c.name + "\"";
+    const double elements = c.par[accelementmass];
+    if (elements != 0 && elements != 1)
+        refuse(name + " has " + shortnumber(elements) +
+               " where its masses of elements are off (0) or on (1); correct it");
+    const auto below =
+        std::ranges::count_if(c.nodal, [](const nodalrow& r) { return r.value < 0; });
+    if (below == 0) return;
+    const auto first = std::ranges::find_if(c.nodal, [](const nodalrow& r) { return r.value < 0; });
+    log.warn(name + ": " + std::to_string(below) +
+                 " nodal mass(es) are below 0, the first at node " +
+                 std::to_string(m.nameofnode(first->node)) +
+                 "; what they load goes the other way. Forces belong into a case of applied loads",
+             lc);
+}
+
 caseloads::caseloads(const model& whole, const settings& set, int lc)
     : caseloads(whole, set, whole.cases[std::size_t(lc)], lc, inertia::spread) {}
 

@@ -10,6 +10,9 @@
 #include "solver/loads/edgeloads.h"
 #include "solver/loads/waveloads.h"
 
+// Refuses a case of acceleration with a switch that is none; tells masses below 0.
+void checkacceleration(const model& m, int lc, runlog& log);
+
 // Loads in directions that the analysis does not have.
 struct absentloads {
     long count = 0;

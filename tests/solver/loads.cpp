@@ -149,3 +149,24 @@ TEST(Prescribed, DisplacementsAndRotationsMoveTheNodeAndLoadTheRest) {
         e / 2.6 * 3e4 / l * given[3]};
     for (int k = 0; k < 4; ++k) EXPECT_NEAR(reacted(r, 1, 2, k + 1), wanted[k], 1e-4) << k;
 }
+
+TEST(Acceleration, SwitchesThatAreNoneAndMassesBelowZeroAreTold) {
+    for (const double elements : {0.0, 1.0, 2.0, -1.0, 0.5}) {
+        build b;
+        b.single(typebeam, b.bar(1, 1, {1, 1, 1}), {{0, 0, 0}, {1, 0, 0}});
+        b.fix(1, clamped);
+        const int lc = b.addcase(caseaccz, {-10, 0, 0, 0, elements});
+        b.load(lc, 2, 3, elements == 1 ? -2 : 2);
+        if (elements != 0 && elements != 1) {
+            expectwords(b.refusal(), {"case", "masses of elements", "off (0) or on (1)"});
+            continue;
+        }
+        b.solve();
+        std::string said;
+        for (const std::string& one : b.log.warnings())
+            if (one.find("nodal mass") != one.npos) said = one;
+        EXPECT_EQ(said.empty(), elements == 0);
+        if (elements == 1)
+            expectwords(said, {"1 nodal mass", "below 0", "node 2", "applied loads"});
+    }
+}

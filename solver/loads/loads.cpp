@@ -42,13 +42,17 @@ void checkacceleration(const model& m, int lc, runlog& log) {
     if (elements != 0 && elements != 1)
         refuse(name + " has " + shortnumber(elements) +
                " where its masses of elements are off (0) or on (1); correct it");
-    const auto below =
-        std::ranges::count_if(c.nodal, [](const nodalrow& r) { return r.value < 0; });
+    double below = 0, first = -INFINITY;  // the lowest node, less than 0
+    for (const nodalrow& row : c.nodal) {
+        if (row.value >= 0 || !iscounted(m, row.node)) continue;
+        ++below;
+        first = std::max(first, -double(m.nameofnode(row.node)));
+    }
+    allranks().sum(&below, 1);
+    allranks().most(&first, 1);
     if (below == 0) return;
-    const auto first = std::ranges::find_if(c.nodal, [](const nodalrow& r) { return r.value < 0; });
-    log.warn(name + ": " + std::to_string(below) +
-                 " nodal mass(es) are below 0, the first at node " +
-                 std::to_string(m.nameofnode(first->node)) +
+    log.warn(name + ": " + std::to_string(long(below)) +
+                 " nodal mass(es) are below 0, the first at node " + std::to_string(int(-first)) +
                  "; what they load goes the other way. Forces belong into a case of applied loads",
              lc);
 }

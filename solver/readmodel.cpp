@@ -205,6 +205,7 @@ void readlcd(textin& in, model& m, runlog& log) {
 // Four parameters a case.
 static void readoldlcd(textin& in, model& m) {
     readcases(in, m, oldparameters);
+    if (!in.atend()) in.fail(errtype, "the file goes on behind the last case");
 }
 
 // The next block's case. Without .lcd the first file of blocks decides how many cases there are.

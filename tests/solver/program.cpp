@@ -525,6 +525,27 @@ TEST(Readers, OldLayoutsMissingFilesAndRowsOfNothing) {
     expectwords(log.warnings()[0], {"There is no", ".rot"});
 }
 
+// A case with four good parameters and a spoilt fifth one is not of the old layout.
+TEST(Readers, SpoiltCasesAreNoOldOnes) {
+    for (const char* fifth : {"nan", "abc", "1e308", "5\r\n6"}) {
+        const room in(twobars());
+        writetext(in.base + ".lcd",
+                  "1\r\n\"a\"\r\n7\r\n1\r\n2\r\n3\r\n4\r\n" + std::string(fifth) + "\r\n");
+        runlog log;
+        log.quiet();
+        if (fifth[0] == '5') {
+            readmodel(in.base, log);
+            ASSERT_FALSE(log.warnings().empty());
+            expectwords(log.warnings()[0], {".lcd", "goes on behind its last row"});
+            continue;
+        }
+        std::string said;
+        guarded([&] { readmodel(in.base, log); },
+                [&](const runtimeerror& fault) { said = fault.what; });
+        expectwords(said, {".lcd"});
+    }
+}
+
 // Without a file of the set the model is another one, be it that the rest can be analysed.
 TEST(Readers, FilesThatAreMissingAreToldAndAnEmptyListOfCasesIsNot) {
     for (const char* extension : {".rot", ".vpl", ".lcd", ".knk", ".ell"}) {

@@ -87,6 +87,18 @@ static std::vector<double> largestmotion(const dofmap& d, const displacements& u
     return displacementsof(d, u, int(std::ranges::max_element(most) - most.begin()));
 }
 
+// Of factors beyond what a double holds, as of units or moduli of 1e-320.
+static void refusenonumbers(const double* values, std::size_t count, const std::string& what) {
+    double bad =
+        std::all_of(values, values + count, [](double v) { return std::isfinite(v); }) ? 0 : 1;
+    allranks().most(&bad, 1);
+    if (bad != 0)
+        refuse(
+            what +
+            " are beyond all numbers; check the loads, the elasticity and sections of the groups "
+            "and the units of feiflu.ini for values of next to nothing or without bound");
+}
+
 // The load cases first..last. applied: out, their loads, numbered like the displacements.
 static casepart solvecases(const model& m, const settings& s, const equations& q, engine& l,
                            int first, int last, std::vector<double>& applied, holding& held,
@@ -107,6 +119,7 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
         const int lc = first + c;
         const std::string& name = m.cases[std::size_t(lc)].name;
         double* const load = applied.data() + std::size_t(c) * d.equation.size();
+        refusenonumbers(load, d.equation.size(), "The loads of case " + std::to_string(lc));
         checkheldloads(m, d, held.angle, load, lc, log);
         held.letgo.push_back(heldload(m, d, load));
         double any = !byconstants.empty() ||
@@ -139,6 +152,8 @@ static casepart solvecases(const model& m, const settings& s, const equations& q
         expand(d, columns.data() + c * std::size_t(d.unknowns), u.u.data() + c * d.equation.size());
     });
     for (int c = 0; c < u.cases; ++c) {
+        refusenonumbers(u.u.data() + std::size_t(c) * d.equation.size(), d.equation.size(),
+                        "The displacements of case " + std::to_string(first + c));
         const double rest = r.residual[std::size_t(c)];
         const std::string number = std::to_string(first + c);
         log.line("Case " + number + " residual |Ku-f|/(|K||u|+|f|) = " + shortnumber(rest));

@@ -250,3 +250,16 @@ TEST(Refusal, OfManyFaultsTheFirstElementIsNamed) {
     }
     EXPECT_TRUE(b.refusal().starts_with("Element 8000 ")) << b.refusal();
 }
+
+TEST(Refusal, ResultsBeyondAllNumbers) {
+    for (const bool loads : {false, true}) {
+        build b;
+        b.single(typebeam, b.bar(loads ? 2e5 : 1e-320, 1, {1, 1, 1}), {{0, 0, 0}, {1, 0, 0}});
+        b.fix(1, clamped);
+        if (loads)
+            b.load(1, 2, 3, INFINITY);
+        else
+            b.load(1, 2, 3, 1);
+        expectwords(b.refusal(), {loads ? "loads of case 1" : "displacements of case 1", "units"});
+    }
+}

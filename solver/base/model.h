@@ -54,11 +54,12 @@ struct edgeslip {
 // How the surface of a curved shell goes on over the edges of an element. fold: the tangent of half
 // the angle between its normal and its neighbour's, positive where the neighbour's leans outward.
 // slope and bend: the surface over the mean plane is, at a place p from the middle of the corners
-// and in the mean axes, slope p - p bend p / 2 high. bend: xx, yy, xy, a length. normal: by corner,
-// by how much the normal of the surface leans further there by all elements at the node. followed:
-// the part of the rotations at its ends that an edge follows, the least of the shells that have it.
+// and in the mean axes, slope p - p bend p / 2 high. bend: xx, yy, xy, a length. lean: by corner,
+// that of the surface's normal in the mean axes, over its part across, as all elements at the node
+// find it. followed: the part of the rotations at its ends that an edge follows, the least of the
+// shells that have it.
 struct edgefold {
-    double fold[mostnodes] = {}, slope[2] = {}, bend[3] = {}, normal[mostnodes][2] = {};
+    double fold[mostnodes] = {}, slope[2] = {}, bend[3] = {}, lean[mostnodes][2] = {};
     float followed[mostnodes] = {1, 1, 1, 1};
 };
 

@@ -16,6 +16,14 @@
 #include "solver/elements/gauss.h"
 #include "solver/elements/smallsolve.h"
 
+static const double correction = 5.0 / 6;  // of the shear strain, not even over the thickness
+
+// Bending over shear, 12 D / (G s): an area.
+static double shearsoftness(const element& e) {
+    const double thickness = e.field(fieldthickness);
+    return 2 * thickness * thickness / (correction * (1 - e.field(fieldpoisson)));
+}
+
 // Part of the shear strain along a straight edge that is left when it bows.
 static double leftover(double slip) {
     return slip / (1 + slip);
@@ -25,20 +33,17 @@ static double leftover(double slip) {
 // quadrilateral, whose moments may change in both directions, it is that of the twisting moment
 // across the edge as well, which St Venant's torsion is all about: there half the width across the
 // edge counts. Its edges take two thirds of the one and one third of the other: bars four and eight
-// elements wide, with elements longer than the thickness, then twist within some 2 %.
+// elements wide then twist within 4 %.
 edgeslip slipofedges(const element& e) {
     const flatshape s = flatten(e, meanaxes(e));
-    const double correction = 5.0 / 6, thickness = e.field(fieldthickness), twisting = 1.0 / 3;
-    const double ratio = 2 / (correction * (1 - e.field(fieldpoisson)));  // 12 D / (G s) over t t
+    const double softness = shearsoftness(e), twisting = 1.0 / 3;
     edgeslip slip{};
     for (int k = 0; k < s.corners; ++k) {
-        const double length = s.edge[k];
-        const auto over = [&](double span) {
-            return ratio * thickness * thickness / (span * span);
-        };
-        slip.shear[k] = float(over(length));
+        const double across = flatarea(s) / s.edge[k] / 2;
+        const double bent = softness / (s.edge[k] * s.edge[k]);
+        const double twisted = softness / (across * across);
+        slip.shear[k] = float(bent);
         if (s.corners == 3) continue;
-        const double bent = over(length), twisted = over(flatarea(s) / length / 2);
         const double left = (1 - twisting) * leftover(bent) + twisting * leftover(twisted),
                      gone = (1 - twisting) / (1 + bent) + twisting / (1 + twisted);
         slip.shear[k] = float(left / gone);
@@ -47,7 +52,6 @@ edgeslip slipofedges(const element& e) {
 }
 
 plate::plate(const element& e, const flatshape& shape) : s(shape) {
-    const double correction = 5.0 / 6;  // of the shear strain, which is not even over the thickness
     const double modulus = e.field(fieldmodulus), poisson = e.field(fieldpoisson);
     thickness = e.field(fieldthickness);
     rigidity = planestiffness(e, false) * thickness * thickness / 12;
@@ -133,32 +137,27 @@ halfrow plate::curvaturechange(const vec2& across) const {
 // to nothing only there. In bars one element wide, where they do so at both, 0.3 of the width
 // serves better (all ratios of width to thickness and to length within 4.5 %).
 void plate::pairopposites(const element& e) {
-    const double soft = 12 * rigidity(0, 0) / shearrigidity;
+    const double softness = shearsoftness(e);
     for (int a = 0; a < 2; ++a) {
         const int b = a + 2;  // runs the other way
         const vec2 along = (s.along[a] - s.along[b]).normalized();
         const double way = a == 0 ? 1 : -1;
         const vec2 across = way * vec2(-along.y(), along.x());
-        const double bent = leftover(soft / (s.edge[a] * s.edge[b]));
+        const double bent = leftover(softness / (s.edge[a] * s.edge[b]));
         const halfrow apart = whole[a] + whole[b];
-        halfrow& mean = common[a];
         const halfrow alike = bent / 2 * (whole[a] - whole[b]);
-        mean = alike + (1 - bent) * soft / 12 * curvaturechange(across);
-        const bool frees[] = {isfreeedge(e, a), isfreeedge(e, b)};
-        const bool alone = frees[0] && frees[1];
-        const auto twisted = [&](int k) {
-            const double span = area / s.edge[k] * (alone ? 0.3 : 0.5);
-            return leftover(soft / (span * span));
-        };
-        if (alone) {
-            slide[a] = alike + twisted(a) / 2 * apart;
-            slide[b] = twisted(b) / 2 * apart - alike;
-        } else if (frees[0]) {
-            slide[a] = twisted(a) * apart - slide[b];
-            mean += (twisted(a) - bent) / 2 * apart;
-        } else if (frees[1]) {
-            slide[b] = twisted(b) * apart - slide[a];
-            mean -= (twisted(b) - bent) / 2 * apart;
+        common[a] = alike + (1 - bent) * softness / 12 * curvaturechange(across);
+        const bool alone = isfreeedge(e, a) && isfreeedge(e, b);
+        for (const int k : {a, b}) {
+            if (!isfreeedge(e, k)) continue;
+            const double sign = k == a ? 1 : -1, span = area / s.edge[k] * (alone ? 0.3 : 0.5);
+            const double twisted = leftover(softness / (span * span));
+            if (alone) {
+                slide[k] = sign * alike + twisted / 2 * apart;
+            } else {
+                slide[k] = twisted * apart - slide[k == a ? b : a];
+                common[a] += sign * (twisted - bent) / 2 * apart;
+            }
         }
     }
 }

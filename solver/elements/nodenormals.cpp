@@ -16,7 +16,6 @@ namespace {
 struct cornernormal {
     int element, at;
     mat3 axes;    // of the element's mean plane
-    vec2 lean;    // of the normal in them, over its part across
     vec3 normal;  // in model axes
     double angle;
 };
@@ -33,8 +32,8 @@ static void listnormals(const model& m, const settings& s, std::span<const corne
         const edgefold& fold = m.fold[std::size_t(one.element)];
         cornernormal here;
         here.element = one.element, here.at = one.at, here.axes = shape.axes;
-        here.lean = curvatureof(fold) * shape.at[one.at] - vec2(fold.slope[0], fold.slope[1]);
-        here.normal = shape.axes.transpose() * vec3(here.lean.x(), here.lean.y(), 1).normalized();
+        const vec2 lean = curvatureof(fold) * shape.at[one.at] - vec2(fold.slope[0], fold.slope[1]);
+        here.normal = shape.axes.transpose() * vec3(lean.x(), lean.y(), 1).normalized();
         const vec2 back = -shape.along[(one.at + e.nodes - 1) % e.nodes];
         here.angle = std::acos(std::clamp(shape.along[one.at].dot(back), -1.0, 1.0));
         found.push_back(here);
@@ -63,8 +62,8 @@ void sharenormals(model& m, const settings& s, const cornerlist& corners, const 
             const int mirrors = mirrorsof(held[std::size_t(n)]);
             for (const cornernormal& one : here) {
                 const vec3 mean = one.axes * meannormal(one, here, mirrors);
-                double* const normal = m.fold[std::size_t(one.element)].normal[one.at];
-                for (int k = 0; k < 2; ++k) normal[k] = mean[k] / mean[2] - one.lean[k];
+                double* const lean = m.fold[std::size_t(one.element)].lean[one.at];
+                for (int k = 0; k < 2; ++k) lean[k] = mean[k] / mean[2];
             }
         }
     });

@@ -6,5 +6,5 @@
 #include "solver/elements/element.h"
 #include "solver/elements/supports.h"
 
-// Fills the normals of m.fold, whose other numbers it wants.
+// Fills the leans of m.fold, of whose slopes and bends they are.
 void sharenormals(model& m, const settings& s, const cornerlist& corners, const supportbits& held);

@@ -126,15 +126,12 @@ struct membraneload {
 
 // What has to act on the corners where the membrane holds a load by this stress, force a length in
 // the mean axes, so that it needs no bending for that on any mesh. The element's own forces of the
-// stress, as far as they point along the normal of the surface at each corner; that is the
-// paraboloid which the neighbours tell, by the mean of what all find at the node.
+// stress, as far as they point along the normal of the surface at each corner.
 //
 // The membrane's edges bow with the rotations, so a stress N across an edge of length l turns its
 // ends about the element's normal by moments bow N l l / 12. In a flat plate those of the neighbour
 // take them up; at a fold a part along the surface is left, and the load has to balance it.
 static halfrow balanceof(const element& e, const flatshape& s, const mat2& stress) {
-    const mat2 curvature = curvatureof(*e.fold);
-    const vec2 slope(e.fold->slope[0], e.fold->slope[1]);
     elmatrix force = elmatrix::Zero(1, 6 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
         const vec2 across = (s.at[s.next(c)] - s.at[(c + s.corners - 1) % s.corners]) / 2;
@@ -143,9 +140,8 @@ static halfrow balanceof(const element& e, const flatshape& s, const mat2& stres
     if (s.corners == 4) addarms(s, force);
     halfrow balance = halfrow::Zero(3 * s.corners);
     for (int c = 0; c < s.corners; ++c) {
-        const vec2 further(e.fold->normal[c][0], e.fold->normal[c][1]);
-        balance[3 * c] = force.block<1, 2>(0, 6 * c).dot(curvature * s.at[c] - slope + further) +
-                         force(0, 6 * c + 2);
+        const vec2 lean(e.fold->lean[c][0], e.fold->lean[c][1]);
+        balance[3 * c] = force.block<1, 2>(0, 6 * c).dot(lean) + force(0, 6 * c + 2);
     }
     for (int k = 0; k < s.corners; ++k) {
         const int i = k, j = s.next(k);

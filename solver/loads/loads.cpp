@@ -41,7 +41,8 @@ void checkacceleration(const model& m, int lc, runlog& log) {
     const double elements = c.par[accelementmass];
     if (elements != 0 && elements != 1)
         refuse(name + " has " + shortnumber(elements) +
-               " where its masses of elements are off (0) or on (1); correct it");
+               " where its masses of elements are off (0) or on (1); give it Element Mass ON or "
+               "OFF again");
     double below = 0, first = -INFINITY;  // the lowest node, less than 0
     for (const nodalrow& row : c.nodal) {
         if (row.value >= 0 || !iscounted(m, row.node)) continue;

@@ -1,36 +1,53 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // BEAM and PIPE: bending in two planes, torsion and axial force. Bernoulli's beam while the shear
 // area is 0, Timoshenko's otherwise; both exact for loads at the ends.
+#include <algorithm>
 #include <cmath>
 
 #include "solver/elements/gauss.h"
 #include "solver/elements/line.h"
-#include "solver/elements/section.h"
 
 using mat12 = Eigen::Matrix<double, 12, 12>;
 using row4 = Eigen::Matrix<double, 1, 4>;
 
-namespace {
-struct beamdata {
-    linesection section;
-    double length, modulus, shearmodulus;
-    double phi2, phi3;  // 12 E I / (G As L^2) of bending about e2 and e3
-};
-}  // namespace
+// Second moment about the global z axis, the only one that a beam of a 2-D model bends about.
+static double flatinertia(const element& e, const linesection& s) {
+    const double angle = e.field(fieldrotation) * M_PI / 180;
+    const double c = std::cos(angle), sine = std::sin(angle);
+    return s.i3 * c * c + s.i2 * sine * sine;
+}
 
-static beamdata dataof(const element& e) {
+// The plane of a 2-D model leaves a turned section one curvature, whose parts about e2 and e3 are
+// as large as the axes are turned. Each of the beam's own two planes has then I / flat of the load
+// and of the shear stiffness, flat = I3 c^2 + I2 s^2, and no load bows it out of the model.
+static void bendflat(beamdata& b, const element& e) {
+    linesection& s = b.section;
+    const double least = 1e-9 * (s.i2 + s.i3);  // where the group tells one of them alone
+    s.i2 = std::max(s.i2, least);
+    s.i3 = std::max(s.i3, least);
+    const double flat = flatinertia(e, s);
+    b.shear2 *= s.i2 / flat;
+    b.shear3 *= s.i3 / flat;
+    b.forces.row(1) *= s.i3 / flat;
+    b.forces.row(2) *= s.i2 / flat;
+    b.moments.row(1) *= s.i2 / flat;
+    b.moments.row(2) *= s.i3 / flat;
+    b.forces.col(2).setZero();
+    b.moments.leftCols(2).setZero();
+}
+
+beamdata beamdataof(const element& e) {
     beamdata b;
     b.section = sectionof(e);
     b.length = lengthof(e);
     b.modulus = e.field(fieldmodulus);
     b.shearmodulus = b.modulus / (2 * (1 + e.field(fieldpoisson)));
-    b.phi2 = b.phi3 = 0;
-    if (e.shear > 0) {
-        const double unit =
-            12 * b.modulus / (b.shearmodulus * e.shear * b.section.area * b.length * b.length);
-        b.phi2 = unit * b.section.i2;
-        b.phi3 = unit * b.section.i3;
-    }
+    b.axes = b.forces = b.moments = lineaxes(e);
+    b.shear2 = b.shear3 = b.shearmodulus * e.shear * b.section.area;
+    if (e.twod && e.type != typetruss) bendflat(b, e);
+    const double unit = 12 * b.modulus / (b.length * b.length);
+    b.phi2 = e.shear > 0 ? unit * b.section.i2 / b.shear2 : 0;
+    b.phi3 = e.shear > 0 ? unit * b.section.i3 / b.shear3 : 0;
     return b;
 }
 
@@ -41,12 +58,10 @@ static void requireinertia(const element& e, double value, const char* field) {
 
 // In 2-D the beam bends about the global z axis alone: that inertia must be there.
 static void checkflatinertia(const element& e, const linesection& s) {
-    const double angle = e.field(fieldrotation) * M_PI / 180;
-    const double c = std::cos(angle), sine = std::sin(angle);
-    const double inertia = s.i3 * c * c + s.i2 * sine * sine;
     const double smallest = 1e-12;  // cos(90 degrees) is not quite 0
-    if (inertia > smallest * (s.i2 + s.i3)) return;
-    requireinertia(e, 0, std::fabs(c) > std::fabs(sine) ? "I yy" : "I xx");
+    if (flatinertia(e, s) > smallest * (s.i2 + s.i3)) return;
+    const double angle = e.field(fieldrotation) * M_PI / 180;
+    requireinertia(e, 0, std::fabs(std::cos(angle)) > std::fabs(std::sin(angle)) ? "I yy" : "I xx");
 }
 
 void checkbeam(const element& e) {
@@ -140,12 +155,12 @@ static void tomodelaxes(const mat12& local, const mat3& axes, elmatrix& k) {
 }
 
 void stiffenbeam(const element& e, elmatrix& k) {
-    const beamdata b = dataof(e);
-    tomodelaxes(localstiffness(b), lineaxes(e), k);
+    const beamdata b = beamdataof(e);
+    tomodelaxes(localstiffness(b), b.axes, k);
 }
 
 void massbeam(const element& e, elmatrix& m) {
-    const beamdata b = dataof(e);
+    const beamdata b = beamdataof(e);
     const double density = e.field(fielddensity);
     const double inertia[6] = {b.section.area, b.section.area,
                                b.section.area, b.section.i2 + b.section.i3,
@@ -158,7 +173,7 @@ void massbeam(const element& e, elmatrix& m) {
         const double weight = density * b.length * g.weight / 2;
         for (int c = 0; c < 6; ++c) local += weight * inertia[c] * n.row(c).transpose() * n.row(c);
     }
-    tomodelaxes(local, lineaxes(e), m);
+    tomodelaxes(local, b.axes, m);
 }
 
 // The deflection above as a polynomial of x, from the constant part on.
@@ -170,8 +185,7 @@ static Eigen::Vector4d polynomial(double w1, double r1, double w2, double r2, do
             a * (l * (r1 + r2) - 2 * rise)};
 }
 
-void deflectbeam(const element& e, const lineendvalues& ends, int intervals, vec2* deflections) {
-    const beamdata b = dataof(e);
+void deflectbeam(const beamdata& b, const lineendvalues& ends, int intervals, vec2* deflections) {
     const Eigen::Vector4d v = polynomial(ends[1], ends[5], ends[7], ends[11], b.length, b.phi3);
     const Eigen::Vector4d w = polynomial(ends[2], -ends[4], ends[8], -ends[10], b.length, b.phi2);
     const vec2 p[4] = {{v[0], w[0]}, {v[1], w[1]}, {v[2], w[2]}, {v[3], w[3]}};
@@ -182,10 +196,9 @@ void deflectbeam(const element& e, const lineendvalues& ends, int intervals, vec
 }
 
 void spreadbeam(const element& e, placedforces forces, elvector& f) {
-    const beamdata b = dataof(e);
-    const mat3 axes = lineaxes(e);
+    const beamdata b = beamdataof(e);
     lineendvalues local = lineendvalues::Zero();
     for (const auto& [place, force] : forces)
-        local += shapes(b, place[0]).topRows<3>().transpose() * (axes * force);
-    for (int i = 0; i < 4; ++i) f.segment<3>(3 * i) += axes.transpose() * local.segment<3>(3 * i);
+        local += shapes(b, place[0]).topRows<3>().transpose() * (b.axes * force);
+    for (int i = 0; i < 4; ++i) f.segment<3>(3 * i) += b.axes.transpose() * local.segment<3>(3 * i);
 }

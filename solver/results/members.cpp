@@ -7,7 +7,6 @@
 
 #include "solver/elements/gauss.h"
 #include "solver/elements/line.h"
-#include "solver/elements/section.h"
 #include "solver/results/rowtext.h"
 
 static const int intervals = memberstations - 1;
@@ -27,12 +26,11 @@ struct memberforce {
 };
 }  // namespace
 
-static memberload loadof(const element& e, const mat3& axes, const caseloads& loads) {
+static memberload loadof(const element& e, const beamdata& of, const caseloads& loads) {
     memberload sum;
     if (!loads.loadselements()) return sum;
     for (int i = 0; i < intervals; ++i)
         sum.force[i] = sum.arm[i] = sum.square[i] = sum.cube[i] = vec3::Zero();
-    const double length = lengthof(e);
     sum.moment = loads.online(e, [&](double from, double to, const linedensity& load) {
         sum.any = true;
         for (int i = 0; i < intervals; ++i) {
@@ -44,9 +42,9 @@ static memberload loadof(const element& e, const mat3& axes, const caseloads& lo
             for (int k = 0; k < points; ++k) {
                 const gausspoint& g = gausspoints(points)[k];
                 const double x = (a + b) / 2 + g.at * (b - a) / 2;
-                const vec3 force = axes * load(x) * (g.weight * (b - a) / 2 * length);
+                const vec3 force = of.forces * load(x) * (g.weight * (b - a) / 2 * of.length);
                 sum.force[i] += force;
-                const double arm = (end - x) * length;
+                const double arm = (end - x) * of.length;
                 sum.arm[i] += arm * force;
                 sum.square[i] += arm * arm / 2 * force;
                 sum.cube[i] += arm * arm * arm / 6 * force;
@@ -71,28 +69,14 @@ static memberforce atfirstend(const lineendvalues& ends) {
     return {-ends.segment<3>(0), -ends.segment<3>(3)};
 }
 
-namespace {
-// Rate of slope and deflection: v' = turn + shear, turn' = M / (E I).
-struct flexibility {
-    double bend2, bend3, shear;
-};
-}  // namespace
-
-static flexibility flexibilityof(const element& e) {
-    const linesection section = sectionof(e);
-    const double modulus = e.field(fieldmodulus);
-    const double shearmodulus = modulus / (2 * (1 + e.field(fieldpoisson)));
-    const auto over = [](double stiffness) { return stiffness > 0 ? 1 / stiffness : 0; };
-    return {over(modulus * section.i2), over(modulus * section.i3),
-            over(shearmodulus * e.shear * section.area)};
-}
-
 // Deflections v, w that the load gives between clamped ends, whose forces on the element are
 // clamps.
-static void deflectclamped(const element& e, const memberload& load, const lineendvalues& clamps,
+static void deflectclamped(const beamdata& b, const memberload& load, const lineendvalues& clamps,
                            vec2* deflection) {
-    const flexibility soft = flexibilityof(e);
-    const double h = lengthof(e) / intervals;
+    const auto over = [](double stiffness) { return stiffness > 0 ? 1 / stiffness : 0; };
+    const vec2 soften(over(b.modulus * b.section.i3), -over(b.modulus * b.section.i2));
+    const vec2 slip(over(b.shear3), over(b.shear2));
+    const double h = b.length / intervals;
     memberforce at = atfirstend(clamps);
     vec2 way = vec2::Zero(), turn = vec2::Zero();  // turn: slope without shear
     for (int i = 0; i < intervals; ++i) {
@@ -103,8 +87,8 @@ static void deflectclamped(const element& e, const memberload& load, const linee
                         m[1] * h + v[2] * half - load.square[i][2] - load.moment[1] * half);
         const vec2 twice(m[2] * half - v[1] * sixth + load.cube[i][1] - load.moment[2] * sixth,
                          m[1] * half + v[2] * sixth - load.cube[i][2] - load.moment[1] * sixth);
-        const vec2 soften(soft.bend3, -soft.bend2);
-        way += turn * h + twice.cwiseProduct(soften) + soft.shear * (v * h - load.arm[i]).tail<2>();
+        way += turn * h + twice.cwiseProduct(soften) +
+               slip.cwiseProduct((v * h - load.arm[i]).tail<2>());
         turn += once.cwiseProduct(soften);
         at = onwards(at, load, i, h);
         deflection[i + 1] += way;
@@ -119,27 +103,28 @@ memberwriter::memberwriter(const model& m, const settings& s, const dofmap& d,
 }
 
 // What the load adds to the deflection of the ends, and the forces that it changes on its way.
-static void addload(const element& e, const mat3& axes, const memberload& load,
+static void addload(const element& e, const beamdata& b, const memberload& load,
                     const caseloads& loads, memberforce at, memberforce* forces, vec2* deflection) {
     const int nodedofs = kindof(e.type).nodedofs;
     elvector between = elvector::Zero(2 * nodedofs);
     unitloads unit(e);
     loads.onelement(e, unit, between);
     if (nodedofs == 6)
-        deflectclamped(e, load, -tolocalends(axes, between.data(), nodedofs), deflection);
-    const double h = lengthof(e) / intervals;
+        deflectclamped(b, load, -tolocalends(b.forces, b.moments, between.data(), nodedofs),
+                       deflection);
+    const double h = b.length / intervals;
     for (int i = 0; i < intervals; ++i) forces[i + 1] = at = onwards(at, load, i, h);
 }
 
 memberline memberwriter::lineof(const element& e, const double* ends) const {
-    const mat3 axes = lineaxes(e);
+    const beamdata b = beamdataof(e);
     const elementdofs dofs = dofsof(d, m.elements[std::size_t(e.number)]);
     double nodal[mostdofs];
     for (int a = 0; a < dofs.count; ++a) nodal[a] = dofs.index[a] < 0 ? 0 : u[dofs.index[a]];
-    const lineendvalues moved = tolocalends(axes, nodal, dofs.count / 2);
+    const lineendvalues moved = tolocalends(b.axes, b.axes, nodal, dofs.count / 2);
     vec2 deflection[memberstations];
     if (kindof(e.type).nodedofs == 6) {
-        deflectbeam(e, moved, intervals, deflection);
+        deflectbeam(b, moved, intervals, deflection);
     } else {
         for (int i = 0; i < memberstations; ++i) {
             const double x = double(i) / intervals;
@@ -148,14 +133,14 @@ memberline memberwriter::lineof(const element& e, const double* ends) const {
     }
     memberforce forces[memberstations];
     forces[0] = atfirstend(Eigen::Map<const lineendvalues>(ends));
-    const double h = lengthof(e) / intervals;
+    const double h = b.length / intervals;
     for (int i = 1; i < memberstations; ++i) {
         forces[i] = forces[0];
         forces[i].moment[1] += forces[0].force[2] * i * h;
         forces[i].moment[2] -= forces[0].force[1] * i * h;
     }
-    const memberload load = loadof(e, axes, loads);
-    if (load.any) addload(e, axes, load, loads, forces[0], forces, deflection);
+    const memberload load = loadof(e, b, loads);
+    if (load.any) addload(e, b, load, loads, forces[0], forces, deflection);
     memberline line;
     for (int i = 0; i < memberstations; ++i)
         line.col(i) << double(i) / intervals, forces[i].force, forces[i].moment, deflection[i];

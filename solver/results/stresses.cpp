@@ -230,16 +230,17 @@ lineends findlineends(const model& m, const settings& s, const dofmap& d, const 
         elcases f;
         for (int i = first; i < last; ++i) {
             const element e = elementat(m, s, r.elements[std::size_t(i)]);
-            const mat3 axes = lineaxes(e);
+            const beamdata b = beamdataof(e);
+            const int nodedofs = kindof(e.type).nodedofs;
             elementforces(m, s, d, u, e.number, f);
             unitloads unit(e);
             for (int lc = 1; lc <= u.cases; ++lc) {
                 const caseloads& load = loads[std::size_t(lc - 1)];
                 elvector between = elvector::Zero(f.rows());
+                Eigen::Map<lineendvalues> ends(const_cast<double*>(r.of(lc, std::size_t(i))));
+                ends = tolocalends(b.axes, b.axes, f.col(lc - 1).data(), nodedofs);
                 if (load.loadselements() && load.onelement(e, unit, between))
-                    f.col(lc - 1) -= between;
-                Eigen::Map<lineendvalues>(const_cast<double*>(r.of(lc, std::size_t(i)))) =
-                    tolocalends(axes, f.col(lc - 1).data(), int(f.rows()) / 2);
+                    ends -= tolocalends(b.forces, b.moments, between.data(), nodedofs);
             }
         }
     });

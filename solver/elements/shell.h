@@ -12,10 +12,5 @@ void stiffenshell(const element& e, elmatrix& k);
 // no mass turns about the normal.
 void massshell(const element& e, elmatrix& m);
 void spreadshell(const element& e, placedforces forces, elvector& f);
-// Whether the surface turns so much for the thickness that a load is held by the membrane.
-bool iscurved(const element& e);
-// Forces on the corners of a curved shell that would have to hold its membrane in balance: a stress,
-// force a length, model axes, less the part that the surface holds a pressure with.
-void balancemembrane(const element& e, const mat3& membrane, elvector& f);
 void stressplate(const element& e, elmatrix& s);
 void stressshell(const element& e, elmatrix& s);

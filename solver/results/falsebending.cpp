@@ -13,7 +13,7 @@
 #include "solver/base/parallel.h"
 #include "solver/elements/folds.h"
 #include "solver/elements/meanplane.h"
-#include "solver/elements/shell.h"
+#include "solver/elements/membraneload.h"
 #include "solver/elements/supports.h"
 #include "solver/processes/ranks.h"
 #include "solver/results/worstnode.h"

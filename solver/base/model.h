@@ -56,10 +56,14 @@ struct edgeslip {
 // slope and bend: the surface over the mean plane is, at a place p from the middle of the corners
 // and in the mean axes, slope p - p bend p / 2 high. bend: xx, yy, xy, a length. lean: by corner,
 // that of the surface's normal in the mean axes, over its part across, as all elements at the node
-// find it. followed: the part of the rotations at its ends that an edge follows, the least of the
-// shells that have it.
+// find it. beyond: by edge of a triangle, how much the surface is curved along it at the corner
+// opposite; bothways: by corner of it, how near to a sphere, 1, or a saddle the surface comes
+// there, 0 where it can be unrolled. followed: the part of the rotations at its ends that an edge
+// follows, the least of the shells that have it.
 struct edgefold {
     double fold[mostnodes] = {}, slope[2] = {}, bend[3] = {}, lean[mostnodes][2] = {};
+    double beyond[3] = {};
+    float bothways[3] = {};
     float followed[mostnodes] = {1, 1, 1, 1};
 };
 

@@ -13,6 +13,7 @@
 #include "solver/elements/catalogue.h"
 #include "solver/elements/drill.h"
 #include "solver/elements/edgebits.h"
+#include "solver/elements/edgecurves.h"
 #include "solver/elements/folds.h"
 #include "solver/elements/nodenormals.h"
 #include "solver/elements/supports.h"
@@ -102,6 +103,7 @@ static void foldshells(model& m, const settings& s, const cornerlist& corners,
     });
     measurefolds(m, s, std::move(neighbours));
     sharenormals(m, s, corners, held);
+    lookopposite(m, s, corners);
     sharefollowed(m, s, corners);
 }
 

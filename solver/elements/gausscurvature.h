@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a quadrilateral on a curved surface costs beyond the stiffness of a flat one.
+// What an element on a curved surface costs beyond the stiffness of a flat one.
 #pragma once
 
 #include "solver/elements/meanplane.h"

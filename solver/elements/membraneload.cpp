@@ -2,8 +2,10 @@
 #include "solver/elements/membraneload.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "solver/elements/drill.h"
+#include "solver/elements/edgecurves.h"
 
 // The cubic deflection gives a load on a flat plate its exact moments at the nodes, p l l / 12. A
 // thin curved shell carries the load by its membrane, where nothing balances these moments at an
@@ -55,18 +57,60 @@ static double leastsquare(const element& e, const flatshape& s, const mat2& curv
 
 // With the curvature S a pressure p is carried by the least stress that can: T = p S / (S : S), the
 // hoop stress of a cylinder, even in a sphere.
-membraneload loadofmembrane(const element& e, const flatshape& s) {
-    membraneload load = {halfrow::Zero(3 * s.corners), 0};
-    if (e.fold == nullptr) return load;
-    const mat2 curvature = curvatureof(*e.fold);
+static mat2 leaststress(const element& e, const flatshape& s, const mat2& curvature) {
     const double square = leastsquare(e, s, curvature);
-    if (!(square > 0)) return load;
-    load.part = curvature.squaredNorm() / square;
-    load.weight = balanceof(e, s, curvature / (square * flatarea(s)));
-    double lack = load.part;  // by the means of the normals; what a load sums up to stays
+    return square > 0 ? mat2(curvature / square) : mat2(mat2::Zero());
+}
+
+// share: of the corners in what the weights lack by the means of the normals; what a load sums up
+// to stays.
+static membraneload loadheldby(const element& e, const flatshape& s, const mat2& stress,
+                               double part, const halfrow& share) {
+    membraneload load = {balanceof(e, s, stress / flatarea(s)), part};
+    double lack = part;
     for (int c = 0; c < s.corners; ++c) lack -= load.weight[3 * c];
-    for (int c = 0; c < s.corners; ++c) load.weight[3 * c] += lack / s.corners;
+    for (int c = 0; c < s.corners; ++c) load.weight[3 * c] += lack * share[c];
     return load;
+}
+
+// Of the corners in what the weights of a triangle lack: of the part that the stress holds along an
+// edge as much as lies half way up to the corner opposite, so that of two triangles that are a
+// rectangle nothing is left over.
+static halfrow halfwayshare(const flatshape& s, const mat2& stress) {
+    halfrow part(3);  // by the corner opposite to the edge
+    for (int k = 0; k < 3; ++k) {
+        const int c = (k + 2) % 3;
+        const vec2 &a = s.along[s.next(k)], &b = s.along[c], &way = s.along[k];
+        const vec2 na(-a.y(), a.x()), nb(-b.y(), b.x());
+        part[c] = std::fabs(na.dot(stress * nb) / (na.dot(way) * nb.dot(way)));
+    }
+    const double all = part.sum();
+    return all > 0 ? halfrow((part.array() / all + 1) / 4) : halfrow::Constant(3, 1.0 / 3);
+}
+
+// The one stress of a triangle is, along each of its edges, that of the place half way up to the
+// corner opposite (see drill: of two triangles that are a rectangle both have the mean). So must be
+// that which holds a load, or each row of a cone would turn the next one over.
+static membraneload loadoftriangle(const element& e, const flatshape& s) {
+    vec3 own, half, leaning;  // by the normals at the corners; half way up; by the leans
+    for (int k = 0; k < 3; ++k) {
+        own[k] = curvealong(s, *e.fold, k);
+        half[k] = (own[k] + e.fold->beyond[k]) / 2;
+        const double *const from = e.fold->lean[k], *const to = e.fold->lean[s.next(k)];
+        leaning[k] = vec2(to[0] - from[0], to[1] - from[1]).dot(s.along[k]) / s.edge[k];
+    }
+    const mat2 curvature = curvaturefrom(s, leaning), held = leaststress(e, s, curvature),
+               middle = leaststress(e, s, curvaturefrom(s, half));
+    const mat2 stress = held + middle - leaststress(e, s, curvaturefrom(s, own));
+    return loadheldby(e, s, stress, held.cwiseProduct(curvature).sum(), halfwayshare(s, middle));
+}
+
+membraneload loadofmembrane(const element& e, const flatshape& s) {
+    if (e.fold == nullptr) return {halfrow::Zero(3 * s.corners), 0};
+    if (s.corners == 3) return loadoftriangle(e, s);
+    const mat2 curvature = curvatureof(*e.fold), stress = leaststress(e, s, curvature);
+    return loadheldby(e, s, stress, stress.cwiseProduct(curvature).sum(),
+                      halfrow::Constant(4, 0.25));
 }
 
 bool iscurved(const element& e) {

@@ -27,9 +27,11 @@ void stiffenplate(const element& e, elmatrix& k) {
 
 namespace {
 // All that the matrices of a shell depend on: axes, corners, fields, what is known of the edges,
-// what they follow, curve and curvature, whether there is slip, and nodes. Folds of the edges count
-// for loads alone.
-using shellkey = std::array<double, 9 + 3 * mostnodes + groupfields + 1 + 2 * mostnodes + 7>;
+// what they follow, curve, curvature and normals, whether there is slip, and nodes. Folds of the
+// edges count for loads alone.
+const int foldvalues = 3 + 4 * mostnodes;
+using shellkey =
+    std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 1 + foldvalues + 3>;
 
 // The last matrices of a thread. Work calls for them in turn: elements of a regular mesh are alike
 // to the last bit, and repeat themselves after one or two.
@@ -70,10 +72,12 @@ static shellkey keyof(const element& e, const flatshape& s) {
     }
     next += mostnodes + 1;
     if (e.fold != nullptr) {
-        std::copy_n(e.fold->bend, 3, next);
-        std::copy_n(e.fold->followed, mostnodes, next + 3);
+        double* part = std::copy_n(e.fold->bend, 3, next);
+        part = std::copy_n(e.fold->followed, mostnodes, part);
+        part = std::copy_n(e.fold->lean[0], 2 * mostnodes, part);
+        std::copy_n(e.fold->bothways, 3, part);
     }
-    next += 3 + mostnodes;
+    next += foldvalues;
     *next++ = e.curve;
     *next++ = e.slip != nullptr;
     *next++ = e.nodes;
@@ -98,7 +102,7 @@ void stiffenshell(const element& e, elmatrix& k) {
     workoralike(e, s, k, [&](elmatrix& whole) {
         whole.setZero(6 * e.nodes, 6 * e.nodes);
         halfmatrix bending = plate(e, s).stiffness(), membrane;
-        if (e.nodes == 4) addgausscurvature(e, s, bending);
+        addgausscurvature(e, s, bending);
         addhalf(bending, bendingdofs, whole);
         stiffendrilling(e, s, membrane);
         addhalf(membrane, membranedofs, whole);

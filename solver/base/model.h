@@ -49,6 +49,7 @@ struct loadcase {
 struct edgeslip {
     float shear[mostnodes] = {};
     std::uint8_t straight = 0, meeting = 0, free = 0, rim = 0;
+    bool operator==(const edgeslip&) const = default;
 };
 
 // How the surface of a curved shell goes on over the edges of an element. fold: the tangent of half
@@ -65,6 +66,7 @@ struct edgefold {
     double beyond[3] = {};
     float bothways[3] = {};
     float followed[mostnodes] = {1, 1, 1, 1};
+    bool operator==(const edgefold&) const = default;
 };
 
 // A node at an edge that supports clamp, and the unit normal of the shells there: see

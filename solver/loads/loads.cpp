@@ -120,6 +120,26 @@ static void spreadover(const element& e, const elementrow& row, elvector& f) {
     kindof(e.type).spread(e, {forces, count}, f);
 }
 
+template <typename Part>
+static bool samepart(const Part* a, const Part* b) {
+    return a == b || (a != nullptr && b != nullptr && *a == *b);
+}
+
+// To the last bit, as neighbours in a regular mesh are.
+static bool arealike(const element& a, const element& b) {
+    return a.type == b.type && a.g == b.g && a.turn == b.turn && a.curve == b.curve &&
+           a.shear == b.shear && a.twod == b.twod && std::equal(a.x, a.x + a.nodes, b.x) &&
+           samepart(a.slip, b.slip) && samepart(a.fold, b.fold);
+}
+
+void unitloads::take(const element& of) {
+    element next = of;
+    for (int k = 0; k < of.nodes; ++k) next.x[k] -= of.x[0];
+    if (!arealike(next, e))
+        for (elvector& f : found) f.resize(0);
+    e = next;
+}
+
 const elvector& unitloads::along(int direction) {
     elvector& f = found[direction - 1];
     if (f.size() > 0) return f;
@@ -320,15 +340,17 @@ void caseloads::addelementloads(const std::vector<caseloads>& cases, const dofma
     const int count = int(loaded.size()), pieces = 32;
     const int batch = pieces * std::max(1, 256 / count);  // elements
     std::vector<elementload> loads(std::size_t(count) * std::size_t(batch));
+    std::vector<unitloads> units{std::size_t(threads())};
     for (int begin = 1; begin <= m.nelems(); begin += batch) {
         const int some = std::min(batch, m.nelems() + 1 - begin);
-        parallelpieces(some, batch / pieces, [&](int first, int last, int) {
+        parallelpieces(some, batch / pieces, [&](int first, int last, int thread) {
+            unitloads& unit = units[std::size_t(thread)];
             for (int i = first; i < last; ++i) {
                 elementload* const at = loads.data() + std::size_t(i) * std::size_t(count);
                 for (int k = 0; k < count; ++k) at[k].any = false;
                 if (!isown(m, begin + i)) continue;
                 const element e = elementat(m, cases[0].s, begin + i);
-                unitloads unit(e);
+                unit.take(e);
                 for (int k = 0; k < count; ++k) {
                     at[k].f.setZero(e.nodes * kindof(e.type).nodedofs);
                     at[k].any = cases[loaded[std::size_t(k)]].onelement(e, unit, at[k].f);

@@ -30,14 +30,14 @@ struct absentloads {
 vec3 plateload(const element& e, const elementrow& row, const vec3& normal);
 
 // What an even load of 1 along a local axis of an element comes to at its nodes, found once for the
-// rows of all cases.
+// rows of all cases and for elements of one model that are alike and follow each other.
 class unitloads {
   public:
-    explicit unitloads(const element& of) : e(of) {}
+    void take(const element& of);
     const elvector& along(int direction);  // 1..3
 
   private:
-    const element& e;
+    element e;          // the last one, with its first corner in the origin
     elvector found[3];  // empty while nobody has asked
 };
 

@@ -107,7 +107,8 @@ static void addload(const element& e, const beamdata& b, const memberload& load,
                     const caseloads& loads, memberforce at, memberforce* forces, vec2* deflection) {
     const int nodedofs = kindof(e.type).nodedofs;
     elvector between = elvector::Zero(2 * nodedofs);
-    unitloads unit(e);
+    unitloads unit;
+    unit.take(e);
     loads.onelement(e, unit, between);
     if (nodedofs == 6)
         deflectclamped(b, load, -tolocalends(b.forces, b.moments, between.data(), nodedofs),

@@ -233,7 +233,8 @@ lineends findlineends(const model& m, const settings& s, const dofmap& d, const 
             const beamdata b = beamdataof(e);
             const int nodedofs = kindof(e.type).nodedofs;
             elementforces(m, s, d, u, e.number, f);
-            unitloads unit(e);
+            unitloads unit;
+            unit.take(e);
             for (int lc = 1; lc <= u.cases; ++lc) {
                 const caseloads& load = loads[std::size_t(lc - 1)];
                 elvector between = elvector::Zero(f.rows());

@@ -103,6 +103,64 @@ TEST(ElementRows, ActAlongTheLocalAxesOnEveryFamily) {
     expectwords(b.refusal(), {"takes none"});
 }
 
+// Elements of a row that differ in one thing alone, each on nodes of its own: every one is loaded as
+// if it were the only one.
+TEST(ElementRows, LoadAnElementByNothingOfTheOneBefore) {
+    struct stand {
+        int type;
+        double thickness, turn, lean;
+        bool beside;  // a thick element, which shares an edge
+    };
+    const stand row[] = {
+        {typeshell4, 1, 0, 0, false}, {typeshell4, 1, 0, 0, true},    {typeshell4, 8, 0, 0, false},
+        {typeshell4, 1, 0, 0, false}, {typeshell4, 1, 0.5, 0, false}, {typeshell4, 1, 0, 2, false},
+        {typememb4, 1, 0, 2, false},  {typeshell3, 1, 0, 0, false},   {typeshell3, 1, 0, 1, false},
+        {typebeam, 1, 0, 0, false},   {typebeam, 1, 0, 3, false},
+    };
+    const int thick = 2;
+    const auto makegroups = [](build& b) {
+        for (const double thickness : {1.0, 8.0}) b.plate(2e5, 0.3, thickness);
+        b.bar(2e5, 10, {1e4, 1e4, 2e4});
+    };
+    const auto add = [&](build& b, int i) {
+        const stand& one = row[i];
+        const double x = 100 * i;
+        std::vector<vec3> at = {{x, 0, 0}, {x + 10, 0, one.lean}, {x + 14, 8, 0}, {x + 1, 6, 0}};
+        at.resize(std::size_t(kindof(one.type).nodes));
+        b.single(one.type, one.type == typebeam ? 3 : one.thickness > 1 ? thick : 1, at);
+        b.m.elements.back().turn = one.turn;
+        if (!one.beside) return;
+        const int n = b.m.nnodes(), next = b.node(x + 20, 0, 0), last = b.node(x + 20, 8, 0);
+        b.element(typeshell4, thick, {n - 2, next, last, n - 1});
+    };
+    const auto load = [](build& b) {
+        b.fixall();
+        b.pressall(1, 1, 2);
+        b.pressall(b.addcase(), 3, 5);
+        return b.solve();
+    };
+    build all;
+    makegroups(all);
+    for (int i = 0; i < int(std::size(row)); ++i) add(all, i);
+    const results together = load(all);
+    int before = 0;
+    for (int i = 0; i < int(std::size(row)); ++i) {
+        build alone;
+        makegroups(alone);
+        add(alone, i);
+        const results r = load(alone);
+        for (int lc = 1; lc <= 2; ++lc)
+            for (int n = 1; n <= alone.m.nnodes(); ++n)
+                for (const int dof : {1, 4}) {
+                    const vec3 wanted = reactedby(r, lc, n, dof);
+                    EXPECT_LT((reactedby(together, lc, before + n, dof) - wanted).norm(),
+                              1e-9 * (1 + wanted.norm()))
+                        << i << " node " << n << " case " << lc;
+                }
+        before += alone.m.nnodes();
+    }
+}
+
 // As much through a warped element as through its edges, whichever corner is its first.
 TEST(ElementRows, PressureIsNormalToAWarpedSurface) {
     for (const int type : {typeshell4, typememb4}) {

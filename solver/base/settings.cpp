@@ -16,8 +16,7 @@ namespace {
 struct realkey {
     const char* name;
     double settings::*value;
-    double least;
-    bool above;  // the value must lie above least, not on it
+    double least, most;
     const char* meaning;
 };
 struct wholekey {
@@ -34,20 +33,23 @@ struct textkey {
 };
 }  // namespace
 
+// Of atoms and of planets in SI; beyond it squares of them are no numbers any more.
+static const double leastunit = 1e-15, mostunit = 1e15;
+
 static const realkey realkeys[] = {
-    {"length", &settings::length, 0, true, "metres in one model length unit"},
-    {"force", &settings::force, 0, true, "newtons in one model force unit"},
-    {"mass", &settings::mass, 0, true, "kilograms in one model mass unit"},
-    {"gravity", &settings::gravity, 0, true, "m/s^2, waves"},
-    {"waterdensity", &settings::waterdensity, 0, false, "kg/m^3, waves"},
-    {"cd", &settings::cd, 0, false, "drag coefficient of members in waves"},
-    {"cm", &settings::cm, 0, false, "inertia coefficient of members in waves"},
-    {"airdensity", &settings::airdensity, 0, false, "kg/m^3, wind"},
-    {"windexponent", &settings::windexponent, 0, false,
+    {"length", &settings::length, leastunit, mostunit, "metres in one model length unit"},
+    {"force", &settings::force, leastunit, mostunit, "newtons in one model force unit"},
+    {"mass", &settings::mass, leastunit, mostunit, "kilograms in one model mass unit"},
+    {"gravity", &settings::gravity, 1e-6, 1e6, "m/s^2, waves"},
+    {"waterdensity", &settings::waterdensity, 0, 1e6, "kg/m^3, waves"},
+    {"cd", &settings::cd, 0, 1000, "drag coefficient of members in waves"},
+    {"cm", &settings::cm, 0, 1000, "inertia coefficient of members in waves"},
+    {"airdensity", &settings::airdensity, 0, 1e6, "kg/m^3, wind"},
+    {"windexponent", &settings::windexponent, 0, 10,
      "wind speed at height z in metres: speed at 10 m times (z/10)^windexponent"},
-    {"cs", &settings::cs, 0, false, "wind shape coefficient of tubes"},
-    {"csflat", &settings::csflat, 0, false, "wind shape coefficient of other sections and plates"},
-    {"shear", &settings::shear, 0, false,
+    {"cs", &settings::cs, 0, 1000, "wind shape coefficient of tubes"},
+    {"csflat", &settings::csflat, 0, 1000, "wind shape coefficient of other sections and plates"},
+    {"shear", &settings::shear, 0, 1,
      "shear area of line elements over their area; 0: none, 0.85: solid square, 0.5: thin tube"},
 };
 static const wholekey wholekeys[] = {
@@ -71,35 +73,45 @@ static const textkey textkeys[] = {
     {"scratch", &settings::scratch, {}, "folder for what the memory does not hold; empty: none"},
 };
 
-static bool setreal(settings& s, const std::string& key, double number, bool& inrange) {
+static std::string fromto(double least, double most) {
+    return "a number from " + numbertext(least) + " to " + numbertext(most);
+}
+
+namespace {
+struct setting {
+    bool known = false, inrange = false;
+    std::string allowed;  // in words
+};
+}  // namespace
+
+static setting setnumber(settings& s, const std::string& key, const std::string& text) {
+    double number = 0;
+    const bool isnumber = readnumber(text, number);
     for (const realkey& k : realkeys) {
         if (key != k.name) continue;
-        const double most = 1e30;
-        inrange = (k.above ? number > k.least : number >= k.least) && number < most;
         s.*k.value = number;
-        return true;
+        return {true, isnumber && number >= k.least && number <= k.most, fromto(k.least, k.most)};
     }
-    return false;
-}
-
-static bool setwhole(settings& s, const std::string& key, double number, bool& inrange) {
     for (const wholekey& k : wholekeys) {
         if (key != k.name) continue;
-        inrange = number >= k.least && number <= k.most && number == double(int(number));
+        const bool inrange =
+            isnumber && number >= k.least && number <= k.most && number == double(int(number));
         if (inrange) s.*k.value = int(number);
-        return true;
+        return {true, inrange, "a whole " + fromto(k.least, k.most).substr(2)};
     }
-    return false;
+    return {};
 }
 
-static bool settext(settings& s, const std::string& key, const std::string& text, bool& inrange) {
+static setting settext(settings& s, const std::string& key, const std::string& text) {
     for (const textkey& k : textkeys) {
         if (key != k.name) continue;
-        inrange = k.allowed.empty() || std::ranges::count(k.allowed, text) > 0;
         s.*k.value = text;
-        return true;
+        setting found = {true, k.allowed.empty() || std::ranges::count(k.allowed, text) > 0, ""};
+        for (const std::string& one : k.allowed)
+            found.allowed += (&one == &k.allowed[0] ? "" : ", ") + one;
+        return found;
     }
-    return false;
+    return {};
 }
 
 static void storeline(settings& s, const std::string& text, const std::string& where, runlog& log) {
@@ -109,17 +121,14 @@ static void storeline(settings& s, const std::string& text, const std::string& w
                "\"; a comment starts with #");
     const std::string key(trimmed(text.substr(0, equals)));
     const std::string value(trimmed(text.substr(equals + 1)));
-    double number = 0;
-    bool inrange = false;
-    const bool istext = settext(s, key, value, inrange);
-    const bool isnumber = istext || readnumber(value, number);
-    if (!istext && !setreal(s, key, number, inrange) && !setwhole(s, key, number, inrange)) {
+    setting found = settext(s, key, value);
+    if (!found.known) found = setnumber(s, key, value);
+    if (!found.known)
         log.warn(where + ": the key \"" + toutf8(key.substr(0, 40)) +
                  "\" is not known and ignored");
-        return;
-    }
-    if (!isnumber || !inrange)
+    else if (!found.inrange)
         refuse(where + ": \"" + toutf8(value.substr(0, 40)) + "\" is no value for " + key +
+               ", which is " + found.allowed +
                "; correct it or delete the file, then it is written anew with its defaults");
 }
 
@@ -174,7 +183,8 @@ void followmodel(settings& s, const std::string& base, runlog& log) {
     if (in.atend()) return;
     for (double settings::*const value : {&settings::length, &settings::force, &settings::mass}) {
         s.*value = in.number();
-        if (!(s.*value > 0)) refuse(name + ": sizes of units are above 0; found " + row);
+        if (!(s.*value >= leastunit && s.*value <= mostunit))
+            refuse(name + ": a unit's size is " + fromto(leastunit, mostunit) + "; found " + row);
     }
     log.line("The model is in " + names + ", as it says itself");
 }

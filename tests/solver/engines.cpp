@@ -50,7 +50,11 @@ TEST(Engines, SettingsNameThemAndNothingElse) {
     EXPECT_EQ(s.hosts, "/etc/my hosts");
     EXPECT_EQ(s.scratch, "");
     expectwords(read("engine = pardiso\n", s), {"line 1", "\"pardiso\" is no value for engine"});
-    expectwords(read("\nprocesses = -1\n", s), {"line 2", "processes"});
+    expectwords(read("\nprocesses = -1\n", s), {"line 2", "processes", "a whole number from 0"});
+    for (const std::string wrong : {"shear = 2", "shear = -0.1", "shear = nan", "length = 1e-300",
+                                    "length = 0", "gravity = 1e29", "mass = inf", "cd = many"})
+        expectwords(read(wrong + "\n", s), {"line 1", "is no value for", "a number from"});
+    EXPECT_EQ(read("shear = 1\nlength = 1e-9\nwaterdensity = 0\n", s), "");
     // This program has its own factor alone, and says who has the others.
     EXPECT_TRUE(hasengine("cholmod"));
     std::string why;

@@ -669,7 +669,8 @@ TEST(Program, UnitsOfTheModelGoBeforeThoseOfTheSettings) {
     EXPECT_EQ(omega("", "\xEF\xBB\xBF\n  " + units), said) << "as the workbench reads it";
     const std::string row = "\"section\",\"units\"\n\"m kN t\",1,";
     for (const auto& [kal, words] : std::map<std::string, const char*>{
-             {row + "0,1000\n\"end\"\n", "sizes of units are above 0"},
+             {row + "0,1000\n\"end\"\n", "a unit's size is a number from 1E-15"},
+             {row + "1e-320,1000\n\"end\"\n", "a unit's size is a number from 1E-15"},
              {row + "1000,10", "has no end; the file is cut short"},
              {"units m\n", "m.kal, line 1: a row \"section\",\"keyword\" is expected"}}) {
         writetext(in / "m.kal", kal);

@@ -17,12 +17,30 @@
 
 static const double pi = 3.14159265358979;  // of the files
 static const double mostvalue = 1e30;       // larger numbers overflow in products of four of them
+static const double leastvalue = 1e-30;     // of properties: smaller ones vanish in them
+static const double mostturns = 100;        // of angles: larger ones are known to no degree
 static const int oldfields = 10, oldparameters = 4;
 
 static double boundednumber(textin& in) {
     const double value = in.number();
     if (!(std::fabs(value) <= mostvalue))
         in.fail(erroverflow, "the number " + numbertext(value) + " is too large");
+    return value;
+}
+
+static double property(textin& in) {
+    const double value = boundednumber(in);
+    if (value != 0 && std::fabs(value) < leastvalue)
+        in.fail(errtype, "the number " + numbertext(value) + " is too small for a property; 0 or " +
+                             numbertext(leastvalue) + " and more is one");
+    return value;
+}
+
+static double angle(textin& in, double turn) {
+    const double value = boundednumber(in);
+    if (std::fabs(value) > mostturns * turn)
+        in.fail(errtype, "the angle " + numbertext(value) + " is too large; give it within " +
+                             numbertext(mostturns * turn));
     return value;
 }
 
@@ -119,7 +137,7 @@ void readtek(textin& in, model& m, runlog& log) {
 void readrot(textin& in, model& m, runlog& log) {
     int next = 1;  // of the elements that are held
     for (int e = 1; e <= m.allelements(); ++e) {
-        const double turn = boundednumber(in);
+        const double turn = angle(in, 2 * pi);
         if (next <= m.nelems() && m.nameof(next) == e) m.elements[std::size_t(next++)].turn = turn;
     }
     telltail(in, log);
@@ -133,7 +151,8 @@ static void readgroups(textin& in, model& m, int fields) {
     for (int g = 1; g <= n; ++g) {
         groupdata group;
         group.name = in.quoted();
-        for (int k = 1; k <= fields; ++k) group.field[k] = boundednumber(in);
+        for (int k = 1; k <= fields; ++k)
+            group.field[k] = k == fieldrotation ? angle(in, 360) : property(in);
         m.groups.push_back(std::move(group));
     }
 }

@@ -245,6 +245,11 @@ void checkwaveloads(const model& m, const settings& s, int lc, runlog& log) {
         refuse(name +
                " needs heights along Z, which a 2-D analysis does not have. Analyse in 3-D or "
                "change the type of the case");
+    const double direction = c.type == casewave ? c.par[wavedirection] : c.par[winddirection],
+                 most = 36000;
+    if (c.type != casebuoyancy && std::fabs(direction) > most)
+        refuse(name + " has a direction of " + shortnumber(direction) +
+               " degrees, which tells none any more; give it within " + shortnumber(most));
     if (c.type == casewave) checkwave(m, s, c, name, log);
     if (c.type != casebuoyancy) tellround(m, s, c, name, log);
     if (c.type != casebuoyancy) return;

@@ -275,6 +275,10 @@ TEST(Program, EveryWayOutRemovesTheControlFileAndOldResults) {
         {"two bars.tek", "2,1\r\n0,0,0\r\n1,0,0\r\n1\r\n1,2,9\r\n", "Element 1 is in group 9"},
         {"two bars.tek", "900000000,1\r\n0,0,0\r\n", "too short"},
         {"feiflu.ini", "# units\ncd = many\n", "feiflu.ini, line 2"},
+        {"two bars.mlt", "1\r\n\"g\"\r\n1e-320\r\n", "two bars.mlt, line 3: the number"},
+        {"two bars.mlt", "1\r\n\"g\"\r\n1\r\n0\r\n0\r\n1\r\n0\r\n1e29\r\n",
+         "two bars.mlt, line 8: the angle"},
+        {"two bars.rot", "700\r\n0\r\n", "two bars.rot, line 1: the angle"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.words);

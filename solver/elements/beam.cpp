@@ -70,7 +70,10 @@ void checkbeam(const element& e) {
     if (!(poisson > -1 && poisson <= 0.5))
         refuseelement(e, "has a Poisson ratio outside -1..0.5; correct it in the element group");
     for (const groupfield f : {fieldixx, fieldiyy, fieldizz, fieldwxx, fieldwyy, fieldwzz})
-        if (e.field(f) < 0) refuseelement(e, "has a second moment or section modulus below 0");
+        if (e.field(f) < 0)
+            refuseelement(
+                e,
+                "has a second moment or section modulus below 0; correct it in the element group");
     if (e.type == typepipe) {
         const double i2 = e.field(fieldixx), i3 = e.field(fieldiyy);
         requireinertia(e, i2 + i3, "I xx");

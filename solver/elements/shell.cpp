@@ -16,6 +16,12 @@ void checkshell(const element& e) {
     const double mostwarp = 0.3;  // corner height over element size
     checkplateproperties(e, false);
     checkplateshape(e, mostwarp);
+    const double mostthick =
+        1e5;  // of its size; the rounding of thicker ones looks like a mechanism
+    if (e.field(fieldthickness) > mostthick * (e.x[1] - e.x[0]).norm())
+        refuseelement(e,
+                      "is over 100,000 times as thick as it is long; correct the thickness of "
+                      "its group, or its unit");
 }
 
 void stiffenplate(const element& e, elmatrix& k) {

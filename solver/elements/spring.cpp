@@ -15,7 +15,10 @@ void checkspring(const element& e) {
     const mat6& k = e.g->spring;
     const double rounding = 1e-5;  // the matrix is kept in single precision
     for (int i = 0; i < 6; ++i) {
-        if (k(i, i) < 0) refuseelement(e, "has a negative stiffness on the diagonal of its matrix");
+        if (k(i, i) < 0)
+            refuseelement(e,
+                          "has a negative stiffness on the diagonal of its matrix; correct it in "
+                          "the element group");
         for (int j = 0; j < i; ++j)
             if (std::fabs(k(i, j) - k(j, i)) > rounding * std::fabs(k(i, j) + k(j, i)))
                 refuseelement(e, "has a spring matrix that is not symmetric in row " +
@@ -39,7 +42,8 @@ void stiffenspring(const element& e, elmatrix& k) {
 
 void checkmass(const element& e) {
     for (const groupfield f : {fielddensity, fieldixx, fieldiyy, fieldizz})
-        if (e.field(f) < 0) refuseelement(e, "has a mass or inertia below 0");
+        if (e.field(f) < 0)
+            refuseelement(e, "has a mass or inertia below 0; correct it in the element group");
 }
 
 void masspoint(const element& e, elmatrix& m) {

@@ -146,12 +146,16 @@ mat3 planestiffness(const element& e, bool strain) {
 void checkplateproperties(const element& e, bool planestrain) {
     if (!(e.field(fieldmodulus) > 0)) refuseelement(e, "has no E modulus; give the group one");
     if (!(e.field(fieldthickness) > 0)) refuseelement(e, "has no thickness; give the group one");
-    if (e.field(fielddensity) < 0) refuseelement(e, "has a specific mass below 0");
+    if (e.field(fielddensity) < 0)
+        refuseelement(e, "has a specific mass below 0; correct it in the element group");
     const double poisson = e.field(fieldpoisson);
     const bool inrange = poisson > -1 && (planestrain ? poisson < 0.5 : poisson <= 0.5);
     if (!inrange)
-        refuseelement(e, planestrain ? "needs a Poisson ratio from -1 to below 0.5 in plane strain"
-                                     : "needs a Poisson ratio between -1 and 0.5");
+        refuseelement(
+            e, planestrain
+                   ? "needs a Poisson ratio from -1 to below 0.5 in plane strain; correct it in "
+                     "the element group"
+                   : "needs a Poisson ratio between -1 and 0.5; correct it in the element group");
 }
 
 void checkplateshape(const element& e, double mostwarp) {

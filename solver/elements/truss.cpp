@@ -7,7 +7,8 @@ void checktruss(const element& e) {
     if (!(lengthof(e) > 0)) refuseelement(e, "has no length; give its nodes different places");
     if (!(e.field(fieldmodulus) > 0)) refuseelement(e, "has no E modulus; give the group one");
     if (!(e.field(fieldthickness) > 0)) refuseelement(e, "has no area; give the group one");
-    if (e.field(fielddensity) < 0) refuseelement(e, "has a specific mass below 0");
+    if (e.field(fielddensity) < 0)
+        refuseelement(e, "has a specific mass below 0; correct it in the element group");
 }
 
 void stiffentruss(const element& e, elmatrix& k) {

@@ -183,6 +183,9 @@ TEST(Refusal, BadElementsAreNamedWithTheirRemedy) {
     b.single(typebeam, b.bar(1, 1, {1, 1, 1}), apart);
     b.field(1, fieldpoisson) = 0.6;
     expectwords(b.refusal(), {"Poisson"});
+    build thick;
+    thick.single(typeshell3, thick.plate(1, 0.3, 1e20), {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    expectwords(thick.refusal(), {"Element 1", "as thick as it is long", "unit"});
     for (const double condition : {-1.0, 0.5, 2.0}) {
         build half;
         half.single(typememb3, half.plate(1, 0.3, 1), {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});

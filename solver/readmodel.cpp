@@ -6,7 +6,6 @@
 #include <exception>
 #include <future>
 
-#include "core/checksum.h"
 #include "core/numtext.h"
 #include "solver/base/parallel.h"
 #include "solver/base/refuse.h"
@@ -356,7 +355,7 @@ static void readconditions(model& m, runlog& log) {
 // Side by side. What is told, and which fault where there are several, is as if the files had been
 // read one behind the other.
 static void readwholemodel(textin& tek, model& m, runlog& log) {
-    enum part { geometry, fingerprint, conditions, parts };
+    enum part { geometry, conditions, parts };
     std::exception_ptr fault[parts];
     runlog behind;
     std::packaged_task<counts()> measure([&] { return readcounts(tek, m); });
@@ -366,8 +365,6 @@ static void readwholemodel(textin& tek, model& m, runlog& log) {
             measure();
             readitems(tek, all.get(), m, log);
             readrotations(m, log);
-        } else if (one == fingerprint) {
-            m.checksum = modelchecksum(m.base);
         } else {
             all.get();
             readconditions(m, behind);
@@ -404,8 +401,6 @@ model readmodel(const std::string& base, runlog& log) {
             readrotations(m, log);
             readconditions(m, log);
         });
-        m.checksum = modelchecksum(base);
-        allranks().checksame("The model " + base, m.checksum);
     }
     checkreferences(m);
     return m;

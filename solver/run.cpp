@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <optional>
 
+#include "core/checksum.h"
 #include "solver/base/control.h"
 #include "solver/base/memory.h"
 #include "solver/base/parallel.h"
@@ -482,7 +484,10 @@ void analyse(const job& j, runlog& log) {
     std::optional<model> whole;
     if (!takeengine(whole, s, j, log)) return;
     usethreads(s);  // fewer processes may have become of them
+    // What the results are of: nobody waits for it before they stand.
+    const auto checksum = std::async(modelchecksum, j.base).share();
     model m = takefiles(j, whole, log);
+    if (!allranks().alone()) allranks().checksame("The model " + j.base, checksum.get());
     giveroomback();  // not sooner: reading has work for all cores
     m.twod = j.twod;
     wanted what;
@@ -492,7 +497,7 @@ void analyse(const job& j, runlog& log) {
     what.displacements = j.solve || what.linestresses || what.platestresses;
     what.modes = j.eigen;
     what.elementmass = j.elementmass;
-    if (s.checkpoint > 0) what.checkpoint = checkpointname(j, s, m.checksum);
+    if (s.checkpoint > 0) what.checkpoint = checkpointname(j, s, checksum.get());
     const results r = solvemodel(m, s, j.doftype, what, log);
     log.stage("write");
     const bool first = allranks().first();
@@ -505,9 +510,9 @@ void analyse(const job& j, runlog& log) {
     if (j.platestress) writeplatestresses(m, s, r.plates, m.ncases());
     armresults({});  // they are whole
     const std::string sums = j.statics() ? staticsums(m, s, r, log) : "";
-    if (first && j.statics()) writesums(j.base, runkind::statics, m.checksum, m.ncases(), sums);
+    if (first && j.statics()) writesums(j.base, runkind::statics, checksum.get(), m.ncases(), sums);
     if (first && j.eigen)
-        writesums(j.base, runkind::modes, m.checksum, r.modes.count(), modesums(r, log));
+        writesums(j.base, runkind::modes, checksum.get(), r.modes.count(), modesums(r, log));
     if (s.checkpoint > 0) checkpoint(j.base + ".ckp", "").drop();
     log.stage("");
     log.progress("done", 100);

@@ -77,8 +77,7 @@ struct clampednode {
 };
 
 struct model {
-    std::string base;      // path without extension
-    std::string checksum;  // of its files (core/checksum)
+    std::string base;  // path without extension
     std::vector<vec3> nodes;
     std::vector<elementdef> elements;
     std::vector<groupdata> groups;

@@ -169,7 +169,8 @@ class dealer {
         const std::vector<dealtelement> own = flattened(exchange(std::move(mine)));
         numberlist nodes = withnodes(own, freenodes());
         links.complete(nodes);
-        nodes = withnodes(elementsof(meetingat(nodes)), nodes);
+        const int rings = 2;  // and those that are held beyond
+        for (int i = 0; i < rings; ++i) nodes = withnodes(elementsof(meetingat(nodes)), nodes);
         links.complete(nodes);
         const std::vector<dealtelement> held = elementsof(meetingat(nodes));
         nodes = withnodes(held, nodes);

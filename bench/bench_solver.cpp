@@ -274,16 +274,20 @@ static void tellrate(const std::string& base, double factor) {
                 ours / dense < wanted ? "  BELOW" : "");
 }
 
-// By turns, so that both find machine and files alike.
+// By turns, so that both find machine and files alike; not while the system still clears away the
+// memory of the run before, which holds up threads that start.
 static void tellreading(const std::string& folder, const std::string& name) {
     const std::string base = folder + "/" + name;
     std::vector<double> plain, ours;
-    const int turns = 5;
+    const int turns = 7;
+    const std::chrono::milliseconds pause(300);
     for (int i = 0; i < turns; ++i) {
+        std::this_thread::sleep_for(pause);
         plain.push_back(secondsof([&] {
             for (const char* extension : {".tek", ".rot", ".vpl", ".knk", ".ell"})
                 if (fs::exists(base + extension)) plainread(base + extension);
         }));
+        std::this_thread::sleep_for(pause);
         runfeiflu(folder, name);
         ours.push_back(stageseconds(base, "read"));
     }

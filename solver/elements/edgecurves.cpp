@@ -90,6 +90,7 @@ static double curveat(const std::vector<facet>& facets, const facet& own, const 
         const mat3 turn = Eigen::Quaterniond::FromTwoVectors(side * its, normal).matrix();
         for (int k = 0; k < 2; ++k) {
             const vec2 along = axes.topRows<2>() * (turn * other.along[k]);
+            // within 3 degrees of the way an edge counts in full
             const double off = 0.003 + std::pow(along.x() * way.y() - along.y() * way.x(), 2);
             const double lack = way.dot(own.curvature * way) - along.dot(own.curvature * along);
             sum += (side * other.curve[k] + lack) / (off * off);

@@ -186,6 +186,11 @@ static void checkwave(const model& m, const settings& s, const loadcase& c, cons
     if (height == 0) return;  // no load, which is told
     if (!(period > 0)) refuse(name + " needs a wave period T above 0; give it one");
     if (!(depth > 0)) refuse(name + " needs a water depth WD above 0; give it one");
+    const double mostshift = 1e4;  // of wave lengths; the phase of larger ones is rounding
+    if (std::fabs(c.par[waveshift]) > mostshift)
+        refuse(name + " has a Shift of " + shortnumber(c.par[waveshift]) +
+               " wave lengths, which tells none any more; give it within " +
+               shortnumber(mostshift));
     if (!(height < 2 * depth))
         refuse(name + " has a wave whose trough lies below the sea bed; lower H or deepen WD");
     const linearwave w =

@@ -175,6 +175,7 @@ TEST(Marine, BadSeasAreRefusedAndDoubtfulOnesTold) {
                 {{50, 8, 0, 0, 20}, casewave, "below the sea bed"},
                 {{1, 0.01, 0, 0, 20}, casewave, "wave lengths long"},
                 {{1, 8, 1e29, 0, 20}, casewave, "a direction of 1e+29 degrees"},
+                {{1, 8, 0, 1e29, 20}, casewave, "a Shift of 1e+29 wave lengths"},
                 {{20, -1e29}, casewind, "a direction of -1e+29 degrees"},
                 {{0, -1, 1}, casebuoyancy, "depth WD below 0"},
                 {{0, 10, -1}, casebuoyancy, "density below 0"}};

@@ -33,7 +33,7 @@ struct textkey {
 };
 }  // namespace
 
-// Of atoms and of planets in SI; beyond it squares of them are no numbers any more.
+// From below atoms to beyond planets, in SI.
 static const double leastunit = 1e-15, mostunit = 1e15;
 
 static const realkey realkeys[] = {
@@ -74,7 +74,7 @@ static const textkey textkeys[] = {
 };
 
 static std::string fromto(double least, double most) {
-    return "a number from " + numbertext(least) + " to " + numbertext(most);
+    return "number from " + numbertext(least) + " to " + numbertext(most);
 }
 
 namespace {
@@ -90,14 +90,15 @@ static setting setnumber(settings& s, const std::string& key, const std::string&
     for (const realkey& k : realkeys) {
         if (key != k.name) continue;
         s.*k.value = number;
-        return {true, isnumber && number >= k.least && number <= k.most, fromto(k.least, k.most)};
+        return {true, isnumber && number >= k.least && number <= k.most,
+                "a " + fromto(k.least, k.most)};
     }
     for (const wholekey& k : wholekeys) {
         if (key != k.name) continue;
         const bool inrange =
             isnumber && number >= k.least && number <= k.most && number == double(int(number));
         if (inrange) s.*k.value = int(number);
-        return {true, inrange, "a whole " + fromto(k.least, k.most).substr(2)};
+        return {true, inrange, "a whole " + fromto(k.least, k.most)};
     }
     return {};
 }
@@ -163,7 +164,10 @@ static void writedefaults(const std::string& path) {
 settings readsettings(const std::string& path, runlog& log) {
     std::error_code ec;
     const std::string found = findnocase(path);
-    if (std::filesystem::exists(found, ec)) return parsesettings(readwhole(found), found, log);
+    if (std::filesystem::exists(found, ec)) {
+        const std::filesystem::path whole = std::filesystem::absolute(found, ec);
+        return parsesettings(readwhole(found), whole.lexically_normal().string(), log);
+    }
     guarded([&] { writedefaults(path); },
             [&](const runtimeerror& e) { log.warn("feiflu.ini was not written: " + e.what); });
     return {};
@@ -184,7 +188,7 @@ void followmodel(settings& s, const std::string& base, runlog& log) {
     for (double settings::*const value : {&settings::length, &settings::force, &settings::mass}) {
         s.*value = in.number();
         if (!(s.*value >= leastunit && s.*value <= mostunit))
-            refuse(name + ": a unit's size is " + fromto(leastunit, mostunit) + "; found " + row);
+            refuse(name + ": a unit's size is a " + fromto(leastunit, mostunit) + "; found " + row);
     }
     log.line("The model is in " + names + ", as it says itself");
 }

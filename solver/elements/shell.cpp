@@ -16,9 +16,10 @@ void checkshell(const element& e) {
     const double mostwarp = 0.3;  // corner height over element size
     checkplateproperties(e, false);
     checkplateshape(e, mostwarp);
-    const double mostthick =
-        1e5;  // of its size; the rounding of thicker ones looks like a mechanism
-    if (e.field(fieldthickness) > mostthick * (e.x[1] - e.x[0]).norm())
+    // Of its size; the rounding of thicker ones looks like a mechanism.
+    const double mostthick = 1e5;
+    const double size = std::max((e.x[1] - e.x[0]).norm(), (e.x[2] - e.x[0]).norm());
+    if (e.field(fieldthickness) > mostthick * size)
         refuseelement(e,
                       "is over 100,000 times as thick as it is long; correct the thickness of "
                       "its group, or its unit");
@@ -33,9 +34,9 @@ void stiffenplate(const element& e, elmatrix& k) {
 
 namespace {
 // All that the matrices of a shell depend on: axes, corners, fields, what is known of the edges,
-// what they follow, curve, curvature and normals, whether there is slip, and nodes. Folds of the
-// edges count for loads alone.
-const int foldvalues = 3 + 4 * mostnodes;
+// what they follow, curve and curvature, which triangles take from the normals, whether there is
+// slip, and nodes. Folds of the edges count for loads alone.
+const int foldvalues = 3 + mostnodes + 3 * 3;
 using shellkey =
     std::array<double, 9 + 3 * mostnodes + groupfields + 1 + mostnodes + 1 + foldvalues + 3>;
 
@@ -80,8 +81,7 @@ static shellkey keyof(const element& e, const flatshape& s) {
     if (e.fold != nullptr) {
         double* part = std::copy_n(e.fold->bend, 3, next);
         part = std::copy_n(e.fold->followed, mostnodes, part);
-        part = std::copy_n(e.fold->lean[0], 2 * mostnodes, part);
-        std::copy_n(e.fold->bothways, 3, part);
+        if (e.nodes == 3) std::copy_n(e.fold->bothways, 3, std::copy_n(e.fold->lean[0], 6, part));
     }
     next += foldvalues;
     *next++ = e.curve;

@@ -228,12 +228,12 @@ lineends findlineends(const model& m, const settings& s, const dofmap& d, const 
     for (int lc = 1; lc <= u.cases; ++lc) loads.emplace_back(m, s, lc);
     parallelpieces(int(r.elements.size()), 256, [&](int first, int last, int) {
         elcases f;
+        unitloads unit;
         for (int i = first; i < last; ++i) {
             const element e = elementat(m, s, r.elements[std::size_t(i)]);
             const beamdata b = beamdataof(e);
             const int nodedofs = kindof(e.type).nodedofs;
             elementforces(m, s, d, u, e.number, f);
-            unitloads unit;
             unit.take(e);
             for (int lc = 1; lc <= u.cases; ++lc) {
                 const caseloads& load = loads[std::size_t(lc - 1)];

@@ -8,32 +8,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "solver/elements/edgebits.h"
+#include "solver/elements/edgebow.h"
 #include "solver/elements/gauss.h"
 #include "solver/elements/smallsolve.h"
-
-// Along the surface of a thin curved shell the rotation of a node about the normal of one flat
-// element is mostly bending of the neighbours. Held to the membrane of the element, it would stop
-// the shell from bending at all until the mesh is very fine. So the more the surface turns over an
-// element, and the thinner that is, the less it follows the single rotations; their mean it always
-// follows.
-double followedpart(const element& e, const flatshape& s) {
-    double longest = 0;
-    for (int k = 0; k < s.corners; ++k) longest = std::max(longest, s.edge[k]);
-    const double turned = longest * e.curve, part = 0.03;  // by the twisted beam and the hemisphere
-    const double ratio = turned > 0 ? e.field(fieldthickness) / turned : 1 / part;
-    return std::min(1.0, part * ratio * ratio);
-}
-
-// Supports that hold an edge against what pulls at it, but leave its ends free to turn, bring no
-// moments that would bow it, nor do forces at the two corners of the end of a strip: to even stress
-// it stays straight. Forces along other edges: see edgeloads. Long edges, bent with the strip, bow
-// as ever. Triangles among themselves bow by half more than a beam, see below.
-double edgebow(const element& e, int edge) {
-    if (isstraightedge(e, edge)) return 0;
-    if (e.nodes == 3 && !meetsquadrilateral(e, edge)) return 1.5;
-    return e.fold == nullptr ? 1 : double(e.fold->followed[edge]);
-}
 
 // --- quadrilateral ------------------------------------------------------------------------------
 
@@ -365,14 +342,33 @@ static mat3 rotationwork(const element& e, const flatshape& s, const optimal& t,
     return work * std::max(weight * std::min((left - none) / (whole - none), 1.0), leastweight);
 }
 
-static void stiffentriangle(const element& e, const flatshape& s, halfmatrix& k) {
+static trianglerows widened(const mat3x9& rows) {
+    trianglerows wide = trianglerows::Zero();
+    for (int c = 0; c < 3; ++c)
+        for (int i = 0; i < 3; ++i) wide.col(6 * c + membranedofs[i]) = rows.col(3 * c + i);
+    return wide;
+}
+
+static trianglerows meanstrain(const element& e, const flatshape& s, const optimal& t) {
+    const trianglerows flat = widened(t.force.transpose() / t.area);
+    return e.fold ? trianglerows(flat + curvedmembrane(e, s).strain()) : flat;
+}
+
+trianglerows meanstrain(const element& e, const flatshape& s) {
+    return meanstrain(e, s, makeoptimal(e, s));
+}
+
+static void stiffentriangle(const element& e, const flatshape& s, elmatrix& k) {
     const optimal t = makeoptimal(e, s);
     const mat3 stretch = planestiffness(e, false);
     const double part = followedpart(e, s);
-    k = t.force * stretch * t.force.transpose() / t.area;
-    k += part * t.rotation.transpose() * rotationwork(e, s, t, stretch) * t.rotation;
+    const trianglerows strain = meanstrain(e, s, t);
+    trianglerows turned = widened(t.rotation);
+    if (e.fold) turned.rowwise() += curvedmembrane(e, s).spin();
+    k += t.area * strain.transpose() * stretch * strain;
+    k += part * turned.transpose() * rotationwork(e, s, t, stretch) * turned;
     if (part == 1) return;
-    const Eigen::Matrix<double, 1, 9> spin = t.rotation.colwise().mean();
+    const trianglerow spin = turned.colwise().mean();
     const double hold = 0.3;  // of the shear modulus; as much as the higher part holds the spin
     k += (1 - part) * hold * stretch(2, 2) * t.area * spin.transpose() * spin;
 }
@@ -405,28 +401,28 @@ static mat3x9 bowedstrain(const element& e, const flatshape& s, int corner) {
     return b;
 }
 
-static void stresstriangle(const element& e, const flatshape& s, halfmatrix& rows) {
+static void stresstriangle(const element& e, const flatshape& s, elmatrix& rows) {
     const optimal t = makeoptimal(e, s);
     const mat3 modulus = planestiffness(e, false) / e.field(fieldthickness);
     const double part = followedpart(e, s);
-    rows.resize(9, 9);
+    const trianglerows flat = widened(t.force.transpose() / t.area), even = meanstrain(e, s, t);
     for (int c = 0; c < 3; ++c)
-        rows.middleRows<3>(3 * c) =
-            modulus * (part * bowedstrain(e, s, c) + (1 - part) / t.area * t.force.transpose());
+        rows.middleRows<3>(6 * c) +=
+            modulus * (even + part * (widened(bowedstrain(e, s, c)) - flat));
 }
 
 // --- both ---------------------------------------------------------------------------------------
 
-void stiffendrilling(const element& e, const flatshape& s, halfmatrix& k) {
-    if (s.corners == 3)
-        stiffentriangle(e, s, k);
-    else
-        stiffenquadrilateral(e, s, k);
+void stiffendrilling(const element& e, const flatshape& s, elmatrix& k) {
+    if (s.corners == 3) return stiffentriangle(e, s, k);
+    halfmatrix half;
+    stiffenquadrilateral(e, s, half);
+    addhalf(half, membranedofs, k);
 }
 
-void stressdrilling(const element& e, const flatshape& s, halfmatrix& rows) {
-    if (s.corners == 3)
-        stresstriangle(e, s, rows);
-    else
-        stressquadrilateral(e, s, rows);
+void stressdrilling(const element& e, const flatshape& s, elmatrix& rows) {
+    if (s.corners == 3) return stresstriangle(e, s, rows);
+    halfmatrix half;
+    stressquadrilateral(e, s, half);
+    addrows(half, membranedofs, 0, rows);
 }

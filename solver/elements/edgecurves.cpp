@@ -9,6 +9,11 @@
 #include "solver/base/parallel.h"
 #include "solver/elements/folds.h"
 
+double flatpart(const element& e, double turned) {
+    const double flat = 0.04 * e.field(fieldthickness);  // bends by 2 % of what the membrane bears
+    return std::fabs(turned) > flat ? flat * flat / (turned * turned) : 1;
+}
+
 double curvealong(const flatshape& s, const edgefold& f, int edge) {
     const auto leaning = [&](int c) {
         const vec2 lean(f.lean[c][0], f.lean[c][1]);
@@ -31,6 +36,16 @@ mat2 curvaturefrom(const flatshape& s, const vec3& along) {
 
 mat2 curvaturefrom(const flatshape& s, const edgefold& f) {
     return curvaturefrom(s, vec3(curvealong(s, f, 0), curvealong(s, f, 1), curvealong(s, f, 2)));
+}
+
+vec3 partsalong(const flatshape& s, const mat2& tensor) {
+    vec3 part;
+    for (int k = 0; k < 3; ++k) {
+        const vec2 &next = s.along[s.next(k)], &last = s.along[(k + 2) % 3], &d = s.along[k];
+        const vec2 m(-next.y(), next.x()), n(-last.y(), last.x());  // across the other two
+        part[k] = m.dot(tensor * n) / (m.dot(d) * n.dot(d));
+    }
+    return part;
 }
 
 namespace {

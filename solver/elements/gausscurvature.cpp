@@ -39,7 +39,7 @@ static double lackofquadrilateral(const flatshape& s) {
 static double lackoftriangle(const edgefold& fold, const mat2& curvature, const flatshape& s) {
     const double square = curvature.squaredNorm();
     if (!(square > 0)) return 0;
-    const double lacking = 2, little = 0.03;  // by the inner half of a torus
+    const double lacking = 2, little = 0.05;  // by the inner half of a torus
     const double bothways = *std::max_element(fold.bothways, fold.bothways + 3) / little;
     const double faded = lacking / std::pow(1 + bothways * bothways, 2);
     mat2 spread = mat2::Zero();  // mean of p p' over the triangle, b^2 / 18 of legs of length b

@@ -52,6 +52,12 @@ void addhalf(const halfmatrix& half, const int (&dofs)[3], elmatrix& whole) {
             whole(6 * (i / 3) + dofs[i % 3], 6 * (j / 3) + dofs[j % 3]) += half(i, j);
 }
 
+void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elmatrix& rows) {
+    for (int j = 0; j < half.cols(); ++j)
+        for (int i = 0; i < half.rows(); ++i)
+            rows(6 * (i / 3) + first + i % 3, 6 * (j / 3) + dofs[j % 3]) += half(i, j);
+}
+
 stressframe frameof(const flatshape& s) {
     const mat2 j = jacobianof(s, shapesat(4, {0, 0}));
     const vec2 r = j.row(0), t = j.row(1);

@@ -51,6 +51,8 @@ stressframe frameof(const flatshape& s);
 const int membranedofs[3] = {0, 1, 5}, bendingdofs[3] = {2, 3, 4};
 // Adds a half to the whole, both on local degrees of freedom at the plane.
 void addhalf(const halfmatrix& half, const int (&dofs)[3], elmatrix& whole);
+// Adds a half's rows (three a corner) to the six of a corner, from row `first` on.
+void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elmatrix& rows);
 
 // In the plane below a node at some height the surface moves sideways as its slope there turns the
 // arm between them: rows on the plane's corners take in what that makes of u3. Slopes are those of

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "solver/elements/drill.h"
+#include "solver/elements/edgebow.h"
 #include "solver/elements/edgecurves.h"
 
 // The cubic deflection gives a load on a flat plate its exact moments at the nodes, p l l / 12. A
@@ -12,31 +13,46 @@
 // edge: they bend it by half of l l / R t of the membrane stress. So the deflection that a load
 // meets is the more linear the more the surface is curved.
 double cubicpart(const element& e, const flatshape& s) {
-    const double turned = *std::max_element(s.edge, s.edge + s.corners) * e.curve;
-    const double flat = 0.04 * e.field(fieldthickness);  // 2 % of the membrane stress
-    return turned > flat ? flat * flat / (turned * turned) : 1;
+    return flatpart(e, *std::max_element(s.edge, s.edge + s.corners) * e.curve);
 }
 
 // What has to act on the corners where the membrane holds a load by this stress, force a length in
-// the mean axes, so that it needs no bending for that on any mesh. The element's own forces of the
+// the mean axes, so that it needs no bending for that on any mesh: the element's own forces of the
 // stress, as far as they point along the normal of the surface at each corner.
-//
+static halfrow alongnormals(const element& e, const elmatrix& force) {
+    halfrow normal = halfrow::Zero(3 * e.nodes);
+    for (int c = 0; c < e.nodes; ++c) {
+        const vec2 lean(e.fold->lean[c][0], e.fold->lean[c][1]);
+        normal[3 * c] = force.block<1, 2>(0, 6 * c).dot(lean) + force(0, 6 * c + 2);
+    }
+    return normal;
+}
+
+// With the moments, as far as they turn about no normal.
+static halfrow balanceoftriangle(const element& e, const flatshape& s, const mat2& stress) {
+    const vec3 pulls(stress(0, 0), stress(1, 1), stress(0, 1));
+    const elmatrix force = flatarea(s) * pulls.transpose() * meanstrain(e, s);
+    halfrow balance = alongnormals(e, force);
+    for (int c = 0; c < 3; ++c) {
+        const Eigen::RowVector2d lean(e.fold->lean[c][0], e.fold->lean[c][1]);
+        balance.segment<2>(3 * c + 1) =
+            force.block<1, 2>(0, 6 * c + 3) - force(0, 6 * c + 5) * lean;
+    }
+    return balance;
+}
+
 // The membrane's edges bow with the rotations, so a stress N across an edge of length l turns its
 // ends about the element's normal by moments bow N l l / 12. In a flat plate those of the neighbour
 // take them up; at a fold a part along the surface is left, and the load has to balance it.
-static halfrow balanceof(const element& e, const flatshape& s, const mat2& stress) {
-    elmatrix force = elmatrix::Zero(1, 6 * s.corners);
-    for (int c = 0; c < s.corners; ++c) {
-        const vec2 across = (s.at[s.next(c)] - s.at[(c + s.corners - 1) % s.corners]) / 2;
+static halfrow balanceofquadrilateral(const element& e, const flatshape& s, const mat2& stress) {
+    elmatrix force = elmatrix::Zero(1, 24);
+    for (int c = 0; c < 4; ++c) {
+        const vec2 across = (s.at[s.next(c)] - s.at[(c + 3) % 4]) / 2;
         force.block<1, 2>(0, 6 * c) = stress * vec2(across.y(), -across.x());
     }
-    if (s.corners == 4) addarms(s, force);
-    halfrow balance = halfrow::Zero(3 * s.corners);
-    for (int c = 0; c < s.corners; ++c) {
-        const vec2 lean(e.fold->lean[c][0], e.fold->lean[c][1]);
-        balance[3 * c] = force.block<1, 2>(0, 6 * c).dot(lean) + force(0, 6 * c + 2);
-    }
-    for (int k = 0; k < s.corners; ++k) {
+    addarms(s, force);
+    halfrow balance = alongnormals(e, force);
+    for (int k = 0; k < 4; ++k) {
         const int i = k, j = s.next(k);
         const vec2 out(s.along[k].y(), -s.along[k].x());
         const double across = out.dot(stress * out) * e.fold->fold[k] * s.edge[k];
@@ -45,6 +61,10 @@ static halfrow balanceof(const element& e, const flatshape& s, const mat2& stres
         balance.segment<2>(3 * j + 1) -= moment;
     }
     return balance;
+}
+
+static halfrow balanceof(const element& e, const flatshape& s, const mat2& stress) {
+    return s.corners == 3 ? balanceoftriangle(e, s, stress) : balanceofquadrilateral(e, s, stress);
 }
 
 // Square of the curvature, or of what a surface has that is all but flat here and bears no
@@ -77,13 +97,8 @@ static membraneload loadheldby(const element& e, const flatshape& s, const mat2&
 // edge as much as lies half way up to the corner opposite, so that of two triangles that are a
 // rectangle nothing is left over.
 static halfrow halfwayshare(const flatshape& s, const mat2& stress) {
-    halfrow part(3);  // by the corner opposite to the edge
-    for (int k = 0; k < 3; ++k) {
-        const int c = (k + 2) % 3;
-        const vec2 &a = s.along[s.next(k)], &b = s.along[c], &way = s.along[k];
-        const vec2 na(-a.y(), a.x()), nb(-b.y(), b.x());
-        part[c] = std::fabs(na.dot(stress * nb) / (na.dot(way) * nb.dot(way)));
-    }
+    const vec3 along = partsalong(s, stress).cwiseAbs();
+    const halfrow part = vec3(along[1], along[2], along[0]).transpose();  // by the corner opposite
     const double all = part.sum();
     return all > 0 ? halfrow((part.array() / all + 1) / 4) : halfrow::Constant(3, 1.0 / 3);
 }

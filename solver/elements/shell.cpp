@@ -107,11 +107,10 @@ void stiffenshell(const element& e, elmatrix& k) {
     const flatshape s = flatten(e, meanaxes(e));
     workoralike(e, s, k, [&](elmatrix& whole) {
         whole.setZero(6 * e.nodes, 6 * e.nodes);
-        halfmatrix bending = plate(e, s).stiffness(), membrane;
+        halfmatrix bending = plate(e, s).stiffness();
         addgausscurvature(e, s, bending);
         addhalf(bending, bendingdofs, whole);
-        stiffendrilling(e, s, membrane);
-        addhalf(membrane, membranedofs, whole);
+        stiffendrilling(e, s, whole);
         tonodes(s, whole);
     });
 }
@@ -179,13 +178,6 @@ void spreadshell(const element& e, placedforces forces, elvector& f) {
     f += work.transpose();
 }
 
-// Adds a half's rows (three a corner) to the six of a corner, from row `first` on.
-static void addrows(const halfmatrix& half, const int (&dofs)[3], int first, elmatrix& rows) {
-    for (int j = 0; j < half.cols(); ++j)
-        for (int i = 0; i < half.rows(); ++i)
-            rows(6 * (i / 3) + first + i % 3, 6 * (j / 3) + dofs[j % 3]) += half(i, j);
-}
-
 static void addbending(const element& e, const flatshape& s, elmatrix& rows) {
     addrows(plate(e, s).cornerstress(), bendingdofs, 3, rows);
 }
@@ -202,9 +194,7 @@ void stressshell(const element& e, elmatrix& rows) {
     workoralike(e, s, rows, [&](elmatrix& whole) {
         whole.setZero(6 * e.nodes, 6 * e.nodes);
         addbending(e, s, whole);
-        halfmatrix half;
-        stressdrilling(e, s, half);
-        addrows(half, membranedofs, 0, whole);
+        stressdrilling(e, s, whole);
         rowstonodes(s, whole);
     });
 }

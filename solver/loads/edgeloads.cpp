@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "solver/elements/catalogue.h"
-#include "solver/elements/drill.h"
+#include "solver/elements/edgebow.h"
 #include "solver/elements/folds.h"
 #include "solver/processes/ranks.h"
 
@@ -39,6 +39,15 @@ shellrims::shellrims(const model& of, const settings& set)
     }
 }
 
+// The axis about which a pull turns a corner by the bow: the normal of the surface there for a
+// triangle, whose stretch knows of it, that of the element for a quadrilateral.
+static vec3 turnedabout(const element& e, int corner) {
+    const mat3 axes = meanaxes(e);
+    if (e.nodes == 4 || e.fold == nullptr) return axes.row(2);
+    const double* const lean = e.fold->lean[corner];
+    return axes.transpose() * vec3(lean[0], lean[1], 1).normalized();
+}
+
 void shellrims::eachmoment(const std::vector<nodalrow>& rows,
                            const std::function<void(int, const vec3&)>& add) const {
     std::vector<vec3> forces(at.size(), vec3::Zero());
@@ -62,9 +71,9 @@ void shellrims::eachmoment(const std::vector<nodalrow>& rows,
         }
         if (pull == 0) continue;
         const element e = elementat(m, s, one.element);
-        const vec3 moment = edgebow(e, one.edge) * pull / goeson * length * length / 12 *
-                            meanaxes(e).row(2).transpose();
-        add(e.node[one.edge], -moment);
-        add(e.node[(one.edge + 1) % e.nodes], moment);
+        const double moment = edgebow(e, one.edge) * pull / goeson * length * length / 12;
+        const int next = (one.edge + 1) % e.nodes;
+        add(e.node[one.edge], -moment * turnedabout(e, one.edge));
+        add(e.node[next], moment * turnedabout(e, next));
     }
 }

@@ -16,7 +16,7 @@ class shellrims {
     shellrims(const model& m, const settings& s);  // of the model's slip
 
     // Finds the moments from the forces among the rows and gives them to add(node, moment); those
-    // of an edge add up to zero. Edges of other processes' elements are left to these.
+    // of a straight edge add up to zero. Edges of other processes' elements are left to these.
     void eachmoment(const std::vector<nodalrow>& rows,
                     const std::function<void(int, const vec3&)>& add) const;
 

@@ -286,6 +286,33 @@ TEST(Shells, ATorusBendsAtItsTop) {
     }
 }
 
+// A zone of a sphere and a hyperboloid, R / t about 1000, free at one end: their triangles bend
+// there as quadrilaterals of half the size.
+TEST(Shells, ThinShellsOfRevolutionBendAtAFreeEdge) {
+    const auto radius = [](bool sphere, double s) {
+        return sphere ? 10 * std::cos(s) : 6 * std::cosh(1.1 * s);
+    };
+    for (const bool sphere : {true, false}) {
+        double first = 0;
+        for (const auto& [type, nx, ny] :
+             {std::tuple(typeshell4, 48, 72), std::tuple(typeshell3, 24, 36)}) {
+            build b;
+            const grid at = b.mesh(type, b.plate(1e7, 0.3, 0.01), nx, ny, [&](double r, double s) {
+                return around(radius(sphere, s), right * r, sphere ? 10 * std::sin(s) : 8 * s);
+            });
+            b.fix(at.left(), {2, 4, 6}), b.fix(at.right(), {1, 5, 6}), b.fix(at.bottom(), clamped);
+            b.pressall(1, 3, 1);
+            const results r = solvebalanced(b);
+            double widened = 0;
+            for (const int n : at.top())
+                widened += movedby(r, 1, n).head<2>().dot(b.m.nodes[std::size_t(n)].head<2>()) /
+                           double(nx + 1);
+            if (first == 0) first = widened;
+            EXPECT_NEAR(widened, first, 0.08 * std::fabs(first)) << sphere;
+        }
+    }
+}
+
 // Triangles on long rows of a cone of few flats bend where it does not.
 TEST(Shells, ConesOfTrianglesAreToldWhereTheyBendFalsely) {
     for (const int type : {typeshell3, typeshell4})
@@ -297,43 +324,116 @@ TEST(Shells, ConesOfTrianglesAreToldWhereTheyBendFalsely) {
         }
 }
 
-// Equal forces at the nodes in place of a pressure: triangles bend at their folds, and that is told
-// wherever it widens the ring by more than 0.13 of it; quadrilaterals and fine meshes are right.
-TEST(Shells, ForcesAtTheNodesOfTrianglesAreToldWhereTheyBendFolds) {
-    const struct {
-        diagonals way;
-        int nx, ny;
-        double length, thickness;
-        bool told;
-    } rows[] = {{oneway, 16, 1, 10, 1, true},         {oneway, 16, 1, 100, 1, true},
-                {otherway, 16, 4, 40, 1, true},       {crosswise, 16, 1, 10, 1, true},
-                {oneway, 32, 1, 5, 1, false},         {quadrilaterals, 16, 1, 10, 1, false},
-                {quadrilaterals, 16, 4, 40, 1, false}};
-    const double radius = 100, modulus = 2e5;
-    for (const auto& row : rows) {
+// Widening of the edge of a cylinder under rings of force at distances of x = 1.285, in measures of
+// the beam on an elastic foundation that a strip along it is, the outer ones half as strong: over
+// that of a pressure. Closed for two rings, by the semi-infinite beam for more.
+static double widenedbyrings(int rings) {
+    const double x = std::sqrt(std::sqrt(3 * (1 - 0.3 * 0.3)));
+    if (rings == 2) return x * (std::cosh(x) + std::cos(x)) / (std::sinh(x) + std::sin(x));
+    double sum = 0.5;
+    for (int k = 1; k < rings; ++k) sum += std::exp(-k * x) * std::cos(k * x);
+    return 2 * x * sum;
+}
+
+// Forces at the nodes of rows of triangles, sqrt(R t) long, bend the shell as such rings would.
+TEST(Shells, ForcesAtTheNodesWidenARing) {
+    const double radius = 100, modulus = 2e5, row = 10;
+    const int nx = 16;
+    for (const diagonals way : {oneway, otherway, crosswise})
+        for (const int ny : {1, 4}) {
+            build b;
+            const grid at =
+                b.mesh(typeshell4, b.plate(modulus, 0.3, 1), nx, ny,
+                       [&](double r, double s) { return around(radius, right * r, row * ny * s); });
+            cut(b, way);
+            b.fix(at.left(), {2, 4, 6}), b.fix(at.right(), {1, 5, 6}), b.fix(at.bottom(), {3});
+            for (int j = 0; j <= ny; ++j)
+                for (int i = 0; i <= nx; ++i) {
+                    const double area = radius * right / nx * row * (i % nx == 0 ? 0.5 : 1) *
+                                        (j % ny == 0 ? 0.5 : 1);
+                    b.load(1, at.number(i, j), 1, 0.1 * area * std::cos(right * i / nx));
+                    b.load(1, at.number(i, j), 2, 0.1 * area * std::sin(right * i / nx));
+                }
+            const double widened = moved(solvebalanced(b), 1, at.number(0, 0), 1);
+            const double truth = widenedbyrings(ny + 1);
+            EXPECT_NEAR(widened / (0.1 * radius * radius / modulus), truth, 0.03 * truth)
+                << way << ' ' << ny;
+        }
+}
+
+// Pulled along, a cylinder gets no wider or narrower at its rim than elsewhere.
+TEST(Shells, PullsAlongDoNotBendARim) {
+    const double radius = 10, modulus = 1e7, thickness = 0.01;
+    for (const diagonals way : {oneway, crosswise, quadrilaterals}) {
         build b;
+        const int nx = 16, ny = 24;
         const grid at =
-            b.mesh(typeshell4, b.plate(modulus, 0.3, row.thickness), row.nx, row.ny,
-                   [&](double r, double s) { return around(radius, right * r, row.length * s); });
-        cut(b, row.way);
+            b.mesh(typeshell4, b.plate(modulus, 0.3, thickness), nx, ny,
+                   [&](double r, double s) { return around(radius, right * r, radius * s); });
+        cut(b, way);
         b.fix(at.left(), {2, 4, 6}), b.fix(at.right(), {1, 5, 6}), b.fix(at.bottom(), {3});
-        for (int j = 0; j <= row.ny; ++j)
-            for (int i = 0; i <= row.nx; ++i) {
-                const double area = radius * right / row.nx * row.length / row.ny *
-                                    (i % row.nx == 0 ? 0.5 : 1) * (j % row.ny == 0 ? 0.5 : 1);
-                b.load(1, at.number(i, j), 1, 0.1 * area * std::cos(right * i / row.nx));
-                b.load(1, at.number(i, j), 2, 0.1 * area * std::sin(right * i / row.nx));
+        b.spread(1, at.top(), 3, radius * right);
+        const double truth = -0.3 * radius / (modulus * thickness);
+        const results r = solvebalanced(b);
+        for (const int j : {0, ny / 2, ny})
+            EXPECT_NEAR(moved(r, 1, at.number(0, j), 1), truth, -0.01 * truth) << way << ' ' << j;
+    }
+}
+
+// Part of a sphere under a motion that bends it without stretch (Rayleigh, On the infinitesimal
+// bending of surfaces of revolution, Proc. London Math. Soc. 13, 1881; here of three waves): the
+// strain of a triangle falls with the third power of its size.
+TEST(Shells, TrianglesDoNotStretchWhereASphereBends) {
+    const auto place = [](double polar, double angle) {
+        return vec3(std::sin(polar) * std::cos(angle), std::sin(polar) * std::sin(angle),
+                    std::cos(polar));
+    };
+    const auto motion = [&](double polar, double angle) {
+        const double size = std::pow(std::tan(polar / 2), 3);
+        const vec3 along(std::cos(polar) * std::cos(angle), std::cos(polar) * std::sin(angle),
+                         -std::sin(polar)),
+            round(-std::sin(angle), std::cos(angle), 0);
+        return vec3(-std::sin(polar) * size * std::sin(3 * angle) * along +
+                    std::sin(polar) * size * std::cos(3 * angle) * round +
+                    size * std::sin(3 * angle) * (3 + std::cos(polar)) * place(polar, angle));
+    };
+    // Of the surface: what turns its two tangents with it.
+    const auto rotation = [&](double polar, double angle) {
+        const double h = 1e-5, wide = std::sin(polar);
+        const vec3 t = (place(polar + h, angle) - place(polar - h, angle)) / (2 * h);
+        const vec3 p = (place(polar, angle + h) - place(polar, angle - h)) / (2 * h * wide);
+        const vec3 ut = (motion(polar + h, angle) - motion(polar - h, angle)) / (2 * h);
+        const vec3 up = (motion(polar, angle + h) - motion(polar, angle - h)) / (2 * h * wide);
+        const vec3 n = t.cross(p);
+        return vec3(up.dot(n) * t - ut.dot(n) * p + (ut.dot(p) - up.dot(t)) / 2 * n);
+    };
+    double before = 0;
+    for (const int n : {8, 16}) {
+        build b;
+        const double from = 1.2, size = 0.4;
+        const auto polarat = [&](double s) { return from + size * s; };
+        const auto angleat = [&](double r) { return 0.3 + size * r; };
+        const grid at = b.mesh(typeshell3, b.plate(1, 0.3, 1e-4), n, n,
+                               [&](double r, double s) { return place(polarat(s), angleat(r)); });
+        for (int j = 0; j <= n; ++j)
+            for (int i = 0; i <= n; ++i) {
+                const double polar = polarat(double(j) / n), angle = angleat(double(i) / n);
+                const vec3 u = motion(polar, angle), turned = rotation(polar, angle);
+                for (int k = 0; k < 3; ++k) {
+                    b.fix(at.number(i, j), {k + 1}, u[k]);
+                    b.fix(at.number(i, j), {k + 4}, turned[k]);
+                }
             }
-        b.addcase();
-        b.pressall(2, 3, 0.1);  // bends none
-        b.m.cases.push_back(b.m.cases[1]);
-        const double widened = moved(b.solve(), 1, at.number(0, 0), 1);
-        const double truth = 0.1 * radius * radius / (modulus * row.thickness);
-        EXPECT_EQ(widened > 1.13 * truth, row.told) << row.nx << ' ' << row.ny << ' ' << widened;
-        ASSERT_EQ(b.log.warnings().size(), row.told ? 2u : 0u) << row.nx << ' ' << row.ny;
-        if (!row.told) continue;
-        expectwords(b.log.warnings()[0], {"Case 1", "node(s) of curved SHELL3", "pressure"});
-        expectwords(b.log.warnings()[1], {"Case 3"});
+        const results r = b.solve();
+        double most = 0;
+        for (std::size_t i = 0; i < r.plates.elements.size(); ++i) {
+            const int quad = (r.plates.elements[i] - 1) / 2, x = quad % n, y = quad / n;
+            if (std::min({x, y, n - 1 - x, n - 1 - y}) < n / 4) continue;  // normals are guessed
+            for (int c = r.plates.first[i]; c < r.plates.first[i] + 3; ++c)
+                for (int k = 0; k < 3; ++k) most = std::max(most, std::fabs(r.plates.of(1, c)[k]));
+        }
+        EXPECT_TRUE(before == 0 || std::log2(before / most) > 2.5) << n << ' ' << before / most;
+        before = most;
     }
 }
 
@@ -543,7 +643,7 @@ TEST(Verification, HookOfRaasch) {
 
 TEST(Verification, RoofOfScordelisAndLo) {
     for (const int type : {typeshell4, typeshell3})
-        for (const auto [n, tolerance] : meshes{{4, 0.05}, {8, 0.015}, {16, 0.012}}) {
+        for (const auto [n, tolerance] : meshes{{4, 0.05}, {8, 0.02}, {16, 0.012}}) {
             build b;
             b.s.mass = b.s.force = 1;
             const int g = b.plate(4.32e8, 0, 0.25, 90 / 0.25);

@@ -30,7 +30,6 @@
 #include "solver/readmodel.h"
 #include "solver/results/checkpoint.h"
 #include "solver/results/falsebending.h"
-#include "solver/results/foldmoments.h"
 #include "solver/results/logtexts.h"
 #include "solver/results/oldresults.h"
 #include "solver/results/refine.h"
@@ -243,7 +242,6 @@ static casepart solveblock(const model& m, const settings& s, const equations& q
         part.reactions = findreactions(m, s, q.dofs, part.u, applied, log);
         refinereactions(m, s, q, l, applied, held, part, log);
     }
-    warnfoldmoments(m, s, q.dofs, part.u, applied, first, log);
     return part;
 }
 

@@ -8,8 +8,6 @@
 // lock.
 #include "solver/elements/curvedmembrane.h"
 
-#include <cmath>
-
 #include "solver/elements/edgebits.h"
 #include "solver/elements/edgebow.h"
 #include "solver/elements/edgecurves.h"
@@ -31,7 +29,7 @@ curvedmembrane::curvedmembrane(const element& of, const flatshape& shape) : e(of
     trianglerow sum = trianglerow::Zero();
     for (int k = 0; k < 3; ++k) {
         const int i = k, j = s.next(k);
-        curve[k] = (lean[j] - lean[i]).dot(s.along[k]) / s.edge[k];
+        curve[k] = (climb(k)[1] - climb(k)[0]) / s.edge[k];
         turned[k] = leanout(k) * out(k).transpose() * (tilt[j] - tilt[i]);
         turned[k][6 * j + 5] += 1;
         turned[k][6 * i + 5] -= 1;
@@ -53,14 +51,13 @@ curvedmembrane::curvedmembrane(const element& of, const flatshape& shape) : e(of
 trianglerow curvedmembrane::bow(int edge) const {
     const int i = edge, j = s.next(edge);
     const vec2& along = s.along[edge];
-    const vec2 climb(lean[i].dot(along), lean[j].dot(along));
-    trianglerow ends =
-        climb[1] * along.transpose() * tilt[j] - climb[0] * along.transpose() * tilt[i];
+    const vec2 leans = climb(edge);
+    trianglerow ends = along.transpose() * (leans[1] * tilt[j] - leans[0] * tilt[i]);
     ends[6 * j + 5] += 1;
     ends[6 * i + 5] -= 1;
     double bows = edgebow(e, edge);
     if (isstraightedge(e, edge) && !mixed)
-        bows = trianglebow * (1 - flatpart(e, s.edge[edge] * (climb[1] - climb[0])));
+        bows = trianglebow * (1 - flatpart(e, s.edge[edge] * (leans[1] - leans[0])));
     ends += (bows - 1) * (turned[edge] - changed[edge]);
     return s.edge[edge] / 12 * ends;
 }
@@ -92,9 +89,9 @@ trianglerow curvedmembrane::spin() const {
         const vec2 n = out(k);
         sum += leanout(k) / 12 * n.transpose() * (tilt[i] + tilt[j]);
         sum += (lean[j] - lean[i]).transpose() * (tilt[j] - tilt[i]) / 24;
-        const vec2 climb(lean[i].dot(s.along[k]), lean[j].dot(s.along[k]));
+        const vec2 leans = climb(k);
         const double length = s.edge[k] * s.edge[k] / (24 * flatarea(s));
-        sum -= length * n.transpose() * (climb[0] * tilt[i] - climb[1] * tilt[j]);
+        sum -= length * n.transpose() * (leans[0] * tilt[i] - leans[1] * tilt[j]);
     }
     return sum;
 }

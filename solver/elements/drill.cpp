@@ -349,22 +349,26 @@ static trianglerows widened(const mat3x9& rows) {
     return wide;
 }
 
-static trianglerows meanstrain(const element& e, const flatshape& s, const optimal& t) {
-    const trianglerows flat = widened(t.force.transpose() / t.area);
-    return e.fold ? trianglerows(flat + curvedmembrane(e, s).strain()) : flat;
+static trianglerows flatstrain(const optimal& t) {
+    return widened(t.force.transpose() / t.area);
 }
 
 trianglerows meanstrain(const element& e, const flatshape& s) {
-    return meanstrain(e, s, makeoptimal(e, s));
+    trianglerows strain = flatstrain(makeoptimal(e, s));
+    if (e.fold) strain += curvedmembrane(e, s).strain();
+    return strain;
 }
 
 static void stiffentriangle(const element& e, const flatshape& s, elmatrix& k) {
     const optimal t = makeoptimal(e, s);
     const mat3 stretch = planestiffness(e, false);
     const double part = followedpart(e, s);
-    const trianglerows strain = meanstrain(e, s, t);
-    trianglerows turned = widened(t.rotation);
-    if (e.fold) turned.rowwise() += curvedmembrane(e, s).spin();
+    trianglerows strain = flatstrain(t), turned = widened(t.rotation);
+    if (e.fold) {
+        const curvedmembrane curved(e, s);
+        strain += curved.strain();
+        turned.rowwise() += curved.spin();
+    }
     k += t.area * strain.transpose() * stretch * strain;
     k += part * turned.transpose() * rotationwork(e, s, t, stretch) * turned;
     if (part == 1) return;
@@ -405,10 +409,11 @@ static void stresstriangle(const element& e, const flatshape& s, elmatrix& rows)
     const optimal t = makeoptimal(e, s);
     const mat3 modulus = planestiffness(e, false) / e.field(fieldthickness);
     const double part = followedpart(e, s);
-    const trianglerows flat = widened(t.force.transpose() / t.area), even = meanstrain(e, s, t);
+    trianglerows beyond = trianglerows::Zero();
+    if (e.fold) beyond = curvedmembrane(e, s).strain();
     for (int c = 0; c < 3; ++c)
         rows.middleRows<3>(6 * c) +=
-            modulus * (even + part * (widened(bowedstrain(e, s, c)) - flat));
+            modulus * (part * widened(bowedstrain(e, s, c)) + (1 - part) * flatstrain(t) + beyond);
 }
 
 // --- both ---------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <iterator>
@@ -15,6 +16,10 @@
 #include "solver/base/refuse.h"
 
 namespace fs = std::filesystem;
+
+vec3 around(double radius, double angle, double z) {
+    return {radius * std::cos(angle), radius * std::sin(angle), z};
+}
 
 build::build() {
     m.nodes.resize(1);

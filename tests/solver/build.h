@@ -14,6 +14,10 @@
 #include "solver/run.h"
 
 const std::initializer_list<int> clamped = {1, 2, 3, 4, 5, 6};
+const double right = 1.57079632679489662;  // angle
+
+// On a cylinder about the z axis; angle in radians.
+vec3 around(double radius, double angle, double z);
 
 struct build {
     model m;

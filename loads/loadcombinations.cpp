@@ -97,7 +97,7 @@ void leavemultiplier(combinationform& form) {
 
 // --- changes of the model -----------------------------------------------------------------------
 
-static bool isname(const std::string& name, int last) {
+static bool iscombname(const std::string& name, int last) {
     for (int c = 1; c <= last; ++c)
         if (lcombname(c) == name) return true;
     return false;
@@ -113,7 +113,7 @@ bool addloadcomb(combinationform& form) {
     lcomb(0, 0) = float(curlcomb);
     lcomb(curlcomb, 0) = 0;
     std::string name = "Lcomb" + numbertext(curlcomb);
-    while (isname(name, before)) name += "*";
+    while (iscombname(name, before)) name += "*";
     lcombname(curlcomb) = name;
     for (int l = 1; l <= nlc(); ++l) lcomb(curlcomb, l) = 0;
     loadloadcomb(form);
@@ -146,20 +146,20 @@ void getloadcomb(combinationform& form) {
     if (ismultiplier(form)) lcomb(curlcomb, form.curlcase) = float(numberof(form.multiplier));
 }
 
-static bool isnameofanother(const std::string& name) {
+static bool isnameofanothercomb(const std::string& name) {
     for (int c = 1; c <= ncomb(); ++c)
         if (c != curlcomb && lcombname(c) == name) return true;
     return false;
 }
 
-static std::string faultofname(const std::string& name) {
+static std::string faultofcombname(const std::string& name) {
     if (name.find_first_not_of(' ') == name.npos) return "A load combination needs a name";
-    return isnameofanother(name) ? "Name allready excists" : "";
+    return isnameofanothercomb(name) ? "Name allready excists" : "";
 }
 
 void updateloadcomb(combinationform& form) {
     form.message.clear();
-    const std::string fault = faultofname(form.name);
+    const std::string fault = faultofcombname(form.name);
     leavemultiplier(form);
     if (fault.empty() && !ismultiplier(form)) {
         form.message = "Multiplier " + form.multiplier + " is too large, nothing was stored";

@@ -131,7 +131,7 @@ void editshift(loadcaseform& form) {
 
 // --- changes of the model -----------------------------------------------------------------------
 
-static bool isname(const std::string& name, int last) {
+static bool iscasename(const std::string& name, int last) {
     for (int i = 1; i <= last; ++i)
         if (lcname(i) == name) return true;
     return false;
@@ -156,7 +156,7 @@ void addloadcase(loadcaseform& form) {
     loadnode(0, 0) = curlc;
     emptyslot(curlc);
     std::string name = "LC " + numbertext(int(curlc));
-    while (isname(name, before)) name += "*";
+    while (iscasename(name, before)) name += "*";
     lcname(curlc) = name;
     defaultloadcase(curlc);
     form.changed = true;
@@ -208,19 +208,19 @@ static void storekind(loadcaseform& form) {
     }
 }
 
-static bool isnameofanother(const std::string& name) {
+static bool isnameofanothercase(const std::string& name) {
     for (int i = 1; i <= nlc(); ++i)
         if (i != curlc && lcname(i) == name) return true;
     return false;
 }
 
-static std::string faultofname(const std::string& name) {
+static std::string faultofcasename(const std::string& name) {
     if (name.find_first_not_of(' ') == name.npos) return "A load case needs a name";
-    return isnameofanother(name) ? "Name allready excists" : "";
+    return isnameofanothercase(name) ? "Name allready excists" : "";
 }
 
 void updateloadcase(loadcaseform& form) {
-    if (const std::string fault = faultofname(form.name); !fault.empty()) {
+    if (const std::string fault = faultofcasename(form.name); !fault.empty()) {
         loadloadcase(form);
         putloadcase(form);
         form.message = fault;

@@ -30,7 +30,7 @@
 #include "post/source.h"
 #include "view/moddraw.h"
 
-static const char* const section = "report";
+static const char* const booksection = "report";
 
 const std::vector<bookpart>& bookparts() {
     static const char *const model = "Model", *const loads = "Loads", *const results = "Results",
@@ -158,7 +158,7 @@ static bookchoice readrows(textin& in) {
 }
 
 bookchoice thebook() {
-    textin in = kalreader(section);
+    textin in = kalreader(booksection);
     return readrows(in);
 }
 
@@ -185,11 +185,11 @@ void storebook(const bookchoice& book) {
         rows += "\n";
     }
     const step change("Report", reaches::texts);
-    putkalsection(section, rows);
+    putkalsection(booksection, rows);
 }
 
 void wirebook() {
-    checkkalsection(section, [](textin& in) { readrows(in); });
+    checkkalsection(booksection, [](textin& in) { readrows(in); });
 }
 
 // --- what is chosen -----------------------------------------------------------------------------

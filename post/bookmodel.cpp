@@ -22,10 +22,6 @@
 
 using cells = std::vector<std::string>;
 
-static std::string value(double x) {
-    return shorttext(x);
-}
-
 static const int rowsperlook = 2000;  // between two looks at the progress window
 
 static void lookat(int row) {
@@ -89,7 +85,8 @@ void booksummary(booksink& b) {
     b.begintable("Extents", {{headedinput("Direction", "L"), false}, {"From"}, {"To"}, {"Length"}},
                  3);
     for (int k = 0; k < 3; ++k)
-        b.row({std::string(1, char('X' + k)), value(x.low[k]), value(x.high[k]), value(x.size(k))});
+        b.row({std::string(1, char('X' + k)), shorttext(x.low[k]), shorttext(x.high[k]),
+               shorttext(x.size(k))});
     b.endtable();
     if (!commenttext.empty()) b.text(shownname(commenttext, 2000));
 }
@@ -110,8 +107,8 @@ void bookgroups(booksink& b) {
                  ngroups());
     for (int g = 1; g <= ngroups(); ++g)
         b.row({numbertext(g), shownname(groupname(g), 40), numbertext(count[std::size_t(g)]),
-               value(groups(g, fieldmodulus)), value(groups(g, fieldpoisson)),
-               value(groups(g, fielddensity)), value(groups(g, fieldthickness))});
+               shorttext(groups(g, fieldmodulus)), shorttext(groups(g, fieldpoisson)),
+               shorttext(groups(g, fielddensity)), shorttext(groups(g, fieldthickness))});
     b.endtable();
     b.begintable("Sections",
                  {{"No", true, 0.5},
@@ -127,7 +124,7 @@ void bookgroups(booksink& b) {
         cells row = {numbertext(g), shownname(groupname(g), 40)};
         bool any = false;
         for (int k = fieldixx; k <= fieldwzz; ++k) {
-            row.push_back(value(groups(g, k)));
+            row.push_back(shorttext(groups(g, k)));
             any = any || groups(g, k) != 0;
         }
         if (any) b.row(row);
@@ -215,7 +212,7 @@ static std::string parametersof(int lc) {
         for (std::size_t k = 0;
              lctype(lc) >= row.first && lctype(lc) <= row.last && k < row.names.size(); ++k)
             text += (k ? ", " : ": ") + std::string(row.names[k]) + " " +
-                    value(lcpar(lc, long(k))) + behind(parameterformula(lctype(lc), int(k)));
+                    shorttext(lcpar(lc, long(k))) + behind(parameterformula(lctype(lc), int(k)));
     return text;
 }
 
@@ -228,7 +225,7 @@ static void bookcaserows(booksink& b, int lc) {
         for (int i = 1; i <= loadnode(lc, 0); ++i) {
             if (loadnode(lc, i) != 0 && loaddof(lc, i) >= 1 && loaddof(lc, i) <= 6)
                 b.row({numbertext(loadnode(lc, i)), directions[loaddof(lc, i) - 1],
-                       value(loadval(lc, i)) + behind(nodalformula(lc, loaddof(lc, i)))});
+                       shorttext(loadval(lc, i)) + behind(nodalformula(lc, loaddof(lc, i)))});
             lookat(i);
         }
         b.endtable();
@@ -239,9 +236,10 @@ static void bookcaserows(booksink& b, int lc) {
         for (int i = 1; i <= int(elemload(lc, 0, 0)); ++i) {
             const int direction = int(elemload(lc, i, 1));
             if (elemload(lc, i, 0) != 0 && direction >= 1 && direction <= 3)
-                b.row(
-                    {numbertext(int(elemload(lc, i, 0))), std::string(1, char('x' + direction - 1)),
-                     value(elemload(lc, i, 2)) + behind(elementformula(int(elemload(lc, i, 0))))});
+                b.row({numbertext(int(elemload(lc, i, 0))),
+                       std::string(1, char('x' + direction - 1)),
+                       shorttext(elemload(lc, i, 2)) +
+                           behind(elementformula(int(elemload(lc, i, 0))))});
             lookat(i);
         }
         b.endtable();

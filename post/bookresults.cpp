@@ -42,10 +42,6 @@ static std::string forceheading(int freedom) {
     return headed(forcenames[freedom], freedom < 3 ? "F" : "F.L");
 }
 
-static std::string value(double x) {
-    return shorttext(x);
-}
-
 // What a part needs and does not find, or what is damaged, is told in its place.
 template <typename Work>
 static void told(booksink& b, Work work) {
@@ -127,16 +123,16 @@ void bookmasses(booksink& b) {
         double whole = 0, centre[3] = {};
         for (const massrow& row : readmasses()) {
             if (row.group < 1 || row.group > ngroups()) continue;
-            cells line = {shownname(groupname(row.group), 40), value(row.mass)};
+            cells line = {shownname(groupname(row.group), 40), shorttext(row.mass)};
             for (int k = 0; k < 3; ++k) {
-                line.push_back(value(row.centre[k]));
+                line.push_back(shorttext(row.centre[k]));
                 centre[k] += row.mass * row.centre[k];
             }
             whole += row.mass;
             b.row(line);
         }
-        cells total = {"Total", value(whole)};
-        for (const double c : centre) total.push_back(value(whole > 0 ? c / whole : 0));
+        cells total = {"Total", shorttext(whole)};
+        for (const double c : centre) total.push_back(shorttext(whole > 0 ? c / whole : 0));
         b.row(total);
         b.endtable();
     });
@@ -320,8 +316,8 @@ static void stresstables(booksink& b, bool lines) {
             cells line = {numbertext(e)};
             line.push_back(corner <= nodesoftype(elems(e, 0)) ? numbertext(int(elems(e, corner)))
                                                               : "");
-            for (int k = 1; k < stressvalues; ++k) line.push_back(value(factor * v[k - 1]));
-            line.push_back(value(factor * combinedat(v)));
+            for (int k = 1; k < stressvalues; ++k) line.push_back(shorttext(factor * v[k - 1]));
+            line.push_back(shorttext(factor * combinedat(v)));
             b.row(line);
         });
         b.endtable();
@@ -351,8 +347,8 @@ void bookallmembers(booksink& b) {
             const memberline* const m = memberin(e, c);
             if (!m) continue;
             for (const int i : tellingstations(*m)) {
-                cells line = {numbertext(e), value(double(i) / (memberstations - 1))};
-                for (const auto& of : m->value) line.push_back(value(double(of[i])));
+                cells line = {numbertext(e), shorttext(double(i) / (memberstations - 1))};
+                for (const auto& of : m->value) line.push_back(shorttext(double(of[i])));
                 b.row(line);
             }
         }
@@ -432,8 +428,8 @@ void bookmodes(booksink& b) {
     b.begintable("", {{"Mode"}, {"omega^2"}, {"Frequency, Hz"}, {"Period, s"}});
     for (std::size_t i = 0; i < list.size(); ++i) {
         const double hz = list[i] > 0 ? frequencyof(list[i]) : 0;
-        b.row({numbertext(int(i + 1)), value(list[i]), hz > 0 ? value(hz) : "none",
-               hz > 0 ? value(1 / hz) : ""});
+        b.row({numbertext(int(i + 1)), shorttext(list[i]), hz > 0 ? shorttext(hz) : "none",
+               hz > 0 ? shorttext(1 / hz) : ""});
     }
     b.endtable();
     for (int m = 1; m <= std::min(pictures, int(list.size())); ++m) {

@@ -16,7 +16,7 @@
 #include "core/textfile.h"
 #include "files/kalfile.h"
 
-static const char* const section = "legend";
+static const char* const legendsection = "legend";
 
 int rememberedpalette;
 
@@ -102,8 +102,8 @@ static legendrows readrows(textin& in) {
 static const legendrows& rowsnow() {
     static std::string text;
     static legendrows rows;
-    if (const std::string now = kalsection(section); now != text) {
-        textin in = kalreader(section);
+    if (const std::string now = kalsection(legendsection); now != text) {
+        textin in = kalreader(legendsection);
         rows = readrows(in);
         text = now;
     }
@@ -119,11 +119,11 @@ static void writerows(const legendrows& rows) {
         text += "\"limits\",\"" + quantity + "\"," + numbertext(range.low) + "," +
                 numbertext(range.high) + "\n";
     const step s("Legend", reaches::texts);
-    putkalsection(section, text);
+    putkalsection(legendsection, text);
 }
 
 void wirelegend() {
-    checkkalsection(section, [](textin& in) { readrows(in); });
+    checkkalsection(legendsection, [](textin& in) { readrows(in); });
 }
 
 // --- what is in force ---------------------------------------------------------------------------

@@ -24,7 +24,7 @@
 #include "view/pen.h"
 #include "view/scaleview.h"
 
-static const char* const section = "probes";
+static const char* const probesection = "probes";
 
 Flag probing;
 
@@ -43,8 +43,8 @@ static std::vector<plotplace> found;  // beside the probes, by number
 const std::vector<probepoint>& probes() {
     static std::string text;
     static std::vector<probepoint> list;
-    if (const std::string now = kalsection(section); now != text) {
-        textin in = kalreader(section);
+    if (const std::string now = kalsection(probesection); now != text) {
+        textin in = kalreader(probesection);
         list = readrows(in);
         found.clear();
         text = now;
@@ -57,7 +57,7 @@ static void store(const std::vector<probepoint>& list) {
     for (const probepoint& p : list)
         text += numbertext(p.at[0]) + "," + numbertext(p.at[1]) + "," + numbertext(p.at[2]) + "\n";
     const step s("Probe", reaches::texts);
-    putkalsection(section, text);
+    putkalsection(probesection, text);
 }
 
 void scaleprobes(double factor) {
@@ -273,7 +273,7 @@ void drawprobes(int nview) {
 }
 
 void wireprobes() {
-    checkkalsection(section, [](textin& in) { readrows(in); });
+    checkkalsection(probesection, [](textin& in) { readrows(in); });
     for (const moderow& row : modes())
         if (row.flag == &probing) return;
     moderow row;

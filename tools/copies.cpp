@@ -28,7 +28,7 @@ struct left {
 };
 }  // namespace
 
-static const double straight = 1e-6;  // of a direction: what rounding leaves of a right angle
+static const double rounding = 1e-6;  // of a direction: what rounding leaves of a right angle
 
 // --- what is copied -----------------------------------------------------------------------------
 
@@ -51,7 +51,7 @@ static std::array<double, 3> turnedvector(const std::array<double, 3>& v, const 
     const point3 d = by.direction(v);
     const double size = lengthof(d);
     std::array<double, 3> out{};
-    for (std::size_t k = 0; k < 3; ++k) out[k] = std::fabs(d[k]) <= straight * size ? 0 : d[k];
+    for (std::size_t k = 0; k < 3; ++k) out[k] = std::fabs(d[k]) <= rounding * size ? 0 : d[k];
     return out;
 }
 
@@ -61,7 +61,7 @@ static int axisafter(int k, const motion& by, double& sense) {
     axis[std::size_t(k)] = 1;
     const point3 d = by.direction(axis);
     for (int j = 0; j < 3; ++j)
-        if (std::fabs(std::fabs(d[std::size_t(j)]) - 1) <= straight) {
+        if (std::fabs(std::fabs(d[std::size_t(j)]) - 1) <= rounding) {
             sense = d[std::size_t(j)] < 0 ? -1 : 1;
             return j;
         }
@@ -265,7 +265,7 @@ static void copyelementloads(const copybook& book, const motion& by, int first, 
         elementaxes axes = axesofelement(e);
         for (point3& a : axes) a = by.direction(a);
         if (nodesoftype(elems(e, 0)) == 2 &&
-            lengthof(axes[1] - axesofelement(first + int(i))[1]) > straight)
+            lengthof(axes[1] - axesofelement(first + int(i))[1]) > rounding)
             ++l.sections;
         turned[e] = axes;
     }

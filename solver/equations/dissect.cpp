@@ -20,7 +20,7 @@
 static const int worthparting = 20000;  // vertices
 
 namespace {
-struct part {
+struct half {
     uppergraph graph;
     std::vector<int> vertex;  // of the whole
 };
@@ -45,8 +45,8 @@ class sharednumbers {
 };
 }  // namespace
 
-static part takepart(const uppergraph& whole, const std::vector<int>& side, int wanted) {
-    part p;
+static half takehalf(const uppergraph& whole, const std::vector<int>& side, int wanted) {
+    half p;
     p.graph.start.push_back(0);
     std::vector<int> place(side.size(), -1);
     for (int v = 0; v < whole.size(); ++v) {
@@ -64,8 +64,8 @@ static part takepart(const uppergraph& whole, const std::vector<int>& side, int 
 
 static std::vector<int> dissect(const uppergraph& graph);
 
-// A process that orders the part and ends; -1 where there is none.
-static pid_t startprocess(const part& p, const sharednumbers& order) {
+// A process that orders the half and ends; -1 where there is none.
+static pid_t startprocess(const half& p, const sharednumbers& order) {
     if (threads() == 1 || !allranks().alone() || !order.there()) return -1;
     const pid_t parent = getpid(), child = fork();
     if (child != 0) return child;
@@ -122,7 +122,7 @@ static std::vector<int> dissect(const uppergraph& graph) {
 std::vector<int> dissect(const uppergraph& graph, const std::vector<int>& side) {
     if (graph.size() <= worthparting) return dissectwhole(graph);
     if (side.empty()) return {};
-    const part left = takepart(graph, side, 0), right = takepart(graph, side, 1);
+    const half left = takehalf(graph, side, 0), right = takehalf(graph, side, 1);
     if (left.vertex.empty() || right.vertex.empty()) return dissectwhole(graph);
     const sharednumbers shared(left.vertex.size() + 1);
     const pid_t child = startprocess(left, shared);

@@ -131,7 +131,7 @@ int basissize(int wanted, std::int64_t most) {
 }
 
 template <typename Solver>
-eigenpairs largestof(Solver& solver, double tolerance, const std::vector<double>& start = {}) {
+eigenpairs largestpairs(Solver& solver, double tolerance, const std::vector<double>& start = {}) {
     const int rounds = 300;
     if (start.empty())
         solver.init();
@@ -165,7 +165,7 @@ class reduced : public search {
 
     eigenpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
         Spectra::SymEigsSolver<reduced> solver(*this, wanted, basissize(wanted, most));
-        return largestof(solver, tolerance);
+        return largestpairs(solver, tolerance);
     }
     Eigen::MatrixXd shapes() override {
         a.solve(found.data(), int(found.cols()), engine::triangles::upper);
@@ -236,7 +236,7 @@ class whole : public search {
     eigenpairs lanczos(int wanted, std::int64_t most, double tolerance) override {
         Spectra::SymGEigsSolver<massof, measure, Spectra::GEigsMode::RegularInverse> solver(
             mass, a, wanted, basissize(wanted, most));
-        return largestof(solver, tolerance, start());
+        return largestpairs(solver, tolerance, start());
     }
     void foundmore() override {
         images.resize(found.rows(), found.cols());

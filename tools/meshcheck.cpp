@@ -165,10 +165,10 @@ static std::vector<elementside> sidesfrom(int first) {
     for (int e = first; e <= int(tmpelems(0, 0)); ++e) {
         const auto row = tmpelems.row(e);
         const std::size_t corners = cornersof(e);
-        for (std::size_t k = 1; k <= corners; ++k) {
-            if (k == 2 && corners == 2) break;  // a line has one side
-            const int a = int(row[k]), b = int(row[k % corners + 1]);
-            sides.push_back({std::min(a, b), std::max(a, b), e});
+        const std::size_t count = corners == 2 ? 1 : corners;  // a line has one side
+        for (std::size_t k = 1; k <= count; ++k) {
+            const auto [from, to] = std::minmax({int(row[k]), int(row[k % corners + 1])});
+            sides.push_back({from, to, e});
         }
     }
     return sides;

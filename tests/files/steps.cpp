@@ -30,8 +30,8 @@
 
 namespace fs = std::filesystem;
 
-static const char* const extensions[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
-                                         ".lcd", ".lco", ".ell", ".pat", ".txt"};
+static const char* const stepped[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
+                                      ".lcd", ".lco", ".ell", ".pat", ".txt"};
 
 namespace {
 
@@ -191,7 +191,7 @@ class randomuser {
 // Closes up what a save closes up, and the files that it writes.
 std::string saved(const sessionroom& room) {
     std::string all;
-    for (const char* extension : extensions) all += contentof(room.file("out") + extension);
+    for (const char* extension : stepped) all += contentof(room.file("out") + extension);
     return all;
 }
 

@@ -12,14 +12,12 @@
 #include "files/filemenu.h"
 #include "files/filop.h"
 #include "files/kalfile.h"
+#include "files/saveset.h"
 #include "files/saving.h"
 #include "tests/files/filledmodel.h"
 #include "view/moddraw.h"
 
 namespace fs = std::filesystem;
-
-static const char* const extensions[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
-                                         ".lcd", ".lco", ".ell", ".pat", ".txt", ".kal"};
 
 // The text of a .tek without the five lines of its views.
 static std::string withoutviews(const std::string& tek) {
@@ -37,7 +35,7 @@ TEST(Modelfiles, SaveOpenSaveGivesTheSameBytes) {
               "Lines, with \"quotes\"\r\nand 1,5 umlauts \xC3\xA4\r\n");
     EXPECT_TRUE(commentvisible);
     saveas(room.file("b"));
-    for (const char* extension : extensions) {
+    for (const std::string& extension : setextensions) {
         EXPECT_NE(contentof(room.file("a") + extension), "") << extension;
         EXPECT_EQ(contentof(room.file("a") + extension), contentof(room.file("b") + extension))
             << extension;
@@ -272,7 +270,7 @@ TEST(Modelfiles, DamageIsToldAndTheModelInHandSurvives) {
     saveas(room.file("bad"));
     for (int i = 1; i <= 6; ++i) modelsize(i) = 64;
     std::mt19937 random(11);
-    for (const char* extension : extensions) {
+    for (const std::string& extension : setextensions) {
         const std::string path = room.file("bad") + extension;
         const std::string good = contentof(path);
         std::vector<std::string> damages = {"",

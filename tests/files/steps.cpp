@@ -19,6 +19,7 @@
 #include "edit/renumber.h"
 #include "edit/selection.h"
 #include "files/filop.h"
+#include "files/saveset.h"
 #include "files/saving.h"
 #include "loads/attributerows.h"
 #include "loads/loadcombinations.h"
@@ -29,9 +30,6 @@
 #include "tools/pointentry.h"
 
 namespace fs = std::filesystem;
-
-static const char* const stepped[] = {".tek", ".rot", ".gra", ".vpl", ".knk", ".mlt",
-                                      ".lcd", ".lco", ".ell", ".pat", ".txt"};
 
 namespace {
 
@@ -191,7 +189,8 @@ class randomuser {
 // Closes up what a save closes up, and the files that it writes.
 std::string saved(const sessionroom& room) {
     std::string all;
-    for (const char* extension : stepped) all += contentof(room.file("out") + extension);
+    for (const std::string& extension : setextensions)
+        all += contentof(room.file("out") + extension);
     return all;
 }
 
